@@ -1,0 +1,45 @@
+# What every target of ours is compiled with, and the helpers that make one.
+
+add_library(velmor_options INTERFACE)
+target_compile_options(velmor_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual -Wimplicit-fallthrough)
+if(VELMOR_WERROR)
+    target_compile_options(velmor_options INTERFACE -Werror)
+endif()
+if(VELMOR_SANITIZE)
+    target_compile_options(velmor_options INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(velmor_options INTERFACE -fsanitize=address,undefined)
+endif()
+target_include_directories(velmor_options INTERFACE
+    ${PROJECT_SOURCE_DIR}/src ${PROJECT_BINARY_DIR}/generated)
+if(WIN32)
+    target_compile_definitions(velmor_options INTERFACE UNICODE _UNICODE WINVER=0x0601 _WIN32_WINNT=0x0601)
+    target_link_options(velmor_options INTERFACE -static)
+endif()
+
+# velmor_room(NAME [room ...]): one static library from the folder, on the rooms that it may use.
+# Keeping the rooms apart lets the linker hold their direction, too.
+function(velmor_room name)
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+    add_library(velmor_${name} STATIC ${sources})
+    set_target_properties(velmor_${name} PROPERTIES LINKER_LANGUAGE CXX)
+    target_link_libraries(velmor_${name} PUBLIC velmor_options)
+    foreach(room ${ARGN})
+        target_link_libraries(velmor_${name} PUBLIC velmor_${room})
+    endforeach()
+endfunction()
+
+# velmor_test(NAME [library ...]): the tests of tests/NAME as one program and one CTest entry.
+function(velmor_test name)
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
+    if(NOT sources)
+        return()
+    endif()
+    add_executable(test_${name} ${sources})
+    target_link_libraries(test_${name} PRIVATE ${ARGN} GTest::gtest_main velmor_options)
+    target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+    target_compile_definitions(test_${name} PRIVATE
+        VELMOR_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}" VELMOR_CORPUS="${PROJECT_SOURCE_DIR}/../shared/corpus")
+    add_test(NAME ${name} COMMAND test_${name})
+endfunction()

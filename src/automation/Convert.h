@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "automation/Variant.h"
+
+namespace velmor::automation {
+
+// Conversions of values. Each returns nothing where the platform's would raise; the caller chooses
+// what failure means. Natively en-US; on Windows the platform's own (its user locale). An object
+// converts through its default value where it has one.
+
+// Integers: rounded half to even, out of range fails, texts must be numeric.
+std::optional<std::int32_t> toLong(const Variant& value);
+std::optional<std::int16_t> toInteger(const Variant& value);
+std::optional<double> toDouble(const Variant& value);
+std::optional<float> toSingle(const Variant& value);
+std::optional<bool> toBoolean(const Variant& value);
+std::optional<Currency> toCurrency(const Variant& value);
+std::optional<Decimal> toDecimal(const Variant& value);
+std::optional<Date> toDate(const Variant& value);  // numbers are days, texts are parsed
+
+// Text: empty gives "", true gives "True", a number its shortest text of 15 (single: 7)
+// significant digits, ties away from zero, without a minus zero, in exponent form ("1E+15",
+// "1.5E-05") from 1E+15 (1E+07) on. Null, objects without a default value and arrays fail.
+std::optional<std::u16string> toText(const Variant& value);
+
+// True when the platform would take the value as a number (IsNumeric). Texts: outer blanks, one
+// sign before or behind, parentheses for negative, one "$", "," within the whole part, an "e"
+// exponent, "&H" and "&O".
+bool isNumeric(const Variant& value);
+std::optional<double> parseNumber(std::u16string_view text);
+
+// True when the platform would take the text as a date (IsDate).
+bool isDateText(std::u16string_view text);
+std::optional<Date> parseDate(std::u16string_view text);
+// With the caller's locale and flags (VarDateFromStr); natively they are accepted and the en-US
+// rules hold.
+std::optional<Date> parseDate(std::u16string_view text, std::uint32_t localeId, std::uint32_t flags);
+
+// The platform's equality of two values (as "=" in a script). Nothing where it would raise.
+std::optional<bool> equalValues(const Variant& left, const Variant& right);
+
+// True for true, yes, y, t, on (any case) and for every number that is not 0; false for the rest.
+bool truth(const Variant& value);
+
+// As the automation function TypeName: "String", "Long", "Nothing", "Variant()", ...
+std::u16string typeNameOf(const Variant& value);
+
+// Calendar fields of a date, rounded to whole seconds.
+struct DateFields {
+    int year = 1899, month = 12, day = 30, hour = 0, minute = 0, second = 0;
+    bool operator==(const DateFields&) const = default;
+};
+DateFields dateFields(Date date);
+std::optional<Date> dateFromFields(const DateFields& fields);  // years 100 to 9999
+
+}  // namespace velmor::automation

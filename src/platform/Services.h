@@ -1,0 +1,97 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "automation/Object.h"
+#include "automation/Variant.h"
+
+namespace velmor::platform {
+
+// Everything that the engine takes from the machine, as one seam: tests run on an implementation
+// in memory (MemoryServices.h), the programs on the machine's own (systemServices). All calls come
+// from the caller's thread. Unless a call says otherwise it reports failure by its result and
+// leaves everything as it was.
+
+// Read-only view of HKEY_LOCAL_MACHINE. Keys are paths with "\" between the parts, a trailing "\"
+// is ignored; keys and names match without regard to case. 32-bit programs see the 32-bit view.
+class Registry {
+public:
+    virtual ~Registry() = default;
+    // The string value, expanded as text; nothing when key or value is absent or no string.
+    virtual std::optional<std::u16string> value(std::u16string_view key, std::u16string_view name) const = 0;
+    // Names of the string values of a key, in the registry's order; empty when there is no key.
+    virtual std::vector<std::u16string> valueNames(std::u16string_view key) const = 0;
+    virtual std::vector<std::u16string> subkeys(std::u16string_view key) const = 0;
+};
+
+// Files by path. On Linux "\" in a path is taken as "/" when the path as it stands does not exist.
+class Files {
+public:
+    virtual ~Files() = default;
+    virtual bool exists(std::u16string_view path) const = 0;  // a regular file, not a folder
+    // All bytes; nothing when the file is missing, unreadable or larger than 2^30 - 1 bytes.
+    virtual std::optional<std::string> read(std::u16string_view path) const = 0;
+    // Replaces the file whole or not at all (a temporary file beside it, then a rename).
+    virtual bool write(std::u16string_view path, std::string_view bytes) = 0;
+    virtual bool append(std::u16string_view path, std::string_view bytes) = 0;  // makes the file
+    virtual bool remove(std::u16string_view path) = 0;
+    virtual bool makeFolder(std::u16string_view path) = 0;  // parents too; true when it is there
+};
+
+class Clock {
+public:
+    virtual ~Clock() = default;
+    virtual automation::Date now() const = 0;  // local time, to the second or finer
+    virtual double timer() const = 0;          // seconds, monotonic; only differences count
+};
+
+class Folders {
+public:
+    virtual ~Folders() = default;
+    virtual std::u16string commonData() const = 0;  // machine-wide application data, no trailing separator
+    virtual std::u16string temporary() const = 0;
+    virtual std::u16string component() const = 0;  // where the component's (or program's) own file lies
+    virtual std::u16string machineName() const = 0;
+    virtual char16_t separator() const = 0;
+};
+
+// Creates automation objects from registered class names. Only registered class names are
+// created: no monikers, no braced class identifiers. Throws Error 429 when it cannot be created.
+class Objects {
+public:
+    virtual ~Objects() = default;
+    virtual automation::ObjectRef create(std::u16string_view className) = 0;
+};
+
+// The platform's standard pictures (objects whose type name is "Picture").
+class Pictures {
+public:
+    virtual ~Pictures() = default;
+    // Nothing when the file holds no picture that the platform can load.
+    virtual automation::ObjectRef load(std::u16string_view path) = 0;
+    virtual bool save(const automation::ObjectRef& picture, std::u16string_view path) = 0;
+};
+
+class Guids {
+public:
+    virtual ~Guids() = default;
+    virtual std::u16string next() = 0;  // braced, 38 characters, upper case, new on every call
+};
+
+// A bundle of references; whoever builds it keeps the parts alive longer than every user.
+struct Services {
+    Registry& registry;
+    Files& files;
+    Clock& clock;
+    Folders& folders;
+    Objects& objects;
+    Pictures& pictures;
+    Guids& guids;
+};
+
+}  // namespace velmor::platform

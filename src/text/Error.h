@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <string>
+
+namespace velmor {
+
+// The one form that errors take inside the engine. Classic automation numbers: 5 invalid
+// procedure call, 6 overflow, 7 out of memory, 13 type mismatch, 429 cannot create the object,
+// 438 no such member. Translated once, at the edge (com/, cli/).
+class Error : public std::exception {
+public:
+    Error(std::int32_t number, std::u16string source, std::u16string description);
+
+    std::int32_t number() const noexcept { return number_; }
+    const std::u16string& source() const noexcept { return source_; }
+    const std::u16string& description() const noexcept { return description_; }
+
+    // The description in UTF-8.
+    const char* what() const noexcept override { return what_.c_str(); }
+
+private:
+    std::int32_t number_;
+    std::u16string source_;
+    std::u16string description_;
+    std::string what_;
+};
+
+}  // namespace velmor
