@@ -1,0 +1,75 @@
+#!/usr/bin/env python3
+"""Checks include direction between the rooms, the one place for <windows.h>, and ASCII sources."""
+
+import re
+import subprocess
+import sys
+
+# A room may include itself and the rooms listed here.
+ALLOWED = {"text": []}
+ALLOWED["automation"] = ["text"]
+ALLOWED["platform"] = ["text", "automation"]
+ALLOWED["common"] = ALLOWED["platform"] + ["platform"]
+ALLOWED["properties"] = ALLOWED["common"] + ["common"]
+ALLOWED["rtf"] = ALLOWED["handlers"] = ALLOWED["direct"] = ALLOWED["properties"] + ["properties"]
+ALLOWED["core"] = ALLOWED["rtf"] + ["rtf", "handlers", "direct"]
+ALLOWED["com"] = ALLOWED["cli"] = ALLOWED["core"] + ["core"]
+
+WINDOWS_HEADER = "src/platform/win32/Windows.h"
+WINDOWS_ROOMS = ("src/com/", "src/platform/win32/")
+INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
+# Windows headers that need <windows.h> before them, or bring it in.
+WINDOWS_OWN = re.compile(r"^(windows|ole|oa|obj|shl|shell|win|unknwn|oc|comdef|initguid)[a-z0-9]*\.h$", re.I)
+
+
+def files():
+    command = ["git", "ls-files", "--cached", "--others", "--exclude-standard", "--"]
+    patterns = ["*.h", "*.cpp", "*.inc", "*.idl", "*.py", "*.vbs", "*.js", "*.cmake", "CMakeLists.txt", "*.rc", "*.def"]
+    return subprocess.run(command + patterns, check=True, capture_output=True, text=True).stdout.split("\n")[:-1]
+
+
+def room(path):
+    parts = path.split("/")
+    return parts[1] if len(parts) > 2 and parts[0] == "src" else None
+
+
+def check_includes(path, text, report):
+    for number, line in enumerate(text.split("\n"), 1):
+        match = INCLUDE.match(line)
+        if not match:
+            continue
+        kind, target = match.groups()
+        if target.lower() == "windows.h" and path != WINDOWS_HEADER and path.startswith("src/"):
+            report(path, number, f"only {WINDOWS_HEADER} includes <windows.h>")
+        elif kind == "<" and WINDOWS_OWN.match(target) and path.startswith("src/"):
+            if not path.startswith(WINDOWS_ROOMS):
+                report(path, number, f"a Windows header outside {' and '.join(WINDOWS_ROOMS)}")
+        if target == WINDOWS_HEADER[4:] and path.startswith("src/") and not path.startswith(WINDOWS_ROOMS):
+            report(path, number, f"only {' and '.join(WINDOWS_ROOMS)} see Windows")
+        own, other = room(path), target.split("/")[0]
+        if kind == '"' and own and "/" in target and other in ALLOWED and other != own and other not in ALLOWED[own]:
+            report(path, number, f"{own} must not include {other}")
+
+
+def main():
+    faults = []
+
+    def report(path, number, message):
+        faults.append(f"{path}:{number}: {message}")
+
+    for path in files():
+        try:
+            data = open(path, "rb").read()
+        except FileNotFoundError:
+            continue  # deleted, not yet committed
+        for number, line in enumerate(data.split(b"\n"), 1):
+            if any(byte > 126 or (byte < 32 and byte not in b"\t\r") for byte in line):
+                report(path, number, "not ASCII")
+        if path.endswith((".h", ".cpp")):
+            check_includes(path, data.decode("latin-1"), report)
+    print("\n".join(faults), end="\n" if faults else "")
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
