@@ -1,0 +1,17 @@
+#include "platform/GuidText.h"
+
+namespace velmor::platform {
+
+std::u16string guidText(const GuidBytes& bytes) {
+    constexpr std::u16string_view digits = u"0123456789ABCDEF";
+    std::u16string text = u"{";
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (i == 4 || i == 6 || i == 8 || i == 10) text += u'-';
+        text += digits[bytes[i] >> 4];
+        text += digits[bytes[i] & 15];
+    }
+    text += u'}';
+    return text;
+}
+
+}  // namespace velmor::platform

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+namespace velmor::platform {
+
+using GuidBytes = std::array<std::uint8_t, 16>;  // in the order in which they are written
+
+// "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}", upper case.
+std::u16string guidText(const GuidBytes& bytes);
+
+}  // namespace velmor::platform

@@ -1,0 +1,164 @@
+#include "platform/MemoryServices.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "automation/Convert.h"
+#include "platform/BytePicture.h"
+#include "platform/GuidText.h"
+#include "text/Compare.h"
+#include "text/Error.h"
+
+namespace velmor::platform {
+
+void MemoryRegistry::set(std::u16string_view key, std::u16string_view name, std::u16string_view value) {
+    tree_.set(key, name, value);
+}
+void MemoryRegistry::addKey(std::u16string_view key) {
+    tree_.addKey(key);
+}
+void MemoryRegistry::removeValue(std::u16string_view key, std::u16string_view name) {
+    tree_.removeValue(key, name);
+}
+void MemoryRegistry::removeKey(std::u16string_view key) {
+    tree_.removeKey(key);
+}
+
+std::optional<std::u16string> MemoryRegistry::value(std::u16string_view key, std::u16string_view name) const {
+    ++reads;
+    const std::u16string* found = tree_.value(key, name);
+    return found ? std::optional(*found) : std::nullopt;
+}
+std::vector<std::u16string> MemoryRegistry::valueNames(std::u16string_view key) const {
+    return tree_.valueNames(key);
+}
+std::vector<std::u16string> MemoryRegistry::subkeys(std::u16string_view key) const {
+    return tree_.subkeys(key);
+}
+
+namespace {
+
+std::u16string fileKey(std::u16string_view path) {
+    std::u16string key = lowerCase(path);
+    std::replace(key.begin(), key.end(), u'/', u'\\');
+    return key;
+}
+
+}  // namespace
+
+void MemoryFiles::set(std::u16string_view path, std::string_view bytes) {
+    files_[fileKey(path)] = {std::u16string(path), std::string(bytes)};
+}
+
+std::optional<std::string> MemoryFiles::get(std::u16string_view path) const {
+    const auto place = files_.find(fileKey(path));
+    return place == files_.end() ? std::nullopt : std::optional(place->second.bytes);
+}
+
+std::vector<std::u16string> MemoryFiles::paths() const {
+    std::vector<std::u16string> result;
+    for (const auto& [key, file] : files_) result.push_back(file.path);
+    return result;
+}
+
+void MemoryFiles::failReading(std::u16string_view path) {
+    unreadable_.insert(fileKey(path));
+}
+void MemoryFiles::failWriting(std::u16string_view path) {
+    unwritable_.insert(fileKey(path));
+}
+
+bool MemoryFiles::refusesChange(const std::u16string& key) const {
+    return unwritable_.contains(key);
+}
+
+bool MemoryFiles::exists(std::u16string_view path) const {
+    return files_.contains(fileKey(path));
+}
+
+std::optional<std::string> MemoryFiles::read(std::u16string_view path) const {
+    return unreadable_.contains(fileKey(path)) ? std::nullopt : get(path);
+}
+
+bool MemoryFiles::write(std::u16string_view path, std::string_view bytes) {
+    if (diskFull || path.empty() || refusesChange(fileKey(path))) return false;
+    set(path, bytes);
+    return true;
+}
+
+bool MemoryFiles::append(std::u16string_view path, std::string_view bytes) {
+    const std::u16string key = fileKey(path);
+    if (diskFull || path.empty() || refusesChange(key)) return false;
+    File& file = files_[key];
+    if (file.path.empty()) file.path = path;
+    file.bytes += bytes;
+    return true;
+}
+
+bool MemoryFiles::remove(std::u16string_view path) {
+    const std::u16string key = fileKey(path);
+    return !refusesChange(key) && files_.erase(key) > 0;
+}
+
+bool MemoryFiles::makeFolder(std::u16string_view path) {
+    if (diskFull || refusesChange(fileKey(path))) return false;
+    folders.emplace_back(path);
+    return true;
+}
+
+void MemoryClock::set(int year, int month, int day, int hour, int minute, int second) {
+    const auto date = automation::dateFromFields({year, month, day, hour, minute, second});
+    if (!date) throw Error(5, u"MemoryClock", u"No such date");
+    now_ = *date;
+}
+
+void MemoryClock::advance(double seconds) {
+    now_.days += seconds / 86400;
+    timer_ += seconds;
+}
+
+double MemoryClock::timer() const {
+    return std::exchange(timer_, timer_ + step);
+}
+
+void MemoryObjects::add(std::u16string_view className, Factory factory) {
+    factories_[lowerCase(className)] = std::move(factory);
+}
+
+void MemoryObjects::fail(std::u16string_view className) {
+    add(className, [] { return automation::ObjectRef(); });
+}
+
+automation::ObjectRef MemoryObjects::create(std::u16string_view className) {
+    const auto place = factories_.find(lowerCase(className));
+    automation::ObjectRef object = place == factories_.end() ? nullptr : place->second();
+    if (!object) throw Error(429, u"MemoryObjects", u"Cannot create object \"" + std::u16string(className) + u"\"");
+    created.emplace_back(className);
+    return object;
+}
+
+automation::ObjectRef MemoryPictures::load(std::u16string_view path) {
+    auto bytes = files_.read(path);
+    if (failLoading || !bytes) return nullptr;
+    return pictureFromBytes(std::move(*bytes));
+}
+
+bool MemoryPictures::save(const automation::ObjectRef& picture, std::u16string_view path) {
+    const std::string* bytes = pictureBytes(picture);
+    return !failSaving && bytes && files_.write(path, *bytes);
+}
+
+std::u16string MemoryGuids::next() {
+    const std::uint32_t n = ++count_;
+    GuidBytes bytes{};
+    for (int i = 0; i < 4; ++i) bytes[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(n >> (24 - 8 * i));
+    bytes[6] = 0x40;
+    bytes[8] = 0x80;
+    return guidText(bytes);
+}
+
+MemoryServices::MemoryServices()
+    : Services{MemoryParts::registry, MemoryParts::files,    MemoryParts::clock, MemoryParts::folders,
+               MemoryParts::objects,  MemoryParts::pictures, MemoryParts::guids} {}
+
+}  // namespace velmor::platform

@@ -1,0 +1,94 @@
+#include "platform/RegistryTree.h"
+
+#include <algorithm>
+
+#include "text/Compare.h"
+
+namespace velmor::platform {
+namespace {
+
+std::u16string_view trimmed(std::u16string_view key) {
+    while (!key.empty() && key.back() == u'\\') key.remove_suffix(1);
+    return key;
+}
+
+std::u16string sortKey(std::u16string_view key) {
+    std::u16string result = lowerCase(trimmed(key));
+    std::replace(result.begin(), result.end(), u'\\', u'\0');
+    return result;
+}
+
+}  // namespace
+
+RegistryTree::Key& RegistryTree::keyAt(std::u16string_view key) {
+    const auto [place, isNew] = keys_.try_emplace(sortKey(key));
+    if (isNew) place->second.path = trimmed(key);
+    return place->second;
+}
+
+const RegistryTree::Key* RegistryTree::find(std::u16string_view key) const {
+    const auto place = keys_.find(sortKey(key));
+    return place == keys_.end() ? nullptr : &place->second;
+}
+
+void RegistryTree::addKey(std::u16string_view key) {
+    keyAt(key);
+}
+
+void RegistryTree::set(std::u16string_view key, std::u16string_view name, std::u16string_view value) {
+    Key& target = keyAt(key);
+    const auto [place, isNew] = target.byName.try_emplace(lowerCase(name), target.values.size());
+    if (isNew) target.values.push_back({std::u16string(name), std::nullopt});
+    target.values[place->second].text = value;
+}
+
+void RegistryTree::removeValue(std::u16string_view key, std::u16string_view name) {
+    const auto target = keys_.find(sortKey(key));
+    if (target == keys_.end()) return;
+    const auto place = target->second.byName.find(lowerCase(name));
+    if (place != target->second.byName.end()) target->second.values[place->second].text.reset();
+}
+
+void RegistryTree::removeKey(std::u16string_view key) {
+    std::u16string begin = sortKey(key);
+    keys_.erase(begin);
+    begin.push_back(u'\0');
+    std::u16string end = begin;
+    end.back() = u'\1';
+    keys_.erase(keys_.lower_bound(begin), keys_.lower_bound(end));
+}
+
+const std::u16string* RegistryTree::value(std::u16string_view key, std::u16string_view name) const {
+    const Key* found = find(key);
+    if (!found) return nullptr;
+    const auto place = found->byName.find(lowerCase(name));
+    if (place == found->byName.end()) return nullptr;
+    const auto& text = found->values[place->second].text;
+    return text ? &*text : nullptr;
+}
+
+std::vector<std::u16string> RegistryTree::valueNames(std::u16string_view key) const {
+    std::vector<std::u16string> names;
+    if (const Key* found = find(key)) {
+        for (const Value& value : found->values) {
+            if (value.text) names.push_back(value.name);
+        }
+    }
+    return names;
+}
+
+std::vector<std::u16string> RegistryTree::subkeys(std::u16string_view key) const {
+    std::vector<std::u16string> names;
+    std::u16string prefix = sortKey(key);
+    if (!prefix.empty()) prefix.push_back(u'\0');
+    auto place = keys_.lower_bound(prefix);
+    while (place != keys_.end() && place->first.starts_with(prefix)) {
+        const std::size_t end = std::min(place->first.find(u'\0', prefix.size()), place->first.size());
+        if (end > prefix.size()) names.push_back(place->second.path.substr(prefix.size(), end - prefix.size()));
+        // U+0001 follows the separator: the next name that is not below this one.
+        place = keys_.lower_bound(place->first.substr(0, end) + u'\1');
+    }
+    return names;
+}
+
+}  // namespace velmor::platform
