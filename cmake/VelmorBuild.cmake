@@ -22,6 +22,12 @@ endif()
 # Keeping the rooms apart lets the linker hold their direction, too.
 function(velmor_room name)
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+    if(NOT sources)  # a room that holds only headers so far
+        set(sources ${PROJECT_BINARY_DIR}/generated/empty.cpp)
+        if(NOT EXISTS ${sources})
+            file(WRITE ${sources} "")
+        endif()
+    endif()
     add_library(velmor_${name} STATIC ${sources})
     set_target_properties(velmor_${name} PROPERTIES LINKER_LANGUAGE CXX)
     target_link_libraries(velmor_${name} PUBLIC velmor_options)
