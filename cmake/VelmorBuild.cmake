@@ -18,6 +18,12 @@ if(WIN32)
     target_link_options(velmor_options INTERFACE -static)
 endif()
 
+if(CMAKE_CROSSCOMPILING)
+    # Every test runs on this machine's Wine, in a prefix of the build folder.
+    set(VELMOR_WINE ${PROJECT_SOURCE_DIR}/tools/wine --prefix ${PROJECT_BINARY_DIR}/wineprefix)
+    set(CMAKE_CROSSCOMPILING_EMULATOR ${VELMOR_WINE})
+endif()
+
 # velmor_room(NAME [room ...]): one static library from the folder, on the rooms that it may use.
 # Keeping the rooms apart lets the linker hold their direction, too.
 function(velmor_room name)
@@ -48,4 +54,20 @@ function(velmor_test name)
     target_compile_definitions(test_${name} PRIVATE
         VELMOR_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}" VELMOR_CORPUS="${PROJECT_SOURCE_DIR}/../shared/corpus")
     add_test(NAME ${name} COMMAND test_${name})
+    velmor_test_needs_wine(${name})
+endfunction()
+
+# velmor_test_needs_wine(TEST ...): the tests start in a finished prefix, and the last one to end
+# leaves no process of Wine behind. Without cross compiling it does nothing.
+function(velmor_test_needs_wine)
+    if(NOT CMAKE_CROSSCOMPILING)
+        return()
+    endif()
+    set_property(TEST ${ARGN} APPEND PROPERTY FIXTURES_REQUIRED wine)
+    if(NOT TEST wine_make)
+        add_test(NAME wine_make COMMAND ${VELMOR_WINE} --make)
+        add_test(NAME wine_stop COMMAND ${VELMOR_WINE} --stop)
+        set_tests_properties(wine_make PROPERTIES FIXTURES_SETUP wine TIMEOUT 300)
+        set_tests_properties(wine_stop PROPERTIES FIXTURES_CLEANUP wine TIMEOUT 60)
+    endif()
 endfunction()
