@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "automation/Object.h"
+#include "automation/Variant.h"
+
+namespace velmor {
+
+class privProperties;
+
+// A property collection as a tag holds it: our own class, called directly, or an object that the
+// host supplied, called by member name. Copies refer to the same collection. A member of a foreign
+// collection that fails counts as a missing entry; nothing here raises.
+class Collection {
+public:
+    Collection() = default;  // none
+    explicit Collection(std::shared_ptr<privProperties> collection);
+    // Accepts either kind; a null reference gives none.
+    static Collection fromObject(const automation::ObjectRef& object);
+
+    explicit operator bool() const noexcept { return own_ != nullptr || foreign_ != nullptr; }
+    // The very object that was given; null for none.
+    automation::ObjectRef object() const;
+    // Our own class; null when there is none or it is the host's.
+    const std::shared_ptr<privProperties>& own() const noexcept { return own_; }
+
+    std::int32_t Count() const;
+    // The value of the property of that name; nothing when there is no such property.
+    std::optional<automation::Variant> find(std::u16string_view psName) const;
+    // That value as text ("" when it does not convert).
+    std::optional<std::u16string> findText(std::u16string_view psName) const;
+    bool truth(std::u16string_view psName, bool pbDefault) const;
+    // Adds or replaces.
+    void put(std::u16string_view psName, const automation::Variant& value) const;
+    void Dispose() const;
+
+    bool operator==(const Collection& other) const noexcept { return own_ == other.own_ && foreign_ == other.foreign_; }
+
+private:
+    std::shared_ptr<privProperties> own_;
+    automation::ObjectRef foreign_;
+};
+
+}  // namespace velmor

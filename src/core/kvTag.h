@@ -1,0 +1,126 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "automation/Object.h"
+#include "automation/Variant.h"
+#include "core/Collection.h"
+#include "core/TagContext.h"
+#include "platform/Services.h"
+#include "text/ResultSource.h"
+
+namespace velmor {
+
+class kvTags;
+class privProperties;
+class privStrCat;
+
+// One template or one tag under evaluation.
+//
+// A template: make one, set Database, Properties and Variables, then Value, read Result. A single
+// tag: set Name ("HANDLER>COMMAND:parameter:"), read Result. Result is evaluated once; setting
+// Value or Name arms it again. Evaluation takes time linear in template plus output.
+//
+// Set Value last: child tags keep the collections, database and protection that their parent had
+// when its value was set.
+//
+// Markup: "<KV:" handler ">" command ":" parameters "</KV>", markers without regard to case, tags
+// within parameters included. An opening marker without its closing one is text.
+//
+// No member raises: a tag that fails gives what it had produced so far, and an entry in ErrorLog.
+// Always held by shared_ptr (make_shared). One thread at a time.
+class kvTag final : public automation::Object, public ResultSource {
+public:
+    explicit kvTag(platform::Services& services);
+    ~kvTag() override;
+    kvTag(const kvTag&) = delete;
+    kvTag& operator=(const kvTag&) = delete;
+
+    // --- the members of the public class, in its order (get and let by the same name) ---
+
+    std::u16string Name() const;
+    void Name(std::u16string_view psName);  // appends ":" when it does not end in one
+
+    std::u16string Value() const;
+    // Brackets tables, finds the top-level tags; "{\rtf1" at its start turns ProtectRTF on.
+    void Value(std::u16string psValue);
+
+    // While the evaluation of this very tag is running: the text as far as it has come.
+    std::u16string Result();
+
+    // Created on first read. A host's own collection comes back as the same object.
+    Collection Properties();
+    void Properties(const Collection& collection);
+    // The text of a property, evaluated when it holds an opening marker (in exact case).
+    std::u16string GetProcessedPropertiesValue(std::u16string_view psName, std::u16string_view psDefault = {});
+
+    Collection Variables();
+    void Variables(const Collection& collection);
+    std::u16string GetProcessedVariablesValue(std::u16string_view psName, std::u16string_view psDefault = {});
+
+    void BuildTagCollection();
+
+    // The parsed name, built on first read after Name was set.
+    std::shared_ptr<privProperties> Elements();
+    std::u16string GetProcessedElementsValue(std::u16string_view psName,
+                                             const automation::Variant& pvDefault = automation::Variant(u""));
+
+    std::u16string HandlerName();
+    std::u16string CommandName();
+    automation::Variant CommandValue();
+    std::u16string CommandValueProcessed();
+
+    automation::ObjectRef Database() const;
+    void Database(automation::ObjectRef database);
+
+    void ProtectRTFCode(std::u16string& psValue) const;
+    bool ProtectRTF() const;
+    void ProtectRTF(bool pbProtect);
+
+    std::shared_ptr<kvTag> NewTag();
+    std::u16string ProcessValue(std::u16string_view psValue);
+    std::u16string ProcessName(std::u16string_view psName);
+
+    // Null before the first build.
+    std::shared_ptr<kvTags> Tags() const;
+
+    void LogError(std::u16string_view psTagHandler, std::u16string_view psError, std::int32_t& plErrorNumber,
+                  std::u16string_view psTagData = {}, std::u16string_view psErrorData = {});
+    void LogError(std::u16string_view psTagHandler, std::u16string_view psError);
+    std::shared_ptr<privProperties> ErrorLog();
+
+    void AddTableStartEndControlWords();
+    void RemoveExtraTrowd(std::int32_t& plTableStart, std::int32_t& plTableEnd);
+
+    void Dispose(bool pbDisposeProperties = true);
+
+    // --- late binding ---
+
+    automation::Variant invoke(std::u16string_view name, automation::InvokeKind kind,
+                               std::span<automation::Variant> arguments) override;
+    std::u16string typeName() const override { return u"kvTag"; }
+
+    // --- text/ResultSource.h ---
+
+    const privStrCat& resultBuilder() override;
+    std::u16string result() override { return Result(); }
+
+    // --- for the engine's other rooms ---
+
+    // A tag made by another tag: it writes no line of its own for a whole template.
+    bool isChild() const;
+    // The internal collection that PRIVVAR and PRIVSTRCATDUMP read; created on first use.
+    std::shared_ptr<privProperties> privateVariables();
+    void privateVariables(std::shared_ptr<privProperties> collection);
+    platform::Services& services() const;
+
+private:
+    friend class TagList;
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace velmor

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "automation/Object.h"
+#include "automation/Variant.h"
+
+namespace velmor {
+
+class kvTag;
+class TagList;
+
+// The top-level tags of one value, in order of appearance, from 1. Parents own their children; a
+// child made for a reader of this collection stays the same object.
+class kvTags : public automation::Object {
+public:
+    kvTags();
+    explicit kvTags(std::unique_ptr<TagList> tags);
+    ~kvTags() override;
+
+    // By 1-based index (a number, or text that is one). Null when there is none; never raises.
+    std::shared_ptr<kvTag> Item(const automation::Variant& vntIndexKey);
+    std::shared_ptr<kvTag> Item(std::int32_t index);
+    std::int32_t Count() const;
+    // The tags as they are now, for an enumerator.
+    std::vector<std::shared_ptr<kvTag>> NewEnum();
+
+    // Breaks the references from the tags to what they share with their parent, innermost last,
+    // and empties the collection. The shared collections themselves stay as they are.
+    void cleanUp();
+
+    automation::Variant invoke(std::u16string_view name, automation::InvokeKind kind,
+                               std::span<automation::Variant> arguments) override;
+    std::u16string typeName() const override { return u"kvTags"; }
+
+    // For the evaluation alone.
+    TagList& list() noexcept { return *tags_; }
+
+private:
+    std::unique_ptr<TagList> tags_;
+};
+
+}  // namespace velmor
