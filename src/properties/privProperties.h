@@ -1,0 +1,150 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "automation/Object.h"
+#include "automation/Variant.h"
+#include "properties/privProperty.h"
+
+namespace velmor {
+
+class KeyedItems;
+class PropertyEnumerator;
+
+// An ordered, keyed collection of properties. Order of insertion is kept; a name may occur more
+// than once. Keys ignore case. Only the first property of a name carries the key; the others are
+// reached by index or enumeration, and the first one's Multiple is set. When the keyed one is
+// removed the key goes with it.
+//
+// Members suppress errors: a missing name or index yields nothing, the default, or no action.
+// Looking a name up, adding and indexing cost constant time; Remove, Insert and Move may shift
+// references. A collection keeps its own children and, through them, possibly itself alive:
+// a host that stores a collection in itself has to remove it again.
+class privProperties final : public automation::Object {
+public:
+    // Collections nested deeper, or in themselves, count as empty when they are written, sized
+    // and counted.
+    static constexpr int maximumNesting = 100;
+
+    // The services must outlive the collection and everything that it hands out.
+    explicit privProperties(platform::Services& services);
+    ~privProperties() override;
+    privProperties(const privProperties&) = delete;
+    privProperties& operator=(const privProperties&) = delete;
+
+    // A found name with pbReplaceOriginal: the property takes the value. Else a new property at
+    // the end. Either way its Changed is False afterwards. Names are stored as given.
+    PropertyRef Add(std::u16string_view psName, automation::Variant pvValue, bool pbReplaceOriginal = false);
+    PropertyRef AddStr(std::u16string_view psName, std::u16string psValue, bool pbReplaceOriginal = false);
+    PropertyRef AddLng(std::u16string_view psName, std::int32_t plValue, bool pbReplaceOriginal = false);
+    PropertyRef AddDbl(std::u16string_view psName, double pdValue, bool pbReplaceOriginal = false);
+    PropertyRef AddSng(std::u16string_view psName, float pnValue, bool pbReplaceOriginal = false);
+    PropertyRef AddDate(std::u16string_view psName, automation::Date pdValue, bool pbReplaceOriginal = false);
+    PropertyRef AddBoolean(std::u16string_view psName, bool pbValue, bool pbReplaceOriginal = false);
+    PropertyRef AddInt(std::u16string_view psName, std::int16_t piValue, bool pbReplaceOriginal = false);
+    PropertyRef AddObject(std::u16string_view psName, automation::ObjectRef poValue, bool pbReplaceOriginal = false);
+
+    // By text: the keyed property of that name, also for a text such as "1". By any other value:
+    // the 1-based index. Null when there is none.
+    PropertyRef Item(const automation::Variant& pvIndexKey) const;
+    PropertyRef Item(std::u16string_view psName) const;
+    PropertyRef Item(std::int32_t plIndex) const;
+    std::int32_t Count() const noexcept;
+    void Remove(const automation::Variant& pvIndexKey);
+
+    // Steps through the properties in order and stays right while entries come and go. It keeps
+    // the entries that it was made for: RemoveAll, Sort and Build do not disturb it.
+    std::shared_ptr<PropertyEnumerator> NewEnum() const;
+
+    // Adds the property with the default value when there is none of the name.
+    PropertyRef GetProperty(std::u16string_view psName, const automation::Variant& pvDefaultValue = {});
+    automation::Variant GetValue(std::u16string_view psName, const automation::Variant& pvDefaultValue = {}) const;
+    std::u16string GetValueStr(std::u16string_view psName, std::u16string_view psDefaultValue = {}) const;
+    // Takes the text out of the property's string builder; one is attached first when there is
+    // none, so that a property without a builder gives "".
+    std::u16string GetValueStrCatDump(std::u16string_view psName, std::u16string_view psDefaultValue = {});
+    std::int32_t GetValueLng(std::u16string_view psName, std::int32_t plDefaultValue = 0) const;
+    std::int16_t GetValueInt(std::u16string_view psName, std::int16_t piDefaultValue = 0) const;
+    double GetValueDbl(std::u16string_view psName, double pnDefaultValue = 0) const;
+    float GetValueSng(std::u16string_view psName, float pnDefaultValue = 0) const;
+    automation::Date GetValueDate(std::u16string_view psName, automation::Date pdDefaultValue = {}) const;
+    // Null when the property is there but holds no object.
+    automation::ObjectRef GetValueObject(std::u16string_view psName, automation::ObjectRef poDefault = {}) const;
+    bool GetValueBoolean(std::u16string_view psName, bool pbDefaultValue = false) const;
+
+    // The text form. Stored writes every entry as name, "=", value, ":"; Delimited is the same
+    // without substitution characters in plain values; TagCommand gives the first entry as its
+    // name and ">" and a long 0 as its name alone, Command is its delimited partner.
+    // Cost: linear in the text. Text beyond 2^30 - 1 characters raises 7.
+    std::u16string Stored() const;
+    std::u16string Delimited() const;
+    std::u16string TagCommand() const;
+    std::u16string Command() const;
+
+    // Read the text form; never raise, whatever the text. Without pbAppendValues the entries
+    // are replaced. With pbTagString the text begins with "NAME>", names become upper-case, and
+    // drives and nested tags do not end a value. An empty delimiter is ":". Cost: linear in the
+    // text. The three do the same; they differ in how hosts pass the text.
+    void Build(std::u16string_view psString, bool pbAppendValues = false, bool pbTagString = false,
+               std::u16string_view psDelimiter = u":");
+    void BuildByVal(std::u16string_view psString, bool pbAppendValues = false, bool pbTagString = false,
+                    std::u16string_view psDelimiter = u":");
+    void BuildByDelimited(std::u16string_view psString, bool pbAppendValues = false, bool pbTagString = false,
+                          std::u16string_view psDelimiter = u":");
+
+    void RemoveAll();
+    void Dispose();        // calls Dispose on every property
+    bool Changed() const;  // True when one property is
+
+    // Ascending by name (by character code); among equal names a later property goes before the
+    // first one of its own type with a greater value, else to the end. Types above 15 go before
+    // the first of their type. This is no strict order, so the outcome depends on the present one.
+    // The first of each name gets the key. O(n log n).
+    void Sort();
+
+    // As Add, but a new entry is placed before position plIndex, and a replaced one moves there.
+    // Below 1 or beyond Count: appended.
+    PropertyRef Insert(std::int32_t plIndex, std::u16string_view psName, automation::Variant pvValue,
+                       bool pbReplaceOriginal = false);
+    // To position plToIndex, lowered to Count and raised to 1.
+    void Move(const automation::Variant& pvIndexKey, std::int32_t plToIndex);
+    std::int32_t GetPropertyIndex(std::u16string_view psName) const;  // 0 when there is none; linear
+    std::int32_t CountTotal() const;                                  // children included; raises 6 on overflow
+
+    // Sums of the properties' own figures, each counted once for having attributes and once more
+    // for having child properties, so not at all without (on purpose). Raise 6 on overflow.
+    std::int32_t Size() const;
+    std::int32_t SizeStored() const;
+
+    // For the reader and the RTF engine. The internal adds clean the name and always make a new
+    // property; the others reuse a property of that name. Null builders are not allowed.
+
+    static std::u16string CleanName(std::u16string_view psName);
+    PropertyRef AddInternal(std::u16string_view psName, automation::Variant pvValue, std::int32_t plEncoding,
+                            bool pbUpperCaseName);
+    PropertyRef AddInternalString(std::u16string_view psName, std::u16string psValue, std::int32_t plEncoding,
+                                  bool pbUpperCaseName);
+    PropertyRef AddInternalObject(std::u16string_view psName, automation::ObjectRef poValue, std::int32_t plEncoding,
+                                  bool pbUpperCaseName);
+    PropertyRef AddStrRefInternal(std::u16string_view psName, const std::u16string& psValue);
+    PropertyRef AddStrCatInternal(std::u16string_view psName, std::shared_ptr<privStrCat> poBuilder);
+
+    automation::Variant invoke(std::u16string_view name, automation::InvokeKind kind,
+                               std::span<automation::Variant> arguments) override;
+    std::u16string typeName() const override { return u"privProperties"; }
+
+private:
+    friend class privProperty;
+
+    platform::Services& services_;
+    std::shared_ptr<KeyedItems> items_;
+    // True while this collection is being written, sized or counted: met again, it counts as empty.
+    mutable bool visiting_ = false;
+};
+
+using PropertiesRef = std::shared_ptr<privProperties>;
+
+}  // namespace velmor
