@@ -22,9 +22,11 @@ namespace velmor::platform {
 class Registry {
 public:
     virtual ~Registry() = default;
-    // The string value, expanded as text; nothing when key or value is absent or no string.
+    // The string value (environment variables in it are not filled in); nothing when key or value
+    // is absent or no string. An empty name is the key's default value.
     virtual std::optional<std::u16string> value(std::u16string_view key, std::u16string_view name) const = 0;
-    // Names of the string values of a key, in the registry's order; empty when there is no key.
+    // Names of the string values of a key, in the registry's order, the default value's ("")
+    // included when it is set; empty when there is no key.
     virtual std::vector<std::u16string> valueNames(std::u16string_view key) const = 0;
     virtual std::vector<std::u16string> subkeys(std::u16string_view key) const = 0;
 };
@@ -38,6 +40,8 @@ public:
     virtual std::optional<std::string> read(std::u16string_view path) const = 0;
     // Replaces the file whole or not at all (a temporary file beside it, then a rename).
     virtual bool write(std::u16string_view path, std::string_view bytes) = 0;
+    // Makes an empty file in one step; false when there is one of that name, or on failure.
+    virtual bool create(std::u16string_view path) { return !exists(path) && write(path, {}); }
     virtual bool append(std::u16string_view path, std::string_view bytes) = 0;  // makes the file
     virtual bool remove(std::u16string_view path) = 0;
     virtual bool makeFolder(std::u16string_view path) = 0;  // parents too; true when it is there

@@ -1,0 +1,146 @@
+#include "common/Compression.h"
+
+#include <zlib.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <limits>
+#include <new>
+#include <vector>
+
+#include "common/Base64.h"
+#include "text/Encoding.h"
+#include "text/Error.h"
+
+namespace velmor {
+namespace {
+
+// No deflate stream grows by more than this when it is decoded.
+constexpr std::size_t kGreatestRatio = 1032;
+
+[[noreturn]] void outOfMemory() {
+    throw Error(7, u"Compression", u"Out of memory");
+}
+
+// zlib only reads what next_in points to.
+Bytef* inputOf(std::string_view bytes) {
+    return reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));
+}
+
+class Deflater {
+public:
+    // Short texts get a small window and a small table: clearing the usual ones would cost more
+    // than the text does.
+    explicit Deflater(std::size_t size) {
+        const int window = std::clamp(static_cast<int>(std::bit_width(size)), 9, 15);
+        const int memory = std::min(window - 7, 8);
+        if (deflateInit2(&stream_, Z_DEFAULT_COMPRESSION, Z_DEFLATED, window, memory, Z_DEFAULT_STRATEGY) != Z_OK) {
+            outOfMemory();
+        }
+    }
+    ~Deflater() { deflateEnd(&stream_); }
+    Deflater(const Deflater&) = delete;
+    Deflater& operator=(const Deflater&) = delete;
+
+    std::string run(std::string_view bytes) {
+        std::string result(deflateBound(&stream_, static_cast<uLong>(bytes.size())), '\0');
+        stream_.next_in = inputOf(bytes);
+        stream_.avail_in = static_cast<uInt>(bytes.size());
+        stream_.next_out = reinterpret_cast<Bytef*>(result.data());
+        stream_.avail_out = static_cast<uInt>(result.size());
+        if (deflate(&stream_, Z_FINISH) != Z_STREAM_END) outOfMemory();
+        result.resize(stream_.total_out);
+        return result;
+    }
+
+private:
+    z_stream stream_{};
+};
+
+class Inflater {
+public:
+    explicit Inflater(std::string_view bytes) {
+        stream_.next_in = inputOf(bytes);
+        stream_.avail_in = static_cast<uInt>(bytes.size());
+        if (inflateInit(&stream_) != Z_OK) outOfMemory();
+    }
+    ~Inflater() { inflateEnd(&stream_); }
+    Inflater(const Inflater&) = delete;
+    Inflater& operator=(const Inflater&) = delete;
+
+    // Decodes into the space and says how much of it was filled; nothing when the stream is bad or
+    // stops before its end.
+    std::optional<std::size_t> fill(char* space, std::size_t size) {
+        stream_.next_out = reinterpret_cast<Bytef*>(space);
+        stream_.avail_out = static_cast<uInt>(size);
+        const int outcome = inflate(&stream_, Z_NO_FLUSH);
+        if (outcome == Z_MEM_ERROR) outOfMemory();
+        ended_ = outcome == Z_STREAM_END;
+        const std::size_t filled = size - stream_.avail_out;
+        if (!ended_ && (outcome != Z_OK || filled == 0)) return std::nullopt;
+        return filled;
+    }
+
+    bool ended() const { return ended_; }
+    bool atEndOfInput() const { return stream_.avail_in == 0; }
+
+private:
+    z_stream stream_{};
+    bool ended_ = false;
+};
+
+// The size that the stream decodes to; nothing when it is bad or larger than the limit.
+std::optional<std::size_t> decodedSize(std::string_view compressed, std::size_t limit) {
+    Inflater inflater(compressed);
+    std::vector<char> scratch(std::size_t{1} << 16);
+    std::size_t total = 0;
+    while (!inflater.ended()) {
+        const auto filled = inflater.fill(scratch.data(), scratch.size());
+        if (!filled) return std::nullopt;
+        total += *filled;
+        if (total > limit) return std::nullopt;
+    }
+    return total;
+}
+
+std::optional<std::string> decode(std::string_view compressed, std::size_t firstStep) {
+    Inflater inflater(compressed);
+    std::string result;
+    for (std::size_t step = firstStep; !inflater.ended(); step = result.size()) {
+        const std::size_t done = result.size();
+        result.resize(done + step);
+        const auto filled = inflater.fill(result.data() + done, step);
+        if (!filled) return std::nullopt;
+        result.resize(done + *filled);
+    }
+    if (!inflater.atEndOfInput()) return std::nullopt;
+    return result;
+}
+
+}  // namespace
+
+std::string compressBytes(std::string_view bytes) {
+    if (bytes.size() > std::numeric_limits<uInt>::max() / 2) outOfMemory();
+    return Deflater(bytes.size()).run(bytes);
+}
+
+std::u16string compressedText(std::u16string_view text) {
+    return base64(compressBytes(toUtf8(text)));
+}
+
+std::optional<std::string> decompressBytes(std::string_view compressed, std::size_t limit) {
+    if (compressed.size() > std::numeric_limits<uInt>::max() / 2) return std::nullopt;
+    if (compressed.size() <= limit / kGreatestRatio) return decode(compressed, compressed.size() * 4 + 64);
+    const auto size = decodedSize(compressed, limit);
+    return size ? decode(compressed, *size + 1) : std::nullopt;
+}
+
+std::optional<std::u16string> textFromCompressed(std::u16string_view encoded) {
+    const auto compressed = fromBase64(encoded);
+    if (!compressed) return std::nullopt;
+    const auto bytes = decompressBytes(*compressed);
+    return bytes ? std::optional(fromUtf8(*bytes)) : std::nullopt;
+}
+
+}  // namespace velmor

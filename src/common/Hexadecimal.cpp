@@ -1,0 +1,67 @@
+#include "common/Hexadecimal.h"
+
+#include <cstdint>
+
+#include "common/Limits.h"
+#include "text/Encoding.h"
+
+namespace velmor {
+namespace {
+
+int valueOf(char16_t unit) {
+    if (unit >= u'0' && unit <= u'9') return unit - u'0';
+    const char16_t lower = unit | 0x20;
+    return lower >= u'a' && lower <= u'f' ? lower - u'a' + 10 : -1;
+}
+
+bool isSpace(char16_t unit) {
+    return unit == u' ' || unit == u'\t' || unit == u'\r' || unit == u'\n';
+}
+
+}  // namespace
+
+void appendHexadecimal(std::u16string& target, std::string_view bytes) {
+    constexpr std::u16string_view digits = u"0123456789ABCDEF";
+    std::size_t place = target.size();
+    target.resize(place + bytes.size() * 2);
+    for (const char byte : bytes) {
+        const auto value = static_cast<std::uint8_t>(byte);
+        target[place++] = digits[value >> 4];
+        target[place++] = digits[value & 15];
+    }
+}
+
+std::u16string hexadecimal(std::string_view bytes) {
+    std::u16string text;
+    appendHexadecimal(text, bytes);
+    return text;
+}
+
+std::u16string hexadecimalOfText(std::u16string_view text) {
+    return hexadecimal(toUtf8(text));
+}
+
+std::optional<std::string> fromHexadecimal(std::u16string_view encoded) {
+    if (encoded.size() / 2 > decodingLimit) return std::nullopt;
+    std::string bytes;
+    bytes.reserve(encoded.size() / 2);
+    for (std::size_t i = 0; i < encoded.size();) {
+        if (isSpace(encoded[i])) {
+            ++i;
+            continue;
+        }
+        if (i + 1 == encoded.size()) return std::nullopt;
+        const int high = valueOf(encoded[i]), low = valueOf(encoded[i + 1]);
+        if (high < 0 || low < 0) return std::nullopt;
+        bytes.push_back(static_cast<char>(high << 4 | low));
+        i += 2;
+    }
+    return bytes;
+}
+
+std::optional<std::u16string> textFromHexadecimal(std::u16string_view encoded) {
+    const auto bytes = fromHexadecimal(encoded);
+    return bytes ? std::optional(fromUtf8(*bytes)) : std::nullopt;
+}
+
+}  // namespace velmor

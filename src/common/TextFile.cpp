@@ -1,0 +1,29 @@
+#include "common/TextFile.h"
+
+#include <utility>
+
+#include "platform/ByteOrderMark.h"
+#include "text/Encoding.h"
+
+namespace velmor {
+
+std::u16string decodeTextFile(std::string_view bytes) {
+    auto marked = platform::decodeMarked(bytes);
+    return marked ? std::move(*marked) : fromAnsi(bytes);
+}
+
+std::optional<std::u16string> readTextFile(const platform::Files& files, std::u16string_view path) {
+    const auto bytes = files.read(path);
+    return bytes ? std::optional(decodeTextFile(*bytes)) : std::nullopt;
+}
+
+bool writeTextFile(platform::Files& files, std::u16string_view path, std::u16string_view text) {
+    return files.write(path, toAnsi(text));
+}
+
+bool appendTextFile(platform::Files& files, std::u16string_view path, std::u16string_view text, bool pbCreate) {
+    if (!pbCreate && !files.exists(path)) return false;
+    return files.append(path, toAnsi(text));
+}
+
+}  // namespace velmor

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/Services.h"
+
+namespace velmor {
+
+// A file is single-byte text in the ANSI code page, every byte one character, unless it begins
+// with a byte order mark: UTF-8 and UTF-16 (either order) are then read as such, without the mark.
+std::u16string decodeTextFile(std::string_view bytes);
+
+// Nothing when the file is missing or unreadable; an empty file gives "".
+std::optional<std::u16string> readTextFile(const platform::Files& files, std::u16string_view path);
+
+// Replaces the file with the text in the ANSI code page; what does not fit is written as "?".
+bool writeTextFile(platform::Files& files, std::u16string_view path, std::u16string_view text);
+
+// Adds the text, in the ANSI code page, to the end of the file. A missing file is made when
+// pbCreate says so and fails the call otherwise.
+bool appendTextFile(platform::Files& files, std::u16string_view path, std::u16string_view text, bool pbCreate);
+
+}  // namespace velmor

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace velmor::platform {
+
+// Bytes as UTF-16 code units; a byte left over at the end is dropped.
+std::u16string unitsOf(std::string_view bytes, bool bigEndian);
+
+// The text behind a byte order mark (UTF-8, UTF-16 in either order); nothing when there is none.
+std::optional<std::u16string> decodeMarked(std::string_view bytes);
+
+}  // namespace velmor::platform
