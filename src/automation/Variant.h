@@ -1,10 +1,11 @@
 #pragma once
 
-#include <array>
+#include <concepts>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -81,6 +82,7 @@ struct Array {
     struct Bound {
         std::int32_t lower = 0;
         std::int32_t count = 0;
+        bool operator==(const Bound&) const = default;
     };
     VariantType elementType = VariantType::variant;
     std::vector<Bound> bounds;
@@ -110,6 +112,8 @@ public:
     Variant(std::u16string_view value) : value_(std::u16string(value)) {}
     Variant(const char16_t* value) : value_(std::u16string(value)) {}
     Variant(ObjectRef value) : value_(std::move(value)) {}  // a null reference is Nothing
+    template <std::derived_from<Object> T>
+    Variant(std::shared_ptr<T> value) : value_(ObjectRef(std::move(value))) {}
     Variant(std::shared_ptr<const Array> value) : value_(std::move(value)) {}
     template <class T>
     Variant(T*) = delete;  // no pointer becomes a boolean
@@ -118,7 +122,7 @@ public:
     static Variant missing();
     bool isMissing() const noexcept;
 
-    // The type number; arrays report array + their element type.
+    // The type number; arrays report array + their element type. Any object reports 9, Nothing too.
     std::int32_t typeCode() const noexcept;
     VariantType type() const noexcept;  // `array` for every array
 

@@ -1,0 +1,98 @@
+#include <chrono>
+#include <cmath>
+
+#include "automation/Convert.h"
+#include "automation/Portable.h"
+
+namespace velmor::automation {
+
+namespace {
+
+constexpr int kDaySeconds = 86400;
+constexpr std::chrono::sys_days kDayZero = std::chrono::year{1899} / 12 / 30;
+
+struct DayAndSecond {
+    int day = 0;
+    int second = 0;
+};
+
+// Rounded to whole seconds; the fraction is the time of day, also of negative dates. Nothing
+// outside the years 100 to 9999.
+std::optional<DayAndSecond> split(Date date) {
+    if (!(date.days > -657435 && date.days < 2958466)) return std::nullopt;
+    const double whole = std::trunc(date.days);
+    DayAndSecond parts{static_cast<int>(whole),
+                       static_cast<int>(std::lround(std::fabs(date.days - whole) * kDaySeconds))};
+    if (parts.second == kDaySeconds) parts = {parts.day + 1, 0};
+    if (parts.day > 2958465) return std::nullopt;
+    return parts;
+}
+
+DateFields fieldsOf(DayAndSecond parts) {
+    const std::chrono::year_month_day day{kDayZero + std::chrono::days{parts.day}};
+    return {int{day.year()},
+            static_cast<int>(unsigned{day.month()}),
+            static_cast<int>(unsigned{day.day()}),
+            parts.second / 3600,
+            parts.second / 60 % 60,
+            parts.second % 60};
+}
+
+bool isTime(const DateFields& fields) {
+    return fields.hour >= 0 && fields.hour < 24 && fields.minute >= 0 && fields.minute < 60 && fields.second >= 0 &&
+           fields.second < 60;
+}
+
+void appendNumber(std::u16string& text, int value, bool twoDigits = false) {
+    if (twoDigits && value < 10) text += u'0';
+    const std::string digits = std::to_string(value);
+    text.append(digits.begin(), digits.end());
+}
+
+}  // namespace
+
+DateFields dateFields(Date date) {
+    const auto parts = split(date);
+    return parts ? fieldsOf(*parts) : DateFields{};
+}
+
+std::optional<Date> dateFromFields(const DateFields& fields) {
+    if (fields.year < 100 || fields.year > 9999 || !isTime(fields)) return std::nullopt;
+    if (fields.month < 1 || fields.month > 12 || fields.day < 1 || fields.day > 31) return std::nullopt;
+    const std::chrono::year_month_day day{std::chrono::year{fields.year},
+                                          std::chrono::month{static_cast<unsigned>(fields.month)},
+                                          std::chrono::day{static_cast<unsigned>(fields.day)}};
+    if (!day.ok()) return std::nullopt;
+    const double days = static_cast<double>((std::chrono::sys_days{day} - kDayZero).count());
+    const double time = (fields.hour * 3600 + fields.minute * 60 + fields.second) / double{kDaySeconds};
+    return Date{days < 0 ? days - time : days + time};
+}
+
+namespace portable {
+
+std::optional<std::u16string> dateText(Date date) {
+    const auto parts = split(date);
+    if (!parts) return std::nullopt;
+    const DateFields fields = fieldsOf(*parts);
+    std::u16string text;
+    if (parts->day != 0) {
+        appendNumber(text, fields.month);
+        text += u'/';
+        appendNumber(text, fields.day);
+        text += u'/';
+        appendNumber(text, fields.year);
+        if (parts->second == 0) return text;
+        text += u' ';
+    }
+    appendNumber(text, (fields.hour + 11) % 12 + 1);
+    text += u':';
+    appendNumber(text, fields.minute, true);
+    text += u':';
+    appendNumber(text, fields.second, true);
+    text += fields.hour < 12 ? u" AM" : u" PM";
+    return text;
+}
+
+}  // namespace portable
+
+}  // namespace velmor::automation

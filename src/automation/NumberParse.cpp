@@ -1,0 +1,201 @@
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+#include "automation/DecimalNumber.h"
+#include "automation/NumberText.h"
+
+namespace velmor::automation::portable {
+
+namespace {
+
+// Far beyond every type's range, so that adding to it cannot overflow.
+constexpr std::int64_t kExponentLimit = 1'000'000;
+
+bool isBlank(char16_t unit) {
+    return unit == u' ' || (unit >= u'\t' && unit <= u'\r');
+}
+
+bool isDigit(char16_t unit) {
+    return unit >= u'0' && unit <= u'9';
+}
+
+class NumberReader {
+public:
+    explicit NumberReader(std::u16string_view text) : text_(text) {}
+
+    std::optional<ParsedNumber> read() {
+        readPrefix();
+        if (peek() == u'&' ? !readRadix() : !readDigits()) return std::nullopt;
+        readSuffix();
+        if (at_ < text_.size() || open_) return std::nullopt;
+        number_.negative = minus_ || parentheses_;
+        return std::move(number_);
+    }
+
+private:
+    char16_t peek(std::size_t ahead = 0) const { return at_ + ahead < text_.size() ? text_[at_ + ahead] : u'\0'; }
+
+    // Blanks and, each once, a sign, "$" and "(".
+    void readPrefix() {
+        for (; at_ < text_.size(); ++at_) {
+            const char16_t unit = text_[at_];
+            if (isBlank(unit) || takeSign(unit) || takeOnce(unit, u'$', currency_)) continue;
+            if (!takeOnce(unit, u'(', parentheses_)) return;
+            open_ = true;
+        }
+    }
+
+    void readSuffix() {
+        for (; at_ < text_.size(); ++at_) {
+            const char16_t unit = text_[at_];
+            if (isBlank(unit) || takeSign(unit) || takeOnce(unit, u'$', currency_)) continue;
+            if (unit != u')' || !open_) return;
+            open_ = false;
+        }
+    }
+
+    bool takeSign(char16_t unit) {
+        return takeOnce(unit, u'+', sign_) || (takeOnce(unit, u'-', sign_) && (minus_ = true));
+    }
+
+    static bool takeOnce(char16_t unit, char16_t wanted, bool& taken) {
+        if (unit != wanted || taken) return false;
+        return taken = true;
+    }
+
+    bool readDigits() {
+        const std::size_t start = at_;
+        while (isDigit(peek()) || (peek() == u',' && at_ > start)) takeDigit(true);
+        bool any = at_ > start;
+        if (peek() == u'.') {
+            ++at_;
+            any = any || isDigit(peek());
+            while (isDigit(peek())) takeDigit(false);
+        }
+        if (!any) return false;
+        readExponent();
+        finishDigits();
+        return true;
+    }
+
+    void takeDigit(bool whole) {
+        const char16_t unit = text_[at_++];
+        if (unit == u',') return;
+        const bool leadingZero = unit == u'0' && number_.digits.empty();
+        if (!leadingZero) number_.digits += static_cast<char>(unit);
+        if (whole && !leadingZero) ++exponent_;
+        if (!whole && leadingZero) --exponent_;
+    }
+
+    // "e" and an optional sign count only when a digit follows.
+    void readExponent() {
+        if (peek() != u'e' && peek() != u'E') return;
+        const bool sign = peek(1) == u'+' || peek(1) == u'-';
+        if (!isDigit(peek(sign ? 2 : 1))) return;
+        const bool negative = peek(1) == u'-';
+        at_ += sign ? 2 : 1;
+        std::int64_t value = 0;
+        for (; isDigit(peek()); ++at_) value = std::min<std::int64_t>(value * 10 + (peek() - u'0'), 1'000'000'000'000);
+        exponent_ += negative ? -value : value;
+    }
+
+    void finishDigits() {
+        std::string& digits = number_.digits;
+        while (!digits.empty() && digits.back() == '0') digits.pop_back();
+        if (digits.empty()) exponent_ = 0;
+        number_.exponent = static_cast<std::int32_t>(std::clamp(exponent_, -kExponentLimit, kExponentLimit));
+    }
+
+    bool readRadix() {
+        const char16_t kind = static_cast<char16_t>(peek(1) | 0x20);
+        if (kind != u'h' && kind != u'o') return false;
+        const unsigned shift = kind == u'h' ? 4 : 3;
+        at_ += 2;
+        const std::size_t start = at_;
+        std::uint64_t value = 0;
+        for (int digit = radixDigit(shift); digit >= 0; digit = radixDigit(shift)) {
+            value = value << shift | static_cast<unsigned>(digit);
+            if (value > 0xFFFFFFFFu) return false;
+            ++at_;
+        }
+        number_.radixValue = static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
+        return at_ > start;
+    }
+
+    int radixDigit(unsigned shift) const {
+        const char16_t unit = peek();
+        const char16_t lower = static_cast<char16_t>(unit | 0x20);
+        int digit = -1;
+        if (isDigit(unit)) digit = unit - u'0';
+        if (shift == 4 && lower >= u'a' && lower <= u'f') digit = lower - u'a' + 10;
+        return digit < (1 << shift) ? digit : -1;
+    }
+
+    std::u16string_view text_;
+    std::size_t at_ = 0;
+    ParsedNumber number_;
+    std::int64_t exponent_ = 0;
+    bool sign_ = false, minus_ = false, currency_ = false, parentheses_ = false, open_ = false;
+};
+
+// The first `count` digits of 0.digits as a whole number, rounded half to even.
+std::string roundedDigits(const std::string& digits, std::int64_t count) {
+    if (count < 0) return "0";
+    const auto kept = static_cast<std::size_t>(count);
+    if (kept >= digits.size()) return digits + std::string(kept - digits.size(), '0');
+    std::string whole = "0" + digits.substr(0, kept);
+    const bool half = digits[kept] == '5' && kept + 1 == digits.size();
+    const bool odd = (whole.back() - '0') % 2 == 1;
+    if (half ? !odd : digits[kept] < '5') return whole;
+    std::size_t at = whole.size() - 1;
+    while (whole[at] == '9') whole[at--] = '0';
+    ++whole[at];
+    return whole;
+}
+
+}  // namespace
+
+std::optional<ParsedNumber> parseNumberText(std::u16string_view text) {
+    return NumberReader(text).read();
+}
+
+std::optional<double> doubleOf(const ParsedNumber& number) {
+    if (number.radixValue) return number.negative ? -static_cast<double>(*number.radixValue) : *number.radixValue;
+    if (number.digits.empty() || number.exponent < -400) return 0.0;
+    if (number.exponent > 400) return std::nullopt;
+    std::string text = number.digits;
+    text += 'e';
+    text += std::to_string(number.exponent - static_cast<std::int64_t>(number.digits.size()));
+    double value = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (result.ec == std::errc::result_out_of_range) {
+        if (number.exponent > 0) return std::nullopt;
+        value = 0;
+    }
+    return number.negative ? -value : value;
+}
+
+std::optional<std::int64_t> integerOf(const ParsedNumber& number, int decimals) {
+    const std::int64_t kept = std::int64_t{number.exponent} + decimals;
+    if (kept > 19) return std::nullopt;
+    const std::string text = (number.negative ? "-" : "") + roundedDigits(number.digits, kept);
+    std::int64_t value = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (result.ec == std::errc::result_out_of_range) return std::nullopt;
+    return value;
+}
+
+std::optional<Decimal> decimalOf(const ParsedNumber& number) {
+    if (number.exponent > 29) return std::nullopt;
+    const auto wanted = static_cast<std::int64_t>(number.digits.size()) - number.exponent;
+    std::int64_t scale = std::clamp<std::int64_t>(wanted, 0, 28);
+    scale = std::min<std::int64_t>(scale, 29 - number.exponent);
+    for (; scale >= 0; --scale) {
+        const auto magnitude = Magnitude::parse(roundedDigits(number.digits, number.exponent + scale));
+        if (magnitude) return magnitude->decimal(static_cast<std::uint8_t>(scale), number.negative);
+    }
+    return std::nullopt;
+}
+
+}  // namespace velmor::automation::portable

@@ -1,0 +1,207 @@
+#include <cmath>
+#include <concepts>
+#include <limits>
+#include <type_traits>
+
+#include "automation/DecimalNumber.h"
+#include "automation/NumberText.h"
+#include "automation/Portable.h"
+#include "text/Compare.h"
+
+namespace velmor::automation::portable {
+
+namespace {
+
+constexpr double kCurrencyUnit = 10000;
+constexpr double kFirstDay = -657434;  // 1 January 100
+constexpr double kBehindLastDay = 2958466;
+
+double roundHalfToEven(double value) {
+    const double below = std::floor(value);
+    const double rest = value - below;
+    const bool up = rest > 0.5 || (rest == 0.5 && std::fmod(below, 2) != 0);
+    return up ? below + 1 : below;
+}
+
+template <class Integer>
+std::optional<Integer> narrowed(std::int64_t value) {
+    if (value < std::numeric_limits<Integer>::min() || value > std::numeric_limits<Integer>::max()) return std::nullopt;
+    return static_cast<Integer>(value);
+}
+
+// The text's number; a value in another radix is given as digits, too.
+std::optional<ParsedNumber> decimalDigitsOf(std::u16string_view text) {
+    auto number = parseNumberText(text);
+    if (!number || !number->radixValue) return number;
+    const bool negative = number->negative;
+    number = parseNumberText(numberText(*number->radixValue));
+    number->negative = number->negative != negative;
+    return number;
+}
+
+std::optional<double> wholeDouble(double value) {
+    // Also false for what is no number.
+    if (!(std::fabs(value) < 9.2e18)) return std::nullopt;
+    return roundHalfToEven(value);
+}
+
+// A 64-bit whole number of the value times 10 to the power of `decimals` (0 or 4).
+struct ToScaled {
+    int decimals;
+
+    std::optional<std::int64_t> operator()(Empty) const { return 0; }
+    std::optional<std::int64_t> operator()(bool value) const { return scaled(value ? -1 : 0); }
+    template <std::integral Integer>
+    std::optional<std::int64_t> operator()(Integer value) const {
+        return scaled(value);
+    }
+    template <std::floating_point Float>
+    std::optional<std::int64_t> operator()(Float value) const {
+        const double product = decimals == 0 ? static_cast<double>(value) : value * kCurrencyUnit;
+        const auto whole = wholeDouble(product);
+        return whole ? std::optional(static_cast<std::int64_t>(*whole)) : std::nullopt;
+    }
+    std::optional<std::int64_t> operator()(Date value) const { return (*this)(value.days); }
+    std::optional<std::int64_t> operator()(Currency value) const {
+        if (decimals == 4) return value.scaled;
+        const std::int64_t whole = value.scaled / 10000;
+        const std::int64_t rest = std::abs(value.scaled % 10000);
+        const bool away = rest > 5000 || (rest == 5000 && whole % 2 != 0);
+        return away ? whole + (value.scaled < 0 ? -1 : 1) : whole;
+    }
+    std::optional<std::int64_t> operator()(const Decimal& value) const { return (*this)(numberText(value)); }
+    std::optional<std::int64_t> operator()(const std::u16string& value) const {
+        const auto number = decimalDigitsOf(value);
+        return number ? integerOf(*number, decimals) : std::nullopt;
+    }
+    template <class Other>
+    std::optional<std::int64_t> operator()(const Other&) const {
+        return std::nullopt;
+    }
+
+private:
+    std::int64_t scaled(std::int64_t value) const { return decimals == 0 ? value : value * 10000; }
+};
+
+struct ToDouble {
+    std::optional<double> operator()(Empty) const { return 0; }
+    std::optional<double> operator()(bool value) const { return value ? -1 : 0; }
+    template <class Number>
+    requires std::is_arithmetic_v<Number> std::optional<double>
+    operator()(Number value) const { return static_cast<double>(value); }
+    std::optional<double> operator()(Date value) const { return value.days; }
+    std::optional<double> operator()(Currency value) const { return static_cast<double>(value.scaled) / kCurrencyUnit; }
+    std::optional<double> operator()(const Decimal& value) const { return parseNumber(numberText(value)); }
+    std::optional<double> operator()(const std::u16string& value) const { return parseNumber(value); }
+    template <class Other>
+    std::optional<double> operator()(const Other&) const {
+        return std::nullopt;
+    }
+};
+
+struct ToText {
+    std::optional<std::u16string> operator()(Empty) const { return u""; }
+    std::optional<std::u16string> operator()(bool value) const { return value ? u"True" : u"False"; }
+    template <std::integral Integer>
+    std::optional<std::u16string> operator()(Integer value) const {
+        return numberText(std::int32_t{value});
+    }
+    template <std::floating_point Float>
+    std::optional<std::u16string> operator()(Float value) const {
+        return numberText(value);
+    }
+    std::optional<std::u16string> operator()(Date value) const { return dateText(value); }
+    std::optional<std::u16string> operator()(Currency value) const { return numberText(value); }
+    std::optional<std::u16string> operator()(const Decimal& value) const { return numberText(value); }
+    std::optional<std::u16string> operator()(const std::u16string& value) const { return value; }
+    template <class Other>
+    std::optional<std::u16string> operator()(const Other&) const {
+        return std::nullopt;
+    }
+};
+
+std::optional<bool> booleanOf(std::u16string_view text) {
+    for (const std::u16string_view word : {u"True", u"#TRUE#"}) {
+        if (equalIgnoringCase(text, word)) return true;
+    }
+    for (const std::u16string_view word : {u"False", u"#FALSE#"}) {
+        if (equalIgnoringCase(text, word)) return false;
+    }
+    const auto number = parseNumber(text);
+    return number ? std::optional(*number != 0) : std::nullopt;
+}
+
+template <class Integer>
+std::optional<Integer> toWhole(const Variant& value) {
+    const auto whole = value.visit(ToScaled{0});
+    return whole ? narrowed<Integer>(*whole) : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<std::int32_t> toLong(const Variant& value) {
+    return toWhole<std::int32_t>(value);
+}
+
+std::optional<std::int16_t> toInteger(const Variant& value) {
+    return toWhole<std::int16_t>(value);
+}
+
+std::optional<std::uint8_t> toByte(const Variant& value) {
+    if (const auto* boolean = value.get<bool>()) return static_cast<std::uint8_t>(*boolean ? 255 : 0);
+    return toWhole<std::uint8_t>(value);
+}
+
+std::optional<double> toDouble(const Variant& value) {
+    return value.visit(ToDouble{});
+}
+
+std::optional<float> toSingle(const Variant& value) {
+    if (const auto* single = value.get<float>()) return *single;
+    const auto number = toDouble(value);
+    if (!number || std::fabs(*number) > std::numeric_limits<float>::max()) return std::nullopt;
+    return static_cast<float>(*number);
+}
+
+std::optional<bool> toBoolean(const Variant& value) {
+    if (const auto* text = value.get<std::u16string>()) return booleanOf(*text);
+    const auto number = toDouble(value);
+    return number ? std::optional(*number != 0) : std::nullopt;
+}
+
+std::optional<Currency> toCurrency(const Variant& value) {
+    const auto scaled = value.visit(ToScaled{4});
+    return scaled ? std::optional(Currency{*scaled}) : std::nullopt;
+}
+
+std::optional<Decimal> toDecimal(const Variant& value) {
+    if (const auto* decimal = value.get<Decimal>()) return *decimal;
+    std::optional<std::u16string> text;
+    if (value.get<bool>() != nullptr) {
+        text = *value.get<bool>() ? u"-1" : u"0";
+    } else if (const auto* date = value.get<Date>()) {
+        text = numberText(date->days);
+    } else {
+        text = value.isEmpty() ? u"0" : toText(value);
+    }
+    const auto number = text ? decimalDigitsOf(*text) : std::nullopt;
+    return number ? decimalOf(*number) : std::nullopt;
+}
+
+std::optional<Date> toDate(const Variant& value) {
+    if (const auto* text = value.get<std::u16string>()) return parseDate(*text);
+    const auto days = toDouble(value);
+    if (!days || !(*days > kFirstDay - 1 && *days < kBehindLastDay)) return std::nullopt;
+    return Date{*days};
+}
+
+std::optional<std::u16string> toText(const Variant& value) {
+    return value.visit(ToText{});
+}
+
+std::optional<double> parseNumber(std::u16string_view text) {
+    const auto number = parseNumberText(text);
+    return number ? doubleOf(*number) : std::nullopt;
+}
+
+}  // namespace velmor::automation::portable

@@ -1,0 +1,63 @@
+#include "automation/DecimalNumber.h"
+#include "automation/Portable.h"
+
+namespace velmor::automation::portable {
+
+namespace {
+
+bool isNumber(const Variant& value) {
+    switch (value.type()) {
+        case VariantType::empty:
+        case VariantType::integer:
+        case VariantType::longInteger:
+        case VariantType::single:
+        case VariantType::doubleFloat:
+        case VariantType::currency:
+        case VariantType::date:
+        case VariantType::boolean:
+        case VariantType::decimal:
+        case VariantType::byte:
+            return true;
+        default:
+            return false;
+    }
+}
+
+bool isExact(const Variant& value) {
+    const auto type = value.type();
+    return type != VariantType::single && type != VariantType::doubleFloat && type != VariantType::date;
+}
+
+bool equalNumbers(const Variant& left, const Variant& right) {
+    if (left.get<Decimal>() != nullptr || right.get<Decimal>() != nullptr) {
+        const auto leftDecimal = toDecimal(left);
+        const auto rightDecimal = toDecimal(right);
+        if (leftDecimal && rightDecimal) return compareDecimals(*leftDecimal, *rightDecimal) == 0;
+    } else if (isExact(left) && isExact(right)) {
+        return toCurrency(left) == toCurrency(right);
+    }
+    return toDouble(left) == toDouble(right);
+}
+
+// A text equals a text, unit by unit, and the empty text equals Empty; it equals no number, not
+// even the one that it spells.
+std::optional<bool> equalToText(const std::u16string& text, const Variant& other) {
+    if (const auto* otherText = other.get<std::u16string>()) return text == *otherText;
+    if (other.isEmpty()) return text.empty();
+    return isNumber(other) ? std::optional(false) : std::nullopt;
+}
+
+}  // namespace
+
+std::optional<bool> equalValues(const Variant& left, const Variant& right) {
+    if (left.type() == VariantType::null || right.type() == VariantType::null) return false;
+    if (const auto* text = left.get<std::u16string>()) return equalToText(*text, right);
+    if (const auto* text = right.get<std::u16string>()) return equalToText(*text, left);
+    const auto* leftError = left.get<ErrorCode>();
+    const auto* rightError = right.get<ErrorCode>();
+    if (leftError != nullptr && rightError != nullptr) return *leftError == *rightError;
+    if (!isNumber(left) || !isNumber(right)) return std::nullopt;
+    return equalNumbers(left, right);
+}
+
+}  // namespace velmor::automation::portable
