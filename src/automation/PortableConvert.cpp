@@ -52,11 +52,11 @@ struct ToScaled {
     std::optional<std::int64_t> operator()(Empty) const { return 0; }
     std::optional<std::int64_t> operator()(bool value) const { return scaled(value ? -1 : 0); }
     template <std::integral Integer>
-    std::optional<std::int64_t> operator()(Integer value) const {
+    std::optional<std::int64_t> operator()(const Integer& value) const {
         return scaled(value);
     }
     template <std::floating_point Float>
-    std::optional<std::int64_t> operator()(Float value) const {
+    std::optional<std::int64_t> operator()(const Float& value) const {
         const double product = decimals == 0 ? static_cast<double>(value) : value * kCurrencyUnit;
         const auto whole = wholeDouble(product);
         return whole ? std::optional(static_cast<std::int64_t>(*whole)) : std::nullopt;
@@ -88,7 +88,7 @@ struct ToDouble {
     std::optional<double> operator()(bool value) const { return value ? -1 : 0; }
     template <class Number>
     requires std::is_arithmetic_v<Number> std::optional<double>
-    operator()(Number value) const { return static_cast<double>(value); }
+    operator()(const Number& value) const { return static_cast<double>(value); }
     std::optional<double> operator()(Date value) const { return value.days; }
     std::optional<double> operator()(Currency value) const { return static_cast<double>(value.scaled) / kCurrencyUnit; }
     std::optional<double> operator()(const Decimal& value) const { return parseNumber(numberText(value)); }
@@ -103,11 +103,11 @@ struct ToText {
     std::optional<std::u16string> operator()(Empty) const { return u""; }
     std::optional<std::u16string> operator()(bool value) const { return value ? u"True" : u"False"; }
     template <std::integral Integer>
-    std::optional<std::u16string> operator()(Integer value) const {
+    std::optional<std::u16string> operator()(const Integer& value) const {
         return numberText(std::int32_t{value});
     }
     template <std::floating_point Float>
-    std::optional<std::u16string> operator()(Float value) const {
+    std::optional<std::u16string> operator()(const Float& value) const {
         return numberText(value);
     }
     std::optional<std::u16string> operator()(Date value) const { return dateText(value); }
