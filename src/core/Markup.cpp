@@ -1,0 +1,90 @@
+#include "core/Markup.h"
+
+#include <cstring>
+
+namespace velmor {
+
+namespace {
+
+constexpr std::uint64_t kEachUnit = 0x0001000100010001;
+constexpr std::uint64_t kTopBits = 0x8000800080008000;
+
+// Four units at once: not 0 when one of them is "<". Exact for the lowest such unit only.
+std::uint64_t angleBits(const char16_t* units) noexcept {
+    std::uint64_t word;
+    std::memcpy(&word, units, sizeof word);
+    word ^= kEachUnit * u'<';
+    return (word - kEachUnit) & ~word & kTopBits;
+}
+
+std::size_t findAngle(std::u16string_view text, std::size_t start) noexcept {
+    const char16_t* const units = text.data();
+    const std::size_t size = text.size();
+    std::size_t at = start;
+    while (at + 8 <= size && (angleBits(units + at) | angleBits(units + at + 4)) == 0) at += 8;
+    while (at < size && units[at] != u'<') ++at;
+    return at;
+}
+
+bool isLetter(char16_t unit, char16_t lower) noexcept {
+    return (unit | 0x20) == lower;
+}
+
+bool isOpening(const char16_t* at, std::size_t left) noexcept {
+    return left >= kOpeningMarker.size() && isLetter(at[1], u'k') && isLetter(at[2], u'v') && at[3] == u':';
+}
+
+bool isClosing(const char16_t* at, std::size_t left) noexcept {
+    return left >= kClosingMarker.size() && at[1] == u'/' && isLetter(at[2], u'k') && isLetter(at[3], u'v') &&
+           at[4] == u'>';
+}
+
+}  // namespace
+
+MarkerPlace findMarker(std::u16string_view text, std::size_t start) noexcept {
+    for (std::size_t at = findAngle(text, start); at < text.size(); at = findAngle(text, at + 1)) {
+        if (isOpening(text.data() + at, text.size() - at)) return {at, true};
+        if (isClosing(text.data() + at, text.size() - at)) return {at, false};
+    }
+    return {};
+}
+
+std::size_t findOpeningMarker(std::u16string_view text, std::size_t start) noexcept {
+    for (std::size_t at = findAngle(text, start); at < text.size(); at = findAngle(text, at + 1)) {
+        if (isOpening(text.data() + at, text.size() - at)) return at;
+    }
+    return std::u16string_view::npos;
+}
+
+std::vector<TagSpan> findMarkerPairs(std::u16string_view text) {
+    std::vector<TagSpan> pairs;
+    std::vector<std::uint32_t> unclosed;  // indexes into pairs, innermost last
+    for (MarkerPlace place = findMarker(text, 0); place.position < text.size();
+         place = findMarker(text, place.position + 1)) {
+        const auto position = static_cast<std::uint32_t>(place.position);
+        if (place.opening) {
+            unclosed.push_back(static_cast<std::uint32_t>(pairs.size()));
+            pairs.push_back({position, TagSpan::kUnclosed});
+        } else if (!unclosed.empty()) {
+            pairs[unclosed.back()].close = position;
+            unclosed.pop_back();
+        }
+    }
+    return pairs;
+}
+
+std::vector<TagSpan> findTopLevelTags(std::u16string_view text) {
+    std::vector<TagSpan> pairs = findMarkerPairs(text);
+    std::size_t kept = 0;
+    std::size_t resume = 0;
+    for (const TagSpan pair : pairs) {
+        if (pair.open < resume) continue;
+        // The same step in both cases, the closing marker's length.
+        resume = (pair.complete() ? pair.close : pair.open) + kClosingMarker.size();
+        if (pair.complete()) pairs[kept++] = pair;
+    }
+    pairs.resize(kept);
+    return pairs;
+}
+
+}  // namespace velmor

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace velmor {
+
+// The markup of tags. Markers match without regard to case.
+inline constexpr std::u16string_view kOpeningMarker = u"<KV:";
+inline constexpr std::u16string_view kClosingMarker = u"</KV>";
+inline constexpr char16_t kElementSeparator = u':';
+inline constexpr char16_t kHandlerSeparator = u'>';
+
+// Where a marker begins (0-based), or npos when there is none.
+struct MarkerPlace {
+    std::size_t position = std::u16string_view::npos;
+    bool opening = false;
+};
+
+// The first marker at or after `start`.
+MarkerPlace findMarker(std::u16string_view text, std::size_t start) noexcept;
+std::size_t findOpeningMarker(std::u16string_view text, std::size_t start) noexcept;
+
+// A complete pair of markers: an opening marker and the closing one that belongs to it, which is
+// the first that more closing than opening markers lead up to. 0-based places of both markers.
+struct TagSpan {
+    static constexpr std::uint32_t kUnclosed = 0xFFFFFFFF;
+
+    std::uint32_t open = 0;
+    std::uint32_t close = kUnclosed;
+
+    bool complete() const noexcept { return close != kUnclosed; }
+    std::size_t end() const noexcept { return close + kClosingMarker.size(); }
+    // What stands between the markers.
+    std::u16string_view inner(std::u16string_view text) const noexcept {
+        const std::size_t begin = open + kOpeningMarker.size();
+        return text.substr(begin, close - begin);
+    }
+    bool operator==(const TagSpan&) const = default;
+};
+
+// Every opening marker of the text in order, each with its closing marker if there is one. One
+// pass with a stack: linear for every input. Texts of up to 2^32 - 2 units.
+std::vector<TagSpan> findMarkerPairs(std::u16string_view text);
+
+// The top-level tags: what a search from left to right meets that goes on behind each tag found.
+// Behind an opening marker that is never closed the search goes on 5 units after that marker's
+// start, so a marker that follows it at once is passed over (and with it the tag that begins
+// there). Linear for every input.
+std::vector<TagSpan> findTopLevelTags(std::u16string_view text);
+
+}  // namespace velmor
