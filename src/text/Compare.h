@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 namespace velmor {
@@ -11,6 +12,13 @@ namespace velmor {
 // than one unit stay as they are.
 char16_t lowerUnit(char16_t unit) noexcept;
 char16_t upperUnit(char16_t unit) noexcept;
+
+// Two units are equal in text comparison when they fold to the same one. A unit, its lower and its
+// upper form always do.
+inline char16_t foldUnit(char16_t unit) noexcept {
+    if (unit < 0x80) return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit | 0x20) : unit;
+    return lowerUnit(upperUnit(unit));
+}
 
 std::u16string lowerCase(std::u16string_view text);
 std::u16string upperCase(std::u16string_view text);
@@ -23,12 +31,12 @@ std::size_t hashIgnoringCase(std::u16string_view text) noexcept;
 enum class Comparison { binary, text };
 
 // 0-based index of the first `sought` at or after `start`, npos when there is none. An empty
-// `sought` is found at `start` when start <= text.size(). Never copies the text.
+// `sought` is found at `start` when start <= text.size(). Never copies the text; costs time linear
+// in both, whatever they hold.
 std::size_t findText(std::u16string_view text, std::u16string_view sought, std::size_t start,
                      Comparison comparison) noexcept;
 
 // 0-based index of the last `sought` that lies wholly in text; npos when there is none.
-std::size_t findTextReverse(std::u16string_view text, std::u16string_view sought,
-                            Comparison comparison) noexcept;
+std::size_t findTextReverse(std::u16string_view text, std::u16string_view sought, Comparison comparison) noexcept;
 
 }  // namespace velmor

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -17,5 +18,10 @@ std::u16string fromUtf8(std::string_view bytes);
 std::u16string fromAnsi(std::string_view bytes);
 std::string toAnsi(std::u16string_view text);
 std::uint8_t ansiCode(char16_t unit) noexcept;
+
+// Makes another single-byte code page the ANSI one: what its bytes 0x80 to 0xFF stand for. The
+// platform calls it at start-up, before any text is converted. A byte without a meaning (or the
+// first of two, where there are such) is passed in as its own number.
+void useAnsiCodePage(const std::array<char16_t, 128>& upperHalf) noexcept;
 
 }  // namespace velmor

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <new>
+
+#include "text/Error.h"
+
+namespace velmor {
+
+// The errors that privStrCat's members raise, and their checked arithmetic of positions.
+
+[[noreturn]] inline void raiseBuilderError(std::int32_t number, const char16_t* description) {
+    throw Error(number, u"VelmorStrCat", description);
+}
+
+inline void requireArgument(bool valid) {
+    if (!valid) raiseBuilderError(5, u"Invalid procedure call or argument");
+}
+
+inline std::int32_t checked(std::int64_t value) {
+    if (value < std::numeric_limits<std::int32_t>::min() || value > std::numeric_limits<std::int32_t>::max()) {
+        raiseBuilderError(6, u"Overflow");
+    }
+    return static_cast<std::int32_t>(value);
+}
+
+inline std::int32_t sum(std::int32_t a, std::int32_t b) {
+    return checked(std::int64_t{a} + b);
+}
+inline std::int32_t difference(std::int32_t a, std::int32_t b) {
+    return checked(std::int64_t{a} - b);
+}
+
+// Of values known not to be negative, and positions known not to be below 1.
+inline std::size_t toSize(std::int32_t value) noexcept {
+    return static_cast<std::size_t>(value);
+}
+inline std::size_t toIndex(std::int32_t position) noexcept {
+    return static_cast<std::size_t>(position) - 1;
+}
+
+template <typename Step>
+auto reportingErrors(Step step) {
+    try {
+        return step();
+    } catch (const std::bad_alloc&) {
+        raiseBuilderError(7, u"Out of memory");
+    }
+}
+
+}  // namespace velmor

@@ -1,0 +1,52 @@
+#include "text/Compare.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace velmor {
+
+namespace {
+
+#include "text/CaseTable.inc"
+
+char16_t mapUnit(const std::uint8_t (&pages)[256], char16_t unit) noexcept {
+    return static_cast<char16_t>(unit + differences[pages[unit >> 8]][unit & 0xFF]);
+}
+
+template <typename Map>
+std::u16string mapped(std::u16string_view text, Map map) {
+    std::u16string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), map);
+    return result;
+}
+
+}  // namespace
+
+char16_t lowerUnit(char16_t unit) noexcept {
+    return mapUnit(lowerPages, unit);
+}
+
+char16_t upperUnit(char16_t unit) noexcept {
+    return mapUnit(upperPages, unit);
+}
+
+std::u16string lowerCase(std::u16string_view text) {
+    return mapped(text, lowerUnit);
+}
+
+std::u16string upperCase(std::u16string_view text) {
+    return mapped(text, upperUnit);
+}
+
+bool equalIgnoringCase(std::u16string_view left, std::u16string_view right) noexcept {
+    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+                      [](char16_t a, char16_t b) { return a == b || foldUnit(a) == foldUnit(b); });
+}
+
+std::size_t hashIgnoringCase(std::u16string_view text) noexcept {
+    std::uint64_t hash = 0xCBF29CE484222325;  // FNV-1a
+    for (const char16_t unit : text) hash = (hash ^ foldUnit(unit)) * 0x100000001B3;
+    return static_cast<std::size_t>(hash ^ (hash >> 32));
+}
+
+}  // namespace velmor

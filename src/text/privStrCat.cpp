@@ -1,0 +1,240 @@
+#include "text/privStrCat.h"
+
+#include <algorithm>
+#include <new>
+#include <utility>
+
+#include "text/BuilderErrors.h"
+
+namespace velmor {
+
+namespace {
+
+constexpr std::size_t keptBufferBytes = 5000;
+
+// Members that never raise leave the builder as it was when memory runs out.
+template <typename Step>
+void unlessMemoryRunsOut(Step step) noexcept {
+    try {
+        step();
+    } catch (const std::bad_alloc&) {
+    }
+}
+
+}  // namespace
+
+privStrCat& privStrCat::operator=(privStrCat&& other) noexcept {
+    privStrCat taken(std::move(other));
+    swap(taken);
+    return *this;
+}
+
+void privStrCat::swap(privStrCat& other) noexcept {
+    std::swap(content_, other.content_);
+    std::swap(tail_, other.tail_);
+    std::swap(growthRate_, other.growthRate_);
+}
+
+// ---- The buffer
+
+// The blanks by which the buffer grows for `added` characters; 0 when they fit.
+std::size_t privStrCat::blanksFor(std::size_t lengthBefore, std::size_t added) const {
+    const std::size_t capacity = content_.size() + tail_.size();
+    if (added > maximumLength) throw std::bad_alloc();
+    if (lengthBefore + added <= capacity) return 0;
+    const std::size_t blanks = std::max(added, static_cast<std::size_t>(growthRate_));
+    if (capacity + blanks > maximumLength) throw std::bad_alloc();
+    return blanks;
+}
+
+void privStrCat::insertUnits(std::size_t index, std::u16string_view text) {
+    if (text.empty()) return;
+    const std::size_t blanks = blanksFor(content_.size(), text.size());
+    content_.insert(index, text);
+    tail_.addBlanks(blanks);
+    tail_.drop(text.size());
+}
+
+// The places that the content leaves keep the last characters that it had.
+void privStrCat::eraseUnits(std::size_t index, std::size_t count) {
+    keepLast(count);
+    content_.erase(index, count);
+}
+
+// eraseUnits, then insertUnits; all or nothing.
+void privStrCat::replaceUnits(std::size_t index, std::size_t count, std::u16string_view text) {
+    const std::size_t blanks = text.empty() ? 0 : blanksFor(content_.size() - count, text.size());
+    const std::u16string copy(text);  // it may be part of what goes
+    const std::u16string removed = content_.copy(index, count);
+    eraseUnits(index, count);
+    try {
+        content_.insert(index, copy);
+    } catch (const std::bad_alloc&) {
+        content_.insert(index, removed);  // into the gap that they left
+        tail_.drop(count);
+        throw;
+    }
+    tail_.addBlanks(blanks);
+    tail_.drop(copy.size());
+}
+
+void privStrCat::keepLast(std::size_t count) {
+    const auto [left, right] = content_.range(content_.size() - count, count);
+    tail_.prepend(right);
+    tail_.prepend(left);
+}
+
+bool privStrCat::isLarge() const noexcept {
+    return (content_.size() + tail_.size()) * sizeof(char16_t) > keptBufferBytes;
+}
+
+void privStrCat::release() noexcept {
+    content_ = GapText();
+    tail_.clear();
+}
+
+std::u16string privStrCat::bufferCopy(std::size_t index, std::size_t count) const {
+    std::u16string text(count, u' ');
+    const std::size_t inContent = index < content_.size() ? std::min(count, content_.size() - index) : 0;
+    content_.copyTo(index, inContent, text.data());
+    for (std::size_t i = inContent; i < count; ++i) text[i] = tail_[index + i - content_.size()];
+    return text;
+}
+
+std::u16string privStrCat::spareTail() const {
+    return bufferCopy(content_.size(), tail_.size());
+}
+
+// ---- Building
+
+void privStrCat::appendGrowing(std::u16string_view text) noexcept {
+    unlessMemoryRunsOut([&] { insertUnits(content_.size(), text); });
+}
+
+void privStrCat::AppendVal(std::u16string psString) noexcept {
+    if (content_.size() != 0 || psString.empty()) return Append(psString);
+    unlessMemoryRunsOut([&] {
+        const std::size_t added = psString.size();
+        const std::size_t blanks = blanksFor(0, added);
+        content_.adopt(std::move(psString));
+        tail_.addBlanks(blanks);
+        tail_.drop(added);
+    });
+}
+
+void privStrCat::Prepend(std::u16string_view psString) noexcept {
+    unlessMemoryRunsOut([&] { insertUnits(0, psString); });
+}
+
+void privStrCat::PrependVal(std::u16string psString) noexcept {
+    Prepend(psString);
+}
+
+void privStrCat::Surround(std::u16string_view psPrepend, std::u16string_view psAppend) noexcept {
+    unlessMemoryRunsOut([&] {
+        const std::u16string prepended(psPrepend);  // it may be part of what moves
+        Append(psAppend);
+        Prepend(prepended);
+    });
+}
+
+void privStrCat::SurroundVal(std::u16string psPrepend, std::u16string psAppend) noexcept {
+    Append(psAppend);
+    Prepend(psPrepend);
+}
+
+void privStrCat::ReturnStr(std::u16string& psReturn) const noexcept {
+    unlessMemoryRunsOut([&] { psReturn = content_.copy(0, content_.size()); });
+}
+
+std::u16string privStrCat::ReturnVal() const noexcept {
+    std::u16string text;
+    ReturnStr(text);
+    return text;
+}
+
+void privStrCat::DumpStr(std::u16string& psReturn) noexcept {
+    unlessMemoryRunsOut([&] {
+        if (isLarge()) {
+            psReturn = content_.release();
+            release();
+        } else {
+            psReturn = content_.copy(0, content_.size());
+            Reset();
+        }
+    });
+}
+
+std::u16string privStrCat::DumpVal() noexcept {
+    std::u16string text;
+    DumpStr(text);
+    return text;
+}
+
+void privStrCat::Reset() {
+    if (isLarge()) {
+        release();
+    } else {
+        reportingErrors([&] { eraseUnits(0, content_.size()); });
+    }
+}
+
+void privStrCat::GrowthRate(std::int32_t plGrowthRate) noexcept {
+    growthRate_ = std::clamp(plGrowthRate, 255, 16392);
+}
+
+// ---- Taking parts
+
+std::u16string privStrCat::SubString(std::int32_t plStart, std::int32_t plLength) const {
+    if (plStart > Length()) return {};
+    const bool toTheEnd = plLength == 0 || sum(plStart, plLength) > Length() + 1;
+    const std::int32_t count = toTheEnd ? sum(difference(Length(), plStart), 1) : plLength;
+    requireArgument(plStart >= 1 && count >= 0);
+    return reportingErrors([&] { return content_.copy(toIndex(plStart), toSize(count)); });
+}
+
+std::u16string privStrCat::LeftStr(std::int32_t plLength) const {
+    const std::int32_t count = std::clamp(plLength, 0, Length());
+    return reportingErrors([&] { return content_.copy(0, toSize(count)); });
+}
+
+std::u16string privStrCat::RightStr(std::int32_t plLength) const {
+    const std::int32_t count = std::clamp(plLength, 0, Length());
+    return reportingErrors([&] { return content_.copy(toSize(Length() - count), toSize(count)); });
+}
+
+std::u16string privStrCat::LeftStrLessBy(std::int32_t plLength) const {
+    if (plLength > Length()) return {};
+    const std::int32_t count = std::min(difference(Length(), plLength), BufferLength());
+    return reportingErrors([&] { return bufferCopy(0, toSize(count)); });
+}
+
+std::u16string privStrCat::LCaseStr() const {
+    std::u16string text = LeftStr(Length());
+    std::transform(text.begin(), text.end(), text.begin(), lowerUnit);
+    return text;
+}
+
+std::u16string privStrCat::UCaseStr() const {
+    std::u16string text = LeftStr(Length());
+    std::transform(text.begin(), text.end(), text.begin(), upperUnit);
+    return text;
+}
+
+// How many characters of the range that MidStr and the case members share.
+std::size_t privStrCat::rangeCount(std::int32_t plStart, std::int32_t plLength) const {
+    const bool toTheEnd = plLength == -1 || difference(sum(plStart, plLength), 1) > Length();
+    const std::int32_t count = toTheEnd ? Length() - plStart + 1 : plLength;
+    requireArgument(count >= 0);
+    return toSize(count);
+}
+
+std::u16string privStrCat::MidStr(std::int32_t plStart, std::int32_t plLength) const {
+    if (plStart < 1 || plStart >= Length()) return {};
+    const std::size_t count = rangeCount(plStart, plLength);
+    const bool whole = plStart == 1 && count == content_.size();
+    return reportingErrors(
+        [&] { return whole ? bufferCopy(0, content_.size() + tail_.size()) : content_.copy(toIndex(plStart), count); });
+}
+
+}  // namespace velmor

@@ -1,0 +1,203 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "text/Compare.h"
+#include "text/GapText.h"
+#include "text/ResultSource.h"
+#include "text/SpareTail.h"
+
+namespace velmor {
+
+// The string builder in which every long text is assembled and edited in place.
+//
+// It behaves as one buffer of UTF-16 units: the content is its first Length() units, and what is
+// left of BufferLength() is the spare tail. Freshly grown space is blank; places that content has
+// left keep their characters. Some members see the tail, and say so. The buffer grows by the growth
+// rate, or by what is added when that is more, and shrinks only in Reset and the Dumps.
+//
+// Positions are 1-based units; 0 means "not found". Unless a member says otherwise it raises
+// Error 5 for a position below 1 or a negative count, Error 6 when a sum of positions leaves
+// 32 bits (so a length of 2147483647 is no way to say "to the end"), and Error 7 when memory, or
+// the limit of 2^30 - 1 units, runs out; the builder is then as it was. Texts handed in may be
+// part of the builder itself.
+//
+// Cost: appending is amortised O(1). Editing costs the distance from the previous edit, so a sweep
+// from left to right is linear. Searching copies nothing of the document.
+class privStrCat {
+public:
+    static constexpr std::size_t maximumLength = (std::size_t{1} << 30) - 1;
+
+    privStrCat() noexcept = default;
+    privStrCat(const privStrCat&) = default;
+    privStrCat& operator=(const privStrCat&) = default;
+    privStrCat(privStrCat&& other) noexcept { swap(other); }
+    privStrCat& operator=(privStrCat&& other) noexcept;
+    ~privStrCat() = default;
+    void swap(privStrCat& other) noexcept;
+
+    // ---- Building. Nothing from here to DumpVal raises; what cannot be done is left undone.
+
+    void Append(std::u16string_view psString) noexcept {
+        if (tail_.isBlank() && psString.size() <= tail_.size() && psString.size() <= content_.roomAtEnd()) {
+            content_.appendInRoom(psString);
+            tail_.dropBlanks(psString.size());
+        } else {
+            appendGrowing(psString);
+        }
+    }
+    // Takes the text over, without a copy, when the content is empty: AppendVal(std::move(text)).
+    void AppendVal(std::u16string psString) noexcept;
+    void Prepend(std::u16string_view psString) noexcept;
+    void PrependVal(std::u16string psString) noexcept;
+    // Appends first, then prepends.
+    void Surround(std::u16string_view psPrepend, std::u16string_view psAppend) noexcept;
+    void SurroundVal(std::u16string psPrepend, std::u16string psAppend) noexcept;
+
+    void ReturnStr(std::u16string& psReturn) const noexcept;
+    std::u16string ReturnVal() const noexcept;
+    // The content, then as Reset. A content whose buffer is released is moved out, not copied.
+    void DumpStr(std::u16string& psReturn) noexcept;
+    std::u16string DumpVal() noexcept;
+    // Empties the content. A buffer of more than 5000 bytes (2500 units) is released; a smaller one
+    // is kept, and the content becomes part of the spare tail.
+    void Reset();
+
+    std::int32_t GrowthRate() const noexcept { return growthRate_; }
+    // Clamped to 255..16392.
+    void GrowthRate(std::int32_t plGrowthRate) noexcept;
+    std::int32_t BufferLength() const noexcept { return static_cast<std::int32_t>(content_.size() + tail_.size()); }
+    std::int32_t Length() const noexcept { return static_cast<std::int32_t>(content_.size()); }
+
+    // ---- Searching.
+
+    // Position of the first psFind at or after plStart; 0 when there is none, or when plStart lies
+    // beyond the content. A hit may begin in the content and run on into the spare tail. An empty
+    // psFind is found at plStart.
+    std::int32_t Find(std::u16string_view psFind, std::int32_t plStart = 1, bool pbBinaryCompare = true) const;
+    // Position of the last psFind that lies wholly within the first plStart units of the content;
+    // -1, or anything beyond the content, means all of it. 0 when there is none, or plStart is
+    // below 1 otherwise. An empty psFind is found at plStart.
+    std::int32_t FindReverse(std::u16string_view psFind, std::int32_t plStart = -1, bool pbBinaryCompare = true) const;
+    // Position of the first unit at or after plStart that occurs in psContains.
+    std::int32_t FindContains(std::u16string_view psContains, std::int32_t plStart = 1,
+                              bool pbBinaryCompare = true) const;
+    // Number of hits that begin in plStartPosition..plEndPosition (0: the end), overlapping ones
+    // included. With pbIsRTFtag, a hit behind an odd run of backslashes is not counted.
+    std::int32_t FindCount(std::u16string_view psFind, std::int32_t plStartPosition = 1, std::int32_t plEndPosition = 0,
+                           bool pbBinaryCompare = true, bool pbIsRTFtag = false) const;
+    // Words are runs of characters above the blank, as far as two units read as one 32-bit number
+    // tell: the low byte counts in the first, 0x21..0x7FFF in the second. An odd length takes one
+    // unit of the spare tail in; an empty content whose buffer was kept, two.
+    std::int32_t WordCount() const noexcept;
+    // The ANSI code of the unit at plPosition. Raises Error 5 anywhere outside the content.
+    std::int32_t Ascii(std::int32_t plPosition) const;
+
+    // plGroupStart: the first psFind at or after plStart, without regard to case, 0 when there is
+    // none. plGroupEnd: the brace that closes the group which begins there, 0 when none does at or
+    // before plLimit (0: the end). A brace directly behind a backslash does not count.
+    void FindBraceGroupEnd(std::int32_t plStart, std::u16string_view psFind, std::int32_t plLimit,
+                           std::int32_t& plGroupStart, std::int32_t& plGroupEnd) const;
+    void ScanBraceGroupEnd(std::int32_t plStart, std::u16string_view psFind, std::int32_t plLimit,
+                           std::int32_t& plGroupStart, std::int32_t& plGroupEnd) const;
+    // The "{" that matches the "}" at plPosition, every brace counted; 0 when there is none.
+    void FindBraceGroupStart(std::int32_t plPosition, std::int32_t& plGroupStart) const noexcept;
+
+    // ---- Taking parts. The builder does not change.
+
+    // A plLength of 0, or one beyond the end, means to the end; empty when plStart lies beyond it.
+    std::u16string SubString(std::int32_t plStart, std::int32_t plLength = 0) const;
+    // Empty unless 1 <= plStart < Length(): the last character alone cannot be had. -1 means to the
+    // end. The whole content comes with the spare tail.
+    std::u16string MidStr(std::int32_t plStart, std::int32_t plLength = -1) const;
+    std::u16string LeftStr(std::int32_t plLength) const;
+    std::u16string RightStr(std::int32_t plLength) const;
+    // All but the last plLength characters. A negative plLength takes as many of the spare tail.
+    std::u16string LeftStrLessBy(std::int32_t plLength) const;
+    std::u16string LCaseStr() const;
+    std::u16string UCaseStr() const;
+    std::u16string TrimStr() const;
+    std::u16string TrimLeftStr() const;
+    std::u16string TrimRightStr() const;
+
+    // ---- Editing.
+
+    // Below 2 prepends, beyond the content appends (neither raises). The new length.
+    std::int32_t Insert(std::u16string_view psString, std::int32_t plPosition);
+    // As Insert of the source's result, in the width of its result builder.
+    std::int32_t InsertTagResult(ResultSource& poTag, std::int32_t plPosition);
+    // A plPosition below 1 is 1. A negative plLength removes nothing. Number of characters removed.
+    std::int32_t Remove(std::int32_t plPosition, std::int32_t plLength);
+    // A negative plPositionTo is the end. A plPositionFrom below 1 still counts from where it is.
+    std::int32_t RemoveFromTo(std::int32_t plPositionFrom, std::int32_t plPositionTo);
+    // Replaces from plStart on, left to right, each occurrence that ends at least two characters
+    // before the end. Counts, and limits by plCount (negative: no limit), only replacements that
+    // are longer than what they replace. plStart is 0 afterwards; an empty psFind does nothing.
+    std::int32_t Replace(std::u16string_view psFind, std::u16string_view psReplace, std::int32_t& plStart,
+                         std::int32_t& plCount, bool pbBinaryCompare = true);
+    // Overwrites what lies wholly before the last character. What reaches it replaces as many
+    // characters as there are (all but the last when it ends just there), and the content may grow.
+    // At or beyond the last character nothing happens.
+    void ModifyMidStr(std::int32_t plPosition, std::u16string_view psString);
+    // All of psTrimCharacters are trimmed. A content of nothing else stays as it is on the left
+    // and is cleared on the right.
+    void ModifyTrimStr(std::u16string_view psTrimCharacters);
+    void ModifyTrimLeftStr(std::u16string_view psTrimCharacters);
+    void ModifyTrimRightStr(std::u16string_view psTrimCharacters);
+    // The range of MidStr; the whole content takes the spare tail with it.
+    void ModifyUCaseStr(std::int32_t plStart = 1, std::int32_t plLength = -1);
+    void ModifyLCaseStr(std::int32_t plStart = 1, std::int32_t plLength = -1);
+
+    // ---- Files: a byte is a character of the ANSI code page.
+
+    // Replaces the content; buffer and content are then of the file's size. A file that cannot be
+    // read leaves the builder as it was. The length.
+    std::int32_t LoadFromFile(std::u16string_view psFileName) noexcept;
+    // Characters appended; 0 when the file cannot be read.
+    std::int32_t LoadFromFileAppend(std::u16string_view psFileName) noexcept;
+
+    // ---- For the engine: reading the content where it lies.
+
+    // The content in one piece. Costs the shorter side of the last edit's place when there was one
+    // since; not for use between the edits of a sweep. Holds until the next change.
+    std::u16string_view contiguous() const noexcept { return content_.contiguous(); }
+    // The content in two pieces, either of which may be empty. Costs nothing.
+    std::array<std::u16string_view, 2> pieces() const noexcept { return {content_.first(), content_.second()}; }
+    // The unit at a position; U+0000 outside the content.
+    char16_t unitAt(std::int32_t position) const noexcept {
+        const std::size_t index = static_cast<std::size_t>(position) - 1;
+        return index < content_.size() ? content_[index] : u'\0';
+    }
+    // A copy of what stands behind the content.
+    std::u16string spareTail() const;
+
+private:
+    void appendGrowing(std::u16string_view text) noexcept;
+    std::size_t blanksFor(std::size_t lengthBefore, std::size_t added) const;
+    void insertUnits(std::size_t index, std::u16string_view text);
+    void eraseUnits(std::size_t index, std::size_t count);
+    void replaceUnits(std::size_t index, std::size_t count, std::u16string_view text);
+    void keepLast(std::size_t count);
+    bool isLarge() const noexcept;
+    void release() noexcept;
+
+    // 0-based; nothing when there is none.
+    std::size_t findFrom(std::u16string_view sought, std::size_t start, Comparison comparison) const;
+    std::size_t findAcross(std::u16string_view sought, std::size_t start, std::size_t end, Comparison comparison) const;
+    std::u16string bufferCopy(std::size_t index, std::size_t count) const;
+    std::size_t trimmableFromLeft(std::u16string_view characters) const noexcept;
+    std::size_t trimmableFromRight(std::u16string_view characters) const noexcept;
+    std::size_t rangeCount(std::int32_t plStart, std::int32_t plLength) const;
+    template <typename Map>
+    void modifyCase(std::int32_t plStart, std::int32_t plLength, Map map);
+
+    mutable GapText content_;  // closing the gap changes no text
+    SpareTail tail_;
+    std::int32_t growthRate_ = 512;
+};
+
+}  // namespace velmor

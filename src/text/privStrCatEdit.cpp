@@ -1,0 +1,163 @@
+#include <algorithm>
+
+#include "text/BuilderErrors.h"
+#include "text/privStrCat.h"
+
+namespace velmor {
+
+std::int32_t privStrCat::Insert(std::u16string_view psString, std::int32_t plPosition) {
+    if (plPosition < 2) {
+        Prepend(psString);
+    } else if (plPosition > Length()) {
+        Append(psString);
+    } else {
+        reportingErrors([&] { insertUnits(toIndex(plPosition), psString); });
+    }
+    return Length();
+}
+
+std::int32_t privStrCat::InsertTagResult(ResultSource& poTag, std::int32_t plPosition) {
+    if (plPosition < 2 || plPosition > Length()) return Insert(poTag.result(), plPosition);
+    const std::size_t width = poTag.resultBuilder().content_.size();
+    std::u16string result = poTag.result();
+    if (result.size() > width) result.resize(width);
+    if (result.size() < width) {
+        // The rest of the width keeps what stood there when the content moved right.
+        const std::size_t from = toIndex(plPosition) + result.size();
+        const std::size_t missing = width - result.size();
+        const std::size_t held = content_.size() + tail_.size();
+        result += bufferCopy(from, from < held ? std::min(missing, held - from) : 0);
+        result.resize(width, u' ');
+    }
+    return Insert(result, plPosition);
+}
+
+std::int32_t privStrCat::Remove(std::int32_t plPosition, std::int32_t plLength) {
+    const std::int32_t position = std::max(plPosition, 1);
+    if (position > Length()) return 0;
+    const bool toTheEnd = sum(position, plLength) > Length() + 1;
+    const std::int32_t count = std::max(toTheEnd ? Length() - position + 1 : plLength, 0);
+    reportingErrors([&] { eraseUnits(toIndex(position), toSize(count)); });
+    return count;
+}
+
+std::int32_t privStrCat::RemoveFromTo(std::int32_t plPositionFrom, std::int32_t plPositionTo) {
+    const std::int32_t to = plPositionTo < 0 ? Length() : plPositionTo;
+    if (plPositionFrom > to) return 0;
+    return Remove(plPositionFrom, sum(difference(to, plPositionFrom), 1));
+}
+
+std::int32_t privStrCat::Replace(std::u16string_view psFind, std::u16string_view psReplace, std::int32_t& plStart,
+                                 std::int32_t& plCount, bool pbBinaryCompare) {
+    std::int32_t next = plStart;
+    plStart = 0;
+    if (psFind.empty()) return 0;
+    const std::size_t found = psFind.size();
+    const std::size_t shared = std::min(found, psReplace.size());
+    std::int32_t count = 0;
+    while (next > 0) {
+        const std::int32_t hit = Find(psFind, next, pbBinaryCompare);
+        if (hit == 0 || toSize(hit) + found >= content_.size()) break;
+        if (found < psReplace.size()) {
+            reportingErrors([&] { replaceUnits(toIndex(hit), found, psReplace); });
+            ++count;
+            if (plCount >= 0 && count >= plCount) break;
+        } else {
+            content_.overwrite(toIndex(hit), psReplace);
+            if (found > shared) reportingErrors([&] { eraseUnits(toIndex(hit) + shared, found - shared); });
+        }
+        next = hit + static_cast<std::int32_t>(psReplace.size());
+    }
+    return count;
+}
+
+void privStrCat::ModifyMidStr(std::int32_t plPosition, std::u16string_view psString) {
+    const std::int64_t end = std::int64_t{plPosition} + static_cast<std::int64_t>(psString.size());
+    if (checked(end) < Length()) {
+        requireArgument(plPosition >= 1);
+        reportingErrors([&] { content_.overwrite(toIndex(plPosition), psString); });
+    } else if (plPosition > 0 && plPosition < Length()) {
+        const std::size_t index = toIndex(plPosition);
+        const std::size_t count = std::min(psString.size(), content_.size() - index);
+        reportingErrors([&] { replaceUnits(index, count, psString); });
+    }
+}
+
+// ---- Trimming
+
+namespace {
+
+std::u16string_view withoutBlanksBefore(std::u16string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(u' '), text.size()));
+    return text;
+}
+
+std::u16string_view withoutBlanksBehind(std::u16string_view text) {
+    return text.substr(0, text.find_last_not_of(u' ') + 1);
+}
+
+}  // namespace
+
+std::u16string privStrCat::TrimStr() const {
+    return reportingErrors([&] { return std::u16string(withoutBlanksBehind(withoutBlanksBefore(contiguous()))); });
+}
+
+std::u16string privStrCat::TrimLeftStr() const {
+    return reportingErrors([&] { return std::u16string(withoutBlanksBefore(contiguous())); });
+}
+
+std::u16string privStrCat::TrimRightStr() const {
+    return reportingErrors([&] { return std::u16string(withoutBlanksBehind(contiguous())); });
+}
+
+std::size_t privStrCat::trimmableFromLeft(std::u16string_view characters) const noexcept {
+    std::size_t count = 0;
+    while (count < content_.size() && characters.find(content_[count]) != characters.npos) ++count;
+    return count;
+}
+
+std::size_t privStrCat::trimmableFromRight(std::u16string_view characters) const noexcept {
+    const std::size_t length = content_.size();
+    std::size_t count = 0;
+    while (count < length && characters.find(content_[length - 1 - count]) != characters.npos) ++count;
+    return count;
+}
+
+void privStrCat::ModifyTrimLeftStr(std::u16string_view psTrimCharacters) {
+    const std::size_t count = trimmableFromLeft(psTrimCharacters);
+    if (count == content_.size()) return;
+    reportingErrors([&] { eraseUnits(0, count); });
+}
+
+void privStrCat::ModifyTrimRightStr(std::u16string_view psTrimCharacters) {
+    const std::size_t count = trimmableFromRight(psTrimCharacters);
+    reportingErrors([&] { eraseUnits(content_.size() - count, count); });
+}
+
+void privStrCat::ModifyTrimStr(std::u16string_view psTrimCharacters) {
+    reportingErrors([&] {
+        const std::u16string characters(psTrimCharacters);  // they may be part of what moves
+        ModifyTrimLeftStr(characters);
+        ModifyTrimRightStr(characters);
+    });
+}
+
+// ---- Case
+
+template <typename Map>
+void privStrCat::modifyCase(std::int32_t plStart, std::int32_t plLength, Map map) {
+    if (plStart < 1 || plStart >= Length()) return;
+    const std::size_t count = rangeCount(plStart, plLength);
+    content_.transform(toIndex(plStart), count, map);
+    if (count == content_.size()) tail_.transform(map);
+}
+
+void privStrCat::ModifyUCaseStr(std::int32_t plStart, std::int32_t plLength) {
+    modifyCase(plStart, plLength, upperUnit);
+}
+
+void privStrCat::ModifyLCaseStr(std::int32_t plStart, std::int32_t plLength) {
+    modifyCase(plStart, plLength, lowerUnit);
+}
+
+}  // namespace velmor
