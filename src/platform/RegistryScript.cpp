@@ -1,0 +1,318 @@
+#include <algorithm>
+#include <cstdint>
+
+#include "platform/ByteOrderMark.h"
+#include "platform/RegistryFile.h"
+#include "text/Compare.h"
+#include "text/Encoding.h"
+
+namespace velmor::platform {
+namespace {
+
+using View = std::u16string_view;
+
+constexpr View kHeader = u"Windows Registry Editor Version 5.00";
+constexpr View kOldHeader = u"REGEDIT4";
+constexpr std::string_view kOldHeaderBytes = "REGEDIT4";
+constexpr std::size_t kMostWarnings = 20;
+
+struct Root {
+    View name;
+    View key;  // where it is below HKEY_LOCAL_MACHINE
+};
+constexpr Root kRoots[] = {
+    {u"HKEY_LOCAL_MACHINE", u""},
+    {u"HKLM", u""},
+    {u"HKEY_CLASSES_ROOT", u"SOFTWARE\\Classes"},
+    {u"HKCR", u"SOFTWARE\\Classes"},
+};
+
+bool isBlank(char16_t unit) {
+    return unit == u' ' || unit == u'\t';
+}
+bool isLineEnd(char16_t unit) {
+    return unit == u'\r' || unit == u'\n';
+}
+
+View trimmed(View text) {
+    while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+    while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+    return text;
+}
+
+// No well-formed UTF-8 decodes to more replacement characters than it holds.
+bool isUtf8(std::string_view bytes, View decoded) {
+    std::size_t written = 0;
+    for (std::size_t at = bytes.find("\xef\xbf\xbd"); at != std::string_view::npos;
+         at = bytes.find("\xef\xbf\xbd", at + 3)) {
+        ++written;
+    }
+    return written == static_cast<std::size_t>(std::count(decoded.begin(), decoded.end(), u'\ufffd'));
+}
+
+std::u16string decodeScript(std::string_view bytes) {
+    if (auto marked = decodeMarked(bytes)) return std::move(*marked);
+    if (bytes.starts_with(kOldHeaderBytes)) return fromAnsi(bytes);
+    if (bytes.size() >= 2 && bytes[0] != '\0' && bytes[1] == '\0') return unitsOf(bytes, false);
+    std::u16string text = fromUtf8(bytes);
+    return isUtf8(bytes, text) ? text : fromAnsi(bytes);
+}
+
+// Ends the reading of one line.
+struct Failure {
+    View reason;
+};
+
+int hexadecimalDigit(char16_t unit) {
+    if (unit >= u'0' && unit <= u'9') return unit - u'0';
+    const char16_t lower = unit | 0x20;
+    return lower >= u'a' && lower <= u'f' ? lower - u'a' + 10 : -1;
+}
+
+class Reader {
+public:
+    Reader(View text, RegistryScript::Target& target) : text_(text), target_(target) {}
+
+    std::vector<std::u16string> run() {
+        if (!readHeader()) return std::move(warnings_);
+        while (at_ < text_.size()) {
+            lineStart_ = at_;
+            try {
+                readLine();
+            } catch (const Failure& failure) {
+                warn(failure.reason);
+                at_ = lineStart_;
+            }
+            skipLine();
+        }
+        return std::move(warnings_);
+    }
+
+private:
+    // A file without the header may be anything: nothing is taken from it.
+    bool readHeader() {
+        while (at_ < text_.size() && (isBlank(text_[at_]) || isLineEnd(text_[at_]))) ++at_;
+        lineStart_ = at_;
+        const View header = trimmed(restOfLine());
+        old_ = header == kOldHeader;
+        if (!old_ && header != kHeader) {
+            if (!trimmed(text_).empty()) warn(u"the file does not begin as a registry file does");
+            return false;
+        }
+        skipLine();
+        return true;
+    }
+
+    void readLine() {
+        skipBlanks();
+        if (atLineEnd() || text_[at_] == u';') return;
+        if (text_[at_] == u'[') {
+            readKey();
+        } else if (text_[at_] == u'@' || text_[at_] == u'"') {
+            readValue();
+        } else {
+            throw Failure{u"neither a key, a value nor a comment"};
+        }
+    }
+
+    void readKey() {
+        const View line = restOfLine();
+        inKey_ = false;
+        const std::size_t end = closingBracket(line);
+        View path = line.substr(1, end - 1);
+        const bool removes = path.starts_with(u'-');
+        if (removes) path.remove_prefix(1);
+        known_ = resolveRoot(path);
+        inKey_ = !removes;
+        if (!known_) return;
+        if (removes) {
+            if (key_.empty()) throw Failure{u"a whole root cannot be deleted"};
+            target_.removeKey(key_);
+        } else {
+            target_.addKey(key_);
+        }
+    }
+
+    // Names may hold brackets: the one that counts is followed by the line's end or a comment.
+    static std::size_t closingBracket(View line) {
+        for (std::size_t at = line.find(u']'); at != View::npos; at = line.find(u']', at + 1)) {
+            const std::size_t next = line.find_first_not_of(u" \t", at + 1);
+            if (next == View::npos || line[next] == u';') return at;
+        }
+        throw Failure{u"the key has no closing bracket"};
+    }
+
+    // Sets key_; false when the root is none of ours.
+    bool resolveRoot(View path) {
+        if (path.find(u'\0') != View::npos) throw Failure{u"the key's name holds a zero character"};
+        const std::size_t end = std::min(path.find(u'\\'), path.size());
+        for (const Root& root : kRoots) {
+            if (!equalIgnoringCase(path.substr(0, end), root.name)) continue;
+            const View rest = path.substr(std::min(end + 1, path.size()));
+            key_ = root.key;
+            if (!root.key.empty() && !rest.empty()) key_ += u'\\';
+            key_ += rest;
+            return true;
+        }
+        return false;
+    }
+
+    void readValue() {
+        std::u16string name;
+        if (text_[at_] == u'@') {
+            ++at_;
+        } else {
+            name = readQuoted();
+        }
+        skipBlanks();
+        if (atLineEnd() || text_[at_] != u'=') throw Failure{u"the value's name is not followed by \"=\""};
+        ++at_;
+        skipBlanks();
+        std::optional<std::u16string> value = readData();
+        if (!inKey_) throw Failure{u"the value belongs to no key"};
+        if (!known_) return;
+        if (value) {
+            target_.set(key_, name, *value);
+        } else {
+            target_.removeValue(key_, name);
+        }
+    }
+
+    // Nothing for what is no string, a deletion included.
+    std::optional<std::u16string> readData() {
+        if (atLineEnd()) throw Failure{u"the value has no data"};
+        if (text_[at_] == u'"') {
+            std::u16string value = readQuoted();
+            expectEnd();
+            return value;
+        }
+        const View rest = trimmed(restOfLine());
+        if (rest.starts_with(u"hex(1):") || rest.starts_with(u"hex(2):")) return readBytes();
+        if (rest.starts_with(u"hex")) {
+            readBytes();
+            return std::nullopt;
+        }
+        if (!rest.starts_with(u"dword:") && trimmed(rest.substr(0, rest.find(u';'))) != u"-") {
+            throw Failure{u"the data is of no known kind"};
+        }
+        return std::nullopt;
+    }
+
+    // From quote to quote; a backslash takes the next character as it is. A value that is never
+    // closed ends with the text and fails.
+    std::u16string readQuoted() {
+        std::u16string value;
+        for (++at_; at_ < text_.size(); ++at_) {
+            char16_t unit = text_[at_];
+            if (unit == u'"') {
+                ++at_;
+                return value;
+            }
+            if (unit == u'\\' && at_ + 1 < text_.size() && !isLineEnd(text_[at_ + 1])) unit = escaped(text_[++at_]);
+            value += unit;
+        }
+        throw Failure{u"the closing quote is missing"};
+    }
+
+    // Some editors write line ends inside a value as they stand, some as "\n" and "\r".
+    static char16_t escaped(char16_t unit) {
+        if (unit == u'n') return u'\n';
+        if (unit == u'r') return u'\r';
+        return unit;
+    }
+
+    // "xx,xx,..." behind the colon; a backslash at the end of a line goes on in the next.
+    std::u16string readBytes() {
+        const std::size_t colon = restOfLine().find(u':');
+        if (colon == View::npos) throw Failure{u"the data has no colon"};
+        at_ += colon + 1;
+        std::string bytes;
+        int digits = 0, byte = 0;
+        for (; !atLineEnd() && text_[at_] != u';'; ++at_) {
+            const char16_t unit = text_[at_];
+            if (const int digit = hexadecimalDigit(unit); digit >= 0) {
+                if (++digits > 2) throw Failure{u"a byte has more than two digits"};
+                byte = byte * 16 + digit;
+            } else if (unit == u',') {
+                takeByte(bytes, digits, byte);
+            } else if (unit == u'\\') {
+                if (!continueLine()) throw Failure{u"a backslash stands within the data"};
+            } else if (!isBlank(unit)) {
+                throw Failure{u"the data holds what is no hexadecimal digit"};
+            }
+        }
+        if (digits > 0) takeByte(bytes, digits, byte);
+        return textOf(bytes);
+    }
+
+    static void takeByte(std::string& bytes, int& digits, int& byte) {
+        if (digits == 0) throw Failure{u"a byte is missing"};
+        bytes += static_cast<char>(byte);
+        digits = byte = 0;
+    }
+
+    // Stands on the last unit of the line end afterwards.
+    bool continueLine() {
+        std::size_t next = at_ + 1;
+        while (next < text_.size() && isBlank(text_[next])) ++next;
+        if (next < text_.size() && !isLineEnd(text_[next])) return false;
+        if (next + 1 < text_.size() && text_[next] == u'\r' && text_[next + 1] == u'\n') ++next;
+        at_ = std::min(next, text_.size() - 1);
+        return true;
+    }
+
+    // The registry's strings end with a zero that does not belong to the text.
+    std::u16string textOf(std::string_view bytes) const {
+        const std::u16string text = old_ ? fromAnsi(bytes) : unitsOf(bytes, false);
+        return text.substr(0, text.find(u'\0'));
+    }
+
+    void expectEnd() {
+        skipBlanks();
+        if (!atLineEnd() && text_[at_] != u';') throw Failure{u"something stands behind the closing quote"};
+    }
+
+    bool atLineEnd() const { return at_ >= text_.size() || isLineEnd(text_[at_]); }
+    void skipBlanks() {
+        while (at_ < text_.size() && isBlank(text_[at_])) ++at_;
+    }
+    View restOfLine() const {
+        return text_.substr(at_, std::min(text_.find_first_of(u"\r\n", at_), text_.size()) - at_);
+    }
+    void skipLine() {
+        at_ = std::min(text_.find_first_of(u"\r\n", at_), text_.size());
+        if (at_ < text_.size() && text_[at_] == u'\r') ++at_;
+        if (at_ < text_.size() && text_[at_] == u'\n') ++at_;
+    }
+
+    // Counts lines only for the few warnings that are kept.
+    void warn(View reason) {
+        if (warnings_.size() == kMostWarnings) return;
+        const View before = text_.substr(0, lineStart_);
+        const auto feeds = std::count(before.begin(), before.end(), u'\n');
+        std::u16string text = u"line ";
+        for (const char digit : std::to_string(feeds + 1)) text += static_cast<char16_t>(digit);
+        text += u": ";
+        text += reason;
+        warnings_.push_back(std::move(text));
+    }
+
+    View text_;
+    RegistryScript::Target& target_;
+    std::size_t at_ = 0;
+    std::size_t lineStart_ = 0;
+    std::u16string key_;
+    bool old_ = false;
+    bool inKey_ = false;  // a key to which values belong has been read
+    bool known_ = false;  // and its root is one of ours
+    std::vector<std::u16string> warnings_;
+};
+
+}  // namespace
+
+std::vector<std::u16string> RegistryScript::run(std::string_view bytes, Target& target) {
+    const std::u16string text = decodeScript(bytes);
+    return Reader(text, target).run();
+}
+
+}  // namespace velmor::platform

@@ -1,0 +1,122 @@
+#include "platform/posix/NativeObjects.h"
+
+#include <dlfcn.h>
+
+#include <exception>
+#include <filesystem>
+#include <utility>
+
+#include "platform/ClassTable.h"
+#include "platform/posix/PosixPaths.h"
+#include "text/Compare.h"
+#include "text/Encoding.h"
+#include "text/Error.h"
+
+namespace velmor::platform {
+namespace {
+
+constexpr std::u16string_view kClasses = u"SOFTWARE\\Classes\\";
+constexpr std::u16string_view kWindowsEnding = u".dll";
+
+std::u16string fileNameOf(std::u16string_view path) {
+    const std::size_t separator = path.find_last_of(u"\\/");
+    return std::u16string(separator == path.npos ? path : path.substr(separator + 1));
+}
+
+// The names under which a library may lie here.
+std::vector<std::u16string> namesFor(std::u16string_view registered) {
+    const std::u16string name = fileNameOf(registered);
+    if (name.size() <= kWindowsEnding.size()) return {name};
+    const std::size_t stemLength = name.size() - kWindowsEnding.size();
+    if (!equalIgnoringCase(std::u16string_view(name).substr(stemLength), kWindowsEnding)) return {name};
+    const std::u16string stem = name.substr(0, stemLength) + u".so";
+    return {stem, u"lib" + stem};
+}
+
+bool isFile(const std::optional<std::string>& path) {
+    std::error_code failure;
+    return path && std::filesystem::is_regular_file(*path, failure);
+}
+
+std::u16string_view reasonFor(int outcome) {
+    switch (outcome) {
+        case velmorUnknownClass:
+            return u"the library does not know the class";
+        case velmorOtherAbi:
+            return u"the library was built for another version";
+        case velmorCreated:
+            return u"the library made no object";
+        default:
+            return u"the library could not make it";
+    }
+}
+
+std::u16string loaderMessage() {
+    const char* message = dlerror();
+    return message ? fromUtf8(message) : u"the library cannot be loaded";
+}
+
+}  // namespace
+
+NativeObjects::NativeObjects(const Registry& registry, std::vector<std::u16string> folders)
+    : registry_(registry), folders_(std::move(folders)) {}
+
+automation::ObjectRef NativeObjects::create(std::u16string_view className) {
+    if (auto object = createRegisteredClass(className)) return object;
+    VelmorCreateObject* entry = entryFor(className);
+    automation::ObjectRef object;
+    int outcome = velmorCreationFailed;
+    try {
+        outcome = entry(velmorNativeAbi, className.data(), className.size(), &object);
+    } catch (const std::exception& error) {
+        raiseCannotCreate(className, fromUtf8(error.what()));
+    }
+    if (outcome != velmorCreated || !object) raiseCannotCreate(className, reasonFor(outcome));
+    return object;
+}
+
+VelmorCreateObject* NativeObjects::entryFor(std::u16string_view className) {
+    const std::u16string key = lowerCase(className);
+    if (const auto known = entries_.find(key); known != entries_.end()) return known->second;
+    if (!isClassName(className)) raiseCannotCreate(className, u"it is no class name");
+    const std::u16string registered = registeredLibrary(className);
+    if (registered.empty()) raiseCannotCreate(className, u"the class is not registered");
+    const std::string path = findLibrary(registered);
+    if (path.empty()) raiseCannotCreate(className, u"there is no library for \"" + registered + u"\"");
+    // Loading the same file again gives the same library.
+    void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!library) raiseCannotCreate(className, loaderMessage());
+    void* entry = dlsym(library, "velmorCreateObject");
+    if (!entry) raiseCannotCreate(className, u"the library has no velmorCreateObject");
+    return entries_[key] = reinterpret_cast<VelmorCreateObject*>(entry);
+}
+
+std::u16string NativeObjects::registeredLibrary(std::u16string_view className) const {
+    std::u16string key(kClasses);
+    key += className;
+    if (auto library = registry_.value(key, u"NativeLibrary")) return std::move(*library);
+    const auto identifier = registry_.value(key + u"\\CLSID", u"");
+    if (!identifier || identifier->empty()) return {};
+    key = kClasses;
+    key += u"CLSID\\" + *identifier + u"\\InprocServer32";
+    return registry_.value(key, u"").value_or(std::u16string());
+}
+
+std::string NativeObjects::findLibrary(std::u16string_view registered) const {
+    if (registered.starts_with(u'/')) {
+        const auto path = pathToRead(registered);
+        if (isFile(path)) return *path;
+    }
+    for (const std::u16string& folder : folders_) {
+        // A relative path is tried whole first, so that a library may lie in a folder below.
+        std::vector<std::u16string> names = namesFor(registered);
+        if (!registered.starts_with(u'/')) names.insert(names.begin(), std::u16string(registered));
+        for (const std::u16string& name : names) {
+            const auto path = pathToRead(folder + u"/" + name);
+            if (isFile(path) && !path->ends_with(".dll")) return *path;
+        }
+    }
+    return {};
+}
+
+}  // namespace velmor::platform

@@ -1,0 +1,168 @@
+#include "platform/posix/PosixFiles.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <utility>
+
+#include "platform/posix/PosixPaths.h"
+
+namespace velmor::platform {
+namespace {
+
+constexpr std::size_t kLargestFile = (std::size_t{1} << 30) - 1;
+constexpr mode_t kNewFile = 0666;  // less what the umask takes away
+
+class Descriptor {
+public:
+    explicit Descriptor(int number) : number_(number) {}
+    ~Descriptor() { close(); }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    explicit operator bool() const { return number_ >= 0; }
+    int number() const { return number_; }
+    bool close() {
+        const int number = std::exchange(number_, -1);
+        return number < 0 || ::close(number) == 0;
+    }
+
+private:
+    int number_;
+};
+
+bool isRegular(const std::string& path) {
+    struct stat status;
+    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+bool writeAll(int descriptor, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) return false;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
+}
+
+// Reads on to the end: the size that the system tells is a hint (some files tell none).
+std::optional<std::string> readAll(int descriptor, std::size_t expected) {
+    std::string bytes;
+    bytes.resize(expected + 1);
+    std::size_t filled = 0;
+    while (true) {
+        const ssize_t count = ::read(descriptor, bytes.data() + filled, bytes.size() - filled);
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) return std::nullopt;
+        if (count == 0) break;
+        filled += static_cast<std::size_t>(count);
+        if (filled > kLargestFile) return std::nullopt;
+        if (filled == bytes.size()) bytes.resize(std::max<std::size_t>(bytes.size() * 2, 4096));
+    }
+    bytes.resize(filled);
+    return bytes;
+}
+
+// So that the new name lasts as the bytes do. Not every file system can, so this may fail.
+void syncFolderOf(const std::string& path) {
+    const std::size_t end = path.rfind('/');
+    const std::string folder = end == path.npos ? "." : path.substr(0, end + 1);
+    const Descriptor descriptor(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (descriptor) fsync(descriptor.number());
+}
+
+mode_t modeForReplacing(const std::string& path) {
+    struct stat status;
+    if (stat(path.c_str(), &status) == 0) return status.st_mode & 07777;
+    const mode_t mask = umask(0);
+    umask(mask);
+    return kNewFile & ~mask;
+}
+
+bool writeDirectly(const std::string& path, std::string_view bytes) {
+    Descriptor file(open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
+    return file && writeAll(file.number(), bytes) && file.close();
+}
+
+// A new file beside it takes the name once everything is on the disk.
+bool replaceFile(const std::string& path, std::string_view bytes) {
+    std::string temporary = path + ".XXXXXX";
+    Descriptor file(mkostemp(temporary.data(), O_CLOEXEC));
+    if (!file) return false;
+    const bool complete = fchmod(file.number(), modeForReplacing(path)) == 0 && writeAll(file.number(), bytes) &&
+                          fsync(file.number()) == 0 && file.close() && rename(temporary.c_str(), path.c_str()) == 0;
+    if (complete) {
+        syncFolderOf(path);
+    } else {
+        const int reason = errno;
+        unlink(temporary.c_str());
+        errno = reason;
+    }
+    return complete;
+}
+
+// What a chain of symbolic links ends at, also when that does not exist yet.
+std::string followLinks(const std::string& path) {
+    std::error_code failure;
+    if (!std::filesystem::is_symlink(path, failure)) return path;
+    const auto target = std::filesystem::weakly_canonical(path, failure);
+    return failure ? path : target.string();
+}
+
+}  // namespace
+
+bool PosixFiles::exists(std::u16string_view path) const {
+    const auto native = pathToRead(path);
+    return native && isRegular(*native);
+}
+
+std::optional<std::string> PosixFiles::read(std::u16string_view path) const {
+    const auto native = pathToRead(path);
+    if (!native) return std::nullopt;
+    // Without O_NONBLOCK a pipe that nobody writes to would hold the open.
+    const Descriptor file(open(native->c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat status;
+    if (!file || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+    if (static_cast<std::uint64_t>(status.st_size) > kLargestFile) return std::nullopt;
+    return readAll(file.number(), static_cast<std::size_t>(status.st_size));
+}
+
+bool PosixFiles::write(std::u16string_view path, std::string_view bytes) {
+    const auto native = pathToChange(path);
+    if (!native) return false;
+    const std::string target = followLinks(*native);
+    return pathExists(target) && !isRegular(target) ? writeDirectly(target, bytes) : replaceFile(target, bytes);
+}
+
+bool PosixFiles::create(std::u16string_view path) {
+    const auto native = pathToChange(path);
+    return native && Descriptor(open(native->c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+}
+
+bool PosixFiles::append(std::u16string_view path, std::string_view bytes) {
+    const auto native = pathToChange(path);
+    if (!native) return false;
+    Descriptor file(open(native->c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY, kNewFile));
+    return file && writeAll(file.number(), bytes) && file.close();
+}
+
+bool PosixFiles::remove(std::u16string_view path) {
+    const auto native = pathToChange(path);
+    return native && unlink(native->c_str()) == 0;
+}
+
+bool PosixFiles::makeFolder(std::u16string_view path) {
+    const auto native = pathToRead(path);
+    if (!native) return false;
+    std::error_code failure;
+    std::filesystem::create_directories(*native, failure);
+    return std::filesystem::is_directory(*native, failure);
+}
+
+}  // namespace velmor::platform

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace velmor::platform {
+
+// The path to read: as it stands when that exists; else with "\" as "/" and, folder by folder,
+// in the spelling that exists. What exists in no spelling keeps its own, so the result may be a
+// path to nothing. Nothing for an empty path and for one that holds a zero character.
+std::optional<std::string> pathToRead(std::u16string_view path);
+
+// The path to change: its folders as in pathToRead, its last part as written.
+std::optional<std::string> pathToChange(std::u16string_view path);
+
+bool pathExists(const std::string& path);
+
+}  // namespace velmor::platform
