@@ -77,12 +77,19 @@ void syncFolderOf(const std::string& path) {
     if (descriptor) fsync(descriptor.number());
 }
 
-mode_t modeForReplacing(const std::string& path) {
+// Made as any new file is, so that the umask counts; a file that it replaces lends its permissions.
+int openBeside(const std::string& path, std::string& temporary) {
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        temporary = path + "." + std::to_string(getpid()) + "-" + std::to_string(attempt) + ".tmp";
+        const int number = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFile);
+        if (number >= 0 || errno != EEXIST) return number;
+    }
+    return -1;
+}
+
+bool takePermissions(int descriptor, const std::string& path) {
     struct stat status;
-    if (stat(path.c_str(), &status) == 0) return status.st_mode & 07777;
-    const mode_t mask = umask(0);
-    umask(mask);
-    return kNewFile & ~mask;
+    return stat(path.c_str(), &status) != 0 || fchmod(descriptor, status.st_mode & 07777) == 0;
 }
 
 bool writeDirectly(const std::string& path, std::string_view bytes) {
@@ -92,10 +99,10 @@ bool writeDirectly(const std::string& path, std::string_view bytes) {
 
 // A new file beside it takes the name once everything is on the disk.
 bool replaceFile(const std::string& path, std::string_view bytes) {
-    std::string temporary = path + ".XXXXXX";
-    Descriptor file(mkostemp(temporary.data(), O_CLOEXEC));
+    std::string temporary;
+    Descriptor file(openBeside(path, temporary));
     if (!file) return false;
-    const bool complete = fchmod(file.number(), modeForReplacing(path)) == 0 && writeAll(file.number(), bytes) &&
+    const bool complete = takePermissions(file.number(), path) && writeAll(file.number(), bytes) &&
                           fsync(file.number()) == 0 && file.close() && rename(temporary.c_str(), path.c_str()) == 0;
     if (complete) {
         syncFolderOf(path);
