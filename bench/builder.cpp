@@ -1,0 +1,117 @@
+// privStrCat beside std::u16string on the same work.
+
+#include <string>
+
+#include "Ratio.h"
+#include "text/privStrCat.h"
+
+namespace {
+
+using velmor::privStrCat;
+
+constexpr std::u16string_view piece = u"{\\f1 some words\\par}";
+
+// ---- 100,000 appends
+
+void appendOurs(benchmark::State& state, std::u16string_view text) {
+    for (auto _ : state) {
+        privStrCat builder;
+        for (int i = 0; i < 100000; ++i) builder.Append(text);
+        benchmark::DoNotOptimize(builder.Length());
+    }
+}
+
+void appendPeer(benchmark::State& state, std::u16string_view text) {
+    for (auto _ : state) {
+        std::u16string builder;
+        for (int i = 0; i < 100000; ++i) builder.append(text);
+        benchmark::DoNotOptimize(builder.size());
+    }
+}
+
+// ---- 20,000 ascending inserts and removes in 1.3 M characters
+
+std::u16string document(std::size_t length) {
+    std::u16string text;
+    while (text.size() < length) text.append(piece).append(u" and what follows it, \\b of course\\b0 ");
+    text.resize(length);
+    return text;
+}
+
+constexpr int edits = 20000;
+constexpr std::size_t editedLength = 1300000;
+constexpr std::int32_t stride = editedLength / edits;
+
+void editOurs(benchmark::State& state) {
+    const std::u16string text = document(editedLength);
+    for (auto _ : state) {
+        privStrCat builder;
+        builder.Append(text);
+        for (std::int32_t i = 0; i < edits; ++i) {
+            if (i % 2 == 0) {
+                builder.Insert(piece, i * stride + 1);
+            } else {
+                builder.Remove(i * stride + 1, static_cast<std::int32_t>(piece.size()));
+            }
+        }
+        benchmark::DoNotOptimize(builder.Length());
+    }
+}
+
+void editPeer(benchmark::State& state) {
+    const std::u16string text = document(editedLength);
+    for (auto _ : state) {
+        std::u16string builder = text;
+        for (std::size_t i = 0; i < edits; ++i) {
+            if (i % 2 == 0) {
+                builder.insert(i * stride, piece);
+            } else {
+                builder.erase(i * stride, piece.size());
+            }
+        }
+        benchmark::DoNotOptimize(builder.size());
+    }
+}
+
+// ---- Find. Half of ours goes without regard to case; the peer knows only the exact one.
+
+constexpr std::u16string_view soughtWords[] = {u"<KV:", u"\\trowd", u"{\\fonttbl", u"{\\rtf", u"\\page", u"</KV>"};
+
+template <typename Find>
+void findAll(benchmark::State& state, Find find) {
+    std::u16string text = document(static_cast<std::size_t>(state.range(0)));
+    for (const std::u16string_view word : soughtWords) text += word;
+    for (auto _ : state) {
+        for (const std::u16string_view word : soughtWords) benchmark::DoNotOptimize(find(text, word));
+    }
+    state.SetComplexityN(state.range(0));
+}
+
+void findOurs(benchmark::State& state) {
+    privStrCat builder;
+    bool binary = false;
+    findAll(state, [&](const std::u16string& text, std::u16string_view word) {
+        if (builder.Length() == 0) builder.Append(text);
+        binary = !binary;
+        return builder.Find(word, 1, binary);
+    });
+}
+
+void findPeer(benchmark::State& state) {
+    findAll(state, [](const std::u16string& text, std::u16string_view word) { return text.find(word); });
+}
+
+BENCHMARK_CAPTURE(appendOurs, one, u"x")->Name("append one unit/ours");
+BENCHMARK_CAPTURE(appendPeer, one, u"x")->Name("append one unit/peer");
+BENCHMARK_CAPTURE(appendOurs, twenty, piece)->Name("append 19 units/ours");
+BENCHMARK_CAPTURE(appendPeer, twenty, piece)->Name("append 19 units/peer");
+BENCHMARK(editOurs)->Name("ascending edits/ours")->Unit(benchmark::kMillisecond);
+BENCHMARK(editPeer)->Name("ascending edits/peer")->Unit(benchmark::kMillisecond)->Iterations(1);
+BENCHMARK(findOurs)->Name("find/ours")->Arg(1 << 16)->Arg(1 << 21);
+BENCHMARK(findPeer)->Name("find/peer")->Arg(1 << 16)->Arg(1 << 21);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    return velmor::bench::runWithRatios(argc, argv);
+}
