@@ -143,8 +143,9 @@ private:
 std::string roundedDigits(const std::string& digits, std::int64_t count) {
     if (count < 0) return "0";
     const auto kept = static_cast<std::size_t>(count);
-    if (kept >= digits.size()) return digits + std::string(kept - digits.size(), '0');
-    std::string whole = "0" + digits.substr(0, kept);
+    if (kept >= digits.size()) return std::string(digits).append(kept - digits.size(), '0');
+    std::string whole(1, '0');
+    whole.append(digits, 0, kept);
     const bool half = digits[kept] == '5' && kept + 1 == digits.size();
     const bool odd = (whole.back() - '0') % 2 == 1;
     if (half ? !odd : digits[kept] < '5') return whole;
@@ -179,7 +180,8 @@ std::optional<double> doubleOf(const ParsedNumber& number) {
 std::optional<std::int64_t> integerOf(const ParsedNumber& number, int decimals) {
     const std::int64_t kept = std::int64_t{number.exponent} + decimals;
     if (kept > 19) return std::nullopt;
-    const std::string text = (number.negative ? "-" : "") + roundedDigits(number.digits, kept);
+    std::string text(number.negative ? 1 : 0, '-');
+    text += roundedDigits(number.digits, kept);
     std::int64_t value = 0;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
     if (result.ec == std::errc::result_out_of_range) return std::nullopt;

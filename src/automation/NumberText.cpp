@@ -68,7 +68,7 @@ Digits roundedDigits(double value, int significant) {
     }
     const std::string_view all(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
     const bool up = all[next] >= '5';
-    Digits digits = digitsOf(std::string(all.substr(0, next)) + std::string(all.substr(all.find('e'))));
+    Digits digits = digitsOf(std::string(all.substr(0, next)).append(all.substr(all.find('e'))));
     const int kept = digits.count;
     if (up) {
         std::fill(digits.text.begin() + kept, digits.text.begin() + significant, '0');

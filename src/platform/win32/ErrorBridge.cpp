@@ -1,0 +1,85 @@
+#include <array>
+
+#include "platform/win32/VariantBridge.h"
+
+namespace velmor::platform {
+
+namespace {
+
+constexpr HRESULT kControlFacility = static_cast<HRESULT>(0x800A0000u);
+
+struct KnownResult {
+    HRESULT result;
+    std::int32_t number;
+    const char16_t* description;
+};
+
+constexpr std::array kKnownResults{
+    KnownResult{DISP_E_MEMBERNOTFOUND, 438, u"Object doesn't support this property or method"},
+    KnownResult{DISP_E_UNKNOWNNAME, 438, u"Object doesn't support this property or method"},
+    KnownResult{DISP_E_BADPARAMCOUNT, 450, u"Wrong number of arguments or invalid property assignment"},
+    KnownResult{DISP_E_PARAMNOTOPTIONAL, 450, u"Wrong number of arguments or invalid property assignment"},
+    KnownResult{DISP_E_TYPEMISMATCH, 13, u"Type mismatch"},
+    KnownResult{DISP_E_BADVARTYPE, 13, u"Type mismatch"},
+    KnownResult{DISP_E_OVERFLOW, 6, u"Overflow"},
+    KnownResult{DISP_E_BADINDEX, 9, u"Subscript out of range"},
+    KnownResult{E_OUTOFMEMORY, 7, u"Out of memory"},
+    KnownResult{E_INVALIDARG, 5, u"Invalid procedure call or argument"},
+    KnownResult{E_NOINTERFACE, 430, u"Class does not support Automation or does not support expected interface"},
+    KnownResult{REGDB_E_CLASSNOTREG, 429, u"ActiveX component can't create object"},
+    KnownResult{CO_E_CLASSSTRING, 429, u"ActiveX component can't create object"},
+};
+
+const KnownResult* knownResult(HRESULT result) noexcept {
+    for (const KnownResult& known : kKnownResults) {
+        if (known.result == result) return &known;
+    }
+    return nullptr;
+}
+
+bool isControlResult(HRESULT result) noexcept {
+    return (static_cast<std::uint32_t>(result) & 0xFFFF0000u) == static_cast<std::uint32_t>(kControlFacility);
+}
+
+std::u16string takeText(BSTR& text) {
+    std::u16string copy(viewOf(text));
+    SysFreeString(text);
+    text = nullptr;
+    return copy;
+}
+
+std::u16string descriptionOf(HRESULT result) {
+    const auto* const known = knownResult(result);
+    return known != nullptr ? known->description : u"Automation error";
+}
+
+}  // namespace
+
+HRESULT hresultOf(const Error& error) noexcept {
+    const std::int32_t number = error.number();
+    if (number > 0 && number <= 0xFFFF) return kControlFacility | number;
+    return FAILED(number) ? static_cast<HRESULT>(number) : E_FAIL;
+}
+
+std::int32_t errorNumberOf(HRESULT result) noexcept {
+    const auto* const known = knownResult(result);
+    if (known != nullptr) return known->number;
+    return isControlResult(result) ? result & 0xFFFF : static_cast<std::int32_t>(result);
+}
+
+Error errorOf(HRESULT result, EXCEPINFO* exception) {
+    if (result != DISP_E_EXCEPTION || exception == nullptr) {
+        return Error(errorNumberOf(result), u"", descriptionOf(result));
+    }
+    if (exception->pfnDeferredFillIn != nullptr) exception->pfnDeferredFillIn(exception);
+    const HRESULT raised = exception->scode;
+    const std::int32_t number = raised != 0 ? errorNumberOf(raised) : exception->wCode;
+    std::u16string source = takeText(exception->bstrSource);
+    std::u16string description = takeText(exception->bstrDescription);
+    SysFreeString(exception->bstrHelpFile);
+    exception->bstrHelpFile = nullptr;
+    if (description.empty()) description = descriptionOf(raised);
+    return Error(number, std::move(source), std::move(description));
+}
+
+}  // namespace velmor::platform
