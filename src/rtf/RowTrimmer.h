@@ -1,0 +1,48 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+
+namespace velmor {
+
+// A run of a text, from its first index up to the one behind it.
+struct TextRange {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+};
+
+// Told the cells, definitions and ends of a table's rows from left to right, says what stands
+// between a row's last cell and its end and can go.
+class RowTrimmer {
+public:
+    void definition() noexcept { definedBehind_ = true; }
+
+    void cell(std::size_t position) noexcept {
+        cellEnd_ = position + cellLength;
+        definedBefore_ = definedBefore_ || definedBehind_;
+        definedBehind_ = false;
+    }
+
+    // A marker stands, or will stand, in front of the index.
+    void marker(std::size_t position) noexcept { markerAt_ = std::max(markerAt_, position); }
+
+    // The end of the row; the next row begins.
+    std::optional<TextRange> row(std::size_t position) noexcept {
+        const TextRange range{cellEnd_, position};
+        const bool onlyDefinition = definedBehind_ && !definedBefore_;
+        const bool removable = cellEnd_ != 0 && position > cellEnd_ + 1 && !onlyDefinition && markerAt_ < cellEnd_;
+        *this = {};
+        return removable ? std::optional(range) : std::nullopt;
+    }
+
+private:
+    static constexpr std::size_t cellLength = 5;
+
+    std::size_t cellEnd_ = 0;  // 0: the row has no cell yet
+    std::size_t markerAt_ = 0;
+    bool definedBefore_ = false;  // in front of the last cell
+    bool definedBehind_ = false;
+};
+
+}  // namespace velmor
