@@ -1,0 +1,192 @@
+#include "platform/win32/ForeignObject.h"
+
+#include <algorithm>
+
+#include "automation/Errors.h"
+#include "platform/win32/Faces.h"
+#include "platform/win32/VariantBridge.h"
+#include "platform/win32/WideText.h"
+
+// Behind Windows.h, which it needs.
+#include <ocidl.h>
+
+namespace velmor::platform {
+namespace {
+
+using automation::InvokeKind;
+using automation::Variant;
+
+constexpr VARTYPE kVariantReference = VT_BYREF | VT_VARIANT;
+
+// The type of a parameter in a member's description.
+VARTYPE passingType(const TYPEDESC& type) {
+    if (type.vt != VT_PTR) return type.vt == VT_USERDEFINED ? VARTYPE{VT_VARIANT} : type.vt;
+    const VARTYPE inner = type.lptdesc->vt;
+    if (inner == VT_USERDEFINED) return VT_DISPATCH;     // an interface pointer
+    if (inner == VT_PTR) return VT_BYREF | VT_DISPATCH;  // a reference to one
+    if ((inner & VT_ARRAY) != 0 || inner == VT_SAFEARRAY || inner == VT_DECIMAL) return kVariantReference;
+    return static_cast<VARTYPE>(VT_BYREF | inner);
+}
+
+// The arguments of one call in the platform's form: last first, each by value or by reference to a
+// value that lives here.
+class CallArguments {
+public:
+    CallArguments(std::span<Variant> arguments, const std::vector<VARTYPE>* types, bool lastByValue)
+        : arguments_(arguments), values_(arguments.size()), passed_(arguments.size()) {
+        for (std::size_t i = 0; i < arguments.size(); ++i) {
+            const bool byValue = lastByValue && i + 1 == arguments.size();
+            const VARTYPE declared = types && i < types->size() ? (*types)[i] : VARTYPE{VT_EMPTY};
+            pass(i, byValue ? VARTYPE{VT_VARIANT} : declared);
+        }
+    }
+
+    DISPPARAMS parameters(DISPID* named) {
+        return {passed_.data(), named, static_cast<UINT>(passed_.size()), named ? 1U : 0U};
+    }
+
+    // What the member left in the references.
+    void takeBack() {
+        for (std::size_t i = 0; i < arguments_.size(); ++i) {
+            if (V_ISBYREF(&passedAt(i))) arguments_[i] = fromVariant(*values_[i]);
+        }
+    }
+
+private:
+    VARIANT& passedAt(std::size_t index) { return passed_[passed_.size() - 1 - index]; }
+
+    void pass(std::size_t index, VARTYPE declared) {
+        ScopedVariant& value = values_[index];
+        toVariant(arguments_[index], *value);
+        VARIANT& passed = passedAt(index);
+        const bool missing = arguments_[index].isMissing();
+        const bool simple = missing || arguments_[index].isObject();
+        if (declared == VT_EMPTY && !simple) declared = kVariantReference;
+        if ((declared & VT_BYREF) == 0 || (missing && declared != kVariantReference)) {
+            passed = *value;  // still owned by `value`
+        } else if (declared == kVariantReference) {
+            V_VT(&passed) = kVariantReference;
+            V_VARIANTREF(&passed) = value.get();
+        } else {
+            passByReference(*value, declared, passed);
+        }
+    }
+
+    static void passByReference(VARIANT& value, VARTYPE declared, VARIANT& passed) {
+        const auto type = static_cast<VARTYPE>(declared & ~VT_BYREF);
+        if (V_VT(&value) != type && FAILED(VariantChangeType(&value, &value, 0, type))) automation::raiseTypeMismatch();
+        V_VT(&passed) = declared;
+        V_BYREF(&passed) = &V_BYREF(&value);  // every simple value begins at the same place
+    }
+
+    std::span<Variant> arguments_;
+    std::vector<ScopedVariant> values_;
+    std::vector<VARIANT> passed_;
+};
+
+WORD flagsOf(InvokeKind kind) {
+    switch (kind) {
+        case InvokeKind::let:
+            return DISPATCH_PROPERTYPUT;
+        case InvokeKind::set:
+            return DISPATCH_PROPERTYPUTREF;
+        case InvokeKind::method:
+        case InvokeKind::get:
+            break;
+    }
+    return DISPATCH_METHOD | DISPATCH_PROPERTYGET;
+}
+
+std::u16string nameOf(ITypeInfo& types) {
+    BSTR name = nullptr;
+    if (FAILED(types.GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr))) return {};
+    std::u16string result(viewOf(name));
+    SysFreeString(name);
+    if (result.size() > 1 && result.front() == u'_') result.erase(0, 1);
+    return result;
+}
+
+struct FreeDescription {
+    ITypeInfo& types;
+    void operator()(FUNCDESC* description) const { types.ReleaseFuncDesc(description); }
+};
+
+}  // namespace
+
+Variant ForeignObject::invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) {
+    const DISPID id = identifierOf(name);
+    const bool puts = kind == InvokeKind::let || kind == InvokeKind::set;
+    const bool needsTypes = !puts && !std::all_of(arguments.begin(), arguments.end(),
+                                                  [](const Variant& value) { return value.isObject(); });
+    CallArguments call(arguments, needsTypes ? parametersOf(id) : nullptr, puts);
+    DISPID put = DISPID_PROPERTYPUT;
+    DISPPARAMS parameters = call.parameters(puts ? &put : nullptr);
+    ScopedVariant result;
+    EXCEPINFO exception{};
+    VARIANT* const wanted = puts ? nullptr : result.get();
+    HRESULT outcome =
+        dispatch_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flagsOf(kind), &parameters, wanted, &exception, nullptr);
+    if (outcome == DISP_E_MEMBERNOTFOUND && kind == InvokeKind::set) {
+        outcome = dispatch_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT, &parameters, wanted,
+                                    &exception, nullptr);
+    }
+    if (FAILED(outcome)) throw errorOf(outcome, outcome == DISP_E_EXCEPTION ? &exception : nullptr);
+    call.takeBack();
+    return fromVariant(*result);
+}
+
+DISPID ForeignObject::identifierOf(std::u16string_view name) {
+    if (name.empty()) return DISPID_VALUE;
+    std::u16string key(name);
+    if (const auto known = identifiers_.find(key); known != identifiers_.end()) return known->second;
+    std::wstring text = wide(name);
+    wchar_t* names[] = {text.data()};
+    DISPID id = DISPID_UNKNOWN;
+    if (holdsZero(name) || FAILED(dispatch_->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id))) {
+        automation::raiseNoSuchMember(name);
+    }
+    identifiers_.emplace(std::move(key), id);
+    return id;
+}
+
+const ForeignObject::Parameters* ForeignObject::parametersOf(DISPID id) {
+    if (const auto known = parameters_.find(id); known != parameters_.end()) return &known->second;
+    if (!typesRead_ && FAILED(dispatch_->GetTypeInfo(0, LOCALE_USER_DEFAULT, types_.put()))) types_ = nullptr;
+    typesRead_ = true;
+    if (!types_) return nullptr;
+    for (UINT i = 0;; ++i) {
+        FUNCDESC* found = nullptr;
+        if (FAILED(types_->GetFuncDesc(i, &found))) return nullptr;
+        const std::unique_ptr<FUNCDESC, FreeDescription> description(found, {*types_.get()});
+        const bool reads = description->invkind == INVOKE_FUNC || description->invkind == INVOKE_PROPERTYGET;
+        if (description->memid != id || !reads) continue;
+        Parameters& parameters = parameters_[id];
+        for (SHORT p = 0; p < description->cParams; ++p) {
+            parameters.push_back(passingType(description->lprgelemdescParam[p].tdesc));
+        }
+        return &parameters;
+    }
+}
+
+std::u16string ForeignObject::typeName() const {
+    if (dispatch_.as<IUnknown>(IID_IPicture)) return u"Picture";
+    ComPtr<ITypeInfo> types;
+    std::u16string name;
+    const ComPtr<IProvideClassInfo> provider = dispatch_.as<IProvideClassInfo>(IID_IProvideClassInfo);
+    if (provider && SUCCEEDED(provider->GetClassInfo(types.put())) && types) name = nameOf(*types.get());
+    if (name.empty() && SUCCEEDED(dispatch_->GetTypeInfo(0, LOCALE_USER_DEFAULT, types.put())) && types) {
+        name = nameOf(*types.get());
+    }
+    return name.empty() ? u"Object" : name;
+}
+
+automation::ObjectRef wrapForeign(IDispatch* dispatch) {
+    return std::make_shared<ForeignObject>(dispatch);
+}
+
+IDispatch* foreignOf(const automation::ObjectRef& object) {
+    const auto* wrapper = dynamic_cast<const ForeignObject*>(object.get());
+    return wrapper ? ComPtr<IDispatch>(wrapper->dispatch()).detach() : nullptr;
+}
+
+}  // namespace velmor::platform

@@ -1,0 +1,194 @@
+#include <mutex>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "automation/Errors.h"
+#include "automation/Variant.h"
+#include "platform/win32/ComPtr.h"
+#include "platform/win32/Faces.h"
+#include "platform/win32/VariantBridge.h"
+#include "platform/win32/WideText.h"
+#include "text/Compare.h"
+
+namespace velmor::platform {
+namespace {
+
+using automation::InvokeKind;
+using automation::Variant;
+
+class GenericAdapter;
+
+// The adapters that live, by the object and by their own address. Objects may be passed in any
+// apartment, so a last Release and a new request for the same object must not cross.
+struct Living {
+    std::mutex mutex;
+    std::unordered_map<const automation::Object*, GenericAdapter*> byObject;
+    std::unordered_map<const IUnknown*, GenericAdapter*> byAddress;
+};
+
+Living& living() {
+    static Living* const instance = new Living;  // a late Release still finds it
+    return *instance;
+}
+
+// COM interfaces have no virtual destructor: Release deletes through the class itself.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+
+// Names get identifiers on demand: an object answers for its members only when it is called.
+class GenericAdapter final : public IDispatch {
+public:
+    explicit GenericAdapter(automation::ObjectRef object) : object_(std::move(object)) {}
+
+    const automation::ObjectRef& object() const noexcept { return object_; }
+    void addReference() noexcept { ++references_; }  // with the lock held
+
+    STDMETHODIMP QueryInterface(REFIID id, void** result) noexcept override {
+        if (!result) return E_POINTER;
+        *result = nullptr;
+        if (id != IID_IUnknown && id != IID_IDispatch) return E_NOINTERFACE;
+        *result = static_cast<IDispatch*>(this);
+        AddRef();
+        return S_OK;
+    }
+
+    STDMETHODIMP_(ULONG) AddRef() noexcept override {
+        const std::scoped_lock lock(living().mutex);
+        return ++references_;
+    }
+
+    STDMETHODIMP_(ULONG) Release() noexcept override {
+        {
+            const std::scoped_lock lock(living().mutex);
+            if (--references_ > 0) return references_;
+            living().byObject.erase(object_.get());
+            living().byAddress.erase(this);
+        }
+        delete this;
+        return 0;
+    }
+
+    STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override {
+        if (!count) return E_POINTER;
+        *count = 0;
+        return S_OK;
+    }
+
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** result) noexcept override {
+        if (result) *result = nullptr;
+        return result ? DISP_E_BADINDEX : E_POINTER;
+    }
+
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) noexcept override {
+        if (!names || !ids || count == 0) return E_INVALIDARG;
+        try {
+            ids[0] = identifierOf(fromWide(names[0]));
+        } catch (...) {
+            return E_OUTOFMEMORY;
+        }
+        // The names of arguments are not known.
+        for (UINT i = 1; i < count; ++i) ids[i] = DISPID_UNKNOWN;
+        return count == 1 ? S_OK : DISP_E_UNKNOWNNAME;
+    }
+
+    STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                        EXCEPINFO* exception, UINT*) noexcept override {
+        if (result) VariantInit(result);
+        if (!parameters) return E_INVALIDARG;
+        const bool puts = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+        const bool named = parameters->cNamedArgs == 1 && parameters->rgdispidNamedArgs[0] == DISPID_PROPERTYPUT;
+        if (parameters->cNamedArgs > (puts && named ? 1U : 0U)) return DISP_E_NONAMEDARGS;
+        try {
+            call(id, kindOf(flags), *parameters, result);
+            return S_OK;
+        } catch (const Error& error) {
+            return error.number() == 438 ? DISP_E_MEMBERNOTFOUND : report(error, exception);
+        } catch (const std::bad_alloc&) {
+            return E_OUTOFMEMORY;
+        } catch (...) {
+            return E_FAIL;
+        }
+    }
+
+private:
+    ~GenericAdapter() = default;
+
+    static InvokeKind kindOf(WORD flags) {
+        if ((flags & DISPATCH_PROPERTYPUTREF) != 0) return InvokeKind::set;
+        if ((flags & DISPATCH_PROPERTYPUT) != 0) return InvokeKind::let;
+        return (flags & DISPATCH_METHOD) != 0 ? InvokeKind::method : InvokeKind::get;
+    }
+
+    // 1, 2, ... : 0 is the default member's.
+    DISPID identifierOf(const std::u16string& name) {
+        const auto [place, isNew] = identifiers_.try_emplace(lowerCase(name), static_cast<DISPID>(names_.size() + 1));
+        if (isNew) names_.push_back(name);
+        return place->second;
+    }
+
+    std::u16string nameOf(DISPID id) const {
+        if (id == DISPID_VALUE) return {};
+        if (id == DISPID_NEWENUM) return u"NewEnum";
+        if (id < 1 || static_cast<std::size_t>(id) > names_.size()) automation::raiseNoSuchMember({});
+        return names_[static_cast<std::size_t>(id) - 1];
+    }
+
+    void call(DISPID id, InvokeKind kind, DISPPARAMS& parameters, VARIANT* result) {
+        const std::u16string name = nameOf(id);
+        const std::size_t count = parameters.cArgs;
+        std::vector<Variant> arguments;
+        for (std::size_t i = count; i-- > 0;) arguments.push_back(fromVariant(parameters.rgvarg[i]));
+        const automation::ObjectRef object = object_;  // the call may give our last reference away
+        const Variant value = object->invoke(name, kind, arguments);
+        for (std::size_t i = 0; i < count; ++i) {
+            VARIANT& passed = parameters.rgvarg[count - 1 - i];
+            if (V_ISBYREF(&passed)) assignReference(passed, arguments[i]);
+        }
+        if (result) toVariant(value, *result);
+    }
+
+    static HRESULT report(const Error& error, EXCEPINFO* exception) {
+        if (!exception) return hresultOf(error);
+        *exception = {};
+        exception->scode = hresultOf(error);
+        exception->bstrSource = makeBstr(error.source());
+        exception->bstrDescription = makeBstr(error.description());
+        return DISP_E_EXCEPTION;
+    }
+
+    automation::ObjectRef object_;
+    ULONG references_ = 1;
+    std::unordered_map<std::u16string, DISPID> identifiers_;  // by lower-case name
+    std::vector<std::u16string> names_;                       // by identifier, less 1
+};
+
+#pragma GCC diagnostic pop
+
+}  // namespace
+
+IDispatch* adapterOf(const automation::ObjectRef& object) {
+    if (!object) return nullptr;
+    Living& all = living();
+    const std::scoped_lock lock(all.mutex);
+    const auto [place, isNew] = all.byObject.try_emplace(object.get(), nullptr);
+    if (!isNew) {
+        place->second->addReference();
+        return place->second;
+    }
+    place->second = new GenericAdapter(object);
+    all.byAddress.emplace(place->second, place->second);
+    return place->second;
+}
+
+automation::ObjectRef adaptedObjectOf(IUnknown* unknown) {
+    if (!unknown) return nullptr;
+    // An object's address as IUnknown is its identity.
+    const ComPtr<IUnknown> identity = ComPtr<IUnknown>(unknown).as<IUnknown>(IID_IUnknown);
+    Living& all = living();
+    const std::scoped_lock lock(all.mutex);
+    const auto place = all.byAddress.find(identity.get());
+    return place == all.byAddress.end() ? nullptr : place->second->object();
+}
+
+}  // namespace velmor::platform

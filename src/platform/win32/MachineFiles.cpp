@@ -1,0 +1,147 @@
+#include "platform/win32/MachineFiles.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/win32/WideText.h"
+#include "platform/win32/Windows.h"
+
+namespace velmor::platform {
+namespace {
+
+constexpr std::int64_t kLargestFile = (std::int64_t{1} << 30) - 1;
+constexpr DWORD kLargestStep = 1 << 26;
+constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+class File {
+public:
+    File(const std::wstring& path, DWORD access, DWORD disposition)
+        : handle_(CreateFileW(path.c_str(), access, kShareAll, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr)) {}
+    ~File() { close(); }
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+
+    explicit operator bool() const { return handle_ != INVALID_HANDLE_VALUE; }
+    HANDLE get() const { return handle_; }
+    bool isOnDisk() const { return GetFileType(handle_) == FILE_TYPE_DISK; }
+    bool close() {
+        const HANDLE handle = std::exchange(handle_, INVALID_HANDLE_VALUE);
+        return handle == INVALID_HANDLE_VALUE || CloseHandle(handle) != FALSE;
+    }
+
+    bool writeAll(std::string_view bytes) {
+        while (!bytes.empty()) {
+            const auto step = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), kLargestStep));
+            DWORD written = 0;
+            if (!WriteFile(handle_, bytes.data(), step, &written, nullptr) || written == 0) return false;
+            bytes.remove_prefix(written);
+        }
+        return true;
+    }
+
+    // May come short when the file shrinks meanwhile.
+    bool readAll(std::string& bytes) {
+        std::size_t filled = 0;
+        while (filled < bytes.size()) {
+            const auto step = static_cast<DWORD>(std::min<std::size_t>(bytes.size() - filled, kLargestStep));
+            DWORD count = 0;
+            if (!ReadFile(handle_, bytes.data() + filled, step, &count, nullptr)) return false;
+            if (count == 0) break;
+            filled += count;
+        }
+        bytes.resize(filled);
+        return true;
+    }
+
+private:
+    HANDLE handle_;
+};
+
+// Empty for what is no path.
+std::wstring nativePath(std::u16string_view path) {
+    return holdsZero(path) ? std::wstring() : wide(path);
+}
+
+bool isDevice(const std::wstring& path) {
+    const File file(path, GENERIC_WRITE, OPEN_EXISTING);
+    return file && !file.isOnDisk();
+}
+
+std::wstring nameBeside(const std::wstring& path, int attempt) {
+    return path + L"." + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(attempt) + L".tmp";
+}
+
+bool writeWhole(const std::wstring& path, std::string_view bytes) {
+    File file(path, GENERIC_WRITE, CREATE_NEW);
+    return file && file.writeAll(bytes) && FlushFileBuffers(file.get()) && file.close();
+}
+
+// A new file beside it takes the name once everything is on the disk.
+bool replaceFile(const std::wstring& path, std::string_view bytes) {
+    int attempt = 0;
+    while (attempt < 100 && GetFileAttributesW(nameBeside(path, attempt).c_str()) != INVALID_FILE_ATTRIBUTES) ++attempt;
+    const std::wstring temporary = nameBeside(path, attempt);
+    if (writeWhole(temporary, bytes) &&
+        MoveFileExW(temporary.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
+        return true;
+    }
+    const DWORD reason = GetLastError();
+    if (reason != ERROR_FILE_EXISTS) DeleteFileW(temporary.c_str());
+    SetLastError(reason);
+    return false;
+}
+
+bool isFolder(const std::wstring& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+}  // namespace
+
+bool MachineFiles::exists(std::u16string_view path) const {
+    const DWORD attributes = GetFileAttributesW(nativePath(path).c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+std::optional<std::string> MachineFiles::read(std::u16string_view path) const {
+    File file(nativePath(path), GENERIC_READ, OPEN_EXISTING);
+    LARGE_INTEGER size{};
+    if (!file || !file.isOnDisk() || !GetFileSizeEx(file.get(), &size)) return std::nullopt;
+    if (size.QuadPart > kLargestFile) return std::nullopt;
+    std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
+    return file.readAll(bytes) ? std::optional(std::move(bytes)) : std::nullopt;
+}
+
+bool MachineFiles::write(std::u16string_view path, std::string_view bytes) {
+    const std::wstring native = nativePath(path);
+    if (native.empty() || isFolder(native)) return false;
+    if (!isDevice(native)) return replaceFile(native, bytes);
+    File file(native, GENERIC_WRITE, OPEN_EXISTING);
+    return file && file.writeAll(bytes) && file.close();
+}
+
+bool MachineFiles::create(std::u16string_view path) {
+    return static_cast<bool>(File(nativePath(path), GENERIC_WRITE, CREATE_NEW));
+}
+
+bool MachineFiles::append(std::u16string_view path, std::string_view bytes) {
+    File file(nativePath(path), FILE_APPEND_DATA, OPEN_ALWAYS);
+    return file && file.writeAll(bytes) && file.close();
+}
+
+bool MachineFiles::remove(std::u16string_view path) {
+    return DeleteFileW(nativePath(path).c_str()) != FALSE;
+}
+
+bool MachineFiles::makeFolder(std::u16string_view path) {
+    std::wstring native = nativePath(path);
+    std::replace(native.begin(), native.end(), L'/', L'\\');
+    // Each parent in turn: those that exist and a drive's or server's name fail harmlessly.
+    for (std::size_t at = native.find(L'\\', 1); at != native.npos; at = native.find(L'\\', at + 1)) {
+        CreateDirectoryW(native.substr(0, at).c_str(), nullptr);
+    }
+    if (!native.empty()) CreateDirectoryW(native.c_str(), nullptr);
+    return isFolder(native);
+}
+
+}  // namespace velmor::platform

@@ -1,0 +1,58 @@
+#include "platform/SystemServices.h"
+
+#include <optional>
+
+#include "platform/RegistryFile.h"
+#include "platform/win32/Machine.h"
+#include "platform/win32/MachineFiles.h"
+#include "platform/win32/MachineObjects.h"
+#include "platform/win32/MachinePictures.h"
+#include "platform/win32/MachineRegistry.h"
+#include "text/Error.h"
+
+namespace velmor::platform {
+
+struct SystemServices::Parts {
+    explicit Parts(const SystemOptions& options) : folders(options.componentFolder) {
+        if (options.registryFile.empty()) return;
+        const auto bytes = files.read(options.registryFile);
+        if (!bytes) throw Error(53, u"Velmor3", u"The registry file \"" + options.registryFile + u"\" cannot be read");
+        file.emplace(*bytes);
+        for (const auto& warning : file->warnings()) warnings.push_back(options.registryFile + u": " + warning);
+    }
+
+    std::optional<RegistryFile> file;
+    MachineRegistry machine;
+    MachineFiles files;
+    MachineClock clock;
+    MachineFolders folders;
+    MachineObjects objects;
+    MachinePictures pictures{files};
+    MachineGuids guids;
+    std::vector<std::u16string> warnings;
+    std::optional<Services> services;
+};
+
+SystemServices::SystemServices(const SystemOptions& options) : parts_(std::make_unique<Parts>(options)) {
+    Parts& parts = *parts_;
+    Registry& registry = parts.file ? static_cast<Registry&>(*parts.file) : parts.machine;
+    parts.services.emplace(
+        Services{registry, parts.files, parts.clock, parts.folders, parts.objects, parts.pictures, parts.guids});
+}
+
+SystemServices::~SystemServices() = default;
+
+Services& SystemServices::services() {
+    return *parts_->services;
+}
+
+const std::vector<std::u16string>& SystemServices::warnings() const {
+    return parts_->warnings;
+}
+
+Services& systemServices() {
+    static auto* const instance = new SystemServices;  // objects may ask for services to the very end
+    return instance->services();
+}
+
+}  // namespace velmor::platform
