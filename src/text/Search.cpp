@@ -1,25 +1,260 @@
 #include <algorithm>
+#include <array>
+#include <cstdint>
 
 #include "text/Compare.h"
 
+// A search looks for the sought text's two rarest units at once, a block of places at a time, and
+// compares only where both stand. Where that keeps failing late (a sought text like "aaab" in a text
+// like "aaaa"), it goes over to Crochemore and Perrin's two-way search, which is linear whatever the
+// texts hold and needs no memory. Text comparison folds units where it looks at them.
+
 namespace velmor {
+
+namespace {
+
+constexpr std::size_t npos = std::u16string_view::npos;
+
+struct Exact {
+    static constexpr bool ignoresCase = false;
+    static char16_t fold(char16_t unit) noexcept { return unit; }
+};
+
+struct Folded {
+    static constexpr bool ignoresCase = true;
+    static char16_t fold(char16_t unit) noexcept { return foldUnit(unit); }
+};
+
+// ---- The quick path: blocks of places, two rare units
+
+// ASCII from the commonest to the rarest in RTF; what is not listed is rarer still.
+constexpr std::u16string_view commonUnits =
+    u"\\0fre latdins2c1bpo{}3h548u6g7m9w;xvTy'-*Nq.AR?kCE:SFLzDjBMHPWI></)GU(O,=VK\"YJ~_#ZX%$!Q&+@^[]`|\r\n";
+
+constexpr std::array<std::uint8_t, 128> rarityTable() {
+    std::array<std::uint8_t, 128> table{};
+    for (std::uint8_t& rarity : table) rarity = 128;
+    for (std::size_t i = 0; i < commonUnits.size(); ++i) table[commonUnits[i]] = static_cast<std::uint8_t>(i);
+    return table;
+}
+
+// One unit of the sought text, as (there | mask) == value tells it.
+struct Anchor {
+    std::size_t offset = 0;
+    std::uint16_t mask = 0;
+    std::uint16_t value = 0;
+
+    bool standsAt(const char16_t* place) const noexcept { return (place[offset] | mask) == value; }
+};
+
+class Filter {
+public:
+    static constexpr std::size_t block = 32;
+
+    Filter(std::u16string_view sought, bool ignoresCase) noexcept {
+        int rarest = -1, second = -1;
+        for (std::size_t i = 0; i < std::min<std::size_t>(sought.size(), 64); ++i) {
+            const char16_t unit = ignoresCase ? foldUnit(sought[i]) : sought[i];
+            if (ignoresCase && unit >= 0x80) continue;
+            const int rarity = unit < 0x80 ? rarityOf[unit] : 255;
+            const bool letter = ignoresCase && unit >= u'a' && unit <= u'z';
+            const Anchor anchor{i, static_cast<std::uint16_t>(letter ? 0x20 : 0), unit};
+            if (rarity > rarest) {
+                second_ = first_, second = rarest;
+                first_ = anchor, rarest = rarity;
+            } else if (rarity > second) {
+                second_ = anchor, second = rarity;
+            }
+        }
+        usable_ = rarest >= 0;
+        if (second < 0) second_ = first_;
+    }
+
+    // False when no unit can be told by value and mask alone.
+    bool usable() const noexcept { return usable_; }
+    bool at(const char16_t* place) const noexcept { return first_.standsAt(place) && second_.standsAt(place); }
+    // Whether one of `block` places may be it. Written for the compiler's vector unit: no early end.
+    bool inBlock(const char16_t* place) const noexcept {
+        const char16_t* const a = place + first_.offset;
+        const char16_t* const b = place + second_.offset;
+        std::uint16_t any = 0;
+        for (std::size_t i = 0; i < block; ++i) {
+            const std::uint16_t differs = static_cast<std::uint16_t>(((a[i] | first_.mask) ^ first_.value) |
+                                                                     ((b[i] | second_.mask) ^ second_.value));
+            any = static_cast<std::uint16_t>(any | (differs == 0 ? 0xFFFF : 0));
+        }
+        return any != 0;
+    }
+
+private:
+    static constexpr std::array<std::uint8_t, 128> rarityOf = rarityTable();
+
+    Anchor first_;
+    Anchor second_;
+    bool usable_ = false;
+};
+
+template <typename Units>
+bool standsAt(std::u16string_view sought, const char16_t* place) noexcept {
+    return std::equal(sought.begin(), sought.end(), place, [](char16_t a, char16_t b) {
+        return a == b || (Units::ignoresCase && foldUnit(a) == foldUnit(b));
+    });
+}
+
+// Comparisons may cost some times the distance covered; then the two-way search takes over.
+class Budget {
+public:
+    explicit Budget(std::size_t soughtSize) noexcept : each_(soughtSize) {}
+    bool isSpent(std::size_t distance) noexcept { return (spent_ += each_) > 4096 + 8 * distance; }
+
+private:
+    std::size_t each_;
+    std::size_t spent_ = 0;
+};
+
+// ---- The two-way search
+
+// Texts read by index, folded; backwards, the last unit is the first.
+template <typename Units, bool backwards>
+struct Reader {
+    std::u16string_view text;
+
+    std::size_t size() const noexcept { return text.size(); }
+    char16_t operator[](std::size_t index) const noexcept {
+        return Units::fold(text[backwards ? text.size() - 1 - index : index]);
+    }
+};
+
+struct Factorization {
+    std::size_t critical;
+    std::size_t period;
+};
+
+// The start of the greatest suffix in the order that `precedes` gives, and its period.
+template <typename Text, typename Order>
+Factorization greatestSuffix(const Text& text, Order precedes) noexcept {
+    std::size_t suffix = 0, candidate = 1, matched = 0, period = 1;
+    while (candidate + matched < text.size()) {
+        const char16_t a = text[candidate + matched];
+        const char16_t b = text[suffix + matched];
+        if (precedes(a, b)) {
+            candidate += matched + 1;
+            matched = 0;
+            period = candidate - suffix;
+        } else if (a != b) {
+            suffix = candidate++;
+            matched = 0;
+            period = 1;
+        } else if (++matched == period) {
+            candidate += period;
+            matched = 0;
+        }
+    }
+    return {suffix, period};
+}
+
+template <typename Text>
+Factorization factorize(const Text& text) noexcept {
+    const Factorization up = greatestSuffix(text, [](char16_t a, char16_t b) { return a < b; });
+    const Factorization down = greatestSuffix(text, [](char16_t a, char16_t b) { return a > b; });
+    return up.critical > down.critical ? up : down;
+}
+
+template <typename Text>
+std::size_t findTwoWay(const Text& text, const Text& sought) noexcept {
+    const std::size_t size = sought.size();
+    auto [critical, period] = factorize(sought);
+    std::size_t shared = 0;  // how far the sought text overlaps itself when it moves by a period
+    while (shared < critical && shared + period < size && sought[shared] == sought[shared + period]) ++shared;
+    const bool periodic = shared == critical;
+    if (!periodic) period = std::max(critical, size - critical) + 1;
+
+    std::size_t known = 0;  // units at the start that are known to match
+    for (std::size_t place = 0; place + size <= text.size();) {
+        std::size_t right = std::max(critical, known);
+        while (right < size && sought[right] == text[place + right]) ++right;
+        if (right < size) {
+            place += right - critical + 1;
+            known = 0;
+            continue;
+        }
+        std::size_t left = critical;
+        while (left > known && sought[left - 1] == text[place + left - 1]) --left;
+        if (left <= known) return place;
+        place += period;
+        known = periodic ? size - period : 0;
+    }
+    return npos;
+}
+
+// ---- Both together
+
+template <typename Units>
+std::size_t findForward(std::u16string_view text, std::u16string_view sought, std::size_t start) noexcept {
+    const auto thorough = [&](std::size_t from) {
+        using Text = Reader<Units, false>;
+        const std::size_t hit = findTwoWay(Text{text.substr(from)}, Text{sought});
+        return hit == npos ? npos : from + hit;
+    };
+    const Filter filter(sought, Units::ignoresCase);
+    if (!filter.usable()) return thorough(start);
+    Budget budget(sought.size());
+    const std::size_t end = text.size() - sought.size() + 1;
+    for (std::size_t place = start; place < end;) {
+        const std::size_t blockEnd = std::min(end, place + Filter::block);
+        if (blockEnd - place == Filter::block && !filter.inBlock(text.data() + place)) {
+            place = blockEnd;
+            continue;
+        }
+        for (; place < blockEnd; ++place) {
+            if (!filter.at(text.data() + place)) continue;
+            if (standsAt<Units>(sought, text.data() + place)) return place;
+            if (budget.isSpent(place - start)) return thorough(place + 1);
+        }
+    }
+    return npos;
+}
+
+template <typename Units>
+std::size_t findBackward(std::u16string_view text, std::u16string_view sought) noexcept {
+    const auto thorough = [&](std::size_t end) {
+        using Text = Reader<Units, true>;
+        const std::size_t hit = findTwoWay(Text{text.substr(0, end)}, Text{sought});
+        return hit == npos ? npos : end - hit - sought.size();
+    };
+    const Filter filter(sought, Units::ignoresCase);
+    if (!filter.usable()) return thorough(text.size());
+    Budget budget(sought.size());
+    const std::size_t end = text.size() - sought.size() + 1;
+    for (std::size_t place = end; place > 0;) {  // what lies before it is still to be seen
+        const std::size_t blockStart = place - std::min(place, Filter::block);
+        if (place - blockStart == Filter::block && !filter.inBlock(text.data() + blockStart)) {
+            place = blockStart;
+            continue;
+        }
+        for (; place > blockStart; --place) {
+            if (!filter.at(text.data() + place - 1)) continue;
+            if (standsAt<Units>(sought, text.data() + place - 1)) return place - 1;
+            if (budget.isSpent(end - place)) return thorough(place - 1 + sought.size() - 1);
+        }
+    }
+    return npos;
+}
+
+}  // namespace
 
 std::size_t findText(std::u16string_view text, std::u16string_view sought, std::size_t start,
                      Comparison comparison) noexcept {
-    if (start > text.size() || sought.size() > text.size() - start) return std::u16string_view::npos;
-    if (comparison == Comparison::binary) return text.find(sought, start);
-    const auto hit = std::search(text.begin() + start, text.end(), sought.begin(), sought.end(),
-                                 [](char16_t a, char16_t b) { return foldUnit(a) == foldUnit(b); });
+    if (start > text.size() || sought.size() > text.size() - start) return npos;
     if (sought.empty()) return start;
-    return hit == text.end() ? std::u16string_view::npos : static_cast<std::size_t>(hit - text.begin());
+    return comparison == Comparison::binary ? findForward<Exact>(text, sought, start)
+                                            : findForward<Folded>(text, sought, start);
 }
 
 std::size_t findTextReverse(std::u16string_view text, std::u16string_view sought, Comparison comparison) noexcept {
-    if (comparison == Comparison::binary) return text.rfind(sought);
+    if (sought.size() > text.size()) return npos;
     if (sought.empty()) return text.size();
-    const auto hit = std::find_end(text.begin(), text.end(), sought.begin(), sought.end(),
-                                   [](char16_t a, char16_t b) { return foldUnit(a) == foldUnit(b); });
-    return hit == text.end() ? std::u16string_view::npos : static_cast<std::size_t>(hit - text.begin());
+    return comparison == Comparison::binary ? findBackward<Exact>(text, sought) : findBackward<Folded>(text, sought);
 }
 
 }  // namespace velmor
