@@ -1,0 +1,142 @@
+#include "cli/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <sstream>
+
+#include "cli/Failure.h"
+#include "text/Encoding.h"
+
+namespace velmor::cli {
+namespace {
+
+constexpr const char* programFooter = R"(
+Exit codes: 0 done, 1 wrong command line, 2 cannot read or write (no output was made),
+3 done, but something was reported.
+
+Examples:
+  velmor eval invoice.rtf -o out.rtf --properties invoice.properties
+  echo 'Dear <KV:TAG>PROPERTY:name=all:</KV>' | velmor eval --property name=Zoe
+  velmor tags --json invoice.rtf)";
+
+constexpr const char* evalFooter = R"(
+Files that the template includes are looked for beside the template unless --include-path or the
+property "Path" says otherwise. RTF is read and written in the ANSI code page; characters that it
+has not are written as \uN?.
+
+Examples:
+  velmor eval letter.rtf --property 'Contact=Ruth Ackroyd' -o letter-ackroyd.rtf
+  velmor eval - --encoding utf-8 < mail.txt)";
+
+constexpr const char* tagsFooter = R"(
+Each tag is listed with the position of its opening marker, from 1.
+
+Examples:
+  velmor tags letter.rtf
+  velmor tags --json letter.rtf | jq '.tags[].handler')";
+
+// What CLI11 fills; the parts that are not UTF-16 yet.
+struct Raw {
+    EvalOptions eval;
+    TagsOptions tags;
+    std::string includePath, registry;
+    std::vector<std::string> handlers;
+};
+
+std::string checkAssignment(const std::string& text) {
+    const auto equals = text.find('=');
+    return equals == text.npos || equals == 0 ? "'" + text + "' is not of the form name=value" : std::string();
+}
+
+void addEncoding(CLI::App& command, TextEncoding& encoding) {
+    static const std::map<std::string, TextEncoding> names = {{"ansi", TextEncoding::ansi},
+                                                              {"utf-8", TextEncoding::utf8}};
+    command.add_option("--encoding", encoding, "How plain text and property files are coded (default: ansi)")
+        ->transform(CLI::Transformer(names).description(""))
+        ->check(CLI::IsMember({TextEncoding::ansi, TextEncoding::utf8}).description(""))
+        ->type_name("ansi|utf-8");
+}
+
+CLI::App* addEval(CLI::App& app, Raw& raw) {
+    CLI::App* command = app.add_subcommand("eval", "Evaluate a template");
+    command->add_option("TEMPLATE", raw.eval.input, "The template; - or nothing: standard input")->type_name("");
+    command->add_option("-o,--output", raw.eval.output, "Write the result to this file, whole or not at all")
+        ->type_name("OUT");
+    command->add_option("--property", raw.eval.properties, "Set a property to a text; may be repeated")
+        ->type_name("name=value")
+        ->expected(1)
+        ->take_all()
+        ->check(CLI::Validator(checkAssignment, ""));
+    command->add_option("--properties", raw.eval.propertyFile, "Read properties from this property file")
+        ->type_name("FILE");
+    command->add_option("--include-path", raw.includePath, "Where included files are (the property \"Path\")")
+        ->type_name("DIR");
+    addEncoding(*command, raw.eval.encoding);
+    command->add_option("--registry", raw.registry, "Take the registry from this .reg file")->type_name("FILE");
+#ifndef _WIN32
+    command->add_option("--handlers", raw.handlers, "Look for handler libraries here, too; may be repeated")
+        ->type_name("DIR")
+        ->expected(1)
+        ->take_all();
+#endif
+    command->footer(evalFooter);
+    return command;
+}
+
+CLI::App* addTags(CLI::App& app, Raw& raw) {
+    CLI::App* command = app.add_subcommand("tags", "List the tags of a template");
+    command->add_option("TEMPLATE", raw.tags.input, "The template; - or nothing: standard input")->type_name("");
+    command->add_flag("--json", raw.tags.json, "As JSON");
+    addEncoding(*command, raw.tags.encoding);
+    command->footer(tagsFooter);
+    return command;
+}
+
+void requireUnicode(const std::vector<std::string>& arguments) {
+    for (const auto& argument : arguments) {
+        if (toUtf8(fromUtf8(argument)) != argument) throw Failure(exitUsage, "an argument is not UTF-8: " + argument);
+    }
+}
+
+// Prints what help or version was asked for; anything else is a wrong command line.
+void answer(const CLI::App& app, const CLI::ParseError& outcome) {
+    std::ostringstream out;
+    std::ostringstream message;
+    if (app.exit(outcome, out, message) == 0) {
+        std::cout << out.str() << std::flush;
+        return;
+    }
+    throw Failure(exitUsage, std::string(outcome.what()) + " (velmor --help says more)");
+}
+
+}  // namespace
+
+std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& arguments) {
+    requireUnicode(arguments);
+    CLI::App app("Evaluates document templates.", "velmor");
+    app.set_version_flag("--version", "velmor " VELMOR_VERSION);
+    app.allow_windows_style_options(false);
+    app.require_subcommand(1);
+    app.footer(programFooter);
+    Raw raw;
+    const CLI::App* eval = addEval(app, raw);
+    addTags(app, raw);
+    try {
+        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    } catch (const CLI::ParseError& outcome) {
+        answer(app, outcome);
+        return std::nullopt;
+    }
+    CommandLine result;
+    if (!eval->parsed()) {
+        result.command = raw.tags;
+        return result;
+    }
+    if (eval->count("--include-path") > 0) raw.eval.includePath = raw.includePath;
+    result.command = raw.eval;
+    result.system.registryFile = fromUtf8(raw.registry);
+    for (const auto& folder : raw.handlers) result.system.handlerFolders.push_back(fromUtf8(folder));
+    return result;
+}
+
+}  // namespace velmor::cli

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "cli/EvalCommand.h"
+#include "cli/TagsCommand.h"
+#include "platform/SystemServices.h"
+
+namespace velmor::cli {
+
+struct CommandLine {
+    std::variant<EvalOptions, TagsOptions> command;
+    platform::SystemOptions system;
+};
+
+// Nothing when the command line asked for help or the version, which then has been printed. Throws
+// Failure (exitUsage) for a wrong one.
+std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& arguments);
+
+}  // namespace velmor::cli

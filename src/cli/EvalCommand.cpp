@@ -1,0 +1,90 @@
+#include "cli/EvalCommand.h"
+
+#include <memory>
+
+#include "cli/Failure.h"
+#include "cli/Streams.h"
+#include "cli/TemplateFolders.h"
+#include "core/kvTag.h"
+#include "properties/privProperties.h"
+#include "properties/privProperty.h"
+#include "text/Encoding.h"
+
+namespace velmor::cli {
+namespace {
+
+constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+
+// White space behind the last entry would be an entry of its own.
+std::u16string_view withoutTrailingBlanks(std::u16string_view text) {
+    const auto last = text.find_last_not_of(u" \t\r\n");
+    const bool entryEnds = last != text.npos && text[last] == u':';
+    return entryEnds || last == text.npos ? text.substr(0, last + 1) : text;
+}
+
+void readProperties(privProperties& into, const platform::Files& files, const std::string& name,
+                    TextEncoding encoding) {
+    std::string bytes = readAll(files, name);
+    if (bytes.starts_with(utf8Mark)) {
+        bytes.erase(0, utf8Mark.size());
+        encoding = TextEncoding::utf8;
+    }
+    const std::u16string text = decodeText(bytes, encoding, inputName(name));
+    into.Build(withoutTrailingBlanks(text));
+}
+
+void setProperty(privProperties& properties, const std::string& assignment) {
+    const auto equals = assignment.find('=');
+    properties.AddStr(fromUtf8(assignment.substr(0, equals)), fromUtf8(assignment.substr(equals + 1)), true);
+}
+
+std::u16string folderOf(std::u16string_view path, char16_t separator) {
+    const auto last = path.find_last_of(separator == u'\\' ? u"\\/:" : u"/");
+    if (last == path.npos) return u".";
+    const bool isRoot = last == 0 || path[last] == u':' || (last > 0 && path[last - 1] == u':');
+    return std::u16string(path.substr(0, isRoot ? last + 1 : last));
+}
+
+// Reports the entries of the error log, one line each; true when there are any.
+bool reportErrorLog(const privProperties& log) {
+    for (std::int32_t index = 1; index <= log.Count(); ++index) {
+        const auto entry = log.Item(index);
+        const auto details = entry->Properties();
+        std::string line = toUtf8(entry->Name()) + ": " + toUtf8(entry->ValueStr());
+        if (const auto number = details->GetValueLng(u"Err")) line += " (error " + std::to_string(number) + ")";
+        for (const auto* const name : {u"TagData", u"ErrData"}) {
+            const std::u16string data = details->GetValueStr(name);
+            if (!data.empty()) line += "; " + toUtf8(std::u16string_view(data).substr(0, 200));
+        }
+        report(line);
+    }
+    return log.Count() > 0;
+}
+
+}  // namespace
+
+ExitCode runEval(platform::Services& services, const EvalOptions& options) {
+    const std::u16string inputPath = options.input == "-" ? u"" : fromUtf8(options.input);
+    TemplateFolders folders(services.folders, folderOf(inputPath, services.folders.separator()));
+    platform::Services here{services.registry, services.files,    services.clock, folders,
+                            services.objects,  services.pictures, services.guids};
+
+    std::u16string text =
+        decodeTemplate(readAll(services.files, options.input), options.encoding, inputName(options.input));
+    const auto tag = std::make_shared<kvTag>(here);
+    const auto properties = tag->Properties().own();
+    if (!options.propertyFile.empty()) {
+        readProperties(*properties, services.files, options.propertyFile, options.encoding);
+    }
+    for (const auto& assignment : options.properties) setProperty(*properties, assignment);
+    if (options.includePath) properties->AddStr(u"Path", fromUtf8(*options.includePath), true);
+
+    tag->Value(std::move(text));
+    const std::u16string result = tag->Result();
+    const bool reported = reportErrorLog(*tag->ErrorLog());
+    writeAll(services.files, options.output, encodeResult(result, options.encoding));
+    tag->Dispose();
+    return reported ? exitReported : exitDone;
+}
+
+}  // namespace velmor::cli

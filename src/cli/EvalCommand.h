@@ -1,0 +1,27 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/Documents.h"
+#include "cli/ExitCode.h"
+#include "platform/Services.h"
+
+namespace velmor::cli {
+
+struct EvalOptions {
+    std::string input;   // empty or "-": standard input
+    std::string output;  // empty or "-": standard output
+    TextEncoding encoding = TextEncoding::ansi;
+    std::string propertyFile;                // in the text form of a property collection; empty: none
+    std::vector<std::string> properties;     // "name=value": texts, which replace those of the file
+    std::optional<std::string> includePath;  // the property "Path", which replaces either
+};
+
+// velmor eval: evaluates a template and writes the result. Without a property "Path", files that the
+// template includes are looked for beside it (for standard input: in the current folder). Entries of
+// the error log are reported. UTF-8 throughout the options.
+ExitCode runEval(platform::Services& services, const EvalOptions& options);
+
+}  // namespace velmor::cli

@@ -1,0 +1,40 @@
+#include "cli/Program.h"
+
+#include <new>
+
+#include "cli/CommandLine.h"
+#include "cli/Failure.h"
+#include "cli/Streams.h"
+#include "text/Encoding.h"
+#include "text/Error.h"
+
+namespace velmor::cli {
+namespace {
+
+int runCommand(const CommandLine& line) {
+    makeStreamsBinary();
+    platform::SystemServices machine(line.system);
+    for (const auto& warning : machine.warnings()) report(toUtf8(warning));
+    if (const auto* eval = std::get_if<EvalOptions>(&line.command)) return runEval(machine.services(), *eval);
+    return runTags(machine.services(), std::get<TagsOptions>(line.command));
+}
+
+}  // namespace
+
+int runProgram(const std::vector<std::string>& arguments) {
+    try {
+        const auto line = parseCommandLine(arguments);
+        return line ? runCommand(*line) : exitDone;
+    } catch (const Failure& failure) {
+        report(failure.what());
+        return failure.code();
+    } catch (const std::bad_alloc&) {
+        report("out of memory");
+        return exitFile;
+    } catch (const std::exception& error) {
+        report(error.what());
+        return exitFile;
+    }
+}
+
+}  // namespace velmor::cli

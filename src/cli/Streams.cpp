@@ -1,0 +1,91 @@
+#include "cli/Streams.h"
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "cli/Failure.h"
+#include "text/Encoding.h"
+
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#endif
+
+namespace velmor::cli {
+namespace {
+
+constexpr std::size_t maximalInput = (std::size_t{1} << 30) - 1;
+
+bool isStandardStream(const std::string& name) {
+    return name.empty() || name == "-";
+}
+
+std::string readStandardInput() {
+    std::string bytes;
+    std::array<char, 65536> block{};
+    while (const std::size_t count = std::fread(block.data(), 1, block.size(), stdin)) {
+        bytes.append(block.data(), count);
+        if (bytes.size() > maximalInput) throw Failure(exitFile, "standard input is longer than a text can be");
+    }
+    if (std::ferror(stdin)) throw Failure(exitFile, "cannot read standard input: " + std::string(std::strerror(errno)));
+    return bytes;
+}
+
+void writeStandardOutput(std::string_view bytes) {
+    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size();
+    if (std::fflush(stdout) != 0 || !written) {
+        throw Failure(exitFile, "cannot write standard output: " + std::string(std::strerror(errno)));
+    }
+}
+
+std::string oneLine(std::string_view message) {
+    std::string line(message);
+    for (char& character : line) {
+        if (static_cast<unsigned char>(character) < 32 || character == 127) character = ' ';
+    }
+    return line;
+}
+
+}  // namespace
+
+void makeStreamsBinary() {
+#ifdef _WIN32
+    _setmode(_fileno(stdin), _O_BINARY);
+    _setmode(_fileno(stdout), _O_BINARY);
+#endif
+}
+
+std::string inputName(const std::string& name) {
+    return isStandardStream(name) ? "standard input" : "'" + name + "'";
+}
+
+std::string readAll(const platform::Files& files, const std::string& name) {
+    if (isStandardStream(name)) return readStandardInput();
+    const std::u16string path = fromUtf8(name);
+    if (auto bytes = files.read(path)) return *std::move(bytes);
+    throw Failure(exitFile,
+                  files.exists(path) ? "cannot read " + inputName(name) : "there is no file " + inputName(name));
+}
+
+void writeAll(platform::Files& files, const std::string& name, std::string_view bytes) {
+    if (isStandardStream(name)) return writeStandardOutput(bytes);
+    if (!files.write(fromUtf8(name), bytes)) throw Failure(exitFile, "cannot write '" + name + "'");
+}
+
+void report(std::string_view message) {
+    const std::string line = "velmor: " + oneLine(message) + "\n";
+#ifdef _WIN32
+    if (_isatty(_fileno(stderr))) {
+        const int before = _setmode(_fileno(stderr), _O_U16TEXT);
+        std::fputws(reinterpret_cast<const wchar_t*>(fromUtf8(line).c_str()), stderr);
+        std::fflush(stderr);
+        _setmode(_fileno(stderr), before);
+        return;
+    }
+#endif
+    std::fwrite(line.data(), 1, line.size(), stderr);
+}
+
+}  // namespace velmor::cli

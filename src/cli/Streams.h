@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/Services.h"
+
+namespace velmor::cli {
+
+// The standard streams carry documents byte for byte: no line ends are changed on Windows.
+void makeStreamsBinary();
+
+// What messages call an input.
+std::string inputName(const std::string& name);
+
+// All bytes of a file, or of standard input when the name is "-" or empty. Throws Failure (exitFile).
+std::string readAll(const platform::Files& files, const std::string& name);
+
+// Writes a file whole or not at all, or standard output when the name is "-" or empty. Throws
+// Failure (exitFile).
+void writeAll(platform::Files& files, const std::string& name, std::string_view bytes);
+
+// One line "velmor: <message>" on standard error. Line ends and other control characters within the
+// message become blanks. UTF-8; a Windows console shows it as it is meant.
+void report(std::string_view message);
+
+}  // namespace velmor::cli

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "automation/Variant.h"
+#include "platform/Services.h"
+
+namespace velmor::cli {
+
+// One tag of a template, taken apart as evaluation would take it apart.
+struct TagNode {
+    struct Parameter {
+        std::u16string name;
+        automation::Variant value;  // the long 0 for a name alone
+    };
+
+    std::size_t position = 0;  // of its opening marker within the template, from 1
+    std::size_t length = 0;    // from there to the end of its closing marker
+    std::u16string handler;    // empty when the tag names none, and so gives nothing
+    std::u16string command;
+    automation::Variant commandValue;
+    std::vector<Parameter> parameters;
+    std::vector<TagNode> tags;  // those within its parameters
+};
+
+struct TagTree {
+    static constexpr std::size_t maximalDepth = 100;
+
+    std::vector<TagNode> tags;
+    std::vector<std::size_t> unclosed;  // positions of opening markers without their closing one
+    std::size_t tooDeep = 0;            // tags nested deeper than maximalDepth, which are left out
+};
+
+// Does not evaluate anything. Linear in the template for a given depth of nesting.
+TagTree readTagTree(platform::Services& services, std::u16string_view text);
+
+}  // namespace velmor::cli

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "platform/Services.h"
+
+namespace velmor::cli {
+
+// The machine's folders, with the template's own in the place of the component's: that is where
+// files without a path are looked for.
+class TemplateFolders final : public platform::Folders {
+public:
+    TemplateFolders(const platform::Folders& machine, std::u16string folder)
+        : machine_(machine), folder_(std::move(folder)) {}
+
+    std::u16string commonData() const override { return machine_.commonData(); }
+    std::u16string temporary() const override { return machine_.temporary(); }
+    std::u16string component() const override { return folder_; }
+    std::u16string machineName() const override { return machine_.machineName(); }
+    char16_t separator() const override { return machine_.separator(); }
+
+private:
+    const platform::Folders& machine_;
+    std::u16string folder_;
+};
+
+}  // namespace velmor::cli

@@ -1,0 +1,29 @@
+#include <string>
+#include <vector>
+
+#include "cli/Program.h"
+#include "text/Encoding.h"
+
+#ifdef _WIN32
+
+// The C library does not expand "*" in arguments: a property's value may well hold one.
+extern "C" {
+int _dowildcard = 0;
+int wmain(int count, wchar_t** values);
+}
+
+int wmain(int count, wchar_t** values) {
+    std::vector<std::string> arguments;
+    for (int index = 1; index < count; ++index) {
+        arguments.push_back(velmor::toUtf8(reinterpret_cast<const char16_t*>(values[index])));
+    }
+    return velmor::cli::runProgram(arguments);
+}
+
+#else
+
+int main(int count, char** values) {
+    return velmor::cli::runProgram(std::vector<std::string>(values + (count > 0 ? 1 : 0), values + count));
+}
+
+#endif

@@ -1,0 +1,254 @@
+"""Runs the built velmor as a user does. Call: test_velmor.py PROGRAM [HANDLERS] [-- RUNNER ...]
+
+HANDLERS is the folder of the sample handler, where velmor can load it; RUNNER is what starts the
+program (Wine), if anything.
+"""
+
+import json
+import os
+import subprocess
+import sys
+import tempfile
+import unittest
+
+SAMPLES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "samples")
+PROGRAM, HANDLERS, RUNNER = "", "", []
+
+DONE, USAGE, FILE, REPORTED = 0, 1, 2, 3
+
+
+class VelmorTest(unittest.TestCase):
+    def setUp(self):
+        self.folder = tempfile.TemporaryDirectory()
+        self.addCleanup(self.folder.cleanup)
+
+    def path(self, name):
+        return os.path.join(self.folder.name, name)
+
+    def write(self, name, content):
+        os.makedirs(os.path.dirname(self.path(name)), exist_ok=True)
+        with open(self.path(name), "wb") as file:
+            file.write(content)
+
+    def read(self, name):
+        with open(self.path(name), "rb") as file:
+            return file.read()
+
+    def velmor(self, *arguments, stdin=b"", expect=DONE):
+        environment = dict(os.environ, LC_ALL="C.UTF-8")
+        environment.pop("VELMOR_REGISTRY", None)
+        if not RUNNER:  # no registry of the user's
+            environment.update(HOME=self.folder.name, XDG_CONFIG_HOME=self.folder.name)
+        done = subprocess.run([*RUNNER, PROGRAM, *arguments], input=stdin, capture_output=True,
+                              cwd=self.folder.name, env=environment, timeout=120)
+        self.messages = done.stderr.decode("utf-8", "replace")
+        self.assertEqual(done.returncode, expect, self.messages)
+        return done.stdout
+
+
+class Eval(VelmorTest):
+    def test_plain_text(self):
+        cases = [
+            # template, arguments, result
+            (b"no tag\r\n\x00\xff\n", [], b"no tag\r\n\x00\xff\n"),
+            (b"<KV:TAG>PROPERTY:a=zz:</KV>!", [], b"zz!"),
+            (b"<kv:tag>property:A=zz:</kv>", ["--property", "a=1"], b"1"),
+            (b"<KV:TAG>PROPERTY:a=:</KV>", ["--property", "a=007"], b"007"),
+            (b"<KV:TAG>PROPERTY:a=:</KV>", ["--property", 'a="q": x=y *'], b'"q": x=y *'),
+            (b"<KV:TAG>PROPERTY:a=:</KV>", ["--property=a=1", "--property", "a=-2"], b"-2"),
+            (b"<KV:TAG>PROPERTY:a=:</KV>", ["--property", "a="], b""),
+            (b"<KV:TAG>SETPROPERTY:a=1:</KV><KV:TAG>PROPERTY:a=0:</KV>", [], b"1"),
+            (b"[<KV:TAG>PROPERTY:n=:</KV>]", ["--property", "n=caf\u00e9 \u20ac"], b"[caf\xe9 \x80]"),
+            ("[\u0141<KV:TAG>PROPERTY:n=:</KV>]".encode(),
+             ["--encoding", "utf-8", "--property", "n=\u0141\U0001f600"], "[\u0141\u0141\U0001f600]".encode()),
+        ]
+        for template, arguments, result in cases:
+            with self.subTest(template=template, arguments=arguments):
+                self.assertEqual(self.velmor("eval", *arguments, stdin=template), result)
+                self.assertEqual(self.messages, "")
+
+    def test_rtf_loses_no_character(self):
+        tag = b"<KV:TAG>PROPERTY:n=:</KV>"
+        value = "n={\u20ac\u0141\U0001f600}"
+        self.assertEqual(self.velmor("eval", "--property", value, stdin=b"{\\rtf1 \xe9" + tag + b"}"),
+                         b"{\\rtf1 \xe9\\{\x80\\u321?\\u-10179?\\u-8704?\\}}")
+        self.assertEqual(self.velmor("eval", "--property", value, stdin=b"{\\rtf1\\uc0 " + tag + b"}"),
+                         b"{\\rtf1\\uc0 \\{\x80{\\uc1\\u321?\\u-10179?\\u-8704?}\\}}")
+
+    def test_plain_text_that_does_not_fit_is_refused(self):
+        self.write("out.txt", b"old")
+        template = b"<KV:TAG>PROPERTY:n=:</KV>"
+        self.velmor("eval", "-o", "out.txt", "--property", "n=\u0141", stdin=template, expect=FILE)
+        self.assertIn("--encoding utf-8", self.messages)
+        self.assertEqual(self.read("out.txt"), b"old")
+        self.assertEqual(os.listdir(self.folder.name), ["out.txt"])
+
+    def test_property_file(self):
+        self.write("p", b'a="x":\r\nd=#5 Mar 2004 2:07:09 PM#:\r\nn=5&:\r\nt="two\r\nlines":\r\ne="\xe9":\r\n')
+        template = b"<KV:TAG>PROPERTY:a=:</KV> <KV:TAG>PROPERTY:n=:</KV> <KV:TAG>PROPERTY:t=:</KV> \xe9 <KV:TAG>PROPERTY:e=:</KV>"
+        self.assertEqual(self.velmor("eval", "--properties", "p", stdin=template), b"x 5 two\r\nlines \xe9 \xe9")
+        self.assertEqual(self.velmor("eval", "--properties", "p", "--property", "A=y", stdin=template)[:1], b"y")
+        self.write("marked", b"\xef\xbb\xbf" + 'a="\u00e9":'.encode())
+        self.assertEqual(self.velmor("eval", "--properties", "marked", stdin=b"<KV:TAG>PROPERTY:a=:</KV>"), b"\xe9")
+
+    def test_includes(self):
+        self.write("sub/letter.txt", b"<KV:TAG>INCLUDE=part.txt:</KV>|<KV:TAG>INCLUDE=list.kvl:KEY=b:</KV>|"
+                                     b"<KV:TAG>INCLUDE=list.kvl:INDEX=1:</KV>|<KV:TAG>INCLUDE=none.txt:</KV>")
+        self.write("sub/part.txt", b"[<KV:TAG>PROPERTY:a=in:</KV>]")
+        self.write("sub/list.kvl", b'a="one":\r\nb="two":\r\n')
+        self.write("other/part.txt", b"other")
+        beside = b"[in]|two|one|"
+        self.assertEqual(self.velmor("eval", "sub/letter.txt"), beside)
+        self.assertEqual(self.velmor("eval", "letter.txt", "--include-path", "sub", expect=FILE), b"")
+        self.assertEqual(self.velmor("eval", "--include-path", "sub", stdin=self.read("sub/letter.txt")), beside)
+        self.assertEqual(self.velmor("eval", "sub/letter.txt", "--include-path", "other"), b"other|||")
+        self.assertEqual(self.velmor("eval", "sub/letter.txt", "--property", "Path=other"), b"other|||")
+
+    def test_output_file(self):
+        self.write("out.rtf", b"something much longer than the result")
+        self.assertEqual(self.velmor("eval", "-", "-o", "out.rtf", stdin=b"a\r\nb\n"), b"")
+        self.assertEqual(self.read("out.rtf"), b"a\r\nb\n")
+
+    def test_error_log_is_reported(self):
+        self.assertEqual(self.velmor("eval", stdin=b"a<KV:NONE>X:</KV>b", expect=REPORTED), b"ab")
+        self.assertIn("velmor: NONE: Tag Handler not found", self.messages)
+        shown = self.velmor("eval", "--property", "kvTag.No Handler Show Message=True", stdin=b"<KV:NONE>X:</KV>",
+                            expect=REPORTED)
+        self.assertEqual(shown, b"system handler not found: NONE")
+
+    def test_self_inclusion_ends(self):
+        self.write("loop.txt", b"x<KV:TAG>INCLUDE=loop.txt:</KV><KV:TAG>INCLUDE=loop.txt:</KV>y")
+        result = self.velmor("eval", "loop.txt", expect=REPORTED)
+        self.assertTrue(result.startswith(b"x") and result.endswith(b"y"))
+        self.assertEqual(self.messages.count("\n"), 1)
+
+    def test_bad_input(self):
+        self.write("t", b"text")
+        self.write("bad-utf8", b'a="\xff":')
+        os.mkdir(self.path("folder"))
+        cases = [
+            (["eval", "missing"], FILE, "missing"),
+            (["eval", "folder"], FILE, "folder"),
+            (["eval", "t", "-o", "folder"], FILE, "folder"),
+            (["eval", "t", "-o", "none/out"], FILE, "none/out"),
+            (["eval", "t", "--properties", "missing"], FILE, "missing"),
+            (["eval", "t", "--properties", "folder"], FILE, "folder"),
+            (["eval", "t", "--properties", "bad-utf8", "--encoding", "utf-8"], FILE, "bad-utf8"),
+            (["eval", "t", "--registry", "missing"], FILE, "missing"),
+            (["eval", "t", "--property", "noequals"], USAGE, "noequals"),
+            (["eval", "t", "--property", "=x"], USAGE, "=x"),
+            (["eval", "t", "--encoding", "latin"], USAGE, "encoding"),
+            (["eval", "t", "u"], USAGE, "u"),
+            (["eval", "--nonsense"], USAGE, "nonsense"),
+            (["nonsense"], USAGE, "nonsense"),
+            ([], USAGE, "command"),
+            (["tags", "missing"], FILE, "missing"),
+        ]
+        for arguments, code, said in cases:
+            with self.subTest(arguments=arguments):
+                self.assertEqual(self.velmor(*arguments, expect=code), b"")
+                self.assertTrue(self.messages.startswith("velmor: "), self.messages)
+                self.assertIn(said, self.messages)
+        self.assertEqual(sorted(os.listdir(self.folder.name)), ["bad-utf8", "folder", "t"])
+
+    def test_full_standard_output(self):
+        if RUNNER or not os.path.exists("/dev/full"):
+            self.skipTest("no such device")
+        with open("/dev/full", "wb") as full:
+            done = subprocess.run([PROGRAM, "eval"], input=b"text", stdout=full, stderr=subprocess.PIPE, timeout=60)
+        self.assertEqual(done.returncode, FILE)
+
+    def test_help(self):
+        self.assertIn(b"eval", self.velmor("--help"))
+        self.assertIn(b"--include-path", self.velmor("eval", "--help"))
+        self.assertRegex(self.velmor("--version"), rb"^velmor \d+\.\d+\.\d+\s*$")
+
+
+class Tags(VelmorTest):
+    TEMPLATE = (b'ab<KV:TAG>INCLUDE=C:\\x\\<KV:TAG>PROPERTY:f=a.txt:</KV>:KEY=5:q="5":r=1.5:t=True:bare:</KV>'
+                b"<KV:GRP-NAME>X:</KV><KV:nohandler</KV> <KV:OPEN>")
+
+    def test_json(self):
+        text = self.velmor("tags", "--json", stdin=self.TEMPLATE, expect=REPORTED)
+        inner = {"position": 24, "length": 35, "handler": "TAG", "command": "PROPERTY", "commandValue": 0,
+                 "parameters": [{"name": "F", "value": "a.txt"}], "tags": []}
+        first, second, third = json.loads(text)["tags"]
+        self.assertEqual(first["tags"], [inner])
+        self.assertEqual((first["position"], first["handler"], first["command"]), (3, "TAG", "INCLUDE"))
+        self.assertEqual(first["commandValue"], "C:\\x\\<KV:TAG>PROPERTY:f=a.txt:</KV>")
+        self.assertEqual([(p["name"], p["value"]) for p in first["parameters"]],
+                         [("KEY", 5), ("Q", "5"), ("R", 1.5), ("T", True), ("BARE", 0)])
+        self.assertEqual((second["handler"], third["handler"]), ("GRP-NAME", ""))
+        end = first["position"] - 1 + first["length"]
+        self.assertTrue(self.TEMPLATE[:end].endswith(b"bare:</KV>"))
+        self.assertEqual(json.loads(text)["unclosed"], [self.TEMPLATE.index(b"<KV:OPEN>") + 1])
+
+    def test_list(self):
+        self.write("t", b'x<KV:TAG>PROPERTY:a="7":</KV>\n<KV:A>B:v=<KV:C>D:</KV>:</KV>')
+        self.assertEqual(self.velmor("tags", "t").decode().split("\n"),
+                         ["2  TAG > PROPERTY", '      A = "7"', "31  A > B", '      V = "<KV:C>D:</KV>"',
+                          "    41  C > D", ""])
+
+    def test_hostile_nesting(self):
+        deep = b"<KV:A>B:v=" * 50000 + b":</KV>" * 50000
+        document = json.loads(self.velmor("tags", "--json", stdin=deep, expect=REPORTED))
+        self.assertEqual(document["tooDeep"], 50000 - 100)
+        self.velmor("tags", stdin=b"<KV:" * 250000, expect=REPORTED)
+        self.assertLess(self.messages.count("\n"), 50)
+
+
+class Sample(VelmorTest):
+    """The sample handler where velmor loads it itself, from a registry file."""
+
+    def setUp(self):
+        super().setUp()
+        if not HANDLERS:
+            self.skipTest("handlers are registered components here")
+        self.options = ["--registry", os.path.join(SAMPLES, "letter", "handlers.reg"), "--handlers", HANDLERS]
+
+    def test_formats(self):
+        cases = [
+            ('DATE:PROPERTY=d:FORMAT="dddd, d mmmm yyyy":', "Friday, 5 March 2004"),
+            ('DATE:PROPERTY=d:FORMAT="ddd dd.mm.yy hh:nn:ss":', "Fri 05.03.04 14:07:09"),
+            ("DATE:PROPERTY=d:FORMAT=\"h.nn AM/PM 'on day' d mmm\":", "2.07 PM on day 5 Mar"),
+            ("DATE:VALUE=2024-02-29:", "29 February 2024"),
+            ('NUMBER:VALUE=1234567.885:FORMAT="#,##0.00":', "1,234,567.89"),
+            ('NUMBER:VALUE=-0.004:FORMAT="0.00":', "0.00"),
+            ('NUMBER:VALUE="-1234.5":FORMAT="EUR #,##0.00 net":', "EUR -1,234.50 net"),
+            ('NUMBER:VALUE=999.995:FORMAT="#,##0.00":', "1,000.00"),
+            ('NUMBER:VALUE=0.2:FORMAT="0.#%":', "20%"),
+            ('NUMBER:VALUE=7:FORMAT="000":', "007"),
+            ('NUMBER:VALUE=<KV:TAG>PROPERTY:n=:</KV>:FORMAT="0.0":', "4.5"),
+            ("NUMBER:PROPERTY=missing:", ""),
+        ]
+        self.write("p", b"d=#5 Mar 2004 2:07:09 PM#:n=4.5#:")
+        for tag, result in cases:
+            with self.subTest(tag=tag):
+                out = self.velmor("eval", *self.options, "--properties", "p", stdin=f"<KV:FORMAT>{tag}</KV>".encode())
+                self.assertEqual(out.decode(), result)
+
+    def test_failure_is_reported(self):
+        out = self.velmor("eval", *self.options, stdin=b"a<KV:FORMAT>DATE:VALUE=never:</KV>b", expect=REPORTED)
+        self.assertEqual(out, b"ab")
+        self.assertIn('FORMAT: "never" is no date (error 13)', self.messages)
+
+    def test_letter(self):
+        letter = os.path.join(SAMPLES, "letter")
+        out = self.velmor("eval", os.path.join(letter, "invoice.rtf"), *self.options, "--properties",
+                          os.path.join(letter, "invoice.properties"))
+        for said in [b"6,458.88", b"Dear Madame H\xe9l\xe8ne Fournier,", b"steel \\\\ \\{nylon coated\\}",
+                     b"27 quai des Pilotes\\par 29200 Brest", b"by insured road freight", b"NI-2024-0187",
+                     b"interest of 4.5 per cent", b"{\\*\\korvane\\starttable"]:
+            self.assertIn(said, out)
+        self.assertNotIn(b"KV:", out)
+        self.assertEqual(out.count(b"{") - out.count(b"\\{"), out.count(b"}") - out.count(b"\\}"))
+
+
+if __name__ == "__main__":
+    arguments = sys.argv[1:]
+    if "--" in arguments:
+        RUNNER = arguments[arguments.index("--") + 1:]
+        arguments = arguments[:arguments.index("--")]
+    PROGRAM = arguments[0]
+    HANDLERS = arguments[1] if len(arguments) > 1 else ""
+    unittest.main(argv=sys.argv[:1])
