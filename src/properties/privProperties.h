@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -49,7 +50,10 @@ public:
 
     // By text: the keyed property of that name, also for a text such as "1". By any other value:
     // the 1-based index. Null when there is none.
-    PropertyRef Item(const automation::Variant& pvIndexKey) const;
+    template <std::same_as<automation::Variant> Index>
+    PropertyRef Item(const Index& pvIndexKey) const {
+        return itemAt(pvIndexKey);
+    }
     PropertyRef Item(std::u16string_view psName) const;
     PropertyRef Item(std::int32_t plIndex) const;
     std::int32_t Count() const noexcept;
@@ -87,13 +91,16 @@ public:
     // Read the text form; never raise, whatever the text. Without pbAppendValues the entries
     // are replaced. With pbTagString the text begins with "NAME>", names become upper-case, and
     // drives and nested tags do not end a value. An empty delimiter is ":". Cost: linear in the
-    // text. The three do the same; they differ in how hosts pass the text.
+    // text. The four do the same; they differ in how hosts pass the text.
     void Build(std::u16string_view psString, bool pbAppendValues = false, bool pbTagString = false,
                std::u16string_view psDelimiter = u":");
     void BuildByVal(std::u16string_view psString, bool pbAppendValues = false, bool pbTagString = false,
                     std::u16string_view psDelimiter = u":");
     void BuildByDelimited(std::u16string_view psString, bool pbAppendValues = false, bool pbTagString = false,
                           std::u16string_view psDelimiter = u":");
+
+    void BuildInternal(std::u16string_view psString, bool pbAppendValues, bool pbTagString,
+                       std::u16string_view psDelimiter);
 
     void RemoveAll();
     void Dispose();        // calls Dispose on every property
@@ -138,11 +145,46 @@ public:
 
 private:
     friend class privProperty;
+    friend class PropertyReader;
+    friend class PropertyWriter;
+
+    enum class TextForm { stored, delimited, tagCommand, command };
+
+    PropertyRef newProperty(automation::Date now) const;
+    // Puts a property that is complete at the end; marks the keyed one when the name is taken.
+    void append(const PropertyRef& property);
+    template <class Init>
+    PropertyRef addInternal(std::u16string_view psName, Init&& init);
+    PropertyRef add(std::u16string_view psName, automation::Variant value, bool pbReplaceOriginal);
+    PropertyRef itemAt(const automation::Variant& pvIndexKey) const;
+    std::size_t positionOf(const automation::Variant& pvIndexKey) const;
+    std::u16string text(TextForm form, int level) const;
+    std::int32_t sizeStored(int level) const;
+    std::int32_t countTotal(int level) const;
 
     platform::Services& services_;
     std::shared_ptr<KeyedItems> items_;
     // True while this collection is being written, sized or counted: met again, it counts as empty.
     mutable bool visiting_ = false;
+
+    // Enters a collection for writing, sizing or counting, unless it is already entered or too
+    // deep; then it counts as empty.
+    class Visit {
+    public:
+        Visit(const privProperties& collection, int level)
+            : collection_(level <= maximumNesting && !collection.visiting_ ? &collection : nullptr) {
+            if (collection_ != nullptr) collection_->visiting_ = true;
+        }
+        ~Visit() {
+            if (collection_ != nullptr) collection_->visiting_ = false;
+        }
+        Visit(const Visit&) = delete;
+        Visit& operator=(const Visit&) = delete;
+        explicit operator bool() const noexcept { return collection_ != nullptr; }
+
+    private:
+        const privProperties* collection_;
+    };
 };
 
 using PropertiesRef = std::shared_ptr<privProperties>;

@@ -73,7 +73,7 @@ public:
     void ValueStr(std::u16string psValue);
     void SetValueStrRef(const std::u16string& psValue);
     // Date 0 where the value is no date, number or text that the platform takes for a date.
-    automation::Date ValueDate(std::int32_t plLocaleID = 1024, std::int32_t plFlags = 0) const;
+    automation::Date ValueDate(std::int32_t plLocaleID = 0, std::int32_t plFlags = 0) const;
     void ValueDateSet(automation::Date pdValue);
     // With an argument: whether the value equals it. Without: the truth test of ValueBoolean.
     bool ValueTrue(const automation::Variant& pvTrueValue = automation::Variant::missing()) const;
@@ -133,11 +133,17 @@ public:
 
 private:
     friend class privProperties;
+    friend class KeyedItems;
+    friend class PropertyReader;
+    friend class PropertyWriter;
 
     // A child collection: its text until it is built, the collection from then on.
     struct Child {
         std::u16string text;
         std::shared_ptr<privProperties> built;
+
+        bool holdsAnything() const;
+        std::u16string stored(int level) const;
     };
     struct Children {
         Child attributes;
@@ -162,6 +168,7 @@ private:
     std::uint8_t encoding_ = 0;
     bool multiple_ = false;
     bool changed_ = false;
+    bool keyed_ = false;  // carries the key of its name in its collection
 };
 
 using PropertyRef = std::shared_ptr<privProperty>;

@@ -1,0 +1,94 @@
+#include "properties/EntryScanner.h"
+
+#include "text/Compare.h"
+
+namespace velmor {
+namespace {
+
+constexpr std::u16string_view kOpening = u"<KV:", kClosing = u"</KV>";
+
+bool startsIgnoringCase(std::u16string_view text, std::u16string_view marker) {
+    return equalIgnoringCase(text.substr(0, marker.size()), marker);
+}
+
+bool isLetter(char16_t unit) {
+    return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z');
+}
+
+}  // namespace
+
+EntryScanner::EntryScanner(std::u16string_view text, std::u16string_view delimiter)
+    : text_(text), delimiter_(delimiter) {
+    quote_.sought.append(1, u'"').append(delimiter);
+    hash_.sought.append(1, u'#').append(delimiter);
+}
+
+bool EntryScanner::delimiterAt(std::size_t position) const noexcept {
+    return position <= text_.size() && text_.substr(position).starts_with(delimiter_);
+}
+
+std::size_t EntryScanner::nameEnd(std::size_t from) const noexcept {
+    const char16_t first = delimiter_[0];
+    for (std::size_t i = from; i < text_.size(); ++i) {
+        if (text_[i] == u'=' || (text_[i] == first && delimiterAt(i))) return i;
+    }
+    return npos;
+}
+
+std::size_t EntryScanner::delimiter(std::size_t from) const noexcept {
+    if (delimiter_.size() == 1) return text_.find(delimiter_[0], from);
+    return findText(text_, delimiter_, from, Comparison::binary);
+}
+
+std::size_t EntryScanner::closingQuote(std::size_t from) {
+    return next(quote_, from);
+}
+
+std::size_t EntryScanner::closingHash(std::size_t from) {
+    return next(hash_, from);
+}
+
+std::size_t EntryScanner::next(Closing& closing, std::size_t from) const noexcept {
+    if (!closing.asked || closing.found < from) {
+        closing.found = findText(text_, closing.sought, from, Comparison::binary);
+        closing.asked = true;
+    }
+    return closing.found;
+}
+
+std::size_t EntryScanner::tagValueEnd(std::size_t from) {
+    if (!tagsFound_) findNestedTags();
+    const std::size_t plainEnd = delimiter(behindDrive(from));
+    std::size_t end = plainEnd;
+    for (; nextTag_ < tags_.size() && tags_[nextTag_].begin < end; ++nextTag_) {
+        const NestedTag& tag = tags_[nextTag_];
+        if (tag.begin < from || tag.end == npos) continue;
+        from = tag.end;
+        if (end < from) end = delimiter(from);
+    }
+    return end == npos ? plainEnd : end;  // a delimiter may be part of a closing marker
+}
+
+std::size_t EntryScanner::behindDrive(std::size_t from) const noexcept {
+    const std::size_t behind = from + 1 + delimiter_.size();
+    if (behind >= text_.size() || !isLetter(text_[from]) || !delimiterAt(from + 1)) return from;
+    return text_[behind] == u'\\' || text_[behind] == u'/' ? behind : from;
+}
+
+// A closing marker belongs to the last opening one that has none yet.
+void EntryScanner::findNestedTags() {
+    tagsFound_ = true;
+    std::vector<std::size_t> open;
+    for (std::size_t i = text_.find(u'<'); i != npos; i = text_.find(u'<', i + 1)) {
+        const std::u16string_view rest = text_.substr(i);
+        if (startsIgnoringCase(rest, kOpening)) {
+            open.push_back(tags_.size());
+            tags_.push_back({i, npos});
+        } else if (!open.empty() && startsIgnoringCase(rest, kClosing)) {
+            tags_[open.back()].end = i + kClosing.size();
+            open.pop_back();
+        }
+    }
+}
+
+}  // namespace velmor

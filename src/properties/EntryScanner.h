@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velmor {
+
+// Finds the places at which entries of the text form end. Positions are 0-based and must not go
+// back from call to call of one member; all calls together then cost time linear in the text,
+// however many openings have no end. The text must end with the delimiter.
+class EntryScanner {
+public:
+    static constexpr std::size_t npos = std::u16string_view::npos;
+
+    // Both must outlive the scanner.
+    EntryScanner(std::u16string_view text, std::u16string_view delimiter);
+
+    std::u16string_view text() const noexcept { return text_; }
+    std::size_t delimiterSize() const noexcept { return delimiter_.size(); }
+    bool delimiterAt(std::size_t position) const noexcept;
+
+    // The end of a name: an "=" or a delimiter, whichever comes first.
+    std::size_t nameEnd(std::size_t from) const noexcept;
+    std::size_t delimiter(std::size_t from) const noexcept;
+    // The next quote, and the next "#", that stands right before a delimiter.
+    std::size_t closingQuote(std::size_t from);
+    std::size_t closingHash(std::size_t from);
+
+    // The end of an unquoted value in a tag: the next delimiter that neither follows the letter of
+    // a drive nor lies in a complete nested tag.
+    std::size_t tagValueEnd(std::size_t from);
+
+private:
+    // The last answer holds for every start up to the place that it names.
+    struct Closing {
+        std::u16string sought;
+        std::size_t found = 0;
+        bool asked = false;
+    };
+    struct NestedTag {
+        std::size_t begin;
+        std::size_t end;  // behind the closing marker; npos when there is none
+    };
+
+    std::size_t next(Closing& closing, std::size_t from) const noexcept;
+    std::size_t behindDrive(std::size_t from) const noexcept;
+    void findNestedTags();
+
+    std::u16string_view text_;
+    std::u16string_view delimiter_;
+    Closing quote_;
+    Closing hash_;
+    std::vector<NestedTag> tags_;  // by begin
+    std::size_t nextTag_ = 0;
+    bool tagsFound_ = false;
+};
+
+}  // namespace velmor

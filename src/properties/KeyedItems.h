@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "properties/privProperty.h"
+
+namespace velmor {
+
+class PropertyEnumerator;
+
+// The platform's ordered collection with keys: entries by 0-based position, and by key those that
+// carry one. A key is the property's name when it was placed, compared without regard to case.
+// By key, by position and at either end: constant time. Elsewhere references are shifted.
+// A property is in one such collection at a time; one that it left may still be enumerated.
+class KeyedItems : public std::enable_shared_from_this<KeyedItems> {
+public:
+    static constexpr std::size_t npos = static_cast<std::size_t>(-1);
+
+    std::size_t size() const noexcept { return order_.size() - first_; }
+    const PropertyRef& at(std::size_t position) const { return order_[first_ + position]; }
+    auto begin() const { return order_.begin() + static_cast<std::ptrdiff_t>(first_); }
+    auto end() const { return order_.end(); }
+    void reserve(std::size_t count) { order_.reserve(first_ + count); }
+
+    // The entry that carries the key; null when there is none.
+    privProperty* find(std::u16string_view key) const noexcept;
+    std::size_t positionOf(const privProperty* property) const noexcept;
+
+    // Place an entry at the end or before a position. Return the entry that has the key of that
+    // name already; the new one is then placed without a key. Null: the new one got the key.
+    privProperty* append(PropertyRef property);
+    privProperty* insert(std::size_t position, PropertyRef property);
+
+    void remove(std::size_t position);
+    void move(std::size_t from, std::size_t to);
+
+    // Before the entries enter another collection: from now on this one only enumerates.
+    void releaseKeys() noexcept;
+
+private:
+    friend class PropertyEnumerator;
+
+    // Open addressing with linear probing; the size is a power of two, at most half is taken.
+    struct Slot {
+        std::size_t hash = 0;
+        privProperty* property = nullptr;
+    };
+
+    auto place(std::size_t position) { return order_.begin() + static_cast<std::ptrdiff_t>(first_ + position); }
+    privProperty* findInOrder(std::u16string_view key) const noexcept;
+    Slot& slotOf(std::size_t hash, std::u16string_view key) const noexcept;
+    privProperty* claimKey(privProperty* property);
+    void dropKey(privProperty* property) noexcept;
+    void growTable();
+    void enter(privProperty* property, std::size_t hash) noexcept;
+
+    std::vector<PropertyRef> order_;  // the first first_ places are vacated
+    std::size_t first_ = 0;
+    mutable std::vector<Slot> slots_;  // empty while a look along the order is as quick
+    std::size_t keys_ = 0;
+    std::vector<PropertyEnumerator*> enumerators_;
+};
+
+}  // namespace velmor

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+#include <limits>
+
+#include "text/Error.h"
+
+namespace velmor {
+
+// 32-bit arithmetic as hosts know it: what does not fit raises number 6.
+inline std::int32_t checkedLong(std::int64_t value) {
+    if (value < std::numeric_limits<std::int32_t>::min() || value > std::numeric_limits<std::int32_t>::max()) {
+        throw Error(6, u"privProperties", u"Overflow");
+    }
+    return static_cast<std::int32_t>(value);
+}
+
+}  // namespace velmor

@@ -1,0 +1,73 @@
+// The child collections of a property: text until somebody looks, a collection from then on.
+
+#include "properties/Overflow.h"
+#include "properties/privProperties.h"
+#include "properties/privProperty.h"
+
+namespace velmor {
+
+privProperty::Children& privProperty::children() {
+    if (children_ == nullptr) children_ = std::make_unique<Children>();
+    return *children_;
+}
+
+std::shared_ptr<privProperties> privProperty::build(Child& child) {
+    if (child.built == nullptr) {
+        child.built = std::make_shared<privProperties>(services_);
+        child.built->Build(child.text);
+        child.text = {};
+    }
+    return child.built;
+}
+
+std::shared_ptr<privProperties> privProperty::Attributes() {
+    return build(children().attributes);
+}
+
+std::shared_ptr<privProperties> privProperty::Properties() {
+    return build(children().properties);
+}
+
+bool privProperty::Child::holdsAnything() const {
+    return built != nullptr ? built->Count() > 0 : !text.empty();
+}
+
+std::u16string privProperty::Child::stored(int level) const {
+    return built != nullptr ? built->text(privProperties::TextForm::stored, level) : text;
+}
+
+bool privProperty::HasAttributes() const {
+    return children_ != nullptr && children_->attributes.holdsAnything();
+}
+
+bool privProperty::HasProperties() const {
+    return children_ != nullptr && children_->properties.holdsAnything();
+}
+
+std::u16string privProperty::AttributesStored() const {
+    return children_ != nullptr ? children_->attributes.stored(1) : std::u16string();
+}
+
+std::u16string privProperty::PropertiesStored() const {
+    return children_ != nullptr ? children_->properties.stored(1) : std::u16string();
+}
+
+void privProperty::SetAttributesStored(std::u16string psText) {
+    children().attributes = {std::move(psText), nullptr};
+}
+
+void privProperty::SetPropertiesStored(std::u16string psText) {
+    children().properties = {std::move(psText), nullptr};
+}
+
+// At the limit children count as empty; they are not even built, for text can nest deeper than
+// anything that is worth a count.
+std::int32_t privProperty::countChildren(int level) {
+    if (children_ == nullptr || level >= privProperties::maximumNesting) return 0;
+    std::int32_t count = 0;
+    if (HasAttributes()) count = Attributes()->countTotal(level + 1);
+    if (HasProperties()) count = checkedLong(std::int64_t{count} + Properties()->countTotal(level + 1));
+    return count;
+}
+
+}  // namespace velmor

@@ -1,0 +1,59 @@
+#include "properties/Substitution.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+
+#include "text/Compare.h"
+#include "text/Encoding.h"
+
+namespace velmor {
+namespace {
+
+constexpr std::size_t kCount = 11;
+constexpr int kFirstCode = 181;
+
+// A code that is no character by itself in the code page stands for the character of its number.
+char16_t unitOfCode(int code) {
+    const std::u16string text = fromAnsi(std::string(1, static_cast<char>(code)));
+    return text.size() == 1 && isSubstitute(text[0]) ? text[0] : static_cast<char16_t>(code);
+}
+
+const std::array<char16_t, kCount>& substitutes() {
+    static const std::array<char16_t, kCount> units = [] {
+        std::array<char16_t, kCount> made{};
+        for (std::size_t i = 0; i < kCount; ++i) made[i] = unitOfCode(kFirstCode + static_cast<int>(i));
+        return made;
+    }();
+    return units;
+}
+
+}  // namespace
+
+std::optional<char16_t> substituteFor(std::u16string_view text) {
+    std::array<char16_t, kCount> folded = substitutes();
+    std::transform(folded.begin(), folded.end(), folded.begin(), foldUnit);
+    std::array<bool, kCount> taken{};
+    for (const char16_t unit : text) {
+        if (!isSubstitute(unit)) continue;
+        const char16_t sought = foldUnit(unit);
+        for (std::size_t i = 0; i < kCount; ++i) taken[i] = taken[i] || folded[i] == sought;
+    }
+    const auto free = std::find(taken.begin(), taken.end(), false);
+    if (free == taken.end()) return std::nullopt;
+    return substitutes()[static_cast<std::size_t>(free - taken.begin())];
+}
+
+void appendSubstituted(std::u16string& target, std::u16string_view text, char16_t substitute) {
+    const std::size_t from = target.size();
+    target += text;
+    std::replace(target.begin() + static_cast<std::ptrdiff_t>(from), target.end(), u'"', substitute);
+}
+
+std::u16string withoutSubstitute(std::u16string_view text, char16_t substitute) {
+    std::u16string restored(text);
+    std::replace(restored.begin(), restored.end(), substitute, u'"');
+    return restored;
+}
+
+}  // namespace velmor
