@@ -12,7 +12,7 @@ namespace velmor::bench {
 
 // Runs all benchmarks and prints, below their table, how each named X/ours compares with X/peer of
 // the same arguments; and, where X/ours ran on several sizes (its SetComplexityN), the exponent of
-// its growth. For repeated runs the smallest time counts: what else the machine does only adds.
+// its growth. For repeated runs the smallest processor time counts: what else the machine does only adds.
 class RatioReporter : public benchmark::ConsoleReporter {
 public:
     void ReportRuns(const std::vector<Run>& runs) override {
@@ -21,7 +21,7 @@ public:
             const std::string name = run.run_name.function_name;
             const std::size_t slash = name.rfind('/');
             if (slash == std::string::npos) continue;
-            const double seconds = run.real_accumulated_time / static_cast<double>(run.iterations);
+            const double seconds = run.cpu_accumulated_time / static_cast<double>(run.iterations);
             Row& row = rows_[name.substr(0, slash) + argumentsOf(run)];
             double& best = name.substr(slash + 1) == "ours" ? row.ours : row.peer;
             if (best == 0 || seconds < best) best = seconds;

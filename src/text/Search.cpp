@@ -38,26 +38,23 @@ constexpr std::array<std::uint8_t, 128> rarityTable() {
     return table;
 }
 
-// One unit of the sought text, as (there | mask) == value tells it.
+// One unit of the sought text: it stands where (unit | mask) == value.
 struct Anchor {
     std::size_t offset = 0;
     std::uint16_t mask = 0;
     std::uint16_t value = 0;
-
-    bool standsAt(const char16_t* place) const noexcept { return (place[offset] | mask) == value; }
 };
 
+template <typename Units>
 class Filter {
 public:
-    static constexpr std::size_t block = 32;
-
-    Filter(std::u16string_view sought, bool ignoresCase) noexcept {
+    explicit Filter(std::u16string_view sought) noexcept {
         int rarest = -1, second = -1;
         for (std::size_t i = 0; i < std::min<std::size_t>(sought.size(), 64); ++i) {
-            const char16_t unit = ignoresCase ? foldUnit(sought[i]) : sought[i];
-            if (ignoresCase && unit >= 0x80) continue;
+            const char16_t unit = Units::fold(sought[i]);
+            if (Units::ignoresCase && unit >= 0x80) continue;
             const int rarity = unit < 0x80 ? rarityOf[unit] : 255;
-            const bool letter = ignoresCase && unit >= u'a' && unit <= u'z';
+            const bool letter = Units::ignoresCase && unit >= u'a' && unit <= u'z';
             const Anchor anchor{i, static_cast<std::uint16_t>(letter ? 0x20 : 0), unit};
             if (rarity > rarest) {
                 second_ = first_, second = rarest;
@@ -72,21 +69,44 @@ public:
 
     // False when no unit can be told by value and mask alone.
     bool usable() const noexcept { return usable_; }
-    bool at(const char16_t* place) const noexcept { return first_.standsAt(place) && second_.standsAt(place); }
-    // Whether one of `block` places may be it. Written for the compiler's vector unit: no early end.
-    bool inBlock(const char16_t* place) const noexcept {
-        const char16_t* const a = place + first_.offset;
-        const char16_t* const b = place + second_.offset;
+    // How many of the next `places` can be passed over: all, or up to one where both units stand.
+    std::size_t next(const char16_t* place, std::size_t places) const noexcept {
+        const Filter own = *this;  // for the compiler: nothing else changes it
+        std::size_t passed = 0;
+        while (places - passed >= block && !own.anyOf<block>(place + passed)) passed += block;
+        while (places - passed >= small && !own.anyOf<small>(place + passed)) passed += small;
+        while (passed < places && !own.anyOf<1>(place + passed)) ++passed;
+        return passed;
+    }
+    // The same for the places before `place`, backwards.
+    std::size_t previous(const char16_t* place, std::size_t places) const noexcept {
+        const Filter own = *this;
+        std::size_t passed = 0;
+        while (places - passed >= block && !own.anyOf<block>(place - passed - block)) passed += block;
+        while (places - passed >= small && !own.anyOf<small>(place - passed - small)) passed += small;
+        while (passed < places && !own.anyOf<1>(place - passed - 1)) ++passed;
+        return passed;
+    }
+
+private:
+    static constexpr std::size_t block = 64;
+    static constexpr std::size_t small = 16;
+
+    static std::uint16_t differs(const char16_t* place, const Anchor& anchor) noexcept {
+        const std::uint16_t unit = place[anchor.offset];
+        return static_cast<std::uint16_t>((Units::ignoresCase ? unit | anchor.mask : unit) ^ anchor.value);
+    }
+    // Whether both units stand at one of `count` places. For the compiler's vector unit: no early end.
+    template <std::size_t count>
+    bool anyOf(const char16_t* place) const noexcept {
         std::uint16_t any = 0;
-        for (std::size_t i = 0; i < block; ++i) {
-            const std::uint16_t differs = static_cast<std::uint16_t>(((a[i] | first_.mask) ^ first_.value) |
-                                                                     ((b[i] | second_.mask) ^ second_.value));
-            any = static_cast<std::uint16_t>(any | (differs == 0 ? 0xFFFF : 0));
+        for (std::size_t i = 0; i < count; ++i) {
+            const bool here = (differs(place + i, first_) | differs(place + i, second_)) == 0;
+            any = static_cast<std::uint16_t>(any | (here ? 0xFFFF : 0));
         }
         return any != 0;
     }
 
-private:
     static constexpr std::array<std::uint8_t, 128> rarityOf = rarityTable();
 
     Anchor first_;
@@ -196,23 +216,16 @@ std::size_t findForward(std::u16string_view text, std::u16string_view sought, st
         const std::size_t hit = findTwoWay(Text{text.substr(from)}, Text{sought});
         return hit == npos ? npos : from + hit;
     };
-    const Filter filter(sought, Units::ignoresCase);
+    const Filter<Units> filter(sought);
     if (!filter.usable()) return thorough(start);
     Budget budget(sought.size());
     const std::size_t end = text.size() - sought.size() + 1;
-    for (std::size_t place = start; place < end;) {
-        const std::size_t blockEnd = std::min(end, place + Filter::block);
-        if (blockEnd - place == Filter::block && !filter.inBlock(text.data() + place)) {
-            place = blockEnd;
-            continue;
-        }
-        for (; place < blockEnd; ++place) {
-            if (!filter.at(text.data() + place)) continue;
-            if (standsAt<Units>(sought, text.data() + place)) return place;
-            if (budget.isSpent(place - start)) return thorough(place + 1);
-        }
+    for (std::size_t place = start;; ++place) {
+        place += filter.next(text.data() + place, end - place);
+        if (place == end) return npos;
+        if (standsAt<Units>(sought, text.data() + place)) return place;
+        if (budget.isSpent(place - start)) return thorough(place + 1);
     }
-    return npos;
 }
 
 template <typename Units>
@@ -222,23 +235,16 @@ std::size_t findBackward(std::u16string_view text, std::u16string_view sought) n
         const std::size_t hit = findTwoWay(Text{text.substr(0, end)}, Text{sought});
         return hit == npos ? npos : end - hit - sought.size();
     };
-    const Filter filter(sought, Units::ignoresCase);
+    const Filter<Units> filter(sought);
     if (!filter.usable()) return thorough(text.size());
     Budget budget(sought.size());
     const std::size_t end = text.size() - sought.size() + 1;
-    for (std::size_t place = end; place > 0;) {  // what lies before it is still to be seen
-        const std::size_t blockStart = place - std::min(place, Filter::block);
-        if (place - blockStart == Filter::block && !filter.inBlock(text.data() + blockStart)) {
-            place = blockStart;
-            continue;
-        }
-        for (; place > blockStart; --place) {
-            if (!filter.at(text.data() + place - 1)) continue;
-            if (standsAt<Units>(sought, text.data() + place - 1)) return place - 1;
-            if (budget.isSpent(end - place)) return thorough(place - 1 + sought.size() - 1);
-        }
+    for (std::size_t place = end;; --place) {  // what lies before it is still to be seen
+        place -= filter.previous(text.data() + place, place);
+        if (place == 0) return npos;
+        if (standsAt<Units>(sought, text.data() + place - 1)) return place - 1;
+        if (budget.isSpent(end - place)) return thorough(place - 1 + sought.size() - 1);
     }
-    return npos;
 }
 
 }  // namespace
