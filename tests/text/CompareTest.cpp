@@ -56,16 +56,15 @@ TEST(Compare, CaseMappingKeepsLengthsAndComparesEqual) {
     }
 }
 
-// All sought texts and texts over an alphabet that makes them overlap, both ways, against the
-// library's plain search; then long ones that drive the search to its thorough path.
-std::size_t plainFind(std::u16string text, std::u16string sought, std::size_t start, bool binary) {
+std::size_t plainFind(const std::u16string& text, const std::u16string& sought, std::size_t start, bool binary) {
     return binary ? text.find(sought, start) : lowerCase(text).find(lowerCase(sought), start);
 }
 
-std::size_t plainFindReverse(std::u16string text, std::u16string sought, bool binary) {
+std::size_t plainFindReverse(const std::u16string& text, const std::u16string& sought, bool binary) {
     return binary ? text.rfind(sought) : lowerCase(text).rfind(lowerCase(sought));
 }
 
+// Against the library's plain search, in both directions and comparisons.
 void expectPlain(const std::u16string& text, const std::u16string& sought, std::size_t start) {
     for (const bool binary : {true, false}) {
         const Comparison comparison = binary ? Comparison::binary : Comparison::text;
@@ -76,42 +75,48 @@ void expectPlain(const std::u16string& text, const std::u16string& sought, std::
     }
 }
 
-std::u16string spelled(unsigned number, std::size_t length) {
+std::u16string spelled(std::u16string_view alphabet, unsigned number, std::size_t length) {
     std::u16string text;
-    for (std::size_t i = 0; i < length; ++i, number /= 3) text += u"aA\u00E9"[number % 3];
+    for (std::size_t i = 0; i < length; ++i, number /= 2) text += alphabet[number % 2];
     return text;
 }
 
+// Every text of ten and every sought text of up to six letters, of two that only differ in case, of
+// ASCII ones, and of others (which text comparison always searches for thoroughly).
 TEST(Search, EveryShortText) {
-    for (unsigned i = 0; i < 729; ++i) {
-        for (unsigned j = 0; j < 39; ++j) {
-            const std::size_t size = j < 3 ? 1 : j < 12 ? 2 : 3;
-            expectPlain(spelled(i, 6), spelled(j < 3 ? j : j < 12 ? j - 3 : j - 12, size), j % 3);
+    for (const std::u16string_view alphabet : {u"aA", u"ab", u"\u00E9\u00E4"}) {
+        for (unsigned text = 0; text < 1024; ++text) {
+            for (std::size_t size = 0; size <= 6; ++size) {
+                for (unsigned sought = 0; sought < 1u << size; ++sought) {
+                    expectPlain(spelled(alphabet, text, 10), spelled(alphabet, sought, size), sought % 3);
+                }
+            }
         }
     }
-    expectPlain(u"abc", u"", 0);
-    expectPlain(u"abc", u"", 3);
     expectPlain(u"abc", u"", 4);
     expectPlain(u"", u"", 0);
 }
 
-TEST(Search, LongRepetitiveTexts) {
+// The sought text differs from the text around it in a late unit: the search goes over to its
+// thorough path, on the way and at any place.
+TEST(Search, LateDifferences) {
     const unsigned seed = std::random_device()();
     SCOPED_TRACE(seed);
     std::mt19937 random(seed);
-    for (int round = 0; round < 400; ++round) {
-        const unsigned letters = 1 + random() % 3;
-        const auto some = [&](std::size_t length) {
-            std::u16string text;
-            while (text.size() < length) text += u"abA\u00E9"[random() % letters + (round % 4 == 0)];
-            return text;
-        };
-        std::u16string unit = some(1 + random() % 9);
+    const auto some = [&](std::size_t length) {
+        std::u16string text;
+        while (text.size() < length) text += u"ab"[random() % 2];
+        return text;
+    };
+    for (int round = 0; round < 1000; ++round) {
+        const std::u16string period = some(1 + random() % 5);
         std::u16string text, sought;
-        while (text.size() < 3000) text += unit;
-        for (unsigned i = random() % 4; i > 0; --i) text[random() % text.size()] = u'b';
-        while (sought.size() < 1 + random() % 300) sought += unit;
-        if (round % 3 == 0) sought += some(random() % 2);
+        while (text.size() < 1500) text += period;
+        for (unsigned i = random() % 12; i > 0; --i) text[random() % text.size()] = u'A';
+        for (unsigned i = random() % 6; i > 0; --i) text.insert(random() % text.size(), some(random() % 4));
+        const std::size_t size = 100 + random() % 200;
+        sought = text.substr(random() % (text.size() - size), size);
+        if (random() % 4 == 0) sought[64 + random() % (sought.size() - 64)] = u'B';
         expectPlain(text, sought, random() % 50);
     }
 }
