@@ -1,0 +1,119 @@
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "common/Base64.h"
+#include "common/Compression.h"
+#include "common/Hexadecimal.h"
+
+namespace velmor {
+namespace {
+
+using Bytes = std::optional<std::string>;
+
+struct DecodeCase {
+    const char16_t* encoded;
+    Bytes bytes;
+};
+
+TEST(Base64, FollowsTheStandardsExamples) {
+    const std::pair<const char*, const char16_t*> cases[] = {
+        {"", u""},
+        {"f", u"Zg=="},
+        {"fo", u"Zm8="},
+        {"foo", u"Zm9v"},
+        {"foob", u"Zm9vYg=="},
+        {"fooba", u"Zm9vYmE="},
+        {"foobar", u"Zm9vYmFy"},
+        {"\xfb\xef\xff", u"++//"},
+    };
+    for (const auto& [bytes, encoded] : cases) {
+        EXPECT_EQ(base64(bytes), encoded);
+        EXPECT_EQ(fromBase64(encoded), bytes);
+    }
+}
+
+TEST(Base64, SaysWhatItCannotDecode) {
+    const DecodeCase cases[] = {
+        {u" Zm\r\n9v\tYg = = ", "foob"},
+        {u"Zm9vYg", "foob"},
+        {u"Zm9vYmE", "fooba"},
+        {u"Zm9vYh==", "foob"},
+        {u"Z", {}},
+        {u"Zm9vY", {}},
+        {u"Zg=", {}},
+        {u"Zg===", {}},
+        {u"Zm9v=", {}},
+        {u"Zg==Zg==", {}},
+        {u"=", {}},
+        {u"====", {}},
+        {u"Zm9-", {}},
+        {u"Zm9v\u0100", {}},
+        {u"Zm9\u00e9", {}},
+        {u"Z\xd835", {}},
+        {u"Zm9v.", {}},
+    };
+    for (const DecodeCase& row : cases) EXPECT_EQ(fromBase64(row.encoded), row.bytes) << (&row - cases);
+}
+
+TEST(Hexadecimal, IsUpperCaseAndReadsEither) {
+    EXPECT_EQ(hexadecimal(std::string("\0\x9f\xff", 3)), u"009FFF");
+    const DecodeCase cases[] = {
+        {u"", ""},   {u"4a4B", "JK"}, {u" 4a\r\n4b ", "JK"}, {u"4", {}}, {u"4a4", {}}, {u"4 a", {}},
+        {u"4g", {}}, {u"0x41", {}},   {u"\uff14\uff11", {}},
+    };
+    for (const DecodeCase& row : cases) EXPECT_EQ(fromHexadecimal(row.encoded), row.bytes);
+}
+
+TEST(Coding, CarriesEveryText) {
+    const std::u16string texts[] = {u"", u"x", u"a \u20ac \xd83d\xde00", std::u16string(u"\0\xd800 \xdc00\xffff", 5),
+                                    std::u16string(100000, u'\u00e9')};
+    for (const auto& text : texts) {
+        EXPECT_EQ(textFromBase64(base64OfText(text)), text);
+        EXPECT_EQ(textFromHexadecimal(hexadecimalOfText(text)), text);
+        EXPECT_EQ(textFromCompressed(compressedText(text)), text);
+    }
+}
+
+TEST(Coding, CarriesRandomBytes) {
+    const unsigned seed = std::random_device{}();
+    SCOPED_TRACE(seed);
+    std::mt19937 random(seed);
+    for (int round = 0; round < 300; ++round) {
+        std::string bytes(random() % 3000, '\0');
+        for (char& byte : bytes) byte = static_cast<char>(random() % (round % 2 ? 256 : 3));
+        EXPECT_EQ(fromBase64(base64(bytes)), bytes);
+        EXPECT_EQ(fromHexadecimal(hexadecimal(bytes)), bytes);
+        std::string compressed = compressBytes(bytes);
+        EXPECT_EQ(decompressBytes(compressed), bytes);
+        EXPECT_EQ(decompressBytes(compressed.substr(0, random() % compressed.size())), Bytes());
+        EXPECT_EQ(decompressBytes(compressed + "x"), Bytes());
+        compressed[random() % compressed.size()] ^= static_cast<char>(1 << random() % 8);
+        EXPECT_EQ(decompressBytes(compressed).value_or(bytes), bytes);  // refused, or a bit that does not count
+    }
+}
+
+TEST(Compression, StopsAtTheLimit) {
+    const std::string bytes(3000000, 'a');
+    const std::string compressed = compressBytes(bytes);
+    EXPECT_LT(compressed.size(), 4000U);
+    EXPECT_EQ(decompressBytes(compressed, bytes.size()), bytes);
+    EXPECT_EQ(decompressBytes(compressed, bytes.size() - 1), Bytes());
+}
+
+TEST(Compression, RefusesABombBeforeTakingMemory) {
+    const std::string bomb = compressBytes(std::string(decodingLimit + 1, '\0'));
+    EXPECT_LT(bomb.size(), 400000U);
+    EXPECT_EQ(decompressBytes(bomb), Bytes());
+    EXPECT_EQ(textFromCompressed(base64(bomb)), std::nullopt);
+}
+
+TEST(Compression, RefusesWhatIsNoStream) {
+    for (const char* bytes : {"", "x", "plain text", "\x78\x9c", "\x78\x9c\xff\xff\xff\xff", "\x1f\x8b\x08"}) {
+        EXPECT_EQ(decompressBytes(bytes), Bytes()) << bytes;
+    }
+    EXPECT_EQ(textFromCompressed(u"not base64!"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace velmor

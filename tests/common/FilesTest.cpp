@@ -1,0 +1,53 @@
+#include <gtest/gtest.h>
+
+#include "common/TemporaryFile.h"
+#include "common/TextFile.h"
+#include "platform/MemoryServices.h"
+
+namespace velmor {
+namespace {
+
+TEST(TextFile, IsSingleByteTextUnlessItIsMarked) {
+    const std::pair<std::string, std::u16string> cases[] = {
+        {"", u""},
+        {"{\\rtf1 \x80\x81\xff}", u"{\\rtf1 \u20ac\u0081\u00ff}"},
+        {"\xef\xbb\xbf\xe2\x82\xac", u"\u20ac"},
+        {std::string("\xff\xfe\xac\x20\x00\xd8", 6), u"\u20ac\xd800"},
+        {"\xfe\xff\x20\xac!", u"\u20ac"},
+        {"\xe2\x82\xac", u"\u00e2\u201a\u00ac"},
+    };
+    for (const auto& [bytes, text] : cases) EXPECT_EQ(decodeTextFile(bytes), text);
+}
+
+TEST(TextFile, AppendsOnlyToWhatIsThereUnlessItMayCreate) {
+    platform::MemoryServices services;
+    EXPECT_FALSE(appendTextFile(services.files, u"C:\\log", u"a", false));
+    EXPECT_TRUE(appendTextFile(services.files, u"C:\\log", u"\u20ac\u4e00", true));
+    EXPECT_TRUE(appendTextFile(services.files, u"C:\\log", u"b", false));
+    EXPECT_EQ(services.files.get(u"C:\\log"), "\x80?b");
+    EXPECT_EQ(readTextFile(services.files, u"C:\\log"), u"\u20ac?b");
+    services.files.failReading(u"C:\\log");
+    EXPECT_EQ(readTextFile(services.files, u"C:\\log"), std::nullopt);
+}
+
+TEST(TemporaryFile, TakesANameThatIsFreeAndGivesItBack) {
+    platform::MemoryServices services;
+    services.files.set(u"C:\\Temp\\~kvp00000001000040008000000000000000.tmp", "somebody else's");
+    {
+        const TemporaryFile file(services, u"~kvp", u".tmp");
+        ASSERT_TRUE(file);
+        EXPECT_EQ(file.path(), u"C:\\Temp\\~kvp00000002000040008000000000000000.tmp");
+        EXPECT_EQ(services.files.get(file.path()), "");
+    }
+    EXPECT_EQ(services.files.paths().size(), 1U);
+    EXPECT_EQ(services.files.get(u"C:\\Temp\\~kvp00000001000040008000000000000000.tmp"), "somebody else's");
+}
+
+TEST(TemporaryFile, SaysWhenThereIsNoRoom) {
+    platform::MemoryServices services;
+    services.files.diskFull = true;
+    EXPECT_FALSE(TemporaryFile(services, u"~kvp", u".tmp"));
+}
+
+}  // namespace
+}  // namespace velmor

@@ -1,0 +1,241 @@
+#ifndef _WIN32
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <set>
+
+#include "automation/Variant.h"
+#include "platform/SystemServices.h"
+#include "text/Encoding.h"
+#include "text/Error.h"
+
+namespace velmor::platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+class PosixServices : public testing::Test {
+protected:
+    PosixServices() {
+        std::string pattern = (fs::temp_directory_path() / "velmor-test-XXXXXX").string();
+        folder_ = mkdtemp(pattern.data());
+    }
+    ~PosixServices() override {
+        fs::permissions(folder_, fs::perms::owner_all);
+        fs::remove_all(folder_);
+    }
+
+    std::u16string path(std::u16string_view name) const {
+        return fromUtf8(folder_.string()) + u"/" + std::u16string(name);
+    }
+    void put(const std::string& name, const std::string& bytes) const {
+        fs::create_directories((folder_ / name).parent_path());
+        std::ofstream(folder_ / name, std::ios::binary) << bytes;
+    }
+    std::string get(const std::string& name) const {
+        std::ifstream file(folder_ / name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    std::size_t count() const {
+        return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_), fs::directory_iterator()));
+    }
+
+    fs::path folder_;
+    SystemServices system_;
+    Files& files_ = system_.services().files;
+};
+
+TEST_F(PosixServices, FindsPathsAsTemplatesFromWindowsWriteThem) {
+    put("Texts/Letter.rtf", "letter");
+    put("Texts/LETTER.rtf", "shouted");
+    put("odd\\name.txt", "odd");
+    EXPECT_EQ(files_.read(path(u"Texts\\Letter.rtf")), "letter");
+    EXPECT_EQ(files_.read(path(u"texts\\LETTER.RTF")), "shouted");  // the first in sorted order
+    EXPECT_EQ(files_.read(path(u"TEXTS/letter.rtf")), "shouted");
+    EXPECT_EQ(files_.read(path(u"odd\\name.txt")), "odd");
+    EXPECT_FALSE(files_.exists(path(u"Texts\\Letters.rtf")));
+    EXPECT_FALSE(files_.exists(path(u"Texts")));
+    EXPECT_FALSE(files_.exists(u""));
+    EXPECT_EQ(files_.read(path(std::u16string_view(u"Texts/Letter.rtf\0x", 18))), std::nullopt);
+    EXPECT_EQ(files_.read(path(u"Texts")), std::nullopt);
+}
+
+TEST_F(PosixServices, ChangesOnlyTheFileThatIsNamed) {
+    put("Out/Doc.rtf", "mine");
+    EXPECT_TRUE(files_.write(path(u"out\\doc.rtf"), "new"));
+    EXPECT_EQ(get("Out/Doc.rtf"), "mine");
+    EXPECT_EQ(get("Out/doc.rtf"), "new");
+    EXPECT_FALSE(files_.remove(path(u"Out/DOC.RTF")));
+    EXPECT_TRUE(files_.remove(path(u"out\\doc.rtf")));
+    EXPECT_TRUE(files_.append(path(u"OUT\\log"), "a"));
+    EXPECT_TRUE(files_.append(path(u"OUT\\log"), "b"));
+    EXPECT_EQ(get("Out/log"), "ab");
+}
+
+TEST_F(PosixServices, ReplacesWholeOrNotAtAll) {
+    put("doc", "a long old text");
+    fs::permissions(folder_ / "doc", fs::perms::owner_read | fs::perms::owner_write);
+    fs::create_symlink("doc", folder_ / "link");
+    EXPECT_TRUE(files_.write(path(u"link"), "new"));
+    EXPECT_EQ(get("doc"), "new");
+    EXPECT_TRUE(fs::is_symlink(folder_ / "link"));
+    EXPECT_EQ(fs::status(folder_ / "doc").permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_FALSE(files_.write(path(u"no/such/folder"), "x"));
+    EXPECT_FALSE(files_.write(path(u""), "x"));
+    EXPECT_TRUE(files_.write(u"/dev/null", "x"));
+    EXPECT_FALSE(files_.write(u"/dev/full", "x"));
+    EXPECT_EQ(count(), 2U);  // nothing is left over
+}
+
+TEST_F(PosixServices, MakesAFileOnce) {
+    EXPECT_TRUE(files_.create(path(u"new")));
+    EXPECT_FALSE(files_.create(path(u"new")));
+    EXPECT_TRUE(files_.makeFolder(path(u"a\\b\\c")));
+    EXPECT_TRUE(files_.makeFolder(path(u"A\\B\\C")));
+    EXPECT_TRUE(fs::is_directory(folder_ / "a/b/c"));
+    EXPECT_FALSE(fs::exists(folder_ / "A"));
+    EXPECT_FALSE(files_.makeFolder(path(u"new/below")));
+}
+
+TEST_F(PosixServices, DoesNotWaitForAPipe) {
+    ASSERT_EQ(mkfifo((folder_ / "pipe").c_str(), 0600), 0);
+    EXPECT_EQ(files_.read(path(u"pipe")), std::nullopt);
+}
+
+TEST_F(PosixServices, RefusesFilesBeyondTheLimit) {
+    put("huge", "");
+    fs::resize_file(folder_ / "huge", std::uintmax_t{1} << 30);  // a hole, not a disk full
+    EXPECT_TRUE(files_.exists(path(u"huge")));
+    EXPECT_EQ(files_.read(path(u"huge")), std::nullopt);
+}
+
+TEST_F(PosixServices, KeepsPicturesByteForByte) {
+    const std::string png = std::string("\x89PNG\r\n\x1a\n", 8) + "rest";
+    put("logo.png", png);
+    put("text.png", "BM is not a picture, it only begins like one");
+    Pictures& pictures = system_.services().pictures;
+    const auto picture = pictures.load(path(u"logo.png"));
+    ASSERT_TRUE(picture);
+    EXPECT_EQ(picture->typeName(), u"Picture");
+    EXPECT_TRUE(pictures.save(picture, path(u"copy.png")));
+    EXPECT_EQ(get("copy.png"), png);
+    EXPECT_FALSE(pictures.load(path(u"text.png")));
+    EXPECT_FALSE(pictures.load(path(u"none")));
+    EXPECT_FALSE(pictures.save(nullptr, path(u"copy.png")));
+}
+
+TEST_F(PosixServices, GivesNewGuids) {
+    std::set<std::u16string> seen;
+    for (int i = 0; i < 100; ++i) {
+        const std::u16string guid = system_.services().guids.next();
+        std::u16string shape = guid;
+        for (char16_t& unit : shape) {
+            if (std::u16string_view(u"0123456789ABCDEF").find(unit) != std::u16string_view::npos) unit = u'X';
+        }
+        EXPECT_EQ(shape, u"{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}");
+        EXPECT_EQ(guid[15], u'4');
+        EXPECT_TRUE(seen.insert(guid).second);
+    }
+}
+
+TEST_F(PosixServices, KnowsItsOwnFolder) {
+    EXPECT_EQ(toUtf8(system_.services().folders.component()),
+              fs::read_symlink("/proc/self/exe").parent_path().string());
+    EXPECT_FALSE(system_.services().folders.machineName().empty());
+}
+
+class NativeClasses : public PosixServices {
+protected:
+    // A machine whose registry file lies in the test's folder, the library beside it.
+    std::unique_ptr<SystemServices> machine(const std::string& registry) {
+        fs::create_directories(folder_ / "lib");
+        fs::copy_file(VELMOR_TEST_NATIVE_LIBRARY, folder_ / "lib/libtest.so", fs::copy_options::skip_existing);
+        put("lib/broken.so", "no library");
+        put("registry.reg", "REGEDIT4\n" + registry);
+        return std::make_unique<SystemServices>(SystemOptions{path(u"registry.reg"), {}, {path(u"lib")}});
+    }
+    static std::string failure(SystemServices& services, std::u16string_view className) {
+        try {
+            services.services().objects.create(className);
+        } catch (const Error& error) {
+            EXPECT_EQ(error.number(), 429);
+            EXPECT_NE(error.description().find(className), std::u16string::npos);
+            return error.what();
+        }
+        return "no failure";
+    }
+};
+
+TEST_F(NativeClasses, AreMadeByEveryFormOfRegistration) {
+    const std::string clsid = "{01234567-89AB-CDEF-0123-456789ABCDEF}";
+    const std::string forms[] = {
+        "[HKLM\\SOFTWARE\\Classes\\Test.Echo]\n\"NativeLibrary\"=\"libtest.so\"",
+        "[HKLM\\SOFTWARE\\Classes\\Test.Echo]\n\"NativeLibrary\"=\"lib/libtest.so\"",
+        "[HKLM\\SOFTWARE\\Classes\\Test.Echo]\n\"NativeLibrary\"=\"" + (folder_ / "lib/libtest.so").string() + "\"",
+        "[HKCR\\Test.Echo\\CLSID]\n@=\"" + clsid + "\"\n[HKLM\\SOFTWARE\\Classes\\WOW6432Node\\CLSID\\" + clsid +
+            "\\InprocServer32]\n@=\"C:\\\\Program Files\\\\Test\\\\TEST.DLL\"",
+    };
+    for (const std::string& form : forms) {
+        const auto services = machine(form);
+        const auto object = services->services().objects.create(u"test.ECHO");
+        automation::Variant argument(u"back");
+        EXPECT_TRUE(object->invoke(u"Echo", automation::InvokeKind::method, {&argument, 1}).identical(argument))
+            << form;
+        try {
+            object->invoke(u"None", automation::InvokeKind::method, {});
+            ADD_FAILURE();
+        } catch (const Error& error) {  // thrown in the library, caught here
+            EXPECT_EQ(error.number(), 438);
+        }
+    }
+}
+
+TEST_F(NativeClasses, SayWhyTheyCannotBeMade) {
+    std::string registry;
+    for (const char* name : {"Abi", "Throws", "Null", "Fails", "Unknown"}) {
+        registry += std::string("[HKLM\\SOFTWARE\\Classes\\Test.") + name + "]\n\"NativeLibrary\"=\"libtest.so\"\n";
+    }
+    registry +=
+        "[HKLM\\SOFTWARE\\Classes\\Test.Gone]\n\"NativeLibrary\"=\"gone.so\"\n"
+        "[HKLM\\SOFTWARE\\Classes\\Test.Broken]\n\"NativeLibrary\"=\"broken.so\"\n";
+    const auto services = machine(registry);
+    const std::pair<const char16_t*, const char*> cases[] = {
+        {u"Test.Abi", "built for another version"},
+        {u"Test.Throws", "thrown inside"},
+        {u"Test.Null", "made no object"},
+        {u"Test.Fails", "could not make"},
+        {u"Test.Unknown", "does not know"},
+        {u"Test.Gone", "no library for \"gone.so\""},
+        {u"Test.Broken", "broken.so"},
+        {u"Test.None", "not registered"},
+        {u"", "no class name"},
+        {u"{01234567-89AB-CDEF-0123-456789ABCDEF}", "no class name"},
+        {u"new:Test.Echo", "no class name"},
+    };
+    for (const auto& [name, reason] : cases) {
+        EXPECT_NE(failure(*services, name).find(reason), std::string::npos) << reason;
+    }
+}
+
+TEST_F(NativeClasses, OfTheProgramComeFirst) {
+    registerClass(u"Test.Own", [] { return automation::ObjectRef(); });
+    registerClass(u"Test.Failing", []() -> automation::ObjectRef { throw Error(5, u"", u"not today"); });
+    const auto services = machine("");
+    EXPECT_NE(failure(*services, u"test.own").find("made none"), std::string::npos);
+    EXPECT_NE(failure(*services, u"Test.Failing").find("not today"), std::string::npos);
+}
+
+TEST_F(NativeClasses, NeedAReadableRegistryFile) {
+    EXPECT_THROW(SystemServices({path(u"none.reg"), {}, {}}), Error);
+    EXPECT_EQ(machine("nonsense")->warnings().size(), 1U);
+}
+
+}  // namespace
+}  // namespace velmor::platform
+
+#endif

@@ -1,0 +1,37 @@
+// A library of native objects whose classes behave in every way that the engine must bear.
+
+#include <stdexcept>
+
+#include "automation/Errors.h"
+#include "automation/Variant.h"
+#include "platform/NativeObject.h"
+#include "text/Compare.h"
+
+namespace {
+
+using velmor::automation::InvokeKind;
+using velmor::automation::Variant;
+
+class Echo : public velmor::automation::Object {
+public:
+    Variant invoke(std::u16string_view name, InvokeKind, std::span<Variant> arguments) override {
+        if (!velmor::equalIgnoringCase(name, u"Echo")) velmor::automation::raiseNoSuchMember(name);
+        return arguments.empty() ? Variant() : arguments[0];
+    }
+    std::u16string typeName() const override { return u"Echo"; }
+};
+
+}  // namespace
+
+extern "C" __attribute__((visibility("default"))) int velmorCreateObject(int abiVersion, const char16_t* className,
+                                                                         std::size_t length,
+                                                                         velmor::automation::ObjectRef* result) {
+    const std::u16string_view name(className, length);
+    if (abiVersion != velmor::velmorNativeAbi || name == u"Test.Abi") return velmor::velmorOtherAbi;
+    if (name == u"Test.Throws") throw std::runtime_error("thrown inside");
+    if (name == u"Test.Null") return velmor::velmorCreated;
+    if (name == u"Test.Fails") return velmor::velmorCreationFailed;
+    if (!velmor::equalIgnoringCase(name, u"Test.Echo")) return velmor::velmorUnknownClass;
+    *result = std::make_shared<Echo>();
+    return velmor::velmorCreated;
+}
