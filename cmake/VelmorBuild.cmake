@@ -16,6 +16,8 @@ target_include_directories(velmor_options INTERFACE
 if(WIN32)
     target_compile_definitions(velmor_options INTERFACE UNICODE _UNICODE WINVER=0x0601 _WIN32_WINNT=0x0601)
     target_link_options(velmor_options INTERFACE -static)
+    # Doubles of 64 bits, as on every other machine, not the 80 of the old coprocessor.
+    target_compile_options(velmor_options INTERFACE -msse2 -mfpmath=sse)
 endif()
 
 if(CMAKE_CROSSCOMPILING)

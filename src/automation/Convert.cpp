@@ -128,7 +128,11 @@ bool isNumeric(const Variant& value) {
 
 std::optional<double> parseNumber(std::u16string_view text) {
     if (installed == nullptr) return portable::parseNumber(text);
-    return toDouble(Variant(text));
+    const Variant value(text);
+    if (const auto number = toDouble(value)) return number;
+    // The platform may take "&HFFFFFFFF" for a Long alone.
+    const auto number = toLong(value);
+    return number ? std::optional<double>(*number) : std::nullopt;
 }
 
 bool isDateText(std::u16string_view text) {

@@ -30,6 +30,10 @@ bool isDigit(char16_t unit) {
     return unit >= u'0' && unit <= u'9';
 }
 
+bool isBlank(char16_t unit) {
+    return unit == u' ' || unit == u'\u00A0' || (unit >= u'\t' && unit <= u'\r');
+}
+
 bool isLetter(char16_t unit) {
     const auto lower = static_cast<char16_t>(unit | 0x20);
     return lower >= u'a' && lower <= u'z';
@@ -71,7 +75,7 @@ std::optional<std::vector<Token>> tokensOf(std::u16string_view text) {
             const auto word = wordToken(text.substr(start, at - start));
             if (!word) return std::nullopt;
             tokens.push_back(*word);
-        } else if (text[at] == u' ' || text[at] == u'\t') {
+        } else if (isBlank(text[at])) {
             ++at;
         } else if (std::u16string_view(u":/-.,").find(text[at]) != std::u16string_view::npos) {
             tokens.push_back({Kind::separator, 0, 0, text[at++]});
@@ -107,7 +111,11 @@ private:
         return is(at, Kind::separator) && tokens_[at].separator == separator;
     }
     bool isMeridiem(std::size_t at) const { return is(at, Kind::morning) || is(at, Kind::afternoon); }
-    bool startsTime() const { return is(at_, Kind::number) && (isSeparator(at_ + 1, u':') || isMeridiem(at_ + 1)); }
+    // Between two numbers a point separates hours and minutes, too.
+    bool separatesTime(std::size_t at) const {
+        return isSeparator(at, u':') || (isSeparator(at, u'.') && is(at + 1, Kind::number));
+    }
+    bool startsTime() const { return is(at_, Kind::number) && (separatesTime(at_ + 1) || isMeridiem(at_ + 1)); }
 
     // h AM, h:nn, h:nn:ss, each with or without AM or PM behind.
     bool readTime() {
@@ -117,7 +125,7 @@ private:
         for (std::size_t part = 0; part < std::size(parts); ++part) {
             if (!is(at_, Kind::number) || tokens_[at_].digits > 2) return false;
             *parts[part] = tokens_[at_++].value;
-            if (part == 2 || !isSeparator(at_, u':')) break;
+            if (part == 2 || !separatesTime(at_)) break;
             ++at_;
         }
         return !isMeridiem(at_) || applyMeridiem(tokens_[at_++].kind);

@@ -13,7 +13,7 @@ namespace {
 constexpr std::int64_t kExponentLimit = 1'000'000;
 
 bool isBlank(char16_t unit) {
-    return unit == u' ' || (unit >= u'\t' && unit <= u'\r');
+    return unit == u' ' || unit == u'\u00A0' || (unit >= u'\t' && unit <= u'\r');
 }
 
 bool isDigit(char16_t unit) {
@@ -163,7 +163,7 @@ std::optional<ParsedNumber> parseNumberText(std::u16string_view text) {
 
 std::optional<double> doubleOf(const ParsedNumber& number) {
     if (number.radixValue) return number.negative ? -static_cast<double>(*number.radixValue) : *number.radixValue;
-    if (number.digits.empty() || number.exponent < -400) return 0.0;
+    if (number.digits.empty() || number.exponent < -400) return number.negative ? -0.0 : 0.0;
     if (number.exponent > 400) return std::nullopt;
     std::string text = number.digits;
     text += 'e';

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <concepts>
 #include <limits>
@@ -16,13 +19,6 @@ constexpr double kCurrencyUnit = 10000;
 constexpr double kFirstDay = -657434;  // 1 January 100
 constexpr double kBehindLastDay = 2958466;
 
-double roundHalfToEven(double value) {
-    const double below = std::floor(value);
-    const double rest = value - below;
-    const bool up = rest > 0.5 || (rest == 0.5 && std::fmod(below, 2) != 0);
-    return up ? below + 1 : below;
-}
-
 template <class Integer>
 std::optional<Integer> narrowed(std::int64_t value) {
     if (value < std::numeric_limits<Integer>::min() || value > std::numeric_limits<Integer>::max()) return std::nullopt;
@@ -39,10 +35,17 @@ std::optional<ParsedNumber> decimalDigitsOf(std::u16string_view text) {
     return number;
 }
 
-std::optional<double> wholeDouble(double value) {
-    // Also false for what is no number.
-    if (!(std::fabs(value) < 9.2e18)) return std::nullopt;
-    return roundHalfToEven(value);
+// The value times 10 to the power of `decimals`, rounded half to even from its exact expansion.
+std::optional<std::int64_t> scaledDouble(double value, int decimals) {
+    // Also false for what is no number. 2^63 and more fails below.
+    if (!(std::fabs(value) < 1e19)) return std::nullopt;
+    std::array<char, 32> buffer;
+    const auto end =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed, decimals).ptr;
+    const auto digitsEnd = std::remove(buffer.data(), end, '.');
+    std::int64_t scaled = 0;
+    const auto result = std::from_chars(buffer.data(), digitsEnd, scaled);
+    return result.ec == std::errc() ? std::optional(scaled) : std::nullopt;
 }
 
 // A 64-bit whole number of the value times 10 to the power of `decimals` (0 or 4).
@@ -57,9 +60,7 @@ struct ToScaled {
     }
     template <std::floating_point Float>
     std::optional<std::int64_t> operator()(const Float& value) const {
-        const double product = decimals == 0 ? static_cast<double>(value) : value * kCurrencyUnit;
-        const auto whole = wholeDouble(product);
-        return whole ? std::optional(static_cast<std::int64_t>(*whole)) : std::nullopt;
+        return scaledDouble(value, decimals);
     }
     std::optional<std::int64_t> operator()(Date value) const { return (*this)(value.days); }
     std::optional<std::int64_t> operator()(Currency value) const {
@@ -144,7 +145,13 @@ std::optional<std::int32_t> toLong(const Variant& value) {
 }
 
 std::optional<std::int16_t> toInteger(const Variant& value) {
-    return toWhole<std::int16_t>(value);
+    const auto* text = value.get<std::u16string>();
+    const auto number = text != nullptr ? parseNumberText(*text) : std::nullopt;
+    if (!number || !number->radixValue) return toWhole<std::int16_t>(value);
+    // Hexadecimal and octal texts are 16 bits here: "&HFFFF" is -1.
+    if (*number->radixValue < 0 || *number->radixValue > 0xFFFF) return std::nullopt;
+    const auto bits = static_cast<std::int16_t>(*number->radixValue);
+    return number->negative ? narrowed<std::int16_t>(-std::int64_t{bits}) : bits;
 }
 
 std::optional<std::uint8_t> toByte(const Variant& value) {
@@ -159,7 +166,9 @@ std::optional<double> toDouble(const Variant& value) {
 std::optional<float> toSingle(const Variant& value) {
     if (const auto* single = value.get<float>()) return *single;
     const auto number = toDouble(value);
-    if (!number || std::fabs(*number) > std::numeric_limits<float>::max()) return std::nullopt;
+    // What rounds to the largest single still converts.
+    constexpr double kTooLarge = 0x1.ffffffp127;
+    if (!number || !(std::fabs(*number) < kTooLarge)) return std::nullopt;
     return static_cast<float>(*number);
 }
 

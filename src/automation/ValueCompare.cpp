@@ -23,18 +23,21 @@ bool isNumber(const Variant& value) {
     }
 }
 
-bool isExact(const Variant& value) {
-    const auto type = value.type();
-    return type != VariantType::single && type != VariantType::doubleFloat && type != VariantType::date;
+template <class Number>
+bool eitherIs(const Variant& left, const Variant& right) {
+    return left.get<Number>() != nullptr || right.get<Number>() != nullptr;
 }
 
+// In the precision of the one that has less, so that the single 0.1 equals the double 0.1.
 bool equalNumbers(const Variant& left, const Variant& right) {
-    if (left.get<Decimal>() != nullptr || right.get<Decimal>() != nullptr) {
+    if (eitherIs<Decimal>(left, right)) {
         const auto leftDecimal = toDecimal(left);
         const auto rightDecimal = toDecimal(right);
         if (leftDecimal && rightDecimal) return compareDecimals(*leftDecimal, *rightDecimal) == 0;
-    } else if (isExact(left) && isExact(right)) {
-        return toCurrency(left) == toCurrency(right);
+    } else if (eitherIs<float>(left, right)) {
+        return toSingle(left) == toSingle(right);
+    } else if (!eitherIs<double>(left, right) && !eitherIs<Date>(left, right)) {
+        return toCurrency(left) == toCurrency(right);  // exact; whole numbers fit, too
     }
     return toDouble(left) == toDouble(right);
 }
