@@ -1,5 +1,6 @@
 #include "automation/Convert.h"
 
+#include <algorithm>
 #include <array>
 
 #include "automation/NumberText.h"
@@ -44,12 +45,30 @@ bool isConvertible(const Variant& value) {
     }
 }
 
+// A whole number of up to nine digits and no sign reads the same in every locale.
+bool isPlainDigits(const Variant& value) {
+    const auto* text = value.get<std::u16string>();
+    if (text == nullptr || text->empty() || text->size() > 9) return false;
+    return std::all_of(text->begin(), text->end(), [](char16_t unit) { return unit >= u'0' && unit <= u'9'; });
+}
+
+bool isWholeNumber(VariantType type) {
+    return type == VariantType::integer || type == VariantType::longInteger || type == VariantType::byte ||
+           type == VariantType::boolean || type == VariantType::empty;
+}
+
+// Pairs that no locale has a say in; many values are of these, and the platform takes its time.
+bool isSameEverywhere(const Variant& value, VariantType target) {
+    if (isWholeNumber(value.type())) return true;
+    return target != VariantType::date && isPlainDigits(value);
+}
+
 template <class Target>
 std::optional<Target> convertPlain(const Variant& value, VariantType target,
                                    std::optional<Target> (*portableForm)(const Variant&)) {
     if (const auto* same = value.get<Target>()) return *same;
     if (!isConvertible(value)) return std::nullopt;
-    if (installed == nullptr) return portableForm(value);
+    if (installed == nullptr || isSameEverywhere(value, target)) return portableForm(value);
     const auto converted = installed->convert(value, target);
     const auto* result = converted ? converted->get<Target>() : nullptr;
     return result != nullptr ? std::optional(*result) : std::nullopt;
