@@ -14,6 +14,8 @@ endif()
 target_include_directories(velmor_options INTERFACE
     ${PROJECT_SOURCE_DIR}/src ${PROJECT_BINARY_DIR}/generated)
 if(WIN32)
+    # COM interfaces have no virtual destructor: their objects delete themselves, as what they are.
+    target_compile_options(velmor_options INTERFACE -Wno-non-virtual-dtor)
     target_compile_definitions(velmor_options INTERFACE UNICODE _UNICODE WINVER=0x0601 _WIN32_WINNT=0x0601)
     target_link_options(velmor_options INTERFACE -static)
     # Doubles of 64 bits, as on every other machine, not the 80 of the old coprocessor.

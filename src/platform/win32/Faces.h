@@ -44,5 +44,7 @@ IDispatch* foreignOf(const automation::ObjectRef& object);
 IDispatch* adapterOf(const automation::ObjectRef& object);
 // The object behind such an adapter, by any interface; null when it is no adapter.
 automation::ObjectRef adaptedObjectOf(IUnknown* unknown);
+// True while somebody holds an adapter: a DLL that served it has to stay loaded.
+bool anyAdapterLives() noexcept;
 
 }  // namespace velmor::platform

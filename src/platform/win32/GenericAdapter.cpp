@@ -191,4 +191,9 @@ automation::ObjectRef adaptedObjectOf(IUnknown* unknown) {
     return place == all.byAddress.end() ? nullptr : place->second->object();
 }
 
+bool anyAdapterLives() noexcept {
+    const std::scoped_lock lock(living().mutex);
+    return !living().byObject.empty();
+}
+
 }  // namespace velmor::platform

@@ -1,0 +1,59 @@
+// The component's own classes.
+
+#include "com/EmptyHandler.h"
+#include "com/Faces.h"
+#include "com/Failure.h"
+#include "com/Guard.h"
+#include "com/Server.h"
+#include "com/TagFace.h"
+#include "com/TypeLibrary.h"
+#include "platform/SystemServices.h"
+#include "platform/win32/ComPtr.h"
+#include "platform/win32/Conversions.h"
+
+namespace velmor::com {
+
+namespace {
+
+HRESULT createTag(REFIID id, void** object) noexcept {
+    return guard([&] {
+        const auto face =
+            ComPtr<TagFace>::attach(faceFor<TagFace>(std::make_shared<kvTag>(platform::systemServices())));
+        check(face->QueryInterface(id, object));
+    });
+}
+
+HRESULT createEmptyHandler(REFIID id, void** object) noexcept {
+    return guard([&] {
+        const auto handler = ComPtr<EmptyHandler>::attach(new EmptyHandler);
+        check(handler->QueryInterface(id, object));
+    });
+}
+
+const ServedClass classes[] = {
+    {CLSID_kvTag, L"kvVelmor3.kvTag", L"3.0", L"Velmor template or tag", &createTag},
+    {CLSID_ITag4, L"kvVelmor3.ITag4", L"3.0", L"Velmor tag handler interface", &createEmptyHandler},
+};
+
+ComponentFaces faces;
+
+}  // namespace
+
+const Server& server() noexcept {
+    static const Server component{classes, &LIBID_kvVelmor3};
+    return component;
+}
+
+}  // namespace velmor::com
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID processEnds) {
+    using namespace velmor;
+    if (reason == DLL_PROCESS_ATTACH) {
+        DisableThreadLibraryCalls(module);
+        platform::installConversions();
+        platform::registerFaceProvider(&com::faces);
+    } else if (reason == DLL_PROCESS_DETACH && !processEnds) {
+        com::TypeLibrary::instance().release();
+    }
+    return TRUE;
+}

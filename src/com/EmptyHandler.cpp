@@ -1,0 +1,45 @@
+#include "com/EmptyHandler.h"
+
+#include <string>
+
+#include "com/Guard.h"
+
+namespace velmor::com {
+
+namespace {
+
+HRESULT giveNothing(BSTR* pResult) noexcept {
+    return guard(pResult, [] { return std::u16string(); });
+}
+
+}  // namespace
+
+HRESULT EmptyHandler::get_Interface(long* pResult) noexcept {
+    return guard(pResult, [] { return 0; });
+}
+
+HRESULT EmptyHandler::GetTagValue(_kvTag*, BSTR* pResult) noexcept {
+    return giveNothing(pResult);
+}
+
+HRESULT EmptyHandler::get_CommandList(BSTR, IDispatch**, BSTR* pResult) noexcept {
+    return giveNothing(pResult);
+}
+
+HRESULT EmptyHandler::get_ParameterList(BSTR, BSTR, IDispatch**, BSTR* pResult) noexcept {
+    return giveNothing(pResult);
+}
+
+HRESULT EmptyHandler::get_SyntaxString(BSTR, BSTR, IDispatch**, BSTR* pResult) noexcept {
+    return giveNothing(pResult);
+}
+
+HRESULT EmptyHandler::get_CommandDescription(BSTR, BSTR, IDispatch**, BSTR* pResult) noexcept {
+    return giveNothing(pResult);
+}
+
+HRESULT EmptyHandler::get_ParameterValueList(BSTR, BSTR, BSTR, IDispatch**, BSTR* pResult) noexcept {
+    return giveNothing(pResult);
+}
+
+}  // namespace velmor::com

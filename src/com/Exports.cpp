@@ -1,0 +1,58 @@
+// The entry points of an in-process server. Server.def exports them without decoration.
+
+#include <new>
+
+#include "com/ClassFactory.h"
+#include "com/Failure.h"
+#include "com/Module.h"
+#include "com/Registration.h"
+#include "com/Server.h"
+#include "platform/win32/Windows.h"
+
+using namespace velmor::com;
+
+namespace {
+
+HRESULT giveFactory(const ServedClass& served, REFIID id, void** object) noexcept {
+    IClassFactory* factory = new (std::nothrow) ClassFactory(served);
+    if (!factory) return E_OUTOFMEMORY;
+    const HRESULT code = factory->QueryInterface(id, object);
+    factory->Release();
+    return code;
+}
+
+// regsvr32 shows the result; there is no error record to fill.
+template <class Body>
+HRESULT outcomeOf(Body&& body) noexcept try {
+    body();
+    return S_OK;
+} catch (const Failure& failure) {
+    return failure.code;
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
+} catch (...) {
+    return E_UNEXPECTED;
+}
+
+}  // namespace
+
+STDAPI DllGetClassObject(REFCLSID classId, REFIID id, void** object) {
+    if (!object) return E_POINTER;
+    *object = nullptr;
+    for (const ServedClass& served : server().classes) {
+        if (IsEqualCLSID(served.id, classId)) return giveFactory(served, id, object);
+    }
+    return CLASS_E_CLASSNOTAVAILABLE;
+}
+
+STDAPI DllCanUnloadNow() {
+    return Module::unused() ? S_OK : S_FALSE;
+}
+
+STDAPI DllRegisterServer() {
+    return outcomeOf([] { registerServer(server()); });
+}
+
+STDAPI DllUnregisterServer() {
+    return outcomeOf([] { unregisterServer(server()); });
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "com/Give.h"
+#include "platform/win32/Windows.h"
+
+namespace velmor::com {
+
+// The boundary. Every member of a face runs in guard(): a null out-pointer is refused, the place
+// for the result is cleared before anything else happens, and no exception gets out.
+
+// The exception being handled as an HRESULT, with an error record where there is something to say.
+// Numbers of the engine become 0x800A0000 + number.
+HRESULT translateException() noexcept;
+
+template <class Body>
+HRESULT guard(Body&& body) noexcept {
+    try {
+        std::forward<Body>(body)();
+        return S_OK;
+    } catch (...) {
+        return translateException();
+    }
+}
+
+inline void clear(VARIANT& place) noexcept {
+    VariantInit(&place);
+}
+template <class Out>
+void clear(Out& place) noexcept {
+    place = Out{};
+}
+
+template <class Out, class Body>
+HRESULT guard(Out* pResult, Body&& body) noexcept {
+    if (!pResult) return E_POINTER;
+    clear(*pResult);
+    return guard([&] { give(*pResult, std::forward<Body>(body)()); });
+}
+
+// Gives a by-reference text its new value.
+void replaceText(BSTR& place, const std::u16string& value);
+
+}  // namespace velmor::com

@@ -1,0 +1,22 @@
+#include "com/ObjectServer.h"
+
+#include "com/Failure.h"
+#include "com/Guard.h"
+#include "platform/win32/ComPtr.h"
+#include "platform/win32/Conversions.h"
+#include "platform/win32/Faces.h"
+
+namespace velmor::com {
+
+HRESULT createObjectFrom(automation::ObjectRef (*make)(), REFIID id, void** object) noexcept {
+    if (!object) return E_POINTER;
+    *object = nullptr;
+    return guard([&] {
+        platform::installConversions();
+        const auto face = platform::ComPtr<IDispatch>::attach(platform::faceOf(make()));
+        if (!face) throw Failure{E_FAIL};
+        check(face->QueryInterface(id, object));
+    });
+}
+
+}  // namespace velmor::com
