@@ -18,14 +18,37 @@ using automation::Variant;
 
 constexpr VARTYPE kVariantReference = VT_BYREF | VT_VARIANT;
 
-// The type of a parameter in a member's description.
+bool hasReferenceOfItsOwn(VARTYPE type) {
+    switch (type) {
+        case VT_I2:
+        case VT_I4:
+        case VT_INT:
+        case VT_R4:
+        case VT_R8:
+        case VT_CY:
+        case VT_DATE:
+        case VT_BSTR:
+        case VT_DISPATCH:
+        case VT_ERROR:
+        case VT_BOOL:
+        case VT_UI1:
+            return true;
+        default:
+            return false;
+    }
+}
+
+// How an argument for a parameter of that type goes.
 VARTYPE passingType(const TYPEDESC& type) {
-    if (type.vt != VT_PTR) return type.vt == VT_USERDEFINED ? VARTYPE{VT_VARIANT} : type.vt;
+    if (type.vt != VT_PTR) {
+        const auto base = static_cast<VARTYPE>(type.vt & ~VT_BYREF);
+        if (base == type.vt) return VT_VARIANT;
+        return hasReferenceOfItsOwn(base) ? type.vt : kVariantReference;
+    }
     const VARTYPE inner = type.lptdesc->vt;
-    if (inner == VT_USERDEFINED) return VT_DISPATCH;     // an interface pointer
+    if (inner == VT_USERDEFINED) return VT_VARIANT;      // an interface pointer by value
     if (inner == VT_PTR) return VT_BYREF | VT_DISPATCH;  // a reference to one
-    if ((inner & VT_ARRAY) != 0 || inner == VT_SAFEARRAY || inner == VT_DECIMAL) return kVariantReference;
-    return static_cast<VARTYPE>(VT_BYREF | inner);
+    return hasReferenceOfItsOwn(inner) ? static_cast<VARTYPE>(VT_BYREF | inner) : kVariantReference;
 }
 
 // The arguments of one call in the platform's form: last first, each by value or by reference to a
@@ -106,6 +129,21 @@ std::u16string nameOf(ITypeInfo& types) {
     return result;
 }
 
+// Some objects describe themselves by their class: its first interface has the members.
+ComPtr<ITypeInfo> withMembers(ComPtr<ITypeInfo> types) {
+    TYPEATTR* attributes = nullptr;
+    if (!types || FAILED(types->GetTypeAttr(&attributes))) return nullptr;
+    const bool isClass = attributes->typekind == TKIND_COCLASS;
+    types->ReleaseTypeAttr(attributes);
+    if (!isClass) return types;
+    HREFTYPE reference = 0;
+    ComPtr<ITypeInfo> members;
+    if (FAILED(types->GetRefTypeOfImplType(0, &reference)) || FAILED(types->GetRefTypeInfo(reference, members.put()))) {
+        return nullptr;
+    }
+    return members;
+}
+
 struct FreeDescription {
     ITypeInfo& types;
     void operator()(FUNCDESC* description) const { types.ReleaseFuncDesc(description); }
@@ -151,8 +189,12 @@ DISPID ForeignObject::identifierOf(std::u16string_view name) {
 
 const ForeignObject::Parameters* ForeignObject::parametersOf(DISPID id) {
     if (const auto known = parameters_.find(id); known != parameters_.end()) return &known->second;
-    if (!typesRead_ && FAILED(dispatch_->GetTypeInfo(0, LOCALE_USER_DEFAULT, types_.put()))) types_ = nullptr;
-    typesRead_ = true;
+    if (!typesRead_) {
+        ComPtr<ITypeInfo> types;
+        dispatch_->GetTypeInfo(0, LOCALE_USER_DEFAULT, types.put());
+        types_ = withMembers(std::move(types));
+        typesRead_ = true;
+    }
     if (!types_) return nullptr;
     for (UINT i = 0;; ++i) {
         FUNCDESC* found = nullptr;

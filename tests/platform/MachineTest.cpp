@@ -1,0 +1,299 @@
+#ifdef _WIN32
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "automation/Convert.h"
+#include "automation/Errors.h"
+#include "platform/SystemServices.h"
+#include "platform/win32/ComPtr.h"
+#include "platform/win32/Faces.h"
+#include "platform/win32/VariantBridge.h"
+#include "text/Compare.h"
+#include "text/Error.h"
+
+namespace velmor::platform {
+namespace {
+
+using automation::InvokeKind;
+using automation::Variant;
+
+class Machine : public testing::Test {
+protected:
+    Machine() { CoInitialize(nullptr); }
+    ~Machine() override { CoUninitialize(); }
+
+    std::u16string path(std::u16string_view name) const {
+        return services_.folders.temporary() + u"\\velmor-test\\" + std::u16string(name);
+    }
+
+    Services& services_ = systemServices();
+};
+
+class MachineRegistryTest : public Machine {
+protected:
+    static constexpr wchar_t kKey[] = L"SOFTWARE\\VelmorTest";
+
+    MachineRegistryTest() {
+        const wchar_t text[] = L"Sample.Handler", path[] = L"%TEMP%\\x";
+        const DWORD number = 1;
+        put(L"SAMPLE", REG_SZ, text, sizeof text);
+        put(L"path", REG_EXPAND_SZ, path, sizeof path);
+        put(L"number", REG_DWORD, &number, sizeof number);
+        put(L"open", REG_SZ, text, 2 * sizeof(wchar_t));  // without the closing zero
+        const std::wstring large(5000, L'x');
+        put(L"large", REG_SZ, large.data(), 10000);
+        HKEY key = nullptr;
+        RegCreateKeyW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\VelmorTest\\GROUP", &key);
+        RegCloseKey(key);
+    }
+    ~MachineRegistryTest() override {
+        RegDeleteKeyW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\VelmorTest\\GROUP");
+        RegDeleteKeyW(HKEY_LOCAL_MACHINE, kKey);
+    }
+
+    static void put(const wchar_t* name, DWORD type, const void* data, DWORD size) {
+        ASSERT_EQ(RegSetKeyValueW(HKEY_LOCAL_MACHINE, kKey, name, type, data, size), ERROR_SUCCESS);
+    }
+};
+
+TEST_F(MachineRegistryTest, GivesTextsOnly) {
+    const std::u16string_view key = u"software\\VELMORTEST\\";
+    const Registry& registry = services_.registry;
+    EXPECT_EQ(registry.value(key, u"sample"), u"Sample.Handler");
+    EXPECT_EQ(registry.value(key, u"path"), u"%TEMP%\\x");
+    EXPECT_EQ(registry.value(key, u"open"), u"Sa");
+    EXPECT_EQ(registry.value(key, u"large"), std::u16string(5000, u'x'));
+    EXPECT_EQ(registry.value(key, u"number"), std::nullopt);
+    EXPECT_EQ(registry.value(key, u""), std::nullopt);
+    EXPECT_EQ(registry.value(u"SOFTWARE\\NoSuchKey", u"sample"), std::nullopt);
+    const auto names = registry.valueNames(key);
+    EXPECT_EQ(std::set<std::u16string>(names.begin(), names.end()),
+              (std::set<std::u16string>{u"SAMPLE", u"path", u"open", u"large"}));
+    EXPECT_EQ(registry.subkeys(key), std::vector<std::u16string>{u"GROUP"});
+}
+
+TEST_F(Machine, WritesWholeAppendsAndCreatesOnce) {
+    Files& files = services_.files;
+    ASSERT_TRUE(files.makeFolder(path(u"a/b")));
+    const std::u16string file = path(u"a\\b\\\u00fc\u4e00.txt");
+    EXPECT_TRUE(files.write(file, "a long old text"));
+    EXPECT_TRUE(files.write(file, std::string("new\0", 4)));
+    EXPECT_TRUE(files.append(file, "+"));
+    EXPECT_EQ(files.read(file), std::string("new\0+", 5));
+    EXPECT_FALSE(files.create(file));
+    EXPECT_TRUE(files.remove(file));
+    EXPECT_FALSE(files.exists(file));
+    EXPECT_FALSE(files.exists(path(u"a")));
+    EXPECT_EQ(files.read(file), std::nullopt);
+    EXPECT_FALSE(files.write(path(u"none\\x"), "x"));
+    EXPECT_FALSE(files.write(path(u"a"), "x"));
+    EXPECT_TRUE(files.write(u"NUL", "x"));
+}
+
+TEST_F(Machine, KnowsItsPlaces) {
+    EXPECT_FALSE(services_.folders.commonData().empty());
+    EXPECT_FALSE(services_.folders.machineName().empty());
+    EXPECT_TRUE(services_.files.exists(services_.folders.component() + u"\\test_platform.exe"));
+    const std::u16string guid = services_.guids.next();
+    EXPECT_EQ(guid.size(), 38U);
+    EXPECT_EQ(guid, upperCase(guid));
+    EXPECT_NE(guid, services_.guids.next());
+    EXPECT_GT(services_.clock.now().days, 40000);
+}
+
+TEST_F(Machine, LoadsAndSavesPictures) {
+    // Two pixels, 24 bits each.
+    const std::string bitmap(
+        "BM\x3e\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\x02\0\0\0\x01\0\0\0\x01\0\x18\0\0\0\0\0\x08\0\0\0"
+        "\x13\x0b\0\0\x13\x0b\0\0\0\0\0\0\0\0\0\0\xff\0\0\0\xff\0\0\0",
+        62);
+    ASSERT_TRUE(services_.files.makeFolder(path(u"")));
+    ASSERT_TRUE(services_.files.write(path(u"in.bmp"), bitmap));
+    ASSERT_TRUE(services_.files.write(path(u"none.bmp"), "no picture"));
+    const auto picture = services_.pictures.load(path(u"in.bmp"));
+    ASSERT_TRUE(picture);
+    EXPECT_EQ(picture->typeName(), u"Picture");
+    EXPECT_EQ(automation::toLong(picture->invoke(u"Type", InvokeKind::get, {})), 1);
+    EXPECT_TRUE(services_.pictures.save(picture, path(u"out.bmp")));
+    EXPECT_EQ(services_.files.read(path(u"out.bmp")), bitmap);
+    EXPECT_FALSE(services_.pictures.load(path(u"none.bmp")));
+    EXPECT_FALSE(services_.pictures.save(nullptr, path(u"out.bmp")));
+}
+
+int errorOfCreating(Services& services, std::u16string_view className) {
+    try {
+        services.objects.create(className);
+    } catch (const Error& error) {
+        return error.number();
+    }
+    return 0;
+}
+
+TEST_F(Machine, CreatesRegisteredClassesOnly) {
+    const auto dictionary = services_.objects.create(u"scripting.DICTIONARY");
+    EXPECT_TRUE(dictionary);
+    for (const char16_t* name : {u"No.Such.Class", u"", u"{EE09B103-97E0-11CF-978F-00A02463E06F}",
+                                 u"new:{EE09B103-97E0-11CF-978F-00A02463E06F}", u"CLSID\\Scripting.Dictionary"}) {
+        EXPECT_EQ(errorOfCreating(services_, name), 429);
+    }
+}
+
+// Changes its argument, hands back what it is given, fails, and keeps a value.
+class Sample : public automation::Object {
+public:
+    Variant invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) override {
+        if (equalIgnoringCase(name, u"Change")) {
+            arguments[0] = Variant(automation::toText(arguments[0]).value_or(u"?") + u"!");
+            return static_cast<std::int32_t>(arguments.size());
+        }
+        if (equalIgnoringCase(name, u"Same")) return arguments[0];
+        if (equalIgnoringCase(name, u"Fail")) throw Error(1234, u"Sample", u"as asked");
+        if (!equalIgnoringCase(name, u"Value") && !name.empty()) automation::raiseNoSuchMember(name);
+        if (kind == InvokeKind::let || kind == InvokeKind::set) value_ = arguments.back();
+        return value_;
+    }
+    std::u16string typeName() const override { return u"Sample"; }
+
+private:
+    Variant value_;
+};
+
+Variant call(const automation::ObjectRef& object, std::u16string_view name, InvokeKind kind,
+             std::vector<Variant> arguments = {}) {
+    return object->invoke(name, kind, arguments);
+}
+
+TEST_F(Machine, CallsForeignObjects) {
+    const auto dictionary = services_.objects.create(u"Scripting.Dictionary");
+    call(dictionary, u"add", InvokeKind::method, {u"a", 1});
+    call(dictionary, u"Item", InvokeKind::let, {u"a", u"one"});
+    EXPECT_TRUE(call(dictionary, u"Count", InvokeKind::get).identical(Variant(1)));
+    EXPECT_TRUE(call(dictionary, u"", InvokeKind::get, {u"a"}).identical(Variant(u"one")));
+    EXPECT_EQ(dictionary->typeName(), u"Dictionary");
+
+    const auto sample = std::make_shared<Sample>();
+    call(dictionary, u"Item", InvokeKind::let, {u"s", Variant(automation::ObjectRef(sample))});
+    EXPECT_EQ(call(dictionary, u"Item", InvokeKind::get, {u"s"}).object(), sample);
+    call(dictionary, u"Item", InvokeKind::let, {u"d", Variant(dictionary)});
+    const auto again = call(dictionary, u"Item", InvokeKind::get, {u"d"}).object();
+    const auto first = ComPtr<IDispatch>::attach(foreignOf(dictionary));
+    const auto second = ComPtr<IDispatch>::attach(foreignOf(again));
+    EXPECT_EQ(first.get(), second.get());
+    call(dictionary, u"RemoveAll", InvokeKind::method);  // it held itself
+
+    try {
+        call(dictionary, u"NoSuchMember", InvokeKind::get);
+        ADD_FAILURE();
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), 438);
+    }
+}
+
+TEST_F(Machine, PassesReferencesAndErrorsThroughTheAdapter) {
+    const auto sample = std::make_shared<Sample>();
+    const auto adapter = ComPtr<IDispatch>::attach(faceOf(sample));
+    const auto same = ComPtr<IDispatch>::attach(faceOf(sample));
+    EXPECT_EQ(adapter.get(), same.get());
+    EXPECT_EQ(objectOf(adapter.get()), sample);
+
+    const auto foreign = wrapForeign(adapter.get());  // as somebody else would call it
+    std::vector<Variant> arguments{Variant(u"text"), Variant::missing()};
+    EXPECT_TRUE(foreign->invoke(u"change", InvokeKind::method, arguments).identical(Variant(2)));
+    EXPECT_TRUE(arguments[0].identical(Variant(u"text!")));
+    EXPECT_TRUE(arguments[1].isMissing());
+    EXPECT_EQ(call(foreign, u"Same", InvokeKind::method, {Variant(automation::ObjectRef(sample))}).object(), sample);
+    call(foreign, u"Value", InvokeKind::let, {2.5});
+    EXPECT_TRUE(call(foreign, u"", InvokeKind::get).identical(Variant(2.5)));
+    try {
+        call(foreign, u"Fail", InvokeKind::method);
+        ADD_FAILURE();
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), 1234);
+        EXPECT_EQ(error.source(), u"Sample");
+        EXPECT_EQ(error.description(), u"as asked");
+    }
+    try {
+        call(foreign, u"Nothing", InvokeKind::method);
+        ADD_FAILURE();
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), 438);
+    }
+}
+
+TEST_F(Machine, LetsGoOfObjectsWithTheirAdapters) {
+    auto sample = std::make_shared<Sample>();
+    const std::weak_ptr<Sample> watch = sample;
+    IDispatch* adapter = faceOf(sample);
+    sample.reset();
+    EXPECT_FALSE(watch.expired());
+    EXPECT_EQ(adapter->Release(), 0U);
+    EXPECT_TRUE(watch.expired());
+}
+
+// A class with type information, whose members take references of their own types.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"  // COM interfaces have no virtual destructor
+class TypedObject final : public IDispatch {
+public:
+    TypedObject() {
+        PARAMDATA parameters[] = {{const_cast<wchar_t*>(L"text"), VT_BYREF | VT_BSTR},
+                                  {const_cast<wchar_t*>(L"number"), VT_BYREF | VT_I4},
+                                  {const_cast<wchar_t*>(L"value"), VT_R8}};
+        METHODDATA method{const_cast<wchar_t*>(L"Change"), parameters, 7, 0, CC_STDCALL, 3, DISPATCH_METHOD, VT_EMPTY};
+        INTERFACEDATA data{&method, 1};
+        CreateDispTypeInfo(&data, LOCALE_USER_DEFAULT, types_.put());
+    }
+
+    VARTYPE seen[3] = {};
+
+    STDMETHODIMP QueryInterface(REFIID id, void** result) override {
+        *result = id == IID_IUnknown || id == IID_IDispatch ? this : nullptr;
+        return *result ? S_OK : E_NOINTERFACE;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return 2; }
+    STDMETHODIMP_(ULONG) Release() override { return 1; }
+    STDMETHODIMP GetTypeInfoCount(UINT* count) override { return *count = 1, S_OK; }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** result) override {
+        *result = ComPtr<ITypeInfo>(types_).detach();
+        return S_OK;
+    }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
+        return DispGetIDsOfNames(types_.get(), names, count, ids);
+    }
+    STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* given, VARIANT*, EXCEPINFO*, UINT*) override {
+        if (id != 7 || given->cArgs != 3) return DISP_E_BADPARAMCOUNT;
+        for (UINT i = 0; i < 3; ++i) seen[i] = V_VT(&given->rgvarg[2 - i]);
+        if (seen[0] != (VT_BYREF | VT_BSTR) || seen[1] != (VT_BYREF | VT_I4)) return DISP_E_TYPEMISMATCH;
+        SysReAllocString(V_BSTRREF(&given->rgvarg[2]), L"changed");
+        ++*V_I4REF(&given->rgvarg[1]);
+        return S_OK;
+    }
+
+private:
+    ComPtr<ITypeInfo> types_;
+};
+#pragma GCC diagnostic pop
+
+TEST_F(Machine, PassesReferencesOfTheDeclaredTypes) {
+    TypedObject typed;
+    const auto foreign = wrapForeign(&typed);
+    std::vector<Variant> arguments{Variant(u"text"), Variant(std::int16_t{41}), Variant(0.5)};
+    foreign->invoke(u"Change", InvokeKind::method, arguments);
+    EXPECT_TRUE(arguments[0].identical(Variant(u"changed")));
+    EXPECT_TRUE(arguments[1].identical(Variant(42)));
+    EXPECT_EQ(typed.seen[2], VT_R8);
+    arguments[1] = Variant(u"no number");
+    try {
+        foreign->invoke(u"Change", InvokeKind::method, arguments);
+        ADD_FAILURE();
+    } catch (const Error& error) {
+        EXPECT_EQ(error.number(), 13);
+    }
+}
+
+}  // namespace
+}  // namespace velmor::platform
+
+#endif
