@@ -56,7 +56,7 @@ std::optional<std::u16string> textOfCompressed(std::u16string_view content, std:
     const auto compressed = bytesOfBase64(content);
     if (!compressed) return std::nullopt;
     const auto bytes = decompressBytes(*compressed, allowance);
-    const std::size_t worst = compressed->size() * std::min(kBestCompression, decodingLimit / (compressed->size() + 1));
+    const std::size_t worst = std::min(compressed->size(), allowance / kBestCompression + 1) * kBestCompression;
     allowance -= std::min(allowance, bytes ? bytes->size() : worst);
     return textOfBytes(bytes);
 }

@@ -1,0 +1,253 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "common/Base64.h"
+#include "common/Compression.h"
+#include "properties/Describe.h"
+
+namespace velmor {
+namespace {
+
+struct ReadCase {
+    std::u16string text;
+    std::string expected;
+    bool asTag = false;
+    std::u16string delimiter = u":";
+};
+
+class PropertyReading : public testing::Test {
+protected:
+    std::string read(std::u16string_view text, bool asTag = false, std::u16string_view delimiter = u":") {
+        const PropertiesRef collection = newProperties(services);
+        collection->Build(text, false, asTag, delimiter);
+        return describe(*collection);
+    }
+
+    void check(std::initializer_list<ReadCase> cases) {
+        for (const ReadCase& each : cases) {
+            EXPECT_EQ(read(each.text, each.asTag, each.delimiter), each.expected) << toUtf8(each.text);
+        }
+    }
+
+    platform::MemoryServices services;
+};
+
+TEST_F(PropertyReading, TypesUnquotedValues) {
+    check({
+        {u"a=5:", "a=Long 5"},
+        {u"a=007:", "a=Long 7"},
+        {u"a=-2147483648:", "a=Long -2147483648"},
+        {u"a=2147483646:", "a=Long 2147483646"},
+        {u"a=2147483647:", "a=String 2147483647"},
+        {u"a=-2147483649:", "a=String -2147483649"},
+        {u"a=5.5:", "a=Double 5.5"},
+        {u"a=1.50:", "a=Double 1.5"},
+        {u"a=value:", "a=String value"},
+        {u"a=:", "a=String "},
+        {u"a= 5 :", "a=Long 5"},
+        {u"a=&H1F:", "a=Long 31"},
+        {u"a=&HFFFFFFFF:", "a=Long -1"},
+        {u"a=&H:", "a=String &H"},
+        {u"a=True:b=False:c=true:", "a=Boolean True | b=Boolean False | c=String true"},
+        {u"a=NUL:b=NULL:", "a=Null | b=String NULL"},
+    });
+}
+
+TEST_F(PropertyReading, TypesBySuffix) {
+    check({
+        {u"a=5&:", "a=Long 5"},
+        {u"a=2147483647&:", "a=Long 2147483647"},
+        {u"a=2147483648&:", "a=String 2147483648&"},
+        {u"a=5.5&:", "a=Double 5.5"},
+        {u"a=x&:", "a=String x&"},
+        {u"a=&:", "a=String &"},
+        {u"a=&H1F&:", "a=Long 31"},
+        {u"a=5%:", "a=Integer 5"},
+        {u"a=40000%:", "a=String 40000%"},
+        {u"a=5.5%:", "a=Double 5.5"},
+        {u"a=1.5!:", "a=Single 1.5"},
+        {u"a=!12.5!:", "a=Decimal 12.5"},
+        {u"a=!!:", "a=String !!"},
+        {u"a=!:", "a=String !"},
+        {u"a=2.25#:", "a=Double 2.25"},
+        {u"a=9.99$:", "a=Currency 9.99"},
+        {u"a=1E30$:", "a=String 1E30$"},
+    });
+}
+
+TEST_F(PropertyReading, ReadsDates) {
+    const auto value = [&](std::u16string_view text) {
+        const PropertiesRef collection = newProperties(services);
+        collection->Build(text);
+        const automation::Variant variant = collection->Item(1)->Value();
+        const auto* date = variant.get<automation::Date>();
+        return date == nullptr ? -1.0 : date->days;
+    };
+    const double afternoon = (14 * 3600 + 7 * 60 + 9) / 86400.0;
+    EXPECT_NEAR(value(u"a=#5 Mar 2004 2:07:09 PM#:"), 38051 + afternoon, 1e-7);
+    EXPECT_NEAR(value(u"a=#5 mar 2004 12:00:00 am#:"), 38051, 1e-7);
+    EXPECT_EQ(value(u"a=##:"), 0);
+    check({
+        {u"a=#x#:", "a=String #x#"},
+        {u"a=#5 Mar 2004 13:07:09 PM:b=1:", "a=String #5 Mar 2004 13 | 07=Long 0 | 09 PM=Long 0 | b=Long 1"},
+        {u"a=#1:b=2#:", "a=String #1 | b=Double 2"},
+    });
+}
+
+TEST_F(PropertyReading, ReadsQuotedAndEncodedValues) {
+    check({
+        {u"a=\"x:y=\":", "a=String x:y="},
+        {u"a=\"He said \"hi\"\":", "a=String He said \"hi\""},
+        {u"a=\"5\":", "a=String 5"},
+        {u"a=\":\":", "a=String :"},
+        {u"a=\"x\"", "a=String x"},
+        {u"a=~64\"eDp5\":", "a=String x:y e1"},
+        {u"a=~HX\"783A79\":", "a=String x:y e2"},
+        {u"a=~GZ\"" + compressedText(u"x:y") + u"\":", "a=String x:y e4"},
+        {u"a=~CE\"\u00B5say \u00B5:\u00B5\":", "a=String say \":\" e8"},
+        {u"a=~CE\"\u00B5\":", "a=String  e8"},
+        {u"a=~RO~Other\"x:y\":b=1:", "a=String ~RO~Other\"x:y\" | b=Long 1"},
+        {u"a=~RO~kvProperties\"" + base64OfText(u"x=1&:") + u"\":", "a=[x=1&:]"},
+    });
+}
+
+TEST_F(PropertyReading, ReadsNamesAloneAndCleansNames) {
+    check({
+        {u"a:b:", "a=Long 0 | b=Long 0"},
+        {u"\r\n\t a=1:", "a=Long 1"},
+        {u"!s!a=1:!lg!b=2:!c=3:", "a=Long 1 | b=Long 2 | !c=Long 3"},
+        {u"a!@b=1:", "a:b=Long 1"},
+        {u"a=1::b=2:", "a=Long 1 | =Long 0 | b=Long 2"},
+        {u"", ""},
+    });
+}
+
+TEST_F(PropertyReading, ReadsTagStrings) {
+    check({
+        {u"tag>setproperty:name=value:", "TAG=Long 0 | SETPROPERTY=Long 0 | NAME=String value", true},
+        {u"TAG>INCLUDE=C:\\x\\y.txt:k=D:/z:", "TAG=Long 0 | INCLUDE=String C:\\x\\y.txt | K=String D:/z", true},
+        {u"TAG>INCLUDE=CD:\\x:", "TAG=Long 0 | INCLUDE=String CD | \\X=Long 0", true},
+        {u"TAG>INCLUDE=C:x:", "TAG=Long 0 | INCLUDE=String C | X=Long 0", true},
+        {u"TAG>P:n=<KV:A>X:</KV>:m=1:", "TAG=Long 0 | P=Long 0 | N=String <KV:A>X:</KV> | M=Long 1", true},
+        {u"TAG>P:n=a<kv:A>X:<KV:B>Y:</KV></kv>:c:",
+         "TAG=Long 0 | P=Long 0 | N=String a<kv:A>X:<KV:B>Y:</KV></kv> | C=Long 0", true},
+        {u"TAG>P:n=<KV:A>X:m=1:", "TAG=Long 0 | P=Long 0 | N=String <KV | A>X=Long 0 | M=Long 1", true},
+        {u"TAG>P:n=<KV:<KV:A>X:</KV>:", "TAG=Long 0 | P=Long 0 | N=String <KV | <KV=Long 0 | A>X=Long 0 | </KV>=Long 0",
+         true},
+        {u"TAG>P:n=\"<KV:A>b=\"c\":</KV>\":", "TAG=Long 0 | P=Long 0 | N=String <KV:A>b=\"c | </KV>\"=Long 0", true},
+        {u"TAG:", "TAG=Long 0", true},
+        {u" tag >x:", " TAG =Long 0 | X=Long 0", true},
+        {u"INCLUDE=C:\\x:", "INCLUDE=String C | \\x=Long 0"},
+        {u"n=<KV:A>X:</KV>:", "n=String <KV | A>X=Long 0 | </KV>=Long 0"},
+        {u"TAG>n=<KV:B>x</KV>", "TAG=Long 0 | N=String <KV:B | X</KV=Long 0", true, u">"},
+    });
+}
+
+TEST_F(PropertyReading, TakesMalformedEntriesAsTextUpToTheDelimiter) {
+    check({
+        {u"a=\"", "a=String \""},
+        {u"a=\"x:b=1:", "a=String \"x | b=Long 1"},
+        {u"a=~CE\":", "a=String ~CE\""},
+        {u"a=~CE\":b=\"x\":", "a=String ~CE\" | b=String x"},
+        {u"a=~CE\"xyz\":", "a=String ~CE\"xyz\""},
+        {u"a=~RO~x", "a=String ~RO~x"},
+        {u"a=~RO~x:b=\"y\":", "a=String ~RO~x | b=String y"},
+        {u"a=~RO~Picture\"QUJD\":b=1:", "a=String ~RO~Picture\"QUJD\" | b=Long 1"},
+        {u"a=~64\"%%%\":", "a=String ~64\"%%%\""},
+        {u"a=~64\"gIA=\":", "a=String ~64\"gIA=\""},  // bytes that are no text
+        {u"a=~HX\"7\":", "a=String ~HX\"7\""},
+        {u"a=~GZ\"AAAA\":", "a=String ~GZ\"AAAA\""},
+        {u"a=~KV\"secret\":", "a=String ~KV\"secret\""},
+        {u"a=~AT\":", "a=String ~AT\""},
+        {u"a=~AT\"?x\":", "a=String ~AT\"?x\""},
+        {u"a=~:b=~6:c=", "a=String ~ | b=String ~6 | c=String "},
+        {u"=:", "=String "},
+        {u"==:", "=String ="},
+    });
+}
+
+TEST_F(PropertyReading, UsesAnyDelimiter) {
+    check({
+        {u"a=\"x:\"y\";b=NUL;c=#5 Mar 2004 2:07:09 PM#;", "a=String x:\"y | b=Null | c=Date 3/5/2004 2:07:09 PM", false,
+         u";"},
+        {u"a=1||b=\"x|\"||c", "a=Long 1 | b=String x| | c=Long 0", false, u"||"},
+        {u"a=1:b=2", "a=Long 1 | b=Long 2", false, u""},
+        {u"a=1=b=2=", "a=Long 1 | b=Long 2", false, u"="},
+        {u"a=", "a=String ", false, u"="},
+        {u"a\"b\"", "a=Long 0 | b=Long 0", false, u"\""},
+    });
+}
+
+TEST_F(PropertyReading, GivesChildrenToTheirProperty) {
+    check({
+        {u"a=1:a=~AT\"-x=1:\":a=~PR\"-y=2:\":", "a=Long 1 @{x=1:} {y=2:}"},
+        {u"a=1:A=~AT\"\u00B5x=\u00B5v\u00B5:\":", "a=Long 1 @{x=\"v\":}"},
+        {u"a=1:a=~PR\"+eD0xOg==\":", "a=Long 1 {x=1:}"},
+        {u"a=1:b=2:a=~AT\"-x=1:\":", "a=Long 1 @{x=1:} | b=Long 2"},
+        {u"a=1:a=2:a=~AT\"-x=1:\":", "a=Long 1 | a=Long 2 @{x=1:}"},
+        {u"c=~AT\"-x=1:\":", "c=Long 0 @{x=1:}"},
+    });
+}
+
+TEST_F(PropertyReading, AppendsOrReplaces) {
+    const PropertiesRef collection = newProperties(services);
+    collection->Build(u"a=1:b=2:");
+    collection->Build(u"A=3:", true);
+    EXPECT_EQ(describe(*collection), "a=Long 1 | b=Long 2 | A=Long 3");
+    EXPECT_TRUE(collection->Item(u"a")->Multiple());
+    collection->Build(collection->Stored());
+    EXPECT_EQ(describe(*collection), "a=Long 1 | b=Long 2 | A=Long 3");
+    collection->Build(u"");
+    EXPECT_EQ(collection->Count(), 0);
+}
+
+// A few hundred kilobytes that would unpack to more than a value may hold use up what the whole
+// text may unpack, so that many such values cost no more than one.
+TEST_F(PropertyReading, KeepsBombsRaw) {
+    const std::u16string small = compressedText(u"text");
+    const std::u16string bomb = base64(compressBytes(std::string(decodingLimit + 1, '\0')));
+    const PropertiesRef collection = newProperties(services);
+    collection->Build(u"a=~GZ\"" + small + u"\":b=~GZ\"" + bomb + u"\":c=~GZ\"" + small + u"\":");
+    ASSERT_EQ(collection->Count(), 3);
+    EXPECT_EQ(collection->Item(u"a")->ValueStr(), u"text");
+    EXPECT_EQ(collection->Item(u"b")->ValueStr(), u"~GZ\"" + bomb + u"\"");
+    EXPECT_EQ(collection->Item(u"c")->ValueStr(), u"~GZ\"" + small + u"\"");
+}
+
+// Whatever is cut off, nothing crashes and no name before the cut is lost.
+TEST_F(PropertyReading, ReadsTextsCutAnywhere) {
+    const std::u16string text =
+        u"a=\"x:y\":b=~64\"eDp5\":c=~CE\"\u00B5q\u00B5:\":d=#5 Mar 2004 2:07:09 PM#:d=~AT\"-x=1:\":" +
+        std::u16string(u"e=~RO~kvProperties\"eD0xOg==\":f=!1.5!:g=<KV:A>x:</KV>:h=C:\\x:");
+    const std::u16string order = u"abcdefgh";
+    for (std::size_t end = 0; end <= text.size(); ++end) {
+        for (const bool asTag : {false, true}) {
+            const PropertiesRef collection = newProperties(services);
+            collection->Build(text.substr(0, end), false, asTag);
+            for (std::size_t i = 0; i < order.size(); ++i) {
+                const std::size_t entry = text.find(u":" + order.substr(i, 1) + u"=") + 1;
+                if (asTag || entry + 2 > end) continue;
+                EXPECT_NE(collection->Item(std::u16string_view(order).substr(i, 1)), nullptr) << end;
+            }
+        }
+    }
+}
+
+// Each of these once took time with the square of the text.
+TEST_F(PropertyReading, ReadsManyUnclosedMarkers) {
+    for (const std::u16string_view piece :
+         {u"a=\"", u"a=\":", u"a=~64\"", u"a=~GZ\"A", u"a=~CE\":", u"a=~RO~x:", u"a=#x:", u"a=~RO~Picture\"",
+          u"a=~AT\"+", u"a=<KV:", u"<KV:A>n=</KV>", u"=", u"\":"}) {
+        std::u16string text = u"TAG>";
+        for (int i = 0; i < 100000; ++i) text += piece;
+        for (const std::u16string_view end : {u"#:", u"\":"}) {
+            const PropertiesRef collection = newProperties(services);
+            collection->Build(text + std::u16string(end), false, true);
+            EXPECT_GT(collection->Count(), 0);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace velmor

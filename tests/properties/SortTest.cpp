@@ -1,0 +1,81 @@
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "properties/Describe.h"
+
+namespace velmor {
+namespace {
+
+using automation::Variant;
+
+// The rule word for word: what stands before what.
+bool sortsAfter(const privProperty& placed, const privProperty& added) {
+    if (placed.Name() != added.Name()) return placed.Name() > added.Name();
+    if (placed.ValueType() != added.ValueType()) return false;
+    if (placed.ValueType() > 15) return true;
+    if (placed.ValueType() == 8) return placed.ValueStr() > added.ValueStr();
+    const bool compared = placed.ValueType() >= 2 && placed.ValueType() != 9 && placed.ValueType() != 10;
+    return compared && placed.ValueDbl() > added.ValueDbl();
+}
+
+std::vector<PropertyRef> literallySorted(const privProperties& collection) {
+    std::vector<PropertyRef> sorted;
+    for (std::int32_t i = 1; i <= collection.Count(); ++i) {
+        const PropertyRef added = collection.Item(i);
+        auto place = sorted.begin();
+        while (place != sorted.end() && !sortsAfter(**place, *added)) ++place;
+        sorted.insert(place, added);
+    }
+    return sorted;
+}
+
+class PropertySorting : public testing::Test {
+protected:
+    platform::MemoryServices services;
+    PropertiesRef collection = newProperties(services);
+};
+
+TEST_F(PropertySorting, ComparesNamesByCharacterCode) {
+    for (const char16_t* name : {u"b", u"B", u"a"}) collection->AddLng(name, 0);
+    collection->Sort();
+    EXPECT_EQ(names(*collection), "B a b");
+    EXPECT_EQ(collection->Item(u"b")->Name(), u"B");  // the key is the first one's
+}
+
+TEST_F(PropertySorting, IsTheInsertionOneByOne) {
+    const unsigned seed = std::random_device{}();
+    SCOPED_TRACE(seed);
+    std::mt19937 random(seed);
+    for (int round = 0; round < 2000; ++round) {
+        collection->RemoveAll();
+        for (auto count = random() % 30; count > 0; --count) {
+            const auto number = static_cast<std::int32_t>(random() % 4);
+            const Variant values[] = {number,
+                                      static_cast<std::int16_t>(number),
+                                      number / 2.0,
+                                      std::numeric_limits<double>::quiet_NaN(),
+                                      automation::Date{static_cast<double>(number)},
+                                      automation::Currency{number},
+                                      number > 1,
+                                      std::u16string(1, static_cast<char16_t>(u'a' + number)),
+                                      static_cast<std::uint8_t>(number),
+                                      automation::Null{},
+                                      automation::ObjectRef(),
+                                      automation::Decimal{0, static_cast<std::uint64_t>(number), 1, false}};
+            const std::u16string name(1, u"aAb"[random() % 3]);
+            const PropertyRef property = collection->Add(name, values[random() % std::size(values)]);
+            if (random() % 16 == 0)
+                property->StrCatValue()->Append(std::u16string(1, static_cast<char16_t>(u'a' + number)));
+        }
+        const std::vector<PropertyRef> expected = literallySorted(*collection);
+        collection->Sort();
+        ASSERT_EQ(static_cast<std::size_t>(collection->Count()), expected.size());
+        for (std::size_t i = 0; i < expected.size(); ++i) {
+            ASSERT_EQ(collection->Item(static_cast<std::int32_t>(i) + 1), expected[i]) << round;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace velmor

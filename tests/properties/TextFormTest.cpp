@@ -1,0 +1,238 @@
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+#include "common/Base64.h"
+#include "properties/Describe.h"
+
+namespace velmor {
+namespace {
+
+using automation::Currency;
+using automation::Date;
+using automation::Decimal;
+using automation::Null;
+using automation::Variant;
+
+constexpr char16_t kAllSubstitutes[] = u"\u00B5\u00B6\u00B7\u00B8\u00B9\u00BA\u00BB\u00BC\u00BD\u00BE\u00BF\":";
+
+class PropertyText : public testing::Test {
+protected:
+    platform::MemoryServices services;
+    PropertiesRef collection = newProperties(services);
+};
+
+TEST_F(PropertyText, WritesEachType) {
+    EXPECT_EQ(collection->Stored(), u"");
+    collection->Add(u"Gone", Null{});
+    collection->AddInt(u"Qty", 12);
+    collection->AddLng(u"Count", -5);
+    collection->AddSng(u"Ratio", 1.5F);
+    collection->AddDbl(u"Total", 2.25);
+    collection->Add(u"Price", Currency{99900});
+    collection->AddDate(u"When", Date{38051 + (14 * 3600 + 7 * 60 + 9) / 86400.0});
+    collection->AddBoolean(u"Ok", true);
+    collection->Add(u"Amount", Decimal{0, 125, 1, false});
+    collection->AddStr(u"Quote", u"He said \"hi\"");
+    collection->Add(u"Empty", Variant());
+    collection->Add(u"Byte", std::uint8_t{7});
+    collection->AddDate(u"Never", Date{1e9});
+    EXPECT_EQ(toUtf8(collection->Stored()),
+              "Gone=NUL:Qty=12%:Count=-5&:Ratio=1.5!:Total=2.25#:Price=9.99$:When=#5 Mar 2004 2:07:09 PM#:"
+              "Ok=True:Amount=!12.5!:Quote=\"He said \"hi\"\":Empty=\"\":Byte=\"7\":Never=1000000000#:");
+}
+
+TEST_F(PropertyText, WritesTextsThatHoldATerminator) {
+    struct Row {
+        const char16_t* value;
+        std::int32_t encoding;
+        std::u16string stored;
+        std::u16string delimited;
+    };
+    const Row rows[] = {
+        {u"a\":b", 0, u"~CE\"\u00B5a\u00B5:b\":", u"~64\"YSI6Yg==\":"},
+        {u"\u00B5\":", 0, u"~CE\"\u00B6\u00B5\u00B6:\":", u"~64\"wrUiOg==\":"},
+        {u"\u03BC\":", 0, u"~CE\"\u00B6\u03BC\u00B6:\":", u"~64\"zrwiOg==\":"},  // mu is the micro sign's twin
+        {kAllSubstitutes, 0, u"~64\"" + base64OfText(kAllSubstitutes) + u"\":",
+         u"~64\"" + base64OfText(kAllSubstitutes) + u"\":"},
+        {u"ab", 8, u"~CE\"\u00B5ab\":", u"~CE\"\u00B5ab\":"},
+        {u"ab", 1, u"~64\"YWI=\":", u"~64\"YWI=\":"},
+        {u"a\u00E9", 2, u"~HX\"61C3A9\":", u"~HX\"61C3A9\":"},
+    };
+    for (const Row& row : rows) {
+        collection->AddStr(u"n", row.value, true)->Encoding(row.encoding);
+        EXPECT_EQ(toUtf8(collection->Stored()), toUtf8(u"n=" + row.stored));
+        EXPECT_EQ(toUtf8(collection->Delimited()), toUtf8(u"n=" + row.delimited));
+    }
+}
+
+TEST_F(PropertyText, WritesChildren) {
+    const PropertyRef property = collection->AddLng(u"n", 1);
+    property->Attributes()->AddLng(u"a", 2);
+    property->Properties()->AddLng(u"p", 3);
+    EXPECT_EQ(toUtf8(collection->Stored()), "n=1&:n=~AT\"-a=2&:\":n=~PR\"-p=3&:\":");
+    // A quote without a colon: plain for attributes, substituted for properties.
+    property->SetAttributesStored(u"a=\"b");
+    property->SetPropertiesStored(u"p=\"q");
+    EXPECT_EQ(toUtf8(collection->Stored()), toUtf8(u"n=1&:n=~AT\"-a=\"b\":n=~PR\"\u00B5p=\u00B5q\":"));
+    property->SetAttributesStored(kAllSubstitutes);
+    property->SetPropertiesStored(u"");
+    EXPECT_EQ(toUtf8(collection->Stored()), toUtf8(u"n=1&:n=~AT\"+" + base64OfText(kAllSubstitutes) + u"\":"));
+}
+
+TEST_F(PropertyText, WritesObjects) {
+    const PropertiesRef inner = newProperties(services);
+    inner->AddStr(u"x", u"a\":b");
+    collection->AddObject(u"Sub", inner);
+    collection->AddObject(u"None", nullptr);
+    services.files.set(u"C:\\logo.bmp", "GIF89a");
+    const automation::ObjectRef picture = services.pictures.load(u"C:\\logo.bmp");
+    ASSERT_NE(picture, nullptr);
+    collection->AddObject(u"Logo", picture);
+    EXPECT_EQ(toUtf8(collection->Stored()),
+              toUtf8(u"Sub=~RO~kvProperties\"" + base64OfText(inner->Delimited()) + u"\":None=Logo="));
+
+    // A tag carries pictures, and they come back.
+    const PropertiesRef tag = newProperties(services);
+    tag->AddLng(u"TAG", 0);
+    tag->AddObject(u"LOGO", picture);
+    const std::u16string text = tag->TagCommand();
+    EXPECT_EQ(toUtf8(text), "TAG>LOGO=~RO~Picture\"R0lGODlh\":");
+    tag->Build(text, false, true);
+    EXPECT_EQ(tag->Item(u"LOGO")->ValueTypeName(), u"Picture");
+    EXPECT_EQ(tag->TagCommand(), text);
+    EXPECT_EQ(services.files.paths().size(), 1U);  // no temporary file is left
+    services.pictures.failSaving = true;
+    EXPECT_EQ(tag->TagCommand(), u"TAG>LOGO=");
+    EXPECT_EQ(services.files.paths().size(), 1U);
+}
+
+TEST_F(PropertyText, WritesTags) {
+    EXPECT_EQ(collection->TagCommand(), u"");
+    collection->Build(u"tag>setproperty:name=value:n=5:b=True:", false, true);
+    EXPECT_EQ(collection->TagCommand(), u"TAG>SETPROPERTY:NAME=\"value\":N=5&:B=True:");
+    collection->AddStr(u"T", u"\":");
+    EXPECT_EQ(toUtf8(collection->TagCommand()),
+              toUtf8(u"TAG>SETPROPERTY:NAME=\"value\":N=5&:B=True:T=~CE\"\u00B5\u00B5:\":"));
+    EXPECT_EQ(collection->Command(), u"TAG>SETPROPERTY:NAME=\"value\":N=5&:B=True:T=~64\"Ijo=\":");
+}
+
+TEST_F(PropertyText, CountsACollectionWithinItselfAsEmpty) {
+    collection->AddLng(u"a", 1);
+    collection->AddObject(u"self", collection);
+    collection->AddLng(u"b", 2)->Attributes()->AddObject(u"up", collection);
+    EXPECT_EQ(toUtf8(collection->Stored()),
+              "a=1&:self=~RO~kvProperties\"\":b=2&:b=~AT\"\xC2\xB5up=~RO~kvProperties\xC2\xB5"
+              "\xC2\xB5:\":");
+    EXPECT_EQ(collection->CountTotal(), 4);
+    collection->Dispose();
+    collection->RemoveAll();
+}
+
+TEST_F(PropertyText, EndsAtDeepNesting) {
+    PropertiesRef inner = collection;
+    for (int i = 0; i < 20000; ++i) {
+        const PropertyRef property = inner->AddLng(u"n", i);
+        inner = property->Properties();
+    }
+    EXPECT_EQ(collection->CountTotal(), privProperties::maximumNesting + 1);
+    EXPECT_FALSE(collection->Stored().empty());
+    EXPECT_GT(collection->SizeStored(), 0);
+    collection->Dispose();
+}
+
+TEST_F(PropertyText, BuildsDeepTextOnlyAsFarAsItIsRead) {
+    std::u16string text;
+    for (int i = 0; i < 5000; ++i) text += u"a=~PR\"-";
+    text += u"a=1\"";
+    collection->Build(text);
+    EXPECT_LE(collection->CountTotal(), privProperties::maximumNesting + 1);
+}
+
+// Random collections: what is written is read back equal, in either form.
+class RandomCollection {
+public:
+    RandomCollection(platform::Services& services, unsigned seed) : services_(services), random_(seed) {}
+
+    PropertiesRef make(int depth) {
+        const PropertiesRef made = newProperties(services_);
+        for (int i = pick(6); i > 0; --i) {
+            const PropertyRef property = add(*made, depth);
+            if (depth > 0 && pick(4) == 0) fill(*property->Attributes(), *make(depth - 1));
+            if (depth > 0 && pick(4) == 0) fill(*property->Properties(), *make(depth - 1));
+        }
+        return made;
+    }
+
+private:
+    int pick(int count) { return static_cast<int>(random_() % static_cast<unsigned>(count)); }
+
+    static void fill(privProperties& target, const privProperties& source) { target.Build(source.Stored()); }
+
+    std::u16string name() {
+        static const std::u16string_view kNames[] = {
+            u"a", u"B", u"Name", u"x y", u"\u00C9t\u00E9", u"a!", u"long name of an entry"};
+        return std::u16string(kNames[pick(7)]);
+    }
+
+    std::u16string text() {
+        static const std::u16string_view kPieces[] = {u"a", u"\"",   u":", u"=",      u"~64\"", u"\u00B5", u"\u00B6",
+                                                      u"#", u"\r\n", u"5", u"\xD800", u"<KV:",  u"\u20AC"};
+        std::u16string made;
+        for (int i = pick(8); i > 0; --i) made += kPieces[pick(13)];
+        return made;
+    }
+
+    PropertyRef add(privProperties& to, int depth) {
+        switch (pick(depth > 0 ? 13 : 12)) {
+            case 0:
+                return to.Add(name(), Null{});
+            case 1:
+                return to.AddInt(name(), static_cast<std::int16_t>(random_()));
+            case 2:
+                return to.AddLng(name(), static_cast<std::int32_t>(random_()));
+            case 3:
+                return to.AddSng(name(), static_cast<float>(pick(20000) - 10000) / 16);
+            case 4:
+                return to.AddDbl(name(), (pick(2000000) - 1000000) / 64.0);
+            case 5:
+                return to.Add(name(), Currency{static_cast<std::int64_t>(random_()) - 2000000000});
+            case 6:
+                return to.AddDate(name(), Date{pick(2958465 + 657434) - 657434 + pick(24) / 24.0});
+            case 7:
+                return to.AddBoolean(name(), pick(2) == 0);
+            case 8:
+                return to.Add(name(), Decimal{0, random_(), static_cast<std::uint8_t>(pick(9)), pick(2) == 0});
+            case 12:
+                return to.AddObject(name(), make(depth - 1));
+            default:
+                break;
+        }
+        const PropertyRef property = to.AddStr(name(), text());
+        // Without an encoding, a text with a terminator is written in one, which is read back.
+        static constexpr std::int32_t kEncodings[] = {1, 2, 4, 8, 0};
+        const bool free = property->ValueNotIn(u"\":");
+        property->Encoding(property->ValueNotIn(u"\"") || free ? kEncodings[pick(5)] : kEncodings[pick(4)]);
+        return property;
+    }
+
+    platform::Services& services_;
+    std::mt19937 random_;
+};
+
+TEST_F(PropertyText, IsReadBackEqual) {
+    const unsigned seed = std::random_device{}();
+    SCOPED_TRACE(seed);
+    for (unsigned i = 0; i < 3000; ++i) {
+        const PropertiesRef original = RandomCollection(services, seed + i).make(2);
+        for (const std::u16string& text : {original->Stored(), original->Delimited()}) {
+            collection->Build(text);
+            ASSERT_EQ(describe(*collection), describe(*original)) << toUtf8(text);
+            ASSERT_EQ(collection->Stored(), original->Stored());
+        }
+    }
+}
+
+}  // namespace
+}  // namespace velmor
