@@ -50,13 +50,14 @@ void GapText::append(std::u16string_view text) {
     }
 }
 
-void GapText::insert(std::size_t index, std::u16string_view text) {
+void GapText::replace(std::size_t index, std::size_t count, std::u16string_view text) {
     if (index == size()) return append(text);
-    if (isOurs(text)) return insert(index, std::u16string(text));
+    if (isOurs(text)) return replace(index, count, std::u16string(text));
     moveGap(index);
-    if (gap() < text.size()) openGap(text.size());
+    if (gap() + count < text.size()) openGap(text.size());
     Traits::copy(store_.data() + split_, text.data(), text.size());
     split_ += text.size();
+    resume_ += count;
 }
 
 void GapText::erase(std::size_t index, std::size_t count) noexcept {

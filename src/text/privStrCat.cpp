@@ -10,8 +10,6 @@ namespace velmor {
 
 namespace {
 
-constexpr std::size_t keptBufferBytes = 5000;
-
 // Members that never raise leave the builder as it was when memory runs out.
 template <typename Step>
 void unlessMemoryRunsOut(Step step) noexcept {
@@ -32,6 +30,7 @@ privStrCat& privStrCat::operator=(privStrCat&& other) noexcept {
 void privStrCat::swap(privStrCat& other) noexcept {
     std::swap(content_, other.content_);
     std::swap(tail_, other.tail_);
+    std::swap(capacity_, other.capacity_);
     std::swap(growthRate_, other.growthRate_);
 }
 
@@ -39,70 +38,57 @@ void privStrCat::swap(privStrCat& other) noexcept {
 
 // The blanks by which the buffer grows for `added` characters; 0 when they fit.
 std::size_t privStrCat::blanksFor(std::size_t lengthBefore, std::size_t added) const {
-    const std::size_t capacity = content_.size() + tail_.size();
     if (added > maximumLength) throw std::bad_alloc();
-    if (lengthBefore + added <= capacity) return 0;
+    if (lengthBefore + added <= capacity_) return 0;
     const std::size_t blanks = std::max(added, static_cast<std::size_t>(growthRate_));
-    if (capacity + blanks > maximumLength) throw std::bad_alloc();
+    if (capacity_ + blanks > maximumLength) throw std::bad_alloc();
     return blanks;
 }
 
-void privStrCat::insertUnits(std::size_t index, std::u16string_view text) {
-    if (text.empty()) return;
-    const std::size_t blanks = blanksFor(content_.size(), text.size());
-    content_.insert(index, text);
-    tail_.addBlanks(blanks);
-    tail_.drop(text.size());
-}
-
-// The places that the content leaves keep the last characters that it had.
-void privStrCat::eraseUnits(std::size_t index, std::size_t count) {
-    keepLast(count);
-    content_.erase(index, count);
-}
-
-// eraseUnits, then insertUnits; all or nothing.
+// Removes, then inserts: what the tail keeps of the one, it loses to the other. All or nothing.
 void privStrCat::replaceUnits(std::size_t index, std::size_t count, std::u16string_view text) {
-    const std::size_t blanks = text.empty() ? 0 : blanksFor(content_.size() - count, text.size());
-    const std::u16string copy(text);  // it may be part of what goes
-    const std::u16string removed = content_.copy(index, count);
-    eraseUnits(index, count);
+    if (text.empty()) return eraseUnits(index, count);
+    const std::size_t rest = content_.size() - index - count;
+    const std::size_t blanks = blanksFor(content_.size() - count, text.size());
+    tail_.keepLast(content_, count, rest);
     try {
-        content_.insert(index, copy);
+        content_.replace(index, count, text);
     } catch (const std::bad_alloc&) {
-        content_.insert(index, removed);  // into the gap that they left
         tail_.drop(count);
         throw;
     }
-    tail_.addBlanks(blanks);
-    tail_.drop(copy.size());
+    capacity_ += blanks;
+    tail_.contentChanged(rest);
+    tail_.drop(text.size());
 }
 
-void privStrCat::keepLast(std::size_t count) {
-    const auto [left, right] = content_.range(content_.size() - count, count);
-    tail_.prepend(right);
-    tail_.prepend(left);
+void privStrCat::eraseUnits(std::size_t index, std::size_t count) {
+    tail_.keepLast(content_, count, content_.size() - index - count);
+    content_.erase(index, count);
 }
 
-bool privStrCat::isLarge() const noexcept {
-    return (content_.size() + tail_.size()) * sizeof(char16_t) > keptBufferBytes;
+void privStrCat::overwriteUnits(std::size_t index, std::u16string_view text) {
+    content_.overwrite(index, text);
+    tail_.contentChanged(content_.size() - index - text.size());
 }
 
 void privStrCat::release() noexcept {
     content_ = GapText();
     tail_.clear();
+    capacity_ = 0;
 }
 
+// Part of content and tail. index <= content_.size().
 std::u16string privStrCat::bufferCopy(std::size_t index, std::size_t count) const {
-    std::u16string text(count, u' ');
-    const std::size_t inContent = index < content_.size() ? std::min(count, content_.size() - index) : 0;
+    std::u16string text(count, u'\0');
+    const std::size_t inContent = std::min(count, content_.size() - index);
     content_.copyTo(index, inContent, text.data());
-    for (std::size_t i = inContent; i < count; ++i) text[i] = tail_[index + i - content_.size()];
+    tail_.copyTo(count - inContent, text.data() + inContent);
     return text;
 }
 
 std::u16string privStrCat::spareTail() const {
-    return bufferCopy(content_.size(), tail_.size());
+    return bufferCopy(content_.size(), capacity_ - content_.size());
 }
 
 // ---- Building
@@ -117,7 +103,8 @@ void privStrCat::AppendVal(std::u16string psString) noexcept {
         const std::size_t added = psString.size();
         const std::size_t blanks = blanksFor(0, added);
         content_.adopt(std::move(psString));
-        tail_.addBlanks(blanks);
+        capacity_ += blanks;
+        tail_.contentChanged(0);
         tail_.drop(added);
     });
 }
@@ -233,8 +220,7 @@ std::u16string privStrCat::MidStr(std::int32_t plStart, std::int32_t plLength) c
     if (plStart < 1 || plStart >= Length()) return {};
     const std::size_t count = rangeCount(plStart, plLength);
     const bool whole = plStart == 1 && count == content_.size();
-    return reportingErrors(
-        [&] { return whole ? bufferCopy(0, content_.size() + tail_.size()) : content_.copy(toIndex(plStart), count); });
+    return reportingErrors([&] { return whole ? bufferCopy(0, capacity_) : content_.copy(toIndex(plStart), count); });
 }
 
 }  // namespace velmor

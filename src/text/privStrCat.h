@@ -43,9 +43,9 @@ public:
     // ---- Building. Nothing from here to DumpVal raises; what cannot be done is left undone.
 
     void Append(std::u16string_view psString) noexcept {
-        if (tail_.isBlank() && psString.size() <= tail_.size() && psString.size() <= content_.roomAtEnd()) {
+        if (tail_.isIdle() && psString.size() <= capacity_ - content_.size() &&
+            psString.size() <= content_.roomAtEnd()) {
             content_.appendInRoom(psString);
-            tail_.dropBlanks(psString.size());
         } else {
             appendGrowing(psString);
         }
@@ -70,7 +70,7 @@ public:
     std::int32_t GrowthRate() const noexcept { return growthRate_; }
     // Clamped to 255..16392.
     void GrowthRate(std::int32_t plGrowthRate) noexcept;
-    std::int32_t BufferLength() const noexcept { return static_cast<std::int32_t>(content_.size() + tail_.size()); }
+    std::int32_t BufferLength() const noexcept { return static_cast<std::int32_t>(capacity_); }
     std::int32_t Length() const noexcept { return static_cast<std::int32_t>(content_.size()); }
 
     // ---- Searching.
@@ -83,7 +83,7 @@ public:
     // -1, or anything beyond the content, means all of it. 0 when there is none, or plStart is
     // below 1 otherwise. An empty psFind is found at plStart.
     std::int32_t FindReverse(std::u16string_view psFind, std::int32_t plStart = -1, bool pbBinaryCompare = true) const;
-    // Position of the first unit at or after plStart that occurs in psContains.
+    // Position of the first unit at or after plStart that occurs in psContains. Costs the distance.
     std::int32_t FindContains(std::u16string_view psContains, std::int32_t plStart = 1,
                               bool pbBinaryCompare = true) const;
     // Number of hits that begin in plStartPosition..plEndPosition (0: the end), overlapping ones
@@ -176,19 +176,23 @@ public:
     std::u16string spareTail() const;
 
 private:
+    static constexpr std::size_t keptBufferBytes = 5000;
+
     void appendGrowing(std::u16string_view text) noexcept;
     std::size_t blanksFor(std::size_t lengthBefore, std::size_t added) const;
-    void insertUnits(std::size_t index, std::u16string_view text);
-    void eraseUnits(std::size_t index, std::size_t count);
     void replaceUnits(std::size_t index, std::size_t count, std::u16string_view text);
-    void keepLast(std::size_t count);
-    bool isLarge() const noexcept;
+    void insertUnits(std::size_t index, std::u16string_view text) { replaceUnits(index, 0, text); }
+    void eraseUnits(std::size_t index, std::size_t count);
+    void overwriteUnits(std::size_t index, std::u16string_view text);
+    bool isLarge() const noexcept { return capacity_ * sizeof(char16_t) > keptBufferBytes; }
     void release() noexcept;
 
     // 0-based; nothing when there is none.
     std::size_t findFrom(std::u16string_view sought, std::size_t start, Comparison comparison) const;
     std::size_t findAcross(std::u16string_view sought, std::size_t start, std::size_t end, Comparison comparison) const;
     std::u16string bufferCopy(std::size_t index, std::size_t count) const;
+    std::int32_t replaceAll(const std::u16string& sought, const std::u16string& replacement, std::int32_t start,
+                            std::int32_t limit, bool binary);
     std::size_t trimmableFromLeft(std::u16string_view characters) const noexcept;
     std::size_t trimmableFromRight(std::u16string_view characters) const noexcept;
     std::size_t rangeCount(std::int32_t plStart, std::int32_t plLength) const;
@@ -197,6 +201,7 @@ private:
 
     mutable GapText content_;  // closing the gap changes no text
     SpareTail tail_;
+    std::size_t capacity_ = 0;  // content_.size() + tail_.size() <= capacity_ <= maximumLength; the rest is blank
     std::int32_t growthRate_ = 512;
 };
 

@@ -23,11 +23,7 @@ std::int32_t privStrCat::InsertTagResult(ResultSource& poTag, std::int32_t plPos
     if (result.size() > width) result.resize(width);
     if (result.size() < width) {
         // The rest of the width keeps what stood there when the content moved right.
-        const std::size_t from = toIndex(plPosition) + result.size();
-        const std::size_t missing = width - result.size();
-        const std::size_t held = content_.size() + tail_.size();
-        result += bufferCopy(from, from < held ? std::min(missing, held - from) : 0);
-        result.resize(width, u' ');
+        result += bufferCopy(toIndex(plPosition), width).substr(result.size());
     }
     return Insert(result, plPosition);
 }
@@ -49,24 +45,31 @@ std::int32_t privStrCat::RemoveFromTo(std::int32_t plPositionFrom, std::int32_t 
 
 std::int32_t privStrCat::Replace(std::u16string_view psFind, std::u16string_view psReplace, std::int32_t& plStart,
                                  std::int32_t& plCount, bool pbBinaryCompare) {
-    std::int32_t next = plStart;
+    const std::int32_t first = plStart;
     plStart = 0;
     if (psFind.empty()) return 0;
-    const std::size_t found = psFind.size();
-    const std::size_t shared = std::min(found, psReplace.size());
+    return reportingErrors([&] {
+        // Copies, for they may be part of what changes.
+        return replaceAll(std::u16string(psFind), std::u16string(psReplace), first, plCount, pbBinaryCompare);
+    });
+}
+
+std::int32_t privStrCat::replaceAll(const std::u16string& sought, const std::u16string& replacement, std::int32_t start,
+                                    std::int32_t limit, bool binary) {
+    const std::size_t shared = std::min(sought.size(), replacement.size());
     std::int32_t count = 0;
-    while (next > 0) {
-        const std::int32_t hit = Find(psFind, next, pbBinaryCompare);
-        if (hit == 0 || toSize(hit) + found >= content_.size()) break;
-        if (found < psReplace.size()) {
-            reportingErrors([&] { replaceUnits(toIndex(hit), found, psReplace); });
+    while (start > 0) {
+        const std::int32_t hit = Find(sought, start, binary);
+        if (hit == 0 || toSize(hit) + sought.size() >= content_.size()) break;
+        if (sought.size() < replacement.size()) {
+            replaceUnits(toIndex(hit), sought.size(), replacement);
             ++count;
-            if (plCount >= 0 && count >= plCount) break;
+            if (limit >= 0 && count >= limit) break;
         } else {
-            content_.overwrite(toIndex(hit), psReplace);
-            if (found > shared) reportingErrors([&] { eraseUnits(toIndex(hit) + shared, found - shared); });
+            overwriteUnits(toIndex(hit), replacement);
+            eraseUnits(toIndex(hit) + shared, sought.size() - shared);
         }
-        next = hit + static_cast<std::int32_t>(psReplace.size());
+        start = hit + static_cast<std::int32_t>(replacement.size());
     }
     return count;
 }
@@ -75,7 +78,7 @@ void privStrCat::ModifyMidStr(std::int32_t plPosition, std::u16string_view psStr
     const std::int64_t end = std::int64_t{plPosition} + static_cast<std::int64_t>(psString.size());
     if (checked(end) < Length()) {
         requireArgument(plPosition >= 1);
-        reportingErrors([&] { content_.overwrite(toIndex(plPosition), psString); });
+        reportingErrors([&] { overwriteUnits(toIndex(plPosition), psString); });
     } else if (plPosition > 0 && plPosition < Length()) {
         const std::size_t index = toIndex(plPosition);
         const std::size_t count = std::min(psString.size(), content_.size() - index);
@@ -149,7 +152,11 @@ void privStrCat::modifyCase(std::int32_t plStart, std::int32_t plLength, Map map
     if (plStart < 1 || plStart >= Length()) return;
     const std::size_t count = rangeCount(plStart, plLength);
     content_.transform(toIndex(plStart), count, map);
-    if (count == content_.size()) tail_.transform(map);
+    if (count == content_.size()) {
+        tail_.transform(map);
+    } else {
+        tail_.contentChanged(content_.size() - toIndex(plStart) - count);
+    }
 }
 
 void privStrCat::ModifyUCaseStr(std::int32_t plStart, std::int32_t plLength) {

@@ -61,6 +61,7 @@ std::int32_t privStrCat::LoadFromFile(std::u16string_view psFileName) noexcept {
     if (std::optional<std::u16string> text = readFileOrNothing(psFileName)) {
         content_.adopt(std::move(*text));
         tail_.clear();
+        capacity_ = content_.size();
     }
     return Length();
 }

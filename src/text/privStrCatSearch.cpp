@@ -27,7 +27,7 @@ std::int32_t toPosition(std::size_t index) noexcept {
 std::size_t privStrCat::findAcross(std::u16string_view sought, std::size_t start, std::size_t end,
                                    Comparison comparison) const {
     if (start >= end) return npos;
-    const std::size_t reach = std::min(end - 1 + sought.size(), content_.size() + tail_.size());
+    const std::size_t reach = std::min(end - 1 + sought.size(), capacity_);
     const std::u16string seam = bufferCopy(start, reach - start);
     const std::size_t hit = findText(seam, sought, 0, comparison);
     return hit == npos ? npos : start + hit;
@@ -55,7 +55,7 @@ std::int32_t privStrCat::Find(std::u16string_view psFind, std::int32_t plStart, 
     if (plStart > Length()) return 0;
     requireArgument(plStart >= 1);
     if (psFind.empty()) return plStart;
-    if (psFind.size() > content_.size() + tail_.size()) return 0;
+    if (psFind.size() > capacity_) return 0;
     return reportingErrors(
         [&] { return toPosition(findFrom(psFind, toIndex(plStart), comparisonOf(pbBinaryCompare))); });
 }
@@ -80,23 +80,34 @@ std::int32_t privStrCat::FindReverse(std::u16string_view psFind, std::int32_t pl
 
 std::int32_t privStrCat::FindContains(std::u16string_view psContains, std::int32_t plStart,
                                       bool pbBinaryCompare) const {
-    std::int32_t nearest = 0;
-    for (const char16_t& unit : psContains) {
-        const std::int32_t hit = Find(std::u16string_view(&unit, 1), plStart, pbBinaryCompare);
-        if (hit != 0 && (nearest == 0 || hit < nearest)) nearest = hit;
+    if (psContains.empty() || plStart > Length()) return 0;
+    requireArgument(plStart >= 1);
+    const auto isSought = [&](char16_t unit) {
+        const auto equals = [&](char16_t other) {
+            return unit == other || (!pbBinaryCompare && foldUnit(unit) == foldUnit(other));
+        };
+        return std::any_of(psContains.begin(), psContains.end(), equals);
+    };
+    std::int32_t position = plStart;
+    for (const std::u16string_view part : content_.range(toIndex(plStart), content_.size() - toIndex(plStart))) {
+        for (const char16_t unit : part) {
+            if (isSought(unit)) return position;
+            ++position;
+        }
     }
-    return nearest;
+    return 0;
 }
 
 std::int32_t privStrCat::FindCount(std::u16string_view psFind, std::int32_t plStartPosition, std::int32_t plEndPosition,
                                    bool pbBinaryCompare, bool pbIsRTFtag) const {
     const std::int32_t end = plEndPosition == 0 ? Length() : plEndPosition;
+    const std::u16string sought = reportingErrors([&] { return std::u16string(psFind); });  // before the gap moves
     EscapeScan escapes(pbIsRTFtag ? contiguous() : std::u16string_view());
     std::int32_t count = 0;
-    std::int32_t hit = Find(psFind, plStartPosition, pbBinaryCompare);
+    std::int32_t hit = Find(sought, plStartPosition, pbBinaryCompare);
     while (hit != 0 && hit <= end) {
         if (!pbIsRTFtag || !escapes.isEscaped(toIndex(hit))) ++count;
-        hit = Find(psFind, hit + 1, pbBinaryCompare);
+        hit = Find(sought, hit + 1, pbBinaryCompare);
     }
     return count;
 }
@@ -104,9 +115,10 @@ std::int32_t privStrCat::FindCount(std::u16string_view psFind, std::int32_t plSt
 std::int32_t privStrCat::WordCount() const noexcept {
     if (BufferLength() == 0) return 0;
     const std::size_t units = content_.size() == 0 ? 1 : (content_.size() + 1) / 2;
-    const auto bufferUnit = [&](std::size_t index) -> char16_t {
-        if (index < content_.size()) return content_[index];
-        return index - content_.size() < tail_.size() ? tail_[index - content_.size()] : u'\0';
+    char16_t behind[2] = {u'\0', u'\0'};  // U+0000 where nothing is: not a word character
+    tail_.copyTo(std::min<std::size_t>(2, capacity_ - content_.size()), behind);
+    const auto bufferUnit = [&](std::size_t index) {
+        return index < content_.size() ? content_[index] : behind[index - content_.size()];
     };
     std::int32_t words = 0;
     bool inWord = false;
@@ -132,18 +144,21 @@ void privStrCat::FindBraceGroupEnd(std::int32_t plStart, std::u16string_view psF
     plGroupEnd = 0;
     plGroupStart = Find(psFind, plStart, false);
     if (plGroupStart == 0) return;
-    const std::int32_t limit = plLimit == 0 ? Length() : std::min(plLimit, Length());
+    const std::int32_t limit = std::clamp(plLimit == 0 ? Length() : plLimit, plGroupStart, Length());
     std::int32_t depth = 1;
     std::int32_t position = plGroupStart;
-    bool behindBackslash = unitAt(position) == u'\\';
-    while (++position <= limit) {
-        const char16_t unit = content_[toIndex(position)];
-        if (!behindBackslash && unit == u'{') ++depth;
-        if (!behindBackslash && unit == u'}' && --depth == 0) {
-            plGroupEnd = position;
-            return;
+    char16_t before = unitAt(position);
+    for (const std::u16string_view part : content_.range(toSize(position), toSize(limit - position))) {
+        for (const char16_t unit : part) {
+            ++position;
+            const bool counts = before != u'\\';
+            before = unit;
+            if (counts && unit == u'{') ++depth;
+            if (counts && unit == u'}' && --depth == 0) {
+                plGroupEnd = position;
+                return;
+            }
         }
-        behindBackslash = unit == u'\\';
     }
 }
 
@@ -155,12 +170,12 @@ void privStrCat::ScanBraceGroupEnd(std::int32_t plStart, std::u16string_view psF
 void privStrCat::FindBraceGroupStart(std::int32_t plPosition, std::int32_t& plGroupStart) const noexcept {
     plGroupStart = 0;
     if (unitAt(plPosition) != u'}') return;
-    std::int32_t depth = 0;
-    for (std::int32_t position = plPosition; position >= 1; --position) {
-        const char16_t unit = unitAt(position);
+    std::size_t depth = 0;
+    for (std::size_t index = toSize(plPosition); index-- > 0;) {
+        const char16_t unit = content_[index];
         if (unit == u'}') ++depth;
         if (unit == u'{' && --depth == 0) {
-            plGroupStart = position;
+            plGroupStart = toPosition(index);
             return;
         }
     }

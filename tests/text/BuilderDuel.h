@@ -28,9 +28,12 @@ public:
     }
     std::u16string text() {
         const std::uint8_t kind = byte();
-        const std::size_t length = kind < 200 ? kind % 6 : kind < 250 ? kind % 40 : 700 + kind;
+        const std::size_t length = kind < 200 ? kind % 6 : kind < 250 ? kind % 40 : kind < 255 ? 700 + kind : 6000;
         std::u16string text;
-        for (std::size_t i = 0; i < length; ++i) text += alphabet[byte() % alphabet.size()];
+        unsigned unit = byte();
+        for (std::size_t i = 0; i < length; ++i, unit = i < 40 ? byte() : unit * 5 + 1) {
+            text += alphabet[unit % alphabet.size()];
+        }
         return text;
     }
 
@@ -44,6 +47,20 @@ private:
     const std::uint8_t* end_;
 };
 
+// A tag's result whose builder is of another length, as it should not be.
+struct FixedResult : ResultSource {
+    FixedResult(std::u16string builderText, std::u16string resultText)
+        : width(std::move(builderText)), text(std::move(resultText)) {
+        builder.Append(width);
+    }
+    const privStrCat& resultBuilder() override { return builder; }
+    std::u16string result() override { return text; }
+
+    std::u16string width;
+    std::u16string text;
+    privStrCat builder;
+};
+
 // Holds privStrCat against LiteralBuilder over a sequence of calls that bytes stand for.
 class BuilderDuel {
 public:
@@ -52,7 +69,7 @@ public:
     // What differed first, with the calls that led there; empty when nothing did.
     std::string run() {
         while (!in_.empty() && fault_.empty()) {
-            step(in_.byte() % 34);
+            step(in_.byte() % 36);
             compareState();
         }
         return fault_;
@@ -77,9 +94,11 @@ private:
     template <typename Fast, typename Slow>
     void both(const std::string& call, Fast fast, Slow slow) {
         calls_ += call + "\n";
-        const std::u16string expected = outcome(slow);
-        const std::u16string got = outcome(fast);
-        if (got != expected) fault_ = calls_ + "gives " + toUtf8(got) + " instead of " + toUtf8(expected);
+        compare("result", outcome(fast), outcome(slow));
+    }
+    void compare(const std::string& what, const std::u16string& got, const std::u16string& expected) {
+        if (got == expected || !fault_.empty()) return;
+        fault_ = calls_ + what + " " + toUtf8(got) + " instead of " + toUtf8(expected);
     }
     template <typename Call>  // call(builder), alike for both
     void same(const std::string& name, Call call) {
@@ -94,11 +113,10 @@ private:
         });
     }
     void compareState() {
-        if (!fault_.empty()) return;
-        same("content", [](auto& builder) { return builder.ReturnVal(); });
-        same("tail", [](auto& builder) { return builder.spareTail(); });
-        same("capacity", [](auto& builder) { return builder.BufferLength(); });
-        calls_.resize(calls_.size() - std::string("content\ntail\ncapacity\n").size() * fault_.empty());
+        compare("content", fast_.ReturnVal(), slow_.ReturnVal());
+        compare("tail", fast_.spareTail(), slow_.spareTail());
+        compare("capacity", show(fast_.BufferLength()), show(slow_.BufferLength()));
+        compare("growth rate", show(fast_.GrowthRate()), show(slow_.GrowthRate()));
     }
 
     static std::string quoted(const std::u16string& text) { return "\"" + toUtf8(text) + "\""; }
@@ -236,6 +254,12 @@ inline void BuilderDuel::step(int operation) {
                 if (x % 3 == 1) b.ModifyTrimRightStr(a);
                 if (x % 3 == 2) b.ModifyTrimStr(a);
             });
+        case 33: {
+            FixedResult source(in_.text(), a);
+            return both(
+                "InsertTagResult" + args(x) + quoted(source.width), [&] { return fast_.InsertTagResult(source, x); },
+                [&] { return slow_.InsertTagResult(static_cast<std::int32_t>(source.width.size()), a, x); });
+        }
         default: {
             const std::int32_t y = number();
             const bool upper = in_.flag();
