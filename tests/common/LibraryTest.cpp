@@ -1,0 +1,56 @@
+#include "common/Library.h"
+
+#include <gtest/gtest.h>
+
+#include "automation/Variant.h"
+#include "platform/MemoryServices.h"
+#include "text/Error.h"
+
+namespace velmor {
+namespace {
+
+using automation::Variant;
+
+class Library : public testing::Test {
+protected:
+    Variant call(std::u16string_view name, std::vector<Variant> arguments = {}) {
+        return library_->invoke(name, automation::InvokeKind::method, arguments);
+    }
+
+    platform::MemoryServices services_;
+    automation::ObjectRef library_ = newLibrary(services_);
+};
+
+TEST_F(Library, AnswersAsHostsAsk) {
+    services_.registry.set(u"SOFTWARE\\Sample", u"Option", u"7");
+    services_.files.set(u"C:\\a.txt", "caf\xe9");
+    const struct {
+        const char16_t* name;
+        std::vector<Variant> arguments;
+        Variant result;
+    } cases[] = {
+        {u"registryvalue", {u"SOFTWARE\\Sample", u"OPTION"}, u"7"},
+        {u"RegistryValue", {u"SOFTWARE\\Sample", u"None", u"1"}, u"1"},
+        {u"ToNumber", {u" 7.5 "}, 7.5},
+        {u"ToNumber", {u"seven"}, 0.0},
+        {u"IsTrue", {u"Yes"}, true},
+        {u"MachineName", {}, u"SRV01"},
+        {u"NewGuid", {}, u"{00000001-0000-4000-8000-000000000000}"},
+        {u"FileExists", {u"C:\\a.txt"}, true},
+        {u"ReadTextFile", {u"C:\\a.txt"}, u"caf\u00e9"},
+        {u"ReadTextFile", {u"C:\\none.txt"}, u""},
+        {u"AppendText", {u"C:\\log", u"line", false}, false},
+        {u"AppendText", {u"C:\\log", u"line"}, true},
+        {u"TemporaryName", {u"~kvp", u".tmp"}, u"C:\\Temp\\~kvp00000002000040008000000000000000.tmp"},
+        {u"FromBase64", {call(u"Base64", {u"\u20ac"})}, u"\u20ac"},
+        {u"Hexadecimal", {u"\u20ac"}, u"E282AC"},
+        {u"Decompress", {call(u"Compress", {u"\u20ac"})}, u"\u20ac"},
+    };
+    for (const auto& row : cases) {
+        EXPECT_TRUE(call(row.name, row.arguments).identical(row.result)) << (&row - cases);
+    }
+    EXPECT_THROW(call(u"FromBase64", {u"!"}), Error);
+}
+
+}  // namespace
+}  // namespace velmor
