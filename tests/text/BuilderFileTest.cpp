@@ -1,0 +1,61 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "text/Encoding.h"
+#include "text/privStrCat.h"
+
+namespace velmor {
+namespace {
+
+class BuilderFile : public testing::Test {
+protected:
+    BuilderFile() : folder_(std::filesystem::path(testing::TempDir()) / "velmor builder \xC3\xA9") {
+        std::filesystem::create_directories(folder_);
+    }
+    ~BuilderFile() override { std::filesystem::remove_all(folder_); }
+
+    std::u16string file(const std::string& name, const std::string& bytes) {
+        std::ofstream(folder_ / name, std::ios::binary) << bytes;
+        return (folder_ / name).u16string();
+    }
+    std::u16string folder() const { return folder_.u16string(); }
+
+private:
+    std::filesystem::path folder_;
+};
+
+TEST_F(BuilderFile, ABytesACharacter) {
+    std::string all;
+    for (int i = 0; i < 100003; ++i) all += static_cast<char>(i % 251);
+    for (const std::string& bytes : {std::string(), std::string("x"), std::string("a\0\x80\xE9\r\n\x1A", 7), all}) {
+        privStrCat builder;
+        builder.GrowthRate(300);
+        builder.Append(u"gone");
+        builder.Remove(1, 1);
+        EXPECT_EQ(builder.LoadFromFile(file("some", bytes)), static_cast<std::int32_t>(bytes.size()));
+        EXPECT_EQ(builder.ReturnVal(), fromAnsi(bytes));
+        EXPECT_EQ(builder.BufferLength(), builder.Length());  // no tail
+        EXPECT_EQ(builder.GrowthRate(), 300);
+        builder.Append(u"+");
+        EXPECT_EQ(builder.LoadFromFileAppend(file("some", bytes)), static_cast<std::int32_t>(bytes.size()));
+        EXPECT_EQ(builder.ReturnVal(), fromAnsi(bytes + "+" + bytes));
+    }
+}
+
+TEST_F(BuilderFile, WhatCannotBeReadLeavesTheBuilderAlone) {
+    const std::u16string existing = file("there", "text");
+    const std::u16string names[] = {u"", folder(), folder() + u"/absent", existing + std::u16string(u"\0x", 2),
+                                    folder() + u"/\xD800"};
+    for (const std::u16string& name : names) {
+        privStrCat builder;
+        builder.Append(u"kept");
+        EXPECT_EQ(builder.LoadFromFile(name), 4) << toUtf8(name);
+        EXPECT_EQ(builder.LoadFromFileAppend(name), 0);
+        EXPECT_EQ(builder.ReturnVal() + builder.spareTail(), u"kept" + std::u16string(508, u' '));
+    }
+}
+
+}  // namespace
+}  // namespace velmor
