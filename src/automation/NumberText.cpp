@@ -125,13 +125,14 @@ void writePlainForm(TextWriter& out, const Digits& digits) {
 template <class Float>
 Digits digitsFor(Float magnitude, int significant) {
     // The shortest digits that give the value back are its rounded digits when there are few
-    // enough of them: every decimal of digits10 places survives the way through a normal number.
-    if (magnitude >= std::numeric_limits<Float>::min()) {
+    // enough of them: a decimal of digits10 places survives the way through a normal number.
+    constexpr int kSafe = std::numeric_limits<Float>::digits10;
+    if (significant <= kSafe && magnitude >= std::numeric_limits<Float>::min()) {
         std::array<char, 64> buffer;
         const auto end =
             std::to_chars(buffer.data(), buffer.data() + buffer.size(), magnitude, std::chars_format::scientific).ptr;
         const Digits shortest = digitsOf({buffer.data(), static_cast<std::size_t>(end - buffer.data())});
-        if (shortest.count <= std::numeric_limits<Float>::digits10) return shortest;
+        if (shortest.count <= kSafe) return shortest;
     }
     return roundedDigits(magnitude, significant);
 }
