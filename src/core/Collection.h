@@ -32,11 +32,15 @@ public:
     std::int32_t Count() const;
     // The value of the property of that name; nothing when there is no such property.
     std::optional<automation::Variant> find(std::u16string_view psName) const;
-    // That value as text ("" when it does not convert).
-    std::optional<std::u16string> findText(std::u16string_view psName) const;
+    // The value of that property, else the default.
+    automation::Variant get(std::u16string_view psName, const automation::Variant& pvDefault) const;
+    std::u16string getText(std::u16string_view psName, const automation::Variant& pvDefault) const;
+    // Appends the text of that property without a copy on the way; false, and nothing appended,
+    // when there is none or the collection is the host's.
+    bool appendText(std::u16string_view psName, std::u16string& target) const;
     bool truth(std::u16string_view psName, bool pbDefault) const;
-    // Adds or replaces.
-    void put(std::u16string_view psName, const automation::Variant& value) const;
+    // Adds or replaces; false when the host's collection refused.
+    bool put(std::u16string_view psName, const automation::Variant& value) const;
     void Dispose() const;
 
     bool operator==(const Collection& other) const noexcept { return own_ == other.own_ && foreign_ == other.foreign_; }

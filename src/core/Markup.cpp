@@ -73,18 +73,22 @@ std::vector<TagSpan> findMarkerPairs(std::u16string_view text) {
     return pairs;
 }
 
-std::vector<TagSpan> findTopLevelTags(std::u16string_view text) {
-    std::vector<TagSpan> pairs = findMarkerPairs(text);
+TopLevelTags findTopLevelTags(std::u16string_view text) {
+    TopLevelTags found{findMarkerPairs(text), TopLevelTags::kNone};
     std::size_t kept = 0;
     std::size_t resume = 0;
-    for (const TagSpan pair : pairs) {
-        if (pair.open < resume) continue;
-        // The same step in both cases, the closing marker's length.
-        resume = (pair.complete() ? pair.close : pair.open) + kClosingMarker.size();
-        if (pair.complete()) pairs[kept++] = pair;
+    bool inTag = false;  // what lies before `resume` belongs to a tag
+    for (const TagSpan pair : found.tags) {
+        if (pair.open >= resume) {
+            inTag = pair.complete();
+            // The same step in both cases, the closing marker's length.
+            resume = (inTag ? pair.close : pair.open) + kClosingMarker.size();
+            if (inTag) found.tags[kept++] = pair;
+        }
+        if (!inTag && found.firstStray == TopLevelTags::kNone) found.firstStray = pair.open;
     }
-    pairs.resize(kept);
-    return pairs;
+    found.tags.resize(kept);
+    return found;
 }
 
 }  // namespace velmor

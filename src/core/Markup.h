@@ -45,10 +45,19 @@ struct TagSpan {
 // pass with a stack: linear for every input. Texts of up to 2^32 - 2 units.
 std::vector<TagSpan> findMarkerPairs(std::u16string_view text);
 
+struct TopLevelTags {
+    static constexpr std::uint32_t kNone = 0xFFFFFFFF;
+
+    std::vector<TagSpan> tags;
+    // The first opening marker that stands in none of the tags: one that is never closed, or was
+    // passed over.
+    std::uint32_t firstStray = kNone;
+};
+
 // The top-level tags: what a search from left to right meets that goes on behind each tag found.
 // Behind an opening marker that is never closed the search goes on 5 units after that marker's
 // start, so a marker that follows it at once is passed over (and with it the tag that begins
 // there). Linear for every input.
-std::vector<TagSpan> findTopLevelTags(std::u16string_view text);
+TopLevelTags findTopLevelTags(std::u16string_view text);
 
 }  // namespace velmor

@@ -1,11 +1,15 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "automation/Object.h"
 #include "core/Collection.h"
 
 namespace velmor {
+
+// Texts that tags share with their tag lists.
+using TextRef = std::shared_ptr<const std::u16string>;
 
 // What a tag hands down to its child tags: references to the same collections and objects, and
 // the protection flag as it stood when they were copied.
@@ -17,5 +21,9 @@ struct TagContext {
     automation::ObjectRef database;
     bool protectRtf = false;
 };
+
+using ContextRef = std::shared_ptr<const TagContext>;
+
+inline constexpr std::u16string_view kRtfStart = u"{\\rtf1";
 
 }  // namespace velmor

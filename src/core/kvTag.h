@@ -14,9 +14,11 @@
 
 namespace velmor {
 
+class Evaluation;
 class kvTags;
 class privProperties;
 class privStrCat;
+struct HandlerAddress;
 
 // One template or one tag under evaluation.
 //
@@ -110,7 +112,7 @@ public:
 
     // --- for the engine's other rooms ---
 
-    // A tag made by another tag: it writes no line of its own for a whole template.
+    // True for a tag made by another tag.
     bool isChild() const;
     // The internal collection that PRIVVAR and PRIVSTRCATDUMP read; created on first use.
     std::shared_ptr<privProperties> privateVariables();
@@ -119,8 +121,42 @@ public:
 
 private:
     friend class TagList;
-    struct State;
-    std::unique_ptr<State> state_;
+
+    void becomeChild(std::shared_ptr<const TagContext> context);
+    void adoptOutcome(TextRef value, std::shared_ptr<kvTags> tags, TextRef result);
+    // Lets go what it shares with its parent, its own tags first.
+    void releaseShared();
+
+    TagContext& ownContext();                           // for changes: a copy when others hold the same one
+    std::shared_ptr<const TagContext> sharedContext();  // for children: every collection is there
+    const std::shared_ptr<privProperties>& ensure(std::shared_ptr<privProperties> TagContext::*member);
+    const Collection& ensure(Collection TagContext::*member);
+    std::u16string processed(std::u16string text);
+
+    void evaluate();
+    void evaluateValue();
+    void dispatch();
+    void answerByHandler(const HandlerAddress& address);
+    void answerWithoutHandler(const HandlerAddress& address, std::u16string_view messageProperty,
+                              std::u16string_view defaultMessage, std::u16string_view error);
+    void takeAnswer(std::u16string value);
+    void becomeEmpty();
+    void logFailure(std::u16string_view handler);
+
+    platform::Services& services_;
+    std::u16string name_;
+    TextRef value_;
+    std::shared_ptr<kvTags> tags_;
+    std::shared_ptr<TagContext> context_;
+    std::shared_ptr<privProperties> elements_;
+    TextRef result_;
+    std::unique_ptr<privStrCat> resultBuilder_;
+    const Evaluation* evaluation_ = nullptr;  // while it runs
+    std::uint32_t changes_ = 0;               // of name and value
+    bool tagsBuilt_ = false;
+    bool resultGenerated_ = false;
+    bool answering_ = false;  // the evaluation of this tag is running
+    bool isChild_ = false;
 };
 
 }  // namespace velmor

@@ -4,7 +4,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "automation/Object.h"
 #include "automation/Variant.h"
@@ -12,6 +11,7 @@
 namespace velmor {
 
 class kvTag;
+class TagEnumerator;
 class TagList;
 
 // The top-level tags of one value, in order of appearance, from 1. Parents own their children; a
@@ -22,12 +22,12 @@ public:
     explicit kvTags(std::unique_ptr<TagList> tags);
     ~kvTags() override;
 
-    // By 1-based index (a number, or text that is one). Null when there is none; never raises.
+    // By 1-based index; a text is a key, and no tag has one. Null when there is none; never raises.
     std::shared_ptr<kvTag> Item(const automation::Variant& vntIndexKey);
     std::shared_ptr<kvTag> Item(std::int32_t index);
     std::int32_t Count() const;
-    // The tags as they are now, for an enumerator.
-    std::vector<std::shared_ptr<kvTag>> NewEnum();
+    // What a host's "For Each" steps through.
+    std::shared_ptr<TagEnumerator> NewEnum();
 
     // Breaks the references from the tags to what they share with their parent, innermost last,
     // and empties the collection. The shared collections themselves stay as they are.
@@ -42,6 +42,25 @@ public:
 
 private:
     std::unique_ptr<TagList> tags_;
+};
+
+class TagEnumerator final : public automation::Object {
+public:
+    explicit TagEnumerator(std::shared_ptr<kvTags> tags) : tags_(std::move(tags)) {}
+
+    std::shared_ptr<kvTag> next();   // null at the end
+    bool skip(std::uint32_t count);  // false when fewer were left; then it stands at the end
+    void reset() noexcept { position_ = 0; }
+    std::shared_ptr<TagEnumerator> clone() const;  // at the same place
+
+    // Late-bound: Next (Nothing at the end), Skip, Reset, Clone.
+    automation::Variant invoke(std::u16string_view name, automation::InvokeKind kind,
+                               std::span<automation::Variant> arguments) override;
+    std::u16string typeName() const override { return u"TagEnumerator"; }
+
+private:
+    std::shared_ptr<kvTags> tags_;
+    std::int32_t position_ = 0;  // tags already met
 };
 
 }  // namespace velmor

@@ -11,13 +11,13 @@ char16_t fold(char16_t unit) {
     return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 32) : unit;
 }
 
-bool replaceFirst(std::u16string& text, const std::u16string& name, const Answer& answer) {
-    const std::u16string sought = u"<KV:" + name + u"</KV>";
+bool replaceFirst(std::u16string& text, const std::u16string& sought, const std::u16string& name, bool protect,
+                  const Answer& answer) {
     const std::size_t position = findPlace(text, sought, 1);
     if (position == 0) return false;
     text.erase(position - 1, sought.size());
-    const std::u16string storedName = name.ends_with(u':') ? name : name + u":";
-    text.insert(position - 1, evaluate(answer(storedName), answer));
+    const std::u16string value = answer(name, protect);
+    text.insert(position - 1, evaluate(value, protect, answer));
     return true;
 }
 
@@ -70,11 +70,13 @@ std::u16string storedName(const std::u16string& text, const Tag& tag) {
     return name;
 }
 
-std::u16string evaluate(const std::u16string& value, const Answer& answer) {
+std::u16string evaluate(const std::u16string& value, bool protect, const Answer& answer) {
     std::u16string text = value;
     for (const Tag& tag : topLevelTags(value)) {
         const std::u16string name = storedName(value, tag);
-        if (!replaceFirst(text, name, answer)) replaceFirst(text, name.substr(0, name.size() - 1), answer);
+        if (replaceFirst(text, u"<KV:" + name + u"</KV>", name, protect, answer)) continue;
+        const std::u16string shorter = name.substr(0, name.size() - 1);
+        replaceFirst(text, u"<KV:" + shorter + u"</KV>", name, protect, answer);
     }
     return text;
 }

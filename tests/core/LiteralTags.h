@@ -25,10 +25,11 @@ std::vector<Tag> topLevelTags(const std::u16string& text);
 // A tag's name, with the ":" that a stored name always ends in.
 std::u16string storedName(const std::u16string& text, const Tag& tag);
 
-// Answers one tag by its stored name: the tag's value, not yet scanned for tags.
-using Answer = std::function<std::u16string(const std::u16string& name)>;
+// Answers one tag by its stored name: the tag's value as it is inserted, not yet scanned for tags.
+// `protect` is the parent's protection on entry and the tag's own on return.
+using Answer = std::function<std::u16string(const std::u16string& name, bool& protect)>;
 
 // The evaluation loop. `answer` is asked in the loop's order.
-std::u16string evaluate(const std::u16string& value, const Answer& answer);
+std::u16string evaluate(const std::u16string& value, bool protect, const Answer& answer);
 
 }  // namespace velmor::literal

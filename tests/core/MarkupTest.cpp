@@ -12,7 +12,7 @@ namespace {
 
 std::vector<literal::Tag> fastTags(const std::u16string& text) {
     std::vector<literal::Tag> tags;
-    for (const TagSpan span : findTopLevelTags(text)) tags.push_back({span.open + 1u, span.close + 1u});
+    for (const TagSpan span : findTopLevelTags(text).tags) tags.push_back({span.open + 1u, span.close + 1u});
     return tags;
 }
 
@@ -80,8 +80,9 @@ TEST(Markup, StaysLinearOnUnclosedAndNestedMarkers) {
         open += u"<KV:";
         close += u"</KV>";
     }
-    EXPECT_TRUE(findTopLevelTags(open).empty());
-    EXPECT_EQ(findTopLevelTags(open + close), (std::vector<TagSpan>{{0, static_cast<std::uint32_t>(9 * count - 5)}}));
+    EXPECT_TRUE(findTopLevelTags(open).tags.empty());
+    EXPECT_EQ(findTopLevelTags(open + close).tags,
+              (std::vector<TagSpan>{{0, static_cast<std::uint32_t>(9 * count - 5)}}));
 }
 
 }  // namespace

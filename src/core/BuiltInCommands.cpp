@@ -1,0 +1,169 @@
+#include "core/BuiltInCommands.h"
+
+#include "automation/Convert.h"
+#include "common/TextFile.h"
+#include "core/ErrorLog.h"
+#include "core/Evaluation.h"
+#include "core/Markup.h"
+#include "core/Version.h"
+#include "properties/privProperties.h"
+#include "text/Compare.h"
+
+namespace velmor {
+
+using automation::Variant;
+
+namespace {
+
+constexpr std::int32_t kHandlerElement = 1;
+constexpr std::int32_t kCommandElement = 2;
+constexpr std::int32_t kFirstParameter = 3;
+
+constexpr std::u16string_view kHandler = u"TAG";
+constexpr std::u16string_view kPathProperty = u"Path";
+
+#define VELMOR_WIDE_TEXT(text) u##text
+#define VELMOR_WIDE(text) VELMOR_WIDE_TEXT(text)
+constexpr std::u16string_view kVersionText = VELMOR_WIDE(VELMOR_VERSION_TEXT);
+
+bool isAbsolute(std::u16string_view path, char16_t separator) noexcept {
+    if (path.starts_with(u"\\\\")) return true;
+    if (separator == u'/' && path.starts_with(u'/')) return true;
+    return path.size() > 2 && path[1] == u':' && (path[2] == u'\\' || path[2] == u'/');
+}
+
+bool isListFile(std::u16string_view path) {
+    return path.size() >= 4 && equalIgnoringCase(path.substr(path.size() - 4), u".kvl");
+}
+
+std::u16string textOf(const PropertyRef& property) {
+    return property ? property->ValueStr() : std::u16string();
+}
+
+}  // namespace
+
+// A command with a fixed text, or with a member that answers it.
+struct BuiltInCommands::Command {
+    std::u16string_view name;
+    std::u16string_view text;
+    std::u16string (BuiltInCommands::*answer)(privProperties& elements) const;
+};
+
+const BuiltInCommands::Command* BuiltInCommands::find(std::u16string_view psCommand) noexcept {
+    static constexpr Command kCommands[] = {
+        {u"@DESCRIPTION", u"Pellmar Quillmarc", nullptr},  // the "c" is meant
+        {u"@VERSION", u"1", nullptr},
+        {u"@DLL VERSION", kVersionText, nullptr},
+        {u"@COPYRIGHT", u"Copyright Pellmar", nullptr},
+        {u"@TRADEMARKS", u"Quillmark is a trademark of Pellmar", nullptr},
+        {u"@AUTHOR", u"Pellmar", nullptr},
+        {u"SETPROPERTY", u"", &BuiltInCommands::setProperty},
+        {u"PROPERTY", u"", &BuiltInCommands::property},
+        {u"INCLUDE", u"", &BuiltInCommands::include},
+        {u"SETPATH", u"", &BuiltInCommands::setPath},
+        {u"TRKEEPFOLLOW", u"{\\rtf1\\trkeepfollow}", nullptr},
+        {u"TRKEEPNEXT", u"{\\rtf1\\trkeepfollow}", nullptr},  // the same group, on purpose
+        {u"PRIVVAR", u"", &BuiltInCommands::privateVariable},
+        {u"PRIVSTRCATDUMP", u"", &BuiltInCommands::dumpPrivateVariable},
+    };
+    for (const Command& command : kCommands) {
+        if (command.name == psCommand) return &command;
+    }
+    return nullptr;
+}
+
+std::u16string BuiltInCommands::run(std::u16string_view psName) const {
+    privProperties elements(services_);
+    elements.BuildByVal(psName, false, true, u":");
+    const PropertyRef handler = elements.Item(kHandlerElement);
+    if (!handler || upperCase(handler->Name()) != kHandler) return u"!Incorrect Handler!";
+    const PropertyRef name = elements.Item(kCommandElement);
+    const Command* const command = name ? find(upperCase(name->Name())) : nullptr;
+    if (command == nullptr) return {};
+    if (command->answer == nullptr) return std::u16string(command->text);
+    return (this->*command->answer)(elements);
+}
+
+std::u16string BuiltInCommands::processed(std::u16string text) const {
+    if (text.find(kOpeningMarker) == std::u16string::npos) return text;
+    return evaluateText(services_, context_, std::move(text));
+}
+
+void BuiltInCommands::put(std::u16string_view psName, const Variant& value) const {
+    if (context_->properties.put(psName, value)) return;
+    addErrorLogEntry(services_, *context_->errorLog, {kHandler, u"The property could not be set", 0, psName, {}});
+}
+
+std::u16string BuiltInCommands::setProperty(privProperties& elements) const {
+    const PropertyRef parameter = elements.Item(kFirstParameter);
+    if (!parameter) return {};
+    const std::u16string text = parameter->ValueStr();
+    const bool preprocess = elements.GetValueBoolean(u"PREPROCESS", true);
+    if (preprocess && text.find(kOpeningMarker) != std::u16string::npos) {
+        put(parameter->Name(), Variant(processed(text)));
+    } else {
+        put(parameter->Name(), parameter->Value());
+    }
+    return {};
+}
+
+std::u16string BuiltInCommands::property(privProperties& elements) const {
+    const PropertyRef parameter = elements.Item(kFirstParameter);
+    return parameter ? context_->properties.getText(parameter->Name(), parameter->Value()) : std::u16string();
+}
+
+std::u16string BuiltInCommands::commandValue(privProperties& elements) const {
+    return processed(textOf(elements.Item(kCommandElement)));
+}
+
+std::u16string BuiltInCommands::fullPath(std::u16string_view psFile) const {
+    const char16_t separator = services_.folders.separator();
+    if (isAbsolute(psFile, separator)) return std::u16string(psFile);
+    std::u16string path = context_->properties.getText(kPathProperty, Variant(services_.folders.component()));
+    if (!path.ends_with(u'\\') && !path.ends_with(separator)) path += separator;
+    return path.append(psFile);
+}
+
+std::u16string BuiltInCommands::include(privProperties& elements) const {
+    const std::u16string file = commandValue(elements);
+    const std::u16string path = fullPath(file);
+    if (!services_.files.exists(path)) return {};
+    std::optional<std::u16string> text = readTextFile(services_.files, path);
+    if (!text) {
+        addErrorLogEntry(services_, *context_->errorLog, {kHandler, u"The file could not be read", 0, path, {}});
+        return {};
+    }
+    return isListFile(file) ? listEntry(*text, elements) : *std::move(text);
+}
+
+std::u16string BuiltInCommands::listEntry(std::u16string_view psList, privProperties& elements) const {
+    privProperties list(services_);
+    list.BuildByVal(psList, false, false, u":");
+    if (const PropertyRef index = elements.Item(std::u16string_view(u"INDEX"))) {
+        return textOf(list.Item(automation::toLong(Variant(processed(textOf(index)))).value_or(0)));
+    }
+    if (const PropertyRef key = elements.Item(std::u16string_view(u"KEY"))) {
+        return textOf(list.Item(std::u16string_view(processed(textOf(key)))));
+    }
+    return textOf(list.Item(1));
+}
+
+std::u16string BuiltInCommands::setPath(privProperties& elements) const {
+    std::u16string path = commandValue(elements);
+    put(kPathProperty, Variant(path));
+    return path;
+}
+
+std::u16string BuiltInCommands::privateVariable(privProperties& elements) const {
+    const PropertyRef parameter = elements.Item(kFirstParameter);
+    if (!parameter) return {};
+    return context_->privateVariables->GetValueStr(parameter->Name(), parameter->ValueStr());
+}
+
+std::u16string BuiltInCommands::dumpPrivateVariable(privProperties& elements) const {
+    const PropertyRef parameter = elements.Item(kFirstParameter);
+    if (!parameter) return {};
+    return context_->privateVariables->GetValueStrCatDump(parameter->Name(), parameter->ValueStr());
+}
+
+}  // namespace velmor

@@ -1,0 +1,107 @@
+#include "core/Collection.h"
+
+#include "automation/Convert.h"
+#include "properties/privProperties.h"
+
+namespace velmor {
+
+using automation::InvokeKind;
+using automation::Variant;
+
+namespace {
+
+// A member of the host's collection that raises counts as one that has nothing to say.
+template <class Call>
+auto quietly(Call&& call) -> decltype(call()) {
+    try {
+        return call();
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
+}  // namespace
+
+Collection::Collection(std::shared_ptr<privProperties> collection) : own_(std::move(collection)) {}
+
+Collection Collection::fromObject(const automation::ObjectRef& object) {
+    Collection collection;
+    collection.own_ = std::dynamic_pointer_cast<privProperties>(object);
+    if (!collection.own_) collection.foreign_ = object;
+    return collection;
+}
+
+automation::ObjectRef Collection::object() const {
+    return own_ ? own_ : foreign_;
+}
+
+std::int32_t Collection::Count() const {
+    if (own_) return own_->Count();
+    if (!foreign_) return 0;
+    return quietly([&] { return automation::toLong(foreign_->invoke(u"Count", InvokeKind::get, {})); }).value_or(0);
+}
+
+std::optional<Variant> Collection::find(std::u16string_view psName) const {
+    if (own_) {
+        const PropertyRef property = own_->Item(psName);
+        return property ? std::optional<Variant>(property->Value()) : std::nullopt;
+    }
+    if (!foreign_) return std::nullopt;
+    return quietly([&]() -> std::optional<Variant> {
+        Variant arguments[] = {Variant(psName)};
+        const automation::ObjectRef item = foreign_->invoke(u"Item", InvokeKind::get, arguments).object();
+        if (!item) return std::nullopt;
+        return item->invoke(u"Value", InvokeKind::get, {});
+    });
+}
+
+Variant Collection::get(std::u16string_view psName, const Variant& pvDefault) const {
+    if (own_) return own_->GetValue(psName, pvDefault);
+    if (!foreign_) return pvDefault;
+    const std::optional<Variant> value = quietly([&]() -> std::optional<Variant> {
+        Variant arguments[] = {Variant(psName), pvDefault};
+        return foreign_->invoke(u"GetValue", InvokeKind::method, arguments);
+    });
+    return value ? *value : pvDefault;
+}
+
+std::u16string Collection::getText(std::u16string_view psName, const Variant& pvDefault) const {
+    return automation::toText(get(psName, pvDefault)).value_or(std::u16string());
+}
+
+bool Collection::appendText(std::u16string_view psName, std::u16string& target) const {
+    if (!own_) return false;
+    const PropertyRef property = own_->Item(psName);
+    if (!property) return false;
+    const std::u16string* const text = property->builder() ? nullptr : property->rawValue().get<std::u16string>();
+    if (text != nullptr) {
+        target += *text;
+    } else {
+        target += property->ValueStr();
+    }
+    return true;
+}
+
+bool Collection::truth(std::u16string_view psName, bool pbDefault) const {
+    return automation::truth(get(psName, Variant(pbDefault)));
+}
+
+bool Collection::put(std::u16string_view psName, const Variant& value) const {
+    if (own_) return own_->Add(psName, value, true) != nullptr;
+    if (!foreign_) return false;
+    return quietly([&] {
+        Variant arguments[] = {Variant(psName), value, Variant(true)};
+        foreign_->invoke(u"Add", InvokeKind::method, arguments);
+        return true;
+    });
+}
+
+void Collection::Dispose() const {
+    if (own_) {
+        own_->Dispose();
+    } else if (foreign_) {
+        quietly([&] { return foreign_->invoke(u"Dispose", InvokeKind::method, {}); });
+    }
+}
+
+}  // namespace velmor

@@ -1,0 +1,246 @@
+#include "core/Evaluation.h"
+
+#include <algorithm>
+
+#include "core/BuiltInCommands.h"
+#include "core/ErrorLog.h"
+#include "core/Markup.h"
+#include "core/kvTag.h"
+#include "rtf/ProtectRTF.h"
+#include "rtf/TableMarkers.h"
+#include "text/Compare.h"
+
+namespace velmor {
+
+namespace {
+
+constexpr std::u16string_view kBuiltInHandler = u"TAG";
+constexpr std::size_t npos = std::u16string_view::npos;
+
+// The place of the tag's literal text.
+std::size_t findTagText(std::u16string_view text, std::u16string_view name) noexcept {
+    for (std::size_t at = findOpeningMarker(text, 0); at != npos; at = findOpeningMarker(text, at + 1)) {
+        const std::u16string_view rest = text.substr(at + kOpeningMarker.size());
+        if (equalIgnoringCase(rest.substr(0, name.size()), name) &&
+            equalIgnoringCase(rest.substr(std::min(name.size(), rest.size()), kClosingMarker.size()), kClosingMarker)) {
+            return at;
+        }
+    }
+    return npos;
+}
+
+// A ":" behind such a name makes an opening marker: its literal text is no pair of markers.
+bool becomesMarker(std::u16string_view rawName) noexcept {
+    const std::u16string_view piece = kOpeningMarker.substr(0, kOpeningMarker.size() - 1);
+    return rawName.size() >= piece.size() && equalIgnoringCase(rawName.substr(rawName.size() - piece.size()), piece);
+}
+
+}  // namespace
+
+bool fitIntoRtf(platform::Services& services, bool protect, std::u16string& value) {
+    const bool isRtf = value.starts_with(kRtfStart);
+    if (protect || isRtf) {
+        ProtectRTFCode(value);
+        addTableMarkers(value, services.guids);
+    }
+    return isRtf;
+}
+
+ContextRef protectedContext(const ContextRef& context) {
+    if (context->protectRtf) return context;
+    auto changed = std::make_shared<TagContext>(*context);
+    changed->protectRtf = true;
+    return changed;
+}
+
+void reportLimit(platform::Services& services, const TagContext& context, EvaluationLimit limit,
+                 std::u16string_view handler, std::u16string_view tagName) {
+    if (!EvaluationRun::current().isFirst(limit)) return;
+    addErrorLogEntry(services, *context.errorLog, {handler, limitMessage(limit), 0, tagName, {}});
+}
+
+std::u16string evaluateText(platform::Services& services, const ContextRef& context, std::u16string text) {
+    EvaluationLevel level;
+    std::optional<EvaluationLimit> limit = level.refused();
+    if (!limit) limit = EvaluationRun::current().countCharacters(text.size());
+    if (limit) {
+        reportLimit(services, *context, *limit, {}, {});
+        return {};
+    }
+    const bool isRtf = text.starts_with(kRtfStart);
+    addTableMarkers(text, services.guids);
+    TopLevelTags found = findTopLevelTags(text);
+    if (found.tags.empty()) return text;
+    TagList tags(services, std::make_shared<const std::u16string>(std::move(text)), std::move(found),
+                 isRtf ? protectedContext(context) : context);
+    tags.forget();
+    std::u16string result;
+    Evaluation(tags, result).run();
+    return result;
+}
+
+Evaluation::Evaluation(TagList& tags, std::u16string& target)
+    : tags_(tags), target_(target), base_(target.size()), finished_(target.size()), scanFrom_(target.size()) {}
+
+std::u16string Evaluation::soFar() const {
+    if (literalText_ != nullptr) return *literalText_;
+    return target_.substr(base_, finished_ - base_) + std::u16string(tags_.source().substr(position_));
+}
+
+void Evaluation::run() {
+    tags_.beginResults(target_, base_);
+    for (std::size_t index = 0; index < tags_.size(); ++index) {
+        const TagSpan span = tags_.span(index);
+        finishTo(span.open);
+        if (!ownPlaceIsFirst(index)) {
+            runLiterally(index);
+            return;
+        }
+        position_ = span.end();
+        appendResult(index, target_, base_);
+        finished_ = target_.size();
+    }
+    target_.append(tags_.source().substr(position_));
+}
+
+void Evaluation::finishTo(std::size_t position) {
+    const std::size_t gap = target_.size();
+    target_.append(tags_.source().substr(position_, position - position_));
+    position_ = position;
+    finished_ = target_.size();
+    lookForMarkers(gap);
+}
+
+// Markers come into the finished part with strays of the source, with results, and where a result
+// and its neighbours form one.
+void Evaluation::lookForMarkers(std::size_t gap) {
+    constexpr std::size_t reach = kOpeningMarker.size() - 1;
+    const std::u16string_view finished(target_);
+    if (!markers_.isActive()) {
+        if (tags_.firstStray() < position_) {
+            markers_.activate(std::max(base_, std::min(scanFrom_, gap)));
+        } else {
+            const std::size_t end = std::min(gap + reach, finished.size());
+            const std::size_t opening = findOpeningMarker(finished.substr(0, end), scanFrom_);
+            if (opening != npos) markers_.activate(opening);
+        }
+    }
+    if (markers_.isActive()) markers_.scan(finished);
+    scanFrom_ = std::max(base_, finished.size() - std::min(reach, finished.size()));
+}
+
+bool Evaluation::ownPlaceIsFirst(std::size_t index) {
+    const std::u16string_view name = tags_.rawName(index);
+    const bool hasSeparator = name.ends_with(kElementSeparator);
+    if (hasSeparator && !markers_.isActive()) return true;
+    if (!hasSeparator && becomesMarker(name)) return false;
+    if (!hasSeparator && !pairs_) pairs_ = std::make_unique<PairIndex>(tags_.source());
+    if (!markers_.isActive() && pairs_->isEmpty()) return true;
+    const std::uint64_t hash = RollingHash::of(name);
+    if (markers_.isActive() && markers_.holds(hash)) return false;
+    if (hasSeparator) return true;
+    const std::uint64_t longer = RollingHash::add(hash, kElementSeparator);
+    return !pairs_->standsBehind(longer, position_) && !(markers_.isActive() && markers_.holds(longer));
+}
+
+void Evaluation::appendResult(std::size_t index, std::u16string& results, std::size_t base) {
+    const std::size_t start = results.size();
+    try {
+        if (const std::shared_ptr<kvTag> tag = tags_.made(index)) {
+            results += tag->Result();
+        } else if (!answerBuiltIn(index, results, base)) {
+            results += tags_.item(index)->Result();
+        }
+    } catch (const std::exception&) {
+        // Only memory fails here: the tag yields nothing.
+        results.resize(start);
+        tags_.settle(index, start - base, 0);
+        addErrorLogEntry(tags_.services(), *tags_.context()->errorLog,
+                         {kBuiltInHandler, u"Out of memory", 7, tags_.rawName(index), {}});
+    }
+}
+
+bool Evaluation::answerBuiltIn(std::size_t index, std::u16string& results, std::size_t base) {
+    const std::u16string_view name = tags_.rawName(index);
+    const std::size_t separator = name.find(kHandlerSeparator);
+    if (separator == npos) {
+        tags_.settle(index, results.size() - base, 0);
+        return true;
+    }
+    if (!equalIgnoringCase(name.substr(0, separator), kBuiltInHandler)) return false;
+    tags_.beginTag(index);
+    EvaluationLevel level;
+    std::optional<EvaluationLimit> limit = level.refused();
+    if (!limit) limit = EvaluationRun::current().countDispatch();
+    if (limit) {
+        reportLimit(tags_.services(), *tags_.context(), *limit, kBuiltInHandler, name);
+        tags_.settle(index, results.size() - base, 0);
+        return true;
+    }
+    appendBuiltIn(index, results, base);
+    return true;
+}
+
+void Evaluation::appendBuiltIn(std::size_t index, std::u16string& results, std::size_t base) {
+    std::u16string value;
+    if (!BuiltInCommands::appendProperty(tags_.rawName(index), *tags_.context(), value)) {
+        value = BuiltInCommands(tags_.services(), tags_.context()).run(tags_.storedName(index));
+    }
+    const bool isRtf = fitIntoRtf(tags_.services(), tags_.context()->protectRtf, value);
+    if (const auto limit = EvaluationRun::current().countCharacters(value.size())) {
+        reportLimit(tags_.services(), *tags_.context(), *limit, kBuiltInHandler, tags_.rawName(index));
+        value.clear();
+    }
+    const std::size_t start = results.size();
+    TopLevelTags found;
+    if (findOpeningMarker(value, 0) != npos) found = findTopLevelTags(value);
+    if (found.tags.empty()) {
+        results += value;
+        tags_.settle(index, start - base, results.size() - start);
+        return;
+    }
+    appendNested(index, std::move(value), std::move(found), isRtf, results);
+    const std::size_t length = results.size() - start;
+    tags_.settle(index, start - base, length);
+}
+
+void Evaluation::appendNested(std::size_t index, std::u16string value, TopLevelTags found, bool isRtf,
+                              std::u16string& results) {
+    NestedTags nested;
+    nested.value = std::make_shared<const std::u16string>(std::move(value));
+    nested.tags = std::make_unique<TagList>(tags_.services(), nested.value, std::move(found),
+                                            isRtf ? protectedContext(tags_.context()) : tags_.context());
+    if (tags_.isForgetful()) nested.tags->forget();
+    Evaluation(*nested.tags, results).run();
+    tags_.keepNested(index, std::move(nested));
+}
+
+void Evaluation::runLiterally(std::size_t from) {
+    std::u16string results = target_.substr(base_);
+    std::u16string text = results + std::u16string(tags_.source().substr(position_));
+    literalText_ = &text;
+    tags_.beginResults(results, 0);
+    for (std::size_t index = from; index < tags_.size(); ++index) {
+        const std::u16string name = tags_.storedName(index);
+        if (!replaceLiterally(index, name, text, results)) {
+            replaceLiterally(index, std::u16string_view(name).substr(0, name.size() - 1), text, results);
+        }
+    }
+    literalText_ = nullptr;
+    target_.resize(base_);
+    target_ += text;
+    tags_.keepResults(std::make_shared<const std::u16string>(std::move(results)));
+}
+
+bool Evaluation::replaceLiterally(std::size_t index, std::u16string_view name, std::u16string& text,
+                                  std::u16string& results) {
+    const std::size_t place = findTagText(text, name);
+    if (place == npos) return false;
+    text.erase(place, kOpeningMarker.size() + name.size() + kClosingMarker.size());
+    const std::size_t start = results.size();
+    appendResult(index, results, 0);
+    text.insert(place, results, start);
+    return true;
+}
+
+}  // namespace velmor

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "core/EvaluationRun.h"
+#include "core/FinishedMarkers.h"
+#include "core/TagList.h"
+
+namespace velmor {
+
+// Replaces the tags of one text by their results.
+//
+// The rule: the tags are taken in order; of each, the literal text (markers, name with its final
+// ":", without regard to case) is sought from the start of the text as it is by then, and failing
+// that the same without the final ":". The first place found is replaced by the tag's result; a
+// tag that is found nowhere is not evaluated. So a result may absorb a later tag's text, and "X"
+// and "X:" may change places.
+//
+// The way: the result is written from left to right, each tag at its own place, as long as that
+// is provably the first one found. Every place where a tag's text can stand is a complete pair of
+// markers. One that begins in the finished part ends there, too, so a look at the pairs that the
+// finished part holds (mostly none) settles what lies before; a tag with its final ":" then stands
+// at its own place. One without must not have its text with the ":" anywhere behind, which an
+// index of the text's pairs tells. When the proof fails, the rest goes the literal way.
+class Evaluation {
+public:
+    // Appends to target. The list's text must not change meanwhile.
+    Evaluation(TagList& tags, std::u16string& target);
+    void run();
+
+    // The text as far as it has come: what is finished, and the rest with its tags.
+    std::u16string soFar() const;
+
+private:
+    void finishTo(std::size_t position);
+    void lookForMarkers(std::size_t gap);
+    bool ownPlaceIsFirst(std::size_t index);
+
+    // The results of the tags go to `results`; places in it are counted from `base`.
+    void appendResult(std::size_t index, std::u16string& results, std::size_t base);
+    bool answerBuiltIn(std::size_t index, std::u16string& results, std::size_t base);
+    void appendBuiltIn(std::size_t index, std::u16string& results, std::size_t base);
+    void appendNested(std::size_t index, std::u16string value, TopLevelTags found, bool isRtf, std::u16string& results);
+
+    void runLiterally(std::size_t from);
+    bool replaceLiterally(std::size_t index, std::u16string_view name, std::u16string& text, std::u16string& results);
+
+    TagList& tags_;
+    std::u16string& target_;
+    const std::size_t base_;    // where this text begins in the target
+    std::size_t position_ = 0;  // how far the source is finished
+    std::size_t finished_;      // the end of the finished part in the target
+    std::size_t scanFrom_;      // where a marker may begin that nobody has seen yet
+    FinishedMarkers markers_;
+    std::unique_ptr<PairIndex> pairs_;             // of the source, once a tag without ":" asked
+    const std::u16string* literalText_ = nullptr;  // while the rest goes the literal way
+};
+
+// What ProcessValue does with a text: the text as a value of its own that shares the context.
+std::u16string evaluateText(platform::Services& services, const ContextRef& context, std::u16string text);
+
+// The same with protection on.
+ContextRef protectedContext(const ContextRef& context);
+
+// Escapes and brackets tables for a text that is to stand in RTF; true when the text is itself a
+// complete RTF document.
+bool fitIntoRtf(platform::Services& services, bool protect, std::u16string& value);
+
+// Writes the limit's one entry of this run.
+void reportLimit(platform::Services& services, const TagContext& context, EvaluationLimit limit,
+                 std::u16string_view handler, std::u16string_view tagName);
+
+}  // namespace velmor

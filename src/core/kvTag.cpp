@@ -1,0 +1,287 @@
+#include "core/kvTag.h"
+
+#include "automation/Convert.h"
+#include "core/ErrorLog.h"
+#include "core/Evaluation.h"
+#include "core/TagList.h"
+#include "core/kvTags.h"
+#include "handlers/ITag4.h"
+#include "properties/privProperties.h"
+#include "rtf/ProtectRTF.h"
+#include "rtf/TableMarkers.h"
+#include "text/Compare.h"
+#include "text/privStrCat.h"
+
+namespace velmor {
+
+using automation::Variant;
+
+namespace {
+
+const TextRef& emptyText() {
+    static const TextRef text = std::make_shared<const std::u16string>();
+    return text;
+}
+
+constexpr std::int32_t kHandlerElement = 1;
+constexpr std::int32_t kCommandElement = 2;
+
+}  // namespace
+
+kvTag::kvTag(platform::Services& services)
+    : services_(services), value_(emptyText()), context_(std::make_shared<TagContext>()), result_(emptyText()) {}
+
+kvTag::~kvTag() = default;
+
+bool kvTag::isChild() const {
+    return isChild_;
+}
+
+platform::Services& kvTag::services() const {
+    return services_;
+}
+
+// --- what tags share ---
+
+TagContext& kvTag::ownContext() {
+    if (context_.use_count() > 1) context_ = std::make_shared<TagContext>(*context_);
+    return *context_;
+}
+
+const std::shared_ptr<privProperties>& kvTag::ensure(std::shared_ptr<privProperties> TagContext::*member) {
+    if (!((*context_).*member)) ownContext().*member = std::make_shared<privProperties>(services_);
+    return (*context_).*member;
+}
+
+const Collection& kvTag::ensure(Collection TagContext::*member) {
+    if (!((*context_).*member)) ownContext().*member = Collection(std::make_shared<privProperties>(services_));
+    return (*context_).*member;
+}
+
+std::shared_ptr<const TagContext> kvTag::sharedContext() {
+    ensure(&TagContext::properties);
+    ensure(&TagContext::variables);
+    ensure(&TagContext::privateVariables);
+    ensure(&TagContext::errorLog);
+    return context_;
+}
+
+void kvTag::becomeChild(std::shared_ptr<const TagContext> context) {
+    // Shared until one side changes its own: see ownContext.
+    context_ = std::const_pointer_cast<TagContext>(std::move(context));
+    isChild_ = true;
+}
+
+void kvTag::releaseShared() {
+    if (tags_) tags_->cleanUp();
+    tags_.reset();
+    elements_.reset();
+    const bool protect = context_->protectRtf;
+    context_ = std::make_shared<TagContext>();
+    context_->protectRtf = protect;
+}
+
+Collection kvTag::Properties() {
+    return ensure(&TagContext::properties);
+}
+
+void kvTag::Properties(const Collection& collection) {
+    ownContext().properties = collection;
+}
+
+Collection kvTag::Variables() {
+    return ensure(&TagContext::variables);
+}
+
+void kvTag::Variables(const Collection& collection) {
+    ownContext().variables = collection;
+}
+
+automation::ObjectRef kvTag::Database() const {
+    return context_->database;
+}
+
+void kvTag::Database(automation::ObjectRef database) {
+    ownContext().database = std::move(database);
+}
+
+bool kvTag::ProtectRTF() const {
+    return context_->protectRtf;
+}
+
+void kvTag::ProtectRTF(bool pbProtect) {
+    if (context_->protectRtf != pbProtect) ownContext().protectRtf = pbProtect;
+}
+
+std::shared_ptr<privProperties> kvTag::privateVariables() {
+    return ensure(&TagContext::privateVariables);
+}
+
+void kvTag::privateVariables(std::shared_ptr<privProperties> collection) {
+    ownContext().privateVariables = std::move(collection);
+}
+
+std::shared_ptr<privProperties> kvTag::ErrorLog() {
+    return ensure(&TagContext::errorLog);
+}
+
+void kvTag::LogError(std::u16string_view psTagHandler, std::u16string_view psError, std::int32_t& plErrorNumber,
+                     std::u16string_view psTagData, std::u16string_view psErrorData) {
+    addErrorLogEntry(services_, *ErrorLog(), {psTagHandler, psError, plErrorNumber, psTagData, psErrorData});
+}
+
+void kvTag::LogError(std::u16string_view psTagHandler, std::u16string_view psError) {
+    std::int32_t none = 0;
+    LogError(psTagHandler, psError, none);
+}
+
+void kvTag::Dispose(bool pbDisposeProperties) {
+    if (pbDisposeProperties) {
+        context_->properties.Dispose();
+        context_->variables.Dispose();
+        if (elements_) elements_->Dispose();
+        if (context_->errorLog) context_->errorLog->Dispose();
+    }
+    TagContext& context = ownContext();
+    context.properties = {};
+    context.variables = {};
+    context.errorLog.reset();
+    context.database.reset();
+    elements_.reset();
+    if (tags_) tags_->cleanUp();
+    tags_.reset();
+}
+
+// --- name and value ---
+
+std::u16string kvTag::Name() const {
+    return name_;
+}
+
+void kvTag::Name(std::u16string_view psName) {
+    name_ = psName;
+    if (!name_.ends_with(kElementSeparator)) name_ += kElementSeparator;
+    elements_.reset();
+    tagsBuilt_ = false;
+    resultGenerated_ = false;
+    ++changes_;
+}
+
+std::u16string kvTag::Value() const {
+    return *value_;
+}
+
+void kvTag::Value(std::u16string psValue) {
+    if (psValue.starts_with(kRtfStart)) ProtectRTF(true);
+    addTableMarkers(psValue, services_.guids);
+    value_ = std::make_shared<const std::u16string>(std::move(psValue));
+    BuildTagCollection();
+    tagsBuilt_ = true;
+    resultGenerated_ = false;
+    ++changes_;
+}
+
+void kvTag::BuildTagCollection() {
+    TopLevelTags found;
+    if (value_->size() <= static_cast<std::size_t>(kMaximumCharacters)) found = findTopLevelTags(*value_);
+    if (found.tags.empty()) {
+        tags_ = std::make_shared<kvTags>();
+        return;
+    }
+    tags_ = std::make_shared<kvTags>(std::make_unique<TagList>(services_, value_, std::move(found), sharedContext()));
+}
+
+std::shared_ptr<kvTags> kvTag::Tags() const {
+    return tags_;
+}
+
+void kvTag::AddTableStartEndControlWords() {
+    std::u16string value = *value_;
+    if (addTableMarkers(value, services_.guids)) value_ = std::make_shared<const std::u16string>(std::move(value));
+}
+
+void kvTag::RemoveExtraTrowd(std::int32_t& plTableStart, std::int32_t& plTableEnd) {
+    std::u16string value = *value_;
+    velmor::RemoveExtraTrowd(value, plTableStart, plTableEnd);
+    value_ = std::make_shared<const std::u16string>(std::move(value));
+}
+
+void kvTag::ProtectRTFCode(std::u16string& psValue) const {
+    velmor::ProtectRTFCode(psValue);
+}
+
+// --- elements ---
+
+std::shared_ptr<privProperties> kvTag::Elements() {
+    if (!elements_) {
+        elements_ = std::make_shared<privProperties>(services_);
+        elements_->BuildByVal(name_, false, true, u":");
+    }
+    return elements_;
+}
+
+std::u16string kvTag::HandlerName() {
+    const PropertyRef handler = Elements()->Item(kHandlerElement);
+    return handler ? upperCase(handler->Name()) : std::u16string();
+}
+
+std::u16string kvTag::CommandName() {
+    const PropertyRef command = Elements()->Item(kCommandElement);
+    return command ? upperCase(command->Name()) : std::u16string();
+}
+
+Variant kvTag::CommandValue() {
+    const PropertyRef command = Elements()->Item(kCommandElement);
+    return command ? command->Value() : Variant(u"");
+}
+
+std::u16string kvTag::CommandValueProcessed() {
+    const PropertyRef command = Elements()->Item(kCommandElement);
+    return command ? processed(command->ValueStr()) : std::u16string();
+}
+
+// --- evaluation of single texts ---
+
+std::u16string kvTag::processed(std::u16string text) {
+    return text.find(kOpeningMarker) == std::u16string::npos ? text : ProcessValue(text);
+}
+
+std::u16string kvTag::GetProcessedPropertiesValue(std::u16string_view psName, std::u16string_view psDefault) {
+    const std::optional<Variant> value = Properties().find(psName);
+    return processed(value ? automation::toText(*value).value_or(std::u16string()) : std::u16string(psDefault));
+}
+
+std::u16string kvTag::GetProcessedVariablesValue(std::u16string_view psName, std::u16string_view psDefault) {
+    const std::optional<Variant> value = Variables().find(psName);
+    return processed(value ? automation::toText(*value).value_or(std::u16string()) : std::u16string(psDefault));
+}
+
+std::u16string kvTag::GetProcessedElementsValue(std::u16string_view psName, const Variant& pvDefault) {
+    const PropertyRef element = Elements()->Item(psName);
+    return processed(element ? element->ValueStr() : automation::toText(pvDefault).value_or(std::u16string()));
+}
+
+std::u16string kvTag::ProcessValue(std::u16string_view psValue) {
+    try {
+        return evaluateText(services_, sharedContext(), std::u16string(psValue));
+    } catch (const std::exception&) {
+        logFailure(HandlerName());
+        return {};
+    }
+}
+
+std::shared_ptr<kvTag> kvTag::NewTag() {
+    auto tag = std::make_shared<kvTag>(services_);
+    tag->becomeChild(sharedContext());
+    return tag;
+}
+
+std::u16string kvTag::ProcessName(std::u16string_view psName) {
+    const std::shared_ptr<kvTag> tag = NewTag();
+    tag->Name(psName);
+    std::u16string result = tag->Result();
+    tag->releaseShared();
+    return result;
+}
+
+}  // namespace velmor

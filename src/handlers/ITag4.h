@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "automation/Object.h"
+#include "platform/Services.h"
+
+namespace velmor {
+
+// Where a tag's handler is registered. "NAME" stands under Handlers, "GROUP-NAME" (the first "-"
+// splits) under the group's key of SubHandlers.
+struct HandlerAddress {
+    std::u16string name;
+    std::u16string group;  // "GROUP\", or empty
+
+    // From the handler part of a tag; upper-cases it.
+    static HandlerAddress parse(std::u16string_view psHandler);
+
+    std::u16string registryKey() const;
+    // The registered class name; "" when there is none.
+    std::u16string className(const platform::Registry& registry) const;
+};
+
+// The contract with a handler: an automation class that is always called by member name, after
+// asking it for its interface level. One object for each tag that it answers.
+//
+//     level       GetTagValue   catalogue members          ParameterValueList   Dispose
+//     0, 1        -             -                          -                    -
+//     2           -             without the database       -                    -
+//     3           yes           without the database       -                    -
+//     4           yes           with the database          yes                  -
+//     5 and up    yes           with the database          yes                  once, behind GetTagValue
+//
+// Calls raise what the handler raises, and 13 when its answer does not convert.
+class ITag4 {
+public:
+    // Raises 429 when the class cannot be created.
+    static ITag4 create(platform::Objects& objects, std::u16string_view className);
+    explicit ITag4(automation::ObjectRef handler) : handler_(std::move(handler)) {}
+
+    // Asked anew on each call; the members below ask it before they call.
+    std::int32_t Interface() const;
+
+    static bool answersTags(std::int32_t level) noexcept { return level > 2; }
+    static bool isDisposed(std::int32_t level) noexcept { return level > 4; }
+
+    std::u16string GetTagValue(const automation::ObjectRef& tag) const;
+    void Dispose() const;  // only when the level says so
+
+    // "" where the level says that the member is not called.
+    std::u16string CommandList(std::u16string_view psHandler, const automation::ObjectRef& database) const;
+    std::u16string ParameterList(std::u16string_view psCommand, std::u16string_view psHandler,
+                                 const automation::ObjectRef& database) const;
+    std::u16string SyntaxString(std::u16string_view psCommand, std::u16string_view psHandler,
+                                const automation::ObjectRef& database) const;
+    std::u16string CommandDescription(std::u16string_view psCommand, std::u16string_view psHandler,
+                                      const automation::ObjectRef& database) const;
+    std::u16string ParameterValueList(std::u16string_view psCommand, std::u16string_view psParameter,
+                                      std::u16string_view psHandler, const automation::ObjectRef& database) const;
+
+private:
+    std::u16string catalogue(std::u16string_view member, std::initializer_list<std::u16string_view> texts,
+                             const automation::ObjectRef& database, std::int32_t lowestLevel) const;
+
+    automation::ObjectRef handler_;
+};
+
+}  // namespace velmor
