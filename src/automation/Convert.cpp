@@ -18,18 +18,21 @@ const PlatformConversions* installed = nullptr;
 // Default members can give objects in turn; a chain longer than this leads nowhere.
 constexpr int kDefaultValueLimit = 8;
 
-// The value itself, or an object's default value. Nothing when there is none.
-std::optional<Variant> plainValue(Variant value) {
-    for (int level = 0; value.isObject(); ++level) {
-        const ObjectRef object = value.object();
-        if (!object || level == kDefaultValueLimit) return std::nullopt;
+// The value itself, or an object's default value, which is then kept in `kept`. Null when the object
+// has none.
+const Variant* plainValue(const Variant& value, Variant& kept) {
+    const Variant* plain = &value;
+    for (int level = 0; plain->isObject(); ++level) {
+        const ObjectRef object = plain->object();
+        if (!object || level == kDefaultValueLimit) return nullptr;
         try {
-            value = object->invoke(u"", InvokeKind::get, {});
+            kept = object->invoke(u"", InvokeKind::get, {});
         } catch (const Error&) {
-            return std::nullopt;
+            return nullptr;
         }
+        plain = &kept;
     }
-    return value;
+    return plain;
 }
 
 bool isConvertible(const Variant& value) {
@@ -77,9 +80,9 @@ std::optional<Target> convertPlain(const Variant& value, VariantType target,
 template <class Target>
 std::optional<Target> convert(const Variant& value, VariantType target,
                               std::optional<Target> (*portableForm)(const Variant&)) {
-    if (!value.isObject()) return convertPlain(value, target, portableForm);
-    const auto plain = plainValue(value);
-    return plain ? convertPlain(*plain, target, portableForm) : std::nullopt;
+    Variant kept;
+    const Variant* const plain = plainValue(value, kept);
+    return plain != nullptr ? convertPlain(*plain, target, portableForm) : std::nullopt;
 }
 
 bool isTrueWord(std::u16string_view text) {
@@ -139,8 +142,9 @@ std::optional<std::u16string> toText(const Variant& value) {
 }
 
 bool isNumeric(const Variant& value) {
-    const auto plain = plainValue(value);
-    if (!plain || !isConvertible(*plain) || plain->type() == VariantType::date) return false;
+    Variant kept;
+    const Variant* const plain = plainValue(value, kept);
+    if (plain == nullptr || !isConvertible(*plain) || plain->type() == VariantType::date) return false;
     const auto* text = plain->get<std::u16string>();
     return text == nullptr || parseNumber(*text).has_value();
 }
@@ -168,17 +172,20 @@ std::optional<Date> parseDate(std::u16string_view text, std::uint32_t localeId, 
 }
 
 std::optional<bool> equalValues(const Variant& left, const Variant& right) {
-    const auto plainLeft = plainValue(left);
-    const auto plainRight = plainValue(right);
-    if (!plainLeft || !plainRight) return std::nullopt;
+    Variant keptLeft;
+    Variant keptRight;
+    const Variant* const plainLeft = plainValue(left, keptLeft);
+    const Variant* const plainRight = plainValue(right, keptRight);
+    if (plainLeft == nullptr || plainRight == nullptr) return std::nullopt;
     const bool bothPlain = isConvertible(*plainLeft) && isConvertible(*plainRight);
     if (installed == nullptr || !bothPlain) return portable::equalValues(*plainLeft, *plainRight);
     return installed->equal(*plainLeft, *plainRight);
 }
 
 bool truth(const Variant& value) {
-    const auto plain = plainValue(value);
-    if (!plain) return false;
+    Variant kept;
+    const Variant* const plain = plainValue(value, kept);
+    if (plain == nullptr) return false;
     const auto* text = plain->get<std::u16string>();
     if (text != nullptr && isTrueWord(*text)) return true;
     const auto number = toDouble(*plain);

@@ -10,10 +10,12 @@
 namespace velmor::automation {
 
 // Conversions of values. Each returns nothing where the platform's would raise; the caller chooses
-// what failure means. Natively en-US; on Windows the platform's own (its user locale). An object
-// converts through its default value where it has one.
+// what failure means. Natively en-US (Portable.h); on Windows, once installed, the platform's own in
+// the user's locale (PlatformConversions.h). An object converts through its default value where it
+// has one. Cost: linear in a text, constant for the rest.
 
-// Integers: rounded half to even, out of range fails, texts must be numeric.
+// Integers: rounded half to even, out of range fails, texts must be numeric. "&H" and "&O" texts
+// wrap at 32 bits, for an Integer at 16.
 std::optional<std::int32_t> toLong(const Variant& value);
 std::optional<std::int16_t> toInteger(const Variant& value);
 std::optional<double> toDouble(const Variant& value);
@@ -23,9 +25,10 @@ std::optional<Currency> toCurrency(const Variant& value);
 std::optional<Decimal> toDecimal(const Variant& value);
 std::optional<Date> toDate(const Variant& value);  // numbers are days, texts are parsed
 
-// Text: empty gives "", true gives "True", a number its shortest text of 15 (single: 7)
-// significant digits, ties away from zero, without a minus zero, in exponent form ("1E+15",
-// "1.5E-05") from 1E+15 (1E+07) on. Null, objects without a default value and arrays fail.
+// Text: Empty gives "", true gives "True", a date "3/5/2004 2:07:09 PM" (the day or the time alone
+// where the other is 0), a number its shortest text of 15 (single: 7) significant digits, ties away
+// from zero, without a minus zero, in exponent form ("1E+15", "1.5E-05") from 1E+15 (1E+07) on and
+// below 0.0001. Null, errors, objects without a default value and arrays fail.
 std::optional<std::u16string> toText(const Variant& value);
 
 // True when the platform would take the value as a number (IsNumeric). Texts: outer blanks, one
@@ -34,23 +37,29 @@ std::optional<std::u16string> toText(const Variant& value);
 bool isNumeric(const Variant& value);
 std::optional<double> parseNumber(std::u16string_view text);
 
-// True when the platform would take the text as a date (IsDate).
+// True when the platform would take the text as a date (IsDate). Natively: m/d/yyyy (d/m/yyyy where
+// only that is a date), yyyy-mm-dd, day, month name and year in any usual order, with "/", "-", ","
+// or blanks between them; h:nn, h:nn:ss, "." for ":", with or without AM or PM; or both. Without a
+// year it is the current one; years of two digits are 1930 to 2029.
 bool isDateText(std::u16string_view text);
 std::optional<Date> parseDate(std::u16string_view text);
-// With the caller's locale and flags (VarDateFromStr); natively they are accepted and the en-US
-// rules hold.
+// With the caller's locale (0: the user's) and flags, as VarDateFromStr. Natively the en-US rules
+// hold for every locale, and of the flags 1 keeps only the time and 2 only the day.
 std::optional<Date> parseDate(std::u16string_view text, std::uint32_t localeId, std::uint32_t flags);
 
-// The platform's equality of two values (as "=" in a script). Nothing where it would raise.
+// The platform's equality of two values (as "=" in a script). Nothing where it would raise. Texts
+// are compared unit by unit; a text equals no number, not even the one that it spells; Null equals
+// nothing. Numbers are compared with the precision of the lesser type.
 std::optional<bool> equalValues(const Variant& left, const Variant& right);
 
-// True for true, yes, y, t, on (any case) and for every number that is not 0; false for the rest.
+// True for true, yes, y, t, on (any case, outer blanks aside) and for every number and numeric text
+// that is not 0; false for the rest.
 bool truth(const Variant& value);
 
 // As the automation function TypeName: "String", "Long", "Nothing", "Variant()", ...
 std::u16string typeNameOf(const Variant& value);
 
-// Calendar fields of a date, rounded to whole seconds.
+// Calendar fields of a date, rounded to whole seconds. Outside the years 100 to 9999: those of day 0.
 struct DateFields {
     int year = 1899, month = 12, day = 30, hour = 0, minute = 0, second = 0;
     bool operator==(const DateFields&) const = default;
