@@ -172,7 +172,9 @@ std::int32_t FindRTFWordInTextReverse(std::u16string_view psText, std::u16string
     const TextUnits units{psText};
     std::size_t end = plStart == -1 ? psText.size() : std::min(psText.size(), static_cast<std::size_t>(plStart));
     while (end > 0) {
-        const std::size_t index = findTextReverse(psText.substr(0, end), psFind, comparisonOf(plCompare));
+        // Nothing is found just there, as in a builder.
+        const std::size_t index =
+            psFind.empty() ? end - 1 : findTextReverse(psText.substr(0, end), psFind, comparisonOf(plCompare));
         if (index == nowhere) return 0;
         if (beginsWord(units, index) && delimited(units, index, psFind.size(), pbDelimited)) return positionOf(index);
         end = index;
@@ -187,7 +189,8 @@ void ReplaceRTFWord(privStrCat& poText, std::u16string_view psFind, std::u16stri
         std::int32_t remaining = plCount == -1 ? poText.Length() : plCount;
         for (std::int32_t start = plStart; remaining >= 1 && !psFind.empty(); --remaining) {
             start = findInBuilder(poText, psFind, start, comparisonOf(plCompare), false, run);
-            if (start == 0) break;
+            // What runs on into the spare tail is no text to replace, and nor is anything behind it.
+            if (start == 0 || static_cast<std::size_t>(poText.Length() - start) + 1 < psFind.size()) break;
             overwrite(poText, start, psFind.size(), psReplace);
             start += static_cast<std::int32_t>(psReplace.size());
         }

@@ -43,7 +43,8 @@ std::int32_t FindRTFWordInTextReverse(std::u16string_view psText, std::u16string
                                       std::int32_t plCompare, bool pbDelimited) noexcept;
 
 // Replaces up to plCount matches of FindRTFWord (no delimiter test; -1: all) from plStart on. A
-// replacement is never searched again. Linear, as the edits sweep from left to right.
+// replacement is never searched again, and what runs on into the spare tail is not replaced. Linear, as the edits sweep
+// from left to right.
 void ReplaceRTFWord(privStrCat& poText, std::u16string_view psFind, std::u16string_view psReplace, std::int32_t plStart,
                     std::int32_t plCount, std::int32_t plCompare) noexcept;
 

@@ -11,6 +11,19 @@ constexpr std::uint32_t outerLevel = 1;
 constexpr std::uint32_t lowestNestedLevel = 2;
 constexpr std::uint32_t highestLevel = 1'000'000'000;
 
+// Of the whole marker that stands at the index; 0 when none does.
+std::size_t markerLengthAt(std::u16string_view text, std::size_t index) {
+    for (const std::u16string_view marker : {startTableMarker, endTableMarker}) {
+        const std::u16string_view whole = text.substr(index, marker.size() + 39);
+        if (standsAt(whole, 0, marker) && whole.find_first_of(u"{}", 1) == marker.size() &&
+            whole.find_first_of(u"{}", marker.size() + 1) == marker.size() + 37 &&
+            standsAt(whole, marker.size() + 37, u"}}")) {
+            return whole.size();
+        }
+    }
+    return 0;
+}
+
 }  // namespace
 
 void NestedTableFinder::begin(std::size_t index) {
@@ -133,10 +146,8 @@ std::size_t NestedTableFinder::paragraphStart(std::size_t index) const {
     while (index < text_.size()) {
         if (text_[index] == u'}' || text_[index] == u'\r' || text_[index] == u'\n') {
             ++index;
-        } else if (standsAt(text_, index, startTableMarker)) {
-            index += startTableMarkerLength;
-        } else if (standsAt(text_, index, endTableMarker)) {
-            index += endTableMarkerLength;
+        } else if (const std::size_t length = markerLengthAt(text_, index)) {
+            index += length;
         } else {
             break;
         }

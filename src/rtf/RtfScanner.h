@@ -34,9 +34,9 @@ inline std::size_t skipWhiteSpace(std::u16string_view text, std::size_t index) n
 // text. Indices are 0-based.
 class RtfScanner {
 public:
-    // Starts at `from` (which may lie behind a run of backslashes) and ends in front of `limit`.
+    // What begins at or behind `from` (which may lie behind a run of backslashes) and in front of `limit`.
     RtfScanner(std::u16string_view text, std::size_t from, std::size_t limit) noexcept
-        : text_(text.data()), at_(from), limit_(limit < text.size() ? limit : text.size()) {
+        : text_(text), at_(from), limit_(limit < text.size() ? limit : text.size()) {
         if (from < limit_ && isEscaped(text, from)) ++at_;
     }
 
@@ -54,7 +54,7 @@ public:
             }
             position_ = at_;
             at_ += 2;
-            if (position_ + 1 < limit_ && isLetter(text_[position_ + 1])) return true;
+            if (position_ + 1 < text_.size() && isLetter(text_[position_ + 1])) return true;
         }
         return false;
     }
@@ -63,7 +63,7 @@ public:
     char16_t unit() const noexcept { return text_[position_]; }
 
 private:
-    const char16_t* text_;
+    std::u16string_view text_;
     std::size_t at_;
     std::size_t limit_;
     std::size_t position_ = 0;

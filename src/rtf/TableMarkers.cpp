@@ -45,25 +45,16 @@ std::size_t findTableStart(std::u16string_view text, std::size_t previousEnd, st
     return previousEnd + start;
 }
 
-// Tells a trimmer the rows' own definitions: those of nested rows are passed over.
-class RowDefinitions {
-public:
-    explicit RowDefinitions(std::u16string_view text) : text_(text) {}
-
-    void take(TableWord word, std::size_t index, RowTrimmer& rows) {
-        if (word == TableWord::nestedRowProperties) {
-            nested_ = skipWhiteSpace(text_, index + tables::nestedRowProperties.size());
-        } else if (word == TableWord::definition && index != nested_) {
-            rows.definition();
-        } else if (word == TableWord::marker) {
-            rows.marker(index);
-        }
+// Tells a trimmer what stands in its rows, apart from their ends. Definitions of nested rows are not theirs.
+void takeRowWord(std::u16string_view text, TableWord word, std::size_t index, RowTrimmer& rows) {
+    if (word == TableWord::cell) {
+        rows.cell(index);
+    } else if (word == TableWord::marker) {
+        rows.marker(index);
+    } else if (word == TableWord::definition && !tables::isNestedDefinition(text, index)) {
+        rows.definition();
     }
-
-private:
-    std::u16string_view text_;
-    std::size_t nested_ = nowhere;
-};
+}
 
 // Reads one table after the other, and collects what is to be inserted and cut.
 class TableReader {
@@ -97,14 +88,14 @@ std::size_t TableReader::read(std::size_t start) {
     lastRowSeen_ = false;
     rows_ = {};
     nested_.begin(start);
-    RowDefinitions definitions(text_);
     RtfScanner scanner(text_, start, text_.size());
     while (scanner.next()) {
         const std::size_t index = scanner.position();
         const TableWord word = tables::classify(text_, index);
         if (word == TableWord::other) continue;
-        definitions.take(word, index, rows_);
-        if (word == TableWord::cell) rows_.cell(index);
+        // The marker parts a definition that begins the table from what stands before it.
+        if (index == start && word == TableWord::definition) rows_.definition();
+        takeRowWord(text_, word, index, rows_);
         if (word == TableWord::lastRow) {
             lastRowSeen_ = true;
             ++lastRows_;
@@ -200,15 +191,16 @@ void RemoveExtraTrowd(std::u16string& value, std::int32_t& plTableStart, std::in
     const TextRange table = rangeWithin(value, plTableStart, plTableEnd);
     MovingLeft moving(value);
     RowTrimmer rows;
-    RowDefinitions definitions(value);
     RtfScanner scanner(value, table.begin, table.end);
     while (scanner.next()) {
         const std::size_t index = scanner.position();
         const TableWord word = tables::classify(value, index);
-        definitions.take(word, index, rows);
-        if (word == TableWord::cell && index > table.begin) rows.cell(index);
-        if (word != TableWord::row) continue;
-        if (const auto cut = rows.row(index)) moving.cut(*cut);
+        if (word != TableWord::row) {
+            // A cell that begins with the range lies in front of the table.
+            if (word != TableWord::cell || index > table.begin) takeRowWord(value, word, index, rows);
+        } else if (const auto cut = rows.row(index)) {
+            moving.cut(*cut);
+        }
     }
     plTableEnd -= static_cast<std::int32_t>(moving.finish());
 }

@@ -28,10 +28,17 @@ namespace tables {
 inline constexpr std::u16string_view nestedRowProperties = u"\\nesttableprops";
 inline constexpr std::u16string_view markerOpening = u"{\\*\\korvane";
 
-// The place of the "\irow0" of a row that begins at the index with "\trowd", white space or none,
-// and "\irow0".
+// Whether a row begins at the index with "\trowd", white space or none, and "\irow0".
 inline bool firstRowStandsAt(std::u16string_view text, std::size_t index) noexcept {
     return standsAt(text, index, u"\\trowd") && standsAt(text, skipWhiteSpace(text, index + 6), u"\\irow0");
+}
+
+// Whether the "\trowd" at the index stands behind "\nesttableprops", with white space or none between.
+inline bool isNestedDefinition(std::u16string_view text, std::size_t index) noexcept {
+    while (index > 0 && isWhiteSpace(text[index - 1])) --index;
+    if (index < nestedRowProperties.size()) return false;
+    index -= nestedRowProperties.size();
+    return standsAt(text, index, nestedRowProperties) && !isEscaped(text, index);
 }
 
 inline TableWord classifyP(std::u16string_view text, std::size_t index) noexcept {

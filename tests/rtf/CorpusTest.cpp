@@ -1,0 +1,106 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "TableDuel.h"
+#include "rtf/RtfScanner.h"
+#include "text/Encoding.h"
+
+namespace velmor {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<fs::path> documents() {
+    std::vector<fs::path> paths;
+    std::error_code none;
+    for (fs::recursive_directory_iterator it(VELMOR_CORPUS, none), end; it != end; it.increment(none)) {
+        if (it->path().extension() == ".rtf") paths.push_back(it->path());
+    }
+    std::sort(paths.begin(), paths.end());
+    return paths;
+}
+
+std::u16string load(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    return fromAnsi(bytes);
+}
+
+// What a reader of the document sees of its text, without white space, and the depth of its groups
+// at the end. Words with their numbers, and our own markers, are no text.
+std::pair<std::u16string, int> readable(const std::u16string& document) {
+    std::u16string text;
+    int depth = 0;
+    for (std::size_t i = 0; i < document.size();) {
+        if (standsAt(document, i, u"{\\*\\korvane")) {
+            i = document.find(u"}}", i) + 2;
+        } else if (document[i] == u'\\' && i + 1 < document.size() && isLetter(document[i + 1])) {
+            for (++i; i < document.size() && isLetter(document[i]);) ++i;
+            while (i < document.size() && (document[i] == u'-' || (document[i] >= u'0' && document[i] <= u'9'))) ++i;
+        } else if (document[i] == u'\\') {
+            text += document.substr(i, 2);
+            i += 2;
+        } else {
+            depth += document[i] == u'{' ? 1 : document[i] == u'}' ? -1 : 0;
+            if (!isWhiteSpace(document[i]) && document[i] != u'{' && document[i] != u'}') text += document[i];
+            ++i;
+        }
+    }
+    return {text, depth};
+}
+
+// The identities of the tables that are open are a stack, and none comes twice. The number of pairs;
+// -1 when they do not pair up.
+int pairsOf(const std::u16string& text) {
+    std::vector<std::u16string> open, seen;
+    for (std::size_t at = 0; (at = text.find(u"{\\*\\korvane\\", at)) != std::u16string::npos; ++at) {
+        if (standsAt(text, at, startTableMarker)) {
+            open.push_back(text.substr(at + startTableMarker.size(), 38));
+            if (std::find(seen.begin(), seen.end(), open.back()) != seen.end()) return -1;
+            seen.push_back(open.back());
+        } else {
+            if (open.empty() || text.substr(at + endTableMarker.size(), 38) != open.back()) return -1;
+            open.pop_back();
+        }
+    }
+    return open.empty() ? static_cast<int>(seen.size()) : -1;
+}
+
+TEST(Corpus, MarkingLosesNoTextAndPairsUp) {
+    if (documents().empty()) GTEST_SKIP() << "no documents in " << VELMOR_CORPUS;
+    int tables = 0;
+    for (const fs::path& path : documents()) {
+        SCOPED_TRACE(path.filename());
+        const std::u16string document = load(path);
+        std::u16string value = document;
+        test::CountedGuids guids;
+        const bool changed = addTableMarkers(value, guids);
+        const int pairs = pairsOf(value);
+        EXPECT_EQ(pairs > 0, changed);
+        EXPECT_GE(pairs, 0);
+        EXPECT_EQ(readable(value), readable(document));
+        const std::u16string once = value;
+        EXPECT_FALSE(addTableMarkers(value, guids) && changed);
+        EXPECT_EQ(value, once);
+        tables += pairs;
+    }
+    EXPECT_GT(tables, 0);
+}
+
+TEST(Corpus, MarkingEqualsTheSteps) {
+    if (documents().empty()) GTEST_SKIP() << "no documents in " << VELMOR_CORPUS;
+    for (const fs::path& path : documents()) {
+        const std::u16string document = load(path);
+        if (document.size() > 400000) continue;
+        EXPECT_TRUE(test::duelAddMarkers(document).same()) << path.filename();
+        const auto end = static_cast<std::int32_t>(document.size());
+        EXPECT_TRUE(test::duelMarkNested(document, 1, end).same()) << path.filename();
+    }
+}
+
+}  // namespace
+}  // namespace velmor
