@@ -160,7 +160,9 @@ TEST(Module1, SearchesBuildersLikeTheirRules) {
                  both.literal().findRTFWordReverse(sought, backFrom, false, test), backFrom << test);
         }
     };
-    forAllTexts(6, [&](const std::u16string& text) { hold(text, u"\\row", 1, -1); });
+    forAllTexts(6, [&](const std::u16string& text) {
+        if (text.size() < 6 || text.find(u'r') != std::u16string::npos) hold(text, u"\\row", 1, -1);
+    });
     forAllTexts(4, [&](const std::u16string& text) {
         for (const std::u16string& sought : exhaustiveWords) {
             for (std::int32_t p = -1; p <= 5; ++p) hold(text, sought, p, p);
