@@ -113,5 +113,6 @@ BENCHMARK(findPeer)->Name("find/peer")->Arg(1 << 16)->Arg(1 << 21);
 }  // namespace
 
 int main(int argc, char** argv) {
+    velmor::bench::keepMemory();
     return velmor::bench::runWithRatios(argc, argv);
 }

@@ -151,10 +151,16 @@ void GapText::rebuild(std::size_t capacity, std::size_t gapSize) {
     resume_ = split_ + gapSize;
 }
 
-// Small texts grow fast, to be copied seldom; big ones slowly, to leave memory to others.
+// A first text is often the only one. Then growth is wide, for memory that is not touched costs next
+// to nothing and copying does; big texts leave memory to others.
 std::size_t GapText::grownCapacity(std::size_t needed) const noexcept {
-    constexpr std::size_t small = std::size_t{1} << 20;
-    return std::min(needed < small ? needed * 3 : needed + needed / 2, store_.max_size());
+    constexpr std::size_t small = 1 << 12;
+    constexpr std::size_t big = 1 << 20;
+    const std::size_t grown = store_.empty()   ? needed
+                              : needed < small ? needed * 2
+                              : needed < big   ? needed * 8
+                                               : needed + needed / 2;
+    return std::min(grown, store_.max_size());
 }
 
 }  // namespace velmor

@@ -32,6 +32,7 @@ void privStrCat::swap(privStrCat& other) noexcept {
     std::swap(tail_, other.tail_);
     std::swap(capacity_, other.capacity_);
     std::swap(growthRate_, other.growthRate_);
+    std::swap(quickRoom_, other.quickRoom_);
 }
 
 // ---- The buffer
@@ -48,6 +49,7 @@ std::size_t privStrCat::blanksFor(std::size_t lengthBefore, std::size_t added) c
 // Removes, then inserts: what the tail keeps of the one, it loses to the other. All or nothing.
 void privStrCat::replaceUnits(std::size_t index, std::size_t count, std::u16string_view text) {
     if (text.empty()) return eraseUnits(index, count);
+    quickRoom_ = 0;
     const std::size_t rest = content_.size() - index - count;
     const std::size_t blanks = blanksFor(content_.size() - count, text.size());
     tail_.keepLast(content_, count, rest);
@@ -63,6 +65,7 @@ void privStrCat::replaceUnits(std::size_t index, std::size_t count, std::u16stri
 }
 
 void privStrCat::eraseUnits(std::size_t index, std::size_t count) {
+    quickRoom_ = 0;
     tail_.keepLast(content_, count, content_.size() - index - count);
     content_.erase(index, count);
 }
@@ -75,7 +78,7 @@ void privStrCat::overwriteUnits(std::size_t index, std::u16string_view text) {
 void privStrCat::release() noexcept {
     content_ = GapText();
     tail_.clear();
-    capacity_ = 0;
+    capacity_ = quickRoom_ = 0;
 }
 
 // Part of content and tail. index <= content_.size().
@@ -93,8 +96,9 @@ std::u16string privStrCat::spareTail() const {
 
 // ---- Building
 
-void privStrCat::appendGrowing(std::u16string_view text) noexcept {
+void privStrCat::appendSlowly(std::u16string_view text) noexcept {
     unlessMemoryRunsOut([&] { insertUnits(content_.size(), text); });
+    quickRoom_ = tail_.isIdle() ? std::min(capacity_ - content_.size(), content_.roomAtEnd()) : 0;
 }
 
 void privStrCat::AppendVal(std::u16string psString) noexcept {
@@ -103,6 +107,7 @@ void privStrCat::AppendVal(std::u16string psString) noexcept {
         const std::size_t added = psString.size();
         const std::size_t blanks = blanksFor(0, added);
         content_.adopt(std::move(psString));
+        quickRoom_ = 0;
         capacity_ += blanks;
         tail_.contentChanged(0);
         tail_.drop(added);

@@ -33,8 +33,9 @@ public:
     static constexpr std::size_t maximumLength = (std::size_t{1} << 30) - 1;
 
     privStrCat() noexcept = default;
-    privStrCat(const privStrCat&) = default;
-    privStrCat& operator=(const privStrCat&) = default;
+    privStrCat(const privStrCat& other)
+        : content_(other.content_), tail_(other.tail_), capacity_(other.capacity_), growthRate_(other.growthRate_) {}
+    privStrCat& operator=(const privStrCat& other) { return *this = privStrCat(other); }
     privStrCat(privStrCat&& other) noexcept { swap(other); }
     privStrCat& operator=(privStrCat&& other) noexcept;
     ~privStrCat() = default;
@@ -43,11 +44,11 @@ public:
     // ---- Building. Nothing from here to DumpVal raises; what cannot be done is left undone.
 
     void Append(std::u16string_view psString) noexcept {
-        if (tail_.isIdle() && psString.size() <= capacity_ - content_.size() &&
-            psString.size() <= content_.roomAtEnd()) {
+        if (psString.size() <= quickRoom_) {
             content_.appendInRoom(psString);
+            quickRoom_ -= psString.size();
         } else {
-            appendGrowing(psString);
+            appendSlowly(psString);
         }
     }
     // Takes the text over, without a copy, when the content is empty: AppendVal(std::move(text)).
@@ -178,7 +179,7 @@ public:
 private:
     static constexpr std::size_t keptBufferBytes = 5000;
 
-    void appendGrowing(std::u16string_view text) noexcept;
+    void appendSlowly(std::u16string_view text) noexcept;
     std::size_t blanksFor(std::size_t lengthBefore, std::size_t added) const;
     void replaceUnits(std::size_t index, std::size_t count, std::u16string_view text);
     void insertUnits(std::size_t index, std::u16string_view text) { replaceUnits(index, 0, text); }
@@ -203,6 +204,9 @@ private:
     SpareTail tail_;
     std::size_t capacity_ = 0;  // content_.size() + tail_.size() <= capacity_ <= maximumLength; the rest is blank
     std::int32_t growthRate_ = 512;
+    // So much may be appended with nothing but the text to write: it fits, and nothing is stale.
+    // 0 whenever that is not known.
+    std::size_t quickRoom_ = 0;
 };
 
 }  // namespace velmor

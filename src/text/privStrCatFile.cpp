@@ -62,6 +62,7 @@ std::int32_t privStrCat::LoadFromFile(std::u16string_view psFileName) noexcept {
         content_.adopt(std::move(*text));
         tail_.clear();
         capacity_ = content_.size();
+        quickRoom_ = 0;
     }
     return Length();
 }
