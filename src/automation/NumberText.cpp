@@ -52,30 +52,40 @@ void incrementLast(Digits& digits) {
     }
 }
 
-// `value` rounded to `significant` digits from its exact expansion, ties away from zero.
-Digits roundedDigits(double value, int significant) {
-    // The longest exact expansion of a double has 767 digits.
-    std::array<char, 800> buffer;
-    auto end =
-        std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::scientific, significant)
-            .ptr;
-    // One digit more than wanted: to_chars rounds exact ties to even, so only a 5 there can hide a
-    // tie or a value that was itself rounded to that 5.
-    const std::size_t next = static_cast<std::size_t>(significant) + 1;
-    if (buffer[next] == '5') {
-        end =
-            std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::scientific, 770).ptr;
-    }
-    const std::string_view all(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
-    const bool up = all[next] >= '5';
-    Digits digits = digitsOf(std::string(all.substr(0, next)).append(all.substr(all.find('e'))));
-    const int kept = digits.count;
-    if (up) {
-        std::fill(digits.text.begin() + kept, digits.text.begin() + significant, '0');
-        digits.count = significant;
-        incrementLast(digits);
-    }
+// Ties away from zero.
+void roundTo(Digits& digits, int significant) {
+    if (digits.count <= significant) return;
+    const bool up = digits.text[static_cast<std::size_t>(significant)] >= '5';
+    digits.count = significant;
+    if (up) incrementLast(digits);
     digits.trim();
+}
+
+Digits shortestDigits(double value) {
+    std::array<char, 32> buffer;
+    const auto end =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::scientific).ptr;
+    return digitsOf({buffer.data(), static_cast<std::size_t>(end - buffer.data())});
+}
+
+Digits exactDigits(double value) {
+    constexpr int kLongestExpansion = 770;
+    std::array<char, kLongestExpansion + 16> buffer;
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::scientific,
+                                   kLongestExpansion)
+                         .ptr;
+    return digitsOf({buffer.data(), static_cast<std::size_t>(end - buffer.data())});
+}
+
+// The value rounded to 15 digits or fewer from its exact expansion.
+Digits roundedDigits(double value, int significant) {
+    // The shortest digits that give the value back round like the exact ones: a decimal between
+    // the two would be as short, and nearer. That leaves shortest digits that are a tie
+    // themselves, and values too small to keep 15 digits.
+    Digits digits = shortestDigits(value);
+    const bool tie = digits.count == significant + 1 && digits.text[static_cast<std::size_t>(significant)] == '5';
+    if (tie || value < std::numeric_limits<double>::min()) digits = exactDigits(value);
+    roundTo(digits, significant);
     return digits;
 }
 
@@ -122,27 +132,11 @@ void writePlainForm(TextWriter& out, const Digits& digits) {
     out.digits(digits, std::min(whole, digits.count), digits.count);
 }
 
-template <class Float>
-Digits digitsFor(Float magnitude, int significant) {
-    // The shortest digits that give the value back are its rounded digits when there are few
-    // enough of them: a decimal of digits10 places survives the way through a normal number.
-    constexpr int kSafe = std::numeric_limits<Float>::digits10;
-    if (significant <= kSafe && magnitude >= std::numeric_limits<Float>::min()) {
-        std::array<char, 64> buffer;
-        const auto end =
-            std::to_chars(buffer.data(), buffer.data() + buffer.size(), magnitude, std::chars_format::scientific).ptr;
-        const Digits shortest = digitsOf({buffer.data(), static_cast<std::size_t>(end - buffer.data())});
-        if (shortest.count <= kSafe) return shortest;
-    }
-    return roundedDigits(magnitude, significant);
-}
-
-template <class Float>
-std::u16string floatText(Float value, int significant) {
+std::u16string floatText(double value, int significant) {
     if (value == 0) return u"0";
     if (std::isnan(value)) return u"-1.#IND";
     if (std::isinf(value)) return value < 0 ? u"-1.#INF" : u"1.#INF";
-    const Digits digits = digitsFor(std::fabs(value), significant);
+    const Digits digits = roundedDigits(std::fabs(value), significant);
     TextWriter out;
     if (value < 0) out.put('-');
     if (digits.exponent < -4 || digits.exponent >= significant) {
