@@ -50,10 +50,20 @@ std::size_t EntryScanner::closingHash(std::size_t from) {
 
 std::size_t EntryScanner::next(Closing& closing, std::size_t from) const noexcept {
     if (!closing.asked || closing.found < from) {
-        closing.found = findText(text_, closing.sought, from, Comparison::binary);
+        closing.found = delimiter_.size() == 1 ? nextPair(closing.sought[0], from)
+                                               : findText(text_, closing.sought, from, Comparison::binary);
         closing.asked = true;
     }
     return closing.found;
+}
+
+// Values are short: this is at the end of most of them before a search has made its plan.
+std::size_t EntryScanner::nextPair(char16_t mark, std::size_t from) const noexcept {
+    const char16_t second = delimiter_[0];
+    for (std::size_t i = from; i + 1 < text_.size(); ++i) {
+        if (text_[i + 1] == second && text_[i] == mark) return i;
+    }
+    return npos;
 }
 
 std::size_t EntryScanner::tagValueEnd(std::size_t from) {

@@ -45,6 +45,7 @@ private:
     };
 
     std::size_t next(Closing& closing, std::size_t from) const noexcept;
+    std::size_t nextPair(char16_t mark, std::size_t from) const noexcept;
     std::size_t behindDrive(std::size_t from) const noexcept;
     void findNestedTags();
 

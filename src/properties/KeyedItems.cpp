@@ -1,6 +1,7 @@
 #include "properties/KeyedItems.h"
 
 #include <algorithm>
+#include <bit>
 #include <utility>
 
 #include "properties/PropertyEnumerator.h"
@@ -12,10 +13,25 @@ namespace {
 constexpr std::size_t kEntriesWithoutTable = 8;
 constexpr std::size_t kFirstTable = 32;
 
+std::uint32_t hashOf(std::u16string_view key) noexcept {
+    return static_cast<std::uint32_t>(hashIgnoringCase(key));
+}
+
+// Names that count up differ in a few low bits only; multiplied, they spread over the whole table.
+std::size_t home(std::uint32_t hash, std::size_t mask) noexcept {
+    return static_cast<std::size_t>(hash * 0x9E3779B97F4A7C15 >> 32) & mask;
+}
+
+std::uint8_t tagOf(std::uint32_t hash) noexcept {
+    return static_cast<std::uint8_t>(hash >> 24 | 0x80);
+}
+
 }  // namespace
 
 privProperty* KeyedItems::find(std::u16string_view key) const noexcept {
-    return slots_.empty() ? findInOrder(key) : slotOf(hashIgnoringCase(key), key).property;
+    if (tags_.empty()) return findInOrder(key);
+    const std::size_t slot = slotOf(hashOf(key), key);
+    return tags_[slot] == 0 ? nullptr : keyedAt_[slot];
 }
 
 privProperty* KeyedItems::findInOrder(std::u16string_view key) const noexcept {
@@ -81,31 +97,36 @@ void KeyedItems::move(std::size_t from, std::size_t to) {
 
 void KeyedItems::releaseKeys() noexcept {
     for (const PropertyRef& property : *this) property->keyed_ = false;
-    slots_.clear();
+    tags_.clear();
+    keyedAt_.clear();
     keys_ = 0;
 }
 
 // The slot with the key, or the free one where it belongs.
-KeyedItems::Slot& KeyedItems::slotOf(std::size_t hash, std::u16string_view key) const noexcept {
-    const std::size_t mask = slots_.size() - 1;
-    std::size_t slot = hash & mask;
-    while (slots_[slot].property != nullptr &&
-           (slots_[slot].hash != hash || !equalIgnoringCase(slots_[slot].property->Name(), key))) {
-        slot = (slot + 1) & mask;
+std::size_t KeyedItems::slotOf(std::uint32_t hash, std::u16string_view key) const noexcept {
+    const std::size_t mask = tags_.size() - 1;
+    const std::uint8_t tag = tagOf(hash);
+    std::size_t slot = home(hash, mask);
+    for (; tags_[slot] != 0; slot = (slot + 1) & mask) {
+        if (tags_[slot] != tag || keyedAt_[slot]->keyHash_ != hash) continue;
+        if (equalIgnoringCase(keyedAt_[slot]->Name(), key)) break;
     }
-    return slots_[slot];
+    return slot;
 }
 
 privProperty* KeyedItems::claimKey(privProperty* property) {
     const std::u16string& name = property->Name();
-    if (size() >= kEntriesWithoutTable && (keys_ + 1) * 2 > slots_.size()) growTable();
-    if (slots_.empty()) {
+    if (size() >= kEntriesWithoutTable && (keys_ + 1) * 2 > tags_.size()) {
+        growTable(std::max(kFirstTable, tags_.size() * 2));
+    }
+    if (tags_.empty()) {
         if (privProperty* const owner = findInOrder(name)) return owner;
     } else {
-        const std::size_t hash = hashIgnoringCase(name);
-        Slot& slot = slotOf(hash, name);
-        if (slot.property != nullptr) return slot.property;
-        slot = {hash, property};
+        property->keyHash_ = hashOf(name);
+        const std::size_t slot = slotOf(property->keyHash_, name);
+        if (tags_[slot] != 0) return keyedAt_[slot];
+        tags_[slot] = tagOf(property->keyHash_);
+        keyedAt_[slot] = property;
     }
     property->keyed_ = true;
     ++keys_;
@@ -117,36 +138,43 @@ void KeyedItems::dropKey(privProperty* property) noexcept {
     if (!property->keyed_) return;
     property->keyed_ = false;
     --keys_;
-    if (slots_.empty()) return;
-    const std::size_t mask = slots_.size() - 1;
-    const Slot& found = slotOf(hashIgnoringCase(property->Name()), property->Name());
-    auto free = static_cast<std::size_t>(&found - slots_.data());
-    for (std::size_t next = (free + 1) & mask; slots_[next].property != nullptr; next = (next + 1) & mask) {
-        const std::size_t home = slots_[next].hash & mask;
-        if (((next - home) & mask) < ((next - free) & mask)) continue;
-        slots_[free] = slots_[next];
+    if (tags_.empty()) return;
+    const std::size_t mask = tags_.size() - 1;
+    std::size_t free = slotOf(property->keyHash_, property->Name());
+    for (std::size_t next = (free + 1) & mask; tags_[next] != 0; next = (next + 1) & mask) {
+        const std::size_t wanted = home(keyedAt_[next]->keyHash_, mask);
+        if (((next - wanted) & mask) < ((next - free) & mask)) continue;
+        tags_[free] = tags_[next];
+        keyedAt_[free] = keyedAt_[next];
         free = next;
     }
-    slots_[free] = {};
+    tags_[free] = 0;
 }
 
-void KeyedItems::growTable() {
-    const std::vector<Slot> old = std::exchange(slots_, std::vector<Slot>(std::max(kFirstTable, slots_.size() * 2)));
-    for (const Slot& entry : old) {
-        if (entry.property != nullptr) enter(entry.property, entry.hash);
-    }
-    if (!old.empty()) return;
+void KeyedItems::reserve(std::size_t count) {
+    order_.reserve(first_ + count);
+    const std::size_t slots = std::bit_ceil(count * 2);
+    if (count > kEntriesWithoutTable && slots > tags_.size()) growTable(slots);
+}
+
+void KeyedItems::growTable(std::size_t size) {
+    const bool isFirst = tags_.empty();
+    tags_.assign(size, 0);
+    keyedAt_ = std::vector<privProperty*>(size);
     for (const PropertyRef& property : *this) {
-        if (property->keyed_) enter(property.get(), hashIgnoringCase(property->Name()));
+        if (!property->keyed_) continue;
+        if (isFirst) property->keyHash_ = hashOf(property->Name());
+        enter(property.get());
     }
 }
 
 // The key is known to be new.
-void KeyedItems::enter(privProperty* property, std::size_t hash) noexcept {
-    const std::size_t mask = slots_.size() - 1;
-    std::size_t slot = hash & mask;
-    while (slots_[slot].property != nullptr) slot = (slot + 1) & mask;
-    slots_[slot] = {hash, property};
+void KeyedItems::enter(privProperty* property) noexcept {
+    const std::size_t mask = tags_.size() - 1;
+    std::size_t slot = home(property->keyHash_, mask);
+    while (tags_[slot] != 0) slot = (slot + 1) & mask;
+    tags_[slot] = tagOf(property->keyHash_);
+    keyedAt_[slot] = property;
 }
 
 }  // namespace velmor

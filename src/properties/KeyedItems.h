@@ -24,7 +24,7 @@ public:
     const PropertyRef& at(std::size_t position) const { return order_[first_ + position]; }
     auto begin() const { return order_.begin() + static_cast<std::ptrdiff_t>(first_); }
     auto end() const { return order_.end(); }
-    void reserve(std::size_t count) { order_.reserve(first_ + count); }
+    void reserve(std::size_t count);  // room for so many entries in all
 
     // The entry that carries the key; null when there is none.
     privProperty* find(std::u16string_view key) const noexcept;
@@ -44,23 +44,22 @@ public:
 private:
     friend class PropertyEnumerator;
 
-    // Open addressing with linear probing; the size is a power of two, at most half is taken.
-    struct Slot {
-        std::size_t hash = 0;
-        privProperty* property = nullptr;
-    };
-
     auto place(std::size_t position) { return order_.begin() + static_cast<std::ptrdiff_t>(first_ + position); }
     privProperty* findInOrder(std::u16string_view key) const noexcept;
-    Slot& slotOf(std::size_t hash, std::u16string_view key) const noexcept;
+    std::size_t slotOf(std::uint32_t hash, std::u16string_view key) const noexcept;
     privProperty* claimKey(privProperty* property);
     void dropKey(privProperty* property) noexcept;
-    void growTable();
-    void enter(privProperty* property, std::size_t hash) noexcept;
+    void growTable(std::size_t size);
+    void enter(privProperty* property) noexcept;
 
     std::vector<PropertyRef> order_;  // the first first_ places are vacated
     std::size_t first_ = 0;
-    mutable std::vector<Slot> slots_;  // empty while a look along the order is as quick
+    // The table of keys: open addressing with linear probing. The size is a power of two, at most
+    // half is taken. A byte of each hash stands apart (0: free), so that a name that is not there,
+    // which is every new one, is found missing without touching much memory. Empty while a look
+    // along the order is as quick.
+    std::vector<std::uint8_t> tags_;
+    std::vector<privProperty*> keyedAt_;
     std::size_t keys_ = 0;
     std::vector<PropertyEnumerator*> enumerators_;
 };

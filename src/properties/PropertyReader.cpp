@@ -23,6 +23,8 @@ using automation::Variant;
 namespace {
 
 constexpr std::size_t kMarkerSize = 4;
+constexpr std::size_t kSample = 64;  // entries by whose length the number of all is guessed
+constexpr std::size_t kMostReserved = std::size_t{1} << 17;
 constexpr std::size_t kBestCompression = 1032;  // of deflate, bytes for a byte
 
 // Encoded bytes hold no quote. Looking for one first costs no more than the way to the next marker,
@@ -98,7 +100,9 @@ void PropertyReader::read(std::u16string_view text, bool asTag, std::u16string_v
 
 void PropertyReader::readEntries(std::u16string_view text, std::u16string_view delimiter, std::size_t from) {
     Scanner scanner(text, delimiter);
+    std::size_t entries = 0;
     for (std::size_t end; (end = scanner.nameEnd(from)) != Scanner::npos; from = end + delimiter.size()) {
+        if (++entries == kSample) target_.items_->reserve(std::min(entries * (text.size() / from), kMostReserved));
         const std::u16string_view name = text.substr(from, end - from);
         if (text[end] != u'=') {
             add(name, std::int32_t{0});
@@ -240,8 +244,9 @@ privProperty& PropertyReader::ownerOfChild(std::u16string_view name) {
     return *last_;
 }
 
-void PropertyReader::add(std::u16string_view name, Variant value, std::int32_t encoding) {
-    const PropertyRef property = target_.newProperty(now_);
+void PropertyReader::add(std::u16string_view name, Variant&& value, std::int32_t encoding) {
+    const PropertyRef property = std::allocate_shared<privProperty>(
+        pool_.next<privProperty>(), privProperties::propertyKey(), target_.services_, now_);
     const bool upperCaseName = asTag_ && !value.isObject();
     property->InitValue(privProperties::CleanName(name), std::move(value), encoding, false, upperCaseName);
     target_.append(property);

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "properties/EntryScanner.h"
+#include "properties/SlabPool.h"
 #include "properties/privProperties.h"
 
 namespace velmor {
@@ -43,11 +44,12 @@ private:
     automation::ObjectRef collectionOf(std::u16string_view content) const;
     bool keepChild(std::u16string_view name, bool attributes, std::u16string_view content);
     privProperty& ownerOfChild(std::u16string_view name);
-    void add(std::u16string_view name, automation::Variant value, std::int32_t encoding = 0);
+    void add(std::u16string_view name, automation::Variant&& value, std::int32_t encoding = 0);
 
     privProperties& target_;
     const Limits limits_;
     const automation::Date now_;
+    SlabPool pool_;
     bool asTag_ = false;
     privProperty* last_ = nullptr;  // the one read just before
 };

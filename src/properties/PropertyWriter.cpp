@@ -24,6 +24,7 @@ using automation::VariantType;
 namespace {
 
 constexpr std::u16string_view kTerminator = u"\":";
+constexpr std::size_t kSample = 64;  // entries by whose length the room for all is guessed
 
 void appendInteger(std::u16string& target, std::int32_t value) {
     std::array<char, 12> digits{};
@@ -45,6 +46,7 @@ PropertyWriter::PropertyWriter(platform::Services& services, Form form, int leve
 
 std::u16string PropertyWriter::write(const KeyedItems& items) {
     for (std::size_t i = 0; i < items.size(); ++i) {
+        if (i == kSample) out_.reserve(out_.size() / kSample * (items.size() + items.size() / 8));
         if (asTag_ && i == 0) {
             out_.append(items.at(i)->Name()).append(1, u'>');
         } else {

@@ -42,17 +42,17 @@ std::optional<Variant> suffixed(std::u16string_view body, char16_t type) {
     if (const auto integer = plainInteger(body); integer && type == u'&') return *integer;
     const bool decimal = type == u'!' && body.starts_with(u'!');
     if (decimal) body.remove_prefix(1);
+    const auto value = automation::parseNumber(body);
+    if (!value) return std::nullopt;
+    if (type == u'#' || (isFraction(body) && (type == u'&' || type == u'%'))) return *value;
     const Variant number{body};
-    if (!automation::isNumeric(number)) return std::nullopt;
     switch (type) {
         case u'&':
-            return isFraction(body) ? wrap(automation::toDouble(number)) : wrap(automation::toLong(number));
+            return wrap(automation::toLong(number));
         case u'%':
-            return isFraction(body) ? wrap(automation::toDouble(number)) : wrap(automation::toInteger(number));
+            return wrap(automation::toInteger(number));
         case u'!':
             return decimal ? wrap(automation::toDecimal(number)) : wrap(automation::toSingle(number));
-        case u'#':
-            return wrap(automation::toDouble(number));
         default:
             return wrap(automation::toCurrency(number));
     }
@@ -63,13 +63,11 @@ bool isTypeCharacter(char16_t unit) {
 }
 
 std::optional<Variant> untyped(std::u16string_view text) {
-    const Variant value{text};
-    if (!automation::isNumeric(value)) return std::nullopt;
-    const auto number = automation::toDouble(value);
+    const auto number = automation::parseNumber(text);
     if (!number) return std::nullopt;
     if (isFraction(text)) return *number;
     if (*number >= std::numeric_limits<std::int32_t>::max()) return std::nullopt;
-    return wrap(automation::toLong(value));
+    return wrap(automation::toLong(Variant(text)));
 }
 
 }  // namespace

@@ -35,7 +35,7 @@ privProperties::privProperties(platform::Services& services)
 privProperties::~privProperties() = default;
 
 PropertyRef privProperties::newProperty(Date now) const {
-    return std::make_shared<privProperty>(privProperty::Key(), services_, now);
+    return std::make_shared<privProperty>(propertyKey(), services_, now);
 }
 
 void privProperties::append(const PropertyRef& property) {

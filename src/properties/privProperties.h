@@ -150,6 +150,7 @@ private:
 
     enum class TextForm { stored, delimited, tagCommand, command };
 
+    static privProperty::Key propertyKey() noexcept { return {}; }
     PropertyRef newProperty(automation::Date now) const;
     // Puts a property that is complete at the end; marks the keyed one when the name is taken.
     void append(const PropertyRef& property);

@@ -144,7 +144,7 @@ void privProperty::ValueInt(std::int16_t piValue) {
     Value(Variant(piValue));
 }
 
-void privProperty::InitValue(std::u16string psName, Variant pvValue, std::int32_t plEncoding, bool pbMultiple,
+void privProperty::InitValue(std::u16string psName, Variant&& pvValue, std::int32_t plEncoding, bool pbMultiple,
                              bool pbUpperCaseName) {
     name_ = pbUpperCaseName ? upperCase(psName) : std::move(psName);
     SetValueQuiet(std::move(pvValue));
@@ -163,7 +163,7 @@ void privProperty::InitObject(std::u16string psName, ObjectRef poValue, std::int
     InitValue(std::move(psName), Variant(std::move(poValue)), plEncoding, pbMultiple, false);
 }
 
-void privProperty::SetValueQuiet(Variant pvValue) {
+void privProperty::SetValueQuiet(Variant&& pvValue) {
     value_ = std::move(pvValue);
     builder_.reset();
 }

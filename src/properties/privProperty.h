@@ -93,7 +93,7 @@ public:
 
     // For the collection, the text form and the RTF engine.
 
-    void InitValue(std::u16string psName, automation::Variant pvValue, std::int32_t plEncoding, bool pbMultiple,
+    void InitValue(std::u16string psName, automation::Variant&& pvValue, std::int32_t plEncoding, bool pbMultiple,
                    bool pbUpperCaseName);
     void InitString(std::u16string psName, std::u16string psValue, std::int32_t plEncoding, bool pbMultiple,
                     bool pbUpperCaseName);
@@ -101,7 +101,7 @@ public:
     void InitObject(std::u16string psName, automation::ObjectRef poValue, std::int32_t plEncoding, bool pbMultiple,
                     bool pbUpperCaseName);
     // The quiet setters leave the time stamps and the changed flag alone.
-    void SetValueQuiet(automation::Variant pvValue);
+    void SetValueQuiet(automation::Variant&& pvValue);
     void SetObjectQuiet(automation::ObjectRef poValue);
     void SetValueStrQuietChanged(std::u16string psValue);
     void SetMultiple(bool pbMultiple) noexcept { multiple_ = pbMultiple; }
@@ -168,7 +168,9 @@ private:
     std::uint8_t encoding_ = 0;
     bool multiple_ = false;
     bool changed_ = false;
-    bool keyed_ = false;  // carries the key of its name in its collection
+    // For the collection that it is in:
+    bool keyed_ = false;  // it carries the key of its name
+    std::uint32_t keyHash_ = 0;
 };
 
 using PropertyRef = std::shared_ptr<privProperty>;
