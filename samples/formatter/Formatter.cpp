@@ -19,14 +19,14 @@ using namespace velmor::automation;
 constexpr std::int32_t interfaceLevel = 5;
 
 struct Command {
-    std::u16string_view name, syntax, description, defaultFormat, formats;
+    std::u16string_view name, syntax, description, defaultPattern, patterns;
 };
 
 constexpr std::array<Command, 2> commands = {{
-    {u"DATE", u"FORMAT>DATE:PROPERTY=name:[VALUE=date:][FORMAT=(d mmmm yyyy):]",
+    {u"DATE", u"FORMAT>DATE:PROPERTY=name:[VALUE=date:][PATTERN=(d mmmm yyyy):]",
      u"A date by a pattern of d, m, y, h, n, s and AM/PM", u"d mmmm yyyy",
      u"d mmmm yyyy:dddd, d mmmm yyyy:mmmm yyyy:dd/mm/yyyy:"},
-    {u"NUMBER", u"FORMAT>NUMBER:PROPERTY=name:[VALUE=number:][FORMAT=(#,##0.00):]",
+    {u"NUMBER", u"FORMAT>NUMBER:PROPERTY=name:[VALUE=number:][PATTERN=(#,##0.00):]",
      u"A number by a pattern of #, 0, comma, point and %", u"#,##0.00", u"#,##0.00:#,##0:0.0:0%:"},
 }};
 
@@ -73,8 +73,8 @@ Variant describe(const Arguments& args, std::u16string_view Command::*field) {
 
 Variant values(const Arguments& args) {
     const Command* command = findCommand(args.text(0));
-    const bool known = command && velmor::equalIgnoringCase(args.text(1), u"FORMAT");
-    return known ? Variant(command->formats) : Variant(u"");
+    const bool known = command && velmor::equalIgnoringCase(args.text(1), u"PATTERN");
+    return known ? Variant(command->patterns) : Variant(u"");
 }
 
 // The last two arguments of the catalogue's members are the handler's name and the host's database.
@@ -84,7 +84,7 @@ const DispatchTable<Formatter> members({
      [](Formatter& self, Arguments& args) { return Variant(self.GetTagValue(args.object(0))); }},
     {u"CommandList", MemberKind::get, 0, 2, [](Formatter&, Arguments&) { return Variant(u"DATE:NUMBER:"); }},
     {u"ParameterList", MemberKind::get, 1, 3,
-     [](Formatter&, Arguments& args) { return Variant(findCommand(args.text(0)) ? u"PROPERTY:VALUE:FORMAT:" : u""); }},
+     [](Formatter&, Arguments& args) { return Variant(findCommand(args.text(0)) ? u"PROPERTY:VALUE:PATTERN:" : u""); }},
     {u"SyntaxString", MemberKind::get, 1, 3,
      [](Formatter&, Arguments& args) { return describe(args, &Command::syntax); }},
     {u"CommandDescription", MemberKind::get, 1, 3,
@@ -111,7 +111,7 @@ std::u16string Formatter::GetTagValue(const ObjectRef& poTag) {
     if (!command) throw velmor::Error(5, u"Sample.Formatter", u"There is no command \"" + name + u"\"");
     const Variant value = subject();
     return isNothing(value) ? std::u16string()
-                            : format(*command, value, parameter(tag_, u"FORMAT", command->defaultFormat));
+                            : format(*command, value, parameter(tag_, u"PATTERN", command->defaultPattern));
 }
 
 // What is to be formatted.

@@ -11,12 +11,12 @@ namespace sample {
 
 // The handler "Sample.Formatter": dates and numbers by a pattern.
 //
-//     <KV:FORMAT>DATE:PROPERTY=name:FORMAT="d mmmm yyyy":</KV>
-//     <KV:FORMAT>NUMBER:VALUE=1234.5:FORMAT="#,##0.00":</KV>
+//     <KV:FORMAT>DATE:PROPERTY=name:PATTERN="d mmmm yyyy":</KV>
+//     <KV:FORMAT>NUMBER:VALUE=1234.5:PATTERN="#,##0.00":</KV>
 //
 // PROPERTY names a property of the tag and keeps its type, whatever the language of the machine;
 // VALUE is a text, tags in it evaluated. An absent or empty value gives the empty text, one that
-// is no date or number raises error 13. See Patterns.h for FORMAT.
+// is no date or number raises error 13. See Patterns.h for PATTERN.
 class Formatter final : public velmor::automation::Object {
 public:
     velmor::automation::Variant invoke(std::u16string_view name, velmor::automation::InvokeKind kind,

@@ -39,7 +39,7 @@ Examples:
 struct Raw {
     EvalOptions eval;
     TagsOptions tags;
-    std::string includePath, registry;
+    std::string includePath, registry, encoding;
     std::vector<std::string> handlers;
 };
 
@@ -48,13 +48,18 @@ std::string checkAssignment(const std::string& text) {
     return equals == text.npos || equals == 0 ? "'" + text + "' is not of the form name=value" : std::string();
 }
 
-void addEncoding(CLI::App& command, TextEncoding& encoding) {
-    static const std::map<std::string, TextEncoding> names = {{"ansi", TextEncoding::ansi},
-                                                              {"utf-8", TextEncoding::utf8}};
+std::string checkEncoding(const std::string& text) {
+    return text == "ansi" || text == "utf-8" ? std::string() : "'" + text + "' is neither ansi nor utf-8";
+}
+
+void addEncoding(CLI::App& command, std::string& encoding) {
     command.add_option("--encoding", encoding, "How plain text and property files are coded (default: ansi)")
-        ->transform(CLI::Transformer(names).description(""))
-        ->check(CLI::IsMember({TextEncoding::ansi, TextEncoding::utf8}).description(""))
-        ->type_name("ansi|utf-8");
+        ->type_name("ansi|utf-8")
+        ->check(CLI::Validator(checkEncoding, ""));
+}
+
+TextEncoding encodingOf(const std::string& name) {
+    return name == "utf-8" ? TextEncoding::utf8 : TextEncoding::ansi;
 }
 
 CLI::App* addEval(CLI::App& app, Raw& raw) {
@@ -71,7 +76,7 @@ CLI::App* addEval(CLI::App& app, Raw& raw) {
         ->type_name("FILE");
     command->add_option("--include-path", raw.includePath, "Where included files are (the property \"Path\")")
         ->type_name("DIR");
-    addEncoding(*command, raw.eval.encoding);
+    addEncoding(*command, raw.encoding);
     command->add_option("--registry", raw.registry, "Take the registry from this .reg file")->type_name("FILE");
 #ifndef _WIN32
     command->add_option("--handlers", raw.handlers, "Look for handler libraries here, too; may be repeated")
@@ -87,7 +92,7 @@ CLI::App* addTags(CLI::App& app, Raw& raw) {
     CLI::App* command = app.add_subcommand("tags", "List the tags of a template");
     command->add_option("TEMPLATE", raw.tags.input, "The template; - or nothing: standard input")->type_name("");
     command->add_flag("--json", raw.tags.json, "As JSON");
-    addEncoding(*command, raw.tags.encoding);
+    addEncoding(*command, raw.encoding);
     command->footer(tagsFooter);
     return command;
 }
@@ -106,7 +111,13 @@ void answer(const CLI::App& app, const CLI::ParseError& outcome) {
         std::cout << out.str() << std::flush;
         return;
     }
-    throw Failure(exitUsage, std::string(outcome.what()) + " (velmor --help says more)");
+    std::string what = outcome.what();
+    if (app.get_subcommands().empty()) {
+        const auto unknown = app.remaining();
+        what =
+            unknown.empty() ? "no command; there are eval and tags" : "there is no command '" + unknown.front() + "'";
+    }
+    throw Failure(exitUsage, what + " (velmor --help says more)");
 }
 
 }  // namespace
@@ -127,6 +138,7 @@ std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& argu
         answer(app, outcome);
         return std::nullopt;
     }
+    raw.eval.encoding = raw.tags.encoding = encodingOf(raw.encoding);
     CommandLine result;
     if (!eval->parsed()) {
         result.command = raw.tags;

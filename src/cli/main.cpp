@@ -6,6 +6,8 @@
 
 #ifdef _WIN32
 
+#include "platform/win32/Apartment.h"
+
 // The C library does not expand "*" in arguments: a property's value may well hold one.
 extern "C" {
 int _dowildcard = 0;
@@ -17,6 +19,7 @@ int wmain(int count, wchar_t** values) {
     for (int index = 1; index < count; ++index) {
         arguments.push_back(velmor::toUtf8(reinterpret_cast<const char16_t*>(values[index])));
     }
+    const velmor::platform::Apartment apartment;
     return velmor::cli::runProgram(arguments);
 }
 

@@ -1,0 +1,33 @@
+' Makes the sample letter through the component, as any script would:
+'     cscript //nologo render.vbs RESULT
+' Velmor3.dll, SampleFormatter.dll and the handler's entry (handlers.reg) have to be registered.
+Option Explicit
+
+Const ForReading = 1
+
+Dim files, folder, tag, entry, output
+Set files = CreateObject("Scripting.FileSystemObject")
+folder = files.GetParentFolderName(WScript.ScriptFullName)
+
+If WScript.Arguments.Count <> 1 Then
+    WScript.Echo "usage: cscript //nologo render.vbs RESULT"
+    WScript.Quit 1
+End If
+
+Set tag = CreateObject("kvVelmor3.kvTag")
+If Not tag.Properties.LoadFromFile(folder & "\invoice.properties", "") Then
+    WScript.Echo "invoice.properties cannot be read"
+    WScript.Quit 2
+End If
+tag.Properties.Add "Path", folder, True     ' where the included files are
+tag.Value = files.OpenTextFile(folder & "\invoice.rtf", ForReading).ReadAll     ' last, when all else is set
+
+Set output = files.CreateTextFile(WScript.Arguments(0), True)
+output.Write tag.Result
+output.Close
+
+For Each entry In tag.ErrorLog
+    WScript.Echo entry.Name & ": " & entry.Value
+Next
+If tag.ErrorLog.Count > 0 Then WScript.Quit 3
+tag.Dispose
