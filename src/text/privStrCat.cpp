@@ -151,8 +151,9 @@ void privStrCat::DumpStr(std::u16string& psReturn) noexcept {
             psReturn = content_.release();
             release();
         } else {
-            psReturn = content_.copy(0, content_.size());
-            Reset();
+            std::u16string text = content_.copy(0, content_.size());
+            eraseUnits(0, content_.size());
+            psReturn = std::move(text);
         }
     });
 }

@@ -21,7 +21,7 @@ std::int32_t privStrCat::InsertTagResult(ResultSource& poTag, std::int32_t plPos
     const std::size_t width = poTag.resultBuilder().content_.size();
     std::u16string result = poTag.result();
     if (result.size() > width) result.resize(width);
-    if (result.size() < width) {
+    if (result.size() < width && plPosition <= Length()) {  // evaluating may have changed this text
         // The rest of the width keeps what stood there when the content moved right.
         result += bufferCopy(toIndex(plPosition), width).substr(result.size());
     }
