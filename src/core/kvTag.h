@@ -112,6 +112,8 @@ public:
 
     // --- for the engine's other rooms ---
 
+    // Result without a copy; stays as it is when the tag goes on to another value.
+    TextRef resultText();
     // True for a tag made by another tag.
     bool isChild() const;
     // The internal collection that PRIVVAR and PRIVSTRCATDUMP read; created on first use.

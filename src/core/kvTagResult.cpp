@@ -34,16 +34,20 @@ private:
 }  // namespace
 
 std::u16string kvTag::Result() {
-    if (answering_) return evaluation_ != nullptr ? evaluation_->soFar() : *result_;
-    if (!resultGenerated_) evaluate();
-    return *result_;
+    return *resultText();
+}
+
+TextRef kvTag::resultText() {
+    if (answering_ && evaluation_ != nullptr) return std::make_shared<const std::u16string>(evaluation_->soFar());
+    if (!answering_ && !resultGenerated_) evaluate();
+    return result_;
 }
 
 const privStrCat& kvTag::resultBuilder() {
     if (!resultGenerated_ && !answering_) evaluate();
     if (!resultBuilder_) resultBuilder_ = std::make_unique<privStrCat>();
     resultBuilder_->Reset();
-    resultBuilder_->Append(answering_ ? Result() : *result_);
+    resultBuilder_->Append(*resultText());
     return *resultBuilder_;
 }
 
