@@ -80,7 +80,9 @@ std::u16string evaluateText(platform::Services& services, const ContextRef& cont
 }
 
 Evaluation::Evaluation(TagList& tags, std::u16string& target)
-    : tags_(tags), target_(target), base_(target.size()), finished_(target.size()), scanFrom_(target.size()) {}
+    : tags_(tags), target_(target), base_(target.size()), finished_(target.size()), scanFrom_(target.size()) {
+    tags_.beginEvaluation();
+}
 
 std::u16string Evaluation::soFar() const {
     if (literalText_ != nullptr) return *literalText_;

@@ -29,6 +29,9 @@ class Evaluation {
 public:
     // Appends to target. The list's text must not change meanwhile.
     Evaluation(TagList& tags, std::u16string& target);
+    ~Evaluation() { tags_.endEvaluation(); }
+    Evaluation(const Evaluation&) = delete;
+    Evaluation& operator=(const Evaluation&) = delete;
     void run();
 
     // The text as far as it has come: what is finished, and the rest with its tags.

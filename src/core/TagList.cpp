@@ -95,7 +95,13 @@ void TagList::finishResults(const TextRef& target) {
     if (!results_) keepResults(target);
 }
 
+void TagList::endEvaluation() {
+    if (--evaluations_ == 0 && toBeCleanedUp_) cleanUp();
+}
+
 void TagList::cleanUp() {
+    toBeCleanedUp_ = evaluations_ != 0;
+    if (toBeCleanedUp_) return;
     for (const auto& entry : made_) entry.second->releaseShared();
     made_.clear();
     spans_.clear();

@@ -49,6 +49,9 @@ public:
 
     // --- for the evaluation ---
 
+    // In between, a clean-up waits: a handler may ask for it.
+    void beginEvaluation() noexcept { ++evaluations_; }
+    void endEvaluation();
     // Results are about to be appended to `target`, the first of them at `base`.
     void beginResults(const std::u16string& target, std::size_t base);
     // A tag is being answered without an object of its own ...
@@ -96,7 +99,9 @@ private:
     const std::u16string* target_ = nullptr;  // while it is being made
     std::size_t base_ = 0;
     std::size_t running_ = kNone;
+    int evaluations_ = 0;  // running ones
     bool forgetful_ = false;
+    bool toBeCleanedUp_ = false;
 };
 
 }  // namespace velmor

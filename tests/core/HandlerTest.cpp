@@ -1,0 +1,245 @@
+// Handlers: levels, failures, re-entrance; and what ends the unbounded.
+
+#include <gtest/gtest.h>
+
+#include "core/EvaluationRun.h"
+#include "core/TestTags.h"
+#include "handlers/ITag4.h"
+
+namespace velmor {
+namespace {
+
+using automation::Variant;
+using test::ScriptedHandler;
+using test::TagTest;
+using Calls = std::vector<std::string>;
+using Errors = std::vector<std::u16string>;
+
+Variant answer(kvTag& tag) {
+    return Variant(std::u16string(u"[").append(tag.CommandName()).append(u"]"));
+}
+
+TEST(Handler, IsCalledByItsLevel) {
+    const struct {
+        std::int32_t level;
+        const char16_t* result;
+        Calls calls;
+    } cases[] = {
+        {0, u"", {"Interface"}},
+        {2, u"", {"Interface"}},
+        {3, u"[X]", {"Interface", "GetTagValue", "Interface"}},
+        {4, u"[X]", {"Interface", "GetTagValue", "Interface"}},
+        {5, u"[X]", {"Interface", "GetTagValue", "Interface", "Dispose"}},
+    };
+    for (const auto& one : cases) {
+        TagTest on;
+        on.addHandler(u"H", one.level, answer);
+        EXPECT_EQ(on.evaluate(u"<KV:h>x:</KV>"), one.result);
+        EXPECT_EQ(on.calls, one.calls);
+        if (one.level < 3) {
+            EXPECT_EQ(on.errors(),
+                      (Errors{u"H: Tag Handler is for an old version of Quillmark. Handler Class: Test.H"}));
+        }
+    }
+}
+
+TEST(Handler, CatalogueMembersFollowTheLevel) {
+    Calls calls;
+    const auto at = [&](std::int32_t level) { return ITag4(std::make_shared<ScriptedHandler>(level, answer, calls)); };
+    EXPECT_EQ(at(1).CommandList(u"H", nullptr), u"");
+    EXPECT_EQ(at(2).CommandList(u"H", nullptr), u"arguments: 1");
+    EXPECT_EQ(at(3).SyntaxString(u"C", u"H", nullptr), u"arguments: 2");
+    EXPECT_EQ(at(4).CommandDescription(u"C", u"H", nullptr), u"arguments: 3");
+    EXPECT_EQ(at(3).ParameterValueList(u"C", u"P", u"H", nullptr), u"");
+    EXPECT_EQ(at(4).ParameterValueList(u"C", u"P", u"H", nullptr), u"arguments: 4");
+}
+
+TEST(Handler, MissingOnesDisappearOrShow) {
+    TagTest on;
+    EXPECT_EQ(on.evaluate(u"a<KV:NOTREGISTERED>X:</KV>b<KV:none</KV>c"), u"abc");
+    EXPECT_EQ(on.errors(),
+              (Errors{u"NOTREGISTERED: Tag Handler not found. The handler's class name is not registered"}));
+    on.addHandler(u"OLD", 2, answer);
+    on.properties->AddBoolean(u"kvTag.No Handler Show Message", true);
+    EXPECT_EQ(on.evaluate(u"<KV:NotRegistered>X:</KV>"), u"system handler not found: NOTREGISTERED");
+    EXPECT_EQ(on.evaluate(u"<KV:OLD>X:</KV>"), u"system handler too old: OLD");
+    on.set(u"kvTag.No Handler Message", u"gone");
+    EXPECT_EQ(on.evaluate(u"<KV:G-N>X:</KV>"), u"gone: N");
+}
+
+TEST(Handler, GroupsHaveTheirOwnKey) {
+    TagTest on;
+    on.services.registry.set(u"SOFTWARE\\Korvane\\Quillmark\\SubHandlers\\GRP\\", u"NAME", u"Grouped");
+    on.services.objects.add(u"Grouped", [&] { return std::make_shared<ScriptedHandler>(3, answer, on.calls); });
+    EXPECT_EQ(on.evaluate(u"<KV:grp-name>X:</KV>"), u"[X]");
+}
+
+TEST(Handler, ResultsAreEvaluatedAndEscaped) {
+    TagTest on;
+    on.set(u"a", u"}");
+    on.addHandler(u"H", 3, [](kvTag&) { return Variant(u"{<KV:TAG>PROPERTY:a=:</KV>"); });
+    EXPECT_EQ(on.evaluate(u"<KV:H>:</KV>"), u"{}");
+    EXPECT_EQ(on.evaluate(u"{\\rtf1 <KV:H>:</KV>}"), u"{\\rtf1 \\{\\}}");
+    on.addHandler(u"N", 3, [](kvTag&) { return Variant(std::int32_t{42}); });
+    EXPECT_EQ(on.evaluate(u"<KV:N>:</KV>"), u"42");
+}
+
+TEST(Handler, FailuresLeaveWhatWasProduced) {
+    TagTest on;
+    on.addHandler(u"F", 3, [](kvTag& tag) -> Variant {
+        tag.Value(u"so far");
+        throw Error(1234, u"Test", u"It broke");
+    });
+    EXPECT_EQ(on.evaluate(u"a<KV:F>x:</KV>b"), u"aso farb");
+    EXPECT_EQ(on.errors(), (Errors{u"F: It broke"}));
+    const PropertiesRef details = on.last->ErrorLog()->Item(1)->Properties();
+    EXPECT_EQ(details->GetValueLng(u"Err"), 1234);
+    EXPECT_EQ(details->GetValueStr(u"TagData"), u"F>x:");
+
+    on.addHandler(u"D", ScriptedHandler::kFailingDispose, answer);
+    EXPECT_EQ(on.evaluate(u"<KV:D>x:</KV>"), u"[X]");
+    EXPECT_EQ(on.errors(), (Errors{u"D: Dispose failed"}));
+
+    on.services.registry.set(u"SOFTWARE\\Korvane\\Quillmark\\Handlers", u"C", u"Test.Missing");
+    on.services.objects.fail(u"Test.Missing");
+    EXPECT_EQ(on.evaluate(u"a<KV:C>x:</KV>b<KV:TAG>@VERSION:</KV>"), u"ab1");
+    ASSERT_EQ(on.errors().size(), 1u);
+    EXPECT_EQ(on.last->ErrorLog()->Item(1)->Properties()->GetValueLng(u"Err"), 429);
+
+    on.addHandler(u"A", 3, [](kvTag&) { return Variant(automation::Null()); });
+    EXPECT_EQ(on.evaluate(u"a<KV:A>x:</KV>b"), u"ab");
+    EXPECT_EQ(on.errors().size(), 1u);
+}
+
+TEST(Handler, MayReenter) {
+    TagTest on;
+    std::u16string seen;
+    on.addHandler(u"R", 3, [&](kvTag& tag) {
+        seen = std::u16string(tag.Result()).append(u"|").append(on.last->Result());
+        return Variant(u"r");
+    });
+    on.last = on.make(u"1<KV:TAG>@VERSION:</KV>2<KV:R>:</KV>3<KV:TAG>@VERSION:</KV>");
+    EXPECT_EQ(on.last->Result(), u"112r31");
+    EXPECT_EQ(seen, u"|1123<KV:TAG>@VERSION:</KV>");
+
+    on.addHandler(u"V", 3, [](kvTag& tag) {
+        tag.Value(u"<KV:V>:</KV>");
+        tag.Name(u"V>other:");
+        return Variant(u"v");
+    });
+    EXPECT_EQ(on.evaluate(u"<<KV:V>:</KV>>"), u"<v>");
+    on.addHandler(u"D", 3, [](kvTag& tag) {
+        tag.Dispose();
+        return Variant(u"<KV:TAG>PROPERTY:a=none:</KV>");
+    });
+    on.set(u"a", u"1");
+    EXPECT_EQ(on.evaluate(u"<KV:D>:</KV><KV:TAG>PROPERTY:a=:</KV>"), u"none1");
+    on.addHandler(u"T", 3, [&](kvTag&) {
+        on.last->Dispose();
+        return Variant(u"t");
+    });
+    on.last = on.make(u"<KV:T>:</KV><KV:TAG>@VERSION:</KV>");
+    EXPECT_EQ(on.last->Result(), u"t1");
+    on.addHandler(u"W", 3, [&](kvTag&) {
+        on.last->Value(u"new <KV:TAG>@VERSION:</KV>");
+        return Variant(u"w");
+    });
+    on.last = on.make(u"<KV:W>:</KV><KV:TAG>@VERSION:</KV>");
+    EXPECT_EQ(on.last->Result(), u"w1");
+    EXPECT_EQ(on.last->Result(), u"new 1");
+}
+
+TEST(Handler, UsesTheTagsMembers) {
+    TagTest on;
+    on.addHandler(u"H", 3, [](kvTag& tag) {
+        return Variant(tag.GetProcessedElementsValue(u"p").append(tag.ProcessName(u"TAG>@VERSION:")));
+    });
+    EXPECT_EQ(on.evaluate(u"<KV:H>X:p=<KV:TAG>@VERSION:</KV>:</KV>"), u"11");
+}
+
+// --- what would not end ---
+
+TEST(Limits, APropertyThatReadsItself) {
+    TagTest on;
+    on.set(u"a", u"x<KV:TAG>PROPERTY:b=:</KV>");
+    on.set(u"b", u"y<KV:TAG>PROPERTY:a=:</KV><KV:TAG>PROPERTY:a=:</KV>");
+    const std::u16string result = on.evaluate(u"<KV:TAG>PROPERTY:a=:</KV>|<KV:TAG>@VERSION:</KV>");
+    EXPECT_TRUE(result.starts_with(u"xyxyxy"));
+    EXPECT_TRUE(result.ends_with(u"|1"));
+    EXPECT_EQ(result.size(), kMaximumLevels - 1u + 2u);
+    EXPECT_EQ(on.errors(), (Errors{u"TAG: Tags are nested beyond 100 levels"}));
+}
+
+TEST(Limits, AFileThatIncludesItselfTwice) {
+    TagTest on;
+    on.services.files.set(u"C:\\a.txt", ".<KV:TAG>INCLUDE=C:\\a.txt:</KV><KV:TAG>INCLUDE=C:\\a.txt:</KV>");
+    const std::u16string tag = u"<KV:TAG>INCLUDE=C:\\a.txt:</KV>";
+    EXPECT_EQ(on.evaluate(tag), std::u16string(99, u'.'));
+    EXPECT_EQ(on.evaluate(tag + tag), std::u16string(198, u'.'));
+    EXPECT_EQ(on.errors().size(), 1u);
+}
+
+TEST(Limits, AHandlerThatAnswersWithItsOwnTag) {
+    TagTest on;
+    on.addHandler(u"H", 5, [](kvTag&) { return Variant(u".<KV:H>:</KV>"); });
+    EXPECT_EQ(on.evaluate(u"<KV:H>:</KV>"), std::u16string(99, u'.'));
+    EXPECT_EQ(on.errors(), (Errors{u"H: Tags are nested beyond 100 levels"}));
+    on.addHandler(u"P", 3, [](kvTag& tag) { return Variant(tag.ProcessValue(u".<KV:P>:</KV>")); });
+    EXPECT_EQ(on.evaluate(u"<KV:P>:</KV>").size(), 49u);
+    EXPECT_EQ(on.errors().size(), 1u);
+    on.addHandler(u"S", 3, [&](kvTag&) { return Variant(on.make(u".<KV:S>:</KV>")->Result()); });
+    EXPECT_EQ(on.evaluate(u"<KV:S>:</KV>").size(), 49u);
+}
+
+TEST(Limits, NothingEndsAtTheMarginOfTheLevels) {
+    TagTest on;
+    for (int i = 0; i < 99; ++i) {
+        const std::u16string next(1, static_cast<char16_t>(u'A' + i + 1));
+        on.set(std::u16string(1, static_cast<char16_t>(0x4E00 + i)),
+               i == 98 ? std::u16string(u"end")
+                       : std::u16string(u"<KV:TAG>PROPERTY:") + static_cast<char16_t>(0x4E01 + i) + u"=:</KV>");
+    }
+    EXPECT_EQ(on.evaluate(u"<KV:TAG>PROPERTY:\u4E00=:</KV>"), u"end");
+    EXPECT_TRUE(on.errors().empty());
+}
+
+TEST(Limits, UnclosedNestedAndStrayMarkersLoseNothing) {
+    TagTest on;
+    const struct {
+        const char16_t* text;
+        const char16_t* result;
+    } cases[] = {
+        {u"<KV:<KV:<KV:</KV><KV:", u"<KV:<KV:<KV:"},
+        {u"</KV><KV:<KV:<KV:</KV><KV:", u"</KV><KV:<KV:<KV:"},
+        {u"<KV:<KV:TAG>@VERSION:</KV>", u"<KV:<KV:TAG>@VERSION:</KV>"},
+        {u"<KV: <KV:TAG>@VERSION:</KV>", u"<KV: 1"},
+        {u"a</KV>b", u"a</KV>b"},
+    };
+    for (const auto& one : cases) EXPECT_EQ(on.evaluate(one.text), one.result);
+    for (const char16_t odd : {u'\0', static_cast<char16_t>(0xD800), static_cast<char16_t>(0xDC00)}) {
+        const std::u16string unit(1, odd);
+        EXPECT_EQ(on.evaluate(unit + u"<KV:TAG>PROPERTY:a=x:</KV>" + unit), unit + u"x" + unit);
+        EXPECT_EQ(on.evaluate(u"<KV:" + unit + u"</KV>" + unit), unit);
+    }
+    std::u16string open;
+    for (int i = 0; i < 250000; ++i) open += u"<KV:";
+    EXPECT_EQ(on.evaluate(open), open);
+    std::u16string nested = open;
+    for (int i = 0; i < 250000; ++i) nested += u"</KV>";
+    EXPECT_EQ(on.evaluate(nested), u"");
+}
+
+TEST(Limits, ManyEqualAndManyDistinctTags) {
+    TagTest on;
+    std::u16string text;
+    std::u16string expected;
+    for (int i = 0; i < 20000; ++i) {
+        text += u"<KV:TAG>@VERSION:</KV>,<KV:TAG>PROPERTY:n" + std::u16string(1, static_cast<char16_t>(0x4E00 + i)) +
+                u"=y</KV>";
+        expected += u"1,y";
+    }
+    EXPECT_EQ(on.evaluate(text), expected);
+}
+
+}  // namespace
+}  // namespace velmor
