@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "rtf/RtfScanner.h"
+
+namespace velmor {
+
+// Walks the braces that open and close groups, from left to right. By the plain rule a brace counts
+// unless a backslash stands directly in front of it, so one behind "\\" does not. Tolerant walking
+// reads backslashes in pairs, as RTF does, and passes over the data of \bin; it starts outside of an
+// escape. Indices are 0-based.
+class BraceScanner {
+public:
+    BraceScanner(std::u16string_view text, std::size_t from, bool tolerant) noexcept
+        : text_(text), at_(from), tolerant_(tolerant) {}
+
+    // Moves to the next brace; false when none is left.
+    bool next() noexcept { return tolerant_ ? nextUnescaped() : nextPlain(); }
+
+    std::size_t position() const noexcept { return position_; }
+    bool opens() const noexcept { return text_[position_] == u'{'; }
+
+private:
+    bool nextPlain() noexcept {
+        for (; at_ < text_.size(); ++at_) {
+            const char16_t unit = text_[at_];
+            if ((unit != u'{' && unit != u'}') || (at_ > 0 && text_[at_ - 1] == u'\\')) continue;
+            position_ = at_++;
+            return true;
+        }
+        return false;
+    }
+
+    bool nextUnescaped() noexcept;
+
+    std::u16string_view text_;
+    std::size_t at_;
+    std::size_t position_ = 0;
+    bool tolerant_;
+};
+
+// The index behind the data of the \bin word at `index`, or behind the backslash and what it escapes.
+std::size_t skipEscape(std::u16string_view text, std::size_t index) noexcept;
+
+inline constexpr std::size_t noGroupEnd = std::u16string_view::npos;
+
+// The brace that closes the group which the one at `open` begins; noGroupEnd when none does.
+inline std::size_t findGroupEnd(std::u16string_view text, std::size_t open, bool tolerant) noexcept {
+    BraceScanner braces(text, open + 1, tolerant);
+    for (std::size_t depth = 1; braces.next();) {
+        depth += braces.opens() ? 1 : static_cast<std::size_t>(-1);
+        if (depth == 0) return braces.position();
+    }
+    return noGroupEnd;
+}
+
+}  // namespace velmor

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+
+#include "rtf/GroupSet.h"
+
+namespace velmor {
+
+// Tables that all documents of a run share; each has one place, in the host's header.
+enum class SharedTable : std::uint8_t { fonts, colours, lists, listOverrides, styles };
+
+// What one run of cleaning keeps aside: the documents that were lifted out of the text ("RTF1",
+// "RTF2", ... in the order in which they begin, so a document comes before those inside it), and
+// the shared tables. Each has a placeholder, a short text that stands where it is to return.
+//
+// A placeholder is opaque: a unit that occurs nowhere in the text under cleaning, a number, that
+// unit again. So no text can pass for one, whatever is removed or put together, and nothing but
+// what this run set aside is ever put back.
+class TableCollection {
+public:
+    struct Document {
+        std::u16string text;  // a whole group, "{\rtf..." to its brace
+        GroupSet groups;      // those in it, without the documents that were lifted out of it
+    };
+
+    // `mark` occurs neither in the text nor in anything that will be stored.
+    explicit TableCollection(char16_t mark) noexcept : mark_(mark) {}
+
+    char16_t mark() const noexcept { return mark_; }
+
+    // ---- The lifted documents, in order. References stay valid.
+
+    std::deque<Document>& documents() noexcept { return documents_; }
+    const std::deque<Document>& documents() const noexcept { return documents_; }
+    // `index` as in documents().
+    std::u16string placeholder(std::size_t index) const;
+
+    // The groups in the host's own text.
+    GroupSet& hostGroups() noexcept { return hostGroups_; }
+
+    // ---- The shared tables.
+
+    std::u16string placeholder(SharedTable table) const;
+    // A table that is never stored returns as nothing.
+    void store(SharedTable table, std::u16string text) { tables_[static_cast<std::size_t>(table)] = std::move(text); }
+
+    // ---- Putting back.
+
+    // Replaces every placeholder, at every depth, by what it stands for; what was kept aside is gone
+    // afterwards. Linear in the result, no recursion. An entry that lies in itself is left out there.
+    void expand(std::u16string& psText);
+
+private:
+    static constexpr std::size_t tableCount = 5;
+
+    std::u16string placeholderOf(std::size_t number) const;
+    std::u16string* entry(std::size_t number) noexcept;
+
+    char16_t mark_;
+    std::deque<Document> documents_;
+    std::array<std::u16string, tableCount> tables_;
+    GroupSet hostGroups_;
+};
+
+}  // namespace velmor

@@ -1,0 +1,91 @@
+#include "rtf/TextEdits.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "rtf/RtfScanner.h"
+#include "text/privStrCat.h"
+
+namespace velmor {
+namespace {
+
+using Traits = std::char_traits<char16_t>;
+
+bool isDigit(char16_t unit) noexcept {
+    return unit >= u'0' && unit <= u'9';
+}
+
+}  // namespace
+
+bool wordTakesIn(std::u16string_view text, char16_t next) noexcept {
+    if (!isLetter(next) && !isDigit(next) && next != u'-' && next != u' ') return false;
+    // No word is longer; looking further back would be the square of a text of letters.
+    constexpr std::size_t longestWord = 256;
+    const std::size_t first = text.size() - std::min(text.size(), longestWord);
+    std::size_t at = text.size();
+    while (at > first && isDigit(text[at - 1])) --at;
+    if (at > first && text[at - 1] == u'-') --at;
+    const bool hasNumber = at != text.size();
+    std::size_t letters = at;
+    while (letters > first && isLetter(text[letters - 1])) --letters;
+    const bool isWord = letters != at && letters > first && text[letters - 1] == u'\\' && !isEscaped(text, letters - 1);
+    return isWord && (next == u' ' || isDigit(next) || !hasNumber);
+}
+
+bool TextEdits::nowhereGrows() const noexcept {
+    std::size_t removed = 0, added = 0;
+    for (const Edit& edit : edits_) {
+        added += edit.length + edit.apart;
+        removed += edit.end - edit.begin;
+        if (added > removed) return false;
+    }
+    return !copiesParts_;
+}
+
+std::size_t TextEdits::lengthAfter(std::size_t length) const noexcept {
+    for (const Edit& edit : edits_) length = length - (edit.end - edit.begin) + edit.length;
+    return length;
+}
+
+// Writes the changed text and returns its end. `target` may be the text itself when it nowhere
+// grows: a blank between words takes the place of what was cut there.
+char16_t* TextEdits::write(const std::u16string& from, char16_t* target) const noexcept {
+    const char16_t* const start = target;
+    std::size_t at = 0;
+    bool apart = false;
+    const auto writeRest = [&](std::size_t end) {
+        if (at == end) return;
+        if (apart && wordTakesIn({start, static_cast<std::size_t>(target - start)}, from[at])) *target++ = u' ';
+        apart = false;
+        target = Traits::move(target, from.data() + at, end - at) + (end - at);
+    };
+    for (const Edit& edit : edits_) {
+        writeRest(edit.begin);
+        if (edit.length != 0) target = Traits::copy(target, edit.text, edit.length) + edit.length;
+        apart = edit.length == 0 && (apart || edit.apart);
+        at = edit.end;
+    }
+    writeRest(from.size());
+    return target;
+}
+
+void TextEdits::apply(std::u16string& text) {
+    if (edits_.empty()) return;
+    if (nowhereGrows()) {
+        text.resize(static_cast<std::size_t>(write(text, text.data()) - text.data()));
+    } else {
+        // A blank is written only where something was cut, but other cuts may have paid for growth.
+        const auto isCut = [](const Edit& edit) { return edit.apart; };
+        const auto cuts = static_cast<std::size_t>(std::count_if(edits_.begin(), edits_.end(), isCut));
+        const std::size_t length = lengthAfter(text.size()) + cuts;
+        if (length > privStrCat::maximumLength) throw std::length_error("TextEdits");
+        std::u16string changed(length, u'\0');
+        changed.resize(static_cast<std::size_t>(write(text, changed.data()) - changed.data()));
+        text = std::move(changed);
+    }
+    edits_.clear();
+    kept_.clear();
+    copiesParts_ = false;
+}
+
+}  // namespace velmor

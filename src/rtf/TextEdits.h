@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "rtf/RowTrimmer.h"
+
+namespace velmor {
+
+// Collects changes of a text by its places as it is (0-based), then makes them all in one pass: in
+// place when the text nowhere grows, else into a new text of the right size. Changes are added in
+// ascending order and do not overlap.
+class TextEdits {
+public:
+    bool empty() const noexcept { return edits_.empty(); }
+    std::size_t size() const noexcept { return edits_.size(); }
+
+    // Takes [begin, end) out. Words stay apart: where the control word in front would take in what
+    // follows, one blank is left.
+    void cut(std::size_t begin, std::size_t end) { add({begin, end, {}, begin != end}); }
+    // `text` must outlive apply() and be no part of the text that changes.
+    void replace(std::size_t begin, std::size_t end, std::u16string_view text) { add({begin, end, text, false}); }
+    void insert(std::size_t at, std::u16string_view text) { replace(at, at, text); }
+    void replaceVal(std::size_t begin, std::size_t end, std::u16string text) {
+        replace(begin, end, kept_.emplace_back(std::move(text)));
+    }
+    void insertVal(std::size_t at, std::u16string text) { replaceVal(at, at, std::move(text)); }
+    // Inserts a copy of a part of the text that changes, as it is before all changes.
+    void insertPart(std::size_t at, std::u16string_view text, TextRange part) {
+        copiesParts_ = true;
+        insert(at, text.substr(part.begin, part.end - part.begin));
+    }
+
+    // The edits are used up. Raises std::length_error when the text would grow beyond the limit of a
+    // string builder, or std::bad_alloc; the text is then as it was.
+    void apply(std::u16string& text);
+
+private:
+    struct Edit {
+        Edit(std::size_t from, std::size_t to, std::u16string_view put, bool keepsApart)
+            : begin(static_cast<std::uint32_t>(from)),
+              end(static_cast<std::uint32_t>(to)),
+              text(put.data()),
+              length(static_cast<std::uint32_t>(put.size())),
+              apart(keepsApart) {}
+
+        std::uint32_t begin;
+        std::uint32_t end;
+        const char16_t* text;
+        std::uint32_t length;
+        bool apart;
+    };
+
+    void add(Edit edit) { edits_.push_back(edit); }
+    bool nowhereGrows() const noexcept;
+    std::size_t lengthAfter(std::size_t length) const noexcept;
+    char16_t* write(const std::u16string& from, char16_t* target) const noexcept;
+
+    std::vector<Edit> edits_;
+    std::deque<std::u16string> kept_;
+    bool copiesParts_ = false;
+};
+
+// True when a text that ends so, and goes on with `next`, would have `next` as a part of its last
+// control word, or as the blank that ends it.
+bool wordTakesIn(std::u16string_view text, char16_t next) noexcept;
+
+}  // namespace velmor
