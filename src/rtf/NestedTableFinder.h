@@ -23,6 +23,9 @@ public:
 
     void take(TableWord word, std::size_t index);
 
+    // Whether braces matter at this place; elsewhere they need not be told.
+    bool needsBraces() const noexcept { return inRow_ || skipping_; }
+
 private:
     using Level = std::uint32_t;
 
@@ -55,7 +58,7 @@ private:
     std::size_t paragraph_ = 0;  // where the current paragraph begins
     Level level_ = 1;            // in force
     Level cellLevel_ = 0;        // of the last nested cell; 0 when none came since the outer cell
-    std::ptrdiff_t depth_ = 0;   // of braces, from the beginning of the range
+    std::ptrdiff_t depth_ = 0;   // of the braces that were told
 
     bool inRow_ = false;  // in the properties of a nested row
     bool rowIsFirst_ = false;

@@ -50,19 +50,35 @@ public:
             }
             if (unit != u'\\') {
                 ++at_;
-                continue;
+            } else if (takeBackslash()) {
+                return true;
             }
-            position_ = at_;
-            at_ += 2;
-            if (position_ + 1 < text_.size() && isLetter(text_[position_ + 1])) return true;
         }
         return false;
     }
 
+    // As next, but passes over braces.
+    bool nextWord() noexcept {
+        while (at_ < limit_) {
+            if (text_[at_] != u'\\') {
+                ++at_;
+            } else if (takeBackslash()) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    std::u16string_view text() const noexcept { return text_; }
     std::size_t position() const noexcept { return position_; }
-    char16_t unit() const noexcept { return text_[position_]; }
 
 private:
+    bool takeBackslash() noexcept {
+        position_ = at_;
+        at_ += 2;
+        return position_ + 1 < text_.size() && isLetter(text_[position_ + 1]);
+    }
+
     std::u16string_view text_;
     std::size_t at_;
     std::size_t limit_;

@@ -1,6 +1,7 @@
 #include "rtf/TableMarkers.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "rtf/MarkerInsertion.h"
 #include "rtf/Module1.h"
@@ -68,7 +69,8 @@ public:
     const MarkerInsertion& changes() const { return changes_; }
 
 private:
-    void rowEnd(std::size_t index);
+    // True when the row ends the table.
+    bool takeRow(std::size_t start, std::size_t index);
     bool isTableEnd();
 
     std::u16string_view text_;
@@ -89,27 +91,17 @@ std::size_t TableReader::read(std::size_t start) {
     rows_ = {};
     nested_.begin(start);
     RtfScanner scanner(text_, start, text_.size());
-    while (scanner.next()) {
+    TableWord word;
+    while ((word = tables::next(scanner, nested_.needsBraces())) != TableWord::other) {
         const std::size_t index = scanner.position();
-        const TableWord word = tables::classify(text_, index);
-        if (word == TableWord::other) continue;
         // The marker parts a definition that begins the table from what stands before it.
         if (index == start && word == TableWord::definition) rows_.definition();
         takeRowWord(text_, word, index, rows_);
         if (word == TableWord::lastRow) {
             lastRowSeen_ = true;
             ++lastRows_;
-        }
-        if (word == TableWord::row) {
-            rowEnd(index);
-            if (lastRowSeen_) {
-                if (isTableEnd()) {
-                    const std::size_t end = index + 4 + standsAt(text_, index + 4, u" ");
-                    changes_.tables.push_back({start, end});
-                    return end;
-                }
-                nested_.begin(index);
-            }
+        } else if (word == TableWord::row && takeRow(start, index)) {
+            return changes_.tables.back().end;
         }
         nested_.take(word, index);
     }
@@ -118,10 +110,18 @@ std::size_t TableReader::read(std::size_t start) {
     return nowhere;
 }
 
-void TableReader::rowEnd(std::size_t index) {
+bool TableReader::takeRow(std::size_t start, std::size_t index) {
     // Tables of earlier rows lie before this row's cells and do not matter.
     if (!changes_.tables.empty()) rows_.marker(changes_.tables.back().end);
     if (const auto cut = rows_.row(index)) changes_.cuts.push_back(*cut);
+    if (!lastRowSeen_) return false;
+    if (!isTableEnd()) {
+        nested_.begin(index);
+        return false;
+    }
+    const std::size_t end = index + 4;
+    changes_.tables.push_back({start, end + standsAt(text_, end, u" ")});
+    return true;
 }
 
 // A table ends with the row of its last "\lastrow" word, unless all of these words so far belong to
@@ -192,9 +192,9 @@ void RemoveExtraTrowd(std::u16string& value, std::int32_t& plTableStart, std::in
     MovingLeft moving(value);
     RowTrimmer rows;
     RtfScanner scanner(value, table.begin, table.end);
-    while (scanner.next()) {
+    TableWord word;
+    while ((word = tables::next(scanner, false)) != TableWord::other) {
         const std::size_t index = scanner.position();
-        const TableWord word = tables::classify(value, index);
         if (word != TableWord::row) {
             // A cell that begins with the range lies in front of the table.
             if (word != TableWord::cell || index > table.begin) takeRowWord(value, word, index, rows);
@@ -212,11 +212,15 @@ std::int32_t MarkNestedTables(std::u16string& value, std::int32_t plTableStart, 
     NestedTableFinder nested(value, changes.tables);
     nested.begin(table.begin);
     RtfScanner scanner(value, table.begin, table.end);
-    while (scanner.next()) nested.take(tables::classify(value, scanner.position()), scanner.position());
+    TableWord word;
+    while ((word = tables::next(scanner, nested.needsBraces())) != TableWord::other) {
+        nested.take(word, scanner.position());
+    }
     if (changes.empty()) return 0;
     const std::size_t length = value.size();
     value = changes.apply(value, guids, false);
-    plTableEnd += static_cast<std::int32_t>(value.size() - length);
+    const std::int64_t end = plTableEnd + static_cast<std::int64_t>(value.size() - length);
+    plTableEnd = static_cast<std::int32_t>(std::min<std::int64_t>(end, std::numeric_limits<std::int32_t>::max()));
     return static_cast<std::int32_t>(changes.tables.size());
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "rtf/RtfScanner.h"
 
 namespace velmor {
@@ -55,6 +57,21 @@ inline TableWord classifyN(std::u16string_view text, std::size_t index) noexcept
     return TableWord::other;
 }
 
+constexpr std::uint64_t fourUnits(const char16_t* units) noexcept {
+    return units[0] | std::uint64_t{units[1]} << 16 | std::uint64_t{units[2]} << 32 | std::uint64_t{units[3]} << 48;
+}
+
+// Most words are none of ours, and this says so without a branch. True for braces.
+inline bool mayMatter(std::u16string_view text, std::size_t index) noexcept {
+    if (text[index] != u'\\' || text.size() - index < 5) return true;
+    constexpr std::uint64_t three = fourUnits(u"\xFFFF\xFFFF\xFFFF\0");
+    const std::uint64_t letters = fourUnits(text.data() + index + 1);
+    const std::uint64_t first = letters & three;
+    return (first == fourUnits(u"row\0")) | (first == fourUnits(u"par\0")) | (letters == fourUnits(u"cell")) |
+           (letters == fourUnits(u"trow")) | (letters == fourUnits(u"last")) | (letters == fourUnits(u"itap")) |
+           (letters == fourUnits(u"nest")) | (letters == fourUnits(u"none")) | (letters == fourUnits(u"korv"));
+}
+
 inline TableWord classify(std::u16string_view text, std::size_t index) noexcept {
     if (text[index] != u'\\') return text[index] == u'{' ? TableWord::openBrace : TableWord::closeBrace;
     const auto when = [&](bool stands, TableWord word) { return stands ? word : TableWord::other; };
@@ -78,6 +95,17 @@ inline TableWord classify(std::u16string_view text, std::size_t index) noexcept 
         default:
             return TableWord::other;
     }
+}
+
+// Moves to the next word that matters; braces are passed over unless they are asked for. `other`
+// when none is left.
+inline TableWord next(RtfScanner& scanner, bool braces) noexcept {
+    while (braces ? scanner.next() : scanner.nextWord()) {
+        if (!mayMatter(scanner.text(), scanner.position())) continue;
+        const TableWord word = classify(scanner.text(), scanner.position());
+        if (word != TableWord::other) return word;
+    }
+    return TableWord::other;
 }
 
 }  // namespace tables
