@@ -39,11 +39,15 @@ class VelmorTest(unittest.TestCase):
         environment.pop("VELMOR_REGISTRY", None)
         if not RUNNER:  # no registry of the user's
             environment.update(HOME=self.folder.name, XDG_CONFIG_HOME=self.folder.name)
-        done = subprocess.run([*RUNNER, PROGRAM, *arguments], input=stdin, capture_output=True,
-                              cwd=self.folder.name, env=environment, timeout=120)
-        self.messages = done.stderr.decode("utf-8", "replace")
-        self.assertEqual(done.returncode, expect, self.messages)
-        return done.stdout
+        # Files, not pipes: services that Wine starts beside the program would hold a pipe open.
+        with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:
+            done = subprocess.run([*RUNNER, PROGRAM, *arguments], input=stdin, stdout=out, stderr=err,
+                                  cwd=self.folder.name, env=environment, timeout=120)
+            out.seek(0)
+            err.seek(0)
+            self.messages = err.read().decode("utf-8", "replace")
+            self.assertEqual(done.returncode, expect, self.messages)
+            return out.read()
 
 
 class Eval(VelmorTest):
