@@ -28,7 +28,7 @@ std::size_t markerLengthAt(std::u16string_view text, std::size_t index) {
 
 void NestedTableFinder::begin(std::size_t index) {
     runs_.clear();
-    paragraph_ = index;
+    paragraph_ = paragraphStart(index);
     level_ = outerLevel;
     cellLevel_ = 0;
     depth_ = 0;
@@ -40,7 +40,7 @@ void NestedTableFinder::take(TableWord word, std::size_t index) {
         ++depth_;
     } else if (word == TableWord::closeBrace) {
         closeBrace(index);
-    } else if (skipping_) {
+    } else if (skipping_ && word != TableWord::cell && word != TableWord::row) {
         return;
     } else if (word == TableWord::level) {
         level_ = levelAt(index + 5);
@@ -51,7 +51,8 @@ void NestedTableFinder::take(TableWord word, std::size_t index) {
     } else if (word == TableWord::paragraphEnd) {
         endParagraph(level_, index + 4);
     } else if (word == TableWord::cell || word == TableWord::row) {
-        inRow_ = false;
+        // Whatever its braces say, a nested table never reaches over these.
+        inRow_ = skipping_ = false;
         endParagraph(outerLevel, index + (word == TableWord::cell ? 5 : 4));
     } else if (word == TableWord::nestedCell) {
         inRow_ = false;

@@ -248,7 +248,7 @@ private:
 
     std::vector<Item> itemsOf(std::int32_t start, std::int32_t end) const {
         std::vector<Item> items;
-        Item paragraph{1, start};
+        Item paragraph{1, paragraphBegin(start)};
         Item row;
         std::int32_t rowEnd = 0;  // the brace of the row that is being read
         std::int32_t level = 1, cells = 0;
@@ -286,8 +286,11 @@ private:
                 row.first = isFirstRow(skipWhite(p + 15));
             }
             if (isWord(p, u"\\nonesttables") && at(p - 1) == u'{') {
-                const std::int32_t close = closingBrace(p, end);
-                if (close < end && paragraph.begin == p - 1) paragraph.begin = paragraphBegin(close + 1);
+                const std::int32_t brace = closingBrace(p, end);
+                std::int32_t close = p;  // an outer cell or row ends the group at the latest
+                while (close < brace && (escaped(close) || (!isCell(close) && !standsAt(close, u"\\row")))) ++close;
+                if (close == brace && brace < end && paragraph.begin == p - 1)
+                    paragraph.begin = paragraphBegin(brace + 1);
                 p = close - 1;
             }
         }

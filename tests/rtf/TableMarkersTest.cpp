@@ -112,6 +112,18 @@ TEST(TableMarkers, RemovesInTheRangeAloneAndKeepsTheLength) {
     EXPECT_EQ(end, INT32_MAX - 12);
 }
 
+TEST(TableMarkers, NestedTablesAreMarkedOnce) {
+    std::u16string value =
+        u"\\pard\\itap3 a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}\\pard\\itap2 b\\nestcell{\\*"
+        u"\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}\\pard c\\cell";
+    const auto length = static_cast<std::int32_t>(value.size());
+    CountedGuids guids;
+    std::int32_t end = length + 1;
+    EXPECT_EQ(MarkNestedTables(value, 1, end, guids), 2);
+    EXPECT_EQ(end, length + 1 + 2 * (startTableMarkerLength + endTableMarkerLength));
+    EXPECT_EQ(MarkNestedTables(value, 1, end, guids), 0);
+}
+
 class RandomTables {
 public:
     explicit RandomTables(std::size_t longest) : longest_(longest) {}
