@@ -7,6 +7,7 @@
 #ifdef _WIN32
 
 #include "platform/win32/Apartment.h"
+#include "platform/win32/Conversions.h"
 
 // The C library does not expand "*" in arguments: a property's value may well hold one.
 extern "C" {
@@ -20,6 +21,7 @@ int wmain(int count, wchar_t** values) {
         arguments.push_back(velmor::toUtf8(reinterpret_cast<const char16_t*>(values[index])));
     }
     const velmor::platform::Apartment apartment;
+    velmor::platform::installConversions();
     return velmor::cli::runProgram(arguments);
 }
 

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "automation/PlatformConversions.h"
+#include "platform/win32/CodePage.h"
 #include "platform/win32/VariantBridge.h"
 #include "platform/win32/VariantData.h"
 
@@ -56,6 +57,7 @@ public:
 void installConversions() noexcept {
     static const UserLocaleConversions conversions;
     automation::installPlatformConversions(&conversions);
+    installAnsiCodePage();
 }
 
 }  // namespace velmor::platform
