@@ -4,10 +4,20 @@
 #include <cstdint>
 
 #include "cli/Failure.h"
+#include "core/TagContext.h"
+#include "platform/ByteOrderMark.h"
 #include "text/Encoding.h"
 
 namespace velmor::cli {
 namespace {
+
+constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+
+std::u16string decodeUtf8(std::string_view bytes, const std::string& name) {
+    std::u16string text = fromUtf8(bytes);
+    if (toUtf8(text) != bytes) throw Failure(exitFile, name + " is not UTF-8 text");
+    return text;
+}
 
 bool isInAnsi(char16_t unit) {
     return unit < 128 || ansiCode(unit) != '?';
@@ -61,27 +71,20 @@ std::string encodePlain(std::u16string_view text) {
 
 }  // namespace
 
-bool isRtf(std::string_view bytes) {
-    return bytes.starts_with("{\\rtf1");
-}
-
-bool isRtf(std::u16string_view text) {
-    return text.starts_with(u"{\\rtf1");
-}
-
 std::u16string decodeText(std::string_view bytes, TextEncoding encoding, const std::string& name) {
-    if (encoding == TextEncoding::ansi) return fromAnsi(bytes);
-    std::u16string text = fromUtf8(bytes);
-    if (toUtf8(text) != bytes) throw Failure(exitFile, name + " is not UTF-8 text");
-    return text;
+    if (bytes.starts_with(utf8Mark)) return decodeUtf8(bytes.substr(utf8Mark.size()), name);
+    if (auto marked = platform::decodeMarked(bytes)) return *std::move(marked);
+    return encoding == TextEncoding::utf8 ? decodeUtf8(bytes, name) : fromAnsi(bytes);
 }
 
-std::u16string decodeTemplate(std::string_view bytes, TextEncoding encoding, const std::string& name) {
-    return decodeText(bytes, isRtf(bytes) ? TextEncoding::ansi : encoding, name);
+Document decodeTemplate(std::string_view bytes, TextEncoding encoding, const std::string& name) {
+    if (bytes.starts_with("{\\rtf1")) return {fromAnsi(bytes), encoding};
+    if (bytes.starts_with(utf8Mark)) encoding = TextEncoding::utf8;
+    return {encoding == TextEncoding::utf8 ? decodeUtf8(bytes, name) : fromAnsi(bytes), encoding};
 }
 
 std::string encodeResult(std::u16string_view result, TextEncoding encoding) {
-    if (isRtf(result)) return encodeRtf(result);
+    if (result.starts_with(kRtfStart)) return encodeRtf(result);
     return encoding == TextEncoding::utf8 ? toUtf8(result) : encodePlain(result);
 }
 

@@ -13,8 +13,6 @@
 namespace velmor::cli {
 namespace {
 
-constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
-
 // White space behind the last entry would be an entry of its own.
 std::u16string_view withoutTrailingBlanks(std::u16string_view text) {
     const auto last = text.find_last_not_of(u" \t\r\n");
@@ -24,12 +22,7 @@ std::u16string_view withoutTrailingBlanks(std::u16string_view text) {
 
 void readProperties(privProperties& into, const platform::Files& files, const std::string& name,
                     TextEncoding encoding) {
-    std::string bytes = readAll(files, name);
-    if (bytes.starts_with(utf8Mark)) {
-        bytes.erase(0, utf8Mark.size());
-        encoding = TextEncoding::utf8;
-    }
-    const std::u16string text = decodeText(bytes, encoding, inputName(name));
+    const std::u16string text = decodeText(readAll(files, name), encoding, inputName(name));
     into.Build(withoutTrailingBlanks(text));
 }
 
@@ -69,7 +62,7 @@ ExitCode runEval(platform::Services& services, const EvalOptions& options) {
     platform::Services here{services.registry, services.files,    services.clock, folders,
                             services.objects,  services.pictures, services.guids};
 
-    std::u16string text =
+    Document document =
         decodeTemplate(readAll(services.files, options.input), options.encoding, inputName(options.input));
     const auto tag = std::make_shared<kvTag>(here);
     const auto properties = tag->Properties().own();
@@ -79,10 +72,10 @@ ExitCode runEval(platform::Services& services, const EvalOptions& options) {
     for (const auto& assignment : options.properties) setProperty(*properties, assignment);
     if (options.includePath) properties->AddStr(u"Path", fromUtf8(*options.includePath), true);
 
-    tag->Value(std::move(text));
+    tag->Value(std::move(document.text));
     const std::u16string result = tag->Result();
     const bool reported = reportErrorLog(*tag->ErrorLog());
-    writeAll(services.files, options.output, encodeResult(result, options.encoding));
+    writeAll(services.files, options.output, encodeResult(result, document.encoding));
     tag->Dispose();
     return reported ? exitReported : exitDone;
 }

@@ -84,8 +84,8 @@ void reportUnclosed(const std::vector<std::size_t>& positions, const std::string
 
 ExitCode runTags(platform::Services& services, const TagsOptions& options) {
     const std::string name = inputName(options.input);
-    const std::u16string text = decodeTemplate(readAll(services.files, options.input), options.encoding, name);
-    const TagTree tree = readTagTree(services, text);
+    const Document document = decodeTemplate(readAll(services.files, options.input), options.encoding, name);
+    const TagTree tree = readTagTree(services, document.text);
     writeAll(services.files, "-", options.json ? treeJson(tree) : treeText(tree));
     reportUnclosed(tree.unclosed, name);
     if (tree.tooDeep > 0) {

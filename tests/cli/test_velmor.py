@@ -65,6 +65,8 @@ class Eval(VelmorTest):
             (b"[<KV:TAG>PROPERTY:n=:</KV>]", ["--property", "n=caf\u00e9 \u20ac"], b"[caf\xe9 \x80]"),
             ("[\u0141<KV:TAG>PROPERTY:n=:</KV>]".encode(),
              ["--encoding", "utf-8", "--property", "n=\u0141\U0001f600"], "[\u0141\u0141\U0001f600]".encode()),
+            ("\ufeff\u0141<KV:TAG>PROPERTY:n=:</KV>".encode(), ["--property", "n=\u0141"],
+             "\ufeff\u0141\u0141".encode()),
         ]
         for template, arguments, result in cases:
             with self.subTest(template=template, arguments=arguments):
