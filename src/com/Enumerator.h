@@ -1,19 +1,13 @@
 #pragma once
 
 #include <atomic>
-#include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <vector>
+#include <utility>
 
 #include "automation/Object.h"
 #include "com/Module.h"
 #include "platform/win32/Windows.h"
-
-namespace velmor {
-class kvTag;
-class PropertyEnumerator;
-}  // namespace velmor
 
 namespace velmor::com {
 
@@ -27,38 +21,29 @@ public:
     virtual std::unique_ptr<Sequence> clone() = 0;  // at the same place
 };
 
-// Properties come and go behind its back; none is met twice or left out.
-class PropertySequence final : public Sequence {
+// The engine's own enumerators have the same members.
+template <class Items>
+class SequenceOf final : public Sequence {
 public:
-    explicit PropertySequence(std::shared_ptr<PropertyEnumerator> properties);
-    automation::ObjectRef next() override;
-    bool skip(std::uint32_t count) override;
-    void reset() override;
-    std::unique_ptr<Sequence> clone() override;
+    explicit SequenceOf(std::shared_ptr<Items> items) : items_(std::move(items)) {}
+
+    automation::ObjectRef next() override { return items_->next(); }
+    bool skip(std::uint32_t count) override { return items_->skip(count); }
+    void reset() override { items_->reset(); }
+    std::unique_ptr<Sequence> clone() override { return std::make_unique<SequenceOf>(items_->clone()); }
 
 private:
-    std::shared_ptr<PropertyEnumerator> properties_;
-};
-
-// The tags as they were when the enumerator was made.
-class TagSequence final : public Sequence {
-public:
-    explicit TagSequence(std::vector<std::shared_ptr<kvTag>> tags);
-    automation::ObjectRef next() override;
-    bool skip(std::uint32_t count) override;
-    void reset() override;
-    std::unique_ptr<Sequence> clone() override;
-
-private:
-    std::shared_ptr<const std::vector<std::shared_ptr<kvTag>>> tags_;
-    std::size_t position_ = 0;
+    std::shared_ptr<Items> items_;
 };
 
 // A host's "For Each".
 class Enumerator final : public IEnumVARIANT {
 public:
     // With one reference, for the caller.
-    static IUnknown* make(std::unique_ptr<Sequence> sequence);
+    template <class Items>
+    static IUnknown* of(std::shared_ptr<Items> items) {
+        return new Enumerator(std::make_unique<SequenceOf<Items>>(std::move(items)));
+    }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) noexcept override;
     ULONG STDMETHODCALLTYPE AddRef() noexcept override;

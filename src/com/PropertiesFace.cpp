@@ -78,7 +78,7 @@ HRESULT PropertiesFace::Remove(VARIANT pvIndexKey) noexcept {
 }
 
 HRESULT PropertiesFace::get_NewEnum(IUnknown** pResult) noexcept {
-    return guard(pResult, [&] { return Enumerator::make(std::make_unique<PropertySequence>(core_->NewEnum())); });
+    return guard(pResult, [&] { return Enumerator::of(core_->NewEnum()); });
 }
 
 HRESULT PropertiesFace::GetProperty(BSTR psName, VARIANT pvDefaultValue, _privProperty** pResult) noexcept {

@@ -66,14 +66,22 @@ ComPtr<ITypeLib> ownTypeLibrary() {
     return library;
 }
 
+TLIBATTR attributesOf(ITypeLib& library) {
+    TLIBATTR* lent = nullptr;
+    check(library.GetLibAttr(&lent));
+    const TLIBATTR attributes = *lent;
+    library.ReleaseTLibAttr(lent);
+    return attributes;
+}
+
 void removeTypeLibrary() {
-    TLIBATTR* attributes = nullptr;
-    const ComPtr<ITypeLib> library = ownTypeLibrary();
-    check(library->GetLibAttr(&attributes));
-    const TLIBATTR copy = *attributes;
-    library->ReleaseTLibAttr(attributes);
-    const HRESULT code = UnRegisterTypeLib(copy.guid, copy.wMajorVerNum, copy.wMinorVerNum, copy.lcid, copy.syskind);
-    if (code != TYPE_E_REGISTRYACCESS) check(code);  // that one says that it was not registered
+    const TLIBATTR own = attributesOf(*ownTypeLibrary().get());
+    BSTR path = nullptr;
+    const bool registered =
+        SUCCEEDED(QueryPathOfRegTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, &path));
+    SysFreeString(path);
+    if (!registered) return;
+    check(UnRegisterTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, own.syskind));
 }
 
 }  // namespace

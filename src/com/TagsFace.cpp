@@ -16,7 +16,7 @@ HRESULT TagsFace::get_Count(long* pResult) noexcept {
 }
 
 HRESULT TagsFace::get_NewEnum(IUnknown** pResult) noexcept {
-    return guard(pResult, [&] { return Enumerator::make(std::make_unique<TagSequence>(core_->NewEnum())); });
+    return guard(pResult, [&] { return Enumerator::of(core_->NewEnum()); });
 }
 
 }  // namespace velmor::com
