@@ -22,27 +22,36 @@ Json valueJson(const Variant& value) {
     return toUtf8(automation::toText(value).value_or(u""));
 }
 
-Json tagsJson(const std::vector<TagNode>& tags) {
-    Json list = Json::array();
-    for (const TagNode& tag : tags) {
-        Json parameters = Json::array();
-        for (const auto& [name, value] : tag.parameters) {
-            parameters.push_back({{"name", toUtf8(name)}, {"value", valueJson(value)}});
-        }
-        list.push_back({{"position", tag.position},
-                        {"length", tag.length},
-                        {"handler", toUtf8(tag.handler)},
-                        {"command", toUtf8(tag.command)},
-                        {"commandValue", valueJson(tag.commandValue)},
-                        {"parameters", std::move(parameters)},
-                        {"tags", tagsJson(tag.tags)}});
+Json tagJson(const TagNode& tag) {
+    Json parameters = Json::array();
+    for (const auto& [name, value] : tag.parameters) {
+        parameters.push_back({{"name", toUtf8(name)}, {"value", valueJson(value)}});
     }
-    return list;
+    Json tags = Json::array();
+    for (const TagNode& nested : tag.tags) tags.push_back(tagJson(nested));
+    return {{"position", tag.position},
+            {"length", tag.length},
+            {"handler", toUtf8(tag.handler)},
+            {"command", toUtf8(tag.command)},
+            {"commandValue", valueJson(tag.commandValue)},
+            {"parameters", std::move(parameters)},
+            {"tags", std::move(tags)}};
 }
 
+// A lone surrogate is no JSON: it becomes U+FFFD.
+std::string dump(const Json& json) {
+    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+// One line for each top-level tag, so that only one of them is held as JSON at a time.
 std::string treeJson(const TagTree& tree) {
-    const Json document = {{"tags", tagsJson(tree.tags)}, {"unclosed", tree.unclosed}, {"tooDeep", tree.tooDeep}};
-    return document.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    std::string out = "{\"tags\": [";
+    const char* separator = "\n";
+    for (const TagNode& tag : tree.tags) {
+        out += separator + dump(tagJson(tag));
+        separator = ",\n";
+    }
+    return out + "],\n\"unclosed\": " + dump(tree.unclosed) + ",\n\"tooDeep\": " + dump(tree.tooDeep) + "}\n";
 }
 
 // " = value"; nothing for the long 0, which is what a name alone holds.
