@@ -15,6 +15,31 @@ namespace velmor::automation::portable {
 
 namespace {
 
+// The usual case: a sign, up to 15 digits and a point among them. Whole number and power of ten are
+// exact in a double, so their quotient is the nearest one.
+std::optional<double> plainDecimal(std::u16string_view text) {
+    static constexpr double kPowers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                         1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+    const bool negative = text.starts_with(u'-');
+    if (negative) text.remove_prefix(1);
+    if (text.empty() || text.size() > 16) return std::nullopt;
+    std::int64_t whole = 0;
+    std::size_t digits = 0, point = text.size();
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == u'.' && point == text.size()) {
+            point = i;
+        } else if (text[i] >= u'0' && text[i] <= u'9') {
+            whole = whole * 10 + (text[i] - u'0');
+            ++digits;
+        } else {
+            return std::nullopt;
+        }
+    }
+    if (digits == 0 || digits > 15) return std::nullopt;
+    const double value = static_cast<double>(whole) / kPowers[digits - std::min(point, digits)];
+    return negative ? -value : value;
+}
+
 constexpr double kCurrencyUnit = 10000;
 constexpr double kFirstDay = -657434;  // 1 January 100
 constexpr double kBehindLastDay = 2958466;
@@ -209,6 +234,7 @@ std::optional<std::u16string> toText(const Variant& value) {
 }
 
 std::optional<double> parseNumber(std::u16string_view text) {
+    if (const auto plain = plainDecimal(text)) return plain;
     const auto number = parseNumberText(text);
     return number ? doubleOf(*number) : std::nullopt;
 }

@@ -1,5 +1,7 @@
 #include "properties/EntryScanner.h"
 
+#include <algorithm>
+
 #include "text/Compare.h"
 
 namespace velmor {
@@ -27,12 +29,17 @@ bool EntryScanner::delimiterAt(std::size_t position) const noexcept {
     return position <= text_.size() && text_.substr(position).starts_with(delimiter_);
 }
 
-std::size_t EntryScanner::nameEnd(std::size_t from) const noexcept {
+EntryScanner::Name EntryScanner::name(std::size_t from) const noexcept {
     const char16_t first = delimiter_[0];
+    const char16_t last = std::max(u'=', first);  // letters, the most of a name, lie behind it
+    Name name{npos};
     for (std::size_t i = from; i < text_.size(); ++i) {
-        if (text_[i] == u'=' || (text_[i] == first && delimiterAt(i))) return i;
+        const char16_t unit = text_[i];
+        if (unit > last) continue;
+        if (unit == u'=' || (unit == first && delimiterAt(i))) return {i, name.plain};
+        if (unit <= u'!') name.plain = false;
     }
-    return npos;
+    return name;
 }
 
 std::size_t EntryScanner::delimiter(std::size_t from) const noexcept {

@@ -21,8 +21,11 @@ public:
     std::size_t delimiterSize() const noexcept { return delimiter_.size(); }
     bool delimiterAt(std::size_t position) const noexcept;
 
-    // The end of a name: an "=" or a delimiter, whichever comes first.
-    std::size_t nameEnd(std::size_t from) const noexcept;
+    struct Name {
+        std::size_t end;    // an "=" or a delimiter, whichever comes first; npos when there is none
+        bool plain = true;  // no blank, control character or "!" in it: nothing to clean
+    };
+    Name name(std::size_t from) const noexcept;
     std::size_t delimiter(std::size_t from) const noexcept;
     // The next quote, and the next "#", that stands right before a delimiter.
     std::size_t closingQuote(std::size_t from);

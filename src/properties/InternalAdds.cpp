@@ -20,7 +20,6 @@ std::u16string privProperties::CleanName(std::u16string_view psName) {
             psName.remove_prefix(4);
         }
     }
-    if (psName.find(u'!') == psName.npos) return std::u16string(psName);
     std::u16string name;
     name.reserve(psName.size());
     for (std::size_t from = 0;;) {

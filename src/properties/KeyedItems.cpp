@@ -36,7 +36,7 @@ privProperty* KeyedItems::find(std::u16string_view key) const noexcept {
 
 privProperty* KeyedItems::findInOrder(std::u16string_view key) const noexcept {
     for (const PropertyRef& property : *this) {
-        if (property->keyed_ && equalIgnoringCase(property->Name(), key)) return property.get();
+        if (property->keyed_ && equalIgnoringCase(property->nameView(), key)) return property.get();
     }
     return nullptr;
 }
@@ -51,14 +51,23 @@ std::size_t KeyedItems::positionOf(const privProperty* property) const noexcept 
     return npos;
 }
 
-privProperty* KeyedItems::append(PropertyRef property) {
-    privProperty* const owner = claimKey(property.get());
+KeyedItems::Hash KeyedItems::announce(std::u16string_view key) const noexcept {
+    if (tags_.empty()) return std::nullopt;
+    const std::uint32_t hash = hashOf(key);
+    const std::size_t slot = home(hash, tags_.size() - 1);
+    __builtin_prefetch(&tags_[slot]);
+    __builtin_prefetch(&keyedAt_[slot], 1);
+    return hash;
+}
+
+privProperty* KeyedItems::append(PropertyRef property, Hash hash) {
+    privProperty* const owner = claimKey(property.get(), hash);
     order_.push_back(std::move(property));
     return owner;
 }
 
 privProperty* KeyedItems::insert(std::size_t position, PropertyRef property) {
-    privProperty* const owner = claimKey(property.get());
+    privProperty* const owner = claimKey(property.get(), std::nullopt);
     if (position == 0 && first_ > 0) {
         order_[--first_] = std::move(property);
     } else {
@@ -109,20 +118,20 @@ std::size_t KeyedItems::slotOf(std::uint32_t hash, std::u16string_view key) cons
     std::size_t slot = home(hash, mask);
     for (; tags_[slot] != 0; slot = (slot + 1) & mask) {
         if (tags_[slot] != tag || keyedAt_[slot]->keyHash_ != hash) continue;
-        if (equalIgnoringCase(keyedAt_[slot]->Name(), key)) break;
+        if (equalIgnoringCase(keyedAt_[slot]->nameView(), key)) break;
     }
     return slot;
 }
 
-privProperty* KeyedItems::claimKey(privProperty* property) {
-    const std::u16string& name = property->Name();
-    if (size() >= kEntriesWithoutTable && (keys_ + 1) * 2 > tags_.size()) {
+privProperty* KeyedItems::claimKey(privProperty* property, Hash hash) {
+    const std::u16string_view name = property->nameView();
+    if (size() >= kEntriesWithoutTable && (keys_ + 1) * 5 > tags_.size() * 4) {
         growTable(std::max(kFirstTable, tags_.size() * 2));
     }
     if (tags_.empty()) {
         if (privProperty* const owner = findInOrder(name)) return owner;
     } else {
-        property->keyHash_ = hashOf(name);
+        property->keyHash_ = hash ? *hash : hashOf(name);
         const std::size_t slot = slotOf(property->keyHash_, name);
         if (tags_[slot] != 0) return keyedAt_[slot];
         tags_[slot] = tagOf(property->keyHash_);
@@ -140,7 +149,7 @@ void KeyedItems::dropKey(privProperty* property) noexcept {
     --keys_;
     if (tags_.empty()) return;
     const std::size_t mask = tags_.size() - 1;
-    std::size_t free = slotOf(property->keyHash_, property->Name());
+    std::size_t free = slotOf(property->keyHash_, property->nameView());
     for (std::size_t next = (free + 1) & mask; tags_[next] != 0; next = (next + 1) & mask) {
         const std::size_t wanted = home(keyedAt_[next]->keyHash_, mask);
         if (((next - wanted) & mask) < ((next - free) & mask)) continue;
@@ -153,7 +162,7 @@ void KeyedItems::dropKey(privProperty* property) noexcept {
 
 void KeyedItems::reserve(std::size_t count) {
     order_.reserve(first_ + count);
-    const std::size_t slots = std::bit_ceil(count * 2);
+    const std::size_t slots = std::bit_ceil(count * 5 / 4 + 1);
     if (count > kEntriesWithoutTable && slots > tags_.size()) growTable(slots);
 }
 
@@ -163,7 +172,7 @@ void KeyedItems::growTable(std::size_t size) {
     keyedAt_ = std::vector<privProperty*>(size);
     for (const PropertyRef& property : *this) {
         if (!property->keyed_) continue;
-        if (isFirst) property->keyHash_ = hashOf(property->Name());
+        if (isFirst) property->keyHash_ = hashOf(property->nameView());
         enter(property.get());
     }
 }

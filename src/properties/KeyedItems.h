@@ -3,7 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "properties/privProperty.h"
@@ -32,8 +34,14 @@ public:
 
     // Place an entry at the end or before a position. Return the entry that has the key of that
     // name already; the new one is then placed without a key. Null: the new one got the key.
-    privProperty* append(PropertyRef property);
+    privProperty* append(PropertyRef property) { return append(std::move(property), std::nullopt); }
     privProperty* insert(std::size_t position, PropertyRef property);
+
+    // For an entry that is about to be made: its key's hash, once there is a table of keys, whose
+    // place for it is then on its way from memory while the value is read.
+    using Hash = std::optional<std::uint32_t>;
+    Hash announce(std::u16string_view key) const noexcept;
+    privProperty* append(PropertyRef property, Hash hash);
 
     void remove(std::size_t position);
     void move(std::size_t from, std::size_t to);
@@ -47,7 +55,7 @@ private:
     auto place(std::size_t position) { return order_.begin() + static_cast<std::ptrdiff_t>(first_ + position); }
     privProperty* findInOrder(std::u16string_view key) const noexcept;
     std::size_t slotOf(std::uint32_t hash, std::u16string_view key) const noexcept;
-    privProperty* claimKey(privProperty* property);
+    privProperty* claimKey(privProperty* property, Hash hash);
     void dropKey(privProperty* property) noexcept;
     void growTable(std::size_t size);
     void enter(privProperty* property) noexcept;
@@ -55,7 +63,7 @@ private:
     std::vector<PropertyRef> order_;  // the first first_ places are vacated
     std::size_t first_ = 0;
     // The table of keys: open addressing with linear probing. The size is a power of two, at most
-    // half is taken. A byte of each hash stands apart (0: free), so that a name that is not there,
+    // four fifths are taken. A byte of each hash stands apart (0: free), so that a name that is not there,
     // which is every new one, is found missing without touching much memory. Empty while a look
     // along the order is as quick.
     std::vector<std::uint8_t> tags_;

@@ -6,9 +6,9 @@
 
 namespace velmor {
 
-privProperty::Children& privProperty::children() {
-    if (children_ == nullptr) children_ = std::make_unique<Children>();
-    return *children_;
+privProperty::Extras& privProperty::extras() {
+    if (extras_ == nullptr) extras_ = std::make_unique<Extras>();
+    return *extras_;
 }
 
 std::shared_ptr<privProperties> privProperty::build(Child& child) {
@@ -21,11 +21,11 @@ std::shared_ptr<privProperties> privProperty::build(Child& child) {
 }
 
 std::shared_ptr<privProperties> privProperty::Attributes() {
-    return build(children().attributes);
+    return build(extras().attributes);
 }
 
 std::shared_ptr<privProperties> privProperty::Properties() {
-    return build(children().properties);
+    return build(extras().properties);
 }
 
 bool privProperty::Child::holdsAnything() const {
@@ -37,33 +37,33 @@ std::u16string privProperty::Child::stored(int level) const {
 }
 
 bool privProperty::HasAttributes() const {
-    return children_ != nullptr && children_->attributes.holdsAnything();
+    return extras_ != nullptr && extras_->attributes.holdsAnything();
 }
 
 bool privProperty::HasProperties() const {
-    return children_ != nullptr && children_->properties.holdsAnything();
+    return extras_ != nullptr && extras_->properties.holdsAnything();
 }
 
 std::u16string privProperty::AttributesStored() const {
-    return children_ != nullptr ? children_->attributes.stored(1) : std::u16string();
+    return extras_ != nullptr ? extras_->attributes.stored(1) : std::u16string();
 }
 
 std::u16string privProperty::PropertiesStored() const {
-    return children_ != nullptr ? children_->properties.stored(1) : std::u16string();
+    return extras_ != nullptr ? extras_->properties.stored(1) : std::u16string();
 }
 
 void privProperty::SetAttributesStored(std::u16string psText) {
-    children().attributes = {std::move(psText), nullptr};
+    extras().attributes = {std::move(psText), nullptr};
 }
 
 void privProperty::SetPropertiesStored(std::u16string psText) {
-    children().properties = {std::move(psText), nullptr};
+    extras().properties = {std::move(psText), nullptr};
 }
 
 // At the limit children count as empty; they are not even built, for text can nest deeper than
 // anything that is worth a count.
 std::int32_t privProperty::countChildren(int level) {
-    if (children_ == nullptr || level >= privProperties::maximumNesting) return 0;
+    if (extras_ == nullptr || level >= privProperties::maximumNesting) return 0;
     std::int32_t count = 0;
     if (HasAttributes()) count = Attributes()->countTotal(level + 1);
     if (HasProperties()) count = checkedLong(std::int64_t{count} + Properties()->countTotal(level + 1));

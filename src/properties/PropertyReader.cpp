@@ -8,7 +8,6 @@
 #include "common/Hexadecimal.h"
 #include "platform/Services.h"
 #include "properties/DateText.h"
-#include "properties/KeyedItems.h"
 #include "properties/PictureText.h"
 #include "properties/Substitution.h"
 #include "properties/TypedText.h"
@@ -101,18 +100,21 @@ void PropertyReader::read(std::u16string_view text, bool asTag, std::u16string_v
 void PropertyReader::readEntries(std::u16string_view text, std::u16string_view delimiter, std::size_t from) {
     Scanner scanner(text, delimiter);
     std::size_t entries = 0;
-    for (std::size_t end; (end = scanner.nameEnd(from)) != Scanner::npos; from = end + delimiter.size()) {
+    for (Scanner::Name found; (found = scanner.name(from)).end != Scanner::npos;) {
         if (++entries == kSample) target_.items_->reserve(std::min(entries * (text.size() / from), kMostReserved));
-        const std::u16string_view name = text.substr(from, end - from);
-        if (text[end] != u'=') {
+        const std::u16string_view spelled = text.substr(from, found.end - from);
+        const Name name{spelled, found.plain, found.plain ? target_.items_->announce(spelled) : std::nullopt};
+        std::size_t end = found.end;
+        if (text[end] == u'=') {
+            end = readValue(scanner, name, end + 1);
+        } else {
             add(name, std::int32_t{0});
-            continue;
         }
-        end = readValue(scanner, name, end + 1);
+        from = end + delimiter.size();
     }
 }
 
-std::size_t PropertyReader::readValue(Scanner& scanner, std::u16string_view name, std::size_t from) {
+std::size_t PropertyReader::readValue(Scanner& scanner, Name name, std::size_t from) {
     std::size_t end = Scanner::npos;
     switch (from < scanner.text().size() ? scanner.text()[from] : u'\0') {
         case u'"':
@@ -130,14 +132,14 @@ std::size_t PropertyReader::readValue(Scanner& scanner, std::u16string_view name
     return end != Scanner::npos ? end : readPlain(scanner, name, from);
 }
 
-std::size_t PropertyReader::readQuoted(Scanner& scanner, std::u16string_view name, std::size_t from) {
+std::size_t PropertyReader::readQuoted(Scanner& scanner, Name name, std::size_t from) {
     const std::size_t quote = scanner.closingQuote(from + 1);
     if (quote == Scanner::npos) return Scanner::npos;
-    add(name, Variant(scanner.text().substr(from + 1, quote - from - 1)));
+    addText(name, scanner.text().substr(from + 1, quote - from - 1));
     return quote + 1;
 }
 
-std::size_t PropertyReader::readMarked(Scanner& scanner, std::u16string_view name, std::size_t from) {
+std::size_t PropertyReader::readMarked(Scanner& scanner, Name name, std::size_t from) {
     const std::u16string_view marker = scanner.text().substr(from, kMarkerSize);
     if (marker == u"~RO~") return readObject(scanner, name, from);
     if (marker.size() < kMarkerSize || marker.back() != u'"') return Scanner::npos;
@@ -151,7 +153,7 @@ std::size_t PropertyReader::readMarked(Scanner& scanner, std::u16string_view nam
     return Scanner::npos;
 }
 
-bool PropertyReader::addDecoded(std::u16string_view name, std::u16string_view marker, std::u16string_view content) {
+bool PropertyReader::addDecoded(Name name, std::u16string_view marker, std::u16string_view content) {
     std::optional<std::u16string> text;
     std::int32_t encoding = 0;
     if (marker == u"~64\"") {
@@ -167,11 +169,11 @@ bool PropertyReader::addDecoded(std::u16string_view name, std::u16string_view ma
         encoding = 8;
         text = textOfSubstituted(content);
     }
-    if (text) add(name, Variant(*std::move(text)), encoding);
+    if (text) addText(name, *text, encoding);
     return text.has_value();
 }
 
-std::size_t PropertyReader::readObject(Scanner& scanner, std::u16string_view name, std::size_t from) {
+std::size_t PropertyReader::readObject(Scanner& scanner, Name name, std::size_t from) {
     const std::u16string_view text = scanner.text();
     const std::size_t type = from + kMarkerSize;
     const std::size_t delimiter = scanner.delimiter(type);
@@ -186,7 +188,7 @@ std::size_t PropertyReader::readObject(Scanner& scanner, std::u16string_view nam
         if (object == nullptr) return Scanner::npos;
         add(name, Variant(std::move(object)));
     } else {
-        add(name, Variant(text.substr(from, end + 1 - from)));
+        addText(name, text.substr(from, end + 1 - from));
     }
     return end + 1;
 }
@@ -205,7 +207,7 @@ ObjectRef PropertyReader::collectionOf(std::u16string_view content) const {
     return collection;
 }
 
-std::size_t PropertyReader::readDate(Scanner& scanner, std::u16string_view name, std::size_t from) {
+std::size_t PropertyReader::readDate(Scanner& scanner, Name name, std::size_t from) {
     const std::size_t hash = scanner.closingHash(from + 1);
     if (hash == Scanner::npos) return Scanner::npos;
     const std::u16string_view content = scanner.text().substr(from + 1, hash - from - 1);
@@ -215,7 +217,7 @@ std::size_t PropertyReader::readDate(Scanner& scanner, std::u16string_view name,
     return hash + 1;
 }
 
-std::size_t PropertyReader::readPlain(Scanner& scanner, std::u16string_view name, std::size_t from) {
+std::size_t PropertyReader::readPlain(Scanner& scanner, Name name, std::size_t from) {
     const std::size_t end =
         std::min(asTag_ ? scanner.tagValueEnd(from) : scanner.delimiter(from), scanner.text().size());
     const std::u16string_view value = scanner.text().substr(from, end - from);
@@ -224,7 +226,7 @@ std::size_t PropertyReader::readPlain(Scanner& scanner, std::u16string_view name
 }
 
 // The text stays a text until somebody asks for the collection.
-bool PropertyReader::keepChild(std::u16string_view name, bool attributes, std::u16string_view content) {
+bool PropertyReader::keepChild(Name name, bool attributes, std::u16string_view content) {
     auto text = textOfChild(content);
     if (!text) return false;
     privProperty& owner = ownerOfChild(name);
@@ -236,21 +238,43 @@ bool PropertyReader::keepChild(std::u16string_view name, bool attributes, std::u
     return true;
 }
 
-privProperty& PropertyReader::ownerOfChild(std::u16string_view name) {
-    const std::u16string clean = privProperties::CleanName(name);
-    if (last_ != nullptr && equalIgnoringCase(last_->Name(), clean)) return *last_;
+privProperty& PropertyReader::ownerOfChild(Name name) {
+    const std::u16string clean = privProperties::CleanName(name.text);
+    if (last_ != nullptr && equalIgnoringCase(last_->nameView(), clean)) return *last_;
     if (privProperty* const keyed = target_.items_->find(clean)) return *keyed;
     add(name, std::int32_t{0});
     return *last_;
 }
 
-void PropertyReader::add(std::u16string_view name, Variant&& value, std::int32_t encoding) {
+privProperty& PropertyReader::make(Name name, bool upperCaseName) {
     const PropertyRef property = std::allocate_shared<privProperty>(
         pool_.next<privProperty>(), privProperties::propertyKey(), target_.services_, now_);
-    const bool upperCaseName = asTag_ && !value.isObject();
-    property->InitValue(privProperties::CleanName(name), std::move(value), encoding, false, upperCaseName);
-    target_.append(property);
+    if (upperCaseName || !name.plain) {
+        std::u16string clean = privProperties::CleanName(name.text);
+        property->SetName(upperCaseName ? upperCase(clean) : std::move(clean));
+    } else if (const char16_t* const kept = pool_.keep(name.text)) {
+        property->lendName({kept, name.text.size()});
+    } else {
+        property->SetName(std::u16string(name.text));
+    }
+    if (privProperty* const first = target_.items_->append(property, name.hash)) first->SetMultiple(true);
     last_ = property.get();
+    return *property;
+}
+
+void PropertyReader::add(Name name, Variant&& value) {
+    privProperty& property = make(name, asTag_ && !value.isObject());
+    property.SetValueQuiet(std::move(value));
+}
+
+void PropertyReader::addText(Name name, std::u16string_view text, std::int32_t encoding) {
+    privProperty& property = make(name, asTag_);
+    property.Encoding(encoding);
+    if (const char16_t* const kept = pool_.keep(text)) {
+        property.lendText({kept, text.size()});
+    } else {
+        property.SetValueQuiet(Variant(text));
+    }
 }
 
 }  // namespace velmor

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "properties/EntryScanner.h"
+#include "properties/KeyedItems.h"
 #include "properties/SlabPool.h"
 #include "properties/privProperties.h"
 
@@ -28,23 +29,31 @@ public:
 
 private:
     using Scanner = EntryScanner;
+    // As it stands in the text.
+    struct Name {
+        std::u16string_view text;
+        bool plain;  // nothing to clean
+        KeyedItems::Hash hash;
+    };
 
     void readEntries(std::u16string_view text, std::u16string_view delimiter, std::size_t from);
     // Each reads the value at `from`, right behind the "=", and gives its end, where the delimiter
     // stands; npos: the text is not of that form and nothing was added.
-    std::size_t readValue(Scanner& scanner, std::u16string_view name, std::size_t from);
-    std::size_t readQuoted(Scanner& scanner, std::u16string_view name, std::size_t from);
-    std::size_t readMarked(Scanner& scanner, std::u16string_view name, std::size_t from);
-    std::size_t readObject(Scanner& scanner, std::u16string_view name, std::size_t from);
-    std::size_t readDate(Scanner& scanner, std::u16string_view name, std::size_t from);
-    std::size_t readPlain(Scanner& scanner, std::u16string_view name, std::size_t from);
+    std::size_t readValue(Scanner& scanner, Name name, std::size_t from);
+    std::size_t readQuoted(Scanner& scanner, Name name, std::size_t from);
+    std::size_t readMarked(Scanner& scanner, Name name, std::size_t from);
+    std::size_t readObject(Scanner& scanner, Name name, std::size_t from);
+    std::size_t readDate(Scanner& scanner, Name name, std::size_t from);
+    std::size_t readPlain(Scanner& scanner, Name name, std::size_t from);
 
-    bool addDecoded(std::u16string_view name, std::u16string_view marker, std::u16string_view content);
+    bool addDecoded(Name name, std::u16string_view marker, std::u16string_view content);
     automation::ObjectRef pictureOf(std::u16string_view content) const;
     automation::ObjectRef collectionOf(std::u16string_view content) const;
-    bool keepChild(std::u16string_view name, bool attributes, std::u16string_view content);
-    privProperty& ownerOfChild(std::u16string_view name);
-    void add(std::u16string_view name, automation::Variant&& value, std::int32_t encoding = 0);
+    bool keepChild(Name name, bool attributes, std::u16string_view content);
+    privProperty& ownerOfChild(Name name);
+    privProperty& make(Name name, bool upperCaseName);
+    void add(Name name, automation::Variant&& value);
+    void addText(Name name, std::u16string_view text, std::int32_t encoding = 0);
 
     privProperties& target_;
     const Limits limits_;

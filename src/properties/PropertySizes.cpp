@@ -27,7 +27,7 @@ TextFacts factsOf(std::u16string_view text) {
 
 TextFacts textFacts(const privProperty& property) {
     if (property.builder()) return factsOf(property.builder()->ReturnVal());
-    return factsOf(*property.rawValue().get<std::u16string>());
+    return factsOf(*property.plainText());
 }
 
 // Halves to even, as the platform rounds.
@@ -100,7 +100,7 @@ std::int32_t privProperty::SizeStored() {
 
 std::int32_t privProperty::sizeStored(int level) {
     std::int32_t size = valueSizeStored();
-    if (children_ == nullptr || level >= privProperties::maximumNesting) return size;
+    if (extras_ == nullptr || level >= privProperties::maximumNesting) return size;
     if (HasAttributes()) size = checkedLong(std::int64_t{size} + Attributes()->sizeStored(level + 1));
     if (HasProperties()) size = checkedLong(std::int64_t{size} + Properties()->sizeStored(level + 1));
     return size;

@@ -76,11 +76,12 @@ private:
 
 // Names alone are a strict order; only among equal names does the insertion have a say.
 std::vector<PropertyRef> sortedProperties(std::vector<PropertyRef> properties) {
-    const auto byName = [](const PropertyRef& a, const PropertyRef& b) { return a->Name() < b->Name(); };
+    const auto byName = [](const PropertyRef& a, const PropertyRef& b) { return a->nameView() < b->nameView(); };
     std::stable_sort(properties.begin(), properties.end(), byName);
     for (auto group = properties.begin(); group != properties.end();) {
-        const auto end = std::find_if(group, properties.end(),
-                                      [group](const PropertyRef& each) { return each->Name() != (*group)->Name(); });
+        const auto end = std::find_if(group, properties.end(), [group](const PropertyRef& each) {
+            return each->nameView() != (*group)->nameView();
+        });
         if (end - group > 1) {
             EqualNames sorted;
             std::for_each(group, end, [&sorted](const PropertyRef& each) { sorted.insert(each); });

@@ -32,8 +32,7 @@ void appendInteger(std::u16string& target, std::int32_t value) {
 }
 
 bool isZero(const privProperty& property) {
-    const auto* value = property.rawValue().get<std::int32_t>();
-    return value != nullptr && *value == 0 && !property.builder();
+    return property.ValueType() == 3 && property.ValueLng() == 0;
 }
 
 }  // namespace
@@ -48,7 +47,7 @@ std::u16string PropertyWriter::write(const KeyedItems& items) {
     for (std::size_t i = 0; i < items.size(); ++i) {
         if (i == kSample) out_.reserve(out_.size() / kSample * (items.size() + items.size() / 8));
         if (asTag_ && i == 0) {
-            out_.append(items.at(i)->Name()).append(1, u'>');
+            out_.append(items.at(i)->nameView()).append(1, u'>');
         } else {
             writeEntry(*items.at(i));
         }
@@ -58,26 +57,26 @@ std::u16string PropertyWriter::write(const KeyedItems& items) {
 }
 
 void PropertyWriter::writeEntry(const privProperty& property) {
-    out_ += property.Name();
+    out_ += property.nameView();
     if (asTag_ && isZero(property)) {
         out_ += u':';  // a name alone is read as the long 0
     } else {
         out_ += u'=';
         writeValue(property);
     }
-    if (property.children_ != nullptr) writeChildren(property);
+    if (property.extras_ != nullptr) writeChildren(property);
 }
 
 void PropertyWriter::writeChildren(const privProperty& property) {
     const auto write = [&](const privProperty::Child& child, Child which) {
         if (child.built == nullptr) {
-            writeChild(property.Name(), child.text, which);
+            writeChild(property.nameView(), child.text, which);
         } else {
-            writeChild(property.Name(), child.stored(level_ + 1), which);
+            writeChild(property.nameView(), child.stored(level_ + 1), which);
         }
     };
-    write(property.children_->attributes, Child::attributes);
-    write(property.children_->properties, Child::properties);
+    write(property.extras_->attributes, Child::attributes);
+    write(property.extras_->properties, Child::properties);
 }
 
 void PropertyWriter::writeValue(const privProperty& property) {
@@ -198,7 +197,7 @@ void PropertyWriter::writeBase64(std::u16string_view text) {
 
 // Children are written plainly only without any quote, attributes already without a terminator;
 // readers accept both.
-void PropertyWriter::writeChild(const std::u16string& name, std::u16string_view text, Child which) {
+void PropertyWriter::writeChild(std::u16string_view name, std::u16string_view text, Child which) {
     if (text.empty()) return;
     const bool attributes = which == Child::attributes;
     out_.append(name).append(attributes ? u"=~AT\"" : u"=~PR\"");

@@ -31,7 +31,7 @@ private:
     void writeText(std::u16string_view text, std::int32_t encoding);
     void writeSubstituted(std::u16string_view text);
     void writeBase64(std::u16string_view text);
-    void writeChild(const std::u16string& name, std::u16string_view text, Child which);
+    void writeChild(std::u16string_view name, std::u16string_view text, Child which);
 
     platform::Services& services_;
     const bool asTag_;

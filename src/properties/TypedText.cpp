@@ -39,7 +39,7 @@ bool isFraction(std::u16string_view number) {
 
 // The number in the type that the character asks for; nothing when it does not fit.
 std::optional<Variant> suffixed(std::u16string_view body, char16_t type) {
-    if (const auto integer = plainInteger(body); integer && type == u'&') return *integer;
+    if (const auto integer = type == u'&' ? plainInteger(body) : std::nullopt) return *integer;
     const bool decimal = type == u'!' && body.starts_with(u'!');
     if (decimal) body.remove_prefix(1);
     const auto value = automation::parseNumber(body);
@@ -58,10 +58,6 @@ std::optional<Variant> suffixed(std::u16string_view body, char16_t type) {
     }
 }
 
-bool isTypeCharacter(char16_t unit) {
-    return unit == u'&' || unit == u'%' || unit == u'!' || unit == u'#' || unit == u'$';
-}
-
 std::optional<Variant> untyped(std::u16string_view text) {
     const auto number = automation::parseNumber(text);
     if (!number) return std::nullopt;
@@ -73,12 +69,24 @@ std::optional<Variant> untyped(std::u16string_view text) {
 }  // namespace
 
 Variant typedValue(std::u16string_view text) {
-    if (const auto integer = plainInteger(text)) return *integer;
-    if (text == u"True" || text == u"False") return text == u"True";
-    if (text.empty()) return Variant(text);
-    const bool typed = isTypeCharacter(text.back());
-    const auto value = typed ? suffixed(text.substr(0, text.size() - 1), text.back()) : untyped(text);
-    return value ? *value : Variant(text);
+    std::optional<Variant> value;
+    switch (text.empty() ? u'\0' : text.back()) {
+        case u'&':
+        case u'%':
+        case u'!':
+        case u'#':
+        case u'$':
+            value = suffixed(text.substr(0, text.size() - 1), text.back());
+            break;
+        case u'e':
+            if (text == u"True" || text == u"False") value = text == u"True";
+            break;
+        default:
+            if (const auto integer = plainInteger(text)) return *integer;
+            value = untyped(text);
+            break;
+    }
+    return value ? *std::move(value) : Variant(text);
 }
 
 }  // namespace velmor

@@ -272,7 +272,7 @@ void privProperties::Move(const Variant& pvIndexKey, std::int32_t plToIndex) {
 
 std::int32_t privProperties::GetPropertyIndex(std::u16string_view psName) const {
     const auto found = std::find_if(items_->begin(), items_->end(), [psName](const PropertyRef& each) {
-        return equalIgnoringCase(each->Name(), psName);
+        return equalIgnoringCase(each->nameView(), psName);
     });
     return found == items_->end() ? 0 : static_cast<std::int32_t>(found - items_->begin()) + 1;
 }

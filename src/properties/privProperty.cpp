@@ -23,14 +23,44 @@ privProperty::privProperty(Key, platform::Services& services, Date now)
 
 // Nested collections go one after another, not one inside the other.
 privProperty::~privProperty() {
-    if (value_.isObject()) releaseFlat(value_.object());
-    if (children_ == nullptr) return;
-    releaseFlat(std::move(children_->attributes.built));
-    releaseFlat(std::move(children_->properties.built));
+    if (auto* const object = value_.get<ObjectRef>()) releaseFlat(std::move(*object));
+    if (extras_ == nullptr) return;
+    releaseFlat(std::move(extras_->attributes.built));
+    releaseFlat(std::move(extras_->properties.built));
+}
+
+const std::u16string& privProperty::Name() const {
+    if (ownName_ == nullptr) ownName_ = std::make_unique<const std::u16string>(name_);
+    return *ownName_;
+}
+
+void privProperty::SetName(std::u16string psName) {
+    ownName_ = std::make_unique<const std::u16string>(std::move(psName));
+    name_ = *ownName_;
+}
+
+void privProperty::lendText(std::u16string_view text) noexcept {
+    value_ = Variant();
+    lentText_ = text;
+}
+
+const Variant& privProperty::rawValue() const {
+    if (isLent()) {
+        value_ = Variant(lentText_);
+        lentText_ = {};
+    }
+    return value_;
+}
+
+std::optional<std::u16string_view> privProperty::plainText() const noexcept {
+    if (isLent()) return lentText_;
+    const auto* text = value_.get<std::u16string>();
+    return text == nullptr ? std::nullopt : std::optional<std::u16string_view>(*text);
 }
 
 Variant privProperty::Value() const {
-    return builder_ ? Variant(builder_->ReturnVal()) : value_;
+    if (builder()) return builder()->ReturnVal();
+    return isLent() ? Variant(lentText_) : value_;
 }
 
 void privProperty::Value(Variant pvValue) {
@@ -45,11 +75,11 @@ void privProperty::SetValue(ObjectRef poValue) {
 }
 
 std::int32_t privProperty::ValueType() const {
-    return builder_ ? static_cast<std::int32_t>(VariantType::string) : value_.typeCode();
+    return builder() || isLent() ? static_cast<std::int32_t>(VariantType::string) : value_.typeCode();
 }
 
 std::u16string privProperty::ValueTypeName() const {
-    return builder_ ? u"String" : automation::typeNameOf(value_);
+    return builder() || isLent() ? u"String" : automation::typeNameOf(value_);
 }
 
 void privProperty::Encoding(std::int32_t plEncoding) noexcept {
@@ -58,7 +88,7 @@ void privProperty::Encoding(std::int32_t plEncoding) noexcept {
 }
 
 std::int32_t privProperty::ValueLng() const {
-    if (const auto* value = value_.get<std::int32_t>(); value != nullptr && !builder_) return *value;
+    if (const auto* value = value_.get<std::int32_t>(); value != nullptr && !builder()) return *value;
     return automation::toLong(Value()).value_or(0);
 }
 
@@ -67,8 +97,8 @@ void privProperty::ValueLng(std::int32_t plValue) {
 }
 
 std::u16string privProperty::ValueStr() const {
-    if (builder_) return builder_->ReturnVal();
-    if (const auto* value = value_.get<std::u16string>()) return *value;
+    if (builder()) return builder()->ReturnVal();
+    if (const auto text = plainText()) return std::u16string(*text);
     return automation::toText(value_).value_or(std::u16string());
 }
 
@@ -146,7 +176,7 @@ void privProperty::ValueInt(std::int16_t piValue) {
 
 void privProperty::InitValue(std::u16string psName, Variant&& pvValue, std::int32_t plEncoding, bool pbMultiple,
                              bool pbUpperCaseName) {
-    name_ = pbUpperCaseName ? upperCase(psName) : std::move(psName);
+    SetName(pbUpperCaseName ? upperCase(psName) : std::move(psName));
     SetValueQuiet(std::move(pvValue));
     Encoding(plEncoding);
     multiple_ = pbMultiple;
@@ -165,7 +195,8 @@ void privProperty::InitObject(std::u16string psName, ObjectRef poValue, std::int
 
 void privProperty::SetValueQuiet(Variant&& pvValue) {
     value_ = std::move(pvValue);
-    builder_.reset();
+    lentText_ = {};
+    if (extras_ != nullptr) extras_->builder.reset();
 }
 
 void privProperty::SetObjectQuiet(ObjectRef poValue) {
@@ -181,12 +212,13 @@ bool privProperty::ValueNotIn(std::u16string_view psText) const {
 }
 
 std::shared_ptr<privStrCat> privProperty::StrCatValue() {
-    if (!builder_) builder_ = std::make_shared<privStrCat>();
-    return builder_;
+    std::shared_ptr<privStrCat>& builder = extras().builder;
+    if (!builder) builder = std::make_shared<privStrCat>();
+    return builder;
 }
 
 void privProperty::SetStrCatValue(std::shared_ptr<privStrCat> poBuilder) {
-    builder_ = std::move(poBuilder);
+    extras().builder = std::move(poBuilder);
 }
 
 void privProperty::touch() {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -36,7 +37,7 @@ public:
     privProperty(const privProperty&) = delete;
     privProperty& operator=(const privProperty&) = delete;
 
-    const std::u16string& Name() const noexcept { return name_; }
+    const std::u16string& Name() const;
 
     automation::Variant Value() const;
     void Value(automation::Variant pvValue);  // let: modified = now, changed = True
@@ -123,9 +124,16 @@ public:
     std::shared_ptr<privStrCat> StrCatValue();
     void SetStrCatValue(std::shared_ptr<privStrCat> poBuilder);
 
-    // The value as it lies here, without a copy; not current while a builder is attached.
-    const automation::Variant& rawValue() const noexcept { return value_; }
-    const std::shared_ptr<privStrCat>& builder() const noexcept { return builder_; }
+    // Name and value as they lie here, without a copy. They hold until the property changes; the
+    // value is not current while a builder is attached.
+    std::u16string_view nameView() const noexcept { return name_; }
+    const automation::Variant& rawValue() const;
+    const std::shared_ptr<privStrCat>& builder() const noexcept {
+        static const std::shared_ptr<privStrCat> kNone;
+        return extras_ != nullptr ? extras_->builder : kNone;
+    }
+    // The value when it is a text, attached builders left out.
+    std::optional<std::u16string_view> plainText() const noexcept;
 
     automation::Variant invoke(std::u16string_view name, automation::InvokeKind kind,
                                std::span<automation::Variant> arguments) override;
@@ -145,24 +153,33 @@ private:
         bool holdsAnything() const;
         std::u16string stored(int level) const;
     };
-    struct Children {
+    // What few properties have.
+    struct Extras {
         Child attributes;
         Child properties;
+        std::shared_ptr<privStrCat> builder;
     };
 
-    void SetName(std::u16string psName) { name_ = std::move(psName); }
+    void SetName(std::u16string psName);
+    // Take texts that stay where they are for as long as the property lives.
+    void lendName(std::u16string_view name) noexcept { name_ = name; }
+    void lendText(std::u16string_view text) noexcept;
+    bool isLent() const noexcept { return lentText_.data() != nullptr; }
     void touch();
-    Children& children();
+    Extras& extras();
     std::shared_ptr<privProperties> build(Child& child);
     std::int32_t valueSizeStored() const;
     std::int32_t sizeStored(int level);
     std::int32_t countChildren(int level);
 
     platform::Services& services_;
-    std::u16string name_;
-    automation::Variant value_;
-    std::shared_ptr<privStrCat> builder_;
-    std::unique_ptr<Children> children_;
+    // A property made from a text has name and value beside it in its slab, until somebody asks
+    // for more than a look at them.
+    std::u16string_view name_;
+    mutable std::unique_ptr<const std::u16string> ownName_;
+    mutable automation::Variant value_;     // Empty while the text is lent
+    mutable std::u16string_view lentText_;  // none when it points nowhere
+    std::unique_ptr<Extras> extras_;
     automation::Date created_;
     automation::Date modified_;
     std::uint8_t encoding_ = 0;

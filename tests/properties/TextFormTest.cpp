@@ -138,6 +138,11 @@ TEST_F(PropertyText, EndsAtDeepNesting) {
     }
     EXPECT_EQ(collection->CountTotal(), privProperties::maximumNesting + 1);
     EXPECT_FALSE(collection->Stored().empty());
+    for (int i = 0; i < 100000; ++i) {
+        const PropertiesRef next = newProperties(services);
+        inner->AddObject(u"object", next);
+        inner = next;
+    }
     EXPECT_GT(collection->SizeStored(), 0);
     collection->Dispose();
 }
