@@ -86,6 +86,7 @@ Evaluation::Evaluation(TagList& tags, std::u16string& target)
 
 std::u16string Evaluation::soFar() const {
     if (literalText_ != nullptr) return *literalText_;
+    if (pairedText_ != nullptr) return pairedText_->assemble();
     return target_.substr(base_, finished_ - base_) + std::u16string(tags_.source().substr(position_));
 }
 
@@ -220,8 +221,9 @@ void Evaluation::appendNested(std::size_t index, std::u16string value, TopLevelT
 void Evaluation::runLiterally(std::size_t from) {
     std::u16string results = target_.substr(base_);
     std::u16string text = results + std::u16string(tags_.source().substr(position_));
-    literalText_ = &text;
     tags_.beginResults(results, 0);
+    from = runPaired(from, text, results);
+    literalText_ = &text;
     for (std::size_t index = from; index < tags_.size(); ++index) {
         const std::u16string name = tags_.storedName(index);
         if (!replaceLiterally(index, name, text, results)) {
@@ -232,6 +234,33 @@ void Evaluation::runLiterally(std::size_t from) {
     target_.resize(base_);
     target_ += text;
     tags_.keepResults(std::make_shared<const std::u16string>(std::move(results)));
+}
+
+// Goes as far as the pairs of markers tell every place; gives the first tag that is left.
+std::size_t Evaluation::runPaired(std::size_t from, std::u16string& text, std::u16string& results) {
+    // Begun anew, the pairs may tell again; but that costs a pass over the text.
+    constexpr std::size_t worthANewBeginning = 256;
+    PairedText pairs(std::move(text));
+    pairedText_ = &pairs;
+    std::size_t index = from;
+    std::size_t begun = from;
+    for (; index < tags_.size() && !becomesMarker(tags_.rawName(index)); ++index) {
+        if (!pairs.isProven() && index - begun >= worthANewBeginning) {
+            pairs = PairedText(pairs.assemble());
+            begun = index;
+        }
+        if (!pairs.isProven()) break;
+        const std::u16string name = tags_.storedName(index);
+        std::optional<PairedText::Place> place = pairs.find(name);
+        if (!place) place = pairs.find(std::u16string_view(name).substr(0, name.size() - 1));
+        if (!place) continue;
+        const std::size_t start = results.size();
+        appendResult(index, results, 0);
+        pairs.replace(*place, results.substr(start));
+    }
+    pairedText_ = nullptr;
+    text = pairs.assemble();
+    return index;
 }
 
 bool Evaluation::replaceLiterally(std::size_t index, std::u16string_view name, std::u16string& text,

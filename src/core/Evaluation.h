@@ -7,6 +7,7 @@
 
 #include "core/EvaluationRun.h"
 #include "core/FinishedMarkers.h"
+#include "core/PairedText.h"
 #include "core/TagList.h"
 
 namespace velmor {
@@ -49,6 +50,7 @@ private:
     void appendNested(std::size_t index, std::u16string value, TopLevelTags found, bool isRtf, std::u16string& results);
 
     void runLiterally(std::size_t from);
+    std::size_t runPaired(std::size_t from, std::u16string& text, std::u16string& results);
     bool replaceLiterally(std::size_t index, std::u16string_view name, std::u16string& text, std::u16string& results);
 
     TagList& tags_;
@@ -59,7 +61,8 @@ private:
     std::size_t scanFrom_;      // where a marker may begin that nobody has seen yet
     FinishedMarkers markers_;
     std::unique_ptr<PairIndex> pairs_;             // of the source, once a tag without ":" asked
-    const std::u16string* literalText_ = nullptr;  // while the rest goes the literal way
+    const PairedText* pairedText_ = nullptr;       // while the rest goes the literal way ...
+    const std::u16string* literalText_ = nullptr;  // ... and where even the pairs do not tell
 };
 
 // What ProcessValue does with a text: the text as a value of its own that shares the context.
