@@ -7,10 +7,17 @@
 
 namespace velmor {
 
+// True where a document begins: "{\rtf", in any letter case, whose brace is not escaped.
+inline bool documentStandsAt(std::u16string_view text, std::size_t index) noexcept {
+    const auto unitIs = [&](std::size_t offset, char16_t letter) { return (text[index + offset] | 0x20) == letter; };
+    return text.size() - index >= 5 && text[index] == u'{' && text[index + 1] == u'\\' && unitIs(2, u'r') &&
+           unitIs(3, u't') && unitIs(4, u'f') && !isEscaped(text, index);
+}
+
 // Walks the braces that open and close groups, from left to right. By the plain rule a brace counts
-// unless a backslash stands directly in front of it, so one behind "\\" does not. Tolerant walking
-// reads backslashes in pairs, as RTF does, and passes over the data of \bin; it starts outside of an
-// escape. Indices are 0-based.
+// unless a backslash stands directly in front of it, so one behind "\\" does not, the brace of a
+// document excepted. Tolerant walking reads backslashes in pairs, as RTF does, and passes over the
+// data of \bin; it starts outside of an escape. Indices are 0-based.
 class BraceScanner {
 public:
     BraceScanner(std::u16string_view text, std::size_t from, bool tolerant) noexcept
@@ -26,7 +33,8 @@ private:
     bool nextPlain() noexcept {
         for (; at_ < text_.size(); ++at_) {
             const char16_t unit = text_[at_];
-            if ((unit != u'{' && unit != u'}') || (at_ > 0 && text_[at_ - 1] == u'\\')) continue;
+            if (unit != u'{' && unit != u'}') continue;
+            if (at_ > 0 && text_[at_ - 1] == u'\\' && !documentStandsAt(text_, at_)) continue;
             position_ = at_++;
             return true;
         }
@@ -46,9 +54,9 @@ std::size_t skipEscape(std::u16string_view text, std::size_t index) noexcept;
 
 inline constexpr std::size_t noGroupEnd = std::u16string_view::npos;
 
-// The brace that closes the group which the one at `open` begins; noGroupEnd when none does.
-inline std::size_t findGroupEnd(std::u16string_view text, std::size_t open, bool tolerant) noexcept {
-    BraceScanner braces(text, open + 1, tolerant);
+// The brace that closes the group inside of which `from` lies; noGroupEnd when none does.
+inline std::size_t findGroupEnd(std::u16string_view text, std::size_t from, bool tolerant) noexcept {
+    BraceScanner braces(text, from, tolerant);
     for (std::size_t depth = 1; braces.next();) {
         depth += braces.opens() ? 1 : static_cast<std::size_t>(-1);
         if (depth == 0) return braces.position();

@@ -1,13 +1,12 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "rtf/CleanHost.h"
 #include "rtf/CleanOptions.h"
 
-namespace velmor {
-
-class privStrCat;
+namespace velmor::Module1 {
 
 // Makes one valid document of a text whose RTF documents lie in one another: lifts them out, merges
 // their tables into those of the first ("{\rtf", the host), puts them back, applies page breaks,
@@ -16,10 +15,9 @@ class privStrCat;
 //
 // Nothing here raises. A stage that cannot go on leaves the text as far as it came. Time is linear in
 // the text, and memory holds it about twice.
-namespace Module1 {
 
 // Reads the option "RTF Table Overrun Protection" for itself (absent, or exactly "1": on).
-void CleanRTFText(privStrCat& poText, CleanOptions options, CleanHost& host) noexcept;
+void CleanRTFText(std::u16string& psText, CleanOptions options, CleanHost& host) noexcept;
 
 // Cleans a file into psSaveFileName, or into itself when that is empty. False when the file is
 // missing or unreadable, or cannot be written; the target is then as it was.
@@ -28,7 +26,6 @@ bool CleanRTFFileText(std::u16string_view psFileName, std::u16string_view psSave
 
 // Writes the text in the system's 8-bit code page ("?" for what it lacks). The file is replaced whole
 // or not at all.
-bool SaveTextFile(const privStrCat& poText, std::u16string_view psFileName, platform::Files& files) noexcept;
+bool SaveTextFile(std::u16string_view psText, std::u16string_view psFileName, platform::Files& files) noexcept;
 
-}  // namespace Module1
-}  // namespace velmor
+}  // namespace velmor::Module1

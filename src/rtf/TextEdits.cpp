@@ -62,7 +62,7 @@ char16_t* TextEdits::write(const std::u16string& from, char16_t* target) const n
     for (const Edit& edit : edits_) {
         writeRest(edit.begin);
         if (edit.length != 0) target = Traits::copy(target, edit.text, edit.length) + edit.length;
-        apart = edit.length == 0 && (apart || edit.apart);
+        apart = edit.apart || (apart && edit.length == 0);
         at = edit.end;
     }
     writeRest(from.size());

@@ -26,9 +26,14 @@ public:
     void replace(std::size_t begin, std::size_t end, std::u16string_view text) { add({begin, end, text, false}); }
     void insert(std::size_t at, std::u16string_view text) { replace(at, at, text); }
     void replaceVal(std::size_t begin, std::size_t end, std::u16string text) {
-        replace(begin, end, kept_.emplace_back(std::move(text)));
+        const std::u16string& kept = kept_.emplace_back(std::move(text));
+        replace(begin, end, kept);
     }
-    void insertVal(std::size_t at, std::u16string text) { replaceVal(at, at, std::move(text)); }
+    // As replaceVal, and the last word of `text` stays apart from what follows.
+    void replaceApartVal(std::size_t begin, std::size_t end, std::u16string text) {
+        const std::u16string& kept = kept_.emplace_back(std::move(text));
+        add({begin, end, kept, true});
+    }
     // Inserts a copy of a part of the text that changes, as it is before all changes.
     void insertPart(std::size_t at, std::u16string_view text, TextRange part) {
         copiesParts_ = true;

@@ -1,0 +1,134 @@
+#include "rtf/CleanRTF.h"
+
+#include <exception>
+#include <utility>
+
+#include "rtf/BlankLines.h"
+#include "rtf/EmbeddedDocuments.h"
+#include "rtf/MergePageBreaks.h"
+#include "rtf/Module1.h"
+#include "rtf/PlaceholderMark.h"
+#include "rtf/RemoveBackground.h"
+#include "rtf/RemoveDuplicateGenerators.h"
+#include "rtf/RemoveGeneratorSectionWords.h"
+#include "rtf/RowProtection.h"
+#include "rtf/SectionMarkers.h"
+#include "rtf/TableCollection.h"
+#include "rtf/UnwrapNestedDocuments.h"
+#include "text/Compare.h"
+#include "text/Encoding.h"
+#include "text/Escape.h"
+
+namespace velmor {
+namespace {
+
+template <typename Step>
+bool attempt(Step step) noexcept {
+    try {
+        step();
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+bool isOverrunProtectionOn(const platform::Registry& registry) {
+    const auto value = registry.value(u"SOFTWARE\\Korvane\\Quillmark\\Options", u"RTF Table Overrun Protection");
+    return !value || *value == u"1";
+}
+
+bool holdsDocument(std::u16string_view text) noexcept {
+    for (std::size_t at = 0;; ++at) {
+        at = findText(text, u"\\rtf1", at, Comparison::binary);
+        if (at == text.npos) return false;
+        if (!isEscaped(text, at)) return true;
+    }
+}
+
+bool isCleanable(std::u16string_view text) noexcept {
+    return holdsDocument(text) && findText(text, u"<KV:", 0, Comparison::text) == text.npos;
+}
+
+// One run of the stages over one text.
+class Run {
+public:
+    Run(std::u16string& text, const CleanOptions& options) : text_(text), options_(options) {}
+
+    void clean() {
+        const auto mark = unusedMark(text_);
+        if (!mark) return;
+        TableCollection tables(*mark);
+        const bool merged = attempt([&] { merge(tables); });
+        // Whatever failed: what was set aside returns.
+        if (!attempt([&] { tables.expand(text_); }) || !merged) return;
+        attempt([&] { finish(); });
+    }
+
+private:
+    void merge(TableCollection& tables) {
+        hasDocuments_ = Module1::ExtractEmbeddedDocuments(text_, tables, options_);
+        groups_ = tables.hostGroups();
+        for (const TableCollection::Document& document : tables.documents()) groups_.add(document.groups);
+    }
+
+    void finish() {
+        if (options_.mergeMode && groups_.has(Group::mergePageBreak)) {
+            attempt([&] { Module1::ApplyMergePageBreaks(text_, options_); });
+        }
+        if (groups_.has(Group::section)) {
+            attempt([&] { Module1::ApplySectionMarkers(text_, options_); });
+        }
+        if (options_.overrunProtection) Module1::ProtectTableRows(text_, options_);
+        if (groups_.has(Group::generator)) Module1::RemoveGeneratorSectionWords(text_);
+        if (groups_.has(Group::background)) Module1::RemoveBackground(text_, options_);
+        if (hasDocuments_) Module1::UnwrapNestedDocuments(text_, options_);
+        trimTrailingSpace();
+        if (groups_.has(Group::generator)) Module1::RemoveDuplicateGenerators(text_, options_);
+        Module1::CollapseBlankLines(text_, options_);
+    }
+
+    void trimTrailingSpace() { text_.resize(text_.find_last_not_of(u' ') + 1); }
+
+    std::u16string& text_;
+    CleanOptions options_;
+    bool hasDocuments_ = false;
+    GroupSet groups_;
+};
+
+}  // namespace
+
+void Module1::CleanRTFText(std::u16string& psText, CleanOptions options, CleanHost& host) noexcept {
+    const bool timed = host.timesCleaning();
+    const double start = timed ? host.services().clock.timer() : 0;
+    if (isCleanable(psText)) {
+        attempt([&] {
+            options.overrunProtection = isOverrunProtectionOn(host.services().registry);
+            Run(psText, options).clean();
+        });
+    }
+    if (timed) host.cleaned(host.services().clock.timer() - start, static_cast<std::int32_t>(psText.size()));
+}
+
+bool Module1::CleanRTFFileText(std::u16string_view psFileName, std::u16string_view psSaveFileName,
+                               const CleanOptions& options, CleanHost& host) noexcept {
+    bool saved = false;
+    attempt([&] {
+        platform::Files& files = host.services().files;
+        auto bytes = files.read(psFileName);
+        if (!bytes) return;
+        std::u16string text = fromAnsi(*bytes);
+        bytes.reset();
+        CleanRTFText(text, options, host);
+        saved = SaveTextFile(text, psSaveFileName.empty() ? psFileName : psSaveFileName, files);
+    });
+    return saved;
+}
+
+bool Module1::SaveTextFile(std::u16string_view psText, std::u16string_view psFileName,
+                           platform::Files& files) noexcept {
+    bool saved = false;
+    attempt([&] { saved = files.write(psFileName, toAnsi(psText)); });
+    return saved;
+}
+
+}  // namespace velmor

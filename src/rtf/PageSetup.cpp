@@ -1,0 +1,38 @@
+#include "rtf/PageSetup.h"
+
+#include <utility>
+
+#include "rtf/RtfScanner.h"
+
+namespace velmor {
+
+void PageSetup::turnLandscape() noexcept {
+    landscape = true;
+    if (values[height] > values[width]) std::swap(values[height], values[width]);
+}
+
+void PageSetup::turnPortrait() noexcept {
+    landscape = false;
+    if (values[width] > values[height]) std::swap(values[height], values[width]);
+}
+
+std::u16string PageSetup::words() const {
+    std::u16string text = landscape ? u"\\lndscpsxn" : u"";
+    for (const Value value : {width, height, left, right, top, bottom}) {
+        const std::string digits = std::to_string(values[value]);
+        text += sectionWords[value];
+        text.append(digits.begin(), digits.end());
+    }
+    return text;
+}
+
+bool numberTextAt(std::u16string_view text, std::size_t index, std::u16string_view& number) noexcept {
+    index = skipWhiteSpace(text, index);
+    const std::size_t end = text.find_first_of(u"\r\\{} ", index);
+    if (end == text.npos) return false;
+    number = text.substr(index, end - index);
+    while (!number.empty() && isWhiteSpace(number.back())) number.remove_suffix(1);
+    return true;
+}
+
+}  // namespace velmor

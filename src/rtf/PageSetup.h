@@ -1,0 +1,40 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace velmor {
+
+// The page of a section in twips, in the order in which stages read the values.
+struct PageSetup {
+    enum Value : std::size_t { height, width, left, right, top, bottom };
+    static constexpr std::size_t valueCount = 6;
+    using Words = std::array<std::u16string_view, valueCount>;
+
+    // What sets a value for a section, and for a whole document.
+    static constexpr Words sectionWords = {u"\\pghsxn",   u"\\pgwsxn",   u"\\marglsxn",
+                                           u"\\margrsxn", u"\\margtsxn", u"\\margbsxn"};
+    static constexpr Words documentWords = {u"\\paperh", u"\\paperw", u"\\margl", u"\\margr", u"\\margt", u"\\margb"};
+
+    // A document's page when it says nothing.
+    static constexpr std::array<std::int32_t, valueCount> defaults = {15840, 12240, 1800, 1800, 1440, 1440};
+
+    std::array<std::int32_t, valueCount> values{};
+    bool landscape = false;
+
+    // Height and width change places where they contradict the orientation.
+    void turnLandscape() noexcept;
+    void turnPortrait() noexcept;
+
+    // The orientation, if it is landscape, and the six values.
+    std::u16string words() const;
+};
+
+// The text between the index and the next unit that ends a word's number, without white space around
+// it. False when no such unit follows.
+bool numberTextAt(std::u16string_view text, std::size_t index, std::u16string_view& number) noexcept;
+
+}  // namespace velmor

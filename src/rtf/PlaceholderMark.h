@@ -1,0 +1,12 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+namespace velmor {
+
+// A unit that does not occur in the text, for a collection's placeholders: a noncharacter, or a
+// private or unassigned one where the text holds those. Nothing when the text holds all of them.
+std::optional<char16_t> unusedMark(std::u16string_view text);
+
+}  // namespace velmor

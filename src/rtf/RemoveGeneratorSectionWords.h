@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+namespace velmor::Module1 {
+
+// Removes the words of section formatting that directly follow a group
+// "{\*\generator Korvane RTF Control...}" of less than 70 characters, with the white space behind
+// them; never text or braces. Then cuts the blanks at the end of the text, if anything was removed.
+// One pass.
+void RemoveGeneratorSectionWords(std::u16string& psText);
+
+}  // namespace velmor::Module1
