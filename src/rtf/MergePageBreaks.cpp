@@ -41,9 +41,7 @@ public:
         documentAt_.fill(nowhere);
         sectionAt_.fill(nowhere);
         RtfScanner scanner(text, begin, end);
-        while (scanner.next()) {
-            if (scanner.unit() == u'\\') take(scanner.position());
-        }
+        while (scanner.nextWord()) take(scanner.position());
     }
 
     // A section ends, and none of its pages does: the described slice of the text has no end.

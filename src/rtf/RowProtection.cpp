@@ -21,6 +21,9 @@ class RowReader {
 public:
     RowReader(std::u16string_view text, TextEdits& edits) : text_(text), edits_(edits) {}
 
+    void take(std::size_t index) { text_[index] == u'\\' ? takeWord(index) : takeBrace(index); }
+
+private:
     void takeWord(std::size_t index) {
         if (standsAt(text_, index, u"\\row")) {
             if (row_.begun && !row_.kept) edits_.insert(index, u"\\trkeep");
@@ -41,7 +44,6 @@ public:
         }
     }
 
-private:
     std::u16string_view text_;
     TextEdits& edits_;
     Row row_;
@@ -56,13 +58,7 @@ void Module1::ProtectTableRows(std::u16string& psText, const CleanOptions& optio
     TextEdits edits;
     RowReader reader(psText, edits);
     RtfScanner scanner(psText, options.tolerant ? 0 : first, psText.size());
-    while (scanner.next()) {
-        if (scanner.unit() == u'\\') {
-            reader.takeWord(scanner.position());
-        } else if (options.tolerant && scanner.unit() == u'{') {
-            reader.takeBrace(scanner.position());
-        }
-    }
+    while (options.tolerant ? scanner.next() : scanner.nextWord()) reader.take(scanner.position());
     edits.apply(psText);
 }
 

@@ -48,7 +48,7 @@ std::optional<std::int32_t> twips(std::u16string_view text) {
 
 std::size_t findWord(std::u16string_view text, std::u16string_view word) {
     RtfScanner scanner(text, 0, text.size());
-    while (scanner.next()) {
+    while (scanner.nextWord()) {
         if (standsAt(text, scanner.position(), word)) return scanner.position();
     }
     return nowhere;
@@ -161,9 +161,9 @@ void SectionReader::findDocumentWords() {
     documentRead_ = true;
     std::array<bool, PageSetup::valueCount> seen{};
     RtfScanner scanner(text_, 0, text_.size());
-    while (scanner.next()) {
+    while (scanner.nextWord()) {
         const std::size_t index = scanner.position();
-        if (text_[index] != u'\\' || (text_[index + 1] != u'p' && text_[index + 1] != u'm')) continue;
+        if (text_[index + 1] != u'p' && text_[index + 1] != u'm') continue;
         for (std::size_t i = 0; i < PageSetup::valueCount; ++i) {
             const std::u16string_view word = PageSetup::documentWords[i];
             if (seen[i] || !wordStandsAt(text_, index, word)) continue;
