@@ -49,9 +49,10 @@ void NestedTableFinder::take(TableWord word, std::size_t index) {
     } else if (word == TableWord::lastRow) {
         rowIsLast_ = true;
     } else if (word == TableWord::paragraphEnd) {
+        inRow_ = false;
         endParagraph(level_, index + 4);
     } else if (word == TableWord::cell || word == TableWord::row) {
-        // Whatever its braces say, a nested table never reaches over these.
+        // Whatever the braces say, a nested table never reaches over these.
         inRow_ = skipping_ = false;
         endParagraph(outerLevel, index + (word == TableWord::cell ? 5 : 4));
     } else if (word == TableWord::nestedCell) {

@@ -60,7 +60,7 @@ private:
     Level cellLevel_ = 0;        // of the last nested cell; 0 when none came since the outer cell
     std::ptrdiff_t depth_ = 0;   // of the braces that were told
 
-    bool inRow_ = false;  // in the properties of a nested row
+    bool inRow_ = false;  // in the properties of a nested row, which end before the paragraph does
     bool rowIsFirst_ = false;
     bool rowIsLast_ = false;
     std::ptrdiff_t rowDepth_ = 0;

@@ -277,7 +277,8 @@ private:
                 cells = std::max(level, 2);
                 endParagraph(cells, p + 9);
             }
-            if (isCell(p) || standsAt(p, u"\\row") || isWord(p, u"\\nestcell")) rowEnd = 0;
+            // A row's properties end before its paragraph does.
+            if (isWord(p, u"\\par") || isCell(p) || standsAt(p, u"\\row") || isWord(p, u"\\nestcell")) rowEnd = 0;
             if (standsAt(p, u"\\lastrow")) row.last = true;
             if (isWord(p, u"\\nesttableprops")) {
                 rowEnd = closingBrace(p, end);
