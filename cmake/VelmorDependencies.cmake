@@ -1,4 +1,4 @@
-# Libraries that are not ours: zlib (common), CLI11 and nlohmann-json (cli), GoogleTest, Google Benchmark.
+# Libraries that are not ours: zlib (common), OpenSSL's libcrypto (platform, on Linux), CLI11 and nlohmann-json (cli), GoogleTest, Google Benchmark.
 
 find_package(Threads REQUIRED)
 
@@ -31,6 +31,9 @@ else()
     find_package(ZLIB REQUIRED)
     add_library(velmor_zlib INTERFACE)
     target_link_libraries(velmor_zlib INTERFACE ZLIB::ZLIB)
+    find_package(OpenSSL REQUIRED COMPONENTS Crypto)
+    add_library(velmor_libcrypto INTERFACE)
+    target_link_libraries(velmor_libcrypto INTERFACE OpenSSL::Crypto)
     find_package(CLI11 REQUIRED)
     add_library(velmor_cli11 INTERFACE)
     target_link_libraries(velmor_cli11 INTERFACE CLI11::CLI11)

@@ -6,6 +6,7 @@
 #include "automation/Convert.h"
 #include "automation/DispatchTable.h"
 #include "common/Base64.h"
+#include "common/Cipher.h"
 #include "common/Compression.h"
 #include "common/Hexadecimal.h"
 #include "common/TemporaryFile.h"
@@ -81,6 +82,10 @@ const automation::DispatchTable<kvLibrary>& members() {
         {u"Compress", method, 1, 1, [](Self&, Args& args) -> Variant { return compressedText(args.text(0)); }},
         {u"Decompress", method, 1, 1,
          [](Self&, Args& args) -> Variant { return decoded(textFromCompressed(args.text(0))); }},
+        {u"Encipher", method, 2, 2,
+         [](Self&, Args& args) -> Variant { return encipheredText(args.text(0), args.text(1)); }},
+        {u"Decipher", method, 2, 2,
+         [](Self&, Args& args) -> Variant { return decoded(textFromEnciphered(args.text(0), args.text(1))); }},
     });
     return table;
 }

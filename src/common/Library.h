@@ -17,7 +17,9 @@ namespace velmor {
 //     AppendText(path, text [, create = True])    a boolean
 //     TemporaryName(prefix, extension)            the path of a new, empty file; "" on failure
 //     Base64(text), FromBase64(text), Hexadecimal(text), FromHexadecimal(text),
-//     Compress(text), Decompress(text)            what cannot be decoded raises 5
+//     Compress(text), Decompress(text),           what cannot be decoded raises 5
+//     Encipher(text, password), Decipher(text, password)
+//                                                 a wrong password and a changed text raise 5
 automation::ObjectRef newLibrary(platform::Services& services);
 
 }  // namespace velmor

@@ -12,6 +12,12 @@ std::u16string decodeTextFile(std::string_view bytes) {
     return marked ? std::move(*marked) : fromAnsi(bytes);
 }
 
+// The comparison finds out texts that begin like a mark, too.
+std::string encodeTextFile(std::u16string_view text) {
+    std::string bytes = toAnsi(text);
+    return decodeTextFile(bytes) == text ? bytes : "\xef\xbb\xbf" + toUtf8(text);
+}
+
 std::optional<std::u16string> readTextFile(const platform::Files& files, std::u16string_view path) {
     const auto bytes = files.read(path);
     return bytes ? std::optional(decodeTextFile(*bytes)) : std::nullopt;

@@ -12,6 +12,10 @@ namespace velmor {
 // with a byte order mark: UTF-8 and UTF-16 (either order) are then read as such, without the mark.
 std::u16string decodeTextFile(std::string_view bytes);
 
+// The bytes that decodeTextFile reads as this text: the ANSI code page where it has every character,
+// else UTF-8 behind its byte order mark. No character is lost.
+std::string encodeTextFile(std::u16string_view text);
+
 // Nothing when the file is missing or unreadable; an empty file gives "".
 std::optional<std::u16string> readTextFile(const platform::Files& files, std::u16string_view path);
 

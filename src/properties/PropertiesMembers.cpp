@@ -195,6 +195,29 @@ const automation::DispatchTable<Self>& members() {
                                                                                    args.textOr(3, u":"));
                                                                 return Variant();
                                                             }},
+                                                           {u"SaveFile", MemberKind::method, 1, 2,
+                                                            [](Self& self, Arguments& args) -> Variant {
+                                                                return self.SaveFile(args.text(0), args.textOr(1, {}));
+                                                            }},
+                                                           {u"SaveToFile", MemberKind::method, 1, 2,
+                                                            [](Self& self, Arguments& args) -> Variant {
+                                                                return self.SaveToFile(args.text(0),
+                                                                                       args.textOr(1, {}));
+                                                            }},
+                                                           {u"LoadFromFile", MemberKind::method, 1, 2,
+                                                            [](Self& self, Arguments& args) -> Variant {
+                                                                return self.LoadFromFile(args.text(0),
+                                                                                         args.textOr(1, {}));
+                                                            }},
+                                                           {u"BuildByContainsQuery", MemberKind::method, 1, 1,
+                                                            [](Self& self, Arguments& args) {
+                                                                self.BuildByContainsQuery(args.text(0));
+                                                                return Variant();
+                                                            }},
+                                                           {u"ContainsQuery", MemberKind::get, 0, 0,
+                                                            [](Self& self, Arguments&) -> Variant {
+                                                                return self.ContainsQuery();
+                                                            }},
                                                            {u"RemoveAll", MemberKind::method, 0, 0,
                                                             [](Self& self, Arguments&) {
                                                                 self.RemoveAll();

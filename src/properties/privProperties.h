@@ -102,6 +102,24 @@ public:
     void BuildInternal(std::u16string_view psString, bool pbAppendValues, bool pbTagString,
                        std::u16string_view psDelimiter);
 
+    // Property files: Stored, or Delimited, as single-byte characters in the ANSI code page. A text
+    // that the code page cannot hold, or that would begin like a byte order mark, is written as
+    // UTF-8 behind its mark instead, so no character is lost. With a password the file holds the
+    // enciphered text (common/Cipher.h). The file is replaced whole or not at all; False when not.
+    bool SaveFile(std::u16string_view psFileName, std::u16string_view psPassword = {}) const;
+    bool SaveToFile(std::u16string_view psFileName, std::u16string_view psPassword = {}) const;
+    // False when there is no such file or it cannot be read: the collection stays as it is. Else
+    // True, and the file's entries replace its own. With another password than the file's, with a
+    // changed file, or one that was not enciphered, there are none.
+    bool LoadFromFile(std::u16string_view psFileName, std::u16string_view psPassword = {});
+
+    // A search condition: each term is a property, named by the word or the quoted phrase; its
+    // value is the operator that joins it to the terms before ("AND", "OR", "NEAR", "AND NOT",
+    // "OR NOT"), the long 0 for the first one. Terms are added to what is there. Linear.
+    void BuildByContainsQuery(std::u16string_view psSearchString);
+    // The condition as text: an operator stands where a value's text is longer than one character.
+    std::u16string ContainsQuery() const;
+
     void RemoveAll();
     void Dispose();        // calls Dispose on every property
     bool Changed() const;  // True when one property is
@@ -160,6 +178,7 @@ private:
     PropertyRef itemAt(const automation::Variant& pvIndexKey) const;
     std::size_t positionOf(const automation::Variant& pvIndexKey) const;
     std::u16string text(TextForm form, int level) const;
+    bool save(TextForm form, std::u16string_view psFileName, std::u16string_view psPassword) const;
     std::int32_t sizeStored(int level) const;
     std::int32_t countTotal(int level) const;
 

@@ -1,0 +1,27 @@
+#include "platform/Cryptography.h"
+
+#include "text/Error.h"
+
+namespace velmor::platform {
+namespace {
+
+constexpr std::size_t kLargestPlain = std::size_t{1} << 30;
+
+}  // namespace
+
+// Volatile: the compiler may not leave out writes that nobody reads.
+CipherKey::~CipherKey() {
+    volatile std::uint8_t* const bytes = bytes_.data();
+    for (std::size_t i = 0; i < bytes_.size(); ++i) bytes[i] = 0;
+}
+
+void refuseCryptography() {
+    throw Error(17, u"Velmor", u"Can't perform requested operation");
+}
+
+void requireSealable(std::string_view nonce, std::string_view plain) {
+    if (nonce.size() != cipherNonceSize) throw Error(5, u"Velmor", u"Invalid procedure call or argument");
+    if (plain.size() > kLargestPlain) throw Error(7, u"Velmor", u"Out of memory");
+}
+
+}  // namespace velmor::platform

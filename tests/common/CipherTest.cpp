@@ -1,0 +1,60 @@
+#include "common/Cipher.h"
+
+#include <gtest/gtest.h>
+
+#include "text/Error.h"
+
+namespace velmor {
+namespace {
+
+constexpr std::u16string_view kText = u"Name=\"Ruth \u0141 \U0001f600\":";
+constexpr std::u16string_view kPassword = u"pass \u00e9\u4e00";
+
+TEST(Cipher, GivesTheTextBack) {
+    const std::u16string texts[] = {u"", std::u16string(kText), std::u16string(u"\0\xd800", 2),
+                                    std::u16string(100'000, u'\u20ac')};
+    for (const auto& text : texts) {
+        const std::u16string enciphered = encipheredText(text, kPassword);
+        EXPECT_TRUE(isEnciphered(enciphered));
+        EXPECT_EQ(textFromEnciphered(enciphered + u"\r\n", kPassword), text);
+    }
+}
+
+TEST(Cipher, GivesAnotherOutcomeEachTime) {
+    const std::u16string first = encipheredText(kText, kPassword), second = encipheredText(kText, kPassword);
+    EXPECT_EQ(first.size(), second.size());
+    EXPECT_NE(first, second);
+}
+
+TEST(Cipher, RefusesAnotherPassword) {
+    const std::u16string enciphered = encipheredText(kText, kPassword);
+    for (const auto* const password : {u"", u"pass", u"Pass \u00e9\u4e00", u"pass e\u4e00"}) {
+        EXPECT_EQ(textFromEnciphered(enciphered, password), std::nullopt);
+    }
+    EXPECT_THROW(encipheredText(kText, u""), Error);
+}
+
+TEST(Cipher, RefusesAChangedText) {
+    const std::u16string enciphered = encipheredText(u"secret", kPassword);
+    const std::size_t size = enciphered.size();
+    ASSERT_EQ(enciphered.back(), u'=');
+    // Marker, salt, nonce, body, tag; bits that base64 would not read; padding.
+    for (const std::size_t place : {std::size_t{0}, std::size_t{12}, std::size_t{14}, std::size_t{38}, std::size_t{52},
+                                    size - 8, size - 2, size - 1}) {
+        std::u16string changed = enciphered;
+        changed[place] = changed[place] == u'A' ? u'B' : u'A';
+        EXPECT_EQ(textFromEnciphered(changed, kPassword), std::nullopt) << place;
+    }
+    std::u16string unread = enciphered;
+    unread[size - 2] = static_cast<char16_t>(unread[size - 2] + 1);
+    EXPECT_EQ(textFromEnciphered(unread, kPassword), std::nullopt);
+    unread = enciphered;
+    EXPECT_EQ(textFromEnciphered(unread.insert(40, u" "), kPassword), std::nullopt);
+    for (std::size_t cut = 0; cut < size; cut += 5) {
+        EXPECT_EQ(textFromEnciphered(enciphered.substr(0, cut), kPassword), std::nullopt) << cut;
+    }
+    EXPECT_EQ(textFromEnciphered(u"Name=\"Ruth\":", kPassword), std::nullopt);
+}
+
+}  // namespace
+}  // namespace velmor
