@@ -55,9 +55,11 @@ public:
             const bool own = sectionAt_[i] != nowhere;
             const std::size_t at = own ? sectionAt_[i] : documentAt_[i];
             const std::size_t length = (own ? PageSetup::sectionWords : PageSetup::documentWords)[i].size();
+            // A number that the section's end cuts off is none; a reader would see it.
+            const std::u16string_view text = own && !tolerant ? text_.substr(0, settingsEnd_) : text_;
             std::u16string_view number;
             if (at != nowhere) {
-                page.values[i] = numberTextAt(text_, at + length, number) ? wholeNumber(number) : 0;
+                page.values[i] = numberTextAt(text, at + length, number) ? wholeNumber(number) : 0;
             } else if (tolerant) {
                 page.values[i] = PageSetup::defaults[i];
             }
@@ -81,12 +83,12 @@ private:
                 break;
             case u'p':
                 portrait_ = portrait_ || (open_ && standsAt(text_, index, u"\\portrait"));
-                if (wordStandsAt(text_, index, u"\\page")) takePage();
+                if (wordStandsAt(text_, index, u"\\page")) takeEnd(index, true);
                 takeValue(index);
                 break;
             case u's':
                 if (wordStandsAt(text_, index, u"\\sectd")) beginSection(index);
-                if (wordStandsAt(text_, index, u"\\sect")) takeBreak();
+                if (wordStandsAt(text_, index, u"\\sect")) takeEnd(index, false);
                 break;
             default:
                 break;
@@ -101,19 +103,15 @@ private:
         landscape_ = portrait_ = false;
     }
 
-    void takePage() {
-        if (section_ == nowhere) return;
-        pages_ = true;
-        open_ = false;
-    }
-
-    void takeBreak() {
+    // A page or section ends: so does what the first section says about itself.
+    void takeEnd(std::size_t index, bool page) {
         if (section_ == nowhere) {
-            breaksBefore_ = true;
-        } else {
-            breaks_ = true;
-            open_ = false;
+            breaksBefore_ = breaksBefore_ || !page;
+            return;
         }
+        (page ? pages_ : breaks_) = true;
+        if (open_) settingsEnd_ = index;
+        open_ = false;
     }
 
     void takeValue(std::size_t index) {
@@ -131,6 +129,7 @@ private:
     std::array<std::size_t, PageSetup::valueCount> sectionAt_;
     std::array<std::size_t, PageSetup::valueCount> documentAt_;
     std::size_t section_ = nowhere;
+    std::size_t settingsEnd_ = nowhere;
     bool open_ = true;  // what is read belongs to the settings
     bool landscape_ = false;
     bool portrait_ = false;

@@ -24,7 +24,7 @@ public:
     Removal(std::u16string& text, bool tolerant) : text_(text), tolerant_(tolerant) {}
 
     void run() {
-        for (std::size_t at = 0; (at = findOpening(text_, next_)) != nowhere;) {
+        for (std::size_t at = 0; !stopped_ && (at = findOpening(text_, next_)) != nowhere;) {
             const std::size_t end = findGroupEnd(text_, at + opening.size(), tolerant_);
             if (end == noGroupEnd) break;
             keep(at);
@@ -53,7 +53,8 @@ private:
         const std::size_t found = findText(seam, opening, 0, Comparison::text);
         if (found >= before || isEscaped(finished(), done_ - before + found)) return false;
         const std::size_t end = findGroupEnd(text_, next_ + opening.size() - (before - found), tolerant_);
-        if (end == noGroupEnd) return false;
+        stopped_ = end == noGroupEnd;
+        if (stopped_) return false;
         done_ -= before - found;
         next_ = end + 1;
         return true;
@@ -63,6 +64,7 @@ private:
     bool tolerant_;
     std::size_t done_ = 0;
     std::size_t next_ = 0;
+    bool stopped_ = false;  // at a group without its end
 };
 
 }  // namespace

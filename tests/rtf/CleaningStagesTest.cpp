@@ -1,0 +1,294 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <random>
+
+#include "LiteralCleaning.h"
+#include "rtf/BlankLines.h"
+#include "rtf/EmbeddedDocuments.h"
+#include "rtf/MergePageBreaks.h"
+#include "rtf/RemoveBackground.h"
+#include "rtf/RemoveDuplicateGenerators.h"
+#include "rtf/RemoveGeneratorSectionWords.h"
+#include "rtf/RowProtection.h"
+#include "rtf/SectionMarkers.h"
+#include "rtf/UnwrapNestedDocuments.h"
+#include "text/Encoding.h"
+
+namespace velmor {
+namespace {
+
+constexpr char16_t mark = 0xFDD0;
+
+// ---- Against the steps
+
+struct Duel {
+    const char* stage;
+    std::vector<std::u16string_view> pieces;
+    std::function<void(std::u16string&)> fast;
+    std::function<void(test::LiteralCleaning&)> literal;
+};
+
+const std::vector<std::u16string_view> plainPieces = {
+    u"{", u"}", u"\\", u"\\{", u"\\}", u"\\b", u"\\fs20", u"\\u-3 ", u"x", u"7", u"-", u" ", u"\r\n",
+};
+
+std::u16string extracted(std::u16string& text) {
+    TableCollection tables(mark);
+    Module1::ExtractEmbeddedDocuments(text, tables, {});
+    for (const TableCollection::Document& document : tables.documents()) text += u"|" + document.text;
+    return text;
+}
+
+const Duel duels[] = {
+    {"ExtractEmbeddedDocuments",
+     {u"{\\rtf1 ", u"{\\rtf1", u"{\\rtf", u"{\\RTF1", u"{\\rtf1{\\*\\korvanenewheader}}",
+      u"{\\rtf1{\\*\\korvanenewfooter}}", u"{\\rtf1{\\*\\korvanenewfooter} }", u"}", u"}"},
+     [](std::u16string& text) { extracted(text); },
+     [](test::LiteralCleaning& literal) {
+         literal.extract(mark);
+         for (const std::u16string& document : literal.documents) literal.text += u"|" + document;
+     }},
+    {"UnwrapNestedDocuments",
+     {u"{\\rtf1 ", u"{\\rtf1", u"{\\rtf", u"{\\RTF1", u"{\\rtf12", u"}", u"}", u"}"},
+     [](std::u16string& text) { Module1::UnwrapNestedDocuments(text, {}); },
+     [](test::LiteralCleaning& literal) { literal.unwrap(); }},
+    {"ApplyMergePageBreaks",
+     {u"{\\*\\korvanemergepagebreak}",
+      u"{\\*\\korvanemergepagebreak}",
+      u"\\sectd",
+      u"\\sect",
+      u"\\sect ",
+      u"\\page",
+      u"\\page ",
+      u"\\pagebb",
+      u"\\paperh15840",
+      u"\\paperw12240\n",
+      u"\\paperh 5\\",
+      u"\\margl3",
+      u"\\margr4 ",
+      u"\\margt5",
+      u"\\margb-6",
+      u"\\pghsxn",
+      u"\\pgwsxn9",
+      u"\\marglsxn8",
+      u"\\lndscpsxn",
+      u"\\portrait",
+      u"99999999999"},
+     [](std::u16string& text) { Module1::ApplyMergePageBreaks(text, {}); },
+     [](test::LiteralCleaning& literal) { literal.mergePageBreaks(); }},
+    {"ApplySectionMarkers",
+     {u"{\\*\\korvanesection",
+      u"{\\*\\korvanesection}",
+      u"{\\*\\korvanesection\\landscape\\paperwidth29.7\\paperheight21}",
+      u"{\\*\\korvanesection\\portrait\\marginl2 }",
+      u"\\page",
+      u"\\page",
+      u"\\page ",
+      u"\\pagebb",
+      u"\\sectd",
+      u"\\sectd ",
+      u"\\sect",
+      u"\\paperh15840",
+      u"\\paperw1.5",
+      u"\\margl3",
+      u"\\paperheight5",
+      u"\\marginb50",
+      u"\\margint\n51\n",
+      u"\\marginr1e308",
+      u"\\landscape",
+      u"}",
+      u"}"},
+     [](std::u16string& text) { Module1::ApplySectionMarkers(text, {}); },
+     [](test::LiteralCleaning& literal) { literal.sectionMarkers(); }},
+    {"ProtectTableRows",
+     {u"\\trowd", u"\\trowd ", u"\\row", u"\\row ", u"\\rowd", u"\\trkeep", u"\\trkeepfollow", u"\\cell"},
+     [](std::u16string& text) { Module1::ProtectTableRows(text, {}); },
+     [](test::LiteralCleaning& literal) { literal.protectRows(); }},
+    {"RemoveBackground",
+     {u"{\\*\\background", u"{\\*\\background}", u"{\\*", u"{\\*\\back", u"ground", u"\\background",
+      u"{\\*\\BACKGROUND x}", u"}", u"}"},
+     [](std::u16string& text) { Module1::RemoveBackground(text, {}); },
+     [](test::LiteralCleaning& literal) { literal.removeBackground(); }},
+    {"RemoveDuplicateGenerators",
+     {u"{\\*\\generator A}", u"{\\*\\generator A}", u"{\\*\\generator B}", u"{\\*\\generator", u"{\\*\\generator A{}}"},
+     [](std::u16string& text) { Module1::RemoveDuplicateGenerators(text, {}); },
+     [](test::LiteralCleaning& literal) { literal.removeDuplicateGenerators(); }},
+    {"CollapseBlankLines",
+     {u"\r", u"\n", u"\r\n\r\n"},
+     [](std::u16string& text) { Module1::CollapseBlankLines(text, {}); },
+     [](test::LiteralCleaning& literal) { literal.collapseBlankLines(); }},
+};
+
+class StageDuel : public testing::TestWithParam<Duel> {};
+
+TEST_P(StageDuel, EqualsTheSteps) {
+    const Duel& duel = GetParam();
+    std::vector<std::u16string_view> pieces = plainPieces;
+    pieces.insert(pieces.end(), duel.pieces.begin(), duel.pieces.end());
+    // The stage's own words are wanted as often as all others together.
+    for (std::size_t i = plainPieces.size(); i > 0; --i) pieces.push_back(duel.pieces[i % duel.pieces.size()]);
+    const unsigned seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    int changed = 0;
+    for (int round = 0; round < 20000; ++round) {
+        std::u16string text = round % 2 == 0 ? u"{\\rtf1" : u"";
+        for (std::size_t count = random() % 24; count > 0; --count) text += pieces[random() % pieces.size()];
+        test::LiteralCleaning literal{text, {}};
+        duel.literal(literal);
+        std::u16string fast = text;
+        duel.fast(fast);
+        ASSERT_EQ(toUtf8(fast), toUtf8(literal.text)) << toUtf8(text);
+        changed += fast != text;
+    }
+    EXPECT_GT(changed, 1000);
+}
+
+INSTANTIATE_TEST_SUITE_P(Stages, StageDuel, testing::ValuesIn(duels),
+                         [](const auto& duel) { return std::string(duel.param.stage); });
+
+// ---- Tables of cases
+
+struct Case {
+    const char16_t* before;
+    const char16_t* after;
+};
+
+template <std::size_t count, typename Stage>
+void check(const Case (&cases)[count], Stage stage) {
+    for (const Case& row : cases) {
+        std::u16string text = row.before;
+        stage(text);
+        EXPECT_EQ(toUtf8(text), toUtf8(row.after)) << toUtf8(row.before);
+    }
+}
+
+TEST(GeneratorSectionWords, GoWithTheirWhiteSpaceAndNothingElse) {
+#define G u"{\\*\\generator Korvane RTF Control 3}"
+    const Case cases[] = {
+        {G u"\\margl1800\\margr1800 Text", G u"Text"},
+        {G u" \r\n\\box\\cols2 \\b", G u" \r\n\\b"},
+        {G u"\\box Hi\\par", G u"Hi\\par"},
+        {G u"\\box{x}", G u"{x}"},
+        {G u"\\box}", G u"}"},
+        {G u"Text\\box", G u"Text\\box"},
+        {G u"\\b\\box", G u"\\b\\box"},
+        {G u"\\box", G u""},
+        {G u"\\marglsxn123456", G u""},  // 15 characters
+        {G u"\\marglsxn1234567", G u"\\marglsxn1234567"},
+        {G u"\\box" G u"\\titlepg x  ", G G u"x"},  // trailing blanks go once something went
+        {G u"x  ", G u"x  "},
+        {u"{\\*\\generator Other}\\box", u"{\\*\\generator Other}\\box"},
+        {u"{\\*\\generator Korvane RTF Control 3456789012345678901234567890123456}\\box",
+         u"{\\*\\generator Korvane RTF Control 3456789012345678901234567890123456}"},
+        {u"{\\*\\generator Korvane RTF Control 34567890123456789012345678901234567}\\box",
+         u"{\\*\\generator Korvane RTF Control 34567890123456789012345678901234567}\\box"},
+        {u"{\\*\\generator Korvane RTF Control", u"{\\*\\generator Korvane RTF Control"},
+    };
+#undef G
+    check(cases, [](std::u16string& text) { Module1::RemoveGeneratorSectionWords(text); });
+}
+
+TEST(WordsStayApart, WhereARemovalWouldJoinThem) {
+    const Case cases[] = {
+        {u"{\\rtf1{\\rtf1\\par}World}", u"{\\rtf1\\par World}"},
+        {u"{\\rtf1{\\rtf1\\fs20}24}", u"{\\rtf1\\fs20 24}"},
+        {u"{\\rtf1{\\rtf1\\par} World}", u"{\\rtf1\\par  World}"},
+        {u"{\\rtf1{\\rtf1\\fs20}pt}", u"{\\rtf1\\fs20pt}"},
+        {u"{\\rtf1{\\rtf1\\par }World}", u"{\\rtf1\\par World}"},
+        {u"{\\rtf1\\b{\\rtf1{\\rtf1 x}}y}", u"{\\rtf1\\b  xy}"},
+        {u"{\\rtf1{\\rtf1\\\\par}World}", u"{\\rtf1\\\\parWorld}"},
+    };
+    check(cases, [](std::u16string& text) { Module1::UnwrapNestedDocuments(text, {}); });
+}
+
+TEST(MergePageBreaks, TakeThePageOfTheDocumentBehindThem) {
+#define M u"{\\*\\korvanemergepagebreak}"
+    const Case cases[] = {
+        {u"{\\rtf1 no marker}", u"{\\rtf1 no marker}"},
+        {M u"\\sectd\\lndscpsxn\\pgwsxn11906\\pghsxn16838 ",
+         u"\\sect\\lndscpsxn\\pgwsxn16838\\pghsxn11906\\marglsxn0\\margrsxn0\\margtsxn0\\margbsxn0"
+         u"\\sectd\\lndscpsxn\\pgwsxn11906\\pghsxn16838 "},
+        {M u"1st", u"\\sect\\pgwsxn0\\pghsxn0\\marglsxn0\\margrsxn0\\margtsxn0\\margbsxn0 1st"},
+        {M u"\\paperw1 " M u"\\paperw2 ",
+         u"\\sect\\pgwsxn1\\pghsxn0\\marglsxn0\\margrsxn0\\margtsxn0\\margbsxn0\\paperw1 "
+         u"\\sect\\pgwsxn2\\pghsxn0\\marglsxn0\\margrsxn0\\margtsxn0\\margbsxn0\\paperw2 "},
+        // The slice of the first has no end; the second is not kept from being replaced.
+        {M u"\\sectd x\\sect y" M u"z", M u"\\sectd x\\sect y"
+                                          u"\\sect\\pgwsxn0\\pghsxn0\\marglsxn0\\margrsxn0\\margtsxn0\\margbsxn0z"},
+    };
+    check(cases, [](std::u16string& text) { Module1::ApplyMergePageBreaks(text, {}); });
+    const Case tolerant[] = {
+        {M u"\\sectd\\cols2 x\\sect y",
+         u"\\sect\\sectd\\pgwsxn12240\\pghsxn15840\\marglsxn1800\\margrsxn1800"
+         u"\\margtsxn1440\\margbsxn1440\\cols2 x\\sect y"},
+        {M u"a\\sect\\sectd b",
+         u"\\sect\\pgwsxn12240\\pghsxn15840\\marglsxn1800\\margrsxn1800"
+         u"\\margtsxn1440\\margbsxn1440a\\sect\\sectd b"},
+    };
+#undef M
+    check(tolerant, [](std::u16string& text) {
+        CleanOptions options;
+        options.tolerant = true;
+        Module1::ApplyMergePageBreaks(text, options);
+    });
+}
+
+TEST(SectionMarkers, DescribeTheSectionThatTheyStandIn) {
+#define S u"{\\*\\korvanesection"
+#define D u"{\\*\\korvanecmplete"
+    const Case cases[] = {
+        {u"\\page" S u"\\paperheight21\\paperwidth16838\\marginl50}",
+         u"\\sect\\pgwsxn16838\\pghsxn11906\\marglsxn28346\\margrsxn0\\margtsxn0\\margbsxn"
+         u"0" D u"\\paperheight21\\paperwidth16838\\marginl50}"},
+        {u"\\paperw11906\\paperh16838 \\page" S u"\\landscape}",
+         u"\\paperw11906\\paperh16838 \\sect\\lndscpsxn\\pgwsxn16838\\pghsxn11906\\marglsxn0\\margrsxn0"
+         u"\\margtsxn0\\margbsxn0" D u"\\landscape}"},
+        {u"\\sectd x" S u"\\marginl1 }" S u"\\marginl2 }",
+         u"\\sectd\\pgwsxn0\\pghsxn0\\marglsxn1134\\margrsxn0\\margtsxn0\\margbsxn0"
+         u"\\pgwsxn0\\pghsxn0\\marglsxn567\\margrsxn0\\margtsxn0\\margbsxn0 x" D u"\\marginl1 }" D u"\\marginl2 }"},
+        {S u"\\paperheight21", S u"\\paperheight21"},
+        {S u"}", D u"}"},
+        {u"\\page" S u"\\paperheight1e308}", u"\\page" S u"\\paperheight1e308}"},
+        {u"\\page" S u"\\paperheight nan}", u"\\page" S u"\\paperheight nan}"},
+        {u"\\page" S u"\\paperheight123456789012345678901234567890}",
+         u"\\page" S u"\\paperheight123456789012345678901234567890}"},
+        {u"\\page" S u"\\paperheight\\landscape}", u"\\page" S u"\\paperheight\\landscape}"},
+    };
+    check(cases, [](std::u16string& text) { Module1::ApplySectionMarkers(text, {}); });
+    const Case tolerant[] = {
+        {u"\\page" S u"}{\\sectd\\cols2 x\\sect\\sectd y}",
+         u"\\sect\\sectd\\pgwsxn0\\pghsxn0\\marglsxn0\\margrsxn0\\margtsxn0\\margbsxn"
+         u"0" D u"}{\\cols2 x\\sect\\sectd y}"},
+    };
+#undef S
+#undef D
+    check(tolerant, [](std::u16string& text) {
+        CleanOptions options;
+        options.tolerant = true;
+        Module1::ApplySectionMarkers(text, options);
+    });
+}
+
+TEST(TableRows, TolerantKeepsTheRowsAroundATableApart) {
+    const std::u16string identity = u"{01234567-0123-0123-0123-0123456789ab}}";
+    const std::u16string inner = u"{\\*\\korvane\\starttable" + identity + u"\\trowd x\\cell";
+    const std::u16string behind = u"\\row {\\*\\korvane\\endtable" + identity;
+    std::u16string text = u"\\trowd " + inner + behind + u"\\cell\\row";
+    CleanOptions options;
+    options.tolerant = true;
+    Module1::ProtectTableRows(text, options);
+    EXPECT_EQ(toUtf8(text), toUtf8(u"\\trowd " + inner + u"\\trkeep" + behind + u"\\cell\\trkeep\\row"));
+}
+
+TEST(BlankLines, TolerantLeavesTheDataOfPicturesAlone) {
+    std::u16string text = u"a\r\n\r\n\\bin6 \r\n\r\n\r\n\r\n\r\nb";
+    CleanOptions options;
+    options.tolerant = true;
+    Module1::CollapseBlankLines(text, options);
+    EXPECT_EQ(toUtf8(text), toUtf8(u"a\r\n\\bin6 \r\n\r\n\r\n\r\nb"));
+}
+
+}  // namespace
+}  // namespace velmor

@@ -1,0 +1,301 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "automation/NumberText.h"
+#include "text/Compare.h"
+#include "text/Escape.h"
+
+namespace velmor::test {
+
+// The stages of cleaning said plainly: one change after the other, each search from the start of what
+// it is about. 0-based; `none` is not found.
+class LiteralCleaning {
+public:
+    std::u16string text;
+    std::vector<std::u16string> documents;  // RTF1, RTF2, ...
+
+    // ---- Lifting documents out. `mark` stands around the number of each placeholder.
+
+    void extract(char16_t mark) {
+        const std::size_t host = document(text, 0);
+        if (host != none) extractFrom(text, host, mark);
+    }
+
+    // ---- The other stages
+
+    void mergePageBreaks() {
+        const std::u16string marker = u"{\\*\\korvanemergepagebreak}";
+        for (std::size_t at = find(text, marker, 0); at != none; at = find(text, marker, at + 1)) {
+            const std::size_t next = find(text, marker, at + 1);
+            const std::u16string section = text.substr(at, next == none ? none : next - at);
+            const auto settings = settingsOf(section);
+            if (!settings) continue;
+            std::array<std::int32_t, 6> values{};
+            for (std::size_t i = 0; i < 6; ++i) {
+                const std::size_t own = word(*settings, sectionWords()[i], 0, false);
+                const std::size_t document = word(section, documentWords()[i], 0, true);
+                if (own != none) {
+                    values[i] = whole(numberText(*settings, own + sectionWords()[i].size()));
+                } else if (document != none) {
+                    values[i] = whole(numberText(section, document + documentWords()[i].size()));
+                }
+            }
+            const bool landscape = word(*settings, u"\\lndscpsxn", 0, false) != none;
+            const bool portrait = !landscape && word(*settings, u"\\portrait", 0, false) != none;
+            orient(values, landscape, portrait);
+            const std::u16string change = u"\\sect" + page(values, landscape);
+            text.replace(at, marker.size(), change);
+            if (join(text, at + change.size())) text.insert(at + change.size(), u" ");
+        }
+    }
+
+    void sectionMarkers() {
+        std::array<std::int32_t, 6> values{};
+        const std::u16string marker = u"{\\*\\korvanesection";
+        for (std::size_t at = find(text, marker, 0); at != none; at = find(text, marker, at + 1)) {
+            const std::size_t end = text.find(u'}', at);
+            if (end == none) continue;
+            const std::u16string group = text.substr(at, end + 1 - at);
+            for (std::size_t i = 0; i < 6; ++i) {
+                const std::size_t own = word(group, groupWords()[i], 0, false);
+                const std::size_t document = word(text, documentWords()[i], 0, true);
+                if (own != none) {
+                    auto value = number(numberText(group, own + groupWords()[i].size()));
+                    if (value && *value <= 50) value = *value / 2.54 * 1440;
+                    if (!fits(value)) return;
+                    values[i] = static_cast<std::int32_t>(std::nearbyint(*value));
+                } else if (document != none) {
+                    const auto digits = numberText(text, document + documentWords()[i].size());
+                    if (!digits) continue;
+                    const auto value = number(digits);
+                    if (!fits(value)) return;
+                    values[i] = static_cast<std::int32_t>(std::nearbyint(*value));
+                }
+            }
+            const bool landscape = word(group, u"\\landscape", 0, false) != none;
+            orient(values, landscape, !landscape && word(group, u"\\portrait", 0, false) != none);
+            text.replace(at + 4, 14, u"korvanecmplete");
+            for (const std::u16string sought : {u"\\page", u"\\sectd"}) {
+                const std::size_t place = lastWord(sought, at);
+                if (place == none) continue;
+                const std::u16string opening = sought == u"\\page" ? u"\\sect" : u"\\sectd";
+                text.replace(place, sought.size(), opening + page(values, landscape));
+                break;
+            }
+        }
+    }
+
+    void protectRows() {
+        for (std::size_t at = 0; (at = word(text, u"\\trowd", at, false)) != none;) {
+            const std::size_t row = word(text, u"\\row", at + 1, false);
+            if (row == none) return;
+            const std::size_t keep = word(text, u"\\trkeep", at + 1, false);
+            const bool missing = keep == none || keep > row;
+            if (missing) text.insert(row, u"\\trkeep");
+            at = row + (missing ? 7 : 0) + 1;
+        }
+    }
+
+    void removeBackground() {
+        for (;;) {
+            const std::size_t at = find(text, u"{\\*\\background", 0, true);
+            if (at == none || groupEnd(text, at) == none) return;
+            remove(at, groupEnd(text, at) + 1 - at);
+        }
+    }
+
+    void unwrap() {
+        const std::size_t host = document(text, 0);
+        if (host == none) return;
+        for (std::size_t at = host + 1; (at = document(text, at)) != none;) {
+            if (at + 5 >= text.size() || text[at + 5] != u'1') {
+                ++at;
+                continue;
+            }
+            const std::size_t end = groupEnd(text, at);
+            if (end == none) break;
+            // What joins is known when all is done.
+            text.replace(end, 1, 1, seam);
+            text.replace(at, 6, 1, seam);
+        }
+        for (std::size_t at; (at = text.find(seam)) != none;) {
+            text.erase(at, text.find_first_not_of(seam, at) - at);
+            if (join(text, at)) text.insert(at, u" ");
+        }
+    }
+
+    void removeDuplicateGenerators() {
+        std::u16string kept;
+        for (std::size_t at = 0; (at = find(text, u"{\\*\\generator", at)) != none;) {
+            const std::size_t end = groupEnd(text, at);
+            if (end == none) return;
+            const std::u16string group = text.substr(at, end + 1 - at);
+            if (group == kept) {
+                remove(at, group.size());
+            } else {
+                kept = group;
+                at = end + 1;
+            }
+        }
+    }
+
+    void collapseBlankLines() {
+        for (std::size_t at; (at = text.find(u"\r\n\r\n")) != none;) text.erase(at, 2);
+    }
+
+    static constexpr std::size_t none = std::u16string::npos;
+    static constexpr char16_t seam = 0xE000;
+
+private:
+    using Words = std::array<std::u16string, 6>;
+    static Words sectionWords() {
+        return {u"\\pghsxn", u"\\pgwsxn", u"\\marglsxn", u"\\margrsxn", u"\\margtsxn", u"\\margbsxn"};
+    }
+    static Words documentWords() { return {u"\\paperh", u"\\paperw", u"\\margl", u"\\margr", u"\\margt", u"\\margb"}; }
+    static Words groupWords() {
+        return {u"\\paperheight", u"\\paperwidth", u"\\marginl", u"\\marginr", u"\\margint", u"\\marginb"};
+    }
+
+    static bool letter(char16_t unit) { return (unit | 32) >= u'a' && (unit | 32) <= u'z'; }
+    static bool digit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
+
+    static std::size_t find(const std::u16string& where, const std::u16string& sought, std::size_t from,
+                            bool ignoringCase = false) {
+        for (; from + sought.size() <= where.size(); ++from) {
+            const std::u16string_view part = std::u16string_view(where).substr(from, sought.size());
+            const bool same = ignoringCase ? equalIgnoringCase(part, sought) : part == sought;
+            if (same && !isEscaped(where, from)) return from;
+        }
+        return none;
+    }
+
+    static std::size_t word(const std::u16string& where, const std::u16string& sought, std::size_t from,
+                            bool wholeWord) {
+        for (; (from = find(where, sought, from)) != none; ++from) {
+            const std::size_t end = from + sought.size();
+            if (!wholeWord || end >= where.size() || !letter(where[end])) return from;
+        }
+        return none;
+    }
+
+    // The last whole word that begins before `limit`.
+    std::size_t lastWord(const std::u16string& sought, std::size_t limit) const {
+        std::size_t last = none;
+        for (std::size_t at = 0; (at = word(text, sought, at, true)) < limit; ++at) last = at;
+        return last;
+    }
+
+    static std::size_t document(const std::u16string& where, std::size_t from) {
+        return find(where, u"{\\rtf", from, true);
+    }
+
+    static std::size_t groupEnd(const std::u16string& where, std::size_t open) {
+        int depth = 1;
+        for (std::size_t i = open + 1; i < where.size(); ++i) {
+            if (where[i] != u'{' && where[i] != u'}') continue;
+            const bool opensDocument = document(where.substr(0, i + 5), i) == i;
+            if (where[i - 1] == u'\\' && !opensDocument) continue;
+            depth += where[i] == u'{' ? 1 : -1;
+            if (depth == 0) return i;
+        }
+        return none;
+    }
+
+    void extractFrom(std::u16string& where, std::size_t host, char16_t mark) {
+        for (std::size_t at = host + 1; (at = document(where, at)) != none;) {
+            const std::size_t end = groupEnd(where, at);
+            if (end == none) return;
+            std::u16string group = where.substr(at, end + 1 - at);
+            if (group == u"{\\rtf1{\\*\\korvanenewheader}}" || group == u"{\\rtf1{\\*\\korvanenewfooter}}") {
+                where.replace(at, group.size(), group.substr(6, group.size() - 7));
+                if (join(where, at + group.size() - 7)) where.insert(at + group.size() - 7, u" ");
+                continue;
+            }
+            documents.push_back(group);
+            const std::size_t number = documents.size() - 1;
+            const std::string digits = std::to_string(number + 5);
+            where.replace(at, group.size(), mark + std::u16string(digits.begin(), digits.end()) + mark);
+            extractFrom(group, 0, mark);
+            documents[number] = group;
+        }
+    }
+
+    // Whether the control word in front of the index, if there is one, would go on there.
+    static bool join(const std::u16string& where, std::size_t index) {
+        if (index >= where.size()) return false;
+        const char16_t next = where[index];
+        std::size_t at = index;
+        while (at > 0 && digit(where[at - 1])) --at;
+        if (at > 0 && where[at - 1] == u'-') --at;
+        const bool numbered = at != index;
+        const std::size_t end = at;
+        while (at > 0 && letter(where[at - 1])) --at;
+        if (at == end || at == 0 || where[at - 1] != u'\\' || isEscaped(where, at - 1)) return false;
+        return next == u' ' || digit(next) || (!numbered && (letter(next) || next == u'-'));
+    }
+
+    void remove(std::size_t at, std::size_t count) {
+        text.erase(at, count);
+        if (join(text, at)) text.insert(at, u" ");
+    }
+
+    static std::optional<std::u16string> settingsOf(const std::u16string& section) {
+        const std::size_t begin = word(section, u"\\sectd", 0, true);
+        if (begin == none) return section;
+        const std::size_t sect = word(section, u"\\sect", begin + 5, true);
+        const std::size_t page = word(section, u"\\page", begin + 5, true);
+        if (sect != none && page == none) return std::nullopt;
+        return section.substr(begin, std::min(sect, page) - begin);
+    }
+
+    static std::optional<std::u16string> numberText(const std::u16string& where, std::size_t at) {
+        at = std::min(where.find_first_not_of(u" \r\n\t", at), where.size());
+        const std::size_t end = where.find_first_of(u"\r\\{} ", at);
+        if (end == none) return std::nullopt;
+        std::u16string digits = where.substr(at, end - at);
+        while (!digits.empty() && (digits.back() == u'\n' || digits.back() == u'\t')) digits.pop_back();
+        return digits;
+    }
+
+    static std::int32_t whole(const std::optional<std::u16string>& digits) {
+        if (!digits) return 0;
+        const std::u16string_view rest = std::u16string_view(*digits).substr(digits->starts_with(u'-'));
+        if (rest.empty() || !std::all_of(rest.begin(), rest.end(), digit)) return 0;
+        const double value = std::strtod(std::string(digits->begin(), digits->end()).c_str(), nullptr);
+        return fits(value) ? static_cast<std::int32_t>(value) : 0;
+    }
+
+    static std::optional<double> number(const std::optional<std::u16string>& digits) {
+        if (!digits || digits->empty()) return std::nullopt;
+        const auto parsed = automation::portable::parseNumberText(*digits);
+        return parsed ? automation::portable::doubleOf(*parsed) : std::nullopt;
+    }
+
+    static bool fits(std::optional<double> value) {
+        return value && std::nearbyint(*value) >= -2147483648.0 && std::nearbyint(*value) <= 2147483647.0;
+    }
+
+    static void orient(std::array<std::int32_t, 6>& values, bool landscape, bool portrait) {
+        if (landscape && values[0] > values[1]) std::swap(values[0], values[1]);
+        if (portrait && values[1] > values[0]) std::swap(values[0], values[1]);
+    }
+
+    static std::u16string page(const std::array<std::int32_t, 6>& values, bool landscape) {
+        std::u16string words = landscape ? u"\\lndscpsxn" : u"";
+        for (const std::size_t i : {1, 0, 2, 3, 4, 5}) {
+            const std::string digits = std::to_string(values[i]);
+            words += sectionWords()[i] + std::u16string(digits.begin(), digits.end());
+        }
+        return words;
+    }
+};
+
+}  // namespace velmor::test
