@@ -15,10 +15,7 @@ If WScript.Arguments.Count <> 1 Then
 End If
 
 Set tag = CreateObject("kvVelmor3.kvTag")
-If Not tag.Properties.LoadFromFile(folder & "\invoice.properties", "") Then
-    WScript.Echo "invoice.properties cannot be read"
-    WScript.Quit 2
-End If
+tag.Properties.BuildByVal files.OpenTextFile(folder & "\invoice.properties", ForReading).ReadAll
 tag.Properties.Add "Path", folder, True     ' where the included files are
 tag.Value = files.OpenTextFile(folder & "\invoice.rtf", ForReading).ReadAll     ' last, when all else is set
 
