@@ -1,25 +1,38 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "rtf/CleanOptions.h"
-#include "rtf/TableCollection.h"
+#include "rtf/NumberMap.h"
+#include "rtf/RowTrimmer.h"
 
 namespace velmor {
 
-// The colours of all documents of a run, by definition.
+// The colours of all documents of a run, by definition ("\red255\green0\blue0;"), in order of first
+// appearance, numbered from 1: number 0 is the automatic colour. A document's table is read up to
+// the first line break or blank behind a ";"; tolerant merging reads it to its end.
 class ColourTable {
 public:
-    explicit ColourTable(const CleanOptions& options) noexcept : options_(options) {}
+    explicit ColourTable(const CleanOptions& options) noexcept : tolerant_(options.tolerant) {}
 
-    // As FontTable::MergeFontTable.
-    void MergeColourTable(std::u16string& psText, GroupSet groups, TableCollection& poTables, bool pbHost);
+    // "{\colortbl", in exactly these letters, to the next "}".
+    static std::optional<TextRange> find(std::u16string_view text) noexcept;
 
-    // Once, behind all documents. A table of five colours when none was collected.
-    void store(TableCollection& poTables) const;
+    // Adds the colours of a document's table; `numbers` receives the new number of each.
+    void add(std::u16string_view table, NumberMap& numbers);
+
+    // The merged table; one of five colours when none was added.
+    std::u16string text() const;
 
 private:
-    CleanOptions options_;
+    std::int32_t numberOf(std::u16string_view definition);
+
+    bool tolerant_;
+    NameIndex numbers_;
+    std::u16string definitions_;
 };
 
 }  // namespace velmor

@@ -1,27 +1,32 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "rtf/CleanOptions.h"
-#include "rtf/TableCollection.h"
+#include "rtf/NumberMap.h"
 
 namespace velmor {
 
-// The fonts of all documents of a run, by name.
+// The fonts of all documents of a run, in order of first appearance, numbered from 0. Fonts of equal
+// name (whatever its letter case) are one font, and the first entry is kept; tolerant merging keeps
+// those of different character sets apart.
 class FontTable {
 public:
-    explicit FontTable(const CleanOptions& options) noexcept : options_(options) {}
+    explicit FontTable(const CleanOptions& options) noexcept : tolerant_(options.tolerant) {}
 
-    // Takes a document's font table out, adds its fonts, and renumbers the document's references.
-    // For the host the shared table's placeholder stands in its place, or behind the document's
-    // opening word. `groups` tells what the document may hold.
-    void MergeFontTable(std::u16string& psText, GroupSet groups, TableCollection& poTables, bool pbHost);
+    // Adds the fonts of a document's table, "{\fonttbl" to its brace; `numbers` receives the new
+    // number of each.
+    void add(std::u16string_view table, NumberMap& numbers);
 
-    // Once, behind all documents.
-    void store(TableCollection& poTables) const;
+    // The merged table.
+    std::u16string text() const { return u"{\\fonttbl" + entries_ + u"}"; }
 
 private:
-    CleanOptions options_;
+    bool tolerant_;
+    NameIndex numbers_;
+    std::u16string entries_;
 };
 
 }  // namespace velmor

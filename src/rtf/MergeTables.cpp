@@ -1,0 +1,265 @@
+#include "rtf/MergeTables.h"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+#include "rtf/ColourTable.h"
+#include "rtf/EmbeddedDocuments.h"
+#include "rtf/FontTable.h"
+#include "rtf/ListTables.h"
+#include "rtf/ReferenceSweep.h"
+#include "rtf/StyleSheet.h"
+#include "rtf/TableEntries.h"
+#include "rtf/TextEdits.h"
+#include "text/Compare.h"
+
+namespace velmor {
+namespace {
+
+// The tables of one document, as it is.
+struct DocumentTables {
+    std::optional<TextRange> fonts, colours, styles, lists, overrides;
+};
+
+class TableMerge {
+public:
+    TableMerge(TableCollection& collection, const CleanOptions& options)
+        : collection_(collection),
+          options_(options),
+          fonts_(options),
+          colours_(options),
+          styles_(options),
+          lists_(options),
+          sweep_(options, numbers_) {}
+
+    void mergeHost(std::u16string& text);
+    void mergeLifted(TableCollection::Document& document);
+    void store();
+
+private:
+    // What is taken out, or put in, while the rest is swept.
+    struct Change {
+        TextRange range;
+        std::u16string text;  // stands there instead
+    };
+
+    void findTables(std::u16string_view text, GroupSet groups);
+    std::optional<TextRange> findStarred(std::u16string_view text, std::u16string_view starred,
+                                         std::u16string_view plain) const;
+    void dropOverlapping();
+    void readTables(std::u16string_view text, bool host);
+    std::u16string swept(std::u16string_view text, TextRange range, const References& references);
+    void mergeStylesAndLists(std::u16string_view text);
+    void takeOut();
+    void placeInHost(std::size_t header);
+    void change(std::u16string& text);
+    void keepDefaultFont(std::u16string_view text, std::size_t header, bool host);
+
+    TableCollection& collection_;
+    CleanOptions options_;
+    FontTable fonts_;
+    ColourTable colours_;
+    StyleSheet styles_;
+    ListTables lists_;
+    NumberTexts numbers_;
+    std::int32_t hostFont_ = NumberMap::none;  // its default
+    ReferenceSweep sweep_;
+
+    // Of the current document.
+    DocumentTables tables_;
+    NumberMap fontNumbers_, colourNumbers_;
+    References references_;
+    std::vector<Change> changes_;
+    TextEdits edits_;
+};
+
+std::u16string_view part(std::u16string_view text, TextRange range) {
+    return text.substr(range.begin, range.end - range.begin);
+}
+
+bool overlap(const std::optional<TextRange>& one, const std::optional<TextRange>& other) {
+    return one && other && one->begin < other->end && other->begin < one->end;
+}
+
+// The \deff among the words that a document's header begins with.
+std::optional<ControlWord> findDefaultFont(std::u16string_view text, std::size_t header) {
+    for (std::size_t at = skipWhiteSpace(text, header); standsAt(text, at, u"\\");) {
+        const ControlWord word = readWord(text, at);
+        if (word.letters.empty()) break;
+        if (word.letters == u"deff" && !word.number.empty()) return word;
+        at = skipWhiteSpace(text, word.end);
+    }
+    return std::nullopt;
+}
+
+std::optional<TextRange> TableMerge::findStarred(std::u16string_view text, std::u16string_view starred,
+                                                 std::u16string_view plain) const {
+    const auto table = findTableGroup(text, starred, options_.tolerant);
+    return table ? table : findTableGroup(text, plain, options_.tolerant);
+}
+
+void TableMerge::findTables(std::u16string_view text, GroupSet groups) {
+    tables_ = {};
+    if (groups.has(Group::fontTable)) tables_.fonts = findTableGroup(text, u"{\\fonttbl", options_.tolerant);
+    if (groups.has(Group::colourTable)) tables_.colours = ColourTable::find(text);
+    if (groups.has(Group::styleSheet)) tables_.styles = findTableGroup(text, u"{\\stylesheet", options_.tolerant);
+    if (groups.has(Group::listTable)) tables_.lists = findStarred(text, u"{\\*\\listtable", u"{\\listtable");
+    if (groups.has(Group::listOverrideTable)) {
+        tables_.overrides = findStarred(text, u"{\\*\\listoverridetable", u"{\\listoverridetable");
+    }
+    dropOverlapping();
+}
+
+// A table that lies in another one, or crosses it, is no table of its own.
+void TableMerge::dropOverlapping() {
+    std::optional<TextRange>* const all[] = {&tables_.fonts, &tables_.colours, &tables_.styles, &tables_.lists,
+                                             &tables_.overrides};
+    for (std::size_t i = 1; i < std::size(all); ++i) {
+        const auto crosses = [&](const auto* other) { return overlap(*all[i], *other); };
+        if (std::any_of(all, all + i, crosses)) all[i]->reset();
+    }
+}
+
+// A part of the text with its references renumbered.
+std::u16string TableMerge::swept(std::u16string_view text, TextRange range, const References& references) {
+    std::u16string result(part(text, range));
+    sweep_.begin(result, references, edits_);
+    sweep_.sweep(0, result.size());
+    edits_.apply(result);
+    return result;
+}
+
+void TableMerge::readTables(std::u16string_view text, bool host) {
+    references_ = {};
+    fontNumbers_.clear();
+    colourNumbers_.clear();
+    if (tables_.fonts) {
+        fonts_.add(part(text, *tables_.fonts), fontNumbers_);
+        references_.fonts = &fontNumbers_;
+    }
+    if (tables_.colours) {
+        colours_.add(part(text, *tables_.colours), colourNumbers_);
+        references_.colours = &colourNumbers_;
+    }
+    styles_.beginDocument(host);
+    lists_.beginDocument(host);
+    mergeStylesAndLists(text);
+    if (host || tables_.styles) references_.styles = &styles_;
+    if (host || tables_.lists || tables_.overrides) references_.lists = &lists_;
+    references_.defaultStyle = styles_.defaultStyle();
+}
+
+// Styles refer to lists and lists to styles; the numbers of the lists are settled first.
+void TableMerge::mergeStylesAndLists(std::u16string_view text) {
+    References references = references_;
+    if (tables_.lists) lists_.readLists(part(text, *tables_.lists));
+    if (tables_.overrides) lists_.readOverrides(part(text, *tables_.overrides));
+    references.lists = tables_.lists || tables_.overrides ? &lists_ : nullptr;
+    if (tables_.styles) styles_.add(swept(text, *tables_.styles, references));
+    references.lists = nullptr;
+    references.styles = tables_.styles ? &styles_ : nullptr;
+    if (tables_.lists) lists_.addLists(swept(text, *tables_.lists, references));
+    if (tables_.overrides) lists_.addOverrides(swept(text, *tables_.overrides, references));
+}
+
+void TableMerge::takeOut() {
+    changes_.clear();
+    for (const auto& table : {tables_.fonts, tables_.colours, tables_.styles, tables_.lists, tables_.overrides}) {
+        if (table) changes_.push_back({*table, {}});
+    }
+}
+
+// A table that the host has not got returns behind the opening word (fonts and colours), or behind
+// the tables that it may refer to. One that is never stored returns as nothing.
+void TableMerge::placeInHost(std::size_t header) {
+    changes_.clear();
+    const auto place = [&](const std::optional<TextRange>& table, std::size_t otherwise, SharedTable shared) {
+        const TextRange range = table.value_or(TextRange{otherwise, otherwise});
+        changes_.push_back({range, collection_.placeholder(shared)});
+        return range.end;
+    };
+    // At one place the one that is put in last comes first.
+    const std::size_t colours = place(tables_.colours, header, SharedTable::colours);
+    const std::size_t fonts = place(tables_.fonts, header, SharedTable::fonts);
+    const std::size_t styles = place(tables_.styles, std::max(colours, fonts), SharedTable::styles);
+    const std::size_t lists = place(tables_.lists, std::max({colours, fonts, styles}), SharedTable::lists);
+    place(tables_.overrides, std::max({colours, fonts, lists}), SharedTable::listOverrides);
+}
+
+// A lifted document's default font is named at its beginning, and where \plain goes back to it. The
+// host's is renumbered where it stands.
+void TableMerge::keepDefaultFont(std::u16string_view text, std::size_t header, bool host) {
+    if (!options_.tolerant || !tables_.fonts) return;
+    const std::optional<ControlWord> word = findDefaultFont(text, header);
+    const std::int32_t font = fontNumbers_.find(word ? word->number : u"0");
+    if (host) hostFont_ = font;
+    if (host || font == NumberMap::none) return;
+    const TextRange place = word ? TextRange{word->begin, word->end} : TextRange{header, header};
+    changes_.push_back({place, u"\\f" + decimal(font)});
+    if (font != hostFont_) references_.defaultFont = font;
+}
+
+void TableMerge::change(std::u16string& text) {
+    std::stable_sort(changes_.begin(), changes_.end(),
+                     [](const Change& a, const Change& b) { return a.range.begin < b.range.begin; });
+    sweep_.begin(text, references_, edits_);
+    std::size_t at = 0;
+    for (Change& next : changes_) {
+        sweep_.sweep(at, next.range.begin);
+        if (next.text.empty()) {
+            edits_.cut(next.range.begin, next.range.end);
+        } else {
+            edits_.replaceVal(next.range.begin, next.range.end, std::move(next.text));
+        }
+        at = next.range.end;
+    }
+    sweep_.sweep(at, text.size());
+    edits_.apply(text);
+}
+
+void TableMerge::mergeHost(std::u16string& text) {
+    const std::size_t host = findHostDocument(text);
+    if (host == noDocument) return;
+    const std::size_t header = hostHeaderStart(text, host);
+    findTables(text, collection_.hostGroups());
+    readTables(text, true);
+    placeInHost(header);
+    keepDefaultFont(text, header, true);
+    change(text);
+}
+
+void TableMerge::mergeLifted(TableCollection::Document& document) {
+    findTables(document.text, document.groups);
+    readTables(document.text, false);
+    takeOut();
+    keepDefaultFont(document.text, hostHeaderStart(document.text, 0), false);
+    change(document.text);
+}
+
+void TableMerge::store() {
+    collection_.store(SharedTable::fonts, fonts_.text());
+    collection_.store(SharedTable::colours, colours_.text());
+    if (!styles_.empty()) collection_.store(SharedTable::styles, styles_.text());
+    if (lists_.hasLists()) collection_.store(SharedTable::lists, lists_.listTable());
+    if (lists_.hasOverrides()) collection_.store(SharedTable::listOverrides, lists_.overrideTable());
+}
+
+}  // namespace
+
+namespace Module1 {
+
+void MergeDocumentTables(std::u16string& psText, TableCollection& poTables, const CleanOptions& options) {
+    TableMerge merge(poTables, options);
+    try {
+        merge.mergeHost(psText);
+        for (TableCollection::Document& document : poTables.documents()) merge.mergeLifted(document);
+    } catch (...) {
+        merge.store();  // what was taken out of the host returns
+        throw;
+    }
+    merge.store();
+}
+
+}  // namespace Module1
+}  // namespace velmor

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "text/Compare.h"
+
+namespace velmor {
+
+struct HashIgnoringCase {
+    std::size_t operator()(const std::u16string& text) const noexcept { return hashIgnoringCase(text); }
+};
+
+struct EqualIgnoringCase {
+    bool operator()(const std::u16string& left, const std::u16string& right) const noexcept {
+        return equalIgnoringCase(left, right);
+    }
+};
+
+// Numbers by name, whatever its letter case.
+using NameIndex = std::unordered_map<std::u16string, std::int32_t, HashIgnoringCase, EqualIgnoringCase>;
+
+// From a document's numbers, as they are written there ("7" is not "07"), to those of the merged
+// document. Looking up a number of up to five digits costs one array access.
+class NumberMap {
+public:
+    static constexpr std::int32_t none = -1;
+
+    // Costs what was set since the last time, not the span of the numbers.
+    void clear() noexcept {
+        for (const std::uint32_t index : set_) short_[index] = none;
+        set_.clear();
+        long_.clear();
+    }
+
+    // The last value for a number counts. Not below 0.
+    void set(std::u16string_view number, std::int32_t value);
+
+    std::int32_t find(std::u16string_view number) const {
+        const std::size_t index = shortIndex(number);
+        if (index != notShort) return index < short_.size() ? short_[index] : none;
+        if (long_.empty()) return none;
+        const auto found = long_.find(std::u16string(number));
+        return found == long_.end() ? none : found->second;
+    }
+
+private:
+    static constexpr std::size_t notShort = static_cast<std::size_t>(-1);
+
+    static std::size_t shortIndex(std::u16string_view number) noexcept {
+        if (number.empty() || number.size() > 5 || (number[0] == u'0' && number.size() > 1)) return notShort;
+        std::size_t index = 0;
+        for (const char16_t digit : number) {
+            if (digit < u'0' || digit > u'9') return notShort;
+            index = index * 10 + (digit - u'0');
+        }
+        return index;
+    }
+
+    std::vector<std::int32_t> short_;
+    std::vector<std::uint32_t> set_;  // the places of short_ that hold a value
+    std::unordered_map<std::u16string, std::int32_t> long_;
+};
+
+// Numbers in decimal digits. The views hold as long as this object.
+class NumberTexts {
+public:
+    std::u16string_view of(std::int32_t number);
+
+private:
+    std::deque<std::u16string> texts_;
+};
+
+std::u16string decimal(std::int32_t number);
+
+}  // namespace velmor

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+#include "rtf/EmbeddedDocuments.h"
+#include "rtf/MergeTables.h"
+#include "rtf/TableCollection.h"
+
+namespace velmor::test {
+
+// The text with the tables of all its documents merged, and every document in its place again.
+inline std::u16string merged(std::u16string text, bool tolerant = false) {
+    CleanOptions options;
+    options.tolerant = tolerant;
+    TableCollection tables(u'\uE000');
+    Module1::ExtractEmbeddedDocuments(text, tables, options);
+    Module1::MergeDocumentTables(text, tables, options);
+    tables.expand(text);
+    return text;
+}
+
+inline std::string narrow(std::u16string_view text) {
+    return {text.begin(), text.end()};
+}
+
+}  // namespace velmor::test
