@@ -9,15 +9,19 @@ Dim files, folder, tag, entry, output
 Set files = CreateObject("Scripting.FileSystemObject")
 folder = files.GetParentFolderName(WScript.ScriptFullName)
 
+Function ReadText(name)
+    ReadText = files.OpenTextFile(folder & "\" & name, ForReading).ReadAll
+End Function
+
 If WScript.Arguments.Count <> 1 Then
     WScript.Echo "usage: cscript //nologo render.vbs RESULT"
     WScript.Quit 1
 End If
 
 Set tag = CreateObject("kvVelmor3.kvTag")
-tag.Properties.BuildByVal files.OpenTextFile(folder & "\invoice.properties", ForReading).ReadAll
+tag.Properties.Build ReadText("invoice.properties")
 tag.Properties.Add "Path", folder, True     ' where the included files are
-tag.Value = files.OpenTextFile(folder & "\invoice.rtf", ForReading).ReadAll     ' last, when all else is set
+tag.Value = ReadText("invoice.rtf")         ' last, when all else is set
 
 Set output = files.CreateTextFile(WScript.Arguments(0), True)
 output.Write tag.Result
