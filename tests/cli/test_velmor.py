@@ -1,7 +1,6 @@
-"""Runs the built velmor as a user does. Call: test_velmor.py PROGRAM [HANDLERS] [-- RUNNER ...]
+"""Runs the built velmor as a user does. Call: test_velmor.py PROGRAM HANDLERS [-- RUNNER ...]
 
-HANDLERS is the folder of the sample handler, where velmor can load it; RUNNER is what starts the
-program (Wine), if anything.
+HANDLERS is the folder of the sample handler; RUNNER is what starts the program (Wine), if anything.
 """
 
 import json
@@ -204,13 +203,16 @@ class Tags(VelmorTest):
 
 
 class Sample(VelmorTest):
-    """The sample handler where velmor loads it itself, from a registry file."""
+    """The sample handler: a library that velmor loads, or under Wine a registered class."""
 
-    def setUp(self):
-        super().setUp()
-        if not HANDLERS:
-            self.skipTest("handlers are registered components here")
-        self.options = ["--registry", os.path.join(SAMPLES, "letter", "handlers.reg"), "--handlers", HANDLERS]
+    @classmethod
+    def setUpClass(cls):
+        cls.options = ["--registry", os.path.join(SAMPLES, "letter", "handlers.reg")]
+        if RUNNER:
+            library = os.path.join(HANDLERS, "SampleFormatter.dll")
+            subprocess.run([*RUNNER, "regsvr32", "/s", library], check=True, timeout=120)
+        else:
+            cls.options += ["--handlers", HANDLERS]
 
     def test_formats(self):
         cases = [
@@ -255,6 +257,5 @@ if __name__ == "__main__":
     if "--" in arguments:
         RUNNER = arguments[arguments.index("--") + 1:]
         arguments = arguments[:arguments.index("--")]
-    PROGRAM = os.path.abspath(arguments[0])
-    HANDLERS = os.path.abspath(arguments[1]) if len(arguments) > 1 else ""
+    PROGRAM, HANDLERS = (os.path.abspath(argument) for argument in arguments)
     unittest.main(argv=sys.argv[:1])
