@@ -6,6 +6,7 @@
 #include "rtf/BlankLines.h"
 #include "rtf/EmbeddedDocuments.h"
 #include "rtf/MergePageBreaks.h"
+#include "rtf/MergeTables.h"
 #include "rtf/Module1.h"
 #include "rtf/PlaceholderMark.h"
 #include "rtf/RemoveBackground.h"
@@ -67,6 +68,7 @@ public:
 private:
     void merge(TableCollection& tables) {
         hasDocuments_ = Module1::ExtractEmbeddedDocuments(text_, tables, options_);
+        Module1::MergeDocumentTables(text_, tables, options_);
         groups_ = tables.hostGroups();
         for (const TableCollection::Document& document : tables.documents()) groups_.add(document.groups);
     }
