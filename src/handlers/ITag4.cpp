@@ -14,9 +14,6 @@ using automation::Variant;
 
 namespace {
 
-constexpr std::u16string_view kHandlersKey = u"SOFTWARE\\Korvane\\Quillmark\\Handlers";
-constexpr std::u16string_view kSubHandlersKey = u"SOFTWARE\\Korvane\\Quillmark\\SubHandlers\\";
-
 constexpr std::int32_t kLowestWithCatalogue = 2;
 constexpr std::int32_t kLowestWithDatabase = 4;
 
@@ -39,7 +36,7 @@ HandlerAddress HandlerAddress::parse(std::u16string_view psHandler) {
 }
 
 std::u16string HandlerAddress::registryKey() const {
-    return group.empty() ? std::u16string(kHandlersKey) : std::u16string(kSubHandlersKey) + group;
+    return group.empty() ? std::u16string(kHandlersKey) : std::u16string(kSubHandlersKey) + u'\\' + group;
 }
 
 std::u16string HandlerAddress::className(const platform::Registry& registry) const {

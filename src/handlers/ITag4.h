@@ -9,6 +9,10 @@
 
 namespace velmor {
 
+// Below HKEY_LOCAL_MACHINE.
+inline constexpr std::u16string_view kHandlersKey = u"SOFTWARE\\Korvane\\Quillmark\\Handlers";
+inline constexpr std::u16string_view kSubHandlersKey = u"SOFTWARE\\Korvane\\Quillmark\\SubHandlers";
+
 // Where a tag's handler is registered. "NAME" stands under Handlers, "GROUP-NAME" (the first "-"
 // splits) under the group's key of SubHandlers.
 struct HandlerAddress {

@@ -5,6 +5,7 @@
 
 #include "automation/Convert.h"
 #include "platform/BytePicture.h"
+#include "platform/ClassTable.h"
 #include "platform/GuidText.h"
 #include "text/Compare.h"
 #include "text/Error.h"
@@ -130,7 +131,7 @@ void MemoryObjects::fail(std::u16string_view className) {
 }
 
 automation::ObjectRef MemoryObjects::create(std::u16string_view className) {
-    const auto place = factories_.find(lowerCase(className));
+    const auto place = isClassName(className) ? factories_.find(lowerCase(className)) : factories_.end();
     automation::ObjectRef object = place == factories_.end() ? nullptr : place->second();
     if (!object) throw Error(429, u"MemoryObjects", u"Cannot create object \"" + std::u16string(className) + u"\"");
     created.emplace_back(className);

@@ -1,0 +1,214 @@
+#include "handlers/kvTagInfo.h"
+
+#include "automation/DispatchTable.h"
+#include "handlers/BuiltInCatalogue.h"
+#include "handlers/ITag4.h"
+#include "properties/privProperties.h"
+#include "text/Compare.h"
+#include "text/Error.h"
+
+namespace velmor {
+
+using automation::Arguments;
+using automation::MemberKind;
+using automation::ObjectRef;
+using automation::Variant;
+
+namespace {
+
+std::u16string_view before(std::u16string_view text, char16_t end) noexcept {
+    return text.substr(0, text.find(end));
+}
+
+HandlerAddress addressOf(std::u16string_view psHandlerName) {
+    return HandlerAddress::parse(before(psHandlerName, u'>'));
+}
+
+std::u16string commandName(std::u16string_view psCommand) {
+    return upperCase(before(before(psCommand, u':'), u'='));
+}
+
+// What the registry or a handler raises counts as no answer.
+template <class Call>
+auto quietly(Call&& call) -> decltype(call()) {
+    try {
+        return call();
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
+}  // namespace
+
+bool kvTagInfo::TagRegistered(std::u16string_view psHandlerName) const {
+    return quietly([&] { return !addressOf(psHandlerName).className(services_.registry).empty(); });
+}
+
+bool kvTagInfo::TagAvailable(std::u16string_view psHandlerName) const {
+    return quietly([&] {
+        const std::u16string className = addressOf(psHandlerName).className(services_.registry);
+        return !className.empty() && services_.objects.create(className) != nullptr;
+    });
+}
+
+// --- lists of handlers ---
+
+bool kvTagInfo::isHidden(const std::u16string& key, std::u16string_view name) const {
+    return services_.registry.value(key + u'\\' + std::u16string(name), u"Hide").value_or(u"0") != u"0";
+}
+
+std::shared_ptr<privProperties> kvTagInfo::HandlerList2(std::u16string_view psSubHandler, bool pbFiltered,
+                                                        bool pbIncludeSubHandlers) const {
+    auto list = std::make_shared<privProperties>(services_);
+    quietly([&] { return addHandlers(*list, psSubHandler, pbFiltered, pbIncludeSubHandlers), true; });
+    return list;
+}
+
+void kvTagInfo::addHandlers(privProperties& list, std::u16string_view psSubHandler, bool pbFiltered,
+                            bool pbIncludeSubHandlers) const {
+    const platform::Registry& registry = services_.registry;
+    const std::u16string key = psSubHandler.empty()
+                                   ? std::u16string(kHandlersKey)
+                                   : std::u16string(kSubHandlersKey) + u'\\' + std::u16string(psSubHandler);
+    const auto isListed = [&](std::u16string_view name) { return !pbFiltered || !isHidden(key, name); };
+    for (const std::u16string& name : registry.valueNames(key)) {
+        // The key's own default value is no handler.
+        if (!name.empty() && isListed(name)) list.AddStr(name, registry.value(key, name).value_or(std::u16string()));
+    }
+    if (pbIncludeSubHandlers) {
+        for (const std::u16string& group : registry.subkeys(kSubHandlersKey)) {
+            if (isListed(group)) list.AddStr(group, {});
+        }
+    }
+    // Replaces a registered handler of that name, which no tag would reach.
+    if (psSubHandler.empty() && isListed(BuiltInCatalogue::handler)) list.AddStr(BuiltInCatalogue::handler, {}, true);
+}
+
+std::u16string kvTagInfo::HandlerListString2(std::u16string_view psSubHandler, bool pbFiltered) const {
+    const std::shared_ptr<privProperties> list = HandlerList2(psSubHandler, pbFiltered);
+    std::u16string names;
+    for (std::int32_t index = 1; index <= list->Count(); ++index) {
+        names += list->Item(index)->Name();
+        names += u':';
+    }
+    return names;
+}
+
+std::u16string kvTagInfo::HandlerListString() const {
+    return HandlerListString2({}, false);
+}
+
+std::shared_ptr<privProperties> kvTagInfo::HandlerList() const {
+    return HandlerList2({}, false);
+}
+
+std::u16string kvTagInfo::HandlerListFilteredString() const {
+    return HandlerListString2();
+}
+
+std::shared_ptr<privProperties> kvTagInfo::HandlerListFiltered() const {
+    return HandlerList2();
+}
+
+// --- questions ---
+
+void kvTagInfo::Database(automation::ObjectRef poDatabase) {
+    if (!poDatabase || poDatabase->typeName() != u"kvDatabase") throw Error(13, u"kvTagInfo", u"Type Mismatch");
+    database_ = std::move(poDatabase);
+}
+
+template <class Question>
+std::u16string kvTagInfo::ask(std::u16string_view psHandlerName, std::u16string_view builtInAnswer,
+                              Question&& question) const {
+    return quietly([&]() -> std::u16string {
+        const HandlerAddress address = addressOf(psHandlerName);
+        if (address.group.empty() && address.name == BuiltInCatalogue::handler) return std::u16string(builtInAnswer);
+        const std::u16string className = address.className(services_.registry);
+        if (className.empty()) return {};
+        return question(ITag4::create(services_.objects, className), address.name);
+    });
+}
+
+std::u16string kvTagInfo::CommandList(std::u16string_view psHandlerName) const {
+    return ask(psHandlerName, BuiltInCatalogue::commandList,
+               [&](const ITag4& handler, const std::u16string& name) { return handler.CommandList(name, database_); });
+}
+
+std::u16string kvTagInfo::ParameterList(std::u16string_view psHandlerName, std::u16string_view psCommand) const {
+    const std::u16string command = commandName(psCommand);
+    return ask(psHandlerName, BuiltInCatalogue::parameterList(command),
+               [&](const ITag4& handler, const std::u16string& name) {
+                   return handler.ParameterList(command, name, database_);
+               });
+}
+
+std::u16string kvTagInfo::CommandSyntax(std::u16string_view psHandlerName, std::u16string_view psCommand) const {
+    const std::u16string command = commandName(psCommand);
+    return ask(psHandlerName, BuiltInCatalogue::syntax(command), [&](const ITag4& handler, const std::u16string& name) {
+        return handler.SyntaxString(command, name, database_);
+    });
+}
+
+std::u16string kvTagInfo::CommandDescription(std::u16string_view psHandlerName, std::u16string_view psCommand) const {
+    const std::u16string command = commandName(psCommand);
+    return ask(psHandlerName, {}, [&](const ITag4& handler, const std::u16string& name) {
+        return handler.CommandDescription(command, name, database_);
+    });
+}
+
+std::u16string kvTagInfo::ParameterValueList(std::u16string_view psHandlerName, std::u16string_view psCommand,
+                                             std::u16string_view psParameter) const {
+    const std::u16string command = commandName(psCommand);
+    return ask(psHandlerName, {}, [&](const ITag4& handler, const std::u16string& name) {
+        return handler.ParameterValueList(command, psParameter, name, database_);
+    });
+}
+
+// --- late binding ---
+
+Variant kvTagInfo::invoke(std::u16string_view name, automation::InvokeKind kind, std::span<Variant> arguments) {
+    static const automation::DispatchTable<kvTagInfo> kMembers({
+        {u"TagAvailable", MemberKind::method, 1, 1,
+         [](kvTagInfo& self, Arguments& args) -> Variant { return self.TagAvailable(args.text(0)); }},
+        {u"TagRegistered", MemberKind::method, 1, 1,
+         [](kvTagInfo& self, Arguments& args) -> Variant { return self.TagRegistered(args.text(0)); }},
+        {u"CommandList", MemberKind::method, 1, 1,
+         [](kvTagInfo& self, Arguments& args) -> Variant { return self.CommandList(args.text(0)); }},
+        {u"ParameterList", MemberKind::method, 1, 2,
+         [](kvTagInfo& self, Arguments& args) -> Variant {
+             return self.ParameterList(args.text(0), args.textOr(1, {}));
+         }},
+        {u"HandlerListString", MemberKind::method, 0, 0,
+         [](kvTagInfo& self, Arguments&) -> Variant { return self.HandlerListString(); }},
+        {u"HandlerListString2", MemberKind::method, 0, 2,
+         [](kvTagInfo& self, Arguments& args) -> Variant {
+             return self.HandlerListString2(args.textOr(0, {}), args.boolean(1, true));
+         }},
+        {u"HandlerList", MemberKind::method, 0, 0,
+         [](kvTagInfo& self, Arguments&) -> Variant { return ObjectRef(self.HandlerList()); }},
+        {u"HandlerList2", MemberKind::method, 0, 3,
+         [](kvTagInfo& self, Arguments& args) -> Variant {
+             return ObjectRef(self.HandlerList2(args.textOr(0, {}), args.boolean(1, true), args.boolean(2, false)));
+         }},
+        {u"HandlerListFilteredString", MemberKind::method, 0, 0,
+         [](kvTagInfo& self, Arguments&) -> Variant { return self.HandlerListFilteredString(); }},
+        {u"HandlerListFiltered", MemberKind::method, 0, 0,
+         [](kvTagInfo& self, Arguments&) -> Variant { return ObjectRef(self.HandlerListFiltered()); }},
+        {u"CommandSyntax", MemberKind::method, 2, 2,
+         [](kvTagInfo& self, Arguments& args) -> Variant { return self.CommandSyntax(args.text(0), args.text(1)); }},
+        {u"CommandDescription", MemberKind::method, 2, 2,
+         [](kvTagInfo& self, Arguments& args) -> Variant {
+             return self.CommandDescription(args.text(0), args.text(1));
+         }},
+        {u"Database", MemberKind::get, 0, 0, [](kvTagInfo& self, Arguments&) -> Variant { return self.Database(); }},
+        {u"Database", MemberKind::set, 0, 0,
+         [](kvTagInfo& self, Arguments& args) -> Variant { return self.Database(args.object(0)), Variant(); }},
+        {u"ParameterValueList", MemberKind::method, 3, 3,
+         [](kvTagInfo& self, Arguments& args) -> Variant {
+             return self.ParameterValueList(args.text(0), args.text(1), args.text(2));
+         }},
+    });
+    return kMembers.invoke(*this, name, kind, arguments);
+}
+
+}  // namespace velmor
