@@ -120,14 +120,13 @@ void peer(benchmark::State& state, Shape shape) {
     state.SetComplexityN(state.range(0));
 }
 
-// The first figure of `smaps_rollup`-like counters that every system has: the largest resident size.
 std::size_t peakMemory() {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     return static_cast<std::size_t>(usage.ru_maxrss) * 1024;
 }
 
-void add(const char* name, Shape shape, std::initializer_list<std::int64_t> sizes) {
+void addBesideFloor(const char* name, Shape shape, std::initializer_list<std::int64_t> sizes) {
     const std::string group = name;
     auto* mine = benchmark::RegisterBenchmark((group + "/ours").c_str(), ours, shape)->Unit(benchmark::kMillisecond);
     auto* floor = benchmark::RegisterBenchmark((group + "/peer").c_str(), peer, shape)->Unit(benchmark::kMillisecond);
@@ -137,7 +136,16 @@ void add(const char* name, Shape shape, std::initializer_list<std::int64_t> size
     }
 }
 
-// n templates' worth of chains: each top-level tag reads p0, whose text holds the tag of p1, and so
+// Its peer is the evaluation of as many distinct tags.
+void addBesideDistinct(const char* name, Shape shape, std::int64_t size) {
+    const std::string group = name;
+    benchmark::RegisterBenchmark((group + "/ours").c_str(), ours, shape)->Unit(benchmark::kMillisecond)->Arg(size);
+    benchmark::RegisterBenchmark((group + "/peer").c_str(), ours, Shape::distinct)
+        ->Unit(benchmark::kMillisecond)
+        ->Arg(size);
+}
+
+// Chains: each top-level tag reads p0, whose text holds the tag of p1, and so
 // on, 16 deep. The peer evaluates as many flat tags as the chains dispatch.
 void nestedOurs(benchmark::State& state) {
     const auto chains = static_cast<std::size_t>(state.range(0));
@@ -181,11 +189,11 @@ void printMemory(std::size_t tags) {
 int main(int argc, char** argv) {
     using namespace velmor::bench;
     printMemory(1000000);
-    add("distinct", Shape::distinct, {1000, 10000, 100000, 1000000});
-    add("noSeparator", Shape::noSeparator, {100000});
-    add("equal", Shape::equal, {100000});
-    add("properties256", Shape::properties256, {100000});
-    add("owned", Shape::owned, {100000});
+    addBesideFloor("distinct", Shape::distinct, {1000, 10000, 100000, 1000000});
+    addBesideDistinct("noSeparator", Shape::noSeparator, 100000);
+    addBesideDistinct("equal", Shape::equal, 100000);
+    addBesideDistinct("properties256", Shape::properties256, 100000);
+    addBesideDistinct("owned", Shape::owned, 100000);
     benchmark::RegisterBenchmark("nested16/ours", nestedOurs)->Arg(5000)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("nested16/peer", nestedPeer)->Arg(5000)->Unit(benchmark::kMillisecond);
     return runWithRatios(argc, argv);

@@ -89,8 +89,8 @@ std::u16string BuiltInCommands::processed(std::u16string text) const {
     return evaluateText(services_, context_, std::move(text));
 }
 
-void BuiltInCommands::put(std::u16string_view psName, const Variant& value) const {
-    if (context_->properties.put(psName, value)) return;
+void BuiltInCommands::put(std::u16string_view psName, Variant value) const {
+    if (context_->properties.put(psName, std::move(value))) return;
     addErrorLogEntry(services_, *context_->errorLog, {kHandler, u"The property could not be set", 0, psName, {}});
 }
 

@@ -39,7 +39,7 @@ private:
     std::u16string fullPath(std::u16string_view psFile) const;
     std::u16string listEntry(std::u16string_view psList, privProperties& elements) const;
     std::u16string processed(std::u16string text) const;
-    void put(std::u16string_view psName, const automation::Variant& value) const;
+    void put(std::u16string_view psName, automation::Variant value) const;
 
     platform::Services& services_;
     const ContextRef& context_;

@@ -86,11 +86,11 @@ bool Collection::truth(std::u16string_view psName, bool pbDefault) const {
     return automation::truth(get(psName, Variant(pbDefault)));
 }
 
-bool Collection::put(std::u16string_view psName, const Variant& value) const {
-    if (own_) return own_->Add(psName, value, true) != nullptr;
+bool Collection::put(std::u16string_view psName, Variant value) const {
+    if (own_) return own_->Add(psName, std::move(value), true) != nullptr;
     if (!foreign_) return false;
     return quietly([&] {
-        Variant arguments[] = {Variant(psName), value, Variant(true)};
+        Variant arguments[] = {Variant(psName), std::move(value), Variant(true)};
         foreign_->invoke(u"Add", InvokeKind::method, arguments);
         return true;
     });

@@ -40,7 +40,7 @@ public:
     bool appendText(std::u16string_view psName, std::u16string& target) const;
     bool truth(std::u16string_view psName, bool pbDefault) const;
     // Adds or replaces; false when the host's collection refused.
-    bool put(std::u16string_view psName, const automation::Variant& value) const;
+    bool put(std::u16string_view psName, automation::Variant value) const;
     void Dispose() const;
 
     bool operator==(const Collection& other) const noexcept { return own_ == other.own_ && foreign_ == other.foreign_; }

@@ -71,17 +71,51 @@ std::u16string evaluateText(platform::Services& services, const ContextRef& cont
     addTableMarkers(text, services.guids);
     TopLevelTags found = findTopLevelTags(text);
     if (found.tags.empty()) return text;
-    TagList tags(services, std::make_shared<const std::u16string>(std::move(text)), std::move(found),
-                 isRtf ? protectedContext(context) : context);
-    tags.forget();
+    TagList tags(services);
+    tags.start(text, found, isRtf ? protectedContext(context) : context, nullptr);
     std::u16string result;
     Evaluation(tags, result).run();
     return result;
 }
 
+class Evaluation::Scratch {
+public:
+    struct Level {
+        explicit Level(platform::Services& services) : tags(services) {}
+        std::u16string value;
+        TopLevelTags found;
+        TagList tags;
+    };
+    Level& level(platform::Services& services, std::size_t depth) {
+        while (levels_.size() <= depth) levels_.push_back(std::make_unique<Level>(services));
+        return *levels_[depth];
+    }
+
+private:
+    std::vector<std::unique_ptr<Level>> levels_;
+};
+
 Evaluation::Evaluation(TagList& tags, std::u16string& target)
     : tags_(tags), target_(target), base_(target.size()), finished_(target.size()), scanFrom_(target.size()) {
     tags_.beginEvaluation();
+}
+
+Evaluation::Evaluation(TagList& tags, std::u16string& target, Scratch& scratch, std::size_t depth)
+    : Evaluation(tags, target) {
+    scratch_ = &scratch;
+    depth_ = depth;
+}
+
+Evaluation::~Evaluation() {
+    tags_.endEvaluation();
+}
+
+Evaluation::Scratch& Evaluation::scratch() {
+    if (scratch_ == nullptr) {
+        ownScratch_ = std::make_unique<Scratch>();
+        scratch_ = ownScratch_.get();
+    }
+    return *scratch_;
 }
 
 std::u16string Evaluation::soFar() const {
@@ -119,31 +153,30 @@ void Evaluation::finishTo(std::size_t position) {
 void Evaluation::lookForMarkers(std::size_t gap) {
     constexpr std::size_t reach = kOpeningMarker.size() - 1;
     const std::u16string_view finished(target_);
-    if (!markers_.isActive()) {
-        if (tags_.firstStray() < position_) {
-            markers_.activate(std::max(base_, std::min(scanFrom_, gap)));
-        } else {
+    if (!markers_) {
+        std::size_t opening = std::max(base_, std::min(scanFrom_, gap));
+        if (tags_.firstStray() >= position_) {
             const std::size_t end = std::min(gap + reach, finished.size());
-            const std::size_t opening = findOpeningMarker(finished.substr(0, end), scanFrom_);
-            if (opening != npos) markers_.activate(opening);
+            opening = findOpeningMarker(finished.substr(0, end), scanFrom_);
         }
+        if (opening != npos) markers_ = std::make_unique<FinishedMarkers>(opening);
     }
-    if (markers_.isActive()) markers_.scan(finished);
+    if (markers_) markers_->scan(finished);
     scanFrom_ = std::max(base_, finished.size() - std::min(reach, finished.size()));
 }
 
 bool Evaluation::ownPlaceIsFirst(std::size_t index) {
     const std::u16string_view name = tags_.rawName(index);
     const bool hasSeparator = name.ends_with(kElementSeparator);
-    if (hasSeparator && !markers_.isActive()) return true;
+    if (hasSeparator && !markers_) return true;
     if (!hasSeparator && becomesMarker(name)) return false;
     if (!hasSeparator && !pairs_) pairs_ = std::make_unique<PairIndex>(tags_.source());
-    if (!markers_.isActive() && pairs_->isEmpty()) return true;
+    if (!markers_ && pairs_->isEmpty()) return true;
     const std::uint64_t hash = RollingHash::of(name);
-    if (markers_.isActive() && markers_.holds(hash)) return false;
+    if (markers_ && markers_->holds(hash)) return false;
     if (hasSeparator) return true;
     const std::uint64_t longer = RollingHash::add(hash, kElementSeparator);
-    return !pairs_->standsBehind(longer, position_) && !(markers_.isActive() && markers_.holds(longer));
+    return !pairs_->standsBehind(longer, position_) && !(markers_ && markers_->holds(longer));
 }
 
 void Evaluation::appendResult(std::size_t index, std::u16string& results, std::size_t base) {
@@ -180,42 +213,41 @@ bool Evaluation::answerBuiltIn(std::size_t index, std::u16string& results, std::
         tags_.settle(index, results.size() - base, 0);
         return true;
     }
-    appendBuiltIn(index, results, base);
+    const std::size_t start = results.size();
+    appendBuiltIn(index, results);
+    tags_.settle(index, start - base, results.size() - start);
     return true;
 }
 
-void Evaluation::appendBuiltIn(std::size_t index, std::u16string& results, std::size_t base) {
-    std::u16string value;
+void Evaluation::makeValue(std::size_t index, std::u16string& value) {
+    value.clear();
     if (!BuiltInCommands::appendProperty(tags_.rawName(index), *tags_.context(), value)) {
         value = BuiltInCommands(tags_.services(), tags_.context()).run(tags_.storedName(index));
     }
-    const bool isRtf = fitIntoRtf(tags_.services(), tags_.context()->protectRtf, value);
+    fitIntoRtf(tags_.services(), tags_.context()->protectRtf, value);
     if (const auto limit = EvaluationRun::current().countCharacters(value.size())) {
         reportLimit(tags_.services(), *tags_.context(), *limit, kBuiltInHandler, tags_.rawName(index));
-        value.clear();
+        value = {};
     }
-    const std::size_t start = results.size();
-    TopLevelTags found;
-    if (findOpeningMarker(value, 0) != npos) found = findTopLevelTags(value);
-    if (found.tags.empty()) {
-        results += value;
-        tags_.settle(index, start - base, results.size() - start);
-        return;
-    }
-    appendNested(index, std::move(value), std::move(found), isRtf, results);
-    const std::size_t length = results.size() - start;
-    tags_.settle(index, start - base, length);
 }
 
-void Evaluation::appendNested(std::size_t index, std::u16string value, TopLevelTags found, bool isRtf,
-                              std::u16string& results) {
-    NestedTags nested;
-    nested.value = std::make_shared<const std::u16string>(std::move(value));
-    nested.tags = std::make_unique<TagList>(tags_.services(), nested.value, std::move(found),
-                                            isRtf ? protectedContext(tags_.context()) : tags_.context());
-    if (tags_.isForgetful()) nested.tags->forget();
-    Evaluation(*nested.tags, results).run();
-    tags_.keepNested(index, std::move(nested));
+void Evaluation::appendBuiltIn(std::size_t index, std::u16string& results) {
+    Scratch::Level& level = scratch().level(tags_.services(), depth_);
+    makeValue(index, level.value);
+    findTopLevelTags(level.value, level.found);
+    if (level.found.tags.empty()) {
+        if (results.empty() && results.capacity() < level.value.size()) {
+            results.swap(level.value);
+        } else {
+            results += level.value;
+        }
+        return;
+    }
+    const bool isRtf = level.value.starts_with(kRtfStart);
+    level.tags.start(level.value, level.found, isRtf ? protectedContext(tags_.context()) : tags_.context(),
+                     tags_.kept());
+    Evaluation(level.tags, results, scratch(), depth_ + 1).run();
+    tags_.keepNested(index, level.tags);
 }
 
 void Evaluation::runLiterally(std::size_t from) {

@@ -28,9 +28,12 @@ namespace velmor {
 // index of the text's pairs tells. When the proof fails, the rest goes the literal way.
 class Evaluation {
 public:
+    // What nested evaluations use again and again: for each depth a value and the list of its tags.
+    class Scratch;
+
     // Appends to target. The list's text must not change meanwhile.
     Evaluation(TagList& tags, std::u16string& target);
-    ~Evaluation() { tags_.endEvaluation(); }
+    ~Evaluation();
     Evaluation(const Evaluation&) = delete;
     Evaluation& operator=(const Evaluation&) = delete;
     void run();
@@ -39,6 +42,9 @@ public:
     std::u16string soFar() const;
 
 private:
+    Evaluation(TagList& tags, std::u16string& target, Scratch& scratch, std::size_t depth);
+    Scratch& scratch();
+
     void finishTo(std::size_t position);
     void lookForMarkers(std::size_t gap);
     bool ownPlaceIsFirst(std::size_t index);
@@ -46,8 +52,8 @@ private:
     // The results of the tags go to `results`; places in it are counted from `base`.
     void appendResult(std::size_t index, std::u16string& results, std::size_t base);
     bool answerBuiltIn(std::size_t index, std::u16string& results, std::size_t base);
-    void appendBuiltIn(std::size_t index, std::u16string& results, std::size_t base);
-    void appendNested(std::size_t index, std::u16string value, TopLevelTags found, bool isRtf, std::u16string& results);
+    void appendBuiltIn(std::size_t index, std::u16string& results);
+    void makeValue(std::size_t index, std::u16string& value);
 
     void runLiterally(std::size_t from);
     std::size_t runPaired(std::size_t from, std::u16string& text, std::u16string& results);
@@ -55,21 +61,21 @@ private:
 
     TagList& tags_;
     std::u16string& target_;
-    const std::size_t base_;    // where this text begins in the target
-    std::size_t position_ = 0;  // how far the source is finished
-    std::size_t finished_;      // the end of the finished part in the target
-    std::size_t scanFrom_;      // where a marker may begin that nobody has seen yet
-    FinishedMarkers markers_;
-    std::unique_ptr<PairIndex> pairs_;             // of the source, once a tag without ":" asked
+    const std::size_t base_;                    // where this text begins in the target
+    std::size_t position_ = 0;                  // how far the source is finished
+    std::size_t finished_;                      // the end of the finished part in the target
+    std::size_t scanFrom_;                      // where a marker may begin that nobody has seen yet
+    std::unique_ptr<FinishedMarkers> markers_;  // once the finished part may hold one
+    std::unique_ptr<PairIndex> pairs_;          // of the source, once a tag without ":" asked
+    std::unique_ptr<Scratch> ownScratch_;
+    Scratch* scratch_ = nullptr;
+    std::size_t depth_ = 0;
     const PairedText* pairedText_ = nullptr;       // while the rest goes the literal way ...
     const std::u16string* literalText_ = nullptr;  // ... and where even the pairs do not tell
 };
 
 // What ProcessValue does with a text: the text as a value of its own that shares the context.
 std::u16string evaluateText(platform::Services& services, const ContextRef& context, std::u16string text);
-
-// The same with protection on.
-ContextRef protectedContext(const ContextRef& context);
 
 // Escapes and brackets tables for a text that is to stand in RTF; true when the text is itself a
 // complete RTF document.

@@ -58,12 +58,6 @@ std::uint64_t RollingHash::between(const Mark& start, const Mark& end) noexcept 
     return end.hash - start.hash * power(kBase, end.position - start.position);
 }
 
-void FinishedMarkers::activate(std::size_t from) noexcept {
-    active_ = true;
-    next_ = from;
-    hash_.restart(from);
-}
-
 void FinishedMarkers::scan(std::u16string_view text) {
     for (MarkerPlace place = findMarker(text, next_); place.position < text.size(); place = findMarker(text, next_)) {
         next_ = place.position + 1;

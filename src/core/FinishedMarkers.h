@@ -31,19 +31,18 @@ private:
 };
 
 // The marker pairs of a text that grows at its end, as a set of hashes of what stands between
-// them. Costs nothing until it is told where the first opening marker may be.
+// them.
 class FinishedMarkers {
 public:
-    bool isActive() const noexcept { return active_; }
-    void activate(std::size_t from) noexcept;
+    // Before `from` there is no marker.
+    explicit FinishedMarkers(std::size_t from) noexcept : next_(from) { hash_.restart(from); }
     // Takes in the text up to its end, as far as markers are complete.
     void scan(std::u16string_view text);
     // True when a complete pair holds this name (and, mostly, only then).
     bool holds(std::uint64_t nameHash) const { return names_.contains(nameHash); }
 
 private:
-    bool active_ = false;
-    std::size_t next_ = 0;
+    std::size_t next_;
     RollingHash hash_;
     std::vector<RollingHash::Mark> unclosed_;
     std::unordered_set<std::uint64_t> names_;

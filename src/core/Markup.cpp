@@ -1,6 +1,7 @@
 #include "core/Markup.h"
 
 #include <cstring>
+#include <utility>
 
 namespace velmor {
 
@@ -56,25 +57,44 @@ std::size_t findOpeningMarker(std::u16string_view text, std::size_t start) noexc
     return std::u16string_view::npos;
 }
 
-std::vector<TagSpan> findMarkerPairs(std::u16string_view text) {
-    std::vector<TagSpan> pairs;
-    std::vector<std::uint32_t> unclosed;  // indexes into pairs, innermost last
+namespace {
+
+// The innermost unclosed marker is known; each one's `close` holds the index of the one around it
+// until it gets its own.
+void findMarkerPairs(std::u16string_view text, std::vector<TagSpan>& pairs) {
+    constexpr std::uint32_t kNone = TagSpan::kUnclosed;
+    std::uint32_t innermost = kNone;
     for (MarkerPlace place = findMarker(text, 0); place.position < text.size();
          place = findMarker(text, place.position + 1)) {
         const auto position = static_cast<std::uint32_t>(place.position);
         if (place.opening) {
-            unclosed.push_back(static_cast<std::uint32_t>(pairs.size()));
-            pairs.push_back({position, TagSpan::kUnclosed});
-        } else if (!unclosed.empty()) {
-            pairs[unclosed.back()].close = position;
-            unclosed.pop_back();
+            pairs.push_back({position, innermost});
+            innermost = static_cast<std::uint32_t>(pairs.size() - 1);
+        } else if (innermost != kNone) {
+            innermost = std::exchange(pairs[innermost].close, position);
         }
     }
+    while (innermost != kNone) innermost = std::exchange(pairs[innermost].close, kNone);
+}
+
+}  // namespace
+
+std::vector<TagSpan> findMarkerPairs(std::u16string_view text) {
+    std::vector<TagSpan> pairs;
+    findMarkerPairs(text, pairs);
     return pairs;
 }
 
 TopLevelTags findTopLevelTags(std::u16string_view text) {
-    TopLevelTags found{findMarkerPairs(text), TopLevelTags::kNone};
+    TopLevelTags found;
+    findTopLevelTags(text, found);
+    return found;
+}
+
+void findTopLevelTags(std::u16string_view text, TopLevelTags& found) {
+    found.tags.clear();
+    found.firstStray = TopLevelTags::kNone;
+    findMarkerPairs(text, found.tags);
     std::size_t kept = 0;
     std::size_t resume = 0;
     bool inTag = false;  // what lies before `resume` belongs to a tag
@@ -88,7 +108,6 @@ TopLevelTags findTopLevelTags(std::u16string_view text) {
         if (!inTag && found.firstStray == TopLevelTags::kNone) found.firstStray = pair.open;
     }
     found.tags.resize(kept);
-    return found;
 }
 
 }  // namespace velmor

@@ -59,5 +59,7 @@ struct TopLevelTags {
 // start, so a marker that follows it at once is passed over (and with it the tag that begins
 // there). Linear for every input.
 TopLevelTags findTopLevelTags(std::u16string_view text);
+// The same into the memory of an earlier answer.
+void findTopLevelTags(std::u16string_view text, TopLevelTags& found);
 
 }  // namespace velmor

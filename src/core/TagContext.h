@@ -24,6 +24,9 @@ struct TagContext {
 
 using ContextRef = std::shared_ptr<const TagContext>;
 
+// The same with protection on.
+ContextRef protectedContext(const ContextRef& context);
+
 inline constexpr std::u16string_view kRtfStart = u"{\\rtf1";
 
 }  // namespace velmor
