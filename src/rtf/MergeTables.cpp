@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <tuple>
 #include <vector>
 
 #include "rtf/ColourTable.h"
@@ -201,8 +202,10 @@ void TableMerge::keepDefaultFont(std::u16string_view text, std::size_t header, b
 }
 
 void TableMerge::change(std::u16string& text) {
-    std::stable_sort(changes_.begin(), changes_.end(),
-                     [](const Change& a, const Change& b) { return a.range.begin < b.range.begin; });
+    // What is put in in front of a table comes before it.
+    std::stable_sort(changes_.begin(), changes_.end(), [](const Change& a, const Change& b) {
+        return std::tie(a.range.begin, a.range.end) < std::tie(b.range.begin, b.range.end);
+    });
     sweep_.begin(text, references_, edits_);
     std::size_t at = 0;
     for (Change& next : changes_) {

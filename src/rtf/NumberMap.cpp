@@ -5,11 +5,12 @@ namespace velmor {
 void NumberMap::set(std::u16string_view number, std::int32_t value) {
     const std::size_t index = shortIndex(number);
     if (index == notShort) {
-        long_[std::u16string(number)] = value;
+        long_.emplace(number, value);
         return;
     }
     if (index >= short_.size()) short_.resize(index + 1, none);
-    if (short_[index] == none) set_.push_back(static_cast<std::uint32_t>(index));
+    if (short_[index] != none) return;
+    set_.push_back(static_cast<std::uint32_t>(index));
     short_[index] = value;
 }
 

@@ -38,7 +38,7 @@ public:
         long_.clear();
     }
 
-    // The last value for a number counts. Not below 0.
+    // The first value for a number counts. Not below 0.
     void set(std::u16string_view number, std::int32_t value);
 
     std::int32_t find(std::u16string_view number) const {

@@ -1,6 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <random>
+
+#include "LiteralMerge.h"
 #include "Merged.h"
+#include "rtf/NumberMap.h"
 
 namespace velmor {
 namespace {
@@ -64,6 +68,180 @@ TEST(MergeFonts, LiftedFontsJoinTheHosts) {
                u"{\\rtf1\\ansi\\f1 b\\f2}\\f0 c}"));
     EXPECT_EQ(narrow(merged(u"{\\rtf1\\ansi{\\fonttbl{\\f0 A;}}x{\\rtf1\\ansi{\\fonttbl{\\f0 A;}}text}}")),
               narrow(u"{\\rtf1" + defaultColours + u"\\ansi{\\fonttbl\r\n{\\f0 A;}}x{\\rtf1\\ansi text}}"));
+}
+
+struct ColourCase {
+    const char* what;
+    bool tolerant;
+    std::u16string table;   // the host's, with its braces
+    std::u16string merged;  // likewise
+    std::u16string body;
+    std::u16string mergedBody;
+};
+
+TEST(MergeColours, RenumbersTheHostsColours) {
+    const ColourCase cases[] = {
+        {"equal colours", false, u"{\\colortbl;\\red1;\\red2;\\red1;}", u"{\\colortbl;\\red1;\\red2;}",
+         u"\\cf3\\cb2 \\highlight3}\\cf0 x", u"\\cf1\\cb2 \\highlight1}\\cf0 x"},
+        {"to the first line break", false, u"{\\colortbl;\\red1;\r\n\\red1;\\red1;}", u"{\\colortbl;\\red1;}",
+         u"\\cf2 x\\cf3 y", u"\\cf2 x\\cf3 y"},
+        {"across line breaks", true, u"{\\colortbl;\\red1;\r\n\\red1;\r\n\\red2;\r\n}", u"{\\colortbl;\\red1;\\red2;}",
+         u"\\cf2 x\\cf3 y", u"\\cf1 x\\cf2 y"},
+        {"a blank in front", false, u"{\\colortbl ;\\red1;}", u"{\\colortbl;\\red1;}", u"\\cf1 x", u"\\cf1 x"},
+        {"without the automatic colour", false, u"{\\colortbl\r\n\\red7;\\red8;}", u"{\\colortbl;\\red7;\\red8;}",
+         u"\\cf0 x\\cf1 y", u"\\cf1 x\\cf2 y"},
+        {"empty", false, u"{\\colortbl;}", defaultColours, u"\\cf1 x", u"\\cf1 x"},
+        {"no end of the last one", false, u"{\\colortbl;\\red7;\\red8}", u"{\\colortbl;\\red7;}", u"\\cf2 x",
+         u"\\cf2 x"},
+        {"words that begin alike", false, u"{\\colortbl;\\red7;\\red7;}", u"{\\colortbl;\\red7;}",
+         u"\\cf2\\cfpat2\\chcfpat2\\clcfpat2\\cfx2 \\cf22 ", u"\\cf1\\cfpat1\\chcfpat1\\clcfpat1\\cfx2 \\cf22 "},
+    };
+    for (const ColourCase& c : cases) {
+        const std::u16string text = u"{\\rtf1\\x" + c.table + c.body + u"}";
+        const std::u16string expected = u"{\\rtf1{\\fonttbl}\\x" + c.merged + c.mergedBody + u"}";
+        EXPECT_EQ(narrow(merged(text, c.tolerant)), narrow(expected)) << c.what;
+    }
+}
+
+TEST(MergeTables, KeepsManyFontsAndColoursApart) {
+    constexpr int fonts = 70000;
+    constexpr int colours = 657;
+    std::u16string table = u"{\\fonttbl";
+    for (int i = 0; i < fonts; ++i) table += u"{\\f" + decimal(fonts - i) + u" F" + decimal(i) + u";}";
+    std::u16string palette = u"{\\colortbl;";
+    for (int i = 0; i < colours; ++i) palette += u"\\red" + decimal(i) + u"\\green0\\blue0;";
+    const std::u16string document = u"{\\rtf1" + table + u"}" + palette + u"}";
+    const std::u16string text = merged(document + u"\\f1 a\\f32761 b\\cf657 c{\\rtf1{\\fonttbl{\\f0 New;}}" +
+                                       u"{\\colortbl;\\red9\\green9\\blue9;}\\f0\\cf1 d}}");
+    EXPECT_EQ(narrow(text.substr(text.rfind(u";}") + 2)), "\\f69999 a\\f37239 b\\cf657 c{\\rtf1\\f70000\\cf658 d}}");
+    EXPECT_NE(text.find(u"\r\n{\\f69999 F69999;}\r\n{\\f70000 New;}}"), std::u16string::npos);
+}
+
+TEST(MergeTables, TolerantMergingKeepsDefaultsAndCharacterSets) {
+    EXPECT_EQ(narrow(merged(u"{\\rtf1\\deff3{\\fonttbl{\\f3 Host;}}\\plain\\f3;\\f3\\f3 a"
+                            u"{\\rtf1\\ansi\\deff1{\\fonttbl{\\f0\\fcharset0 X;}{\\f1\\fcharset2 X;}}"
+                            u"\\plain b\\plain\\b\\f0\\af1\n{\\plain\\f1}{\\bin6 \\f1\\f1\\f1}}"
+                            u"{\\rtf1{\\fonttbl{\\f0 Y;}}c}}",
+                            true)),
+              narrow(u"{\\rtf1" + defaultColours +
+                     u"\\deff0{\\fonttbl\r\n{\\f0 Host;}\r\n{\\f1\\fcharset0 X;}\r\n{\\f2\\fcharset2 X;}\r\n{\\f3 Y;}}"
+                     u"\\plain\\f0;\\f0\\f0 a"
+                     u"{\\rtf1\\ansi\\f2\\plain\\f2 b\\plain\\b\\f1\\af2\n{\\plain\\f2}{\\bin6 \\f1\\f1\\f2}}"
+                     u"{\\rtf1\\f3c}}"));
+}
+
+TEST(MergeTables, BadTablesLoseNothing) {
+    const std::u16string texts[] = {
+        u"{\\rtf1{\\fonttbl{\\f0 Arial;}\\f0 text",
+        u"{\\rtf1{\\fonttbl{\\f0 Arial;\\f0 text}",
+        u"{\\rtf1{\\colortbl;\\red0 text",
+        u"{\\rtf1{\\stylesheet{\\s1 a;}text",
+        u"{\\rtf1{\\*\\listtable{\\list text",
+        u"{\\rtf1\\{\\fonttbl\\}{text}\\{\\colortbl;}",
+        u"{\\rtf1 text",
+        u"{\\rtf1",
+        u"{\\rtf",
+        u"text",
+        u"",
+    };
+    for (const std::u16string& source : texts) {
+        for (std::size_t cut = 0; cut <= source.size(); ++cut) {
+            const std::u16string text = source.substr(0, cut);
+            const std::size_t opening = text.find(u"{\\rtf1") == 0 ? 6 : text.find(u"{\\rtf") == 0 ? 5 : text.size();
+            const std::u16string result = merged(text);
+            EXPECT_TRUE(result.ends_with(text.substr(opening))) << narrow(text) << '\n' << narrow(result);
+        }
+    }
+}
+
+// ---- Against the steps
+
+class RandomDocument {
+public:
+    explicit RandomDocument(unsigned seed) : random_(seed) {}
+
+    std::u16string make() {
+        std::u16string tables[] = {fonts(), colours()};
+        if (below(2) == 0) std::swap(tables[0], tables[1]);
+        return u"{\\rtf1\\ansi" + tables[0] + tables[1] + body() + (below(2) == 0 ? u"}" : u"\\f1 }");
+    }
+
+    std::size_t below(std::size_t limit) { return random_() % limit; }
+
+private:
+    std::u16string number() {
+        static const std::u16string numbers[] = {u"0", u"1", u"2", u"3", u"12", u"21", u"01", u"-2", u"70000", u""};
+        return numbers[below(10)];
+    }
+
+    std::u16string fonts() {
+        if (below(5) == 0) return u"";
+        static const std::u16string names[] = {u"Arial", u"ARIAL", u"Times", u"", u"B", u"C ", u" C", u"D"};
+        static const std::u16string numbers[] = {u"0", u"1", u"2", u"3", u"12", u"-2", u"70000"};
+        std::u16string table = u"{\\fonttbl";
+        for (std::size_t count = below(6); count > 0; --count) {
+            if (below(3) == 0) table += u"\r\n";
+            const std::u16string name = names[below(7)];
+            table += u"{\\f" + numbers[below(7)] + (below(2) == 0 ? u"\\fnil " : u" ") + (name.empty() ? u"E" : name) +
+                     u";}";
+        }
+        return table + u"}";
+    }
+
+    std::u16string colours() {
+        if (below(5) == 0) return u"";
+        static const std::u16string colours[] = {
+            u"\\red1;", u"\\red2\\green3;", u"\\RED1;", u"\\red9;", u"\r\n\\red1;", u" ;", u";"};
+        std::u16string table = u"{\\colortbl;";
+        for (std::size_t count = below(7); count > 0; --count) table += colours[below(7)];
+        return table + u"}";
+    }
+
+    std::u16string body() {
+        static const std::u16string words[] = {
+            u"\\f",    u"\\f",      u"\\f",     u"\\cf",    u"\\cf",      u"\\cb",      u"\\chcfpat",   u"\\chcbpat",
+            u"\\pncf", u"\\brdrcf", u"\\cfpat", u"\\cbpat", u"\\clcfpat", u"\\clcbpat", u"\\afc",       u"\\highlight",
+            u"\\ulc",  u"\\F",      u"\\CF",    u"\\CB",    u"\\CFpat",   u"\\CBPAT",   u"\\HIGHLIGHT", u"\\fs",
+            u"\\af",   u"\\deff",   u"\\s",     u"\\",      u"\\\\",      u"\\plain",   u"\\bin2"};
+        static const std::u16string ends[] = {u" ", u"", u"", u"", u"{", u"}", u"\r\n", u"\n", u";", u"x", u"\\"};
+        std::u16string text = u"!";
+        std::u16string last;
+        for (std::size_t count = below(20); count > 0; --count) {
+            if (last.empty() || below(2) == 0) last = words[below(31)] + number();
+            text += last + ends[below(11)];
+        }
+        return text;
+    }
+
+    std::mt19937 random_;
+};
+
+TEST(MergeTables, EqualsTheSteps) {
+    const unsigned seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    RandomDocument documents(seed);
+    for (int round = 0; round < 1500; ++round) {
+        TableCollection tables(u'\uE000');
+        std::u16string text = documents.make();
+        test::LiteralMerge literal;
+        std::u16string expected = text;
+        literal.merge(expected, true);
+        for (std::size_t lifted = documents.below(4); lifted > 0; --lifted) {
+            std::u16string document = documents.make();
+            tables.documents().push_back({document, test::allGroups()});
+            literal.merge(document, false);
+            expected += u"|" + document;
+        }
+        const std::u16string source = text;
+        tables.hostGroups() = test::allGroups();
+        Module1::MergeDocumentTables(text, tables, {});
+        for (const TableCollection::Document& document : tables.documents()) text += u"|" + document.text;
+        expected.replace(expected.find(u"[F]"), 3, literal.fontTable());
+        expected.replace(expected.find(u"[C]"), 3, literal.colourTable());
+        tables.documents().clear();
+        tables.expand(text);
+        ASSERT_EQ(narrow(text), narrow(expected)) << narrow(source);
+    }
 }
 
 }  // namespace

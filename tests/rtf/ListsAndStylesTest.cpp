@@ -1,0 +1,125 @@
+#include <gtest/gtest.h>
+
+#include "Merged.h"
+
+namespace velmor {
+namespace {
+
+using test::merged;
+using test::narrow;
+
+// What the merged header begins with when no document has fonts and colours.
+const std::u16string header =
+    u"{\\rtf1{\\colortbl;\\red0\\green0\\blue0;\\red255\\green255\\blue255;\\red255\\green0\\blue0;"
+    u"\\red0\\green255\\blue0;\\red0\\green0\\blue255;}{\\fonttbl}";
+
+struct MergeCase {
+    const char* what;
+    std::u16string host;    // behind "{\rtf1", its "@" is where the lifted document stands
+    std::u16string lifted;  // behind "{\rtf1"
+    std::u16string mergedHost;
+    std::u16string mergedLifted;
+};
+
+const MergeCase styleCases[] = {
+    {"nothing collected", u"\\s1 x@", u"\\s2 y", u"\\s1 x@", u"\\s2 y"},
+    {"the host's alone keep their numbers", u"{\\stylesheet{Normal;}\n{\\s7 Seven;}}\\s7 x@", u"\\s7 y",
+     u"{\\stylesheet\r\n{Normal;}\r\n{\\s7 Seven;}}\\s7 x@", u"\\s7 y"},
+    {"equal in name and definition", u"{\\stylesheet{\\s0 Normal;}{\\s4\\b\\sbasedon0\\snext4 Head;}}@",
+     u"{\\stylesheet{Normal;}{\\s9\\sbasedon0\\b\\styrsid7 head;}}\\s9 y\\pard z",
+     u"{\\stylesheet\r\n{\\s0 Normal;}\r\n{\\s4\\b\\sbasedon0\\snext4 Head;}}@", u"\\s4 y\\pard z"},
+    {"equal in name alone", u"{\\stylesheet{\\s0 Normal;}{\\s4\\b Head;}{\\s1 Head (2);}}@",
+     u"{\\stylesheet{\\s0 Normal;}{\\s4\\i Head,Kopf;}}\\s4 y",
+     u"{\\stylesheet\r\n{\\s0 Normal;}\r\n{\\s4\\b Head;}\r\n{\\s1 Head (2);}\r\n{\\s2\\i Head (3),Kopf;}}@",
+     u"\\s2 y"},
+    {"another base", u"{\\stylesheet{\\s0 Normal;}{\\s1\\b A;}{\\s2\\sbasedon1 B;}}@",
+     u"{\\stylesheet{\\s0 Normal;}{\\s1\\i A;}{\\s2\\sbasedon1 B;}}\\s1 y\\s2 z",
+     u"{\\stylesheet\r\n{\\s0 Normal;}\r\n{\\s1\\b A;}\r\n{\\s2\\sbasedon1 B;}\r\n{\\s3\\i A (2);}\r\n{\\s4\\sbasedon3 "
+     u"B (2);}}@",
+     u"\\s3 y\\s4 z"},
+    {"all kinds of reference", u"@",
+     u"{\\stylesheet{\\s0 Normal;}{\\s5\\sbasedon0\\snext6\\slink7 P;}{\\s6\\sbasedon5 Q;}{\\*\\cs7\\additive\\slink5 "
+     u"C;}"
+     u"{\\*\\ts8\\tsrowd T;}{\\ds9 D;}}\\s5\\cs7\\ts8\\yts8\\ds9\\sbasedon5\\s0\\s77\\cs78 x",
+     u"{\\stylesheet\r\n{\\s0 Normal;}\r\n{\\s1\\sbasedon0\\snext2\\slink3 P;}\r\n{\\s2\\sbasedon1 Q;}\r\n"
+     u"{\\*\\cs3\\additive\\slink1 C;}\r\n{\\*\\ts4\\tsrowd T;}\r\n{\\ds5 D;}}@",
+     u"\\s1\\cs3\\ts4\\yts4\\ds5\\sbasedon5\\s0\\s222\\cs222 x"},
+    {"its Normal is not the host's", u"\\pard a@",
+     u"{\\stylesheet{\\fs30 Normal;}{\\s1\\sbasedon0 Body;}}\\pard\\plain a\\pard\\plain\\s1 b\\pard{c}",
+     u"{\\stylesheet\r\n{\\s0 Normal;}\r\n{\\s1\\fs30 Normal (2);}\r\n{\\s2\\sbasedon1 Body;}}\\pard a@",
+     u"\\pard\\s1\\plain a\\pard\\plain\\s2 b\\pard\\s1{c}"},
+    {"what the host refers to without having it", u"\\s1\\s2 x@", u"{\\stylesheet{\\s1\\b A;}}\\s1 y",
+     u"{\\stylesheet\r\n{\\s0 Normal;}\r\n{\\s3\\b A;}}\\s1\\s2 x@", u"\\s3 y"},
+    {"a ring of bases, and none", u"@",
+     u"{\\stylesheet{\\s1\\sbasedon2 A;}{\\s2\\sbasedon1 B;}{\\s3\\sbasedon222 C;}"
+     u"{\\s4\\sbasedon9\\snext9 D;}}",
+     u"{\\stylesheet\r\n{\\s0 Normal;}\r\n{\\s2\\sbasedon1 A;}\r\n{\\s1\\sbasedon2 B;}\r\n{\\s3\\sbasedon222 C;}\r\n"
+     u"{\\s4\\sbasedon222\\snext4 D;}}@",
+     u""},
+};
+
+const MergeCase listCases[] = {
+    {"the host's alone",
+     u"{\\*\\listtable{\\list\\listtemplateid-9{\\listlevel}\\listid-7}}"
+     u"{\\*\\listoverridetable{\\listoverride\\listid-7\\listoverridecount0\\ls3}}\\ls3 x@",
+     u"\\ls3 y",
+     u"{\\*\\listtable\r\n{\\list\\listtemplateid-9{\\listlevel}\\listid-7}}"
+     u"{\\*\\listoverridetable\r\n{\\listoverride\\listid-7\\listoverridecount0\\ls3}}\\ls3 x@",
+     u"\\ls3 y"},
+    {"equal lists stay apart",
+     u"{\\*\\listtable{\\list\\listtemplateid1\\listid5}}"
+     u"{\\listoverridetable{\\listoverride\\listid5\\listoverridecount0\\ls1}}\\ls1 x@",
+     u"{\\*\\listtable{\\list\\listtemplateid1\\listid5}}"
+     u"{\\*\\listoverridetable{\\listoverride\\listid5\\listoverridecount9\\ls1}}\\ls1 x\\ls0\\ls8 y",
+     u"{\\*\\listtable\r\n{\\list\\listtemplateid1\\listid5}\r\n{\\list\\listtemplateid2\\listid1}}"
+     u"{\\*\\listoverridetable\r\n{\\listoverride\\listid5\\listoverridecount0\\ls1}\r\n"
+     u"{\\listoverride\\listid1\\listoverridecount0\\ls2}}\\ls1 x@",
+     u"\\ls2 x\\ls0\\ls0 y"},
+    {"styles and lists of one another", u"@",
+     u"{\\stylesheet{\\s0 Normal;}{\\s8\\ls4 L;}}{\\*\\listtable{\\list{\\listlevel\\s8\\f0}\\listid5{\\listname a;}}}"
+     u"{\\*\\listoverridetable{\\listoverride\\listid5\\listoverridecount1\\ls4{\\lfolevel\\listoverridestartat}}"
+     u"{\\listoverride\\listid6\\listoverridecount0\\ls6}}{\\fonttbl{\\f0 A;}}\\ls4\\ls6\\f0 x",
+     u"{\\stylesheet\r\n{\\s0 Normal;}\r\n{\\s1\\ls1 L;}}{\\*\\listtable\r\n"
+     u"{\\list{\\listlevel\\s1\\f0}\\listid1{\\listname a;}}}{\\*\\listoverridetable\r\n"
+     u"{\\listoverride\\listid1\\listoverridecount1\\ls1{\\lfolevel\\listoverridestartat}}\r\n"
+     u"{\\listoverride\\listid2\\listoverridecount0\\ls2}}@",
+     u"\\ls1\\ls2\\f0 x"},
+    {"bullets that are pictures",
+     u"{\\*\\listtable{\\*\\listpicture{\\pict a}}{\\list{\\listlevel\\levelpicture0}\\listid5}}@",
+     u"{\\*\\listtable{\\*\\listpicture{\\pict b}{\\pict c}}{\\list{\\listlevel\\levelpicture1}\\listid5}}",
+     u"{\\*\\listtable\r\n{\\*\\listpicture{\\pict a}{\\pict b}{\\pict "
+     u"c}}\r\n{\\list{\\listlevel\\levelpicture0}\\listid5}\r\n"
+     u"{\\list{\\listlevel\\levelpicture2}\\listid1}}@",
+     u""},
+};
+
+void check(const MergeCase& c) {
+    const auto at = [](const std::u16string& text) { return text.find(u'@'); };
+    std::u16string text = u"{\\rtf1" + c.host + u"}";
+    text.replace(at(text), 1, u"{\\rtf1" + c.lifted + u"}");
+    std::u16string expected = header + c.mergedHost + u"}";
+    expected.replace(at(expected), 1, u"{\\rtf1" + c.mergedLifted + u"}");
+    std::u16string result = merged(text);
+    // Fonts are not looked at here.
+    const std::size_t font = result.find(u"\r\n{\\f0 A;}");
+    if (font != std::u16string::npos) result.erase(font, 10);
+    EXPECT_EQ(narrow(result), narrow(expected)) << c.what;
+}
+
+TEST(ListsAndStyles, StylesKeepTheirLook) {
+    for (const MergeCase& c : styleCases) check(c);
+}
+
+TEST(ListsAndStyles, ListsKeepTheirNumbering) {
+    for (const MergeCase& c : listCases) check(c);
+}
+
+TEST(ListsAndStyles, AStyleThatWasRenamedIsSharedAgain) {
+    const std::u16string lifted = u"{\\rtf1{\\stylesheet{\\s0 Normal;}{\\s1\\i A;}}\\s1 x}";
+    EXPECT_EQ(narrow(merged(u"{\\rtf1{\\stylesheet{\\s0 Normal;}{\\s1\\b A;}}" + lifted + lifted + u"}")),
+              narrow(header + u"{\\stylesheet\r\n{\\s0 Normal;}\r\n{\\s1\\b A;}\r\n{\\s2\\i A (2);}}"
+                              u"{\\rtf1\\s2 x}{\\rtf1\\s2 x}}"));
+}
+
+}  // namespace
+}  // namespace velmor
