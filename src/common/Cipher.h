@@ -13,7 +13,7 @@ namespace velmor {
 // The key is derived from the password's UTF-8 by PBKDF2 with HMAC-SHA-256 and 600,000 rounds, the
 // cipher is AES-256-GCM with the marker as its associated bytes. All is fixed by the marker, so a
 // file can ask neither for a weaker cipher nor for hours of work. It opens on every system.
-// Both calls cost some tenths of a second, on purpose. What the machine cannot do raises 17.
+// Both calls cost about a second, on purpose. What the machine cannot do raises 17.
 
 // An empty password raises 5; text of more than 256 MB (as UTF-8) raises 7.
 std::u16string encipheredText(std::u16string_view text, std::u16string_view password);

@@ -38,7 +38,8 @@ public:
     virtual bool exists(std::u16string_view path) const = 0;  // a regular file, not a folder
     // All bytes; nothing when the file is missing, unreadable or larger than 2^30 - 1 bytes.
     virtual std::optional<std::string> read(std::u16string_view path) const = 0;
-    // Replaces the file whole or not at all (a temporary file beside it, then a rename).
+    // Replaces the file whole or not at all (a temporary file beside it, then a rename); a
+    // read-only file (Linux: one that the caller or nobody may write to) is not replaced.
     virtual bool write(std::u16string_view path, std::string_view bytes) = 0;
     // Makes an empty file in one step; false when there is one of that name, or on failure.
     virtual bool create(std::u16string_view path) { return !exists(path) && write(path, {}); }

@@ -19,6 +19,25 @@ TEST(TextFile, IsSingleByteTextUnlessItIsMarked) {
     for (const auto& [bytes, text] : cases) EXPECT_EQ(decodeTextFile(bytes), text);
 }
 
+TEST(TextFile, LosesNoCharacter) {
+    const std::pair<std::u16string, std::string> cases[] = {
+        {u"", ""},
+        {u"a=\"caf\u00e9 \u20ac\u0081\":", "a=\"caf\xe9 \x80\x81\":"},
+        {u"a=\u0141",
+         "\xef\xbb\xbf"
+         "a=\xc5\x81"},
+        {u"a=?", "a=?"},
+        {u"\ufeff", "\xef\xbb\xbf\xef\xbb\xbf"},
+        {u"\u00ef\u00bb\u00bf", "\xef\xbb\xbf\xc3\xaf\xc2\xbb\xc2\xbf"},  // begins like a mark
+        {u"\u00ff\u00fe", "\xef\xbb\xbf\xc3\xbf\xc3\xbe"},
+        {u"\xd800", "\xef\xbb\xbf\xed\xa0\x80"},
+    };
+    for (const auto& [text, bytes] : cases) {
+        EXPECT_EQ(encodeTextFile(text), bytes);
+        EXPECT_EQ(decodeTextFile(bytes), text);
+    }
+}
+
 TEST(TextFile, AppendsOnlyToWhatIsThereUnlessItMayCreate) {
     platform::MemoryServices services;
     EXPECT_FALSE(appendTextFile(services.files, u"C:\\log", u"a", false));

@@ -45,11 +45,14 @@ TEST_F(Library, AnswersAsHostsAsk) {
         {u"FromBase64", {call(u"Base64", {u"\u20ac"})}, u"\u20ac"},
         {u"Hexadecimal", {u"\u20ac"}, u"E282AC"},
         {u"Decompress", {call(u"Compress", {u"\u20ac"})}, u"\u20ac"},
+        {u"Decipher", {call(u"Encipher", {u"\u20ac", u"pass"}), u"pass"}, u"\u20ac"},
     };
     for (const auto& row : cases) {
         EXPECT_TRUE(call(row.name, row.arguments).identical(row.result)) << (&row - cases);
     }
     EXPECT_THROW(call(u"FromBase64", {u"!"}), Error);
+    EXPECT_THROW(call(u"Decipher", {u"no cipher", u"pass"}), Error);
+    EXPECT_THROW(call(u"Encipher", {u"text", u""}), Error);
 }
 
 }  // namespace

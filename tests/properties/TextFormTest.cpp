@@ -236,6 +236,8 @@ TEST_F(PropertyText, IsReadBackEqual) {
             ASSERT_EQ(describe(*collection), describe(*original)) << toUtf8(text);
             ASSERT_EQ(collection->Stored(), original->Stored());
         }
+        ASSERT_TRUE(original->SaveFile(u"f") && collection->LoadFromFile(u"f"));
+        ASSERT_EQ(describe(*collection), describe(*original)) << toUtf8(original->Stored());
     }
 }
 

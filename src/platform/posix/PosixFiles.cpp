@@ -122,6 +122,17 @@ std::string followLinks(const std::string& path) {
     return failure ? path : target.string();
 }
 
+// A rename would replace it all the same. The system's answer alone is not enough: an administrator
+// may write to every file, and did not mean to when nobody may write to this one.
+bool isReadOnly(const std::string& path) {
+    struct stat status;
+    if (stat(path.c_str(), &status) != 0) return false;
+    const bool refused = (status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0 ||
+                         faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0;
+    if (refused) errno = EACCES;
+    return refused;
+}
+
 }  // namespace
 
 bool PosixFiles::exists(std::u16string_view path) const {
@@ -144,6 +155,7 @@ bool PosixFiles::write(std::u16string_view path, std::string_view bytes) {
     const auto native = pathToChange(path);
     if (!native) return false;
     const std::string target = followLinks(*native);
+    if (isReadOnly(target)) return false;
     return pathExists(target) && !isRegular(target) ? writeDirectly(target, bytes) : replaceFile(target, bytes);
 }
 

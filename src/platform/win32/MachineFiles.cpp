@@ -91,9 +91,20 @@ bool replaceFile(const std::wstring& path, std::string_view bytes) {
     return false;
 }
 
-bool isFolder(const std::wstring& path) {
+bool hasAttribute(const std::wstring& path, DWORD attribute) {
     const DWORD attributes = GetFileAttributesW(path.c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & attribute) != 0;
+}
+
+bool isFolder(const std::wstring& path) {
+    return hasAttribute(path, FILE_ATTRIBUTE_DIRECTORY);
+}
+
+// Not every system refuses to rename over one.
+bool isReadOnly(const std::wstring& path) {
+    const bool refused = hasAttribute(path, FILE_ATTRIBUTE_READONLY);
+    if (refused) SetLastError(ERROR_ACCESS_DENIED);
+    return refused;
 }
 
 }  // namespace
@@ -114,7 +125,7 @@ std::optional<std::string> MachineFiles::read(std::u16string_view path) const {
 
 bool MachineFiles::write(std::u16string_view path, std::string_view bytes) {
     const std::wstring native = nativePath(path);
-    if (native.empty() || isFolder(native)) return false;
+    if (native.empty() || isFolder(native) || isReadOnly(native)) return false;
     if (!isDevice(native)) return replaceFile(native, bytes);
     File file(native, GENERIC_WRITE, OPEN_EXISTING);
     return file && file.writeAll(bytes) && file.close();

@@ -1,0 +1,97 @@
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+#include "properties/Describe.h"
+
+namespace velmor {
+namespace {
+
+class ContainsQuery : public testing::Test {
+protected:
+    platform::MemoryServices services;
+    PropertiesRef terms = newProperties(services);
+};
+
+TEST_F(ContainsQuery, ReadsWhatUsersType) {
+    const struct {
+        const char16_t* typed;
+        const char* terms;
+        const char* condition;
+    } cases[] = {
+        {u"", "", ""},
+        {u"  ", "", ""},
+        {u"cat dog", "cat=Long 0 | dog=String OR", "cat OR dog"},
+        {u"\"big cat\" and not dog", "\"big cat\"=Long 0 | dog=String AND NOT", "\"big cat\" AND NOT dog"},
+        {u"not cat", "cat=Long 0", "cat"},
+        {u"a near b", "a=Long 0 | b=String NEAR", "a NEAR b"},
+        {u"A Or B", "A=Long 0 | B=String OR", "A OR B"},
+        {u"a AND OR b", "a=Long 0 | b=String AND", "a AND b"},
+        {u"a not b", "a=Long 0 | b=String AND NOT", "a AND NOT b"},
+        {u"a or not not b", "a=Long 0 | b=String OR NOT", "a OR NOT b"},
+        {u"a near not b", "a=Long 0 | b=String NEAR", "a NEAR b"},
+        {u"a not or b", "a=Long 0 | b=String AND NOT", "a AND NOT b"},
+        {u"a and b c", "a=Long 0 | b=String AND | c=String OR", "a AND b OR c"},
+        {u"a and", "a=Long 0", "a"},
+        {u"and or", "", ""},
+        {u"a a", "a=Long 0 | a=String OR", "a OR a"},
+        {u"\"and\" \"or\"", "\"and\"=Long 0 | \"or\"=String OR", "\"and\" OR \"or\""},
+        {u"a \"\" b", "a=Long 0 | b=String OR", "a OR b"},
+        {u"a \" \"", "a=Long 0 | \" \"=String OR", "a OR \" \""},
+        {u"a \"open end", "a=Long 0 | \"open end\"=String OR", "a OR \"open end\""},
+        {u"a \"", "a=Long 0", "a"},
+        {u"cat\"nip x\"y", "\"catnip x\"=Long 0 | y=String OR", "\"catnip x\" OR y"},
+        {u"a\tand b", "a\tand=Long 0 | b=String OR", "a\tand OR b"},
+    };
+    for (const auto& row : cases) {
+        terms->RemoveAll();
+        terms->BuildByContainsQuery(row.typed);
+        EXPECT_EQ(describe(*terms), row.terms) << toUtf8(row.typed);
+        EXPECT_EQ(toUtf8(terms->ContainsQuery()), row.condition) << toUtf8(row.typed);
+    }
+}
+
+TEST_F(ContainsQuery, AddsToWhatIsThere) {
+    terms->BuildByContainsQuery(u"a");
+    terms->BuildByContainsQuery(u"near a");
+    terms->AddLng(u"ten", 10);
+    EXPECT_EQ(terms->ContainsQuery(), u"a NEAR a 10 ten");
+    EXPECT_TRUE(terms->Item(1)->Multiple());
+}
+
+TEST_F(ContainsQuery, WritesAConditionThatReadsAsItself) {
+    static const std::u16string_view kPieces[] = {u"a",    u"cat",   u" ",      u" ",  u"\"",    u" and ",
+                                                  u" Or ", u" not ", u" near ", u"\t", u"\u00e9"};
+    const unsigned seed = std::random_device{}();
+    SCOPED_TRACE(seed);
+    std::mt19937 random(seed);
+    for (int i = 0; i < 5000; ++i) {
+        std::u16string typed;
+        for (auto count = random() % 20; count > 0; --count) typed += kPieces[random() % std::size(kPieces)];
+        terms->RemoveAll();
+        terms->BuildByContainsQuery(typed);
+        const std::string read = describe(*terms);
+        const std::u16string condition = terms->ContainsQuery();
+        terms->RemoveAll();
+        terms->BuildByContainsQuery(condition);
+        ASSERT_EQ(describe(*terms), read) << toUtf8(typed);
+        ASSERT_EQ(terms->ContainsQuery(), condition);
+    }
+}
+
+TEST_F(ContainsQuery, TakesLongSearches) {
+    std::u16string words, quotes;
+    for (int i = 0; i < 100'000; ++i) words.append(u"word").append(i % 2 == 0 ? u" and not " : u" ");
+    terms->BuildByContainsQuery(words);
+    EXPECT_EQ(terms->Count(), 100'000);
+    EXPECT_EQ(terms->ContainsQuery().size(), 100'000 * 4 + 50'000 * (9 + 4) - 4);
+    terms->RemoveAll();
+    terms->BuildByContainsQuery(std::u16string(100'001, u'"') + words);
+    EXPECT_EQ(terms->Count(), 1);
+    terms->BuildByContainsQuery(std::u16string(1'000'000, u'n'));
+    EXPECT_EQ(terms->Item(2)->Name().size(), 1'000'000U);
+}
+
+}  // namespace
+}  // namespace velmor
