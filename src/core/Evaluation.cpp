@@ -69,7 +69,9 @@ std::u16string evaluateText(platform::Services& services, const ContextRef& cont
     }
     const bool isRtf = text.starts_with(kRtfStart);
     addTableMarkers(text, services.guids);
+    const TimedStage search(services, LogType::tagCollection);
     TopLevelTags found = findTopLevelTags(text);
+    if (search) search.finish(searchDetail({}, text, found));
     if (found.tags.empty()) return text;
     TagList tags(services);
     tags.start(text, found, isRtf ? protectedContext(context) : context, nullptr);
@@ -184,7 +186,7 @@ void Evaluation::appendResult(std::size_t index, std::u16string& results, std::s
     try {
         if (const std::shared_ptr<kvTag> tag = tags_.made(index)) {
             results += tag->Result();
-        } else if (!answerBuiltIn(index, results, base)) {
+        } else if (isTimed_ || !answerBuiltIn(index, results, base)) {
             results += tags_.item(index)->Result();
         }
     } catch (const std::exception&) {

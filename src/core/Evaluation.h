@@ -9,6 +9,7 @@
 #include "core/FinishedMarkers.h"
 #include "core/PairedText.h"
 #include "core/TagList.h"
+#include "core/TimingLog.h"
 
 namespace velmor {
 
@@ -59,6 +60,8 @@ private:
     std::size_t runPaired(std::size_t from, std::u16string& text, std::u16string& results);
     bool replaceLiterally(std::size_t index, std::u16string_view name, std::u16string& text, std::u16string& results);
 
+    // Then every tag is answered by its object, which writes the lines.
+    const bool isTimed_ = TimingLog::isOn(LogType::dispatch) || TimingLog::isOn(LogType::tagCollection);
     TagList& tags_;
     std::u16string& target_;
     const std::size_t base_;                    // where this text begins in the target

@@ -4,6 +4,7 @@
 #include "core/ErrorLog.h"
 #include "core/Evaluation.h"
 #include "core/TagList.h"
+#include "core/TimingLog.h"
 #include "core/kvTags.h"
 #include "handlers/ITag4.h"
 #include "properties/privProperties.h"
@@ -29,7 +30,9 @@ constexpr std::int32_t kCommandElement = 2;
 }  // namespace
 
 kvTag::kvTag(platform::Services& services)
-    : services_(services), value_(emptyText()), context_(std::make_shared<TagContext>()), result_(emptyText()) {}
+    : services_(services), value_(emptyText()), context_(std::make_shared<TagContext>()), result_(emptyText()) {
+    TimingLog::readSettings(services);
+}
 
 kvTag::~kvTag() = default;
 
@@ -182,13 +185,24 @@ void kvTag::Value(std::u16string psValue) {
 }
 
 void kvTag::BuildTagCollection() {
+    const TimedStage search(services_, LogType::tagCollection);
     TopLevelTags found;
     if (value_->size() <= static_cast<std::size_t>(kMaximumCharacters)) found = findTopLevelTags(*value_);
+    const std::u16string detail = search ? searchDetail(ownHandler(), *value_, found) : std::u16string();
     if (found.tags.empty()) {
         tags_ = std::make_shared<kvTags>();
-        return;
+    } else {
+        tags_ =
+            std::make_shared<kvTags>(std::make_unique<TagList>(services_, value_, std::move(found), sharedContext()));
     }
-    tags_ = std::make_shared<kvTags>(std::make_unique<TagList>(services_, value_, std::move(found), sharedContext()));
+    search.finish(detail);
+}
+
+// As dispatch takes it from the name; "" for a template.
+std::u16string kvTag::ownHandler() const {
+    const std::size_t separator = name_.find(kHandlerSeparator);
+    if (separator == std::u16string::npos) return {};
+    return HandlerAddress::parse(std::u16string_view(name_).substr(0, separator)).name;
 }
 
 std::shared_ptr<kvTags> kvTag::Tags() const {

@@ -142,6 +142,7 @@ private:
     void answerWithoutHandler(const HandlerAddress& address, std::u16string_view messageProperty,
                               std::u16string_view defaultMessage, std::u16string_view error);
     void takeAnswer(std::u16string value);
+    std::u16string ownHandler() const;
     void becomeEmpty();
     void logFailure(std::u16string_view handler);
 

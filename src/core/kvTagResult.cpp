@@ -4,6 +4,7 @@
 #include "core/ErrorLog.h"
 #include "core/Evaluation.h"
 #include "core/TagList.h"
+#include "core/TimingLog.h"
 #include "core/kvTag.h"
 #include "core/kvTags.h"
 #include "handlers/ITag4.h"
@@ -54,6 +55,7 @@ const privStrCat& kvTag::resultBuilder() {
 void kvTag::evaluate() {
     const std::shared_ptr<Object> alive = shared_from_this();
     Temporarily<bool> answering(answering_, true);
+    const TimedStage stage(services_, LogType::result, !isChild_);
     EvaluationLevel level;
     if (const auto limit = level.refused()) {
         reportLimit(services_, *sharedContext(), *limit, HandlerName(), name_);
@@ -67,6 +69,7 @@ void kvTag::evaluate() {
         evaluateValue();
         // A handler that set this tag's value meanwhile has armed it again.
         resultGenerated_ = changes == changes_;
+        stage.finish({});
     } catch (const std::exception&) {
         logFailure(HandlerName());
         resultGenerated_ = true;
@@ -97,9 +100,11 @@ void kvTag::evaluateValue() {
 }
 
 void kvTag::dispatch() {
+    const TimedStage stage(services_, LogType::dispatch);
     const std::size_t separator = name_.find(kHandlerSeparator);
     if (separator == std::u16string::npos) {
         becomeEmpty();
+        stage.finish({});
         return;
     }
     const HandlerAddress address = HandlerAddress::parse(std::u16string_view(name_).substr(0, separator));
@@ -115,6 +120,7 @@ void kvTag::dispatch() {
         } else {
             answerByHandler(address);
         }
+        stage.finish(address.name);
     } catch (const std::exception&) {
         logFailure(address.name);
     }

@@ -1,0 +1,151 @@
+// The timing log. Settings last as long as a thread, so each case has one of its own.
+
+#include "core/TimingLog.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "core/TestTags.h"
+
+namespace velmor {
+namespace {
+
+using automation::Variant;
+using test::TagTest;
+
+constexpr std::u16string_view kOptions = u"SOFTWARE\\Korvane\\Quillmark\\Options";
+constexpr std::u16string_view kLog = u"C:\\ProgramData\\Pellmar\\Logs\\VelmorLog-20080305.log";
+
+// What evaluating the text leaves in the log; "-" for no log.
+std::string logOf(TagTest& on, std::u16string_view types, std::u16string_view text) {
+    if (!types.empty()) on.services.registry.set(kOptions, u"Logging Types", types);
+    on.services.clock.step = 0.016;
+    std::thread([&] { on.evaluate(text); }).join();
+    return on.services.files.get(kLog).value_or("-");
+}
+
+Variant nested(kvTag&) {
+    return u"(<KV:TAG>PROPERTY:x=1:</KV>)";
+}
+
+TEST(TimingLog, WritesTheLinesOfTheTypesThatAreOn) {
+    constexpr auto text = u"<KV:GRP-h>x:</KV><KV:none</KV><KV:gone>x:</KV><KV:TAG>PROPERTY:x=2:</KV> <KV:";
+    const struct {
+        const char16_t* types;
+        const char* lines;
+    } cases[] = {
+        {u"2",
+         "05/03/2008 14:22:07 SRV01 EVTAG  0000.016 H\r\n"
+         "05/03/2008 14:22:07 SRV01 EVTAG  0000.016 TAG\r\n"
+         "05/03/2008 14:22:07 SRV01 EVTAG  0000.016 \r\n"
+         "05/03/2008 14:22:07 SRV01 EVTAG  0000.016 GONE\r\n"
+         "05/03/2008 14:22:07 SRV01 EVTAG  0000.016 TAG\r\n"},
+        {u"4",
+         "05/03/2008 14:22:07 SRV01 TAGCOL 0000.016  5\r\n"
+         "05/03/2008 14:22:07 SRV01 TAGCOL 0000.016 H 1\r\n"
+         "05/03/2008 14:22:07 SRV01 TAGCOL 0000.016 TAG 0\r\n"
+         "05/03/2008 14:22:07 SRV01 TAGCOL 0000.016 TAG 0\r\n"},
+        {u"16", "05/03/2008 14:22:07 SRV01 GENRES 0000.016 \r\n"},
+        {u"22.0",
+         "05/03/2008 14:22:07 SRV01 TAGCOL 0000.016  5\r\n"
+         "05/03/2008 14:22:07 SRV01 TAGCOL 0000.016 H 1\r\n"
+         "05/03/2008 14:22:07 SRV01 EVTAG  0000.048 H\r\n"
+         "05/03/2008 14:22:07 SRV01 TAGCOL 0000.016 TAG 0\r\n"
+         "05/03/2008 14:22:07 SRV01 EVTAG  0000.048 TAG\r\n"
+         "05/03/2008 14:22:07 SRV01 EVTAG  0000.016 \r\n"
+         "05/03/2008 14:22:07 SRV01 EVTAG  0000.016 GONE\r\n"
+         "05/03/2008 14:22:07 SRV01 TAGCOL 0000.016 TAG 0\r\n"
+         "05/03/2008 14:22:07 SRV01 EVTAG  0000.048 TAG\r\n"
+         "05/03/2008 14:22:07 SRV01 GENRES 0000.272 \r\n"},
+        {u"8", "-"},
+    };
+    for (const auto& one : cases) {
+        TagTest on;
+        on.addHandler(u"H", 5, nested);
+        on.services.registry.set(u"SOFTWARE\\Korvane\\Quillmark\\SubHandlers\\GRP", u"H", u"Test.H");
+        EXPECT_EQ(logOf(on, one.types, text), one.lines);
+        EXPECT_EQ(on.last->Result(), u"(1)2 <KV:");
+    }
+}
+
+TEST(TimingLog, MeasuresNothingWhenOff) {
+    for (const auto* types : {u"", u"0", u"1", u"nonsense", u"9999999999"}) {
+        TagTest on;
+        const double before = on.services.clock.timer();
+        EXPECT_EQ(logOf(on, types, u"<KV:TAG>PROPERTY:x=1:</KV>"), "-");
+        on.services.clock.step = 0;
+        EXPECT_EQ(on.services.clock.timer(), before);
+        EXPECT_TRUE(on.services.files.folders.empty());
+        EXPECT_EQ(on.services.registry.reads, 1u);
+    }
+}
+
+TEST(TimingLog, ReadsItsSettingsOnceOnEachThread) {
+    TagTest on;
+    on.services.registry.set(kOptions, u"Logging Types", u"16");
+    std::thread([&] {
+        on.evaluate(u"a");
+        on.services.registry.set(kOptions, u"Logging Types", u"1");
+        on.services.clock.set(2008, 3, 6);
+        on.evaluate(u"b");
+    }).join();
+    EXPECT_EQ(*on.services.files.get(kLog),
+              "05/03/2008 14:22:07 SRV01 GENRES 0000.000 \r\n06/03/2008 00:00:00 SRV01 GENRES 0000.000 \r\n");
+    EXPECT_EQ(on.services.registry.reads, 1u);
+    std::thread([&] { on.evaluate(u"c"); }).join();
+    EXPECT_EQ(on.services.registry.reads, 2u);
+    EXPECT_EQ(on.services.files.paths().size(), 1u);
+}
+
+TEST(TimingLog, LeavesOutFailingStagesAndChildren) {
+    TagTest on;
+    on.addHandler(u"F", 3, [](kvTag& tag) -> Variant {
+        tag.ProcessValue(u"<KV:TAG>PROPERTY:a=1:</KV>");
+        throw Error(5, u"Test", u"refused");
+    });
+    EXPECT_EQ(logOf(on, u"18", u"<KV:F>x:</KV>"),
+              "05/03/2008 14:22:07 SRV01 EVTAG  0000.016 TAG\r\n"
+              "05/03/2008 14:22:07 SRV01 GENRES 0000.064 \r\n");
+}
+
+TEST(TimingLog, KeepsItsLinesWhole) {
+    TagTest on;
+    on.services.folders.machine = u"\\SRV\r\n01";
+    const std::u16string huge(64'000, u'N');
+    const std::string log = logOf(on, u"2", u"<KV:a\r\nb\u0085\u20ac>x:</KV><KV:" + huge + u">x:</KV>");
+    EXPECT_EQ(log,
+              "05/03/2008 14:22:07 SRV  01 EVTAG  0000.016 A  B \x80\r\n"
+              "05/03/2008 14:22:07 SRV  01 EVTAG  0000.016 " +
+                  std::string(64'000, 'N') + "\r\n");
+}
+
+TEST(TimingLog, NeverStopsEvaluation) {
+    TagTest on;
+    on.services.files.diskFull = true;
+    EXPECT_EQ(logOf(on, u"30", u"<KV:TAG>PROPERTY:x=1:</KV>"), "-");
+    EXPECT_EQ(on.last->Result(), u"1");
+    EXPECT_TRUE(on.errors().empty());
+}
+
+TEST(TimingLog, RoundsAndFillsTheSeconds) {
+    const struct {
+        double seconds;
+        const char* text;
+    } cases[] = {
+        {-1, "0000.000"}, {0.0004, "0000.000"}, {0.0006, "0000.001"}, {59.9996, "0060.000"}, {12345.5, "12345.500"},
+    };
+    for (const auto& one : cases) {
+        TagTest on;
+        on.services.registry.set(kOptions, u"Logging Types", u"8");
+        std::thread([&] {
+            kvTag tag(on.services);
+            TimingLog::write(on.services, LogType::cleaning, one.seconds, u"17");
+        }).join();
+        EXPECT_EQ(*on.services.files.get(kLog),
+                  std::string("05/03/2008 14:22:07 SRV01 CLNRTF ") + one.text + " 17\r\n");
+    }
+}
+
+}  // namespace
+}  // namespace velmor
