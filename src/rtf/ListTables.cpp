@@ -174,9 +174,8 @@ std::u16string ListTables::listTable() const {
 }
 
 std::int32_t ListTables::numberOf(std::u16string_view override) {
-    if (override == u"0") return NumberMap::none;
     const std::int32_t number = overridesOfDocument_.find(override);
-    if (number != NumberMap::none) return number;
+    if (number != NumberMap::none || override == u"0") return number;
     if (host_) overrideNumbers_.take(override);  // so that it does not come to mean another document's list
     return host_ || !hasTables_ ? NumberMap::none : 0;
 }
