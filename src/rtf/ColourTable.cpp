@@ -1,6 +1,6 @@
 #include "rtf/ColourTable.h"
 
-#include "rtf/RtfScanner.h"
+#include "rtf/BraceScanner.h"
 
 namespace velmor {
 namespace {
@@ -21,7 +21,10 @@ std::u16string withoutWhiteSpace(std::u16string_view text) {
 std::optional<TextRange> ColourTable::find(std::u16string_view text) noexcept {
     for (std::size_t at = 0; (at = text.find(opening, at)) != nowhere; ++at) {
         if (isEscaped(text, at)) continue;
-        const std::size_t end = text.find(u'}', at);
+        std::size_t end = text.find(u'}', at);
+        // What holds groups, or an escaped brace, ends with its own brace, or braces would go astray.
+        const bool plain = end != nowhere && text[end - 1] != u'\\' && text.find(u'{', at + 1) > end;
+        if (!plain) end = findGroupEnd(text, at + 1, false);
         if (end == nowhere) return std::nullopt;
         return TextRange{at, end + 1};
     }
@@ -42,7 +45,8 @@ void ColourTable::add(std::u16string_view table, NumberMap& numbers) {
     std::int32_t index = hasAutomatic ? 1 : 0;
     for (at += hasAutomatic;; ++index) {
         const std::size_t end = table.find(u';', at);
-        if (end == nowhere) return;
+        // A group in the table is damage; its braces must not get into the merged one.
+        if (end == nowhere || table.substr(at, end - at).find_first_of(u"{}") != nowhere) return;
         numbers.set(decimal(index), numberOf(table.substr(at, end + 1 - at)));
         at = end + 1;
         if (!tolerant_ && table[at] != u'\\') return;

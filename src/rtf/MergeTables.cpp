@@ -224,7 +224,9 @@ void TableMerge::change(std::u16string& text) {
 void TableMerge::mergeHost(std::u16string& text) {
     const std::size_t host = findHostDocument(text);
     if (host == noDocument) return;
-    const std::size_t header = hostHeaderStart(text, host);
+    std::size_t header = hostHeaderStart(text, host);
+    // The blank that ends the opening word would be text behind a table.
+    if (options_.tolerant && standsAt(text, header, u" ")) ++header;
     findTables(text, collection_.hostGroups());
     readTables(text, true);
     placeInHost(header);

@@ -35,7 +35,7 @@ bool wordTakesIn(std::u16string_view text, char16_t next) noexcept {
 bool TextEdits::nowhereGrows() const noexcept {
     std::size_t removed = 0, added = 0;
     for (const Edit& edit : edits_) {
-        added += edit.length + edit.apart;
+        added += edit.length + (edit.seam == Seam::apart && edit.begin != edit.end);
         removed += edit.end - edit.begin;
         if (added > removed) return false;
     }
@@ -62,7 +62,7 @@ char16_t* TextEdits::write(const std::u16string& from, char16_t* target) const n
     for (const Edit& edit : edits_) {
         writeRest(edit.begin);
         if (edit.length != 0) target = Traits::copy(target, edit.text, edit.length) + edit.length;
-        apart = edit.apart || (apart && edit.length == 0);
+        if (edit.seam != Seam::plain || edit.length != 0) apart = edit.seam == Seam::apart;
         at = edit.end;
     }
     writeRest(from.size());
@@ -75,7 +75,7 @@ void TextEdits::apply(std::u16string& text) {
         text.resize(static_cast<std::size_t>(write(text, text.data()) - text.data()));
     } else {
         // A blank is written only where something was cut, but other cuts may have paid for growth.
-        const auto isCut = [](const Edit& edit) { return edit.apart; };
+        const auto isCut = [](const Edit& edit) { return edit.seam == Seam::apart; };
         const auto cuts = static_cast<std::size_t>(std::count_if(edits_.begin(), edits_.end(), isCut));
         const std::size_t length = lengthAfter(text.size()) + cuts;
         if (length > privStrCat::maximumLength) throw std::length_error("TextEdits");

@@ -21,9 +21,11 @@ public:
 
     // Takes [begin, end) out. Words stay apart: where the control word in front would take in what
     // follows, one blank is left.
-    void cut(std::size_t begin, std::size_t end) { add({begin, end, {}, begin != end}); }
+    void cut(std::size_t begin, std::size_t end) { add({begin, end, {}, Seam::apart}); }
+    // As cut, but what follows may be taken in: it ended a word that goes as well.
+    void cutJoining(std::size_t begin, std::size_t end) { add({begin, end, {}, Seam::joined}); }
     // `text` must outlive apply() and be no part of the text that changes.
-    void replace(std::size_t begin, std::size_t end, std::u16string_view text) { add({begin, end, text, false}); }
+    void replace(std::size_t begin, std::size_t end, std::u16string_view text) { add({begin, end, text, Seam::plain}); }
     void insert(std::size_t at, std::u16string_view text) { replace(at, at, text); }
     void replaceVal(std::size_t begin, std::size_t end, std::u16string text) {
         const std::u16string& kept = kept_.emplace_back(std::move(text));
@@ -32,7 +34,7 @@ public:
     // As replaceVal, and the last word of `text` stays apart from what follows.
     void replaceApartVal(std::size_t begin, std::size_t end, std::u16string text) {
         const std::u16string& kept = kept_.emplace_back(std::move(text));
-        add({begin, end, kept, true});
+        add({begin, end, kept, Seam::apart});
     }
     // Inserts a copy of a part of the text that changes, as it is before all changes.
     void insertPart(std::size_t at, std::u16string_view text, TextRange part) {
@@ -45,19 +47,23 @@ public:
     void apply(std::u16string& text);
 
 private:
+    // Where the text goes on: whether a blank keeps it from the word in front. A plain seam without
+    // text leaves that to the edit before.
+    enum class Seam : std::uint8_t { plain, apart, joined };
+
     struct Edit {
-        Edit(std::size_t from, std::size_t to, std::u16string_view put, bool keepsApart)
+        Edit(std::size_t from, std::size_t to, std::u16string_view put, Seam goingOn)
             : begin(static_cast<std::uint32_t>(from)),
               end(static_cast<std::uint32_t>(to)),
               text(put.data()),
               length(static_cast<std::uint32_t>(put.size())),
-              apart(keepsApart) {}
+              seam(goingOn) {}
 
         std::uint32_t begin;
         std::uint32_t end;
         const char16_t* text;
         std::uint32_t length;
-        bool apart;
+        Seam seam;
     };
 
     void add(Edit edit) { edits_.push_back(edit); }

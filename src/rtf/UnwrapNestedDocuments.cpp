@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "rtf/BraceScanner.h"
+#include "rtf/DocumentUnwrapper.h"
 #include "rtf/EmbeddedDocuments.h"
 #include "rtf/TextEdits.h"
 
@@ -54,12 +55,22 @@ std::vector<Brace> documentBraces(std::u16string_view text, std::size_t from) {
 
 }  // namespace
 
-void Module1::UnwrapNestedDocuments(std::u16string& psText, const CleanOptions&) {
+void Module1::UnwrapNestedDocuments(std::u16string& psText, const CleanOptions& options) {
     const std::size_t host = findHostDocument(psText);
     if (host == noDocument) return;
+    if (options.tolerant) {
+        DocumentUnwrapper(psText, host).edits().apply(psText);
+        return;
+    }
     TextEdits edits;
     for (const Brace& brace : documentBraces(psText, host + 1)) {
-        edits.cut(brace.index, brace.index + (brace.opens ? openingLength : 1));
+        const std::size_t end = brace.index + (brace.opens ? openingLength : 1);
+        // A blank behind the opening word was its end, and may end the word in front.
+        if (brace.opens && standsAt(psText, end, u" ")) {
+            edits.cutJoining(brace.index, end);
+        } else {
+            edits.cut(brace.index, end);
+        }
     }
     edits.apply(psText);
 }

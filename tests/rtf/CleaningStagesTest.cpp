@@ -197,7 +197,7 @@ TEST(WordsStayApart, WhereARemovalWouldJoinThem) {
         {u"{\\rtf1{\\rtf1\\par} World}", u"{\\rtf1\\par  World}"},
         {u"{\\rtf1{\\rtf1\\fs20}pt}", u"{\\rtf1\\fs20pt}"},
         {u"{\\rtf1{\\rtf1\\par }World}", u"{\\rtf1\\par World}"},
-        {u"{\\rtf1\\b{\\rtf1{\\rtf1 x}}y}", u"{\\rtf1\\b  xy}"},
+        {u"{\\rtf1\\b{\\rtf1{\\rtf1 x}}y}", u"{\\rtf1\\b xy}"},
         {u"{\\rtf1{\\rtf1\\\\par}World}", u"{\\rtf1\\\\parWorld}"},
     };
     check(cases, [](std::u16string& text) { Module1::UnwrapNestedDocuments(text, {}); });

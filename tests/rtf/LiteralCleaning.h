@@ -124,11 +124,13 @@ public:
             if (end == none) break;
             // What joins is known when all is done.
             text.replace(end, 1, 1, seam);
-            text.replace(at, 6, 1, seam);
+            text.replace(at, 6, 1, text[at + 6] == u' ' ? blankSeam : seam);
         }
-        for (std::size_t at; (at = text.find(seam)) != none;) {
-            text.erase(at, text.find_first_not_of(seam, at) - at);
-            if (join(text, at)) text.insert(at, u" ");
+        for (std::size_t at; (at = text.find_first_of(seams)) != none;) {
+            const std::size_t behind = std::min(text.find_first_not_of(seams, at), text.size());
+            const bool blankWas = text[behind - 1] == blankSeam;
+            text.erase(at, behind - at);
+            if (!blankWas && join(text, at)) text.insert(at, u" ");
         }
     }
 
@@ -152,7 +154,9 @@ public:
     }
 
     static constexpr std::size_t none = std::u16string::npos;
-    static constexpr char16_t seam = 0xE000;
+    // What stands for a cut while more are to come; the other one in front of a blank that ended a word.
+    static constexpr char16_t seam = 0xE000, blankSeam = 0xE001;
+    static constexpr std::u16string_view seams = u"\ue000\ue001";
 
 private:
     using Words = std::array<std::u16string, 6>;

@@ -1,0 +1,205 @@
+#include "rtf/DocumentUnwrapper.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "rtf/BraceScanner.h"
+#include "rtf/EmbeddedDocuments.h"
+#include "rtf/RtfScanner.h"
+#include "text/Compare.h"
+
+namespace velmor {
+namespace {
+
+// Words that speak for a whole document, in ascending order.
+constexpr std::u16string_view headerWords[] = {
+    u"adeff",     u"adeflang", u"ansi",    u"ansicpg",   u"deff",      u"deflang",   u"deflangfe", u"gutter",
+    u"landscape", u"mac",      u"margb",   u"margl",     u"margr",     u"margt",     u"paperh",    u"paperw",
+    u"pc",        u"pca",      u"stshfbi", u"stshfdbch", u"stshfhich", u"stshfloch",
+};
+
+constexpr std::int32_t windowsLatin = 1252;
+
+std::int32_t numberOf(std::u16string_view digits) noexcept {
+    const bool negative = digits.substr(0, 1) == u"-";
+    std::int32_t value = 0;
+    for (const char16_t digit : digits.substr(negative)) {
+        if (value > 100000000) break;
+        value = value * 10 + (digit - u'0');
+    }
+    return negative ? -value : value;
+}
+
+// The code page that a word of the header names; 0 for another word.
+std::int32_t pageOf(const ControlWord& word) noexcept {
+    if (word.letters == u"ansicpg") return numberOf(word.number);
+    if (word.letters == u"ansi") return windowsLatin;
+    if (word.letters == u"mac") return 10000;
+    if (word.letters == u"pc") return 437;
+    return word.letters == u"pca" ? 850 : 0;
+}
+
+std::int32_t hexDigit(char16_t unit) noexcept {
+    if (unit >= u'0' && unit <= u'9') return unit - u'0';
+    const int letter = unit | 0x20;
+    return letter >= u'a' && letter <= u'f' ? letter - u'a' + 10 : -1;
+}
+
+// Behind the blank that ends the word, if there is one.
+std::size_t endWithBlank(std::u16string_view text, const ControlWord& word) noexcept {
+    return word.end + standsAt(text, word.end, u" ");
+}
+
+const CodePage* hostPage(std::u16string_view text, std::size_t host) noexcept {
+    std::int32_t page = windowsLatin;
+    for (std::size_t at = hostHeaderStart(text, host); (at = skipWhiteSpace(text, at)) < text.size();) {
+        if (text[at] != u'\\') break;
+        const ControlWord word = readWord(text, at);
+        if (word.letters.empty()) break;
+        if (pageOf(word) != 0) page = pageOf(word);
+        at = word.end;
+    }
+    return findCodePage(page);
+}
+
+}  // namespace
+
+DocumentUnwrapper::DocumentUnwrapper(std::u16string_view text, std::size_t host)
+    : text_(text), host_(host), hostPage_(hostPage(text, host)) {
+    for (std::size_t at = host + 1; at < text_.size();) {
+        const char16_t unit = text_[at];
+        if (unit == u'\\') {
+            at = takeBackslash(at);
+            continue;
+        }
+        if (unit == u'{') {
+            openGroup(at);
+        } else if (unit == u'}') {
+            closeGroup();
+        } else if (skipped_ > 0 && unit != u'\r' && unit != u'\n') {
+            --skipped_;
+        }
+        ++at;
+    }
+}
+
+TextEdits DocumentUnwrapper::edits() {
+    if (!documents_.empty()) {
+        const std::uint32_t firstOpen = documents_.front().number;
+        std::erase_if(changes_, [&](const Change& change) { return change.document >= firstOpen; });
+    }
+    TextEdits edits;
+    for (Change& change : changes_) {
+        if (change.text.empty()) {
+            edits.cut(change.begin, change.end);
+        } else {
+            edits.replaceVal(change.begin, change.end, std::move(change.text));
+        }
+    }
+    return edits;
+}
+
+// Returns where to go on.
+std::size_t DocumentUnwrapper::takeBackslash(std::size_t index) {
+    const ControlWord word = readWord(text_, index);
+    if (word.letters.empty()) {
+        if (standsAt(text_, index, u"\\'")) {
+            takeHex(index);
+            return index + 4;
+        }
+        skipped_ = std::max(skipped_ - 1, 0);
+        return index + 2;
+    }
+    if (word.letters == u"bin") {
+        skipped_ = std::max(skipped_ - 1, 0);
+        return skipEscape(text_, index);
+    }
+    if (!documents_.empty()) takeWord(word);
+    return endWithBlank(text_, word);
+}
+
+// A byte that means something else in the host becomes the character that it means here.
+void DocumentUnwrapper::takeHex(std::size_t index) {
+    if (skipped_ > 0) {
+        --skipped_;
+        return;
+    }
+    if (documents_.empty() || index + 3 >= text_.size()) return;
+    const CodePage* const page = documents_.back().page;
+    const std::int32_t high = hexDigit(text_[index + 2]), low = hexDigit(text_[index + 3]);
+    if (page == nullptr || page == hostPage_ || high < 8 || low < 0) return;
+    const auto byte = static_cast<std::uint8_t>(high * 16 + low);
+    const char16_t meaning = page->meaning(byte);
+    if (hostPage_ != nullptr && hostPage_->meaning(byte) == meaning) return;
+    if (fontHasOwnCharset(groups_.back().font)) return;
+    const std::string number = std::to_string(static_cast<std::int16_t>(meaning));
+    std::u16string text = u"\\u" + std::u16string(number.begin(), number.end());
+    const auto fallback = static_cast<std::size_t>(std::clamp(groups_.back().fallback, 0, 8));
+    text += fallback == 0 ? std::u16string(u" ") : std::u16string(fallback, u'?');
+    changes_.push_back({index, index + 4, documents_.back().number, std::move(text)});
+}
+
+void DocumentUnwrapper::takeWord(const ControlWord& word) {
+    Group& group = groups_.back();
+    if (skipped_ > 0) {
+        --skipped_;
+    } else if (word.letters == u"u") {
+        skipped_ = std::clamp(group.fallback, 0, 255);
+    } else if (word.letters == u"uc") {
+        group.fallback = numberOf(word.number);
+    } else if (word.letters == u"f") {
+        group.font = numberOf(word.number);
+    } else if (documents_.back().depth + 1 == groups_.size()) {
+        takeHeaderWord(word);
+    }
+}
+
+void DocumentUnwrapper::takeHeaderWord(const ControlWord& word) {
+    if (!std::binary_search(std::begin(headerWords), std::end(headerWords), word.letters)) return;
+    if (pageOf(word) != 0) documents_.back().page = findCodePage(pageOf(word));
+    changes_.push_back({word.begin, endWithBlank(text_, word), documents_.back().number, {}});
+}
+
+void DocumentUnwrapper::openGroup(std::size_t index) {
+    skipped_ = 0;
+    const bool document = documentStandsAt(text_, index);
+    groups_.push_back(document ? Group{} : groups_.back());
+    if (!document) return;
+    // The brace stays, and so does its partner: what the document sets ends there.
+    const ControlWord word = readWord(text_, index + 1);
+    documents_.push_back({documentCount_, groups_.size() - 1, findCodePage(windowsLatin)});
+    if (word.letters.size() == 3) {
+        changes_.push_back({word.begin, endWithBlank(text_, word), documentCount_, {}});
+    }
+    ++documentCount_;
+}
+
+void DocumentUnwrapper::closeGroup() {
+    skipped_ = 0;
+    if (groups_.size() > 1) groups_.pop_back();
+    if (!documents_.empty() && documents_.back().depth == groups_.size()) documents_.pop_back();
+}
+
+// Readers decode a font's text by its character set, whatever the document's is.
+bool DocumentUnwrapper::fontHasOwnCharset(std::int32_t font) {
+    if (!std::exchange(charsetsRead_, true)) readFontCharsets();
+    return std::binary_search(fontsWithCharset_.begin(), fontsWithCharset_.end(), font);
+}
+
+void DocumentUnwrapper::readFontCharsets() {
+    const std::size_t table = findText(text_, u"{\\fonttbl", host_, Comparison::binary);
+    if (table == text_.npos) return;
+    const std::size_t end = findGroupEnd(text_, table + 1, true);
+    std::int32_t font = -1;
+    RtfScanner scanner(text_, table, end);
+    while (scanner.nextWord()) {
+        const ControlWord word = readWord(text_, scanner.position());
+        if (word.letters == u"f") font = numberOf(word.number);
+        const bool anyCharset = word.number == u"1" || word.number.empty();
+        if (word.letters == u"fcharset" && !anyCharset) fontsWithCharset_.push_back(font);
+    }
+    std::sort(fontsWithCharset_.begin(), fontsWithCharset_.end());
+}
+
+}  // namespace velmor

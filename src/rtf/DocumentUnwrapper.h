@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "rtf/CodePages.h"
+#include "rtf/ControlWord.h"
+#include "rtf/TextEdits.h"
+
+namespace velmor {
+
+// Tolerant unwrapping: what goes, and what changes, in the documents that lie in a host.
+class DocumentUnwrapper {
+public:
+    // `host` is where the host begins.
+    DocumentUnwrapper(std::u16string_view text, std::size_t host);
+
+    TextEdits edits();
+
+private:
+    struct Change {
+        std::size_t begin;
+        std::size_t end;
+        std::uint32_t document;
+        std::u16string text;
+    };
+
+    struct Document {
+        std::uint32_t number;
+        std::size_t depth;  // of the groups outside
+        const CodePage* page;
+    };
+
+    // What RTF restores behind a group.
+    struct Group {
+        std::int32_t font = -1;
+        std::int32_t fallback = 1;  // units that stand for one \u
+    };
+
+    std::size_t takeBackslash(std::size_t index);
+    void takeHex(std::size_t index);
+    void takeWord(const ControlWord& word);
+    void takeHeaderWord(const ControlWord& word);
+    void setPage(std::int32_t number);
+    void openGroup(std::size_t index);
+    void closeGroup();
+    void readFontCharsets();
+    bool fontHasOwnCharset(std::int32_t font);
+
+    std::u16string_view text_;
+    std::size_t host_;
+    const CodePage* hostPage_;
+    std::vector<Change> changes_;
+    std::vector<Document> documents_;  // the open ones
+    std::vector<Group> groups_{Group{}};
+    std::uint32_t documentCount_ = 0;
+    std::int32_t skipped_ = 0;  // units still to come that stand for a \u
+    bool charsetsRead_ = false;
+    std::vector<std::int32_t> fontsWithCharset_;  // ascending
+};
+
+}  // namespace velmor

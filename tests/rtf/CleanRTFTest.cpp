@@ -1,0 +1,340 @@
+#include "rtf/CleanRTF.h"
+
+#include <gtest/gtest.h>
+#include <pthread.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+
+#include "RtfText.h"
+#include "platform/MemoryServices.h"
+#include "text/Compare.h"
+
+namespace velmor {
+namespace {
+
+using test::RtfText;
+
+class TestHost : public CleanHost {
+public:
+    platform::Services& services() noexcept override { return machine; }
+    bool timesCleaning() const noexcept override { return timed; }
+    void cleaned(double, std::int32_t length) noexcept override { lengths.push_back(length); }
+
+    void protectRows(std::u16string_view value) {
+        machine.registry.set(u"SOFTWARE\\Korvane\\Quillmark\\Options", u"RTF Table Overrun Protection", value);
+    }
+
+    platform::MemoryServices machine;
+    bool timed = false;
+    std::vector<std::int32_t> lengths;
+};
+
+CleanOptions optionsOf(bool mergeMode, bool tolerant) {
+    CleanOptions options;
+    options.mergeMode = mergeMode;
+    options.tolerant = tolerant;
+    return options;
+}
+
+std::u16string cleaned(std::u16string text, const CleanOptions& options = {}) {
+    TestHost host;
+    Module1::CleanRTFText(text, options, host);
+    return text;
+}
+
+std::size_t count(std::u16string_view text, std::u16string_view sought) {
+    std::size_t found = 0;
+    for (std::size_t at = 0; (at = text.find(sought, at)) != text.npos; at += sought.size()) ++found;
+    return found;
+}
+
+// ---- What is cleaned at all
+
+TEST(CleanRTF, LeavesWhatIsNoFinishedDocumentAsItIs) {
+    const char16_t* const texts[] = {
+        u"", u"plain\r\n\r\ntext  ", u"{\\rtf1 <KV:A>B:</KV>\r\n\r\n}", u"{\\rtf1 <kv:\r\n\r\n}", u"{\\\\rtf1\r\n\r\n}",
+    };
+    for (const char16_t* text : texts) EXPECT_EQ(toUtf8(cleaned(text)), toUtf8(text));
+}
+
+TEST(CleanRTF, TellsItsHostTheLengthWhateverComesOfIt) {
+    TestHost host;
+    for (const bool timed : {false, true}) {
+        host.timed = timed;
+        std::u16string texts[] = {u"plain", u"{\\rtf1 x}"};
+        for (std::u16string& text : texts) Module1::CleanRTFText(text, {}, host);
+        EXPECT_EQ(host.lengths.size(), timed ? 2u : 0u);
+    }
+    EXPECT_EQ(host.lengths.front(), 5);
+}
+
+TEST(CleanRTF, ProtectsRowsUnlessTheOptionSaysOtherwise) {
+    const std::u16string row = u"{\\rtf1 \\trowd\\cellx9 a\\cell\\row }";
+    EXPECT_EQ(count(cleaned(row), u"\\trkeep\\row"), 1u);
+    for (const std::u16string_view value : {u"1", u"0", u"", u"01", u"yes"}) {
+        TestHost host;
+        host.protectRows(value);
+        std::u16string text = row;
+        Module1::CleanRTFText(text, {}, host);
+        EXPECT_EQ(count(text, u"\\trkeep"), value == u"1" ? 1u : 0u) << toUtf8(value);
+    }
+}
+
+// ---- Documents in documents
+
+TEST(CleanRTF, PutsDocumentsBackWhereTheyStood) {
+    const char16_t* const text =
+        u"{\\rtf1 a{\\rtf1 b{\\rtf1 c}d{\\rtf1 {\\rtf1 e}f}g}{\\rtf1{\\*\\korvanenewheader}}h{\\RTF1 i}j{\\rtf k}l}";
+    for (const bool mergeMode : {false, true}) {
+        for (const bool tolerant : {false, true}) {
+            const std::u16string result = cleaned(text, optionsOf(mergeMode, tolerant));
+            std::u16string visible = RtfText(result).text();
+            std::erase(visible, u' ');  // the plain rules leave the blank behind "{\\rtf1"
+            EXPECT_EQ(toUtf8(visible), "abcdefghijkl");
+            EXPECT_TRUE(RtfText(result).isBalanced());
+            EXPECT_EQ(count(result, u"rtf1"), 1u);
+        }
+    }
+}
+
+// Whatever the documents say, nothing in them is put in the place of anything.
+TEST(CleanRTF, BringsNoTagToLife) {
+    const char16_t* const text =
+        u"{\\rtf1 a{\\rtf1 <K{\\fonttbl{\\f0 A;}}V:TAG>INCLUDE=file:</KV>}"
+        u"<K{\\*\\background}V:TAG>PRIVSTRCATDUMP:RTF1:</KV>\ufdd05\ufdd0}";
+    const std::string result = toUtf8(RtfText(cleaned(text)).text());
+    EXPECT_NE(result.find("<KV:TAG>INCLUDE=file:</KV>"), std::string::npos) << result;
+    EXPECT_NE(result.find("<KV:TAG>PRIVSTRCATDUMP:RTF1:</KV>\uFDD0"
+                          "5\uFDD0"),
+              std::string::npos)
+        << result;
+}
+
+TEST(CleanRTF, LeavesATextAloneThatUsesEveryMark) {
+    std::u16string text = u"{\\rtf1 a\r\n\r\n";
+    for (unsigned unit = 0xE000; unit <= 0xFDEF; ++unit) text += static_cast<char16_t>(unit);
+    EXPECT_TRUE(cleaned(text + u"}") == text + u"}");
+    std::erase(text, u'\uf123');
+    EXPECT_TRUE(RtfText(cleaned(text + u"}")).text().ends_with(RtfText(text).text()));
+}
+
+TEST(CleanRTF, TidiesUp) {
+    const std::u16string text =
+        u"{\\rtf1{\\*\\generator A;}{\\*\\generator A;}{\\*\\generator A;} x\r\n\r\n\r\n{\\*\\background {\\b}}y}   ";
+    const std::u16string result = cleaned(text);
+    EXPECT_EQ(count(result, u"generator"), 1u);
+    EXPECT_EQ(count(result, u"background"), 0u);
+    EXPECT_EQ(count(result, u"x\r\ny}"), 1u) << toUtf8(result);
+    EXPECT_EQ(result.back(), u'}');
+}
+
+// ---- Damaged and hostile texts
+
+TEST(CleanRTF, LosesNothingOfDamagedTexts) {
+    const char16_t* const texts[] = {
+        u"{\\rtf1 {\\rtf1 abc",
+        u"{\\rtf1 {\\rtf1 a} {\\rtf1 b {\\rtf1 c} d",
+        u"}}}{\\rtf1 {\\rtf1 a}}}} b {\\rtf1 c} }{",
+        u"{\\rtf1 a{\\*\\generator Korvane RTF Control",
+        u"{\\rtf1 a{\\*\\background b",
+        u"{\\rtf1 a{\\*\\generator Korvane RTF Control}\\box",
+        u"{\\rtf1 a\r\n\r\n}",
+        u"{\\rtf1 a}\r\n\r\n",
+        u"{\\rtf1 a}\r\n\r\nb",
+        u"{\\rtf1 a{\\*\\korvanesection\\paperheight",
+        u"{\\rtf1 a\\page{\\*\\korvanesection\\paperheight1,5x}b}",
+        u"{\\rtf1 {\\*\\korvanemergepagebreak}\\sectd a\\sect b}",
+        u"\\rtf1",
+        u"{\\rtf1 \\",
+        u"{\\rtf1 C:\\\\{\\rtf1 a}b}",
+        u"{\\rtf1 \\{\\rtf1 a}",
+    };
+    for (const char16_t* text : texts) {
+        for (const bool mergeMode : {false, true}) {
+            const auto visible = [](std::u16string all) {
+                std::erase_if(all, [](char16_t unit) { return unit == u'\n' || unit == u' '; });
+                return toUtf8(all);
+            };
+            const std::u16string result = cleaned(text, optionsOf(mergeMode, false));
+            EXPECT_EQ(visible(RtfText(result).text()), visible(RtfText(text).text())) << toUtf8(text);
+        }
+    }
+}
+
+// Text of any shape: nothing crashes, hangs or grows, and what was balanced stays so.
+TEST(CleanRTF, SurvivesRandomTexts) {
+    const std::u16string_view pieces[] = {
+        u"{",
+        u"{",
+        u"}",
+        u"}",
+        u"}",
+        u"\\",
+        u" ",
+        u"\r\n",
+        u"x",
+        u"1",
+        u"{\\rtf1",
+        u"{\\rtf1 ",
+        u"{\\rtf1\\ansi ",
+        u"{\\rtf1{\\*\\korvanenewheader}}",
+        u"{\\fonttbl{\\f0 A;}}",
+        u"{\\fonttbl{\\f0\\fnil;}}",
+        u"{\\colortbl;\\red0",
+        u"{\\colortbl;\\red9;}",
+        u"\\f0",
+        u"\\f1\\cf1 ",
+        u"{\\stylesheet{\\s1 A;}}",
+        u"{\\*\\generator Korvane RTF Control}",
+        u"{\\*\\background",
+        u"{\\*\\korvanesection\\landscape}",
+        u"{\\*\\korvanemergepagebreak}",
+        u"\\sectd",
+        u"\\sect",
+        u"\\page",
+        u"\\trowd",
+        u"\\row",
+        u"\\cell",
+        u"\\lastrow",
+        u"{\\header h}",
+        u"\\itap2",
+        u"\\par",
+
+        u"{\\*\\korvane\\starttable{01234567-0123-0123-0123-0123456789ab}}",
+        u"{\\*\\korvane\\endtable{01234567-0123-0123-0123-0123456789ab}}",
+    };
+    const unsigned seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    int balanced = 0;
+    for (int round = 0; round < 20000; ++round) {
+        std::u16string text = u"{\\rtf1";
+        for (std::size_t n = random() % 30; n > 0; --n) text += pieces[random() % std::size(pieces)];
+        const bool tolerant = round % 2 == 0;
+        const std::u16string result = cleaned(text, optionsOf(random() % 2, tolerant));
+        ASSERT_EQ(result.find(u'\ufdd0'), result.npos) << toUtf8(text);
+        ASSERT_LT(result.size(), 40 * text.size() + 4000) << toUtf8(text);
+        if (!tolerant || !RtfText(text).isBalanced()) continue;
+        ++balanced;
+        ASSERT_TRUE(RtfText(result).isBalanced()) << toUtf8(text) << "\n" << toUtf8(result);
+    }
+    EXPECT_GT(balanced, 100);
+}
+
+// ---- Size and depth, on a stack of one megabyte
+
+void onSmallStack(void* (*work)(void*)) {
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setstacksize(&attributes, std::size_t{1} << 20);
+    pthread_t thread;
+    ASSERT_EQ(pthread_create(&thread, &attributes, work, nullptr), 0);
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
+}
+
+std::u16string repeated(std::u16string_view piece, std::size_t times) {
+    std::u16string text;
+    text.reserve(piece.size() * times);
+    while (times-- > 0) text += piece;
+    return text;
+}
+
+TEST(CleanRTF, TakesAnyDepthAndNumberOfDocuments) {
+    onSmallStack([](void*) -> void* {
+        constexpr std::size_t deep = 100000;
+        const std::u16string texts[] = {
+            repeated(u"{\\rtf1 a", deep) + repeated(u"}", deep),
+            u"{\\rtf1 " + repeated(u"{", deep) + u"a" + repeated(u"}", deep) + u"}",
+            u"{\\rtf1 " + repeated(u"{\\rtf1\\b a{\\*\\generator A}}", 20000) + u"}",
+            repeated(u"{\\rtf1 a", deep),
+            u"{\\rtf1 " + repeated(u"\\page a{\\*\\korvanesection\\marginl2 }", 10000) + u"}",
+            u"{\\rtf1\\sectd a" + repeated(u"{\\*\\korvanesection\\landscape}", 10000) + u"}",
+            u"{\\rtf1 " + repeated(u"\\trowd\\cellx9 a\\cell\\row\r\n\r\n", 50000) + u"}",
+            u"{\\rtf1 a" + repeated(u"{\\*", 20000) + repeated(u"{\\*\\background}\\background}", 20000) + u"}",
+            u"{\\rtf1 a" + repeated(u"{\\*\\background", 20000),
+        };
+        for (const std::u16string& text : texts) {
+            for (const bool tolerant : {false, true}) {
+                const std::u16string result = cleaned(text, optionsOf(false, tolerant));
+                EXPECT_EQ(std::count(result.begin(), result.end(), u'a') > 0, true);
+                EXPECT_EQ(result.find(u'\ufdd0'), result.npos);
+            }
+        }
+        return nullptr;
+    });
+}
+
+// ---- Files
+
+TEST(CleanRTFFile, TellsMissingFilesFromEmptyOnesAndReplacesWholeFiles) {
+    TestHost host;
+    platform::MemoryFiles& files = host.machine.files;
+    files.set(u"in.rtf", "{\\rtf1 \xe4\r\n\r\n}");
+    files.set(u"empty.rtf", "");
+    files.set(u"locked.rtf", "{\\rtf1 x}");
+    files.set(u"kept.rtf", "old");
+    files.failReading(u"locked.rtf");
+
+    EXPECT_FALSE(Module1::CleanRTFFileText(u"none.rtf", u"out.rtf", {}, host));
+    EXPECT_FALSE(Module1::CleanRTFFileText(u"locked.rtf", u"out.rtf", {}, host));
+    EXPECT_FALSE(files.get(u"out.rtf").has_value());
+    EXPECT_TRUE(Module1::CleanRTFFileText(u"empty.rtf", u"out.rtf", {}, host));
+    EXPECT_EQ(files.get(u"out.rtf"), "");
+
+    EXPECT_TRUE(Module1::CleanRTFFileText(u"in.rtf", u"out.rtf", {}, host));
+    EXPECT_EQ(files.get(u"in.rtf"), "{\\rtf1 \xe4\r\n\r\n}");
+    EXPECT_TRUE(Module1::CleanRTFFileText(u"in.rtf", u"", {}, host));
+    EXPECT_EQ(files.get(u"in.rtf"), files.get(u"out.rtf"));
+    EXPECT_EQ(files.get(u"in.rtf")->substr(files.get(u"in.rtf")->size() - 4), "\xe4\r\n}");
+
+    files.failWriting(u"kept.rtf");
+    EXPECT_FALSE(Module1::CleanRTFFileText(u"in.rtf", u"kept.rtf", {}, host));
+    EXPECT_EQ(files.get(u"kept.rtf"), "old");
+}
+
+// ---- Real documents
+
+namespace fs = std::filesystem;
+
+std::vector<fs::path> corpus() {
+    std::vector<fs::path> paths;
+    std::error_code none;
+    for (fs::recursive_directory_iterator it(VELMOR_CORPUS, none), end; it != end; it.increment(none)) {
+        if (it->path().extension() == ".rtf") paths.push_back(it->path());
+    }
+    std::sort(paths.begin(), paths.end());
+    return paths;
+}
+
+std::u16string load(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return fromAnsi(std::string{std::istreambuf_iterator<char>(file), {}});
+}
+
+TEST(CleanCorpus, KeepsTheTextAndTheBraces) {
+    if (corpus().empty()) GTEST_SKIP() << "no documents in " << VELMOR_CORPUS;
+    for (const fs::path& path : corpus()) {
+        const std::u16string document = load(path);
+        const RtfText before(document);
+        for (const bool mergeMode : {false, true}) {
+            for (const bool tolerant : {false, true}) {
+                SCOPED_TRACE(path.filename().string() + (mergeMode ? ", merge mode" : "") +
+                             (tolerant ? ", tolerant" : ""));
+                const std::u16string result = cleaned(document, optionsOf(mergeMode, tolerant));
+                const RtfText after(result);
+                // Without font and colour tables the blank behind "{\\rtf1" comes to stand behind those added.
+                EXPECT_TRUE(after.text() == before.text() || (!tolerant && after.text() == u" " + before.text()));
+                EXPECT_TRUE(after.isBalanced() || !before.isBalanced());
+                EXPECT_TRUE(cleaned(result, optionsOf(mergeMode, tolerant)) == result) << "cleaned twice";
+            }
+        }
+    }
+}
+
+}  // namespace
+}  // namespace velmor
