@@ -82,6 +82,14 @@ public:
     bool ProtectRTF() const;
     void ProtectRTF(bool pbProtect);
 
+    // See rtf/CleanRTF.h. CleanRTF cleans in place, CleanRTFByVal a copy, CleanRTFFile a file. The
+    // property "kvTag.RTF Tolerant" (false when absent) chooses tolerant cleaning.
+    bool CleanRTFFile(std::u16string_view psFileName, std::u16string_view psSaveFileName = {});
+    bool CleanRTFMergeMode() const { return cleanMergeMode_; }
+    void CleanRTFMergeMode(bool pbMergeMode) { cleanMergeMode_ = pbMergeMode; }
+    void CleanRTF(std::u16string& psRTF);
+    std::u16string CleanRTFByVal(std::u16string psRTF);
+
     std::shared_ptr<kvTag> NewTag();
     std::u16string ProcessValue(std::u16string_view psValue);
     std::u16string ProcessName(std::u16string_view psName);
@@ -160,6 +168,7 @@ private:
     bool resultGenerated_ = false;
     bool answering_ = false;  // the evaluation of this tag is running
     bool isChild_ = false;
+    bool cleanMergeMode_ = false;
 };
 
 }  // namespace velmor

@@ -75,6 +75,22 @@ const DispatchTable<kvTag>& members() {
         {u"ProtectRTF", MemberKind::get, 0, 0, [](kvTag& self, Arguments&) -> Variant { return self.ProtectRTF(); }},
         {u"ProtectRTF", MemberKind::let, 0, 0,
          [](kvTag& self, Arguments& args) -> Variant { return self.ProtectRTF(args.boolean(0)), nothing(); }},
+        {u"CleanRTFFile", MemberKind::method, 1, 2,
+         [](kvTag& self, Arguments& args) -> Variant { return self.CleanRTFFile(args.text(0), args.textOr(1, {})); }},
+        {u"CleanRTFMergeMode", MemberKind::get, 0, 0,
+         [](kvTag& self, Arguments&) -> Variant { return self.CleanRTFMergeMode(); }},
+        {u"CleanRTFMergeMode", MemberKind::let, 0, 0,
+         [](kvTag& self, Arguments& args) -> Variant { return self.CleanRTFMergeMode(args.boolean(0)), nothing(); }},
+        {u"CleanRTF", MemberKind::method, 1, 1,
+         [](kvTag& self, Arguments& args) -> Variant {
+             std::u16string text = args.text(0);
+             args.setText(0, {});  // so that a large document is held once
+             self.CleanRTF(text);
+             args.setText(0, std::move(text));
+             return nothing();
+         }},
+        {u"CleanRTFByVal", MemberKind::method, 1, 1,
+         [](kvTag& self, Arguments& args) -> Variant { return self.CleanRTFByVal(args.text(0)); }},
         {u"NewTag", MemberKind::method, 0, 0,
          [](kvTag& self, Arguments&) -> Variant { return ObjectRef(self.NewTag()); }},
         {u"ProcessValue", MemberKind::method, 1, 1,

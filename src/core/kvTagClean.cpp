@@ -1,0 +1,60 @@
+// kvTag: cleaning RTF.
+
+#include <utility>
+
+#include "core/TimingLog.h"
+#include "core/kvTag.h"
+#include "rtf/CleanRTF.h"
+
+namespace velmor {
+namespace {
+
+class TagCleanHost final : public CleanHost {
+public:
+    explicit TagCleanHost(platform::Services& services) noexcept : services_(services) {}
+
+    platform::Services& services() noexcept override { return services_; }
+    bool timesCleaning() const noexcept override { return TimingLog::isOn(LogType::cleaning); }
+    void cleaned(double seconds, std::int32_t length) noexcept override {
+        const std::string digits = std::to_string(length);
+        TimingLog::write(services_, LogType::cleaning, seconds, std::u16string(digits.begin(), digits.end()));
+    }
+
+private:
+    platform::Services& services_;
+};
+
+// A host's own collection may fail; then cleaning is plain.
+bool asksForTolerance(kvTag& tag) noexcept {
+    try {
+        return tag.Properties().truth(u"kvTag.RTF Tolerant", false);
+    } catch (...) {
+        return false;
+    }
+}
+
+CleanOptions optionsOf(kvTag& tag) noexcept {
+    CleanOptions options;
+    options.mergeMode = tag.CleanRTFMergeMode();
+    options.tolerant = asksForTolerance(tag);
+    return options;
+}
+
+}  // namespace
+
+bool kvTag::CleanRTFFile(std::u16string_view psFileName, std::u16string_view psSaveFileName) {
+    TagCleanHost host(services_);
+    return Module1::CleanRTFFileText(psFileName, psSaveFileName, optionsOf(*this), host);
+}
+
+void kvTag::CleanRTF(std::u16string& psRTF) {
+    TagCleanHost host(services_);
+    Module1::CleanRTFText(psRTF, optionsOf(*this), host);
+}
+
+std::u16string kvTag::CleanRTFByVal(std::u16string psRTF) {
+    CleanRTF(psRTF);
+    return psRTF;
+}
+
+}  // namespace velmor

@@ -1,0 +1,68 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <thread>
+
+#include "automation/Convert.h"
+#include "core/kvTag.h"
+#include "platform/MemoryServices.h"
+
+namespace velmor {
+namespace {
+
+using automation::InvokeKind;
+using automation::Variant;
+
+class Cleaning : public testing::Test {
+protected:
+    platform::MemoryServices machine;
+};
+
+const char16_t* const document = u"{\\rtf1 a\r\n\r\n{\\*\\korvanemergepagebreak}b}";
+
+TEST_F(Cleaning, WorksInPlaceAsACopyAndByName) {
+    const auto tag = std::make_shared<kvTag>(machine);
+    const std::u16string copy = tag->CleanRTFByVal(document);
+    std::u16string text = document;
+    tag->CleanRTF(text);
+    EXPECT_EQ(text, copy);
+    EXPECT_EQ(copy.find(u"\r\n\r\n"), copy.npos);
+    EXPECT_NE(copy.find(u"{\\*\\korvanemergepagebreak}"), copy.npos);
+
+    Variant argument(document);
+    EXPECT_EQ(automation::toText(tag->invoke(u"cleanrtfbyval", InvokeKind::method, {&argument, 1})), copy);
+    tag->invoke(u"CleanRTF", InvokeKind::method, {&argument, 1});
+    EXPECT_EQ(automation::toText(argument), copy);
+}
+
+TEST_F(Cleaning, TakesTheMergeModeOfTheTag) {
+    const auto tag = std::make_shared<kvTag>(machine);
+    EXPECT_FALSE(tag->CleanRTFMergeMode());
+    Variant on(true);
+    tag->invoke(u"CleanRTFMergeMode", InvokeKind::let, {&on, 1});
+    EXPECT_TRUE(tag->CleanRTFMergeMode());
+    EXPECT_NE(tag->CleanRTFByVal(document).find(u"\\sect\\pgwsxn0"), std::u16string::npos);
+    tag->Properties().put(u"kvTag.RTF Tolerant", Variant(u"yes"));
+    EXPECT_NE(tag->CleanRTFByVal(document).find(u"\\sect\\pgwsxn12240"), std::u16string::npos);
+}
+
+TEST_F(Cleaning, WritesALineForEveryTextAndEveryFile) {
+    machine.registry.set(u"SOFTWARE\\Korvane\\Quillmark\\Options", u"Logging Types", u"8");
+    machine.files.set(u"in.rtf", "{\\rtf1 a}");
+    std::thread([&] {
+        const auto tag = std::make_shared<kvTag>(machine);
+        tag->CleanRTFByVal(u"no RTF");
+        EXPECT_TRUE(tag->CleanRTFFile(u"in.rtf", u"out.rtf"));
+        EXPECT_FALSE(tag->CleanRTFFile(u"none.rtf"));
+    }).join();
+    std::string log;
+    for (const std::u16string& path : machine.files.paths()) {
+        if (path.ends_with(u".log")) log = machine.files.get(path).value_or("");
+    }
+    EXPECT_NE(log.find(" CLNRTF 0000.000 6\r\n"), std::string::npos) << log;
+    EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 2) << log;
+    EXPECT_TRUE(machine.files.get(u"out.rtf").has_value());
+}
+
+}  // namespace
+}  // namespace velmor
