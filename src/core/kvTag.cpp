@@ -6,6 +6,7 @@
 #include "core/TagList.h"
 #include "core/TimingLog.h"
 #include "core/kvTags.h"
+#include "direct/kvDirectTag.h"
 #include "handlers/ITag4.h"
 #include "properties/privProperties.h"
 #include "rtf/ProtectRTF.h"
@@ -34,7 +35,9 @@ kvTag::kvTag(platform::Services& services)
     TimingLog::readSettings(services);
 }
 
-kvTag::~kvTag() = default;
+kvTag::~kvTag() {
+    releaseDirect();
+}
 
 bool kvTag::isChild() const {
     return isChild_;
@@ -78,6 +81,7 @@ void kvTag::becomeChild(std::shared_ptr<const TagContext> context) {
 void kvTag::releaseShared() {
     if (tags_) tags_->cleanUp();
     tags_.reset();
+    releaseDirect();
     elements_.reset();
     const bool protect = context_->protectRtf;
     context_ = std::make_shared<TagContext>();
@@ -116,6 +120,24 @@ void kvTag::ProtectRTF(bool pbProtect) {
     if (context_->protectRtf != pbProtect) ownContext().protectRtf = pbProtect;
 }
 
+std::shared_ptr<kvDirectTag> kvTag::Direct() {
+    if (!direct_) {
+        // The tag's own lifetime, seen as that of what Direct needs of it.
+        const std::shared_ptr<DirectOwner> self(shared_from_this(), this);
+        direct_ = std::make_shared<kvDirectTag>(self);
+    }
+    return direct_;
+}
+
+void kvTag::releaseDirect() noexcept {
+    if (direct_) direct_->cleanUp();
+    direct_.reset();
+}
+
+std::u16string kvTag::directElement(std::u16string_view psName) {
+    return GetProcessedElementsValue(psName, Variant(std::int32_t{0}));
+}
+
 std::shared_ptr<privProperties> kvTag::privateVariables() {
     return ensure(&TagContext::privateVariables);
 }
@@ -150,6 +172,7 @@ void kvTag::Dispose(bool pbDisposeProperties) {
     context.variables = {};
     context.errorLog.reset();
     context.database.reset();
+    releaseDirect();
     elements_.reset();
     if (tags_) tags_->cleanUp();
     tags_.reset();

@@ -9,12 +9,14 @@
 #include "automation/Variant.h"
 #include "core/Collection.h"
 #include "core/TagContext.h"
+#include "direct/DirectOwner.h"
 #include "platform/Services.h"
 #include "text/ResultSource.h"
 
 namespace velmor {
 
 class Evaluation;
+class kvDirectTag;
 class kvTags;
 class privProperties;
 class privStrCat;
@@ -34,7 +36,7 @@ struct HandlerAddress;
 //
 // No member raises: a tag that fails gives what it had produced so far, and an entry in ErrorLog.
 // Always held by shared_ptr (make_shared). One thread at a time.
-class kvTag final : public automation::Object, public ResultSource {
+class kvTag final : public automation::Object, public ResultSource, public DirectOwner {
 public:
     explicit kvTag(platform::Services& services);
     ~kvTag() override;
@@ -97,6 +99,9 @@ public:
     // Null before the first build.
     std::shared_ptr<kvTags> Tags() const;
 
+    // Created on first read. It does not keep the tag alive, and does nothing once the tag is gone.
+    std::shared_ptr<kvDirectTag> Direct();
+
     void LogError(std::u16string_view psTagHandler, std::u16string_view psError, std::int32_t& plErrorNumber,
                   std::u16string_view psTagData = {}, std::u16string_view psErrorData = {});
     void LogError(std::u16string_view psTagHandler, std::u16string_view psError);
@@ -118,6 +123,14 @@ public:
     const privStrCat& resultBuilder() override;
     std::u16string result() override { return Result(); }
 
+    // --- direct/DirectOwner.h ---
+
+    platform::Services& directServices() const override { return services_; }
+    automation::ObjectRef directProperties() override { return Properties().object(); }
+    automation::ObjectRef directDatabase() override { return Database(); }
+    std::shared_ptr<privProperties> directErrorLog() override { return ErrorLog(); }
+    std::u16string directElement(std::u16string_view psName) override;
+
     // --- for the engine's other rooms ---
 
     // Result without a copy; stays as it is when the tag goes on to another value.
@@ -136,6 +149,7 @@ private:
     void adoptOutcome(TextRef value, std::shared_ptr<kvTags> tags, TextRef result);
     // Lets go what it shares with its parent, its own tags first.
     void releaseShared();
+    void releaseDirect() noexcept;
 
     TagContext& ownContext();                           // for changes: a copy when others hold the same one
     std::shared_ptr<const TagContext> sharedContext();  // for children: every collection is there
@@ -160,6 +174,7 @@ private:
     std::shared_ptr<kvTags> tags_;
     std::shared_ptr<TagContext> context_;
     std::shared_ptr<privProperties> elements_;
+    std::shared_ptr<kvDirectTag> direct_;
     TextRef result_;
     std::unique_ptr<privStrCat> resultBuilder_;
     const Evaluation* evaluation_ = nullptr;  // while it runs

@@ -3,6 +3,7 @@
 #include "automation/DispatchTable.h"
 #include "core/kvTag.h"
 #include "core/kvTags.h"
+#include "direct/kvDirectTag.h"
 #include "properties/privProperties.h"
 
 namespace velmor {
@@ -98,6 +99,7 @@ const DispatchTable<kvTag>& members() {
         {u"ProcessName", MemberKind::method, 1, 1,
          [](kvTag& self, Arguments& args) -> Variant { return self.ProcessName(args.text(0)); }},
         {u"Tags", MemberKind::get, 0, 0, [](kvTag& self, Arguments&) -> Variant { return ObjectRef(self.Tags()); }},
+        {u"Direct", MemberKind::get, 0, 0, [](kvTag& self, Arguments&) -> Variant { return ObjectRef(self.Direct()); }},
         {u"LogError", MemberKind::method, 2, 5,
          [](kvTag& self, Arguments& args) -> Variant {
              std::int32_t number = args.longOr(2, 0);
