@@ -5,6 +5,7 @@
 #include <tuple>
 #include <vector>
 
+#include "rtf/BraceScanner.h"
 #include "rtf/ColourTable.h"
 #include "rtf/EmbeddedDocuments.h"
 #include "rtf/FontTable.h"
@@ -18,9 +19,14 @@
 namespace velmor {
 namespace {
 
+struct Table {
+    TextRange group;  // its own
+    TextRange place;  // what is taken out with it
+};
+
 // The tables of one document, as it is.
 struct DocumentTables {
-    std::optional<TextRange> fonts, colours, styles, lists, overrides;
+    std::optional<Table> fonts, colours, styles, lists, overrides;
 };
 
 class TableMerge {
@@ -46,11 +52,12 @@ private:
     };
 
     void findTables(std::u16string_view text, GroupSet groups);
-    std::optional<TextRange> findStarred(std::u16string_view text, std::u16string_view starred,
-                                         std::u16string_view plain) const;
+    std::optional<Table> find(std::u16string_view text, std::u16string_view opening) const;
+    std::optional<Table> findStarred(std::u16string_view text, std::u16string_view starred,
+                                     std::u16string_view plain) const;
     void dropOverlapping();
     void readTables(std::u16string_view text, bool host);
-    std::u16string swept(std::u16string_view text, TextRange range, const References& references);
+    std::u16string swept(std::u16string_view text, const Table& table, const References& references);
     void mergeStylesAndLists(std::u16string_view text);
     void takeOut();
     void placeInHost(std::size_t header);
@@ -75,12 +82,23 @@ private:
     TextEdits edits_;
 };
 
-std::u16string_view part(std::u16string_view text, TextRange range) {
-    return text.substr(range.begin, range.end - range.begin);
+std::u16string_view part(std::u16string_view text, const Table& table) {
+    return text.substr(table.group.begin, table.group.end - table.group.begin);
 }
 
-bool overlap(const std::optional<TextRange>& one, const std::optional<TextRange>& other) {
-    return one && other && one->begin < other->end && other->begin < one->end;
+bool overlap(const std::optional<Table>& one, const std::optional<Table>& other) {
+    return one && other && one->place.begin < other->place.end && other->place.begin < one->place.end;
+}
+
+// A table may come in two forms, {\upr{\fonttbl...}{\*\ud{\fonttbl...}}}, for readers without
+// Unicode and with it. The group that holds both goes with the first.
+TextRange placeOf(std::u16string_view text, TextRange table, bool tolerant) {
+    constexpr std::u16string_view pair = u"{\\upr";
+    std::size_t begin = table.begin;
+    while (begin > 0 && isWhiteSpace(text[begin - 1])) --begin;
+    if (begin < pair.size() || !standsAt(text, begin - pair.size(), pair)) return table;
+    const std::size_t end = findGroupEnd(text, begin, tolerant);
+    return end == noGroupEnd ? table : TextRange{begin - pair.size(), end + 1};
 }
 
 // The \deff among the words that a document's header begins with.
@@ -94,17 +112,25 @@ std::optional<ControlWord> findDefaultFont(std::u16string_view text, std::size_t
     return std::nullopt;
 }
 
-std::optional<TextRange> TableMerge::findStarred(std::u16string_view text, std::u16string_view starred,
-                                                 std::u16string_view plain) const {
-    const auto table = findTableGroup(text, starred, options_.tolerant);
-    return table ? table : findTableGroup(text, plain, options_.tolerant);
+std::optional<Table> TableMerge::find(std::u16string_view text, std::u16string_view opening) const {
+    const auto group = findTableGroup(text, opening, options_.tolerant);
+    if (!group) return std::nullopt;
+    return Table{*group, placeOf(text, *group, options_.tolerant)};
+}
+
+std::optional<Table> TableMerge::findStarred(std::u16string_view text, std::u16string_view starred,
+                                             std::u16string_view plain) const {
+    const auto table = find(text, starred);
+    return table ? table : find(text, plain);
 }
 
 void TableMerge::findTables(std::u16string_view text, GroupSet groups) {
     tables_ = {};
-    if (groups.has(Group::fontTable)) tables_.fonts = findTableGroup(text, u"{\\fonttbl", options_.tolerant);
-    if (groups.has(Group::colourTable)) tables_.colours = ColourTable::find(text);
-    if (groups.has(Group::styleSheet)) tables_.styles = findTableGroup(text, u"{\\stylesheet", options_.tolerant);
+    if (groups.has(Group::fontTable)) tables_.fonts = find(text, u"{\\fonttbl");
+    if (groups.has(Group::colourTable)) {
+        if (const auto colours = ColourTable::find(text)) tables_.colours = Table{*colours, *colours};
+    }
+    if (groups.has(Group::styleSheet)) tables_.styles = find(text, u"{\\stylesheet");
     if (groups.has(Group::listTable)) tables_.lists = findStarred(text, u"{\\*\\listtable", u"{\\listtable");
     if (groups.has(Group::listOverrideTable)) {
         tables_.overrides = findStarred(text, u"{\\*\\listoverridetable", u"{\\listoverridetable");
@@ -114,17 +140,17 @@ void TableMerge::findTables(std::u16string_view text, GroupSet groups) {
 
 // A table that lies in another one, or crosses it, is no table of its own.
 void TableMerge::dropOverlapping() {
-    std::optional<TextRange>* const all[] = {&tables_.fonts, &tables_.colours, &tables_.styles, &tables_.lists,
-                                             &tables_.overrides};
+    std::optional<Table>* const all[] = {&tables_.fonts, &tables_.colours, &tables_.styles, &tables_.lists,
+                                         &tables_.overrides};
     for (std::size_t i = 1; i < std::size(all); ++i) {
         const auto crosses = [&](const auto* other) { return overlap(*all[i], *other); };
         if (std::any_of(all, all + i, crosses)) all[i]->reset();
     }
 }
 
-// A part of the text with its references renumbered.
-std::u16string TableMerge::swept(std::u16string_view text, TextRange range, const References& references) {
-    std::u16string result(part(text, range));
+// A table of the text with its references renumbered.
+std::u16string TableMerge::swept(std::u16string_view text, const Table& table, const References& references) {
+    std::u16string result(part(text, table));
     sweep_.begin(result, references, edits_);
     sweep_.sweep(0, result.size());
     edits_.apply(result);
@@ -167,7 +193,7 @@ void TableMerge::mergeStylesAndLists(std::u16string_view text) {
 void TableMerge::takeOut() {
     changes_.clear();
     for (const auto& table : {tables_.fonts, tables_.colours, tables_.styles, tables_.lists, tables_.overrides}) {
-        if (table) changes_.push_back({*table, {}});
+        if (table) changes_.push_back({table->place, {}});
     }
 }
 
@@ -175,8 +201,8 @@ void TableMerge::takeOut() {
 // the tables that it may refer to. One that is never stored returns as nothing.
 void TableMerge::placeInHost(std::size_t header) {
     changes_.clear();
-    const auto place = [&](const std::optional<TextRange>& table, std::size_t otherwise, SharedTable shared) {
-        const TextRange range = table.value_or(TextRange{otherwise, otherwise});
+    const auto place = [&](const std::optional<Table>& table, std::size_t otherwise, SharedTable shared) {
+        const TextRange range = table ? table->place : TextRange{otherwise, otherwise};
         changes_.push_back({range, collection_.placeholder(shared)});
         return range.end;
     };

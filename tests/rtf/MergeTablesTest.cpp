@@ -154,6 +154,11 @@ TEST(MergeTables, BadTablesLoseNothing) {
     }
 }
 
+TEST(MergeTables, BothFormsOfATableGo) {
+    EXPECT_EQ(narrow(merged(u"{\\rtf1{\\upr\r\n{\\fonttbl{\\f3 A;}}{\\*\\ud{\\fonttbl{\\f3 A;}}}}\\f3 x}")),
+              narrow(u"{\\rtf1" + defaultColours + u"{\\fonttbl\r\n{\\f0 A;}}\\f0 x}"));
+}
+
 // ---- Against the steps
 
 class RandomDocument {
