@@ -72,6 +72,12 @@ std::string difference(const Document& document, const std::u16string& text, int
     return {};
 }
 
+std::string read(const std::u16string& text, int part) {
+    std::string result;
+    for (const auto& unit : FormattingReader::read(text, part, false)) result += static_cast<char>(unit.unit);
+    return result;
+}
+
 TEST(MergeCorpus, EachPartKeepsItsFontsColoursListsAndStyles) {
     const std::vector<Document> all = documents();
     if (all.empty()) GTEST_SKIP() << "no documents in " << VELMOR_CORPUS;
@@ -79,13 +85,16 @@ TEST(MergeCorpus, EachPartKeepsItsFontsColoursListsAndStyles) {
     for (std::size_t i = 0; i < all.size(); ++i) {
         const Document& host = all[i];
         const Document& lifted = all[(i * 7 + 3) % all.size()];
-        std::u16string text = host.text;
-        text.insert(text.size() - 1, lifted.text + all[i].text);
-        text = test::merged(text, true);
+        std::u16string source = host.text;
+        source.insert(source.size() - 1, lifted.text + host.text);
+        for (const int part : {0, 1, 2}) {
+            EXPECT_EQ(read(test::merged(source), part), read(source, part)) << host.name << ' ' << lifted.name;
+        }
+        const std::u16string text = test::merged(source, true);
         EXPECT_TRUE(isBalanced(text)) << host.name;
         EXPECT_EQ(difference(host, text, 0), "") << "host of " << lifted.name;
         EXPECT_EQ(difference(lifted, text, 1), "") << "in " << host.name;
-        EXPECT_EQ(difference(all[i], text, 2), "") << "in itself";
+        EXPECT_EQ(difference(host, text, 2), "") << "in itself";
     }
 }
 
