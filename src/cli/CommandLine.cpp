@@ -17,7 +17,8 @@ Exit codes: 0 done, 1 wrong command line, 2 cannot read or write (no output was 
 Examples:
   velmor eval invoice.rtf -o out.rtf --properties invoice.properties
   echo 'Dear <KV:TAG>PROPERTY:name=all:</KV>' | velmor eval --property name=Zoe
-  velmor tags --json invoice.rtf)";
+  velmor tags --json invoice.rtf
+  velmor props invoice.properties)";
 
 constexpr const char* evalFooter = R"(
 Files that the template includes are looked for beside the template unless --include-path or the
@@ -35,10 +36,18 @@ Examples:
   velmor tags letter.rtf
   velmor tags --json letter.rtf | jq '.tags[].handler')";
 
+constexpr const char* propsFooter = R"(
+The password is the first line of its file, as UTF-8. Attributes are marked @, child properties +.
+
+Examples:
+  velmor props invoice.properties
+  velmor props --json secret.kvp --password-file password.txt | jq '.properties[].name')";
+
 // What CLI11 fills; the parts that are not UTF-16 yet.
 struct Raw {
     EvalOptions eval;
     TagsOptions tags;
+    PropsOptions props;
     std::string includePath, registry, encoding;
     std::vector<std::string> handlers;
 };
@@ -58,6 +67,11 @@ void addEncoding(CLI::App& command, std::string& encoding) {
         ->check(CLI::Validator(checkEncoding, ""));
 }
 
+CLI::Option* addPasswordFile(CLI::App& command, std::string& name) {
+    return command.add_option("--password-file", name, "Decipher the property file with this file's first line")
+        ->type_name("FILE");
+}
+
 TextEncoding encodingOf(const std::string& name) {
     return name == "utf-8" ? TextEncoding::utf8 : TextEncoding::ansi;
 }
@@ -74,6 +88,7 @@ CLI::App* addEval(CLI::App& app, Raw& raw) {
         ->check(CLI::Validator(checkAssignment, ""));
     command->add_option("--properties", raw.eval.propertyFile, "Read properties from this property file")
         ->type_name("FILE");
+    addPasswordFile(*command, raw.eval.passwordFile)->needs("--properties");
     command->add_option("--include-path", raw.includePath, "Where included files are (the property \"Path\")")
         ->type_name("DIR");
     addEncoding(*command, raw.encoding);
@@ -97,6 +112,16 @@ CLI::App* addTags(CLI::App& app, Raw& raw) {
     return command;
 }
 
+CLI::App* addProps(CLI::App& app, Raw& raw) {
+    CLI::App* command = app.add_subcommand("props", "List a property file");
+    command->add_option("FILE", raw.props.file.name, "The property file; -: standard input")->type_name("")->required();
+    addPasswordFile(*command, raw.props.file.passwordFile);
+    command->add_flag("--json", raw.props.json, "As JSON");
+    addEncoding(*command, raw.encoding);
+    command->footer(propsFooter);
+    return command;
+}
+
 void requireUnicode(const std::vector<std::string>& arguments) {
     for (const auto& argument : arguments) {
         if (toUtf8(fromUtf8(argument)) != argument) throw Failure(exitUsage, "an argument is not UTF-8: " + argument);
@@ -114,8 +139,8 @@ void answer(const CLI::App& app, const CLI::ParseError& outcome) {
     std::string what = outcome.what();
     if (app.get_subcommands().empty()) {
         const auto unknown = app.remaining();
-        what =
-            unknown.empty() ? "no command; there are eval and tags" : "there is no command '" + unknown.front() + "'";
+        what = unknown.empty() ? "no command; there are eval, tags and props"
+                               : "there is no command '" + unknown.front() + "'";
     }
     throw Failure(exitUsage, what + " (velmor --help says more)");
 }
@@ -132,16 +157,21 @@ std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& argu
     Raw raw;
     const CLI::App* eval = addEval(app, raw);
     addTags(app, raw);
+    const CLI::App* props = addProps(app, raw);
     try {
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::ParseError& outcome) {
         answer(app, outcome);
         return std::nullopt;
     }
-    raw.eval.encoding = raw.tags.encoding = encodingOf(raw.encoding);
+    raw.eval.encoding = raw.tags.encoding = raw.props.file.encoding = encodingOf(raw.encoding);
     CommandLine result;
     if (!eval->parsed()) {
-        result.command = raw.tags;
+        if (props->parsed()) {
+            result.command = raw.props;
+        } else {
+            result.command = raw.tags;
+        }
         return result;
     }
     if (eval->count("--include-path") > 0) raw.eval.includePath = raw.includePath;

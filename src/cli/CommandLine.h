@@ -6,13 +6,14 @@
 #include <vector>
 
 #include "cli/EvalCommand.h"
+#include "cli/PropsCommand.h"
 #include "cli/TagsCommand.h"
 #include "platform/SystemServices.h"
 
 namespace velmor::cli {
 
 struct CommandLine {
-    std::variant<EvalOptions, TagsOptions> command;
+    std::variant<EvalOptions, TagsOptions, PropsOptions> command;
     platform::SystemOptions system;
 };
 

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "cli/Failure.h"
+#include "cli/PropertyFile.h"
 #include "cli/Streams.h"
 #include "cli/TemplateFolders.h"
 #include "core/kvTag.h"
@@ -12,19 +12,6 @@
 
 namespace velmor::cli {
 namespace {
-
-// White space behind the last entry would be an entry of its own.
-std::u16string_view withoutTrailingBlanks(std::u16string_view text) {
-    const auto last = text.find_last_not_of(u" \t\r\n");
-    const bool entryEnds = last != text.npos && text[last] == u':';
-    return entryEnds || last == text.npos ? text.substr(0, last + 1) : text;
-}
-
-void readProperties(privProperties& into, const platform::Files& files, const std::string& name,
-                    TextEncoding encoding) {
-    const std::u16string text = decodeText(readAll(files, name), encoding, inputName(name));
-    into.Build(withoutTrailingBlanks(text));
-}
 
 void setProperty(privProperties& properties, const std::string& assignment) {
     const auto equals = assignment.find('=');
@@ -67,7 +54,7 @@ ExitCode runEval(platform::Services& services, const EvalOptions& options) {
     const auto tag = std::make_shared<kvTag>(here);
     const auto properties = tag->Properties().own();
     if (!options.propertyFile.empty()) {
-        readProperties(*properties, services.files, options.propertyFile, options.encoding);
+        readPropertyFile(*properties, services.files, {options.propertyFile, options.passwordFile, options.encoding});
     }
     for (const auto& assignment : options.properties) setProperty(*properties, assignment);
     if (options.includePath) properties->AddStr(u"Path", fromUtf8(*options.includePath), true);

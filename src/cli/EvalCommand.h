@@ -15,6 +15,7 @@ struct EvalOptions {
     std::string output;  // empty or "-": standard output
     TextEncoding encoding = TextEncoding::ansi;
     std::string propertyFile;                // in the text form of a property collection; empty: none
+    std::string passwordFile;                // of the property file; empty: none
     std::vector<std::string> properties;     // "name=value": texts, which replace those of the file
     std::optional<std::string> includePath;  // the property "Path", which replaces either
 };

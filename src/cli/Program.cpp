@@ -16,6 +16,7 @@ int runCommand(const CommandLine& line) {
     platform::SystemServices machine(line.system);
     for (const auto& warning : machine.warnings()) report(toUtf8(warning));
     if (const auto* eval = std::get_if<EvalOptions>(&line.command)) return runEval(machine.services(), *eval);
+    if (const auto* props = std::get_if<PropsOptions>(&line.command)) return runProps(machine.services(), *props);
     return runTags(machine.services(), std::get<TagsOptions>(line.command));
 }
 

@@ -1,6 +1,7 @@
 #include "core/kvTag.h"
 
 #include "automation/Convert.h"
+#include "common/Library.h"
 #include "core/ErrorLog.h"
 #include "core/Evaluation.h"
 #include "core/TagList.h"
@@ -148,6 +149,10 @@ void kvTag::privateVariables(std::shared_ptr<privProperties> collection) {
 
 std::shared_ptr<privProperties> kvTag::ErrorLog() {
     return ensure(&TagContext::errorLog);
+}
+
+automation::ObjectRef kvTag::Library() const {
+    return newLibrary(services_);
 }
 
 void kvTag::LogError(std::u16string_view psTagHandler, std::u16string_view psError, std::int32_t& plErrorNumber,

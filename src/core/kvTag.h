@@ -107,6 +107,9 @@ public:
     void LogError(std::u16string_view psTagHandler, std::u16string_view psError);
     std::shared_ptr<privProperties> ErrorLog();
 
+    // The companion library (common/Library.h); a new object on every read.
+    automation::ObjectRef Library() const;
+
     void AddTableStartEndControlWords();
     void RemoveExtraTrowd(std::int32_t& plTableStart, std::int32_t& plTableEnd);
 

@@ -108,6 +108,7 @@ const DispatchTable<kvTag>& members() {
          }},
         {u"ErrorLog", MemberKind::get, 0, 0,
          [](kvTag& self, Arguments&) -> Variant { return ObjectRef(self.ErrorLog()); }},
+        {u"Library", MemberKind::get, 0, 0, [](kvTag& self, Arguments&) -> Variant { return self.Library(); }},
         {u"AddTableStartEndControlWords", MemberKind::method, 0, 0,
          [](kvTag& self, Arguments&) -> Variant { return self.AddTableStartEndControlWords(), nothing(); }},
         {u"RemoveExtraTrowd", MemberKind::method, 2, 2,

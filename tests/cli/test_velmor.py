@@ -3,6 +3,7 @@
 HANDLERS is the folder of the sample handler; RUNNER is what starts the program (Wine), if anything.
 """
 
+import base64
 import json
 import os
 import subprocess
@@ -200,6 +201,77 @@ class Tags(VelmorTest):
         self.assertEqual(document["tooDeep"], 5000 - 100)
         self.velmor("tags", stdin=b"<KV:" * 25000, expect=REPORTED)
         self.assertLess(self.messages.count("\n"), 50)
+
+
+class Props(VelmorTest):
+    FILE = (b'Name="caf\xe9\r\n\x01 Z":Items=3&:Items=~AT"-unit=1%:":Items=~PR"-when=#5 Mar 2024 2:07:09 PM#:":\r\n'
+            b'Total=6458.88$:r=0.1!:d=!12.50!:n=NUL:b=True:Hex=~HX"61":Sub=~RO~kvProperties"YT0xJjpiPSJ4Ijo=":'
+            b'Logo=~RO~Picture"R0lGODlhAQABAAAAADs=":Name="again":\r\n')
+    # Name="Ruth \u0141":n=5&: under the password "pass \u00e9\u4e00"
+    ENCIPHERED = (b"VelmorCipher1:no9OBTrju+In9V8dzTYvRCFu32/N1DbCRkueK8TmcEsalO"
+                  b"aQLJ5A0tyAwFy5KuBL/uYiE58xfYjTK4I9cVdApA==")
+
+    def test_json(self):
+        listed = json.loads(self.velmor("props", "--json", "-", stdin=self.FILE))["properties"]
+        self.assertEqual([(p["name"], p["type"], p["value"]) for p in listed if p["name"] not in ("Sub", "Logo")], [
+            ("Name", "String", "caf\u00e9\r\n\x01 Z"), ("Items", "Long", 3), ("Total", "Currency", "6458.88"),
+            ("r", "Single", 0.1), ("d", "Decimal", "12.5"), ("n", "Null", None), ("b", "Boolean", True),
+            ("Hex", "String", "a"), ("Name", "String", "again")])
+        by_name = {p["name"]: p for p in listed}
+        self.assertEqual(by_name["Items"]["attributes"], [{"name": "unit", "type": "Integer", "value": 1}])
+        self.assertEqual(by_name["Items"]["properties"],
+                         [{"name": "when", "type": "Date", "value": "2024-03-05T14:07:09"}])
+        self.assertEqual(by_name["Hex"]["encoding"], 2)
+        self.assertEqual([p["value"] for p in by_name["Sub"]["value"]], [1, "x"])
+        if not RUNNER:  # Windows loads a picture only when it is whole
+            self.assertEqual(by_name["Logo"], {"name": "Logo", "type": "Picture", "value": "R0lGODlhAQABAAAAADs="})
+
+    def test_table(self):
+        self.write("p", self.FILE + b'Long="' + b"x" * 100 + b'":')
+        lines = self.velmor("props", "p").decode().split("\n")
+        for line in ["NAME     TYPE        VALUE", "Name     String      caf\u00e9\\r\\n\\u0001 Z", "  @unit  Integer     1",
+                     "  +when  Date        2024-03-05 14:07:09", "n        Null", "Sub      Collection  (2 properties)",
+                     "  b      String      x", "Long     String      " + "x" * 72 + "... (100 characters)"]:
+            self.assertIn(line, lines)
+        self.assertEqual(self.velmor("props", "-", stdin=b""), b"NAME  TYPE        VALUE\n")
+
+    def test_enciphered(self):
+        self.write("p", self.ENCIPHERED)
+        self.write("password", "pass \u00e9\u4e00\r\nnot this".encode())
+        self.write("wrong", b"pass")
+        self.write("none", b"\n")
+        self.write("plain", b"a=1&:")
+        listed = json.loads(self.velmor("props", "p", "--json", "--password-file", "password"))["properties"]
+        self.assertEqual([p["value"] for p in listed], ["Ruth \u0141", 5])
+        cases = [
+            (["p"], "--password-file"),
+            (["p", "--password-file", "wrong"], "password"),
+            (["p", "--password-file", "none"], "password"),
+            (["p", "--password-file", "missing"], "missing"),
+            (["plain", "--password-file", "password"], "plain"),
+            (["missing", "--password-file", "password"], "missing"),
+        ]
+        for arguments, said in cases:
+            with self.subTest(arguments=arguments):
+                self.assertEqual(self.velmor("props", *arguments, expect=FILE), b"")
+                self.assertIn(said, self.messages)
+        self.velmor("props", expect=USAGE)
+        self.velmor("eval", "--password-file", "password", expect=USAGE)
+        template = b"<KV:TAG>PROPERTY:n=:</KV>"
+        self.assertEqual(self.velmor("eval", "--properties", "p", "--password-file", "password", stdin=template), b"5")
+        self.velmor("eval", "--properties", "p", stdin=template, expect=FILE)
+
+    def test_deep_nesting(self):
+        text = b"x=1&:"
+        for _ in range(150):
+            unused = next((code for code in range(181, 192) if bytes([code]) not in text), None)
+            if unused is None:
+                text = b'a=0&:a=~PR"+' + base64.b64encode(text.decode("cp1252").encode()) + b'":'
+            else:
+                text = b'a=0&:a=~PR"' + bytes([unused]) + text.replace(b'"', bytes([unused])) + b'":'
+        listed = self.velmor("props", "--json", "-", stdin=text, expect=REPORTED)
+        self.assertEqual(listed.count(b'"name":"a"'), 101)
+        self.assertIn("100 levels", self.messages)
 
 
 class Sample(VelmorTest):

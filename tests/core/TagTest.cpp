@@ -249,6 +249,9 @@ TEST(Tag, AnswersByName) {
     Variant text[] = {Variant(u"{")};
     late.invoke(u"ProtectRTFCode", InvokeKind::method, text);
     EXPECT_TRUE(text[0].identical(Variant(u"\\{")));
+    const ObjectRef library = late.invoke(u"Library", InvokeKind::get, {}).object();
+    EXPECT_EQ(library->typeName(), u"kvLibrary");
+    EXPECT_NE(library, tag->Library());
 }
 
 }  // namespace

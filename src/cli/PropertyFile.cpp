@@ -1,0 +1,40 @@
+#include "cli/PropertyFile.h"
+
+#include "cli/Failure.h"
+#include "cli/Streams.h"
+#include "common/Cipher.h"
+
+namespace velmor::cli {
+namespace {
+
+// White space behind the last entry would be an entry of its own.
+std::u16string_view withoutTrailingBlanks(std::u16string_view text) {
+    const auto last = text.find_last_not_of(u" \t\r\n");
+    const bool entryEnds = last != text.npos && text[last] == u':';
+    return entryEnds || last == text.npos ? text.substr(0, last + 1) : text;
+}
+
+std::u16string readPassword(const platform::Files& files, const std::string& name) {
+    const std::u16string text = decodeText(readAll(files, name), TextEncoding::utf8, inputName(name));
+    std::u16string password = text.substr(0, text.find_first_of(u"\r\n"));
+    if (password.empty()) throw Failure(exitFile, "the first line of " + inputName(name) + " holds no password");
+    return password;
+}
+
+}  // namespace
+
+void readPropertyFile(privProperties& into, const platform::Files& files, const PropertyFile& file) {
+    const std::string name = inputName(file.name);
+    const std::u16string text = decodeText(readAll(files, file.name), file.encoding, name);
+    if (file.passwordFile.empty()) {
+        if (isEnciphered(text)) throw Failure(exitFile, name + " is enciphered; use --password-file");
+        into.Build(withoutTrailingBlanks(text));
+        return;
+    }
+    if (!isEnciphered(text)) throw Failure(exitFile, name + " is not enciphered; it opens without a password");
+    const auto deciphered = textFromEnciphered(text, readPassword(files, file.passwordFile));
+    if (!deciphered) throw Failure(exitFile, "cannot open " + name + ": another password, or a damaged file");
+    into.BuildByDelimited(*deciphered);
+}
+
+}  // namespace velmor::cli

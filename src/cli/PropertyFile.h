@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+
+#include "cli/Documents.h"
+#include "platform/Services.h"
+#include "properties/privProperties.h"
+
+namespace velmor::cli {
+
+// A property file as the command line names it. UTF-8.
+struct PropertyFile {
+    std::string name;          // empty or "-": standard input
+    std::string passwordFile;  // its first line is the password; empty: the file is not enciphered
+    TextEncoding encoding = TextEncoding::ansi;
+};
+
+// Reads the file into the collection, whose entries it replaces. White space behind the last entry
+// does not count. Throws Failure (exitFile) when something cannot be read, when the password is not
+// the file's, and when one of password and enciphered text is there without the other.
+void readPropertyFile(privProperties& into, const platform::Files& files, const PropertyFile& file);
+
+}  // namespace velmor::cli

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+
+#include "platform/Services.h"
+#include "properties/privProperties.h"
+
+namespace velmor::cli {
+
+// A collection for people and for programs, in UTF-8, with attributes, child properties and nested
+// collections.
+struct PropertyListing {
+    std::string text;
+    bool complete = true;  // false: what is nested deeper than 100 levels was left out
+};
+
+// A table of names, types and values, a line each. Attributes are marked "@" and child properties
+// "+". Control characters are shown as \r, \n, \t or \u and four digits, as lone surrogates are;
+// long texts are shortened.
+PropertyListing propertyTable(platform::Services& services, const privProperties& collection);
+
+// JSON, one line for each property of the collection. A lone surrogate becomes U+FFFD.
+PropertyListing propertyJson(platform::Services& services, const privProperties& collection);
+
+}  // namespace velmor::cli

@@ -1,0 +1,134 @@
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <vector>
+
+#include "automation/Portable.h"
+#include "cli/PropertyListing.h"
+#include "cli/PropertyValue.h"
+#include "properties/PropertyEnumerator.h"
+#include "text/Encoding.h"
+
+namespace velmor::cli {
+namespace {
+
+constexpr std::size_t kWidestName = 40;
+constexpr std::size_t kLongestText = 72;
+
+struct Row {
+    std::u16string name, type, value;
+};
+
+// Each part of a pair of surrogates counts; that is near enough for a column.
+std::u16string padded(std::u16string text, std::size_t width) {
+    if (text.size() < width) text.resize(width, u' ');
+    return text;
+}
+
+std::u16string escaped(char16_t unit) {
+    switch (unit) {
+        case u'\r':
+            return u"\\r";
+        case u'\n':
+            return u"\\n";
+        case u'\t':
+            return u"\\t";
+        default:
+            break;
+    }
+    std::array<char, 8> text{};
+    std::snprintf(text.data(), text.size(), "\\u%04x", static_cast<unsigned>(unit));
+    return fromUtf8(text.data());
+}
+
+bool isControl(char16_t unit) {
+    return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || unit == 0x2028 || unit == 0x2029;
+}
+
+bool isPair(std::u16string_view text) {
+    return text.size() > 1 && (text[0] & 0xFC00) == 0xD800 && (text[1] & 0xFC00) == 0xDC00;
+}
+
+// One line, and not a long one.
+std::u16string shown(std::u16string_view text) {
+    std::size_t end = std::min(text.size(), kLongestText);
+    if (end < text.size() && isPair(text.substr(end - 1))) --end;
+    std::u16string line;
+    for (std::size_t i = 0; i < end; ++i) {
+        if (isPair(text.substr(i))) {
+            line += text.substr(i++, 2);
+        } else if (isControl(text[i]) || (text[i] & 0xF800) == 0xD800) {
+            line += escaped(text[i]);
+        } else {
+            line += text[i];
+        }
+    }
+    if (end < text.size()) line += u"... (" + fromUtf8(std::to_string(text.size())) + u" characters)";
+    return line;
+}
+
+class Table {
+public:
+    explicit Table(platform::Services& services) : services_(services) {}
+
+    PropertyListing write(const privProperties& collection) {
+        add(collection, u"", 0);
+        std::size_t width = 4;
+        for (const Row& row : rows_) width = std::max(width, std::min(row.name.size(), kWidestName));
+        rows_.insert(rows_.begin(), {u"NAME", u"TYPE", u"VALUE"});
+        PropertyListing listing{{}, complete_};
+        for (const Row& row : rows_) {
+            std::u16string line = padded(row.name, width) + u"  " + padded(row.type, 10) + u"  " + row.value;
+            line.erase(line.find_last_not_of(u' ') + 1);
+            listing.text += toUtf8(line) + "\n";
+        }
+        return listing;
+    }
+
+private:
+    void add(const privProperties& collection, const std::u16string& prefix, int level) {
+        if (level > privProperties::maximumNesting) {
+            complete_ = false;
+            return;
+        }
+        const auto each = collection.NewEnum();
+        while (const PropertyRef property = each->next()) add(*property, prefix, level);
+    }
+
+    void add(privProperty& property, const std::u16string& prefix, int level) {
+        const privProperties* const nested = nestedCollection(property);
+        rows_.push_back({prefix + shown(property.Name()), fromUtf8(typeName(property)), value(property)});
+        const std::u16string inner = std::u16string(2 * static_cast<std::size_t>(level) + 2, u' ');
+        if (nested != nullptr) add(*nested, inner, level + 1);
+        if (property.HasAttributes()) add(*property.Attributes(), inner + u"@", level + 1);
+        if (property.HasProperties()) add(*property.Properties(), inner + u"+", level + 1);
+    }
+
+    std::u16string value(const privProperty& property) {
+        const automation::Variant& value = property.rawValue();
+        if (const auto* text = value.get<std::u16string>()) return shown(*text);
+        if (const auto* date = value.get<automation::Date>()) return fromUtf8(dateText(*date, ' '));
+        if (const auto* nested = nestedCollection(property)) return count(nested->Count(), u"property", u"properties");
+        if (const auto picture = pictureBase64(services_, value)) {
+            const auto padding = std::count(picture->begin(), picture->end(), '=');
+            return count(static_cast<std::int64_t>(picture->size()) / 4 * 3 - padding, u"byte", u"bytes");
+        }
+        return automation::portable::toText(value).value_or(std::u16string());
+    }
+
+    static std::u16string count(std::int64_t number, std::u16string_view one, std::u16string_view many) {
+        return u"(" + fromUtf8(std::to_string(number)) + u" " + std::u16string(number == 1 ? one : many) + u")";
+    }
+
+    platform::Services& services_;
+    std::vector<Row> rows_;
+    bool complete_ = true;
+};
+
+}  // namespace
+
+PropertyListing propertyTable(platform::Services& services, const privProperties& collection) {
+    return Table(services).write(collection);
+}
+
+}  // namespace velmor::cli

@@ -1,0 +1,22 @@
+#include "cli/PropsCommand.h"
+
+#include <memory>
+
+#include "cli/PropertyListing.h"
+#include "cli/Streams.h"
+
+namespace velmor::cli {
+
+ExitCode runProps(platform::Services& services, const PropsOptions& options) {
+    const auto collection = std::make_shared<privProperties>(services);
+    readPropertyFile(*collection, services.files, options.file);
+    const PropertyListing listing =
+        options.json ? propertyJson(services, *collection) : propertyTable(services, *collection);
+    writeAll(services.files, "-", listing.text);
+    if (listing.complete) return exitDone;
+    report(inputName(options.file.name) + ": what is nested deeper than " +
+           std::to_string(privProperties::maximumNesting) + " levels is not listed");
+    return exitReported;
+}
+
+}  // namespace velmor::cli
