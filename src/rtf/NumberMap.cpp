@@ -16,6 +16,7 @@ void NumberMap::set(std::u16string_view number, std::int32_t value) {
 
 std::u16string_view NumberTexts::of(std::int32_t number) {
     const auto index = static_cast<std::size_t>(number);
+    if (index >= shortNumbers) return long_.try_emplace(number, decimal(number)).first->second;
     while (texts_.size() <= index) texts_.push_back(decimal(static_cast<std::int32_t>(texts_.size())));
     return texts_[index];
 }

@@ -73,7 +73,10 @@ public:
     std::u16string_view of(std::int32_t number);
 
 private:
+    static constexpr std::size_t shortNumbers = 100000;
+
     std::deque<std::u16string> texts_;
+    std::unordered_map<std::int32_t, std::u16string> long_;
 };
 
 std::u16string decimal(std::int32_t number);

@@ -50,6 +50,8 @@ const MergeCase styleCases[] = {
      u"\\pard\\s1\\plain a\\pard\\plain\\s2 b\\pard\\s1{c}"},
     {"what the host refers to without having it", u"\\s1\\s2 x@", u"{\\stylesheet{\\s1\\b A;}}\\s1 y",
      u"{\\stylesheet\r\n{\\s0 Normal;}\r\n{\\s3\\b A;}}\\s1\\s2 x@", u"\\s3 y"},
+    {"the largest numbers", u"{\\stylesheet{\\s2147483647 A;}{\\s-5 B;}}\\s2147483647 x\\s-5 y@", u"",
+     u"{\\stylesheet\r\n{\\s2147483647 A;}\r\n{\\s1 B;}}\\s2147483647 x\\s1 y@", u""},
     {"a ring of bases, and none", u"@",
      u"{\\stylesheet{\\s1\\sbasedon2 A;}{\\s2\\sbasedon1 B;}{\\s3\\sbasedon222 C;}"
      u"{\\s4\\sbasedon9\\snext9 D;}}",
