@@ -1,4 +1,5 @@
-# Libraries that are not ours: zlib (common), OpenSSL's libcrypto (platform, on Linux), CLI11 and nlohmann-json (cli), GoogleTest, Google Benchmark.
+# Libraries that are not ours: zlib (common), OpenSSL's libcrypto (platform, on Linux), CLI11 and nlohmann-json (cli),
+# SQLite (a sample, on Linux), GoogleTest, Google Benchmark.
 
 find_package(Threads REQUIRED)
 
@@ -34,6 +35,7 @@ else()
     find_package(OpenSSL REQUIRED COMPONENTS Crypto)
     add_library(velmor_libcrypto INTERFACE)
     target_link_libraries(velmor_libcrypto INTERFACE OpenSSL::Crypto)
+    find_package(SQLite3 REQUIRED)
     find_package(CLI11 REQUIRED)
     add_library(velmor_cli11 INTERFACE)
     target_link_libraries(velmor_cli11 INTERFACE CLI11::CLI11)
