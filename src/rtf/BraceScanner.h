@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 #include "rtf/RtfScanner.h"
@@ -12,6 +13,20 @@ inline bool documentStandsAt(std::u16string_view text, std::size_t index) noexce
     const auto unitIs = [&](std::size_t offset, char16_t letter) { return (text[index + offset] | 0x20) == letter; };
     return text.size() - index >= 5 && text[index] == u'{' && text[index + 1] == u'\\' && unitIs(2, u'r') &&
            unitIs(3, u't') && unitIs(4, u'f') && !isEscaped(text, index);
+}
+
+// The first brace of either kind at or behind the index; the text's size when there is none. Units are
+// looked at in blocks, which compilers compare several at a time.
+inline std::size_t findBrace(std::u16string_view text, std::size_t index) noexcept {
+    constexpr std::size_t block = 16;
+    for (; index + block <= text.size(); index += block) {
+        const char16_t* const units = text.data() + index;
+        std::uint16_t found = 0;
+        for (std::size_t i = 0; i < block; ++i) found |= static_cast<std::uint16_t>((units[i] | 6) == 0x7F);
+        if (found != 0) break;
+    }
+    while (index < text.size() && text[index] != u'{' && text[index] != u'}') ++index;
+    return index;
 }
 
 // Walks the braces that open and close groups, from left to right. By the plain rule a brace counts
@@ -31,9 +46,7 @@ public:
 
 private:
     bool nextPlain() noexcept {
-        for (; at_ < text_.size(); ++at_) {
-            const char16_t unit = text_[at_];
-            if (unit != u'{' && unit != u'}') continue;
+        for (; (at_ = findBrace(text_, at_)) < text_.size(); ++at_) {
             if (at_ > 0 && text_[at_ - 1] == u'\\' && !documentStandsAt(text_, at_)) continue;
             position_ = at_++;
             return true;

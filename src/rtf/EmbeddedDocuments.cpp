@@ -81,14 +81,9 @@ private:
 };
 
 void DocumentFinder::walkPlain() {
-    for (std::size_t at = 0; at < text_.size();) {
-        const char16_t unit = text_[at];
-        if (unit != u'{' && unit != u'}') {
-            ++at;
-            continue;
-        }
+    for (std::size_t at = 0; (at = findBrace(text_, at)) < text_.size();) {
         const bool counts = at == 0 || text_[at - 1] != u'\\';
-        if (unit == u'{') {
+        if (text_[at] == u'{') {
             at = openBrace(at, counts);
         } else {
             if (counts) closeBrace(at);

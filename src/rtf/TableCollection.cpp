@@ -1,5 +1,6 @@
 #include "rtf/TableCollection.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 #include <vector>
@@ -49,21 +50,38 @@ std::size_t takePlaceholder(std::u16string_view& text, char16_t mark) {
 
 }  // namespace
 
-void TableCollection::expand(std::u16string& psText) {
-    std::size_t length = psText.size();
-    for (const std::u16string& table : tables_) length += table.size();
-    for (const Document& document : documents_) length += document.text.size();
-    std::u16string result;
-    result.reserve(length);
+// Every placeholder stands for something that stands nowhere else: then the lengths of all give the
+// length of the result.
+bool TableCollection::usesEachOnce(std::u16string_view text) const {
+    std::vector<bool> used(tableCount + documents_.size());
+    const auto look = [&](std::u16string_view part) {
+        for (std::size_t at; (at = findText(part, {&mark_, 1}, 0, Comparison::binary)) != part.npos;) {
+            part.remove_prefix(at);
+            const std::size_t number = takePlaceholder(part, mark_);
+            if (number >= used.size()) continue;
+            if (used[number]) return false;
+            used[number] = true;
+        }
+        return true;
+    };
+    if (!look(text)) return false;
+    for (const std::u16string& table : tables_) {
+        if (!look(table)) return false;
+    }
+    return std::all_of(documents_.begin(), documents_.end(), [&](const Document& one) { return look(one.text); });
+}
 
+// Writes the host, which lies at `from`, and all that is in it.
+template <typename Write>
+void TableCollection::writeExpanded(std::u16string_view from, Write write) {
     constexpr std::size_t host = static_cast<std::size_t>(-1);
     std::vector<bool> open(tableCount + documents_.size());
-    std::vector<Reading> readings{{psText, host}};
+    std::vector<Reading> readings{{from, host}};
     while (!readings.empty()) {
         Reading& reading = readings.back();
-        const std::size_t end = std::min(reading.text.find(mark_), reading.text.size());
-        if (result.size() + end > privStrCat::maximumLength) throw std::length_error("TableCollection");
-        result.append(reading.text, 0, end);
+        const std::size_t found = findText(reading.text, {&mark_, 1}, 0, Comparison::binary);
+        const std::size_t end = std::min(found, reading.text.size());
+        write(reading.text.substr(0, end));
         reading.text.remove_prefix(end);
         if (reading.text.empty()) {
             if (reading.number != host) open[reading.number] = false;
@@ -76,9 +94,40 @@ void TableCollection::expand(std::u16string& psText) {
         open[number] = true;
         readings.push_back({*text, number});
     }
-    psText = std::move(result);
+}
+
+void TableCollection::expand(std::u16string& psText) {
+    const std::size_t length = psText.size();
+    std::size_t added = 0;
+    for (const std::u16string& table : tables_) added += table.size();
+    for (const Document& document : documents_) added += document.text.size();
+    if (added <= psText.capacity() - length && usesEachOnce(psText)) {
+        expandInPlace(psText, added);
+    } else {
+        std::u16string result;
+        result.reserve(std::min(length + added, privStrCat::maximumLength));
+        writeExpanded(psText, [&](std::u16string_view part) {
+            if (part.size() > privStrCat::maximumLength - result.size()) throw std::length_error("TableCollection");
+            result.append(part);
+        });
+        psText = std::move(result);
+    }
     documents_.clear();
     for (std::u16string& table : tables_) table = {};
+}
+
+// In the memory that the text had before documents were taken out of it: fresh memory costs more than
+// moving the host once more.
+void TableCollection::expandInPlace(std::u16string& psText, std::size_t added) {
+    using Traits = std::char_traits<char16_t>;
+    const std::size_t length = psText.size();
+    psText.resize(length + added);
+    Traits::move(psText.data() + added, psText.data(), length);
+    char16_t* target = psText.data();
+    writeExpanded({psText.data() + added, length}, [&](std::u16string_view part) {
+        target = Traits::move(target, part.data(), part.size()) + part.size();
+    });
+    psText.resize(static_cast<std::size_t>(target - psText.data()));
 }
 
 }  // namespace velmor

@@ -60,6 +60,10 @@ private:
 
     std::u16string placeholderOf(std::size_t number) const;
     std::u16string* entry(std::size_t number) noexcept;
+    bool usesEachOnce(std::u16string_view text) const;
+    template <typename Write>
+    void writeExpanded(std::u16string_view from, Write write);
+    void expandInPlace(std::u16string& psText, std::size_t added);
 
     char16_t mark_;
     std::deque<Document> documents_;

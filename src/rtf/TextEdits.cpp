@@ -32,24 +32,22 @@ bool wordTakesIn(std::u16string_view text, char16_t next) noexcept {
     return isWord && (next == u' ' || isDigit(next) || !hasNumber);
 }
 
-bool TextEdits::nowhereGrows() const noexcept {
+// A blank between words counts for every cut.
+TextEdits::Growth TextEdits::growth(std::size_t length) const noexcept {
+    Growth result;
     std::size_t removed = 0, added = 0;
     for (const Edit& edit : edits_) {
-        added += edit.length + (edit.seam == Seam::apart && edit.begin != edit.end);
+        added += edit.length + (edit.seam == Seam::apart);
         removed += edit.end - edit.begin;
-        if (added > removed) return false;
+        if (added > removed) result.lead = std::max(result.lead, added - removed);
     }
-    return !copiesParts_;
+    result.length = length - removed + added;
+    return result;
 }
 
-std::size_t TextEdits::lengthAfter(std::size_t length) const noexcept {
-    for (const Edit& edit : edits_) length = length - (edit.end - edit.begin) + edit.length;
-    return length;
-}
-
-// Writes the changed text and returns its end. `target` may be the text itself when it nowhere
-// grows: a blank between words takes the place of what was cut there.
-char16_t* TextEdits::write(const std::u16string& from, char16_t* target) const noexcept {
+// Writes the changed text and returns its end. `from` may lie behind `target` in the same text, by as
+// much as writing comes to be ahead.
+char16_t* TextEdits::write(std::u16string_view from, char16_t* target) const noexcept {
     const char16_t* const start = target;
     std::size_t at = 0;
     bool apart = false;
@@ -71,15 +69,18 @@ char16_t* TextEdits::write(const std::u16string& from, char16_t* target) const n
 
 void TextEdits::apply(std::u16string& text) {
     if (edits_.empty()) return;
-    if (nowhereGrows()) {
-        text.resize(static_cast<std::size_t>(write(text, text.data()) - text.data()));
+    const Growth growth = this->growth(text.size());
+    const std::size_t length = text.size();
+    if (growth.length > privStrCat::maximumLength) throw std::length_error("TextEdits");
+    if (!copiesParts_ && growth.lead <= text.capacity() - length) {
+        if (growth.lead != 0) {
+            text.resize(length + growth.lead);
+            Traits::move(text.data() + growth.lead, text.data(), length);
+        }
+        const char16_t* const end = write({text.data() + growth.lead, length}, text.data());
+        text.resize(static_cast<std::size_t>(end - text.data()));
     } else {
-        // A blank is written only where something was cut, but other cuts may have paid for growth.
-        const auto isCut = [](const Edit& edit) { return edit.seam == Seam::apart; };
-        const auto cuts = static_cast<std::size_t>(std::count_if(edits_.begin(), edits_.end(), isCut));
-        const std::size_t length = lengthAfter(text.size()) + cuts;
-        if (length > privStrCat::maximumLength) throw std::length_error("TextEdits");
-        std::u16string changed(length, u'\0');
+        std::u16string changed(growth.length, u'\0');
         changed.resize(static_cast<std::size_t>(write(text, changed.data()) - changed.data()));
         text = std::move(changed);
     }

@@ -12,8 +12,8 @@
 namespace velmor {
 
 // Collects changes of a text by its places as it is (0-based), then makes them all in one pass: in
-// place when the text nowhere grows, else into a new text of the right size. Changes are added in
-// ascending order and do not overlap.
+// place as far as the text's capacity goes, else into a new text of the right size. Changes are added
+// in ascending order and do not overlap.
 class TextEdits {
 public:
     bool empty() const noexcept { return edits_.empty(); }
@@ -67,9 +67,13 @@ private:
     };
 
     void add(Edit edit) { edits_.push_back(edit); }
-    bool nowhereGrows() const noexcept;
-    std::size_t lengthAfter(std::size_t length) const noexcept;
-    char16_t* write(const std::u16string& from, char16_t* target) const noexcept;
+    struct Growth {
+        std::size_t length = 0;  // of the changed text, at most
+        std::size_t lead = 0;    // how far writing may come to be ahead of reading
+    };
+
+    Growth growth(std::size_t length) const noexcept;
+    char16_t* write(std::u16string_view from, char16_t* target) const noexcept;
 
     std::vector<Edit> edits_;
     std::deque<std::u16string> kept_;
