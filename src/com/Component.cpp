@@ -6,6 +6,7 @@
 #include "com/Guard.h"
 #include "com/Server.h"
 #include "com/TagFace.h"
+#include "com/TagInfoFace.h"
 #include "com/TypeLibrary.h"
 #include "platform/SystemServices.h"
 #include "platform/win32/ComPtr.h"
@@ -15,10 +16,11 @@ namespace velmor::com {
 
 namespace {
 
-HRESULT createTag(REFIID id, void** object) noexcept {
+template <class FaceClass, class Core>
+HRESULT create(REFIID id, void** object) noexcept {
     return guard([&] {
         const auto face =
-            ComPtr<TagFace>::attach(faceFor<TagFace>(std::make_shared<kvTag>(platform::systemServices())));
+            ComPtr<FaceClass>::attach(faceFor<FaceClass>(std::make_shared<Core>(platform::systemServices())));
         check(face->QueryInterface(id, object));
     });
 }
@@ -31,7 +33,8 @@ HRESULT createEmptyHandler(REFIID id, void** object) noexcept {
 }
 
 const ServedClass classes[] = {
-    {CLSID_kvTag, L"kvVelmor3.kvTag", L"3.0", L"Velmor template or tag", &createTag},
+    {CLSID_kvTag, L"kvVelmor3.kvTag", L"3.0", L"Velmor template or tag", &create<TagFace, kvTag>},
+    {CLSID_kvTagInfo, L"kvVelmor3.kvTagInfo", L"3.0", L"Velmor handler catalogue", &create<TagInfoFace, kvTagInfo>},
     {CLSID_ITag4, L"kvVelmor3.ITag4", L"3.0", L"Velmor tag handler interface", &createEmptyHandler},
 };
 

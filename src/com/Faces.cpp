@@ -4,6 +4,7 @@
 #include "com/PropertiesFace.h"
 #include "com/PropertyFace.h"
 #include "com/TagFace.h"
+#include "com/TagInfoFace.h"
 #include "com/TagsFace.h"
 
 namespace velmor::com {
@@ -21,7 +22,8 @@ IDispatch* ComponentFaces::faceOf(const automation::ObjectRef& object) {
     if (IDispatch* face = faceWhen<TagFace, kvTag>(object)) return face;
     if (IDispatch* face = faceWhen<PropertyFace, privProperty>(object)) return face;
     if (IDispatch* face = faceWhen<PropertiesFace, privProperties>(object)) return face;
-    return faceWhen<TagsFace, kvTags>(object);
+    if (IDispatch* face = faceWhen<TagsFace, kvTags>(object)) return face;
+    return faceWhen<TagInfoFace, kvTagInfo>(object);
 }
 
 automation::ObjectRef ComponentFaces::coreOf(IUnknown* face) {

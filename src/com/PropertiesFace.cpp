@@ -166,6 +166,26 @@ HRESULT PropertiesFace::BuildInternal(BSTR psString, VARIANT_BOOL pbAppendValues
     return BuildByVal(psString, pbAppendValues, pbTagString, psDelimiter);
 }
 
+HRESULT PropertiesFace::SaveFile(BSTR psFileName, BSTR psPassword, VARIANT_BOOL* pResult) noexcept {
+    return guard(pResult, [&] { return core_->SaveFile(viewOf(psFileName), viewOf(psPassword)); });
+}
+
+HRESULT PropertiesFace::SaveToFile(BSTR psFileName, BSTR psPassword, VARIANT_BOOL* pResult) noexcept {
+    return guard(pResult, [&] { return core_->SaveToFile(viewOf(psFileName), viewOf(psPassword)); });
+}
+
+HRESULT PropertiesFace::LoadFromFile(BSTR psFileName, BSTR psPassword, VARIANT_BOOL* pResult) noexcept {
+    return guard(pResult, [&] { return core_->LoadFromFile(viewOf(psFileName), viewOf(psPassword)); });
+}
+
+HRESULT PropertiesFace::BuildByContainsQuery(BSTR psSearchString) noexcept {
+    return guard([&] { core_->BuildByContainsQuery(viewOf(psSearchString)); });
+}
+
+HRESULT PropertiesFace::get_ContainsQuery(BSTR* pResult) noexcept {
+    return guard(pResult, [&] { return core_->ContainsQuery(); });
+}
+
 HRESULT PropertiesFace::RemoveAll() noexcept {
     return guard([&] { core_->RemoveAll(); });
 }

@@ -59,6 +59,11 @@ public:
                                                BSTR psDelimiter) noexcept override;
     HRESULT STDMETHODCALLTYPE BuildInternal(BSTR psString, VARIANT_BOOL pbAppendValues, VARIANT_BOOL pbTagString,
                                             BSTR psDelimiter) noexcept override;
+    HRESULT STDMETHODCALLTYPE SaveFile(BSTR psFileName, BSTR psPassword, VARIANT_BOOL* pResult) noexcept override;
+    HRESULT STDMETHODCALLTYPE SaveToFile(BSTR psFileName, BSTR psPassword, VARIANT_BOOL* pResult) noexcept override;
+    HRESULT STDMETHODCALLTYPE LoadFromFile(BSTR psFileName, BSTR psPassword, VARIANT_BOOL* pResult) noexcept override;
+    HRESULT STDMETHODCALLTYPE BuildByContainsQuery(BSTR psSearchString) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_ContainsQuery(BSTR* pResult) noexcept override;
     HRESULT STDMETHODCALLTYPE RemoveAll() noexcept override;
     HRESULT STDMETHODCALLTYPE Dispose() noexcept override;
     HRESULT STDMETHODCALLTYPE get_Changed(VARIANT_BOOL* pResult) noexcept override;

@@ -103,6 +103,30 @@ HRESULT TagFace::put_ProtectRTF(VARIANT_BOOL pbProtectRTF) noexcept {
     return guard([&] { core_->ProtectRTF(isTrue(pbProtectRTF)); });
 }
 
+HRESULT TagFace::CleanRTFFile(BSTR psFileName, BSTR psSaveFileName, VARIANT_BOOL* pResult) noexcept {
+    return guard(pResult, [&] { return core_->CleanRTFFile(viewOf(psFileName), viewOf(psSaveFileName)); });
+}
+
+HRESULT TagFace::get_CleanRTFMergeMode(VARIANT_BOOL* pResult) noexcept {
+    return guard(pResult, [&] { return core_->CleanRTFMergeMode(); });
+}
+
+HRESULT TagFace::put_CleanRTFMergeMode(VARIANT_BOOL pbMergeMode) noexcept {
+    return guard([&] { core_->CleanRTFMergeMode(isTrue(pbMergeMode)); });
+}
+
+HRESULT TagFace::CleanRTF(BSTR* psRTF) noexcept {
+    return guard([&] {
+        std::u16string text = textOf(given(psRTF));
+        core_->CleanRTF(text);
+        replaceText(*psRTF, text);
+    });
+}
+
+HRESULT TagFace::CleanRTFByVal(BSTR psRTF, BSTR* pResult) noexcept {
+    return guard(pResult, [&] { return core_->CleanRTFByVal(textOf(psRTF)); });
+}
+
 HRESULT TagFace::NewTag(_kvTag** pResult) noexcept {
     return guard(pResult, [&] { return core_->NewTag(); });
 }

@@ -35,6 +35,12 @@ public:
     HRESULT STDMETHODCALLTYPE ProtectRTFCode(BSTR* psValue) noexcept override;
     HRESULT STDMETHODCALLTYPE get_ProtectRTF(VARIANT_BOOL* pResult) noexcept override;
     HRESULT STDMETHODCALLTYPE put_ProtectRTF(VARIANT_BOOL pbProtectRTF) noexcept override;
+    HRESULT STDMETHODCALLTYPE CleanRTFFile(BSTR psFileName, BSTR psSaveFileName,
+                                           VARIANT_BOOL* pResult) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_CleanRTFMergeMode(VARIANT_BOOL* pResult) noexcept override;
+    HRESULT STDMETHODCALLTYPE put_CleanRTFMergeMode(VARIANT_BOOL pbMergeMode) noexcept override;
+    HRESULT STDMETHODCALLTYPE CleanRTF(BSTR* psRTF) noexcept override;
+    HRESULT STDMETHODCALLTYPE CleanRTFByVal(BSTR psRTF, BSTR* pResult) noexcept override;
     HRESULT STDMETHODCALLTYPE NewTag(_kvTag** pResult) noexcept override;
     HRESULT STDMETHODCALLTYPE ProcessValue(BSTR psValue, BSTR* pResult) noexcept override;
     HRESULT STDMETHODCALLTYPE ProcessName(BSTR psName, BSTR* pResult) noexcept override;
