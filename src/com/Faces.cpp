@@ -1,5 +1,6 @@
 #include "com/Faces.h"
 
+#include "com/DirectFace.h"
 #include "com/Give.h"
 #include "com/PropertiesFace.h"
 #include "com/PropertyFace.h"
@@ -23,6 +24,7 @@ IDispatch* ComponentFaces::faceOf(const automation::ObjectRef& object) {
     if (IDispatch* face = faceWhen<PropertyFace, privProperty>(object)) return face;
     if (IDispatch* face = faceWhen<PropertiesFace, privProperties>(object)) return face;
     if (IDispatch* face = faceWhen<TagsFace, kvTags>(object)) return face;
+    if (IDispatch* face = faceWhen<DirectFace, kvDirectTag>(object)) return face;
     return faceWhen<TagInfoFace, kvTagInfo>(object);
 }
 
@@ -32,6 +34,10 @@ automation::ObjectRef ComponentFaces::coreOf(IUnknown* face) {
 
 void give(_kvTag*& place, const std::shared_ptr<kvTag>& value) {
     place = faceFor<TagFace>(value);
+}
+
+void give(_kvDirectTag*& place, const std::shared_ptr<kvDirectTag>& value) {
+    place = faceFor<DirectFace>(value);
 }
 
 void give(_kvTags*& place, const std::shared_ptr<kvTags>& value) {

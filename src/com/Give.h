@@ -11,6 +11,7 @@
 #include "platform/win32/Windows.h"
 
 namespace velmor {
+class kvDirectTag;
 class kvTag;
 class kvTags;
 class privProperties;
@@ -49,6 +50,7 @@ void give(Interface*& place, Interface* value) {
 
 // A core object's face; nothing for null. (Faces.cpp)
 void give(_kvTag*& place, const std::shared_ptr<kvTag>& value);
+void give(_kvDirectTag*& place, const std::shared_ptr<kvDirectTag>& value);
 void give(_kvTags*& place, const std::shared_ptr<kvTags>& value);
 void give(_privProperties*& place, const std::shared_ptr<privProperties>& value);
 void give(_privProperty*& place, const std::shared_ptr<privProperty>& value);

@@ -143,6 +143,10 @@ HRESULT TagFace::get_Tags(_kvTags** pResult) noexcept {
     return guard(pResult, [&] { return core_->Tags(); });
 }
 
+HRESULT TagFace::get_Direct(_kvDirectTag** pResult) noexcept {
+    return guard(pResult, [&] { return core_->Direct(); });
+}
+
 HRESULT TagFace::LogError(BSTR psTagHandler, BSTR psError, long* plErrorNumber, BSTR psTagData,
                           BSTR psErrorData) noexcept {
     return guard([&] {
@@ -154,6 +158,10 @@ HRESULT TagFace::LogError(BSTR psTagHandler, BSTR psError, long* plErrorNumber, 
 
 HRESULT TagFace::get_ErrorLog(_privProperties** pResult) noexcept {
     return guard(pResult, [&] { return core_->ErrorLog(); });
+}
+
+HRESULT TagFace::get_Library(IDispatch** pResult) noexcept {
+    return guard(pResult, [&] { return core_->Library(); });
 }
 
 HRESULT TagFace::AddTableStartEndControlWords() noexcept {

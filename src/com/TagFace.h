@@ -45,9 +45,11 @@ public:
     HRESULT STDMETHODCALLTYPE ProcessValue(BSTR psValue, BSTR* pResult) noexcept override;
     HRESULT STDMETHODCALLTYPE ProcessName(BSTR psName, BSTR* pResult) noexcept override;
     HRESULT STDMETHODCALLTYPE get_Tags(_kvTags** pResult) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_Direct(_kvDirectTag** pResult) noexcept override;
     HRESULT STDMETHODCALLTYPE LogError(BSTR psTagHandler, BSTR psError, long* plErrorNumber, BSTR psTagData,
                                        BSTR psErrorData) noexcept override;
     HRESULT STDMETHODCALLTYPE get_ErrorLog(_privProperties** pResult) noexcept override;
+    HRESULT STDMETHODCALLTYPE get_Library(IDispatch** pResult) noexcept override;
     HRESULT STDMETHODCALLTYPE AddTableStartEndControlWords() noexcept override;
     HRESULT STDMETHODCALLTYPE RemoveExtraTrowd(long* plTableStart, long* plTableEnd) noexcept override;
     HRESULT STDMETHODCALLTYPE Dispose(VARIANT_BOOL pbDisposeProperties) noexcept override;

@@ -97,6 +97,20 @@ public:
 
 const DispatchTable<Database> databaseMembers({
     {u"Name", MemberKind::get, 0, 0, [](Database&, Arguments&) { return Variant(u"host database"); }},
+    {u"GetObjectItem", MemberKind::method, 2, 2,
+     [](Database&, Arguments& args) {
+         note(u"item " + args.text(0) + u" " + args.text(1));
+         const auto item = std::make_shared<Item>(args.text(0));
+         item->value = args.variant(1);
+         return Variant(ObjectRef(item));
+     }},
+    {u"LogEvent", MemberKind::method, 4, 4,
+     [](Database&, Arguments& args) {
+         const std::u16string text = args.text(1);
+         note(u"event " + args.text(0) + u" " + text.substr(0, text.find(u'\r')) + u" " + args.text(2) + u" " +
+              args.text(3));
+         return Variant();
+     }},
 });
 
 Variant Database::invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) {

@@ -8,7 +8,8 @@ namespace testhandlers {
 // note in the journal for each.
 velmor::automation::ObjectRef makeCollection();
 
-// A host's database object, "VelmorTest.Database": a Name, and nothing that the component knows.
+// A host's database object, "VelmorTest.Database": hands out items and takes events, with a note in
+// the journal for each.
 velmor::automation::ObjectRef makeDatabase();
 
 }  // namespace testhandlers
