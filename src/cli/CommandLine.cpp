@@ -18,7 +18,9 @@ Examples:
   velmor eval invoice.rtf -o out.rtf --properties invoice.properties
   echo 'Dear <KV:TAG>PROPERTY:name=all:</KV>' | velmor eval --property name=Zoe
   velmor tags --json invoice.rtf
-  velmor props invoice.properties)";
+  velmor props invoice.properties
+  velmor handlers
+  velmor log VelmorLog-20240305.log)";
 
 constexpr const char* evalFooter = R"(
 Files that the template includes are looked for beside the template unless --include-path or the
@@ -43,11 +45,28 @@ Examples:
   velmor props invoice.properties
   velmor props --json secret.kvp --password-file password.txt | jq '.properties[].name')";
 
+constexpr const char* handlersFooter = R"(
+Handlers of a group are named GROUP-NAME. The registry hides some from the list; --all lists them, too.
+
+Examples:
+  velmor handlers
+  velmor handlers FORMAT --json | jq '.handlers[].commands[].syntax')";
+
+constexpr const char* logFooter = R"(
+Times are seconds. EVTAG: tags answered, by handler; TAGCOL: texts searched for tags; CLNRTF: texts
+cleaned; GENRES: templates evaluated.
+
+Examples:
+  velmor log VelmorLog-20240305.log
+  velmor log --json VelmorLog-20240305.log | jq '.entries[0]')";
+
 // What CLI11 fills; the parts that are not UTF-16 yet.
 struct Raw {
     EvalOptions eval;
     TagsOptions tags;
     PropsOptions props;
+    HandlersOptions listed;
+    LogOptions log;
     std::string includePath, registry, encoding;
     std::vector<std::string> handlers;
 };
@@ -76,6 +95,16 @@ TextEncoding encodingOf(const std::string& name) {
     return name == "utf-8" ? TextEncoding::utf8 : TextEncoding::ansi;
 }
 
+void addSystem(CLI::App& command, Raw& raw) {
+    command.add_option("--registry", raw.registry, "Take the registry from this .reg file")->type_name("FILE");
+#ifndef _WIN32
+    command.add_option("--handlers", raw.handlers, "Look for handler libraries here, too; may be repeated")
+        ->type_name("DIR")
+        ->allow_extra_args(false)
+        ->take_all();
+#endif
+}
+
 CLI::App* addEval(CLI::App& app, Raw& raw) {
     CLI::App* command = app.add_subcommand("eval", "Evaluate a template");
     command->add_option("TEMPLATE", raw.eval.input, "The template; - or nothing: standard input")->type_name("");
@@ -83,7 +112,7 @@ CLI::App* addEval(CLI::App& app, Raw& raw) {
         ->type_name("OUT");
     command->add_option("--property", raw.eval.properties, "Set a property to a text; may be repeated")
         ->type_name("name=value")
-        ->expected(1)
+        ->allow_extra_args(false)
         ->take_all()
         ->check(CLI::Validator(checkAssignment, ""));
     command->add_option("--properties", raw.eval.propertyFile, "Read properties from this property file")
@@ -92,13 +121,7 @@ CLI::App* addEval(CLI::App& app, Raw& raw) {
     command->add_option("--include-path", raw.includePath, "Where included files are (the property \"Path\")")
         ->type_name("DIR");
     addEncoding(*command, raw.encoding);
-    command->add_option("--registry", raw.registry, "Take the registry from this .reg file")->type_name("FILE");
-#ifndef _WIN32
-    command->add_option("--handlers", raw.handlers, "Look for handler libraries here, too; may be repeated")
-        ->type_name("DIR")
-        ->expected(1)
-        ->take_all();
-#endif
+    addSystem(*command, raw);
     command->footer(evalFooter);
     return command;
 }
@@ -122,6 +145,24 @@ CLI::App* addProps(CLI::App& app, Raw& raw) {
     return command;
 }
 
+CLI::App* addHandlers(CLI::App& app, Raw& raw) {
+    CLI::App* command = app.add_subcommand("handlers", "List the registered handlers and their commands");
+    command->add_option("NAME", raw.listed.name, "Only this handler")->type_name("");
+    command->add_flag("--all", raw.listed.all, "Hidden handlers, too");
+    command->add_flag("--json", raw.listed.json, "As JSON");
+    addSystem(*command, raw);
+    command->footer(handlersFooter);
+    return command;
+}
+
+CLI::App* addLog(CLI::App& app, Raw& raw) {
+    CLI::App* command = app.add_subcommand("log", "Sum up a day's timing log");
+    command->add_option("FILE", raw.log.input, "The log; -: standard input")->type_name("")->required();
+    command->add_flag("--json", raw.log.json, "As JSON");
+    command->footer(logFooter);
+    return command;
+}
+
 void requireUnicode(const std::vector<std::string>& arguments) {
     for (const auto& argument : arguments) {
         if (toUtf8(fromUtf8(argument)) != argument) throw Failure(exitUsage, "an argument is not UTF-8: " + argument);
@@ -139,7 +180,7 @@ void answer(const CLI::App& app, const CLI::ParseError& outcome) {
     std::string what = outcome.what();
     if (app.get_subcommands().empty()) {
         const auto unknown = app.remaining();
-        what = unknown.empty() ? "no command; there are eval, tags and props"
+        what = unknown.empty() ? "no command; there are eval, tags, props, handlers and log"
                                : "there is no command '" + unknown.front() + "'";
     }
     throw Failure(exitUsage, what + " (velmor --help says more)");
@@ -158,6 +199,8 @@ std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& argu
     const CLI::App* eval = addEval(app, raw);
     addTags(app, raw);
     const CLI::App* props = addProps(app, raw);
+    const CLI::App* handlers = addHandlers(app, raw);
+    const CLI::App* log = addLog(app, raw);
     try {
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::ParseError& outcome) {
@@ -166,16 +209,18 @@ std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& argu
     }
     raw.eval.encoding = raw.tags.encoding = raw.props.file.encoding = encodingOf(raw.encoding);
     CommandLine result;
-    if (!eval->parsed()) {
-        if (props->parsed()) {
-            result.command = raw.props;
-        } else {
-            result.command = raw.tags;
-        }
-        return result;
-    }
     if (eval->count("--include-path") > 0) raw.eval.includePath = raw.includePath;
-    result.command = raw.eval;
+    if (eval->parsed()) {
+        result.command = raw.eval;
+    } else if (props->parsed()) {
+        result.command = raw.props;
+    } else if (handlers->parsed()) {
+        result.command = raw.listed;
+    } else if (log->parsed()) {
+        result.command = raw.log;
+    } else {
+        result.command = raw.tags;
+    }
     result.system.registryFile = fromUtf8(raw.registry);
     for (const auto& folder : raw.handlers) result.system.handlerFolders.push_back(fromUtf8(folder));
     return result;

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "cli/EvalCommand.h"
+#include "cli/HandlersCommand.h"
+#include "cli/LogCommand.h"
 #include "cli/PropsCommand.h"
 #include "cli/TagsCommand.h"
 #include "platform/SystemServices.h"
@@ -13,7 +15,7 @@
 namespace velmor::cli {
 
 struct CommandLine {
-    std::variant<EvalOptions, TagsOptions, PropsOptions> command;
+    std::variant<EvalOptions, TagsOptions, PropsOptions, HandlersOptions, LogOptions> command;
     platform::SystemOptions system;
 };
 

@@ -17,6 +17,10 @@ int runCommand(const CommandLine& line) {
     for (const auto& warning : machine.warnings()) report(toUtf8(warning));
     if (const auto* eval = std::get_if<EvalOptions>(&line.command)) return runEval(machine.services(), *eval);
     if (const auto* props = std::get_if<PropsOptions>(&line.command)) return runProps(machine.services(), *props);
+    if (const auto* handlers = std::get_if<HandlersOptions>(&line.command)) {
+        return runHandlers(machine.services(), *handlers);
+    }
+    if (const auto* log = std::get_if<LogOptions>(&line.command)) return runLog(machine.services(), *log);
     return runTags(machine.services(), std::get<TagsOptions>(line.command));
 }
 

@@ -61,6 +61,7 @@ class Eval(VelmorTest):
             (b"<KV:TAG>PROPERTY:a=:</KV>", ["--property", 'a="q": x=y *'], b'"q": x=y *'),
             (b"<KV:TAG>PROPERTY:a=:</KV>", ["--property=a=1", "--property", "a=-2"], b"-2"),
             (b"<KV:TAG>PROPERTY:a=:</KV>", ["--property", "a="], b""),
+            (b"<KV:TAG>PROPERTY:a=:</KV>", ["--property", "a=1", "-"], b"1"),
             (b"<KV:TAG>SETPROPERTY:a=1:</KV><KV:TAG>PROPERTY:a=0:</KV>", [], b"1"),
             (b"[<KV:TAG>PROPERTY:n=:</KV>]", ["--property", "n=caf\u00e9 \u20ac"], b"[caf\xe9 \x80]"),
             ("[\u0141<KV:TAG>PROPERTY:n=:</KV>]".encode(),
@@ -272,6 +273,91 @@ class Props(VelmorTest):
         listed = self.velmor("props", "--json", "-", stdin=text, expect=REPORTED)
         self.assertEqual(listed.count(b'"name":"a"'), 101)
         self.assertIn("100 levels", self.messages)
+
+
+class Log(VelmorTest):
+    LINES = (b"05/03/2008 14:22:07 SRV 01 EVTAG  0000.016 DATABASE\r\n"
+             b"05/03/2008 14:22:07 SRV 01 TAGCOL 0001.500 DATABASE 12\r\n"
+             b"05/03/2008 14:22:08 SRV 01 EVTAG  0000.001 A\x80 EVTAG  0000.001 B\r\n"
+             b"05/03/2008 14:22:08 SRV 01 EVTAG  12345.001 DATABASE\r\n"
+             b"05/03/2008 14:22:08 SRV 01 TAGCOL 0000.000  3\r\n"
+             b"05/03/2008 14:22:08 SRV 01 CLNRTF 0000.250 98765\r\n"
+             b"05/03/2008 14:22:08 SRV 01 GENRES 0002.000 \r\n")
+
+    def test_sums_up(self):
+        self.write("day.log", self.LINES)
+        self.assertEqual(self.velmor("log", "day.log").decode().splitlines(), [
+            "STAGE   HANDLER                   CALLS      TOTAL       MEAN    SLOWEST",
+            "EVTAG   DATABASE                      2  12345.017   6172.509  12345.001",
+            "GENRES                                1      2.000      2.000      2.000",
+            "TAGCOL  DATABASE                      1      1.500      1.500      1.500",
+            "CLNRTF                                1      0.250      0.250      0.250",
+            "EVTAG   A\u20ac EVTAG  0000.001 B          1      0.001      0.001      0.001",
+            "TAGCOL                                1      0.000      0.000      0.000"])
+        summary = json.loads(self.velmor("log", "--json", "-", stdin=self.LINES))
+        self.assertEqual(summary["unread"], 0)
+        self.assertEqual(summary["entries"][0], {"stage": "EVTAG", "handler": "DATABASE", "calls": 2,
+                                                 "total": 12345.017, "mean": 6172.5085, "slowest": 12345.001})
+
+    def test_bad_lines(self):
+        self.assertEqual(json.loads(self.velmor("log", "-", "--json", stdin=b"")), {"entries": [], "unread": 0})
+        for line in [b"\r\n", b"x\r\n", b"05/03/2008 14:22:07 SRV01 EVTAG  0000.016 HALF", b"\0" * 100,
+                     b"05/03/2008 14:22:07 SRV01 EVTAG  00x0.016 A\r\n", b"05/03/2008 14:22:07 SRV01 EVTAG \r\n",
+                     b"05/03/2008 14:22:07 SRV01 GENRES 9999999999999999999.000 \r\n"]:
+            with self.subTest(line=line):
+                out = self.velmor("log", "--json", "-", stdin=self.LINES + line, expect=REPORTED)
+                self.assertEqual((json.loads(out)["unread"], len(json.loads(out)["entries"])), (1, 6))
+        self.velmor("log", "missing", expect=FILE)
+        self.velmor("log", expect=USAGE)
+
+    def test_reads_what_evaluation_writes(self):
+        if RUNNER:
+            self.skipTest("the machine's registry and data folder are not the test's own")
+        self.write("r.reg", b"Windows Registry Editor Version 5.00\r\n\r\n"
+                   b"[HKEY_LOCAL_MACHINE\\SOFTWARE\\Korvane\\Quillmark\\Options]\r\n\"Logging Types\"=\"22\"\r\n")
+        os.environ["VELMOR_DATA"] = self.path("data")
+        self.addCleanup(os.environ.pop, "VELMOR_DATA")
+        template = b"<KV:TAG>PROPERTY:a=1:</KV>"
+        self.assertEqual(self.velmor("eval", "--registry", "r.reg", stdin=template * 3), b"111")
+        logs = os.path.join("data", "Pellmar", "Logs")
+        (log,) = os.listdir(self.path(logs))
+        self.assertRegex(log, r"^VelmorLog-\d{8}\.log$")
+        entries = json.loads(self.velmor("log", "--json", os.path.join(logs, log)))["entries"]
+        self.assertEqual(sorted((e["stage"], e["handler"], e["calls"]) for e in entries),
+                         [("EVTAG", "TAG", 3), ("GENRES", "", 1), ("TAGCOL", "", 1), ("TAGCOL", "TAG", 3)])
+
+
+class Handlers(VelmorTest):
+    REGISTRY = (b"Windows Registry Editor Version 5.00\r\n\r\n"
+                b"[HKEY_LOCAL_MACHINE\\SOFTWARE\\Korvane\\Quillmark\\Handlers]\r\n"
+                b"\"FORMAT\"=\"Sample.Formatter\"\r\n\"GONE\"=\"{00000000-0000-0000-C000-000000000046}\"\r\n"
+                b"[HKEY_LOCAL_MACHINE\\SOFTWARE\\Korvane\\Quillmark\\Handlers\\GONE]\r\n\"Hide\"=\"1\"\r\n"
+                b"[HKEY_LOCAL_MACHINE\\SOFTWARE\\Korvane\\Quillmark\\SubHandlers\\GRP]\r\n"
+                b"\"F\"=\"Sample.Formatter\"\r\n"
+                b"[HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes\\Sample.Formatter]\r\n"
+                b"\"NativeLibrary\"=\"SampleFormatter.so\"\r\n")
+
+    def test_list(self):
+        if RUNNER:
+            self.skipTest("the sample handler is not registered yet")
+        self.write("r.reg", self.REGISTRY)
+        options = ["--registry", "r.reg", "--handlers", HANDLERS]
+        handlers = json.loads(self.velmor("handlers", "--json", *options))["handlers"]
+        self.assertEqual([(h["name"], h["available"]) for h in handlers],
+                         [("FORMAT", True), ("TAG", True), ("GRP-F", True)])
+        self.assertEqual([c["name"] for c in handlers[2]["commands"]], ["DATE", "NUMBER"])
+        lines = self.velmor("handlers", *options, "tag").decode().split("\n")
+        self.assertEqual(lines[:3], ["TAG  (built in)",
+                                     "  SETPROPERTY  TAG>SETPROPERTY:name=value:[PREPROCESS=(true):]",
+                                     "      PREPROCESS"])
+        self.assertIn(b"GONE  {0", self.velmor("handlers", *options, "--all", expect=REPORTED))
+        self.assertIn("GONE", self.messages)
+        self.velmor("handlers", *options, "NONE", expect=FILE)
+
+    def test_without_a_registry(self):
+        self.write("r.reg", b"Windows Registry Editor Version 5.00\r\n")
+        names = [h["name"] for h in json.loads(self.velmor("handlers", "--json", "--registry", "r.reg"))["handlers"]]
+        self.assertEqual(names, ["TAG"])
 
 
 class Sample(VelmorTest):

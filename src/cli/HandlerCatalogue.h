@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/Services.h"
+
+namespace velmor::cli {
+
+// What the catalogue of handlers says, read as a whole.
+struct HandlerParameter {
+    std::u16string name;
+    std::vector<std::u16string> values;  // those to choose from
+};
+struct HandlerCommand {
+    std::u16string name, syntax, description;
+    std::vector<HandlerParameter> parameters;
+};
+struct HandlerEntry {
+    std::u16string name;       // as it is written in tags
+    std::u16string className;  // "" for the built-in handler
+    bool builtIn = false;
+    bool available = false;  // built in, or an object of its class can be created
+    std::vector<HandlerCommand> commands;
+};
+
+// Those that belong to no group first, each group in its turn.
+std::vector<HandlerEntry> readHandlers(platform::Services& services, bool all);
+// Asks the handler for its commands.
+void readCommands(platform::Services& services, HandlerEntry& handler);
+
+}  // namespace velmor::cli

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+#include "cli/ExitCode.h"
+#include "platform/Services.h"
+
+namespace velmor::cli {
+
+struct LogOptions {
+    std::string input;  // "-": standard input
+    bool json = false;
+};
+
+// velmor log: sums up a day's timing log, a line for each stage and handler. Lines that are none of
+// the log's, and a last one that was not written to its end, are counted and reported.
+ExitCode runLog(platform::Services& services, const LogOptions& options);
+
+}  // namespace velmor::cli

@@ -1,0 +1,99 @@
+#include "cli/TimingSummary.h"
+
+#include <algorithm>
+#include <optional>
+#include <unordered_map>
+
+namespace velmor::cli {
+namespace {
+
+struct Line {
+    std::u16string_view stage, handler;
+    std::int64_t milliseconds = 0;
+};
+
+constexpr std::u16string_view kStages[] = {u"EVTAG ", u"TAGCOL", u"CLNRTF", u"GENRES"};
+constexpr std::u16string_view kDate = u"dd/dd/dddd dd:dd:dd ";  // each d a digit
+constexpr std::size_t kStageWidth = 6;
+
+bool isDigit(char16_t unit) noexcept {
+    return unit >= u'0' && unit <= u'9';
+}
+
+bool startsLike(std::u16string_view text, std::u16string_view pattern) noexcept {
+    if (text.size() < pattern.size()) return false;
+    const auto fits = [](char16_t mark, char16_t unit) { return mark == u'd' ? isDigit(unit) : mark == unit; };
+    return std::equal(pattern.begin(), pattern.end(), text.begin(), fits);
+}
+
+// "0000.000", more digits in front where there are any; takes them and the blank behind off the text.
+std::optional<std::int64_t> takeMilliseconds(std::u16string_view& text) noexcept {
+    constexpr std::size_t mostDigits = 12;
+    const std::size_t point = text.find(u'.');
+    if (point == text.npos || point < 4 || point > mostDigits || !startsLike(text.substr(point), u".ddd ")) return {};
+    std::int64_t number = 0;
+    for (std::size_t i = 0; i < point + 4; ++i) {
+        if (i == point) continue;
+        if (!isDigit(text[i])) return {};
+        number = number * 10 + (text[i] - u'0');
+    }
+    text.remove_prefix(point + 5);
+    return number;
+}
+
+// What follows the machine's name, which may hold blanks: a stage and a time.
+std::optional<Line> parseStage(std::u16string_view text) noexcept {
+    Line line;
+    line.stage = text.substr(0, kStageWidth);
+    if (std::find(std::begin(kStages), std::end(kStages), line.stage) == std::end(kStages)) return {};
+    text.remove_prefix(kStageWidth);
+    if (!text.starts_with(u' ')) return {};
+    text.remove_prefix(1);
+    const auto milliseconds = takeMilliseconds(text);
+    if (!milliseconds) return {};
+    line.milliseconds = *milliseconds;
+    if (line.stage == kStages[0]) {
+        line.stage.remove_suffix(1);
+        line.handler = text;
+    } else if (line.stage == kStages[1]) {
+        line.handler = text.substr(0, text.rfind(u' '));  // in front of the turns of the search
+    }
+    return line;
+}
+
+std::optional<Line> parseLine(std::u16string_view text) noexcept {
+    if (!startsLike(text, kDate)) return {};
+    for (std::size_t blank = kDate.size() - 1; blank != text.npos; blank = text.find(u' ', blank + 1)) {
+        if (const auto line = parseStage(text.substr(blank + 1))) return line;
+    }
+    return {};
+}
+
+}  // namespace
+
+TimingSummary summarize(std::u16string_view log) {
+    TimingSummary summary;
+    std::unordered_map<std::u16string, std::size_t> places;
+    while (!log.empty()) {
+        const std::size_t end = log.find(u"\r\n");
+        const auto line = end == log.npos ? std::nullopt : parseLine(log.substr(0, end));
+        log.remove_prefix(end == log.npos ? log.size() : end + 2);
+        if (!line) {
+            ++summary.unread;
+            continue;
+        }
+        std::u16string key(line->stage);
+        key.append(u" ").append(line->handler);
+        const auto place = places.try_emplace(std::move(key), summary.entries.size());
+        if (place.second) summary.entries.push_back({std::u16string(line->stage), std::u16string(line->handler)});
+        TimingEntry& entry = summary.entries[place.first->second];
+        ++entry.calls;
+        entry.total += line->milliseconds;
+        entry.slowest = std::max(entry.slowest, line->milliseconds);
+    }
+    std::stable_sort(summary.entries.begin(), summary.entries.end(),
+                     [](const TimingEntry& left, const TimingEntry& right) { return left.total > right.total; });
+    return summary;
+}
+
+}  // namespace velmor::cli
