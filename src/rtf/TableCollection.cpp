@@ -71,6 +71,15 @@ bool TableCollection::usesEachOnce(std::u16string_view text) const {
     return std::all_of(documents_.begin(), documents_.end(), [&](const Document& one) { return look(one.text); });
 }
 
+TableCollection::Placeholder TableCollection::placeholderAt(std::u16string_view text,
+                                                            std::size_t index) const noexcept {
+    std::u16string_view rest = text.substr(index);
+    const std::size_t number = takePlaceholder(rest, mark_);
+    const std::size_t end = text.size() - rest.size();
+    if (number < tableCount || number - tableCount >= documents_.size()) return {end, std::nullopt};
+    return {end, number - tableCount};
+}
+
 // Writes the host, which lies at `from`, and all that is in it.
 template <typename Write>
 void TableCollection::writeExpanded(std::u16string_view from, Write write) {

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -39,6 +40,13 @@ public:
     const std::deque<Document>& documents() const noexcept { return documents_; }
     // `index` as in documents().
     std::u16string placeholder(std::size_t index) const;
+
+    // What stands at a mark in one of the texts of this run.
+    struct Placeholder {
+        std::size_t end;                      // the index behind it
+        std::optional<std::size_t> document;  // as in documents(); nothing for a shared table
+    };
+    Placeholder placeholderAt(std::u16string_view text, std::size_t index) const noexcept;
 
     // The groups in the host's own text.
     GroupSet& hostGroups() noexcept { return hostGroups_; }

@@ -1,0 +1,306 @@
+#include "rtf/HeaderSections.h"
+
+#include <utility>
+
+namespace velmor {
+namespace {
+
+// A copy of a group, for other pages; an empty group when there is none.
+void appendGroup(std::u16string& text, HeaderName name, std::u16string_view group) {
+    text += name.opening();
+    if (group.empty()) {
+        text += u"\\pard\\plain\\par}";
+        return;
+    }
+    std::size_t behindName = 2;
+    while (behindName < group.size() && isLetter(group[behindName])) ++behindName;
+    text += group.substr(behindName);
+}
+
+void appendWords(std::u16string& text, const HeaderWords& words) {
+    for (const HeaderKind kind : headerKinds) text += words.distance[kind];
+    if (words.title) text += u"\\titlepg";
+    if (words.border[HeaderKind::header]) text += u"\\pgbrdrhead";
+    if (words.border[HeaderKind::footer]) text += u"\\pgbrdrfoot";
+}
+
+}  // namespace
+
+void HeaderSections::Start::want(HeaderKind kind) {
+    kinds[kind] = {};
+    kinds[kind].wanted = kinds[kind].searching = true;
+}
+
+std::size_t HeaderSections::change(std::uint32_t text, std::size_t begin, std::size_t end, bool cuts) {
+    changes_.push_back({text, begin, end, {}, cuts});
+    return changes_.size() - 1;
+}
+
+// ---- Documents
+
+HeaderWords& HeaderSections::wordsOf(const FlowPlace& place) {
+    return place.text == FlowPlace::host ? section_.words : documents_.back().words;
+}
+
+void HeaderSections::enterDocument(std::uint32_t text) {
+    documents_.push_back({text, {}});
+    Start* const start = target();
+    if (start == nullptr) return;
+    for (const HeaderKind kind : headerKinds) {
+        if (start->kinds[kind].awaited == 0) start->kinds[kind].awaited = text;
+    }
+}
+
+void HeaderSections::leaveDocument() {
+    const std::uint32_t left = documents_.back().text;
+    documents_.pop_back();
+    Start* const start = target();
+    if (start == nullptr) return;
+    for (const HeaderKind kind : headerKinds) {
+        NewGroups& groups = start->kinds[kind];
+        const bool searched = groups.source != 0 ? groups.source == left : groups.awaited == left;
+        if (searched) groups.searching = false;
+    }
+}
+
+// ---- Where sections begin
+
+bool HeaderSections::justBegan() const noexcept {
+    return section_.start && section_.start->breaks && !section_.hasContent && !section_.hasPage;
+}
+
+void HeaderSections::marker(HeaderKind kind, const FlowPlace& place) {
+    const std::size_t taken = cut(place);
+    if (!place.body) return;
+    if (pending_) return pending_->want(kind);
+    if (section_.start && !section_.hasContent) return section_.start->want(kind);
+    Start start;
+    start.want(kind);
+    if (!section_.hasContent) {
+        start.change = taken;
+        section_.start = start;
+    } else if (place.inTable) {
+        pending_ = start;
+    } else if (lastPage_) {
+        start.asPage = lastPage_->described;
+        begin(start, cut(lastPage_->place));
+    } else {
+        begin(start, taken);
+    }
+}
+
+void HeaderSections::begin(Start start, std::size_t change) {
+    closeSection();
+    start.change = change;
+    start.breaks = true;
+    Section next;
+    next.words = section_.words;
+    next.start = start;
+    section_ = std::move(next);
+    lastPage_.reset();
+}
+
+void HeaderSections::placePending(const FlowPlace& place) {
+    if (!pending_ || place.inTable || !place.body) return;
+    const Start start = *pending_;
+    pending_.reset();
+    begin(start, change(place.text, place.begin, place.begin));
+}
+
+void HeaderSections::content(const FlowPlace& place) {
+    placePending(place);
+    section_.hasContent = true;
+    lastPage_.reset();
+}
+
+void HeaderSections::paragraphEnd(const FlowPlace& place) {
+    placePending(place);
+}
+
+void HeaderSections::hostEnd(const FlowPlace& place) {
+    placePending(place);
+}
+
+// A break right behind the section's own would leave an empty page.
+void HeaderSections::pageBreak(const FlowPlace& place) {
+    placePending(place);
+    if (justBegan()) {
+        cut(place);
+        return;
+    }
+    section_.hasContent = section_.hasPage = true;
+    if (!place.inTable) lastPage_ = PageBreak{place, false};
+}
+
+void HeaderSections::sectionBreak(const FlowPlace& place) {
+    placePending(place);
+    if (justBegan()) {
+        cut(place);
+        return;
+    }
+    closeSection();
+    Section next;
+    next.words = section_.words;
+    next.byDocument = place.text != FlowPlace::host;
+    section_ = std::move(next);
+    lastPage_.reset();
+}
+
+void HeaderSections::description() {
+    if (lastPage_) {
+        lastPage_->described = true;
+    } else if (section_.start && section_.start->breaks && !section_.hasPage) {
+        section_.start->asPage = true;
+    }
+}
+
+// ---- Words
+
+void HeaderSections::sectionDefaults(const FlowPlace& place) {
+    const bool host = place.text == FlowPlace::host;
+    wordsOf(place) = {};
+    if (!host && section_.byDocument) section_.words.title = false;
+    if (!host || section_.start) section_.defaults.push_back(change(place.text, place.begin, place.end, false));
+}
+
+template <typename Set>
+void HeaderSections::setWord(const FlowPlace& place, Set set) {
+    if (place.body) set(wordsOf(place));
+    if (place.text == FlowPlace::host) return;
+    cut(place);
+    Start* const start = target();
+    if (start == nullptr || !place.body) return;
+    for (const HeaderKind kind : headerKinds) {
+        NewGroups& groups = start->kinds[kind];
+        if (groups.searching && groups.source == place.text) set(groups.words);
+    }
+}
+
+void HeaderSections::distance(HeaderKind kind, std::u16string_view word, const FlowPlace& place) {
+    setWord(place, [&](HeaderWords& words) { words.distance[kind] = word; });
+}
+
+void HeaderSections::border(HeaderKind kind, const FlowPlace& place) {
+    setWord(place, [&](HeaderWords& words) { words.border[kind] = true; });
+}
+
+void HeaderSections::titlePage(const FlowPlace& place) {
+    setWord(place, [](HeaderWords& words) { words.title = true; });
+}
+
+void HeaderSections::facingPages(const FlowPlace& place) {
+    if (place.text == FlowPlace::host) {
+        facing_ = true;
+    } else {
+        cut(place);
+    }
+}
+
+// ---- Groups
+
+void HeaderSections::group(HeaderName name, std::u16string_view text, const FlowPlace& place) {
+    if (place.text == FlowPlace::host) {
+        if (place.body) keepHostGroup(name, text, place);
+    } else {
+        cut(place);
+        if (place.body) take(name, text);
+    }
+}
+
+void HeaderSections::keepHostGroup(HeaderName name, std::u16string_view text, const FlowPlace& place) {
+    Current& current = current_[name.kind];
+    if (name.pages == HeaderPages::all || name.pages == HeaderPages::right) current.main = text;
+    current.firstIsMain = false;
+    section_.hostGroups[name.kind].push_back({place.begin, place.end});
+    if (!section_.start || !section_.start->kinds[name.kind].wanted) return;
+    section_.start->kinds[name.kind].byHost = true;
+    section_.start->kinds[name.kind].searching = false;
+}
+
+void HeaderSections::take(HeaderName name, std::u16string_view text) {
+    Start* const start = target();
+    if (start == nullptr) return;
+    NewGroups& groups = start->kinds[name.kind];
+    const Document& document = documents_.back();
+    if (!groups.searching) return;
+    if (groups.source == 0) {
+        groups.source = document.text;
+        groups.words = document.words;
+    }
+    if (groups.source == document.text) groups.groups[static_cast<std::size_t>(name.pages)] = text;
+}
+
+// ---- What is written
+
+void HeaderSections::closeSection() {
+    if (section_.start) changes_[section_.start->change].put = startText(*section_.start);
+    for (const std::size_t behind : section_.defaults) appendWords(changes_[behind].put, section_.words);
+}
+
+// What the taken groups' documents say about the section, which becomes what the section says.
+HeaderWords HeaderSections::carry(const Start& start) {
+    HeaderWords carried;
+    for (const HeaderKind kind : headerKinds) {
+        const NewGroups& groups = start.kinds[kind];
+        if (!groups.taken()) continue;
+        carried.distance[kind] = groups.words.distance[kind];
+        carried.border[kind] = groups.words.border[kind];
+        carried.title = carried.title || groups.words.title;
+        if (!carried.distance[kind].empty()) section_.words.distance[kind] = carried.distance[kind];
+        section_.words.border[kind] = section_.words.border[kind] || carried.border[kind];
+    }
+    section_.words.title = section_.words.title || carried.title;
+    return carried;
+}
+
+std::u16string HeaderSections::startText(const Start& start) {
+    const bool hadTitle = section_.words.title;
+    const HeaderWords carried = carry(start);
+    const bool title = section_.words.title;
+    std::u16string words;
+    appendWords(words, carried);
+    std::u16string groups;
+    for (const HeaderKind kind : headerKinds) {
+        const NewGroups& newGroups = start.kinds[kind];
+        if (newGroups.taken() || (start.breaks && newGroups.wanted && !newGroups.byHost)) {
+            appendNew(groups, kind, newGroups, title);
+        } else if (title && (start.breaks || !hadTitle)) {
+            appendFirstOfOther(groups, kind);
+        }
+    }
+    // Words right behind a generator group would be taken for its own.
+    if (!start.breaks) return groups + words;
+    return (start.asPage ? u"\\page\\sbkpage\\pgncont" : u"\\sect\\sbkpage\\pgncont") + words + groups;
+}
+
+// Every page shows the new ones: what a section does not give is that of the section before.
+void HeaderSections::appendNew(std::u16string& text, HeaderKind kind, const NewGroups& groups, bool title) {
+    const auto given = [&](HeaderPages pages) { return groups.groups[static_cast<std::size_t>(pages)]; };
+    const std::u16string_view main = groups.main();
+    if (main.empty()) appendGroup(text, {kind, HeaderPages::all}, {});
+    for (const HeaderPages pages : {HeaderPages::all, HeaderPages::right, HeaderPages::left}) {
+        if (!given(pages).empty()) text += given(pages);
+    }
+    if (facing_ && given(HeaderPages::left).empty()) appendGroup(text, {kind, HeaderPages::left}, main);
+    const bool ownFirst = groups.words.title || !title;
+    const std::u16string_view first = ownFirst ? given(HeaderPages::first) : main;
+    if (title || !first.empty()) appendGroup(text, {kind, HeaderPages::first}, first);
+    current_[kind] = {main, title && !ownFirst};
+
+    if (section_.start->breaks) return;
+    for (const auto& [begin, end] : section_.hostGroups[kind]) change(FlowPlace::host, begin, end);
+}
+
+// The new section's first page goes on with the other kind's ordinary one, and so do later ones.
+void HeaderSections::appendFirstOfOther(std::u16string& text, HeaderKind kind) {
+    if (current_[kind].firstIsMain) return;
+    appendGroup(text, {kind, HeaderPages::first}, current_[kind].main);
+    current_[kind].firstIsMain = true;
+}
+
+std::vector<HeaderSections::Change> HeaderSections::finish() {
+    closeSection();
+    return std::move(changes_);
+}
+
+}  // namespace velmor

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace velmor {
+
+enum class HeaderKind : std::uint8_t { header, footer };
+inline constexpr std::array headerKinds = {HeaderKind::header, HeaderKind::footer};
+
+// The pages that a header or footer group is for: {\header, {\headerr, {\headerl, {\headerf.
+enum class HeaderPages : std::uint8_t { all, right, left, first };
+
+struct HeaderName {
+    HeaderKind kind;
+    HeaderPages pages;
+
+    // The opening of such a group.
+    constexpr std::u16string_view opening() const noexcept {
+        constexpr std::u16string_view openings[2][4] = {{u"{\\header", u"{\\headerr", u"{\\headerl", u"{\\headerf"},
+                                                        {u"{\\footer", u"{\\footerr", u"{\\footerl", u"{\\footerf"}};
+        return openings[static_cast<std::size_t>(kind)][static_cast<std::size_t>(pages)];
+    }
+};
+
+// What the letters of a group's first word name.
+constexpr std::optional<HeaderName> headerNamed(std::u16string_view letters) noexcept {
+    for (const HeaderKind kind : headerKinds) {
+        for (const HeaderPages pages : {HeaderPages::all, HeaderPages::right, HeaderPages::left, HeaderPages::first}) {
+            const HeaderName name{kind, pages};
+            if (name.opening().substr(2) == letters) return name;
+        }
+    }
+    return std::nullopt;
+}
+
+// One value for the headers and one for the footers.
+template <typename Value>
+struct PerKind {
+    std::array<Value, 2> values{};
+
+    Value& operator[](HeaderKind kind) noexcept { return values[static_cast<std::size_t>(kind)]; }
+    const Value& operator[](HeaderKind kind) const noexcept { return values[static_cast<std::size_t>(kind)]; }
+};
+
+// The words with which a section says how it shows headers and footers.
+struct HeaderWords {
+    PerKind<std::u16string_view> distance;  // \headery, \footery, with their numbers
+    PerKind<bool> border;                   // \pgbrdrhead, \pgbrdrfoot
+    bool title = false;                     // \titlepg: the first page has its own
+};
+
+}  // namespace velmor

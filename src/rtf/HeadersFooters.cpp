@@ -1,0 +1,73 @@
+#include "rtf/HeadersFooters.h"
+
+#include <algorithm>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "rtf/DocumentFlow.h"
+#include "rtf/HeaderSections.h"
+#include "rtf/TextEdits.h"
+#include "text/Compare.h"
+
+namespace velmor {
+namespace {
+
+using Change = HeaderSections::Change;
+
+bool holdsAny(GroupSet groups) noexcept {
+    return groups.has(Group::newHeader) || groups.has(Group::newFooter);
+}
+
+bool needsReading(TableCollection& tables) {
+    if (holdsAny(tables.hostGroups())) return true;
+    return std::any_of(tables.documents().begin(), tables.documents().end(), [](const auto& document) {
+        return holdsAny(document.groups) || document.groups.has(Group::header) || document.groups.has(Group::footer) ||
+               findText(document.text, u"\\sectd", 0, Comparison::binary) != std::u16string_view::npos;
+    });
+}
+
+// By text and place; what is put in without taking anything out comes first, and a change that lies in
+// another one is lost in it.
+void sort(std::vector<Change>& changes) {
+    const auto key = [](const Change& change) {
+        return std::tuple(change.text, change.begin, change.begin != change.end, ~change.end);
+    };
+    std::stable_sort(changes.begin(), changes.end(),
+                     [&](const Change& left, const Change& right) { return key(left) < key(right); });
+}
+
+// Makes the changes of one text, those in front of the result.
+template <typename Iterator>
+Iterator apply(Iterator change, Iterator end, std::u16string& text, TextEdits& edits) {
+    const std::uint32_t number = change->text;
+    std::size_t behind = 0;
+    for (; change != end && change->text == number; ++change) {
+        if (change->begin < behind || (change->put.empty() && !change->cuts)) continue;
+        behind = change->end;
+        if (change->put.empty()) {
+            edits.cut(change->begin, change->end);
+        } else {
+            edits.replaceApartVal(change->begin, change->end, std::move(change->put));
+        }
+    }
+    edits.apply(text);
+    return change;
+}
+
+}  // namespace
+
+void Module1::ApplyHeadersFooters(std::u16string& psText, TableCollection& poTables, const CleanOptions&) {
+    if (!needsReading(poTables)) return;
+    HeaderSections sections;
+    DocumentFlow(psText, poTables, sections).run();
+    std::vector<Change> changes = sections.finish();
+    sort(changes);
+    TextEdits edits;
+    for (auto next = changes.begin(); next != changes.end();) {
+        std::u16string& text = next->text == FlowPlace::host ? psText : poTables.documents()[next->text - 1].text;
+        next = apply(next, changes.end(), text, edits);
+    }
+}
+
+}  // namespace velmor
