@@ -220,7 +220,7 @@ void DocumentFlow::takeBodyWord(const ControlWord& word, std::size_t behind) {
     } else if (is(u"sect")) {
         sections_.sectionBreak(place(word.begin, behind));
     } else if (is(u"sectd")) {
-        sections_.sectionDefaults(place(word.end, behind));
+        sections_.sectionDefaults(place(word.begin, behind));
     } else {
         if (sections_.awaitsContent() && isAmong(shownWords, word.letters)) content(word.begin);
         if (is(u"trowd")) rowIsOpen_ = true;

@@ -1,5 +1,6 @@
 #include "rtf/HeaderSections.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace velmor {
@@ -159,8 +160,14 @@ void HeaderSections::description() {
 void HeaderSections::sectionDefaults(const FlowPlace& place) {
     const bool host = place.text == FlowPlace::host;
     wordsOf(place) = {};
+    if (!host && section_.start) {
+        cut(place);  // the section goes on with the page, margins and columns of the one before
+        return;
+    }
     if (!host && section_.byDocument) section_.words.title = false;
-    if (!host || section_.start) section_.defaults.push_back(change(place.text, place.begin, place.end, false));
+    if (host && !section_.start) return;
+    const std::size_t behind = place.begin + std::u16string_view(u"\\sectd").size();
+    section_.defaults.push_back(change(place.text, std::min(behind, place.end), place.end, false));
 }
 
 template <typename Set>

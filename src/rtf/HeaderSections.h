@@ -45,7 +45,6 @@ public:
     void paragraphEnd(const FlowPlace& place);
     void pageBreak(const FlowPlace& place);
     void sectionBreak(const FlowPlace& place);
-    // "\sectd"; the place is that of what may follow it.
     void sectionDefaults(const FlowPlace& place);
     void distance(HeaderKind kind, std::u16string_view word, const FlowPlace& place);
     void border(HeaderKind kind, const FlowPlace& place);

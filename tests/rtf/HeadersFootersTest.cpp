@@ -74,7 +74,7 @@ const Case markers[] = {
     {"distances and borders",
      u"{\\rtf1\\sectd a" H u"{\\rtf1\\sectd\\headery5\\footery6\\pgbrdrhead\\pgbrdrfoot"
      u"{\\header n}b}}",
-     u"{\\rtf1\\sectd a" NEW u"\\headery5\\pgbrdrhead{\\header n}{\\rtf1\\sectd\\headery5\\pgbrdrhead b}}"},
+     u"{\\rtf1\\sectd a" NEW u"\\headery5\\pgbrdrhead{\\header n}{\\rtf1b}}"},
     {"the section begins without text", u"{\\rtf1{\\header h}{\\footer f}\\pard " H u"{\\rtf1\\headery5{\\header n}b}}",
      u"{\\rtf1{\\footer f}\\pard {\\header n}\\headery5{\\rtf1b}}"},
     {"the section begins without text, and no group follows", u"{\\rtf1{\\header h}\\par" H u"a}",
