@@ -25,6 +25,28 @@ constexpr std::u16string_view shownWords[] = {
     u"bullet",  u"emdash",  u"endash", u"lquote", u"rquote", u"emspace",  u"ldblquote", u"rdblquote",
     u"enspace", u"qmspace", u"chpgn",  u"chdate", u"chtime", u"sectnum",  u"chdpl",     u"chdpa"};
 
+// The words that matter wherever they stand, by their first two letters.
+bool mayMatter(char16_t first, char16_t second) noexcept {
+    switch (first) {
+        case u'b':  // \bin
+        case u't':  // \titlepg, \trowd
+            return second == u'i' || second == u'r';
+        case u'f':  // \facingp, \footery
+            return second == u'a' || second == u'o';
+        case u'h':  // \headery
+        case u's':  // \sect, \sectd
+            return second == u'e';
+        case u'i':  // \intbl
+            return second == u'n';
+        case u'p':  // \page, \par, \pard, \pgbrdrhead, \pgbrdrfoot
+            return second == u'a' || second == u'g';
+        case u'r':  // \row
+            return second == u'o';
+        default:
+            return false;
+    }
+}
+
 template <std::size_t count>
 bool isAmong(const std::u16string_view (&words)[count], std::u16string_view letters) {
     return std::find(std::begin(words), std::end(words), letters) != std::end(words);
@@ -164,6 +186,11 @@ void DocumentFlow::closeGroup() {
 void DocumentFlow::readBackslash() {
     Reading& reading = readings_.back();
     const std::size_t index = reading.at;
+    if (!sections_.awaitsContent() && index + 2 < reading.text.size() &&
+        !mayMatter(reading.text[index + 1], reading.text[index + 2])) {
+        reading.at = index + 2;
+        return;
+    }
     const ControlWord word = readWord(reading.text, index);
     if (word.letters.empty()) {
         const std::size_t next = index + 1;
