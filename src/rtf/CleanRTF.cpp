@@ -9,6 +9,7 @@
 #include "rtf/MergePageBreaks.h"
 #include "rtf/MergeTables.h"
 #include "rtf/Module1.h"
+#include "rtf/NestedTables.h"
 #include "rtf/PlaceholderMark.h"
 #include "rtf/RemoveBackground.h"
 #include "rtf/RemoveDuplicateGenerators.h"
@@ -86,6 +87,7 @@ private:
         if (groups_.has(Group::generator)) Module1::RemoveGeneratorSectionWords(text_);
         if (groups_.has(Group::background)) Module1::RemoveBackground(text_, options_);
         if (hasDocuments_) Module1::UnwrapNestedDocuments(text_, options_);
+        if (groups_.has(Group::tableMarker)) Module1::ConvertNestedTables(text_, options_);
         trimTrailingSpace();
         if (groups_.has(Group::generator)) Module1::RemoveDuplicateGenerators(text_, options_);
         Module1::CollapseBlankLines(text_, options_);

@@ -42,6 +42,20 @@ public:
         insert(at, text.substr(part.begin, part.end - part.begin));
     }
 
+    // A place whose change is known only later: does nothing until it is filled. A cut may then take
+    // in what follows, up to the place of the next edit.
+    std::size_t reserve(std::size_t at) {
+        insert(at, {});
+        return edits_.size() - 1;
+    }
+    void fill(std::size_t place, std::u16string_view text) { edits_[place].put(text, false); }
+    void fillApart(std::size_t place, std::u16string_view text) { edits_[place].put(text, true); }
+    void fillApartVal(std::size_t place, std::u16string text) { fillApart(place, kept_.emplace_back(std::move(text))); }
+    void fillCut(std::size_t place, std::size_t end) {
+        edits_[place].put({}, true);
+        edits_[place].end = static_cast<std::uint32_t>(end);
+    }
+
     // The edits are used up. Raises std::length_error when the text would grow beyond the limit of a
     // string builder, or std::bad_alloc; the text is then as it was.
     void apply(std::u16string& text);
@@ -58,6 +72,12 @@ private:
               text(put.data()),
               length(static_cast<std::uint32_t>(put.size())),
               seam(goingOn) {}
+
+        void put(std::u16string_view changed, bool keepsApart) noexcept {
+            text = changed.data();
+            length = static_cast<std::uint32_t>(changed.size());
+            apart = keepsApart;
+        }
 
         std::uint32_t begin;
         std::uint32_t end;

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <string_view>
+
+#include "rtf/ControlWord.h"
+#include "rtf/RtfScanner.h"
+
+namespace velmor {
+
+// What the conversion of nested tables tells apart; whole words.
+enum class NestedWord {
+    other,
+    cell,
+    nestedCell,
+    row,  // or \nestrow
+    definition,
+    inTable,
+    level,
+    paragraphEnd,
+    paragraphDefaults,
+    apartText  // begins a group whose paragraphs are not those of the table around it
+};
+
+namespace nestedWords {
+
+// Whether a word of ours begins with these three letters. Most words are none, and this says so
+// without a branch.
+inline bool mayMatter(std::u16string_view text, std::size_t backslash) noexcept {
+    if (text.size() - backslash < 4) return false;
+    const auto key = [](const char16_t* units) {
+        return units[0] | std::uint64_t{units[1]} << 16 | std::uint64_t{units[2]} << 32;
+    };
+    const std::uint64_t letters = key(text.data() + backslash + 1);
+    return (letters == key(u"cel")) | (letters == key(u"nes")) | (letters == key(u"row")) | (letters == key(u"tro")) |
+           (letters == key(u"int")) | (letters == key(u"ita")) | (letters == key(u"par")) | (letters == key(u"non")) |
+           (letters == key(u"foo")) | (letters == key(u"hea")) | (letters == key(u"ann")) | (letters == key(u"shp")) |
+           (letters == key(u"dpt"));
+}
+
+inline NestedWord classify(std::u16string_view letters) noexcept {
+    struct Entry {
+        std::u16string_view letters;
+        NestedWord word;
+    };
+    static constexpr Entry entries[] = {
+        {u"cell", NestedWord::cell},
+        {u"par", NestedWord::paragraphEnd},
+        {u"pard", NestedWord::paragraphDefaults},
+        {u"intbl", NestedWord::inTable},
+        {u"row", NestedWord::row},
+        {u"trowd", NestedWord::definition},
+        {u"itap", NestedWord::level},
+        {u"nestcell", NestedWord::nestedCell},
+        {u"nestrow", NestedWord::row},
+        {u"annotation", NestedWord::apartText},
+        {u"dptxbxtext", NestedWord::apartText},
+        {u"footer", NestedWord::apartText},
+        {u"footerf", NestedWord::apartText},
+        {u"footerl", NestedWord::apartText},
+        {u"footerr", NestedWord::apartText},
+        {u"footnote", NestedWord::apartText},
+        {u"header", NestedWord::apartText},
+        {u"headerf", NestedWord::apartText},
+        {u"headerl", NestedWord::apartText},
+        {u"headerr", NestedWord::apartText},
+        {u"nonesttables", NestedWord::apartText},
+        {u"shprslt", NestedWord::apartText},
+        {u"shptxt", NestedWord::apartText},
+    };
+    for (const Entry& entry : entries) {
+        if (entry.letters == letters) return entry.word;
+    }
+    return NestedWord::other;
+}
+
+}  // namespace nestedWords
+}  // namespace velmor

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace velmor {
+
+// True when something of the text would be seen in its paragraph: characters other than blanks,
+// breaks, fields, pictures. Groups that a reader passes over, or shows elsewhere, do not count.
+// Linear in the text.
+bool showsText(std::u16string_view text) noexcept;
+
+// The words that set up a paragraph (alignment, indents, spacing, tabs, borders, style; not its
+// list, and not its characters), out of the run of control words behind the "\pard" at `index`.
+// Costs, and returns, a few hundred units at most: a longer run gives the words of its beginning.
+std::u16string paragraphWords(std::u16string_view text, std::size_t index);
+
+}  // namespace velmor

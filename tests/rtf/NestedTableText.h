@@ -1,0 +1,113 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "rtf/TableMarkers.h"
+
+namespace velmor::test {
+
+// Markers with a short identity.
+inline std::u16string tableStart(std::u16string_view identity) {
+    return std::u16string(startTableMarker).append(1, u'{').append(identity).append(u"}}");
+}
+inline std::u16string tableEnd(std::u16string_view identity) {
+    return std::u16string(endTableMarker).append(1, u'{').append(identity).append(u"}}");
+}
+
+// "<1:" and ":1>" become markers, so that cases can be read; and back.
+inline std::u16string withMarkers(std::u16string text) {
+    for (std::size_t at = 0; (at = text.find_first_of(u"<>", at)) != std::u16string::npos; ++at) {
+        const bool isStart = text[at] == u'<';
+        const std::u16string identity = text.substr(isStart ? at + 1 : at - 1, 1);
+        const std::u16string marker = isStart ? tableStart(identity) : tableEnd(identity);
+        const std::size_t begin = isStart ? at : at - 2;
+        text.replace(begin, 3, marker);
+        at = begin + marker.size() - 1;
+    }
+    return text;
+}
+inline std::u16string withoutMarkers(std::u16string text) {
+    for (std::size_t at = 0; (at = text.find(u"{\\*\\korvane\\", at)) != std::u16string::npos; ++at) {
+        const bool isStart = text.compare(at, startTableMarker.size(), startTableMarker) == 0;
+        const std::size_t open = text.find(u'{', at + 1);
+        const std::u16string identity = text.substr(open + 1, text.find(u'}', open) - open - 1);
+        text.replace(at, open + identity.size() + 3 - at, isStart ? u"<" + identity + u":" : u":" + identity + u">");
+    }
+    return text;
+}
+
+// Tables in tables out of bytes: markers, most of them in pairs, and pieces that hurt between them.
+inline std::u16string nestedTableText(const std::uint8_t* data, std::size_t size) {
+    static const std::u16string_view pieces[] = {
+        u"\\trowd\\irow0\\cellx9 ",
+        u"\\trowd\\cellx5\\pard\\intbl ",
+        u"\\trowd\\trkeep\\cellx5\\cellx7\\ql\\b ",
+        u"\\trowd ",
+        u"\\row",
+        u"\\row ",
+        u"\\row}",
+        u"\\trkeep\\row ",
+        u"\\cell",
+        u"\\cell ",
+        u"a\\cell b\\cell ",
+        u"\\cellx1",
+        u"\\intbl",
+        u"\\intbl ",
+        u"\\intbl0",
+        u"\\itap",
+        u"\\itap ",
+        u"\\itap0",
+        u"\\itap12 ",
+        u"\\itap-2",
+        u"{\\itap}",
+        u"\\par",
+        u"\\par ",
+        u"\\pard",
+        u"\\pard\\qc\\b\\li20\\intbl\\fs20 ",
+        u"\\pard\\plain ",
+        u"\\nestcell ",
+        u"\\nestrow",
+        u"{\\*\\nesttableprops\\trowd\\irow0\\cellx3\\nestrow}",
+        u"{\\nonesttables\\par}",
+        u"{\\footnote \\pard\\itap0 x\\par\\cell}",
+        u"{",
+        u"}",
+        u"}\r\n}",
+        u"\\",
+        u"\\'e4",
+        u" ",
+        u"  ",
+        u"\r\n",
+        u"x",
+        u"5",
+        u"{\\*\\bkmkstart b}",
+        u"\\tab ",
+        u"\\b0",
+    };
+    std::u16string text;
+    std::vector<char16_t> open;
+    char16_t next = u'A';
+    for (std::size_t i = 0; i < size; ++i) {
+        const unsigned value = data[i];
+        if (value < 40) {
+            open.push_back(next++);
+            text += tableStart({&open.back(), 1});
+        } else if (value < 76 && !open.empty()) {
+            text += tableEnd({&open.back(), 1});
+            open.pop_back();
+        } else if (value == 76) {
+            text += tableStart(u"?");
+        } else if (value == 77) {
+            text += tableEnd(u"B");
+        } else {
+            text += pieces[value % std::size(pieces)];
+        }
+    }
+    for (; !open.empty(); open.pop_back()) text += tableEnd({&open.back(), 1});
+    return text;
+}
+
+}  // namespace velmor::test
