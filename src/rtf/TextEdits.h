@@ -48,11 +48,11 @@ public:
         insert(at, {});
         return edits_.size() - 1;
     }
-    void fill(std::size_t place, std::u16string_view text) { edits_[place].put(text, false); }
-    void fillApart(std::size_t place, std::u16string_view text) { edits_[place].put(text, true); }
+    void fill(std::size_t place, std::u16string_view text) { edits_[place].put(text, Seam::plain); }
+    void fillApart(std::size_t place, std::u16string_view text) { edits_[place].put(text, Seam::apart); }
     void fillApartVal(std::size_t place, std::u16string text) { fillApart(place, kept_.emplace_back(std::move(text))); }
     void fillCut(std::size_t place, std::size_t end) {
-        edits_[place].put({}, true);
+        edits_[place].put({}, Seam::apart);
         edits_[place].end = static_cast<std::uint32_t>(end);
     }
 
@@ -73,10 +73,10 @@ private:
               length(static_cast<std::uint32_t>(put.size())),
               seam(goingOn) {}
 
-        void put(std::u16string_view changed, bool keepsApart) noexcept {
+        void put(std::u16string_view changed, Seam goingOn) noexcept {
             text = changed.data();
             length = static_cast<std::uint32_t>(changed.size());
-            apart = keepsApart;
+            seam = goingOn;
         }
 
         std::uint32_t begin;
