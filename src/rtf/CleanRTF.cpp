@@ -6,6 +6,7 @@
 #include "rtf/BlankLines.h"
 #include "rtf/EmbeddedDocuments.h"
 #include "rtf/HeadersFooters.h"
+#include "rtf/JoinedHeaders.h"
 #include "rtf/MergePageBreaks.h"
 #include "rtf/MergeTables.h"
 #include "rtf/Module1.h"
@@ -72,6 +73,7 @@ private:
         hasDocuments_ = Module1::ExtractEmbeddedDocuments(text_, tables, options_);
         Module1::MergeDocumentTables(text_, tables, options_);
         if (!options_.mergeMode) Module1::ApplyHeadersFooters(text_, tables, options_);
+        Module1::SeparateJoinedHeaders(text_, tables, options_);
         groups_ = tables.hostGroups();
         for (const TableCollection::Document& document : tables.documents()) groups_.add(document.groups);
     }

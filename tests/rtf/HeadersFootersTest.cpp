@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "rtf/EmbeddedDocuments.h"
+#include "rtf/JoinedHeaders.h"
 #include "text/Encoding.h"
 
 namespace velmor {
@@ -113,6 +114,22 @@ const Case variants[] = {
      u"{\\rtf1 a" NEW u"\\titlepg{\\header" NONE u"{\\headerf n}{\\footerf" NONE u"{\\rtf1b}}"},
 };
 INSTANTIATE_TEST_SUITE_P(Variants, HeadersFooters, testing::ValuesIn(variants));
+
+TEST(JoinedHeaders, AreNotThoseOfTheDocumentInFront) {
+#define M u"{\\*\\korvanemergepagebreak}"
+    const std::u16string first = u"{\\rtf1{\\header a}" M;
+    const std::u16string rest = u" {\\rtf1 b}" M u"{\\rtf1{\\headerr c}}" M u"x" M u"}";
+    const std::u16string none = u"{\\header" NONE u"{\\headerl" NONE u"{\\headerf" NONE;
+    std::u16string text = first + rest;
+    TableCollection tables(u'\uFDD0');
+    CleanOptions options;
+    options.mergeMode = options.tolerant = true;
+    Module1::ExtractEmbeddedDocuments(text, tables, options);
+    Module1::SeparateJoinedHeaders(text, tables, options);
+    tables.expand(text);
+    EXPECT_EQ(toUtf8(text), toUtf8(first + none + rest));
+#undef M
+}
 
 TEST(HeadersFootersOf, TwentyThousandDocuments) {
     std::u16string text = u"{\\rtf1\\titlepg{\\footer f}a", expected = text;
