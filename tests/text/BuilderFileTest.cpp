@@ -11,19 +11,15 @@ namespace {
 
 class BuilderFile : public testing::Test {
 protected:
-    BuilderFile() : folder_(std::filesystem::path(testing::TempDir()) / "velmor builder \xC3\xA9") {
-        std::filesystem::create_directories(folder_);
-    }
+    BuilderFile() { std::filesystem::create_directories(folder_); }
     ~BuilderFile() override { std::filesystem::remove_all(folder_); }
 
     std::u16string file(const std::string& name, const std::string& bytes) {
         std::ofstream(folder_ / name, std::ios::binary) << bytes;
         return (folder_ / name).u16string();
     }
-    std::u16string folder() const { return folder_.u16string(); }
 
-private:
-    std::filesystem::path folder_;
+    const std::filesystem::path folder_ = std::filesystem::path(testing::TempDir()) / "velmor builder \xC3\xA9";
 };
 
 TEST_F(BuilderFile, ABytesACharacter) {
@@ -45,10 +41,9 @@ TEST_F(BuilderFile, ABytesACharacter) {
 }
 
 TEST_F(BuilderFile, WhatCannotBeReadLeavesTheBuilderAlone) {
-    const std::u16string existing = file("there", "text");
-    const std::u16string names[] = {u"", folder(), folder() + u"/absent", existing + std::u16string(u"\0x", 2),
-                                    folder() + u"/\xD800"};
-    for (const std::u16string& name : names) {
+    const std::u16string folder = folder_.u16string(), existing = file("there", "text");
+    for (const std::u16string& name :
+         {std::u16string(), folder, folder + u"/absent", existing + std::u16string(u"\0x", 2), folder + u"/\xD800"}) {
         privStrCat builder;
         builder.Append(u"kept");
         EXPECT_EQ(builder.LoadFromFile(name), 4) << toUtf8(name);

@@ -16,31 +16,20 @@ struct CasePair {
 };
 
 TEST(Compare, OneUnitEqualsOneUnit) {
+    // The Kelvin sign is no k, the long s no s, an i with or without another dot no i. The sharp s has a
+    // capital of one unit, the micro sign shares mu's. What takes two units stays, and a soft hyphen counts.
+    // clang-format off
     const CasePair pairs[] = {
-        {u"<KV:Tag>", u"<kv:tAG>", true},
-        {u"<KV:", u"<\u212AV:", false},  // the Kelvin sign is no k
-        {u"s", u"\u017F", false},        // nor the long s an s
-        {u"i", u"\u0130", false},        // nor a dotted I an i
-        {u"I", u"\u0131", false},        // nor a dotless i an I
-        {u"\u00DF", u"ss", false},       // sharp s
-        {u"\u00DF", u"\u1E9E", true},    // and its capital
-        {u"\u00E9\u00FF", u"\u00C9\u0178", true},
-        {u"\u03C3\u03C2", u"\u03A3\u03A3", true},
-        {u"\u00B5", u"\u03BC", true},  // the micro sign and mu share their capital
-        {u"\u01C4\u01C5", u"\u01C6\u01C6", true},
-        {u"\u0439", u"\u0419", true},
-        {u"\U00010400", u"\U00010428", false},  // beyond one unit: as they are
-        {u"\xD801", u"\xD801", true},
-        {u"a\u00ADb", u"ab", false},  // a soft hyphen counts
-        {u"", u"a", false},
-        {u"[", u"{", false},
-        {u"@", u"`", false},
-    };
+        {u"<KV:Tag>", u"<kv:tAG>", true}, {u"<KV:", u"<\u212AV:", false}, {u"s", u"\u017F", false},
+        {u"i", u"\u0130", false}, {u"I", u"\u0131", false}, {u"\u00DF", u"ss", false}, {u"\u00DF", u"\u1E9E", true},
+        {u"\u00E9\u00FF", u"\u00C9\u0178", true}, {u"\u03C3\u03C2", u"\u03A3\u03A3", true}, {u"\u00B5", u"\u03BC", true},
+        {u"\u01C4\u01C5", u"\u01C6\u01C6", true}, {u"\u0439", u"\u0419", true}, {u"\U00010400", u"\U00010428", false},
+        {u"\xD801", u"\xD801", true}, {u"a\u00ADb", u"ab", false}, {u"", u"a", false}, {u"[", u"{", false}, {u"@", u"`", false}};
+    // clang-format on
     for (const CasePair& pair : pairs) {
         SCOPED_TRACE(toUtf8(pair.left) + " " + toUtf8(pair.right));
         EXPECT_EQ(equalIgnoringCase(pair.left, pair.right), pair.equal);
-        const bool equalHashes = hashIgnoringCase(pair.left) == hashIgnoringCase(pair.right);
-        EXPECT_EQ(equalHashes, pair.equal);
+        EXPECT_EQ(hashIgnoringCase(pair.left) == hashIgnoringCase(pair.right), pair.equal);
         EXPECT_EQ(findText(pair.left, pair.right, 0, Comparison::text) == 0, pair.equal);
     }
 }
@@ -56,23 +45,16 @@ TEST(Compare, CaseMappingKeepsLengthsAndComparesEqual) {
     }
 }
 
-std::size_t plainFind(const std::u16string& text, const std::u16string& sought, std::size_t start, bool binary) {
-    return binary ? text.find(sought, start) : lowerCase(text).find(lowerCase(sought), start);
-}
-
-std::size_t plainFindReverse(const std::u16string& text, const std::u16string& sought, bool binary) {
-    return binary ? text.rfind(sought) : lowerCase(text).rfind(lowerCase(sought));
-}
-
 // Against the library's plain search, in both directions and comparisons.
 void expectPlain(const std::u16string& text, const std::u16string& sought, std::size_t start) {
-    for (const bool binary : {true, false}) {
-        const Comparison comparison = binary ? Comparison::binary : Comparison::text;
-        ASSERT_EQ(findText(text, sought, start, comparison), plainFind(text, sought, start, binary))
-            << toUtf8(sought) << " in " << toUtf8(text) << " from " << start;
-        ASSERT_EQ(findTextReverse(text, sought, comparison), plainFindReverse(text, sought, binary))
-            << toUtf8(sought) << " in " << toUtf8(text);
-    }
+    const auto expect = [&](Comparison comparison, const std::u16string& plain, const std::u16string& plainSought) {
+        const std::string said = toUtf8(sought) + " in " + toUtf8(text);
+        ASSERT_EQ(findText(text, sought, start, comparison), plain.find(plainSought, start))
+            << said << " from " << start;
+        ASSERT_EQ(findTextReverse(text, sought, comparison), plain.rfind(plainSought)) << said;
+    };
+    expect(Comparison::binary, text, sought);
+    expect(Comparison::text, lowerCase(text), lowerCase(sought));
 }
 
 std::u16string spelled(std::u16string_view alphabet, unsigned number, std::size_t length) {
@@ -126,10 +108,8 @@ TEST(Search, EveryPlace) {
     for (std::size_t place = 0; place + 7 <= 100; ++place) {
         std::u16string text(100, u'\\');
         text.replace(place, 7, u"\\trowd ");
-        expectPlain(text, u"\\TROWD", 0);
-        expectPlain(text, u"\\trowd", 0);
-        expectPlain(text, u"\\trowd", place);
-        expectPlain(text, u"\\trowd", place + 1);
+        for (const std::size_t start : {std::size_t{0}, place, place + 1}) expectPlain(text, u"\\TROWD", start);
+        for (const std::size_t start : {std::size_t{0}, place, place + 1}) expectPlain(text, u"\\trowd", start);
     }
 }
 

@@ -1,13 +1,15 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
-#include <limits>
 #include <string>
 #include <string_view>
 
 #include "text/Compare.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
+#include "text/ResultSource.h"
+#include "text/privStrCat.h"
 
 namespace velmor::test {
 
@@ -19,24 +21,16 @@ public:
     using View = std::u16string_view;
     using Long = std::int32_t;
 
-    void Append(View text) {
-        grow(size(text));
-        put(length_ + 1, text);
-        length_ += size(text);
-    }
-    void Prepend(View text) {
-        grow(size(text));
-        move(1, length_, size(text) + 1);
-        put(1, text);
-        length_ += size(text);
-    }
+    void Append(View text) { put(opened(length_ + 1, size(text)), text); }
+    void AppendVal(View text) { Append(text); }
+    void Prepend(View text) { put(opened(1, size(text)), text); }
     void Surround(View before, View behind) {
         Append(behind);
         Prepend(before);
     }
     Text ReturnVal() const { return buffer_.substr(0, at(length_)); }
     Text DumpVal() {
-        Text text = ReturnVal();
+        const Text text = ReturnVal();
         Reset();
         return text;
     }
@@ -44,7 +38,7 @@ public:
         if (buffer_.size() * 2 > 5000) buffer_.clear();
         length_ = 0;
     }
-    void GrowthRate(Long rate) { rate_ = rate > 16392 ? 16392 : rate < 255 ? 255 : rate; }
+    void GrowthRate(Long rate) { rate_ = std::clamp(rate, 255, 16392); }
     Long GrowthRate() const { return rate_; }
     Long BufferLength() const { return size(buffer_); }
     Long Length() const { return length_; }
@@ -53,17 +47,13 @@ public:
     Long Find(View sought, Long start, bool binary) const {
         if (start > length_) return 0;
         if (start < 1) raise(5);
-        for (Long position = start; position <= length_; ++position) {
-            if (standsAt(sought, position, BufferLength(), binary)) return position;
-        }
-        return 0;
+        while (start <= length_ && !standsAt(sought, start, BufferLength(), binary)) ++start;
+        return start > length_ ? 0 : start;
     }
     Long FindReverse(View sought, Long start, bool binary) const {
         if (start == -1 || start > length_) start = length_;
-        if (start < 1) return 0;
-        if (sought.empty()) return start;
         for (Long position = start; position >= 1; --position) {
-            if (standsAt(sought, position, start, binary)) return position;
+            if (sought.empty() || standsAt(sought, position, start, binary)) return position;
         }
         return 0;
     }
@@ -86,13 +76,11 @@ public:
         return count;
     }
     Long WordCount() const {
-        if (buffer_.empty()) return 0;
         Long words = 0;
         bool inWord = false;
-        for (Long unit = 0; unit <= (length_ - 1) / 2; ++unit) {
-            const char16_t first = buffer_[at(2 * unit)];
-            const char16_t second = at(2 * unit + 1) < buffer_.size() ? buffer_[at(2 * unit + 1)] : u'\0';
-            for (const bool word : {(first & 0xFF) > 32, second >= 0x21 && second < 0x8000}) {
+        for (std::size_t first = 0; !buffer_.empty() && first <= at((length_ - 1) / 2) * 2; first += 2) {
+            const char16_t second = first + 1 < buffer_.size() ? buffer_[first + 1] : u'\0';
+            for (const bool word : {(buffer_[first] & 0xFF) > 32, second >= 0x21 && second < 0x8000}) {
                 if (word && !inWord) ++words;
                 inWord = word;
             }
@@ -101,50 +89,43 @@ public:
     }
     Long Ascii(Long position) const {
         if (position < 1 || position > length_) raise(5);
-        return ansiCode(buffer_[at(position - 1)]);
+        return ansiCode(unit(position));
     }
-    std::pair<Long, Long> FindBraceGroupEnd(Long start, View sought, Long limit) const {
-        const Long group = Find(sought, start, false);
-        if (group == 0) return {0, 0};
+    void FindBraceGroupEnd(Long start, View sought, Long limit, Long& group, Long& end) const {
+        end = 0;
+        group = Find(sought, start, false);
+        if (group == 0) return;
         if (limit == 0) limit = length_;
         Long depth = 1;
-        Long current = group;
-        for (;;) {
-            const Long opening = Find(u"{", current + 1, true);
-            const Long closing = Find(u"}", current + 1, true);
-            if (opening == 0 && closing == 0) return {group, 0};
-            current = opening == 0 ? closing : closing == 0 ? opening : opening < closing ? opening : closing;
-            if (current > limit) return {group, 0};
-            if (buffer_[at(current - 2)] == u'\\') continue;
-            depth += current == opening ? 1 : -1;
-            if (depth == 0) return {group, current};
+        for (Long current = group; depth > 0;) {
+            current = FindContains(u"{}", current + 1, true);
+            if (current == 0 || current > limit) return;
+            if (unit(current - 1) != u'\\') depth += unit(current) == u'{' ? 1 : -1;
+            end = depth == 0 ? current : 0;
         }
     }
-    Long FindBraceGroupStart(Long position) const {
-        if (position < 1 || position > length_ || buffer_[at(position - 1)] != u'}') return 0;
-        Long depth = 0;
-        for (; position >= 1; --position) {
-            if (buffer_[at(position - 1)] == u'}') ++depth;
-            if (buffer_[at(position - 1)] == u'{') --depth;
-            if (depth == 0) return position;
+    void ScanBraceGroupEnd(Long start, View sought, Long limit, Long& group, Long& end) const {
+        FindBraceGroupEnd(start, sought, limit, group, end);
+    }
+    void FindBraceGroupStart(Long position, Long& group) const {
+        group = 0;
+        if (position < 1 || position > length_ || unit(position) != u'}') return;
+        for (Long depth = 0; position >= 1 && group == 0; --position) {
+            if (unit(position) == u'}') ++depth;
+            if (unit(position) == u'{') --depth;
+            if (depth == 0) group = position;
         }
-        return 0;
     }
 
     Text SubString(Long start, Long count) const {
         if (start > length_) return {};
-        if (count == 0 || checked(std::int64_t{start} + count) > length_ + 1) {
-            count = checked(std::int64_t{length_} - start + 1);
-        }
+        if (count == 0 || sum(start, count) > length_ + 1) count = sum(length_ + 1, -std::int64_t{start});
         return extract(start, count);
     }
-    Text LeftStr(Long count) const { return count > length_ ? ReturnVal() : count < 1 ? Text() : extract(1, count); }
-    Text RightStr(Long count) const {
-        return count > length_ ? ReturnVal() : count < 1 ? Text() : extract(length_ - count + 1, count);
-    }
+    Text LeftStr(Long count) const { return buffer_.substr(0, at(std::clamp(count, 0, length_))); }
+    Text RightStr(Long count) const { return ReturnVal().substr(at(length_ - std::clamp(count, 0, length_))); }
     Text LeftStrLessBy(Long count) const {
-        if (count > length_) return {};
-        return buffer_.substr(0, at(checked(std::int64_t{length_} - count)));
+        return count > length_ ? Text() : buffer_.substr(0, at(sum(length_, -std::int64_t{count})));
     }
     Text MidStr(Long start, Long count) const {
         if (!clipRange(start, count)) return {};
@@ -155,30 +136,20 @@ public:
     Text TrimRightStr() const { return trimmed(false, true); }
 
     Long Insert(View text, Long position) {
-        if (position < 2) {
-            Prepend(text);
-        } else if (position > length_) {
-            Append(text);
-        } else {
-            grow(size(text));
-            move(position, length_ - position + 1, position + size(text));
-            put(position, text);
-            length_ += size(text);
-        }
+        put(opened(position < 2 ? 1 : std::min(position, length_ + 1), size(text)), text);
         return length_;
     }
-    Long InsertTagResult(Long width, View result, Long position) {
+    Long InsertTagResult(ResultSource& source, Long position) {
+        const Text result = source.result();
         if (position < 2 || position > length_) return Insert(result, position);
-        grow(width);
-        move(position, length_ - position + 1, position + width);
-        put(position, result.substr(0, at(width)));
-        length_ += width;
+        const Long width = source.resultBuilder().Length();
+        put(opened(position, width), View(result).substr(0, at(width)));
         return length_;
     }
     Long Remove(Long position, Long count) {
-        if (position < 1) position = 1;
+        position = std::max(position, 1);
         if (position > length_) return 0;
-        if (checked(std::int64_t{position} + count) > length_ + 1) count = length_ - position + 1;
+        if (sum(position, count) > length_ + 1) count = length_ - position + 1;
         if (count < 0) return 0;
         move(position + count, length_ - position - count + 1, position);
         length_ -= count;
@@ -186,8 +157,7 @@ public:
     }
     Long RemoveFromTo(Long from, Long to) {
         if (to < 0) to = length_;
-        if (from > to) return 0;
-        return Remove(from, checked(checked(std::int64_t{to} - from) + std::int64_t{1}));
+        return from > to ? 0 : Remove(from, sum(sum(to, -std::int64_t{from}), 1));
     }
     Long Replace(View sought, View replacement, Long& start, Long& limit, bool binary) {
         const Long f = size(sought);
@@ -213,7 +183,7 @@ public:
         return count;
     }
     void ModifyMidStr(Long position, View text) {
-        if (checked(std::int64_t{position} + size(text)) < length_) {
+        if (sum(position, size(text)) < length_) {
             if (position < 1) raise(5);
             put(position, text);
         } else if (position > 0 && position < length_) {
@@ -222,73 +192,66 @@ public:
         }
     }
     void ModifyTrimLeftStr(View characters) {
-        for (Long i = 1; i <= length_; ++i) {
-            if (characters.find(buffer_[at(i - 1)]) != View::npos) continue;
-            if (i >= 2) Remove(1, i - 1);
-            return;
-        }
+        const std::size_t kept = ReturnVal().find_first_not_of(characters);
+        if (kept != Text::npos && kept > 0) Remove(1, static_cast<Long>(kept));
     }
     void ModifyTrimRightStr(View characters) {
-        while (length_ > 0 && characters.find(buffer_[at(length_ - 1)]) != View::npos) --length_;
+        while (length_ > 0 && characters.find(unit(length_)) != View::npos) --length_;
     }
     void ModifyTrimStr(View characters) {
         ModifyTrimLeftStr(characters);
         ModifyTrimRightStr(characters);
     }
-    void ModifyCase(Long start, Long count, bool upper) {
-        if (!clipRange(start, count)) return;
-        if (start == 1 && count == length_) count = BufferLength();
-        for (Long i = start; i < start + count; ++i) {
-            char16_t& unit = buffer_[at(i - 1)];
-            unit = upper ? upperUnit(unit) : lowerUnit(unit);
-        }
-    }
-    void Load(View text) {
-        buffer_ = text;
-        length_ = size(text);
-    }
+    void ModifyUCaseStr(Long start, Long count) { modifyCase(start, count, upperUnit); }
+    void ModifyLCaseStr(Long start, Long count) { modifyCase(start, count, lowerUnit); }
 
 private:
     [[noreturn]] static void raise(Long number) { throw Error(number, u"VelmorStrCat", u""); }
-    static Long checked(std::int64_t value) {
-        if (value != static_cast<Long>(value)) raise(6);
-        return static_cast<Long>(value);
+    static Long sum(std::int64_t left, std::int64_t right) {
+        if (left + right != static_cast<Long>(left + right)) raise(6);
+        return static_cast<Long>(left + right);
     }
     static std::size_t at(Long value) { return static_cast<std::size_t>(value); }
     static Long size(View text) { return static_cast<Long>(text.size()); }
+    const char16_t& unit(Long position) const { return buffer_[at(position - 1)]; }
 
-    void grow(Long n) {
-        if (length_ + n > BufferLength()) buffer_.append(at(n <= rate_ ? rate_ : n), u' ');
+    // Makes room for n characters at the position.
+    Long opened(Long position, Long n) {
+        if (length_ + n > BufferLength()) buffer_.append(at(std::max(n, rate_)), u' ');
+        move(position, length_ - position + 1, position + n);
+        length_ += n;
+        return position;
     }
     void put(Long position, View text) {
         for (std::size_t i = 0; i < text.size() && at(position) - 1 + i < buffer_.size(); ++i) {
             buffer_[at(position) - 1 + i] = text[i];
         }
     }
-    void move(Long from, Long count, Long to) {
-        const Text moved = buffer_.substr(at(from - 1), at(count));
-        put(to, moved);
-    }
+    void move(Long from, Long count, Long to) { put(to, Text(buffer_, at(from - 1), at(count))); }
     Text extract(Long start, Long count) const {
         if (start < 1 || count < 0) raise(5);
         return buffer_.substr(at(start - 1), at(count));
     }
     bool clipRange(Long start, Long& count) const {
         if (start < 1 || start >= length_) return false;
-        if (count == -1 || checked(std::int64_t{start} + count) - std::int64_t{1} > length_) {
-            count = length_ - start + 1;
-        }
+        if (count == -1 || sum(start, count) - 1 > length_) count = length_ - start + 1;
         if (count < 0) raise(5);
         return true;
     }
+    template <typename Map>
+    void modifyCase(Long start, Long count, Map map) {
+        if (!clipRange(start, count)) return;
+        if (start == 1 && count == length_) count = BufferLength();
+        for (Long i = 0; i < count; ++i) buffer_[at(start - 1 + i)] = map(buffer_[at(start - 1 + i)]);
+    }
     bool standsAt(View sought, Long position, Long end, bool binary) const {
-        if (std::int64_t{position} - 1 + static_cast<std::int64_t>(sought.size()) > end) return false;
+        if (std::int64_t{position} - 1 + size(sought) > end) return false;
         const View there = View(buffer_).substr(at(position - 1), sought.size());
         return binary ? there == sought : equalIgnoringCase(there, sought);
     }
     bool isEscaped(Long hit) const {
         Long run = 0;
-        while (run < hit - 1 && buffer_[at(hit - 2 - run)] == u'\\') ++run;
+        while (run < hit - 1 && unit(hit - 1 - run) == u'\\') ++run;
         return run % 2 == 1;
     }
     Text trimmed(bool left, bool right) const {
