@@ -26,46 +26,22 @@ struct ParseCase {
 };
 
 TEST(Dates, AreRead) {
+    // clang-format off
     const ParseCase cases[] = {
-        {u"3/5/2004", kMarch5},
-        {u" 03/05/2004 ", kMarch5},
-        {u"3-5-2004", kMarch5},
-        {u"3 5 2004", kMarch5},
+        {u"3/5/2004", kMarch5}, {u" 03/05/2004 ", kMarch5}, {u"3-5-2004", kMarch5}, {u"3 5 2004", kMarch5},
         {u"13/5/2004", {2004, 5, 13}},  // no thirteenth month: the day comes first
-        {u"2004/3/5", kMarch5},
-        {u"2004-03-05", kMarch5},
-        {u"5 Mar 2004", kMarch5},
-        {u"5 march 2004", kMarch5},
-        {u"5-MAR-2004", kMarch5},
-        {u"5Mar2004", kMarch5},
-        {u"Mar 5, 2004", kMarch5},
-        {u"Mar. 5, 2004", kMarch5},
-        {u"Friday, March 5, 2004", kMarch5},
-        {u"2004 Mar 5", kMarch5},
-        {u"March 2004", {2004, 3, 1}},
-        {u"3/2004", {2004, 3, 1}},
-        {u"3/5/00", {2000, 3, 5}},
-        {u"3/5/29", {2029, 3, 5}},
-        {u"3/5/30", {1930, 3, 5}},
-        {u"3/5/99", {1999, 3, 5}},
-        {u"1/1/100", {100, 1, 1}},
-        {u"12/31/9999 23:59:59", {9999, 12, 31, 23, 59, 59}},
-        {u"2/29/2000", {2000, 2, 29}},
-        {u"12/29/1899 6:00", {1899, 12, 29, 6}},
-        {u"14:07:09", kTime},
-        {u"2:07:09 PM", kTime},
-        {u"2:07:09pm", kTime},
-        {u"14:07:09 PM", kTime},
-        {u"14.07.09", kTime},
-        {u"2 PM", {1899, 12, 30, 14}},
-        {u"12 AM", {1899, 12, 30, 0}},
-        {u"12:30 PM", {1899, 12, 30, 12, 30}},
-        {u"3/5/2004 2:07:09 PM", kAfternoon},
-        {u"5 Mar 2004 2:07:09 PM", kAfternoon},
-        {u"5 Mar 2004, 14:07:09", kAfternoon},
-        {u"14:07:09 3/5/2004", kAfternoon},
-        {u"5 Mar 2004\r\n", kMarch5},
+        {u"2004/3/5", kMarch5}, {u"2004-03-05", kMarch5}, {u"5 Mar 2004", kMarch5}, {u"5 march 2004", kMarch5},
+        {u"5-MAR-2004", kMarch5}, {u"5Mar2004", kMarch5}, {u"Mar 5, 2004", kMarch5}, {u"Mar. 5, 2004", kMarch5},
+        {u"Friday, March 5, 2004", kMarch5}, {u"2004 Mar 5", kMarch5}, {u"March 2004", {2004, 3, 1}},
+        {u"3/2004", {2004, 3, 1}}, {u"3/5/00", {2000, 3, 5}}, {u"3/5/29", {2029, 3, 5}}, {u"3/5/30", {1930, 3, 5}},
+        {u"3/5/99", {1999, 3, 5}}, {u"1/1/100", {100, 1, 1}}, {u"12/31/9999 23:59:59", {9999, 12, 31, 23, 59, 59}},
+        {u"2/29/2000", {2000, 2, 29}}, {u"12/29/1899 6:00", {1899, 12, 29, 6}}, {u"14:07:09", kTime},
+        {u"2:07:09 PM", kTime}, {u"2:07:09pm", kTime}, {u"14:07:09 PM", kTime}, {u"14.07.09", kTime},
+        {u"2 PM", {1899, 12, 30, 14}}, {u"12 AM", {1899, 12, 30, 0}}, {u"12:30 PM", {1899, 12, 30, 12, 30}},
+        {u"3/5/2004 2:07:09 PM", kAfternoon}, {u"5 Mar 2004 2:07:09 PM", kAfternoon},
+        {u"5 Mar 2004, 14:07:09", kAfternoon}, {u"14:07:09 3/5/2004", kAfternoon}, {u"5 Mar 2004\r\n", kMarch5},
     };
+    // clang-format on
     for (const auto& each : cases) {
         const auto date = parseDate(each.text);
         ASSERT_TRUE(date) << toUtf8(each.text);
@@ -74,46 +50,16 @@ TEST(Dates, AreRead) {
 }
 
 TEST(Dates, AreRefused) {
-    for (const auto* text : {u"",
-                             u" ",
-                             u"abc",
-                             u"12",
-                             u"38051.5.1.1",
-                             u"-1",
-                             u"1e5",
-                             u"20040305",
-                             u"13/13/2004",
-                             u"2/29/2003",
-                             u"4/31/2004",
-                             u"0/1/2004",
-                             u"31 Apr 2004",
-                             u"5 Mar Apr 2004",
-                             u"Mar",
-                             u"Monday",
-                             u"AM",
-                             u"24:00",
-                             u"23:60",
-                             u"1:2:60",
-                             u"1:2:3:4",
-                             u"1:",
-                             u":30",
-                             u"13:00 AM",
-                             u"3/5/",
-                             u"/3/5",
-                             u"3//5",
-                             u"3/-5/2004",
-                             u"3/5/2004/6",
-                             u"3/5/10000",
-                             u"3/5/50000",
-                             u"3/5/099",
-                             u"5 Mar 2004 x",
-                             u"#3/5/2004#",
-                             u"2004-03-05T14:07:09",
-                             u"1st May 2004",
-                             u"99999999999999999999/1/1",
-                             u"14:07 15:07",
-                             u"2 AM PM",
-                             u"3.5.2004"}) {
+    // clang-format off
+    const char16_t* const texts[] = {
+        u"", u" ", u"abc", u"12", u"38051.5.1.1", u"-1", u"1e5", u"20040305", u"13/13/2004", u"2/29/2003",
+        u"4/31/2004", u"0/1/2004", u"31 Apr 2004", u"5 Mar Apr 2004", u"Mar", u"Monday", u"AM", u"24:00", u"23:60",
+        u"1:2:60", u"1:2:3:4", u"1:", u":30", u"13:00 AM", u"3/5/", u"/3/5", u"3//5", u"3/-5/2004", u"3/5/2004/6",
+        u"3/5/10000", u"3/5/50000", u"3/5/099", u"5 Mar 2004 x", u"#3/5/2004#", u"2004-03-05T14:07:09",
+        u"1st May 2004", u"99999999999999999999/1/1", u"14:07 15:07", u"2 AM PM", u"3.5.2004",
+    };
+    // clang-format on
+    for (const auto* text : texts) {
         EXPECT_FALSE(parseDate(text)) << toUtf8(text);
     }
     EXPECT_FALSE(parseDate(std::u16string(1000000, u'1')));
@@ -139,15 +85,16 @@ struct TextCase {
 };
 
 TEST(Dates, AreWritten) {
+    // clang-format off
     const TextCase cases[] = {
-        {38051, u"3/5/2004"},        {38051 + (14 * 3600 + 7 * 60 + 9) / 86400.0, u"3/5/2004 2:07:09 PM"},
-        {0, u"12:00:00 AM"},         {0.5, u"12:00:00 PM"},
+        {38051, u"3/5/2004"}, {38051 + (14 * 3600 + 7 * 60 + 9) / 86400.0, u"3/5/2004 2:07:09 PM"},
+        {0, u"12:00:00 AM"}, {0.5, u"12:00:00 PM"},
         {-0.25, u"6:00:00 AM"},  // the fraction is the time of day
-        {-1, u"12/29/1899"},         {-1.25, u"12/29/1899 6:00:00 AM"},
+        {-1, u"12/29/1899"}, {-1.25, u"12/29/1899 6:00:00 AM"},
         {1, u"12/31/1899"},          {38050.999999, u"3/5/2004"},  // rounds to midnight
-        {-1.999999, u"12:00:00 AM"}, {2958465, u"12/31/9999"},
-        {-657434, u"1/1/100"},
+        {-1.999999, u"12:00:00 AM"}, {2958465, u"12/31/9999"}, {-657434, u"1/1/100"},
     };
+    // clang-format on
     for (const auto& each : cases) {
         EXPECT_EQ(portable::dateText(Date{each.days}), each.text) << each.days;
     }

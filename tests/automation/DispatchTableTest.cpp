@@ -43,64 +43,65 @@ private:
     Variant value_;
 };
 
-Variant call(Sample& sample, const char16_t* name, InvokeKind kind, std::vector<Variant> arguments = {}) {
-    return sample.invoke(name, kind, arguments);
-}
+const Variant kOne(1), kNothing{ObjectRef()};
 
-int errorOf(Sample& sample, const char16_t* name, InvokeKind kind, std::vector<Variant> arguments = {}) {
-    try {
-        sample.invoke(name, kind, arguments);
-    } catch (const Error& error) {
-        return error.number();
+class DispatchTables : public testing::Test {
+protected:
+    Variant call(const char16_t* name, InvokeKind kind, std::vector<Variant> arguments = {}) {
+        return sample_->invoke(name, kind, arguments);
     }
-    return 0;
+    const std::shared_ptr<Sample> sample_ = std::make_shared<Sample>();
+};
+
+TEST_F(DispatchTables, FindMembersWithoutRegardToCaseAndByDefault) {
+    call(u"VALUE", InvokeKind::let, {u"x"});
+    EXPECT_TRUE(call(u"value", InvokeKind::get).identical(u"x"));
+    EXPECT_TRUE(call(u"", InvokeKind::get).identical(u"x"));
+    EXPECT_EQ(toText(Variant(sample_)), u"x");
 }
 
-TEST(DispatchTable, FindsMembersWithoutRegardToCaseAndByDefault) {
-    Sample sample;
-    call(sample, u"VALUE", InvokeKind::let, {Variant(u"x")});
-    EXPECT_TRUE(call(sample, u"value", InvokeKind::get).identical(Variant(u"x")));
-    EXPECT_TRUE(call(sample, u"", InvokeKind::get).identical(Variant(u"x")));
-    const auto shared = std::make_shared<Sample>(sample);
-    EXPECT_EQ(toText(Variant(shared)), u"x");
-}
-
-TEST(DispatchTable, TakesGetsAndMethodsForEachOther) {
-    Sample sample;
-    EXPECT_EQ(toLong(call(sample, u"Item", InvokeKind::method, {Variant(std::int32_t{1})})), 101);
-    EXPECT_EQ(toBoolean(call(sample, u"Flag", InvokeKind::get)), true);
+TEST_F(DispatchTables, TakeGetsAndMethodsForEachOther) {
+    EXPECT_EQ(toLong(call(u"Item", InvokeKind::method, {kOne})), 101);
+    EXPECT_EQ(toBoolean(call(u"Flag", InvokeKind::get)), true);
     // A set is taken by the let, a let of an object by the set.
-    call(sample, u"Value", InvokeKind::set, {Variant(ObjectRef())});
-    call(sample, u"Item", InvokeKind::let, {Variant(std::int32_t{1}), Variant(ObjectRef())});
+    call(u"Value", InvokeKind::set, {kNothing});
+    call(u"Item", InvokeKind::let, {kOne, kNothing});
 }
 
-TEST(DispatchTable, MissingArgumentsTakeTheirDefaults) {
-    Sample sample;
-    const Variant one(std::int32_t{1});
-    EXPECT_EQ(toLong(call(sample, u"Item", InvokeKind::get, {one, Variant::missing()})), 101);
-    EXPECT_EQ(toLong(call(sample, u"Item", InvokeKind::get, {one, Variant(u" 2 ")})), 3);
+TEST_F(DispatchTables, GiveDefaultsAndWriteByReferenceArgumentsBack) {
+    EXPECT_EQ(toLong(call(u"Item", InvokeKind::get, {kOne, Variant::missing()})), 101);
+    EXPECT_EQ(toLong(call(u"Item", InvokeKind::get, {kOne, u" 2 "})), 3);
+    std::vector<Variant> arguments{5};
+    sample_->invoke(u"append", InvokeKind::method, arguments);
+    EXPECT_TRUE(arguments[0].identical(u"5!"));
 }
 
-TEST(DispatchTable, WritesByReferenceArgumentsBack) {
-    Sample sample;
-    std::vector<Variant> arguments{Variant(std::int32_t{5})};
-    sample.invoke(u"append", InvokeKind::method, arguments);
-    EXPECT_TRUE(arguments[0].identical(Variant(u"5!")));
-}
-
-TEST(DispatchTable, RaisesTheClassicNumbers) {
-    Sample sample;
-    const Variant one(std::int32_t{1});
-    EXPECT_EQ(errorOf(sample, u"Nothing", InvokeKind::get), 438);
-    EXPECT_EQ(errorOf(sample, u"Append", InvokeKind::let, {one}), 438);
-    EXPECT_EQ(errorOf(sample, u"Item", InvokeKind::let, {one, one}), 438);  // takes objects alone
-    EXPECT_EQ(errorOf(sample, u"Item", InvokeKind::get), 450);
-    EXPECT_EQ(errorOf(sample, u"Item", InvokeKind::get, {Variant::missing(), one}), 450);
-    EXPECT_EQ(errorOf(sample, u"Item", InvokeKind::get, {one, one, one}), 450);
-    EXPECT_EQ(errorOf(sample, u"Value", InvokeKind::let), 450);
-    EXPECT_EQ(errorOf(sample, u"Value", InvokeKind::get, {one}), 450);
-    EXPECT_EQ(errorOf(sample, u"Item", InvokeKind::get, {Variant(u"abc")}), 13);
-    EXPECT_EQ(errorOf(sample, u"Item", InvokeKind::get, {one, Variant(Null{})}), 13);
+TEST_F(DispatchTables, RaiseTheClassicNumbers) {
+    const struct {
+        const char16_t* name;
+        InvokeKind kind;
+        std::vector<Variant> arguments;
+        int error;
+    } cases[] = {
+        {u"Nothing", InvokeKind::get, {}, 438},
+        {u"Append", InvokeKind::let, {kOne}, 438},
+        {u"Item", InvokeKind::let, {kOne, kOne}, 438},  // takes objects alone
+        {u"Item", InvokeKind::get, {}, 450},
+        {u"Item", InvokeKind::get, {Variant::missing(), kOne}, 450},
+        {u"Item", InvokeKind::get, {kOne, kOne, kOne}, 450},
+        {u"Value", InvokeKind::let, {}, 450},
+        {u"Value", InvokeKind::get, {kOne}, 450},
+        {u"Item", InvokeKind::get, {u"abc"}, 13},
+        {u"Item", InvokeKind::get, {kOne, Null{}}, 13},
+    };
+    for (const auto& row : cases) {
+        try {
+            call(row.name, row.kind, row.arguments);
+            ADD_FAILURE() << &row - cases;
+        } catch (const Error& error) {
+            EXPECT_EQ(error.number(), row.error) << &row - cases;
+        }
+    }
 }
 
 }  // namespace

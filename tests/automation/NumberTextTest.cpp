@@ -28,34 +28,20 @@ void checkTexts(const TextCase<Number> (&cases)[N]) {
     for (const auto& each : cases) EXPECT_EQ(toUtf8(numberText(each.value)), each.text);
 }
 
+// clang-format off
 TEST(NumberText, OfDoubles) {
     const TextCase<double> cases[] = {
-        {0.0, "0"},
-        {-0.0, "0"},
-        {1.5, "1.5"},
-        {-0.1, "-0.1"},
-        {0.1 + 0.2, "0.3"},
-        {1.0 / 3, "0.333333333333333"},
-        {2.0 / 3, "0.666666666666667"},
-        {123456789.123, "123456789.123"},
-        {999999999999999.0, "999999999999999"},
+        {0.0, "0"}, {-0.0, "0"}, {1.5, "1.5"}, {-0.1, "-0.1"}, {0.1 + 0.2, "0.3"}, {1.0 / 3, "0.333333333333333"},
+        {2.0 / 3, "0.666666666666667"}, {123456789.123, "123456789.123"}, {999999999999999.0, "999999999999999"},
         {999999999999999.4, "999999999999999"},
         {999999999999999.9, "1E+15"},  // rounding makes the sixteenth digit
-        {1e15, "1E+15"},
-        {-1.5e15, "-1.5E+15"},
-        {1e100, "1E+100"},
-        {0.0001, "0.0001"},
-        {0.00099999999999999999, "0.001"},
-        {0.00001, "1E-05"},
-        {0.000015, "1.5E-05"},
+        {1e15, "1E+15"}, {-1.5e15, "-1.5E+15"}, {1e100, "1E+100"}, {0.0001, "0.0001"},
+        {0.00099999999999999999, "0.001"}, {0.00001, "1E-05"}, {0.000015, "1.5E-05"},
         {0.00009999999999999999, "0.0001"},
         {100000000000000.5, "100000000000001"},  // exact ties go away from zero
-        {100000000000001.5, "100000000000002"},
-        {-100000000000000.5, "-100000000000001"},
-        {1000000000000.0625 + 0.0625, "1000000000000.13"},
-        {2251799813685248.5, "2.25179981368525E+15"},
-        {1.7976931348623157e308, "1.79769313486232E+308"},
-        {5e-324, "4.94065645841247E-324"},
+        {100000000000001.5, "100000000000002"}, {-100000000000000.5, "-100000000000001"},
+        {1000000000000.0625 + 0.0625, "1000000000000.13"}, {2251799813685248.5, "2.25179981368525E+15"},
+        {1.7976931348623157e308, "1.79769313486232E+308"}, {5e-324, "4.94065645841247E-324"},
         {std::numeric_limits<double>::infinity(), "1.#INF"},
     };
     checkTexts(cases);
@@ -63,25 +49,17 @@ TEST(NumberText, OfDoubles) {
 
 TEST(NumberText, OfSingles) {
     const TextCase<float> cases[] = {
-        {0.1f, "0.1"},           {-0.0f, "0"},
-        {1.0f / 3, "0.3333333"}, {16777216.0f, "1.677722E+07"},
-        {9999999.0f, "9999999"}, {1e7f, "1E+07"},
-        {1000000.5f, "1000001"}, {3.4028235e38f, "3.402823E+38"},
-        {1e-4f, "0.0001"},       {1e-45f, "1.401298E-45"},
-        {1e-5f, "1E-05"},        {9.76933e-7f, "9.769331E-07"},
+        {0.1f, "0.1"}, {-0.0f, "0"}, {1.0f / 3, "0.3333333"}, {16777216.0f, "1.677722E+07"}, {9999999.0f, "9999999"},
+        {1e7f, "1E+07"}, {1000000.5f, "1000001"}, {3.4028235e38f, "3.402823E+38"}, {1e-4f, "0.0001"},
+        {1e-45f, "1.401298E-45"}, {1e-5f, "1E-05"}, {9.76933e-7f, "9.769331E-07"},
     };
     checkTexts(cases);
 }
 
 TEST(NumberText, OfCurrency) {
     const TextCase<Currency> cases[] = {
-        {{0}, "0"},
-        {{1}, "0.0001"},
-        {{-1}, "-0.0001"},
-        {{99900}, "9.99"},
-        {{10000}, "1"},
-        {{-12345678}, "-1234.5678"},
-        {{std::numeric_limits<std::int64_t>::max()}, "922337203685477.5807"},
+        {{0}, "0"}, {{1}, "0.0001"}, {{-1}, "-0.0001"}, {{99900}, "9.99"}, {{10000}, "1"},
+        {{-12345678}, "-1234.5678"}, {{std::numeric_limits<std::int64_t>::max()}, "922337203685477.5807"},
         {{std::numeric_limits<std::int64_t>::min()}, "-922337203685477.5808"},
     };
     checkTexts(cases);
@@ -90,17 +68,14 @@ TEST(NumberText, OfCurrency) {
 TEST(NumberText, OfDecimals) {
     constexpr auto kAll = std::numeric_limits<std::uint64_t>::max();
     const TextCase<Decimal> cases[] = {
-        {{0, 0, 0, false}, "0"},
-        {{0, 0, 5, true}, "0"},
-        {{0, 125, 1, false}, "12.5"},
-        {{0, 1500, 3, true}, "-1.5"},
+        {{0, 0, 0, false}, "0"}, {{0, 0, 5, true}, "0"}, {{0, 125, 1, false}, "12.5"}, {{0, 1500, 3, true}, "-1.5"},
         {{0, 1, 28, false}, "0.0000000000000000000000000001"},
         {{0xFFFFFFFF, kAll, 0, false}, "79228162514264337593543950335"},
-        {{0xFFFFFFFF, kAll, 28, true}, "-7.9228162514264337593543950335"},
-        {{1, 0, 0, false}, "18446744073709551616"},
+        {{0xFFFFFFFF, kAll, 28, true}, "-7.9228162514264337593543950335"}, {{1, 0, 0, false}, "18446744073709551616"},
     };
     checkTexts(cases);
 }
+// clang-format on
 
 struct ParseCase {
     const char16_t* text;
@@ -109,99 +84,52 @@ struct ParseCase {
 
 TEST(NumberText, IsRead) {
     const auto no = std::nullopt;
+    // clang-format off
     const ParseCase cases[] = {
-        {u"0", 0},
-        {u" 12 ", 12},
-        {u"\t12\r\n", 12},
-        {u"+12", 12},
-        {u"12-", -12},
-        {u"- 12", -12},
-        {u"(12)", -12},
-        {u"($12)", -12},
-        {u"-$12", -12},
-        {u"12$", 12},
-        {u"1,234.5", 1234.5},
-        {u"1,2,3", 123},
-        {u".5", 0.5},
-        {u"5.", 5},
-        {u"1e5", 1e5},
-        {u"1E-5", 1e-5},
-        {u".5e1", 5},
-        {u"1e308", 1e308},
-        {u"1e-400", 0},
-        {u"0e99999999999", 0},
-        {u"&H10", 16},
-        {u"&hff", 255},
-        {u"&HFFFFFFFF", -1},
-        {u"&O17", 15},
-        {u"-&H10", -16},
-        {u"0.1", 0.1},
-        {u"12345678901234567890", 12345678901234567890.0},
-        {u"", no},
-        {u" ", no},
-        {u".", no},
-        {u"-", no},
-        {u"--12", no},
-        {u"-12-", no},
-        {u"(12", no},
-        {u"12)", no},
-        {u"$$12", no},
-        {u",123", no},
-        {u"1.5,0", no},
-        {u"1.2.3", no},
-        {u"1e", no},
-        {u"1e+", no},
-        {u"e5", no},
-        {u"1 e5", no},
-        {u"1e400", no},
-        {u"1e99999999999999999999", no},
-        {u"12 34", no},
-        {u"12abc", no},
-        {u"&H", no},
-        {u"&HG", no},
-        {u"&O8", no},
-        {u"&H100000000", no},
-        {u"0x10", no},
-        {u"10%", no},
-        {u"True", no},
-        {u"$", no},
-        {u"()", no},
+        {u"0", 0}, {u" 12 ", 12}, {u"\t12\r\n", 12}, {u"+12", 12}, {u"12-", -12}, {u"- 12", -12}, {u"(12)", -12},
+        {u"($12)", -12}, {u"-$12", -12}, {u"12$", 12}, {u"1,234.5", 1234.5}, {u"1,2,3", 123}, {u".5", 0.5},
+        {u"5.", 5}, {u"1e5", 1e5}, {u"1E-5", 1e-5}, {u".5e1", 5}, {u"1e308", 1e308}, {u"1e-400", 0},
+        {u"0e99999999999", 0}, {u"&H10", 16}, {u"&hff", 255}, {u"&HFFFFFFFF", -1}, {u"&O17", 15}, {u"-&H10", -16},
+        {u"0.1", 0.1}, {u"12345678901234567890", 12345678901234567890.0}, {u"", no}, {u" ", no}, {u".", no},
+        {u"-", no}, {u"--12", no}, {u"-12-", no}, {u"(12", no}, {u"12)", no}, {u"$$12", no}, {u",123", no},
+        {u"1.5,0", no}, {u"1.2.3", no}, {u"1e", no}, {u"1e+", no}, {u"e5", no}, {u"1 e5", no}, {u"1e400", no},
+        {u"1e99999999999999999999", no}, {u"12 34", no}, {u"12abc", no}, {u"&H", no}, {u"&HG", no}, {u"&O8", no},
+        {u"&H100000000", no}, {u"0x10", no}, {u"10%", no}, {u"True", no}, {u"$", no}, {u"()", no},
     };
+    // clang-format on
     for (const auto& each : cases) EXPECT_EQ(parseNumber(each.text), each.value) << toUtf8(each.text);
 }
 
-// What the C library writes with %.15g and %.7g, in our form of the exponent.
-std::string libraryText(double value, int digits) {
+std::string libraryText(const char* format, double value, int digits) {
     char buffer[40];
-    std::snprintf(buffer, sizeof buffer, "%.*G", digits, value);
+    std::snprintf(buffer, sizeof buffer, format, digits, value);
     return buffer;
 }
 
-// The library rounds ties to even.
-bool isTie(double value, int digits) {
-    char buffer[40];
-    std::snprintf(buffer, sizeof buffer, "%.*e", digits, value);
-    return std::string(buffer).find("5e") != std::string::npos && std::strtod(buffer, nullptr) == value;
+// What the C library writes with %.15G and %.7G; nothing for ties, which it rounds to even.
+template <class Number>
+void expectLibraryText(Number value, int digits) {
+    const std::string longer = libraryText("%.*e", value, digits);
+    const bool isTie = longer.find("5e") != std::string::npos && std::strtod(longer.c_str(), nullptr) == value;
+    if (!std::isfinite(value) || isTie) return;
+    EXPECT_EQ(toUtf8(numberText(value)), libraryText("%.*G", value, digits));
 }
 
-TEST(NumberText, AgreesWithTheCLibraryOnRandomBits) {
-    const unsigned seed = std::random_device{}();
-    SCOPED_TRACE(seed);
-    std::mt19937_64 random(seed);
+class RandomNumbers : public testing::Test {
+protected:
+    const unsigned seed_ = std::random_device{}();
+    const testing::ScopedTrace trace_{__FILE__, __LINE__, seed_};
+    std::mt19937_64 random{seed_};
+};
+
+TEST_F(RandomNumbers, AreWrittenAsByTheCLibrary) {
     for (int round = 0; round < 20000; ++round) {
-        const auto value = std::bit_cast<double>(random());
-        if (!std::isfinite(value) || isTie(value, 15)) continue;
-        ASSERT_EQ(toUtf8(numberText(value)), libraryText(value, 15)) << value;
-        const auto single = std::bit_cast<float>(static_cast<std::uint32_t>(random()));
-        if (!std::isfinite(single) || isTie(single, 7)) continue;
-        ASSERT_EQ(toUtf8(numberText(single)), libraryText(single, 7)) << single;
+        expectLibraryText(std::bit_cast<double>(random()), 15);
+        expectLibraryText(std::bit_cast<float>(static_cast<std::uint32_t>(random())), 7);
     }
 }
 
-TEST(NumberText, OfFifteenDigitsComesBack) {
-    const unsigned seed = std::random_device{}();
-    SCOPED_TRACE(seed);
-    std::mt19937_64 random(seed);
+TEST_F(RandomNumbers, OfFifteenDigitsComeBack) {
     for (int round = 0; round < 20000; ++round) {
         const auto digits = static_cast<std::int64_t>(random() % 1'000'000'000'000'000);
         const double value = static_cast<double>(digits) * std::pow(10.0, static_cast<int>(random() % 40) - 20);
@@ -210,10 +138,7 @@ TEST(NumberText, OfFifteenDigitsComesBack) {
     }
 }
 
-TEST(NumberText, OfDecimalsComesBack) {
-    const unsigned seed = std::random_device{}();
-    SCOPED_TRACE(seed);
-    std::mt19937_64 random(seed);
+TEST_F(RandomNumbers, OfDecimalsComeBack) {
     for (int round = 0; round < 5000; ++round) {
         const Decimal value{static_cast<std::uint32_t>(random()), random(), static_cast<std::uint8_t>(random() % 29),
                             random() % 2 == 0};
@@ -224,14 +149,15 @@ TEST(NumberText, OfDecimalsComesBack) {
 }
 
 TEST(Decimals, AreOrderedByValue) {
+    // clang-format off
     const Decimal ascending[] = {
-        {1, 0, 0, true},    {0, 20, 0, true},  {0, 15, 1, true},    {0, 0, 3, true},  {0, 1, 28, false},
-        {0, 149, 2, false}, {0, 15, 1, false}, {0, 1501, 3, false}, {0, 2, 0, false}, {0xFFFFFFFF, 0, 1, false},
+        {1, 0, 0, true}, {0, 20, 0, true}, {0, 15, 1, true}, {0, 0, 3, true}, {0, 1, 28, false}, {0, 149, 2, false},
+        {0, 15, 1, false}, {0, 1501, 3, false}, {0, 2, 0, false}, {0xFFFFFFFF, 0, 1, false},
     };
+    // clang-format on
     for (std::size_t left = 0; left < std::size(ascending); ++left) {
         for (std::size_t right = 0; right < std::size(ascending); ++right) {
-            const int expected = left < right ? -1 : left > right ? 1 : 0;
-            EXPECT_EQ(compareDecimals(ascending[left], ascending[right]), expected) << left << " " << right;
+            EXPECT_EQ(compareDecimals(ascending[left], ascending[right]), (left > right) - (left < right)) << left;
         }
     }
     EXPECT_EQ(compareDecimals({0, 15, 1, false}, {0, 1500, 3, false}), 0);
@@ -243,18 +169,16 @@ struct DecimalCase {
 };
 
 TEST(Decimals, RoundTextsHalfToEven) {
+    // clang-format off
     const DecimalCase cases[] = {
         {u"79228162514264337593543950335", "79228162514264337593543950335"},
         {u"79228162514264337593543950335.4", "79228162514264337593543950335"},
-        {u"79228162514264337593543950336", "-"},
-        {u"7.9228162514264337593543950336", "7.922816251426433759354395034"},
+        {u"79228162514264337593543950336", "-"}, {u"7.9228162514264337593543950336", "7.922816251426433759354395034"},
         {u"0.00000000000000000000000000005", "0"},
         {u"0.00000000000000000000000000015", "0.0000000000000000000000000002"},
-        {u"1e28", "10000000000000000000000000000"},
-        {u"1e29", "-"},
-        {u"1e-400", "0"},
-        {u"-1.50", "-1.5"},
+        {u"1e28", "10000000000000000000000000000"}, {u"1e29", "-"}, {u"1e-400", "0"}, {u"-1.50", "-1.5"},
     };
+    // clang-format on
     for (const auto& each : cases) {
         const auto decimal = decimalOf(parseNumberText(each.text).value());
         EXPECT_EQ(decimal ? toUtf8(numberText(*decimal)) : "-", each.decimal) << toUtf8(each.text);

@@ -16,17 +16,11 @@ struct DecodeCase {
     Bytes bytes;
 };
 
+// clang-format off
 TEST(Base64, FollowsTheStandardsExamples) {
     const std::pair<const char*, const char16_t*> cases[] = {
-        {"", u""},
-        {"f", u"Zg=="},
-        {"fo", u"Zm8="},
-        {"foo", u"Zm9v"},
-        {"foob", u"Zm9vYg=="},
-        {"fooba", u"Zm9vYmE="},
-        {"foobar", u"Zm9vYmFy"},
-        {"\xfb\xef\xff", u"++//"},
-    };
+        {"", u""}, {"f", u"Zg=="}, {"fo", u"Zm8="}, {"foo", u"Zm9v"}, {"foob", u"Zm9vYg=="}, {"fooba", u"Zm9vYmE="},
+        {"foobar", u"Zm9vYmFy"}, {"\xfb\xef\xff", u"++//"}};
     for (const auto& [bytes, encoded] : cases) {
         EXPECT_EQ(base64(bytes), encoded);
         EXPECT_EQ(fromBase64(encoded), bytes);
@@ -35,26 +29,12 @@ TEST(Base64, FollowsTheStandardsExamples) {
 
 TEST(Base64, SaysWhatItCannotDecode) {
     const DecodeCase cases[] = {
-        {u" Zm\r\n9v\tYg = = ", "foob"},
-        {u"Zm9vYg", "foob"},
-        {u"Zm9vYmE", "fooba"},
-        {u"Zm9vYh==", "foob"},
-        {u"Z", {}},
-        {u"Zm9vY", {}},
-        {u"Zg=", {}},
-        {u"Zg===", {}},
-        {u"Zm9v=", {}},
-        {u"Zg==Zg==", {}},
-        {u"=", {}},
-        {u"====", {}},
-        {u"Zm9-", {}},
-        {u"Zm9v\u0100", {}},
-        {u"Zm9\u00e9", {}},
-        {u"Z\xd835", {}},
-        {u"Zm9v.", {}},
-    };
+        {u" Zm\r\n9v\tYg = = ", "foob"}, {u"Zm9vYg", "foob"}, {u"Zm9vYmE", "fooba"}, {u"Zm9vYh==", "foob"}, {u"Z", {}},
+        {u"Zm9vY", {}}, {u"Zg=", {}}, {u"Zg===", {}}, {u"Zm9v=", {}}, {u"Zg==Zg==", {}}, {u"=", {}}, {u"====", {}},
+        {u"Zm9-", {}}, {u"Zm9v\u0100", {}}, {u"Zm9\u00e9", {}}, {u"Z\xd835", {}}, {u"Zm9v.", {}}};
     for (const DecodeCase& row : cases) EXPECT_EQ(fromBase64(row.encoded), row.bytes) << (&row - cases);
 }
+// clang-format on
 
 TEST(Hexadecimal, IsUpperCaseAndReadsEither) {
     EXPECT_EQ(hexadecimal(std::string("\0\x9f\xff", 3)), u"009FFF");
@@ -93,17 +73,11 @@ TEST(Coding, CarriesRandomBytes) {
     }
 }
 
-TEST(Compression, StopsAtTheLimit) {
-    const std::string bytes(3000000, 'a');
-    const std::string compressed = compressBytes(bytes);
-    EXPECT_LT(compressed.size(), 4000U);
-    EXPECT_EQ(decompressBytes(compressed, bytes.size()), bytes);
-    EXPECT_EQ(decompressBytes(compressed, bytes.size() - 1), Bytes());
-}
-
-TEST(Compression, RefusesABombBeforeTakingMemory) {
+TEST(Compression, StopsAtTheLimitBeforeTakingMemory) {
+    const std::string compressed = compressBytes(std::string(3000000, 'a'));
+    EXPECT_EQ(decompressBytes(compressed, 3000000), std::string(3000000, 'a'));
+    EXPECT_EQ(decompressBytes(compressed, 2999999), Bytes());
     const std::string bomb = compressBytes(std::string(decodingLimit + 1, '\0'));
-    EXPECT_LT(bomb.size(), 400000U);
     EXPECT_EQ(decompressBytes(bomb), Bytes());
     EXPECT_EQ(textFromCompressed(base64(bomb)), std::nullopt);
 }
