@@ -129,6 +129,14 @@ TEST_F(RandomNumbers, AreWrittenAsByTheCLibrary) {
     }
 }
 
+TEST_F(RandomNumbers, AreReadAsByTheCLibrary) {
+    for (int round = 0; round < 20000; ++round) {
+        std::string text = std::to_string(random() >> random() % 60);
+        text.insert(random() % text.size(), ".");
+        ASSERT_EQ(parseNumber(fromUtf8(text)), std::strtod(text.c_str(), nullptr)) << text;
+    }
+}
+
 TEST_F(RandomNumbers, OfFifteenDigitsComeBack) {
     for (int round = 0; round < 20000; ++round) {
         const auto digits = static_cast<std::int64_t>(random() % 1'000'000'000'000'000);

@@ -41,11 +41,5 @@ TEST(MemoryFiles, FailsOnDemandAndLeavesTheFileAsItWas) {
     EXPECT_EQ(files.read(u"C:\\a.txt"), std::nullopt);
 }
 
-TEST(MemoryGuids, AreDifferentAndComplete) {
-    MemoryServices services;
-    EXPECT_EQ(services.guids.next(), u"{00000001-0000-4000-8000-000000000000}");
-    EXPECT_EQ(services.guids.next(), u"{00000002-0000-4000-8000-000000000000}");
-}
-
 }  // namespace
 }  // namespace velmor::platform

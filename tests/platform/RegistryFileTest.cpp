@@ -28,41 +28,28 @@ struct ValueCase {
     std::size_t warnings;
 };
 
+// clang-format off
 const ValueCase kValues[] = {
-    {"\"n\"=\"v\"", u"N", u"v", 0},
-    {"@=\"default\"", u"", u"default", 0},
+    {"\"n\"=\"v\"", u"N", u"v", 0}, {"@=\"default\"", u"", u"default", 0},
     {" \"n\" = \"v\" ; comment", u"n", u"v", 0},
     {"\"a\\\\b\\\"c\"=\"C:\\\\x \\\"y\\\"\"", u"a\\b\"c", u"C:\\x \"y\"", 0},
-    {"\"n\"=\"two\r\nlines\"", u"n", u"two\r\nlines", 0},
-    {"\"n\"=\"two\\nlines\"", u"n", u"two\nlines", 0},
-    {"\"n\"=hex(2):25,00,41,\\\r\n  00,25,00,00,00", u"n", u"%A%", 0},
-    {"\"n\"=hex(1):41,00", u"n", u"A", 0},
-    {"\"n\"=hex(1):", u"n", u"", 0},
-    {"\"n\"=hex(1):41,0", u"n", u"A", 0},
-    {"\"n\"=dword:00000001", u"n", {}, 0},
-    {"\"n\"=hex:41,00", u"n", {}, 0},
-    {"\"n\"=hex(7):41,00,00,00", u"n", {}, 0},
-    {"\"n\"=\"v\"\r\n\"n\"=dword:1", u"n", {}, 0},
-    {"\"n\"=\"v\"\r\n\"N\"=-", u"n", {}, 0},
-    {"\"n\"=\"old\"\r\n\"N\"=\"new\"", u"n", u"new", 0},
-    {"; \"n\"=\"v\"", u"n", {}, 0},
+    {"\"n\"=\"two\r\nlines\"", u"n", u"two\r\nlines", 0}, {"\"n\"=\"two\\nlines\"", u"n", u"two\nlines", 0},
+    {"\"n\"=hex(2):25,00,41,\\\r\n  00,25,00,00,00", u"n", u"%A%", 0}, {"\"n\"=hex(1):41,00", u"n", u"A", 0},
+    {"\"n\"=hex(1):", u"n", u"", 0}, {"\"n\"=hex(1):41,0", u"n", u"A", 0}, {"\"n\"=dword:00000001", u"n", {}, 0},
+    {"\"n\"=hex:41,00", u"n", {}, 0}, {"\"n\"=hex(7):41,00,00,00", u"n", {}, 0},
+    {"\"n\"=\"v\"\r\n\"n\"=dword:1", u"n", {}, 0}, {"\"n\"=\"v\"\r\n\"N\"=-", u"n", {}, 0},
+    {"\"n\"=\"old\"\r\n\"N\"=\"new\"", u"n", u"new", 0}, {"; \"n\"=\"v\"", u"n", {}, 0},
     {"\"n\"=\"v\"\r\n[-HKEY_LOCAL_MACHINE\\SOFTWARE\\k]", u"n", {}, 0},
     {"[HKEY_CURRENT_USER\\SOFTWARE\\K]\r\n\"n\"=\"v\"", u"n", {}, 0},
     // What cannot be read costs itself alone.
-    {"\"n\"=\"never closed\r\n\"m\"=\"v\"", u"m", u"v", 1},
-    {"\"n\"=\"v\" x\r\n\"m\"=\"v\"", u"m", u"v", 1},
-    {"\"n\"=hex(1):4x\r\n\"m\"=\"v\"", u"m", u"v", 1},
-    {"\"n\"=hex(1):414\r\n\"m\"=\"v\"", u"m", u"v", 1},
-    {"\"n\"=hex(1)\r\n\"m\"=\"v:\"", u"m", u"v:", 1},
-    {"\"n\"=\"", u"n", {}, 1},
-    {"\"n\"=", u"n", {}, 1},
-    {"\"n\"", u"n", {}, 1},
-    {"\"n", u"n", {}, 1},
-    {"what is this\r\n\"m\"=\"v\"", u"m", u"v", 1},
-    {"[HKEY_LOCAL_MACHINE\\X\r\n\"m\"=\"v\"", u"m", {}, 2},
-    {"[-HKEY_LOCAL_MACHINE]", u"m", {}, 1},
+    {"\"n\"=\"never closed\r\n\"m\"=\"v\"", u"m", u"v", 1}, {"\"n\"=\"v\" x\r\n\"m\"=\"v\"", u"m", u"v", 1},
+    {"\"n\"=hex(1):4x\r\n\"m\"=\"v\"", u"m", u"v", 1}, {"\"n\"=hex(1):414\r\n\"m\"=\"v\"", u"m", u"v", 1},
+    {"\"n\"=hex(1)\r\n\"m\"=\"v:\"", u"m", u"v:", 1}, {"\"n\"=\"", u"n", {}, 1}, {"\"n\"=", u"n", {}, 1},
+    {"\"n\"", u"n", {}, 1}, {"\"n", u"n", {}, 1}, {"what is this\r\n\"m\"=\"v\"", u"m", u"v", 1},
+    {"[HKEY_LOCAL_MACHINE\\X\r\n\"m\"=\"v\"", u"m", {}, 2}, {"[-HKEY_LOCAL_MACHINE]", u"m", {}, 1},
     {"\"n\"=hex(1):41,00,\\", u"n", u"A", 0},
 };
+// clang-format on
 
 TEST(RegistryFile, ReadsValues) {
     for (const ValueCase& row : kValues) {
@@ -75,16 +62,18 @@ TEST(RegistryFile, ReadsValues) {
 TEST(RegistryFile, ReadsEveryEncoding) {
     const std::u16string text =
         u"Windows Registry Editor Version 5.00\n[HKLM\\SOFTWARE\\K]\n\"\u00fc\"=\"\u20ac \xd800\"\n";
-    const std::string ansi = "REGEDIT4\n[HKLM\\SOFTWARE\\K]\n\"\xfc\"=\"\x80\"\n\"h\"=hex(2):80,41,00\n";
-    const std::string old = "Windows Registry Editor Version 5.00\n[HKLM\\SOFTWARE\\K]\n\"\xfc\"=\"\x80\"\n";
-    EXPECT_EQ(RegistryFile("\xff\xfe" + utf16(text)).value(u"SOFTWARE\\K", u"\u00dc"), u"\u20ac \xd800");
-    EXPECT_EQ(RegistryFile("\xfe\xff" + utf16(text, true)).value(u"SOFTWARE\\K", u"\u00dc"), u"\u20ac \xd800");
-    EXPECT_EQ(RegistryFile(utf16(text)).value(u"SOFTWARE\\K", u"\u00dc"), u"\u20ac \xd800");
-    EXPECT_EQ(RegistryFile("\xff\xfe" + utf16(text) + "x").value(u"SOFTWARE\\K", u"\u00dc"), u"\u20ac \xd800");
-    EXPECT_EQ(RegistryFile(ansi).value(u"SOFTWARE\\K", u"\u00fc"), u"\u20ac");
-    EXPECT_EQ(RegistryFile(ansi).value(u"SOFTWARE\\K", u"h"), u"\u20acA");
-    EXPECT_EQ(RegistryFile(old).value(u"SOFTWARE\\K", u"\u00fc"), u"\u20ac");
-    EXPECT_EQ(RegistryFile("\xef\xbb\xbf" + kHead + "\"\xc3\xbc\"=\"v\"").value(u"SOFTWARE\\K", u"\u00fc"), u"v");
+    const std::string ansi = "[HKLM\\SOFTWARE\\K]\n\"\xfc\"=\"\x80\"\n\"h\"=hex(2):80,41,00\n";
+    const std::pair<std::string, Text> cases[] = {
+        {"\xff\xfe" + utf16(text), u"\u20ac \xd800"},
+        {"\xfe\xff" + utf16(text, true), u"\u20ac \xd800"},
+        {utf16(text), u"\u20ac \xd800"},
+        {"\xff\xfe" + utf16(text) + "x", u"\u20ac \xd800"},
+        {"REGEDIT4\n" + ansi, u"\u20ac"},
+        {"Windows Registry Editor Version 5.00\n" + ansi, u"\u20ac"},
+        {"\xef\xbb\xbf" + kHead + "\"\xc3\xbc\"=\"v\"", u"v"},
+    };
+    for (const auto& [bytes, value] : cases) EXPECT_EQ(RegistryFile(bytes).value(u"SOFTWARE\\K", u"\u00dc"), value);
+    EXPECT_EQ(RegistryFile("REGEDIT4\n" + ansi).value(u"SOFTWARE\\K", u"h"), u"\u20acA");
 }
 
 TEST(RegistryFile, IsSeenAsA32BitProgramSeesIt) {
