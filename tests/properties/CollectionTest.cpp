@@ -93,24 +93,14 @@ TEST_F(PropertyCollection, HoldsTextInABuilder) {
 TEST_F(PropertyCollection, EstimatesSizes) {
     struct Row {
         Variant value;
-        std::int32_t encoding;
-        std::int32_t size;
-        std::int32_t stored;  // of a property named AB
+        std::int32_t encoding, size, stored;  // of a property named AB
     };
+    // clang-format off
     const Row rows[] = {
-        {std::int32_t{5}, 0, 2, 16},
-        {true, 0, 2, 9},
-        {std::int16_t{5}, 0, 1, 11},
-        {1.5F, 0, 4, 18},
-        {1.5, 0, 8, 26},
-        {Date{1}, 0, 8, 27},
-        {Variant(), 0, 0, 0},
-        {automation::Null{}, 0, 0, 7},
-        {ObjectRef(), 0, 32, 0},
-        {u"abc", 0, 3, 9},
-        {u"a\":", 0, 3, 13},
-        {u"abc", 1, 3, 13},
-    };
+        {5, 0, 2, 16}, {true, 0, 2, 9}, {std::int16_t{5}, 0, 1, 11}, {1.5F, 0, 4, 18}, {1.5, 0, 8, 26},
+        {Date{1}, 0, 8, 27}, {Variant(), 0, 0, 0}, {automation::Null{}, 0, 0, 7}, {ObjectRef(), 0, 32, 0},
+        {u"abc", 0, 3, 9}, {u"a\":", 0, 3, 13}, {u"abc", 1, 3, 13}};
+    // clang-format on
     for (const Row& row : rows) {
         const PropertyRef property = collection->Add(u"AB", row.value, true);
         property->Encoding(row.encoding);
@@ -171,29 +161,33 @@ TEST_F(PropertyCollection, GivesDefaults) {
 
 TEST_F(PropertyCollection, InsertsAndMoves) {
     addAll({u"a", u"b", u"c", u"d"});
-    const auto insert = [&](std::int32_t index, const char16_t* name, bool replace) {
-        collection->Insert(index, name, std::int32_t{9}, replace);
-        return names(*collection);
-    };
-    EXPECT_EQ(insert(2, u"x", false), "a x b c d");
-    EXPECT_EQ(insert(0, u"y", false), "a x b c d y");
-    EXPECT_EQ(insert(99, u"z", false), "a x b c d y z");
-    EXPECT_EQ(insert(1, u"C", false), "C a x b c d y z");
-    EXPECT_EQ(collection->Item(u"c")->ValueLng(), 3);
-    EXPECT_EQ(insert(1, u"c", true), "c C a x b d y z");
-    EXPECT_EQ(insert(0, u"c", true), "c C a x b d y z");
-    EXPECT_EQ(insert(-5, u"w", false), "c C a x b d y z w");
+    const struct {
+        std::int32_t index;
+        const char16_t* name;
+        bool replace;
+        const char* after;
+    } insertions[] = {{2, u"x", false, "a x b c d"},         {0, u"y", false, "a x b c d y"},
+                      {99, u"z", false, "a x b c d y z"},    {1, u"C", false, "C a x b c d y z"},
+                      {1, u"c", true, "c C a x b d y z"},    {0, u"c", true, "c C a x b d y z"},
+                      {-5, u"w", false, "c C a x b d y z w"}};
+    for (const auto& row : insertions) {
+        collection->Insert(row.index, row.name, std::int32_t{9}, row.replace);
+        EXPECT_EQ(names(*collection), row.after);
+    }
     EXPECT_EQ(collection->Item(u"C")->ValueLng(), 9);
-
-    const auto move = [&](const Variant& from, std::int32_t to) {
-        collection->Move(from, to);
-        return names(*collection);
-    };
-    EXPECT_EQ(move(u"a", 5), "c C x b a d y z w");
-    EXPECT_EQ(move(std::int32_t{9}, 1), "w c C x b a d y z");
-    EXPECT_EQ(move(u"w", 100), "c C x b a d y z w");
-    EXPECT_EQ(move(u"w", -1), "w c C x b a d y z");
-    EXPECT_EQ(move(u"missing", 1), "w c C x b a d y z");
+    const struct {
+        Variant from;
+        std::int32_t to;
+        const char* after;
+    } moves[] = {{u"a", 5, "c C x b a d y z w"},
+                 {9, 1, "w c C x b a d y z"},
+                 {u"w", 100, "c C x b a d y z w"},
+                 {u"w", -1, "w c C x b a d y z"},
+                 {u"missing", 1, "w c C x b a d y z"}};
+    for (const auto& row : moves) {
+        collection->Move(row.from, row.to);
+        EXPECT_EQ(names(*collection), row.after);
+    }
     EXPECT_NE(collection->Item(u"w"), nullptr);
 }
 

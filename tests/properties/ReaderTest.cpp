@@ -33,22 +33,15 @@ protected:
     platform::MemoryServices services;
 };
 
+// Tables, several cases a line.
+// clang-format off
 TEST_F(PropertyReading, TypesUnquotedValues) {
     check({
-        {u"a=5:", "a=Long 5"},
-        {u"a=007:", "a=Long 7"},
-        {u"a=-2147483648:", "a=Long -2147483648"},
-        {u"a=2147483646:", "a=Long 2147483646"},
-        {u"a=2147483647:", "a=String 2147483647"},
-        {u"a=-2147483649:", "a=String -2147483649"},
-        {u"a=5.5:", "a=Double 5.5"},
-        {u"a=1.50:", "a=Double 1.5"},
-        {u"a=value:", "a=String value"},
-        {u"a=:", "a=String "},
-        {u"a= 5 :", "a=Long 5"},
-        {u"a=&H1F:", "a=Long 31"},
-        {u"a=&HFFFFFFFF:", "a=Long -1"},
-        {u"a=&H:", "a=String &H"},
+        {u"a=5:", "a=Long 5"}, {u"a=007:", "a=Long 7"}, {u"a=-2147483648:", "a=Long -2147483648"},
+        {u"a=2147483646:", "a=Long 2147483646"}, {u"a=2147483647:", "a=String 2147483647"},
+        {u"a=-2147483649:", "a=String -2147483649"}, {u"a=5.5:", "a=Double 5.5"}, {u"a=1.50:", "a=Double 1.5"},
+        {u"a=value:", "a=String value"}, {u"a=:", "a=String "}, {u"a= 5 :", "a=Long 5"}, {u"a=&H1F:", "a=Long 31"},
+        {u"a=&HFFFFFFFF:", "a=Long -1"}, {u"a=&H:", "a=String &H"},
         {u"a=True:b=False:c=true:", "a=Boolean True | b=Boolean False | c=String true"},
         {u"a=NUL:b=NULL:", "a=Null | b=String NULL"},
     });
@@ -56,22 +49,11 @@ TEST_F(PropertyReading, TypesUnquotedValues) {
 
 TEST_F(PropertyReading, TypesBySuffix) {
     check({
-        {u"a=5&:", "a=Long 5"},
-        {u"a=2147483647&:", "a=Long 2147483647"},
-        {u"a=2147483648&:", "a=String 2147483648&"},
-        {u"a=5.5&:", "a=Double 5.5"},
-        {u"a=x&:", "a=String x&"},
-        {u"a=&:", "a=String &"},
-        {u"a=&H1F&:", "a=Long 31"},
-        {u"a=5%:", "a=Integer 5"},
-        {u"a=40000%:", "a=String 40000%"},
-        {u"a=5.5%:", "a=Double 5.5"},
-        {u"a=1.5!:", "a=Single 1.5"},
-        {u"a=!12.5!:", "a=Decimal 12.5"},
-        {u"a=!!:", "a=String !!"},
-        {u"a=!:", "a=String !"},
-        {u"a=2.25#:", "a=Double 2.25"},
-        {u"a=9.99$:", "a=Currency 9.99"},
+        {u"a=5&:", "a=Long 5"}, {u"a=2147483647&:", "a=Long 2147483647"}, {u"a=2147483648&:", "a=String 2147483648&"},
+        {u"a=5.5&:", "a=Double 5.5"}, {u"a=x&:", "a=String x&"}, {u"a=&:", "a=String &"}, {u"a=&H1F&:", "a=Long 31"},
+        {u"a=5%:", "a=Integer 5"}, {u"a=40000%:", "a=String 40000%"}, {u"a=5.5%:", "a=Double 5.5"},
+        {u"a=1.5!:", "a=Single 1.5"}, {u"a=!12.5!:", "a=Decimal 12.5"}, {u"a=!!:", "a=String !!"},
+        {u"a=!:", "a=String !"}, {u"a=2.25#:", "a=Double 2.25"}, {u"a=9.99$:", "a=Currency 9.99"},
         {u"a=1E30$:", "a=String 1E30$"},
     });
 }
@@ -97,16 +79,11 @@ TEST_F(PropertyReading, ReadsDates) {
 
 TEST_F(PropertyReading, ReadsQuotedAndEncodedValues) {
     check({
-        {u"a=\"x:y=\":", "a=String x:y="},
-        {u"a=\"He said \"hi\"\":", "a=String He said \"hi\""},
-        {u"a=\"5\":", "a=String 5"},
-        {u"a=\":\":", "a=String :"},
-        {u"a=\"x\"", "a=String x"},
-        {u"a=~64\"eDp5\":", "a=String x:y e1"},
-        {u"a=~HX\"783A79\":", "a=String x:y e2"},
+        {u"a=\"x:y=\":", "a=String x:y="}, {u"a=\"He said \"hi\"\":", "a=String He said \"hi\""},
+        {u"a=\"5\":", "a=String 5"}, {u"a=\":\":", "a=String :"}, {u"a=\"x\"", "a=String x"},
+        {u"a=~64\"eDp5\":", "a=String x:y e1"}, {u"a=~HX\"783A79\":", "a=String x:y e2"},
         {u"a=~GZ\"" + compressedText(u"x:y") + u"\":", "a=String x:y e4"},
-        {u"a=~CE\"\u00B5say \u00B5:\u00B5\":", "a=String say \":\" e8"},
-        {u"a=~CE\"\u00B5\":", "a=String  e8"},
+        {u"a=~CE\"\u00B5say \u00B5:\u00B5\":", "a=String say \":\" e8"}, {u"a=~CE\"\u00B5\":", "a=String  e8"},
         {u"a=~RO~Other\"x:y\":b=1:", "a=String ~RO~Other\"x:y\" | b=Long 1"},
         {u"a=~RO~kvProperties\"" + base64OfText(u"x=1&:") + u"\":", "a=[x=1&:]"},
     });
@@ -114,12 +91,9 @@ TEST_F(PropertyReading, ReadsQuotedAndEncodedValues) {
 
 TEST_F(PropertyReading, ReadsNamesAloneAndCleansNames) {
     check({
-        {u"a:b:", "a=Long 0 | b=Long 0"},
-        {u"\r\n\t a=1:", "a=Long 1"},
-        {u"!s!a=1:!lg!b=2:!c=3:", "a=Long 1 | b=Long 2 | !c=Long 3"},
-        {u"a!@b=1:", "a:b=Long 1"},
-        {u"a=1::b=2:", "a=Long 1 | =Long 0 | b=Long 2"},
-        {u"", ""},
+        {u"a:b:", "a=Long 0 | b=Long 0"}, {u"\r\n\t a=1:", "a=Long 1"},
+        {u"!s!a=1:!lg!b=2:!c=3:", "a=Long 1 | b=Long 2 | !c=Long 3"}, {u"a!@b=1:", "a:b=Long 1"},
+        {u"a=1::b=2:", "a=Long 1 | =Long 0 | b=Long 2"}, {u"", ""},
     });
 }
 
@@ -133,11 +107,10 @@ TEST_F(PropertyReading, ReadsTagStrings) {
         {u"TAG>P:n=a<kv:A>X:<KV:B>Y:</KV></kv>:c:",
          "TAG=Long 0 | P=Long 0 | N=String a<kv:A>X:<KV:B>Y:</KV></kv> | C=Long 0", true},
         {u"TAG>P:n=<KV:A>X:m=1:", "TAG=Long 0 | P=Long 0 | N=String <KV | A>X=Long 0 | M=Long 1", true},
-        {u"TAG>P:n=<KV:<KV:A>X:</KV>:", "TAG=Long 0 | P=Long 0 | N=String <KV | <KV=Long 0 | A>X=Long 0 | </KV>=Long 0",
-         true},
+        {u"TAG>P:n=<KV:<KV:A>X:</KV>:",
+         "TAG=Long 0 | P=Long 0 | N=String <KV | <KV=Long 0 | A>X=Long 0 | </KV>=Long 0", true},
         {u"TAG>P:n=\"<KV:A>b=\"c\":</KV>\":", "TAG=Long 0 | P=Long 0 | N=String <KV:A>b=\"c | </KV>\"=Long 0", true},
-        {u"TAG:", "TAG=Long 0", true},
-        {u" tag >x:", " TAG =Long 0 | X=Long 0", true},
+        {u"TAG:", "TAG=Long 0", true}, {u" tag >x:", " TAG =Long 0 | X=Long 0", true},
         {u"INCLUDE=C:\\x:", "INCLUDE=String C | \\x=Long 0"},
         {u"n=<KV:A>X:</KV>:", "n=String <KV | A>X=Long 0 | </KV>=Long 0"},
         {u"TAG>n=<KV:B>x</KV>", "TAG=Long 0 | N=String <KV:B | X</KV=Long 0", true, u">"},
@@ -146,36 +119,26 @@ TEST_F(PropertyReading, ReadsTagStrings) {
 
 TEST_F(PropertyReading, TakesMalformedEntriesAsTextUpToTheDelimiter) {
     check({
-        {u"a=\"", "a=String \""},
-        {u"a=\"x:b=1:", "a=String \"x | b=Long 1"},
-        {u"a=~CE\":", "a=String ~CE\""},
-        {u"a=~CE\":b=\"x\":", "a=String ~CE\" | b=String x"},
-        {u"a=~CE\"xyz\":", "a=String ~CE\"xyz\""},
-        {u"a=~RO~x", "a=String ~RO~x"},
-        {u"a=~RO~x:b=\"y\":", "a=String ~RO~x | b=String y"},
+        {u"a=\"", "a=String \""}, {u"a=\"x:b=1:", "a=String \"x | b=Long 1"}, {u"a=~CE\":", "a=String ~CE\""},
+        {u"a=~CE\":b=\"x\":", "a=String ~CE\" | b=String x"}, {u"a=~CE\"xyz\":", "a=String ~CE\"xyz\""},
+        {u"a=~RO~x", "a=String ~RO~x"}, {u"a=~RO~x:b=\"y\":", "a=String ~RO~x | b=String y"},
         {u"a=~RO~Picture\"QUJD\":b=1:", "a=String ~RO~Picture\"QUJD\" | b=Long 1"},
         {u"a=~64\"%%%\":", "a=String ~64\"%%%\""},
         {u"a=~64\"gIA=\":", "a=String ~64\"gIA=\""},  // bytes that are no text
-        {u"a=~HX\"7\":", "a=String ~HX\"7\""},
-        {u"a=~GZ\"AAAA\":", "a=String ~GZ\"AAAA\""},
-        {u"a=~KV\"secret\":", "a=String ~KV\"secret\""},
-        {u"a=~AT\":", "a=String ~AT\""},
-        {u"a=~AT\"?x\":", "a=String ~AT\"?x\""},
-        {u"a=~:b=~6:c=", "a=String ~ | b=String ~6 | c=String "},
-        {u"=:", "=String "},
-        {u"==:", "=String ="},
+        {u"a=~HX\"7\":", "a=String ~HX\"7\""}, {u"a=~GZ\"AAAA\":", "a=String ~GZ\"AAAA\""},
+        {u"a=~KV\"secret\":", "a=String ~KV\"secret\""}, {u"a=~AT\":", "a=String ~AT\""},
+        {u"a=~AT\"?x\":", "a=String ~AT\"?x\""}, {u"a=~:b=~6:c=", "a=String ~ | b=String ~6 | c=String "},
+        {u"=:", "=String "}, {u"==:", "=String ="},
     });
 }
 
 TEST_F(PropertyReading, UsesAnyDelimiter) {
     check({
-        {u"a=\"x:\"y\";b=NUL;c=#5 Mar 2004 2:07:09 PM#;", "a=String x:\"y | b=Null | c=Date 3/5/2004 2:07:09 PM", false,
-         u";"},
+        {u"a=\"x:\"y\";b=NUL;c=#5 Mar 2004 2:07:09 PM#;",
+         "a=String x:\"y | b=Null | c=Date 3/5/2004 2:07:09 PM", false, u";"},
         {u"a=1||b=\"x|\"||c", "a=Long 1 | b=String x| | c=Long 0", false, u"||"},
-        {u"a=1:b=2", "a=Long 1 | b=Long 2", false, u""},
-        {u"a=1=b=2=", "a=Long 1 | b=Long 2", false, u"="},
-        {u"a=", "a=String ", false, u"="},
-        {u"a\"b\"", "a=Long 0 | b=Long 0", false, u"\""},
+        {u"a=1:b=2", "a=Long 1 | b=Long 2", false, u""}, {u"a=1=b=2=", "a=Long 1 | b=Long 2", false, u"="},
+        {u"a=", "a=String ", false, u"="}, {u"a\"b\"", "a=Long 0 | b=Long 0", false, u"\""},
     });
 }
 
@@ -183,12 +146,11 @@ TEST_F(PropertyReading, GivesChildrenToTheirProperty) {
     check({
         {u"a=1:a=~AT\"-x=1:\":a=~PR\"-y=2:\":", "a=Long 1 @{x=1:} {y=2:}"},
         {u"a=1:A=~AT\"\u00B5x=\u00B5v\u00B5:\":", "a=Long 1 @{x=\"v\":}"},
-        {u"a=1:a=~PR\"+eD0xOg==\":", "a=Long 1 {x=1:}"},
-        {u"a=1:b=2:a=~AT\"-x=1:\":", "a=Long 1 @{x=1:} | b=Long 2"},
-        {u"a=1:a=2:a=~AT\"-x=1:\":", "a=Long 1 | a=Long 2 @{x=1:}"},
-        {u"c=~AT\"-x=1:\":", "c=Long 0 @{x=1:}"},
+        {u"a=1:a=~PR\"+eD0xOg==\":", "a=Long 1 {x=1:}"}, {u"a=1:b=2:a=~AT\"-x=1:\":", "a=Long 1 @{x=1:} | b=Long 2"},
+        {u"a=1:a=2:a=~AT\"-x=1:\":", "a=Long 1 | a=Long 2 @{x=1:}"}, {u"c=~AT\"-x=1:\":", "c=Long 0 @{x=1:}"},
     });
 }
+// clang-format on
 
 TEST_F(PropertyReading, AppendsOrReplaces) {
     const PropertiesRef collection = newProperties(services);

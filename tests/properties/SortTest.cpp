@@ -51,22 +51,17 @@ TEST_F(PropertySorting, IsTheInsertionOneByOne) {
         collection->RemoveAll();
         for (auto count = random() % 30; count > 0; --count) {
             const auto number = static_cast<std::int32_t>(random() % 4);
-            const Variant values[] = {number,
-                                      static_cast<std::int16_t>(number),
-                                      number / 2.0,
-                                      std::numeric_limits<double>::quiet_NaN(),
-                                      automation::Date{static_cast<double>(number)},
-                                      automation::Currency{number},
-                                      number > 1,
-                                      std::u16string(1, static_cast<char16_t>(u'a' + number)),
-                                      static_cast<std::uint8_t>(number),
-                                      automation::Null{},
-                                      automation::ObjectRef(),
-                                      automation::Decimal{0, static_cast<std::uint64_t>(number), 1, false}};
+            const std::u16string letter(1, static_cast<char16_t>(u'a' + number));
+            // clang-format off
+            const Variant values[] = {
+                number, static_cast<std::int16_t>(number), number / 2.0, std::numeric_limits<double>::quiet_NaN(),
+                automation::Date{static_cast<double>(number)}, automation::Currency{number}, number > 1, letter,
+                static_cast<std::uint8_t>(number), automation::Null{}, automation::ObjectRef(),
+                automation::Decimal{0, static_cast<std::uint64_t>(number), 1, false}};
+            // clang-format on
             const std::u16string name(1, u"aAb"[random() % 3]);
             const PropertyRef property = collection->Add(name, values[random() % std::size(values)]);
-            if (random() % 16 == 0)
-                property->StrCatValue()->Append(std::u16string(1, static_cast<char16_t>(u'a' + number)));
+            if (random() % 16 == 0) property->StrCatValue()->Append(letter);
         }
         const std::vector<PropertyRef> expected = literallySorted(*collection);
         collection->Sort();

@@ -25,30 +25,37 @@ protected:
 
 TEST_F(PropertyText, WritesEachType) {
     EXPECT_EQ(collection->Stored(), u"");
-    collection->Add(u"Gone", Null{});
-    collection->AddInt(u"Qty", 12);
-    collection->AddLng(u"Count", -5);
-    collection->AddSng(u"Ratio", 1.5F);
-    collection->AddDbl(u"Total", 2.25);
-    collection->Add(u"Price", Currency{99900});
-    collection->AddDate(u"When", Date{38051 + (14 * 3600 + 7 * 60 + 9) / 86400.0});
-    collection->AddBoolean(u"Ok", true);
-    collection->Add(u"Amount", Decimal{0, 125, 1, false});
-    collection->AddStr(u"Quote", u"He said \"hi\"");
-    collection->Add(u"Empty", Variant());
-    collection->Add(u"Byte", std::uint8_t{7});
-    collection->AddDate(u"Never", Date{1e9});
-    EXPECT_EQ(toUtf8(collection->Stored()),
-              "Gone=NUL:Qty=12%:Count=-5&:Ratio=1.5!:Total=2.25#:Price=9.99$:When=#5 Mar 2004 2:07:09 PM#:"
-              "Ok=True:Amount=!12.5!:Quote=\"He said \"hi\"\":Empty=\"\":Byte=\"7\":Never=1000000000#:");
+    const struct {
+        const char16_t* name;
+        Variant value;
+        const char* stored;
+    } cases[] = {
+        {u"Gone", Null{}, "Gone=NUL:"},
+        {u"Qty", std::int16_t{12}, "Qty=12%:"},
+        {u"Count", -5, "Count=-5&:"},
+        {u"Ratio", 1.5F, "Ratio=1.5!:"},
+        {u"Total", 2.25, "Total=2.25#:"},
+        {u"Price", Currency{99900}, "Price=9.99$:"},
+        {u"When", Date{38051 + (14 * 3600 + 7 * 60 + 9) / 86400.0}, "When=#5 Mar 2004 2:07:09 PM#:"},
+        {u"Ok", true, "Ok=True:"},
+        {u"Amount", Decimal{0, 125, 1, false}, "Amount=!12.5!:"},
+        {u"Quote", u"He said \"hi\"", "Quote=\"He said \"hi\"\":"},
+        {u"Empty", Variant(), "Empty=\"\":"},
+        {u"Byte", std::uint8_t{7}, "Byte=\"7\":"},
+        {u"Never", Date{1e9}, "Never=1000000000#:"},
+    };
+    std::string all;
+    for (const auto& row : cases) {
+        collection->Add(row.name, row.value);
+        EXPECT_EQ(toUtf8(collection->Stored()), all += row.stored);
+    }
 }
 
 TEST_F(PropertyText, WritesTextsThatHoldATerminator) {
     struct Row {
         const char16_t* value;
         std::int32_t encoding;
-        std::u16string stored;
-        std::u16string delimited;
+        std::u16string stored, delimited;
     };
     const Row rows[] = {
         {u"a\":b", 0, u"~CE\"\u00B5a\u00B5:b\":", u"~64\"YSI6Yg==\":"},
@@ -189,31 +196,23 @@ private:
         return made;
     }
 
+    Variant number() {
+        const Variant values[] = {Null{},
+                                  static_cast<std::int16_t>(random_()),
+                                  static_cast<std::int32_t>(random_()),
+                                  static_cast<float>(pick(20000) - 10000) / 16,
+                                  (pick(2000000) - 1000000) / 64.0,
+                                  Currency{static_cast<std::int64_t>(random_()) - 2000000000},
+                                  Date{pick(2958465 + 657434) - 657434 + pick(24) / 24.0},
+                                  pick(2) == 0,
+                                  Decimal{0, random_(), static_cast<std::uint8_t>(pick(9)), pick(2) == 0}};
+        return values[pick(static_cast<int>(std::size(values)))];
+    }
+
     PropertyRef add(privProperties& to, int depth) {
-        switch (pick(depth > 0 ? 13 : 12)) {
-            case 0:
-                return to.Add(name(), Null{});
-            case 1:
-                return to.AddInt(name(), static_cast<std::int16_t>(random_()));
-            case 2:
-                return to.AddLng(name(), static_cast<std::int32_t>(random_()));
-            case 3:
-                return to.AddSng(name(), static_cast<float>(pick(20000) - 10000) / 16);
-            case 4:
-                return to.AddDbl(name(), (pick(2000000) - 1000000) / 64.0);
-            case 5:
-                return to.Add(name(), Currency{static_cast<std::int64_t>(random_()) - 2000000000});
-            case 6:
-                return to.AddDate(name(), Date{pick(2958465 + 657434) - 657434 + pick(24) / 24.0});
-            case 7:
-                return to.AddBoolean(name(), pick(2) == 0);
-            case 8:
-                return to.Add(name(), Decimal{0, random_(), static_cast<std::uint8_t>(pick(9)), pick(2) == 0});
-            case 12:
-                return to.AddObject(name(), make(depth - 1));
-            default:
-                break;
-        }
+        const int kind = pick(depth > 0 ? 13 : 12);
+        if (kind < 9) return to.Add(name(), number());
+        if (kind == 12) return to.AddObject(name(), make(depth - 1));
         const PropertyRef property = to.AddStr(name(), text());
         // Without an encoding, a text with a terminator is written in one, which is read back.
         static constexpr std::int32_t kEncodings[] = {1, 2, 4, 8, 0};
