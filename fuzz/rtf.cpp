@@ -4,8 +4,11 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "rtf/LiteralNestedTables.h"
 #include "rtf/LiteralProtectRTF.h"
 #include "rtf/Module1.h"
+#include "rtf/NestedTableText.h"
+#include "rtf/NestedTables.h"
 #include "rtf/ProtectRTF.h"
 #include "rtf/TableDuel.h"
 
@@ -27,6 +30,17 @@ void fuzzTables(const std::uint8_t* data, std::size_t size) {
     require(test::duelAddMarkers(text).same(), "addTableMarkers");
     require(test::duelRemoveExtraTrowd(text, start, end).same(), "RemoveExtraTrowd");
     require(test::duelMarkNested(text, start, end).same(), "MarkNestedTables");
+}
+
+void fuzzNestedTables(const std::uint8_t* data, std::size_t size) {
+    const std::u16string text = test::nestedTableText(data, size);
+    std::u16string converted = text;
+    Module1::ConvertNestedTables(converted, {});
+    require(converted == test::LiteralNestedTables::convert(text), "ConvertNestedTables");
+    CleanOptions tolerant;
+    tolerant.tolerant = true;
+    converted = text;
+    Module1::ConvertNestedTables(converted, tolerant);
 }
 
 void fuzzSearches(const std::uint8_t* data, std::size_t size) {
@@ -58,6 +72,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size < 2) return 0;
     constexpr std::size_t longest = 120;
     fuzzTables(data, std::min(size, longest));
+    fuzzNestedTables(data, std::min(size, longest));
     fuzzSearches(data, std::min(size, longest));
     return 0;
 }

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "rtf/BraceScanner.h"
+#include "rtf/ApartGroups.h"
 #include "rtf/MarkerPairs.h"
 #include "rtf/NestedWord.h"
 #include "rtf/ParagraphText.h"
@@ -87,7 +87,7 @@ struct Open {
 // Reads the text once, from left to right, and collects the changes.
 class Conversion {
 public:
-    Conversion(std::u16string_view text, bool tolerant) : text_(text), tolerant_(tolerant) {}
+    Conversion(std::u16string_view text, bool tolerant) : text_(text), tolerant_(tolerant), apartGroups_(text) {}
 
     TextEdits collect() {
         for (const PairedMarker& marker : findMarkerPairs(text_, tolerant_)) {
@@ -130,11 +130,11 @@ private:
 
     std::u16string_view text_;
     bool tolerant_;
+    ApartGroups apartGroups_;
     TextEdits edits_;
     std::vector<Open> open_;
     std::vector<Definition> definitions_;
     std::vector<std::size_t> paragraphPlaces_;  // behind \par and \pard, since the last \intbl or pair
-    std::size_t apart_ = 0;                     // groups of text that stands apart, among open_
     std::size_t repeats_ = 64 * text_.size();   // what repeated definitions may still take
     std::size_t at_ = 0;
 };
@@ -147,9 +147,7 @@ void Conversion::readUpTo(std::size_t limit) {
             at_ = limit;
         } else if (!open_.back().isTable()) {
             at_ = std::min(limit, open_.back().end);
-            if (at_ < open_.back().end) continue;
-            open_.pop_back();
-            --apart_;
+            if (at_ == open_.back().end) open_.pop_back();
         } else {
             RtfScanner scanner(text_, at_, limit);
             at_ = limit;
@@ -293,17 +291,10 @@ bool Conversion::takeDefinition(std::size_t index, std::size_t limit) {
 }
 
 bool Conversion::takeApartText(const ControlWord& word) {
-    std::size_t brace = word.begin;
-    if (brace >= 2 && standsAt(text_, brace - 2, u"\\*")) brace -= 2;
-    if (brace == 0 || text_[brace - 1] != u'{' || isEscaped(text_, brace - 1)) return false;
-    // The limit keeps the searches for the ends of such groups linear, which tables in them start anew.
-    constexpr std::size_t mostApart = 8;
-    if (apart_ == mostApart) return false;
-    const std::size_t end = findGroupEnd(text_.substr(0, open_.back().end), word.end, true);
-    if (end == noGroupEnd) return false;
+    const std::size_t end = apartGroups_.closingBrace(word.begin);
+    if (end == 0 || end > open_.back().end) return false;
     at_ = word.end;
     open_.push_back(Open{end, 0, word.end});
-    ++apart_;
     return true;
 }
 
