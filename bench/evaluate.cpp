@@ -1,5 +1,4 @@
-// Evaluation beside its floor: a loop over the same bytes that only finds the next opening and
-// closing marker, copies what lies between tags and emits a text in the place of each.
+// Evaluation beside its floor, a loop over the same bytes.
 
 #include <sys/resource.h>
 
@@ -7,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "DistinctTags.h"
 #include "Ratio.h"
 #include "core/kvTag.h"
 #include "core/kvTags.h"
@@ -15,15 +15,6 @@
 
 namespace velmor::bench {
 namespace {
-
-const std::u16string kParagraph =
-    u"\\pard\\plain \\s1\\qj\\fi360\\li0\\ri0\\sl276\\slmult1\\widctlpar {\\f1\\fs22\\lang1033 "
-    u"The quick brown fox jumps over the lazy dog {\\b and so on} \\par }\r\n";
-
-std::u16string number(std::size_t value) {
-    const std::string digits = std::to_string(value);
-    return {digits.begin(), digits.end()};
-}
 
 // prefix, number, suffix
 std::u16string numbered(std::u16string_view prefix, std::size_t value, std::u16string_view suffix = {}) {
@@ -34,11 +25,11 @@ std::u16string numbered(std::u16string_view prefix, std::size_t value, std::u16s
 enum class Shape { distinct, noSeparator, equal, properties256, owned };
 
 std::u16string tagText(Shape shape, std::size_t index) {
+    if (shape == Shape::distinct) return distinctTag(index);
     std::u16string text = u"<KV:TAG>PROPERTY:";
     const std::u16string own = number(index);
     switch (shape) {
         case Shape::distinct:
-            text.append(u"n").append(own).append(u"=v").append(own).append(u":");
             break;
         case Shape::noSeparator:
             text.append(u"n").append(own).append(u"=v").append(own);
@@ -62,7 +53,7 @@ struct Workload {
     platform::MemoryServices services;
 
     Workload(Shape shape, std::size_t tags) : properties(std::make_shared<privProperties>(services)) {
-        for (std::size_t i = 0; i < tags; ++i) text += kParagraph + tagText(shape, i);
+        for (std::size_t i = 0; i < tags; ++i) text.append(kParagraph).append(tagText(shape, i));
         text += u"}";
         if (shape == Shape::properties256) {
             for (std::size_t i = 0; i < 256; ++i) properties->AddStr(numbered(u"p", i), numbered(u"value ", i));
@@ -84,21 +75,6 @@ const Workload& workload(Shape shape, std::size_t tags) {
         keptTags = tags;
     }
     return *kept;
-}
-
-std::u16string floorOf(const std::u16string& text) {
-    std::u16string result;
-    result.reserve(text.size());
-    std::size_t position = 0;
-    for (;;) {
-        const std::size_t open = text.find(u"<KV:", position);
-        if (open == std::u16string::npos) break;
-        result.append(text, position, open - position);
-        const std::size_t close = text.find(u"</KV>", open + 4);
-        result.append(u"v123456");
-        position = close + 5;
-    }
-    return result.append(text, position);
 }
 
 TextRef evaluate(Workload& given) {

@@ -35,6 +35,10 @@ void give(BSTR& place, const std::u16string& value) {
     place = platform::makeBstr(value);
 }
 
+void give(BSTR& place, const std::shared_ptr<const std::u16string>& value) {
+    give(place, *value);
+}
+
 void give(VARIANT& place, const automation::Variant& value) {
     platform::toVariant(value, place);
 }

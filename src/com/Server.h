@@ -6,8 +6,8 @@
 
 namespace velmor::com {
 
-// An in-process server in one table. A DLL that links velmor_com_server defines servedClasses();
-// the four entry points (Exports.cpp, Server.def), class factories and registration follow from it.
+// An in-process server in one table. A DLL made by velmor_server_dll defines server(); the four
+// entry points (Exports.cpp, Server.def), class factories and registration follow from it.
 
 struct ServedClass {
     CLSID id;

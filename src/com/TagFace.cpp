@@ -24,7 +24,7 @@ HRESULT TagFace::put_Value(BSTR psValue) noexcept {
 }
 
 HRESULT TagFace::get_Result(BSTR* pResult) noexcept {
-    return guard(pResult, [&] { return core_->Result(); });
+    return guard(pResult, [&] { return core_->resultText(); });
 }
 
 HRESULT TagFace::get_Properties(IDispatch** pResult) noexcept {

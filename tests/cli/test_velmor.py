@@ -17,6 +17,11 @@ PROGRAM, HANDLERS, RUNNER = "", "", []
 DONE, USAGE, FILE, REPORTED = 0, 1, 2, 3
 
 
+def limitStack(size):
+    import resource  # not on Windows
+    resource.setrlimit(resource.RLIMIT_STACK, (size, size))
+
+
 class VelmorTest(unittest.TestCase):
     def setUp(self):
         self.folder = tempfile.TemporaryDirectory()
@@ -34,7 +39,7 @@ class VelmorTest(unittest.TestCase):
         with open(self.path(name), "rb") as file:
             return file.read()
 
-    def velmor(self, *arguments, stdin=b"", expect=DONE):
+    def velmor(self, *arguments, stdin=b"", expect=DONE, stack=None):
         environment = dict(os.environ, LC_ALL="C.UTF-8")
         environment.pop("VELMOR_REGISTRY", None)
         if not RUNNER:  # no registry of the user's
@@ -42,7 +47,8 @@ class VelmorTest(unittest.TestCase):
         # Files, not pipes: services that Wine starts beside the program would hold a pipe open.
         with tempfile.TemporaryFile() as out, tempfile.TemporaryFile() as err:
             done = subprocess.run([*RUNNER, PROGRAM, *arguments], input=stdin, stdout=out, stderr=err,
-                                  cwd=self.folder.name, env=environment, timeout=120)
+                                  cwd=self.folder.name, env=environment, timeout=120,
+                                  preexec_fn=lambda: limitStack(stack) if stack and not RUNNER else None)
             out.seek(0)
             err.seek(0)
             self.messages = err.read().decode("utf-8", "replace")
@@ -125,9 +131,12 @@ class Eval(VelmorTest):
 
     def test_self_inclusion_ends(self):
         self.write("loop.txt", b"x<KV:TAG>INCLUDE=loop.txt:</KV><KV:TAG>INCLUDE=loop.txt:</KV>y")
-        result = self.velmor("eval", "loop.txt", expect=REPORTED)
-        self.assertTrue(result.startswith(b"x") and result.endswith(b"y"))
-        self.assertEqual(self.messages.count("\n"), 1)
+        self.write("loop.rtf", b"{\\rtf1 x<KV:TAG>INCLUDE=loop.rtf:</KV><KV:TAG>INCLUDE=loop.rtf:</KV>}y")
+        for name in ["loop.txt", "loop.rtf"]:
+            # All levels fit a stack of 1 MB. (The sanitizers' frames are larger, and fit as well.)
+            result = self.velmor("eval", name, expect=REPORTED, stack=1 << 20)
+            self.assertTrue(b"x" in result and result.endswith(b"y"))
+            self.assertEqual(self.messages.count("\n"), 1)
 
     def test_bad_input(self):
         self.write("t", b"text")

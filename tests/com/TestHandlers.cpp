@@ -79,6 +79,19 @@ TEST_F(HandlerTest, ReEnteringIsHarmless) {
     EXPECT_EQ(result.back(), L']');
 }
 
+// This program has a stack of 1 MB, like most hosts.
+TEST_F(HandlerTest, AHandlerAtEachLevelFitsTheStack) {
+    const std::wstring tooDeep = L": Tags are nested beyond 100 levels (0);";
+    // The template is the first level.
+    const std::wstring echoes = std::wstring(99, L'<') + std::wstring(99, L'>');
+    EXPECT_EQ(resultOf(tag, L"[<KV:ECHO>X:</KV>]<KV:TAG>@VERSION:</KV>"), L"[" + echoes + L"]1");
+    EXPECT_EQ(logged(), L"ECHO" + tooDeep);
+    const ComPtr<_kvTag> other = newTag();
+    EXPECT_EQ(resultOf(other, L"[<KV:DIGGING>X:</KV>]<KV:TAG>@VERSION:</KV>"), L"[" + std::wstring(99, L'+') + L"]1");
+    EXPECT_EQ(resultOf(other, L"{\\rtf1 <KV:DIGGING>X:</KV><KV:ECHO>X:</KV>}"),
+              L"{\\rtf1 " + std::wstring(99, L'+') + echoes + L"}");
+}
+
 TEST_F(HandlerTest, TheTagServesItsHandler) {
     run(propertiesOf(tag).get(), L"Add", values(L"p", L"P!"));
     EXPECT_HRESULT_SUCCEEDED(tag->putref_Database(create(L"VelmorTest.Database").get()));

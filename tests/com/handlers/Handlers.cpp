@@ -125,6 +125,15 @@ ObjectRef makeNesting() {
         3, [](const ObjectRef&) { return std::u16string(u"<<KV:TAG>PROPERTY:p=none:</KV>>"); });
 }
 
+ObjectRef makeEcho() {
+    return std::make_shared<Handler>(5, [](const ObjectRef&) { return std::u16string(u"<<KV:ECHO>X:</KV>>"); });
+}
+
+ObjectRef makeDigging() {
+    return std::make_shared<Handler>(
+        5, [](const ObjectRef& tag) { return u"+" + askText(tag, u"ProcessName", {Variant(u"DIGGING>X:")}); });
+}
+
 ObjectRef makeRtf() {
     return std::make_shared<Handler>(3, [](const ObjectRef&) { return std::u16string(u"{\\rtf1 bold}"); });
 }

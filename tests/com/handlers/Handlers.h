@@ -40,5 +40,7 @@ ObjectRef makeReentrant();       // does to its own tag what a handler should no
 ObjectRef makeProbe();           // uses the tag as handlers do
 ObjectRef makeNesting();         // answers with a tag
 ObjectRef makeRtf();             // answers with an RTF fragment
+ObjectRef makeEcho();            // answers with its own tag
+ObjectRef makeDigging();         // evaluates its own tag once more, "+" before what that gives
 
 }  // namespace testhandlers
