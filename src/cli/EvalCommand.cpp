@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "cli/LineText.h"
 #include "cli/PropertyFile.h"
 #include "cli/Streams.h"
 #include "cli/TemplateFolders.h"
@@ -25,16 +26,21 @@ std::u16string folderOf(std::u16string_view path, char16_t separator) {
     return std::u16string(path.substr(0, isRoot ? last + 1 : last));
 }
 
+// Names and texts come from the template, and may be as long as that.
+std::string shown(std::u16string_view text) {
+    return toUtf8(onOneLine(text, 200));
+}
+
 // Reports the entries of the error log, one line each; true when there are any.
 bool reportErrorLog(const privProperties& log) {
     for (std::int32_t index = 1; index <= log.Count(); ++index) {
         const auto entry = log.Item(index);
         const auto details = entry->Properties();
-        std::string line = toUtf8(entry->Name()) + ": " + toUtf8(entry->ValueStr());
+        std::string line = shown(entry->Name()) + ": " + shown(entry->ValueStr());
         if (const auto number = details->GetValueLng(u"Err")) line += " (error " + std::to_string(number) + ")";
         for (const auto* const name : {u"TagData", u"ErrData"}) {
             const std::u16string data = details->GetValueStr(name);
-            if (!data.empty()) line += "; " + toUtf8(std::u16string_view(data).substr(0, 200));
+            if (!data.empty()) line += "; " + shown(data);
         }
         report(line);
     }

@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "automation/Convert.h"
+#include "cli/LineText.h"
 #include "cli/Streams.h"
 #include "cli/TagTree.h"
 #include "text/Encoding.h"
@@ -54,20 +55,25 @@ std::string treeJson(const TagTree& tree) {
     return out + "],\n\"unclosed\": " + dump(tree.unclosed) + ",\n\"tooDeep\": " + dump(tree.tooDeep) + "}\n";
 }
 
+// In the list a text stays on its line, and a tag that holds much does not repeat all of it.
+std::string shown(std::u16string_view text) {
+    return toUtf8(onOneLine(text, 200));
+}
+
 // " = value"; nothing for the long 0, which is what a name alone holds.
 std::string valueText(const Variant& value) {
     if (value.isEmpty() || value.identical(Variant(std::int32_t{0}))) return {};
-    const std::string text = toUtf8(automation::toText(value).value_or(u""));
+    const std::string text = shown(automation::toText(value).value_or(u""));
     return " = " + (value.isString() ? '"' + text + '"' : text);
 }
 
 void appendTags(std::string& out, const std::vector<TagNode>& tags, const std::string& indent) {
     for (const TagNode& tag : tags) {
         out += indent + std::to_string(tag.position) + "  ";
-        out += tag.handler.empty() ? "(no handler)" : toUtf8(tag.handler) + " > " + toUtf8(tag.command);
+        out += tag.handler.empty() ? "(no handler)" : shown(tag.handler) + " > " + shown(tag.command);
         out += valueText(tag.commandValue) + "\n";
         for (const auto& [name, value] : tag.parameters) {
-            out += indent + "      " + toUtf8(name) + valueText(value) + "\n";
+            out += indent + "      " + shown(name) + valueText(value) + "\n";
         }
         appendTags(out, tag.tags, indent + "    ");
     }

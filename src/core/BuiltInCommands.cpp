@@ -86,7 +86,7 @@ std::u16string BuiltInCommands::run(std::u16string_view psName) const {
 
 std::u16string BuiltInCommands::processed(std::u16string text) const {
     if (text.find(kOpeningMarker) == std::u16string::npos) return text;
-    return evaluateText(services_, context_, std::move(text));
+    return evaluateText(services_, context_, kHandler, std::move(text));
 }
 
 void BuiltInCommands::put(std::u16string_view psName, Variant value) const {

@@ -59,12 +59,13 @@ void reportLimit(platform::Services& services, const TagContext& context, Evalua
     addErrorLogEntry(services, *context.errorLog, {handler, limitMessage(limit), 0, tagName, {}});
 }
 
-std::u16string evaluateText(platform::Services& services, const ContextRef& context, std::u16string text) {
+std::u16string evaluateText(platform::Services& services, const ContextRef& context, std::u16string_view handler,
+                            std::u16string text) {
     EvaluationLevel level;
     std::optional<EvaluationLimit> limit = level.refused();
     if (!limit) limit = EvaluationRun::current().countCharacters(text.size());
     if (limit) {
-        reportLimit(services, *context, *limit, {}, {});
+        reportLimit(services, *context, *limit, handler, {});
         return {};
     }
     const bool isRtf = text.starts_with(kRtfStart);

@@ -77,8 +77,10 @@ private:
     const std::u16string* literalText_ = nullptr;  // ... and where even the pairs do not tell
 };
 
-// What ProcessValue does with a text: the text as a value of its own that shares the context.
-std::u16string evaluateText(platform::Services& services, const ContextRef& context, std::u16string text);
+// What ProcessValue does with a text: the text as a value of its own that shares the context. A
+// limit that it meets is reported for the handler whose text it is.
+std::u16string evaluateText(platform::Services& services, const ContextRef& context, std::u16string_view handler,
+                            std::u16string text);
 
 // Escapes and brackets tables for a text that is to stand in RTF; true when the text is itself a
 // complete RTF document.

@@ -305,7 +305,7 @@ std::u16string kvTag::GetProcessedElementsValue(std::u16string_view psName, cons
 
 std::u16string kvTag::ProcessValue(std::u16string_view psValue) {
     try {
-        return evaluateText(services_, sharedContext(), std::u16string(psValue));
+        return evaluateText(services_, sharedContext(), ownHandler(), std::u16string(psValue));
     } catch (const std::exception&) {
         logFailure(HandlerName());
         return {};

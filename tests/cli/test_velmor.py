@@ -125,6 +125,8 @@ class Eval(VelmorTest):
     def test_error_log_is_reported(self):
         self.assertEqual(self.velmor("eval", stdin=b"a<KV:NONE>X:</KV>b", expect=REPORTED), b"ab")
         self.assertIn("velmor: NONE: Tag Handler not found", self.messages)
+        self.velmor("eval", stdin=b"<KV:" + b"N" * 1000000 + b">X:</KV>", expect=REPORTED)
+        self.assertLess(len(self.messages), 1000)
         shown = self.velmor("eval", "--property", "kvTag.No Handler Show Message=True", stdin=b"<KV:NONE>X:</KV>",
                             expect=REPORTED)
         self.assertEqual(shown, b"system handler not found: NONE")
@@ -209,6 +211,7 @@ class Tags(VelmorTest):
         deep = b"<KV:A>B:v=" * 5000 + b":</KV>" * 5000
         document = json.loads(self.velmor("tags", "--json", stdin=deep, expect=REPORTED))
         self.assertEqual(document["tooDeep"], 5000 - 100)
+        self.assertLess(len(self.velmor("tags", stdin=deep, expect=REPORTED)), 100000)
         self.velmor("tags", stdin=b"<KV:" * 25000, expect=REPORTED)
         self.assertLess(self.messages.count("\n"), 50)
 
