@@ -1,7 +1,7 @@
 #include "rtf/RowDefinition.h"
 
 #include <algorithm>
-#include <iterator>
+#include <initializer_list>
 
 #include "rtf/ControlWord.h"
 #include "rtf/RtfScanner.h"
@@ -11,18 +11,39 @@ namespace {
 
 enum class Part { ofRow, other, endsRun, endsDefinition };
 
-bool isOneOf(std::u16string_view letters, std::initializer_list<std::u16string_view> words) noexcept {
-    return std::find(words.begin(), words.end(), letters) != words.end();
+bool beginsWithOneOf(std::u16string_view letters, std::initializer_list<std::u16string_view> beginnings) noexcept {
+    return std::any_of(beginnings.begin(), beginnings.end(),
+                       [&](std::u16string_view beginning) { return letters.substr(0, beginning.size()) == beginning; });
+}
+
+Part partIf(bool isOfRow) noexcept {
+    return isOfRow ? Part::ofRow : Part::other;
 }
 
 Part classify(std::u16string_view letters) noexcept {
-    if (letters.substr(0, 3) == u"par" || isOneOf(letters, {u"row", u"nestrow", u"trowd"})) return Part::endsDefinition;
-    if (isOneOf(letters, {u"intbl", u"itap", u"cell", u"nestcell"})) return Part::endsRun;
-    if (isOneOf(letters, {u"cellx", u"lastrow", u"ltrrow", u"rtlrow", u"ts"})) return Part::ofRow;
-    for (const std::u16string_view beginning : {u"tr", u"cl", u"irow", u"tbl", u"tpos", u"tph", u"tpv", u"tdfrm"}) {
-        if (letters.substr(0, beginning.size()) == beginning) return Part::ofRow;
+    switch (letters[0]) {
+        case u'c':
+            if (letters == u"cell") return Part::endsRun;
+            return partIf(letters.substr(0, 2) == u"cl" || letters == u"cellx");
+        case u'i':
+            if (letters == u"intbl" || letters == u"itap") return Part::endsRun;
+            return partIf(letters.substr(0, 4) == u"irow");
+        case u'l':
+            return partIf(letters == u"lastrow" || letters == u"ltrrow");
+        case u'n':
+            if (letters == u"nestcell") return Part::endsRun;
+            return letters == u"nestrow" ? Part::endsDefinition : Part::other;
+        case u'p':
+            return letters.substr(0, 3) == u"par" ? Part::endsDefinition : Part::other;
+        case u'r':
+            return letters == u"row" ? Part::endsDefinition : partIf(letters == u"rtlrow");
+        case u't':
+            if (letters == u"trowd") return Part::endsDefinition;
+            return partIf(letters == u"ts" ||
+                          beginsWithOneOf(letters, {u"tr", u"tbl", u"tpos", u"tph", u"tpv", u"tdfrm"}));
+        default:
+            return Part::other;
     }
-    return Part::other;
 }
 
 }  // namespace
