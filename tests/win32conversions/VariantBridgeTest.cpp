@@ -29,30 +29,18 @@ Variant thereAndBack(const Variant& value) {
 
 TEST(VariantBridge, EveryPlainTypeComesBack) {
     constexpr auto kAll = std::numeric_limits<std::uint64_t>::max();
-    const Variant values[] = {
-        Variant(),
-        Variant(automation::Null{}),
-        Variant(std::int16_t{-5}),
-        Variant(std::int32_t{-70000}),
-        Variant(1.5f),
-        Variant(-0.1),
-        Variant(automation::Currency{std::numeric_limits<std::int64_t>::min()}),
-        Variant(automation::Date{-1.25}),
-        Variant(u""),
-        Variant(std::u16string(u"a\0b\xD800", 4)),
-        Variant(automation::ErrorCode{2042}),
-        Variant::missing(),
-        Variant(true),
-        Variant(false),
-        Variant(automation::Decimal{0xFFFFFFFF, kAll, 28, true}),
-        Variant(std::uint8_t{255}),
-    };
-    const VARTYPE types[] = {VT_EMPTY, VT_NULL, VT_I2,    VT_I4,    VT_R4,   VT_R8,   VT_CY,      VT_DATE,
-                             VT_BSTR,  VT_BSTR, VT_ERROR, VT_ERROR, VT_BOOL, VT_BOOL, VT_DECIMAL, VT_UI1};
-    for (std::size_t each = 0; each < std::size(values); ++each) {
-        const ScopedVariant native = toVariant(values[each]);
-        EXPECT_EQ(native->vt, types[each]);
-        EXPECT_TRUE(fromVariant(*native).identical(values[each])) << each;
+    // clang-format off
+    const std::pair<Variant, VARTYPE> cases[] = {
+        {Variant(), VT_EMPTY}, {automation::Null{}, VT_NULL}, {std::int16_t{-5}, VT_I2}, {-70000, VT_I4}, {1.5f, VT_R4},
+        {-0.1, VT_R8}, {automation::Currency{std::numeric_limits<std::int64_t>::min()}, VT_CY}, {u"", VT_BSTR},
+        {std::u16string(u"a\0b\xD800", 4), VT_BSTR}, {automation::Date{-1.25}, VT_DATE}, {true, VT_BOOL},
+        {automation::ErrorCode{2042}, VT_ERROR}, {Variant::missing(), VT_ERROR}, {false, VT_BOOL},
+        {automation::Decimal{0xFFFFFFFF, kAll, 28, true}, VT_DECIMAL}, {std::uint8_t{255}, VT_UI1}};
+    // clang-format on
+    for (const auto& [value, type] : cases) {
+        const ScopedVariant native = toVariant(value);
+        EXPECT_EQ(native->vt, type);
+        EXPECT_TRUE(fromVariant(*native).identical(value)) << type;
     }
 }
 
@@ -84,25 +72,24 @@ TEST(VariantBridge, AForeignUnknownIsADataObject) {
     EXPECT_EQ(library->Release(), 2u);  // ours and the native variant's
 }
 
-struct WideCase {
-    VARTYPE type;
-    std::uint64_t bits;
-    Variant value;
-};
-
 TEST(VariantBridge, TypesWithoutACounterpartAreWidened) {
-    const WideCase cases[] = {
-        {VT_I1, 0xFF, Variant(std::int16_t{-1})},
-        {VT_UI2, 0xFFFF, Variant(std::int32_t{65535})},
-        {VT_INT, 0xFFFFFFFF, Variant(std::int32_t{-1})},
-        {VT_UI4, 5, Variant(std::int32_t{5})},
-        {VT_UINT, 0xFFFFFFFF, Variant(automation::Decimal{0, 0xFFFFFFFF, 0, false})},
-        {VT_I8, 0xFFFFFFFF80000000, Variant(std::numeric_limits<std::int32_t>::min())},
-        {VT_I8, 0xFFFFFFFF7FFFFFFF, Variant(automation::Decimal{0, 0x80000001, 0, true})},
-        {VT_I8, 0x8000000000000000, Variant(automation::Decimal{0, 0x8000000000000000, 0, true})},
-        {VT_UI8, 0xFFFFFFFFFFFFFFFF, Variant(automation::Decimal{0, 0xFFFFFFFFFFFFFFFF, 0, false})},
+    using automation::Decimal;
+    const struct {
+        VARTYPE type;
+        std::uint64_t bits;
+        Variant value;
+    } cases[] = {
+        {VT_I1, 0xFF, std::int16_t{-1}},
+        {VT_UI2, 0xFFFF, 65535},
+        {VT_INT, 0xFFFFFFFF, -1},
+        {VT_UI4, 5, 5},
+        {VT_UINT, 0xFFFFFFFF, Decimal{0, 0xFFFFFFFF, 0, false}},
+        {VT_I8, 0xFFFFFFFF80000000, std::numeric_limits<std::int32_t>::min()},
+        {VT_I8, 0xFFFFFFFF7FFFFFFF, Decimal{0, 0x80000001, 0, true}},
+        {VT_I8, 0x8000000000000000, Decimal{0, 0x8000000000000000, 0, true}},
+        {VT_UI8, 0xFFFFFFFFFFFFFFFF, Decimal{0, 0xFFFFFFFFFFFFFFFF, 0, false}},
     };
-    for (const WideCase& each : cases) {
+    for (const auto& each : cases) {
         VARIANT native;
         VariantInit(&native);
         native.vt = each.type;
@@ -141,20 +128,18 @@ TEST(VariantBridge, ArraysKeepBoundsAndOrder) {
 }
 
 TEST(VariantBridge, ArraysOfVariantsNestUpToALimit) {
-    Variant inner(std::int32_t{1});
-    for (int level = 0; level < 40; ++level) {
-        auto array = std::make_shared<Array>();
-        array->bounds = {{0, 1}};
-        array->elements = {inner};
-        inner = Variant(std::shared_ptr<const Array>(array));
-    }
+    Variant inner(1);
+    const auto nest = [&inner](int levels) {
+        for (; levels > 0; --levels) {
+            auto array = std::make_shared<Array>();
+            array->bounds = {{0, 1}};
+            array->elements = {inner};
+            inner = Variant(std::shared_ptr<const Array>(array));
+        }
+    };
+    nest(40);
     EXPECT_EQ(thereAndBack(inner).typeCode(), 8192 + 12);
-    for (int level = 0; level < 1000; ++level) {
-        auto array = std::make_shared<Array>();
-        array->bounds = {{0, 1}};
-        array->elements = {inner};
-        inner = Variant(std::shared_ptr<const Array>(array));
-    }
+    nest(1000);
     EXPECT_THROW(toVariant(inner), Error);
 }
 
@@ -162,7 +147,7 @@ TEST(VariantBridge, AnArrayThatContradictsItselfIsRefused) {
     auto array = std::make_shared<Array>();
     array->elementType = VariantType::longInteger;
     array->bounds = {{0, 2}};
-    array->elements = {Variant(std::int32_t{1})};
+    array->elements = {1};
     EXPECT_THROW(toVariant(Variant(std::shared_ptr<const Array>(array))), Error);
     array->elements.emplace_back(u"no long");
     EXPECT_THROW(toVariant(Variant(std::shared_ptr<const Array>(array))), Error);
@@ -181,40 +166,40 @@ VARIANT referenceTo(VARTYPE type, T* data) {
 TEST(VariantBridge, ReferencesAreFollowedAndWrittenBack) {
     BSTR text = makeBstr(u"before");
     VARIANT textReference = referenceTo(VT_BSTR, &text);
-    EXPECT_TRUE(fromVariant(textReference).identical(Variant(u"before")));
-    EXPECT_TRUE(assignReference(textReference, Variant(u"after")));
+    EXPECT_TRUE(fromVariant(textReference).identical(u"before"));
+    EXPECT_TRUE(assignReference(textReference, u"after"));
     EXPECT_EQ(viewOf(text), u"after");
-    EXPECT_TRUE(assignReference(textReference, Variant(1.5)));
+    EXPECT_TRUE(assignReference(textReference, 1.5));
     EXPECT_EQ(viewOf(text), u"1.5");
-    EXPECT_FALSE(assignReference(textReference, Variant(automation::Null{})));
+    EXPECT_FALSE(assignReference(textReference, automation::Null{}));
     EXPECT_EQ(viewOf(text), u"1.5");
     SysFreeString(text);
 
     LONG number = 5;
     VARIANT numberReference = referenceTo(VT_I4, &number);
-    EXPECT_TRUE(assignReference(numberReference, Variant(u"70000")));
+    EXPECT_TRUE(assignReference(numberReference, u"70000"));
     EXPECT_EQ(number, 70000);
-    EXPECT_FALSE(assignReference(numberReference, Variant(u"abc")));
+    EXPECT_FALSE(assignReference(numberReference, u"abc"));
     EXPECT_EQ(number, 70000);
 
     SHORT small[] = {1, 2};
     VARIANT smallReference = referenceTo(VT_I2, &small[0]);
-    EXPECT_TRUE(assignReference(smallReference, Variant(std::int16_t{-1})));
+    EXPECT_TRUE(assignReference(smallReference, std::int16_t{-1}));
     EXPECT_EQ(small[0], -1);
     EXPECT_EQ(small[1], 2);
 
     DECIMAL decimal{};
     VARIANT decimalReference = referenceTo(VT_DECIMAL, &decimal);
-    EXPECT_TRUE(assignReference(decimalReference, Variant(u"-12.5")));
-    EXPECT_TRUE(fromVariant(decimalReference).identical(Variant(automation::Decimal{0, 125, 1, true})));
+    EXPECT_TRUE(assignReference(decimalReference, u"-12.5"));
+    EXPECT_TRUE(fromVariant(decimalReference).identical(automation::Decimal{0, 125, 1, true}));
     EXPECT_EQ(decimal.wReserved, 0);
 }
 
 TEST(VariantBridge, VariantReferencesTakeAnyType) {
     ScopedVariant variable = toVariant(Variant(u"before"));
     VARIANT reference = referenceTo(VT_VARIANT, variable.get());
-    EXPECT_TRUE(assignReference(reference, Variant(std::int32_t{7})));
-    EXPECT_TRUE(fromVariant(reference).identical(Variant(std::int32_t{7})));
+    EXPECT_TRUE(assignReference(reference, 7));
+    EXPECT_TRUE(fromVariant(reference).identical(7));
     EXPECT_TRUE(assignReference(reference, matrix()));
     EXPECT_EQ(fromVariant(reference).typeCode(), 8192 + 8);
 
@@ -222,12 +207,12 @@ TEST(VariantBridge, VariantReferencesTakeAnyType) {
     BSTR text = makeBstr(u"before");
     VARIANT inner = referenceTo(VT_BSTR, &text);
     VARIANT outer = referenceTo(VT_VARIANT, &inner);
-    EXPECT_TRUE(assignReference(outer, Variant(u"after")));
-    EXPECT_TRUE(fromVariant(outer).identical(Variant(u"after")));
+    EXPECT_TRUE(assignReference(outer, u"after"));
+    EXPECT_TRUE(fromVariant(outer).identical(u"after"));
     SysFreeString(text);
 
     VARIANT value = *variable;
-    EXPECT_FALSE(assignReference(value, Variant(std::int32_t{1})));  // no reference
+    EXPECT_FALSE(assignReference(value, 1));  // no reference
 }
 
 TEST(VariantBridge, ObjectReferencesLetGoOfWhatTheyHeld) {
@@ -236,7 +221,7 @@ TEST(VariantBridge, ObjectReferencesLetGoOfWhatTheyHeld) {
     IDispatch* held = faceOf(first);
     const ComPtr<IDispatch> watch(held);
     VARIANT reference = referenceTo(VT_DISPATCH, &held);
-    EXPECT_TRUE(assignReference(reference, Variant(second)));
+    EXPECT_TRUE(assignReference(reference, second));
     EXPECT_EQ(fromVariant(reference).object(), second);
     watch->AddRef();
     EXPECT_EQ(watch->Release(), 1u);
