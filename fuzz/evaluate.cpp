@@ -16,22 +16,11 @@ namespace {
 
 using namespace velmor;
 
-const char16_t* const kPieces[] = {u"<KV:",
-                                   u"</KV>",
-                                   u"<kv:TAG>PROPERTY:",
-                                   u"<KV:TAG>PROPERTY:p=:</KV>",
-                                   u"<KV:TAG>PROPERTY:q=",
-                                   u"p",
-                                   u"q",
-                                   u":",
-                                   u":</KV>",
-                                   u"<K",
-                                   u"V:",
-                                   u"<",
-                                   u"/KV>",
-                                   u"TAG>PROPERTY:p=",
-                                   u"x",
-                                   u"{\\rtf1"};
+// clang-format off
+const char16_t* const kPieces[] = {
+    u"<KV:", u"</KV>", u"<kv:TAG>PROPERTY:", u"<KV:TAG>PROPERTY:p=:</KV>", u"<KV:TAG>PROPERTY:q=", u"p", u"q", u":",
+    u":</KV>", u"<K", u"V:", u"<", u"/KV>", u"TAG>PROPERTY:p=", u"x", u"{\\rtf1"};
+// clang-format on
 
 struct TooMuch {};
 

@@ -18,52 +18,13 @@ using velmor::privProperties;
 constexpr std::u16string_view kDelimiters[] = {u":", u":", u":", u";", u"||", u"\"", u"=", u"", u"~", u"#"};
 
 // Random bytes hold no markers; these do. A byte below this count stands for its piece.
+// clang-format off
 constexpr std::u16string_view kPieces[] = {
-    u":",
-    u"=",
-    u"\"",
-    u"\":",
-    u"a",
-    u"b",
-    u"~64\"",
-    u"~HX\"",
-    u"~GZ\"",
-    u"~CE\"",
-    u"\u00B5",
-    u"~KV\"",
-    u"~RO~",
-    u"~AT\"",
-    u"~PR\"",
-    u"-",
-    u"+",
-    u"NUL",
-    u"#",
-    u"##",
-    u"5",
-    u"1.5",
-    u"&",
-    u"%",
-    u"!",
-    u"$",
-    u"&H1F",
-    u"True",
-    u"<KV:",
-    u"</KV>",
-    u">",
-    u"C:\\",
-    u"!@",
-    u"!s!",
-    u"\r\n",
-    u"YWI6YyI6",
-    u"6162",
-    u"Picture",
-    u"kvProperties\"",
-    u"5 Mar 2004 2:07:09 PM",
-    u"YT0xOg==",
-    u"eJwDAAAAAAE=",
-    u"1E5",
-    u" ",
-};
+    u":", u"=", u"\"", u"\":", u"a", u"b", u"~64\"", u"~HX\"", u"~GZ\"", u"~CE\"", u"\u00B5", u"~KV\"", u"~RO~",
+    u"~AT\"", u"~PR\"", u"-", u"+", u"NUL", u"#", u"##", u"5", u"1.5", u"&", u"%", u"!", u"$", u"&H1F", u"True",
+    u"<KV:", u"</KV>", u">", u"C:\\", u"!@", u"!s!", u"\r\n", u"YWI6YyI6", u"6162", u"Picture", u"kvProperties\"",
+    u"5 Mar 2004 2:07:09 PM", u"YT0xOg==", u"eJwDAAAAAAE=", u"1E5", u" "};
+// clang-format on
 
 std::u16string textOf(const std::uint8_t* data, std::size_t size) {
     std::u16string text;

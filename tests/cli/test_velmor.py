@@ -55,6 +55,14 @@ class VelmorTest(unittest.TestCase):
             self.assertEqual(done.returncode, expect, self.messages)
             return out.read()
 
+    def check_failures(self, cases):
+        """Each case: arguments, exit code, what the message says."""
+        for arguments, code, said in cases:
+            with self.subTest(arguments=arguments):
+                self.assertEqual(self.velmor(*arguments, expect=code), b"")
+                self.assertTrue(self.messages.startswith("velmor: "), self.messages)
+                self.assertIn(said, self.messages)
+
 
 class Eval(VelmorTest):
     def test_plain_text(self):
@@ -144,29 +152,19 @@ class Eval(VelmorTest):
         self.write("t", b"text")
         self.write("bad-utf8", b'a="\xff":')
         os.mkdir(self.path("folder"))
-        cases = [
-            (["eval", "missing"], FILE, "missing"),
-            (["eval", "folder"], FILE, "folder"),
-            (["eval", "t", "-o", "folder"], FILE, "folder"),
-            (["eval", "t", "-o", "none/out"], FILE, "none/out"),
+        self.check_failures([
+            (["eval", "missing"], FILE, "missing"), (["eval", "folder"], FILE, "folder"),
+            (["eval", "t", "-o", "folder"], FILE, "folder"), (["eval", "t", "-o", "none/out"], FILE, "none/out"),
             (["eval", "t", "--properties", "missing"], FILE, "missing"),
             (["eval", "t", "--properties", "folder"], FILE, "folder"),
             (["eval", "t", "--properties", "bad-utf8", "--encoding", "utf-8"], FILE, "bad-utf8"),
             (["eval", "t", "--registry", "missing"], FILE, "missing"),
             (["eval", "t", "--property", "noequals"], USAGE, "noequals"),
             (["eval", "t", "--property", "=x"], USAGE, "=x"),
-            (["eval", "t", "--encoding", "latin"], USAGE, "encoding"),
-            (["eval", "t", "u"], USAGE, "u"),
-            (["eval", "--nonsense"], USAGE, "nonsense"),
-            (["nonsense"], USAGE, "nonsense"),
-            ([], USAGE, "eval"),
+            (["eval", "t", "--encoding", "latin"], USAGE, "encoding"), (["eval", "t", "u"], USAGE, "u"),
+            (["eval", "--nonsense"], USAGE, "nonsense"), (["nonsense"], USAGE, "nonsense"), ([], USAGE, "eval"),
             (["tags", "missing"], FILE, "missing"),
-        ]
-        for arguments, code, said in cases:
-            with self.subTest(arguments=arguments):
-                self.assertEqual(self.velmor(*arguments, expect=code), b"")
-                self.assertTrue(self.messages.startswith("velmor: "), self.messages)
-                self.assertIn(said, self.messages)
+        ])
         self.assertEqual(sorted(os.listdir(self.folder.name)), ["bad-utf8", "folder", "t"])
 
     def test_full_standard_output(self):
@@ -256,18 +254,11 @@ class Props(VelmorTest):
         self.write("plain", b"a=1&:")
         listed = json.loads(self.velmor("props", "p", "--json", "--password-file", "password"))["properties"]
         self.assertEqual([p["value"] for p in listed], ["Ruth \u0141", 5])
-        cases = [
-            (["p"], "--password-file"),
-            (["p", "--password-file", "wrong"], "password"),
-            (["p", "--password-file", "none"], "password"),
-            (["p", "--password-file", "missing"], "missing"),
+        self.check_failures([(["props", *arguments], FILE, said) for arguments, said in [
+            (["p"], "--password-file"), (["p", "--password-file", "wrong"], "password"),
+            (["p", "--password-file", "none"], "password"), (["p", "--password-file", "missing"], "missing"),
             (["plain", "--password-file", "password"], "plain"),
-            (["missing", "--password-file", "password"], "missing"),
-        ]
-        for arguments, said in cases:
-            with self.subTest(arguments=arguments):
-                self.assertEqual(self.velmor("props", *arguments, expect=FILE), b"")
-                self.assertIn(said, self.messages)
+            (["missing", "--password-file", "password"], "missing")]])
         self.velmor("props", expect=USAGE)
         self.velmor("eval", "--password-file", "password", expect=USAGE)
         template = b"<KV:TAG>PROPERTY:n=:</KV>"
