@@ -49,7 +49,7 @@ std::vector<Document> documents() {
         if (!isBalanced(text) || text.find(u"{\\rtf", 1) != text.npos || text.find(u"\\bin") != text.npos) continue;
         const bool normal = FormattingReader::definesNormal(text);
         std::vector<FormattingReader::Unit> units = FormattingReader::read(text, 0, normal);
-        result.push_back({it->path().filename(), std::move(text), normal, std::move(units)});
+        result.push_back({it->path().filename().string(), std::move(text), normal, std::move(units)});
     }
     return result;
 }
