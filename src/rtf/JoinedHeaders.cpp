@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "rtf/HeaderWords.h"
+#include "rtf/MergePageBreaks.h"
 #include "rtf/RtfScanner.h"
 #include "rtf/TextEdits.h"
 #include "text/Compare.h"
@@ -10,7 +11,7 @@
 namespace velmor {
 namespace {
 
-constexpr std::u16string_view marker = u"{\\*\\korvanemergepagebreak}";
+constexpr std::u16string_view marker = Module1::mergePageBreakMarker;
 
 constexpr Group groupOf(HeaderKind kind) noexcept {
     return kind == HeaderKind::header ? Group::header : Group::footer;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 #include "rtf/PageSetup.h"
 #include "rtf/RtfScanner.h"
@@ -12,7 +13,8 @@
 namespace velmor {
 namespace {
 
-constexpr std::u16string_view marker = u"{\\*\\korvanemergepagebreak}";
+constexpr std::u16string_view marker = Module1::mergePageBreakMarker;
+constexpr std::u16string_view sectionWord = u"\\sectd";
 constexpr std::size_t nowhere = std::u16string_view::npos;
 
 std::size_t findMarker(std::u16string_view text, std::size_t from) noexcept {
@@ -87,7 +89,7 @@ private:
                 takeValue(index);
                 break;
             case u's':
-                if (wordStandsAt(text_, index, u"\\sectd")) beginSection(index);
+                if (wordStandsAt(text_, index, sectionWord)) beginSection(index);
                 if (wordStandsAt(text_, index, u"\\sect")) takeEnd(index, false);
                 break;
             default:
@@ -138,6 +140,12 @@ private:
     bool breaksBefore_ = false;
 };
 
+// With the blank that ends it, which would be text otherwise.
+void cutWord(TextEdits& edits, std::u16string_view text, std::size_t begin, std::size_t end) {
+    const bool ended = end < text.size() && text[end] == u' ';
+    edits.cut(begin, ended ? end + 1 : end);
+}
+
 }  // namespace
 
 void Module1::ApplyMergePageBreaks(std::u16string& psText, const CleanOptions& options) {
@@ -149,9 +157,11 @@ void Module1::ApplyMergePageBreaks(std::u16string& psText, const CleanOptions& o
         const PageReader reader(text, behind, std::min(next, text.size()));
         if (options.tolerant || !reader.isBroken()) {
             const std::size_t section = options.tolerant ? reader.ownSection() : nowhere;
-            const std::u16string_view opening = section == nowhere ? u"\\sect" : u"\\sect\\sectd";
-            edits.replaceApartVal(at, behind, std::u16string(opening) + reader.page(options.tolerant).words());
-            if (section != nowhere) edits.cut(section, section + 6);
+            std::u16string words = options.tolerant ? u"\\sect\\sectd" : u"\\sect";
+            words += reader.page(options.tolerant).words();
+            if (options.tolerant) words += u"\\pard\\plain";
+            edits.replaceApartVal(at, behind, std::move(words));
+            if (section != nowhere) cutWord(edits, text, section, section + sectionWord.size());
         }
         at = next;
     }
