@@ -17,6 +17,7 @@ Exit codes: 0 done, 1 wrong command line, 2 cannot read or write (no output was 
 Examples:
   velmor eval invoice.rtf -o out.rtf --properties invoice.properties
   echo 'Dear <KV:TAG>PROPERTY:name=all:</KV>' | velmor eval --property name=Zoe
+  velmor clean out.rtf terms.rtf -o letter.rtf
   velmor tags --json invoice.rtf
   velmor props invoice.properties
   velmor handlers
@@ -30,6 +31,16 @@ has not are written as \uN?.
 Examples:
   velmor eval letter.rtf --property 'Contact=Ruth Ackroyd' -o letter-ackroyd.rtf
   velmor eval - --encoding utf-8 < mail.txt)";
+
+constexpr const char* cleanFooter = R"(
+Documents that lie in one another become one document: their tables of fonts, colours, styles and
+lists are merged. Several files are joined first, each on pages of its own, with its page size and
+margins. Bytes that need not change stay as they are. A text that still holds a tag is not cleaned.
+
+Examples:
+  velmor clean evaluated.rtf -o out.rtf
+  velmor clean letter.rtf terms.rtf appendix.rtf -o mailing.rtf
+  velmor eval invoice.rtf --properties invoice.properties | velmor clean - > out.rtf)";
 
 constexpr const char* tagsFooter = R"(
 Each tag is listed with the position of its opening marker, from 1.
@@ -63,6 +74,7 @@ Examples:
 // What CLI11 fills; the parts that are not UTF-16 yet.
 struct Raw {
     EvalOptions eval;
+    CleanCommandOptions clean;
     TagsOptions tags;
     PropsOptions props;
     HandlersOptions listed;
@@ -95,8 +107,12 @@ TextEncoding encodingOf(const std::string& name) {
     return name == "utf-8" ? TextEncoding::utf8 : TextEncoding::ansi;
 }
 
-void addSystem(CLI::App& command, Raw& raw) {
+void addRegistry(CLI::App& command, Raw& raw) {
     command.add_option("--registry", raw.registry, "Take the registry from this .reg file")->type_name("FILE");
+}
+
+void addSystem(CLI::App& command, Raw& raw) {
+    addRegistry(command, raw);
 #ifndef _WIN32
     command.add_option("--handlers", raw.handlers, "Look for handler libraries here, too; may be repeated")
         ->type_name("DIR")
@@ -123,6 +139,20 @@ CLI::App* addEval(CLI::App& app, Raw& raw) {
     addEncoding(*command, raw.encoding);
     addSystem(*command, raw);
     command->footer(evalFooter);
+    return command;
+}
+
+CLI::App* addClean(CLI::App& app, Raw& raw) {
+    CLI::App* command = app.add_subcommand("clean", "Make one clean RTF document of RTF documents");
+    command->add_option("FILE", raw.clean.inputs, "RTF files; -: standard input. Several are joined in this order")
+        ->type_name("")
+        ->required();
+    command->add_option("-o,--output", raw.clean.output, "Write the document to this file, whole or not at all")
+        ->type_name("OUT");
+    command->add_flag("--merge", raw.clean.merge, "Merge mode for one file, too: it holds documents joined before");
+    command->add_flag("--exact", raw.clean.exact, "Clean exactly as the component does, without its tolerance");
+    addRegistry(*command, raw);
+    command->footer(cleanFooter);
     return command;
 }
 
@@ -180,7 +210,7 @@ void answer(const CLI::App& app, const CLI::ParseError& outcome) {
     std::string what = outcome.what();
     if (app.get_subcommands().empty()) {
         const auto unknown = app.remaining();
-        what = unknown.empty() ? "no command; there are eval, tags, props, handlers and log"
+        what = unknown.empty() ? "no command; there are eval, clean, tags, props, handlers and log"
                                : "there is no command '" + unknown.front() + "'";
     }
     throw Failure(exitUsage, what + " (velmor --help says more)");
@@ -197,6 +227,7 @@ std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& argu
     app.footer(programFooter);
     Raw raw;
     const CLI::App* eval = addEval(app, raw);
+    const CLI::App* clean = addClean(app, raw);
     addTags(app, raw);
     const CLI::App* props = addProps(app, raw);
     const CLI::App* handlers = addHandlers(app, raw);
@@ -212,6 +243,8 @@ std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& argu
     if (eval->count("--include-path") > 0) raw.eval.includePath = raw.includePath;
     if (eval->parsed()) {
         result.command = raw.eval;
+    } else if (clean->parsed()) {
+        result.command = raw.clean;
     } else if (props->parsed()) {
         result.command = raw.props;
     } else if (handlers->parsed()) {

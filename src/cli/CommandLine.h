@@ -5,6 +5,7 @@
 #include <variant>
 #include <vector>
 
+#include "cli/CleanCommand.h"
 #include "cli/EvalCommand.h"
 #include "cli/HandlersCommand.h"
 #include "cli/LogCommand.h"
@@ -15,7 +16,7 @@
 namespace velmor::cli {
 
 struct CommandLine {
-    std::variant<EvalOptions, TagsOptions, PropsOptions, HandlersOptions, LogOptions> command;
+    std::variant<EvalOptions, CleanCommandOptions, TagsOptions, PropsOptions, HandlersOptions, LogOptions> command;
     platform::SystemOptions system;
 };
 

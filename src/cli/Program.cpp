@@ -16,6 +16,9 @@ int runCommand(const CommandLine& line) {
     platform::SystemServices machine(line.system);
     for (const auto& warning : machine.warnings()) report(toUtf8(warning));
     if (const auto* eval = std::get_if<EvalOptions>(&line.command)) return runEval(machine.services(), *eval);
+    if (const auto* clean = std::get_if<CleanCommandOptions>(&line.command)) {
+        return runClean(machine.services(), *clean);
+    }
     if (const auto* props = std::get_if<PropsOptions>(&line.command)) return runProps(machine.services(), *props);
     if (const auto* handlers = std::get_if<HandlersOptions>(&line.command)) {
         return runHandlers(machine.services(), *handlers);

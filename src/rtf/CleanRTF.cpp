@@ -49,10 +49,6 @@ bool holdsDocument(std::u16string_view text) noexcept {
     }
 }
 
-bool isCleanable(std::u16string_view text) noexcept {
-    return holdsDocument(text) && findText(text, u"<KV:", 0, Comparison::text) == text.npos;
-}
-
 // One run of the stages over one text.
 class Run {
 public:
@@ -104,6 +100,10 @@ private:
 };
 
 }  // namespace
+
+bool Module1::isCleanable(std::u16string_view psText) noexcept {
+    return holdsDocument(psText) && findText(psText, u"<KV:", 0, Comparison::text) == psText.npos;
+}
 
 void Module1::CleanRTFText(std::u16string& psText, CleanOptions options, CleanHost& host) noexcept {
     const bool timed = host.timesCleaning();

@@ -16,6 +16,9 @@ namespace velmor::Module1 {
 // Nothing here raises. A stage that cannot go on leaves the text as far as it came. Time is linear in
 // the text, and memory holds it about twice.
 
+// Whether the text is cleaned, and not left as it is.
+bool isCleanable(std::u16string_view psText) noexcept;
+
 // Reads the option "RTF Table Overrun Protection" for itself (absent, or exactly "1": on).
 void CleanRTFText(std::u16string& psText, CleanOptions options, CleanHost& host) noexcept;
 

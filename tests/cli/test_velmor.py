@@ -180,6 +180,68 @@ class Eval(VelmorTest):
         self.assertRegex(self.velmor("--version"), rb"^velmor \d+\.\d+\.\d+\s*$")
 
 
+class Clean(VelmorTest):
+    HOST = b"{\\rtf1{\\fonttbl{\\f0 Arial;}}\\f0 one \\\\}\r\n\0"
+    NEXT = b"\r\n{\\rtf{\\fonttbl{\\f0 Courier;}}\\paperw11906\\lndscpsxn\\f0 two}\0\n"
+
+    def test_one_document(self):
+        every = bytes(code for code in range(256) if code not in b"\\{}")
+        tables = b"{\\fonttbl{\\f0 Arial;}}{\\colortbl;\\red1\\green2\\blue3;}"
+        inner, marker = b"a{\\rtf1 b}c}", b"{\\*\\korvanemergepagebreak}}"
+        page = b"\\sect\\pgwsxn0\\pghsxn0\\marglsxn0\\margrsxn0\\margtsxn0\\margbsxn0}"
+        cases = [
+            # opening, text, arguments, cleaned text
+            (b"{\\rtf1", every + b"}\0", [], every + b"}\0"),
+            (b"{\\rtf1", inner, [], b"a{b}c}"),
+            (b"{\\rtf1", inner, ["--exact"], b"a bc}"),
+            (b"{\\rtf", inner, [], b"a{b}c}"),
+            (b"{\\rtf1", marker, [], marker),
+            (b"{\\rtf1", marker, ["--exact", "--merge"], page),
+        ]
+        for opening, text, arguments, cleaned in cases:
+            with self.subTest(opening=opening, text=text, arguments=arguments):
+                header, _, out = self.velmor("clean", "-", *arguments, stdin=opening + tables + text).partition(b"blue3;}")
+                self.assertEqual((header[:7], out, self.messages), (b"{\\rtf1{", cleaned, ""))
+
+    def test_joins(self):
+        self.write("a.rtf", self.HOST)
+        self.write("b.rtf", self.NEXT)
+        self.assertEqual(self.velmor("clean", "a.rtf", "-", "b.rtf", "-o", "a.rtf", stdin=b"{\\rtf1 0}"), b"")
+        result = self.read("a.rtf")
+        for said in [b"one \\\\\\sect", b"\\pgwsxn12240\\pghsxn15840", b"\\lndscpsxn\\pgwsxn15840\\pghsxn11906", b"\\f1 two}"]:
+            self.assertIn(said, result)
+        self.assertEqual((result.count(b"Arial"), result.count(b"Courier"), result.count(b"rtf")), (1, 1, 1))
+        self.assertEqual((result.count(b"{"), result[-5:]), (result.count(b"}"), b"}}\r\n\0"))
+        self.assertEqual(self.messages, "")
+
+    def test_reports(self):
+        self.write("a.rtf", self.HOST)
+        self.write("b.rtf", self.NEXT)
+        cases = [
+            # documents on standard input and in files, code, message
+            (b"{\\rtf1 <kv:TAG>X:</KV>{\\rtf1 b}}", ["-"], REPORTED, "tag (position 8)"),
+            (b"{\\rtf1 <KV:}", ["a.rtf", "-", "b.rtf"], REPORTED, "standard input still holds a tag"),
+            (b"{\\rtf a{\\rtf b}}", ["-", "--exact"], REPORTED, "version"),
+            (b"{\\rtf1 b} c }", ["a.rtf", "-"], REPORTED, "2 characters"),
+            (b"{\\rtf1 {\\*\\korvanemergepagebreak}\\sectd\\sect}", ["-", "--merge", "--exact"], REPORTED, ": 1"),
+            (b"{\\rtf1 b", ["a.rtf", "-"], FILE, "standard input cannot be joined"),
+            (b"rtf1", ["-"], FILE, "standard input holds no RTF"),
+            (b"", ["a.rtf", "missing"], FILE, "missing"),
+            (b"", ["a.rtf", "-o", "none/out"], FILE, "none/out"),
+            (b"", [], USAGE, "FILE"),
+        ]
+        for stdin, arguments, code, said in cases:
+            with self.subTest(stdin=stdin, arguments=arguments):
+                out = self.velmor("clean", *arguments, stdin=stdin, expect=code)
+                self.assertIn(said, self.messages)
+                if code != REPORTED:
+                    self.assertEqual(out, b"")
+                elif len(arguments) == 1:
+                    self.assertEqual(out, stdin)
+                elif "b.rtf" in arguments:
+                    self.assertEqual(out.count(b"{\\*\\korvanemergepagebreak}{\\rtf1"), 2)
+
+
 class Tags(VelmorTest):
     TEMPLATE = (b'ab<KV:TAG>INCLUDE=C:\\x\\<KV:TAG>PROPERTY:f=a.txt:</KV>:KEY=5:q="5":r=1.5:t=True:bare:</KV>'
                 b"<KV:GRP-NAME>X:</KV><KV:nohandler</KV> <KV:OPEN>")

@@ -1,0 +1,96 @@
+#include "cli/CleanCommand.h"
+
+#include <memory>
+
+#include "cli/DocumentJoiner.h"
+#include "cli/Documents.h"
+#include "cli/Streams.h"
+#include "core/kvTag.h"
+#include "properties/privProperties.h"
+#include "rtf/CleanRTF.h"
+#include "rtf/MergePageBreaks.h"
+#include "text/Compare.h"
+#include "text/Encoding.h"
+
+namespace velmor::cli {
+namespace {
+
+class CleanRun {
+public:
+    CleanRun(platform::Services& services, const CleanCommandOptions& options)
+        : services_(services), options_(options), joins_(options.inputs.size() > 1) {}
+
+    ExitCode run() {
+        std::u16string text = joins_ ? join() : read(options_.inputs.front());
+        if (Module1::isCleanable(text)) {
+            clean(text);
+        } else if (!holdsTag_) {
+            tell(inputName(options_.inputs.front()) + " is not RTF of version 1; it is left as it is");
+        }
+        writeAll(services_.files, options_.output, encodeResult(text, TextEncoding::ansi));
+        return reported_ ? exitReported : exitDone;
+    }
+
+private:
+    std::u16string read(const std::string& input) {
+        std::u16string text = fromAnsi(readAll(services_.files, input));
+        requireDocument(text, joins_ || !options_.exact, inputName(input));
+        reportTag(text, input);
+        return text;
+    }
+
+    std::u16string join() {
+        const auto& inputs = options_.inputs;
+        DocumentJoiner joiner(read(inputs.front()), inputName(inputs.front()));
+        for (auto input = inputs.begin() + 1; input != inputs.end(); ++input) {
+            const std::size_t lost = joiner.add(read(*input), inputName(*input));
+            if (lost == 0) continue;
+            tell(inputName(*input) + ": " + std::to_string(lost) + (lost == 1 ? " character" : " characters") +
+                 " outside of the document left out");
+        }
+        return std::move(joiner).joined();
+    }
+
+    void clean(std::u16string& text) {
+        const auto tag = std::make_shared<kvTag>(services_);
+        tag->Properties().own()->AddBoolean(u"kvTag.RTF Tolerant", !options_.exact, true);
+        tag->CleanRTFMergeMode(joins_ || options_.merge);
+        tag->CleanRTF(text);
+        if (tag->CleanRTFMergeMode()) reportPageBreaks(text);
+        tag->Dispose();
+    }
+
+    void reportTag(std::u16string_view text, const std::string& input) {
+        const std::size_t found = findText(text, u"<KV:", 0, Comparison::text);
+        if (found == text.npos) return;
+        holdsTag_ = true;
+        tell(inputName(input) + " still holds a tag (position " + std::to_string(found + 1) + "); " +
+             (joins_ ? "the documents are joined, but not cleaned" : "it is left as it is"));
+    }
+
+    void reportPageBreaks(std::u16string_view text) {
+        constexpr std::u16string_view marker = Module1::mergePageBreakMarker;
+        std::size_t count = 0;
+        for (std::size_t at = 0; (at = findText(text, marker, at, Comparison::binary)) != text.npos; ++at) ++count;
+        if (count > 0) tell("page breaks between joined documents that could not be made: " + std::to_string(count));
+    }
+
+    void tell(const std::string& message) {
+        report(message);
+        reported_ = true;
+    }
+
+    platform::Services& services_;
+    const CleanCommandOptions& options_;
+    const bool joins_;
+    bool holdsTag_ = false;
+    bool reported_ = false;
+};
+
+}  // namespace
+
+ExitCode runClean(platform::Services& services, const CleanCommandOptions& options) {
+    return CleanRun(services, options).run();
+}
+
+}  // namespace velmor::cli

@@ -1,0 +1,63 @@
+#include "cli/DocumentJoiner.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "cli/Failure.h"
+#include "rtf/BraceScanner.h"
+#include "rtf/EmbeddedDocuments.h"
+#include "rtf/MergePageBreaks.h"
+
+namespace velmor::cli {
+namespace {
+
+constexpr std::size_t maximalLength = (std::size_t{1} << 30) - 1;
+
+// Braces as a reader of RTF counts them, whatever cleaning does.
+std::size_t closingBrace(std::u16string_view text, std::size_t document, const std::string& name) {
+    const std::size_t end = findGroupEnd(text, document + 1, true);
+    if (end == noGroupEnd) throw Failure(exitFile, name + " cannot be joined: its closing brace is missing");
+    return end;
+}
+
+std::size_t countVisible(std::u16string_view text) {
+    return static_cast<std::size_t>(
+        std::count_if(text.begin(), text.end(), [](char16_t unit) { return !isWhiteSpace(unit) && unit != 0; }));
+}
+
+}  // namespace
+
+void requireDocument(std::u16string& text, bool addVersion, const std::string& name) {
+    const std::size_t document = findHostDocument(text);
+    if (document == noDocument) throw Failure(exitFile, name + " holds no RTF document");
+    const std::size_t behind = document + std::u16string_view(u"{\\rtf").size();
+    if (addVersion && behind < text.size() && !isLetter(text[behind]) && text[behind] != u'-' &&
+        hostHeaderStart(text, document) == behind) {
+        text.insert(behind, 1, u'1');
+    }
+}
+
+DocumentJoiner::DocumentJoiner(std::u16string first, const std::string& name) : text_(std::move(first)) {
+    const std::size_t end = closingBrace(text_, findHostDocument(text_), name);
+    tail_ = text_.substr(end);
+    text_.resize(end);
+}
+
+std::size_t DocumentJoiner::add(std::u16string_view text, const std::string& name) {
+    const std::size_t begin = findHostDocument(text);
+    const std::size_t end = closingBrace(text, begin, name) + 1;
+    const std::size_t added = Module1::mergePageBreakMarker.size() + (end - begin);
+    if (text_.size() + tail_.size() + added > maximalLength) {
+        throw Failure(exitFile, "with " + name + " the document becomes longer than a text can be");
+    }
+    text_ += Module1::mergePageBreakMarker;
+    text_ += text.substr(begin, end - begin);
+    return countVisible(text.substr(0, begin)) + countVisible(text.substr(end));
+}
+
+std::u16string DocumentJoiner::joined() && {
+    text_ += tail_;
+    return std::move(text_);
+}
+
+}  // namespace velmor::cli
