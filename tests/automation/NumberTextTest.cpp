@@ -1,3 +1,4 @@
+#include "Seed.h"
 #include "automation/NumberText.h"
 
 #include <gtest/gtest.h>
@@ -117,7 +118,7 @@ void expectLibraryText(Number value, int digits) {
 
 class RandomNumbers : public testing::Test {
 protected:
-    const unsigned seed_ = std::random_device{}();
+    const unsigned seed_ = testSeed();
     const testing::ScopedTrace trace_{__FILE__, __LINE__, seed_};
     std::mt19937_64 random{seed_};
 };

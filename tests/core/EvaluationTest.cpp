@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "Seed.h"
 #include "automation/Convert.h"
 #include "core/BuiltInCommands.h"
 #include "core/Evaluation.h"
@@ -197,7 +198,7 @@ bool metLimit(kvTag& tag) {
 
 template <std::size_t count>
 void compare(const std::u16string (&pieces)[count], int turns) {
-    const unsigned seed = std::random_device{}();
+    const unsigned seed = testSeed();
     SCOPED_TRACE(seed);
     std::mt19937 random(seed);
     Evaluators evaluators;

@@ -3,6 +3,7 @@
 #include <random>
 #include <string>
 
+#include "Seed.h"
 #include "common/Base64.h"
 #include "properties/Describe.h"
 
@@ -226,7 +227,7 @@ private:
 };
 
 TEST_F(PropertyText, IsReadBackEqual) {
-    const unsigned seed = std::random_device{}();
+    const unsigned seed = testSeed();
     SCOPED_TRACE(seed);
     for (unsigned i = 0; i < 3000; ++i) {
         const PropertiesRef original = RandomCollection(services, seed + i).make(2);

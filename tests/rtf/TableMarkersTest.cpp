@@ -1,3 +1,4 @@
+#include "Seed.h"
 #include "rtf/TableMarkers.h"
 
 #include <gtest/gtest.h>
@@ -142,7 +143,7 @@ public:
 
 private:
     std::size_t longest_;
-    std::uint32_t seed_ = std::random_device()();
+    std::uint32_t seed_ = testSeed();
     std::mt19937 random_{seed_};
 };
 
