@@ -338,5 +338,36 @@ TEST(CleanCorpus, KeepsTheTextAndTheBraces) {
     }
 }
 
+std::u16string withoutBlanks(std::u16string text) {
+    std::erase(text, u' ');
+    return text;
+}
+
+// Each document with another one in it, before its last brace.
+TEST(CleanCorpus, KeepsTheTextOfDocumentsInDocuments) {
+    if (corpus().empty()) GTEST_SKIP() << "no documents in " << VELMOR_CORPUS;
+    std::vector<std::pair<std::string, std::u16string>> documents;
+    for (const fs::path& path : corpus()) {
+        std::u16string text = load(path);
+        text.resize(text.find_last_of(u'}') + 1);  // NULs and blanks behind it
+        const bool whole = RtfText(text).isBalanced() && text.find(u"{\\rtf", 1) == text.npos;
+        if (whole && text.size() < 60000) documents.emplace_back(path.filename().string(), std::move(text));
+    }
+    for (std::size_t i = 0; i < documents.size(); ++i) {
+        const auto& [hostName, host] = documents[i];
+        const auto& [name, inner] = documents[(i + 7) % documents.size()];
+        const std::u16string text = host.substr(0, host.size() - 1) + inner + u"}";
+        for (const bool mergeMode : {false, true}) {
+            for (const bool tolerant : {false, true}) {
+                SCOPED_TRACE(hostName + " with " + name + (mergeMode ? ", merge mode" : "") +
+                             (tolerant ? ", tolerant" : ""));
+                const RtfText after(cleaned(text, optionsOf(mergeMode, tolerant)));
+                EXPECT_TRUE(withoutBlanks(after.text()) == withoutBlanks(RtfText(host).text() + RtfText(inner).text()));
+                EXPECT_TRUE(after.isBalanced());
+            }
+        }
+    }
+}
+
 }  // namespace
 }  // namespace velmor

@@ -204,6 +204,29 @@ TEST(WordsStayApart, WhereARemovalWouldJoinThem) {
     check(cases, [](std::u16string& text) { Module1::UnwrapNestedDocuments(text, {}); });
 }
 
+TEST(UnwrapNestedDocuments, TolerantLeavesTheHostItsOwnWay) {
+    const Case cases[] = {
+        {u"{\\rtf1 a{\\rtf1\\ansi\\deff0\\paperw9 b\\par}c}", u"{\\rtf1 a{b\\par}c}"},
+        {u"{\\rtf1 a{\\rtf b}{\\RTF1 c}}", u"{\\rtf1 a{b}{c}}"},
+        {u"{\\rtf1{\\rtf1 a}{\\rtf1 b{\\rtf1 c}", u"{\\rtf1{a}{\\rtf1 b{\\rtf1 c}"},
+        {u"{\\rtf1{\\rtf1{\\ansi\\margl9 x}}}", u"{\\rtf1{{\\ansi\\margl9 x}}}"},
+        {u"{\\rtf1{\\rtf1 C:\\\\}\\{}", u"{\\rtf1{C:\\\\}\\{}"},
+        {u"{\\rtf1{\\rtf1\\bin3 }}}x}}", u"{\\rtf1{\\bin3 }}}x}}"},
+        // Cyrillic bytes in a Latin host; fonts with a character set of their own speak for themselves.
+        {u"{\\rtf1\\ansi{\\fonttbl{\\f0 A;}{\\f1\\fcharset204 B;}}"
+         u"{\\rtf1\\ansi\\ansicpg1251\\f0 \\'e4\\'41{\\f1 \\'e4}\\uc2\\'e5\\u1078\\'3f\\'e6\\uc0\\'e4}\\'e4}",
+         u"{\\rtf1\\ansi{\\fonttbl{\\f0 A;}{\\f1\\fcharset204 B;}}"
+         u"{\\f0 \\u1076?\\'41{\\f1 \\'e4}\\uc2\\u1077??\\u1078\\'3f\\'e6\\uc0\\u1076 }\\'e4}"},
+        // Bytes of several a character stay.
+        {u"{\\rtf1{\\rtf1\\ansicpg932\\'83\\'65}}", u"{\\rtf1{\\'83\\'65}}"},
+    };
+    check(cases, [](std::u16string& text) {
+        CleanOptions options;
+        options.tolerant = true;
+        Module1::UnwrapNestedDocuments(text, options);
+    });
+}
+
 TEST(MergePageBreaks, TakeThePageOfTheDocumentBehindThem) {
 #define M u"{\\*\\korvanemergepagebreak}"
     const Case cases[] = {
