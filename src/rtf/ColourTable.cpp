@@ -18,13 +18,13 @@ std::u16string withoutWhiteSpace(std::u16string_view text) {
 
 }  // namespace
 
-std::optional<TextRange> ColourTable::find(std::u16string_view text) noexcept {
+std::optional<TextRange> ColourTable::find(std::u16string_view text, bool tolerant) noexcept {
     for (std::size_t at = 0; (at = text.find(opening, at)) != nowhere; ++at) {
         if (isEscaped(text, at)) continue;
         std::size_t end = text.find(u'}', at);
         // What holds groups, or an escaped brace, ends with its own brace, or braces would go astray.
         const bool plain = end != nowhere && text[end - 1] != u'\\' && text.find(u'{', at + 1) > end;
-        if (!plain) end = findGroupEnd(text, at + 1, false);
+        if (!plain) end = findGroupEnd(text, at + 1, tolerant);
         if (end == nowhere) return std::nullopt;
         return TextRange{at, end + 1};
     }

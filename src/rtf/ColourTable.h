@@ -19,7 +19,7 @@ public:
     explicit ColourTable(const CleanOptions& options) noexcept : tolerant_(options.tolerant) {}
 
     // "{\colortbl", in exactly these letters, to the next "}".
-    static std::optional<TextRange> find(std::u16string_view text) noexcept;
+    static std::optional<TextRange> find(std::u16string_view text, bool tolerant) noexcept;
 
     // Adds the colours of a document's table; `numbers` receives the new number of each.
     void add(std::u16string_view table, NumberMap& numbers);

@@ -128,7 +128,8 @@ void TableMerge::findTables(std::u16string_view text, GroupSet groups) {
     tables_ = {};
     if (groups.has(Group::fontTable)) tables_.fonts = find(text, u"{\\fonttbl");
     if (groups.has(Group::colourTable)) {
-        if (const auto colours = ColourTable::find(text)) tables_.colours = Table{*colours, *colours};
+        if (const auto colours = ColourTable::find(text, options_.tolerant))
+            tables_.colours = Table{*colours, *colours};
     }
     if (groups.has(Group::styleSheet)) tables_.styles = find(text, u"{\\stylesheet");
     if (groups.has(Group::listTable)) tables_.lists = findStarred(text, u"{\\*\\listtable", u"{\\listtable");

@@ -17,7 +17,9 @@ namespace velmor::test {
 // code page, whatever the document says.
 class RtfText {
 public:
-    explicit RtfText(std::u16string_view document) : document_(document) { read(); }
+    enum class Part { all, body };  // body: no headers and footers
+
+    explicit RtfText(std::u16string_view document, Part part = Part::all) : document_(document), part_(part) { read(); }
 
     const std::u16string& text() const { return text_; }
     // Of the braces, and never below 0 on the way.
@@ -94,6 +96,8 @@ private:
                                                         u"nestcell", u"nestrow", u"sect", u"page"};
         static const std::set<std::u16string> silent = {u"fonttbl", u"colortbl",  u"stylesheet",        u"info",
                                                         u"pict",    u"listtable", u"listoverridetable", u"object"};
+        static const std::set<std::u16string> pageParts = {u"header", u"headerf", u"headerl", u"headerr",
+                                                           u"footer", u"footerf", u"footerl", u"footerr"};
         if (word == u"u") {
             put(static_cast<char16_t>(number));
             skip_ = groups_.back().fallback;
@@ -101,7 +105,7 @@ private:
             groups_.back().fallback = number;
         } else if (word == u"bin") {
             at_ += static_cast<std::size_t>(std::max(number, 0));
-        } else if (silent.count(word) != 0) {
+        } else if (silent.count(word) != 0 || (part_ == Part::body && pageParts.count(word) != 0)) {
             groups_.back().skipped = true;
         } else if (word == u"tab") {
             put(u'\t');
@@ -111,6 +115,7 @@ private:
     }
 
     std::u16string_view document_;
+    Part part_;
     std::size_t at_ = 0;
     std::u16string text_;
     std::vector<Group> groups_{Group{}};
