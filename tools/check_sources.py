@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Checks include direction between the rooms, the one place for <windows.h>, and ASCII sources."""
 
+import os
 import re
-import subprocess
 import sys
 
 # A room may include itself and the rooms listed here.
@@ -23,9 +23,13 @@ WINDOWS_OWN = re.compile(r"^(windows|ole|oa|obj|shl|shell|win|unknwn|oc|comdef|i
 
 
 def files():
-    command = ["git", "ls-files", "--cached", "--others", "--exclude-standard", "--"]
-    patterns = ["*.h", "*.cpp", "*.inc", "*.idl", "*.py", "*.vbs", "*.js", "*.cmake", "CMakeLists.txt", "*.rc", "*.def"]
-    return subprocess.run(command + patterns, check=True, capture_output=True, text=True).stdout.split("\n")[:-1]
+    """The sources of the working tree. The tree is walked, not git's index: an export has no index."""
+    suffixes = (".h", ".cpp", ".inc", ".idl", ".py", ".vbs", ".js", ".cmake", ".rc", ".def", "CMakeLists.txt")
+    found = []
+    for folder, folders, names in os.walk("."):
+        folders[:] = sorted(name for name in folders if not name.startswith(".") and name != "build")
+        found += [os.path.relpath(os.path.join(folder, name)) for name in sorted(names) if name.endswith(suffixes)]
+    return found
 
 
 def room(path):
@@ -58,10 +62,7 @@ def main():
         faults.append(f"{path}:{number}: {message}")
 
     for path in files():
-        try:
-            data = open(path, "rb").read()
-        except FileNotFoundError:
-            continue  # deleted, not yet committed
+        data = open(path, "rb").read()
         for number, line in enumerate(data.split(b"\n"), 1):
             if any(byte > 126 or (byte < 32 and byte not in b"\t\r") for byte in line):
                 report(path, number, "not ASCII")
