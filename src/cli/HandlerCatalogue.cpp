@@ -4,6 +4,8 @@
 #include "handlers/ITag4.h"
 #include "handlers/kvTagInfo.h"
 #include "properties/privProperties.h"
+#include "text/Compare.h"
+#include "text/Error.h"
 
 namespace velmor::cli {
 namespace {
@@ -24,8 +26,20 @@ void addHandlers(std::vector<HandlerEntry>& target, const privProperties& list, 
         HandlerEntry handler;
         handler.name = prefix + list.Item(index)->Name();
         handler.className = list.Item(index)->ValueStr();
-        handler.builtIn = handler.name == BuiltInCatalogue::handler && handler.className.empty();
+        handler.builtIn = handler.className.empty() && equalIgnoringCase(handler.name, BuiltInCatalogue::handler);
         target.push_back(std::move(handler));
+    }
+}
+
+std::u16string failureToCreate(platform::Services& services, const HandlerEntry& handler) {
+    if (handler.builtIn) return {};
+    const std::u16string className = HandlerAddress::parse(handler.name).className(services.registry);
+    if (className.empty()) return u"no class name is registered";
+    try {
+        ITag4::create(services.objects, className);
+        return {};
+    } catch (const Error& error) {
+        return error.description();
     }
 }
 
@@ -43,8 +57,8 @@ std::vector<HandlerEntry> readHandlers(platform::Services& services, bool all) {
 
 void readCommands(platform::Services& services, HandlerEntry& handler) {
     const kvTagInfo info(services);
-    handler.available = handler.builtIn || info.TagAvailable(handler.name);
-    if (!handler.available) return;
+    handler.failure = failureToCreate(services, handler);
+    if (!handler.failure.empty()) return;
     for (const std::u16string& name : itemsOf(info.CommandList(handler.name))) {
         HandlerCommand command{
             name, info.CommandSyntax(handler.name, name), info.CommandDescription(handler.name, name), {}};

@@ -20,7 +20,7 @@ struct HandlerEntry {
     std::u16string name;       // as it is written in tags
     std::u16string className;  // "" for the built-in handler
     bool builtIn = false;
-    bool available = false;  // built in, or an object of its class can be created
+    std::u16string failure;  // why no object of its class can be created; "" when one can
     std::vector<HandlerCommand> commands;
 };
 

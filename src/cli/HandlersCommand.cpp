@@ -22,7 +22,7 @@ std::string shown(std::u16string_view text) {
 
 std::string handlerText(const HandlerEntry& handler) {
     std::string text = shown(handler.name) + "  " + (handler.builtIn ? "(built in)" : shown(handler.className));
-    text += handler.available ? "\n" : "  (not available)\n";
+    text += handler.failure.empty() ? "\n" : "  (not available)\n";
     for (const HandlerCommand& command : handler.commands) {
         text += "  " + shown(command.name) + "  " + shown(command.syntax) + "\n";
         if (!command.description.empty()) text += "      " + shown(command.description) + "\n";
@@ -58,7 +58,7 @@ std::string handlerJson(const HandlerEntry& handler) {
     const Json json = {{"name", toUtf8(handler.name)},
                        {"class", toUtf8(handler.className)},
                        {"builtIn", handler.builtIn},
-                       {"available", handler.available},
+                       {"available", handler.failure.empty()},
                        {"commands", std::move(commands)}};
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
@@ -94,8 +94,8 @@ ExitCode runHandlers(platform::Services& services, const HandlersOptions& option
     writeAll(services.files, "-", options.json ? listJson(handlers) : listText(handlers));
     ExitCode code = exitDone;
     for (const HandlerEntry& handler : handlers) {
-        if (handler.available) continue;
-        report(toUtf8(handler.name) + ": the class \"" + toUtf8(handler.className) + "\" cannot be created");
+        if (handler.failure.empty()) continue;
+        report(shown(handler.name) + ": " + shown(handler.failure));
         code = exitReported;
     }
     return code;

@@ -71,7 +71,8 @@ ExitCode runLog(platform::Services& services, const LogOptions& options) {
     writeAll(services.files, "-", options.json ? summaryJson(summary) : summaryText(summary));
     if (summary.unread == 0) return exitDone;
     report(inputName(options.input) + ": " + std::to_string(summary.unread) +
-           (summary.unread == 1 ? " line is" : " lines are") + " no complete line of a timing log");
+           (summary.unread == 1 ? " line is not a complete line" : " lines are not complete lines") +
+           " of a timing log");
     return exitReported;
 }
 

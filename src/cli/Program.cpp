@@ -11,20 +11,21 @@
 namespace velmor::cli {
 namespace {
 
-int runCommand(const CommandLine& line) {
+ExitCode runCommand(platform::Services& services, const CommandLine& line) {
+    if (const auto* eval = std::get_if<EvalOptions>(&line.command)) return runEval(services, *eval);
+    if (const auto* clean = std::get_if<CleanCommandOptions>(&line.command)) return runClean(services, *clean);
+    if (const auto* props = std::get_if<PropsOptions>(&line.command)) return runProps(services, *props);
+    if (const auto* handlers = std::get_if<HandlersOptions>(&line.command)) return runHandlers(services, *handlers);
+    if (const auto* log = std::get_if<LogOptions>(&line.command)) return runLog(services, *log);
+    return runTags(services, std::get<TagsOptions>(line.command));
+}
+
+ExitCode runOnMachine(const CommandLine& line) {
     makeStreamsBinary();
     platform::SystemServices machine(line.system);
     for (const auto& warning : machine.warnings()) report(toUtf8(warning));
-    if (const auto* eval = std::get_if<EvalOptions>(&line.command)) return runEval(machine.services(), *eval);
-    if (const auto* clean = std::get_if<CleanCommandOptions>(&line.command)) {
-        return runClean(machine.services(), *clean);
-    }
-    if (const auto* props = std::get_if<PropsOptions>(&line.command)) return runProps(machine.services(), *props);
-    if (const auto* handlers = std::get_if<HandlersOptions>(&line.command)) {
-        return runHandlers(machine.services(), *handlers);
-    }
-    if (const auto* log = std::get_if<LogOptions>(&line.command)) return runLog(machine.services(), *log);
-    return runTags(machine.services(), std::get<TagsOptions>(line.command));
+    const ExitCode code = runCommand(machine.services(), line);
+    return code == exitDone && !machine.warnings().empty() ? exitReported : code;
 }
 
 }  // namespace
@@ -32,7 +33,7 @@ int runCommand(const CommandLine& line) {
 int runProgram(const std::vector<std::string>& arguments) {
     try {
         const auto line = parseCommandLine(arguments);
-        return line ? runCommand(*line) : exitDone;
+        return line ? runOnMachine(*line) : exitDone;
     } catch (const Failure& failure) {
         report(failure.what());
         return failure.code();

@@ -4,6 +4,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
+#include <memory>
 
 #include "cli/Failure.h"
 #include "text/Encoding.h"
@@ -22,15 +24,31 @@ bool isStandardStream(const std::string& name) {
     return name.empty() || name == "-";
 }
 
-std::string readStandardInput() {
+[[noreturn]] void refuseReading(const std::string& name, const char* reason) {
+    throw Failure(exitFile, "cannot read " + inputName(name) + ": " + reason);
+}
+
+std::string readStream(std::FILE* stream, const std::string& name) {
     std::string bytes;
     std::array<char, 65536> block{};
-    while (const std::size_t count = std::fread(block.data(), 1, block.size(), stdin)) {
+    while (const std::size_t count = std::fread(block.data(), 1, block.size(), stream)) {
         bytes.append(block.data(), count);
-        if (bytes.size() > maximalInput) throw Failure(exitFile, "standard input is longer than a text can be");
+        if (bytes.size() > maximalInput) refuseReading(name, "it is longer than a text can be");
     }
-    if (std::ferror(stdin)) throw Failure(exitFile, "cannot read standard input: " + std::string(std::strerror(errno)));
+    if (std::ferror(stream)) refuseReading(name, std::strerror(errno));
     return bytes;
+}
+
+// A pipe or a device, such as the shell names for <(...).
+bool isStream(const std::filesystem::path& path) {
+    std::error_code none;
+    return std::filesystem::is_fifo(path, none) || std::filesystem::is_character_file(path, none);
+}
+
+std::string readNamedStream(const std::string& name) {
+    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> stream(std::fopen(name.c_str(), "rb"), &std::fclose);
+    if (!stream) refuseReading(name, std::strerror(errno));
+    return readStream(stream.get(), name);
 }
 
 void writeStandardOutput(std::string_view bytes) {
@@ -62,11 +80,14 @@ std::string inputName(const std::string& name) {
 }
 
 std::string readAll(const platform::Files& files, const std::string& name) {
-    if (isStandardStream(name)) return readStandardInput();
+    if (isStandardStream(name)) return readStream(stdin, name);
     const std::u16string path = fromUtf8(name);
     if (auto bytes = files.read(path)) return *std::move(bytes);
-    throw Failure(exitFile,
-                  files.exists(path) ? "cannot read " + inputName(name) : "there is no file " + inputName(name));
+    if (isStream(path)) return readNamedStream(name);
+    std::error_code none;
+    if (std::filesystem::is_directory(path, none)) refuseReading(name, "it is a folder");
+    if (!files.exists(path)) throw Failure(exitFile, "there is no file " + inputName(name));
+    refuseReading(name, "it may not be read, or is longer than a text can be");
 }
 
 void writeAll(platform::Files& files, const std::string& name, std::string_view bytes) {

@@ -13,7 +13,8 @@ void makeStreamsBinary();
 // What messages call an input.
 std::string inputName(const std::string& name);
 
-// All bytes of a file, or of standard input when the name is "-" or empty. Throws Failure (exitFile).
+// All bytes of a file, a pipe or a device, or of standard input when the name is "-" or empty. Throws
+// Failure (exitFile).
 std::string readAll(const platform::Files& files, const std::string& name);
 
 // Writes a file whole or not at all, or standard output when the name is "-" or empty. Throws

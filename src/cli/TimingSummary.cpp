@@ -28,9 +28,9 @@ bool startsLike(std::u16string_view text, std::u16string_view pattern) noexcept 
 
 // "0000.000", more digits in front where there are any; takes them and the blank behind off the text.
 std::optional<std::int64_t> takeMilliseconds(std::u16string_view& text) noexcept {
-    constexpr std::size_t mostDigits = 12;
-    const std::size_t point = text.find(u'.');
-    if (point == text.npos || point < 4 || point > mostDigits || !startsLike(text.substr(point), u".ddd ")) return {};
+    constexpr std::size_t mostDigits = 8;  // three years: no log is long enough for their sum to overflow
+    const std::size_t point = text.substr(0, mostDigits + 1).find(u'.');
+    if (point == text.npos || point < 4 || !startsLike(text.substr(point), u".ddd ")) return {};
     std::int64_t number = 0;
     for (std::size_t i = 0; i < point + 4; ++i) {
         if (i == point) continue;
@@ -69,15 +69,20 @@ std::optional<Line> parseLine(std::u16string_view text) noexcept {
     return {};
 }
 
+std::u16string_view withoutReturn(std::u16string_view line) noexcept {
+    if (line.ends_with(u'\r')) line.remove_suffix(1);
+    return line;
+}
+
 }  // namespace
 
 TimingSummary summarize(std::u16string_view log) {
     TimingSummary summary;
     std::unordered_map<std::u16string, std::size_t> places;
     while (!log.empty()) {
-        const std::size_t end = log.find(u"\r\n");
-        const auto line = end == log.npos ? std::nullopt : parseLine(log.substr(0, end));
-        log.remove_prefix(end == log.npos ? log.size() : end + 2);
+        const std::size_t end = log.find(u'\n');
+        const auto line = end == log.npos ? std::nullopt : parseLine(withoutReturn(log.substr(0, end)));
+        log.remove_prefix(end == log.npos ? log.size() : end + 1);
         if (!line) {
             ++summary.unread;
             continue;

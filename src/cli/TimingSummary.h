@@ -21,7 +21,7 @@ struct TimingSummary {
     std::size_t unread = 0;            // lines that are none of the log's
 };
 
-// Reads the lines that core/TimingLog.h describes. Linear.
+// Reads the lines that core/TimingLog.h describes, also where a copy has lost the carriage returns. Linear.
 TimingSummary summarize(std::u16string_view log);
 
 }  // namespace velmor::cli

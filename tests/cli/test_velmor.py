@@ -83,6 +83,8 @@ class Eval(VelmorTest):
             ("\ufeff\u0141<KV:TAG>PROPERTY:n=:</KV>".encode(), ["--property", "n=\u0141"],
              "\ufeff\u0141\u0141".encode()),
         ]
+        if not RUNNER:  # a pipe by its name
+            cases.append((b"<KV:TAG>PROPERTY:a=zz:</KV>", ["/dev/stdin"], b"zz"))
         for template, arguments, result in cases:
             with self.subTest(template=template, arguments=arguments):
                 self.assertEqual(self.velmor("eval", *arguments, stdin=template), result)
@@ -153,7 +155,7 @@ class Eval(VelmorTest):
         self.write("bad-utf8", b'a="\xff":')
         os.mkdir(self.path("folder"))
         self.check_failures([
-            (["eval", "missing"], FILE, "missing"), (["eval", "folder"], FILE, "folder"),
+            (["eval", "missing"], FILE, "missing"), (["eval", "folder"], FILE, "is a folder"),
             (["eval", "t", "-o", "folder"], FILE, "folder"), (["eval", "t", "-o", "none/out"], FILE, "none/out"),
             (["eval", "t", "--properties", "missing"], FILE, "missing"),
             (["eval", "t", "--properties", "folder"], FILE, "folder"),
@@ -359,7 +361,7 @@ class Log(VelmorTest):
             "CLNRTF                                1      0.250      0.250      0.250",
             "EVTAG   A\u20ac EVTAG  0000.001 B          1      0.001      0.001      0.001",
             "TAGCOL                                1      0.000      0.000      0.000"])
-        summary = json.loads(self.velmor("log", "--json", "-", stdin=self.LINES))
+        summary = json.loads(self.velmor("log", "--json", "-", stdin=self.LINES.replace(b"\r", b"")))
         self.assertEqual(summary["unread"], 0)
         self.assertEqual(summary["entries"][0], {"stage": "EVTAG", "handler": "DATABASE", "calls": 2,
                                                  "total": 12345.017, "mean": 6172.5085, "slowest": 12345.001})
@@ -368,8 +370,9 @@ class Log(VelmorTest):
         self.assertEqual(json.loads(self.velmor("log", "-", "--json", stdin=b"")), {"entries": [], "unread": 0})
         for line in [b"\r\n", b"x\r\n", b"05/03/2008 14:22:07 SRV01 EVTAG  0000.016 HALF", b"\0" * 100,
                      b"05/03/2008 14:22:07 SRV01 EVTAG  00x0.016 A\r\n", b"05/03/2008 14:22:07 SRV01 EVTAG \r\n",
-                     b"05/03/2008 14:22:07 SRV01 GENRES 9999999999999999999.000 \r\n"]:
-            with self.subTest(line=line):
+                     b"05/03/2008 14:22:07 SRV01 GENRES 100000000.000 \r\n",
+                     b"05/03/2008 14:22:07 SRV01" + b" EVTAG  " * 150000 + b"\r\n"]:
+            with self.subTest(line=line[:80]):
                 out = self.velmor("log", "--json", "-", stdin=self.LINES + line, expect=REPORTED)
                 self.assertEqual((json.loads(out)["unread"], len(json.loads(out)["entries"])), (1, 6))
         self.velmor("log", "missing", expect=FILE)
@@ -395,7 +398,7 @@ class Log(VelmorTest):
 class Handlers(VelmorTest):
     REGISTRY = (b"Windows Registry Editor Version 5.00\r\n\r\n"
                 b"[HKEY_LOCAL_MACHINE\\SOFTWARE\\Korvane\\Quillmark\\Handlers]\r\n"
-                b"\"FORMAT\"=\"Sample.Formatter\"\r\n\"GONE\"=\"{00000000-0000-0000-C000-000000000046}\"\r\n"
+                b"\"FORMAT\"=\"Sample.Formatter\"\r\n\"Tag\"=\"Never.Asked\"\r\n\"GONE\"=\"{00000000-0000-0000-C000-000000000046}\"\r\n"
                 b"[HKEY_LOCAL_MACHINE\\SOFTWARE\\Korvane\\Quillmark\\Handlers\\GONE]\r\n\"Hide\"=\"1\"\r\n"
                 b"[HKEY_LOCAL_MACHINE\\SOFTWARE\\Korvane\\Quillmark\\SubHandlers\\GRP]\r\n"
                 b"\"F\"=\"Sample.Formatter\"\r\n"
@@ -409,20 +412,21 @@ class Handlers(VelmorTest):
         options = ["--registry", "r.reg", "--handlers", HANDLERS]
         handlers = json.loads(self.velmor("handlers", "--json", *options))["handlers"]
         self.assertEqual([(h["name"], h["available"]) for h in handlers],
-                         [("FORMAT", True), ("TAG", True), ("GRP-F", True)])
+                         [("FORMAT", True), ("Tag", True), ("GRP-F", True)])
         self.assertEqual([c["name"] for c in handlers[2]["commands"]], ["DATE", "NUMBER"])
         lines = self.velmor("handlers", *options, "tag").decode().split("\n")
-        self.assertEqual(lines[:3], ["TAG  (built in)",
+        self.assertEqual(lines[:3], ["Tag  (built in)",
                                      "  SETPROPERTY  TAG>SETPROPERTY:name=value:[PREPROCESS=(true):]",
                                      "      PREPROCESS"])
         self.assertIn(b"GONE  {0", self.velmor("handlers", *options, "--all", expect=REPORTED))
-        self.assertIn("GONE", self.messages)
+        self.assertIn("GONE: Cannot create object \"{0", self.messages)
         self.velmor("handlers", *options, "NONE", expect=FILE)
 
     def test_without_a_registry(self):
-        self.write("r.reg", b"Windows Registry Editor Version 5.00\r\n")
-        names = [h["name"] for h in json.loads(self.velmor("handlers", "--json", "--registry", "r.reg"))["handlers"]]
-        self.assertEqual(names, ["TAG"])
+        for content, code in [(b"Windows Registry Editor Version 5.00\r\n", DONE), (b"nonsense", REPORTED)]:
+            self.write("r.reg", content)
+            handlers = json.loads(self.velmor("handlers", "--json", "--registry", "r.reg", expect=code))["handlers"]
+            self.assertEqual([h["name"] for h in handlers], ["TAG"])
 
 
 class Sample(VelmorTest):

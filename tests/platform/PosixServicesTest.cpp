@@ -80,10 +80,13 @@ TEST_F(PosixServices, ChangesOnlyTheFileThatIsNamed) {
 TEST_F(PosixServices, ReplacesWholeOrNotAtAll) {
     put("doc", "a long old text");
     fs::permissions(folder_ / "doc", fs::perms::owner_read | fs::perms::owner_write);
-    fs::create_symlink("doc", folder_ / "link");
-    EXPECT_TRUE(files_.write(path(u"link"), "new"));
-    EXPECT_EQ(get("doc"), "new");
-    EXPECT_TRUE(fs::is_symlink(folder_ / "link"));
+    for (const auto* const target : {"doc", "new"}) {  // one that is there, one that is not
+        fs::create_symlink(target, folder_ / "link");
+        EXPECT_TRUE(files_.write(path(u"link"), "new"));
+        EXPECT_EQ(get(target), "new");
+        EXPECT_TRUE(fs::is_symlink(folder_ / "link"));
+        fs::remove(folder_ / "link");
+    }
     EXPECT_EQ(fs::status(folder_ / "doc").permissions(), fs::perms::owner_read | fs::perms::owner_write);
     EXPECT_FALSE(files_.write(path(u"no/such/folder"), "x"));
     EXPECT_FALSE(files_.write(path(u""), "x"));
@@ -105,6 +108,7 @@ TEST_F(PosixServices, MakesAFileOnce) {
 TEST_F(PosixServices, WaitsForNoPipeAndRefusesFilesBeyondTheLimit) {
     ASSERT_EQ(mkfifo((folder_ / "pipe").c_str(), 0600), 0);
     EXPECT_EQ(files_.read(path(u"pipe")), std::nullopt);
+    EXPECT_FALSE(files_.append(path(u"pipe"), "x"));
     put("huge", "");
     fs::resize_file(folder_ / "huge", std::uintmax_t{1} << 30);  // a hole, not a disk full
     EXPECT_TRUE(files_.exists(path(u"huge")));

@@ -116,10 +116,13 @@ bool replaceFile(const std::string& path, std::string_view bytes) {
 
 // What a chain of symbolic links ends at, also when that does not exist yet.
 std::string followLinks(const std::string& path) {
-    std::error_code failure;
-    if (!std::filesystem::is_symlink(path, failure)) return path;
-    const auto target = std::filesystem::weakly_canonical(path, failure);
-    return failure ? path : target.string();
+    constexpr int longestChain = 40;
+    std::filesystem::path target = path;
+    std::error_code none;
+    for (int i = 0; i < longestChain && std::filesystem::is_symlink(target, none); ++i) {
+        target = target.parent_path() / std::filesystem::read_symlink(target, none);
+    }
+    return target.string();
 }
 
 // A rename would replace it all the same. The system's answer alone is not enough: an administrator
@@ -143,7 +146,7 @@ bool PosixFiles::exists(std::u16string_view path) const {
 std::optional<std::string> PosixFiles::read(std::u16string_view path) const {
     const auto native = pathToRead(path);
     if (!native) return std::nullopt;
-    // Without O_NONBLOCK a pipe that nobody writes to would hold the open.
+    // Without O_NONBLOCK a pipe without its other end would hold the open; so below.
     const Descriptor file(open(native->c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status;
     if (!file || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
@@ -167,7 +170,7 @@ bool PosixFiles::create(std::u16string_view path) {
 bool PosixFiles::append(std::u16string_view path, std::string_view bytes) {
     const auto native = pathToChange(path);
     if (!native) return false;
-    Descriptor file(open(native->c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY, kNewFile));
+    Descriptor file(open(native->c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, kNewFile));
     return file && writeAll(file.number(), bytes) && file.close();
 }
 
