@@ -7,6 +7,7 @@
 #include "rtf/EmbeddedDocuments.h"
 #include "rtf/HeadersFooters.h"
 #include "rtf/JoinedHeaders.h"
+#include "rtf/LooseTables.h"
 #include "rtf/MergePageBreaks.h"
 #include "rtf/MergeTables.h"
 #include "rtf/Module1.h"
@@ -52,7 +53,8 @@ bool holdsDocument(std::u16string_view text) noexcept {
 // One run of the stages over one text.
 class Run {
 public:
-    Run(std::u16string& text, const CleanOptions& options) : text_(text), options_(options) {}
+    Run(std::u16string& text, const CleanOptions& options, platform::Guids& guids)
+        : text_(text), options_(options), guids_(guids) {}
 
     void clean() {
         const auto mark = unusedMark(text_);
@@ -81,11 +83,15 @@ private:
         if (groups_.has(Group::section)) {
             attempt([&] { Module1::ApplySectionMarkers(text_, options_); });
         }
+        bool hasMarkers = groups_.has(Group::tableMarker);
+        if (hasMarkers || (options_.tolerant && hasDocuments_)) {
+            attempt([&] { hasMarkers |= Module1::MarkLooseTables(text_, options_, guids_); });
+        }
         if (options_.overrunProtection) Module1::ProtectTableRows(text_, options_);
         if (groups_.has(Group::generator)) Module1::RemoveGeneratorSectionWords(text_);
         if (groups_.has(Group::background)) Module1::RemoveBackground(text_, options_);
         if (hasDocuments_) Module1::UnwrapNestedDocuments(text_, options_);
-        if (groups_.has(Group::tableMarker)) Module1::ConvertNestedTables(text_, options_);
+        if (hasMarkers) Module1::ConvertNestedTables(text_, options_);
         trimTrailingSpace();
         if (groups_.has(Group::generator)) Module1::RemoveDuplicateGenerators(text_, options_);
         Module1::CollapseBlankLines(text_, options_);
@@ -95,6 +101,7 @@ private:
 
     std::u16string& text_;
     CleanOptions options_;
+    platform::Guids& guids_;
     bool hasDocuments_ = false;
     GroupSet groups_;
 };
@@ -111,7 +118,7 @@ void Module1::CleanRTFText(std::u16string& psText, CleanOptions options, CleanHo
     if (isCleanable(psText)) {
         attempt([&] {
             options.overrunProtection = isOverrunProtectionOn(host.services().registry);
-            Run(psText, options).clean();
+            Run(psText, options, host.services().guids).clean();
         });
     }
     if (timed) host.cleaned(host.services().clock.timer() - start, static_cast<std::int32_t>(psText.size()));

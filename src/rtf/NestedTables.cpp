@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "rtf/ApartGroups.h"
+#include "rtf/BraceScanner.h"
 #include "rtf/MarkerPairs.h"
 #include "rtf/NestedWord.h"
 #include "rtf/ParagraphText.h"
@@ -37,15 +38,6 @@ constexpr std::u16string_view levelDigit(std::size_t level) {
     return inTable(level).substr(11);
 }
 
-std::size_t numberOf(std::u16string_view digits) {
-    constexpr std::size_t highest = 100'000'000;
-    std::size_t number = 0;
-    for (const char16_t digit : digits) {
-        if (isDecimalDigit(digit)) number = std::min(highest, number * 10 + (digit - u'0'));
-    }
-    return number;
-}
-
 std::u16string digitsOf(std::size_t number) {
     const std::string digits = std::to_string(number);
     return {digits.begin(), digits.end()};
@@ -69,7 +61,6 @@ struct Open {
     std::size_t setUpPlace = none;     // behind a table or row, where the paragraph is to be set up again
     bool isBehindTable = false;        // and no paragraph has ended since
     std::size_t defaults = none;       // the last \pard
-    bool isDeeper = false;             // of a nested table without markers, whose levels stay
 
     // The current row.
     bool inRow = false;
@@ -213,9 +204,13 @@ bool Conversion::take(std::size_t index, std::size_t limit) {
         case NestedWord::level:
             takeLevel(word);
             break;
+        case NestedWord::sectionEnd:
+            if (!open_.back().inRow) break;
+            edits_.replace(word.begin, word.end, paragraphEnd);
+            [[fallthrough]];
         case NestedWord::paragraphEnd:
             endParagraph(false);
-            if (!open_.back().isDeeper) paragraphPlaces_.push_back(edits_.reserve(word.end));
+            paragraphPlaces_.push_back(edits_.reserve(word.end));
             beginParagraph(word.end);
             break;
         case NestedWord::paragraphDefaults:
@@ -223,6 +218,10 @@ bool Conversion::take(std::size_t index, std::size_t limit) {
             break;
         case NestedWord::apartText:
             return takeApartText(word);
+        case NestedWord::binary:
+            if (!tolerant_) break;
+            at_ = skipEscape(text_, index);
+            return true;
         case NestedWord::other:
             break;
     }
@@ -252,8 +251,6 @@ void Conversion::takeLevel(const ControlWord& word) {
     const std::size_t number = word.numberBegin();
     const bool isNegative = word.number.substr(0, 1) == u"-";
     if (!word.number.empty() && !isNegative) {
-        table.isDeeper = tolerant_ && table.level == 1 && numberOf(word.number) > 1;
-        if (table.isDeeper) return;
         edits_.replace(number, tolerant_ ? word.end : number + 1, digit);
         return;
     }
@@ -271,7 +268,6 @@ void Conversion::takeParagraphDefaults(const ControlWord& word) {
     table.defaults = word.begin;
     table.defaultsPlace = edits_.reserve(word.end);
     table.startPlace = table.setUpPlace = none;
-    table.isDeeper = false;
     paragraphPlaces_.push_back(table.defaultsPlace);
 }
 
@@ -360,7 +356,7 @@ void Conversion::insertDefinition(std::size_t index, const RowDefinition* defini
     if (definition != nullptr && mayRepeat(definition->range)) {
         edits_.insertPart(index, text_, definition->range);
         columns = definition->columns;
-        if (columns != 0) right = numberOf(readWord(text_, definition->lastColumn).number);
+        if (columns != 0) right = nestedWords::numberOf(readWord(text_, definition->lastColumn).number);
     } else {
         edits_.insert(index, u"\\trowd");
     }

@@ -15,8 +15,7 @@ namespace velmor::Module1 {
 //   \intbl gets "\itap" and the level behind it, unless "\itap" stands there;
 //   \itap has its number's first digit (tolerant: the number) overwritten with the level; without a
 //   number the level takes the place of the white space behind it, or is inserted, with "\intbl" in
-//   front where it is missing (tolerant: at level 1 a number above 1 is that of a nested table
-//   without markers, and stays);
+//   front where it is missing;
 //   \par and \pard behind the last \intbl (and the last inner pair) get "\intbl\itap" and the level,
 //   and so does a \pard before it whose paragraph has no \intbl. Such a paragraph between two rows
 //   belongs to the level around the table.
@@ -29,9 +28,9 @@ namespace velmor::Module1 {
 //   pair, the paragraph around it is set up again, unless a \pard follows.
 // \cellx never changes.
 //
-// A start marker without its end marker ends the conversion in the pair around it; tolerant, it is
-// passed over. Linear in the text; no recursion on its depth. Raises what TextEdits::apply does; the
-// text is then as it was.
+// Tolerant, the data of \bin is passed over. A start marker without its end marker ends the conversion in the pair
+// around it; tolerant, it is passed over. Linear in the text; no recursion on its depth. Raises what TextEdits::apply
+// does; the text is then as it was.
 void ConvertNestedTables(std::u16string& psText, const CleanOptions& options);
 
 }  // namespace velmor::Module1

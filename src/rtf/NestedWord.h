@@ -17,8 +17,10 @@ enum class NestedWord {
     inTable,
     level,
     paragraphEnd,
+    sectionEnd,
     paragraphDefaults,
-    apartText  // begins a group whose paragraphs are not those of the table around it
+    apartText,  // begins a group whose paragraphs are not those of the table around it
+    binary
 };
 
 namespace nestedWords {
@@ -34,7 +36,7 @@ inline bool mayMatter(std::u16string_view text, std::size_t backslash) noexcept 
     return (letters == key(u"cel")) | (letters == key(u"nes")) | (letters == key(u"row")) | (letters == key(u"tro")) |
            (letters == key(u"int")) | (letters == key(u"ita")) | (letters == key(u"par")) | (letters == key(u"non")) |
            (letters == key(u"foo")) | (letters == key(u"hea")) | (letters == key(u"ann")) | (letters == key(u"shp")) |
-           (letters == key(u"dpt"));
+           (letters == key(u"dpt")) | (letters == key(u"bin")) | (letters == key(u"sec"));
 }
 
 inline NestedWord classify(std::u16string_view letters) noexcept {
@@ -52,6 +54,8 @@ inline NestedWord classify(std::u16string_view letters) noexcept {
         {u"itap", NestedWord::level},
         {u"nestcell", NestedWord::nestedCell},
         {u"nestrow", NestedWord::row},
+        {u"bin", NestedWord::binary},
+        {u"sect", NestedWord::sectionEnd},
         {u"annotation", NestedWord::apartText},
         {u"dptxbxtext", NestedWord::apartText},
         {u"footer", NestedWord::apartText},
@@ -71,6 +75,17 @@ inline NestedWord classify(std::u16string_view letters) noexcept {
         if (entry.letters == letters) return entry.word;
     }
     return NestedWord::other;
+}
+
+// Of a word without a sign.
+inline std::size_t numberOf(std::u16string_view digits) noexcept {
+    constexpr std::size_t highest = 100'000'000;
+    std::size_t number = 0;
+    for (const char16_t digit : digits) {
+        if (isDecimalDigit(digit)) number = number * 10 + (digit - u'0');
+        if (number > highest) return highest;
+    }
+    return number;
 }
 
 }  // namespace nestedWords

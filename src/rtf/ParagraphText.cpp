@@ -98,23 +98,24 @@ bool showsWord(std::u16string_view text, std::size_t& index) noexcept {
 
 }  // namespace
 
-bool showsText(std::u16string_view text) noexcept {
+std::size_t firstShown(std::u16string_view text) noexcept {
     for (std::size_t at = 0; at < text.size();) {
+        const std::size_t begin = at;
         if (text[at] == u'\\') {
-            if (showsWord(text, at)) return true;
+            if (showsWord(text, at)) return begin;
         } else if (text[at] == u'{') {
             const Content content = contentOf(text, at);
-            if (content == Content::shown) return true;
+            if (content == Content::shown) return begin;
             const std::size_t end = content == Content::open ? at : findGroupEnd(text, at + 1, true);
-            if (end == noGroupEnd) return false;
+            if (end == noGroupEnd) break;
             at = end + 1;
         } else if (text[at] == u'}' || isWhiteSpace(text[at])) {
             ++at;
         } else {
-            return true;
+            return begin;
         }
     }
-    return false;
+    return text.size();
 }
 
 std::u16string paragraphWords(std::u16string_view text, std::size_t index) {

@@ -6,10 +6,14 @@
 
 namespace velmor {
 
-// True when something of the text would be seen in its paragraph: characters other than blanks,
-// breaks, fields, pictures. Groups that a reader passes over, or shows elsewhere, do not count.
-// Linear in the text.
-bool showsText(std::u16string_view text) noexcept;
+// The first place of what would be seen in the text's paragraph: characters other than blanks, breaks,
+// fields, pictures. Groups that a reader passes over, or shows elsewhere, do not count. The text's size
+// when nothing would be seen. Linear in the text.
+std::size_t firstShown(std::u16string_view text) noexcept;
+
+inline bool showsText(std::u16string_view text) noexcept {
+    return firstShown(text) != text.size();
+}
 
 // The words that set up a paragraph (alignment, indents, spacing, tabs, borders, style; not its
 // list, and not its characters), out of the run of control words behind the "\pard" at `index`.

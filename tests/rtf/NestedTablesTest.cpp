@@ -53,6 +53,9 @@ const Case cases[] = {
      u"<1:\\intbl\\itap1 <2:{\\intbl\\itap2 "
      u"a\\nestcell@\\trowd\\cellx9\\nestrow}:2>}\\pard\\intbl\\itap1\\par<3:\\intbl"
      u"\\itap2 b\\nestcell@\\trowd\\cellx8\\nestrow}:3>\\pard\\intbl\\itap1\\cell\\row:1>"},
+    // A section does not end in a row.
+    {u"<1:\\trowd\\intbl a\\sect\\sectd b\\cell\\row\\sect:1>",
+     u"<1:\\trowd\\intbl\\itap1 a\\par\\intbl\\itap1\\sectd b\\cell\\row\\sect:1>"},
     // Native nested rows keep their groups; paragraphs lack nothing; what keeps a row together goes with it.
     {u"<1:\\intbl <2:\\intbl\\itap1 "
      u"n\\nestcell{\\*\\nesttableprops\\trowd\\cellx9\\nestrow}{\\nonesttables\\par}:2>\\pard"
@@ -96,7 +99,7 @@ TEST(NestedTables, AreWrittenLevelByLevel) {
 }
 
 TEST(NestedTables, TolerantCleaningReadsOn) {
-    EXPECT_EQ(converted(u"<9:<1:\\itap37\\cell:1>", true), u"<9:<1:\\itap37\\cell:1>");
+    EXPECT_EQ(converted(u"<9:<1:\\itap37\\bin5 \\par \\cell:1>", true), u"<9:<1:\\itap1\\bin5 \\par \\cell:1>");
     EXPECT_EQ(converted(u"<9:<1:<2:\\itap37\\intbl\\cell:2>:1>", true),
               u"<9:<1:<2:\\itap2\\intbl\\itap2\\nestcell:2>:1>");
 }

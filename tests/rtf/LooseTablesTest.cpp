@@ -1,0 +1,107 @@
+#include "rtf/LooseTables.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+#include "NestedTableText.h"
+#include "Seed.h"
+#include "TableDuel.h"
+#include "rtf/MarkerPairs.h"
+
+namespace velmor {
+namespace {
+
+std::u16string marked(std::u16string text, bool tolerant) {
+    CleanOptions options;
+    options.tolerant = tolerant;
+    test::CountedGuids guids;
+    Module1::MarkLooseTables(text, options, guids);
+    return text;
+}
+
+// New markers have long identities, of which the last digit is shown.
+std::u16string shown(std::u16string text) {
+    constexpr std::u16string_view opening = u"{00000000-";
+    for (std::size_t at = 0; (at = text.find(opening, at)) != text.npos; ++at) text.erase(at + 1, 35);
+    return test::withoutMarkers(text);
+}
+
+struct Case {
+    std::u16string text;
+    std::u16string plain;
+    std::u16string tolerant;
+};
+
+const Case cases[] = {
+    // A document in a table; in no table, and in a table without markers.
+    {u"{\\rtf1<a:\\intbl{\\rtf1 x\\par\\pard\\trowd\\cellx9\\intbl y\\cell\\row \\pard z}\\cell\\row:a>}",
+     u"{\\rtf1<a:\\intbl{\\rtf1 x\\par<1:\\pard\\trowd\\cellx9\\intbl y\\cell\\row :1>\\pard z}\\cell\\row:a>}",
+     u"{\\rtf1<a:\\intbl{\\rtf1 x\\par<1:\\pard\\trowd\\cellx9\\intbl y\\cell\\row :1>\\pard z}\\cell\\row:a>}"},
+    {u"{\\rtf1<a:\\cell\\row:a>{\\rtf1\\trowd y\\cell\\row}}", u"{\\rtf1<a:\\cell\\row:a>{\\rtf1\\trowd y\\cell\\row}}",
+     u"{\\rtf1<a:\\cell\\row:a>{\\rtf1\\trowd y\\cell\\row}}"},
+    {u"{\\rtf1\\pard\\par\\trowd\\cellx9\\pard{\\rtf1\\pard y\\cell\\trowd\\row}\\cell\\row}",
+     u"{\\rtf1\\pard\\par\\trowd\\cellx9\\pard{\\rtf1\\pard y\\cell\\trowd\\row}\\cell\\row}",
+     u"{\\rtf1\\pard\\par<1:\\trowd\\cellx9\\pard{\\rtf1<2:\\pard y\\cell\\trowd\\row:2>}\\cell\\row:1>}"},
+    {u"{\\rtf1 x\\cell{\\rtf1<b:\\cell\\row:b>}\\cell\\row}", u"{\\rtf1 x\\cell{\\rtf1<b:\\cell\\row:b>}\\cell\\row}",
+     u"{\\rtf1 <1:x\\cell{\\rtf1<b:\\cell\\row:b>}\\cell\\row:1>}"},
+    // Behind the header of a document; tables that a paragraph parts; a run without a row.
+    {u"{<a:{\\rtf1\\ansi{\\fonttbl{\\f0 A;}}\\paperw9 x\\cell\\row\\pard y\\par\\intbl z\\cell\\row\\intbl w}:a>}",
+     u"{<a:{\\rtf1\\ansi{\\fonttbl{\\f0 A;}}\\paperw9 <1:x\\cell\\row:1>\\pard y\\par<2:\\intbl z\\cell\\row:2>\\intbl "
+     u"w}:a>}",
+     u"{<a:{\\rtf1\\ansi{\\fonttbl{\\f0 A;}}\\paperw9 <1:x\\cell\\row:1>\\pard y\\par<2:\\intbl z\\cell\\row:2>\\intbl "
+     u"w}:a>}"},
+    // A table with markers is one of the row, or stands beside.
+    {u"{<a:{\\rtf1\\trowd\\intbl<b:\\cell\\row:b>\\cell\\row<c:\\intbl\\cell\\row:c>\\intbl\\cell\\row}:a>}",
+     u"{<a:{\\rtf1<1:\\trowd\\intbl<b:\\cell\\row:b>\\cell\\row:1><c:\\intbl\\cell\\row:c><2:\\intbl\\cell\\row:2>}:a>"
+     u"}",
+     u"{<a:{\\rtf1<1:\\trowd\\intbl<b:\\cell\\row:b>\\cell\\row:1><c:\\intbl\\cell\\row:c><2:\\intbl\\cell\\row:2>}:a>"
+     u"}"},
+    // Native nested tables of a table with markers, whose own one has its pair already.
+    {u"{<a:\\intbl x\\par\\pard\\intbl\\itap3 t\\par\\itap2 n\\nestcell{\\*\\nesttableprops\\trowd\\cellx9\\nestrow}{"
+     u"\\nonesttables\\par}\\pard\\intbl\\cell<b:\\itap2 n\\nestcell{\\*\\nesttableprops\\trowd\\nestrow}:b>\\row:a>}",
+     u"{<a:\\intbl x\\par<1:\\pard\\intbl\\itap3 t\\par\\itap2 n\\nestcell{\\*\\nesttableprops\\trowd\\cellx9\\nestrow}"
+     u":1>{\\nonesttables\\par}\\pard\\intbl\\cell<b:\\itap2 "
+     u"n\\nestcell{\\*\\nesttableprops\\trowd\\nestrow}:b>\\row:a>}",
+     u"{<a:\\intbl x\\par<1:\\pard\\intbl\\itap3 t\\par\\itap2 n\\nestcell{\\*\\nesttableprops\\trowd\\cellx9\\nestrow}"
+     u":1>{\\nonesttables\\par}\\pard\\intbl\\cell<b:\\itap2 "
+     u"n\\nestcell{\\*\\nesttableprops\\trowd\\nestrow}:b>\\row:a>}"},
+    // Footnotes have paragraphs of their own, and data is no text.
+    {u"{<a:{\\rtf1\\trowd{\\footnote\\pard\\par{\\rtf1\\trowd\\cell\\row}}\\bin4 }}}}x\\cell\\row}:a>}",
+     u"{<a:{\\rtf1<1:\\trowd{\\footnote\\pard\\par{\\rtf1\\trowd\\cell\\row}}\\bin4 }}}}x\\cell\\row:1>}:a>}",
+     u"{<a:{\\rtf1<1:\\trowd{\\footnote\\pard\\par{\\rtf1\\trowd\\cell\\row}}\\bin4 }}}}x\\cell\\row:1>}:a>}"},
+};
+
+TEST(LooseTables, GetTheMarkersThatConversionNeeds) {
+    for (const Case& row : cases) {
+        EXPECT_EQ(shown(marked(test::withMarkers(row.text), false)), row.plain);
+        EXPECT_EQ(shown(marked(test::withMarkers(row.text), true)), row.tolerant);
+    }
+}
+
+// Whatever the text, nothing but pairs is added, and they do not cross.
+TEST(LooseTables, RandomTextsGetNothingButPairs) {
+    const std::uint32_t seed = testSeed();
+    std::mt19937 random(seed);
+    std::size_t added = 0;
+    for (int i = 0; i < 4000; ++i) {
+        std::uint8_t bytes[48];
+        std::u16string text = u"{\\rtf1" + test::tableStart(u"+");
+        for (int part = 0; part < 3; ++part) {
+            const std::size_t size = random() % std::size(bytes);
+            for (std::size_t k = 0; k < size; ++k) bytes[k] = static_cast<std::uint8_t>(random());
+            text += u"\\trowd{\\rtf1" + test::nestedTableText(bytes, size);
+        }
+        text += u"}\\cell\\row}" + test::tableEnd(u"+");
+        const std::u16string result = marked(text, true);
+        const std::size_t before = findMarkerPairs(text, true).size(), after = findMarkerPairs(result, true).size();
+        ASSERT_EQ(result.size(), text.size() + (after - before) / 2 * (startTableMarkerLength + endTableMarkerLength))
+            << "seed " << seed << " round " << i << ::testing::PrintToString(shown(result));
+        added += after - before;
+    }
+    EXPECT_GT(added, 1000u);
+}
+
+}  // namespace
+}  // namespace velmor
