@@ -1,5 +1,9 @@
 #include "rtf/BraceScanner.h"
 
+#include <algorithm>
+
+#include "text/Compare.h"
+
 namespace velmor {
 
 std::size_t skipEscape(std::u16string_view text, std::size_t index) noexcept {
@@ -13,6 +17,20 @@ std::size_t skipEscape(std::u16string_view text, std::size_t index) noexcept {
     if (at == index + 4) return behind;
     at += at < text.size() && text[at] == u' ';
     return count < text.size() - at ? at + count : text.size();
+}
+
+std::size_t BinaryData::behind(std::size_t index) noexcept {
+    constexpr std::u16string_view word = u"\\bin";
+    const std::u16string_view before = text_.substr(0, index);
+    while (at_ < index) {
+        const std::size_t found = findText(before, word, at_, Comparison::binary);
+        if (found == before.npos) {
+            at_ = std::max(at_, index - std::min(index, word.size()));
+            break;
+        }
+        at_ = isEscaped(text_, found) ? found + 1 : skipEscape(text_, found);
+    }
+    return std::max(at_, index);
 }
 
 bool BraceScanner::nextUnescaped() noexcept {

@@ -65,6 +65,20 @@ private:
 // The index behind the data of the \bin word at `index`, or behind the backslash and what it escapes.
 std::size_t skipEscape(std::u16string_view text, std::size_t index) noexcept;
 
+// The data of the \bin words of a text, for those who look at single places.
+class BinaryData {
+public:
+    explicit BinaryData(std::u16string_view text) noexcept : text_(text) {}
+
+    // The index behind the data in which `index` lies; `index` itself when it lies in none. To be asked
+    // for in ascending order.
+    std::size_t behind(std::size_t index) noexcept;
+
+private:
+    std::u16string_view text_;
+    std::size_t at_ = 0;
+};
+
 inline constexpr std::size_t noGroupEnd = std::u16string_view::npos;
 
 // The brace that closes the group inside of which `from` lies; noGroupEnd when none does.

@@ -1,5 +1,7 @@
 #include "rtf/ColourTable.h"
 
+#include <algorithm>
+
 #include "rtf/BraceScanner.h"
 
 namespace velmor {
@@ -19,8 +21,11 @@ std::u16string withoutWhiteSpace(std::u16string_view text) {
 }  // namespace
 
 std::optional<TextRange> ColourTable::find(std::u16string_view text, bool tolerant) noexcept {
-    for (std::size_t at = 0; (at = text.find(opening, at)) != nowhere; ++at) {
-        if (isEscaped(text, at)) continue;
+    BinaryData data(text);
+    for (std::size_t at = 0, next; (at = text.find(opening, at)) != nowhere; at = next) {
+        const std::size_t behindData = tolerant ? data.behind(at) : at;
+        next = std::max(behindData, at + 1);
+        if (behindData != at || isEscaped(text, at)) continue;
         std::size_t end = text.find(u'}', at);
         // What holds groups, or an escaped brace, ends with its own brace, or braces would go astray.
         const bool plain = end != nowhere && text[end - 1] != u'\\' && text.find(u'{', at + 1) > end;

@@ -4,6 +4,7 @@
 #include <optional>
 #include <unordered_map>
 
+#include "rtf/BraceScanner.h"
 #include "rtf/RtfScanner.h"
 #include "rtf/TableMarkers.h"
 #include "text/Compare.h"
@@ -34,13 +35,15 @@ std::optional<Marker> markerAt(std::u16string_view text, std::size_t index) {
     return Marker{index, end + standsAt(text, end, u"}"), isStart, behind.substr(0, length)};
 }
 
-std::vector<Marker> findMarkers(std::u16string_view text) {
+std::vector<Marker> findMarkers(std::u16string_view text, bool tolerant) {
     constexpr std::u16string_view opening = u"{\\*\\korvane\\";
     std::vector<Marker> markers;
+    BinaryData data(text);
     for (std::size_t at = 0; (at = findText(text, opening, at, Comparison::binary)) != nowhere;) {
-        const auto marker = markerAt(text, at);
+        const std::size_t behindData = tolerant ? data.behind(at) : at;
+        const auto marker = behindData == at ? markerAt(text, at) : std::nullopt;
         if (marker) markers.push_back(*marker);
-        at = marker ? marker->end : at + opening.size();
+        at = marker ? marker->end : std::max(behindData, at + opening.size());
     }
     return markers;
 }
@@ -75,7 +78,7 @@ private:
 }  // namespace
 
 std::vector<PairedMarker> findMarkerPairs(std::u16string_view text, bool tolerant) {
-    std::vector<Marker> markers = findMarkers(text);
+    std::vector<Marker> markers = findMarkers(text, tolerant);
     EndMarkers ends(markers);
     std::vector<PairedMarker> paired;
     std::vector<std::size_t> open{text.size()};  // where the tables end that the marker lies in

@@ -17,7 +17,7 @@ struct PairedMarker {
 // The markers that form pairs, from left to right; pairs lie in one another or side by side, and
 // never cross. A start marker belongs to the first end marker of its identity behind it, in the pair
 // in which it lies. One without such an end ends the search in that pair; tolerant, it is passed
-// over. Identities may have any length up to 255; a start marker without one is none.
+// over, and so is the data of \bin. Identities may have any length up to 255; a start marker without one is none.
 // Linear in the text.
 std::vector<PairedMarker> findMarkerPairs(std::u16string_view text, bool tolerant);
 

@@ -8,10 +8,13 @@
 namespace velmor {
 
 std::optional<TextRange> findTableGroup(std::u16string_view text, std::u16string_view opening, bool tolerant) {
-    for (std::size_t at = 0;; ++at) {
+    BinaryData data(text);
+    for (std::size_t at = 0, next;; at = next) {
         at = findText(text, opening, at, Comparison::text);
         if (at == std::u16string_view::npos) return std::nullopt;
-        if (isEscaped(text, at)) continue;
+        const std::size_t behindData = tolerant ? data.behind(at) : at;
+        next = std::max(behindData, at + 1);
+        if (behindData != at || isEscaped(text, at)) continue;
         const std::size_t end = findGroupEnd(text, at + 1, tolerant);
         if (end == noGroupEnd) return std::nullopt;
         return TextRange{at, end + 1};

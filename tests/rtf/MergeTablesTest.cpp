@@ -119,13 +119,15 @@ TEST(MergeTables, KeepsManyFontsAndColoursApart) {
 }
 
 TEST(MergeTables, TolerantMergingKeepsDefaultsAndCharacterSets) {
-    EXPECT_EQ(narrow(merged(u"{\\rtf1\\deff3{\\fonttbl{\\f3 Host;}}\\plain\\f3;\\f3\\f3 a"
-                            u"{\\rtf1\\ansi\\deff1{\\fonttbl{\\f0\\fcharset0 X;}{\\f1\\fcharset2 X;}}"
-                            u"\\plain b\\plain\\b\\f0\\af1\n{\\plain\\f1}{\\bin6 \\f1\\f1\\f1}}"
-                            u"{\\rtf1{\\fonttbl{\\f0 Y;}}c}}",
-                            true)),
+    EXPECT_EQ(narrow(merged(
+                  u"{\\rtf1\\deff3{\\*\\x\\bin21 {\\fonttbl;{\\colortbl;}{\\fonttbl{\\f3 Host;}}\\plain\\f3;\\f3\\f3 a"
+                  u"{\\rtf1\\ansi\\deff1{\\fonttbl{\\f0\\fcharset0 X;}{\\f1\\fcharset2 X;}}"
+                  u"\\plain b\\plain\\b\\f0\\af1\n{\\plain\\f1}{\\bin6 \\f1\\f1\\f1}}"
+                  u"{\\rtf1{\\fonttbl{\\f0 Y;}}c}}",
+                  true)),
               narrow(u"{\\rtf1" + defaultColours +
-                     u"\\deff0{\\fonttbl\r\n{\\f0 Host;}\r\n{\\f1\\fcharset0 X;}\r\n{\\f2\\fcharset2 X;}\r\n{\\f3 Y;}}"
+                     u"\\deff0{\\*\\x\\bin21 {\\fonttbl;{\\colortbl;}{\\fonttbl\r\n{\\f0 Host;}\r\n{\\f1\\fcharset0 "
+                     u"X;}\r\n{\\f2\\fcharset2 X;}\r\n{\\f3 Y;}}"
                      u"\\plain\\f0;\\f0\\f0 a"
                      u"{\\rtf1\\ansi\\f2\\plain\\f2 b\\plain\\b\\f1\\af2\n{\\plain\\f2}{\\bin6 \\f1\\f1\\f2}}"
                      u"{\\rtf1\\f3c}}"));

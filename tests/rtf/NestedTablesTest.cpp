@@ -99,7 +99,8 @@ TEST(NestedTables, AreWrittenLevelByLevel) {
 }
 
 TEST(NestedTables, TolerantCleaningReadsOn) {
-    EXPECT_EQ(converted(u"<9:<1:\\itap37\\bin5 \\par \\cell:1>", true), u"<9:<1:\\itap1\\bin5 \\par \\cell:1>");
+    EXPECT_EQ(converted(u"<9:<1:\\itap37\\bin29 \\par :1>\\itap4\\cell:1>", true),
+              u"<9:<1:\\itap1\\bin29 \\par :1>\\itap1\\cell:1>");
     EXPECT_EQ(converted(u"<9:<1:<2:\\itap37\\intbl\\cell:2>:1>", true),
               u"<9:<1:<2:\\itap2\\intbl\\itap2\\nestcell:2>:1>");
 }
