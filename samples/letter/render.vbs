@@ -24,7 +24,7 @@ tag.Properties.Add "Path", folder, True     ' where the included files are
 tag.Value = ReadText("invoice.rtf")         ' last, when all else is set
 
 Set output = files.CreateTextFile(WScript.Arguments(0), True)
-output.Write tag.Result
+output.Write tag.CleanRTFByVal(tag.Result)  ' the included terms are a document of their own
 output.Close
 
 For Each entry In tag.ErrorLog

@@ -476,6 +476,9 @@ class Sample(VelmorTest):
                      b"interest of 4.5 per cent", b"{\\*\\korvane\\starttable"]:
             self.assertIn(said, out)
         self.assertNotIn(b"KV:", out)
+        self.assertEqual(out.count(b"\\rtf1"), 2)
+        out = self.velmor("clean", "--exact", "-", stdin=out)
+        self.assertEqual((out.count(b"\\rtf1"), out.count(b"\\fonttbl")), (1, 1))
         self.assertEqual(out.count(b"{") - out.count(b"\\{"), out.count(b"}") - out.count(b"\\}"))
 
 
