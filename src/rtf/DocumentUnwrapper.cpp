@@ -54,6 +54,12 @@ std::size_t endWithBlank(std::u16string_view text, const ControlWord& word) noex
 const CodePage* hostPage(std::u16string_view text, std::size_t host) noexcept {
     std::int32_t page = windowsLatin;
     for (std::size_t at = hostHeaderStart(text, host); (at = skipWhiteSpace(text, at)) < text.size();) {
+        if (text[at] == u'{') {
+            at = findGroupEnd(text, at + 1, true);
+            if (at == noGroupEnd) break;
+            ++at;
+            continue;
+        }
         if (text[at] != u'\\') break;
         const ControlWord word = readWord(text, at);
         if (word.letters.empty()) break;

@@ -25,12 +25,17 @@ bool beginsSectionWord(std::u16string_view text, std::size_t index) noexcept {
                        [&](std::u16string_view word) { return standsAt(text, index, word); });
 }
 
+// No tabs: readers see them.
+std::size_t skipBlanks(std::u16string_view text, std::size_t index) noexcept {
+    return std::min(text.find_first_not_of(u" \r\n", index), text.size());
+}
+
 // Behind the control word at the index and the white space that follows it.
 std::size_t skipWord(std::u16string_view text, std::size_t index) noexcept {
     for (++index; index < text.size() && isLetter(text[index]);) ++index;
     if (index < text.size() && text[index] == u'-') ++index;
     while (index < text.size() && text[index] >= u'0' && text[index] <= u'9') ++index;
-    return skipWhiteSpace(text, index);
+    return skipBlanks(text, index);
 }
 
 // Where the run of section words that begins at the index ends. A word reaches to the next
@@ -54,7 +59,7 @@ void Module1::RemoveGeneratorSectionWords(std::u16string& psText) {
         const std::size_t end = text.substr(at, longestGroup).find(u'}');
         at += opening.size();
         if (end == text.npos) continue;
-        const std::size_t words = skipWhiteSpace(text, at - opening.size() + end + 1);
+        const std::size_t words = skipBlanks(text, at - opening.size() + end + 1);
         at = runEnd(text, words);
         if (at != words) edits.cut(words, at);
     }

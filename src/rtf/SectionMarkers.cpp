@@ -46,18 +46,64 @@ std::optional<std::int32_t> twips(std::u16string_view text) {
     return rounded(value);
 }
 
-std::size_t findWord(std::u16string_view text, std::u16string_view word) {
-    RtfScanner scanner(text, 0, text.size());
-    while (scanner.nextWord()) {
-        if (standsAt(text, scanner.position(), word)) return scanner.position();
+// Finds a word in the groups of a text, whose beginnings and ends ascend. Groups without a brace of
+// their own reach into the next ones: what was looked at for one is not looked at again.
+class GroupWord {
+public:
+    explicit GroupWord(std::u16string_view word) noexcept : word_(word) {}
+
+    // Where the word stands first in [begin, end); nowhere when it does not.
+    std::size_t find(std::u16string_view text, std::size_t begin, std::size_t end) {
+        if (next_ < begin) {
+            next_ = begin;
+            isFound_ = false;
+        }
+        if (!isFound_ && next_ < end) {
+            RtfScanner scanner(text, next_, end);
+            while (!isFound_ && scanner.nextWord()) isFound_ = standsAt(text, scanner.position(), word_);
+            next_ = isFound_ ? scanner.position() : end;
+        }
+        return isFound_ ? next_ : nowhere;
     }
-    return nowhere;
-}
+
+private:
+    std::u16string_view word_;
+    std::size_t next_ = 0;
+    bool isFound_ = false;  // at next_; else no group so far has one in front of it
+};
+
+// A value of the page that groups give.
+class GroupValue {
+public:
+    explicit GroupValue(std::u16string_view word) noexcept : word_(word), length_(word.size()) {}
+
+    bool standsIn(std::u16string_view text, std::size_t begin, std::size_t end) {
+        const std::size_t at = word_.find(text, begin, end);
+        if (at == nowhere) return false;
+        if (std::exchange(readAt_, at) == at) return true;
+        std::u16string_view digits;
+        numberTextAt(text, at + length_, digits);  // up to the group's brace, if not before
+        value_ = twips(digits);
+        return true;
+    }
+
+    // Of the group asked for last; nothing when it is no number.
+    std::optional<std::int32_t> value() const noexcept { return value_; }
+
+private:
+    GroupWord word_;
+    std::size_t length_;
+    std::size_t readAt_ = nowhere;
+    std::optional<std::int32_t> value_;
+};
 
 // What the stage does, collected by the places of the text as it is.
 class SectionReader {
 public:
-    SectionReader(std::u16string_view text, bool tolerant) : text_(text), tolerant_(tolerant) {}
+    SectionReader(std::u16string_view text, bool tolerant) : text_(text), tolerant_(tolerant) {
+        if (tolerant) page_.values = PageSetup::defaults;
+        for (const std::u16string_view word : groupWords) values_.emplace_back(word);
+    }
 
     void read();
     TextEdits edits();
@@ -77,7 +123,7 @@ private:
     };
 
     bool takeGroup(std::size_t index);
-    bool readValue(std::u16string_view group, std::size_t value);
+    bool readValue(std::size_t value, std::size_t begin, std::size_t end);
     const std::optional<std::u16string_view>& documentNumber(std::size_t value);
     void findDocumentWords();
     void place();
@@ -87,6 +133,9 @@ private:
     bool tolerant_;
     bool ended_ = false;  // by a group
     PageSetup page_;
+    std::size_t groupEnd_ = 0;
+    std::vector<GroupValue> values_;
+    GroupWord landscape_{u"\\landscape"}, portrait_{u"\\portrait"};
     bool documentRead_ = false;
     std::array<std::optional<std::u16string_view>, PageSetup::valueCount> documentNumbers_;
     std::vector<std::size_t> pages_;  // not yet made section breaks
@@ -117,15 +166,14 @@ void SectionReader::read() {
 
 // False when the stage ends here.
 bool SectionReader::takeGroup(std::size_t index) {
-    const std::size_t end = text_.find(u'}', index);
-    if (end == nowhere) return false;
-    const std::u16string_view group = text_.substr(index, end + 1 - index);
+    if (groupEnd_ <= index) groupEnd_ = text_.find(u'}', index);
+    if (groupEnd_ == nowhere) return false;
     for (std::size_t value = 0; value < PageSetup::valueCount; ++value) {
-        if (!readValue(group, value)) return false;
+        if (!readValue(value, index, groupEnd_)) return false;
     }
-    if (findWord(group, u"\\landscape") != nowhere) {
+    if (landscape_.find(text_, index, groupEnd_) != nowhere) {
         page_.turnLandscape();
-    } else if (findWord(group, u"\\portrait") != nowhere) {
+    } else if (portrait_.find(text_, index, groupEnd_) != nowhere) {
         page_.turnPortrait();
     } else {
         page_.landscape = false;
@@ -135,13 +183,10 @@ bool SectionReader::takeGroup(std::size_t index) {
     return true;
 }
 
-bool SectionReader::readValue(std::u16string_view group, std::size_t value) {
-    const std::size_t at = findWord(group, groupWords[value]);
+bool SectionReader::readValue(std::size_t value, std::size_t begin, std::size_t end) {
     std::optional<std::int32_t> read;
-    if (at != nowhere) {
-        std::u16string_view digits;
-        if (!numberTextAt(group, at + groupWords[value].size(), digits)) return true;
-        read = twips(digits);
+    if (values_[value].standsIn(text_, begin, end)) {
+        read = values_[value].value();
     } else {
         const auto& digits = documentNumber(value);
         if (!digits) return true;

@@ -259,6 +259,7 @@ TEST(CleanRTF, TakesAnyDepthAndNumberOfDocuments) {
             u"{\\rtf1 " + repeated(u"\\trowd\\cellx9 a\\cell\\row\r\n\r\n", 50000) + u"}",
             u"{\\rtf1 a" + repeated(u"{\\*", 20000) + repeated(u"{\\*\\background}\\background}", 20000) + u"}",
             u"{\\rtf1 a" + repeated(u"{\\*\\background", 20000),
+            u"{\\rtf1 a" + repeated(u"{\\*\\korvanesection", 50000) + u"}",
         };
         for (const std::u16string& text : texts) {
             for (const bool tolerant : {false, true}) {

@@ -172,6 +172,8 @@ TEST(GeneratorSectionWords, GoWithTheirWhiteSpaceAndNothingElse) {
         {G u" \r\n\\box\\cols2 \\b", G u" \r\n\\b"},
         {G u"\\box Hi\\par", G u"Hi\\par"},
         {G u"\\box{x}", G u"{x}"},
+        {G u"\\box\tx", G u"\tx"},  // readers see a tab
+        {G u"\t\\box", G u"\t\\box"},
         {G u"\\box}", G u"}"},
         {G u"Text\\box", G u"Text\\box"},
         {G u"\\b\\box", G u"\\b\\box"},
@@ -217,7 +219,8 @@ TEST(UnwrapNestedDocuments, TolerantLeavesTheHostItsOwnWay) {
          u"{\\rtf1\\ansi\\ansicpg1251\\f0 \\'e4\\'41{\\f1 \\'e4}\\uc2\\'e5\\u1078\\'3f\\'e6\\uc0\\'e4}\\'e4}",
          u"{\\rtf1\\ansi{\\fonttbl{\\f0 A;}{\\f1\\fcharset204 B;}}"
          u"{\\f0 \\u1076?\\'41{\\f1 \\'e4}\\uc2\\u1077??\\u1078\\'3f\\'e6\\uc0\\u1076 }\\'e4}"},
-        // Bytes of several a character stay.
+        // The host's code page may stand behind tables; bytes of several a character stay.
+        {u"{\\rtf1{\\colortbl;}\\ansicpg1251{\\rtf1\\'e4}}", u"{\\rtf1{\\colortbl;}\\ansicpg1251{\\u228?}}"},
         {u"{\\rtf1{\\rtf1\\ansicpg932\\'83\\'65}}", u"{\\rtf1{\\'83\\'65}}"},
     };
     check(cases, [](std::u16string& text) {
@@ -286,8 +289,8 @@ TEST(SectionMarkers, DescribeTheSectionThatTheyStandIn) {
     check(cases, [](std::u16string& text) { Module1::ApplySectionMarkers(text, {}); });
     const Case tolerant[] = {
         {u"\\page" S u"}{\\sectd\\cols2 x\\sect\\sectd y}",
-         u"\\sect\\sectd\\pgwsxn0\\pghsxn0\\marglsxn0\\margrsxn0\\margtsxn0\\margbsxn"
-         u"0" D u"}{\\cols2 x\\sect\\sectd y}"},
+         u"\\sect\\sectd\\pgwsxn12240\\pghsxn15840\\marglsxn1800\\margrsxn1800\\margtsxn1440\\margbsxn"
+         u"1440" D u"}{\\cols2 x\\sect\\sectd y}"},
     };
 #undef S
 #undef D
