@@ -6,7 +6,6 @@
 #include "rtf/BlankLines.h"
 #include "rtf/EmbeddedDocuments.h"
 #include "rtf/HeadersFooters.h"
-#include "rtf/JoinedHeaders.h"
 #include "rtf/LooseTables.h"
 #include "rtf/MergePageBreaks.h"
 #include "rtf/MergeTables.h"
@@ -71,14 +70,14 @@ private:
         hasDocuments_ = Module1::ExtractEmbeddedDocuments(text_, tables, options_);
         Module1::MergeDocumentTables(text_, tables, options_);
         if (!options_.mergeMode) Module1::ApplyHeadersFooters(text_, tables, options_);
-        Module1::SeparateJoinedHeaders(text_, tables, options_);
         groups_ = tables.hostGroups();
         for (const TableCollection::Document& document : tables.documents()) groups_.add(document.groups);
     }
 
     void finish() {
         if (options_.mergeMode && groups_.has(Group::mergePageBreak)) {
-            attempt([&] { Module1::ApplyMergePageBreaks(text_, options_); });
+            const bool headers = groups_.has(Group::header) || groups_.has(Group::footer);
+            attempt([&] { Module1::ApplyMergePageBreaks(text_, options_, headers); });
         }
         if (groups_.has(Group::section)) {
             attempt([&] { Module1::ApplySectionMarkers(text_, options_); });

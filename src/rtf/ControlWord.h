@@ -31,4 +31,9 @@ inline ControlWord readWord(std::u16string_view text, std::size_t index) noexcep
     return {index, text.substr(index + 1, letters - index - 1), text.substr(letters, at - letters), at};
 }
 
+// Behind the word and the blank that ends it, if there is one.
+inline std::size_t endWithBlank(std::u16string_view text, const ControlWord& word) noexcept {
+    return word.end + (standsAt(text, word.end, u" ") ? 1 : 0);
+}
+
 }  // namespace velmor

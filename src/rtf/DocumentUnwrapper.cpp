@@ -20,6 +20,7 @@ constexpr std::u16string_view headerWords[] = {
 };
 
 constexpr std::int32_t windowsLatin = 1252;
+constexpr std::size_t noChange = std::u16string_view::npos;
 
 std::int32_t numberOf(std::u16string_view digits) noexcept {
     const bool negative = digits.substr(0, 1) == u"-";
@@ -46,11 +47,6 @@ std::int32_t hexDigit(char16_t unit) noexcept {
     return letter >= u'a' && letter <= u'f' ? letter - u'a' + 10 : -1;
 }
 
-// Behind the blank that ends the word, if there is one.
-std::size_t endWithBlank(std::u16string_view text, const ControlWord& word) noexcept {
-    return word.end + standsAt(text, word.end, u" ");
-}
-
 const CodePage* hostPage(std::u16string_view text, std::size_t host) noexcept {
     std::int32_t page = windowsLatin;
     for (std::size_t at = hostHeaderStart(text, host); (at = skipWhiteSpace(text, at)) < text.size();) {
@@ -71,8 +67,8 @@ const CodePage* hostPage(std::u16string_view text, std::size_t host) noexcept {
 
 }  // namespace
 
-DocumentUnwrapper::DocumentUnwrapper(std::u16string_view text, std::size_t host)
-    : text_(text), host_(host), hostPage_(hostPage(text, host)) {
+DocumentUnwrapper::DocumentUnwrapper(std::u16string_view text, std::size_t host, bool mergeMode)
+    : text_(text), host_(host), mergeMode_(mergeMode), hostPage_(hostPage(text, host)) {
     for (std::size_t at = host + 1; at < text_.size();) {
         const char16_t unit = text_[at];
         if (unit == u'\\') {
@@ -82,7 +78,7 @@ DocumentUnwrapper::DocumentUnwrapper(std::u16string_view text, std::size_t host)
         if (unit == u'{') {
             openGroup(at);
         } else if (unit == u'}') {
-            closeGroup();
+            closeGroup(at);
         } else if (skipped_ > 0 && unit != u'\r' && unit != u'\n') {
             --skipped_;
         }
@@ -174,17 +170,36 @@ void DocumentUnwrapper::openGroup(std::size_t index) {
     if (!document) return;
     // The brace stays, and so does its partner: what the document sets ends there.
     const ControlWord word = readWord(text_, index + 1);
-    documents_.push_back({documentCount_, groups_.size() - 1, findCodePage(windowsLatin)});
-    if (word.letters.size() == 3) {
+    const bool named = word.letters.size() == 3;
+    documents_.push_back(
+        {documentCount_, groups_.size() - 1, findCodePage(windowsLatin), index, named ? changes_.size() : noChange});
+    if (named) {
         changes_.push_back({word.begin, endWithBlank(text_, word), documentCount_, {}});
     }
     ++documentCount_;
 }
 
-void DocumentUnwrapper::closeGroup() {
+void DocumentUnwrapper::closeGroup(std::size_t index) {
     skipped_ = 0;
     if (groups_.size() > 1) groups_.pop_back();
-    if (!documents_.empty() && documents_.back().depth == groups_.size()) documents_.pop_back();
+    if (documents_.empty() || documents_.back().depth != groups_.size()) return;
+    const Document& document = documents_.back();
+    if (mergeMode_ && document.opening != noChange && endsSection(index + 1)) {
+        changes_[document.opening].begin = document.begin;
+        changes_.push_back({index, index + 1, document.number, {}});
+    }
+    documents_.pop_back();
+}
+
+// Whether no text stands between a document and the end of the section, or of the host.
+bool DocumentUnwrapper::endsSection(std::size_t behind) const noexcept {
+    while ((behind = skipWhiteSpace(text_, behind)) < text_.size() && text_[behind] == u'\\') {
+        const ControlWord word = readWord(text_, behind);
+        if (word.letters.empty()) return false;
+        if (word.letters == u"sect") return true;
+        behind = word.end;
+    }
+    return groups_.size() == 1 && standsAt(text_, behind, u"}");
 }
 
 // Readers decode a font's text by its character set, whatever the document's is.

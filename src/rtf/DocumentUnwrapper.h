@@ -15,8 +15,9 @@ namespace velmor {
 // Tolerant unwrapping: what goes, and what changes, in the documents that lie in a host.
 class DocumentUnwrapper {
 public:
-    // `host` is where the host begins.
-    DocumentUnwrapper(std::u16string_view text, std::size_t host);
+    // `host` is where the host begins. In merge mode a document loses its braces when its last section
+    // ends with it: readers restore the section's words at a brace, too, before they are of use.
+    DocumentUnwrapper(std::u16string_view text, std::size_t host, bool mergeMode);
 
     TextEdits edits();
 
@@ -32,6 +33,8 @@ private:
         std::uint32_t number;
         std::size_t depth;  // of the groups outside
         const CodePage* page;
+        std::size_t begin;
+        std::size_t opening;  // among the changes
     };
 
     // What RTF restores behind a group.
@@ -46,12 +49,14 @@ private:
     void takeHeaderWord(const ControlWord& word);
     void setPage(std::int32_t number);
     void openGroup(std::size_t index);
-    void closeGroup();
+    void closeGroup(std::size_t index);
+    bool endsSection(std::size_t behind) const noexcept;
     void readFontCharsets();
     bool fontHasOwnCharset(std::int32_t font);
 
     std::u16string_view text_;
     std::size_t host_;
+    bool mergeMode_;
     const CodePage* hostPage_;
     std::vector<Change> changes_;
     std::vector<Document> documents_;  // the open ones

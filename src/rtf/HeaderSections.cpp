@@ -6,18 +6,6 @@
 namespace velmor {
 namespace {
 
-// A copy of a group, for other pages; an empty group when there is none.
-void appendGroup(std::u16string& text, HeaderName name, std::u16string_view group) {
-    text += name.opening();
-    if (group.empty()) {
-        text += u"\\pard\\plain\\par}";
-        return;
-    }
-    std::size_t behindName = 2;
-    while (behindName < group.size() && isLetter(group[behindName])) ++behindName;
-    text += group.substr(behindName);
-}
-
 void appendWords(std::u16string& text, const HeaderWords& words) {
     for (const HeaderKind kind : headerKinds) text += words.distance[kind];
     if (words.title) text += u"\\titlepg";

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace velmor {
@@ -36,6 +37,9 @@ constexpr std::optional<HeaderName> headerNamed(std::u16string_view letters) noe
     }
     return std::nullopt;
 }
+
+// Appends a copy of a group, for the pages of `name`; an empty group when there is none.
+void appendGroup(std::u16string& text, HeaderName name, std::u16string_view group);
 
 // One value for the headers and one for the footers.
 template <typename Value>

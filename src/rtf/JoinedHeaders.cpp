@@ -1,53 +1,195 @@
 #include "rtf/JoinedHeaders.h"
 
-#include <string_view>
+#include <algorithm>
+#include <iterator>
 
-#include "rtf/HeaderWords.h"
-#include "rtf/MergePageBreaks.h"
+#include "rtf/BraceScanner.h"
+#include "rtf/ControlWord.h"
+#include "rtf/EmbeddedDocuments.h"
 #include "rtf/RtfScanner.h"
-#include "rtf/TextEdits.h"
 #include "text/Compare.h"
 
 namespace velmor {
 namespace {
 
-constexpr std::u16string_view marker = Module1::mergePageBreakMarker;
+constexpr std::u16string_view facingWord = u"\\facingp";
 
-constexpr Group groupOf(HeaderKind kind) noexcept {
-    return kind == HeaderKind::header ? Group::header : Group::footer;
+// What may stand in a host's header: its tables; not what begins its text.
+constexpr std::u16string_view tables[] = {u"fonttbl", u"colortbl", u"stylesheet", u"info", u"filetbl", u"upr"};
+constexpr std::u16string_view bodyWords[] = {u"sectd", u"pard", u"plain", u"par",  u"sect",
+                                             u"page",  u"u",    u"tab",   u"line", u"trowd"};
+
+template <std::size_t count>
+bool isAmong(const std::u16string_view (&words)[count], std::u16string_view letters) {
+    return std::find(std::begin(words), std::end(words), letters) != std::end(words);
 }
 
-// For all pages, whatever the document in front distinguishes.
-std::u16string emptyGroups(HeaderKind kind) {
-    std::u16string text;
-    for (const HeaderPages pages : {HeaderPages::all, HeaderPages::left, HeaderPages::first}) {
-        text += HeaderName{kind, pages}.opening();
-        text += u"\\pard\\plain\\par}";
+std::size_t findFacing(std::u16string_view text, std::size_t from) noexcept {
+    for (; (from = findText(text, facingWord, from, Comparison::binary)) != text.npos; ++from) {
+        if (wordStandsAt(text, from, facingWord) && !isEscaped(text, from)) break;
     }
-    return text;
+    return from;
+}
+
+bool isTable(std::u16string_view text, std::size_t index) {
+    return standsAt(text, index, u"{\\*") ||
+           (standsAt(text, index, u"{\\") && isAmong(tables, readWord(text, index + 1).letters));
 }
 
 }  // namespace
 
-void Module1::SeparateJoinedHeaders(std::u16string& psText, TableCollection& poTables, const CleanOptions& options) {
-    if (!options.mergeMode || !options.tolerant || !poTables.hostGroups().has(Group::mergePageBreak)) return;
-    GroupSet before = poTables.hostGroups();
-    TextEdits edits;
-    for (std::size_t at = 0; (at = findText(psText, marker, at, Comparison::binary)) != psText.npos;) {
-        at += marker.size();
-        const std::size_t next = skipWhiteSpace(psText, at);
-        if (next == psText.size() || psText[next] != poTables.mark()) continue;
-        const auto document = poTables.placeholderAt(psText, next).document;
-        if (!document) continue;
-        const GroupSet own = poTables.documents()[*document].groups;
-        std::u16string groups;
-        for (const HeaderKind kind : headerKinds) {
-            if (before.has(groupOf(kind)) && !own.has(groupOf(kind))) groups += emptyGroups(kind);
+JoinedHeaders::JoinedHeaders(std::u16string_view text, const std::vector<Join>& joins) : text_(text), joins_(joins) {
+    const std::size_t host = findHostDocument(text);
+    if (host == noDocument) return;
+    findFacingPages();
+    if (anyFacing_) letHostFace(host);
+    read(host);
+}
+
+void JoinedHeaders::findFacingPages() {
+    facing_.push_back(false);
+    auto next = joins_.begin();
+    for (std::size_t at = 0; next != joins_.end() || at != nowhere;) {
+        const std::size_t found = at == nowhere ? nowhere : findFacing(text_, at);
+        for (; next != joins_.end() && next->behind <= found; ++next) {
+            if (next->document) facing_.push_back(false);
         }
-        if (!groups.empty()) edits.replaceVal(at, at, std::move(groups));
-        before.add(own);
+        at = found;
+        if (found == nowhere) continue;
+        facing_.back() = anyFacing_ = true;
+        ++at;
     }
-    edits.apply(psText);
+}
+
+// Readers look for the word in the header of the whole.
+void JoinedHeaders::letHostFace(std::size_t host) {
+    std::size_t at = hostHeaderStart(text_, host);
+    for (std::size_t next = at; (next = skipWhiteSpace(text_, next)) < text_.size();) {
+        if (isTable(text_, next)) {
+            const std::size_t end = findGroupEnd(text_, next + 1, true);
+            if (end == noGroupEnd) break;
+            at = next = end + 1;
+        } else {
+            const ControlWord word = readWord(text_, next);
+            if (text_[next] != u'\\' || word.letters.empty() || isAmong(bodyWords, word.letters)) break;
+            if (word.letters == facingWord.substr(1)) return;
+            at = next = endWithBlank(text_, word);
+        }
+    }
+    change(at, at, std::u16string(facingWord));
+}
+
+// ---- Reading
+
+void JoinedHeaders::read(std::size_t host) {
+    auto next = joins_.begin();
+    const auto joinUpTo = [&](std::size_t index) {
+        for (; next != joins_.end() && next->behind <= index; ++next) join(*next);
+    };
+    RtfScanner scanner(text_, host, text_.size());
+    while (scanner.next()) {
+        const std::size_t index = scanner.position();
+        joinUpTo(index);
+        if (text_[index] != u'\\') {
+            takeBrace(index);
+        } else if (wordStandsAt(text_, index, u"\\bin")) {
+            scanner = RtfScanner(text_, skipEscape(text_, index), text_.size());
+        } else {
+            takeWord(index);
+        }
+    }
+    joinUpTo(text_.size());
+    closeSection();
+}
+
+void JoinedHeaders::takeBrace(std::size_t index) {
+    if (text_[index] == u'{') {
+        ++depth_;
+        const bool named = !open_ && standsAt(text_, index + 1, u"\\");
+        const auto name = named ? headerNamed(readWord(text_, index + 1).letters) : std::nullopt;
+        if (name) open_ = OpenGroup{*name, index, depth_};
+        return;
+    }
+    if (open_ && open_->depth == depth_) {
+        take(open_->name, open_->begin, index + 1);
+        open_.reset();
+    }
+    if (depth_ > 0) --depth_;
+}
+
+void JoinedHeaders::takeWord(std::size_t index) {
+    if (open_) return;
+    if (wordStandsAt(text_, index, u"\\sect")) {
+        closeSection();
+    } else if (wordStandsAt(text_, index, u"\\titlepg")) {
+        title_ = endWithBlank(text_, readWord(text_, index));
+    }
+}
+
+void JoinedHeaders::take(HeaderName name, std::size_t begin, std::size_t end) {
+    // Left pages do not differ in this document, but they do in another one.
+    const bool leftAsMain = anyFacing_ && !facing_[document_];
+    Pages& given = given_[name.kind];
+    if (name.pages == HeaderPages::first) {
+        given.first = true;
+    } else if (name.pages != HeaderPages::left) {
+        if (leftAsMain && !given.main) {
+            std::u16string copy;
+            appendGroup(copy, {name.kind, HeaderPages::left}, text_.substr(begin, end - begin));
+            change(end, end, std::move(copy));
+            given.left = true;
+        }
+        given.main = true;
+    } else if (leftAsMain) {
+        change(begin, end, {});
+    } else {
+        given.left = true;
+    }
+}
+
+// ---- Sections
+
+void JoinedHeaders::join(const Join& join) {
+    if (join.document) ++document_;
+    if (open_) return;
+    closeSection();
+    if (!join.document) return;
+    beginning_ = join.behind;
+    for (const HeaderKind kind : headerKinds) {
+        Pages& foreign = foreign_[kind];
+        const Pages& own = own_[kind];
+        foreign = {foreign.main || own.main, foreign.left || own.left, foreign.first || own.first};
+        own_[kind] = {};
+    }
+}
+
+void JoinedHeaders::closeSection() {
+    for (const HeaderKind kind : headerKinds) closeSection(kind);
+    beginning_ = title_ = nowhere;
+}
+
+void JoinedHeaders::closeSection(HeaderKind kind) {
+    const Pages given = std::exchange(given_[kind], {});
+    Pages& own = own_[kind];
+    Pages& foreign = foreign_[kind];
+    own = {own.main || given.main, own.left || given.left, own.first || given.first};
+    foreign = {foreign.main && !given.main, foreign.left && !given.left, foreign.first && !given.first};
+    if (beginning_ != nowhere) {
+        if (foreign.main) empty(beginning_, {kind, HeaderPages::all});
+        if (foreign.left && anyFacing_) empty(beginning_, {kind, HeaderPages::left});
+        foreign.main = foreign.left = false;
+    }
+    // Nobody sees it before a section has a first page of its own.
+    if (foreign.first && title_ != nowhere) {
+        empty(beginning_ != nowhere ? beginning_ : title_, {kind, HeaderPages::first});
+        foreign.first = false;
+    }
+}
+
+void JoinedHeaders::empty(std::size_t place, HeaderName name) {
+    std::u16string text;
+    appendGroup(text, name, {});
+    change(place, place, std::move(text));
 }
 
 }  // namespace velmor

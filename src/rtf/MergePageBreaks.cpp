@@ -4,7 +4,10 @@
 #include <limits>
 #include <string_view>
 #include <utility>
+#include <vector>
 
+#include "rtf/BraceScanner.h"
+#include "rtf/JoinedHeaders.h"
 #include "rtf/PageSetup.h"
 #include "rtf/RtfScanner.h"
 #include "rtf/TextEdits.h"
@@ -50,6 +53,9 @@ public:
     bool isBroken() const noexcept { return breaks_ && !pages_; }
     // The section's own beginning; nowhere when another section comes before it.
     std::size_t ownSection() const noexcept { return breaksBefore_ ? nowhere : section_; }
+    bool holdsDocument() const noexcept { return document_; }
+    // Whether the last section says how it shows headers and footers, or goes on with what says so.
+    bool shapesHeaders(bool inherited) const noexcept { return shapes_ || (inherited && section_ == nowhere); }
 
     PageSetup page(bool tolerant) const {
         PageSetup page;
@@ -77,6 +83,11 @@ public:
 private:
     void take(std::size_t index) {
         switch (text_[index + 1]) {
+            case u'f':
+            case u'h':
+            case u't':
+                shapes_ = shapes_ || isHeaderWord(index);
+                break;
             case u'l':
                 landscape_ = landscape_ || (open_ && standsAt(text_, index, u"\\lndscpsxn"));
                 break;
@@ -86,7 +97,11 @@ private:
             case u'p':
                 portrait_ = portrait_ || (open_ && standsAt(text_, index, u"\\portrait"));
                 if (wordStandsAt(text_, index, u"\\page")) takeEnd(index, true);
+                shapes_ = shapes_ || isHeaderWord(index);
                 takeValue(index);
+                break;
+            case u'r':
+                document_ = document_ || (index > 0 && documentStandsAt(text_, index - 1));
                 break;
             case u's':
                 if (wordStandsAt(text_, index, sectionWord)) beginSection(index);
@@ -97,8 +112,14 @@ private:
         }
     }
 
+    bool isHeaderWord(std::size_t index) const noexcept {
+        return standsAt(text_, index, u"\\pgbrdr") || wordStandsAt(text_, index, u"\\titlepg") ||
+               wordStandsAt(text_, index, u"\\headery") || wordStandsAt(text_, index, u"\\footery");
+    }
+
     // The first \sectd: what was read before it counts for the document alone.
     void beginSection(std::size_t index) {
+        shapes_ = false;
         if (section_ != nowhere) return;
         section_ = index;
         sectionAt_.fill(nowhere);
@@ -138,34 +159,88 @@ private:
     bool pages_ = false;
     bool breaks_ = false;
     bool breaksBefore_ = false;
+    bool document_ = false;
+    bool shapes_ = false;
 };
 
-// With the blank that ends it, which would be text otherwise.
-void cutWord(TextEdits& edits, std::u16string_view text, std::size_t begin, std::size_t end) {
-    const bool ended = end < text.size() && text[end] == u' ';
-    edits.cut(begin, ended ? end + 1 : end);
+// The breaks of a whole text.
+class MergeBreaks {
+public:
+    MergeBreaks(std::u16string_view text, bool tolerant) : text_(text), tolerant_(tolerant) { read(); }
+
+    void separateHeaders() {
+        auto changes = JoinedHeaders(text_, joins_).changes();
+        changes_.insert(changes_.end(), std::make_move_iterator(changes.begin()),
+                        std::make_move_iterator(changes.end()));
+    }
+
+    TextEdits edits();
+
+private:
+    void read();
+    void replace(std::size_t at, const PageReader& reader, bool inherits);
+    // With the blank that ends it, which would be text otherwise.
+    void cutWord(std::size_t begin, std::size_t end) {
+        const bool ended = end < text_.size() && text_[end] == u' ';
+        changes_.push_back({begin, ended ? end + 1 : end, {}});
+    }
+
+    std::u16string_view text_;
+    bool tolerant_;
+    std::vector<JoinedHeaders::Join> joins_;
+    std::vector<JoinedHeaders::Change> changes_;
+};
+
+void MergeBreaks::read() {
+    std::size_t at = findMarker(text_, 0);
+    if (at == nowhere) return;
+    bool inherits = !tolerant_ && PageReader(text_, 0, at).shapesHeaders(false);
+    while (at != nowhere) {
+        const std::size_t behind = at + marker.size();
+        const std::size_t next = findMarker(text_, behind);
+        const PageReader reader(text_, behind, std::min(next, text_.size()));
+        if (tolerant_ || !reader.isBroken()) {
+            replace(at, reader, inherits);
+            inherits = false;
+        }
+        inherits = !tolerant_ && reader.shapesHeaders(inherits);
+        at = next;
+    }
+}
+
+void MergeBreaks::replace(std::size_t at, const PageReader& reader, bool inherits) {
+    const std::size_t behind = at + marker.size();
+    const std::size_t section = reader.ownSection();
+    const std::u16string page = reader.page(tolerant_).words();
+    std::u16string words = tolerant_ ? u"\\sect\\sectd" + page + u"\\pard\\plain\\uc1" : u"\\sect" + page;
+    // The section in front shall not shape the headers of this one.
+    if (inherits && section == nowhere) words += u"\\sectd" + page;
+    changes_.push_back({at, behind, std::move(words)});
+    if (tolerant_ && section != nowhere) cutWord(section, section + sectionWord.size());
+    joins_.push_back({behind, reader.holdsDocument()});
+}
+
+// What is put in goes in front of what is taken out there; a change that lies in another one is lost in it.
+TextEdits MergeBreaks::edits() {
+    const auto place = [](const auto& change) { return std::pair(change.begin, change.end); };
+    std::stable_sort(changes_.begin(), changes_.end(),
+                     [&](const auto& left, const auto& right) { return place(left) < place(right); });
+    TextEdits edits;
+    std::size_t behind = 0;
+    for (JoinedHeaders::Change& change : changes_) {
+        if (change.begin < behind) continue;
+        behind = change.end;
+        edits.replaceApartVal(change.begin, change.end, std::move(change.text));
+    }
+    return edits;
 }
 
 }  // namespace
 
-void Module1::ApplyMergePageBreaks(std::u16string& psText, const CleanOptions& options) {
-    const std::u16string_view text = psText;
-    TextEdits edits;
-    for (std::size_t at = findMarker(text, 0); at != nowhere;) {
-        const std::size_t behind = at + marker.size();
-        const std::size_t next = findMarker(text, behind);
-        const PageReader reader(text, behind, std::min(next, text.size()));
-        if (options.tolerant || !reader.isBroken()) {
-            const std::size_t section = options.tolerant ? reader.ownSection() : nowhere;
-            std::u16string words = options.tolerant ? u"\\sect\\sectd" : u"\\sect";
-            words += reader.page(options.tolerant).words();
-            if (options.tolerant) words += u"\\pard\\plain";
-            edits.replaceApartVal(at, behind, std::move(words));
-            if (section != nowhere) cutWord(edits, text, section, section + sectionWord.size());
-        }
-        at = next;
-    }
-    edits.apply(psText);
+void Module1::ApplyMergePageBreaks(std::u16string& psText, const CleanOptions& options, bool pbHeaders) {
+    MergeBreaks breaks(psText, options.tolerant);
+    if (pbHeaders) breaks.separateHeaders();
+    breaks.edits().apply(psText);
 }
 
 }  // namespace velmor

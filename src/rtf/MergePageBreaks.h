@@ -17,7 +17,11 @@ inline constexpr std::u16string_view mergePageBreakMarker = u"{\\*\\korvanemerge
 // A marker whose document has "\sect" but no "\page" behind its "\sectd" stays. Tolerant: it is
 // replaced too; absent values are those that RTF sets for a document; and "\sectd" and "\pard\plain"
 // in the break keep the section, list, table and formatting in which the text in front ended from the
-// document, whose own first "\sectd" goes, as it would undo the page. One pass.
-void ApplyMergePageBreaks(std::u16string& psText, const CleanOptions& options);
+// document, whose own first "\sectd" goes, as it would undo the page.
+//
+// Each document keeps its headers and footers (see JoinedHeaders). Where the section in front says how
+// it shows them and the document does not begin with "\sectd", one follows the break, with the page.
+// `pbHeaders` false: no document has any, which saves looking. One pass for the pages, one for these.
+void ApplyMergePageBreaks(std::u16string& psText, const CleanOptions& options, bool pbHeaders = true);
 
 }  // namespace velmor::Module1

@@ -75,6 +75,8 @@ const Duel duels[] = {
       u"\\marglsxn8",
       u"\\lndscpsxn",
       u"\\portrait",
+      u"\\titlepg",
+      u"\\pgbrdrt",
       u"99999999999"},
      [](std::u16string& text) { Module1::ApplyMergePageBreaks(text, {}); },
      [](test::LiteralCleaning& literal) { literal.mergePageBreaks(); }},
@@ -249,13 +251,13 @@ TEST(MergePageBreaks, TakeThePageOfTheDocumentBehindThem) {
     const Case tolerant[] = {
         {M u"\\sectd\\cols2 x\\sect y",
          u"\\sect\\sectd\\pgwsxn12240\\pghsxn15840\\marglsxn1800\\margrsxn1800"
-         u"\\margtsxn1440\\margbsxn1440\\pard\\plain\\cols2 x\\sect y"},
+         u"\\margtsxn1440\\margbsxn1440\\pard\\plain\\uc1\\cols2 x\\sect y"},
         {M u"\\fet0\\sectd \\cols2",
          u"\\sect\\sectd\\pgwsxn12240\\pghsxn15840\\marglsxn1800\\margrsxn1800"
-         u"\\margtsxn1440\\margbsxn1440\\pard\\plain\\fet0\\cols2"},
+         u"\\margtsxn1440\\margbsxn1440\\pard\\plain\\uc1\\fet0\\cols2"},
         {M u"a\\sect\\sectd b",
          u"\\sect\\sectd\\pgwsxn12240\\pghsxn15840\\marglsxn1800\\margrsxn1800"
-         u"\\margtsxn1440\\margbsxn1440\\pard\\plain a\\sect\\sectd b"},
+         u"\\margtsxn1440\\margbsxn1440\\pard\\plain\\uc1a\\sect\\sectd b"},
     };
 #undef M
     check(tolerant, [](std::u16string& text) {

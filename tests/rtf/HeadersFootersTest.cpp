@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
+#include "HeaderDuel.h"
+#include "Seed.h"
 #include "rtf/EmbeddedDocuments.h"
-#include "rtf/JoinedHeaders.h"
 #include "text/Encoding.h"
 
 namespace velmor {
@@ -115,20 +118,20 @@ const Case variants[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Variants, HeadersFooters, testing::ValuesIn(variants));
 
-TEST(JoinedHeaders, AreNotThoseOfTheDocumentInFront) {
-#define M u"{\\*\\korvanemergepagebreak}"
-    const std::u16string first = u"{\\rtf1{\\header a}" M;
-    const std::u16string rest = u" {\\rtf1 b}" M u"{\\rtf1{\\headerr c}}" M u"x" M u"}";
-    const std::u16string none = u"{\\header" NONE u"{\\headerl" NONE u"{\\headerf" NONE;
-    std::u16string text = first + rest;
-    TableCollection tables(u'\uFDD0');
-    CleanOptions options;
-    options.mergeMode = options.tolerant = true;
-    Module1::ExtractEmbeddedDocuments(text, tables, options);
-    Module1::SeparateJoinedHeaders(text, tables, options);
-    tables.expand(text);
-    EXPECT_EQ(toUtf8(text), toUtf8(first + none + rest));
-#undef M
+TEST(JoinedHeaders, ShowWhatEachDocumentShowsAlone) {
+    const unsigned seed = testSeed();
+    std::mt19937 random(seed);
+    for (int round = 0; round < 4000; ++round) {
+        const test::JoinedDuel duel([&](unsigned count) { return random() % count; }, round % 2 == 0);
+        ASSERT_EQ(duel.joined.size(), duel.alone.size()) << toUtf8(duel.before) << " seed " << seed;
+        for (std::size_t i = 0; i < duel.alone.size(); ++i) {
+            ASSERT_EQ(toUtf8(duel.joined[i].shows), toUtf8(duel.alone[i].shows))
+                << toUtf8(duel.alone[i].text) << " of " << toUtf8(duel.before) << " in " << toUtf8(duel.after)
+                << " seed " << seed;
+            ASSERT_EQ(toUtf8(duel.joined[i].text), toUtf8(duel.alone[i].text))
+                << toUtf8(duel.before) << toUtf8(duel.after);
+        }
+    }
 }
 
 TEST(HeadersFootersOf, TwentyThousandDocuments) {
