@@ -83,7 +83,7 @@ private:
             attempt([&] { Module1::ApplySectionMarkers(text_, options_); });
         }
         bool hasMarkers = groups_.has(Group::tableMarker);
-        if (hasMarkers || (options_.tolerant && hasDocuments_)) {
+        if (mayHaveLooseTables(hasMarkers)) {
             attempt([&] { hasMarkers |= Module1::MarkLooseTables(text_, options_, guids_); });
         }
         if (options_.overrunProtection) Module1::ProtectTableRows(text_, options_);
@@ -94,6 +94,11 @@ private:
         trimTrailingSpace();
         if (groups_.has(Group::generator)) Module1::RemoveDuplicateGenerators(text_, options_);
         Module1::CollapseBlankLines(text_, options_);
+    }
+
+    bool mayHaveLooseTables(bool hasMarkers) const {
+        if (hasDocuments_) return hasMarkers || options_.tolerant;
+        return hasMarkers && findText(text_, u"\\nestrow", 0, Comparison::binary) != text_.npos;
     }
 
     void trimTrailingSpace() { text_.resize(text_.find_last_not_of(u' ') + 1); }

@@ -4,6 +4,7 @@
 
 #include "rtf/ControlWord.h"
 #include "rtf/RtfScanner.h"
+#include "rtf/WordBeginnings.h"
 
 namespace velmor {
 
@@ -25,18 +26,12 @@ enum class NestedWord {
 
 namespace nestedWords {
 
-// Whether a word of ours begins with these three letters. Most words are none, and this says so
-// without a branch.
+inline constexpr WordBeginnings beginnings{{u"ann", u"bin", u"cel", u"dpt", u"foo", u"hea", u"int", u"ita", u"nes",
+                                            u"non", u"par", u"row", u"sec", u"shp", u"tro"}};
+
+// False for most of the words that are none of ours.
 inline bool mayMatter(std::u16string_view text, std::size_t backslash) noexcept {
-    if (text.size() - backslash < 4) return false;
-    const auto key = [](const char16_t* units) {
-        return units[0] | std::uint64_t{units[1]} << 16 | std::uint64_t{units[2]} << 32;
-    };
-    const std::uint64_t letters = key(text.data() + backslash + 1);
-    return (letters == key(u"cel")) | (letters == key(u"nes")) | (letters == key(u"row")) | (letters == key(u"tro")) |
-           (letters == key(u"int")) | (letters == key(u"ita")) | (letters == key(u"par")) | (letters == key(u"non")) |
-           (letters == key(u"foo")) | (letters == key(u"hea")) | (letters == key(u"ann")) | (letters == key(u"shp")) |
-           (letters == key(u"dpt")) | (letters == key(u"bin")) | (letters == key(u"sec"));
+    return beginnings.hold(text, backslash);
 }
 
 inline NestedWord classify(std::u16string_view letters) noexcept {

@@ -1,7 +1,6 @@
 #include "rtf/RowDefinition.h"
 
-#include <algorithm>
-#include <initializer_list>
+#include <cstring>
 
 #include "rtf/ControlWord.h"
 #include "rtf/RtfScanner.h"
@@ -9,12 +8,9 @@
 namespace velmor {
 namespace {
 
-enum class Part { ofRow, other, endsRun, endsDefinition };
+using std::string_view_literals::operator""sv;
 
-bool beginsWithOneOf(std::u16string_view letters, std::initializer_list<std::u16string_view> beginnings) noexcept {
-    return std::any_of(beginnings.begin(), beginnings.end(),
-                       [&](std::u16string_view beginning) { return letters.substr(0, beginning.size()) == beginning; });
-}
+enum class Part { ofRow, other, endsRun, endsDefinition };
 
 Part partIf(bool isOfRow) noexcept {
     return isOfRow ? Part::ofRow : Part::other;
@@ -23,27 +19,36 @@ Part partIf(bool isOfRow) noexcept {
 Part classify(std::u16string_view letters) noexcept {
     switch (letters[0]) {
         case u'c':
-            if (letters == u"cell") return Part::endsRun;
-            return partIf(letters.substr(0, 2) == u"cl" || letters == u"cellx");
+            if (letters == u"cell"sv) return Part::endsRun;
+            return partIf(letters.starts_with(u"cl"sv) || letters == u"cellx"sv);
         case u'i':
-            if (letters == u"intbl" || letters == u"itap") return Part::endsRun;
-            return partIf(letters.substr(0, 4) == u"irow");
+            if (letters == u"intbl"sv || letters == u"itap"sv) return Part::endsRun;
+            return partIf(letters.starts_with(u"irow"sv));
         case u'l':
-            return partIf(letters == u"lastrow" || letters == u"ltrrow");
+            return partIf(letters == u"lastrow"sv || letters == u"ltrrow"sv);
         case u'n':
-            if (letters == u"nestcell") return Part::endsRun;
-            return letters == u"nestrow" ? Part::endsDefinition : Part::other;
+            if (letters == u"nestcell"sv) return Part::endsRun;
+            return letters == u"nestrow"sv ? Part::endsDefinition : Part::other;
         case u'p':
-            return letters.substr(0, 3) == u"par" ? Part::endsDefinition : Part::other;
+            return letters.starts_with(u"par"sv) ? Part::endsDefinition : Part::other;
         case u'r':
-            return letters == u"row" ? Part::endsDefinition : partIf(letters == u"rtlrow");
+            return letters == u"row"sv ? Part::endsDefinition : partIf(letters == u"rtlrow"sv);
         case u't':
-            if (letters == u"trowd") return Part::endsDefinition;
-            return partIf(letters == u"ts" ||
-                          beginsWithOneOf(letters, {u"tr", u"tbl", u"tpos", u"tph", u"tpv", u"tdfrm"}));
+            if (letters == u"trowd"sv) return Part::endsDefinition;
+            if (letters.starts_with(u"tr"sv) || letters == u"ts"sv) return Part::ofRow;
+            return partIf(letters.starts_with(u"tbl"sv) || letters.starts_with(u"tpos"sv) ||
+                          letters.starts_with(u"tph"sv) || letters.starts_with(u"tpv"sv) ||
+                          letters.starts_with(u"tdfrm"sv));
         default:
             return Part::other;
     }
+}
+
+// Whether a definition whose words stand at `index` as well would end behind them.
+bool endsDefinitionAt(std::u16string_view text, std::size_t index) noexcept {
+    if (!standsAt(text, index, u"\\"sv)) return false;
+    const std::u16string_view letters = readWord(text, index).letters;
+    return !letters.empty() && classify(letters) == Part::endsDefinition;
 }
 
 }  // namespace
@@ -65,14 +70,25 @@ RowDefinition rowDefinitionAt(std::u16string_view text, std::size_t begin, std::
             break;
         }
         if (part == Part::endsRun) break;
-        if (word.letters == u"cellx") {
+        if (word.letters == u"cellx"sv) {
             ++definition.columns;
             definition.lastColumn = at;
         }
-        at = word.end + standsAt(text, word.end, u" ");
+        at = word.end + standsAt(text, word.end, u" "sv);
         if (part == Part::ofRow) definition.range.end = at;
     }
     return definition;
+}
+
+RowDefinition rowDefinitionLike(std::u16string_view text, std::size_t begin, std::size_t limit,
+                                const RowDefinition& known) noexcept {
+    const std::size_t length = known.range.end - known.range.begin;
+    const std::u16string_view readable = text.substr(0, limit);
+    const bool isSame =
+        begin + length < readable.size() &&
+        std::memcmp(text.data() + begin, text.data() + known.range.begin, length * sizeof(char16_t)) == 0;
+    if (!isSame || !endsDefinitionAt(readable, begin + length)) return rowDefinitionAt(text, begin, limit);
+    return {{begin, begin + length}, known.columns, known.lastColumn - known.range.begin + begin};
 }
 
 }  // namespace velmor

@@ -19,4 +19,8 @@ struct RowDefinition {
 // a paragraph or its text stays in place. Looks no further than `limit`.
 RowDefinition rowDefinitionAt(std::u16string_view text, std::size_t begin, std::size_t limit) noexcept;
 
+// The same, told a definition of the text that may stand here once more: writers repeat it behind the cells.
+RowDefinition rowDefinitionLike(std::u16string_view text, std::size_t begin, std::size_t limit,
+                                const RowDefinition& known) noexcept;
+
 }  // namespace velmor

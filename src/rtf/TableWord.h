@@ -1,8 +1,7 @@
 #pragma once
 
-#include <cstdint>
-
 #include "rtf/RtfScanner.h"
+#include "rtf/WordBeginnings.h"
 
 namespace velmor {
 
@@ -57,19 +56,11 @@ inline TableWord classifyN(std::u16string_view text, std::size_t index) noexcept
     return TableWord::other;
 }
 
-constexpr std::uint64_t fourUnits(const char16_t* units) noexcept {
-    return units[0] | std::uint64_t{units[1]} << 16 | std::uint64_t{units[2]} << 32 | std::uint64_t{units[3]} << 48;
-}
+inline constexpr WordBeginnings beginnings{{u"cel", u"ita", u"kor", u"las", u"nes", u"non", u"par", u"row", u"tro"}};
 
-// Most words are none of ours, and this says so without a branch. True for braces.
+// False for most of the words that are none of ours; true for braces.
 inline bool mayMatter(std::u16string_view text, std::size_t index) noexcept {
-    if (text[index] != u'\\' || text.size() - index < 5) return true;
-    constexpr std::uint64_t three = fourUnits(u"\xFFFF\xFFFF\xFFFF\0");
-    const std::uint64_t letters = fourUnits(text.data() + index + 1);
-    const std::uint64_t first = letters & three;
-    return (first == fourUnits(u"row\0")) | (first == fourUnits(u"par\0")) | (letters == fourUnits(u"cell")) |
-           (letters == fourUnits(u"trow")) | (letters == fourUnits(u"last")) | (letters == fourUnits(u"itap")) |
-           (letters == fourUnits(u"nest")) | (letters == fourUnits(u"none")) | (letters == fourUnits(u"korv"));
+    return text[index] != u'\\' || beginnings.hold(text, index);
 }
 
 inline TableWord classify(std::u16string_view text, std::size_t index) noexcept {
