@@ -11,6 +11,7 @@ enum class ReferenceSweep::Kind : std::uint8_t {
     defaultFont,  // \deff
     plain,
     colour,
+    otherColour,  // of tolerant merging
     paragraphStyle,
     characterStyle,
     sectionStyle,
@@ -39,6 +40,8 @@ const ReferenceSweep::Word ReferenceSweep::words[] = {
     {u"cbpat", Kind::colour},
     {u"clcfpat", Kind::colour},
     {u"clcbpat", Kind::colour},
+    {u"clcfpatraw", Kind::otherColour},
+    {u"clcbpatraw", Kind::otherColour},
     {u"chcfpat", Kind::colour},
     {u"chcbpat", Kind::colour},
     {u"deff", Kind::defaultFont},
@@ -46,22 +49,28 @@ const ReferenceSweep::Word ReferenceSweep::words[] = {
     {u"f", Kind::font},
     {u"highlight", Kind::colour},
     {u"ls", Kind::list},
+    {u"mmathFont", Kind::otherFont},
     {u"pard", Kind::paragraphDefaults},
     {u"plain", Kind::plain},
     {u"pncf", Kind::colour},
+    {u"pnf", Kind::otherFont},
     {u"s", Kind::paragraphStyle},
     {u"stshfdbch", Kind::otherFont},
     {u"stshfloch", Kind::otherFont},
     {u"stshfhich", Kind::otherFont},
     {u"stshfbi", Kind::otherFont},
+    {u"trcfpat", Kind::otherColour},
+    {u"trcbpat", Kind::otherColour},
     {u"ts", Kind::tableStyle},
+    {u"tscellcfpat", Kind::otherColour},
+    {u"tscellcbpat", Kind::otherColour},
     {u"ulc", Kind::colour},
     {u"yts", Kind::tableStyle},
 };
 
 namespace {
 
-constexpr std::size_t longestWord = 9;
+constexpr std::size_t longestWord = 11;
 
 // The words in capitals, in the order in which they are turned back.
 constexpr std::u16string_view colourCapitals[] = {
@@ -106,10 +115,11 @@ void ReferenceSweep::begin(std::u16string_view text, const References& reference
         watch(u'F');
     }
     if (references.fonts != nullptr && tolerant_) {
-        for (const char16_t first : {u'a', u'd', u's', u'p'}) watch(first);
+        for (const char16_t first : {u'a', u'd', u'm', u's', u'p'}) watch(first);
     }
     if (references.colours != nullptr) {
         for (const char16_t first : std::u16string_view(u"acbhupACBHUP")) watch(first);
+        if (tolerant_) watch(u't');
     }
     if (references.styles != nullptr) {
         for (const char16_t first : std::u16string_view(u"scdty")) watch(first);
@@ -181,6 +191,9 @@ void ReferenceSweep::takeNumber(const ControlWord& found, Kind kind, std::u16str
             return replacePlainly(found, letters, references_.fonts);
         case Kind::colour:
             return replacePlainly(found, letters, references_.colours);
+        case Kind::otherColour:
+            if (tolerant_) replacePlainly(found, letters, references_.colours);
+            return;
         case Kind::otherFont:
         case Kind::defaultFont:
             if (tolerant_) replacePlainly(found, letters, references_.fonts);

@@ -87,7 +87,7 @@ TEST(MergeColours, RenumbersTheHostsColours) {
         {"to the first line break", false, u"{\\colortbl;\\red1;\r\n\\red1;\\red1;}", u"{\\colortbl;\\red1;}",
          u"\\cf2 x\\cf3 y", u"\\cf2 x\\cf3 y"},
         {"across line breaks", true, u"{\\colortbl;\\red1;\r\n\\red1;\r\n\\red2;\r\n}", u"{\\colortbl;\\red1;\\red2;}",
-         u"\\cf2 x\\cf3 y", u"\\cf1 x\\cf2 y"},
+         u"\\cf2 x\\clcbpatraw3 y", u"\\cf1 x\\clcbpatraw2 y"},
         {"a blank in front", false, u"{\\colortbl ;\\red1;}", u"{\\colortbl;\\red1;}", u"\\cf1 x", u"\\cf1 x"},
         {"without the automatic colour", false, u"{\\colortbl\r\n\\red7;\\red8;}", u"{\\colortbl;\\red7;\\red8;}",
          u"\\cf0 x\\cf1 y", u"\\cf1 x\\cf2 y"},
@@ -122,14 +122,14 @@ TEST(MergeTables, TolerantMergingKeepsDefaultsAndCharacterSets) {
     EXPECT_EQ(narrow(merged(
                   u"{\\rtf1\\deff3{\\*\\x\\bin21 {\\fonttbl;{\\colortbl;}{\\fonttbl{\\f3 Host;}}\\plain\\f3;\\f3\\f3 a"
                   u"{\\rtf1\\ansi\\deff1{\\fonttbl{\\f0\\fcharset0 X;}{\\f1\\fcharset2 X;}}"
-                  u"\\plain b\\plain\\b\\f0\\af1\n{\\plain\\f1}{\\bin6 \\f1\\f1\\f1}}"
+                  u"\\plain b\\plain\\b\\f0\\af1\\pnf1\n{\\plain\\f1}{\\bin6 \\f1\\f1\\f1}}"
                   u"{\\rtf1{\\fonttbl{\\f0 Y;}}c}}",
                   true)),
               narrow(u"{\\rtf1" + defaultColours +
                      u"\\deff0{\\*\\x\\bin21 {\\fonttbl;{\\colortbl;}{\\fonttbl\r\n{\\f0 Host;}\r\n{\\f1\\fcharset0 "
                      u"X;}\r\n{\\f2\\fcharset2 X;}\r\n{\\f3 Y;}}"
                      u"\\plain\\f0;\\f0\\f0 a"
-                     u"{\\rtf1\\ansi\\f2\\plain\\f2 b\\plain\\b\\f1\\af2\n{\\plain\\f2}{\\bin6 \\f1\\f1\\f2}}"
+                     u"{\\rtf1\\ansi\\f2\\plain\\f2 b\\plain\\b\\f1\\af2\\pnf2\n{\\plain\\f2}{\\bin6 \\f1\\f1\\f2}}"
                      u"{\\rtf1\\f3c}}"));
 }
 
