@@ -26,13 +26,18 @@ std::optional<std::int32_t> parse(std::u16string_view digits) {
 
 bool FreshNumbers::take(std::u16string_view number) {
     const std::optional<std::int32_t> value = parse(number);
-    return value && taken_.insert(*value).second;
+    return value && taken_.emplace(*value, false).second;
 }
 
 std::int32_t FreshNumbers::next() {
-    while (!taken_.insert(++last_).second) {
+    while (!taken_.emplace(++last_, true).second) {
     }
     return last_;
+}
+
+bool FreshNumbers::reserve(std::u16string_view number) {
+    const std::optional<std::int32_t> value = parse(number);
+    return !value || !taken_.emplace(*value, false).first->second;
 }
 
 }  // namespace velmor

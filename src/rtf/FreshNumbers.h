@@ -2,7 +2,7 @@
 
 #include <cstdint>
 #include <string_view>
-#include <unordered_set>
+#include <unordered_map>
 
 namespace velmor {
 
@@ -14,8 +14,11 @@ public:
 
     std::int32_t next();
 
+    // Takes a number that documents may refer to in common. False when next() has handed it out.
+    bool reserve(std::u16string_view number);
+
 private:
-    std::unordered_set<std::int32_t> taken_;
+    std::unordered_map<std::int32_t, bool> taken_;  // whether next() handed it out
     std::int32_t last_ = 0;
 };
 

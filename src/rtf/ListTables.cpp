@@ -95,7 +95,7 @@ void ListTables::addLists(std::u16string_view table) {
 // Bullets that are pictures are counted through all documents.
 void ListTables::renumberPictures(std::u16string_view entry, const EntryItems& level, TextEdits& edits) const {
     if (firstPicture_ == 0) return;
-    for (RtfScanner words(entry, level.begin(), level.end()); words.next();) {
+    for (RtfScanner words(entry, level.begin(), level.end()); words.nextWord();) {
         if (!wordStandsAt(entry, words.position(), u"\\levelpicture")) continue;
         const ControlWord word = readWord(entry, words.position());
         if (word.number.empty() || word.number.size() > 5 || word.number[0] == u'-') continue;
@@ -153,6 +153,7 @@ void ListTables::addOverride(std::u16string_view entry, std::u16string_view numb
     std::u16string text(entry);
     TextEdits edits;
     for (EntryItems items(entry, tolerant_); items.next();) {
+        if (items.kind() == EntryItems::Kind::group) renumberPictures(entry, items, edits);
         if (items.kind() != EntryItems::Kind::word) continue;
         const ControlWord& word = items.word();
         if (word.letters == u"listid") {
@@ -176,8 +177,9 @@ std::u16string ListTables::listTable() const {
 std::int32_t ListTables::numberOf(std::u16string_view override) {
     const std::int32_t number = overridesOfDocument_.find(override);
     if (number != NumberMap::none || override == u"0") return number;
-    if (host_) overrideNumbers_.take(override);  // so that it does not come to mean another document's list
-    return host_ || !hasTables_ ? NumberMap::none : 0;
+    // Must not come to mean another document's list.
+    const bool staysFree = (host_ || !hasTables_) && overrideNumbers_.reserve(override);
+    return staysFree ? NumberMap::none : 0;
 }
 
 }  // namespace velmor

@@ -173,8 +173,8 @@ void TableMerge::readTables(std::u16string_view text, bool host) {
     styles_.beginDocument(host);
     lists_.beginDocument(host);
     mergeStylesAndLists(text);
-    if (host || tables_.styles) references_.styles = &styles_;
-    if (host || tables_.lists || tables_.overrides) references_.lists = &lists_;
+    references_.styles = &styles_;
+    references_.lists = &lists_;
     references_.defaultStyle = styles_.defaultStyle();
 }
 
@@ -183,10 +183,10 @@ void TableMerge::mergeStylesAndLists(std::u16string_view text) {
     References references = references_;
     if (tables_.lists) lists_.readLists(part(text, *tables_.lists));
     if (tables_.overrides) lists_.readOverrides(part(text, *tables_.overrides));
-    references.lists = tables_.lists || tables_.overrides ? &lists_ : nullptr;
+    references.lists = &lists_;
     if (tables_.styles) styles_.add(swept(text, *tables_.styles, references));
     references.lists = nullptr;
-    references.styles = tables_.styles ? &styles_ : nullptr;
+    references.styles = &styles_;
     if (tables_.lists) lists_.addLists(swept(text, *tables_.lists, references));
     if (tables_.overrides) lists_.addOverrides(swept(text, *tables_.overrides, references));
 }

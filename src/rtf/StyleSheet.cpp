@@ -52,6 +52,10 @@ void StyleSheet::beginDocument(bool host) {
     for (NumberMap& places : places_) places.clear();
 }
 
+std::u16string_view StyleSheet::nameIn(const Style& style) {
+    return style.entry.substr(style.nameBegin, style.nameEnd - style.nameBegin);
+}
+
 void StyleSheet::noteWord(Style& style, const EntryItems& items) const {
     const ControlWord& word = items.word();
     const Reference reference{word.numberBegin(), word.number};
@@ -83,11 +87,14 @@ StyleSheet::Style StyleSheet::read(std::u16string_view entry) const {
         const bool isWord = items.kind() == EntryItems::Kind::word;
         const bool isName = items.kind() == EntryItems::Kind::text || (isWord && items.word().letters == u"u");
         if (isWord && !isName) noteWord(style, items);
-        if (items.kind() == EntryItems::Kind::group) style.look += items.text();
+        if (items.kind() == EntryItems::Kind::group) {
+            style.look += items.text();
+            if (!trimmed(nameIn(style)).empty()) continue;
+        }
         if (!isName) style.nameBegin = items.end();
         style.nameEnd = items.end();
     }
-    std::u16string_view name = entry.substr(style.nameBegin, style.nameEnd - style.nameBegin);
+    std::u16string_view name = nameIn(style);
     name = name.substr(0, name.find(u','));
     style.nameEnd = style.nameBegin + name.size();
     style.name = folded(trimmed(name));
@@ -187,8 +194,9 @@ void StyleSheet::settle(Style& style) {
 void StyleSheet::claimName(Style& style) {
     const auto [known, isFree] = lastOfName_.emplace(style.name, 1);
     if (isFree || host_) return;
+    std::int32_t& last = known->second;  // outlives the iterator
     do {
-        style.suffix = u" (" + decimal(++known->second) + u")";
+        style.suffix = u" (" + decimal(++last) + u")";
     } while (!lastOfName_.emplace(style.name + style.suffix, 1).second);
 }
 
@@ -223,11 +231,10 @@ void StyleSheet::append(const Style& style) {
 
 std::int32_t StyleSheet::numberOf(StyleKind kind, std::u16string_view number) {
     if (const Style* style = styleOf({0, number}, kind)) return style->newNumber;
-    if (host_) {
-        fresh_.take(number);  // so that it does not come to mean another document's style
-        return NumberMap::none;
-    }
-    return hasSheet_ && number != u"0" ? noStyle : NumberMap::none;
+    if (number == u"0") return NumberMap::none;
+    // Must not come to mean another document's style.
+    const bool staysFree = (host_ || !hasSheet_) && fresh_.reserve(number);
+    return staysFree ? NumberMap::none : noStyle;
 }
 
 std::int32_t StyleSheet::defaultStyle() const {

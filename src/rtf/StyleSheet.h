@@ -62,6 +62,7 @@ private:
 
     void noteWord(Style& style, const EntryItems& items) const;
     Style read(std::u16string_view entry) const;
+    static std::u16string_view nameIn(const Style& style);
     void findNumbers();
     void settleFromBase(std::size_t index);
     void settle(Style& style);

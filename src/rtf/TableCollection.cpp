@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "rtf/TextEdits.h"
 #include "text/Compare.h"
 #include "text/privStrCat.h"
 
@@ -80,18 +81,23 @@ TableCollection::Placeholder TableCollection::placeholderAt(std::u16string_view 
     return {end, number - tableCount};
 }
 
-// Writes the host, which lies at `from`, and all that is in it.
-template <typename Write>
-void TableCollection::writeExpanded(std::u16string_view from, Write write) {
+// Writes the host, which lies at `from`, and all that is in it. A blank keeps apart what an entry that
+// holds nothing stood between.
+template <typename Write, typename Written>
+void TableCollection::writeExpanded(std::u16string_view from, Write write, Written written) {
     constexpr std::size_t host = static_cast<std::size_t>(-1);
     std::vector<bool> open(tableCount + documents_.size());
     std::vector<Reading> readings{{from, host}};
+    bool apart = false;
     while (!readings.empty()) {
         Reading& reading = readings.back();
         const std::size_t found = findText(reading.text, {&mark_, 1}, 0, Comparison::binary);
         const std::size_t end = std::min(found, reading.text.size());
-        write(reading.text.substr(0, end));
-        reading.text.remove_prefix(end);
+        if (end != 0) {
+            if (std::exchange(apart, false) && wordTakesIn(written(), reading.text[0])) write(u" ");
+            write(reading.text.substr(0, end));
+            reading.text.remove_prefix(end);
+        }
         if (reading.text.empty()) {
             if (reading.number != host) open[reading.number] = false;
             readings.pop_back();
@@ -100,6 +106,7 @@ void TableCollection::writeExpanded(std::u16string_view from, Write write) {
         const std::size_t number = takePlaceholder(reading.text, mark_);
         const std::u16string* const text = entry(number);
         if (text == nullptr || open[number]) continue;
+        apart = apart || text->empty();
         open[number] = true;
         readings.push_back({*text, number});
     }
@@ -115,10 +122,11 @@ void TableCollection::expand(std::u16string& psText) {
     } else {
         std::u16string result;
         result.reserve(std::min(length + added, privStrCat::maximumLength));
-        writeExpanded(psText, [&](std::u16string_view part) {
+        const auto write = [&](std::u16string_view part) {
             if (part.size() > privStrCat::maximumLength - result.size()) throw std::length_error("TableCollection");
             result.append(part);
-        });
+        };
+        writeExpanded(psText, write, [&] { return std::u16string_view(result); });
         psText = std::move(result);
     }
     documents_.clear();
@@ -133,9 +141,11 @@ void TableCollection::expandInPlace(std::u16string& psText, std::size_t added) {
     psText.resize(length + added);
     Traits::move(psText.data() + added, psText.data(), length);
     char16_t* target = psText.data();
-    writeExpanded({psText.data() + added, length}, [&](std::u16string_view part) {
+    const auto write = [&](std::u16string_view part) {
         target = Traits::move(target, part.data(), part.size()) + part.size();
-    });
+    };
+    writeExpanded({psText.data() + added, length}, write,
+                  [&] { return std::u16string_view(psText.data(), static_cast<std::size_t>(target - psText.data())); });
     psText.resize(static_cast<std::size_t>(target - psText.data()));
 }
 

@@ -69,8 +69,8 @@ private:
     std::u16string placeholderOf(std::size_t number) const;
     std::u16string* entry(std::size_t number) noexcept;
     bool usesEachOnce(std::u16string_view text) const;
-    template <typename Write>
-    void writeExpanded(std::u16string_view from, Write write);
+    template <typename Write, typename Written>
+    void writeExpanded(std::u16string_view from, Write write, Written written);
     void expandInPlace(std::u16string& psText, std::size_t added);
 
     char16_t mark_;

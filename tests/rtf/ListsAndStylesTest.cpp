@@ -23,6 +23,9 @@ struct MergeCase {
 
 const MergeCase styleCases[] = {
     {"nothing collected", u"\\s1 x@", u"\\s2 y", u"\\s1 x@", u"\\s2 y"},
+    {"an empty table", u"\\ansi{\\stylesheet}{\\*\\listtable}Text@", u"y", u"\\ansi Text@", u"y"},
+    {"a name in front of a group", u"{\\stylesheet{\\s1\\b A;}}@", u"{\\stylesheet{\\s1\\i A{\\*\\keycode x};}}",
+     u"{\\stylesheet\r\n{\\s1\\b A;}\r\n{\\s0 Normal;}\r\n{\\s2\\i A (2){\\*\\keycode x};}}@", u""},
     {"the host's alone keep their numbers", u"{\\stylesheet{Normal;}\n{\\s7 Seven;}}\\s7 x@", u"\\s7 y",
      u"{\\stylesheet\r\n{Normal;}\r\n{\\s7 Seven;}}\\s7 x@", u"\\s7 y"},
     {"equal in name and definition", u"{\\stylesheet{\\s0 Normal;}{\\s4\\b\\sbasedon0\\snext4 Head;}}@",
@@ -88,10 +91,12 @@ const MergeCase listCases[] = {
      u"\\ls1\\ls2\\f0 x"},
     {"bullets that are pictures",
      u"{\\*\\listtable{\\*\\listpicture{\\pict a}}{\\list{\\listlevel\\levelpicture0}\\listid5}}@",
-     u"{\\*\\listtable{\\*\\listpicture{\\pict b}{\\pict c}}{\\list{\\listlevel\\levelpicture1}\\listid5}}",
+     u"{\\*\\listtable{\\*\\listpicture{\\pict b}{\\pict c}}{\\list{\\listlevel\\levelpicture1}\\listid5}}"
+     u"{\\*\\listoverridetable{\\listoverride\\ls1{\\lfolevel{\\listlevel\\levelpicture0}}}}",
      u"{\\*\\listtable\r\n{\\*\\listpicture{\\pict a}{\\pict b}{\\pict "
      u"c}}\r\n{\\list{\\listlevel\\levelpicture0}\\listid5}\r\n"
-     u"{\\list{\\listlevel\\levelpicture2}\\listid1}}@",
+     u"{\\list{\\listlevel\\levelpicture2}\\listid1}}"
+     u"{\\*\\listoverridetable\r\n{\\listoverride\\ls1{\\lfolevel{\\listlevel\\levelpicture1}}}}@",
      u""},
 };
 
@@ -116,11 +121,22 @@ TEST(ListsAndStyles, ListsKeepTheirNumbering) {
     for (const MergeCase& c : listCases) check(c);
 }
 
-TEST(ListsAndStyles, AStyleThatWasRenamedIsSharedAgain) {
-    const std::u16string lifted = u"{\\rtf1{\\stylesheet{\\s0 Normal;}{\\s1\\i A;}}\\s1 x}";
-    EXPECT_EQ(narrow(merged(u"{\\rtf1{\\stylesheet{\\s0 Normal;}{\\s1\\b A;}}" + lifted + lifted + u"}")),
-              narrow(header + u"{\\stylesheet\r\n{\\s0 Normal;}\r\n{\\s1\\b A;}\r\n{\\s2\\i A (2);}}"
-                              u"{\\rtf1\\s2 x}{\\rtf1\\s2 x}}"));
+// A style that was renamed is shared again; what a document without tables refers to stays free, or
+// becomes nothing where another document has it already.
+TEST(ListsAndStyles, DocumentsKnowTheHostAlone) {
+    const std::u16string bare = u"{\\rtf1\\s1\\s2\\ls1 x}";
+    const std::u16string lifted =
+        u"{\\rtf1{\\stylesheet{\\s0 Normal;}{\\s1\\i A;}}{\\*\\listoverridetable{\\listoverride\\ls1}}\\s1\\ls1 x}";
+    EXPECT_EQ(
+        narrow(merged(u"{\\rtf1{\\stylesheet{\\s0 Normal;}{\\s1\\b A;}}" + lifted + lifted + bare + u"}")),
+        narrow(header + u"{\\stylesheet\r\n{\\s0 Normal;}\r\n{\\s1\\b A;}\r\n{\\s2\\i A (2);}}{\\*\\listoverridetable"
+                        u"\r\n{\\listoverride\\ls1}\r\n{\\listoverride\\ls2}}{\\rtf1\\s2\\ls1 x}{\\rtf1\\s2\\ls2 x}"
+                        u"{\\rtf1\\s1\\s222\\ls0 x}}"));
+    EXPECT_EQ(
+        narrow(merged(u"{\\rtf1" + bare + lifted + u"}")),
+        narrow(header +
+               u"{\\stylesheet\r\n{\\s0 Normal;}\r\n{\\s3\\i A;}}{\\*\\listoverridetable\r\n{\\listoverride\\ls2}}" +
+               bare + u"{\\rtf1\\s3\\ls2 x}}"));
 }
 
 }  // namespace
