@@ -1,12 +1,10 @@
-// The catalogue of handlers: what is registered, and what handlers say of their commands.
+// The catalogue of handlers, called by name: what is registered, and what handlers say of their commands.
 
 #include <gtest/gtest.h>
 
-#include "automation/Convert.h"
 #include "handlers/ITag4.h"
 #include "handlers/kvTagInfo.h"
-#include "platform/MemoryServices.h"
-#include "properties/privProperties.h"
+#include "properties/Describe.h"
 #include "text/Error.h"
 
 namespace velmor {
@@ -16,212 +14,163 @@ using automation::InvokeKind;
 using automation::ObjectRef;
 using automation::Variant;
 
-class HostDatabase final : public automation::Object {
-public:
-    explicit HostDatabase(std::u16string typeName) : typeName_(std::move(typeName)) {}
-    Variant invoke(std::u16string_view, InvokeKind, std::span<Variant>) override { return {}; }
-    std::u16string typeName() const override { return typeName_; }
-
-private:
-    std::u16string typeName_;
-};
-
-// Answers a question with the member and its arguments as text; the name ERRS raises instead.
+// Answers a question with the member and its arguments as text; the command ERRS raises instead.
 class TalkingHandler final : public automation::Object {
 public:
-    explicit TalkingHandler(std::int32_t level) : level_(level) {}
-
+    explicit TalkingHandler(std::int32_t level, std::u16string type = u"H") : level_(level), type_(std::move(type)) {}
     Variant invoke(std::u16string_view name, InvokeKind, std::span<Variant> arguments) override {
         if (name == u"Interface") return level_;
-        std::u16string text(name);
-        for (const Variant& argument : arguments) {
-            text += u'|';
-            text += argument.isObject() ? automation::typeNameOf(argument) : *automation::toText(argument);
-        }
-        if (text.find(u"ERRS") != std::u16string::npos) throw Error(5, u"Test", u"refused");
-        if (text.find(u"NULL") != std::u16string::npos) return automation::Null();
-        return text;
+        std::string text = toUtf8(name);
+        for (const Variant& argument : arguments) text += "|" + describe(argument);
+        if (text.find("ERRS") != text.npos) throw Error(5, u"Test", u"refused");
+        if (text.find("NULL") != text.npos) return automation::Null();
+        return fromUtf8(text);
     }
-    std::u16string typeName() const override { return u"TalkingHandler"; }
+    std::u16string typeName() const override { return type_; }
 
 private:
     std::int32_t level_;
+    std::u16string type_;
 };
 
 class TagInfo : public testing::Test {
 protected:
-    void add(std::u16string_view key, std::u16string_view name, std::int32_t level) {
-        const std::u16string className = std::u16string(u"Test.").append(name);
+    void add(std::u16string_view key, std::u16string_view name, std::u16string_view className) {
         services.registry.set(key, name, className);
+        const std::int32_t level = className.back() - u'0';
         services.objects.add(className, [level] { return std::make_shared<TalkingHandler>(level); });
     }
-    void hide(std::u16string_view key, std::u16string_view name, std::u16string_view value) {
-        services.registry.set(std::u16string(key) + u'\\' + std::u16string(name), u"Hide", value);
-    }
-    std::u16string names(const PropertiesRef& list) {
-        std::u16string text;
-        for (std::int32_t i = 1; i <= list->Count(); ++i) {
-            text += std::u16string(list->Item(i)->Name()) + u'=' + list->Item(i)->ValueStr() + u' ';
-        }
-        return text;
+    void hide(const std::u16string& key, std::u16string_view value) { services.registry.set(key, u"Hide", value); }
+    // A collection as its entries, all else as its text.
+    std::string ask(std::u16string_view member, std::vector<Variant> arguments = {}) {
+        const Variant answer = info.invoke(member, InvokeKind::method, arguments);
+        if (const auto list = std::dynamic_pointer_cast<privProperties>(answer.object())) return describe(*list);
+        return toUtf8(*automation::toText(answer));
     }
 
-    const std::u16string handlers{kHandlersKey};
-    const std::u16string letters = std::u16string(kSubHandlersKey) + u"\\LETTERS";
+    const std::u16string handlers{kHandlersKey}, groups{kSubHandlersKey};
     platform::MemoryServices services;
     kvTagInfo info{services};
 };
 
 TEST_F(TagInfo, KnowsTheBuiltInHandler) {
-    EXPECT_EQ(info.CommandList(u"tag"), u"SETPROPERTY:INCLUDE:SETPATH:PROPERTY:");
-    EXPECT_EQ(info.ParameterList(u"TAG", u"setproperty:name=value"), u"PREPROCESS:");
-    EXPECT_EQ(info.ParameterList(u"TAG", u"INCLUDE=file"), u"");
-    EXPECT_EQ(info.CommandSyntax(u"TAG", u"setProperty"), u"TAG>SETPROPERTY:name=value:[PREPROCESS=(true):]");
-    EXPECT_EQ(info.CommandSyntax(u"TAG", u"INCLUDE=file"), u"TAG>INCLUDE=[path\\]includefile:");
-    EXPECT_EQ(info.CommandSyntax(u"TAG", u"SETPATH"), u"TAG>SETPATH=path:");
-    EXPECT_EQ(info.CommandSyntax(u"TAG", u"PROPERTY"), u"TAG>PROPERTY:name=default:");
-    EXPECT_EQ(info.CommandSyntax(u"TAG", u"PRIVVAR"), u"");
-    EXPECT_EQ(info.CommandDescription(u"TAG", u"INCLUDE"), u"");
-    EXPECT_EQ(info.ParameterValueList(u"TAG", u"SETPROPERTY", u"PREPROCESS"), u"");
+    const struct {
+        const char16_t* member;
+        std::vector<Variant> arguments;
+        const char* answer;
+    } cases[] = {
+        {u"CommandList", {u"tag"}, "SETPROPERTY:INCLUDE:SETPATH:PROPERTY:"},
+        {u"ParameterList", {u"TAG", u"setproperty:name=value"}, "PREPROCESS:"},
+        {u"ParameterList", {u"TAG", u"INCLUDE=file"}, ""},
+        {u"CommandSyntax", {u"TAG", u"setProperty"}, "TAG>SETPROPERTY:name=value:[PREPROCESS=(true):]"},
+        {u"CommandSyntax", {u"TAG", u"INCLUDE=a:"}, "TAG>INCLUDE=[path\\]includefile:"},
+        {u"CommandSyntax", {u"TAG", u"SETPATH"}, "TAG>SETPATH=path:"},
+        {u"CommandSyntax", {u"TAG", u"PROPERTY"}, "TAG>PROPERTY:name=default:"},
+        {u"CommandSyntax", {u"TAG", u"PRIVVAR"}, ""},
+        {u"CommandDescription", {u"TAG", u"INCLUDE"}, ""},
+        {u"ParameterValueList", {u"TAG", u"SETPROPERTY", u"PREPROCESS"}, ""},
+    };
+    for (const auto& one : cases) EXPECT_EQ(ask(one.member, one.arguments), one.answer) << &one - cases;
     EXPECT_EQ(services.registry.reads, 0u);
 }
 
 TEST_F(TagInfo, AsksHandlersAsTheirLevelAllows) {
-    const struct {
-        std::int32_t level;
-        std::u16string commands, parameters, syntax, description, values;
-    } cases[] = {
-        {1, u"", u"", u"", u"", u""},
-        {2, u"CommandList|H", u"ParameterList|C|H", u"SyntaxString|C|H", u"CommandDescription|C|H", u""},
-        {4, u"CommandList|H|kvDatabase", u"ParameterList|C|H|kvDatabase", u"SyntaxString|C|H|kvDatabase",
-         u"CommandDescription|C|H|kvDatabase", u"ParameterValueList|C|p|H|kvDatabase"},
-    };
-    info.Database(std::make_shared<HostDatabase>(u"kvDatabase"));
-    for (const auto& one : cases) {
-        add(handlers, u"H", one.level);
-        EXPECT_EQ(info.CommandList(u"h"), one.commands) << one.level;
-        EXPECT_EQ(info.ParameterList(u"H", u"c=1:x"), one.parameters) << one.level;
-        EXPECT_EQ(info.CommandSyntax(u"H", u"c:x=1"), one.syntax) << one.level;
-        EXPECT_EQ(info.CommandDescription(u"H", u"c"), one.description) << one.level;
-        EXPECT_EQ(info.ParameterValueList(u"H", u"c=1", u"p"), one.values) << one.level;
-    }
-    // A sub-handler is told its name without the group.
-    add(letters, u"S", 3);
-    EXPECT_EQ(info.CommandList(u"Letters-s"), u"CommandList|S");
-    EXPECT_EQ(info.CommandList(u"S"), u"");
-}
-
-TEST_F(TagInfo, TellsWhatIsRegisteredAndAvailable) {
-    add(handlers, u"H", 3);
-    add(letters, u"S", 3);
-    services.registry.set(handlers, u"GONE", u"Test.Gone");
-    services.registry.set(handlers, u"EMPTY", u"");
-    const auto refuse = [&](std::u16string_view name, std::u16string_view className) {
-        services.registry.set(handlers, name, className);
-        services.objects.add(className, [] { return std::make_shared<TalkingHandler>(5); });
-    };
-    refuse(u"BRACED", u"{00020905-0000-0000-C000-000000000046}");
-    refuse(u"MONIKER", u"script:http://example.org/x.sct");
-    const struct {
-        const char16_t* name;
-        bool registered, available;
-    } cases[] = {
-        {u"h", true, true},      {u"H>COMMAND:a-b=1:", true, true},
-        {u"gone", true, false},  {u"EMPTY", false, false},
-        {u"NONE", false, false}, {u"letters-S>X", true, true},
-        {u"S", false, false},    {u"LETTERS", false, false},
-        {u"", false, false},     {u"TAG", false, false},
-        {u"-", false, false},    {u"BRACED", true, false},
-        {u"-H", false, false},   {u"MONIKER", true, false},
-    };
-    for (const auto& one : cases) {
-        EXPECT_EQ(info.TagRegistered(one.name), one.registered) << testing::PrintToString(one.name);
-        EXPECT_EQ(info.TagAvailable(one.name), one.available) << testing::PrintToString(one.name);
-        EXPECT_EQ(info.CommandList(one.name).empty(), !one.available && one.name != std::u16string(u"TAG"));
-    }
-}
-
-TEST_F(TagInfo, ListsHandlers) {
-    for (const auto* name : {u"B", u"A", u"Hidden"})
-        services.registry.set(handlers, name, u"Test." + std::u16string(name));
-    hide(handlers, u"hidden", u"1");
-    hide(handlers, u"A", u"0");
-    services.registry.set(letters, u"S", u"Test.S");
-    services.registry.set(letters, u"Quiet", u"Test.Q");
-    hide(letters, u"Quiet", u"yes");
-    services.registry.addKey(std::u16string(kSubHandlersKey) + u"\\REPORTS");
-
-    EXPECT_EQ(info.HandlerListString(), u"B:A:Hidden:TAG:");
-    EXPECT_EQ(info.HandlerListFilteredString(), u"B:A:TAG:");
-    EXPECT_EQ(info.HandlerListString2(u"letters"), u"S:");
-    EXPECT_EQ(info.HandlerListString2(u"LETTERS", false), u"S:Quiet:");
-    EXPECT_EQ(info.HandlerListString2(u"NONE"), u"");
-    EXPECT_EQ(names(info.HandlerList()), u"B=Test.B A=Test.A Hidden=Test.Hidden TAG= ");
-    EXPECT_EQ(names(info.HandlerListFiltered()), u"B=Test.B A=Test.A TAG= ");
-    EXPECT_EQ(names(info.HandlerList2({}, true, true)), u"B=Test.B A=Test.A LETTERS= REPORTS= TAG= ");
-    hide(handlers, u"TAG", u"1");
-    EXPECT_EQ(info.HandlerListFilteredString(), u"B:A:");
-}
-
-TEST_F(TagInfo, StandsAnyRegistry) {
-    EXPECT_EQ(info.HandlerListString(), u"TAG:");
-    EXPECT_EQ(names(info.HandlerList2({}, true, true)), u"TAG= ");
-
-    const std::u16string huge(64'000, u'N');
-    const std::u16string lines = u"CR\r\nLF";
-    services.registry.set(handlers, u"", u"Test.Default");
-    services.registry.set(handlers, huge, u"");
-    services.registry.set(handlers, lines, std::u16string(64'000, u'c'));
-    services.registry.set(handlers, u"tag", u"Test.NeverAsked");
-    EXPECT_EQ(info.HandlerListString(), huge + u":CR\r\nLF:tag:");
-    EXPECT_EQ(info.HandlerList()->GetValueStr(u"TAG", u"missing"), u"");
-    EXPECT_TRUE(info.TagRegistered(lines));
-    EXPECT_FALSE(info.TagAvailable(lines));
-    EXPECT_FALSE(info.TagRegistered(huge));
-    EXPECT_EQ(info.CommandList(huge), u"");
-    EXPECT_EQ(info.CommandSyntax(lines, huge), u"");
-}
-
-TEST_F(TagInfo, SwallowsWhatHandlersRaise) {
-    add(handlers, u"H", 5);
-    EXPECT_EQ(info.CommandSyntax(u"H", u"errs"), u"");
-    EXPECT_EQ(info.CommandSyntax(u"H", u"null"), u"");
-    EXPECT_EQ(info.CommandSyntax(u"H", u"fine"), u"SyntaxString|FINE|H|Nothing");
-}
-
-TEST_F(TagInfo, TakesOnlyTheDatabaseOfTheHost) {
-    const ObjectRef database = std::make_shared<HostDatabase>(u"kvDatabase");
+    const ObjectRef database = std::make_shared<TalkingHandler>(0, u"kvDatabase");
     info.Database(database);
-    for (const ObjectRef& other : {ObjectRef(), ObjectRef(std::make_shared<HostDatabase>(u"Recordset"))}) {
+    for (const ObjectRef& other : {ObjectRef(), ObjectRef(std::make_shared<TalkingHandler>(0, u"Recordset"))}) {
         try {
             Variant value[] = {Variant(other)};
             info.invoke(u"Database", InvokeKind::set, value);
             ADD_FAILURE() << "taken";
         } catch (const Error& error) {
-            EXPECT_EQ(error.number(), 13);
-            EXPECT_EQ(error.description(), u"Type Mismatch");
+            EXPECT_EQ(toUtf8(error.description()) + std::to_string(error.number()), "Type Mismatch13");
         }
     }
-    EXPECT_EQ(info.Database(), database);
+    const std::string lists[] = {"", "|String H", "|String H", "|String H|kvDatabase", "|String H|kvDatabase"};
+    for (int level = 1; level <= 5; ++level) {
+        add(handlers, u"H", u"Test.H" + std::u16string(1, static_cast<char16_t>(u'0' + level)));
+        const auto said = [&](std::string text) { return level > 1 ? text + lists[level - 1] : ""; };
+        EXPECT_EQ(ask(u"CommandList", {u"h"}), said("CommandList"));
+        EXPECT_EQ(ask(u"ParameterList", {u"H"}), said("ParameterList|String "));
+        EXPECT_EQ(ask(u"ParameterList", {u"H", u"c=1:x"}), said("ParameterList|String C"));
+        EXPECT_EQ(ask(u"CommandSyntax", {u"H", u"c:x=1"}), said("SyntaxString|String C"));
+        EXPECT_EQ(ask(u"CommandDescription", {u"H", u"c"}), said("CommandDescription|String C"));
+        EXPECT_EQ(ask(u"ParameterValueList", {u"H", u"c=1", u"p"}),
+                  level > 3 ? said("ParameterValueList|String C|String p") : "");
+        for (const auto* refused : {u"errs", u"null"}) EXPECT_EQ(ask(u"CommandSyntax", {u"H", refused}), "");
+    }
 }
 
-TEST_F(TagInfo, AnswersByName) {
-    add(handlers, u"H", 4);
-    const auto call = [&](std::u16string_view member, std::vector<Variant> arguments) {
-        return *automation::toText(info.invoke(member, InvokeKind::method, arguments));
+TEST_F(TagInfo, TellsWhatIsRegisteredAndAvailable) {
+    add(handlers, u"H", u"Test.H4");
+    for (const auto* name : {u"S", u"S-1"}) add(groups + u"\\LETTERS", name, u"Test.S3");
+    services.registry.set(handlers, u"GONE", u"Test.Gone");
+    services.registry.set(handlers, u"EMPTY", u"");
+    add(handlers, u"BRACED", u"{00020905-0000-0000-C000-000000000046}");
+    add(handlers, u"MONIKER", u"script:http://example.org/x.sct");
+    const struct {
+        const char16_t* name;
+        const char *registered, *available, *commands;
+    } cases[] = {
+        {u"h", "True", "True", "CommandList|String H|Nothing"},
+        {u"H>COMMAND:a-b=1:", "True", "True", "CommandList|String H|Nothing"},
+        {u"letters-S>X", "True", "True", "CommandList|String S"},
+        {u"letters-S-1", "True", "True", "CommandList|String S-1"},
+        {u"letters-TAG", "False", "False", ""},
+        {u"TAG", "False", "False", "SETPROPERTY:INCLUDE:SETPATH:PROPERTY:"},
+        {u"gone", "True", "False", ""},
+        {u"BRACED", "True", "False", ""},
+        {u"MONIKER", "True", "False", ""},
+        {u"EMPTY", "False", "False", ""},
+        {u"S", "False", "False", ""},
+        {u"LETTERS", "False", "False", ""},
+        {u"", "False", "False", ""},
+        {u"-", "False", "False", ""},
+        {u"-H", "False", "False", ""},
     };
-    EXPECT_EQ(call(u"tagavailable", {u"H"}), u"True");
-    EXPECT_EQ(call(u"TAGREGISTERED", {u"X"}), u"False");
-    EXPECT_EQ(call(u"CommandList", {u"TAG"}), info.CommandList(u"TAG"));
-    EXPECT_EQ(call(u"ParameterList", {u"H"}), u"ParameterList||H|Nothing");
-    EXPECT_EQ(call(u"CommandSyntax", {u"H", u"c"}), u"SyntaxString|C|H|Nothing");
-    EXPECT_EQ(call(u"CommandDescription", {u"H", u"c"}), u"CommandDescription|C|H|Nothing");
-    EXPECT_EQ(call(u"ParameterValueList", {u"H", u"c", u"p"}), u"ParameterValueList|C|p|H|Nothing");
-    EXPECT_EQ(call(u"HandlerListString2", {}), u"H:TAG:");
-    EXPECT_EQ(call(u"HandlerListString2", {Variant::missing(), false}), u"H:TAG:");
-    for (const auto* member : {u"HandlerList", u"HandlerList2", u"HandlerListFiltered"}) {
-        EXPECT_TRUE(std::dynamic_pointer_cast<privProperties>(info.invoke(member, InvokeKind::get, {}).object()));
+    for (const auto& one : cases) {
+        EXPECT_EQ(ask(u"tagregistered", {one.name}), one.registered) << &one - cases;
+        EXPECT_EQ(ask(u"TAGAVAILABLE", {one.name}), one.available) << &one - cases;
+        EXPECT_EQ(ask(u"CommandList", {one.name}), one.commands) << &one - cases;
     }
+}
+
+TEST_F(TagInfo, ListsHandlers) {
+    EXPECT_EQ(ask(u"HandlerList2", {u"", true, true}), "TAG=String ");  // of an empty registry
+    for (const auto* name : {u"B", u"A", u"Hid", u""}) services.registry.set(handlers, name, u"x");
+    services.registry.set(groups + u"\\LETTERS", u"S", u"y");
+    services.registry.set(groups + u"\\LETTERS", u"Quiet", u"z");
+    services.registry.addKey(groups + u"\\REPORTS");
+    hide(handlers + u"\\hid", u"1");
+    hide(handlers + u"\\A", u"0");
+    hide(groups + u"\\letters\\Quiet", u"yes");
+    const Variant none = Variant::missing();
+    EXPECT_EQ(ask(u"HandlerListString"), "B:A:Hid:TAG:");
+    EXPECT_EQ(ask(u"HandlerListFilteredString"), "B:A:TAG:");
+    EXPECT_EQ(ask(u"HandlerListString2"), "B:A:TAG:");
+    EXPECT_EQ(ask(u"HandlerListString2", {u"letters"}), "S:");
+    EXPECT_EQ(ask(u"HandlerListString2", {u"LETTERS", false}), "S:Quiet:");
+    EXPECT_EQ(ask(u"HandlerListString2", {u"NONE"}), "");
+    EXPECT_EQ(ask(u"HandlerList"), "B=String x | A=String x | Hid=String x | TAG=String ");
+    for (const auto* filtered : {u"HandlerListFiltered", u"HandlerList2"}) {
+        EXPECT_EQ(ask(filtered), "B=String x | A=String x | TAG=String ");
+    }
+    EXPECT_EQ(ask(u"HandlerList2", {none, none, true}),
+              "B=String x | A=String x | LETTERS=String  | REPORTS=String  | TAG=String ");
+    hide(handlers + u"\\TAG", u"1");
+    services.registry.set(handlers, u"tag", u"Never.Asked");
+    EXPECT_EQ(ask(u"HandlerListFilteredString"), "B:A:");
+    EXPECT_EQ(ask(u"HandlerList"), "B=String x | A=String x | Hid=String x | tag=String ");
+}
+
+TEST_F(TagInfo, StandsAnyRegistry) {
+    const std::u16string huge(64'000, u'N'), lines = u"CR\r\nLF";
+    services.registry.set(handlers, huge, u"");
+    services.registry.set(handlers, lines, std::u16string(64'000, u'c'));
+    EXPECT_EQ(ask(u"HandlerListString"), std::string(64'000, 'N') + ":CR\r\nLF:TAG:");
+    EXPECT_EQ(ask(u"TagRegistered", {lines}) + ask(u"TagAvailable", {lines}) + ask(u"TagRegistered", {huge}),
+              "TrueFalseFalse");
+    EXPECT_EQ(ask(u"CommandList", {huge}) + ask(u"CommandSyntax", {lines, huge}), "");
 }
 
 }  // namespace
