@@ -1,7 +1,11 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <string_view>
+
+#include "rtf/ControlWord.h"
 
 namespace velmor {
 
@@ -13,7 +17,19 @@ struct CodePage {
     char16_t meaning(std::uint8_t byte) const noexcept { return byte < 0x80 ? byte : upperHalf[byte - 0x80u]; }
 };
 
+inline constexpr std::int32_t windowsLatin = 1252;
+
 // Null for a page of several bytes a character, and for one that is unknown.
 const CodePage* findCodePage(std::int32_t number) noexcept;
+
+// The number in digits, with a "-" in front or not; one beyond 9 digits is cut short, none is 0.
+std::int32_t numberOf(std::u16string_view digits) noexcept;
+
+// The code page that a word of a document's header names; 0 for another word.
+std::int32_t codePageNamedBy(const ControlWord& word) noexcept;
+
+// The code page of the document whose header begins at `header`, which may lie behind tables that have
+// been put in; 1252 when it names none.
+std::int32_t codePageOfDocument(std::u16string_view text, std::size_t header) noexcept;
 
 }  // namespace velmor

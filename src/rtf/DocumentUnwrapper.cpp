@@ -19,27 +19,7 @@ constexpr std::u16string_view headerWords[] = {
     u"pc",        u"pca",      u"stshfbi", u"stshfdbch", u"stshfhich", u"stshfloch",
 };
 
-constexpr std::int32_t windowsLatin = 1252;
 constexpr std::size_t noChange = std::u16string_view::npos;
-
-std::int32_t numberOf(std::u16string_view digits) noexcept {
-    const bool negative = digits.substr(0, 1) == u"-";
-    std::int32_t value = 0;
-    for (const char16_t digit : digits.substr(negative)) {
-        if (value > 100000000) break;
-        value = value * 10 + (digit - u'0');
-    }
-    return negative ? -value : value;
-}
-
-// The code page that a word of the header names; 0 for another word.
-std::int32_t pageOf(const ControlWord& word) noexcept {
-    if (word.letters == u"ansicpg") return numberOf(word.number);
-    if (word.letters == u"ansi") return windowsLatin;
-    if (word.letters == u"mac") return 10000;
-    if (word.letters == u"pc") return 437;
-    return word.letters == u"pca" ? 850 : 0;
-}
 
 std::int32_t hexDigit(char16_t unit) noexcept {
     if (unit >= u'0' && unit <= u'9') return unit - u'0';
@@ -47,28 +27,13 @@ std::int32_t hexDigit(char16_t unit) noexcept {
     return letter >= u'a' && letter <= u'f' ? letter - u'a' + 10 : -1;
 }
 
-const CodePage* hostPage(std::u16string_view text, std::size_t host) noexcept {
-    std::int32_t page = windowsLatin;
-    for (std::size_t at = hostHeaderStart(text, host); (at = skipWhiteSpace(text, at)) < text.size();) {
-        if (text[at] == u'{') {
-            at = findGroupEnd(text, at + 1, true);
-            if (at == noGroupEnd) break;
-            ++at;
-            continue;
-        }
-        if (text[at] != u'\\') break;
-        const ControlWord word = readWord(text, at);
-        if (word.letters.empty()) break;
-        if (pageOf(word) != 0) page = pageOf(word);
-        at = word.end;
-    }
-    return findCodePage(page);
-}
-
 }  // namespace
 
 DocumentUnwrapper::DocumentUnwrapper(std::u16string_view text, std::size_t host, bool mergeMode)
-    : text_(text), host_(host), mergeMode_(mergeMode), hostPage_(hostPage(text, host)) {
+    : text_(text),
+      host_(host),
+      mergeMode_(mergeMode),
+      hostPage_(findCodePage(codePageOfDocument(text, hostHeaderStart(text, host)))) {
     for (std::size_t at = host + 1; at < text_.size();) {
         const char16_t unit = text_[at];
         if (unit == u'\\') {
@@ -117,7 +82,7 @@ std::size_t DocumentUnwrapper::takeBackslash(std::size_t index) {
         skipped_ = std::max(skipped_ - 1, 0);
         return skipEscape(text_, index);
     }
-    if (!documents_.empty()) takeWord(word);
+    takeWord(word);
     return endWithBlank(text_, word);
 }
 
@@ -152,20 +117,27 @@ void DocumentUnwrapper::takeWord(const ControlWord& word) {
         group.fallback = numberOf(word.number);
     } else if (word.letters == u"f") {
         group.font = numberOf(word.number);
-    } else if (documents_.back().depth + 1 == groups_.size()) {
-        takeHeaderWord(word);
+    } else if (word.letters == u"plain") {
+        group.font = hostFont_;
+    } else if (documents_.empty()) {
+        if (word.letters == u"deff") hostFont_ = numberOf(word.number);
+    } else {
+        Document& document = documents_.back();
+        document.breaksSection = document.breaksSection || word.letters == u"sect";
+        if (document.depth + 1 == groups_.size()) takeHeaderWord(word);
     }
 }
 
 void DocumentUnwrapper::takeHeaderWord(const ControlWord& word) {
     if (!std::binary_search(std::begin(headerWords), std::end(headerWords), word.letters)) return;
-    if (pageOf(word) != 0) documents_.back().page = findCodePage(pageOf(word));
+    if (const std::int32_t page = codePageNamedBy(word)) documents_.back().page = findCodePage(page);
     changes_.push_back({word.begin, endWithBlank(text_, word), documents_.back().number, {}});
 }
 
 void DocumentUnwrapper::openGroup(std::size_t index) {
     skipped_ = 0;
     const bool document = documentStandsAt(text_, index);
+    const std::int32_t fallback = groups_.back().fallback;
     groups_.push_back(document ? Group{} : groups_.back());
     if (!document) return;
     // The brace stays, and so does its partner: what the document sets ends there.
@@ -174,7 +146,9 @@ void DocumentUnwrapper::openGroup(std::size_t index) {
     documents_.push_back(
         {documentCount_, groups_.size() - 1, findCodePage(windowsLatin), index, named ? changes_.size() : noChange});
     if (named) {
-        changes_.push_back({word.begin, endWithBlank(text_, word), documentCount_, {}});
+        // What stands for a \u is counted anew: the document may rely on it.
+        const std::u16string_view counted = fallback == Group{}.fallback ? u"" : u"\\uc1";
+        changes_.push_back({word.begin, endWithBlank(text_, word), documentCount_, std::u16string(counted)});
     }
     ++documentCount_;
 }
@@ -184,22 +158,23 @@ void DocumentUnwrapper::closeGroup(std::size_t index) {
     if (groups_.size() > 1) groups_.pop_back();
     if (documents_.empty() || documents_.back().depth != groups_.size()) return;
     const Document& document = documents_.back();
-    if (mergeMode_ && document.opening != noChange && endsSection(index + 1)) {
+    if (document.opening != noChange && endsSection(index + 1, document.breaksSection)) {
         changes_[document.opening].begin = document.begin;
         changes_.push_back({index, index + 1, document.number, {}});
     }
     documents_.pop_back();
 }
 
-// Whether no text stands between a document and the end of the section, or of the host.
-bool DocumentUnwrapper::endsSection(std::size_t behind) const noexcept {
-    while ((behind = skipWhiteSpace(text_, behind)) < text_.size() && text_[behind] == u'\\') {
+// Whether no text stands between a document and the end of its last section: the host's, or in merge
+// mode a section break.
+bool DocumentUnwrapper::endsSection(std::size_t behind, bool breaksSection) const noexcept {
+    while (mergeMode_ && (behind = skipWhiteSpace(text_, behind)) < text_.size() && text_[behind] == u'\\') {
         const ControlWord word = readWord(text_, behind);
         if (word.letters.empty()) return false;
         if (word.letters == u"sect") return true;
         behind = word.end;
     }
-    return groups_.size() == 1 && standsAt(text_, behind, u"}");
+    return (mergeMode_ || breaksSection) && groups_.size() == 1 && standsAt(text_, skipWhiteSpace(text_, behind), u"}");
 }
 
 // Readers decode a font's text by its character set, whatever the document's is.

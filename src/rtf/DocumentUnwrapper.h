@@ -15,8 +15,9 @@ namespace velmor {
 // Tolerant unwrapping: what goes, and what changes, in the documents that lie in a host.
 class DocumentUnwrapper {
 public:
-    // `host` is where the host begins. In merge mode a document loses its braces when its last section
-    // ends with it: readers restore the section's words at a brace, too, before they are of use.
+    // `host` is where the host begins. A document loses its braces when its last section ends with
+    // it (in merge mode, or when it has several): readers restore the section's words at a brace, too,
+    // before they are of use.
     DocumentUnwrapper(std::u16string_view text, std::size_t host, bool mergeMode);
 
     TextEdits edits();
@@ -35,6 +36,7 @@ private:
         const CodePage* page;
         std::size_t begin;
         std::size_t opening;  // among the changes
+        bool breaksSection = false;
     };
 
     // What RTF restores behind a group.
@@ -50,7 +52,7 @@ private:
     void setPage(std::int32_t number);
     void openGroup(std::size_t index);
     void closeGroup(std::size_t index);
-    bool endsSection(std::size_t behind) const noexcept;
+    bool endsSection(std::size_t behind, bool breaksSection) const noexcept;
     void readFontCharsets();
     bool fontHasOwnCharset(std::int32_t font);
 
@@ -58,6 +60,7 @@ private:
     std::size_t host_;
     bool mergeMode_;
     const CodePage* hostPage_;
+    std::int32_t hostFont_ = 0;  // its default
     std::vector<Change> changes_;
     std::vector<Document> documents_;  // the open ones
     std::vector<Group> groups_{Group{}};

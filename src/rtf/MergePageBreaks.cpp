@@ -38,11 +38,11 @@ std::int32_t wholeNumber(std::u16string_view digits) noexcept {
     return static_cast<std::int32_t>(negative ? -value : value);
 }
 
-// What the text behind one marker says about its page. Places are those where each word stands
-// first.
+// What one of the joined documents says about its pages. Places are those where each word stands first.
 class PageReader {
 public:
-    PageReader(std::u16string_view text, std::size_t begin, std::size_t end) : text_(text.substr(0, end)) {
+    PageReader(std::u16string_view text, std::size_t begin, std::size_t end, bool tolerant)
+        : text_(text.substr(0, end)), tolerant_(tolerant) {
         documentAt_.fill(nowhere);
         sectionAt_.fill(nowhere);
         RtfScanner scanner(text, begin, end);
@@ -51,26 +51,34 @@ public:
 
     // A section ends, and none of its pages does: the described slice of the text has no end.
     bool isBroken() const noexcept { return breaks_ && !pages_; }
-    // The section's own beginning; nowhere when another section comes before it.
-    std::size_t ownSection() const noexcept { return breaksBefore_ ? nowhere : section_; }
+    // Where its first section begins; nowhere when another section comes before it.
+    std::size_t firstSection() const noexcept { return breaksBefore_ ? nowhere : section_; }
     bool holdsDocument() const noexcept { return document_; }
     // Whether the last section says how it shows headers and footers, or goes on with what says so.
     bool shapesHeaders(bool inherited) const noexcept { return shapes_ || (inherited && section_ == nowhere); }
 
-    PageSetup page(bool tolerant) const {
+    // A word of a section that cannot stay as it is.
+    struct SectionWord {
+        TextRange place;
+        bool resets;  // \sectd of a later section; else one by which the first would run on
+    };
+    // In tolerant cleaning; in ascending order.
+    const std::vector<SectionWord>& sectionWords() const noexcept { return sectionWords_; }
+
+    // What \sectd goes back to.
+    PageSetup documentPage() const {
         PageSetup page;
+        for (std::size_t i = 0; i < PageSetup::valueCount; ++i) page.values[i] = documentValue(i);
+        return page;
+    }
+
+    PageSetup page() const {
+        PageSetup page;
+        // A number that the section's end cuts off is none; a reader would see it.
+        const std::u16string_view settings = tolerant_ ? text_ : text_.substr(0, settingsEnd_);
         for (std::size_t i = 0; i < PageSetup::valueCount; ++i) {
             const bool own = sectionAt_[i] != nowhere;
-            const std::size_t at = own ? sectionAt_[i] : documentAt_[i];
-            const std::size_t length = (own ? PageSetup::sectionWords : PageSetup::documentWords)[i].size();
-            // A number that the section's end cuts off is none; a reader would see it.
-            const std::u16string_view text = own && !tolerant ? text_.substr(0, settingsEnd_) : text_;
-            std::u16string_view number;
-            if (at != nowhere) {
-                page.values[i] = numberTextAt(text, at + length, number) ? wholeNumber(number) : 0;
-            } else if (tolerant) {
-                page.values[i] = PageSetup::defaults[i];
-            }
+            page.values[i] = own ? valueAt(settings, sectionAt_[i], PageSetup::sectionWords[i]) : documentValue(i);
         }
         if (landscape_) {
             page.turnLandscape();
@@ -81,6 +89,16 @@ public:
     }
 
 private:
+    static std::int32_t valueAt(std::u16string_view text, std::size_t index, std::u16string_view word) {
+        std::u16string_view number;
+        return numberTextAt(text, index + word.size(), number) ? wholeNumber(number) : 0;
+    }
+
+    std::int32_t documentValue(std::size_t i) const {
+        if (documentAt_[i] != nowhere) return valueAt(text_, documentAt_[i], PageSetup::documentWords[i]);
+        return tolerant_ ? PageSetup::defaults[i] : 0;
+    }
+
     void take(std::size_t index) {
         switch (text_[index + 1]) {
             case u'f':
@@ -106,6 +124,7 @@ private:
             case u's':
                 if (wordStandsAt(text_, index, sectionWord)) beginSection(index);
                 if (wordStandsAt(text_, index, u"\\sect")) takeEnd(index, false);
+                takeRunningOn(index);
                 break;
             default:
                 break;
@@ -117,10 +136,15 @@ private:
                wordStandsAt(text_, index, u"\\headery") || wordStandsAt(text_, index, u"\\footery");
     }
 
-    // The first \sectd: what was read before it counts for the document alone.
+    // The first \sectd: what was read before it counts for the document alone. To a reader, one behind
+    // a section break says nothing of the section in front.
     void beginSection(std::size_t index) {
         shapes_ = false;
-        if (section_ != nowhere) return;
+        if (section_ != nowhere || !open_) {
+            if (tolerant_) sectionWords_.push_back({{index, index + sectionWord.size()}, true});
+            return;
+        }
+        sectionWords_.clear();
         section_ = index;
         sectionAt_.fill(nowhere);
         landscape_ = portrait_ = false;
@@ -130,11 +154,19 @@ private:
     void takeEnd(std::size_t index, bool page) {
         if (section_ == nowhere) {
             breaksBefore_ = breaksBefore_ || !page;
+            open_ = open_ && !(tolerant_ && breaksBefore_);
             return;
         }
         (page ? pages_ : breaks_) = true;
         if (open_) settingsEnd_ = index;
         open_ = false;
+    }
+
+    void takeRunningOn(std::size_t index) {
+        if (!tolerant_ || !open_) return;
+        for (const std::u16string_view word : {u"\\sbknone", u"\\sbkcol"}) {
+            if (wordStandsAt(text_, index, word)) sectionWords_.push_back({{index, index + word.size()}, false});
+        }
     }
 
     void takeValue(std::size_t index) {
@@ -149,6 +181,7 @@ private:
     }
 
     std::u16string_view text_;
+    bool tolerant_;
     std::array<std::size_t, PageSetup::valueCount> sectionAt_;
     std::array<std::size_t, PageSetup::valueCount> documentAt_;
     std::size_t section_ = nowhere;
@@ -161,6 +194,7 @@ private:
     bool breaksBefore_ = false;
     bool document_ = false;
     bool shapes_ = false;
+    std::vector<SectionWord> sectionWords_;
 };
 
 // The breaks of a whole text.
@@ -179,6 +213,8 @@ public:
 private:
     void read();
     void replace(std::size_t at, const PageReader& reader, bool inherits);
+    void keepSections(const PageReader& reader);
+    bool endsWithRow(std::size_t at) const;
     // With the blank that ends it, which would be text otherwise.
     void cutWord(std::size_t begin, std::size_t end) {
         const bool ended = end < text_.size() && text_[end] == u' ';
@@ -187,6 +223,7 @@ private:
 
     std::u16string_view text_;
     bool tolerant_;
+    PageSetup hostPage_;
     std::vector<JoinedHeaders::Join> joins_;
     std::vector<JoinedHeaders::Change> changes_;
 };
@@ -194,13 +231,17 @@ private:
 void MergeBreaks::read() {
     std::size_t at = findMarker(text_, 0);
     if (at == nowhere) return;
-    bool inherits = !tolerant_ && PageReader(text_, 0, at).shapesHeaders(false);
+    const PageReader host(text_, 0, at, tolerant_);
+    hostPage_ = host.documentPage();
+    keepSections(host);
+    bool inherits = !tolerant_ && host.shapesHeaders(false);
     while (at != nowhere) {
         const std::size_t behind = at + marker.size();
         const std::size_t next = findMarker(text_, behind);
-        const PageReader reader(text_, behind, std::min(next, text_.size()));
+        const PageReader reader(text_, behind, std::min(next, text_.size()), tolerant_);
         if (tolerant_ || !reader.isBroken()) {
             replace(at, reader, inherits);
+            keepSections(reader);
             inherits = false;
         }
         inherits = !tolerant_ && reader.shapesHeaders(inherits);
@@ -210,14 +251,35 @@ void MergeBreaks::read() {
 
 void MergeBreaks::replace(std::size_t at, const PageReader& reader, bool inherits) {
     const std::size_t behind = at + marker.size();
-    const std::size_t section = reader.ownSection();
-    const std::u16string page = reader.page(tolerant_).words();
+    const std::size_t section = reader.firstSection();
+    const std::u16string page = reader.page().words();
     std::u16string words = tolerant_ ? u"\\sect\\sectd" + page + u"\\pard\\plain\\uc1" : u"\\sect" + page;
+    if (tolerant_ && endsWithRow(at)) words.insert(0, u"\\pard\\par");
     // The section in front shall not shape the headers of this one.
     if (inherits && section == nowhere) words += u"\\sectd" + page;
     changes_.push_back({at, behind, std::move(words)});
     if (tolerant_ && section != nowhere) cutWord(section, section + sectionWord.size());
     joins_.push_back({behind, reader.holdsDocument()});
+}
+
+// A document begins on a page of its own (the host does anyway, yet readers carry such a word on to the
+// section behind), and its sections go back to its page, not to the host's.
+void MergeBreaks::keepSections(const PageReader& reader) {
+    const std::u16string page = reader.documentPage().wordsUnlike(hostPage_);
+    for (const auto& word : reader.sectionWords()) {
+        if (!word.resets) {
+            cutWord(word.place.begin, word.place.end);
+        } else if (!page.empty()) {
+            changes_.push_back({word.place.end, word.place.end, page});
+        }
+    }
+}
+
+// Whether the text in front has no paragraph behind its last table, in which the break would be.
+bool MergeBreaks::endsWithRow(std::size_t at) const {
+    constexpr std::u16string_view row = u"\\row";
+    while (at > 0 && (isWhiteSpace(text_[at - 1]) || text_[at - 1] == u'}')) --at;
+    return at >= row.size() && standsAt(text_, at - row.size(), row) && !isEscaped(text_, at - row.size());
 }
 
 // What is put in goes in front of what is taken out there; a change that lies in another one is lost in it.

@@ -18,12 +18,21 @@ void PageSetup::turnPortrait() noexcept {
 
 std::u16string PageSetup::words() const {
     std::u16string text = landscape ? u"\\lndscpsxn" : u"";
-    for (const Value value : {width, height, left, right, top, bottom}) {
-        const std::string digits = std::to_string(values[value]);
-        text += sectionWords[value];
-        text.append(digits.begin(), digits.end());
+    for (const Value value : writtenOrder) text += word(value);
+    return text;
+}
+
+std::u16string PageSetup::wordsUnlike(const PageSetup& other) const {
+    std::u16string text;
+    for (const Value value : writtenOrder) {
+        if (values[value] != other.values[value]) text += word(value);
     }
     return text;
+}
+
+std::u16string PageSetup::word(Value value) const {
+    const std::string digits = std::to_string(values[value]);
+    return std::u16string(sectionWords[value]).append(digits.begin(), digits.end());
 }
 
 bool numberTextAt(std::u16string_view text, std::size_t index, std::u16string_view& number) noexcept {

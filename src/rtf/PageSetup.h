@@ -31,6 +31,14 @@ struct PageSetup {
 
     // The orientation, if it is landscape, and the six values.
     std::u16string words() const;
+
+    // The values that are not the other's.
+    std::u16string wordsUnlike(const PageSetup& other) const;
+
+private:
+    static constexpr std::array<Value, valueCount> writtenOrder = {width, height, left, right, top, bottom};
+
+    std::u16string word(Value value) const;
 };
 
 // The text between the index and the next unit that ends a word's number, without white space around

@@ -223,6 +223,10 @@ TEST(UnwrapNestedDocuments, TolerantLeavesTheHostItsOwnWay) {
          u"{\\f0 \\u1076?\\'41{\\f1 \\'e4}\\uc2\\u1077??\\u1078\\'3f\\'e6\\uc0\\u1076 }\\'e4}"},
         // The host's code page may stand behind tables; bytes of several a character stay.
         {u"{\\rtf1{\\colortbl;}\\ansicpg1251{\\rtf1\\'e4}}", u"{\\rtf1{\\colortbl;}\\ansicpg1251{\\u228?}}"},
+        // What stands for a \\u is counted anew.
+        {u"{\\rtf1\\uc2{\\rtf1 \\u9?x}y}", u"{\\rtf1\\uc2{\\uc1\\u9?x}y}"},
+        // The last section's words hold up to the host's end.
+        {u"{\\rtf1 a{\\rtf1 b\\sect\\cols2 c}}", u"{\\rtf1 ab\\sect\\cols2 c}"},
         {u"{\\rtf1{\\rtf1\\ansicpg932\\'83\\'65}}", u"{\\rtf1{\\'83\\'65}}"},
     };
     check(cases, [](std::u16string& text) {
@@ -258,6 +262,13 @@ TEST(MergePageBreaks, TakeThePageOfTheDocumentBehindThem) {
         {M u"a\\sect\\sectd b",
          u"\\sect\\sectd\\pgwsxn12240\\pghsxn15840\\marglsxn1800\\margrsxn1800"
          u"\\margtsxn1440\\margbsxn1440\\pard\\plain\\uc1a\\sect\\sectd b"},
+        // Later sections go back to their own document's page, none runs on, and a table ends.
+        {u"\\paperw9\\sectd\\sbknone a\\row}" M u"\\margb7\\sectd\\sbkcol b\\sect\\sectd\\sbknone c",
+         u"\\paperw9\\sectd a\\row}\\pard\\par\\sect\\sectd\\pgwsxn12240\\pghsxn15840\\marglsxn1800\\margrsxn1800"
+         u"\\margtsxn1440\\margbsxn7\\pard\\plain\\uc1\\margb7b\\sect\\sectd\\pgwsxn12240\\margbsxn7\\sbknone c"},
+        {M u"a\\sect\\sectd\\pgwsxn9 b",
+         u"\\sect\\sectd\\pgwsxn12240\\pghsxn15840\\marglsxn1800\\margrsxn1800"
+         u"\\margtsxn1440\\margbsxn1440\\pard\\plain\\uc1a\\sect\\sectd\\pgwsxn9 b"},
     };
 #undef M
     check(tolerant, [](std::u16string& text) {
