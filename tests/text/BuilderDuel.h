@@ -40,7 +40,7 @@ inline std::u16string show(std::int32_t value) {
     return fromUtf8(std::to_string(value));
 }
 
-// Often called ones stand here more than once.
+// Those that are called often stand here more than once.
 // clang-format off
 constexpr std::string_view kMembers[] = {
     "Append", "Append", "AppendVal", "Prepend", "Surround", "DumpVal", "Reset", "GrowthRate", "Find", "Find",

@@ -14,9 +14,9 @@ protected:
     BuilderFile() { std::filesystem::create_directories(folder_); }
     ~BuilderFile() override { std::filesystem::remove_all(folder_); }
 
-    std::u16string file(const std::string& name, const std::string& bytes) {
-        std::ofstream(folder_ / name, std::ios::binary) << bytes;
-        return (folder_ / name).u16string();
+    std::u16string file(const std::string& bytes) {
+        std::ofstream(folder_ / "file", std::ios::binary) << bytes;
+        return (folder_ / "file").u16string();
     }
 
     const std::filesystem::path folder_ = std::filesystem::path(testing::TempDir()) / "velmor builder \xC3\xA9";
@@ -30,18 +30,18 @@ TEST_F(BuilderFile, ABytesACharacter) {
         builder.GrowthRate(300);
         builder.Append(u"gone");
         builder.Remove(1, 1);
-        EXPECT_EQ(builder.LoadFromFile(file("some", bytes)), static_cast<std::int32_t>(bytes.size()));
+        EXPECT_EQ(builder.LoadFromFile(file(bytes)), static_cast<std::int32_t>(bytes.size()));
         EXPECT_EQ(builder.ReturnVal(), fromAnsi(bytes));
         EXPECT_EQ(builder.BufferLength(), builder.Length());  // no tail
         EXPECT_EQ(builder.GrowthRate(), 300);
         builder.Append(u"+");
-        EXPECT_EQ(builder.LoadFromFileAppend(file("some", bytes)), static_cast<std::int32_t>(bytes.size()));
+        EXPECT_EQ(builder.LoadFromFileAppend(file(bytes)), static_cast<std::int32_t>(bytes.size()));
         EXPECT_EQ(builder.ReturnVal(), fromAnsi(bytes + "+" + bytes));
     }
 }
 
 TEST_F(BuilderFile, WhatCannotBeReadLeavesTheBuilderAlone) {
-    const std::u16string folder = folder_.u16string(), existing = file("there", "text");
+    const std::u16string folder = folder_.u16string(), existing = file("text");
     for (const std::u16string& name :
          {std::u16string(), folder, folder + u"/absent", existing + std::u16string(u"\0x", 2), folder + u"/\xD800"}) {
         privStrCat builder;

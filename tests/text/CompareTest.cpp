@@ -1,33 +1,28 @@
-#include "Seed.h"
 #include "text/Compare.h"
 
 #include <gtest/gtest.h>
 
-#include <random>
-
+#include "Random.h"
 #include "text/Encoding.h"
 
 namespace velmor {
 namespace {
 
-struct CasePair {
-    std::u16string_view left;
-    std::u16string_view right;
-    bool equal;
-};
-
 TEST(Compare, OneUnitEqualsOneUnit) {
     // The Kelvin sign is no k, the long s no s, an i with or without another dot no i. The sharp s has a
     // capital of one unit, the micro sign shares mu's. What takes two units stays, and a soft hyphen counts.
     // clang-format off
-    const CasePair pairs[] = {
+    const struct {
+        std::u16string_view left, right;
+        bool equal;
+    } pairs[] = {
         {u"<KV:Tag>", u"<kv:tAG>", true}, {u"<KV:", u"<\u212AV:", false}, {u"s", u"\u017F", false},
         {u"i", u"\u0130", false}, {u"I", u"\u0131", false}, {u"\u00DF", u"ss", false}, {u"\u00DF", u"\u1E9E", true},
         {u"\u00E9\u00FF", u"\u00C9\u0178", true}, {u"\u03C3\u03C2", u"\u03A3\u03A3", true}, {u"\u00B5", u"\u03BC", true},
         {u"\u01C4\u01C5", u"\u01C6\u01C6", true}, {u"\u0439", u"\u0419", true}, {u"\U00010400", u"\U00010428", false},
         {u"\xD801", u"\xD801", true}, {u"a\u00ADb", u"ab", false}, {u"", u"a", false}, {u"[", u"{", false}, {u"@", u"`", false}};
     // clang-format on
-    for (const CasePair& pair : pairs) {
+    for (const auto& pair : pairs) {
         SCOPED_TRACE(toUtf8(pair.left) + " " + toUtf8(pair.right));
         EXPECT_EQ(equalIgnoringCase(pair.left, pair.right), pair.equal);
         EXPECT_EQ(hashIgnoringCase(pair.left) == hashIgnoringCase(pair.right), pair.equal);
@@ -83,34 +78,17 @@ TEST(Search, EveryShortText) {
 // The sought text differs from the text around it in a late unit: the search goes over to its
 // thorough path, on the way and at any place.
 TEST(Search, LateDifferences) {
-    const unsigned seed = testSeed();
-    SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
-    const auto some = [&](std::size_t length) {
-        std::u16string text;
-        while (text.size() < length) text += u"ab"[random() % 2];
-        return text;
-    };
+    Random random;
     for (int round = 0; round < 1000; ++round) {
-        const std::u16string period = some(1 + random() % 5);
-        std::u16string text, sought;
+        const std::u16string period = u"a" + random.text(u"ab", 4);
+        std::u16string text;
         while (text.size() < 1500) text += period;
-        for (unsigned i = random() % 12; i > 0; --i) text[random() % text.size()] = u'A';
-        for (unsigned i = random() % 6; i > 0; --i) text.insert(random() % text.size(), some(random() % 4));
-        const std::size_t size = 100 + random() % 200;
-        sought = text.substr(random() % (text.size() - size), size);
-        if (random() % 4 == 0) sought[64 + random() % (sought.size() - 64)] = u'B';
-        expectPlain(text, sought, random() % 50);
-    }
-}
-
-// Hits and near hits at every place of a block.
-TEST(Search, EveryPlace) {
-    for (std::size_t place = 0; place + 7 <= 100; ++place) {
-        std::u16string text(100, u'\\');
-        text.replace(place, 7, u"\\trowd ");
-        for (const std::size_t start : {std::size_t{0}, place, place + 1}) expectPlain(text, u"\\TROWD", start);
-        for (const std::size_t start : {std::size_t{0}, place, place + 1}) expectPlain(text, u"\\trowd", start);
+        for (unsigned i = random.below(12); i > 0; --i) text[random.below(text.size())] = u'A';
+        for (unsigned i = random.below(6); i > 0; --i) text.insert(random.below(text.size()), random.text(u"ab", 3));
+        const std::size_t size = 100 + random.below(200);
+        std::u16string sought = text.substr(random.below(text.size() - size), size);
+        if (random.below(4) == 0) sought[64 + random.below(size - 64)] = u'B';
+        expectPlain(text, sought, random.below(50));
     }
 }
 

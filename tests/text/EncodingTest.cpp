@@ -1,9 +1,8 @@
-#include "Seed.h"
 #include "text/Encoding.h"
 
 #include <gtest/gtest.h>
 
-#include <random>
+#include "Random.h"
 
 namespace velmor {
 namespace {
@@ -13,13 +12,10 @@ TEST(Utf8, EveryUnitAndRandomTextsComeBack) {
         const std::u16string text{u'a', static_cast<char16_t>(unit), u'b'};
         ASSERT_EQ(fromUtf8(toUtf8(text)), text) << unit;
     }
-    const unsigned seed = testSeed();
-    SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
+    Random random;
     const char16_t units[] = {u'a', u'\0', 0xE9, 0x20AC, 0xD800, 0xDBFF, 0xDC00, 0xDFFF, 0xFFFF, 0xFEFF};
     for (int round = 0; round < 2000; ++round) {
-        std::u16string text;
-        for (unsigned i = random() % 12; i > 0; --i) text += units[random() % std::size(units)];
+        const std::u16string text = random.text(units, 11);
         ASSERT_EQ(fromUtf8(toUtf8(text)), text) << toUtf8(text);
     }
     EXPECT_EQ(toUtf8(u"\U0001F600"), "\xF0\x9F\x98\x80");
