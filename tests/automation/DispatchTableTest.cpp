@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <vector>
 
 #include "automation/Convert.h"
+#include "text/Encoding.h"
 #include "text/Error.h"
 
 namespace velmor::automation {
@@ -14,15 +14,16 @@ namespace {
 class Sample : public Object {
 public:
     Variant invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) override {
+        const auto keep = [](Sample& self, Arguments& args) { return self.value_ = args.newValue(); };
+        const auto sum = [](Sample&, Arguments& args) { return Variant(args.longInteger(0) + args.longOr(1, 100)); };
+        const auto append = [](Sample&, Arguments& args) { return args.setText(0, args.text(0) + u"!"), Variant(); };
         static const DispatchTable<Sample> kMembers(
             u"Value", {
                           {u"Value", MemberKind::get, 0, 0, [](Sample& self, Arguments&) { return self.value_; }},
-                          {u"Value", MemberKind::let, 0, 0, &Sample::letValue},
-                          {u"Item", MemberKind::get, 1, 2,
-                           [](Sample&, Arguments& args) { return Variant(args.longInteger(0) + args.longOr(1, 100)); }},
-                          {u"Item", MemberKind::set, 1, 1,
-                           [](Sample& self, Arguments& args) { return self.value_ = args.newValue(); }},
-                          {u"Append", MemberKind::method, 1, 1, &Sample::append},
+                          {u"Value", MemberKind::let, 0, 0, keep},
+                          {u"Item", MemberKind::get, 1, 2, sum},
+                          {u"Item", MemberKind::set, 1, 1, keep},
+                          {u"Append", MemberKind::method, 1, 1, append},
                           {u"Flag", MemberKind::method, 0, 1,
                            [](Sample&, Arguments& args) { return Variant(args.boolean(0, true)); }},
                       });
@@ -31,77 +32,50 @@ public:
     std::u16string typeName() const override { return u"Sample"; }
 
 private:
-    static Variant letValue(Sample& self, Arguments& args) {
-        self.value_ = args.newValue();
-        return {};
-    }
-    static Variant append(Sample&, Arguments& args) {
-        args.setText(0, args.text(0) + u"!");
-        return {};
-    }
-
     Variant value_;
 };
 
 const Variant kOne(1), kNothing{ObjectRef()};
 
-class DispatchTables : public testing::Test {
-protected:
-    Variant call(const char16_t* name, InvokeKind kind, std::vector<Variant> arguments = {}) {
-        return sample_->invoke(name, kind, arguments);
-    }
-    const std::shared_ptr<Sample> sample_ = std::make_shared<Sample>();
-};
-
-TEST_F(DispatchTables, FindMembersWithoutRegardToCaseAndByDefault) {
-    call(u"VALUE", InvokeKind::let, {u"x"});
-    EXPECT_TRUE(call(u"value", InvokeKind::get).identical(u"x"));
-    EXPECT_TRUE(call(u"", InvokeKind::get).identical(u"x"));
-    EXPECT_EQ(toText(Variant(sample_)), u"x");
-}
-
-TEST_F(DispatchTables, TakeGetsAndMethodsForEachOther) {
-    EXPECT_EQ(toLong(call(u"Item", InvokeKind::method, {kOne})), 101);
-    EXPECT_EQ(toBoolean(call(u"Flag", InvokeKind::get)), true);
-    // A set is taken by the let, a let of an object by the set.
-    call(u"Value", InvokeKind::set, {kNothing});
-    call(u"Item", InvokeKind::let, {kOne, kNothing});
-}
-
-TEST_F(DispatchTables, GiveDefaultsAndWriteByReferenceArgumentsBack) {
-    EXPECT_EQ(toLong(call(u"Item", InvokeKind::get, {kOne, Variant::missing()})), 101);
-    EXPECT_EQ(toLong(call(u"Item", InvokeKind::get, {kOne, u" 2 "})), 3);
-    std::vector<Variant> arguments{5};
-    sample_->invoke(u"append", InvokeKind::method, arguments);
-    EXPECT_TRUE(arguments[0].identical(u"5!"));
-}
-
-TEST_F(DispatchTables, RaiseTheClassicNumbers) {
+// The result as text, or the number of the error that was raised.
+TEST(DispatchTable, FindsMembersAndTakesArguments) {
     const struct {
         const char16_t* name;
         InvokeKind kind;
         std::vector<Variant> arguments;
-        int error;
+        const char* outcome;
     } cases[] = {
-        {u"Nothing", InvokeKind::get, {}, 438},
-        {u"Append", InvokeKind::let, {kOne}, 438},
-        {u"Item", InvokeKind::let, {kOne, kOne}, 438},  // takes objects alone
-        {u"Item", InvokeKind::get, {}, 450},
-        {u"Item", InvokeKind::get, {Variant::missing(), kOne}, 450},
-        {u"Item", InvokeKind::get, {kOne, kOne, kOne}, 450},
-        {u"Value", InvokeKind::let, {}, 450},
-        {u"Value", InvokeKind::get, {kOne}, 450},
-        {u"Item", InvokeKind::get, {u"abc"}, 13},
-        {u"Item", InvokeKind::get, {kOne, Null{}}, 13},
+        // clang-format off
+        {u"VALUE", InvokeKind::let, {u"x"}, "x"}, {u"value", InvokeKind::get, {}, "x"}, {u"", InvokeKind::get, {}, "x"},
+        // A get is taken for a method and a method for a get, a let by the set of an object and the other way.
+        {u"Item", InvokeKind::method, {kOne}, "101"}, {u"Flag", InvokeKind::get, {}, "True"},
+        {u"Value", InvokeKind::set, {kNothing}, "?"}, {u"Item", InvokeKind::let, {kOne, kNothing}, "?"},
+        {u"Item", InvokeKind::get, {kOne, Variant::missing()}, "101"}, {u"Item", InvokeKind::get, {kOne, u" 2 "}, "3"},
+        {u"append", InvokeKind::method, {5}, ""}, {u"Nothing", InvokeKind::get, {}, "438"},
+        {u"Append", InvokeKind::let, {kOne}, "438"},
+        {u"Item", InvokeKind::let, {kOne, kOne}, "438"},  // takes objects alone
+        {u"Item", InvokeKind::get, {}, "450"}, {u"Item", InvokeKind::get, {Variant::missing(), kOne}, "450"},
+        {u"Item", InvokeKind::get, {kOne, kOne, kOne}, "450"}, {u"Value", InvokeKind::let, {}, "450"},
+        {u"Value", InvokeKind::get, {kOne}, "450"}, {u"Item", InvokeKind::get, {u"abc"}, "13"},
+        {u"Item", InvokeKind::get, {kOne, Null{}}, "13"},
+        // clang-format on
     };
+    const auto sample = std::make_shared<Sample>();
     for (const auto& row : cases) {
+        std::vector<Variant> arguments = row.arguments;
+        std::string outcome;
         try {
-            call(row.name, row.kind, row.arguments);
-            ADD_FAILURE() << &row - cases;
+            outcome = toUtf8(toText(sample->invoke(row.name, row.kind, arguments)).value_or(u"?"));
         } catch (const Error& error) {
-            EXPECT_EQ(error.number(), row.error) << &row - cases;
+            outcome = std::to_string(error.number());
         }
+        EXPECT_EQ(outcome, row.outcome) << &row - cases;
     }
+    Variant value(u"y");
+    sample->invoke(u"Append", InvokeKind::method, {&value, 1});
+    EXPECT_TRUE(value.identical(u"y!"));
+    sample->invoke(u"Value", InvokeKind::let, {&value, 1});
+    EXPECT_EQ(toText(Variant(sample)), u"y!");
 }
 
 }  // namespace

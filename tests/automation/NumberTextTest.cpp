@@ -1,4 +1,3 @@
-#include "Seed.h"
 #include "automation/NumberText.h"
 
 #include <gtest/gtest.h>
@@ -8,9 +7,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <limits>
-#include <random>
-#include <string>
 
+#include "Random.h"
 #include "automation/DecimalNumber.h"
 #include "automation/Portable.h"
 #include "text/Encoding.h"
@@ -18,75 +16,43 @@
 namespace velmor::automation::portable {
 namespace {
 
-template <class Number>
-struct TextCase {
-    Number value;
-    const char* text;
-};
+constexpr auto kAll = std::numeric_limits<std::uint64_t>::max();
 
-template <class Number, std::size_t N>
-void checkTexts(const TextCase<Number> (&cases)[N]) {
-    for (const auto& each : cases) EXPECT_EQ(toUtf8(numberText(each.value)), each.text);
+template <class Number>
+void checkTexts(std::initializer_list<std::pair<Number, const char*>> cases) {
+    for (const auto& [value, text] : cases) EXPECT_EQ(toUtf8(numberText(value)), text);
 }
 
 // clang-format off
-TEST(NumberText, OfDoubles) {
-    const TextCase<double> cases[] = {
+TEST(NumberText, IsWritten) {
+    checkTexts<double>({
         {0.0, "0"}, {-0.0, "0"}, {1.5, "1.5"}, {-0.1, "-0.1"}, {0.1 + 0.2, "0.3"}, {1.0 / 3, "0.333333333333333"},
-        {2.0 / 3, "0.666666666666667"}, {123456789.123, "123456789.123"}, {999999999999999.0, "999999999999999"},
-        {999999999999999.4, "999999999999999"},
+        {2.0 / 3, "0.666666666666667"}, {999999999999999.4, "999999999999999"},
         {999999999999999.9, "1E+15"},  // rounding makes the sixteenth digit
-        {1e15, "1E+15"}, {-1.5e15, "-1.5E+15"}, {1e100, "1E+100"}, {0.0001, "0.0001"},
-        {0.00099999999999999999, "0.001"}, {0.00001, "1E-05"}, {0.000015, "1.5E-05"},
-        {0.00009999999999999999, "0.0001"},
+        {-1.5e15, "-1.5E+15"}, {0.0001, "0.0001"}, {0.00099999999999999999, "0.001"}, {0.00001, "1E-05"},
+        {0.000015, "1.5E-05"}, {0.00009999999999999999, "0.0001"},
         {100000000000000.5, "100000000000001"},  // exact ties go away from zero
         {100000000000001.5, "100000000000002"}, {-100000000000000.5, "-100000000000001"},
         {1000000000000.0625 + 0.0625, "1000000000000.13"}, {2251799813685248.5, "2.25179981368525E+15"},
-        {1.7976931348623157e308, "1.79769313486232E+308"}, {5e-324, "4.94065645841247E-324"},
-        {std::numeric_limits<double>::infinity(), "1.#INF"},
-    };
-    checkTexts(cases);
-}
-
-TEST(NumberText, OfSingles) {
-    const TextCase<float> cases[] = {
-        {0.1f, "0.1"}, {-0.0f, "0"}, {1.0f / 3, "0.3333333"}, {16777216.0f, "1.677722E+07"}, {9999999.0f, "9999999"},
-        {1e7f, "1E+07"}, {1000000.5f, "1000001"}, {3.4028235e38f, "3.402823E+38"}, {1e-4f, "0.0001"},
-        {1e-45f, "1.401298E-45"}, {1e-5f, "1E-05"}, {9.76933e-7f, "9.769331E-07"},
-    };
-    checkTexts(cases);
-}
-
-TEST(NumberText, OfCurrency) {
-    const TextCase<Currency> cases[] = {
-        {{0}, "0"}, {{1}, "0.0001"}, {{-1}, "-0.0001"}, {{99900}, "9.99"}, {{10000}, "1"},
-        {{-12345678}, "-1234.5678"}, {{std::numeric_limits<std::int64_t>::max()}, "922337203685477.5807"},
-        {{std::numeric_limits<std::int64_t>::min()}, "-922337203685477.5808"},
-    };
-    checkTexts(cases);
-}
-
-TEST(NumberText, OfDecimals) {
-    constexpr auto kAll = std::numeric_limits<std::uint64_t>::max();
-    const TextCase<Decimal> cases[] = {
-        {{0, 0, 0, false}, "0"}, {{0, 0, 5, true}, "0"}, {{0, 125, 1, false}, "12.5"}, {{0, 1500, 3, true}, "-1.5"},
+        {5e-324, "4.94065645841247E-324"}, {std::numeric_limits<double>::infinity(), "1.#INF"}});
+    checkTexts<float>({
+        {0.1f, "0.1"}, {-0.0f, "0"}, {16777216.0f, "1.677722E+07"}, {9999999.0f, "9999999"}, {1e7f, "1E+07"},
+        {1000000.5f, "1000001"}, {1e-4f, "0.0001"}, {1e-45f, "1.401298E-45"}, {9.76933e-7f, "9.769331E-07"}});
+    checkTexts<Currency>({
+        {{0}, "0"}, {{-1}, "-0.0001"}, {{99900}, "9.99"}, {{10000}, "1"}, {{-12345678}, "-1234.5678"},
+        {{std::numeric_limits<std::int64_t>::min()}, "-922337203685477.5808"}});
+    checkTexts<Decimal>({
+        {{0, 0, 5, true}, "0"}, {{0, 125, 1, false}, "12.5"}, {{0, 1500, 3, true}, "-1.5"},
         {{0, 1, 28, false}, "0.0000000000000000000000000001"},
-        {{0xFFFFFFFF, kAll, 0, false}, "79228162514264337593543950335"},
-        {{0xFFFFFFFF, kAll, 28, true}, "-7.9228162514264337593543950335"}, {{1, 0, 0, false}, "18446744073709551616"},
-    };
-    checkTexts(cases);
+        {{0xFFFFFFFF, kAll, 0, false}, "79228162514264337593543950335"}, {{1, 0, 0, false}, "18446744073709551616"},
+        {{0xFFFFFFFF, kAll, 28, true}, "-7.9228162514264337593543950335"}});
 }
 // clang-format on
-
-struct ParseCase {
-    const char16_t* text;
-    std::optional<double> value;
-};
 
 TEST(NumberText, IsRead) {
     const auto no = std::nullopt;
     // clang-format off
-    const ParseCase cases[] = {
+    const std::pair<const char16_t*, std::optional<double>> cases[] = {
         {u"0", 0}, {u" 12 ", 12}, {u"\t12\r\n", 12}, {u"+12", 12}, {u"12-", -12}, {u"- 12", -12}, {u"(12)", -12},
         {u"($12)", -12}, {u"-$12", -12}, {u"12$", 12}, {u"1,234.5", 1234.5}, {u"1,2,3", 123}, {u".5", 0.5},
         {u"5.", 5}, {u"1e5", 1e5}, {u"1E-5", 1e-5}, {u".5e1", 5}, {u"1e308", 1e308}, {u"1e-400", 0},
@@ -98,7 +64,7 @@ TEST(NumberText, IsRead) {
         {u"&H100000000", no}, {u"0x10", no}, {u"10%", no}, {u"True", no}, {u"$", no}, {u"()", no},
     };
     // clang-format on
-    for (const auto& each : cases) EXPECT_EQ(parseNumber(each.text), each.value) << toUtf8(each.text);
+    for (const auto& [text, value] : cases) EXPECT_EQ(parseNumber(text), value) << toUtf8(text);
 }
 
 std::string libraryText(const char* format, double value, int digits) {
@@ -116,44 +82,27 @@ void expectLibraryText(Number value, int digits) {
     EXPECT_EQ(toUtf8(numberText(value)), libraryText("%.*G", value, digits));
 }
 
-class RandomNumbers : public testing::Test {
-protected:
-    const unsigned seed_ = testSeed();
-    const testing::ScopedTrace trace_{__FILE__, __LINE__, seed_};
-    std::mt19937_64 random{seed_};
-};
-
-TEST_F(RandomNumbers, AreWrittenAsByTheCLibrary) {
+TEST(NumberText, OfRandomNumbersIsTheCLibrarys) {
+    Random random;
     for (int round = 0; round < 20000; ++round) {
-        expectLibraryText(std::bit_cast<double>(random()), 15);
+        expectLibraryText(std::bit_cast<double>(random.bits()), 15);
         expectLibraryText(std::bit_cast<float>(static_cast<std::uint32_t>(random())), 7);
-    }
-}
-
-TEST_F(RandomNumbers, AreReadAsByTheCLibrary) {
-    for (int round = 0; round < 20000; ++round) {
-        std::string text = std::to_string(random() >> random() % 60);
-        text.insert(random() % text.size(), ".");
+        std::string text = std::to_string(random.bits() >> random.below(60));
+        text.insert(random.below(text.size()), ".");
         ASSERT_EQ(parseNumber(fromUtf8(text)), std::strtod(text.c_str(), nullptr)) << text;
     }
 }
 
-TEST_F(RandomNumbers, OfFifteenDigitsComeBack) {
-    for (int round = 0; round < 20000; ++round) {
-        const auto digits = static_cast<std::int64_t>(random() % 1'000'000'000'000'000);
-        const double value = static_cast<double>(digits) * std::pow(10.0, static_cast<int>(random() % 40) - 20);
-        const auto text = numberText(value);
+TEST(NumberText, OfRandomNumbersComesBack) {
+    Random random;
+    for (int round = 0; round < 10000; ++round) {
+        const auto digits = static_cast<double>(random.bits() % 1'000'000'000'000'000);
+        const auto text = numberText(digits * std::pow(10.0, static_cast<int>(random.below(40)) - 20));
         ASSERT_EQ(numberText(parseNumber(text).value()), text);
-    }
-}
-
-TEST_F(RandomNumbers, OfDecimalsComeBack) {
-    for (int round = 0; round < 5000; ++round) {
-        const Decimal value{static_cast<std::uint32_t>(random()), random(), static_cast<std::uint8_t>(random() % 29),
-                            random() % 2 == 0};
+        const Decimal value{static_cast<std::uint32_t>(random()), random.bits(),
+                            static_cast<std::uint8_t>(random.below(29)), random.below(2) == 0};
         const auto read = decimalOf(parseNumberText(numberText(value)).value());
-        ASSERT_TRUE(read);
-        ASSERT_EQ(compareDecimals(*read, value), 0) << toUtf8(numberText(value));
+        ASSERT_TRUE(read && compareDecimals(*read, value) == 0) << toUtf8(numberText(value));
     }
 }
 
@@ -172,14 +121,9 @@ TEST(Decimals, AreOrderedByValue) {
     EXPECT_EQ(compareDecimals({0, 15, 1, false}, {0, 1500, 3, false}), 0);
 }
 
-struct DecimalCase {
-    const char16_t* text;
-    const char* decimal;  // "-": does not fit
-};
-
 TEST(Decimals, RoundTextsHalfToEven) {
     // clang-format off
-    const DecimalCase cases[] = {
+    const std::pair<const char16_t*, const char*> cases[] = {  // "-": does not fit
         {u"79228162514264337593543950335", "79228162514264337593543950335"},
         {u"79228162514264337593543950335.4", "79228162514264337593543950335"},
         {u"79228162514264337593543950336", "-"}, {u"7.9228162514264337593543950336", "7.922816251426433759354395034"},
@@ -188,9 +132,9 @@ TEST(Decimals, RoundTextsHalfToEven) {
         {u"1e28", "10000000000000000000000000000"}, {u"1e29", "-"}, {u"1e-400", "0"}, {u"-1.50", "-1.5"},
     };
     // clang-format on
-    for (const auto& each : cases) {
-        const auto decimal = decimalOf(parseNumberText(each.text).value());
-        EXPECT_EQ(decimal ? toUtf8(numberText(*decimal)) : "-", each.decimal) << toUtf8(each.text);
+    for (const auto& [text, shown] : cases) {
+        const auto decimal = decimalOf(parseNumberText(text).value());
+        EXPECT_EQ(decimal ? toUtf8(numberText(*decimal)) : "-", shown) << toUtf8(text);
     }
 }
 
