@@ -11,6 +11,7 @@ namespace {
 
 using automation::Variant;
 using test::ScriptedHandler;
+using test::tagged;
 using test::TagTest;
 using Calls = std::vector<std::string>;
 using Errors = std::vector<std::u16string>;
@@ -20,26 +21,15 @@ Variant answer(kvTag& tag) {
 }
 
 TEST(Handler, IsCalledByItsLevel) {
-    const struct {
-        std::int32_t level;
-        const char16_t* result;
-        Calls calls;
-    } cases[] = {
-        {0, u"", {"Interface"}},
-        {2, u"", {"Interface"}},
-        {3, u"[X]", {"Interface", "GetTagValue", "Interface"}},
-        {4, u"[X]", {"Interface", "GetTagValue", "Interface"}},
-        {5, u"[X]", {"Interface", "GetTagValue", "Interface", "Dispose"}},
-    };
-    for (const auto& one : cases) {
+    const Calls asked{"Interface"}, called{"Interface", "GetTagValue", "Interface"};
+    const Calls disposed{"Interface", "GetTagValue", "Interface", "Dispose"};
+    for (const auto& [level, calls] : {std::pair(0, asked), {2, asked}, {3, called}, {4, called}, {5, disposed}}) {
         TagTest on;
-        on.addHandler(u"H", one.level, answer);
-        EXPECT_EQ(on.evaluate(u"<KV:h>x:</KV>"), one.result);
-        EXPECT_EQ(on.calls, one.calls);
-        if (one.level < 3) {
-            EXPECT_EQ(on.errors(),
-                      (Errors{u"H: Tag Handler is for an old version of Quillmark. Handler Class: Test.H"}));
-        }
+        on.addHandler(u"H", level, answer);
+        EXPECT_EQ(on.evaluate(u"<KV:h>x:</KV>"), level < 3 ? u"" : u"[X]");
+        EXPECT_EQ(on.calls, calls);
+        const std::u16string old = u"H: Tag Handler is for an old version of Quillmark. Handler Class: Test.H";
+        EXPECT_EQ(on.errors(), level < 3 ? Errors{old} : Errors{});
     }
 }
 
@@ -67,21 +57,21 @@ TEST(Handler, MissingOnesDisappearOrShow) {
     EXPECT_EQ(on.evaluate(u"<KV:G-N>X:</KV>"), u"gone: N");
 }
 
-TEST(Handler, GroupsHaveTheirOwnKey) {
+TEST(Handler, ResultsAreEvaluatedAndEscaped) {
     TagTest on;
     on.services.registry.set(u"SOFTWARE\\Korvane\\Quillmark\\SubHandlers\\GRP\\", u"NAME", u"Grouped");
     on.services.objects.add(u"Grouped", [&] { return std::make_shared<ScriptedHandler>(3, answer, on.calls); });
     EXPECT_EQ(on.evaluate(u"<KV:grp-name>X:</KV>"), u"[X]");
-}
-
-TEST(Handler, ResultsAreEvaluatedAndEscaped) {
-    TagTest on;
     on.set(u"a", u"}");
-    on.addHandler(u"H", 3, [](kvTag&) { return Variant(u"{<KV:TAG>PROPERTY:a=:</KV>"); });
+    on.addHandler(u"H", 3, [](kvTag&) { return Variant(tagged(u"{[PROPERTY:a=:]")); });
     EXPECT_EQ(on.evaluate(u"<KV:H>:</KV>"), u"{}");
     EXPECT_EQ(on.evaluate(u"{\\rtf1 <KV:H>:</KV>}"), u"{\\rtf1 \\{\\}}");
     on.addHandler(u"N", 3, [](kvTag&) { return Variant(std::int32_t{42}); });
     EXPECT_EQ(on.evaluate(u"<KV:N>:</KV>"), u"42");
+    on.addHandler(u"M", 3, [](kvTag& tag) {
+        return Variant(tag.GetProcessedElementsValue(u"p").append(tag.ProcessName(u"TAG>@VERSION:")));
+    });
+    EXPECT_EQ(on.evaluate(u"<KV:M>X:p=[@VERSION:]:</KV>"), u"11");
 }
 
 TEST(Handler, FailuresLeaveWhatWasProduced) {
@@ -102,7 +92,7 @@ TEST(Handler, FailuresLeaveWhatWasProduced) {
 
     on.services.registry.set(u"SOFTWARE\\Korvane\\Quillmark\\Handlers", u"C", u"Test.Missing");
     on.services.objects.fail(u"Test.Missing");
-    EXPECT_EQ(on.evaluate(u"a<KV:C>x:</KV>b<KV:TAG>@VERSION:</KV>"), u"ab1");
+    EXPECT_EQ(on.evaluate(u"a<KV:C>x:</KV>b[@VERSION:]"), u"ab1");
     ASSERT_EQ(on.errors().size(), 1u);
     EXPECT_EQ(on.last->ErrorLog()->Item(1)->Properties()->GetValueLng(u"Err"), 429);
 
@@ -118,9 +108,8 @@ TEST(Handler, MayReenter) {
         seen = std::u16string(tag.Result()).append(u"|").append(on.last->Result());
         return Variant(u"r");
     });
-    on.last = on.make(u"1<KV:TAG>@VERSION:</KV>2<KV:R>:</KV>3<KV:TAG>@VERSION:</KV>");
-    EXPECT_EQ(on.last->Result(), u"112r31");
-    EXPECT_EQ(seen, u"|1123<KV:TAG>@VERSION:</KV>");
+    EXPECT_EQ(on.evaluate(u"1[@VERSION:]2<KV:R>:</KV>3[@VERSION:]"), u"112r31");
+    EXPECT_EQ(seen, tagged(u"|1123[@VERSION:]"));
 
     on.addHandler(u"V", 3, [](kvTag& tag) {
         tag.Value(u"<KV:V>:</KV>");
@@ -130,7 +119,7 @@ TEST(Handler, MayReenter) {
     EXPECT_EQ(on.evaluate(u"<<KV:V>:</KV>>"), u"<v>");
     on.addHandler(u"D", 3, [](kvTag& tag) {
         tag.Dispose();
-        return Variant(u"<KV:TAG>PROPERTY:a=none:</KV>");
+        return Variant(tagged(u"[PROPERTY:a=none:]"));
     });
     on.set(u"a", u"1");
     EXPECT_EQ(on.evaluate(u"<KV:D>:</KV><KV:TAG>PROPERTY:a=:</KV>"), u"none1");
@@ -138,49 +127,31 @@ TEST(Handler, MayReenter) {
         on.last->Dispose();
         return Variant(u"t");
     });
-    on.last = on.make(u"<KV:T>:</KV><KV:TAG>@VERSION:</KV>");
-    EXPECT_EQ(on.last->Result(), u"t1");
+    EXPECT_EQ(on.evaluate(u"<KV:T>:</KV>[@VERSION:]"), u"t1");
     on.addHandler(u"W", 3, [&](kvTag&) {
-        on.last->Value(u"new <KV:TAG>@VERSION:</KV>");
+        on.last->Value(tagged(u"new [@VERSION:]"));
         return Variant(u"w");
     });
-    on.last = on.make(u"<KV:W>:</KV><KV:TAG>@VERSION:</KV>");
-    EXPECT_EQ(on.last->Result(), u"w1");
+    EXPECT_EQ(on.evaluate(u"<KV:W>:</KV>[@VERSION:]"), u"w1");
     EXPECT_EQ(on.last->Result(), u"new 1");
-}
-
-TEST(Handler, UsesTheTagsMembers) {
-    TagTest on;
-    on.addHandler(u"H", 3, [](kvTag& tag) {
-        return Variant(tag.GetProcessedElementsValue(u"p").append(tag.ProcessName(u"TAG>@VERSION:")));
-    });
-    EXPECT_EQ(on.evaluate(u"<KV:H>X:p=<KV:TAG>@VERSION:</KV>:</KV>"), u"11");
 }
 
 // --- what would not end ---
 
-TEST(Limits, APropertyThatReadsItself) {
+TEST(Limits, EndWhatReadsItself) {
     TagTest on;
-    on.set(u"a", u"x<KV:TAG>PROPERTY:b=:</KV>");
-    on.set(u"b", u"y<KV:TAG>PROPERTY:a=:</KV><KV:TAG>PROPERTY:a=:</KV>");
-    const std::u16string result = on.evaluate(u"<KV:TAG>PROPERTY:a=:</KV>|<KV:TAG>@VERSION:</KV>");
-    EXPECT_TRUE(result.starts_with(u"xyxyxy"));
-    EXPECT_TRUE(result.ends_with(u"|1"));
+    on.set(u"a", u"x[PROPERTY:b=:]");
+    on.set(u"b", u"y[PROPERTY:a=:][PROPERTY:a=:]");
+    const std::u16string result = on.evaluate(u"[PROPERTY:a=:]|[@VERSION:]");
+    EXPECT_TRUE(result.starts_with(u"xyxyxy") && result.ends_with(u"|1"));
     EXPECT_EQ(result.size(), kMaximumLevels - 1u + 2u);
     EXPECT_EQ(on.errors(), (Errors{u"TAG: Tags are nested beyond 100 levels"}));
-}
 
-TEST(Limits, AFileThatIncludesItselfTwice) {
-    TagTest on;
     on.services.files.set(u"C:\\a.txt", ".<KV:TAG>INCLUDE=C:\\a.txt:</KV><KV:TAG>INCLUDE=C:\\a.txt:</KV>");
-    const std::u16string tag = u"<KV:TAG>INCLUDE=C:\\a.txt:</KV>";
-    EXPECT_EQ(on.evaluate(tag), std::u16string(99, u'.'));
-    EXPECT_EQ(on.evaluate(tag + tag), std::u16string(198, u'.'));
+    EXPECT_EQ(on.evaluate(u"[INCLUDE=C:\\a.txt:]"), std::u16string(99, u'.'));
+    EXPECT_EQ(on.evaluate(u"[INCLUDE=C:\\a.txt:][INCLUDE=C:\\a.txt:]"), std::u16string(198, u'.'));
     EXPECT_EQ(on.errors().size(), 1u);
-}
 
-TEST(Limits, AHandlerThatAnswersWithItsOwnTag) {
-    TagTest on;
     on.addHandler(u"H", 5, [](kvTag&) { return Variant(u".<KV:H>:</KV>"); });
     EXPECT_EQ(on.evaluate(u"<KV:H>:</KV>"), std::u16string(99, u'.'));
     EXPECT_EQ(on.errors(), (Errors{u"H: Tags are nested beyond 100 levels"}));
@@ -191,54 +162,40 @@ TEST(Limits, AHandlerThatAnswersWithItsOwnTag) {
     EXPECT_EQ(on.evaluate(u"<KV:S>:</KV>").size(), 49u);
 }
 
-TEST(Limits, NothingEndsAtTheMarginOfTheLevels) {
+TEST(Limits, EndNothingAtTheMarginOfTheLevels) {
     TagTest on;
-    for (int i = 0; i < 99; ++i) {
-        const std::u16string next(1, static_cast<char16_t>(u'A' + i + 1));
-        on.set(std::u16string(1, static_cast<char16_t>(0x4E00 + i)),
-               i == 98 ? std::u16string(u"end")
-                       : std::u16string(u"<KV:TAG>PROPERTY:") + static_cast<char16_t>(0x4E01 + i) + u"=:</KV>");
+    for (char16_t i = 0; i < 98; ++i) {
+        const char16_t name = u'\u4E00' + i, next = name + 1;
+        on.set(std::u16string(1, name), std::u16string(u"[PROPERTY:") + next + u"=end:]");
     }
-    EXPECT_EQ(on.evaluate(u"<KV:TAG>PROPERTY:\u4E00=:</KV>"), u"end");
+    EXPECT_EQ(on.evaluate(u"[PROPERTY:\u4E00=:]"), u"end");
     EXPECT_TRUE(on.errors().empty());
 }
 
-TEST(Limits, UnclosedNestedAndStrayMarkersLoseNothing) {
+TEST(Limits, LoseNothingOfUnclosedNestedAndStrayMarkers) {
     TagTest on;
-    const struct {
-        const char16_t* text;
-        const char16_t* result;
-    } cases[] = {
+    const std::pair<const char16_t*, const char16_t*> cases[] = {
         {u"<KV:<KV:<KV:</KV><KV:", u"<KV:<KV:<KV:"},
         {u"</KV><KV:<KV:<KV:</KV><KV:", u"</KV><KV:<KV:<KV:"},
         {u"<KV:<KV:TAG>@VERSION:</KV>", u"<KV:<KV:TAG>@VERSION:</KV>"},
-        {u"<KV: <KV:TAG>@VERSION:</KV>", u"<KV: 1"},
+        {u"<KV: [@VERSION:]", u"<KV: 1"},
         {u"a</KV>b", u"a</KV>b"},
     };
-    for (const auto& one : cases) EXPECT_EQ(on.evaluate(one.text), one.result);
-    for (const char16_t odd : {u'\0', static_cast<char16_t>(0xD800), static_cast<char16_t>(0xDC00)}) {
-        const std::u16string unit(1, odd);
-        EXPECT_EQ(on.evaluate(unit + u"<KV:TAG>PROPERTY:a=x:</KV>" + unit), unit + u"x" + unit);
+    for (const auto& [text, result] : cases) EXPECT_EQ(on.evaluate(text), result);
+    for (const std::u16string_view odd : {std::u16string_view(u"\0", 1), {u"\xD800", 1}, {u"\xDC00", 1}}) {
+        const std::u16string unit(odd);
+        EXPECT_EQ(on.evaluate(unit + u"[PROPERTY:a=x:]" + unit), unit + u"x" + unit);
         EXPECT_EQ(on.evaluate(u"<KV:" + unit + u"</KV>" + unit), unit);
     }
-    std::u16string open;
-    for (int i = 0; i < 250000; ++i) open += u"<KV:";
+    std::u16string open, close, many, expected;
+    for (int i = 0; i < 250000; ++i) open += u"<KV:", close += u"</KV>";
     EXPECT_EQ(on.evaluate(open), open);
-    std::u16string nested = open;
-    for (int i = 0; i < 250000; ++i) nested += u"</KV>";
-    EXPECT_EQ(on.evaluate(nested), u"");
-}
-
-TEST(Limits, ManyEqualAndManyDistinctTags) {
-    TagTest on;
-    std::u16string text;
-    std::u16string expected;
-    for (int i = 0; i < 20000; ++i) {
-        text += u"<KV:TAG>@VERSION:</KV>,<KV:TAG>PROPERTY:n" + std::u16string(1, static_cast<char16_t>(0x4E00 + i)) +
-                u"=y</KV>";
+    EXPECT_EQ(on.evaluate(open + close), u"");
+    for (char16_t i = 0; i < 20000; ++i) {
+        many += std::u16string(u"[@VERSION:],[PROPERTY:n") + static_cast<char16_t>(u'\u4E00' + i) + u"=y]";
         expected += u"1,y";
     }
-    EXPECT_EQ(on.evaluate(text), expected);
+    EXPECT_EQ(on.evaluate(many), expected);
 }
 
 }  // namespace

@@ -10,36 +10,27 @@ namespace {
 using automation::InvokeKind;
 using automation::ObjectRef;
 using automation::Variant;
+using test::tagged;
 using test::TagTest;
 
-std::vector<std::u16string> namesOf(kvTags& tags) {
-    std::vector<std::u16string> names;
-    for (std::int32_t i = 1; i <= tags.Count(); ++i) names.push_back(tags.Item(i)->Name());
-    return names;
-}
-
+// clang-format off
 TEST(Tag, FindsTopLevelTags) {
-    using Names = std::vector<std::u16string>;
-    const struct {
-        const char16_t* text;
-        Names names;
-    } cases[] = {
-        {u"none", {}},
-        {u"<KV:A>X:</KV><KV:B>Y:</KV>", {u"A>X:", u"B>Y:"}},
-        {u"<KV:A>X:<KV:B>Y:</KV>:</KV>", {u"A>X:<KV:B>Y:</KV>:"}},
-        {u"<kv:A>X:</kv>", {u"A>X:"}},
-        {u"<KV:A>X</KV>", {u"A>X:"}},
-        {u"<KV:A>X:", {}},
-        {u"<KV:A>X: <KV:B>Y:</KV>", {u"B>Y:"}},
-        {u"<KV:<KV:B>Y:</KV>", {}},  // the search goes on 5 units behind an unclosed marker
-        {u"<KV:x<KV:B>Y:</KV>", {u"B>Y:"}},
-        {u"<KV:</KV>", {u":"}},
-        {u"</KV><KV:A>X:</KV>", {u"A>X:"}},
-        {u"<KV:<KV:<KV:</KV><KV:", {u":"}},
-    };
+    const std::pair<const char16_t*, const char16_t*> cases[] = {  // the names, each behind a blank
+        {u"none", u""}, {u"<KV:A>X:</KV><KV:B>Y:</KV>", u" A>X: B>Y:"}, {u"<kv:A>X:</kv>", u" A>X:"},
+        {u"<KV:A>X:<KV:B>Y:</KV>:</KV>", u" A>X:<KV:B>Y:</KV>:"}, {u"<KV:A>X</KV>", u" A>X:"}, {u"<KV:A>X:", u""},
+        {u"<KV:A>X: <KV:B>Y:</KV>", u" B>Y:"},
+        {u"<KV:<KV:B>Y:</KV>", u""},  // the search goes on 5 units behind an unclosed marker
+        {u"<KV:x<KV:B>Y:</KV>", u" B>Y:"}, {u"<KV:</KV>", u" :"}, {u"</KV><KV:A>X:</KV>", u" A>X:"},
+        {u"<KV:<KV:<KV:</KV><KV:", u" :"}};
     TagTest on;
-    for (const auto& one : cases) EXPECT_EQ(namesOf(*on.make(one.text)->Tags()), one.names);
+    for (const auto& [text, names] : cases) {
+        const auto tags = on.make(text)->Tags();
+        std::u16string found;
+        for (std::int32_t i = 1; i <= tags->Count(); ++i) found += u" " + tags->Item(i)->Name();
+        EXPECT_EQ(found, names);
+    }
 }
+// clang-format on
 
 TEST(Tag, SplitsItsName) {
     TagTest on;
@@ -52,7 +43,7 @@ TEST(Tag, SplitsItsName) {
     EXPECT_EQ(tag.Elements()->GetValueStr(u"A"), u"b");
     tag.Name(u"TAG>INCLUDE=file.kvl:");
     EXPECT_TRUE(tag.CommandValue().identical(Variant(u"file.kvl")));
-    tag.Name(u"TAG>INCLUDE=<KV:TAG>@VERSION:</KV>.kvl:");
+    tag.Name(tagged(u"TAG>INCLUDE=[@VERSION:].kvl:"));
     EXPECT_EQ(tag.CommandValueProcessed(), u"1.kvl");
     tag.Name(u"TAG");
     EXPECT_EQ(tag.CommandName(), u"");
@@ -61,7 +52,6 @@ TEST(Tag, SplitsItsName) {
 
 TEST(Tag, RtfTurnsProtectionOnForGood) {
     TagTest on;
-    EXPECT_TRUE(on.make(u"{\\rtf1 }")->ProtectRTF());
     EXPECT_FALSE(on.make(u"{\\RTF1 }")->ProtectRTF());
     const auto tag = on.make(u"{\\rtf1 }");
     tag->Value(u"plain");
@@ -71,12 +61,12 @@ TEST(Tag, RtfTurnsProtectionOnForGood) {
 TEST(Tag, EscapesResultsInRtf) {
     TagTest on;
     on.set(u"a", u"a{b}c\\d\r\ne");
-    on.set(u"rtf", u"{\\rtf1 <KV:TAG>PROPERTY:b=:</KV>}");
+    on.set(u"rtf", u"{\\rtf1 [PROPERTY:b=:]}");
     on.set(u"b", u"}");
-    EXPECT_EQ(on.evaluate(u"{\\rtf1 <KV:TAG>PROPERTY:a=:</KV>}"), u"{\\rtf1 a\\{b\\}c\\\\d\\par e}");
-    EXPECT_EQ(on.evaluate(u"<KV:TAG>PROPERTY:a=:</KV>"), u"a{b}c\\d\r\ne");
+    EXPECT_EQ(on.evaluate(u"{\\rtf1 [PROPERTY:a=:]}"), u"{\\rtf1 a\\{b\\}c\\\\d\\par e}");
+    EXPECT_EQ(on.evaluate(u"[PROPERTY:a=:]"), u"a{b}c\\d\r\ne");
     // Within a plain template a document's own tags are escaped, those beside it are not.
-    EXPECT_EQ(on.evaluate(u"<KV:TAG>PROPERTY:rtf=:</KV> <KV:TAG>PROPERTY:b=:</KV>"), u"{\\rtf1 \\}} }");
+    EXPECT_EQ(on.evaluate(u"[PROPERTY:rtf=:] [PROPERTY:b=:]"), u"{\\rtf1 \\}} }");
     EXPECT_TRUE(on.last->Tags()->Item(1)->ProtectRTF());
     EXPECT_FALSE(on.last->Tags()->Item(2)->ProtectRTF());
 }
@@ -84,11 +74,11 @@ TEST(Tag, EscapesResultsInRtf) {
 TEST(Tag, EvaluatesOnceUntilArmedAgain) {
     TagTest on;
     on.set(u"a", u"1");
-    EXPECT_EQ(on.evaluate(u"<KV:TAG>PROPERTY:a=:</KV>"), u"1");
+    EXPECT_EQ(on.evaluate(u"[PROPERTY:a=:]"), u"1");
     on.set(u"a", u"2");
     EXPECT_EQ(on.last->Result(), u"1");
     EXPECT_EQ(on.last->Tags()->Item(1)->Result(), u"1");
-    on.last->Value(u"<KV:TAG>PROPERTY:a=:</KV>");
+    on.last->Value(tagged(u"[PROPERTY:a=:]"));
     EXPECT_EQ(on.last->Result(), u"2");
     on.last->Name(u"TAG>PROPERTY:a=:");
     on.set(u"a", u"3");
@@ -97,47 +87,42 @@ TEST(Tag, EvaluatesOnceUntilArmedAgain) {
 
 TEST(Tag, TagsShowWhatTheyBecame) {
     TagTest on;
-    on.set(u"a", u"<KV:TAG>PROPERTY:b=:</KV>+<KV:TAG>PROPERTY:c=none:</KV>");
+    on.set(u"a", u"[PROPERTY:b=:]+[PROPERTY:c=none:]");
     on.set(u"b", u"B");
-    const auto tag = on.make(u"x<KV:TAG>PROPERTY:b=:</KV>y<KV:TAG>PROPERTY:a=:</KV>z");
-    const auto early = tag->Tags()->Item(2);
-    EXPECT_EQ(early->Value(), u"");
-    EXPECT_EQ(tag->Result(), u"xByB+nonez");
-    EXPECT_EQ(tag->Tags()->Item(2), early);
-    for (int pass = 0; pass < 2; ++pass) {
-        const auto item = on.last ? on.last->Tags()->Item(2) : early;
+    for (const bool askedBefore : {true, false}) {
+        const auto tag = on.make(u"x[PROPERTY:b=:]y[PROPERTY:a=:]z");
+        const auto early = askedBefore ? tag->Tags()->Item(2) : nullptr;
+        EXPECT_TRUE(!early || early->Value().empty());
+        EXPECT_EQ(tag->Result(), u"xByB+nonez");
+        const auto item = tag->Tags()->Item(2);
+        EXPECT_TRUE(!early || early == item);
         EXPECT_TRUE(item->isChild());
-        EXPECT_EQ(item->Value(), u"<KV:TAG>PROPERTY:b=:</KV>+<KV:TAG>PROPERTY:c=none:</KV>");
+        EXPECT_EQ(item->Value(), tagged(u"[PROPERTY:b=:]+[PROPERTY:c=none:]"));
         EXPECT_EQ(item->Result(), u"B+none");
         EXPECT_EQ(item->Tags()->Item(2)->Result(), u"none");
         EXPECT_EQ(item->Tags()->Item(1)->Name(), u"TAG>PROPERTY:b=:");
-        // Now the same for one that nobody asked for before.
-        on.evaluate(u"x<KV:TAG>PROPERTY:b=:</KV>y<KV:TAG>PROPERTY:a=:</KV>z");
+        for (const Variant& none : {Variant(3), Variant(0), Variant(u"1")}) EXPECT_EQ(tag->Tags()->Item(none), nullptr);
+        EXPECT_EQ(tag->Tags()->Item(Variant(1.0))->Result(), u"B");
     }
-    EXPECT_EQ(tag->Tags()->Item(3), nullptr);
-    EXPECT_EQ(tag->Tags()->Item(0), nullptr);
-    EXPECT_EQ(tag->Tags()->Item(Variant(u"1")), nullptr);
-    EXPECT_EQ(tag->Tags()->Item(Variant(1.0))->Result(), u"B");
 }
 
 // A tag that a reader evaluated first keeps its result; a skipped one is left alone.
 TEST(Tag, TagsBesideTheirPlace) {
     TagTest on;
     on.set(u"a", u"1");
-    const auto tag = on.make(u"<KV:TAG>PROPERTY:a=:</KV>");
+    const auto tag = on.make(u"[PROPERTY:a=:]");
     EXPECT_EQ(tag->Tags()->Item(1)->Result(), u"1");
     on.set(u"a", u"2");
     EXPECT_EQ(tag->Result(), u"1");
     // The first takes the place within the second, whose text is then found nowhere.
-    EXPECT_EQ(on.evaluate(u"<KV:TAG>PROPERTY:a</KV><KV:X>b=<KV:TAG>PROPERTY:a:</KV>:</KV>"),
-              u"<KV:TAG>PROPERTY:a</KV><KV:X>b=2:</KV>");
+    EXPECT_EQ(on.evaluate(u"[PROPERTY:a]<KV:X>b=[PROPERTY:a:]:</KV>"), u"<KV:TAG>PROPERTY:a</KV><KV:X>b=2:</KV>");
     EXPECT_EQ(on.last->Tags()->Item(1)->Result(), u"2");
     EXPECT_EQ(on.last->Tags()->Item(2)->Value(), u"");
 }
 
 TEST(Tag, ChildrenShareWhatTheParentHadWhenItsValueWasSet) {
     TagTest on;
-    const auto tag = on.make(u"<KV:TAG>PROPERTY:a=none:</KV>");
+    const auto tag = on.make(u"[PROPERTY:a=none:]");
     const auto later = std::make_shared<privProperties>(on.services);
     later->AddStr(u"a", u"later");
     tag->Properties(Collection(later));
@@ -157,18 +142,18 @@ TEST(Tag, ChildrenShareWhatTheParentHadWhenItsValueWasSet) {
 
 TEST(Tag, ProcessesSingleTexts) {
     TagTest on;
-    on.set(u"n", u"<KV:TAG>PROPERTY:m=:</KV>!");
+    on.set(u"n", u"[PROPERTY:m=:]!");
     on.set(u"m", u"deep");
     on.set(u"low", u"<kv:TAG>PROPERTY:m=:</kv>");
     const auto tag = on.make(u"");
-    EXPECT_EQ(tag->ProcessValue(u"<KV:TAG>PROPERTY:n=:</KV>?"), u"deep!?");
+    EXPECT_EQ(tag->ProcessValue(tagged(u"[PROPERTY:n=:]?")), u"deep!?");
     EXPECT_EQ(tag->ProcessName(u"TAG>PROPERTY:n=:"), u"deep!");
     EXPECT_EQ(tag->ProcessName(u"no handler"), u"");
     EXPECT_EQ(tag->GetProcessedPropertiesValue(u"N"), u"deep!");
     EXPECT_EQ(tag->GetProcessedPropertiesValue(u"low"), u"<kv:TAG>PROPERTY:m=:</kv>");
-    EXPECT_EQ(tag->GetProcessedPropertiesValue(u"none", u"<KV:TAG>@VERSION:</KV>"), u"1");
+    EXPECT_EQ(tag->GetProcessedPropertiesValue(u"none", tagged(u"[@VERSION:]")), u"1");
     EXPECT_EQ(tag->GetProcessedVariablesValue(u"none", u"default"), u"default");
-    tag->Name(u"X>Y:p=<KV:TAG>PROPERTY:m=:</KV>:");
+    tag->Name(tagged(u"X>Y:p=[PROPERTY:m=:]:"));
     EXPECT_EQ(tag->GetProcessedElementsValue(u"P"), u"deep");
     EXPECT_EQ(tag->GetProcessedElementsValue(u"q", Variant(std::int32_t{7})), u"7");
 }
@@ -176,7 +161,7 @@ TEST(Tag, ProcessesSingleTexts) {
 TEST(Tag, DisposeReleasesAndKeepsTheResult) {
     TagTest on;
     on.set(u"a", u"1");
-    on.evaluate(u"<KV:TAG>PROPERTY:a=:</KV>");
+    on.evaluate(u"[PROPERTY:a=:]");
     const auto tags = on.last->Tags();
     const auto child = tags->Item(1);
     on.last->Dispose(false);
@@ -205,30 +190,28 @@ TEST(Tag, LogsErrors) {
     EXPECT_EQ(details->GetValueStr(u"ErrData"), u"more");
 }
 
-// What a host may put in the place of our collection.
+// What a host may put in the place of our collection: it has three members.
 class HostCollection final : public automation::Object {
 public:
-    Variant invoke(std::u16string_view name, InvokeKind, std::span<Variant> arguments) override {
-        if (name == u"GetValue") return own->GetValue(*arguments[0].get<std::u16string>(), arguments[1]);
-        if (name == u"Item") return ObjectRef(own->Item(*arguments[0].get<std::u16string>()));
-        if (name == u"Add") {
-            return ObjectRef(own->Add(*arguments[0].get<std::u16string>(), arguments[1], *arguments[2].get<bool>()));
-        }
-        throw Error(438, u"Host", u"No such member");
+    explicit HostCollection(PropertiesRef own) : own_(std::move(own)) {}
+    Variant invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) override {
+        if (name != u"GetValue" && name != u"Item" && name != u"Add") throw Error(438, u"Host", u"No such member");
+        return own_->invoke(name, kind, arguments);
     }
     std::u16string typeName() const override { return u"HostCollection"; }
-    PropertiesRef own;
+
+private:
+    PropertiesRef own_;
 };
 
 TEST(Tag, TakesTheHostsCollection) {
     TagTest on;
-    const auto host = std::make_shared<HostCollection>();
-    host->own = on.properties;
+    const auto host = std::make_shared<HostCollection>(on.properties);
     on.set(u"a", u"1");
     const auto tag = std::make_shared<kvTag>(on.services);
     tag->Properties(Collection::fromObject(host));
     EXPECT_EQ(tag->Properties().object(), host);
-    tag->Value(u"<KV:TAG>PROPERTY:a=:</KV><KV:TAG>SETPROPERTY:b=2:</KV><KV:TAG>PROPERTY:b=:</KV>");
+    tag->Value(tagged(u"[PROPERTY:a=:][SETPROPERTY:b=2:][PROPERTY:b=:]"));
     EXPECT_EQ(tag->Result(), u"12");
     EXPECT_EQ(tag->GetProcessedPropertiesValue(u"b"), u"2");
     EXPECT_EQ(tag->GetProcessedPropertiesValue(u"c", u"none"), u"none");
@@ -239,7 +222,7 @@ TEST(Tag, AnswersByName) {
     on.set(u"a", u"1");
     const auto tag = on.make(u"");
     automation::Object& late = *tag;
-    Variant value[] = {Variant(u"<KV:TAG>PROPERTY:a=:</KV>")};
+    Variant value[] = {Variant(tagged(u"[PROPERTY:a=:]"))};
     late.invoke(u"value", InvokeKind::let, value);
     EXPECT_TRUE(late.invoke(u"RESULT", InvokeKind::get, {}).identical(Variant(u"1")));
     const ObjectRef tags = late.invoke(u"Tags", InvokeKind::get, {}).object();
@@ -249,9 +232,7 @@ TEST(Tag, AnswersByName) {
     Variant text[] = {Variant(u"{")};
     late.invoke(u"ProtectRTFCode", InvokeKind::method, text);
     EXPECT_TRUE(text[0].identical(Variant(u"\\{")));
-    const ObjectRef library = late.invoke(u"Library", InvokeKind::get, {}).object();
-    EXPECT_EQ(library->typeName(), u"kvLibrary");
-    EXPECT_NE(library, tag->Library());
+    EXPECT_EQ(late.invoke(u"Library", InvokeKind::get, {}).object()->typeName(), u"kvLibrary");
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include "core/kvTags.h"
 #include "platform/MemoryServices.h"
 #include "properties/privProperties.h"
+#include "text/Encoding.h"
 #include "text/Error.h"
 
 namespace velmor::test {
@@ -43,7 +44,22 @@ private:
     std::vector<std::string>& calls_;
 };
 
-// A machine with handlers, and a template on it.
+// A template in which "[" and "]" stand for "<KV:TAG>" and "</KV>".
+inline std::u16string tagged(std::u16string_view shortened) {
+    std::u16string text;
+    for (const char16_t unit : shortened) {
+        if (unit == u'[') {
+            text += u"<KV:TAG>";
+        } else if (unit == u']') {
+            text += u"</KV>";
+        } else {
+            text += unit;
+        }
+    }
+    return text;
+}
+
+// A machine with handlers, and a template on it. Its texts are tagged().
 class TagTest {
 public:
     void addHandler(std::u16string_view name, std::int32_t level, ScriptedHandler::Answer answer) {
@@ -53,14 +69,12 @@ public:
                              [this, level, answer] { return std::make_shared<ScriptedHandler>(level, answer, calls); });
     }
 
-    void set(std::u16string_view name, std::u16string_view value) {
-        properties->AddStr(name, std::u16string(value), true);
-    }
+    void set(std::u16string_view name, std::u16string_view value) { properties->AddStr(name, tagged(value), true); }
 
     std::shared_ptr<kvTag> make(std::u16string_view text) {
         auto tag = std::make_shared<kvTag>(services);
         tag->Properties(Collection(properties));
-        tag->Value(std::u16string(text));
+        tag->Value(tagged(text));
         return tag;
     }
 

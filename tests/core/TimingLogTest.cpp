@@ -25,46 +25,29 @@ std::string logOf(TagTest& on, std::u16string_view types, std::u16string_view te
     return on.services.files.get(kLog).value_or("-");
 }
 
-Variant nested(kvTag&) {
-    return u"(<KV:TAG>PROPERTY:x=1:</KV>)";
+// A log of these entries, each behind the time and the machine.
+std::string log(std::initializer_list<std::string> entries) {
+    std::string lines;
+    for (const std::string& entry : entries) lines += "05/03/2008 14:22:07 SRV01 " + entry + "\r\n";
+    return lines;
 }
 
 TEST(TimingLog, WritesTheLinesOfTheTypesThatAreOn) {
-    constexpr auto text = u"<KV:GRP-h>x:</KV><KV:none</KV><KV:gone>x:</KV><KV:TAG>PROPERTY:x=2:</KV> <KV:";
-    const struct {
-        const char16_t* types;
-        const char* lines;
-    } cases[] = {
-        {u"2",
-         "05/03/2008 14:22:07 SRV01 EVTAG  0000.016 H\r\n"
-         "05/03/2008 14:22:07 SRV01 EVTAG  0000.016 TAG\r\n"
-         "05/03/2008 14:22:07 SRV01 EVTAG  0000.016 \r\n"
-         "05/03/2008 14:22:07 SRV01 EVTAG  0000.016 GONE\r\n"
-         "05/03/2008 14:22:07 SRV01 EVTAG  0000.016 TAG\r\n"},
-        {u"4",
-         "05/03/2008 14:22:07 SRV01 TAGCOL 0000.016  5\r\n"
-         "05/03/2008 14:22:07 SRV01 TAGCOL 0000.016 H 1\r\n"
-         "05/03/2008 14:22:07 SRV01 TAGCOL 0000.016 TAG 0\r\n"
-         "05/03/2008 14:22:07 SRV01 TAGCOL 0000.016 TAG 0\r\n"},
-        {u"16", "05/03/2008 14:22:07 SRV01 GENRES 0000.016 \r\n"},
-        {u"22.0",
-         "05/03/2008 14:22:07 SRV01 TAGCOL 0000.016  5\r\n"
-         "05/03/2008 14:22:07 SRV01 TAGCOL 0000.016 H 1\r\n"
-         "05/03/2008 14:22:07 SRV01 EVTAG  0000.048 H\r\n"
-         "05/03/2008 14:22:07 SRV01 TAGCOL 0000.016 TAG 0\r\n"
-         "05/03/2008 14:22:07 SRV01 EVTAG  0000.048 TAG\r\n"
-         "05/03/2008 14:22:07 SRV01 EVTAG  0000.016 \r\n"
-         "05/03/2008 14:22:07 SRV01 EVTAG  0000.016 GONE\r\n"
-         "05/03/2008 14:22:07 SRV01 TAGCOL 0000.016 TAG 0\r\n"
-         "05/03/2008 14:22:07 SRV01 EVTAG  0000.048 TAG\r\n"
-         "05/03/2008 14:22:07 SRV01 GENRES 0000.272 \r\n"},
+    const std::pair<const char16_t*, std::string> cases[] = {
+        {u"2", log({"EVTAG  0000.016 H", "EVTAG  0000.016 TAG", "EVTAG  0000.016 ", "EVTAG  0000.016 GONE",
+                    "EVTAG  0000.016 TAG"})},
+        {u"4", log({"TAGCOL 0000.016  5", "TAGCOL 0000.016 H 1", "TAGCOL 0000.016 TAG 0", "TAGCOL 0000.016 TAG 0"})},
+        {u"16", log({"GENRES 0000.016 "})},
+        {u"22.0", log({"TAGCOL 0000.016  5", "TAGCOL 0000.016 H 1", "EVTAG  0000.048 H", "TAGCOL 0000.016 TAG 0",
+                       "EVTAG  0000.048 TAG", "EVTAG  0000.016 ", "EVTAG  0000.016 GONE", "TAGCOL 0000.016 TAG 0",
+                       "EVTAG  0000.048 TAG", "GENRES 0000.272 "})},
         {u"8", "-"},
     };
-    for (const auto& one : cases) {
+    for (const auto& [types, lines] : cases) {
         TagTest on;
-        on.addHandler(u"H", 5, nested);
+        on.addHandler(u"H", 5, [](kvTag&) { return Variant(u"(<KV:TAG>PROPERTY:x=1:</KV>)"); });
         on.services.registry.set(u"SOFTWARE\\Korvane\\Quillmark\\SubHandlers\\GRP", u"H", u"Test.H");
-        EXPECT_EQ(logOf(on, one.types, text), one.lines);
+        EXPECT_EQ(logOf(on, types, u"<KV:GRP-h>x:</KV><KV:none</KV><KV:gone>x:</KV>[PROPERTY:x=2:] <KV:"), lines);
         EXPECT_EQ(on.last->Result(), u"(1)2 <KV:");
     }
 }
@@ -73,7 +56,7 @@ TEST(TimingLog, MeasuresNothingWhenOff) {
     for (const auto* types : {u"", u"0", u"1", u"nonsense", u"9999999999"}) {
         TagTest on;
         const double before = on.services.clock.timer();
-        EXPECT_EQ(logOf(on, types, u"<KV:TAG>PROPERTY:x=1:</KV>"), "-");
+        EXPECT_EQ(logOf(on, types, u"[PROPERTY:x=1:]"), "-");
         on.services.clock.step = 0;
         EXPECT_EQ(on.services.clock.timer(), before);
         EXPECT_TRUE(on.services.files.folders.empty());
@@ -104,17 +87,14 @@ TEST(TimingLog, LeavesOutFailingStagesAndChildren) {
         tag.ProcessValue(u"<KV:TAG>PROPERTY:a=1:</KV>");
         throw Error(5, u"Test", u"refused");
     });
-    EXPECT_EQ(logOf(on, u"18", u"<KV:F>x:</KV>"),
-              "05/03/2008 14:22:07 SRV01 EVTAG  0000.016 TAG\r\n"
-              "05/03/2008 14:22:07 SRV01 GENRES 0000.064 \r\n");
+    EXPECT_EQ(logOf(on, u"18", u"<KV:F>x:</KV>"), log({"EVTAG  0000.016 TAG", "GENRES 0000.064 "}));
 }
 
 TEST(TimingLog, KeepsItsLinesWhole) {
     TagTest on;
     on.services.folders.machine = u"\\SRV\r\n01";
     const std::u16string huge(64'000, u'N');
-    const std::string log = logOf(on, u"2", u"<KV:a\r\nb\u0085\u20ac>x:</KV><KV:" + huge + u">x:</KV>");
-    EXPECT_EQ(log,
+    EXPECT_EQ(logOf(on, u"2", u"<KV:a\r\nb\u0085\u20ac>x:</KV><KV:" + huge + u">x:</KV>"),
               "05/03/2008 14:22:07 SRV  01 EVTAG  0000.016 A  B \x80\r\n"
               "05/03/2008 14:22:07 SRV  01 EVTAG  0000.016 " +
                   std::string(64'000, 'N') + "\r\n");
@@ -123,28 +103,22 @@ TEST(TimingLog, KeepsItsLinesWhole) {
 TEST(TimingLog, NeverStopsEvaluation) {
     TagTest on;
     on.services.files.diskFull = true;
-    EXPECT_EQ(logOf(on, u"30", u"<KV:TAG>PROPERTY:x=1:</KV>"), "-");
+    EXPECT_EQ(logOf(on, u"30", u"[PROPERTY:x=1:]"), "-");
     EXPECT_EQ(on.last->Result(), u"1");
     EXPECT_TRUE(on.errors().empty());
 }
 
 TEST(TimingLog, RoundsAndFillsTheSeconds) {
-    const struct {
-        double seconds;
-        const char* text;
-    } cases[] = {
-        {-1, "0000.000"}, {0.0004, "0000.000"}, {0.0006, "0000.001"}, {59.9996, "0060.000"}, {12345.5, "12345.500"},
-    };
-    for (const auto& one : cases) {
-        TagTest on;
-        on.services.registry.set(kOptions, u"Logging Types", u"8");
-        std::thread([&] {
-            kvTag tag(on.services);
-            TimingLog::write(on.services, LogType::cleaning, one.seconds, u"17");
-        }).join();
-        EXPECT_EQ(*on.services.files.get(kLog),
-                  std::string("05/03/2008 14:22:07 SRV01 CLNRTF ") + one.text + " 17\r\n");
-    }
+    TagTest on;
+    on.services.registry.set(kOptions, u"Logging Types", u"8");
+    std::thread([&] {
+        kvTag tag(on.services);
+        for (const double seconds : {-1.0, 0.0004, 0.0006, 59.9996, 12345.5}) {
+            TimingLog::write(on.services, LogType::cleaning, seconds, u"17");
+        }
+    }).join();
+    EXPECT_EQ(*on.services.files.get(kLog), log({"CLNRTF 0000.000 17", "CLNRTF 0000.000 17", "CLNRTF 0000.001 17",
+                                                 "CLNRTF 0060.000 17", "CLNRTF 12345.500 17"}));
 }
 
 }  // namespace
