@@ -76,9 +76,9 @@ void DocumentFlow::enter(std::u16string_view text, std::size_t at, std::uint32_t
 }
 
 void DocumentFlow::leave() {
-    if (readings_.back().number != FlowPlace::host) sections_.leaveDocument();
     levels_.resize(readings_.back().base);
     readings_.pop_back();
+    if (!readings_.empty()) sections_.leaveDocument(place(readings_.back().at, readings_.back().at));
 }
 
 void DocumentFlow::step() {
@@ -249,8 +249,8 @@ void DocumentFlow::takeBodyWord(const ControlWord& word, std::size_t behind) {
     } else if (is(u"sectd")) {
         sections_.sectionDefaults(place(word.begin, behind));
     } else {
-        if (sections_.awaitsContent() && isAmong(shownWords, word.letters)) content(word.begin);
         if (is(u"trowd")) rowIsOpen_ = true;
+        if (sections_.awaitsContent() && isAmong(shownWords, word.letters)) content(word.begin);
         if (is(u"row")) rowIsOpen_ = false;
     }
 }

@@ -20,6 +20,11 @@ void HeaderSections::Start::want(HeaderKind kind) {
     kinds[kind].wanted = kinds[kind].searching = true;
 }
 
+bool HeaderSections::Start::takesGroups() const noexcept {
+    return std::any_of(kinds.values.begin(), kinds.values.end(),
+                       [](const NewGroups& groups) { return groups.byHost || groups.source != 0; });
+}
+
 std::size_t HeaderSections::change(std::uint32_t text, std::size_t begin, std::size_t end, bool cuts) {
     changes_.push_back({text, begin, end, {}, cuts});
     return changes_.size() - 1;
@@ -32,7 +37,7 @@ HeaderWords& HeaderSections::wordsOf(const FlowPlace& place) {
 }
 
 void HeaderSections::enterDocument(std::uint32_t text) {
-    documents_.push_back({text, {}});
+    documents_.push_back({text, {}, section_.words});
     Start* const start = target();
     if (start == nullptr) return;
     for (const HeaderKind kind : headerKinds) {
@@ -40,8 +45,14 @@ void HeaderSections::enterDocument(std::uint32_t text) {
     }
 }
 
-void HeaderSections::leaveDocument() {
+void HeaderSections::leaveDocument(const FlowPlace& place) {
     const std::uint32_t left = documents_.back().text;
+    if (braced_ && section_.depth == documents_.size()) {
+        section_.restored.push_back({change(place.text, place.begin, place.begin, false), documents_.back().outside});
+        --section_.depth;
+    }
+    // Nothing but \\sectd takes it back.
+    if (braced_ && documents_.back().outside.title) section_.words.title = true;
     documents_.pop_back();
     Start* const start = target();
     if (start == nullptr) return;
@@ -68,10 +79,13 @@ void HeaderSections::marker(HeaderKind kind, const FlowPlace& place) {
     if (!section_.hasContent) {
         start.change = taken;
         section_.start = start;
+        section_.said = {};
+        section_.depth = documents_.size();
     } else if (place.inTable) {
         pending_ = start;
     } else if (lastPage_) {
         start.asPage = lastPage_->described;
+        start.forBreak = true;
         begin(start, cut(lastPage_->place));
     } else {
         begin(start, taken);
@@ -85,6 +99,7 @@ void HeaderSections::begin(Start start, std::size_t change) {
     Section next;
     next.words = section_.words;
     next.start = start;
+    next.depth = documents_.size();
     section_ = std::move(next);
     lastPage_.reset();
 }
@@ -115,6 +130,7 @@ void HeaderSections::pageBreak(const FlowPlace& place) {
     placePending(place);
     if (justBegan()) {
         cut(place);
+        section_.start->forBreak = true;
         return;
     }
     section_.hasContent = section_.hasPage = true;
@@ -125,12 +141,14 @@ void HeaderSections::sectionBreak(const FlowPlace& place) {
     placePending(place);
     if (justBegan()) {
         cut(place);
+        section_.start->forBreak = true;
         return;
     }
     closeSection();
     Section next;
     next.words = section_.words;
     next.byDocument = place.text != FlowPlace::host;
+    next.depth = documents_.size();
     section_ = std::move(next);
     lastPage_.reset();
 }
@@ -145,9 +163,34 @@ void HeaderSections::description() {
 
 // ---- Words
 
+template <typename Set>
+void HeaderSections::tellTakers(const FlowPlace& place, Set set) {
+    Start* const start = target();
+    if (start == nullptr || !place.body) return;
+    for (const HeaderKind kind : headerKinds) {
+        NewGroups& groups = start->kinds[kind];
+        if (groups.searching && groups.source == place.text) set(groups.words);
+    }
+}
+
+template <typename Set>
+void HeaderSections::setWord(const FlowPlace& place, Set set) {
+    if (place.body) set(wordsOf(place));
+    if (place.text != FlowPlace::host) {
+        cut(place);
+        tellTakers(place, set);
+    } else if (place.body) {
+        set(section_.said);
+        lastPage_.reset();
+    }
+}
+
 void HeaderSections::sectionDefaults(const FlowPlace& place) {
     const bool host = place.text == FlowPlace::host;
+    lastPage_.reset();
     wordsOf(place) = {};
+    if (host) section_.said = {};
+    if (!host) tellTakers(place, [](HeaderWords& words) { words = {}; });
     if (!host && section_.start) {
         cut(place);  // the section goes on with the page, margins and columns of the one before
         return;
@@ -156,19 +199,6 @@ void HeaderSections::sectionDefaults(const FlowPlace& place) {
     if (host && !section_.start) return;
     const std::size_t behind = place.begin + std::u16string_view(u"\\sectd").size();
     section_.defaults.push_back(change(place.text, std::min(behind, place.end), place.end, false));
-}
-
-template <typename Set>
-void HeaderSections::setWord(const FlowPlace& place, Set set) {
-    if (place.body) set(wordsOf(place));
-    if (place.text == FlowPlace::host) return;
-    cut(place);
-    Start* const start = target();
-    if (start == nullptr || !place.body) return;
-    for (const HeaderKind kind : headerKinds) {
-        NewGroups& groups = start->kinds[kind];
-        if (groups.searching && groups.source == place.text) set(groups.words);
-    }
 }
 
 void HeaderSections::distance(HeaderKind kind, std::u16string_view word, const FlowPlace& place) {
@@ -203,9 +233,12 @@ void HeaderSections::group(HeaderName name, std::u16string_view text, const Flow
 }
 
 void HeaderSections::keepHostGroup(HeaderName name, std::u16string_view text, const FlowPlace& place) {
-    Current& current = current_[name.kind];
-    if (name.pages == HeaderPages::all || name.pages == HeaderPages::right) current.main = text;
-    current.firstIsMain = false;
+    placePending({place.text, place.begin, place.begin, place.body, place.inTable});
+    lastPage_.reset();
+    current_[name.kind].firstIsMain = false;
+    const HeaderPages pages = std::max(name.pages, HeaderPages::right);  // the right ones are all, or all but left ones
+    std::u16string_view& given = section_.given[name.kind][static_cast<std::size_t>(pages)];
+    if (given.empty()) given = text;
     section_.hostGroups[name.kind].push_back({place.begin, place.end});
     if (!section_.start || !section_.start->kinds[name.kind].wanted) return;
     section_.start->kinds[name.kind].byHost = true;
@@ -222,14 +255,32 @@ void HeaderSections::take(HeaderName name, std::u16string_view text) {
         groups.source = document.text;
         groups.words = document.words;
     }
-    if (groups.source == document.text) groups.groups[static_cast<std::size_t>(name.pages)] = text;
+    std::u16string_view& group = groups.groups[static_cast<std::size_t>(name.pages)];
+    if (groups.source == document.text && group.empty()) group = text;
 }
 
 // ---- What is written
 
 void HeaderSections::closeSection() {
+    for (const HeaderKind kind : headerKinds) {
+        const std::u16string_view main = mainOf(section_.given[kind]);
+        if (!main.empty()) current_[kind].main = main;
+    }
     if (section_.start) changes_[section_.start->change].put = startText(*section_.start);
     for (const std::size_t behind : section_.defaults) appendWords(changes_[behind].put, section_.words);
+    for (const auto& [behind, words] : section_.restored) {
+        if (words != section_.words) appendWords(changes_[behind].put, section_.words);
+    }
+}
+
+// Says of a section what a new header brings with it.
+void HeaderSections::add(const HeaderWords& carried, const HeaderWords& said, HeaderWords& words) {
+    for (const HeaderKind kind : headerKinds) {
+        const bool brings = !carried.distance[kind].empty() && said.distance[kind].empty();
+        if (brings) words.distance[kind] = carried.distance[kind];
+        words.border[kind] = words.border[kind] || carried.border[kind];
+    }
+    words.title = words.title || carried.title;
 }
 
 // What the taken groups' documents say about the section, which becomes what the section says.
@@ -241,10 +292,10 @@ HeaderWords HeaderSections::carry(const Start& start) {
         carried.distance[kind] = groups.words.distance[kind];
         carried.border[kind] = groups.words.border[kind];
         carried.title = carried.title || groups.words.title;
-        if (!carried.distance[kind].empty()) section_.words.distance[kind] = carried.distance[kind];
-        section_.words.border[kind] = section_.words.border[kind] || carried.border[kind];
     }
-    section_.words.title = section_.words.title || carried.title;
+    add(carried, section_.said, section_.words);
+    // Their braces will restore it.
+    for (std::size_t i = section_.depth; i < documents_.size(); ++i) add(carried, {}, documents_[i].outside);
     return carried;
 }
 
@@ -271,7 +322,7 @@ std::u16string HeaderSections::startText(const Start& start) {
 // Every page shows the new ones: what a section does not give is that of the section before.
 void HeaderSections::appendNew(std::u16string& text, HeaderKind kind, const NewGroups& groups, bool title) {
     const auto given = [&](HeaderPages pages) { return groups.groups[static_cast<std::size_t>(pages)]; };
-    const std::u16string_view main = groups.main();
+    const std::u16string_view main = mainOf(groups.groups);
     if (main.empty()) appendGroup(text, {kind, HeaderPages::all}, {});
     for (const HeaderPages pages : {HeaderPages::all, HeaderPages::right, HeaderPages::left}) {
         if (!given(pages).empty()) text += given(pages);
@@ -288,12 +339,18 @@ void HeaderSections::appendNew(std::u16string& text, HeaderKind kind, const NewG
 
 // The new section's first page goes on with the other kind's ordinary one, and so do later ones.
 void HeaderSections::appendFirstOfOther(std::u16string& text, HeaderKind kind) {
-    if (current_[kind].firstIsMain) return;
+    const bool own = !section_.given[kind][static_cast<std::size_t>(HeaderPages::first)].empty();
+    if (own || current_[kind].firstIsMain) return;
     appendGroup(text, {kind, HeaderPages::first}, current_[kind].main);
     current_[kind].firstIsMain = true;
 }
 
 std::vector<HeaderSections::Change> HeaderSections::finish() {
+    // A page without text and without a header of its own is none.
+    const auto& start = section_.start;
+    if (start && start->breaks && !start->forBreak && !section_.hasContent && !start->takesGroups()) {
+        section_.start.reset();
+    }
     closeSection();
     return std::move(changes_);
 }

@@ -29,6 +29,9 @@ struct FlowPlace {
 // the changes were made.
 class HeaderSections {
 public:
+    // `braced`: lifted documents return between braces, which restore what a section says of itself.
+    explicit HeaderSections(bool braced) noexcept : braced_(braced) {}
+
     struct Change {
         std::uint32_t text;
         std::size_t begin;
@@ -40,7 +43,8 @@ public:
     // ---- What a reader meets. Words that end with a blank include it in their place.
 
     void enterDocument(std::uint32_t text);
-    void leaveDocument();
+    // The place is behind it.
+    void leaveDocument(const FlowPlace& place);
     void content(const FlowPlace& place);
     void paragraphEnd(const FlowPlace& place);
     void pageBreak(const FlowPlace& place);
@@ -65,6 +69,12 @@ public:
     std::vector<Change> finish();
 
 private:
+    // By the pages that they are for; empty where there is none. Of several the first one counts.
+    using Groups = std::array<std::u16string_view, 4>;
+    static std::u16string_view mainOf(const Groups& groups) noexcept {
+        return groups[0].empty() ? groups[1] : groups[0];
+    }
+
     // The groups of one kind that a section starts anew.
     struct NewGroups {
         bool wanted = false;
@@ -72,11 +82,10 @@ private:
         bool byHost = false;        // the host's own follow; they stay where they are
         std::uint32_t awaited = 0;  // the next document behind the marker
         std::uint32_t source = 0;   // the document whose groups are taken
-        std::array<std::u16string_view, 4> groups{};
+        Groups groups{};
         HeaderWords words;
 
         bool taken() const noexcept { return source != 0 && !byHost; }
-        std::u16string_view main() const noexcept { return groups[0].empty() ? groups[1] : groups[0]; }
     };
 
     struct Start {
@@ -84,18 +93,30 @@ private:
         std::size_t change = 0;  // where its text goes
         bool breaks = false;     // a section begins; otherwise the groups join the one that just began
         bool asPage = false;     // written as a page break, which becomes the section's
+        bool forBreak = false;   // in the place of another break
 
         void want(HeaderKind kind);
+        bool takesGroups() const noexcept;
+    };
+
+    // Behind a document's brace, which makes these words hold again.
+    struct Restored {
+        std::size_t change;
+        HeaderWords words;
     };
 
     struct Section {
-        HeaderWords words;
+        HeaderWords words;        // in force
+        HeaderWords said;         // by the host, in it or behind what starts anew
+        PerKind<Groups> given{};  // by the host
         bool hasContent = false;
         bool hasPage = false;     // a page break
         bool byDocument = false;  // a lifted document's break began it
         std::optional<Start> start;
         PerKind<std::vector<std::pair<std::size_t, std::size_t>>> hostGroups;
         std::vector<std::size_t> defaults;  // changes behind \sectd
+        std::size_t depth = 0;              // of the document in which what it says was written last
+        std::vector<Restored> restored;
     };
 
     // What the pages behind show of one kind.
@@ -107,6 +128,7 @@ private:
     struct Document {
         std::uint32_t text;
         HeaderWords words;
+        HeaderWords outside;  // of the section in which it begins
     };
 
     struct PageBreak {
@@ -122,11 +144,14 @@ private:
     void closeSection();
     HeaderWords& wordsOf(const FlowPlace& place);
     template <typename Set>
+    void tellTakers(const FlowPlace& place, Set set);
+    template <typename Set>
     void setWord(const FlowPlace& place, Set set);
     void take(HeaderName name, std::u16string_view text);
     void keepHostGroup(HeaderName name, std::u16string_view text, const FlowPlace& place);
     Start* target() noexcept { return pending_ ? &*pending_ : section_.start ? &*section_.start : nullptr; }
     bool justBegan() const noexcept;
+    static void add(const HeaderWords& carried, const HeaderWords& said, HeaderWords& words);
     HeaderWords carry(const Start& start);
     std::u16string startText(const Start& start);
     void appendNew(std::u16string& text, HeaderKind kind, const NewGroups& groups, bool title);
@@ -139,6 +164,7 @@ private:
     std::vector<Document> documents_;  // open ones
     PerKind<Current> current_;
     bool facing_ = false;
+    bool braced_;
 };
 
 }  // namespace velmor

@@ -46,6 +46,8 @@ template <typename Value>
 struct PerKind {
     std::array<Value, 2> values{};
 
+    bool operator==(const PerKind&) const = default;
+
     Value& operator[](HeaderKind kind) noexcept { return values[static_cast<std::size_t>(kind)]; }
     const Value& operator[](HeaderKind kind) const noexcept { return values[static_cast<std::size_t>(kind)]; }
 };
@@ -55,6 +57,8 @@ struct HeaderWords {
     PerKind<std::u16string_view> distance;  // \headery, \footery, with their numbers
     PerKind<bool> border;                   // \pgbrdrhead, \pgbrdrfoot
     bool title = false;                     // \titlepg: the first page has its own
+
+    bool operator==(const HeaderWords&) const = default;
 };
 
 }  // namespace velmor

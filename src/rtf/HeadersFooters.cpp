@@ -7,8 +7,8 @@
 
 #include "rtf/DocumentFlow.h"
 #include "rtf/HeaderSections.h"
+#include "rtf/RtfScanner.h"
 #include "rtf/TextEdits.h"
-#include "text/Compare.h"
 
 namespace velmor {
 namespace {
@@ -19,11 +19,39 @@ bool holdsAny(GroupSet groups) noexcept {
     return groups.has(Group::newHeader) || groups.has(Group::newFooter);
 }
 
+// Whether a document says something of its section that would become the host's.
+bool holdsSectionWord(std::u16string_view text) noexcept {
+    RtfScanner scanner(text, 0, text.size());
+    while (scanner.nextWord()) {
+        const std::size_t at = scanner.position();
+        switch (text[at + 1]) {
+            case u's':
+                if (wordStandsAt(text, at, u"\\sectd")) return true;
+                break;
+            case u't':
+                if (wordStandsAt(text, at, u"\\titlepg")) return true;
+                break;
+            case u'h':
+                if (wordStandsAt(text, at, u"\\headery")) return true;
+                break;
+            case u'f':
+                if (wordStandsAt(text, at, u"\\footery") || wordStandsAt(text, at, u"\\facingp")) return true;
+                break;
+            case u'p':
+                if (wordStandsAt(text, at, u"\\pgbrdrhead") || wordStandsAt(text, at, u"\\pgbrdrfoot")) return true;
+                break;
+            default:
+                break;
+        }
+    }
+    return false;
+}
+
 bool needsReading(TableCollection& tables) {
     if (holdsAny(tables.hostGroups())) return true;
     return std::any_of(tables.documents().begin(), tables.documents().end(), [](const auto& document) {
         return holdsAny(document.groups) || document.groups.has(Group::header) || document.groups.has(Group::footer) ||
-               findText(document.text, u"\\sectd", 0, Comparison::binary) != std::u16string_view::npos;
+               holdsSectionWord(document.text);
     });
 }
 
@@ -57,9 +85,9 @@ Iterator apply(Iterator change, Iterator end, std::u16string& text, TextEdits& e
 
 }  // namespace
 
-void Module1::ApplyHeadersFooters(std::u16string& psText, TableCollection& poTables, const CleanOptions&) {
+void Module1::ApplyHeadersFooters(std::u16string& psText, TableCollection& poTables, const CleanOptions& options) {
     if (!needsReading(poTables)) return;
-    HeaderSections sections;
+    HeaderSections sections(options.tolerant);
     DocumentFlow(psText, poTables, sections).run();
     std::vector<Change> changes = sections.finish();
     sort(changes);

@@ -15,8 +15,8 @@ namespace velmor::Module1 {
 // docs/cleaning.md.
 //
 // psText is the host's text, with placeholders where the documents lie; both are edited in place. A
-// group without its end stays. Linear, no recursion; nothing is read when no text holds a header, a
-// footer, a marker or "\sectd". Raises only when memory runs out.
+// group without its end stays. Linear, no recursion; nothing changes when no document holds a header, a
+// footer, a marker or a word of a section. Raises only when memory runs out.
 void ApplyHeadersFooters(std::u16string& psText, TableCollection& poTables, const CleanOptions& options);
 
 }  // namespace velmor::Module1

@@ -5,6 +5,7 @@
 #include <random>
 
 #include "HeaderDuel.h"
+#include "LiteralHeaders.h"
 #include "Seed.h"
 #include "rtf/EmbeddedDocuments.h"
 #include "text/Encoding.h"
@@ -17,10 +18,10 @@ namespace {
 #define NEW u"\\sect\\sbkpage\\pgncont"
 #define NONE u"\\pard\\plain\\par}"
 
-std::u16string applied(std::u16string text) {
+std::u16string applied(std::u16string text, const CleanOptions& options = {}) {
     TableCollection tables(u'\uFDD0');
-    Module1::ExtractEmbeddedDocuments(text, tables, {});
-    Module1::ApplyHeadersFooters(text, tables, {});
+    Module1::ExtractEmbeddedDocuments(text, tables, options);
+    Module1::ApplyHeadersFooters(text, tables, options);
     tables.expand(text);
     return text;
 }
@@ -99,6 +100,7 @@ const Case markers[] = {
      u"{\\rtf1 a\\page\\sbkpage\\pgncont{\\header n}{\\*\\korvanesection}{\\rtf1}b}"},
     {"a page that is described later", u"{\\rtf1 a" H u"{\\rtf1{\\header n}}b{\\*\\korvanesection}}",
      u"{\\rtf1 a\\page\\sbkpage\\pgncont{\\header n}{\\rtf1}b{\\*\\korvanesection}}"},
+    {"nothing behind it", u"{\\rtf1 a\\par" H u"\\par}", u"{\\rtf1 a\\par\\par}"},
     {"a marker with more in it", u"{\\rtf1 a{\\*\\korvanenewheader x}{\\*\\korvanenewheaders}b}",
      u"{\\rtf1 a{\\*\\korvanenewheader x}{\\*\\korvanenewheaders}b}"},
 };
@@ -118,19 +120,36 @@ const Case variants[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Variants, HeadersFooters, testing::ValuesIn(variants));
 
+void expectSame(const std::vector<test::PageView::Section>& sections,
+                const std::vector<test::PageView::Section>& expected) {
+    ASSERT_EQ(sections.size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(toUtf8(sections[i].text), toUtf8(expected[i].text)) << i;
+        EXPECT_EQ(toUtf8(sections[i].shows), toUtf8(expected[i].shows)) << toUtf8(expected[i].text);
+    }
+}
+
+TEST(HeadersFootersOf, RandomDocuments) {
+    const unsigned seed = testSeed();
+    std::mt19937 random(seed);
+    for (int round = 0; round < 4000 && !testing::Test::HasFailure(); ++round) {
+        CleanOptions options;
+        options.tolerant = round % 2 == 0;
+        const test::LiteralHeaders literal([&](unsigned count) { return random() % count; }, options.tolerant);
+        std::u16string text = applied(literal.text, options);
+        Module1::UnwrapNestedDocuments(text, options);
+        SCOPED_TRACE(toUtf8(literal.text) + " became " + toUtf8(text) + " seed " + std::to_string(seed));
+        expectSame(test::PageView::of(text), literal.sections);
+    }
+}
+
 TEST(JoinedHeaders, ShowWhatEachDocumentShowsAlone) {
     const unsigned seed = testSeed();
     std::mt19937 random(seed);
-    for (int round = 0; round < 4000; ++round) {
+    for (int round = 0; round < 4000 && !testing::Test::HasFailure(); ++round) {
         const test::JoinedDuel duel([&](unsigned count) { return random() % count; }, round % 2 == 0);
-        ASSERT_EQ(duel.joined.size(), duel.alone.size()) << toUtf8(duel.before) << " seed " << seed;
-        for (std::size_t i = 0; i < duel.alone.size(); ++i) {
-            ASSERT_EQ(toUtf8(duel.joined[i].shows), toUtf8(duel.alone[i].shows))
-                << toUtf8(duel.alone[i].text) << " of " << toUtf8(duel.before) << " in " << toUtf8(duel.after)
-                << " seed " << seed;
-            ASSERT_EQ(toUtf8(duel.joined[i].text), toUtf8(duel.alone[i].text))
-                << toUtf8(duel.before) << toUtf8(duel.after);
-        }
+        SCOPED_TRACE(toUtf8(duel.before) + " became " + toUtf8(duel.after) + " seed " + std::to_string(seed));
+        expectSame(duel.joined, duel.alone);
     }
 }
 

@@ -1,0 +1,335 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "PageView.h"
+
+namespace velmor::test {
+
+// A host with documents and markers for headers and footers in it, made up from `choose(n)`, a number
+// below n: its text, and said plainly what its sections are to be once the headers are where they belong.
+template <typename Choose>
+class LiteralHeaders {
+public:
+    // `braced`: documents return between braces, which restore what a section says of itself.
+    LiteralHeaders(Choose choose, bool braced) : choose_(choose), braced_(braced) {
+        facing_ = choose_(4) == 0;
+        makeUp(0);
+        tokens_.push_back({What::text, 0, HeaderKind::header, HeaderPages::all, number()});
+        text = u"{\\rtf1";
+        if (facing_) text += u"\\facingp";
+        for (const Token& token : tokens_) text += written(token);
+        text += u"}";
+        interpret();
+    }
+
+    std::u16string text;
+    std::vector<PageView::Section> sections;
+
+private:
+    enum class What { text, row, page, section, defaults, title, distance, border, group, marker, enter, leave };
+
+    struct Token {
+        What what;
+        std::size_t document;  // that it stands in, or that begins or ends; 0: the host
+        HeaderKind kind = HeaderKind::header;
+        HeaderPages pages = HeaderPages::all;
+        std::u16string number;
+    };
+
+    using Slots = std::array<std::optional<std::u16string>, 4>;
+
+    struct Taken {
+        bool byHost = false;
+        bool any = false;
+        Slots slots;
+        HeaderWords words;
+    };
+
+    // ---- Making up
+
+    std::u16string number() {
+        const std::string digits = std::to_string(++numbers_);
+        return {digits.begin(), digits.end()};
+    }
+
+    void makeUp(std::size_t document, int depth = 0) {
+        for (unsigned count = 1 + choose_(depth == 0 ? 12 : 6); count > 0; --count) {
+            const unsigned chosen = choose_(16);
+            if (chosen == 13 && depth < 3) {
+                const std::size_t inner = ++documents_;
+                tokens_.push_back({What::enter, inner, HeaderKind::header, HeaderPages::all, {}});
+                makeUp(inner, depth + 1);
+                tokens_.push_back({What::leave, inner, HeaderKind::header, HeaderPages::all, {}});
+                continue;
+            }
+            constexpr What kinds[] = {What::text,   What::text,    What::text,   What::row,
+                                      What::page,   What::section, What::title,  What::distance,
+                                      What::border, What::group,   What::group,  What::group,
+                                      What::marker, What::marker,  What::marker, What::defaults};
+            tokens_.push_back(
+                {kinds[chosen], document, headerKinds[choose_(2)], static_cast<HeaderPages>(choose_(4)), number()});
+        }
+    }
+
+    static std::u16string written(const Token& token) {
+        const bool header = token.kind == HeaderKind::header;
+        const std::u16string marker = header ? u"{\\*\\korvanenewheader}" : u"{\\*\\korvanenewfooter}";
+        switch (token.what) {
+            case What::text:
+                return u"\\pard t" + token.number;
+            // Every second row has a marker in it.
+            case What::row:
+                return u"\\trowd r" + token.number + (hasMarker(token) ? marker : u"") + u"\\cell\\row\\pard";
+            case What::page:
+                return u"\\page ";
+            case What::section:
+                return u"\\sect ";
+            case What::defaults:
+                return u"\\sectd ";
+            case What::title:
+                return u"\\titlepg ";
+            case What::distance:
+                return (header ? u"\\headery" : u"\\footery") + token.number + u" ";
+            case What::border:
+                return header ? u"\\pgbrdrhead " : u"\\pgbrdrfoot ";
+            case What::group:
+                return std::u16string(HeaderName{token.kind, token.pages}.opening()) + u" g" + token.number + u"}";
+            case What::marker:
+                return marker;
+            case What::enter:
+                return u"{\\rtf1\\plain";
+            case What::leave:
+                return u"}";
+        }
+        return u"";
+    }
+
+    static bool hasMarker(const Token& token) { return (token.number.back() & 1) == 0; }
+
+    // ---- What it means
+
+    void interpret() {
+        for (std::size_t i = 0; i < tokens_.size(); ++i) {
+            const Token& token = tokens_[i];
+            const bool host = token.document == 0;
+            switch (token.what) {
+                case What::text:
+                    beginPending(i);
+                    content(u"t" + token.number);
+                    break;
+                case What::row:
+                    content(u"r" + token.number);
+                    if (hasMarker(token)) pending_[token.kind] = i;
+                    break;
+                case What::page:
+                    beginPending(i);
+                    if (justBegan()) break;
+                    content(u"|");
+                    pageBreak_ = true;
+                    break;
+                case What::section:
+                    beginPending(i);
+                    if (justBegan()) break;
+                    endSection(i);
+                    byDocument_ = !host;
+                    break;
+                case What::defaults:
+                    pageBreak_ = false;
+                    if (host) words_ = said_ = {};
+                    if (!host && byDocument_ && wanted_.empty()) words_.title = false;
+                    break;
+                case What::title:
+                case What::distance:
+                case What::border:
+                    if (!host) break;
+                    pageBreak_ = false;
+                    say(token, words_);
+                    say(token, said_);
+                    break;
+                case What::group:
+                    if (!host) break;
+                    beginPending(i);
+                    pageBreak_ = false;
+                    put(hosts_[token.kind], token, std::max(token.pages, HeaderPages::right));
+                    break;
+                case What::marker:
+                    mark(i);
+                    break;
+                case What::enter:
+                    outside_.push_back(words_);
+                    break;
+                case What::leave:
+                    if (braced_) words_.title = words_.title || outside_.back().title;
+                    outside_.pop_back();
+                    depth_ = std::min(depth_, outside_.size());
+                    break;
+            }
+        }
+        endSection(tokens_.size());
+    }
+
+    static void say(const Token& token, HeaderWords& words) {
+        if (token.what == What::title) words.title = true;
+        if (token.what == What::distance) words.distance[token.kind] = token.number;
+        if (token.what == What::border) words.border[token.kind] = true;
+        if (token.what == What::defaults) words = {};
+    }
+
+    // The first one counts.
+    static void put(Slots& slots, const Token& token, HeaderPages pages) {
+        auto& slot = slots[static_cast<std::size_t>(pages)];
+        if (!slot) slot = u" g" + token.number;
+    }
+    static std::optional<std::u16string> mainOf(const Slots& slots) { return slots[0] ? slots[0] : slots[1]; }
+
+    void content(const std::u16string& more) {
+        view_.text += more;
+        hasContent_ = true;
+        pageBreak_ = false;
+    }
+
+    bool justBegan() const { return breaks_ && !hasContent_; }
+
+    void mark(std::size_t i) {
+        const HeaderKind kind = tokens_[i].kind;
+        if (!pending_.empty()) {
+            pending_[kind] = i;
+            return;
+        }
+        if (hasContent_) {
+            if (pageBreak_) view_.text.pop_back();
+            beginSection(i);
+        }
+        if (wanted_.empty()) {
+            said_ = {};
+            depth_ = outside_.size();
+        }
+        wanted_[kind] = i;
+    }
+
+    void beginPending(std::size_t i) {
+        if (pending_.empty()) return;
+        const auto wanted = std::exchange(pending_, {});
+        beginSection(i);
+        wanted_ = wanted;
+    }
+
+    void beginSection(std::size_t i) {
+        endSection(i);
+        breaks_ = true;
+    }
+
+    Taken take(HeaderKind kind, std::size_t marker, std::size_t end) const {
+        Taken taken;
+        std::size_t awaited = 0, source = 0, stop = end, last = 0;
+        for (const auto& [other, at] : wanted_) last = std::max(last, at);
+        for (std::size_t j = marker + 1; j < end; ++j) {
+            const Token& token = tokens_[j];
+            if (token.what == What::row && hasMarker(token) && j > last) stop = std::min(stop, j);
+            const bool group = token.what == What::group && token.kind == kind;
+            taken.byHost = taken.byHost || (group && token.document == 0);
+            if (stop < end) continue;
+            if (token.what == What::enter && awaited == 0) awaited = token.document;
+            if (token.what == What::leave && token.document == (source != 0 ? source : awaited)) stop = j;
+            if (!group || token.document == 0) continue;
+            if (source == 0) source = token.document;
+            if (source == token.document) put(taken.slots, token, token.pages);
+        }
+        taken.any = source != 0 && !taken.byHost;
+        for (std::size_t j = 0; j < stop && taken.any; ++j) {
+            if (tokens_[j].document == source) say(tokens_[j], taken.words);
+        }
+        return taken;
+    }
+
+    void endSection(std::size_t end) {
+        PerKind<Taken> taken;
+        const bool hadTitle = words_.title;
+        for (const auto& [kind, marker] : wanted_) {
+            taken[kind] = take(kind, marker, end);
+            if (!taken[kind].any) continue;
+            const HeaderWords& words = taken[kind].words;
+            if (said_.distance[kind].empty() && !words.distance[kind].empty()) {
+                words_.distance[kind] = words.distance[kind];
+            }
+            words_.border[kind] = words_.border[kind] || words.border[kind];
+            words_.title = words_.title || words.title;
+            for (std::size_t i = depth_; i < outside_.size(); ++i) {
+                outside_[i].title = outside_[i].title || words.title;
+            }
+        }
+        for (const HeaderKind kind : headerKinds) {
+            const bool wanted = wanted_.count(kind) != 0;
+            const bool isNew = taken[kind].any || (breaks_ && wanted && !taken[kind].byHost);
+            Slots given = std::exchange(hosts_[kind], {});
+            const bool first = given[3].has_value(), any = given != Slots();
+            if (isNew) {
+                given = newGroups(kind, taken[kind]);
+            } else {
+                if (mainOf(given)) main_[kind] = *mainOf(given);
+                if (any) firstIsMain_[kind] = false;
+                const bool showsMain = !wanted_.empty() && words_.title && (breaks_ || !hadTitle);
+                if (showsMain && !first && !firstIsMain_[kind]) {
+                    given[3] = main_[kind];
+                    firstIsMain_[kind] = true;
+                }
+            }
+            if (given[0]) given[1] = given[0];
+            for (std::size_t i = 0; i < 4; ++i) {
+                if (given[i]) shown_[kind][i] = *given[i];
+            }
+        }
+        view_.shows = PageView::shows(facing_, words_, [&](HeaderKind kind, HeaderPages pages) {
+            return shown_[kind][static_cast<std::size_t>(pages)];
+        });
+        sections.push_back(std::exchange(view_, {}));
+        said_ = {};
+        depth_ = outside_.size();
+        wanted_.clear();
+        breaks_ = hasContent_ = pageBreak_ = byDocument_ = false;
+    }
+
+    Slots newGroups(HeaderKind kind, const Taken& taken) {
+        Slots given = taken.slots;
+        const std::u16string main = mainOf(given).value_or(u"");
+        given[0] = main;
+        if (facing_ && !given[2]) given[2] = main;
+        const bool ownFirst = taken.words.title || !words_.title;
+        if (!ownFirst) given[3] = main;
+        if (words_.title && !given[3]) given[3] = u"";
+        main_[kind] = main;
+        firstIsMain_[kind] = words_.title && !ownFirst;
+        return given;
+    }
+
+    Choose choose_;
+    bool braced_;
+    bool facing_ = false;
+    std::vector<Token> tokens_;
+    std::size_t documents_ = 0;
+    unsigned numbers_ = 0;
+
+    // The section that is read.
+    PageView::Section view_;
+    std::vector<HeaderWords> outside_;  // of the open documents
+    std::size_t depth_ = 0;             // of those that were open where it began
+    HeaderWords words_;                 // in force
+    HeaderWords said_;                  // by the host since it began
+    PerKind<Slots> hosts_;
+    std::map<HeaderKind, std::size_t> wanted_;   // by the marker at this place
+    std::map<HeaderKind, std::size_t> pending_;  // by markers in a table that has not ended
+    bool breaks_ = false;                        // a marker began it
+    bool hasContent_ = false;
+    bool pageBreak_ = false;  // with nothing behind it
+    bool byDocument_ = false;
+
+    // What later sections inherit.
+    PerKind<std::array<std::u16string, 4>> shown_;
+    PerKind<std::u16string> main_;
+    PerKind<bool> firstIsMain_;
+};
+
+}  // namespace velmor::test
