@@ -213,7 +213,7 @@ class Clean(VelmorTest):
         for said in [b"one \\\\\\sect", b"\\pgwsxn12240\\pghsxn15840", b"\\lndscpsxn\\pgwsxn15840\\pghsxn11906", b"\\f1 two}"]:
             self.assertIn(said, result)
         self.assertEqual((result.count(b"Arial"), result.count(b"Courier"), result.count(b"rtf")), (1, 1, 1))
-        self.assertEqual((result.count(b"{"), result[-5:]), (result.count(b"}"), b"}}\r\n\0"))
+        self.assertEqual((result.count(b"{"), result[-7:]), (result.count(b"}"), b"two}\r\n\0"))
         self.assertEqual(self.messages, "")
 
     def test_reports(self):
