@@ -1,5 +1,7 @@
 #include "rtf/CodePages.h"
 
+#include <algorithm>
+
 #include "rtf/BraceScanner.h"
 
 namespace velmor {
@@ -14,6 +16,66 @@ const CodePage* findCodePage(std::int32_t number) noexcept {
         if (page.number == number) return &page;
     }
     return nullptr;
+}
+
+std::u16string_view characterSetOf(std::int32_t page) noexcept {
+    switch (page) {
+        case 932:
+            return u"128";
+        case 936:
+            return u"134";
+        case 949:
+            return u"129";
+        case 950:
+            return u"136";
+        default:
+            return {};
+    }
+}
+
+std::int32_t byteAt(std::u16string_view text, std::size_t index) noexcept {
+    const auto digit = [&](std::size_t at) {
+        const char16_t unit = at < text.size() ? text[at] : u' ';
+        if (unit >= u'0' && unit <= u'9') return unit - u'0';
+        const int letter = unit | 0x20;
+        return letter >= u'a' && letter <= u'f' ? letter - u'a' + 10 : -1;
+    };
+    const std::int32_t high = digit(index + 2), low = digit(index + 3);
+    return high < 0 || low < 0 ? -1 : high * 16 + low;
+}
+
+std::u16string unicodeWord(char16_t unit, std::int32_t fallback) {
+    const std::string number = std::to_string(static_cast<std::int16_t>(unit));
+    const auto count = static_cast<std::size_t>(std::clamp(fallback, 0, 8));
+    std::u16string text(u"\\u");
+    text.append(number.begin(), number.end());
+    return count == 0 ? text + u" " : text.append(count, u'?');
+}
+
+std::u16string withCharacters(std::u16string_view text, const CodePage& from, const CodePage* to) {
+    std::u16string result;
+    bool standsForOne = false;  // what comes next, for the \u in front
+    for (std::size_t at = 0; at < text.size();) {
+        std::size_t end = at + 1;
+        const std::int32_t byte = standsAt(text, at, u"\\'") ? byteAt(text, at) : -1;
+        const bool means = byte >= 0x80 && !standsForOne;
+        if (text[at] == u'\\') {
+            const ControlWord word = readWord(text, at);
+            end = byte >= 0 ? at + 4 : std::min(text.size(), std::max(word.end, at + 2));
+            standsForOne = word.letters == u"u";
+            if (standsForOne) end += standsAt(text, end, u" ");
+        } else {
+            standsForOne = false;
+        }
+        const char16_t unit = means ? from.meaning(static_cast<std::uint8_t>(byte)) : u'\0';
+        if (means && (to == nullptr || to->meaning(static_cast<std::uint8_t>(byte)) != unit)) {
+            result += unicodeWord(unit, 1);
+        } else {
+            result.append(text, at, end - at);
+        }
+        at = end;
+    }
+    return result;
 }
 
 std::int32_t numberOf(std::u16string_view digits) noexcept {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "rtf/ControlWord.h"
@@ -21,6 +22,19 @@ inline constexpr std::int32_t windowsLatin = 1252;
 
 // Null for a page of several bytes a character, and for one that is unknown.
 const CodePage* findCodePage(std::int32_t number) noexcept;
+
+// The character set of fonts in a page of several bytes a character; empty for another page.
+std::u16string_view characterSetOf(std::int32_t page) noexcept;
+
+// A byte of `from` that means something else, or nothing by itself, in `to` (null: of several bytes a
+// character) becomes the character that it means, with a "?" for readers without Unicode.
+std::u16string withCharacters(std::u16string_view text, const CodePage& from, const CodePage* to);
+
+// As \uN and a blank or what stands for it.
+std::u16string unicodeWord(char16_t unit, std::int32_t fallback);
+
+// The byte of a \'xx at the index; negative when it is none.
+std::int32_t byteAt(std::u16string_view text, std::size_t index) noexcept;
 
 // The number in digits, with a "-" in front or not; one beyond 9 digits is cut short, none is 0.
 std::int32_t numberOf(std::u16string_view digits) noexcept;

@@ -21,12 +21,6 @@ constexpr std::u16string_view headerWords[] = {
 
 constexpr std::size_t noChange = std::u16string_view::npos;
 
-std::int32_t hexDigit(char16_t unit) noexcept {
-    if (unit >= u'0' && unit <= u'9') return unit - u'0';
-    const int letter = unit | 0x20;
-    return letter >= u'a' && letter <= u'f' ? letter - u'a' + 10 : -1;
-}
-
 }  // namespace
 
 DocumentUnwrapper::DocumentUnwrapper(std::u16string_view text, std::size_t host, bool mergeMode)
@@ -94,17 +88,13 @@ void DocumentUnwrapper::takeHex(std::size_t index) {
     }
     if (documents_.empty() || index + 3 >= text_.size()) return;
     const CodePage* const page = documents_.back().page;
-    const std::int32_t high = hexDigit(text_[index + 2]), low = hexDigit(text_[index + 3]);
-    if (page == nullptr || page == hostPage_ || high < 8 || low < 0) return;
-    const auto byte = static_cast<std::uint8_t>(high * 16 + low);
+    const std::int32_t read = byteAt(text_, index);
+    if (page == nullptr || page == hostPage_ || read < 0x80) return;
+    const auto byte = static_cast<std::uint8_t>(read);
     const char16_t meaning = page->meaning(byte);
     if (hostPage_ != nullptr && hostPage_->meaning(byte) == meaning) return;
     if (fontHasOwnCharset(groups_.back().font)) return;
-    const std::string number = std::to_string(static_cast<std::int16_t>(meaning));
-    std::u16string text = u"\\u" + std::u16string(number.begin(), number.end());
-    const auto fallback = static_cast<std::size_t>(std::clamp(groups_.back().fallback, 0, 8));
-    text += fallback == 0 ? std::u16string(u" ") : std::u16string(fallback, u'?');
-    changes_.push_back({index, index + 4, documents_.back().number, std::move(text)});
+    changes_.push_back({index, index + 4, documents_.back().number, unicodeWord(meaning, groups_.back().fallback)});
 }
 
 void DocumentUnwrapper::takeWord(const ControlWord& word) {

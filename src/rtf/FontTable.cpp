@@ -9,6 +9,7 @@ struct FontEntry {
     std::size_t number = 0;  // where its digits stand
     std::u16string_view digits;
     std::u16string_view characterSet;
+    TextRange characterSetWord;
     std::u16string name;
     bool isEnded = false;
 };
@@ -30,6 +31,7 @@ FontEntry readFontEntry(std::u16string_view entry, bool tolerant) {
             font.digits = word.number;
         } else if (word.letters == u"fcharset") {
             font.characterSet = word.number;
+            font.characterSetWord = {word.begin, word.end};
         } else if (word.letters == u"u") {
             font.name += items.text();
         }
@@ -45,12 +47,25 @@ std::u16string keyOf(const FontEntry& font, std::u16string_view entry, bool tole
     return key;
 }
 
+// The entry in the given character set, if it names none: 1 means whatever the document's page is.
+std::u16string inCharacterSet(std::u16string_view entry, std::u16string_view characterSet, bool tolerant) {
+    const FontEntry font = readFontEntry(entry, tolerant);
+    std::u16string result(entry);
+    if (font.digits.empty() || !(font.characterSet.empty() || font.characterSet == u"1")) return result;
+    const TextRange named = font.characterSetWord;
+    if (named.end != 0) result.erase(named.begin, named.end - named.begin);
+    const std::size_t at = named.end != 0 ? named.begin : font.number + font.digits.size();
+    return result.insert(at, std::u16string(u"\\fcharset").append(characterSet));
+}
+
 }  // namespace
 
-void FontTable::add(std::u16string_view table, NumberMap& numbers) {
+void FontTable::add(std::u16string_view table, NumberMap& numbers, std::u16string_view characterSet) {
     constexpr std::u16string_view opening = u"{\\fonttbl";
     for (TableEntries entries(table, opening.size(), tolerant_); entries.next();) {
         std::u16string_view entry = entries.text();
+        std::u16string changed;
+        if (!characterSet.empty()) entry = changed = inCharacterSet(entry, characterSet, tolerant_);
         const FontEntry font = readFontEntry(entry, tolerant_);
         if (font.digits.empty()) continue;
         const auto next = static_cast<std::int32_t>(numbers_.size());

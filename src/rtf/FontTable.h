@@ -17,8 +17,10 @@ public:
     explicit FontTable(const CleanOptions& options) noexcept : tolerant_(options.tolerant) {}
 
     // Adds the fonts of a document's table, "{\fonttbl" to its brace; `numbers` receives the new
-    // number of each.
-    void add(std::u16string_view table, NumberMap& numbers);
+    // number of each. Fonts without a character set get the given one, unless that is empty.
+    void add(std::u16string_view table, NumberMap& numbers, std::u16string_view characterSet = {});
+
+    bool empty() const noexcept { return numbers_.empty(); }
 
     // The merged table.
     std::u16string text() const { return u"{\\fonttbl" + entries_ + u"}"; }

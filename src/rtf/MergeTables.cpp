@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "rtf/BraceScanner.h"
+#include "rtf/CodePages.h"
 #include "rtf/ColourTable.h"
 #include "rtf/EmbeddedDocuments.h"
 #include "rtf/FontTable.h"
@@ -58,6 +59,7 @@ private:
     void dropOverlapping();
     void readTables(std::u16string_view text, bool host);
     std::u16string swept(std::u16string_view text, const Table& table, const References& references);
+    void addFonts(std::u16string_view table, bool host);
     void mergeStylesAndLists(std::u16string_view text);
     void takeOut();
     void placeInHost(std::size_t header);
@@ -72,6 +74,9 @@ private:
     ListTables lists_;
     NumberTexts numbers_;
     std::int32_t hostFont_ = NumberMap::none;  // its default
+    bool hostHasFonts_ = true;
+    std::int32_t hostPage_ = windowsLatin;
+    std::int32_t page_ = windowsLatin;  // the current document's
     ReferenceSweep sweep_;
 
     // Of the current document.
@@ -155,7 +160,9 @@ std::u16string TableMerge::swept(std::u16string_view text, const Table& table, c
     sweep_.begin(result, references, edits_);
     sweep_.sweep(0, result.size());
     edits_.apply(result);
-    return result;
+    if (!options_.tolerant || page_ == hostPage_) return result;
+    const CodePage* const page = findCodePage(page_);
+    return page == nullptr ? result : withCharacters(result, *page, findCodePage(hostPage_));
 }
 
 void TableMerge::readTables(std::u16string_view text, bool host) {
@@ -163,7 +170,7 @@ void TableMerge::readTables(std::u16string_view text, bool host) {
     fontNumbers_.clear();
     colourNumbers_.clear();
     if (tables_.fonts) {
-        fonts_.add(part(text, *tables_.fonts), fontNumbers_);
+        addFonts(part(text, *tables_.fonts), host);
         references_.fonts = &fontNumbers_;
     }
     if (tables_.colours) {
@@ -176,6 +183,16 @@ void TableMerge::readTables(std::u16string_view text, bool host) {
     references_.styles = &styles_;
     references_.lists = &lists_;
     references_.defaultStyle = styles_.defaultStyle();
+}
+
+void TableMerge::addFonts(std::u16string_view table, bool host) {
+    // The text of a host without fonts must not come to have another document's; readers give it this.
+    if (!hostHasFonts_ && fonts_.empty()) {
+        NumberMap unused;
+        fonts_.add(u"{\\fonttbl{\\f0 Times New Roman;}}", unused);
+    }
+    const bool isForeign = options_.tolerant && !host && page_ != hostPage_;
+    fonts_.add(table, fontNumbers_, isForeign ? characterSetOf(page_) : std::u16string_view());
 }
 
 // Styles refer to lists and lists to styles; the numbers of the lists are settled first.
@@ -218,8 +235,15 @@ void TableMerge::placeInHost(std::size_t header) {
 // A lifted document's default font is named at its beginning, and where \plain goes back to it. The
 // host's is renumbered where it stands.
 void TableMerge::keepDefaultFont(std::u16string_view text, std::size_t header, bool host) {
-    if (!options_.tolerant || !tables_.fonts) return;
+    if (!options_.tolerant || !(host || tables_.fonts)) return;
     const std::optional<ControlWord> word = findDefaultFont(text, header);
+    if (!tables_.fonts) {
+        hostHasFonts_ = false;
+        hostFont_ = 0;
+        if (word) fontNumbers_.set(word->number, 0);
+        references_.fonts = &fontNumbers_;
+        return;
+    }
     const std::int32_t font = fontNumbers_.find(word ? word->number : u"0");
     if (host) hostFont_ = font;
     if (host || font == NumberMap::none) return;
@@ -254,6 +278,7 @@ void TableMerge::mergeHost(std::u16string& text) {
     std::size_t header = hostHeaderStart(text, host);
     // The blank that ends the opening word would be text behind a table.
     if (options_.tolerant && standsAt(text, header, u" ")) ++header;
+    if (options_.tolerant) hostPage_ = page_ = codePageOfDocument(text, header);
     findTables(text, collection_.hostGroups());
     readTables(text, true);
     placeInHost(header);
@@ -262,10 +287,12 @@ void TableMerge::mergeHost(std::u16string& text) {
 }
 
 void TableMerge::mergeLifted(TableCollection::Document& document) {
+    const std::size_t header = hostHeaderStart(document.text, 0);
+    if (options_.tolerant) page_ = codePageOfDocument(document.text, header);
     findTables(document.text, document.groups);
     readTables(document.text, false);
     takeOut();
-    keepDefaultFont(document.text, hostHeaderStart(document.text, 0), false);
+    keepDefaultFont(document.text, header, false);
     change(document.text);
 }
 

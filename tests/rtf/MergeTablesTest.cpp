@@ -118,6 +118,27 @@ TEST(MergeTables, KeepsManyFontsAndColoursApart) {
     EXPECT_NE(text.find(u"\r\n{\\f69999 F69999;}\r\n{\\f70000 New;}}"), std::u16string::npos);
 }
 
+TEST(MergeTables, TolerantMergingKeepsForeignText) {
+    const std::pair<std::u16string, std::u16string> cases[] = {
+        // Bytes of a page of several bytes a character stay, in fonts that say so.
+        {u"{\\fonttbl{\\f0 A;}}x{\\rtf1\\ansicpg932{\\fonttbl{\\f0\\fcharset1 A;}{\\f1\\fnil\\fcharset0 B;}{\\f2 "
+         u"C;}}\\f1\\'83}",
+         u"{\\fonttbl\r\n{\\f0 A;}\r\n{\\f1\\fcharset128 A;}\r\n{\\f2\\fnil\\fcharset0 B;}\r\n{\\f3\\fcharset128 C;}}"
+         u"x{\\rtf1\\f1\\ansicpg932\\f2\\'83}"},
+        // Bytes in tables become characters.
+        {u"\\ansicpg950{\\fonttbl}{\\stylesheet{\\s0 N;}}x{\\rtf1{\\stylesheet{\\s1 "
+         u"\\'dc\\u228\\'e4\\'41\\'e4;}}\\'e4}",
+         u"\\ansicpg950{\\fonttbl}{\\stylesheet\r\n{\\s0 N;}\r\n{\\s1 \\u220?\\u228\\'e4\\'41\\u228?;}}x{\\rtf1\\'e4}"},
+        // A host without fonts keeps the one that it had.
+        {u"\\deff3\\plain x{\\rtf1{\\fonttbl{\\f0 A;}}\\plain y}",
+         u"{\\fonttbl\r\n{\\f0 Times New Roman;}\r\n{\\f1 A;}}\\deff0\\plain x{\\rtf1\\f1\\plain\\f1 y}"},
+    };
+    for (const auto& [text, expected] : cases) {
+        EXPECT_EQ(narrow(merged(u"{\\rtf1" + text + u"}", true)),
+                  narrow(u"{\\rtf1" + defaultColours + expected + u"}"));
+    }
+}
+
 TEST(MergeTables, TolerantMergingKeepsDefaultsAndCharacterSets) {
     EXPECT_EQ(narrow(merged(
                   u"{\\rtf1\\deff3{\\*\\x\\bin21 {\\fonttbl;{\\colortbl;}{\\fonttbl{\\f3 Host;}}\\plain\\f3;\\f3\\f3 a"
