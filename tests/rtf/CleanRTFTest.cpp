@@ -12,6 +12,7 @@
 
 #include "RtfText.h"
 #include "platform/MemoryServices.h"
+#include "rtf/TableMarkers.h"
 #include "text/Compare.h"
 
 namespace velmor {
@@ -370,6 +371,33 @@ TEST(CleanCorpus, KeepsTheTextOfDocumentsInDocuments) {
                 EXPECT_TRUE(withoutBlanks(after.text()) == withoutBlanks(before));
                 EXPECT_TRUE(after.isBalanced());
             }
+        }
+    }
+}
+
+// In a cell, whatever tables a document has are nested ones: the only row left is that of the cell.
+TEST(CleanCorpus, NestsTheTablesOfADocumentInACell) {
+    if (corpus().empty()) GTEST_SKIP() << "no documents in " << VELMOR_CORPUS;
+    const auto visible = [](const std::u16string& text) {
+        std::u16string result = RtfText(text, RtfText::Part::body).text();
+        std::erase_if(result, [](char16_t unit) { return unit <= u' '; });
+        return result;
+    };
+    TestHost host;
+    for (const fs::path& path : corpus()) {
+        std::u16string document = load(path);
+        document.resize(document.find_last_of(u'}') + 1);
+        if (count(document, u"\\row") == 0 || !RtfText(document).isBalanced()) continue;
+        if (!document.starts_with(u"{\\rtf1")) document.insert(5, u"1");
+        addTableMarkers(document, host.machine.guids);
+        const std::u16string text = u"{\\rtf1{\\*\\korvane\\starttable{x}}\\trowd\\cellx9000\\pard\\intbl " + document +
+                                    u"\\cell\\row{\\*\\korvane\\endtable{x}}}";
+        for (const bool tolerant : {false, true}) {
+            SCOPED_TRACE(path.filename().string() + (tolerant ? ", tolerant" : ""));
+            const std::u16string result = cleaned(text, optionsOf(false, tolerant));
+            EXPECT_EQ(count(result, u"\\row"), 1u);
+            EXPECT_EQ(count(result, u"\\cell"), 1u + count(result, u"\\cellx"));
+            EXPECT_TRUE(visible(result) == visible(document));
         }
     }
 }
