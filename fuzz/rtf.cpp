@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "rtf/LiteralModule1.h"
 #include "rtf/LiteralNestedTables.h"
 #include "rtf/LiteralProtectRTF.h"
 #include "rtf/Module1.h"

@@ -2,7 +2,6 @@
 #include "rtf/CleanRTF.h"
 
 #include <gtest/gtest.h>
-#include <pthread.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -11,6 +10,7 @@
 #include <random>
 
 #include "RtfText.h"
+#include "SmallStack.h"
 #include "platform/MemoryServices.h"
 #include "rtf/TableMarkers.h"
 #include "text/Compare.h"
@@ -18,6 +18,7 @@
 namespace velmor {
 namespace {
 
+using test::onSmallStack;
 using test::RtfText;
 
 class TestHost : public CleanHost {
@@ -229,16 +230,6 @@ TEST(CleanRTF, SurvivesRandomTexts) {
 }
 
 // ---- Size and depth, on a stack of one megabyte
-
-void onSmallStack(void* (*work)(void*)) {
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setstacksize(&attributes, std::size_t{1} << 20);
-    pthread_t thread;
-    ASSERT_EQ(pthread_create(&thread, &attributes, work, nullptr), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
-}
 
 std::u16string repeated(std::u16string_view piece, std::size_t times) {
     std::u16string text;

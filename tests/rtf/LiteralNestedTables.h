@@ -1,11 +1,12 @@
 #pragma once
 
 #include <algorithm>
-#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "rtf/BraceScanner.h"
+#include "rtf/NestedWord.h"
 #include "rtf/ParagraphText.h"
 #include "rtf/RowDefinition.h"
 #include "rtf/TableMarkers.h"
@@ -24,10 +25,9 @@ private:
     enum class Kind { word, table, apart };
     struct Token {
         Kind kind;
-        std::size_t begin;
-        std::size_t end;
+        std::size_t begin, end;
         std::u16string letters, number;
-        std::u16string replaced;  // tables and apart texts
+        std::u16string replaced = {};  // tables and apart texts
     };
     struct Change {
         std::size_t begin, end;
@@ -73,12 +73,6 @@ private:
     }
     bool isRow(std::size_t i) const { return is(i, u"row") || is(i, u"nestrow"); }
     bool isCell(std::size_t i) const { return is(i, u"cell") || is(i, u"nestcell"); }
-    bool escaped(std::size_t at) const {
-        std::size_t run = 0;
-        while (run < at && text_[at - 1 - run] == u'\\') ++run;
-        return run % 2 == 1;
-    }
-    static bool letter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
     char16_t at(std::size_t i) const { return i < text_.size() ? text_[i] : u'\0'; }
 
     void change(std::size_t begin, std::size_t end, int order, std::u16string text, bool apart = false) {
@@ -102,48 +96,32 @@ private:
         edits.apply(text_);
         return text_;
     }
+    static std::u16string convertedPart(std::u16string text, std::size_t level) {
+        return LiteralNestedTables(std::move(text), level).converted();
+    }
 
     // ---- Reading
 
-    std::size_t readToken(std::size_t at) {
-        if (const std::size_t end = pairEnd(at)) {
-            const std::size_t inner = markerEnd(at), close = text_.rfind(endTableMarker, end - 1);
+    std::size_t readToken(std::size_t begin) {
+        if (const std::size_t end = pairEnd(begin)) {
+            const std::size_t inner = markerEnd(begin), close = text_.rfind(endTableMarker, end - 1);
             const std::size_t level = std::min<std::size_t>(level_ + 1, 9);
-            LiteralNestedTables table(text_.substr(inner, close - inner), level);
-            tokens_.push_back({Kind::table,
-                               at,
-                               end,
-                               {},
-                               {},
-                               text_.substr(at, inner - at) + table.converted() + text_.substr(close, end - close)});
+            const std::u16string table = convertedPart(text_.substr(inner, close - inner), level);
+            tokens_.push_back({Kind::table, begin, end, u"", u""});
+            tokens_.back().replaced = text_.substr(begin, inner - begin) + table + text_.substr(close, end - close);
             return end;
         }
-        if (text_[at] == u'\\') return readWord(at);
-        if (text_[at] == u'{' && level_ > 0) {
-            if (const std::size_t end = apartEnd(at)) {
-                LiteralNestedTables apart(text_.substr(at, end - at), 0);
-                tokens_.push_back({Kind::apart, at, end, {}, {}, apart.converted()});
-                return end;
-            }
+        if (text_[begin] == u'\\') {
+            const ControlWord word = readWord(text_, begin);
+            if (word.letters.empty()) return begin + 2;
+            tokens_.push_back({Kind::word, begin, word.end, std::u16string(word.letters), std::u16string(word.number)});
+            return word.end;
         }
-        return at + 1;
-    }
-
-    std::size_t readWord(std::size_t begin) {
-        std::size_t end = begin + 1;
-        while (letter(at(end))) ++end;
-        if (end == begin + 1) return begin + 2;
-        const std::size_t letters = end;
-        const auto isDigit = [&](std::size_t i) { return at(i) >= u'0' && at(i) <= u'9'; };
-        if (at(end) == u'-' && isDigit(end + 1)) ++end;
-        while (isDigit(end)) ++end;
-        tokens_.push_back({Kind::word,
-                           begin,
-                           end,
-                           text_.substr(begin + 1, letters - begin - 1),
-                           text_.substr(letters, end - letters),
-                           {}});
-        return end;
+        if (const std::size_t end = level_ > 0 && text_[begin] == u'{' ? apartEnd(begin) : 0) {
+            tokens_.push_back({Kind::apart, begin, end, u"", u"", convertedPart(text_.substr(begin, end - begin), 0)});
+            return end;
+        }
+        return begin + 1;
     }
 
     // Behind the marker at the place; 0 when there is none.
@@ -159,7 +137,8 @@ private:
 
     // Behind the table whose start marker stands at the place; 0 when there is none.
     std::size_t pairEnd(std::size_t begin) {
-        if (ended_ || escaped(begin) || text_.compare(begin, startTableMarker.size(), startTableMarker) != 0) return 0;
+        if (ended_ || isEscaped(text_, begin) || text_.compare(begin, startTableMarker.size(), startTableMarker) != 0)
+            return 0;
         const std::size_t end = markerEnd(begin);
         if (end == 0) return 0;
         const std::size_t open = begin + startTableMarker.size();
@@ -167,7 +146,7 @@ private:
         std::size_t found = end - 1;
         do {
             found = text_.find(std::u16string(endTableMarker) + identity, found + 1);
-        } while (found != npos && escaped(found));
+        } while (found != npos && isEscaped(text_, found));
         ended_ = found == npos;
         return ended_ ? 0 : markerEnd(found);
     }
@@ -175,13 +154,9 @@ private:
     std::size_t apartEnd(std::size_t begin) const {
         const std::size_t word = begin + (text_.compare(begin, 3, u"{\\*") == 0 ? 3 : 1);
         for (const std::u16string_view start : {u"\\footnote", u"\\nonesttables", u"\\header"}) {
-            if (text_.compare(word, start.size(), start) != 0 || letter(at(word + start.size()))) continue;
-            std::size_t depth = 0;
-            for (std::size_t i = begin; i < text_.size(); ++i) {
-                if (escaped(i)) continue;
-                if (text_[i] == u'{') ++depth;
-                if (text_[i] == u'}' && --depth == 0) return i;  // the brace itself is the table's
-            }
+            // The brace itself is the table's.
+            const std::size_t end = findGroupEnd(text_, begin + 1, true);
+            if (wordStandsAt(text_, word, start) && end != noGroupEnd) return end;
         }
         return 0;
     }
@@ -270,15 +245,12 @@ private:
         bool needed = false;
         for (std::size_t k = i + 1; k < tokens_.size() && !needed && !is(k, u"pard"); ++k) {
             needed = endsParagraph(k);
-            if (!isTable && tokens_[k].kind == Kind::table) needed = endsParagraph(k);
             if (!isTable && tokens_[k].kind == Kind::table && !needed) break;
         }
         std::u16string words;
-        for (std::size_t k = i + 1; k-- > 0 && words.empty();) {
-            if (!is(k, u"pard")) continue;
-            words = paragraphWords(text_, tokens_[k].begin);
-            break;
-        }
+        std::size_t defaults = i + 1;
+        while (defaults-- > 0 && !is(defaults, u"pard")) continue;
+        if (defaults != npos) words = paragraphWords(text_, tokens_[defaults].begin);
         if (needed && (isTable || !words.empty())) {
             change(place, place, 1, u"\\pard" + words + inTable(), true);
         } else if (!isTable && lacksLevel(i + 1)) {
@@ -330,11 +302,9 @@ private:
     void nestRow(std::size_t row) {
         const Token& token = tokens_[row];
         const std::size_t end = rowEnd(row);
-        if (!isRewritten(row)) {
-            if (is(row, u"row")) change(token.begin + 1, token.begin + 1, 2, u"nest");
-            setUpBehind(row, false, end);
-            return;
-        }
+        if (is(row, u"row")) change(token.begin + 1, token.begin + 1, 2, u"nest");
+        setUpBehind(row, false, end);
+        if (!isRewritten(row)) return;
         const std::size_t definition = definitionOf(row);
         RowDefinition read;
         std::u16string moved = u"\\trowd";
@@ -347,30 +317,19 @@ private:
             const RowDefinition cut = this->read(i);
             change(cut.range.begin, cut.range.end, 2, u"");
         }
-        std::size_t right = read.columns == 0 ? 0 : numberAt(read.lastColumn);
+        std::size_t right = read.columns == 0 ? 0 : nestedWords::numberOf(readWord(text_, read.lastColumn).number);
         for (std::size_t column = read.columns; column < cellsOf(row); ++column) {
             right += 1440;
             const std::string digits = std::to_string(right);
             moved += u"\\cellx" + std::u16string(digits.begin(), digits.end());
         }
-        const std::size_t keep = token.begin - std::min<std::size_t>(token.begin, 7);
-        const std::size_t cell = row == 0 ? 0 : tokens_[row - 1].begin;
-        if (tokens_[row].begin >= 7 && is(row - 1, u"trkeep") && cell == keep && read.range.end <= keep) {
+        const std::size_t keep = row == 0 ? npos : tokens_[row - 1].begin;
+        if (row > 0 && is(row - 1, u"trkeep") && keep + 7 == token.begin && read.range.end <= keep) {
             change(keep, token.begin, 2, u"");
             moved += u"\\trkeep";
         }
         change(token.begin, token.begin, 2, u"\\pard" + inTable() + u"\\nowidctlpar{\\*\\nesttableprops" + moved);
-        if (is(row, u"row")) change(token.begin + 1, token.begin + 1, 2, u"nest");
         change(end, end, 0, u"}");
-        setUpBehind(row, false, end);
-    }
-    std::size_t numberAt(std::size_t word) const {
-        std::size_t i = word + 6, number = 0;
-        const bool negative = at(i) == u'-';
-        for (i += negative; at(i) >= u'0' && at(i) <= u'9'; ++i) {
-            number = std::min<std::size_t>(100000000, number * 10 + (at(i) - u'0'));
-        }
-        return number;
     }
 
     std::u16string text_;

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "Pieces.h"
 #include "rtf/TableMarkers.h"
 
 namespace velmor::test {
@@ -32,61 +33,25 @@ inline std::u16string withMarkers(std::u16string text) {
 inline std::u16string withoutMarkers(std::u16string text) {
     for (std::size_t at = 0; (at = text.find(u"{\\*\\korvane\\", at)) != std::u16string::npos; ++at) {
         const bool isStart = text.compare(at, startTableMarker.size(), startTableMarker) == 0;
-        const std::size_t open = text.find(u'{', at + 1);
-        const std::u16string identity = text.substr(open + 1, text.find(u'}', open) - open - 1);
-        text.replace(at, open + identity.size() + 3 - at, isStart ? u"<" + identity + u":" : u":" + identity + u">");
+        const std::size_t open = text.find(u'{', at + 1), close = text.find(u'}', open);
+        // Of the identities of counted tables the last digit.
+        const std::size_t first = close - open == 37 ? close - 1 : open + 1;
+        const std::u16string identity = text.substr(first, close - first);
+        text.replace(at, close + 2 - at, isStart ? u"<" + identity + u":" : u":" + identity + u">");
     }
     return text;
 }
 
 // Tables in tables out of bytes: markers, most of them in pairs, and pieces that hurt between them.
 inline std::u16string nestedTableText(const std::uint8_t* data, std::size_t size) {
-    static const std::u16string_view pieces[] = {
-        u"\\trowd\\irow0\\cellx9 ",
-        u"\\trowd\\cellx5\\pard\\intbl ",
-        u"\\trowd\\trkeep\\cellx5\\cellx7\\ql\\b ",
-        u"\\trowd ",
-        u"\\row",
-        u"\\row ",
-        u"\\row}",
-        u"\\trkeep\\row ",
-        u"\\cell",
-        u"\\cell ",
-        u"a\\cell b\\cell ",
-        u"\\cellx1",
-        u"\\intbl",
-        u"\\intbl ",
-        u"\\intbl0",
-        u"\\itap",
-        u"\\itap ",
-        u"\\itap0",
-        u"\\itap12 ",
-        u"\\itap-2",
-        u"{\\itap}",
-        u"\\par",
-        u"\\par ",
-        u"\\pard",
-        u"\\pard\\qc\\b\\li20\\intbl\\fs20 ",
-        u"\\pard\\plain ",
-        u"\\nestcell ",
-        u"\\nestrow",
-        u"{\\*\\nesttableprops\\trowd\\irow0\\cellx3\\nestrow}",
-        u"{\\nonesttables\\par}",
-        u"{\\footnote \\pard\\itap0 x\\par\\cell}",
-        u"{",
-        u"}",
-        u"}\r\n}",
-        u"\\",
-        u"\\'e4",
-        u" ",
-        u"  ",
-        u"\r\n",
-        u"x",
-        u"5",
-        u"{\\*\\bkmkstart b}",
-        u"\\tab ",
-        u"\\b0",
-    };
+    static const auto pieces = piecesOf(
+        u"\\trowd\\irow0\\cellx9 |\\trowd\\cellx5\\pard\\intbl |\\trowd\\trkeep\\cellx5\\cellx7\\ql\\b |"
+        u"\\trowd |\\row|\\row |\\row}|\\trkeep\\row |\\cell|\\cell |a\\cell b\\cell |\\cellx1|\\intbl|"
+        u"\\intbl |\\intbl0|\\itap|\\itap |\\itap0|\\itap12 |\\itap-2|{\\itap}|\\par|\\par |\\pard|"
+        u"\\pard\\qc\\b\\li20\\intbl\\fs20 |\\pard\\plain |\\nestcell |\\nestrow|"
+        u"{\\*\\nesttableprops\\trowd\\irow0\\cellx3\\nestrow}|{\\nonesttables\\par}|"
+        u"{\\footnote \\pard\\itap0 x\\par\\cell}|{|}|}\r\n}|\\|\\'e4| |  |\r\n|x|5|{\\*\\bkmkstart b}|\\tab |"
+        u"\\b0");
     std::u16string text;
     std::vector<char16_t> open;
     char16_t next = u'A';
@@ -103,7 +68,7 @@ inline std::u16string nestedTableText(const std::uint8_t* data, std::size_t size
         } else if (value == 77) {
             text += tableEnd(u"B");
         } else {
-            text += pieces[value % std::size(pieces)];
+            text += pieces[value % pieces.size()];
         }
     }
     for (; !open.empty(); open.pop_back()) text += tableEnd({&open.back(), 1});

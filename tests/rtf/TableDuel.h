@@ -5,6 +5,7 @@
 #include <string>
 
 #include "LiteralTables.h"
+#include "Pieces.h"
 #include "rtf/TableMarkers.h"
 
 namespace velmor::test {
@@ -39,54 +40,21 @@ inline std::u16string withNumberedIdentities(std::u16string text) {
 
 // Table RTF out of bytes: pieces that hurt, and now and then rows as they are written.
 inline std::u16string tableText(const std::uint8_t* data, std::size_t size) {
-    static const std::u16string_view pieces[] = {
-        u"\\trowd\\irow0",
-        u"\\trowd \\irow0",
-        u"\\trowd\\irow1\\cellx9",
-        u"\\lastrow",
-        u"\\lastrow\\row",
-        u"\\row",
-        u"\\row ",
-        u"\\cell",
-        u"\\cell }",
-        u"\\cell\\row",
-        u"\\cellx1",
-        u"\\intbl",
-        u"\\itap",
-        u"\\itap0",
-        u"\\itap1 ",
-        u"\\itap2",
-        u"\\itap3 ",
-        u"\\itap-2",
-        u"\\par",
-        u"\\par ",
-        u"\\pard",
-        u"\\pard\\intbl\\itap2 ",
-        u"\\nestcell",
-        u"\\nestcell ",
-        u"\\nestrow",
-        u"{\\*\\nesttableprops\\trowd\\irow0\\nestrow}",
-        u"{\\*\\nesttableprops\\trowd\\irow1\\lastrow\\nestrow}",
-        u"{\\*\\nesttableprops\\trowd \\irow0\\lastrow\\cellx5\\nestrow}{\\nonesttables\\par}",
-        u"\\nesttableprops ",
-        u"{\\nonesttables",
-        u"{",
-        u"}",
-        u"\\",
-        u"\\'e4",
-        u" ",
-        u"\r\n",
-        u"x",
-        u"{\\*\\korvane\\endtable",
-        u"{\\*\\korvane\\endtable{01234567-0123-0123-0123-0123456789ab}}",
-        u"\\pard\\intbl\\itap2 a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}",
-        u"\\pard\\intbl\\itap3 a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}",
-        u"\\pard\\intbl b\\cell\\pard\\intbl\\trowd\\irow1\\row ",
-        u"\\trowd\\irow0\\lastrow\\intbl c\\cell \\trowd\\row",
-        u"\\trowd\\irow1\\lastrow\\cell{\\trowd\\lastrow\\row}",
-    };
+    static const auto pieces = piecesOf(
+        u"\\trowd\\irow0|\\trowd \\irow0|\\trowd\\irow1\\cellx9|\\lastrow|\\lastrow\\row|\\row|\\row |\\cell|"
+        u"\\cell }|\\cell\\row|\\cellx1|\\intbl|\\itap|\\itap0|\\itap1 |\\itap2|\\itap3 |\\itap-2|\\par|"
+        u"\\par |\\pard|\\pard\\intbl\\itap2 |\\nestcell|\\nestcell |\\nestrow|"
+        u"{\\*\\nesttableprops\\trowd\\irow0\\nestrow}|{\\*\\nesttableprops\\trowd\\irow1\\lastrow\\nestrow}|"
+        u"{\\*\\nesttableprops\\trowd \\irow0\\lastrow\\cellx5\\nestrow}{\\nonesttables\\par}|"
+        u"\\nesttableprops |{\\nonesttables|{|}|\\|\\'e4| |\r\n|x|{\\*\\korvane\\endtable|"
+        u"{\\*\\korvane\\endtable{01234567-0123-0123-0123-0123456789ab}}|"
+        u"\\pard\\intbl\\itap2 a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}|"
+        u"\\pard\\intbl\\itap3 a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}|"
+        u"\\pard\\intbl b\\cell\\pard\\intbl\\trowd\\irow1\\row |"
+        u"\\trowd\\irow0\\lastrow\\intbl c\\cell \\trowd\\row|"
+        u"\\trowd\\irow1\\lastrow\\cell{\\trowd\\lastrow\\row}");
     std::u16string text;
-    for (std::size_t i = 0; i < size; ++i) text += pieces[data[i] % std::size(pieces)];
+    for (std::size_t i = 0; i < size; ++i) text += pieces[data[i] % pieces.size()];
     return text;
 }
 
@@ -110,10 +78,10 @@ inline DuelOutcome duelRemoveExtraTrowd(const std::u16string& text, std::int32_t
     CountedGuids guids;
     LiteralTables literal(text, guids);
     std::u16string value = text;
-    std::int32_t literalEnd = end;
+    auto literalEnd = static_cast<std::size_t>(end) - 1;
+    literal.removeExtraDefinitions(static_cast<std::size_t>(start) - 1, literalEnd);
     RemoveExtraTrowd(value, start, end);
-    literal.removeExtraDefinitions(start, literalEnd);
-    return {value + static_cast<char16_t>(end), literal.text() + static_cast<char16_t>(literalEnd)};
+    return {value + static_cast<char16_t>(end), literal.text() + static_cast<char16_t>(literalEnd + 1)};
 }
 
 // Twice: the second time start markers stand there already.
@@ -121,16 +89,15 @@ inline DuelOutcome duelMarkNested(const std::u16string& text, std::int32_t start
     CountedGuids guids;
     LiteralTables literal(text, guids);
     std::u16string value = text;
-    std::int32_t literalEnd = end;
-    std::int32_t counts[2] = {0, 0};
+    auto literalEnd = static_cast<std::size_t>(end) - 1;
+    std::size_t count = 0, literalCount = 0;
     for (int i = 0; i < 2; ++i) {
-        counts[0] += MarkNestedTables(value, start, end, guids);
-        counts[1] += literal.markNested(start, literalEnd);
+        count += static_cast<std::size_t>(MarkNestedTables(value, start, end, guids));
+        literalCount += literal.markNested(static_cast<std::size_t>(start) - 1, literalEnd);
     }
-    const auto outcome = [](const std::u16string& result, std::int32_t last, std::int32_t count) {
-        return withNumberedIdentities(result) + static_cast<char16_t>(last) + static_cast<char16_t>(count);
-    };
-    return {outcome(value, end, counts[0]), outcome(literal.text(), literalEnd, counts[1])};
+    return {withNumberedIdentities(value) + static_cast<char16_t>(end) + static_cast<char16_t>(count),
+            withNumberedIdentities(literal.text()) + static_cast<char16_t>(literalEnd + 1) +
+                static_cast<char16_t>(literalCount)};
 }
 
 }  // namespace velmor::test

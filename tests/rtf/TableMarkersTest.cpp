@@ -5,6 +5,7 @@
 
 #include <random>
 
+#include "NestedTableText.h"
 #include "TableDuel.h"
 
 namespace velmor {
@@ -12,22 +13,10 @@ namespace {
 
 using test::CountedGuids;
 
-// The markers written short: "<1:" and ":1>".
-std::u16string shortened(std::u16string text) {
-    for (const bool start : {true, false}) {
-        const std::u16string_view marker = start ? startTableMarker : endTableMarker;
-        for (std::size_t at = 0; (at = text.find(marker, at)) != std::u16string::npos;) {
-            const std::u16string number = text.substr(at + marker.size() + 36, 1);
-            text.replace(at, marker.size() + 39, start ? u"<" + number + u":" : u":" + number + u">");
-        }
-    }
-    return text;
-}
-
 std::u16string marked(std::u16string text) {
     CountedGuids guids;
     addTableMarkers(text, guids);
-    return shortened(text);
+    return test::withoutMarkers(text);
 }
 
 const std::pair<std::u16string, std::u16string> markCases[] = {
@@ -88,17 +77,6 @@ TEST(TableMarkers, LeavesOtherTextsAlone) {
     }
 }
 
-TEST(TableMarkers, MarkingTwiceChangesNothing) {
-    for (const auto& [text, expected] : markCases) {
-        CountedGuids guids;
-        std::u16string value = text;
-        EXPECT_TRUE(addTableMarkers(value, guids));
-        const std::u16string once = value;
-        EXPECT_FALSE(addTableMarkers(value, guids));
-        EXPECT_EQ(value, once);
-    }
-}
-
 TEST(TableMarkers, RemovesInTheRangeAloneAndKeepsTheLength) {
     const std::u16string row = u"\\trowd a\\cell\\trowd\\row";
     const std::u16string kept = u"\\trowd a\\cell\\row";
@@ -113,64 +91,25 @@ TEST(TableMarkers, RemovesInTheRangeAloneAndKeepsTheLength) {
     EXPECT_EQ(end, INT32_MAX - 12);
 }
 
-TEST(TableMarkers, NestedTablesAreMarkedOnce) {
-    std::u16string value =
-        u"\\pard\\itap3 a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}\\pard\\itap2 b\\nestcell{\\*"
-        u"\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}\\pard c\\cell";
-    const auto length = static_cast<std::int32_t>(value.size());
-    CountedGuids guids;
-    std::int32_t end = length + 1;
-    EXPECT_EQ(MarkNestedTables(value, 1, end, guids), 2);
-    EXPECT_EQ(end, length + 1 + 2 * (startTableMarkerLength + endTableMarkerLength));
-    EXPECT_EQ(MarkNestedTables(value, 1, end, guids), 0);
-}
-
-class RandomTables {
-public:
-    explicit RandomTables(std::size_t longest) : longest_(longest) {}
-
-    std::u16string next() {
-        std::uint8_t bytes[64];
-        const std::size_t size = random_() % longest_;
-        for (std::size_t i = 0; i < size; ++i) bytes[i] = static_cast<std::uint8_t>(random_());
-        return test::tableText(bytes, size);
-    }
-    // A place in the text, or one just outside.
-    std::int32_t place(const std::u16string& text) {
-        return static_cast<std::int32_t>(random_() % (text.size() + 1)) + 1;
-    }
-    std::string seed() const { return "seed " + std::to_string(seed_); }
-
-private:
-    std::size_t longest_;
-    std::uint32_t seed_ = testSeed();
-    std::mt19937 random_{seed_};
-};
-
 TEST(TableMarkers, EqualTheStepsOnRandomTables) {
-    RandomTables tables(40);
+    const std::uint32_t seed = testSeed();
+    std::mt19937 random(seed);
     int changed = 0;
-    for (int i = 0; i < 6000; ++i) {
-        const std::u16string text = tables.next();
-        const test::DuelOutcome outcome = test::duelAddMarkers(text);
-        ASSERT_EQ(outcome.fast, outcome.literal) << tables.seed() << ::testing::PrintToString(text);
-        changed += outcome.fast != text;
+    for (int i = 0; i < 8000; ++i) {
+        std::uint8_t bytes[40];
+        for (std::uint8_t& byte : bytes) byte = static_cast<std::uint8_t>(random());
+        const std::u16string text = test::tableText(bytes, random() % std::size(bytes));
+        const auto place = [&] { return static_cast<std::int32_t>(random() % (text.size() + 1)) + 1; };
+        const std::int32_t start = place(), end = place();
+        const test::DuelOutcome whole = test::duelAddMarkers(text);
+        for (const test::DuelOutcome& outcome :
+             {whole, test::duelRemoveExtraTrowd(text, start, end), test::duelMarkNested(text, start, end)}) {
+            ASSERT_EQ(outcome.fast, outcome.literal)
+                << "seed " << seed << " " << start << "," << end << ::testing::PrintToString(text);
+        }
+        changed += whole.fast != text;
     }
     EXPECT_GT(changed, 400);
-}
-
-TEST(TableMarkers, PartsEqualTheStepsOnRandomTables) {
-    RandomTables tables(25);
-    for (int i = 0; i < 10000; ++i) {
-        const std::u16string text = tables.next();
-        const std::int32_t start = tables.place(text), end = tables.place(text);
-        const test::DuelOutcome removed = test::duelRemoveExtraTrowd(text, start, end);
-        ASSERT_EQ(removed.fast, removed.literal)
-            << tables.seed() << ::testing::PrintToString(text) << start << "," << end;
-        const test::DuelOutcome nested = test::duelMarkNested(text, start, end);
-        ASSERT_EQ(nested.fast, nested.literal)
-            << tables.seed() << ::testing::PrintToString(text) << start << "," << end;
-    }
 }
 
 std::u16string repeated(std::u16string_view piece, int count) {
@@ -205,28 +144,20 @@ TEST(TableMarkers, LargeTextsStayCheap) {
     CountedGuids guids;
     addTableMarkers(tables, guids);
     EXPECT_EQ(tables.size(), 50000 * (table.size() - 12 + 61 + 59));
-    std::u16string rows = u"\\trowd\\irow0" + repeated(u"a\\cell\\trowd\\irow1\\row", 50000) + u"\\lastrow\\row";
-    addTableMarkers(rows, guids);
-    EXPECT_NE(rows.find(endTableMarker), std::u16string::npos);
-}
-
-std::u16string nestedTables(int depth) {
-    std::u16string text = u"\\trowd\\irow0 ", ends;
-    for (int level = depth; level >= 2; --level) {
-        const std::string number = std::to_string(level);
-        text += u"\\pard\\itap" + std::u16string(number.begin(), number.end()) +
-                u" a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}";
-    }
-    return text + u"\\pard\\cell\\lastrow\\row";
 }
 
 TEST(TableMarkers, MarksTablesNestedToAnyDepth) {
-    std::u16string text = nestedTables(20000);
+    std::u16string text = u"\\trowd\\irow0 ";
+    for (int level = 20000; level >= 2; --level) {
+        const std::string number = std::to_string(level);
+        text.append(u"\\pard\\itap").append(number.begin(), number.end());
+        text.append(u" a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}");
+    }
+    text += u"\\pard\\lastrow\\cell\\row";
+    const std::size_t length = text.size();
     CountedGuids guids;
     addTableMarkers(text, guids);
-    std::size_t starts = 0;
-    for (std::size_t at = 0; (at = text.find(startTableMarker, at)) != std::u16string::npos; ++at) ++starts;
-    EXPECT_EQ(starts, 20000u);
+    EXPECT_EQ(text.size(), length + 20000 * 120);
 }
 
 }  // namespace
