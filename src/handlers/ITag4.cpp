@@ -40,6 +40,7 @@ std::u16string HandlerAddress::registryKey() const {
 }
 
 std::u16string HandlerAddress::className(const platform::Registry& registry) const {
+    if (name.empty()) return {};  // the key's own default value is no handler
     return registry.value(registryKey(), name).value_or(std::u16string());
 }
 

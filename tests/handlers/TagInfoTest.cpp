@@ -145,6 +145,7 @@ TEST_F(TagInfo, ListsHandlers) {
     hide(handlers + u"\\A", u"0");
     hide(groups + u"\\letters\\Quiet", u"yes");
     const Variant none = Variant::missing();
+    EXPECT_EQ(ask(u"TagRegistered", {u""}), "False");
     EXPECT_EQ(ask(u"HandlerListString"), "B:A:Hid:TAG:");
     EXPECT_EQ(ask(u"HandlerListFilteredString"), "B:A:TAG:");
     EXPECT_EQ(ask(u"HandlerListString2"), "B:A:TAG:");

@@ -11,6 +11,9 @@
 #include "platform/win32/WideText.h"
 #include "text/Compare.h"
 
+// Behind Windows.h, which it needs.
+#include <ocidl.h>
+
 namespace velmor::platform {
 namespace {
 
@@ -36,19 +39,26 @@ Living& living() {
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
-// Names get identifiers on demand: an object answers for its members only when it is called.
-class GenericAdapter final : public IDispatch {
+// Names get identifiers on demand: an object answers for its members only when it is called. Of its class it tells the
+// name.
+class GenericAdapter final : public IDispatch, public IProvideClassInfo {
 public:
     explicit GenericAdapter(automation::ObjectRef object) : object_(std::move(object)) {}
 
     const automation::ObjectRef& object() const noexcept { return object_; }
+    IDispatch* identity() noexcept { return this; }
     void addReference() noexcept { ++references_; }  // with the lock held
 
     STDMETHODIMP QueryInterface(REFIID id, void** result) noexcept override {
         if (!result) return E_POINTER;
         *result = nullptr;
-        if (id != IID_IUnknown && id != IID_IDispatch) return E_NOINTERFACE;
-        *result = static_cast<IDispatch*>(this);
+        if (id == IID_IUnknown || id == IID_IDispatch) {
+            *result = identity();
+        } else if (id == IID_IProvideClassInfo) {
+            *result = static_cast<IProvideClassInfo*>(this);
+        } else {
+            return E_NOINTERFACE;
+        }
         AddRef();
         return S_OK;
     }
@@ -63,7 +73,7 @@ public:
             const std::scoped_lock lock(living().mutex);
             if (--references_ > 0) return references_;
             living().byObject.erase(object_.get());
-            living().byAddress.erase(this);
+            living().byAddress.erase(identity());
         }
         delete this;
         return 0;
@@ -108,6 +118,21 @@ public:
             return E_OUTOFMEMORY;
         } catch (...) {
             return E_FAIL;
+        }
+    }
+
+    STDMETHODIMP GetClassInfo(ITypeInfo** info) noexcept override {
+        if (!info) return E_POINTER;
+        *info = nullptr;
+        try {
+            std::wstring name = wide(object_->typeName());
+            ComPtr<ICreateTypeLib2> library;
+            ComPtr<ICreateTypeInfo> made;
+            HRESULT code = CreateTypeLib2(SYS_WIN32, L"", library.put());
+            if (SUCCEEDED(code)) code = library->CreateTypeInfo(name.data(), TKIND_COCLASS, made.put());
+            return FAILED(code) ? code : made->QueryInterface(IID_ITypeInfo, reinterpret_cast<void**>(info));
+        } catch (...) {
+            return E_OUTOFMEMORY;
         }
     }
 
@@ -177,7 +202,7 @@ IDispatch* adapterOf(const automation::ObjectRef& object) {
         return place->second;
     }
     place->second = new GenericAdapter(object);
-    all.byAddress.emplace(place->second, place->second);
+    all.byAddress.emplace(place->second->identity(), place->second);
     return place->second;
 }
 
