@@ -54,6 +54,7 @@ void replaceText(BSTR& place, const std::u16string& value) {
 }
 
 HRESULT translateException() noexcept {
+    SetErrorInfo(0, nullptr);  // an earlier failure's record
     try {
         throw;
     } catch (const Error& error) {

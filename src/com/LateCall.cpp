@@ -106,7 +106,16 @@ VARIANTARG* LateCall::source(const Member& member, UINT index) noexcept {
     return index < positional() ? &arguments_.rgvarg[arguments_.cArgs - 1 - index] : nullptr;
 }
 
+bool LateCall::knowsNames(const Member& member) const noexcept {
+    for (UINT named = 0; named < arguments_.cNamedArgs; ++named) {
+        const DISPID name = arguments_.rgdispidNamedArgs[named];
+        if (name != DISPID_PROPERTYPUT && static_cast<std::size_t>(name) >= member.parameters.size()) return false;
+    }
+    return true;
+}
+
 HRESULT LateCall::call(const Member& member, VARIANT* result) noexcept try {
+    if (!knowsNames(member)) return DISP_E_PARAMNOTFOUND;
     CallFrame frame(member);
     for (UINT index = 0; index < member.parameters.size(); ++index) {
         const Parameter& parameter = member.parameters[index];

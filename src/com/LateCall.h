@@ -26,6 +26,7 @@ private:
     HRESULT fail(HRESULT code) noexcept;
     VARIANTARG* source(const Member& member, UINT index) noexcept;
     UINT positional() const noexcept;
+    bool knowsNames(const Member& member) const noexcept;
 
     const InterfaceTable& members_;
     IDispatch& object_;
