@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iterator>
+#include <regex>
 
 namespace host {
 
@@ -27,76 +29,79 @@ void readException(EXCEPINFO& exception, Outcome& outcome) {
 
 }  // namespace
 
-Value::Value(const wchar_t* text) {
-    get()->vt = VT_BSTR;
-    get()->bstrVal = SysAllocString(text);
-}
-
-Value::Value(int number) {
-    get()->vt = VT_I4;
-    get()->lVal = number;
-}
-
-Value::Value(double number) {
-    get()->vt = VT_R8;
-    get()->dblVal = number;
-}
-
-Value::Value(bool flag) {
-    get()->vt = VT_BOOL;
-    get()->boolVal = flag ? VARIANT_TRUE : VARIANT_FALSE;
-}
-
-Value::Value(IDispatch* object) {
-    get()->vt = VT_DISPATCH;
-    get()->pdispVal = object;
-    if (object) object->AddRef();
+Value Value::copyOf(const VARIANT& value) {
+    Value copy;
+    EXPECT_HRESULT_SUCCEEDED(VariantCopyInd(copy.get(), const_cast<VARIANT*>(&value)));
+    return copy;
 }
 
 Value Value::missing() {
     Value value;
-    value->vt = VT_ERROR;
-    value->scode = DISP_E_PARAMNOTFOUND;
+    value.as(VT_ERROR).scode = DISP_E_PARAMNOTFOUND;
     return value;
 }
 
 Value Value::reference(VARIANT& variable) {
     Value value;
-    value->vt = VT_BYREF | VT_VARIANT;
-    value->pvarVal = &variable;
+    value.as(VT_BYREF | VT_VARIANT).pvarVal = &variable;
     return value;
 }
 
-Value Value::reference(BSTR& variable) {
-    Value value;
-    value->vt = VT_BYREF | VT_BSTR;
-    value->pbstrVal = &variable;
-    return value;
+void Value::refine() {
+    if (get()->vt != (VT_BYREF | VT_VARIANT)) return;
+    VARIANT& variable = *get()->pvarVal;
+    if (variable.vt == VT_BSTR || variable.vt == VT_I4) {
+        as(VT_BYREF | variable.vt).byref = &variable.llVal;
+    } else {
+        *this = copyOf(variable);
+    }
 }
 
-Value Value::reference(long& variable) {
-    Value value;
-    value->vt = VT_BYREF | VT_I4;
-    value->plVal = &variable;
-    return value;
+Value Value::to(VARTYPE type) const {
+    Value converted;
+    EXPECT_HRESULT_SUCCEEDED(VariantChangeType(converted.get(), const_cast<VARIANT*>(get()), VARIANT_ALPHABOOL, type));
+    return converted;
+}
+
+std::wstring text(const VARIANT& value) {
+    const Value converted = Value::copyOf(value).to(VT_BSTR);
+    return std::wstring(converted->bstrVal, SysStringLen(converted->bstrVal));
+}
+
+std::wstring describe(const VARIANT& value) {
+    static const wchar_t* const names[] = {L"Empty",  L"Null",     L"Integer", L"Long",   L"Single",
+                                           L"Double", L"Currency", L"Date",    L"String", L"Object",
+                                           L"Error",  L"Boolean",  nullptr,    L"Unknown"};
+    switch (value.vt) {
+        case VT_EMPTY:
+        case VT_UNKNOWN:
+            return names[value.vt];
+        case VT_DISPATCH:
+            return value.pdispVal ? L"Object" : L"Nothing";
+        case VT_BSTR:
+            return L"'" + std::regex_replace(text(value), std::wregex(L"\r\n"), L"|") + L"'";
+        case VT_DATE:
+            return L"Date " + text(*Value(value.date));
+        default:
+            return value.vt < std::size(names) ? names[value.vt] + (L" " + text(value)) : L"(array)";
+    }
 }
 
 std::wstring Outcome::text() const {
-    ScopedVariant converted;
-    VARIANT copy = *value;
-    if (FAILED(VariantChangeType(converted.get(), &copy, VARIANT_ALPHABOOL, VT_BSTR))) return L"(no text)";
-    return std::wstring(converted->bstrVal, SysStringLen(converted->bstrVal));
+    return host::text(*value);
 }
 
 ComPtr<IDispatch> Outcome::object() const {
     return value->vt == VT_DISPATCH ? ComPtr<IDispatch>(value->pdispVal) : nullptr;
 }
 
-Outcome call(IDispatch* object, const wchar_t* name, WORD flags, std::vector<Value> arguments) {
+Outcome callWith(const wchar_t* name, WORD flags, std::vector<Value> arguments,
+                 const std::function<HRESULT(LPOLESTR*, MEMBERID*)>& find,
+                 const std::function<HRESULT(DISPID, DISPPARAMS*, VARIANT*, EXCEPINFO*)>& invoke) {
     Outcome outcome;
     DISPID id = DISPID_UNKNOWN;
     LPOLESTR spelled = const_cast<LPOLESTR>(name);
-    outcome.code = object->GetIDsOfNames(IID_NULL, &spelled, 1, LOCALE_USER_DEFAULT, &id);
+    outcome.code = find(&spelled, &id);
     if (FAILED(outcome.code)) return outcome;
     std::reverse(arguments.begin(), arguments.end());
     std::vector<VARIANT> passed;
@@ -105,26 +110,24 @@ Outcome call(IDispatch* object, const wchar_t* name, WORD flags, std::vector<Val
     const bool puts = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
     DISPPARAMS parameters{passed.data(), puts ? &putValue : nullptr, static_cast<UINT>(passed.size()), puts ? 1U : 0U};
     EXCEPINFO exception{};
-    outcome.code = object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
-                                  puts ? nullptr : outcome.value.get(), &exception, nullptr);
+    outcome.code = invoke(id, &parameters, puts ? nullptr : outcome.value.get(), &exception);
     readException(exception, outcome);
     return outcome;
 }
 
+Outcome call(IDispatch* object, const wchar_t* name, WORD flags, std::vector<Value> arguments) {
+    return callWith(
+        name, flags, std::move(arguments),
+        [&](LPOLESTR* names, MEMBERID* id) {
+            return object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, id);
+        },
+        [&](DISPID id, DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception) {
+            return object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, parameters, result, exception, nullptr);
+        });
+}
+
 Outcome get(IDispatch* object, const wchar_t* name, std::vector<Value> arguments) {
     return call(object, name, DISPATCH_PROPERTYGET | DISPATCH_METHOD, std::move(arguments));
-}
-
-Outcome run(IDispatch* object, const wchar_t* name, std::vector<Value> arguments) {
-    return call(object, name, DISPATCH_METHOD, std::move(arguments));
-}
-
-HRESULT let(IDispatch* object, const wchar_t* name, std::vector<Value> arguments) {
-    return call(object, name, DISPATCH_PROPERTYPUT, std::move(arguments)).code;
-}
-
-HRESULT set(IDispatch* object, const wchar_t* name, std::vector<Value> arguments) {
-    return call(object, name, DISPATCH_PROPERTYPUTREF, std::move(arguments)).code;
 }
 
 ComPtr<IDispatch> create(const wchar_t* className) {
@@ -143,10 +146,6 @@ ComPtr<_privProperties> propertiesOf(const ComPtr<_kvTag>& tag) {
     ComPtr<IDispatch> properties;
     EXPECT_HRESULT_SUCCEEDED(tag->get_Properties(properties.put()));
     return properties.as<_privProperties>(IID__privProperties);
-}
-
-ComPtr<_privProperties> newCollection() {
-    return propertiesOf(newTag());
 }
 
 std::wstring resultOf(const ComPtr<_kvTag>& tag, const wchar_t* value) {

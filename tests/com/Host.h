@@ -1,7 +1,6 @@
 #pragma once
 
-#include <initializer_list>
-#include <ostream>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -10,7 +9,7 @@
 #include "platform/win32/ScopedVariant.h"
 #include "platform/win32/Windows.h"
 
-// What a C++ host has at hand: texts, values and late-bound calls.
+// What a C++ host has at hand: texts, values and calls by name.
 namespace host {
 
 using velmor::platform::ComPtr;
@@ -20,18 +19,13 @@ using velmor::platform::ScopedVariant;
 class Text {
 public:
     Text() = default;
-    Text(const wchar_t* text) : text_(SysAllocString(text)) {}
+    explicit Text(const wchar_t* text) : text_(SysAllocString(text)) {}
     Text(const Text&) = delete;
     Text& operator=(const Text&) = delete;
     ~Text() { SysFreeString(text_); }
 
     operator BSTR() const noexcept { return text_; }
-    BSTR* put() noexcept {
-        SysFreeString(text_);
-        text_ = nullptr;
-        return &text_;
-    }
-    BSTR* inOut() noexcept { return &text_; }
+    BSTR* put() noexcept { return &text_; }  // once, while it is empty
     std::wstring str() const { return std::wstring(text_ ? text_ : L"", SysStringLen(text_)); }
 
 private:
@@ -42,33 +36,47 @@ private:
 class Value : public ScopedVariant {
 public:
     using ScopedVariant::ScopedVariant;
-    Value(const wchar_t* text);
-    Value(int number);
-    Value(double number);
-    Value(bool flag);
-    Value(IDispatch* object);
+    Value(const wchar_t* text) { as(VT_BSTR).bstrVal = SysAllocString(text); }
+    Value(int number) { as(VT_I4).lVal = number; }
+    Value(double number) { as(VT_R8).dblVal = number; }
+    Value(bool flag) { as(VT_BOOL).boolVal = flag ? VARIANT_TRUE : VARIANT_FALSE; }
+    Value(IDispatch* object) { as(VT_DISPATCH).pdispVal = ComPtr<IDispatch>(object).detach(); }
+    static Value copyOf(const VARIANT& value);
     static Value missing();
     static Value reference(VARIANT& variable);  // as scripts pass their variables
-    static Value reference(BSTR& variable);
-    static Value reference(long& variable);
+    // Makes of such a reference one to the value in it where that is a text or a long, else the value.
+    void refine();
+    // Converted; a failure of the test where that does not go.
+    Value to(VARTYPE type) const;
+
+private:
+    VARIANT& as(VARTYPE type) noexcept {
+        get()->vt = type;
+        return *get();
+    }
 };
 
-// A late-bound call's outcome.
+// A call's outcome.
 struct Outcome {
     HRESULT code = S_OK;
     ScopedVariant value;
     HRESULT raised = S_OK;  // of the exception record
     std::wstring description;
 
-    std::wstring text() const;  // of the value, converted
+    std::wstring text() const;  // of the value
     ComPtr<IDispatch> object() const;
 };
 
+std::wstring text(const VARIANT& value);  // converted
+// Type and value, as the script tests print them: "Long 5", "'text'" with | for a line end.
+std::wstring describe(const VARIANT& value);
+
+// A call of IDispatch::Invoke or ITypeInfo::Invoke, which differ in the object alone.
+Outcome callWith(const wchar_t* name, WORD flags, std::vector<Value> arguments,
+                 const std::function<HRESULT(LPOLESTR*, MEMBERID*)>& find,
+                 const std::function<HRESULT(DISPID, DISPPARAMS*, VARIANT*, EXCEPINFO*)>& invoke);
 Outcome call(IDispatch* object, const wchar_t* name, WORD flags, std::vector<Value> arguments = {});
 Outcome get(IDispatch* object, const wchar_t* name, std::vector<Value> arguments = {});
-Outcome run(IDispatch* object, const wchar_t* name, std::vector<Value> arguments = {});
-HRESULT let(IDispatch* object, const wchar_t* name, std::vector<Value> arguments);
-HRESULT set(IDispatch* object, const wchar_t* name, std::vector<Value> arguments);
 
 // Values as an initializer list would copy them.
 template <class... Item>
@@ -80,7 +88,6 @@ std::vector<Value> values(Item&&... item) {
 
 ComPtr<IDispatch> create(const wchar_t* className);
 ComPtr<_kvTag> newTag();
-ComPtr<_privProperties> newCollection();  // of a tag that nobody else knows
 ComPtr<_privProperties> propertiesOf(const ComPtr<_kvTag>& tag);
 std::wstring resultOf(const ComPtr<_kvTag>& tag, const wchar_t* value);
 

@@ -1,130 +1,137 @@
-#include "HostObjects.h"
-
 #include <cstdint>
 #include <memory>
 #include <vector>
 
-#include "Journal.h"
-#include "automation/DispatchTable.h"
+#include "Classes.h"
+#include "automation/Convert.h"
 #include "text/Compare.h"
+#include "text/Error.h"
 
 namespace testhandlers {
 
 using namespace velmor::automation;
+using Arguments = HostObject::Arguments;
 
 namespace {
 
-class Item final : public Object {
-public:
-    explicit Item(std::u16string itemName) : name(std::move(itemName)) {}
-    Variant invoke(std::u16string_view member, InvokeKind kind, std::span<Variant> arguments) override;
-    std::u16string typeName() const override { return u"HostItem"; }
-
-    const std::u16string name;
-    Variant value;
-};
-
-const DispatchTable<Item> itemMembers(
-    u"Value", {
-                  {u"Name", MemberKind::get, 0, 0, [](Item& self, Arguments&) { return Variant(self.name); }},
-                  {u"Value", MemberKind::get, 0, 0, [](Item& self, Arguments&) { return self.value; }},
-                  {u"Value", MemberKind::let, 0, 0,
-                   [](Item& self, Arguments& args) {
-                       self.value = args.newValue();
-                       return Variant();
-                   }},
-              });
-
-Variant Item::invoke(std::u16string_view member, InvokeKind kind, std::span<Variant> arguments) {
-    return itemMembers.invoke(*this, member, kind, arguments);
+std::u16string textOf(const Variant& value) {
+    return toText(value).value_or(u"?");
 }
 
-class HostCollection final : public Object {
-public:
-    Variant invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) override;
-    std::u16string typeName() const override { return u"HostCollection"; }
-
-    std::shared_ptr<Item> find(std::u16string_view name) const {
-        for (const auto& item : items_) {
-            if (velmor::equalIgnoringCase(item->name, name)) return item;
-        }
-        return nullptr;
+std::shared_ptr<HostObject> named(const std::u16string& name, const Variant& first) {
+    const auto value = std::make_shared<Variant>(first);
+    const auto made = std::make_shared<HostObject>(u"HostItem");
+    for (const auto* member : {u"", u"Value"}) {
+        made->with(member, [value](Arguments) { return *value; });
+        made->taking(member, [value](Arguments args) { return *value = args.back(), Variant(); });
     }
-    std::shared_ptr<Item> add(const std::u16string& name, const Variant& value, bool replace) {
-        std::shared_ptr<Item> item = replace ? find(name) : nullptr;
-        if (!item) item = items_.emplace_back(std::make_shared<Item>(name));
-        item->value = value;
-        return item;
-    }
-    std::int32_t count() const { return static_cast<std::int32_t>(items_.size()); }
-
-private:
-    std::vector<std::shared_ptr<Item>> items_;
-};
-
-const DispatchTable<HostCollection> collectionMembers(
-    u"Item",
-    {
-        {u"Add", MemberKind::method, 2, 3,
-         [](HostCollection& self, Arguments& args) {
-             note(u"Add " + args.text(0));
-             return Variant(ObjectRef(self.add(args.text(0), args.variant(1), args.boolean(2, false))));
-         }},
-        {u"Item", MemberKind::get, 1, 1,
-         [](HostCollection& self, Arguments& args) { return Variant(ObjectRef(self.find(args.text(0)))); }},
-        {u"Count", MemberKind::get, 0, 0, [](HostCollection& self, Arguments&) { return Variant(self.count()); }},
-        {u"GetValue", MemberKind::method, 2, 2,
-         [](HostCollection& self, Arguments& args) {
-             const auto item = self.find(args.text(0));
-             return item ? item->value : args.variant(1);
-         }},
-        {u"Dispose", MemberKind::method, 0, 0,
-         [](HostCollection&, Arguments&) {
-             note(u"Dispose collection");
-             return Variant();
-         }},
-    });
-
-Variant HostCollection::invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) {
-    return collectionMembers.invoke(*this, name, kind, arguments);
+    made->with(u"Name", Variant(name));
+    return made;
 }
 
-class Database final : public Object {
-public:
-    Variant invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) override;
-    std::u16string typeName() const override { return u"HostDatabase"; }
-};
+// What every member of the bad objects answers.
+std::u16string badAnswer;
 
-const DispatchTable<Database> databaseMembers({
-    {u"Name", MemberKind::get, 0, 0, [](Database&, Arguments&) { return Variant(u"host database"); }},
-    {u"GetObjectItem", MemberKind::method, 2, 2,
-     [](Database&, Arguments& args) {
-         note(u"item " + args.text(0) + u" " + args.text(1));
-         const auto item = std::make_shared<Item>(args.text(0));
-         item->value = args.variant(1);
-         return Variant(ObjectRef(item));
-     }},
-    {u"LogEvent", MemberKind::method, 4, 4,
-     [](Database&, Arguments& args) {
-         const std::u16string text = args.text(1);
-         note(u"event " + args.text(0) + u" " + text.substr(0, text.find(u'\r')) + u" " + args.text(2) + u" " +
-              args.text(3));
-         return Variant();
-     }},
-});
-
-Variant Database::invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) {
-    return databaseMembers.invoke(*this, name, kind, arguments);
+Variant answerBadly(Arguments) {
+    if (badAnswer == u"raise") throw velmor::Error(5, u"VelmorTest", u"refused");
+    if (badAnswer == u"null") return Null();
+    if (badAnswer == u"array") return std::make_shared<const Array>();
+    if (badAnswer == u"error") return ErrorCode{5};
+    if (badAnswer == u"nothing") return ObjectRef();
+    return badAnswer == u"empty" ? Variant() : Variant(badAnswer);
 }
 
 }  // namespace
 
 ObjectRef makeCollection() {
-    return std::make_shared<HostCollection>();
+    using Items = std::vector<std::pair<std::u16string, std::shared_ptr<HostObject>>>;
+    const auto items = std::make_shared<Items>();
+    const auto find = [items](const Variant& name) -> ObjectRef {
+        for (const auto& [known, item] : *items) {
+            if (velmor::equalIgnoringCase(known, textOf(name))) return item;
+        }
+        return nullptr;
+    };
+    const auto made = std::make_shared<HostObject>(u"HostCollection");
+    made->with(u"Add", [items, find](Arguments args) -> Variant {
+        const std::u16string name = textOf(args[0]);
+        note(u"Add " + name);
+        const ObjectRef known = args.size() > 2 && toBoolean(args[2]).value_or(false) ? find(args[0]) : nullptr;
+        if (!known) return items->emplace_back(name, named(name, args[1])).second;
+        known->invoke(u"Value", InvokeKind::let, args.subspan(1, 1));
+        return known;
+    });
+    for (const auto* member : {u"", u"Item"}) {
+        made->with(member, [find](Arguments args) { return Variant(find(args[0])); });
+    }
+    made->with(u"Count", [items](Arguments) { return Variant(static_cast<std::int32_t>(items->size())); });
+    made->with(u"GetValue", [find](Arguments args) {
+        const ObjectRef item = find(args[0]);
+        return item ? item->invoke(u"Value", InvokeKind::get, {}) : args[1];
+    });
+    made->with(u"Dispose", [](Arguments) { return note(u"Dispose collection"), Variant(); });
+    return made;
 }
 
 ObjectRef makeDatabase() {
-    return std::make_shared<Database>();
+    const auto made = std::make_shared<HostObject>(u"kvDatabase");
+    made->with(u"Name", Variant(u"host database"));
+    made->with(u"GetObjectItem", [](Arguments args) -> Variant {
+        note(u"item " + textOf(args[0]) + u" " + textOf(args[1]));
+        return named(textOf(args[0]), args[1]);
+    });
+    made->with(u"LogEvent", [](Arguments args) {
+        for (const Variant& arg : args) note(textOf(arg));
+        return Variant();
+    });
+    const auto system = std::make_shared<HostObject>();
+    system->with(u"GetObjectTypeDef", [](Arguments args) -> Variant {
+        const auto definition = std::make_shared<HostObject>();
+        definition->with(u"IsDefined", Variant(textOf(args[0]) == u"Account"));
+        definition->with(u"ClassName", Variant(u"VelmorTest.Account"));
+        return definition;
+    });
+    made->with(u"System", Variant(system));
+    return made;
+}
+
+ObjectRef makeAccount() {
+    const auto made = std::make_shared<HostObject>(u"Account");
+    const auto database = std::make_shared<Variant>();
+    made->taking(u"Database", [database](Arguments args) { return *database = args[0], Variant(); });
+    made->with(u"Database", [database](Arguments) { return *database; });
+    made->with(u"OpenItem", [](Arguments args) {
+        const std::int32_t identifier = toLong(args[0]).value_or(0);
+        note(u"open " + textOf(args[0]));
+        if (identifier == 8) args[0] = std::int32_t{7};
+        return Variant(identifier != 13);
+    });
+    return made;
+}
+
+ObjectRef makeItem() {
+    const auto made = std::make_shared<HostObject>(u"kvObjectItem");
+    made->with(u"ItemAccount", Variant(u"17"));
+    return made;
+}
+
+ObjectRef makeBadDatabase() {
+    const auto made = std::make_shared<HostObject>();
+    made->taking(u"Answer", [](Arguments args) { return badAnswer = textOf(args[0]), Variant(); });
+    for (const auto* member : {u"System", u"GetObjectItem", u"LogEvent"})
+        made->with(member, HostObject::Member(answerBadly));
+    return made;
+}
+
+ObjectRef makeBadAccount() {
+    const auto made = std::make_shared<HostObject>();
+    made->taking(u"Database", [](Arguments) { return Variant(); });
+    made->with(u"OpenItem", HostObject::Member(answerBadly));
+    return made;
+}
+
+ObjectRef makeBare() {
+    return std::make_shared<HostObject>();
 }
 
 }  // namespace testhandlers

@@ -1,8 +1,6 @@
 // The classes of the test server.
 
-#include "Handlers.h"
-#include "HostObjects.h"
-#include "Journal.h"
+#include "Classes.h"
 #include "com/ObjectServer.h"
 
 namespace velmor::com {
@@ -11,44 +9,41 @@ namespace {
 
 using namespace testhandlers;
 
-// clang-format off
+using Create = HRESULT (*)(REFIID id, void** object) noexcept;
+
+// The class of that number; identifiers differ in it alone.
+constexpr ServedClass row(unsigned char number, const wchar_t* className, Create create) {
+    return {{0x5cd8ad49, 0x6971, 0x4f69, {0xb4, 0xd1, 0x9e, 0x79, 0xd7, 0x0f, 0xa2, number}},
+            className,
+            L"1.0",
+            L"Velmor test class",
+            create};
+}
+
 const ServedClass classes[] = {
-    {{0x5cd8ad49, 0x6971, 0x4f69, {0xb4, 0xd1, 0x9e, 0x79, 0xd7, 0x0f, 0xa2, 0x62}},
-     L"VelmorTest.Level0", L"1.0", L"Velmor test class", &createObject<makeLevel<0>>},
-    {{0xc7dce729, 0x9fb4, 0x4fed, {0xb8, 0x2a, 0xe2, 0xbd, 0x64, 0x6d, 0xde, 0x35}},
-     L"VelmorTest.Level1", L"1.0", L"Velmor test class", &createObject<makeLevel<1>>},
-    {{0xad884725, 0xad40, 0x4b3e, {0x96, 0x56, 0x96, 0x32, 0x04, 0x7d, 0x32, 0xe8}},
-     L"VelmorTest.Level2", L"1.0", L"Velmor test class", &createObject<makeLevel<2>>},
-    {{0x3b860605, 0xb1e1, 0x44cb, {0xaa, 0x18, 0x58, 0x73, 0x54, 0x3d, 0x3b, 0xf9}},
-     L"VelmorTest.Level3", L"1.0", L"Velmor test class", &createObject<makeLevel<3>>},
-    {{0xccaff52e, 0x6cea, 0x46a7, {0x89, 0x77, 0xf9, 0xd7, 0x31, 0xfb, 0x7f, 0xd6}},
-     L"VelmorTest.Level4", L"1.0", L"Velmor test class", &createObject<makeLevel<4>>},
-    {{0x86f6af66, 0x7375, 0x443b, {0xa8, 0xc4, 0xa6, 0x23, 0x89, 0xb3, 0xb6, 0x58}},
-     L"VelmorTest.Level5", L"1.0", L"Velmor test class", &createObject<makeLevel<5>>},
-    {{0x3fbd774e, 0x5220, 0x4112, {0x8d, 0x29, 0xf1, 0x74, 0x53, 0xe9, 0x49, 0xab}},
-     L"VelmorTest.Failing", L"1.0", L"Velmor test class", &createObject<makeFailing>},
-    {{0x0056acd0, 0x8d71, 0x4c1b, {0xaf, 0x5c, 0x68, 0xc0, 0xfc, 0xd0, 0x7b, 0xaa}},
-     L"VelmorTest.FailingDispose", L"1.0", L"Velmor test class", &createObject<makeFailingDispose>},
-    {{0x15807bab, 0x5caf, 0x4475, {0xb9, 0x6d, 0x11, 0x23, 0x3b, 0x11, 0xa4, 0x68}},
-     L"VelmorTest.Reentrant", L"1.0", L"Velmor test class", &createObject<makeReentrant>},
-    {{0x21376bbe, 0xfd36, 0x48db, {0xbd, 0x81, 0x3e, 0x0d, 0x71, 0x66, 0xd0, 0xe5}},
-     L"VelmorTest.Probe", L"1.0", L"Velmor test class", &createObject<makeProbe>},
-    {{0x6743a886, 0xd43a, 0x45ee, {0xa1, 0x35, 0x86, 0x96, 0xc8, 0x61, 0x7d, 0xad}},
-     L"VelmorTest.Nesting", L"1.0", L"Velmor test class", &createObject<makeNesting>},
-    {{0xb97dcd52, 0x3fc5, 0x4572, {0xba, 0x06, 0x4b, 0xa5, 0x6e, 0x32, 0xb4, 0xbe}},
-     L"VelmorTest.Rtf", L"1.0", L"Velmor test class", &createObject<makeRtf>},
-    {{0x22071ee9, 0x3a80, 0x4bf3, {0xa2, 0xf4, 0x23, 0x2a, 0xe2, 0x05, 0x64, 0x73}},
-     L"VelmorTest.Echo", L"1.0", L"Velmor test class", &createObject<makeEcho>},
-    {{0x360d1128, 0x5f9e, 0x41c9, {0xa4, 0x42, 0x56, 0xfc, 0x69, 0x00, 0x78, 0x25}},
-     L"VelmorTest.Digging", L"1.0", L"Velmor test class", &createObject<makeDigging>},
-    {{0x6c181bd8, 0xc0e6, 0x499b, {0xa4, 0xc9, 0x66, 0x7d, 0x8e, 0x94, 0x21, 0x4e}},
-     L"VelmorTest.Journal", L"1.0", L"Velmor test class", &createObject<makeJournal>},
-    {{0x950985d3, 0x686f, 0x4d07, {0x82, 0x29, 0x51, 0xcc, 0x13, 0x72, 0x95, 0xcc}},
-     L"VelmorTest.Collection", L"1.0", L"Velmor test class", &createObject<makeCollection>},
-    {{0x818fb1f4, 0x54c1, 0x40ba, {0x8c, 0x79, 0xdc, 0x21, 0x52, 0xf6, 0xae, 0xb1}},
-     L"VelmorTest.Database", L"1.0", L"Velmor test class", &createObject<makeDatabase>},
+    row(0, L"VelmorTest.Level0", &createObject<makeLevel<0>>),
+    row(1, L"VelmorTest.Level1", &createObject<makeLevel<1>>),
+    row(2, L"VelmorTest.Level2", &createObject<makeLevel<2>>),
+    row(3, L"VelmorTest.Level3", &createObject<makeLevel<3>>),
+    row(4, L"VelmorTest.Level4", &createObject<makeLevel<4>>),
+    row(5, L"VelmorTest.Level5", &createObject<makeLevel<5>>),
+    row(6, L"VelmorTest.Failing", &createObject<makeFailing>),
+    row(7, L"VelmorTest.FailingDispose", &createObject<makeFailingDispose>),
+    row(8, L"VelmorTest.Reentrant", &createObject<makeReentrant>),
+    row(9, L"VelmorTest.Probe", &createObject<makeProbe>),
+    row(10, L"VelmorTest.Nesting", &createObject<makeNesting>),
+    row(11, L"VelmorTest.Rtf", &createObject<makeRtf>),
+    row(12, L"VelmorTest.Echo", &createObject<makeEcho>),
+    row(13, L"VelmorTest.Digging", &createObject<makeDigging>),
+    row(14, L"VelmorTest.Journal", &createObject<makeJournal>),
+    row(15, L"VelmorTest.Collection", &createObject<makeCollection>),
+    row(16, L"VelmorTest.Database", &createObject<makeDatabase>),
+    row(17, L"VelmorTest.Account", &createObject<makeAccount>),
+    row(18, L"VelmorTest.Item", &createObject<makeItem>),
+    row(19, L"VelmorTest.BadDatabase", &createObject<makeBadDatabase>),
+    row(20, L"VelmorTest.BadAccount", &createObject<makeBadAccount>),
+    row(21, L"VelmorTest.Bare", &createObject<makeBare>),
 };
-// clang-format on
 
 }  // namespace
 

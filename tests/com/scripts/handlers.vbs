@@ -1,36 +1,108 @@
-' Registered handlers, a host's own collection and database, and an error that a script can see.
+' Handlers that are registered classes, by their levels and failures, and the catalogue of them.
 
-Dim Tag, Database, Collection, Entry
+Dim Tag, Other, Journal, Base, Collection, Info, Echoes
 Set Tag = CreateObject("kvVelmor3.kvTag")
-Set Database = CreateObject("VelmorTest.Database")
+Set Journal = CreateObject("VelmorTest.Journal")
+Set Base = CreateObject("VelmorTest.Database")
+Set Tag.Database = Base
+Tag.Properties.Add "kvTag.No Handler Show Message", True
+Tag.Properties.Add "p", "{P}"
+
+' The level decides what is called.
+Journal.Clear
+Tag.Value = "<KV:LEVEL0>cmd:</KV>,<KV:LEVEL1>cmd:</KV>,<KV:LEVEL2>cmd:</KV>,<KV:EMPTY>cmd:</KV>"
+Check Tag.Result, "'system handler too old: LEVEL0,system handler too old: LEVEL1,system handler too old: LEVEL2,system handler too old: EMPTY'"
+Check Journal.Text, "'Interface;Interface;Interface;'"
+Journal.Clear
+Tag.Value = "<KV:LEVEL3>cmd:</KV>,<KV:GRP-level4>cmd:</KV>"
+Check Tag.Result, "'L3[CMD],L4[CMD]'"
+Check Journal.Text, "'Interface;GetTagValue;Interface;Interface;GetTagValue;Interface;'"
+Journal.Clear
+Tag.Value = "<KV:LEVEL5>cmd:</KV>"
+Check Tag.Result, "'L5[CMD]'"
+Check Journal.Text, "'Interface;GetTagValue;Interface;Dispose;'"
+
+' What handlers see and give.
+Tag.Value = "<KV:PROBE>CMD=<KV:TAG>PROPERTY:p=:</KV>:x=<KV:TAG>@VERSION:</KV>:</KV>"
+Check Tag.Result, "'kvTag PROBE CMD {P} {P} 3 1 a\{b host database {P}'"
+Tag.Value = "<KV:NESTING>X:</KV><KV:RTF>X:</KV>"
+Check Tag.Result, "'<{P}>{\rtf1 bold}'"
+Tag.Value = "{\rtf1 <KV:RTF>X:</KV><KV:LEVEL3>a{:</KV>}"
+Check Tag.Result, "'{\rtf1 {\rtf1 bold}L3[A\{]}'"
+
+' Failures lose nothing, and are logged.
+Set Tag = CreateObject("kvVelmor3.kvTag")
+Tag.Value = "a<KV:FAILING>X:</KV>b<KV:UNCREATABLE>X:</KV>c<KV:FAILINGDISPOSE>X:</KV>d<KV:NOWHERE>X:</KV>e"
+Check Tag.Result, "'abckeptde'"
+Check Tag.ErrorLog.Count, "Long 4"
+Check Tag.ErrorLog.Item(1).Name & ": " & Tag.ErrorLog.Item(1).Value, "'FAILING: GetTagValue fails on purpose'"
+Check Tag.ErrorLog.Item(1).Properties.GetValue("Err"), "Long 1234"
+Check Tag.ErrorLog.Item(2).Properties.GetValue("Err"), "Long 429"
+Check Tag.ErrorLog.Item(3).Name & ": " & Tag.ErrorLog.Item(3).Value, "'FAILINGDISPOSE: Dispose fails on purpose'"
+Check Tag.ErrorLog.Item(4).Value, "'Tag Handler not found. The handler's class name is not registered'"
+Tag.Value = "[<KV:REENTRANT>X:</KV>]"
+Check Left(Tag.Result, 11), "'[reentrant('"
+
+' As many levels as are allowed, with a handler at each, fit the stack. The template is the first level.
+Set Tag = CreateObject("kvVelmor3.kvTag")
+Tag.Value = "[<KV:ECHO>X:</KV>]<KV:TAG>@VERSION:</KV>"
+Check Tag.Result, "'[" & String(99, "<") & String(99, ">") & "]1'"
+Check Tag.ErrorLog.Item(1).Value, "'Tags are nested beyond 100 levels'"
+Tag.Value = "{\rtf1 <KV:DIGGING>X:</KV>}"
+Check Tag.Result, "'{\rtf1 " & String(99, "+") & "}'"
+
+' A host's own collection is called by name.
 Set Collection = CreateObject("VelmorTest.Collection")
-Collection.Add "p", "from the host"
-Set Tag.Database = Database
+Collection.Add "title", "<KV:TAG>@VERSION:</KV>"
+Set Tag = CreateObject("kvVelmor3.kvTag")
 Set Tag.Properties = Collection
-Check "database is itself", Tag.Database Is Database, True
-Check "collection is itself", Tag.Properties Is Collection, True
+Check Tag.Properties Is Collection, "Boolean True"
+Journal.Clear
+Tag.Value = "<KV:TAG>PROPERTY:Title=:</KV><KV:TAG>SETPROPERTY:n=2:</KV><KV:TAG>PROPERTY:n=:</KV><KV:TAG>PROPERTY:none=no:</KV>"
+Check Tag.Result, "'12no'"
+Check Tag.GetProcessedPropertiesValue("TITLE"), "'1'"
+Tag.Dispose
+Check Journal.Text, "'Add N;Dispose collection;'"
 
-Tag.Value = "<KV:LEVEL3>one:</KV>,<KV:LEVEL5>two:</KV>,<KV:GRP-LEVEL3>three:</KV>,<KV:TAG>PROPERTY:p=:</KV>"
-Check "levels", Tag.Result, "L3[ONE],L5[TWO],L3[THREE],from the host"
-
-Tag.Value = "[<KV:FAILING>x:</KV>][<KV:NOWHERE>x:</KV>]"
-Check "failures", Tag.Result, "[][]"
-Check "log", Tag.ErrorLog.Count, CLng(2)
-Set Entry = Tag.ErrorLog(1)
-Check "who", Entry.Name, "FAILING"
-Check "what", Entry.Value, "GetTagValue fails on purpose"
-Check "number", Entry.Properties("Err").Value, CLng(1234)
-
-Set Tag.Properties = Nothing
-Check "a new collection", Tag.Properties.Count, CLng(0)
-
+' The catalogue.
+Set Info = CreateObject("kvVelmor3.kvTagInfo")
+Check Info.TagRegistered("level5>x"), "Boolean True"
+Check Info.TagRegistered("NOSUCH"), "Boolean False"
+Check Info.TagAvailable("LEVEL5"), "Boolean True"
+Check Info.TagAvailable("UNCREATABLE"), "Boolean False"
+Check Info.CommandList("tag"), "'SETPROPERTY:INCLUDE:SETPATH:PROPERTY:'"
+Check Info.ParameterList("TAG", "setproperty:name=value"), "'PREPROCESS:'"
+Check Info.ParameterList("TAG"), "''"
+Check Info.CommandSyntax("TAG", "INCLUDE=file"), "'TAG>INCLUDE=[path\]includefile:'"
+Check Info.CommandList("LEVEL1"), "''"
+Check Info.CommandList("LEVEL2"), "'CommandList LEVEL2'"
+Check Info.ParameterValueList("LEVEL3", "C", "P"), "''"
+Check Info.Database, "Nothing"
+Check Info.CommandSyntax("GRP-level4", "c=1"), "'SyntaxString C LEVEL4 Nothing'"
+Set Info.Database = Base
+Check Info.Database Is Base, "Boolean True"
+Check Info.CommandList("LEVEL4"), "'CommandList LEVEL4 host database'"
+Check Info.ParameterList("LEVEL4", "c:"), "'ParameterList C LEVEL4 host database'"
+Check Info.CommandDescription("LEVEL5", "c"), "'CommandDescription C LEVEL5 host database'"
+Check Info.ParameterValueList("LEVEL4", "C", "P"), "'ParameterValueList C P LEVEL4 host database'"
+Check Info.CommandDescription("NOSUCH", "X"), "''"
+Check Info.HandlerListString2("GRP"), "'LEVEL3:LEVEL4:'"
+Check Info.HandlerListString2("GRP", False), "'LEVEL3:LEVEL4:'"
+Check Info.HandlerListString2 = Info.HandlerListFilteredString, "Boolean True"
+Check Info.HandlerListString = Info.HandlerListString2("", False), "Boolean True"
+Check Info.HandlerListString = Info.HandlerListFilteredString, "Boolean False"
+Check Info.HandlerList.GetValue("LEVEL0"), "'VelmorTest.Level0'"
+Check Info.HandlerListFiltered.GetValue("LEVEL0"), "Empty"
+Check Info.HandlerListFiltered.Item("TAG").Value, "''"
+Check Info.HandlerList2.Count = Info.HandlerListFiltered.Count, "Boolean True"
+Check Info.HandlerList2("NOSUCH").Count, "Long 0"
+Check Info.HandlerList2("", , True).Item("GRP").Name, "'GRP'"
 On Error Resume Next
-Tag.Properties.AddLng "x", "no number"
-Check "type mismatch", Err.Number, CLng(13)
+Set Info.Database = Tag
+Check Err.Number, "Long 13"
 Err.Clear
-Tag.NoSuchMember
-Check "no such member", Err.Number, CLng(438)
-Err.Clear
-CreateObject "kvVelmor3.privProperty"
-Check "not creatable", Err.Number, CLng(429)
+Set Info.Database = Nothing
+Check Err.Number, "Long 13"
+On Error GoTo 0
+Check Info.Database Is Base, "Boolean True"
 Done
