@@ -216,6 +216,20 @@ class Clean(VelmorTest):
         self.assertEqual((result.count(b"{"), result[-7:]), (result.count(b"}"), b"two}\r\n\0"))
         self.assertEqual(self.messages, "")
 
+    @unittest.skipUnless("VELMOR_EXCHANGE" in os.environ, "VELMOR_EXCHANGE is not set")
+    def test_leaves_the_component_something_to_compare(self):
+        if RUNNER:
+            self.skipTest("the native program writes it")
+        with open(os.path.join(SAMPLES, "letter", "terms.rtf"), "rb") as file:
+            terms = file.read().strip().replace(b"<KV:", b"<")
+        marks = b"{\\header x}{\\*\\korvanemergepagebreak}", b"{\\rtf1{\\*\\korvanenewheader}}"
+        section = b"\\page{\\*\\korvanesection\\landscape\\paperwidth29.7}"
+        joined = terms[:-1] + marks[0] + terms + marks[1] + terms[:-1] + terms + section + b"\\'e4}}"
+        for name, arguments in [("", None), (".t", []), (".e", ["--exact"]), (".tm", ["--merge"]),
+                                (".em", ["--exact", "--merge"])]:
+            with open(os.path.join(os.environ["VELMOR_EXCHANGE"], "joined.rtf" + name), "wb") as file:
+                file.write(joined if arguments is None else self.velmor("clean", "-", *arguments, stdin=joined))
+
     def test_reports(self):
         self.write("a.rtf", self.HOST)
         self.write("b.rtf", self.NEXT)
