@@ -54,9 +54,16 @@ TEST_F(Library, AnswersAsHostsAsk) {
     for (const auto& row : cases) {
         EXPECT_TRUE(call(row.name, row.arguments).identical(row.result)) << (&row - cases);
     }
-    EXPECT_THROW(call(u"FromBase64", {u"!"}), Error);
-    EXPECT_THROW(call(u"Decipher", {u"no cipher", u"pass"}), Error);
-    EXPECT_THROW(call(u"Encipher", {u"text", u""}), Error);
+    const std::pair<const char16_t*, std::vector<Variant>> refused[] = {
+        {u"FromBase64", {u"!"}}, {u"Decipher", {u"no cipher", u"pass"}}, {u"Encipher", {u"text", u""}}};
+    for (const auto& [name, arguments] : refused) {
+        try {
+            call(name, arguments);
+            ADD_FAILURE();
+        } catch (const Error& error) {
+            EXPECT_EQ(error.number(), 5);
+        }
+    }
 }
 
 }  // namespace
