@@ -4,11 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <random>
 
+#include "Corpus.h"
+#include "Pieces.h"
 #include "RtfText.h"
 #include "SmallStack.h"
 #include "platform/MemoryServices.h"
@@ -47,6 +46,21 @@ std::u16string cleaned(std::u16string text, const CleanOptions& options = {}) {
     TestHost host;
     Module1::CleanRTFText(text, options, host);
     return text;
+}
+
+template <typename Check>
+void inAllModes(const std::string& what, Check check) {
+    for (const bool mergeMode : {false, true}) {
+        for (const bool tolerant : {false, true}) {
+            SCOPED_TRACE(what + (mergeMode ? ", merge mode" : "") + (tolerant ? ", tolerant" : ""));
+            check(optionsOf(mergeMode, tolerant));
+        }
+    }
+}
+
+std::string withoutBlanks(std::u16string text) {
+    std::erase_if(text, [](char16_t unit) { return unit == u'\n' || unit == u' '; });
+    return toUtf8(text);
 }
 
 std::size_t count(std::u16string_view text, std::u16string_view sought) {
@@ -92,17 +106,13 @@ TEST(CleanRTF, ProtectsRowsUnlessTheOptionSaysOtherwise) {
 TEST(CleanRTF, PutsDocumentsBackWhereTheyStood) {
     const char16_t* const text =
         u"{\\rtf1 a{\\rtf1 b{\\rtf1 c}d{\\rtf1 {\\rtf1 e}f}g}{\\rtf1{\\*\\korvanenewheader}}h{\\RTF1 i}j{\\rtf k}l}";
-    for (const bool mergeMode : {false, true}) {
-        for (const bool tolerant : {false, true}) {
-            const std::u16string result = cleaned(text, optionsOf(mergeMode, tolerant));
-            std::u16string visible = RtfText(result).text();
-            std::erase(visible, u' ');   // the plain rules leave the blank behind "{\\rtf1"
-            std::erase(visible, u'\n');  // a new header's section break
-            EXPECT_EQ(toUtf8(visible), "abcdefghijkl");
-            EXPECT_TRUE(RtfText(result).isBalanced());
-            EXPECT_EQ(count(result, u"rtf1"), 1u);
-        }
-    }
+    inAllModes("nested", [&](const CleanOptions& options) {
+        // The plain rules leave the blank behind "{\\rtf1"; a new header begins a section.
+        const std::u16string result = cleaned(text, options);
+        EXPECT_EQ(withoutBlanks(RtfText(result).text()), "abcdefghijkl");
+        EXPECT_TRUE(RtfText(result).isBalanced());
+        EXPECT_EQ(count(result, u"rtf1"), 1u);
+    });
 }
 
 // Whatever the documents say, nothing in them is put in the place of anything.
@@ -159,65 +169,28 @@ TEST(CleanRTF, LosesNothingOfDamagedTexts) {
     };
     for (const char16_t* text : texts) {
         for (const bool mergeMode : {false, true}) {
-            const auto visible = [](std::u16string all) {
-                std::erase_if(all, [](char16_t unit) { return unit == u'\n' || unit == u' '; });
-                return toUtf8(all);
-            };
             const std::u16string result = cleaned(text, optionsOf(mergeMode, false));
-            EXPECT_EQ(visible(RtfText(result).text()), visible(RtfText(text).text())) << toUtf8(text);
+            EXPECT_EQ(withoutBlanks(RtfText(result).text()), withoutBlanks(RtfText(text).text())) << toUtf8(text);
         }
     }
 }
 
 // Text of any shape: nothing crashes, hangs or grows, and what was balanced stays so.
 TEST(CleanRTF, SurvivesRandomTexts) {
-    const std::u16string_view pieces[] = {
-        u"{",
-        u"{",
-        u"}",
-        u"}",
-        u"}",
-        u"\\",
-        u" ",
-        u"\r\n",
-        u"x",
-        u"1",
-        u"{\\rtf1",
-        u"{\\rtf1 ",
-        u"{\\rtf1\\ansi ",
-        u"{\\rtf1{\\*\\korvanenewheader}}",
-        u"{\\fonttbl{\\f0 A;}}",
-        u"{\\fonttbl{\\f0\\fnil;}}",
-        u"{\\colortbl;\\red0",
-        u"{\\colortbl;\\red9;}",
-        u"\\f0",
-        u"\\f1\\cf1 ",
-        u"{\\stylesheet{\\s1 A;}}",
-        u"{\\*\\generator Korvane RTF Control}",
-        u"{\\*\\background",
-        u"{\\*\\korvanesection\\landscape}",
-        u"{\\*\\korvanemergepagebreak}",
-        u"\\sectd",
-        u"\\sect",
-        u"\\page",
-        u"\\trowd",
-        u"\\row",
-        u"\\cell",
-        u"\\lastrow",
-        u"{\\header h}",
-        u"\\itap2",
-        u"\\par",
-
-        u"{\\*\\korvane\\starttable{01234567-0123-0123-0123-0123456789ab}}",
-        u"{\\*\\korvane\\endtable{01234567-0123-0123-0123-0123456789ab}}",
-    };
+    const auto pieces = test::piecesOf(
+        u"{|{|}|}|}|\\| |\r\n|x|1|{\\rtf1|{\\rtf1 |{\\rtf1\\ansi |{\\rtf1{\\*\\korvanenewheader}}|"
+        u"{\\fonttbl{\\f0 A;}}|{\\fonttbl{\\f0\\fnil;}}|{\\colortbl;\\red0|{\\colortbl;\\red9;}|\\f0|"
+        u"\\f1\\cf1 |{\\stylesheet{\\s1 A;}}|{\\*\\generator Korvane RTF Control}|{\\*\\background|"
+        u"{\\*\\korvanesection\\landscape}|{\\*\\korvanemergepagebreak}|\\sectd|\\sect|\\page|\\trowd|\\row|"
+        u"\\cell|\\lastrow|{\\header h}|\\itap2|\\par|"
+        u"{\\*\\korvane\\starttable{01234567-0123-0123-0123-0123456789ab}}|"
+        u"{\\*\\korvane\\endtable{01234567-0123-0123-0123-0123456789ab}}");
     const unsigned seed = testSeed();
     SCOPED_TRACE("seed " + std::to_string(seed));
     std::mt19937 random(seed);
     int balanced = 0;
     for (int round = 0; round < 20000; ++round) {
-        std::u16string text = u"{\\rtf1";
-        for (std::size_t n = random() % 30; n > 0; --n) text += pieces[random() % std::size(pieces)];
+        const std::u16string text = u"{\\rtf1" + test::randomText(random, pieces, 30);
         const bool tolerant = round % 2 == 0;
         const std::u16string result = cleaned(text, optionsOf(random() % 2, tolerant));
         ASSERT_EQ(result.find(u'\ufdd0'), result.npos) << toUtf8(text);
@@ -294,89 +267,56 @@ TEST(CleanRTFFile, TellsMissingFilesFromEmptyOnesAndReplacesWholeFiles) {
 
 // ---- Real documents
 
-namespace fs = std::filesystem;
-
-std::vector<fs::path> corpus() {
-    std::vector<fs::path> paths;
-    std::error_code none;
-    for (fs::recursive_directory_iterator it(VELMOR_CORPUS, none), end; it != end; it.increment(none)) {
-        if (it->path().extension() == ".rtf") paths.push_back(it->path());
-    }
-    std::sort(paths.begin(), paths.end());
-    return paths;
-}
-
-std::u16string load(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return fromAnsi(std::string{std::istreambuf_iterator<char>(file), {}});
-}
-
 TEST(CleanCorpus, KeepsTheTextAndTheBraces) {
-    if (corpus().empty()) GTEST_SKIP() << "no documents in " << VELMOR_CORPUS;
-    for (const fs::path& path : corpus()) {
-        const std::u16string document = load(path);
+    if (test::corpus().empty()) GTEST_SKIP() << "no documents in " << VELMOR_CORPUS;
+    for (const auto& [name, document] : test::corpus()) {
         const RtfText before(document);
-        for (const bool mergeMode : {false, true}) {
-            for (const bool tolerant : {false, true}) {
-                SCOPED_TRACE(path.filename().string() + (mergeMode ? ", merge mode" : "") +
-                             (tolerant ? ", tolerant" : ""));
-                const std::u16string result = cleaned(document, optionsOf(mergeMode, tolerant));
-                const RtfText after(result);
-                // Without font and colour tables the blank behind "{\\rtf1" comes to stand behind those added.
-                EXPECT_TRUE(after.text() == before.text() || (!tolerant && after.text() == u" " + before.text()));
-                EXPECT_TRUE(after.isBalanced() || !before.isBalanced());
-                EXPECT_TRUE(cleaned(result, optionsOf(mergeMode, tolerant)) == result) << "cleaned twice";
-            }
-        }
+        inAllModes(name, [&](const CleanOptions& options) {
+            const std::u16string result = cleaned(document, options);
+            const RtfText after(result);
+            // Without font and colour tables the blank behind "{\\rtf1" comes to stand behind those added.
+            EXPECT_TRUE(after.text() == before.text() || (!options.tolerant && after.text() == u" " + before.text()));
+            EXPECT_TRUE(after.isBalanced() || !before.isBalanced());
+            EXPECT_TRUE(cleaned(result, options) == result) << "cleaned twice";
+        });
     }
-}
-
-std::u16string withoutBlanks(std::u16string text) {
-    std::erase(text, u' ');
-    return text;
 }
 
 // Each document with another one in it, before its last brace.
 TEST(CleanCorpus, KeepsTheTextOfDocumentsInDocuments) {
-    if (corpus().empty()) GTEST_SKIP() << "no documents in " << VELMOR_CORPUS;
-    std::vector<std::pair<std::string, std::u16string>> documents;
-    for (const fs::path& path : corpus()) {
-        std::u16string text = load(path);
+    if (test::corpus().empty()) GTEST_SKIP() << "no documents in " << VELMOR_CORPUS;
+    std::vector<test::CorpusDocument> documents;
+    for (auto [name, text] : test::corpus()) {
         text.resize(text.find_last_of(u'}') + 1);  // NULs and blanks behind it
         const bool whole = RtfText(text).isBalanced() && text.find(u"{\\rtf", 1) == text.npos;
-        if (whole && text.size() < 60000) documents.emplace_back(path.filename().string(), std::move(text));
+        if (whole && text.size() < 60000) documents.push_back({name, text});
     }
     for (std::size_t i = 0; i < documents.size(); ++i) {
         const auto& [hostName, host] = documents[i];
         const auto& [name, inner] = documents[(i + 7) % documents.size()];
         const std::u16string text = host.substr(0, host.size() - 1) + inner + u"}";
-        for (const bool mergeMode : {false, true}) {
-            for (const bool tolerant : {false, true}) {
-                SCOPED_TRACE(hostName + " with " + name + (mergeMode ? ", merge mode" : "") +
-                             (tolerant ? ", tolerant" : ""));
-                // Outside merge mode the headers and footers of the inner document are none of the host's.
-                const auto part = mergeMode ? RtfText::Part::all : RtfText::Part::body;
-                const std::u16string result = cleaned(text, optionsOf(mergeMode, tolerant));
-                const RtfText after(result, part);
-                const std::u16string before = RtfText(host, part).text() + RtfText(inner, part).text();
-                EXPECT_TRUE(withoutBlanks(after.text()) == withoutBlanks(before));
-                EXPECT_TRUE(after.isBalanced());
-            }
-        }
+        inAllModes(hostName + " with " + name, [&, &host = host, &inner = inner](const CleanOptions& options) {
+            // Outside merge mode the headers and footers of the inner document are none of the host's.
+            const auto part = options.mergeMode ? RtfText::Part::all : RtfText::Part::body;
+            const std::u16string result = cleaned(text, options);
+            const RtfText after(result, part);
+            EXPECT_EQ(withoutBlanks(after.text()),
+                      withoutBlanks(RtfText(host, part).text() + RtfText(inner, part).text()));
+            EXPECT_TRUE(after.isBalanced());
+        });
     }
 }
 
 // In a cell, whatever tables a document has are nested ones: the only row left is that of the cell.
 TEST(CleanCorpus, NestsTheTablesOfADocumentInACell) {
-    if (corpus().empty()) GTEST_SKIP() << "no documents in " << VELMOR_CORPUS;
+    if (test::corpus().empty()) GTEST_SKIP() << "no documents in " << VELMOR_CORPUS;
     const auto visible = [](const std::u16string& text) {
         std::u16string result = RtfText(text, RtfText::Part::body).text();
         std::erase_if(result, [](char16_t unit) { return unit <= u' '; });
         return result;
     };
     TestHost host;
-    for (const fs::path& path : corpus()) {
-        std::u16string document = load(path);
+    for (auto [name, document] : test::corpus()) {
         document.resize(document.find_last_of(u'}') + 1);
         if (count(document, u"\\row") == 0 || !RtfText(document).isBalanced()) continue;
         if (!document.starts_with(u"{\\rtf1")) document.insert(5, u"1");
@@ -384,7 +324,7 @@ TEST(CleanCorpus, NestsTheTablesOfADocumentInACell) {
         const std::u16string text = u"{\\rtf1{\\*\\korvane\\starttable{x}}\\trowd\\cellx9000\\pard\\intbl " + document +
                                     u"\\cell\\row{\\*\\korvane\\endtable{x}}}";
         for (const bool tolerant : {false, true}) {
-            SCOPED_TRACE(path.filename().string() + (tolerant ? ", tolerant" : ""));
+            SCOPED_TRACE(name + (tolerant ? ", tolerant" : ""));
             const std::u16string result = cleaned(text, optionsOf(false, tolerant));
             EXPECT_EQ(count(result, u"\\row"), 1u);
             EXPECT_EQ(count(result, u"\\cell"), 1u + count(result, u"\\cellx"));

@@ -1,34 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 
+#include "Corpus.h"
 #include "TableDuel.h"
 #include "rtf/RtfScanner.h"
-#include "text/Encoding.h"
 
 namespace velmor {
 namespace {
-
-namespace fs = std::filesystem;
-
-std::vector<fs::path> documents() {
-    std::vector<fs::path> paths;
-    std::error_code none;
-    for (fs::recursive_directory_iterator it(VELMOR_CORPUS, none), end; it != end; it.increment(none)) {
-        if (it->path().extension() == ".rtf") paths.push_back(it->path());
-    }
-    std::sort(paths.begin(), paths.end());
-    return paths;
-}
-
-std::u16string load(const fs::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
-    return fromAnsi(bytes);
-}
 
 // What a reader of the document sees of its text, without white space, and the depth of its groups
 // at the end. Words with their numbers, and our own markers, are no text.
@@ -71,11 +50,10 @@ int pairsOf(const std::u16string& text) {
 }
 
 TEST(Corpus, MarkingLosesNoTextAndPairsUp) {
-    if (documents().empty()) GTEST_SKIP() << "no documents in " << VELMOR_CORPUS;
+    if (test::corpus().empty()) GTEST_SKIP() << "no documents in " << VELMOR_CORPUS;
     int tables = 0;
-    for (const fs::path& path : documents()) {
-        SCOPED_TRACE(path.filename());
-        const std::u16string document = load(path);
+    for (const auto& [name, document] : test::corpus()) {
+        SCOPED_TRACE(name);
         std::u16string value = document;
         test::CountedGuids guids;
         const bool changed = addTableMarkers(value, guids);
@@ -92,13 +70,12 @@ TEST(Corpus, MarkingLosesNoTextAndPairsUp) {
 }
 
 TEST(Corpus, MarkingEqualsTheSteps) {
-    if (documents().empty()) GTEST_SKIP() << "no documents in " << VELMOR_CORPUS;
-    for (const fs::path& path : documents()) {
-        const std::u16string document = load(path);
+    if (test::corpus().empty()) GTEST_SKIP() << "no documents in " << VELMOR_CORPUS;
+    for (const auto& [name, document] : test::corpus()) {
         if (document.size() > 400000) continue;
-        EXPECT_TRUE(test::duelAddMarkers(document).same()) << path.filename();
+        EXPECT_TRUE(test::duelAddMarkers(document).same()) << name;
         const auto end = static_cast<std::int32_t>(document.size());
-        EXPECT_TRUE(test::duelMarkNested(document, 1, end).same()) << path.filename();
+        EXPECT_TRUE(test::duelMarkNested(document, 1, end).same()) << name;
     }
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "automation/NumberText.h"
+#include "rtf/PageSetup.h"
 #include "text/Compare.h"
 #include "text/Escape.h"
 
@@ -38,23 +38,17 @@ public:
             const std::u16string section = text.substr(at, next == none ? none : next - at);
             const auto settings = settingsOf(section);
             if (!settings) continue;
-            std::array<std::int32_t, 6> values{};
+            PageSetup page;
             for (std::size_t i = 0; i < 6; ++i) {
-                const std::size_t own = word(*settings, sectionWords()[i], 0, false);
-                const std::size_t document = word(section, documentWords()[i], 0, true);
-                if (own != none) {
-                    values[i] = whole(numberText(*settings, own + sectionWords()[i].size()));
-                } else if (document != none) {
-                    values[i] = whole(numberText(section, document + documentWords()[i].size()));
-                }
+                const auto own = numberBehind(*settings, PageSetup::sectionWords[i], false);
+                const auto document = numberBehind(section, PageSetup::documentWords[i], true);
+                page.values[i] = whole(own ? *own : document.value_or(u""));
             }
-            const bool landscape = word(*settings, u"\\lndscpsxn", 0, false) != none;
-            const bool portrait = !landscape && word(*settings, u"\\portrait", 0, false) != none;
-            orient(values, landscape, portrait);
-            std::u16string change = u"\\sect" + page(values, landscape);
+            orient(page, *settings, u"\\lndscpsxn");
+            std::u16string change = u"\\sect" + page.words();
             const std::size_t reset = word(section, u"\\sectd", 0, true);
             if (shapesHeaders(at) && (reset == none || reset > word(section, u"\\sect", 0, true))) {
-                change += u"\\sectd" + page(values, landscape);
+                change += u"\\sectd" + page.words();
             }
             text.replace(at, marker.size(), change);
             if (join(text, at + change.size())) text.insert(at + change.size(), u" ");
@@ -62,36 +56,30 @@ public:
     }
 
     void sectionMarkers() {
-        std::array<std::int32_t, 6> values{};
+        PageSetup page;
         const std::u16string marker = u"{\\*\\korvanesection";
+        const PageSetup::Words groupWords = {u"\\paperheight", u"\\paperwidth", u"\\marginl",
+                                             u"\\marginr",     u"\\margint",    u"\\marginb"};
         for (std::size_t at = find(text, marker, 0); at != none; at = find(text, marker, at + 1)) {
             const std::size_t end = text.find(u'}', at);
             if (end == none) continue;
             const std::u16string group = text.substr(at, end + 1 - at);
             for (std::size_t i = 0; i < 6; ++i) {
-                const std::size_t own = word(group, groupWords()[i], 0, false);
-                const std::size_t document = word(text, documentWords()[i], 0, true);
-                if (own != none) {
-                    auto value = number(numberText(group, own + groupWords()[i].size()));
-                    if (value && *value <= 50) value = *value / 2.54 * 1440;
-                    if (!fits(value)) return;
-                    values[i] = static_cast<std::int32_t>(std::nearbyint(*value));
-                } else if (document != none) {
-                    const auto digits = numberText(text, document + documentWords()[i].size());
-                    if (!digits) continue;
-                    const auto value = number(digits);
-                    if (!fits(value)) return;
-                    values[i] = static_cast<std::int32_t>(std::nearbyint(*value));
-                }
+                const auto own = numberBehind(group, groupWords[i], false);
+                const auto document = numberBehind(text, PageSetup::documentWords[i], true);
+                if (!own && (!document || *document == endless)) continue;
+                auto value = number(own ? *own : *document);
+                if (own && value && *value <= 50) value = *value / 2.54 * 1440;
+                if (!fits(value)) return;
+                page.values[i] = static_cast<std::int32_t>(std::nearbyint(*value));
             }
-            const bool landscape = word(group, u"\\landscape", 0, false) != none;
-            orient(values, landscape, !landscape && word(group, u"\\portrait", 0, false) != none);
+            orient(page, group, u"\\landscape");
             text.replace(at + 4, 14, u"korvanecmplete");
             for (const std::u16string sought : {u"\\page", u"\\sectd"}) {
                 const std::size_t place = lastWord(sought, at);
                 if (place == none) continue;
                 const std::u16string opening = sought == u"\\page" ? u"\\sect" : u"\\sectd";
-                text.replace(place, sought.size(), opening + page(values, landscape));
+                text.replace(place, sought.size(), opening + page.words());
                 break;
             }
         }
@@ -163,15 +151,6 @@ public:
     static constexpr std::u16string_view seams = u"\ue000\ue001";
 
 private:
-    using Words = std::array<std::u16string, 6>;
-    static Words sectionWords() {
-        return {u"\\pghsxn", u"\\pgwsxn", u"\\marglsxn", u"\\margrsxn", u"\\margtsxn", u"\\margbsxn"};
-    }
-    static Words documentWords() { return {u"\\paperh", u"\\paperw", u"\\margl", u"\\margr", u"\\margt", u"\\margb"}; }
-    static Words groupWords() {
-        return {u"\\paperheight", u"\\paperwidth", u"\\marginl", u"\\marginr", u"\\margint", u"\\marginb"};
-    }
-
     static bool letter(char16_t unit) { return (unit | 32) >= u'a' && (unit | 32) <= u'z'; }
     static bool digit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
@@ -273,26 +252,31 @@ private:
         return section.substr(begin, std::min(sect, page) - begin);
     }
 
-    static std::optional<std::u16string> numberText(const std::u16string& where, std::size_t at) {
-        at = std::min(where.find_first_not_of(u" \r\n\t", at), where.size());
+    // Stands for a number that nothing ends.
+    static constexpr std::u16string_view endless = u"...";
+
+    // What stands behind the first such word, without white space around it; nothing without the word.
+    static std::optional<std::u16string> numberBehind(const std::u16string& where, std::u16string_view sought,
+                                                      bool wholeWord) {
+        std::size_t at = word(where, std::u16string(sought), 0, wholeWord);
+        if (at == none) return std::nullopt;
+        at = std::min(where.find_first_not_of(u" \r\n\t", at + sought.size()), where.size());
         const std::size_t end = where.find_first_of(u"\r\\{} ", at);
-        if (end == none) return std::nullopt;
+        if (end == none) return std::u16string(endless);
         std::u16string digits = where.substr(at, end - at);
-        while (!digits.empty() && (digits.back() == u'\n' || digits.back() == u'\t')) digits.pop_back();
+        while (digits.ends_with(u'\n') || digits.ends_with(u'\t')) digits.pop_back();
         return digits;
     }
 
-    static std::int32_t whole(const std::optional<std::u16string>& digits) {
-        if (!digits) return 0;
-        const std::u16string_view rest = std::u16string_view(*digits).substr(digits->starts_with(u'-'));
+    static std::int32_t whole(std::u16string_view digits) {
+        const std::u16string_view rest = digits.substr(digits.starts_with(u'-'));
         if (rest.empty() || !std::all_of(rest.begin(), rest.end(), digit)) return 0;
-        const double value = std::strtod(std::string(digits->begin(), digits->end()).c_str(), nullptr);
+        const double value = std::strtod(std::string(digits.begin(), digits.end()).c_str(), nullptr);
         return fits(value) ? static_cast<std::int32_t>(value) : 0;
     }
 
-    static std::optional<double> number(const std::optional<std::u16string>& digits) {
-        if (!digits || digits->empty()) return std::nullopt;
-        const auto parsed = automation::portable::parseNumberText(*digits);
+    static std::optional<double> number(const std::u16string& digits) {
+        const auto parsed = automation::portable::parseNumberText(digits);
         return parsed ? automation::portable::doubleOf(*parsed) : std::nullopt;
     }
 
@@ -300,18 +284,11 @@ private:
         return value && std::nearbyint(*value) >= -2147483648.0 && std::nearbyint(*value) <= 2147483647.0;
     }
 
-    static void orient(std::array<std::int32_t, 6>& values, bool landscape, bool portrait) {
-        if (landscape && values[0] > values[1]) std::swap(values[0], values[1]);
-        if (portrait && values[1] > values[0]) std::swap(values[0], values[1]);
-    }
-
-    static std::u16string page(const std::array<std::int32_t, 6>& values, bool landscape) {
-        std::u16string words = landscape ? u"\\lndscpsxn" : u"";
-        for (const std::size_t i : {1, 0, 2, 3, 4, 5}) {
-            const std::string digits = std::to_string(values[i]);
-            words += sectionWords()[i] + std::u16string(digits.begin(), digits.end());
-        }
-        return words;
+    static void orient(PageSetup& page, const std::u16string& where, const std::u16string& landscape) {
+        page.landscape = word(where, landscape, 0, false) != none;
+        const bool portrait = !page.landscape && word(where, u"\\portrait", 0, false) != none;
+        auto &height = page.values[0], &width = page.values[1];
+        if ((page.landscape && height > width) || (portrait && width > height)) std::swap(height, width);
     }
 };
 

@@ -59,17 +59,11 @@ struct LiteralBuffer {
     std::int32_t findRTFWord(std::int32_t start, const std::u16string& sought, bool ignoringCase,
                              bool delimited) const {
         const auto size = static_cast<std::int32_t>(sought.size());
-        for (;; ++start) {
-            start = find(sought, start, ignoringCase);
-            if (start == 0) return 0;
-            if (start == 1) {
-                if (!delimited || delimiterAt(size + 1)) return start;
-                continue;
-            }
-            if (at(start - 1) != u'\\') return start;
-            if (run(start - 1) % 2 == 1) continue;
-            if (!delimited || delimiterAt(start + size)) return start;
-        }
+        start = find(sought, start, ignoringCase);
+        if (start == 0 || (start > 1 && at(start - 1) != u'\\')) return start;
+        const bool isEscaped = start > 1 && run(start - 1) % 2 == 1;
+        if (!isEscaped && (!delimited || delimiterAt(start + size))) return start;
+        return findRTFWord(start + 1, sought, ignoringCase, delimited);
     }
 
     // The rule that the other three searches share.
@@ -80,19 +74,17 @@ struct LiteralBuffer {
 
     std::int32_t findRTFWordReverse(const std::u16string& sought, std::int32_t start, bool ignoringCase,
                                     bool delimited) const {
-        for (start = findReverse(sought, start, ignoringCase); start != 0 && !isWord(start, sought, delimited);) {
-            // In front of the first character nothing is left; -1 would mean the end.
-            start = start == 1 ? 0 : findReverse(sought, start - 1, ignoringCase);
-        }
-        return start;
+        start = findReverse(sought, start, ignoringCase);
+        if (start == 0 || isWord(start, sought, delimited)) return start;
+        // In front of the first character nothing is left; -1 would mean the end.
+        return start == 1 ? 0 : findRTFWordReverse(sought, start - 1, ignoringCase, delimited);
     }
 
     std::int32_t findRTFWordForward(std::int32_t start, const std::u16string& sought, bool ignoringCase,
                                     bool delimited) const {
-        for (start = find(sought, start, ignoringCase); start != 0 && !isWord(start, sought, delimited);) {
-            start = find(sought, start + 1, ignoringCase);
-        }
-        return start;
+        start = find(sought, start, ignoringCase);
+        if (start == 0 || isWord(start, sought, delimited)) return start;
+        return findRTFWordForward(start + 1, sought, ignoringCase, delimited);
     }
 
     std::int32_t count(std::int32_t start, const std::u16string& sought, std::int32_t end, bool unescapedOnly) const {

@@ -20,40 +20,10 @@ privStrCat builderOf(std::u16string_view text) {
     return builder;
 }
 
-struct WordCase {
-    std::u16string_view text;
-    std::u16string_view sought;
-    bool delimited;
-    std::int32_t inBuilder;
-    std::int32_t inBuilderReverse;
-    std::int32_t inText;
-};
-
-const WordCase wordCases[] = {
-    {u"x\\row}", u"\\row", delimited, 2, 2, 2},
-    {u"x\\row ", u"\\row", delimited, 2, 2, 2},
-    {u"x\\row;", u"\\row", delimited, 2, 0, 0},
-    {u"x\\row\n", u"\\row", delimited, 2, 0, 0},
-    {u"x\\rowd", u"\\row", delimited, 2, 0, 0},  // behind any other character the builder's search tests no delimiter
-    {u"\\rowd", u"\\row", delimited, 0, 0, 0},   // at position 1 it does
-    {u"\\\\\\rowd", u"\\row", delimited, 0, 0, 0},  // and behind backslashes
-    {u"\\row", u"\\row", delimited, 0, 0, 0},       // nothing follows: no delimiter
-    {u"\\row", u"\\row", plain, 1, 1, 1},
-    {u"a\\\\trowd b", u"\\trowd", plain, 0, 0, 0},  // an escaped backslash, then letters
-    {u"a\\\\\\trowd b", u"\\trowd", plain, 4, 4, 4},
-    {u"a{b", u"{", plain, 2, 0, 0},  // only the builder's search finds what begins without a backslash
-    {u"a\\{b{", u"{", plain, 5, 0, 0},
-};
-
-TEST(Module1, FindsWordsByTheirEscapesAndDelimiters) {
-    for (const WordCase& row : wordCases) {
-        SCOPED_TRACE(::testing::PrintToString(std::u16string(row.text)));
-        const privStrCat builder = builderOf(row.text);
-        EXPECT_EQ(FindRTFWord(1, builder, row.sought, binaryCompare, row.delimited), row.inBuilder);
-        EXPECT_EQ(FindRTFWordReverse(builder, row.sought, -1, binaryCompare, row.delimited), row.inBuilderReverse);
-        EXPECT_EQ(FindRTFWordInText(1, row.text, row.sought, binaryCompare, row.delimited), row.inText);
-        EXPECT_EQ(FindRTFWordInTextReverse(row.text, row.sought, -1, binaryCompare, row.delimited),
-                  row.inBuilderReverse);
+TEST(Module1, NoLineFeedNorDigitIsADelimiter) {
+    for (unsigned unit = 0; unit < 0x10000; ++unit) {
+        EXPECT_EQ(isDelimiter(static_cast<char16_t>(unit)),
+                  std::u16string_view(u"\r \\{}").find(static_cast<char16_t>(unit)) != std::u16string_view::npos);
     }
 }
 
@@ -95,38 +65,26 @@ const std::u16string exhaustiveWords[] = {u"\\row", u"\\r", u"\\", u"{", u"w ", 
     ASSERT_EQ(actual, expected) << ::testing::PrintToString(text) << " " << ::testing::PrintToString(sought) \
                                 << __VA_ARGS__
 
-void holdText(const std::u16string& text, const std::u16string& sought) {
-    const auto length = static_cast<std::int32_t>(text.size());
-    const LiteralBuffer literal{text, length};
-    for (const bool test : {plain, delimited}) {
-        SAME(FindRTFWordInText(1, text, sought, binaryCompare, test),
-             literal.findRTFWordForward(1, sought, false, test), test);
-        SAME(FindRTFWordInTextReverse(text, sought, length, binaryCompare, test),
-             literal.findRTFWordReverse(sought, length, false, test), test);
-        SAME(CountRTFWord(1, text, sought, 0, binaryCompare, test), literal.count(1, sought, 0, test), test);
-    }
-}
-
 TEST(Module1, SearchesTextsLikeTheirRules) {
-    forAllTexts(7, [](const std::u16string& text) { holdText(text, u"\\row"); });
-    forAllTexts(5, [](const std::u16string& text) {
-        for (const std::u16string& sought : exhaustiveWords) holdText(text, sought);
-    });
-}
-
-TEST(Module1, SearchesTextsFromEveryPosition) {
-    forAllTexts(4, [](const std::u16string& text) {
+    const auto hold = [](const std::u16string& text, const std::u16string& sought, std::int32_t from,
+                         std::int32_t compare) {
         const auto length = static_cast<std::int32_t>(text.size());
+        const bool anyCase = compare == textCompare;
         const LiteralBuffer literal{text, length};
+        for (const bool test : {plain, delimited}) {
+            SAME(FindRTFWordInText(from, text, sought, compare, test),
+                 literal.findRTFWordForward(from, sought, anyCase, test), from << test);
+            SAME(FindRTFWordInTextReverse(text, sought, length - from + 1, compare, test),
+                 literal.findRTFWordReverse(sought, length - from + 1, anyCase, test), from << test);
+            SAME(CountRTFWord(from, text, sought, length - from, binaryCompare, test),
+                 literal.count(from, sought, length - from, test), from << test);
+        }
+    };
+    forAllTexts(7, [&](const std::u16string& text) { hold(text, u"\\row", 1, binaryCompare); });
+    forAllTexts(4, [&](const std::u16string& text) {
         for (const std::u16string& sought : exhaustiveWords) {
-            for (std::int32_t p = 1; p <= length; ++p) {
-                SAME(FindRTFWordInText(p, text, sought, textCompare, delimited),
-                     literal.findRTFWordForward(p, sought, true, delimited), p);
-                SAME(FindRTFWordInTextReverse(text, sought, p, textCompare, delimited),
-                     literal.findRTFWordReverse(sought, p, true, delimited), p);
-                SAME(CountRTFWord(p, text, sought, length - 1, binaryCompare, true),
-                     literal.count(p, sought, length - 1, true), p);
-            }
+            for (std::int32_t p = 1; p <= static_cast<std::int32_t>(text.size()); ++p)
+                hold(text, sought, p, textCompare);
         }
     });
 }
@@ -171,21 +129,17 @@ TEST(Module1, SearchesBuildersLikeTheirRules) {
 }
 
 TEST(Module1, FindsGroupsAndCharactersLikeTheirRules) {
-    const std::u16string sets[] = {u"", u"o", u"}w ", u"\\{} \r"};
-    forAllTexts(6, [](const std::u16string& text) {
-        const LiteralBuffer literal{text, static_cast<std::int32_t>(text.size())};
-        const std::u16string sought = u"{";
-        const auto [start, end] = literal.groupEnd(1, sought, 0);
-        const GroupExtent group = FindGroupEnd(1, text, sought, 0);
-        SAME(group.start, start, "");
-        SAME(group.end, end, "");
-    });
-    forAllTexts(4, [&](const std::u16string& text) {
+    forAllTexts(5, [](const std::u16string& text) {
+        const std::u16string sets[] = {u"", u"O", u"}w ", u"\\{} \r"};
         const LiteralBuffer literal{text, static_cast<std::int32_t>(text.size())};
         for (std::int32_t p = 1; p <= 5; ++p) {
             for (const std::u16string& sought : sets) {
                 SAME(FindFirstOfAny(p, text, sought, textCompare), literal.firstOfAny(p, sought, true), p);
-                SAME(FindGroupEnd(p, text, u"{", p + 2).end, literal.groupEnd(p, u"{", p + 2).second, p);
+            }
+            const std::u16string sought = u"{";
+            for (const std::int32_t limit : {0, p + 2}) {
+                const GroupExtent group = FindGroupEnd(p, text, sought, limit);
+                SAME(std::pair(group.start, group.end), literal.groupEnd(p, sought, limit), p << limit);
             }
         }
     });

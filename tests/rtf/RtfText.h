@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <map>
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "rtf/RtfScanner.h"
+#include "rtf/ControlWord.h"
 #include "text/Encoding.h"
 
 namespace velmor::test {
@@ -20,16 +21,28 @@ public:
     enum class Part { all, body };  // body: no headers and footers
 
     explicit RtfText(std::u16string_view document, Part part = Part::all) : document_(document), part_(part) { read(); }
+    virtual ~RtfText() = default;
 
     const std::u16string& text() const { return text_; }
     // Of the braces, and never below 0 on the way.
     bool isBalanced() const { return balanced_ && groups_.size() == 1; }
 
-private:
+protected:
     struct Group {
         bool skipped = false;
         int fallback = 1;  // units that stand for one \u
+        // For those who derive.
+        int part = 0;
+        std::map<std::u16string, std::u16string> values;
     };
+
+    // Reads later, when read() is called.
+    struct Later {};
+    RtfText(std::u16string_view document, Later) : document_(document), part_(Part::all) {}
+
+    Group& group() { return groups_.back(); }
+    virtual void see(char16_t unit) { text_ += unit; }
+    virtual void note(std::u16string_view, std::u16string_view) {}
 
     void read() {
         while (at_ < document_.size()) {
@@ -52,11 +65,12 @@ private:
         }
     }
 
+private:
     void put(char16_t unit) {
         if (skip_ > 0) {
             --skip_;
         } else if (!groups_.back().skipped) {
-            text_ += unit;
+            see(unit);
         }
     }
 
@@ -79,23 +93,19 @@ private:
     }
 
     void word() {
-        const std::size_t begin = ++at_;
-        while (at_ < document_.size() && isLetter(document_[at_])) ++at_;
-        const std::u16string word(document_.substr(begin, at_ - begin));
-        const std::size_t number = at_;
-        if (at_ < document_.size() && document_[at_] == u'-') ++at_;
-        while (at_ < document_.size() && document_[at_] >= u'0' && document_[at_] <= u'9') ++at_;
-        const std::string digits(document_.begin() + static_cast<std::ptrdiff_t>(number),
-                                 document_.begin() + static_cast<std::ptrdiff_t>(at_));
-        if (at_ < document_.size() && document_[at_] == u' ') ++at_;
-        take(word, digits.empty() ? 1 : std::atoi(digits.c_str()));
+        const ControlWord word = readWord(document_, at_);
+        at_ = word.end + standsAt(document_, word.end, u" ");
+        note(word.letters, word.number);
+        const std::string digits(word.number.begin(), word.number.end());
+        take(std::u16string(word.letters), digits.empty() ? 1 : std::atoi(digits.c_str()));
     }
 
     void take(const std::u16string& word, int number) {
         static const std::set<std::u16string> breaks = {u"par",      u"line",    u"cell", u"row",
                                                         u"nestcell", u"nestrow", u"sect", u"page"};
         static const std::set<std::u16string> silent = {u"fonttbl", u"colortbl",  u"stylesheet",        u"info",
-                                                        u"pict",    u"listtable", u"listoverridetable", u"object"};
+                                                        u"pict",    u"listtable", u"listoverridetable", u"object",
+                                                        u"filetbl", u"revtbl",    u"nonesttables"};
         static const std::set<std::u16string> pageParts = {u"header", u"headerf", u"headerl", u"headerr",
                                                            u"footer", u"footerf", u"footerl", u"footerr"};
         if (word == u"u") {
