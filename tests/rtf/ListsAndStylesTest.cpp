@@ -55,6 +55,9 @@ const MergeCase styleCases[] = {
      u"{\\stylesheet\r\n{\\s0 Normal;}\r\n{\\s3\\b A;}}\\s1\\s2 x@", u"\\s3 y"},
     {"the largest numbers", u"{\\stylesheet{\\s2147483647 A;}{\\s-5 B;}}\\s2147483647 x\\s-5 y@", u"",
      u"{\\stylesheet\r\n{\\s2147483647 A;}\r\n{\\s1 B;}}\\s2147483647 x\\s1 y@", u""},
+    {"a link to a style of the same number", u"@",
+     u"{\\stylesheet{\\s0 Normal;}{\\s7\\slink7 P;}{\\*\\cs7\\slink7 C;}}",
+     u"{\\stylesheet\r\n{\\s0 Normal;}\r\n{\\s1\\slink2 P;}\r\n{\\*\\cs2\\slink1 C;}}@", u""},
     {"a ring of bases, and none", u"@",
      u"{\\stylesheet{\\s1\\sbasedon2 A;}{\\s2\\sbasedon1 B;}{\\s3\\sbasedon222 C;}"
      u"{\\s4\\sbasedon9\\snext9 D;}}",
@@ -89,6 +92,9 @@ const MergeCase listCases[] = {
      u"{\\listoverride\\listid1\\listoverridecount1\\ls1{\\lfolevel\\listoverridestartat}}\r\n"
      u"{\\listoverride\\listid2\\listoverridecount0\\ls2}}@",
      u"\\ls1\\ls2\\f0 x"},
+    {"a list of another one's style", u"@",
+     u"{\\*\\listtable{\\list\\listid5{\\*\\liststylename S;}}{\\list\\listid6\\liststyleid5}}",
+     u"{\\*\\listtable\r\n{\\list\\listid1{\\*\\liststylename S;}}\r\n{\\list\\listid2\\liststyleid1}}@", u""},
     {"bullets that are pictures",
      u"{\\*\\listtable{\\*\\listpicture{\\pict a}}{\\list{\\listlevel\\levelpicture0}\\listid5}}@",
      u"{\\*\\listtable{\\*\\listpicture{\\pict b}{\\pict c}}{\\list{\\listlevel\\levelpicture1}\\listid5}}"
