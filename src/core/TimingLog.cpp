@@ -94,7 +94,7 @@ void TimingLog::readNow(platform::Services& services) noexcept {
     try {
         const std::u16string option = services.registry.value(kOptionsKey, u"Logging Types").value_or(u"1");
         const std::int32_t types = automation::toLong(automation::Variant(option)).value_or(0);
-        if ((types & ~kNothing) == 0) return;
+        if (types == 0) return;
         target_ = &keep(targetOf(services));
         types_ = types;
     } catch (const std::exception&) {
