@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <random>
-#include <string>
-
-#include "Seed.h"
+#include "Random.h"
 #include "properties/Describe.h"
 #include "text/Error.h"
 
@@ -15,28 +12,20 @@ using automation::InvokeKind;
 using automation::ObjectRef;
 using automation::Variant;
 
-class PropertyCollection : public testing::Test {
+class PropertyCollection : public PropertyTest {
 protected:
     void addAll(std::initializer_list<const char16_t*> all) {
         for (const char16_t* const name : all) collection->AddLng(name, collection->Count() + 1);
     }
-
-    platform::MemoryServices services;
-    PropertiesRef collection = newProperties(services);
 };
 
-TEST_F(PropertyCollection, StartsAPropertyAsLongZero) {
-    const PropertyRef property = collection->GetProperty(u"New", std::int32_t{0});
+TEST_F(PropertyCollection, MarksWhatSettersDo) {
+    const PropertyRef property = collection->GetProperty(u"a", std::int32_t{0});
     EXPECT_EQ(property->ValueType(), 3);
     EXPECT_FALSE(property->Changed());
     EXPECT_EQ(property->Created(), property->Modified());
-    EXPECT_FALSE(property->HasAttributes());
     EXPECT_EQ(property->Attributes()->Count(), 0);
     EXPECT_FALSE(property->HasAttributes());
-}
-
-TEST_F(PropertyCollection, MarksWhatSettersDo) {
-    const PropertyRef property = collection->AddLng(u"a", 1);
     services.clock.advance(60);
     property->SetValue(collection);
     EXPECT_FALSE(property->Changed());
@@ -44,12 +33,10 @@ TEST_F(PropertyCollection, MarksWhatSettersDo) {
     EXPECT_EQ(property->ValueType(), 9);
     EXPECT_EQ(property->ValueTypeName(), u"privProperties");
     property->ValueStr(u"x");
-    EXPECT_TRUE(property->Changed());
-    EXPECT_TRUE(collection->Changed());
+    EXPECT_TRUE(property->Changed() && collection->Changed());
     collection->AddStr(u"A", u"y", true);
     EXPECT_FALSE(collection->Changed());
     EXPECT_EQ(collection->Count(), 1);
-
     property->Encoding(3);
     EXPECT_EQ(property->Encoding(), 0);
     property->Encoding(8);
@@ -58,21 +45,26 @@ TEST_F(PropertyCollection, MarksWhatSettersDo) {
 
 TEST_F(PropertyCollection, ConvertsWithoutRaising) {
     const PropertyRef property = collection->AddStr(u"a", u"abc");
-    EXPECT_EQ(property->ValueLng(), 0);
-    EXPECT_EQ(property->ValueDate(), Date{});
-    EXPECT_FALSE(property->ValueBoolean());
-    property->ValueStr(u"3/5/2004");
-    EXPECT_EQ(property->ValueDate().days, 38051);
-    property->ValueDbl(2.5);
-    EXPECT_EQ(property->ValueLng(), 2);
-    EXPECT_EQ(property->ValueInt(), 2);
-    EXPECT_EQ(property->ValueDate().days, 2.5);
-    EXPECT_TRUE(property->ValueTrue());
-    EXPECT_TRUE(property->ValueTrue(2.5));
-    EXPECT_FALSE(property->ValueTrue(u"x"));
-    property->ValueBoolean(true);
-    EXPECT_EQ(property->ValueDate(), Date{});  // a boolean is no date, though it converts
-    property->Value(automation::Null{});
+    const struct {
+        Variant value;
+        std::int32_t number;
+        double days;
+        bool boolean, isTrue;
+    } cases[] = {{u"abc", 0, 0, false, false},
+                 {u"3/5/2004", 0, 38051, false, false},
+                 {2.5, 2, 2.5, true, true},
+                 {true, -1, 0, true, true},  // a boolean is no date, though it converts
+                 {automation::Null{}, 0, 0, false, false}};
+    for (const auto& row : cases) {
+        property->Value(row.value);
+        EXPECT_EQ(property->ValueLng(), row.number) << describe(row.value);
+        EXPECT_EQ(property->ValueInt(), row.number);
+        EXPECT_EQ(property->ValueDate().days, row.days);
+        EXPECT_EQ(property->ValueBoolean(), row.boolean);
+        EXPECT_EQ(property->ValueTrue(), row.isTrue);
+        EXPECT_EQ(property->ValueTrue(row.value), row.value.get<automation::Null>() == nullptr);
+        EXPECT_FALSE(property->ValueTrue(u"x"));
+    }
     EXPECT_EQ(property->ValueStr(), u"");
 }
 
@@ -92,17 +84,16 @@ TEST_F(PropertyCollection, HoldsTextInABuilder) {
 }
 
 TEST_F(PropertyCollection, EstimatesSizes) {
-    struct Row {
+    // clang-format off
+    const struct {
         Variant value;
         std::int32_t encoding, size, stored;  // of a property named AB
-    };
-    // clang-format off
-    const Row rows[] = {
+    } rows[] = {
         {5, 0, 2, 16}, {true, 0, 2, 9}, {std::int16_t{5}, 0, 1, 11}, {1.5F, 0, 4, 18}, {1.5, 0, 8, 26},
         {Date{1}, 0, 8, 27}, {Variant(), 0, 0, 0}, {automation::Null{}, 0, 0, 7}, {ObjectRef(), 0, 32, 0},
         {u"abc", 0, 3, 9}, {u"a\":", 0, 3, 13}, {u"abc", 1, 3, 13}};
     // clang-format on
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         const PropertyRef property = collection->Add(u"AB", row.value, true);
         property->Encoding(row.encoding);
         EXPECT_EQ(property->Size(), row.size) << describe(row.value);
@@ -156,15 +147,16 @@ TEST_F(PropertyCollection, GivesDefaults) {
 
 TEST_F(PropertyCollection, InsertsAndMoves) {
     addAll({u"a", u"b", u"c", u"d"});
+    // clang-format off
     const struct {
         std::int32_t index;
         const char16_t* name;
         bool replace;
         const char* after;
-    } insertions[] = {{2, u"x", false, "a x b c d"},         {0, u"y", false, "a x b c d y"},
-                      {99, u"z", false, "a x b c d y z"},    {1, u"C", false, "C a x b c d y z"},
-                      {1, u"c", true, "c C a x b d y z"},    {0, u"c", true, "c C a x b d y z"},
-                      {-5, u"w", false, "c C a x b d y z w"}};
+    } insertions[] = {
+        {2, u"x", false, "a x b c d"}, {0, u"y", false, "a x b c d y"}, {99, u"z", false, "a x b c d y z"},
+        {1, u"C", false, "C a x b c d y z"}, {1, u"c", true, "c C a x b d y z"}, {0, u"c", true, "c C a x b d y z"},
+        {-5, u"w", false, "c C a x b d y z w"}};
     for (const auto& row : insertions) {
         collection->Insert(row.index, row.name, std::int32_t{9}, row.replace);
         EXPECT_EQ(names(*collection), row.after);
@@ -174,11 +166,10 @@ TEST_F(PropertyCollection, InsertsAndMoves) {
         Variant from;
         std::int32_t to;
         const char* after;
-    } moves[] = {{u"a", 5, "c C x b a d y z w"},
-                 {9, 1, "w c C x b a d y z"},
-                 {u"w", 100, "c C x b a d y z w"},
-                 {u"w", -1, "w c C x b a d y z"},
-                 {u"missing", 1, "w c C x b a d y z"}};
+    } moves[] = {
+        {u"a", 5, "c C x b a d y z w"}, {9, 1, "w c C x b a d y z"}, {u"w", 100, "c C x b a d y z w"},
+        {u"w", -1, "w c C x b a d y z"}, {u"missing", 1, "w c C x b a d y z"}};
+    // clang-format on
     for (const auto& row : moves) {
         collection->Move(row.from, row.to);
         EXPECT_EQ(names(*collection), row.after);
@@ -209,32 +200,29 @@ TEST_F(PropertyCollection, EnumeratesWhileEntriesComeAndGo) {
 }
 
 TEST_F(PropertyCollection, ServesItsMembersByName) {
-    const auto call = [](const ObjectRef& object, const char16_t* name, InvokeKind kind,
-                         std::vector<Variant> arguments) { return object->invoke(name, kind, arguments); };
+    const auto call = [](const ObjectRef& object, const char16_t* name, std::vector<Variant> arguments = {},
+                         InvokeKind kind = InvokeKind::method) { return object->invoke(name, kind, arguments); };
     const auto text = [](const Variant& value) { return toUtf8(automation::toText(value).value_or(u"?")); };
-    const ObjectRef object = collection;
-    const Variant added = call(object, u"add", InvokeKind::method, {u"n", u"5"});
-    EXPECT_EQ(text(call(object, u"", InvokeKind::get, {u"N"})), "5");  // the default member of the default member
-    EXPECT_EQ(text(call(added.object(), u"", InvokeKind::get, {})), "5");
-    call(added.object(), u"Value", InvokeKind::let, {u"6"});
-    EXPECT_EQ(text(call(object, u"GetValueLng", InvokeKind::method, {u"n"})), "6");
-    EXPECT_EQ(text(call(object, u"Stored", InvokeKind::get, {})), "n=\"6\":");
-    call(object, u"BuildByVal", InvokeKind::method, {u"T>x=1:", false, true});
-    EXPECT_EQ(text(call(object, u"Count", InvokeKind::get, {})), "2");
-    EXPECT_EQ(call(object, u"Item", InvokeKind::get, {u"none"}).object(), nullptr);
-    const ObjectRef each = call(object, u"_NewEnum", InvokeKind::get, {}).object();
-    call(each, u"Skip", InvokeKind::method, {std::int32_t{1}});
-    EXPECT_EQ(text(call(call(each, u"Next", InvokeKind::method, {}).object(), u"Name", InvokeKind::get, {})), "X");
-    EXPECT_EQ(call(each, u"Next", InvokeKind::method, {}).object(), nullptr);
-    EXPECT_THROW(call(object, u"NoSuch", InvokeKind::method, {}), Error);
-    EXPECT_THROW(call(object, u"Add", InvokeKind::method, {u"n"}), Error);
+    const ObjectRef object = collection, added = call(object, u"add", {u"n", u"5"}).object();
+    EXPECT_EQ(text(call(object, u"", {u"N"}, InvokeKind::get)), "5");  // the default member of the default member
+    EXPECT_EQ(text(call(added, u"", {}, InvokeKind::get)), "5");
+    call(added, u"Value", {u"6"}, InvokeKind::let);
+    EXPECT_EQ(text(call(object, u"GetValueLng", {u"n"})), "6");
+    EXPECT_EQ(text(call(object, u"Stored")), "n=\"6\":");
+    call(object, u"BuildByVal", {u"T>x=1:", false, true});
+    EXPECT_EQ(text(call(object, u"Count")), "2");
+    EXPECT_EQ(call(object, u"Item", {u"none"}).object(), nullptr);
+    const ObjectRef each = call(object, u"_NewEnum").object();
+    call(each, u"Skip", {std::int32_t{1}});
+    EXPECT_EQ(text(call(call(each, u"Next").object(), u"Name")), "X");
+    EXPECT_EQ(call(each, u"Next").object(), nullptr);
+    EXPECT_THROW(call(object, u"NoSuch"), Error);
+    EXPECT_THROW(call(object, u"Add", {u"n"}), Error);
 }
 
 // Held against a plain list on random calls: order, keys and the keys' way out.
 TEST_F(PropertyCollection, KeepsOrderAndKeys) {
-    const unsigned seed = testSeed();
-    SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
+    Random random;
     std::vector<std::pair<PropertyRef, bool>> model;  // with whether it carries the key
     const auto keyed = [&](const std::u16string& name) {
         for (std::size_t i = 0; i < model.size(); ++i) {
@@ -243,10 +231,10 @@ TEST_F(PropertyCollection, KeepsOrderAndKeys) {
         return model.size();
     };
     for (int step = 0; step < 20000; ++step) {
-        const std::u16string name(1, static_cast<char16_t>(u'a' + random() % 40));
-        const auto index = static_cast<std::int32_t>(random() % (model.size() + 1)) + 1;
+        const std::u16string name(1, static_cast<char16_t>(u'a' + random.below(40)));
+        const auto index = static_cast<std::int32_t>(random.below(model.size() + 1)) + 1;
         const auto place = model.begin() + (index - 1);
-        if (const auto action = random() % 100; action < 52) {
+        if (const unsigned action = random.below(100); action < 52) {
             const bool isNew = keyed(name) == model.size();
             model.insert(place, {collection->Insert(index, name, std::int32_t{step}), isNew});
         } else if (action < 75 && place != model.end()) {
@@ -260,10 +248,9 @@ TEST_F(PropertyCollection, KeepsOrderAndKeys) {
         }
         const auto found = keyed(name);
         ASSERT_EQ(collection->Item(name), found == model.size() ? nullptr : model[found].first) << step;
-        ASSERT_EQ(static_cast<std::size_t>(collection->Count()), model.size());
-        for (std::size_t i = 0; i < model.size(); ++i) {
-            ASSERT_EQ(collection->Item(static_cast<std::int32_t>(i) + 1), model[i].first) << step;
-        }
+        const auto each = collection->NewEnum();
+        for (const auto& [property, hasKey] : model) ASSERT_EQ(each->next(), property) << step;
+        ASSERT_EQ(each->next(), nullptr);
     }
 }
 

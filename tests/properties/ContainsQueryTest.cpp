@@ -1,18 +1,14 @@
 #include <gtest/gtest.h>
 
-#include <random>
-#include <string>
-
-#include "Seed.h"
+#include "Random.h"
 #include "properties/Describe.h"
 
 namespace velmor {
 namespace {
 
-class ContainsQuery : public testing::Test {
+class ContainsQuery : public PropertyTest {
 protected:
-    platform::MemoryServices services;
-    PropertiesRef terms = newProperties(services);
+    const PropertiesRef& terms = collection;
 };
 
 TEST_F(ContainsQuery, ReadsWhatUsersType) {
@@ -58,12 +54,9 @@ TEST_F(ContainsQuery, AddsToWhatIsThere) {
 TEST_F(ContainsQuery, WritesAConditionThatReadsAsItself) {
     static const std::u16string_view kPieces[] = {u"a",    u"cat",   u" ",      u" ",  u"\"",    u" and ",
                                                   u" Or ", u" not ", u" near ", u"\t", u"\u00e9"};
-    const unsigned seed = testSeed();
-    SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
+    Random random;
     for (int i = 0; i < 5000; ++i) {
-        std::u16string typed;
-        for (auto count = random() % 20; count > 0; --count) typed += kPieces[random() % std::size(kPieces)];
+        const std::u16string typed = random.text(kPieces, 19);
         terms->RemoveAll();
         terms->BuildByContainsQuery(typed);
         const std::string read = describe(*terms);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <ostream>
-#include <sstream>
+#include <gtest/gtest.h>
+
 #include <string>
 
 #include "automation/Convert.h"
@@ -36,23 +36,26 @@ inline std::string describe(privProperty& property) {
 inline std::string describe(const privProperties& collection) {
     std::string all;
     const auto each = collection.NewEnum();
-    while (const PropertyRef property = each->next()) {
-        all += (all.empty() ? "" : " | ") + describe(*property);
-    }
+    while (const PropertyRef one = each->next()) all += (all.empty() ? "" : " | ") + describe(*one);
     return all;
 }
 
 inline std::string names(const privProperties& collection) {
     std::string all;
     const auto each = collection.NewEnum();
-    while (const PropertyRef property = each->next()) {
-        all += (all.empty() ? "" : " ") + toUtf8(property->Name());
-    }
+    while (const PropertyRef one = each->next()) all += (all.empty() ? "" : " ") + toUtf8(one->Name());
     return all;
 }
 
 inline PropertiesRef newProperties(platform::Services& services) {
     return std::make_shared<privProperties>(services);
 }
+
+// A machine of its own, and a collection on it.
+class PropertyTest : public testing::Test {
+protected:
+    platform::MemoryServices services;
+    PropertiesRef collection = newProperties(services);
+};
 
 }  // namespace velmor

@@ -1,8 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <random>
-
-#include "Seed.h"
+#include "Random.h"
 #include "properties/Describe.h"
 
 namespace velmor {
@@ -22,8 +20,8 @@ bool sortsAfter(const privProperty& placed, const privProperty& added) {
 
 std::vector<PropertyRef> literallySorted(const privProperties& collection) {
     std::vector<PropertyRef> sorted;
-    for (std::int32_t i = 1; i <= collection.Count(); ++i) {
-        const PropertyRef added = collection.Item(i);
+    const auto each = collection.NewEnum();
+    while (const PropertyRef added = each->next()) {
         auto place = sorted.begin();
         while (place != sorted.end() && !sortsAfter(**place, *added)) ++place;
         sorted.insert(place, added);
@@ -31,11 +29,7 @@ std::vector<PropertyRef> literallySorted(const privProperties& collection) {
     return sorted;
 }
 
-class PropertySorting : public testing::Test {
-protected:
-    platform::MemoryServices services;
-    PropertiesRef collection = newProperties(services);
-};
+class PropertySorting : public PropertyTest {};
 
 TEST_F(PropertySorting, ComparesNamesByCharacterCode) {
     for (const char16_t* name : {u"b", u"B", u"a"}) collection->AddLng(name, 0);
@@ -45,13 +39,11 @@ TEST_F(PropertySorting, ComparesNamesByCharacterCode) {
 }
 
 TEST_F(PropertySorting, IsTheInsertionOneByOne) {
-    const unsigned seed = testSeed();
-    SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
+    Random random;
     for (int round = 0; round < 2000; ++round) {
         collection->RemoveAll();
-        for (auto count = random() % 30; count > 0; --count) {
-            const auto number = static_cast<std::int32_t>(random() % 4);
+        for (unsigned count = random.below(30); count > 0; --count) {
+            const auto number = static_cast<std::int32_t>(random.below(4));
             const std::u16string letter(1, static_cast<char16_t>(u'a' + number));
             // clang-format off
             const Variant values[] = {
@@ -60,16 +52,14 @@ TEST_F(PropertySorting, IsTheInsertionOneByOne) {
                 static_cast<std::uint8_t>(number), automation::Null{}, automation::ObjectRef(),
                 automation::Decimal{0, static_cast<std::uint64_t>(number), 1, false}};
             // clang-format on
-            const std::u16string name(1, u"aAb"[random() % 3]);
-            const PropertyRef property = collection->Add(name, values[random() % std::size(values)]);
-            if (random() % 16 == 0) property->StrCatValue()->Append(letter);
+            const PropertyRef property = collection->Add(std::u16string(1, u"aAb"[random.below(3)]), random.of(values));
+            if (random.below(16) == 0) property->StrCatValue()->Append(letter);
         }
         const std::vector<PropertyRef> expected = literallySorted(*collection);
         collection->Sort();
-        ASSERT_EQ(static_cast<std::size_t>(collection->Count()), expected.size());
-        for (std::size_t i = 0; i < expected.size(); ++i) {
-            ASSERT_EQ(collection->Item(static_cast<std::int32_t>(i) + 1), expected[i]) << round;
-        }
+        const auto each = collection->NewEnum();
+        for (const PropertyRef& property : expected) ASSERT_EQ(each->next(), property) << round;
+        ASSERT_EQ(each->next(), nullptr);
     }
 }
 

@@ -1,9 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <random>
-#include <string>
-
-#include "Seed.h"
+#include "Random.h"
 #include "common/Base64.h"
 #include "properties/Describe.h"
 
@@ -18,33 +15,23 @@ using automation::Variant;
 
 constexpr char16_t kAllSubstitutes[] = u"\u00B5\u00B6\u00B7\u00B8\u00B9\u00BA\u00BB\u00BC\u00BD\u00BE\u00BF\":";
 
-class PropertyText : public testing::Test {
-protected:
-    platform::MemoryServices services;
-    PropertiesRef collection = newProperties(services);
-};
+class PropertyText : public PropertyTest {};
 
 TEST_F(PropertyText, WritesEachType) {
     EXPECT_EQ(collection->Stored(), u"");
+    // clang-format off
     const struct {
         const char16_t* name;
         Variant value;
         const char* stored;
     } cases[] = {
-        {u"Gone", Null{}, "Gone=NUL:"},
-        {u"Qty", std::int16_t{12}, "Qty=12%:"},
-        {u"Count", -5, "Count=-5&:"},
-        {u"Ratio", 1.5F, "Ratio=1.5!:"},
-        {u"Total", 2.25, "Total=2.25#:"},
-        {u"Price", Currency{99900}, "Price=9.99$:"},
+        {u"Gone", Null{}, "Gone=NUL:"}, {u"Qty", std::int16_t{12}, "Qty=12%:"}, {u"Count", -5, "Count=-5&:"},
+        {u"Ratio", 1.5F, "Ratio=1.5!:"}, {u"Total", 2.25, "Total=2.25#:"}, {u"Price", Currency{99900}, "Price=9.99$:"},
         {u"When", Date{38051 + (14 * 3600 + 7 * 60 + 9) / 86400.0}, "When=#5 Mar 2004 2:07:09 PM#:"},
-        {u"Ok", true, "Ok=True:"},
-        {u"Amount", Decimal{0, 125, 1, false}, "Amount=!12.5!:"},
-        {u"Quote", u"He said \"hi\"", "Quote=\"He said \"hi\"\":"},
-        {u"Empty", Variant(), "Empty=\"\":"},
-        {u"Byte", std::uint8_t{7}, "Byte=\"7\":"},
-        {u"Never", Date{1e9}, "Never=1000000000#:"},
-    };
+        {u"Ok", true, "Ok=True:"}, {u"Amount", Decimal{0, 125, 1, false}, "Amount=!12.5!:"},
+        {u"Quote", u"He said \"hi\"", "Quote=\"He said \"hi\"\":"}, {u"Empty", Variant(), "Empty=\"\":"},
+        {u"Byte", std::uint8_t{7}, "Byte=\"7\":"}, {u"Never", Date{1e9}, "Never=1000000000#:"}};
+    // clang-format on
     std::string all;
     for (const auto& row : cases) {
         collection->Add(row.name, row.value);
@@ -53,12 +40,11 @@ TEST_F(PropertyText, WritesEachType) {
 }
 
 TEST_F(PropertyText, WritesTextsThatHoldATerminator) {
-    struct Row {
+    const struct {
         const char16_t* value;
         std::int32_t encoding;
         std::u16string stored, delimited;
-    };
-    const Row rows[] = {
+    } rows[] = {
         {u"a\":b", 0, u"~CE\"\u00B5a\u00B5:b\":", u"~64\"YSI6Yg==\":"},
         {u"\u00B5\":", 0, u"~CE\"\u00B6\u00B5\u00B6:\":", u"~64\"wrUiOg==\":"},
         {u"\u03BC\":", 0, u"~CE\"\u00B6\u03BC\u00B6:\":", u"~64\"zrwiOg==\":"},  // mu is the micro sign's twin
@@ -68,7 +54,7 @@ TEST_F(PropertyText, WritesTextsThatHoldATerminator) {
         {u"ab", 1, u"~64\"YWI=\":", u"~64\"YWI=\":"},
         {u"a\u00E9", 2, u"~HX\"61C3A9\":", u"~HX\"61C3A9\":"},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         collection->AddStr(u"n", row.value, true)->Encoding(row.encoding);
         EXPECT_EQ(toUtf8(collection->Stored()), toUtf8(u"n=" + row.stored));
         EXPECT_EQ(toUtf8(collection->Delimited()), toUtf8(u"n=" + row.delimited));
@@ -164,73 +150,55 @@ TEST_F(PropertyText, BuildsDeepTextOnlyAsFarAsItIsRead) {
 }
 
 // Random collections: what is written is read back equal, in either form.
-class RandomCollection {
+class RandomCollections {
 public:
-    RandomCollection(platform::Services& services, unsigned seed) : services_(services), random_(seed) {}
+    explicit RandomCollections(platform::Services& services) : services_(services) {}
 
-    PropertiesRef make(int depth) {
+    PropertiesRef make(unsigned depth) {
         const PropertiesRef made = newProperties(services_);
-        for (int i = pick(6); i > 0; --i) {
+        for (unsigned i = random_.below(6); i > 0; --i) {
             const PropertyRef property = add(*made, depth);
-            if (depth > 0 && pick(4) == 0) fill(*property->Attributes(), *make(depth - 1));
-            if (depth > 0 && pick(4) == 0) fill(*property->Properties(), *make(depth - 1));
+            if (depth > 0 && random_.below(4) == 0) property->Attributes()->Build(make(depth - 1)->Stored());
+            if (depth > 0 && random_.below(4) == 0) property->Properties()->Build(make(depth - 1)->Stored());
         }
         return made;
     }
 
 private:
-    int pick(int count) { return static_cast<int>(random_() % static_cast<unsigned>(count)); }
-
-    static void fill(privProperties& target, const privProperties& source) { target.Build(source.Stored()); }
-
-    std::u16string name() {
-        static const std::u16string_view kNames[] = {
-            u"a", u"B", u"Name", u"x y", u"\u00C9t\u00E9", u"a!", u"long name of an entry"};
-        return std::u16string(kNames[pick(7)]);
-    }
-
-    std::u16string text() {
-        static const std::u16string_view kPieces[] = {u"a", u"\"",   u":", u"=",      u"~64\"", u"\u00B5", u"\u00B6",
-                                                      u"#", u"\r\n", u"5", u"\xD800", u"<KV:",  u"\u20AC"};
-        std::u16string made;
-        for (int i = pick(8); i > 0; --i) made += kPieces[pick(13)];
-        return made;
-    }
-
+    // clang-format off
     Variant number() {
-        const Variant values[] = {Null{},
-                                  static_cast<std::int16_t>(random_()),
-                                  static_cast<std::int32_t>(random_()),
-                                  static_cast<float>(pick(20000) - 10000) / 16,
-                                  (pick(2000000) - 1000000) / 64.0,
-                                  Currency{static_cast<std::int64_t>(random_()) - 2000000000},
-                                  Date{pick(2958465 + 657434) - 657434 + pick(24) / 24.0},
-                                  pick(2) == 0,
-                                  Decimal{0, random_(), static_cast<std::uint8_t>(pick(9)), pick(2) == 0}};
-        return values[pick(static_cast<int>(std::size(values)))];
+        const auto any = static_cast<std::int32_t>(random_());
+        const Variant values[] = {
+            Null{}, static_cast<std::int16_t>(any), any, static_cast<float>(any % 10000) / 16, any % 1000000 / 64.0,
+            Currency{any}, Date{any % 657434 + random_.below(24) / 24.0}, any % 2 == 0,
+            Decimal{0, random_(), static_cast<std::uint8_t>(random_.below(9)), any % 2 == 0}};
+        return random_.of(values);
     }
-
-    PropertyRef add(privProperties& to, int depth) {
-        const int kind = pick(depth > 0 ? 13 : 12);
-        if (kind < 9) return to.Add(name(), number());
-        if (kind == 12) return to.AddObject(name(), make(depth - 1));
-        const PropertyRef property = to.AddStr(name(), text());
+    PropertyRef add(privProperties& to, unsigned depth) {
+        static const std::u16string kNames[] = {u"a", u"B", u"Name", u"x y", u"\u00C9t\u00E9", u"a!", u"long name of an entry"};
+        static const std::u16string_view kPieces[] = {
+            u"a", u"\"", u":", u"=", u"~64\"", u"\u00B5", u"\u00B6", u"#", u"\r\n", u"5", u"\xD800", u"<KV:", u"\u20AC"};
+        // clang-format on
+        const std::u16string name = random_.of(kNames);
+        const unsigned kind = random_.below(depth > 0 ? 13 : 12);
+        if (kind < 9) return to.Add(name, number());
+        if (kind == 12) return to.AddObject(name, make(depth - 1));
+        const PropertyRef property = to.AddStr(name, random_.text(kPieces, 7));
         // Without an encoding, a text with a terminator is written in one, which is read back.
         static constexpr std::int32_t kEncodings[] = {1, 2, 4, 8, 0};
-        const bool free = property->ValueNotIn(u"\":");
-        property->Encoding(property->ValueNotIn(u"\"") || free ? kEncodings[pick(5)] : kEncodings[pick(4)]);
+        const bool plain = property->ValueNotIn(u"\"") || property->ValueNotIn(u"\":");
+        property->Encoding(kEncodings[random_.below(plain ? 5 : 4)]);
         return property;
     }
 
     platform::Services& services_;
-    std::mt19937 random_;
+    Random random_;
 };
 
 TEST_F(PropertyText, IsReadBackEqual) {
-    const unsigned seed = testSeed();
-    SCOPED_TRACE(seed);
-    for (unsigned i = 0; i < 3000; ++i) {
-        const PropertiesRef original = RandomCollection(services, seed + i).make(2);
+    RandomCollections random(services);
+    for (int i = 0; i < 3000; ++i) {
+        const PropertiesRef original = random.make(2);
         for (const std::u16string& text : {original->Stored(), original->Delimited()}) {
             collection->Build(text);
             ASSERT_EQ(describe(*collection), describe(*original)) << toUtf8(text);
