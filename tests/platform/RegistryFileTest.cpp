@@ -1,9 +1,8 @@
-#include "Seed.h"
 #include "platform/RegistryFile.h"
 
 #include <gtest/gtest.h>
 
-#include <random>
+#include "Random.h"
 
 namespace velmor::platform {
 namespace {
@@ -22,15 +21,13 @@ std::string utf16(std::u16string_view text, bool bigEndian = false) {
 
 const std::string kHead = "Windows Registry Editor Version 5.00\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\K]\r\n";
 
-struct ValueCase {
+// clang-format off
+const struct {
     const char* line;  // below the key
     const char16_t* name;
     Text value;
     std::size_t warnings;
-};
-
-// clang-format off
-const ValueCase kValues[] = {
+} kValues[] = {
     {"\"n\"=\"v\"", u"N", u"v", 0}, {"@=\"default\"", u"", u"default", 0},
     {" \"n\" = \"v\" ; comment", u"n", u"v", 0},
     {"\"a\\\\b\\\"c\"=\"C:\\\\x \\\"y\\\"\"", u"a\\b\"c", u"C:\\x \"y\"", 0},
@@ -53,7 +50,7 @@ const ValueCase kValues[] = {
 // clang-format on
 
 TEST(RegistryFile, ReadsValues) {
-    for (const ValueCase& row : kValues) {
+    for (const auto& row : kValues) {
         const RegistryFile file(kHead + row.line);
         EXPECT_EQ(file.value(u"software\\k\\", row.name), row.value) << row.line;
         EXPECT_EQ(file.warnings().size(), row.warnings) << row.line;
@@ -116,17 +113,10 @@ TEST(RegistryFile, SurvivesEnormousAndBrokenInput) {
     EXPECT_FALSE(RegistryFile(unclosed).warnings().empty());
     EXPECT_EQ(RegistryFile(continued).value(u"SOFTWARE\\K", u""), std::u16string(50000, u'A'));
 
-    const unsigned seed = testSeed();
-    SCOPED_TRACE(seed);
-    std::mt19937 random(seed);
-    constexpr std::string_view pieces[] = {"\"", "\\", "\n",     "[",        "]",       "=",           "@",
-                                           ":",  ",",  "hex(1)", "-",        "HKLM\\a", "41",          ";",
-                                           " ",  "\r", "\xff",   "\0 dword", "WOW6432", "\xd8\x00\xff"};
-    for (int round = 0; round < 2000; ++round) {
-        std::string bytes = kHead;
-        for (int i = 0; i < 40; ++i) bytes += pieces[random() % std::size(pieces)];
-        RegistryFile(bytes).subkeys(u"");
-    }
+    const std::string pieces[] = {"\"", "\\", "\n", "[", "]", "=", "@", ":", ",", "hex(1)", "-", "HKLM\\a",
+                                  "41", ";", " ", "\r", "\xff", "dword", "WOW6432", "\xd8\x01\xff"};
+    Random random;
+    for (int round = 0; round < 2000; ++round) RegistryFile(kHead + random.text<std::string>(pieces, 80)).subkeys(u"");
     for (std::size_t length = 0; length <= kHead.size(); ++length) RegistryFile(kHead.substr(0, length));
 }
 

@@ -13,13 +13,10 @@ namespace {
 
 constexpr char16_t kFile[] = u"C:\\sample.kvp";
 
-class PropertyFiles : public testing::Test {
+class PropertyFiles : public PropertyTest {
 protected:
     std::string bytes() { return services.files.get(kFile).value_or("(no file)"); }
     void put(std::string_view content) { services.files.set(kFile, content); }
-
-    platform::MemoryServices services;
-    PropertiesRef collection = newProperties(services);
 };
 
 TEST_F(PropertyFiles, HoldTheTextForm) {
@@ -29,9 +26,15 @@ TEST_F(PropertyFiles, HoldTheTextForm) {
     EXPECT_EQ(bytes(), "Name=\"caf\xe9 \x80\":Quote=~CE\"\xb5\xb5:\":");
     EXPECT_TRUE(collection->SaveToFile(kFile));
     EXPECT_EQ(bytes(), "Name=\"caf\xe9 \x80\":Quote=~64\"Ijo=\":");
+    put("a=1&:\xef=2&:");
+    EXPECT_TRUE(collection->LoadFromFile(kFile));  // in the place of what the collection held
+    EXPECT_EQ(describe(*collection), toUtf8(u"a=Long 1 | \u00ef=Long 2"));
     collection->RemoveAll();
     EXPECT_TRUE(collection->SaveFile(kFile));
     EXPECT_EQ(bytes(), "");
+    collection->AddLng(u"old", 1);
+    EXPECT_TRUE(collection->LoadFromFile(kFile));
+    EXPECT_EQ(collection->Count(), 0);
 }
 
 TEST_F(PropertyFiles, LoseNoCharacter) {
@@ -49,34 +52,19 @@ TEST_F(PropertyFiles, LoseNoCharacter) {
     }
 }
 
-TEST_F(PropertyFiles, ThatCannotBeReadChangeNothing) {
+TEST_F(PropertyFiles, ThatCannotBeReadOrWrittenChangeNothing) {
     collection->AddLng(u"kept", 1);
     EXPECT_FALSE(collection->LoadFromFile(kFile));
     EXPECT_FALSE(collection->LoadFromFile(u""));
-    put("a=1&:");
+    put("old=1&:");
     services.files.failReading(kFile);
     EXPECT_FALSE(collection->LoadFromFile(kFile));
     EXPECT_FALSE(collection->LoadFromFile(kFile, u"pass"));
     EXPECT_EQ(describe(*collection), "kept=Long 1");
-}
-
-TEST_F(PropertyFiles, ThatCannotBeWrittenStayAsTheyWere) {
-    put("old");
-    collection->AddLng(u"new", 1);
     services.files.failWriting(kFile);
     EXPECT_FALSE(collection->SaveFile(kFile));
     EXPECT_FALSE(collection->SaveToFile(kFile));
-    EXPECT_EQ(bytes(), "old");
-}
-
-TEST_F(PropertyFiles, ReplaceWhatTheCollectionHeld) {
-    put("a=1&:\xef=2&:");
-    collection->AddLng(u"old", 1);
-    EXPECT_TRUE(collection->LoadFromFile(kFile));
-    EXPECT_EQ(describe(*collection), toUtf8(u"a=Long 1 | \u00ef=Long 2"));
-    put("");
-    EXPECT_TRUE(collection->LoadFromFile(kFile));
-    EXPECT_EQ(collection->Count(), 0);
+    EXPECT_EQ(bytes(), "old=1&:");
 }
 
 // Every complete entry of a file that ends too early is there.
