@@ -113,8 +113,8 @@ TEST(RegistryFile, SurvivesEnormousAndBrokenInput) {
     EXPECT_FALSE(RegistryFile(unclosed).warnings().empty());
     EXPECT_EQ(RegistryFile(continued).value(u"SOFTWARE\\K", u""), std::u16string(50000, u'A'));
 
-    const std::string pieces[] = {"\"", "\\", "\n", "[", "]", "=", "@", ":", ",", "hex(1)", "-", "HKLM\\a",
-                                  "41", ";", " ", "\r", "\xff", "dword", "WOW6432", "\xd8\x01\xff"};
+    const std::string pieces[] = {"\"", "\\",      "\n", "[", "]", "=",  "@",    ":",     ",",       "hex(1)",
+                                  "-",  "HKLM\\a", "41", ";", " ", "\r", "\xff", "dword", "WOW6432", "\xd8\x01\xff"};
     Random random;
     for (int round = 0; round < 2000; ++round) RegistryFile(kHead + random.text<std::string>(pieces, 80)).subkeys(u"");
     for (std::size_t length = 0; length <= kHead.size(); ++length) RegistryFile(kHead.substr(0, length));
