@@ -46,6 +46,21 @@ bool fitIntoRtf(platform::Services& services, bool protect, std::u16string& valu
     return isRtf;
 }
 
+std::optional<EvaluationLimit> fitAndCount(platform::Services& services, bool protect, std::u16string& value) {
+    EvaluationRun& run = EvaluationRun::current();
+    const std::size_t left = run.charactersLeft();
+    std::size_t length = value.size();
+    // Looked at again only where the escapes could be what goes beyond the limit.
+    if (protect && length > left / 3) length = protectedRTFLength(value);
+    if (length <= left) {
+        fitIntoRtf(services, protect, value);
+        length = value.size();
+    }
+    const std::optional<EvaluationLimit> limit = run.countCharacters(length);
+    if (limit) std::u16string().swap(value);
+    return limit;
+}
+
 ContextRef protectedContext(const ContextRef& context) {
     if (context->protectRtf) return context;
     auto changed = std::make_shared<TagContext>(*context);
@@ -227,10 +242,8 @@ void Evaluation::makeValue(std::size_t index, std::u16string& value) {
     if (!BuiltInCommands::appendProperty(tags_.rawName(index), *tags_.context(), value)) {
         value = BuiltInCommands(tags_.services(), tags_.context()).run(tags_.storedName(index));
     }
-    fitIntoRtf(tags_.services(), tags_.context()->protectRtf, value);
-    if (const auto limit = EvaluationRun::current().countCharacters(value.size())) {
+    if (const auto limit = fitAndCount(tags_.services(), tags_.context()->protectRtf, value)) {
         reportLimit(tags_.services(), *tags_.context(), *limit, kBuiltInHandler, tags_.rawName(index));
-        value = {};
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -85,6 +86,10 @@ std::u16string evaluateText(platform::Services& services, const ContextRef& cont
 // Escapes and brackets tables for a text that is to stand in RTF; true when the text is itself a
 // complete RTF document.
 bool fitIntoRtf(platform::Services& services, bool protect, std::u16string& value);
+
+// Fits a tag's new value into RTF where `protect` asks for it, and counts its characters. The limit
+// that they go beyond, if they do: the value is empty then, and no memory was taken for its escapes.
+std::optional<EvaluationLimit> fitAndCount(platform::Services& services, bool protect, std::u16string& value);
 
 // Writes the limit's one entry of this run.
 void reportLimit(platform::Services& services, const TagContext& context, EvaluationLimit limit,

@@ -34,6 +34,10 @@ public:
     // many levels every dispatch is refused until the run is back in the outermost text, so that
     // texts which contain themselves several times end at once.
     std::optional<EvaluationLimit> countDispatch() noexcept;
+    // How many more characters the limit allows.
+    std::size_t charactersLeft() const noexcept {
+        return characters_ < kMaximumCharacters ? static_cast<std::size_t>(kMaximumCharacters - characters_) : 0;
+    }
     // Counts characters. Once they exceed the limit every dispatch is refused: a huge text would
     // otherwise be made over and over.
     std::optional<EvaluationLimit> countCharacters(std::size_t count) noexcept;

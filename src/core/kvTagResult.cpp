@@ -160,11 +160,9 @@ void kvTag::answerWithoutHandler(const HandlerAddress& address, std::u16string_v
 }
 
 void kvTag::takeAnswer(std::u16string value) {
-    const bool isRtf = fitIntoRtf(services_, ProtectRTF(), value);
-    if (isRtf) ProtectRTF(true);
-    if (const auto limit = EvaluationRun::current().countCharacters(value.size())) {
+    if (value.starts_with(kRtfStart)) ProtectRTF(true);
+    if (const auto limit = fitAndCount(services_, ProtectRTF(), value)) {
         reportLimit(services_, *sharedContext(), *limit, HandlerName(), name_);
-        value.clear();
     }
     value_ = std::make_shared<const std::u16string>(std::move(value));
     BuildTagCollection();

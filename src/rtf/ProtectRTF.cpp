@@ -26,10 +26,13 @@ bool isDocument(std::u16string_view text) {
 
 }  // namespace
 
+std::size_t protectedRTFLength(std::u16string_view psValue) noexcept {
+    return psValue.size() + (isDocument(psValue) ? 0 : growth(psValue));
+}
+
 void ProtectRTFCode(std::u16string& psValue) {
-    if (isDocument(psValue)) return;
     std::size_t from = psValue.size();
-    psValue.resize(from + growth(psValue));
+    psValue.resize(protectedRTFLength(psValue));
     // From the back: what is read lies in front of what is written until nothing is left to escape.
     for (std::size_t to = psValue.size(); to != from;) {
         const char16_t unit = psValue[--from];

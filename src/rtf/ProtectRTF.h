@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -13,6 +14,9 @@ class privStrCat;
 // one without anything to escape costs a single look at it. Raises std::bad_alloc or
 // std::length_error only, and then leaves the text as it was.
 void ProtectRTFCode(std::u16string& psValue);
+
+// The length that ProtectRTFCode would give the text. It never exceeds three times the text's own.
+std::size_t protectedRTFLength(std::u16string_view psValue) noexcept;
 
 // Appends psValue to poTarget in the form that ProtectRTFCode gives it.
 void appendProtectedRTF(privStrCat& poTarget, std::u16string_view psValue);
