@@ -1,7 +1,6 @@
 #include "rtf/MergePageBreaks.h"
 
 #include <algorithm>
-#include <limits>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -11,6 +10,7 @@
 #include "rtf/PageSetup.h"
 #include "rtf/RtfScanner.h"
 #include "rtf/TextEdits.h"
+#include "rtf/WholeNumber.h"
 #include "text/Compare.h"
 
 namespace velmor {
@@ -23,19 +23,6 @@ constexpr std::size_t nowhere = std::u16string_view::npos;
 std::size_t findMarker(std::u16string_view text, std::size_t from) noexcept {
     while ((from = findText(text, marker, from, Comparison::binary)) != nowhere && isEscaped(text, from)) ++from;
     return from;
-}
-
-std::int32_t wholeNumber(std::u16string_view digits) noexcept {
-    const bool negative = digits.substr(0, 1) == u"-";
-    if (negative) digits.remove_prefix(1);
-    constexpr std::int64_t limit = std::numeric_limits<std::int32_t>::max();
-    std::int64_t value = 0;
-    for (const char16_t digit : digits) {
-        if (digit < u'0' || digit > u'9') return 0;
-        value = value * 10 + (digit - u'0');
-        if (value > limit + negative) return 0;
-    }
-    return static_cast<std::int32_t>(negative ? -value : value);
 }
 
 // What one of the joined documents says about its pages. Places are those where each word stands first.
@@ -91,7 +78,7 @@ public:
 private:
     static std::int32_t valueAt(std::u16string_view text, std::size_t index, std::u16string_view word) {
         std::u16string_view number;
-        return numberTextAt(text, index + word.size(), number) ? wholeNumber(number) : 0;
+        return numberTextAt(text, index + word.size(), number) ? wholeNumber(number).value_or(0) : 0;
     }
 
     std::int32_t documentValue(std::size_t i) const {

@@ -1,9 +1,9 @@
 #include "rtf/Module1.h"
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
+#include "rtf/WholeNumber.h"
 #include "text/privStrCat.h"
 
 namespace velmor::Module1 {
@@ -98,23 +98,10 @@ bool beginsWord(const Units& units, std::size_t index) {
     return units[index] == u'\\' && (index - begin) % 2 == 0;
 }
 
-std::int32_t parseNumber(std::u16string_view digits) {
-    const bool negative = digits.substr(0, 1) == u"-";
-    if (negative) digits.remove_prefix(1);
-    const std::int64_t limit = std::numeric_limits<std::int32_t>::max() + std::int64_t{negative};
-    std::int64_t value = 0;
-    for (const char16_t digit : digits) {
-        if (digit < u'0' || digit > u'9') return 0;
-        value = value * 10 + (digit - u'0');
-        if (value > limit) return 0;
-    }
-    return static_cast<std::int32_t>(negative ? -value : value);
-}
-
 std::int32_t numberBehind(std::u16string_view text, std::size_t word, std::size_t length) {
     const std::size_t end = text.find_first_of(u"\r\\{} ", word + 1);
     const std::size_t begin = word + length;
-    return end == nowhere || end < begin ? 0 : parseNumber(text.substr(begin, end - begin));
+    return end == nowhere || end < begin ? 0 : wholeNumber(text.substr(begin, end - begin)).value_or(0);
 }
 
 void overwrite(privStrCat& text, std::int32_t position, std::size_t length, std::u16string_view replacement) {
