@@ -15,6 +15,30 @@ bool isDigit(char16_t unit) noexcept {
     return unit >= u'0' && unit <= u'9';
 }
 
+// Where a changed text is written: in front of what is still to be read, in the same text.
+class InPlace {
+public:
+    explicit InPlace(char16_t* start) noexcept : start_(start), end_(start) {}
+
+    std::u16string_view written() const noexcept { return {start_, static_cast<std::size_t>(end_ - start_)}; }
+    void put(std::u16string_view text) noexcept { end_ = Traits::move(end_, text.data(), text.size()) + text.size(); }
+
+private:
+    char16_t* start_;
+    char16_t* end_;
+};
+
+class Appended {
+public:
+    explicit Appended(std::u16string& text) noexcept : text_(text) {}
+
+    std::u16string_view written() const noexcept { return text_; }
+    void put(std::u16string_view text) { text_.append(text); }
+
+private:
+    std::u16string& text_;
+};
+
 }  // namespace
 
 bool wordTakesIn(std::u16string_view text, char16_t next) noexcept {
@@ -45,26 +69,23 @@ TextEdits::Growth TextEdits::growth(std::size_t length) const noexcept {
     return result;
 }
 
-// Writes the changed text and returns its end. `from` may lie behind `target` in the same text, by as
-// much as writing comes to be ahead.
-char16_t* TextEdits::write(std::u16string_view from, char16_t* target) const noexcept {
-    const char16_t* const start = target;
+template <typename Target>
+void TextEdits::write(std::u16string_view from, Target& target) const {
     std::size_t at = 0;
     bool apart = false;
     const auto writeRest = [&](std::size_t end) {
         if (at == end) return;
-        if (apart && wordTakesIn({start, static_cast<std::size_t>(target - start)}, from[at])) *target++ = u' ';
+        if (apart && wordTakesIn(target.written(), from[at])) target.put(u" ");
         apart = false;
-        target = Traits::move(target, from.data() + at, end - at) + (end - at);
+        target.put(from.substr(at, end - at));
     };
     for (const Edit& edit : edits_) {
         writeRest(edit.begin);
-        if (edit.length != 0) target = Traits::copy(target, edit.text, edit.length) + edit.length;
+        if (edit.length != 0) target.put({edit.text, edit.length});
         if (edit.seam != Seam::plain || edit.length != 0) apart = edit.seam == Seam::apart;
         at = edit.end;
     }
     writeRest(from.size());
-    return target;
 }
 
 void TextEdits::apply(std::u16string& text) {
@@ -77,11 +98,14 @@ void TextEdits::apply(std::u16string& text) {
             text.resize(length + growth.lead);
             Traits::move(text.data() + growth.lead, text.data(), length);
         }
-        const char16_t* const end = write({text.data() + growth.lead, length}, text.data());
-        text.resize(static_cast<std::size_t>(end - text.data()));
+        InPlace target(text.data());
+        write({text.data() + growth.lead, length}, target);
+        text.resize(target.written().size());
     } else {
-        std::u16string changed(growth.length, u'\0');
-        changed.resize(static_cast<std::size_t>(write(text, changed.data()) - changed.data()));
+        std::u16string changed;
+        changed.reserve(growth.length);
+        Appended target(changed);
+        write(text, target);
         text = std::move(changed);
     }
     edits_.clear();

@@ -93,7 +93,8 @@ private:
     };
 
     Growth growth(std::size_t length) const noexcept;
-    char16_t* write(std::u16string_view from, char16_t* target) const noexcept;
+    template <typename Target>
+    void write(std::u16string_view from, Target& target) const;
 
     std::vector<Edit> edits_;
     std::deque<std::u16string> kept_;
