@@ -235,7 +235,7 @@ void HeaderSections::group(HeaderName name, std::u16string_view text, const Flow
 void HeaderSections::keepHostGroup(HeaderName name, std::u16string_view text, const FlowPlace& place) {
     placePending({place.text, place.begin, place.begin, place.body, place.inTable});
     lastPage_.reset();
-    current_[name.kind].firstIsMain = false;
+    if (name.pages != HeaderPages::left) current_[name.kind].firstIsMain = false;
     const HeaderPages pages = std::max(name.pages, HeaderPages::right);  // the right ones are all, or all but left ones
     std::u16string_view& given = section_.given[name.kind][static_cast<std::size_t>(pages)];
     if (given.empty()) given = text;

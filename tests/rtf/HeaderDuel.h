@@ -22,7 +22,7 @@ public:
             const auto sections = PageView::of(document);
             alone.insert(alone.end(), sections.begin(), sections.end());
             if (text.empty()) {
-                text = document.substr(0, document.size() - 1);
+                text = choose_(4) == 0 ? u"{\\rtf1" + document : document.substr(0, document.size() - 1);
             } else {
                 text += std::u16string(Module1::mergePageBreakMarker) + document;
             }

@@ -96,6 +96,24 @@ public:
         }
     }
 
+    void removeGeneratorSectionWords() {
+        const std::u16string opening = u"{\\*\\generator Korvane RTF Control";
+        const std::size_t before = text.size();
+        for (std::size_t at = 0; (at = text.find(opening, at)) != none; ++at) {
+            const std::size_t end = text.find(u'}', at);
+            if (end == none || end + 1 - at >= 70) continue;
+            const std::size_t run = behindWhite(end + 1);
+            while (beginsSectionWord(run) && std::min(text.find_first_of(u"\\{}", run + 1), text.size()) - run <= 15) {
+                std::size_t behind = run + 1;
+                while (behind < text.size() && letter(text[behind])) ++behind;
+                behind += text[behind] == u'-';
+                while (behind < text.size() && digit(text[behind])) ++behind;
+                text.erase(run, behindWhite(behind) - run);
+            }
+        }
+        if (text.size() != before) text.resize(text.find_last_not_of(u' ') + 1);
+    }
+
     void removeBackground() {
         for (;;) {
             const std::size_t at = find(text, u"{\\*\\background", 0, true);
@@ -151,6 +169,19 @@ public:
     static constexpr std::u16string_view seams = u"\ue000\ue001";
 
 private:
+    std::size_t behindWhite(std::size_t at) const {
+        return std::min(text.find_first_not_of(u" \r\n", at), text.size());
+    }
+
+    bool beginsSectionWord(std::size_t at) const {
+        for (const char16_t* word :
+             {u"\\box", u"\\marg", u"\\brdr", u"\\brsp", u"\\cols", u"\\colw", u"\\pgbrd", u"\\colno", u"\\pgwsxn",
+              u"\\pghsxn", u"\\gutter", u"\\headery", u"\\footery", u"\\titlepg", u"\\lndscpsxn", u"\\linebetcol"}) {
+            if (text.compare(at, std::u16string(word).size(), word) == 0) return true;
+        }
+        return false;
+    }
+
     static bool letter(char16_t unit) { return (unit | 32) >= u'a' && (unit | 32) <= u'z'; }
     static bool digit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 

@@ -1,12 +1,29 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <map>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "PageView.h"
+#include "rtf/EmbeddedDocuments.h"
+#include "rtf/HeadersFooters.h"
+#include "rtf/UnwrapNestedDocuments.h"
 
 namespace velmor::test {
+
+// The text as the stage leaves it, with its documents in their places and unwrapped.
+inline std::u16string withHeadersApplied(std::u16string text, const CleanOptions& options) {
+    TableCollection tables(u'\uFDD0');
+    Module1::ExtractEmbeddedDocuments(text, tables, options);
+    Module1::ApplyHeadersFooters(text, tables, options);
+    tables.expand(text);
+    Module1::UnwrapNestedDocuments(text, options);
+    return text;
+}
 
 // A host with documents and markers for headers and footers in it, made up from `choose(n)`, a number
 // below n: its text, and said plainly what its sections are to be once the headers are where they belong.
@@ -265,12 +282,12 @@ private:
             const bool wanted = wanted_.count(kind) != 0;
             const bool isNew = taken[kind].any || (breaks_ && wanted && !taken[kind].byHost);
             Slots given = std::exchange(hosts_[kind], {});
-            const bool first = given[3].has_value(), any = given != Slots();
+            const bool first = given[3].has_value();
             if (isNew) {
                 given = newGroups(kind, taken[kind]);
             } else {
                 if (mainOf(given)) main_[kind] = *mainOf(given);
-                if (any) firstIsMain_[kind] = false;
+                if (first || mainOf(given)) firstIsMain_[kind] = false;
                 const bool showsMain = !wanted_.empty() && words_.title && (breaks_ || !hadTitle);
                 if (showsMain && !first && !firstIsMain_[kind]) {
                     given[3] = main_[kind];

@@ -1,0 +1,38 @@
+// Headers and footers of embedded and of joined documents, held against what a reader of each document
+// sees.
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+
+#include "rtf/EmbeddedDocuments.h"
+#include "rtf/HeaderDuel.h"
+#include "rtf/HeadersFooters.h"
+#include "rtf/LiteralHeaders.h"
+
+namespace {
+
+using namespace velmor;
+
+void require(bool same, const char* what, const std::u16string& text) {
+    if (same) return;
+    std::fprintf(stderr, "%s differ: %s\n", what, toUtf8(text).c_str());
+    std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size < 1) return 0;
+    std::size_t at = 1;
+    const auto choose = [&](unsigned count) { return at < size ? data[at++] % count : 0; };
+    CleanOptions options;
+    options.tolerant = (data[0] & 1) != 0;
+    const test::JoinedDuel duel(choose, options.tolerant);
+    require(duel.same(), "joined headers", duel.before);
+    at = 1;
+    const test::LiteralHeaders literal(choose, options.tolerant);
+    const auto sections = test::PageView::of(test::withHeadersApplied(literal.text, options));
+    require(sections == literal.sections, "headers", literal.text);
+    return 0;
+}
