@@ -25,6 +25,9 @@ constexpr std::u16string_view shownWords[] = {
     u"bullet",  u"emdash",  u"endash", u"lquote", u"rquote", u"emspace",  u"ldblquote", u"rdblquote",
     u"enspace", u"qmspace", u"chpgn",  u"chdate", u"chtime", u"sectnum",  u"chdpl",     u"chdpa"};
 
+constexpr std::u16string_view paragraphBorders[] = {u"brdrt", u"brdrb", u"brdrl", u"brdrr", u"brdrbtw", u"brdrbar"};
+constexpr int longestLine = 12;
+
 // The words that matter wherever they stand, by their first two letters.
 bool mayMatter(char16_t first, char16_t second) noexcept {
     switch (first) {
@@ -38,7 +41,7 @@ bool mayMatter(char16_t first, char16_t second) noexcept {
             return second == u'e';
         case u'i':  // \intbl
             return second == u'n';
-        case u'p':  // \page, \par, \pard, \pgbrdrhead, \pgbrdrfoot
+        case u'p':  // \page, \par, \pard, \pgbrdrhead, \pgbrdrt
             return second == u'a' || second == u'g';
         case u'r':  // \row
             return second == u'o';
@@ -224,6 +227,7 @@ void DocumentFlow::take(const ControlWord& word, std::size_t behind) {
         case u'p':
             if (is(u"pgbrdrhead")) return sections_.border(HeaderKind::header, place(word.begin, behind));
             if (is(u"pgbrdrfoot")) return sections_.border(HeaderKind::footer, place(word.begin, behind));
+            if (word.letters.starts_with(u"pgbrdr")) return takeFrame(word);
             break;
         case u't':
             if (is(u"titlepg")) return sections_.titlePage(place(word.begin, behind));
@@ -232,6 +236,25 @@ void DocumentFlow::take(const ControlWord& word, std::size_t behind) {
             break;
     }
     if (levels_.back().body) takeBodyWord(word, behind);
+}
+
+// With the words that describe its line; no border of a paragraph is among them.
+void DocumentFlow::takeFrame(const ControlWord& word) {
+    const auto known = std::find(frameWords.begin(), frameWords.end(), word.letters);
+    if (known == frameWords.end()) return;
+    Reading& reading = readings_.back();
+    std::size_t end = word.end;
+    for (int words = 0; words < longestLine; ++words) {
+        const std::size_t next = skipWhiteSpace(reading.text, end);
+        if (!standsAt(reading.text, next, u"\\br")) break;
+        const ControlWord line = readWord(reading.text, next);
+        const bool describes = line.letters == u"brsp" || line.letters.starts_with(u"brdr");
+        if (!describes || isAmong(paragraphBorders, line.letters)) break;
+        end = line.end;
+    }
+    reading.at = end + standsAt(reading.text, end, u" ");
+    const auto index = static_cast<std::size_t>(known - frameWords.begin());
+    sections_.frame(index, reading.text.substr(word.begin, end - word.begin), place(word.begin, reading.at));
 }
 
 void DocumentFlow::takeBodyWord(const ControlWord& word, std::size_t behind) {

@@ -56,6 +56,7 @@ private:
     void closeGroup();
     void readBackslash();
     void take(const ControlWord& word, std::size_t behind);
+    void takeFrame(const ControlWord& word);
     void takeBodyWord(const ControlWord& word, std::size_t behind);
 
     bool inTable() const noexcept { return rowIsOpen_ || readings_.back().inTable || levels_.back().inTable; }

@@ -9,6 +9,7 @@ namespace {
 void appendWords(std::u16string& text, const HeaderWords& words) {
     for (const HeaderKind kind : headerKinds) text += words.distance[kind];
     if (words.title) text += u"\\titlepg";
+    for (const std::u16string_view side : words.frame) text += side;
     if (words.border[HeaderKind::header]) text += u"\\pgbrdrhead";
     if (words.border[HeaderKind::footer]) text += u"\\pgbrdrfoot";
 }
@@ -209,6 +210,10 @@ void HeaderSections::border(HeaderKind kind, const FlowPlace& place) {
     setWord(place, [&](HeaderWords& words) { words.border[kind] = true; });
 }
 
+void HeaderSections::frame(std::size_t index, std::u16string_view word, const FlowPlace& place) {
+    setWord(place, [&](HeaderWords& words) { words.frame[index] = word; });
+}
+
 void HeaderSections::titlePage(const FlowPlace& place) {
     setWord(place, [](HeaderWords& words) { words.title = true; });
 }
@@ -280,6 +285,9 @@ void HeaderSections::add(const HeaderWords& carried, const HeaderWords& said, He
         if (brings) words.distance[kind] = carried.distance[kind];
         words.border[kind] = words.border[kind] || carried.border[kind];
     }
+    for (std::size_t i = 0; i < frameWords.size(); ++i) {
+        if (!carried.frame[i].empty() && said.frame[i].empty()) words.frame[i] = carried.frame[i];
+    }
     words.title = words.title || carried.title;
 }
 
@@ -291,7 +299,10 @@ HeaderWords HeaderSections::carry(const Start& start) {
         if (!groups.taken()) continue;
         carried.distance[kind] = groups.words.distance[kind];
         carried.border[kind] = groups.words.border[kind];
-        carried.title = carried.title || groups.words.title;
+        HeaderWords shared;
+        shared.frame = groups.words.frame;
+        shared.title = groups.words.title;
+        add(shared, {}, carried);
     }
     add(carried, section_.said, section_.words);
     // Their braces will restore it.

@@ -52,6 +52,8 @@ public:
     void sectionDefaults(const FlowPlace& place);
     void distance(HeaderKind kind, std::u16string_view word, const FlowPlace& place);
     void border(HeaderKind kind, const FlowPlace& place);
+    // `word` is one of the frame's, with its line.
+    void frame(std::size_t index, std::u16string_view word, const FlowPlace& place);
     void titlePage(const FlowPlace& place);
     void facingPages(const FlowPlace& place);
     // A header or footer group that has its end.

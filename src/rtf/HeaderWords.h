@@ -52,11 +52,16 @@ struct PerKind {
     const Value& operator[](HeaderKind kind) const noexcept { return values[static_cast<std::size_t>(kind)]; }
 };
 
+// The words that frame a section's pages: \pgbrdrt and its partners, each with what describes its line.
+inline constexpr std::array<std::u16string_view, 6> frameWords = {u"pgbrdrt", u"pgbrdrb",   u"pgbrdrl",
+                                                                  u"pgbrdrr", u"pgbrdropt", u"pgbrdrsnap"};
+
 // The words with which a section says how it shows headers and footers.
 struct HeaderWords {
     PerKind<std::u16string_view> distance;  // \headery, \footery, with their numbers
     PerKind<bool> border;                   // \pgbrdrhead, \pgbrdrfoot
-    bool title = false;                     // \titlepg: the first page has its own
+    std::array<std::u16string_view, frameWords.size()> frame{};
+    bool title = false;  // \titlepg: the first page has its own
 
     bool operator==(const HeaderWords&) const = default;
 };

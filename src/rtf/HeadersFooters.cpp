@@ -38,7 +38,7 @@ bool holdsSectionWord(std::u16string_view text) noexcept {
                 if (wordStandsAt(text, at, u"\\footery") || wordStandsAt(text, at, u"\\facingp")) return true;
                 break;
             case u'p':
-                if (wordStandsAt(text, at, u"\\pgbrdrhead") || wordStandsAt(text, at, u"\\pgbrdrfoot")) return true;
+                if (standsAt(text, at, u"\\pgbrdr")) return true;
                 break;
             default:
                 break;

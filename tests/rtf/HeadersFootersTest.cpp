@@ -46,6 +46,9 @@ const Case leaks[] = {
      u"{\\rtf1{\\rtf1{\\headers x}{}{\\*\\header x}b}}"},
     {"words", u"{\\rtf1{\\rtf1\\facingp\\sectd\\headery1 \\footery2\\titlepg\\pgbrdrhead\\pgbrdrfoot x}}",
      u"{\\rtf1{\\rtf1\\sectd x}}"},
+    {"page borders",
+     u"{\\rtf1\\pgbrdrt\\brdrs\\brdrw5 {\\rtf1\\sectd\\pgbrdrl\\brdrs\\brsp9 \\pgbrdropt8\\brdrb\\brdrs x}}",
+     u"{\\rtf1\\pgbrdrt\\brdrs\\brdrw5 {\\rtf1\\sectd\\pgbrdrt\\brdrs\\brdrw5\\brdrb\\brdrs x}}"},
     {"the host's header with a document in it", u"{\\rtf1{\\header{\\rtf1{\\header x}{\\footer y}logo}}a}",
      u"{\\rtf1{\\header{\\rtf1logo}}a}"},
     {"the host's words return behind \\sectd",
@@ -60,9 +63,9 @@ const Case markers[] = {
     {"groups of the next document", u"{\\rtf1{\\header h}a\\par" H u"{\\rtf1{\\header n}{\\footer m}b}c}",
      u"{\\rtf1{\\header h}a\\par" NEW u"{\\header n}{\\rtf1b}c}"},
     {"distances and borders",
-     u"{\\rtf1\\sectd a" H u"{\\rtf1\\sectd\\headery5\\footery6\\pgbrdrhead\\pgbrdrfoot"
+     u"{\\rtf1\\sectd a" H u"{\\rtf1\\sectd\\headery5\\footery6\\pgbrdrhead\\pgbrdrfoot\\pgbrdrt\\brdrs"
      u"{\\header n}b}}",
-     u"{\\rtf1\\sectd a" NEW u"\\headery5\\pgbrdrhead{\\header n}{\\rtf1b}}"},
+     u"{\\rtf1\\sectd a" NEW u"\\headery5\\pgbrdrt\\brdrs\\pgbrdrhead{\\header n}{\\rtf1b}}"},
     {"the section begins without text", u"{\\rtf1{\\header h}{\\footer f}\\pard " H u"{\\rtf1\\headery5{\\header n}b}}",
      u"{\\rtf1{\\footer f}\\pard {\\header n}\\headery5{\\rtf1b}}"},
     {"behind a page break", u"{\\rtf1 a\\page \\par\\pard" H u"{\\rtf1{\\header n}}b}",
