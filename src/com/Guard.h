@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "com/Failure.h"
 #include "com/Give.h"
 #include "platform/win32/Windows.h"
 
@@ -35,9 +36,11 @@ void clear(Out& place) noexcept {
 
 template <class Out, class Body>
 HRESULT guard(Out* pResult, Body&& body) noexcept {
-    if (!pResult) return E_POINTER;
-    clear(*pResult);
-    return guard([&] { give(*pResult, std::forward<Body>(body)()); });
+    return guard([&] {
+        check(pResult ? S_OK : E_POINTER);
+        clear(*pResult);
+        give(*pResult, std::forward<Body>(body)());
+    });
 }
 
 // Gives a by-reference text its new value.

@@ -156,9 +156,8 @@ std::wstring resultOf(const ComPtr<_kvTag>& tag, const wchar_t* value) {
 }
 
 bool same(IUnknown* left, IUnknown* right) {
-    const auto first = ComPtr<IUnknown>(left).as<IUnknown>(IID_IUnknown);
-    const auto second = ComPtr<IUnknown>(right).as<IUnknown>(IID_IUnknown);
-    return first.get() == second.get();
+    const auto identityOf = [](IUnknown* object) { return ComPtr<IUnknown>(object).as<IUnknown>(IID_IUnknown); };
+    return identityOf(left).get() == identityOf(right).get();
 }
 
 ULONG references(IUnknown* object) {

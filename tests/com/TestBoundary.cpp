@@ -71,7 +71,7 @@ TEST_F(Boundary, ErrorsCarryNumberAndText) {
     EXPECT_EQ(recorded(), L"Overflow");
     // A failure without a text leaves no other one's record behind.
     EXPECT_EQ(list->get_SizeStored(&size), overflow);
-    EXPECT_EQ(tag->ProtectRTFCode(nullptr), E_POINTER);
+    EXPECT_EQ(tag->get_Result(nullptr), E_POINTER);
     EXPECT_EQ(recorded(), L"");
     const auto support = list.as<ISupportErrorInfo>(IID_ISupportErrorInfo);
     ASSERT_TRUE(support);

@@ -19,7 +19,7 @@ ObjectRef makeEcho();            // answers with its own tag
 ObjectRef makeDigging();         // evaluates its own tag once more, "+" before what that gives
 
 // A host's objects. Each notes what is done to it.
-ObjectRef makeCollection();   // the members of a property collection that a tag needs
+ObjectRef makeCollection();   // the members of a property collection that a tag needs, and no others
 ObjectRef makeDatabase();     // a kvDatabase: hands out items, defines the class "Account", takes events
 ObjectRef makeAccount();      // opens with every identifier but 13, and makes 7 of 8
 ObjectRef makeItem();         // a kvObjectItem of account 17

@@ -1,10 +1,10 @@
 #include <cstdint>
 #include <memory>
-#include <vector>
 
 #include "Classes.h"
 #include "automation/Convert.h"
-#include "text/Compare.h"
+#include "platform/SystemServices.h"
+#include "properties/privProperties.h"
 #include "text/Error.h"
 
 namespace testhandlers {
@@ -18,15 +18,9 @@ std::u16string textOf(const Variant& value) {
     return toText(value).value_or(u"?");
 }
 
-std::shared_ptr<HostObject> named(const std::u16string& name, const Variant& first) {
-    const auto value = std::make_shared<Variant>(first);
-    const auto made = std::make_shared<HostObject>(u"HostItem");
-    for (const auto* member : {u"", u"Value"}) {
-        made->with(member, [value](Arguments) { return *value; });
-        made->taking(member, [value](Arguments args) { return *value = args.back(), Variant(); });
-    }
-    made->with(u"Name", Variant(name));
-    return made;
+// With the name and a value.
+ObjectRef makeNamed(const std::u16string& name, const Variant& value) {
+    return std::make_shared<velmor::privProperties>(velmor::platform::systemServices())->Add(name, value);
 }
 
 // What every member of the bad objects answers.
@@ -44,32 +38,14 @@ Variant answerBadly(Arguments) {
 }  // namespace
 
 ObjectRef makeCollection() {
-    using Items = std::vector<std::pair<std::u16string, std::shared_ptr<HostObject>>>;
-    const auto items = std::make_shared<Items>();
-    const auto find = [items](const Variant& name) -> ObjectRef {
-        for (const auto& [known, item] : *items) {
-            if (velmor::equalIgnoringCase(known, textOf(name))) return item;
-        }
-        return nullptr;
-    };
+    const auto kept = std::make_shared<velmor::privProperties>(velmor::platform::systemServices());
     const auto made = std::make_shared<HostObject>(u"HostCollection");
-    made->with(u"Add", [items, find](Arguments args) -> Variant {
-        const std::u16string name = textOf(args[0]);
-        note(u"Add " + name);
-        const ObjectRef known = args.size() > 2 && toBoolean(args[2]).value_or(false) ? find(args[0]) : nullptr;
-        if (!known) return items->emplace_back(name, named(name, args[1])).second;
-        known->invoke(u"Value", InvokeKind::let, args.subspan(1, 1));
-        return known;
-    });
-    for (const auto* member : {u"", u"Item"}) {
-        made->with(member, [find](Arguments args) { return Variant(find(args[0])); });
+    for (const std::u16string name : {u"", u"Item", u"Count", u"Add", u"GetValue", u"Dispose"}) {
+        made->with(name, [name, kept](Arguments args) {
+            if (name == u"Add" || name == u"Dispose") note(name);
+            return kept->invoke(name, InvokeKind::method, args);
+        });
     }
-    made->with(u"Count", [items](Arguments) { return Variant(static_cast<std::int32_t>(items->size())); });
-    made->with(u"GetValue", [find](Arguments args) {
-        const ObjectRef item = find(args[0]);
-        return item ? item->invoke(u"Value", InvokeKind::get, {}) : args[1];
-    });
-    made->with(u"Dispose", [](Arguments) { return note(u"Dispose collection"), Variant(); });
     return made;
 }
 
@@ -78,7 +54,7 @@ ObjectRef makeDatabase() {
     made->with(u"Name", Variant(u"host database"));
     made->with(u"GetObjectItem", [](Arguments args) -> Variant {
         note(u"item " + textOf(args[0]) + u" " + textOf(args[1]));
-        return named(textOf(args[0]), args[1]);
+        return makeNamed(textOf(args[0]), args[1]);
     });
     made->with(u"LogEvent", [](Arguments args) {
         for (const Variant& arg : args) note(textOf(arg));

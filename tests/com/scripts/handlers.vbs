@@ -62,7 +62,7 @@ Tag.Value = "<KV:TAG>PROPERTY:Title=:</KV><KV:TAG>SETPROPERTY:n=2:</KV><KV:TAG>P
 Check Tag.Result, "'12no'"
 Check Tag.GetProcessedPropertiesValue("TITLE"), "'1'"
 Tag.Dispose
-Check Journal.Text, "'Add N;Dispose collection;'"
+Check Journal.Text, "'Add;Dispose;'"
 
 ' The catalogue.
 Set Info = CreateObject("kvVelmor3.kvTagInfo")

@@ -50,7 +50,8 @@ Check Last, "Long 15"
 ' A database and a class whose members all answer badly: nothing is opened, raised or kept.
 Set Bad = CreateObject("VelmorTest.BadDatabase")
 Set Tag.Database = Bad
-Tag.LogError "H", "text"
+Tag.LogError "H", "text", , "data"
+Check Tag.ErrorLog(1).Properties.Count, "Long 2"
 For Each Answer In Array("raise", "empty", "null", "array", "error", "nothing", "text")
     Bad.Answer = Answer
     Check Tag.Direct.GetObject("Account", 1), "Nothing"
