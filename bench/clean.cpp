@@ -95,15 +95,19 @@ std::u16string tokenizeAndCopy(const std::u16string& text) {
     return copy;
 }
 
-void measure(benchmark::State& state, Shape shape, bool ours) {
+enum class Work { copying, cleaning, tolerantCleaning };
+
+void measure(benchmark::State& state, Shape shape, Work work) {
     const std::u16string text = document(static_cast<std::size_t>(state.range(0)), shape);
     Host host;
+    CleanOptions options;
+    options.tolerant = work == Work::tolerantCleaning;
     for (auto _ : state) {
         state.PauseTiming();
         std::u16string value = text;
         state.ResumeTiming();
-        if (ours) {
-            velmor::Module1::CleanRTFText(value, CleanOptions{}, host);
+        if (work != Work::copying) {
+            velmor::Module1::CleanRTFText(value, options, host);
             benchmark::DoNotOptimize(value.data());
         } else {
             const std::u16string copy = tokenizeAndCopy(value);
@@ -119,10 +123,12 @@ void sizes(benchmark::internal::Benchmark* benchmark) {
     benchmark->Unit(benchmark::kMillisecond)->MinTime(0.2);
 }
 
-BENCHMARK_CAPTURE(measure, lifted, Shape::lifted, true)->Name("merging/ours")->Apply(sizes);
-BENCHMARK_CAPTURE(measure, lifted, Shape::lifted, false)->Name("merging/peer")->Apply(sizes);
-BENCHMARK_CAPTURE(measure, plain, Shape::plain, true)->Name("one_document/ours")->Apply(sizes);
-BENCHMARK_CAPTURE(measure, plain, Shape::plain, false)->Name("one_document/peer")->Apply(sizes);
+BENCHMARK_CAPTURE(measure, lifted, Shape::lifted, Work::cleaning)->Name("merging/ours")->Apply(sizes);
+BENCHMARK_CAPTURE(measure, lifted, Shape::lifted, Work::copying)->Name("merging/peer")->Apply(sizes);
+BENCHMARK_CAPTURE(measure, lifted, Shape::lifted, Work::tolerantCleaning)->Name("tolerant/ours")->Apply(sizes);
+BENCHMARK_CAPTURE(measure, lifted, Shape::lifted, Work::copying)->Name("tolerant/peer")->Apply(sizes);
+BENCHMARK_CAPTURE(measure, plain, Shape::plain, Work::cleaning)->Name("one_document/ours")->Apply(sizes);
+BENCHMARK_CAPTURE(measure, plain, Shape::plain, Work::copying)->Name("one_document/peer")->Apply(sizes);
 
 }  // namespace
 

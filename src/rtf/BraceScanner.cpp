@@ -8,7 +8,7 @@ namespace velmor {
 
 std::size_t skipEscape(std::u16string_view text, std::size_t index) noexcept {
     const std::size_t behind = index + 2;
-    if (!wordStandsAt(text, index, u"\\bin")) return behind;
+    if (behind > text.size() || text[index + 1] != u'b' || !wordStandsAt(text, index, u"\\bin")) return behind;
     std::size_t at = index + 4;
     std::size_t count = 0;
     for (; at < text.size() && text[at] >= u'0' && text[at] <= u'9' && count < text.size(); ++at) {

@@ -96,6 +96,15 @@ std::int32_t codePageNamedBy(const ControlWord& word) noexcept {
     return word.letters == u"pca" ? 850 : 0;
 }
 
+namespace {
+
+// Ends the search for words of the header early in a document whose text lies in groups.
+bool beginsBody(const ControlWord& word) noexcept {
+    return word.letters == u"pard" || word.letters == u"plain" || word.letters == u"sectd" || word.letters == u"trowd";
+}
+
+}  // namespace
+
 std::int32_t codePageOfDocument(std::u16string_view text, std::size_t header) noexcept {
     std::int32_t page = windowsLatin;
     for (std::size_t at = header; (at = skipWhiteSpace(text, at)) < text.size();) {
@@ -107,7 +116,7 @@ std::int32_t codePageOfDocument(std::u16string_view text, std::size_t header) no
         }
         if (text[at] != u'\\') break;
         const ControlWord word = readWord(text, at);
-        if (word.letters.empty()) break;
+        if (word.letters.empty() || beginsBody(word)) break;
         if (const std::int32_t named = codePageNamedBy(word)) page = named;
         at = word.end;
     }
