@@ -94,7 +94,9 @@ TEST_F(Boundary, ClassesAreNamed) {
     for (const auto& [name, object] : cases) {
         ComPtr<ITypeInfo> info;
         Text text;
-        EXPECT_EQ(object.as<IProvideClassInfo>(IID_IProvideClassInfo)->GetClassInfo(info.put()), S_OK);
+        const auto provider = object.as<IProvideClassInfo>(IID_IProvideClassInfo);
+        ASSERT_TRUE(provider) << name;
+        EXPECT_EQ(provider->GetClassInfo(info.put()), S_OK);
         EXPECT_EQ(info->GetDocumentation(MEMBERID_NIL, text.put(), nullptr, nullptr, nullptr), S_OK);
         EXPECT_EQ(text.str(), name);
     }

@@ -42,6 +42,7 @@ protected:
 TEST_F(Registration, WritesItsClassesAndLeavesNothing) {
     const std::wstring libraryId = braced(LIBID_kvVelmor3), interfaceKey = L"Interface\\" + braced(IID__kvTag);
     std::vector<std::wstring> roots = {L"TypeLib\\" + libraryId, interfaceKey};
+    EXPECT_EQ(run("DllUnregisterServer"), S_OK);
     EXPECT_EQ(run("DllRegisterServer"), S_OK);
     EXPECT_NE(read(L"TypeLib\\" + libraryId + L"\\3.0\\0\\win32").find(L"Velmor3.dll"), std::wstring::npos);
     EXPECT_EQ(read(interfaceKey), L"_kvTag");
