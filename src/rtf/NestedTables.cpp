@@ -312,6 +312,7 @@ void Conversion::takeRow(const ControlWord& word) {
         }
         table.definition = table.nestedDefinition = none;
     }
+    end += end == word.end && standsAt(text_, end, u" }");
     table.inRow = false;
     table.rowBegin = end;
     table.cells = table.nestedCells = 0;

@@ -178,9 +178,10 @@ private:
     std::u16string textFrom(std::size_t begin, std::size_t i) const {
         return text_.substr(begin, tokens_[i].begin - begin);
     }
-    // A blank behind a row that is rewritten belongs to it.
+    // A blank behind a row that is rewritten, or in front of its brace, belongs to it.
     std::size_t rowEnd(std::size_t i) const {
-        return tokens_[i].end + (isRewritten(i) && at(tokens_[i].end) == u' ' ? 1 : 0);
+        const std::size_t end = tokens_[i].end;
+        return end + (at(end) == u' ' && (isRewritten(i) || at(end + 1) == u'}') ? 1 : 0);
     }
 
     void setLevel(const Token& token) {

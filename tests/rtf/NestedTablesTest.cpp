@@ -51,6 +51,10 @@ const Case cases[] = {
      u"<1:\\intbl\\itap1 <2:{\\intbl\\itap2 "
      u"a\\nestcell@\\trowd\\cellx9\\nestrow}:2>}\\pard\\intbl\\itap1\\par<3:\\intbl"
      u"\\itap2 b\\nestcell@\\trowd\\cellx8\\nestrow}:3>\\pard\\intbl\\itap1\\cell\\row:1>"},
+    // What is set up behind a nested row stands behind its group.
+    {u"<1:\\intbl <2:\\pard\\qc\\intbl a\\nestcell{\\*\\nesttableprops\\trowd\\nestrow }b\\nestcell:2>\\cell\\row:1>",
+     u"<1:\\intbl\\itap1 <2:\\pard\\qc\\intbl\\itap2 a\\nestcell{\\*\\nesttableprops\\trowd\\nestrow }\\pard\\qc\\intbl"
+     u"\\itap2b\\nestcell:2>\\pard\\intbl\\itap1\\cell\\row:1>"},
     // A section does not end in a row.
     {u"<1:\\trowd\\intbl a\\sect\\sectd b\\cell\\row\\sect:1>",
      u"<1:\\trowd\\intbl\\itap1 a\\par\\intbl\\itap1\\sectd b\\cell\\row\\sect:1>"},
