@@ -78,6 +78,7 @@ void HeaderSections::marker(HeaderKind kind, const FlowPlace& place) {
     Start start;
     start.want(kind);
     if (!section_.hasContent) {
+        writeRestored();  // they stand in front of what the start brings
         start.change = taken;
         section_.start = start;
         section_.said = {};
@@ -87,7 +88,10 @@ void HeaderSections::marker(HeaderKind kind, const FlowPlace& place) {
     } else if (lastPage_) {
         start.asPage = lastPage_->described;
         start.forBreak = true;
-        begin(start, cut(lastPage_->place));
+        const std::size_t page = cut(lastPage_->place);
+        // Not between the braces of a document that has ended.
+        const bool elsewhere = braced_ && !start.asPage && lastPage_->place.text != place.text;
+        begin(start, elsewhere ? taken : page);
     } else {
         begin(start, taken);
     }
@@ -273,9 +277,7 @@ void HeaderSections::closeSection() {
     }
     if (section_.start) changes_[section_.start->change].put = startText(*section_.start);
     for (const std::size_t behind : section_.defaults) appendWords(changes_[behind].put, section_.words);
-    for (const auto& [behind, words] : section_.restored) {
-        if (words != section_.words) appendWords(changes_[behind].put, section_.words);
-    }
+    writeRestored();
 }
 
 // Says of a section what a new header brings with it.
@@ -289,6 +291,13 @@ void HeaderSections::add(const HeaderWords& carried, const HeaderWords& said, He
         if (!carried.frame[i].empty() && said.frame[i].empty()) words.frame[i] = carried.frame[i];
     }
     words.title = words.title || carried.title;
+}
+
+void HeaderSections::writeRestored() {
+    for (const auto& [behind, words] : section_.restored) {
+        if (words != section_.words) appendWords(changes_[behind].put, section_.words);
+    }
+    section_.restored.clear();
 }
 
 // What the taken groups' documents say about the section, which becomes what the section says.
@@ -344,7 +353,6 @@ void HeaderSections::appendNew(std::u16string& text, HeaderKind kind, const NewG
     if (title || !first.empty()) appendGroup(text, {kind, HeaderPages::first}, first);
     current_[kind] = {main, title && !ownFirst};
 
-    if (section_.start->breaks) return;
     for (const auto& [begin, end] : section_.hostGroups[kind]) change(FlowPlace::host, begin, end);
 }
 

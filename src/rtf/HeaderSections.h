@@ -144,6 +144,7 @@ private:
     void placePending(const FlowPlace& place);
     void begin(Start start, std::size_t change);
     void closeSection();
+    void writeRestored();
     HeaderWords& wordsOf(const FlowPlace& place);
     template <typename Set>
     void tellTakers(const FlowPlace& place, Set set);

@@ -100,7 +100,7 @@ void expectSame(const std::vector<test::PageView::Section>& sections,
 TEST(HeadersFootersOf, RandomDocuments) {
     const unsigned seed = testSeed();
     std::mt19937 random(seed);
-    for (int round = 0; round < 4000 && !testing::Test::HasFailure(); ++round) {
+    for (int round = 0; round < 8000 && !testing::Test::HasFailure(); ++round) {
         CleanOptions options;
         options.tolerant = round % 2 == 0;
         const test::LiteralHeaders literal([&](unsigned count) { return random() % count; }, options.tolerant);
@@ -113,7 +113,7 @@ TEST(HeadersFootersOf, RandomDocuments) {
 TEST(JoinedHeaders, ShowWhatEachDocumentShowsAlone) {
     const unsigned seed = testSeed();
     std::mt19937 random(seed);
-    for (int round = 0; round < 4000 && !testing::Test::HasFailure(); ++round) {
+    for (int round = 0; round < 3000 && !testing::Test::HasFailure(); ++round) {
         const test::JoinedDuel duel([&](unsigned count) { return random() % count; }, round % 2 == 0);
         SCOPED_TRACE(toUtf8(duel.before) + " became " + toUtf8(duel.after) + " seed " + std::to_string(seed));
         expectSame(duel.joined, duel.alone);

@@ -74,20 +74,21 @@ private:
 
     void makeUp(std::size_t document, int depth = 0) {
         for (unsigned count = 1 + choose_(depth == 0 ? 12 : 6); count > 0; --count) {
-            const unsigned chosen = choose_(16);
-            if (chosen == 13 && depth < 3) {
+            constexpr What kinds[] = {What::text,     What::text,     What::row,   What::page,   What::section,
+                                      What::section,  What::title,    What::title, What::border, What::distance,
+                                      What::group,    What::group,    What::group, What::marker, What::marker,
+                                      What::defaults, What::defaults, What::enter, What::enter,  What::enter};
+            const What chosen = kinds[choose_(20)];
+            if (chosen == What::enter) {
+                if (depth == 3) continue;
                 const std::size_t inner = ++documents_;
                 tokens_.push_back({What::enter, inner, HeaderKind::header, HeaderPages::all, {}});
                 makeUp(inner, depth + 1);
                 tokens_.push_back({What::leave, inner, HeaderKind::header, HeaderPages::all, {}});
                 continue;
             }
-            constexpr What kinds[] = {What::text,   What::text,    What::text,   What::row,
-                                      What::page,   What::section, What::title,  What::distance,
-                                      What::border, What::group,   What::group,  What::group,
-                                      What::marker, What::marker,  What::marker, What::defaults};
             tokens_.push_back(
-                {kinds[chosen], document, headerKinds[choose_(2)], static_cast<HeaderPages>(choose_(4)), number()});
+                {chosen, document, headerKinds[choose_(2)], static_cast<HeaderPages>(choose_(4)), number()});
         }
     }
 
