@@ -41,8 +41,6 @@ public:
     // Where its first section begins; nowhere when another section comes before it.
     std::size_t firstSection() const noexcept { return breaksBefore_ ? nowhere : section_; }
     bool holdsDocument() const noexcept { return document_; }
-    // Whether the last section says how it shows headers and footers, or goes on with what says so.
-    bool shapesHeaders(bool inherited) const noexcept { return shapes_ || (inherited && section_ == nowhere); }
 
     // A word of a section that cannot stay as it is.
     struct SectionWord {
@@ -91,7 +89,6 @@ private:
             case u'f':
             case u'h':
             case u't':
-                shapes_ = shapes_ || isHeaderWord(index);
                 break;
             case u'l':
                 landscape_ = landscape_ || (open_ && standsAt(text_, index, u"\\lndscpsxn"));
@@ -102,7 +99,6 @@ private:
             case u'p':
                 portrait_ = portrait_ || (open_ && standsAt(text_, index, u"\\portrait"));
                 if (wordStandsAt(text_, index, u"\\page")) takeEnd(index, true);
-                shapes_ = shapes_ || isHeaderWord(index);
                 takeValue(index);
                 break;
             case u'r':
@@ -118,15 +114,9 @@ private:
         }
     }
 
-    bool isHeaderWord(std::size_t index) const noexcept {
-        return standsAt(text_, index, u"\\pgbrdr") || wordStandsAt(text_, index, u"\\titlepg") ||
-               wordStandsAt(text_, index, u"\\headery") || wordStandsAt(text_, index, u"\\footery");
-    }
-
     // The first \sectd: what was read before it counts for the document alone. To a reader, one behind
     // a section break says nothing of the section in front.
     void beginSection(std::size_t index) {
-        shapes_ = false;
         if (section_ != nowhere || !open_) {
             if (tolerant_) sectionWords_.push_back({{index, index + sectionWord.size()}, true});
             return;
@@ -180,7 +170,6 @@ private:
     bool breaks_ = false;
     bool breaksBefore_ = false;
     bool document_ = false;
-    bool shapes_ = false;
     std::vector<SectionWord> sectionWords_;
 };
 
@@ -199,7 +188,7 @@ public:
 
 private:
     void read();
-    void replace(std::size_t at, const PageReader& reader, bool inherits);
+    void replace(std::size_t at, const PageReader& reader);
     void keepSections(const PageReader& reader);
     bool endsWithRow(std::size_t at) const;
     // With the blank that ends it, which would be text otherwise.
@@ -221,29 +210,24 @@ void MergeBreaks::read() {
     const PageReader host(text_, 0, at, tolerant_);
     hostPage_ = host.documentPage();
     keepSections(host);
-    bool inherits = !tolerant_ && host.shapesHeaders(false);
     while (at != nowhere) {
         const std::size_t behind = at + marker.size();
         const std::size_t next = findMarker(text_, behind);
         const PageReader reader(text_, behind, std::min(next, text_.size()), tolerant_);
         if (tolerant_ || !reader.isBroken()) {
-            replace(at, reader, inherits);
+            replace(at, reader);
             keepSections(reader);
-            inherits = false;
         }
-        inherits = !tolerant_ && reader.shapesHeaders(inherits);
         at = next;
     }
 }
 
-void MergeBreaks::replace(std::size_t at, const PageReader& reader, bool inherits) {
+void MergeBreaks::replace(std::size_t at, const PageReader& reader) {
     const std::size_t behind = at + marker.size();
     const std::size_t section = reader.firstSection();
     const std::u16string page = reader.page().words();
     std::u16string words = tolerant_ ? u"\\sect\\sectd" + page + u"\\pard\\plain\\uc1" : u"\\sect" + page;
     if (tolerant_ && endsWithRow(at)) words.insert(0, u"\\pard\\par");
-    // The section in front shall not shape the headers of this one.
-    if (inherits && section == nowhere) words += u"\\sectd" + page;
     changes_.push_back({at, behind, std::move(words)});
     if (tolerant_ && section != nowhere) cutWord(section, section + sectionWord.size());
     joins_.push_back({behind, reader.holdsDocument()});

@@ -19,8 +19,8 @@ inline constexpr std::u16string_view mergePageBreakMarker = u"{\\*\\korvanemerge
 // in the break keep the section, list, table and formatting in which the text in front ended from the
 // document, whose own first "\sectd" goes, as it would undo the page.
 //
-// Each document keeps its headers and footers (see JoinedHeaders). Where the section in front says how
-// it shows them and the document does not begin with "\sectd", one follows the break, with the page.
+// Each document keeps its headers and footers (see JoinedHeaders). How the section in front shows them
+// ("\titlepg", say) goes on in a document that does not begin with "\sectd", unless tolerant.
 // `pbHeaders` false: no document has any, which saves looking. One pass for the pages, one for these.
 void ApplyMergePageBreaks(std::u16string& psText, const CleanOptions& options, bool pbHeaders = true);
 

@@ -15,7 +15,7 @@ namespace velmor::test {
 template <typename Choose>
 class JoinedDuel {
 public:
-    JoinedDuel(Choose choose, bool tolerant) : choose_(choose) {
+    JoinedDuel(Choose choose, bool tolerant) : choose_(choose), tolerant_(tolerant) {
         std::u16string text;
         for (unsigned count = 2 + choose_(3); count > 0; --count) {
             const std::u16string document = u"{\\rtf1" + body() + u"}";
@@ -58,7 +58,9 @@ private:
         std::u16string text = choose_(3) == 0 ? u"\\facingp" : u"";
         for (unsigned section = 0, count = 1 + choose_(3); section < count; ++section) {
             if (section > 0) text += u"\\sect";
-            if (choose_(2) == 0) text += u"\\sectd";
+            // Without it, the break alone does not keep the words of the section in front from this one.
+            const bool keepsApart = section == 0 && !tolerant_;
+            if (choose_(2) == 0 || keepsApart) text += u"\\sectd";
             if (choose_(3) == 0) text += u"\\titlepg";
             if (choose_(4) == 0) text += (choose_(2) == 0 ? u"\\headery" : u"\\footery") + number();
             if (choose_(6) == 0) text += choose_(2) == 0 ? u"\\pgbrdrhead" : u"\\pgbrdrfoot";
@@ -69,6 +71,7 @@ private:
     }
 
     Choose choose_;
+    bool tolerant_;
     unsigned number_ = 0;
 };
 

@@ -45,11 +45,7 @@ public:
                 page.values[i] = whole(own ? *own : document.value_or(u""));
             }
             orient(page, *settings, u"\\lndscpsxn");
-            std::u16string change = u"\\sect" + page.words();
-            const std::size_t reset = word(section, u"\\sectd", 0, true);
-            if (shapesHeaders(at) && (reset == none || reset > word(section, u"\\sect", 0, true))) {
-                change += u"\\sectd" + page.words();
-            }
+            const std::u16string change = u"\\sect" + page.words();
             text.replace(at, marker.size(), change);
             if (join(text, at + change.size())) text.insert(at + change.size(), u" ");
         }
@@ -209,15 +205,6 @@ private:
         std::size_t last = none;
         for (std::size_t at = 0; (at = word(text, sought, at, true)) < limit; ++at) last = at;
         return last;
-    }
-
-    // Whether the section before `limit` says how it shows headers.
-    bool shapesHeaders(std::size_t limit) const {
-        const std::size_t reset = lastWord(u"\\sectd", limit);
-        const std::u16string front = text.substr(reset == none ? 0 : reset, limit - (reset == none ? 0 : reset));
-        const auto says = [&](const char16_t* sought, bool whole) { return word(front, sought, 0, whole) != none; };
-        return says(u"\\pgbrdr", false) || says(u"\\titlepg", true) || says(u"\\headery", true) ||
-               says(u"\\footery", true);
     }
 
     static std::size_t document(const std::u16string& where, std::size_t from) {
