@@ -5,25 +5,14 @@
 
 #include "rtf/BraceScanner.h"
 #include "rtf/EmbeddedDocuments.h"
+#include "rtf/ParagraphText.h"
+#include "rtf/read/WordTable.h"
 
 namespace velmor {
 namespace {
 
 constexpr std::u16string_view markers[] = {u"{\\*\\korvanenewheader", u"{\\*\\korvanenewfooter"};
 constexpr std::u16string_view description = u"{\\*\\korvanesection";
-
-// Groups that are no text of the body; those that show something on the page, and those that do not.
-constexpr std::u16string_view shownGroups[] = {u"pict",   u"object",  u"field", u"shp",
-                                               u"shpgrp", u"shppict", u"do",    u"footnote"};
-constexpr std::u16string_view hiddenGroups[] = {u"fonttbl", u"colortbl",   u"stylesheet", u"listtable",
-                                                u"info",    u"nonshppict", u"xe",         u"tc",
-                                                u"rxe",     u"pntext",     u"annotation", u"listoverridetable"};
-
-// Words that put something on the page, paragraph ends aside.
-constexpr std::u16string_view shownWords[] = {
-    u"u",       u"tab",     u"line",   u"column", u"cell",   u"nestcell", u"row",       u"trowd",
-    u"bullet",  u"emdash",  u"endash", u"lquote", u"rquote", u"emspace",  u"ldblquote", u"rdblquote",
-    u"enspace", u"qmspace", u"chpgn",  u"chdate", u"chtime", u"sectnum",  u"chdpl",     u"chdpa"};
 
 constexpr std::u16string_view paragraphBorders[] = {u"brdrt", u"brdrb", u"brdrl", u"brdrr", u"brdrbtw", u"brdrbar"};
 constexpr int longestLine = 12;
@@ -48,6 +37,10 @@ bool mayMatter(char16_t first, char16_t second) noexcept {
         default:
             return false;
     }
+}
+
+bool shows(std::u16string_view letters) noexcept {
+    return wordIs(WordTrait::shown, letters) || wordIs(WordTrait::shownCell, letters);
 }
 
 template <std::size_t count>
@@ -155,16 +148,23 @@ void DocumentFlow::classify(std::size_t index) {
     if (!standsAt(reading.text, at, u"\\")) return;
     const std::u16string_view letters = readWord(reading.text, at).letters;
     Level& level = levels_.back();
-    if (isAmong(shownGroups, letters)) {
-        content(index);
-        level.body = false;
-    } else if (starred || isAmong(hiddenGroups, letters)) {
-        level.body = false;
-    } else if (const auto name = headerNamed(letters); name && at == index + 1 && !reading.group) {
+    const auto name = headerNamed(letters);
+    if (name && at == index + 1 && !reading.group) {
         reading.group = OpenGroup{*name, index, levels_.size(), level.body};
-        level.body = false;
         level.passedOver = reading.number != FlowPlace::host;
+    } else if (wordIs(WordTrait::shownGroup, letters) || (letters == u"field" && showsResult(index))) {
+        content(index);
+    } else if (!starred && letters != u"field" && !wordIs(WordTrait::hiddenGroup, letters)) {
+        return;
     }
+    level.body = false;
+}
+
+// Asked of the outermost field alone, as what is in it is no body.
+bool DocumentFlow::showsResult(std::size_t index) const {
+    if (!levels_.back().body || !sections_.awaitsContent()) return false;
+    const std::u16string_view text = readings_.back().text;
+    return showsText(text.substr(index, findGroupEnd(text, index + 1, true) - index));
 }
 
 void DocumentFlow::closeGroup() {
@@ -196,10 +196,7 @@ void DocumentFlow::readBackslash() {
     }
     const ControlWord word = readWord(reading.text, index);
     if (word.letters.empty()) {
-        const std::size_t next = index + 1;
-        if (next < reading.text.size() && reading.text[next] != u'*' && !isWhiteSpace(reading.text[next])) {
-            content(index);
-        }
+        if (index + 1 < reading.text.size() && isShownSymbol(reading.text[index + 1])) content(index);
         reading.at = index + 2;
         return;
     }
@@ -273,7 +270,7 @@ void DocumentFlow::takeBodyWord(const ControlWord& word, std::size_t behind) {
         sections_.sectionDefaults(place(word.begin, behind));
     } else {
         if (is(u"trowd")) rowIsOpen_ = true;
-        if (sections_.awaitsContent() && isAmong(shownWords, word.letters)) content(word.begin);
+        if (sections_.awaitsContent() && shows(word.letters)) content(word.begin);
         if (is(u"row")) rowIsOpen_ = false;
     }
 }

@@ -53,6 +53,7 @@ private:
     bool readMarker();
     void openGroup();
     void classify(std::size_t index);
+    bool showsResult(std::size_t index) const;
     void closeGroup();
     void readBackslash();
     void take(const ControlWord& word, std::size_t behind);

@@ -7,6 +7,7 @@
 #include "rtf/ControlWord.h"
 #include "rtf/EmbeddedDocuments.h"
 #include "rtf/RtfScanner.h"
+#include "rtf/read/WordTable.h"
 #include "text/Compare.h"
 
 namespace velmor {
@@ -16,8 +17,7 @@ constexpr std::u16string_view facingWord = u"\\facingp";
 
 // What may stand in a host's header: its tables; not what begins its text.
 constexpr std::u16string_view tables[] = {u"fonttbl", u"colortbl", u"stylesheet", u"info", u"filetbl", u"upr"};
-constexpr std::u16string_view bodyWords[] = {u"sectd", u"pard", u"plain", u"par",  u"sect",
-                                             u"page",  u"u",    u"tab",   u"line", u"trowd"};
+constexpr std::u16string_view bodyWords[] = {u"sectd", u"pard", u"plain", u"par", u"sect"};
 
 template <std::size_t count>
 bool isAmong(const std::u16string_view (&words)[count], std::u16string_view letters) {
@@ -29,6 +29,10 @@ std::size_t findFacing(std::u16string_view text, std::size_t from) noexcept {
         if (wordStandsAt(text, from, facingWord) && !isEscaped(text, from)) break;
     }
     return from;
+}
+
+bool beginsBody(std::u16string_view letters) {
+    return isAmong(bodyWords, letters) || wordIs(WordTrait::shown, letters) || wordIs(WordTrait::shownCell, letters);
 }
 
 bool isTable(std::u16string_view text, std::size_t index) {
@@ -71,7 +75,7 @@ void JoinedHeaders::letHostFace(std::size_t host) {
             at = next = end + 1;
         } else {
             const ControlWord word = readWord(text_, next);
-            if (text_[next] != u'\\' || word.letters.empty() || isAmong(bodyWords, word.letters)) break;
+            if (text_[next] != u'\\' || word.letters.empty() || beginsBody(word.letters)) break;
             if (word.letters == facingWord.substr(1)) return;
             at = next = endWithBlank(text_, word);
         }

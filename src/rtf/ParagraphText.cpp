@@ -6,22 +6,12 @@
 #include "rtf/BraceScanner.h"
 #include "rtf/ControlWord.h"
 #include "rtf/RtfScanner.h"
+#include "rtf/read/WordTable.h"
 
 namespace velmor {
 namespace {
 
 // Each table is sorted.
-constexpr std::u16string_view shownWords[] = {
-    u"bullet",  u"chdate",    u"chdpa",  u"chdpl",   u"chftn",     u"chpgn", u"chtime", u"column",
-    u"emdash",  u"emspace",   u"endash", u"enspace", u"ldblquote", u"line",  u"lquote", u"page",
-    u"qmspace", u"rdblquote", u"rquote", u"sectnum", u"softline",  u"tab",   u"u",
-};
-constexpr std::u16string_view shownGroups[] = {u"do", u"object", u"pict", u"shp", u"shppict"};
-constexpr std::u16string_view passedOverGroups[] = {
-    u"colortbl", u"fldinst", u"fonttbl",    u"footer",  u"footerf", u"footerl",  u"footerr",      u"footnote",
-    u"header",   u"headerf", u"headerl",    u"headerr", u"info",    u"listtext", u"nonesttables", u"nonshppict",
-    u"pntext",   u"rxe",     u"stylesheet", u"tc",      u"tcn",     u"xe",
-};
 constexpr std::u16string_view paragraphWordsOnly[] = {
     u"adjustright", u"aspalpha",
     u"aspnum",      u"box",
@@ -59,9 +49,6 @@ constexpr std::u16string_view paragraphWordsOnly[] = {
 constexpr std::u16string_view wordsBehind[] = {
     u"cell", u"nestcell", u"nestrow", u"par", u"pard", u"row", u"sect", u"trowd",
 };
-static_assert(std::is_sorted(std::begin(shownWords), std::end(shownWords)));
-static_assert(std::is_sorted(std::begin(shownGroups), std::end(shownGroups)));
-static_assert(std::is_sorted(std::begin(passedOverGroups), std::end(passedOverGroups)));
 static_assert(std::is_sorted(std::begin(paragraphWordsOnly), std::end(paragraphWordsOnly)));
 static_assert(std::is_sorted(std::begin(wordsBehind), std::end(wordsBehind)));
 
@@ -79,8 +66,8 @@ Content contentOf(std::u16string_view text, std::size_t index) noexcept {
     if (isIgnorable) at = skipWhiteSpace(text, at + 2);
     if (!standsAt(text, at, u"\\")) return Content::open;
     const std::u16string_view letters = readWord(text, at).letters;
-    if (isIn(shownGroups, letters)) return Content::shown;
-    return isIgnorable || isIn(passedOverGroups, letters) ? Content::passedOver : Content::open;
+    if (wordIs(WordTrait::shownGroup, letters)) return Content::shown;
+    return isIgnorable || wordIs(WordTrait::hiddenGroup, letters) ? Content::passedOver : Content::open;
 }
 
 // Whether the symbol or word at the index is seen; `index` moves behind it.
@@ -93,7 +80,7 @@ bool showsWord(std::u16string_view text, std::size_t& index) noexcept {
         return shownSymbols.find(symbol) != shownSymbols.npos;
     }
     index = word.end + standsAt(text, word.end, u" ");
-    return isIn(shownWords, word.letters);
+    return wordIs(WordTrait::shown, word.letters);
 }
 
 }  // namespace
