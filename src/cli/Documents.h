@@ -3,10 +3,9 @@
 #include <string>
 #include <string_view>
 
-namespace velmor::cli {
+#include "common/DocumentText.h"
 
-// How plain text and property files are coded. An RTF document is coded as RTF is, whatever is asked.
-enum class TextEncoding { ansi, utf8 };
+namespace velmor::cli {
 
 // A text from its bytes; `name` is for messages. A byte order mark (UTF-8, UTF-16) counts more than
 // the encoding, and is left out. Bytes that are not UTF-8 where UTF-8 is asked for throw Failure
@@ -21,9 +20,8 @@ struct Document {
 };
 Document decodeTemplate(std::string_view bytes, TextEncoding encoding, const std::string& name);
 
-// The bytes of a result; no character is ever lost. RTF: the ANSI code page, and what it has not as
-// \uN? (in a group with \uc1 when the document counts its fallback characters otherwise). Plain text
-// in the encoding; a character that the ANSI code page has not throws Failure (exitFile).
+// The bytes of a result (encodeDocument). Throws Failure (exitFile) for a character that the ANSI code page does not
+// have.
 std::string encodeResult(std::u16string_view result, TextEncoding encoding);
 
 }  // namespace velmor::cli

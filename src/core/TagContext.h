@@ -5,6 +5,7 @@
 
 #include "automation/Object.h"
 #include "core/Collection.h"
+#include "text/RtfStart.h"
 
 namespace velmor {
 
@@ -26,7 +27,5 @@ using ContextRef = std::shared_ptr<const TagContext>;
 
 // The same with protection on.
 ContextRef protectedContext(const ContextRef& context);
-
-inline constexpr std::u16string_view kRtfStart = u"{\\rtf1";
 
 }  // namespace velmor

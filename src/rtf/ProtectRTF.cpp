@@ -1,5 +1,6 @@
 #include "rtf/ProtectRTF.h"
 
+#include "text/RtfStart.h"
 #include "text/privStrCat.h"
 
 namespace velmor {
@@ -21,7 +22,7 @@ std::size_t growth(std::u16string_view text) {
 }
 
 bool isDocument(std::u16string_view text) {
-    return text.substr(0, 6) == u"{\\rtf1";
+    return text.starts_with(kRtfStart);
 }
 
 }  // namespace

@@ -1,0 +1,74 @@
+#include "common/DocumentText.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "text/Encoding.h"
+#include "text/Error.h"
+#include "text/RtfStart.h"
+
+namespace velmor {
+namespace {
+
+bool isInAnsi(char16_t unit) {
+    return unit < 128 || ansiCode(unit) != '?';
+}
+
+bool isDigit(char16_t unit) {
+    return unit >= u'0' && unit <= u'9';
+}
+
+// Does any \ucN ask for another number of fallback characters than 1?
+bool hasOtherFallback(std::u16string_view rtf) {
+    for (auto at = rtf.find(u"\\uc"); at != rtf.npos; at = rtf.find(u"\\uc", at + 3)) {
+        const auto number = rtf.substr(at + 3, 2);
+        if (!number.empty() && isDigit(number[0]) && (number[0] != u'1' || (number.size() > 1 && isDigit(number[1])))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::string rtfEscape(char16_t unit) {
+    return "\\u" + std::to_string(static_cast<std::int16_t>(unit)) + "?";
+}
+
+std::string encodeRtf(std::u16string_view text) {
+    std::string bytes;
+    bytes.reserve(text.size());
+    const bool grouped = hasOtherFallback(text);
+    for (std::size_t at = 0; at < text.size();) {
+        const auto fitting = std::find_if_not(text.begin() + static_cast<std::ptrdiff_t>(at), text.end(), isInAnsi);
+        const auto end = static_cast<std::size_t>(fitting - text.begin());
+        bytes += toAnsi(text.substr(at, end - at));
+        at = end;
+        if (at == text.size()) break;
+        if (grouped) bytes += "{\\uc1";
+        for (; at < text.size() && !isInAnsi(text[at]); ++at) bytes += rtfEscape(text[at]);
+        if (grouped) bytes += "}";
+    }
+    return bytes;
+}
+
+[[noreturn]] void refuseCharacter(std::u16string_view text, std::size_t index) {
+    const bool pair = (text[index] & 0xFC00) == 0xD800 && index + 1 < text.size();
+    const std::u16string character(text.substr(index, pair ? 2 : 1));
+    throw Error(5, u"kvVelmor3",
+                u"The text holds '" + character + u"' (position " + fromUtf8(std::to_string(index + 1)) +
+                    u"), which the ANSI code page does not have");
+}
+
+std::string encodePlain(std::u16string_view text) {
+    const auto lost = std::find_if_not(text.begin(), text.end(), isInAnsi);
+    if (lost != text.end()) refuseCharacter(text, static_cast<std::size_t>(lost - text.begin()));
+    return toAnsi(text);
+}
+
+}  // namespace
+
+std::string encodeDocument(std::u16string_view text, TextEncoding encoding) {
+    if (text.starts_with(kRtfStart)) return encodeRtf(text);
+    return encoding == TextEncoding::utf8 ? toUtf8(text) : encodePlain(text);
+}
+
+}  // namespace velmor

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string_view>
+
+namespace velmor {
+
+// A text is an RTF document when it begins so.
+inline constexpr std::u16string_view kRtfStart = u"{\\rtf1";
+
+}  // namespace velmor
