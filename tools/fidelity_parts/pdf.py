@@ -1,0 +1,136 @@
+"""Lets LibreOffice make PDF, and reads pages, words and pictures from it."""
+
+import hashlib
+import os
+import shutil
+import signal
+import subprocess
+from dataclasses import dataclass
+
+BATCH = 25
+SECONDS_TO_START, SECONDS_EACH = 60, 40
+
+
+@dataclass(frozen=True)
+class Word:
+    """A word, or a picture, as a page shows it. A run is a piece of one font, size and colour."""
+
+    text: str
+    runs: tuple
+    x: float
+    y: float
+    right: float
+
+
+@dataclass(frozen=True)
+class Page:
+    """A page: its size in points and its words in the order of the PDF."""
+
+    width: float
+    height: float
+    words: tuple
+
+
+class Office:
+    """LibreOffice with a profile of its own, one process at a time."""
+
+    def __init__(self, folder):
+        self.profile = os.path.join(folder, "profile")
+
+    def convert(self, paths, target):
+        """Makes PDF of documents in the folder target; none of one that it cannot load."""
+        os.makedirs(target, exist_ok=True)
+        waiting = [path for path in paths if not is_made(path, target)]
+        for first in range(0, len(waiting), BATCH):
+            self._convert_batch(waiting[first:first + BATCH], target)
+        for path in waiting:
+            with open(pdf_path(path, target) + ".of", "w", encoding="ascii") as file:
+                file.write(digest(path))
+
+    def _convert_batch(self, batch, target):
+        """What ends LibreOffice, or holds it up, is the first document without PDF: it is tried once more, alone."""
+        while batch:
+            self._run(batch, target)
+            left = [path for path in batch if not os.path.exists(pdf_path(path, target))]
+            if left and len(batch) > 1:
+                self._run(left[:1], target)
+            batch = left[1:]
+
+    def _run(self, paths, target):
+        command = ["nice", "soffice", "--headless", "--norestore", f"-env:UserInstallation=file://{self.profile}",
+                   "--convert-to", "pdf", "--outdir", target, *paths]
+        process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                   start_new_session=True)
+        try:
+            process.wait(SECONDS_TO_START + SECONDS_EACH * len(paths))
+        except subprocess.TimeoutExpired:
+            os.killpg(process.pid, signal.SIGKILL)
+            process.wait()
+            shutil.rmtree(self.profile, ignore_errors=True)
+
+
+def digest(path):
+    """Tells one content from another."""
+    with open(path, "rb") as file:
+        return hashlib.sha256(file.read()).hexdigest()
+
+
+def is_made(path, target):
+    """Whether the PDF of a document was made of what it holds now. An older one goes."""
+    made = pdf_path(path, target)
+    if os.path.exists(made + ".of"):
+        with open(made + ".of", encoding="ascii") as file:
+            if file.read() == digest(path):
+                return True
+    if os.path.exists(made):
+        os.remove(made)
+    return False
+
+
+def pdf_path(path, target):
+    """Where the PDF of a document is made."""
+    return os.path.join(target, os.path.splitext(os.path.basename(path))[0] + ".pdf")
+
+
+def read_pages(path):
+    """The pages of a PDF."""
+    import fitz
+
+    with fitz.open(path) as document:
+        return [Page(page.rect.width, page.rect.height, tuple(read_words(page))) for page in document]
+
+
+def read_words(page):
+    """The words and pictures of a page."""
+    words = []
+    for block in page.get_text("rawdict")["blocks"]:
+        if block["type"] == 1:
+            left, top, right, bottom = block["bbox"]
+            size = (round(right - left), round(bottom - top))
+            words.append(Word("[picture]", (("%d x %d" % size, 0, 0),), left, bottom, right))
+        else:
+            for line in block["lines"]:
+                words += line_words(line)
+    return words
+
+
+def line_words(line):
+    """The words of a line: what white space divides."""
+    words, chars = [], []
+    for span in line["spans"]:
+        run = (span["font"].split("+")[-1], round(span["size"], 1), span["color"])
+        for char in span["chars"]:
+            if not char["c"].isspace():
+                chars.append((char, run))
+            elif chars:
+                words.append(make_word(chars))
+                chars = []
+    return words + ([make_word(chars)] if chars else [])
+
+
+def make_word(chars):
+    """One word of its characters."""
+    runs = tuple(dict.fromkeys(run for _, run in chars))
+    first, last = chars[0][0], chars[-1][0]
+    text = "".join(char["c"] for char, _ in chars)
+    return Word(text, runs, first["origin"][0], first["origin"][1], last["bbox"][2])

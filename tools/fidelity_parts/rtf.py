@@ -1,0 +1,198 @@
+"""Reads RTF as bytes: tokens, places for a tag, and the edits that make reference documents."""
+
+import re
+
+TOKEN = re.compile(rb"\\([a-zA-Z]+)(-?\d+)? ?|\\'[0-9a-fA-F]{2}|\\.|[{}]|[^\\{}]+", re.S)
+HEADERS = frozenset(
+    (b"header", b"headerl", b"headerr", b"headerf", b"footer", b"footerl", b"footerr", b"footerf"))
+# Groups whose text is no text of the body. Groups that begin with \* are ignored, too.
+DESTINATIONS = HEADERS | frozenset(
+    (b"fonttbl", b"colortbl", b"stylesheet", b"info", b"pict", b"object", b"footnote", b"listtext", b"pntext", b"shp",
+     b"nonshppict", b"do", b"xe", b"tc", b"upr", b"field", b"nonesttables", b"fldinst"))
+DOCUMENT_PAGE = frozenset((b"paperw", b"paperh", b"margl", b"margr", b"margt", b"margb", b"gutter", b"landscape"))
+SECTION_PAGE = {b"pgwsxn": b"paperw", b"pghsxn": b"paperh", b"marglsxn": b"margl", b"margrsxn": b"margr",
+                b"margtsxn": b"margt", b"margbsxn": b"margb", b"guttersxn": b"gutter", b"lndscpsxn": b"landscape"}
+COLUMNS = frozenset((b"cols", b"colsx", b"colno", b"colw", b"colsr", b"linebetcol"))
+PAGE_FIELD = re.compile(rb"\\chpgn|\\sectnum|fldinst[^}]*?(PAGE|SECTION)", re.S)
+CLOCK_FIELD = re.compile(rb"\\chtime|\\chdate|\\chdpl|\\chdpa|fldinst[^}]*?(TIME|DATE)", re.S)
+
+
+class Token:
+    """One token: where it stands, and its control word and number if it has them."""
+
+    __slots__ = ("start", "end", "word", "number", "brace")
+
+    def __init__(self, match):
+        self.start, self.end = match.span()
+        self.word = match.group(1)
+        self.number = int(match.group(2)) if match.group(2) else None
+        first = match.group(0)
+        self.brace = first if first in (b"{", b"}") else b""
+
+
+def tokens(data):
+    """The tokens of a document; the data of \\bin is passed over."""
+    at = 0
+    while match := TOKEN.match(data, at):
+        token = Token(match)
+        at = token.end
+        if token.word == b"bin" and token.number:
+            at += max(token.number, 0)
+        yield token
+
+
+def closing_brace(data):
+    """Where the closing brace of the first group stands; -1 when it has none."""
+    depth = 0
+    for token in tokens(data):
+        depth += {b"{": 1, b"}": -1}.get(token.brace, 0)
+        if token.brace == b"}" and depth <= 0:
+            return token.start
+    return -1
+
+
+class State:
+    """What holds in a group: whether its text is body text, and the paragraph that it is in."""
+
+    def __init__(self):
+        self.body, self.fresh, self.table, self.list = True, True, False, False
+        self.section = {}
+
+    def copy(self):
+        """The state in which an inner group begins."""
+        other = State()
+        other.body, other.table, other.list = self.body, self.table, self.list
+        other.section = dict(self.section)
+        return other
+
+    def read(self, token, page):
+        """Takes in one token that is no brace."""
+        word, number = token.word, token.number
+        on = number != 0
+        if self.fresh and (word in DESTINATIONS or word is None):
+            self.body = self.body and word is None
+        self.fresh = False
+        if word == b"pard":
+            self.table = self.list = False
+        elif word in (b"intbl", b"trowd") or word == b"itap":
+            self.table = on
+        elif word in (b"ls", b"pnlvl", b"pnlvlbody", b"pnlvlblt"):
+            self.list = on
+        elif word == b"sectd":
+            self.section = {}
+        elif word in SECTION_PAGE:
+            self.section[SECTION_PAGE[word]] = 1 if number is None else number
+        elif word in COLUMNS and number != 1:
+            self.section[b"cols"] = 1
+        elif word in DOCUMENT_PAGE:
+            page[word] = 1 if number is None else number
+
+
+class Place:
+    """A place for a tag: the offset, what must precede and follow the tag, and the page there."""
+
+    def __init__(self, offset, before, after, page):
+        self.offset, self.before, self.after = offset, before, after
+        self.columns = page.pop(b"cols", 0)
+        self.page = page
+
+    def put(self, data, text):
+        """The document with the text there, in a paragraph of its own."""
+        return data[: self.offset] + self.before + text + self.after + data[self.offset:]
+
+
+def walk(data):
+    """Yields each token with the state in which it leaves the reader, and the document's page so far."""
+    page = {}
+    states = [State()]
+    for token in tokens(data):
+        if token.brace == b"{":
+            states.append(states[-1].copy())
+        elif token.brace == b"}":
+            states.pop()
+            if not states:
+                return
+            states[-1].fresh = False
+        else:
+            is_ignorable = states[-1].fresh and data[token.start: token.end] == b"\\*"
+            is_text = token.word is None and not is_ignorable
+            fresh = states[-1].fresh and not is_text
+            states[-1].fresh = fresh
+            states[-1].read(token, page)
+        yield token, states[-1], page
+
+
+def shows(data, token, state):
+    """Whether the token is text that shows in the body."""
+    return token.word is None and not token.brace and state.body and data[token.start: token.end].strip() != b""
+
+
+def end_place(data):
+    """The place for a tag at the document's end, None when the document has no end."""
+    end = closing_brace(data)
+    if end < 0:
+        return None
+    is_open, state, page = False, State(), {}
+    for token, state, page in walk(data[:end]):
+        if token.word in (b"par", b"sect", b"row", b"page"):
+            is_open = False
+        elif shows(data, token, state):
+            is_open = True
+    before = (b"\\par " if is_open else b"") + (b"\\pard " if state.table or state.list else b"")
+    return Place(end, before, b"", {**page, **state.section})
+
+
+def between_place(data):
+    """The place for a tag after a paragraph in the middle of the body, None when there is none."""
+    found, text_after = [], 0
+    for token, state, page in walk(data):
+        if shows(data, token, state):
+            text_after = token.end
+        if token.word == b"par" and state.body and not state.table and not state.list:
+            found.append((token.end, {**page, **state.section}))
+    found = [place for place in found if place[0] < text_after]
+    if not found:
+        return None
+    offset, page = found[len(found) // 2]
+    before = b" " if data[offset - 1:offset].isalnum() else b""
+    return Place(offset, before, b"\\par ", page)
+
+
+def without_headers(data):
+    """The document without its headers and footers."""
+    out, depth, kept, skip_from = [], 0, 0, None
+    previous = None
+    for token in tokens(data):
+        depth += {b"{": 1, b"}": -1}.get(token.brace, 0)
+        if skip_from is None and token.word in HEADERS and previous and previous.brace == b"{":
+            out.append(data[kept:previous.start])
+            skip_from = depth
+        elif skip_from is not None and depth < skip_from:
+            skip_from, kept = None, token.end
+        previous = token
+    return b"".join(out) + (data[kept:] if skip_from is None else b"")
+
+
+def on_page(data, page):
+    """The document on another page: its own page words and the columns of its first section are replaced."""
+    out, kept, is_first = [], 0, True
+    for token in tokens(data):
+        is_first = is_first and token.word != b"sect"
+        drop = token.word in DOCUMENT_PAGE or is_first and (token.word in SECTION_PAGE or token.word in COLUMNS)
+        if drop:
+            out.append(data[kept:token.start] + b"\\nopage ")  # a word that readers pass over
+            kept = token.end
+    return with_page_words(b"".join(out) + data[kept:], page)
+
+
+def with_page_words(data, page):
+    """The document with these page words after its opening."""
+    words = b"".join(b"\\%s%d" % item for item in page.items() if item[0] != b"landscape" or item[1])
+    opening = re.match(rb"\s*\{\\rtf-?\d*", data)
+    return data[: opening.end()] + words + data[opening.end():] if opening else data
+
+
+def is_whole(data):
+    """Whether it is a whole document: it has a font table, a style sheet or page words of its own."""
+    return any(token.word in (b"fonttbl", b"stylesheet") or token.word in DOCUMENT_PAGE or token.word in SECTION_PAGE
+               for token in tokens(data))
