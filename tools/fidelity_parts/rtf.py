@@ -10,6 +10,7 @@ DESTINATIONS = HEADERS | frozenset(
     (b"fonttbl", b"colortbl", b"stylesheet", b"info", b"pict", b"object", b"footnote", b"listtext", b"pntext", b"shp",
      b"nonshppict", b"do", b"xe", b"tc", b"upr", b"field", b"nonesttables", b"fldinst"))
 DOCUMENT_PAGE = frozenset((b"paperw", b"paperh", b"margl", b"margr", b"margt", b"margb", b"gutter", b"landscape"))
+RTF_PAGE = {b"paperw": 12240, b"paperh": 15840, b"margl": 1800, b"margr": 1800, b"margt": 1440, b"margb": 1440}
 SECTION_PAGE = {b"pgwsxn": b"paperw", b"pghsxn": b"paperh", b"marglsxn": b"margl", b"margrsxn": b"margr",
                 b"margtsxn": b"margt", b"margbsxn": b"margb", b"guttersxn": b"gutter", b"lndscpsxn": b"landscape"}
 COLUMNS = frozenset((b"cols", b"colsx", b"colno", b"colw", b"colsr", b"linebetcol"))
@@ -183,6 +184,12 @@ def on_page(data, page):
             out.append(data[kept:token.start] + b"\\nopage ")  # a word that readers pass over
             kept = token.end
     return with_page_words(b"".join(out) + data[kept:], page)
+
+
+def with_whole_page(data):
+    """The document with RTF's own page words for those that it lacks."""
+    own = {token.word for token in tokens(data)}
+    return with_page_words(data, {word: number for word, number in RTF_PAGE.items() if word not in own})
 
 
 def with_page_words(data, page):
