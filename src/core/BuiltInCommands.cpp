@@ -5,8 +5,10 @@
 #include "core/ErrorLog.h"
 #include "core/Evaluation.h"
 #include "core/Markup.h"
+#include "core/Options.h"
 #include "core/Version.h"
 #include "properties/privProperties.h"
+#include "rtf/BraceScanner.h"
 #include "text/Compare.h"
 
 namespace velmor {
@@ -34,6 +36,16 @@ bool isAbsolute(std::u16string_view path, char16_t separator) noexcept {
 
 bool isListFile(std::u16string_view path) {
     return path.size() >= 4 && equalIgnoringCase(path.substr(path.size() - 4), u".kvl");
+}
+
+constexpr std::u16string_view kWhiteSpaceAndNul(u" \t\r\n\v\f\0", 7);
+
+// "{\rtf" with another version number, or none, becomes "{\rtf1".
+void giveVersion(std::u16string& text) {
+    const std::size_t word = kRtfStart.size() - 1;
+    const std::size_t end = std::min(text.find_first_not_of(u"0123456789", word), text.size());
+    const bool isWholeWord = end == text.size() || (text[end] | 0x20) < u'a' || (text[end] | 0x20) > u'z';
+    if (isWholeWord) text.replace(word, end - word, u"1");
 }
 
 std::u16string textOf(const PropertyRef& property) {
@@ -72,9 +84,13 @@ const BuiltInCommands::Command* BuiltInCommands::find(std::u16string_view psComm
     return nullptr;
 }
 
-std::u16string BuiltInCommands::run(std::u16string_view psName) const {
+std::u16string BuiltInCommands::run() const {
     privProperties elements(services_);
-    elements.BuildByVal(psName, false, true, u":");
+    elements.BuildByVal(name_, false, true, u":");
+    return run(elements);
+}
+
+std::u16string BuiltInCommands::run(privProperties& elements) const {
     const PropertyRef handler = elements.Item(kHandlerElement);
     if (!handler || upperCase(handler->Name()) != kHandler) return u"!Incorrect Handler!";
     const PropertyRef name = elements.Item(kCommandElement);
@@ -91,7 +107,11 @@ std::u16string BuiltInCommands::processed(std::u16string text) const {
 
 void BuiltInCommands::put(std::u16string_view psName, Variant value) const {
     if (context_->properties.put(psName, std::move(value))) return;
-    addErrorLogEntry(services_, *context_->errorLog, {kHandler, u"The property could not be set", 0, psName, {}});
+    logError(u"The property could not be set", psName);
+}
+
+void BuiltInCommands::logError(std::u16string_view message, std::u16string_view errorData) const {
+    addErrorLogEntry(services_, *context_->errorLog, {kHandler, message, 0, name_, errorData});
 }
 
 std::u16string BuiltInCommands::setProperty(privProperties& elements) const {
@@ -130,10 +150,25 @@ std::u16string BuiltInCommands::include(privProperties& elements) const {
     if (!services_.files.exists(path)) return {};
     std::optional<std::u16string> text = readTextFile(services_.files, path);
     if (!text) {
-        addErrorLogEntry(services_, *context_->errorLog, {kHandler, u"The file could not be read", 0, path, {}});
+        logError(u"The file could not be read", path);
         return {};
     }
-    return isListFile(file) ? listEntry(*text, elements) : *std::move(text);
+    return isListFile(file) ? listEntry(*text, elements) : onlyDocument(*std::move(text), path);
+}
+
+// Of a file that is an RTF document. What follows its closing brace is no part of it.
+std::u16string BuiltInCommands::onlyDocument(std::u16string text, std::u16string_view path) const {
+    if (!text.starts_with(u"{\\rtf")) return text;
+    const bool tolerant = isTolerant(services_, context_->properties);
+    if (tolerant) giveVersion(text);
+    if (!text.starts_with(kRtfStart)) return text;
+    const std::size_t brace = findGroupEnd(text, 1, tolerant);
+    if (brace == noGroupEnd) return text;
+    if (text.find_first_not_of(kWhiteSpaceAndNul, brace + 1) != text.npos) {
+        logError(u"Text after the end of the document was left out", path);
+    }
+    text.resize(brace + 1);
+    return text;
 }
 
 std::u16string BuiltInCommands::listEntry(std::u16string_view psList, privProperties& elements) const {

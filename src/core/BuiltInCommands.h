@@ -10,15 +10,19 @@ namespace velmor {
 
 class privProperties;
 
-// The commands of the handler "TAG". A command that is not known, lacks an element or cannot read
-// its file yields "". The value is as the command yields it: not escaped, its tags not evaluated.
+// The commands of the handler "TAG", for one tag. A command that is not known, lacks an element or
+// cannot read its file yields "". The value is as the command yields it: not escaped, its tags not
+// evaluated.
 class BuiltInCommands {
 public:
-    // The context's collections must all be there.
-    BuiltInCommands(platform::Services& services, const ContextRef& context) : services_(services), context_(context) {}
+    // psName: the tag's name, with its final ":". The context's collections must all be there.
+    BuiltInCommands(platform::Services& services, const ContextRef& context, std::u16string_view psName)
+        : services_(services), context_(context), name_(psName) {}
 
-    // psName: a tag's name, with its final ":".
-    std::u16string run(std::u16string_view psName) const;
+    // By the tag's elements.
+    std::u16string run(privProperties& elements) const;
+    // By elements built from its name.
+    std::u16string run() const;
 
     // Appends the value of a tag "TAG>PROPERTY:name=default:" (its final ":" may be missing)
     // without parsing it in full. False, and nothing appended, where only that would tell.
@@ -39,10 +43,13 @@ private:
     std::u16string fullPath(std::u16string_view psFile) const;
     std::u16string listEntry(std::u16string_view psList, privProperties& elements) const;
     std::u16string processed(std::u16string text) const;
+    std::u16string onlyDocument(std::u16string text, std::u16string_view path) const;
+    void logError(std::u16string_view message, std::u16string_view errorData) const;
     void put(std::u16string_view psName, automation::Variant value) const;
 
     platform::Services& services_;
     const ContextRef& context_;
+    std::u16string_view name_;
 };
 
 }  // namespace velmor

@@ -10,11 +10,12 @@ using automation::Variant;
 
 namespace {
 
-// A member of the host's collection that raises counts as one that has nothing to say.
+// Calls a member of the host's collection, which may let go of everything that holds it meanwhile.
+// One that raises counts as one that has nothing to say.
 template <class Call>
-auto quietly(Call&& call) -> decltype(call()) {
+auto quietly(automation::ObjectRef collection, Call&& call) -> decltype(call(*collection)) {
     try {
-        return call();
+        return call(*collection);
     } catch (const std::exception&) {
         return {};
     }
@@ -38,7 +39,10 @@ automation::ObjectRef Collection::object() const {
 std::int32_t Collection::Count() const {
     if (own_) return own_->Count();
     if (!foreign_) return 0;
-    return quietly([&] { return automation::toLong(foreign_->invoke(u"Count", InvokeKind::get, {})); }).value_or(0);
+    return quietly(
+               foreign_,
+               [](automation::Object& host) { return automation::toLong(host.invoke(u"Count", InvokeKind::get, {})); })
+        .value_or(0);
 }
 
 std::optional<Variant> Collection::find(std::u16string_view psName) const {
@@ -47,9 +51,9 @@ std::optional<Variant> Collection::find(std::u16string_view psName) const {
         return property ? std::optional<Variant>(property->Value()) : std::nullopt;
     }
     if (!foreign_) return std::nullopt;
-    return quietly([&]() -> std::optional<Variant> {
+    return quietly(foreign_, [&](automation::Object& host) -> std::optional<Variant> {
         Variant arguments[] = {Variant(psName)};
-        const automation::ObjectRef item = foreign_->invoke(u"Item", InvokeKind::get, arguments).object();
+        const automation::ObjectRef item = host.invoke(u"Item", InvokeKind::get, arguments).object();
         if (!item) return std::nullopt;
         return item->invoke(u"Value", InvokeKind::get, {});
     });
@@ -58,9 +62,9 @@ std::optional<Variant> Collection::find(std::u16string_view psName) const {
 Variant Collection::get(std::u16string_view psName, const Variant& pvDefault) const {
     if (own_) return own_->GetValue(psName, pvDefault);
     if (!foreign_) return pvDefault;
-    const std::optional<Variant> value = quietly([&]() -> std::optional<Variant> {
+    const std::optional<Variant> value = quietly(foreign_, [&](automation::Object& host) -> std::optional<Variant> {
         Variant arguments[] = {Variant(psName), pvDefault};
-        return foreign_->invoke(u"GetValue", InvokeKind::method, arguments);
+        return host.invoke(u"GetValue", InvokeKind::method, arguments);
     });
     return value ? *value : pvDefault;
 }
@@ -89,9 +93,9 @@ bool Collection::truth(std::u16string_view psName, bool pbDefault) const {
 bool Collection::put(std::u16string_view psName, Variant value) const {
     if (own_) return own_->Add(psName, std::move(value), true) != nullptr;
     if (!foreign_) return false;
-    return quietly([&] {
+    return quietly(foreign_, [&](automation::Object& host) {
         Variant arguments[] = {Variant(psName), std::move(value), Variant(true)};
-        foreign_->invoke(u"Add", InvokeKind::method, arguments);
+        host.invoke(u"Add", InvokeKind::method, arguments);
         return true;
     });
 }
@@ -100,7 +104,7 @@ void Collection::Dispose() const {
     if (own_) {
         own_->Dispose();
     } else if (foreign_) {
-        quietly([&] { return foreign_->invoke(u"Dispose", InvokeKind::method, {}); });
+        quietly(foreign_, [](automation::Object& host) { return host.invoke(u"Dispose", InvokeKind::method, {}); });
     }
 }
 

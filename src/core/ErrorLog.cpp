@@ -4,13 +4,56 @@
 
 namespace velmor {
 
-void addErrorLogEntry(platform::Services& services, privProperties& log, const ErrorLogEntry& entry) {
-    const PropertyRef property = log.AddStr(entry.handler, std::u16string(entry.message), false);
+namespace {
+
+constinit thread_local ErrorListener* listener = nullptr;
+
+PropertyRef add(platform::Services& services, privProperties& log, const ErrorLogEntry& entry) {
+    PropertyRef property = log.AddStr(entry.handler, std::u16string(entry.message), false);
     const PropertiesRef details = property->Properties();
     details->AddDate(u"DateTime", services.clock.now());
     if (entry.number != 0) details->AddLng(u"Err", entry.number);
     if (!entry.tagData.empty()) details->AddStr(u"TagData", std::u16string(entry.tagData));
     if (!entry.errorData.empty()) details->AddStr(u"ErrData", std::u16string(entry.errorData));
+    return property;
+}
+
+std::u16string leftOutMessage(std::int64_t count) {
+    const std::string digits = std::to_string(count);
+    return std::u16string(digits.begin(), digits.end()).append(u" more errors are not listed");
+}
+
+void addOrCount(platform::Services& services, privProperties& log, const ErrorLogEntry& entry) {
+    LogEntryCount* const entries = EvaluationRun::current().logEntries();
+    if (entries == nullptr || ++entries->count <= kMaximumLogEntries) {
+        add(services, log, entry);
+        return;
+    }
+    const std::u16string message = leftOutMessage(entries->count - kMaximumLogEntries);
+    if (entries->last) {
+        entries->last->ValueStr(message);
+    } else {
+        entries->last = add(services, log, {entry.handler, message, 0, {}, {}});
+    }
+}
+
+}  // namespace
+
+void addErrorLogEntry(platform::Services& services, privProperties& log, const ErrorLogEntry& entry) noexcept {
+    try {
+        if (listener != nullptr) listener->heard(entry, EvaluationRun::current().outermostTag());
+        addOrCount(services, log, entry);
+    } catch (const std::exception&) {
+        // No memory for the entry: evaluation goes on.
+    }
+}
+
+ErrorListener::ErrorListener() noexcept : before_(listener) {
+    listener = this;
+}
+
+ErrorListener::~ErrorListener() {
+    listener = before_;
 }
 
 }  // namespace velmor

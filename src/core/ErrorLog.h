@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "core/EvaluationRun.h"
 #include "platform/Services.h"
 
 namespace velmor {
@@ -19,7 +20,24 @@ struct ErrorLogEntry {
 
 // Adds an entry of its own (also where the handler has one): named after the handler, its value
 // the message, with child properties "DateTime" (always), "Err" (not 0), "TagData" and "ErrData"
-// (not empty).
-void addErrorLogEntry(platform::Services& services, privProperties& log, const ErrorLogEntry& entry);
+// (not empty). One top-level evaluation adds kMaximumLogEntries entries and one last entry, which
+// counts the others. Never raises: an entry that finds no memory is left out.
+void addErrorLogEntry(platform::Services& services, privProperties& log, const ErrorLogEntry& entry) noexcept;
+
+// Hears of every entry that this thread adds while the listener lives, including those that the log
+// only counts. The listener made last hears alone.
+class ErrorListener {
+public:
+    ErrorListener() noexcept;
+    virtual ~ErrorListener();
+    ErrorListener(const ErrorListener&) = delete;
+    ErrorListener& operator=(const ErrorListener&) = delete;
+
+    // `tag` is the tag of the outermost text whose answer led to the entry. The views last for the call.
+    virtual void heard(const ErrorLogEntry& entry, const OutermostTag& tag) = 0;
+
+private:
+    ErrorListener* const before_;
+};
 
 }  // namespace velmor

@@ -29,6 +29,26 @@ std::size_t findTagText(std::u16string_view text, std::u16string_view name) noex
     return npos;
 }
 
+// Says which tag of the outermost text is being answered, for as long as it is.
+class AnsweringOutermost {
+public:
+    AnsweringOutermost(const TagList& tags, std::size_t index) noexcept : isOutermost_(run_.level() == 1) {
+        if (!isOutermost_) return;
+        const TagSpan& span = tags.span(index);
+        run_.outermostTag({static_cast<std::int32_t>(index + 1), static_cast<std::int32_t>(span.open + 1),
+                           tags.source().substr(span.open, span.end() - span.open)});
+    }
+    ~AnsweringOutermost() {
+        if (isOutermost_) run_.outermostTag({});
+    }
+    AnsweringOutermost(const AnsweringOutermost&) = delete;
+    AnsweringOutermost& operator=(const AnsweringOutermost&) = delete;
+
+private:
+    EvaluationRun& run_ = EvaluationRun::current();
+    const bool isOutermost_;
+};
+
 // A ":" behind such a name makes an opening marker: its literal text is no pair of markers.
 bool becomesMarker(std::u16string_view rawName) noexcept {
     const std::u16string_view piece = kOpeningMarker.substr(0, kOpeningMarker.size() - 1);
@@ -199,6 +219,7 @@ bool Evaluation::ownPlaceIsFirst(std::size_t index) {
 
 void Evaluation::appendResult(std::size_t index, std::u16string& results, std::size_t base) {
     const std::size_t start = results.size();
+    const AnsweringOutermost answering(tags_, index);
     try {
         if (const std::shared_ptr<kvTag> tag = tags_.made(index)) {
             results += tag->Result();
@@ -240,7 +261,7 @@ bool Evaluation::answerBuiltIn(std::size_t index, std::u16string& results, std::
 void Evaluation::makeValue(std::size_t index, std::u16string& value) {
     value.clear();
     if (!BuiltInCommands::appendProperty(tags_.rawName(index), *tags_.context(), value)) {
-        value = BuiltInCommands(tags_.services(), tags_.context()).run(tags_.storedName(index));
+        value = BuiltInCommands(tags_.services(), tags_.context(), tags_.storedName(index)).run();
     }
     if (const auto limit = fitAndCount(tags_.services(), tags_.context()->protectRtf, value)) {
         reportLimit(tags_.services(), *tags_.context(), *limit, kBuiltInHandler, tags_.rawName(index));

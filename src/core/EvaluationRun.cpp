@@ -1,5 +1,7 @@
 #include "core/EvaluationRun.h"
 
+#include "properties/privProperty.h"
+
 namespace velmor {
 
 std::u16string_view limitMessage(EvaluationLimit limit) noexcept {
@@ -41,12 +43,17 @@ bool EvaluationRun::isFirst(EvaluationLimit limit) noexcept {
 }
 
 EvaluationLevel::EvaluationLevel() noexcept : run_(EvaluationRun::current()) {
-    if (run_.level_ == 0) run_ = EvaluationRun();
+    if (run_.level_ == 0) {
+        run_ = EvaluationRun();
+        run_.logEntries_ = &logEntries_;
+    }
     ++run_.level_;
 }
 
 EvaluationLevel::~EvaluationLevel() {
-    if (--run_.level_ <= 1) run_.tooDeep_ = false;
+    --run_.level_;
+    if (run_.level_ <= 1) run_.tooDeep_ = false;
+    if (run_.level_ == 0) run_ = EvaluationRun();
 }
 
 std::optional<EvaluationLimit> EvaluationLevel::refused() noexcept {

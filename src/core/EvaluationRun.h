@@ -2,10 +2,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string_view>
 
 namespace velmor {
+
+class privProperty;
 
 // Limits of one top-level evaluation, far above what documents use. A tag beyond a limit yields
 // the empty text, each limit that is met writes one entry to the error log, and evaluation goes on.
@@ -17,11 +20,25 @@ inline constexpr int kMaximumLevels = 100;
 inline constexpr std::int64_t kMaximumDispatches = 10'000'000;
 // Characters of the template and of all values that tags yielded, on every level.
 inline constexpr std::int64_t kMaximumCharacters = (std::int64_t{1} << 30) - 1;
+// Entries in the error log; one more counts the others.
+inline constexpr std::int64_t kMaximumLogEntries = 10'000;
 
 enum class EvaluationLimit { levels, dispatches, characters };
 
 // What an error-log entry says of the limit.
 std::u16string_view limitMessage(EvaluationLimit limit) noexcept;
+
+// The tag of the outermost text that is being answered.
+struct OutermostTag {
+    std::int32_t index = 0;     // as in kvTags::Item; 0 while none is being answered
+    std::int32_t position = 0;  // of its opening marker in the text
+    std::u16string_view text;   // with its markers
+};
+
+struct LogEntryCount {
+    std::int64_t count = 0;
+    std::shared_ptr<privProperty> last;  // the entry that counts those beyond the limit
+};
 
 // What the thread's running evaluation has used up. Evaluations that begin while another runs on
 // the same thread (in a handler, say) belong to that one.
@@ -41,6 +58,11 @@ public:
     // Counts characters. Once they exceed the limit every dispatch is refused: a huge text would
     // otherwise be made over and over.
     std::optional<EvaluationLimit> countCharacters(std::size_t count) noexcept;
+    // Empty at the beginning and between two tags. Holds views of the text under evaluation.
+    const OutermostTag& outermostTag() const noexcept { return outermostTag_; }
+    void outermostTag(const OutermostTag& tag) noexcept { outermostTag_ = tag; }
+    // The entries that this evaluation added to the error log; null while none runs.
+    LogEntryCount* logEntries() noexcept { return logEntries_; }
     // True the first time that it is asked for a limit: that limit's one entry is to be written.
     bool isFirst(EvaluationLimit limit) noexcept;
 
@@ -52,6 +74,8 @@ private:
     unsigned reported_ = 0;
     std::int64_t dispatches_ = 0;
     std::int64_t characters_ = 0;
+    OutermostTag outermostTag_;
+    LogEntryCount* logEntries_ = nullptr;
 };
 
 // Held by each evaluation loop while it runs.
@@ -67,6 +91,7 @@ public:
 
 private:
     EvaluationRun& run_;
+    LogEntryCount logEntries_;  // of the outermost level, for all of them
 };
 
 }  // namespace velmor

@@ -8,6 +8,7 @@
 #include "automation/Convert.h"
 #include "common/TextFile.h"
 #include "core/Markup.h"
+#include "core/Options.h"
 
 namespace velmor {
 
@@ -19,7 +20,6 @@ struct TimingLog::Target {
 
 namespace {
 
-constexpr std::u16string_view kOptionsKey = u"SOFTWARE\\Korvane\\Quillmark\\Options";
 constexpr std::int32_t kNothing = 1;  // no line has this bit: the settings are read, and that is all
 
 std::u16string_view stageWord(LogType type) noexcept {

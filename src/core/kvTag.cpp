@@ -1,5 +1,7 @@
 #include "core/kvTag.h"
 
+#include <utility>
+
 #include "automation/Convert.h"
 #include "common/Library.h"
 #include "core/ErrorLog.h"
@@ -80,8 +82,7 @@ void kvTag::becomeChild(std::shared_ptr<const TagContext> context) {
 }
 
 void kvTag::releaseShared() {
-    if (tags_) tags_->cleanUp();
-    tags_.reset();
+    if (const std::shared_ptr<kvTags> tags = std::exchange(tags_, nullptr)) tags->cleanUp();
     releaseDirect();
     elements_.reset();
     const bool protect = context_->protectRtf;
@@ -157,7 +158,11 @@ automation::ObjectRef kvTag::Library() const {
 
 void kvTag::LogError(std::u16string_view psTagHandler, std::u16string_view psError, std::int32_t& plErrorNumber,
                      std::u16string_view psTagData, std::u16string_view psErrorData) {
-    addErrorLogEntry(services_, *ErrorLog(), {psTagHandler, psError, plErrorNumber, psTagData, psErrorData});
+    try {
+        addErrorLogEntry(services_, *ErrorLog(), {psTagHandler, psError, plErrorNumber, psTagData, psErrorData});
+    } catch (const std::exception&) {
+        // No memory for the log: the entry is left out.
+    }
 }
 
 void kvTag::LogError(std::u16string_view psTagHandler, std::u16string_view psError) {
@@ -166,11 +171,15 @@ void kvTag::LogError(std::u16string_view psTagHandler, std::u16string_view psErr
 }
 
 void kvTag::Dispose(bool pbDisposeProperties) {
+    const std::shared_ptr<Object> alive = keep();
     if (pbDisposeProperties) {
-        context_->properties.Dispose();
-        context_->variables.Dispose();
-        if (elements_) elements_->Dispose();
-        if (context_->errorLog) context_->errorLog->Dispose();
+        // What is disposed may change what the tag refers to.
+        const std::shared_ptr<const TagContext> before = context_;
+        const std::shared_ptr<privProperties> elements = elements_;
+        before->properties.Dispose();
+        before->variables.Dispose();
+        if (elements) elements->Dispose();
+        if (before->errorLog) before->errorLog->Dispose();
     }
     TagContext& context = ownContext();
     context.properties = {};
@@ -179,11 +188,19 @@ void kvTag::Dispose(bool pbDisposeProperties) {
     context.database.reset();
     releaseDirect();
     elements_.reset();
-    if (tags_) tags_->cleanUp();
-    tags_.reset();
+    if (const std::shared_ptr<kvTags> tags = std::exchange(tags_, nullptr)) tags->cleanUp();
 }
 
 // --- name and value ---
+
+template <class Call>
+void kvTag::guarded(Call&& call) noexcept {
+    try {
+        call();
+    } catch (const std::exception&) {
+        logFailure();
+    }
+}
 
 std::u16string kvTag::Name() const {
     return name_;
@@ -203,27 +220,31 @@ std::u16string kvTag::Value() const {
 }
 
 void kvTag::Value(std::u16string psValue) {
-    if (psValue.starts_with(kRtfStart)) ProtectRTF(true);
-    addTableMarkers(psValue, services_.guids);
-    value_ = std::make_shared<const std::u16string>(std::move(psValue));
-    BuildTagCollection();
-    tagsBuilt_ = true;
-    resultGenerated_ = false;
-    ++changes_;
+    guarded([&] {
+        if (psValue.starts_with(kRtfStart)) ProtectRTF(true);
+        addTableMarkers(psValue, services_.guids);
+        auto value = std::make_shared<const std::u16string>(std::move(psValue));
+        tags_ = findTags(value);
+        value_ = std::move(value);
+        tagsBuilt_ = true;
+        resultGenerated_ = false;
+        ++changes_;
+    });
 }
 
 void kvTag::BuildTagCollection() {
+    guarded([&] { tags_ = findTags(value_); });
+}
+
+std::shared_ptr<kvTags> kvTag::findTags(const TextRef& value) {
     const TimedStage search(services_, LogType::tagCollection);
     TopLevelTags found;
-    if (value_->size() <= static_cast<std::size_t>(kMaximumCharacters)) found = findTopLevelTags(*value_);
-    const std::u16string detail = search ? searchDetail(ownHandler(), *value_, found) : std::u16string();
-    if (found.tags.empty()) {
-        tags_ = std::make_shared<kvTags>();
-    } else {
-        tags_ =
-            std::make_shared<kvTags>(std::make_unique<TagList>(services_, value_, std::move(found), sharedContext()));
-    }
+    if (value->size() <= static_cast<std::size_t>(kMaximumCharacters)) found = findTopLevelTags(*value);
+    const std::u16string detail = search ? searchDetail(ownHandler(), *value, found) : std::u16string();
+    std::unique_ptr<TagList> list;
+    if (!found.tags.empty()) list = std::make_unique<TagList>(services_, value, std::move(found), sharedContext());
     search.finish(detail);
+    return list ? std::make_shared<kvTags>(std::move(list)) : std::make_shared<kvTags>();
 }
 
 // As dispatch takes it from the name; "" for a template.
@@ -278,6 +299,7 @@ Variant kvTag::CommandValue() {
 }
 
 std::u16string kvTag::CommandValueProcessed() {
+    const std::shared_ptr<Object> alive = keep();
     const PropertyRef command = Elements()->Item(kCommandElement);
     return command ? processed(command->ValueStr()) : std::u16string();
 }
@@ -289,27 +311,28 @@ std::u16string kvTag::processed(std::u16string text) {
 }
 
 std::u16string kvTag::GetProcessedPropertiesValue(std::u16string_view psName, std::u16string_view psDefault) {
+    const std::shared_ptr<Object> alive = keep();
     const std::optional<Variant> value = Properties().find(psName);
     return processed(value ? automation::toText(*value).value_or(std::u16string()) : std::u16string(psDefault));
 }
 
 std::u16string kvTag::GetProcessedVariablesValue(std::u16string_view psName, std::u16string_view psDefault) {
+    const std::shared_ptr<Object> alive = keep();
     const std::optional<Variant> value = Variables().find(psName);
     return processed(value ? automation::toText(*value).value_or(std::u16string()) : std::u16string(psDefault));
 }
 
 std::u16string kvTag::GetProcessedElementsValue(std::u16string_view psName, const Variant& pvDefault) {
+    const std::shared_ptr<Object> alive = keep();
     const PropertyRef element = Elements()->Item(psName);
     return processed(element ? element->ValueStr() : automation::toText(pvDefault).value_or(std::u16string()));
 }
 
 std::u16string kvTag::ProcessValue(std::u16string_view psValue) {
-    try {
-        return evaluateText(services_, sharedContext(), ownHandler(), std::u16string(psValue));
-    } catch (const std::exception&) {
-        logFailure(HandlerName());
-        return {};
-    }
+    const std::shared_ptr<Object> alive = keep();
+    std::u16string result;
+    guarded([&] { result = evaluateText(services_, sharedContext(), ownHandler(), std::u16string(psValue)); });
+    return result;
 }
 
 std::shared_ptr<kvTag> kvTag::NewTag() {
@@ -319,10 +342,14 @@ std::shared_ptr<kvTag> kvTag::NewTag() {
 }
 
 std::u16string kvTag::ProcessName(std::u16string_view psName) {
-    const std::shared_ptr<kvTag> tag = NewTag();
-    tag->Name(psName);
-    std::u16string result = tag->Result();
-    tag->releaseShared();
+    const std::shared_ptr<Object> alive = keep();
+    std::u16string result;
+    guarded([&] {
+        const std::shared_ptr<kvTag> tag = NewTag();
+        tag->Name(psName);
+        result = tag->Result();
+        tag->releaseShared();
+    });
     return result;
 }
 

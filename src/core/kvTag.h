@@ -35,7 +35,9 @@ struct HandlerAddress;
 // within parameters included. An opening marker without its closing one is text.
 //
 // No member raises: a tag that fails gives what it had produced so far, and an entry in ErrorLog.
-// Always held by shared_ptr (make_shared). One thread at a time.
+// A value that finds no memory is not set. (A getter may raise std::bad_alloc for the copy that it
+// returns.) Always held by shared_ptr (make_shared); a running member keeps its tag alive, whatever
+// a handler lets go. One thread at a time.
 class kvTag final : public automation::Object, public ResultSource, public DirectOwner {
 public:
     explicit kvTag(platform::Services& services);
@@ -148,6 +150,12 @@ public:
 private:
     friend class TagList;
 
+    // To be held by each member that calls handlers or objects of the host: they may let go of the tag.
+    std::shared_ptr<Object> keep() { return weak_from_this().lock(); }
+    // Calls what may raise; enters what it raises in the error log.
+    template <class Call>
+    void guarded(Call&& call) noexcept;
+
     void becomeChild(std::shared_ptr<const TagContext> context);
     void adoptOutcome(TextRef value, std::shared_ptr<kvTags> tags, TextRef result);
     // Lets go what it shares with its parent, its own tags first.
@@ -169,7 +177,9 @@ private:
     void takeAnswer(std::u16string value);
     std::u16string ownHandler() const;
     void becomeEmpty();
-    void logFailure(std::u16string_view handler);
+    // Of the exception that is being handled; without a handler, of the tag's own.
+    void logFailure(std::u16string_view handler = {}) noexcept;
+    std::shared_ptr<kvTags> findTags(const TextRef& value);
 
     platform::Services& services_;
     std::u16string name_;

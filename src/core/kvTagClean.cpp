@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "core/Options.h"
 #include "core/TimingLog.h"
 #include "core/kvTag.h"
 #include "rtf/CleanRTF.h"
@@ -24,30 +25,23 @@ private:
     platform::Services& services_;
 };
 
-// A host's own collection may fail; then cleaning is plain.
-bool asksForTolerance(kvTag& tag) noexcept {
-    try {
-        return tag.Properties().truth(u"kvTag.RTF Tolerant", false);
-    } catch (...) {
-        return false;
-    }
-}
-
-CleanOptions optionsOf(kvTag& tag) noexcept {
+CleanOptions optionsOf(kvTag& tag) {
     CleanOptions options;
     options.mergeMode = tag.CleanRTFMergeMode();
-    options.tolerant = asksForTolerance(tag);
+    options.tolerant = isTolerant(tag.services(), tag.Properties());
     return options;
 }
 
 }  // namespace
 
 bool kvTag::CleanRTFFile(std::u16string_view psFileName, std::u16string_view psSaveFileName) {
+    const std::shared_ptr<Object> alive = keep();
     TagCleanHost host(services_);
     return Module1::CleanRTFFileText(psFileName, psSaveFileName, optionsOf(*this), host);
 }
 
 void kvTag::CleanRTF(std::u16string& psRTF) {
+    const std::shared_ptr<Object> alive = keep();
     TagCleanHost host(services_);
     Module1::CleanRTFText(psRTF, optionsOf(*this), host);
 }

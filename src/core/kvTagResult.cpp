@@ -39,12 +39,14 @@ std::u16string kvTag::Result() {
 }
 
 TextRef kvTag::resultText() {
+    const std::shared_ptr<Object> alive = keep();
     if (answering_ && evaluation_ != nullptr) return std::make_shared<const std::u16string>(evaluation_->soFar());
     if (!answering_ && !resultGenerated_) evaluate();
     return result_;
 }
 
 const privStrCat& kvTag::resultBuilder() {
+    const std::shared_ptr<Object> alive = keep();
     if (!resultGenerated_ && !answering_) evaluate();
     if (!resultBuilder_) resultBuilder_ = std::make_unique<privStrCat>();
     resultBuilder_->Reset();
@@ -53,12 +55,11 @@ const privStrCat& kvTag::resultBuilder() {
 }
 
 void kvTag::evaluate() {
-    const std::shared_ptr<Object> alive = shared_from_this();
     Temporarily<bool> answering(answering_, true);
     const TimedStage stage(services_, LogType::result, !isChild_);
     EvaluationLevel level;
     if (const auto limit = level.refused()) {
-        reportLimit(services_, *sharedContext(), *limit, HandlerName(), name_);
+        reportLimit(services_, *sharedContext(), *limit, ownHandler(), name_);
         result_ = std::make_shared<const std::u16string>();
         resultGenerated_ = true;
         return;
@@ -71,7 +72,7 @@ void kvTag::evaluate() {
         resultGenerated_ = changes == changes_;
         stage.finish({});
     } catch (const std::exception&) {
-        logFailure(HandlerName());
+        logFailure();
         resultGenerated_ = true;
     }
 }
@@ -116,7 +117,10 @@ void kvTag::dispatch() {
     try {
         if (address.name == kBuiltInHandler) {
             const ContextRef context = sharedContext();
-            takeAnswer(BuiltInCommands(services_, context).run(name_));
+            const std::shared_ptr<privProperties> elements = elements_;  // as somebody may have changed them
+            const std::u16string name = name_;
+            const BuiltInCommands commands(services_, context, name);
+            takeAnswer(elements ? commands.run(*elements) : commands.run());
         } else {
             answerByHandler(address);
         }
@@ -162,23 +166,28 @@ void kvTag::answerWithoutHandler(const HandlerAddress& address, std::u16string_v
 void kvTag::takeAnswer(std::u16string value) {
     if (value.starts_with(kRtfStart)) ProtectRTF(true);
     if (const auto limit = fitAndCount(services_, ProtectRTF(), value)) {
-        reportLimit(services_, *sharedContext(), *limit, HandlerName(), name_);
+        reportLimit(services_, *sharedContext(), *limit, ownHandler(), name_);
     }
-    value_ = std::make_shared<const std::u16string>(std::move(value));
-    BuildTagCollection();
+    auto answer = std::make_shared<const std::u16string>(std::move(value));
+    tags_ = findTags(answer);
+    value_ = std::move(answer);
     tagsBuilt_ = true;
 }
 
-// Of the exception that is being handled.
-void kvTag::logFailure(std::u16string_view handler) {
+void kvTag::logFailure(std::u16string_view handler) noexcept {
     try {
-        throw;
-    } catch (const Error& error) {
-        std::int32_t number = error.number();
-        LogError(handler, error.description(), number, name_);
-    } catch (const std::exception& error) {
+        const std::u16string name = handler.empty() ? ownHandler() : std::u16string(handler);
         std::int32_t number = 7;
-        LogError(handler, u"Out of memory", number, name_);
+        try {
+            throw;
+        } catch (const Error& error) {
+            number = error.number();
+            LogError(name, error.description(), number, name_);
+        } catch (const std::exception&) {
+            LogError(name, u"Out of memory", number, name_);
+        }
+    } catch (const std::exception&) {
+        // No memory for the log: the entry is left out.
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include "automation/Convert.h"
 #include "automation/Variant.h"
+#include "handlers/BuiltInCatalogue.h"
 #include "text/Compare.h"
 #include "text/Error.h"
 
@@ -40,7 +41,8 @@ std::u16string HandlerAddress::registryKey() const {
 }
 
 std::u16string HandlerAddress::className(const platform::Registry& registry) const {
-    if (name.empty()) return {};  // the key's own default value is no handler
+    // The key's own default value is no handler, and no tag reaches one that is called like the built-in one.
+    if (name.empty() || name == BuiltInCatalogue::handler) return {};
     return registry.value(registryKey(), name).value_or(std::u16string());
 }
 

@@ -23,7 +23,7 @@ struct HandlerAddress {
     static HandlerAddress parse(std::u16string_view psHandler);
 
     std::u16string registryKey() const;
-    // The registered class name; "" when there is none.
+    // The registered class name; "" when there is none, and always for the built-in handler's name.
     std::u16string className(const platform::Registry& registry) const;
 };
 

@@ -30,7 +30,7 @@ public:
     };
 
     // `mark` occurs neither in the text nor in anything that will be stored.
-    explicit TableCollection(char16_t mark) noexcept : mark_(mark) {}
+    explicit TableCollection(char16_t mark) : mark_(mark) {}
 
     char16_t mark() const noexcept { return mark_; }
 

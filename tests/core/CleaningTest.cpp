@@ -42,8 +42,14 @@ TEST_F(Cleaning, TakesTheMergeModeOfTheTag) {
     tag->invoke(u"CleanRTFMergeMode", InvokeKind::let, {&on, 1});
     EXPECT_TRUE(tag->CleanRTFMergeMode());
     EXPECT_NE(tag->CleanRTFByVal(document).find(u"\\sect\\pgwsxn0"), std::u16string::npos);
+    const auto isTolerant = [&] { return tag->CleanRTFByVal(document).find(u"\\pgwsxn12240") != std::u16string::npos; };
+    machine.registry.set(u"SOFTWARE\\Korvane\\Quillmark\\Options", u"RTF Tolerant", u"1");
+    EXPECT_TRUE(isTolerant());
+    tag->Properties().put(u"kvTag.RTF Tolerant", Variant(u"no"));
+    EXPECT_FALSE(isTolerant());
     tag->Properties().put(u"kvTag.RTF Tolerant", Variant(u"yes"));
-    EXPECT_NE(tag->CleanRTFByVal(document).find(u"\\pgwsxn12240"), std::u16string::npos);
+    machine.registry.set(u"SOFTWARE\\Korvane\\Quillmark\\Options", u"RTF Tolerant", u"0");
+    EXPECT_TRUE(isTolerant());
 }
 
 TEST_F(Cleaning, WritesALineForEveryTextAndEveryFile) {

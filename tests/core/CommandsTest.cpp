@@ -65,11 +65,21 @@ TEST(Commands, TheShortCutGivesWhatTheFullParseGives) {
         if (!BuiltInCommands::appendProperty(name, *context, quick)) continue;
         ++taken;
         if (!name.ends_with(u':')) name += u':';
-        ASSERT_EQ(quick, BuiltInCommands(on.services, ContextRef(context)).run(name)) << toUtf8(name);
+        ASSERT_EQ(quick, BuiltInCommands(on.services, ContextRef(context), name).run()) << toUtf8(name);
     }
     EXPECT_GT(taken, 5000);
 }
 // clang-format on
+
+TEST(Commands, ObeyWhatTheHostChanged) {
+    TagTest on;
+    for (const auto* text : {u"[PROPERTY:a=1:]", u"[PROPERTY:a=1][PROPERTY:a=1:]"}) {  // the second the literal way
+        const auto tag = on.make(std::u16string(text) + u"|[@AUTHOR:]");
+        tag->Tags()->Item(1)->Elements()->Item(3)->ValueStr(u"2");
+        tag->Tags()->Item(tag->Tags()->Count())->Name(u"TAG>@VERSION");
+        EXPECT_EQ(tag->Result(), text[14] == u']' ? u"2|1" : u"12|1");
+    }
+}
 
 TEST(Commands, SetPropertyEvaluatesUnlessTold) {
     TagTest on;
@@ -87,9 +97,11 @@ TEST(Commands, SetPropertyEvaluatesUnlessTold) {
 // clang-format off
 TEST(Commands, IncludeReadsFilesAndEntriesOfLists) {
     TagTest on;
-    const std::pair<const char16_t*, const char*> files[] = {
+    const std::pair<const char16_t*, std::string_view> files[] = {
         {u"C:\\x\\y.txt", "there"}, {u"C:\\Program Files\\Velmor\\y.txt", "default"}, {u"\\\\srv\\y.txt", "unc"},
         {u"C:\\x\\tag.txt", "<KV:TAG>@VERSION:</KV>"}, {u"/srv/y.txt", "rooted"}, {u"C:\\x\\locked.txt", ""},
+        {u"C:\\nul.rtf", {"{\\rtf1 a}\r\n\0", 12}}, {u"C:\\more.rtf", "{\\rtf1 a\\}}b{c}"},
+        {u"C:\\old.rtf", "{\\rtf\\ansi a}b"}, {u"C:\\open.rtf", "{\\rtf1 {a}"},
         {u"C:\\l.kvl", "red=\"Rot\":green=\"Gr<KV:TAG>@VERSION:</KV>n\":blue=5:"}, {u"C:\\e.KVL", ""}};
     for (const auto& [path, bytes] : files) on.services.files.set(path, bytes);
     on.services.files.failReading(u"C:\\x\\locked.txt");
@@ -102,8 +114,14 @@ TEST(Commands, IncludeReadsFilesAndEntriesOfLists) {
         {u"[INCLUDE=C:\\l.kvl:INDEX=4:]", u""}, {u"[INCLUDE=C:\\l.kvl:INDEX=x:]", u""},
         {u"[INCLUDE=C:\\l.kvl:KEY=GREEN:]", u"Gr1n"}, {u"[INCLUDE=C:\\l.kvl:KEY=none:]", u""},
         {u"[INCLUDE=C:\\l.kvl:KEY=blue:INDEX=1:]", u"Rot"}, {u"[INCLUDE=C:\\e.KVL:]", u""},
-        {u"[INCLUDE=C:\\x\\locked.txt:]", u""}});
+        {u"[INCLUDE=C:\\nul.rtf:]", u"{\\rtf1 a}"}, {u"[INCLUDE=C:\\open.rtf:]", u"{\\rtf1 {a}"},
+        {u"[INCLUDE=C:\\old.rtf:]", u"{\\rtf\\ansi a}b"}, {u"[INCLUDE=C:\\x\\locked.txt:]", u""}});
     EXPECT_EQ(on.errors(), (std::vector<std::u16string>{u"TAG: The file could not be read"}));
+    EXPECT_EQ(on.last->ErrorLog()->Item(1)->Properties()->GetValueStr(u"TagData"), u"TAG>INCLUDE=C:\\x\\locked.txt:");
+    EXPECT_EQ(on.last->ErrorLog()->Item(1)->Properties()->GetValueStr(u"ErrData"), u"C:\\x\\locked.txt");
+    check(on, {{u"[INCLUDE=C:\\more.rtf:]", u"{\\rtf1 a\\}}"}});
+    EXPECT_EQ(on.errors(), (std::vector<std::u16string>{u"TAG: Text after the end of the document was left out"}));
+    check(on, {{u"[SETPROPERTY:kvTag.RTF Tolerant=yes:][INCLUDE=C:\\old.rtf:]", u"{\\rtf1\\ansi a}"}});
     on.services.folders.separatorUnit = u'/';
     check(on, {{u"[INCLUDE=/srv/y.txt:]", u"rooted"}});
 }

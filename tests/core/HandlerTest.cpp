@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/ErrorLog.h"
 #include "core/EvaluationRun.h"
 #include "core/TestTags.h"
 #include "handlers/ITag4.h"
@@ -136,6 +137,56 @@ TEST(Handler, MayReenter) {
     EXPECT_EQ(on.last->Result(), u"new 1");
 }
 
+// A host whose only reference is let go by a handler, or by a collection of its own.
+TEST(Handler, MayLetGoOfAllThatItReaches) {
+    TagTest on;
+    std::shared_ptr<kvTag> host;
+    std::function<void()> letGo;
+    on.addHandler(u"H", 5, [&](kvTag& tag) {
+        Variant name(tag.CommandName());
+        return letGo(), name;
+    });
+    on.set(u"p", u"<KV:H>x:</KV>");
+    struct Collecting final : automation::Object {
+        std::function<void()>& letGo;
+        explicit Collecting(std::function<void()>& act) : letGo(act) {}
+        Variant invoke(std::u16string_view, automation::InvokeKind, std::span<Variant>) override { return letGo(), 1; }
+        std::u16string typeName() const override { return u"Collecting"; }
+    };
+    const std::function<std::u16string(kvTag&)> members[] = {
+        [](kvTag& tag) { return tag.Result(); },
+        [](kvTag& tag) { return tag.ProcessValue(u"<KV:H>x:</KV>"); },
+        [](kvTag& tag) { return tag.ProcessName(u"H>x"); },
+        [](kvTag& tag) { return tag.GetProcessedPropertiesValue(u"p"); },
+        [](kvTag& tag) { return tag.GetProcessedVariablesValue(u"none", u"<KV:H>x:</KV>"); },
+        [](kvTag& tag) { return tag.Name(u"A>b=<KV:H>x:</KV>:"), tag.CommandValueProcessed(); },
+        [](kvTag& tag) { return tag.Name(u"A>b:c=<KV:H>x:</KV>:"), tag.GetProcessedElementsValue(u"c"); },
+        [](kvTag& tag) { return tag.Name(u"H>x:"), tag.Result(); },
+    };
+    const std::function<void()> actions[] = {
+        [&] { host.reset(); },
+        [&] { host->Value(u"new"), host.reset(); },
+        [&] { host->Name(u"other"), host.reset(); },
+        [&] { host->Dispose(), host.reset(); },
+        [&] { host->Tags()->Item(1)->Dispose(), host->Properties({}), host.reset(); },
+    };
+    for (const auto& member : members) {
+        for (const auto& action : actions) {
+            letGo = action;
+            host = on.make(u"<KV:H>x:</KV>");
+            EXPECT_EQ(member(*host), u"X") << &member - members << &action - actions;
+        }
+    }
+    letGo = [&] { host.reset(); };
+    for (const auto& member : {members[3], std::function([](kvTag& tag) { return tag.Dispose(), std::u16string(); }),
+                               std::function([](kvTag& tag) { return tag.CleanRTFByVal(u"{\\rtf1 }"); })}) {
+        host = on.make(u"");
+        host->Properties(Collection::fromObject(std::make_shared<Collecting>(letGo)));
+        member(*host);
+        EXPECT_EQ(host, nullptr);
+    }
+}
+
 // --- what would not end ---
 
 TEST(Limits, EndWhatReadsItself) {
@@ -160,6 +211,27 @@ TEST(Limits, EndWhatReadsItself) {
     EXPECT_EQ(on.errors().size(), 1u);
     on.addHandler(u"S", 3, [&](kvTag&) { return Variant(on.make(u".<KV:S>:</KV>")->Result()); });
     EXPECT_EQ(on.evaluate(u"<KV:S>:</KV>").size(), 49u);
+}
+
+TEST(Limits, TheErrorLogCountsWhatItLeavesOut) {
+    TagTest on;
+    struct Heard final : ErrorListener {
+        std::vector<std::tuple<std::int32_t, std::int32_t, std::u16string>> tags;
+        void heard(const ErrorLogEntry&, const OutermostTag& tag) override {
+            tags.emplace_back(tag.index, tag.position, tag.text);
+        }
+    } listener;
+    on.set(u"p", u"<KV:N>:</KV>");
+    std::u16string text = u"[@AUTHOR] [PROPERTY:p]";
+    for (int i = 0; i < 10'041; ++i) text += u"<KV:N>:</KV>";
+    on.evaluate(text);
+    EXPECT_EQ(on.errors().size(), 10'001u);
+    EXPECT_EQ(on.errors().back(), u"N: 42 more errors are not listed");
+    ASSERT_EQ(listener.tags.size(), 10'042u);
+    EXPECT_EQ(listener.tags[0], std::tuple(2, 22, tagged(u"[PROPERTY:p]")));
+    EXPECT_EQ(listener.tags[2], std::tuple(4, 57, u"<KV:N>:</KV>"));
+    on.evaluate(u"<KV:N>:</KV>");
+    EXPECT_EQ(on.errors().size(), 1u);
 }
 
 TEST(Limits, EndNothingAtTheMarginOfTheLevels) {

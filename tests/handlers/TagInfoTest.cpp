@@ -103,7 +103,7 @@ TEST_F(TagInfo, AsksHandlersAsTheirLevelAllows) {
 
 TEST_F(TagInfo, TellsWhatIsRegisteredAndAvailable) {
     add(handlers, u"H", u"Test.H4");
-    for (const auto* name : {u"S", u"S-1"}) add(groups + u"\\LETTERS", name, u"Test.S3");
+    for (const auto* name : {u"S", u"S-1", u"TAG"}) add(groups + u"\\LETTERS", name, u"Test.S3");
     services.registry.set(handlers, u"GONE", u"Test.Gone");
     services.registry.set(handlers, u"EMPTY", u"");
     add(handlers, u"BRACED", u"{00020905-0000-0000-C000-000000000046}");
