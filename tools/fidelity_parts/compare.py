@@ -3,7 +3,7 @@
 import re
 from difflib import SequenceMatcher
 
-PLACE = 1.0  # points; a twentieth of a point is RTF's unit
+PLACE, LOOSE_PLACE = 1.0, 6.0  # points; a twentieth of a point is RTF's unit
 DIGITS = re.compile(r"\d+")
 CLOCK = re.compile(r"\d")
 
@@ -40,7 +40,8 @@ def look(word, place):
 
 def is_same_place(a, b, place):
     """Whether two words stand at the same place, as far as the place counts."""
-    return (abs(a.x - b.x) <= PLACE or "x" not in place) and (abs(a.y - b.y) <= PLACE or "y" not in place)
+    wide = LOOSE_PLACE if a.loose or b.loose else PLACE
+    return (abs(a.x - b.x) <= wide or "x" not in place) and (abs(a.y - b.y) <= PLACE or "y" not in place)
 
 
 def is_same(a, b, place):

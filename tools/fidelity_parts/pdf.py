@@ -13,13 +13,15 @@ SECONDS_TO_START, SECONDS_EACH = 60, 40
 
 @dataclass(frozen=True)
 class Word:
-    """A word, or a picture, as a page shows it. A run is a piece of one font, size and colour."""
+    """A word, or a picture, as a page shows it. A run is a piece of one font, size and colour.
+
+    LibreOffice gives several blanks in a row now one width and now another: words of such a line are loose."""
 
     text: str
     runs: tuple
     x: float
     y: float
-    right: float
+    loose: bool = False
 
 
 @dataclass(frozen=True)
@@ -107,7 +109,7 @@ def read_words(page):
         if block["type"] == 1:
             left, top, right, bottom = block["bbox"]
             size = (round(right - left), round(bottom - top))
-            words.append(Word("[picture]", (("%d x %d" % size, 0, 0),), left, bottom, right))
+            words.append(Word("[picture]", (("%d x %d" % size, 0, 0),), left, bottom))
         else:
             for line in block["lines"]:
                 words += line_words(line)
@@ -117,20 +119,20 @@ def read_words(page):
 def line_words(line):
     """The words of a line: what white space divides."""
     words, chars = [], []
+    loose = "  " in "".join(char["c"] for span in line["spans"] for char in span["chars"])
     for span in line["spans"]:
         run = (span["font"].split("+")[-1], round(span["size"], 1), span["color"])
         for char in span["chars"]:
             if not char["c"].isspace():
                 chars.append((char, run))
             elif chars:
-                words.append(make_word(chars))
+                words.append(make_word(chars, loose))
                 chars = []
-    return words + ([make_word(chars)] if chars else [])
+    return words + ([make_word(chars, loose)] if chars else [])
 
 
-def make_word(chars):
+def make_word(chars, loose):
     """One word of its characters."""
     runs = tuple(dict.fromkeys(run for _, run in chars))
-    first, last = chars[0][0], chars[-1][0]
     text = "".join(char["c"] for char, _ in chars)
-    return Word(text, runs, first["origin"][0], first["origin"][1], last["bbox"][2])
+    return Word(text, runs, *chars[0][0]["origin"], loose)
