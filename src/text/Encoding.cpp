@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <vector>
+#include <bitset>
+#include <utility>
 
 namespace velmor {
 
@@ -13,39 +14,95 @@ constexpr std::array<char16_t, 32> windows1252 = {0x20AC, 0x81,   0x201A, 0x0192
                                                   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
                                                   0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
 
-// The upper half of the code page, both ways.
-struct CodePage {
-    std::array<char16_t, 128> units;
-    std::array<std::uint8_t, 128> bytesByUnit;  // ordered by unit; of equal units, the lower byte first
+using Pair = AnsiCodePage::Pair;
 
-    explicit CodePage(const std::array<char16_t, 128>& upperHalf) noexcept : units(upperHalf), bytesByUnit() {
-        for (std::size_t i = 0; i < bytesByUnit.size(); ++i) bytesByUnit[i] = static_cast<std::uint8_t>(0x80 + i);
-        std::stable_sort(bytesByUnit.begin(), bytesByUnit.end(),
-                         [this](std::uint8_t a, std::uint8_t b) { return unitOf(a) < unitOf(b); });
-    }
-
-    char16_t unitOf(std::uint8_t byte) const noexcept { return byte < 0x80 ? byte : units[byte - 0x80]; }
-
-    std::uint8_t byteOf(char16_t unit) const noexcept {
-        if (unit < 0x80) return static_cast<std::uint8_t>(unit);
-        const auto found =
-            std::lower_bound(bytesByUnit.begin(), bytesByUnit.end(), unit,
-                             [this](std::uint8_t byte, char16_t sought) { return unitOf(byte) < sought; });
-        return found != bytesByUnit.end() && unitOf(*found) == unit ? *found : '?';
-    }
-};
-
-CodePage westernPage() noexcept {
-    std::array<char16_t, 128> units;
-    for (std::size_t i = 0; i < units.size(); ++i) {
-        units[i] = i < windows1252.size() ? windows1252[i] : static_cast<char16_t>(0x80 + i);
-    }
-    return CodePage(units);
+bool precedesInCode(const Pair& a, const Pair& b) noexcept {
+    return a.code < b.code;
+}
+bool precedesInUnit(const Pair& a, const Pair& b) noexcept {
+    return a.unit < b.unit;
 }
 
-CodePage& ansiPage() noexcept {
-    static CodePage page = westernPage();
-    return page;
+std::uint8_t byteAt(std::string_view bytes, std::size_t at) noexcept {
+    return static_cast<std::uint8_t>(bytes[at]);
+}
+
+// A code page, both ways.
+class CodePage {
+public:
+    explicit CodePage(const AnsiCodePage& page)
+        : units_(page.upperHalf), pairsByCode_(page.pairs), codesByUnit_(page.pairs) {
+        for (std::size_t i = 0; i < units_.size(); ++i) {
+            codesByUnit_.push_back({static_cast<std::uint16_t>(0x80 + i), units_[i]});
+        }
+        std::stable_sort(codesByUnit_.begin(), codesByUnit_.end(), precedesInUnit);
+        std::sort(pairsByCode_.begin(), pairsByCode_.end(), precedesInCode);
+        for (const Pair& pair : pairsByCode_) leads_.set(pair.code >> 8);
+    }
+
+    bool hasPairs() const noexcept { return !pairsByCode_.empty(); }
+    bool isLead(std::uint8_t byte) const noexcept { return leads_[byte]; }
+    char16_t unitOf(std::uint8_t byte) const noexcept { return byte < 0x80 ? byte : units_[byte - 0x80u]; }
+
+    // Null when the two are no character.
+    const Pair* pairOf(std::uint8_t lead, std::uint8_t second) const noexcept {
+        if (!isLead(lead)) return nullptr;
+        const Pair sought{static_cast<std::uint16_t>(lead << 8 | second), 0};
+        const auto found = std::lower_bound(pairsByCode_.begin(), pairsByCode_.end(), sought, precedesInCode);
+        return found != pairsByCode_.end() && found->code == sought.code ? &*found : nullptr;
+    }
+    const Pair* pairAt(std::string_view bytes, std::size_t at) const noexcept {
+        return at + 1 < bytes.size() ? pairOf(byteAt(bytes, at), byteAt(bytes, at + 1)) : nullptr;
+    }
+
+    std::uint16_t codeOf(char16_t unit) const noexcept {
+        if (unit < 0x80) return unit;
+        const auto found = std::lower_bound(codesByUnit_.begin(), codesByUnit_.end(), Pair{0, unit}, precedesInUnit);
+        return found != codesByUnit_.end() && found->unit == unit ? found->code : std::uint16_t{'?'};
+    }
+
+private:
+    std::array<char16_t, 128> units_;
+    std::vector<Pair> pairsByCode_;
+    std::vector<Pair> codesByUnit_;  // of equal units, the code that is written comes first
+    std::bitset<256> leads_;
+};
+
+struct Ansi {
+    CodePage page{westernCodePage()};
+    bool isUtf8 = false;
+};
+
+Ansi& ansi() noexcept {
+    static Ansi current;
+    return current;
+}
+
+std::u16string fromPairs(const CodePage& page, std::string_view bytes) {
+    std::u16string text;
+    text.reserve(bytes.size());
+    for (std::size_t at = 0; at < bytes.size(); ++at) {
+        const Pair* const pair = page.pairAt(bytes, at);
+        text += pair ? pair->unit : page.unitOf(byteAt(bytes, at));
+        at += pair ? 1 : 0;
+    }
+    return text;
+}
+
+std::string toPairs(const CodePage& page, std::u16string_view text) {
+    std::string bytes;
+    bytes.reserve(text.size() * 2);
+    bool afterLead = false;  // a first byte by itself
+    for (const char16_t unit : text) {
+        const std::uint16_t code = page.codeOf(unit);
+        const auto first = static_cast<std::uint8_t>(code > 0xFF ? code >> 8 : code);
+        // It must not make one character with what follows.
+        if (afterLead && page.pairOf(byteAt(bytes, bytes.size() - 1), first)) bytes.back() = '?';
+        bytes += static_cast<char>(first);
+        if (code > 0xFF) bytes += static_cast<char>(code & 0xFF);
+        afterLead = code <= 0xFF && page.isLead(first);
+    }
+    return bytes;
 }
 
 void appendUtf8(std::string& bytes, char32_t code) {
@@ -123,12 +180,26 @@ std::u16string fromUtf8(std::string_view bytes) {
     return text;
 }
 
-void useAnsiCodePage(const std::array<char16_t, 128>& upperHalf) noexcept {
-    ansiPage() = CodePage(upperHalf);
+AnsiCodePage westernCodePage() {
+    AnsiCodePage page;
+    for (std::size_t i = 0; i < page.upperHalf.size(); ++i) {
+        page.upperHalf[i] = i < windows1252.size() ? windows1252[i] : static_cast<char16_t>(0x80 + i);
+    }
+    return page;
+}
+
+void useAnsiCodePage(const AnsiCodePage& page) {
+    ansi() = {CodePage(page), false};
+}
+
+void useUtf8AsAnsi() {
+    ansi().isUtf8 = true;
 }
 
 std::u16string fromAnsi(std::string_view bytes) {
-    const CodePage& page = ansiPage();
+    if (ansi().isUtf8) return fromUtf8(bytes);
+    const CodePage& page = ansi().page;
+    if (page.hasPairs()) return fromPairs(page, bytes);
     std::u16string text(bytes.size(), u'\0');
     std::transform(bytes.begin(), bytes.end(), text.begin(),
                    [&](char byte) { return page.unitOf(static_cast<std::uint8_t>(byte)); });
@@ -136,15 +207,34 @@ std::u16string fromAnsi(std::string_view bytes) {
 }
 
 std::string toAnsi(std::u16string_view text) {
-    const CodePage& page = ansiPage();
+    if (ansi().isUtf8) return toUtf8(text);
+    const CodePage& page = ansi().page;
+    if (page.hasPairs()) return toPairs(page, text);
     std::string bytes(text.size(), '\0');
     std::transform(text.begin(), text.end(), bytes.begin(),
-                   [&](char16_t unit) { return static_cast<char>(page.byteOf(unit)); });
+                   [&](char16_t unit) { return static_cast<char>(page.codeOf(unit)); });
     return bytes;
 }
 
-std::uint8_t ansiCode(char16_t unit) noexcept {
-    return ansiPage().byteOf(unit);
+std::uint16_t ansiCode(char16_t unit) noexcept {
+    if (!ansi().isUtf8) return ansi().page.codeOf(unit);
+    return static_cast<std::uint8_t>(toUtf8({&unit, 1})[0]);
+}
+
+std::string_view wholeAnsi(std::string_view bytes) noexcept {
+    std::size_t at = 0;
+    if (ansi().isUtf8) {
+        for (at = bytes.size() - std::min<std::size_t>(bytes.size(), 3); at < bytes.size(); ++at) {
+            const std::uint8_t lead = byteAt(bytes, at);
+            const std::size_t size = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+            if (size > bytes.size() - at) return bytes.substr(0, at);
+        }
+        return bytes;
+    }
+    const CodePage& page = ansi().page;
+    if (!page.hasPairs()) return bytes;
+    while (at + 1 < bytes.size()) at += page.pairAt(bytes, at) ? 2 : 1;
+    return bytes.substr(0, at < bytes.size() && page.isLead(byteAt(bytes, at)) ? at : bytes.size());
 }
 
 }  // namespace velmor

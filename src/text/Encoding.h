@@ -1,9 +1,11 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace velmor {
 
@@ -17,11 +19,28 @@ std::u16string fromUtf8(std::string_view bytes);
 // "?"; there is no best fit, so a look-alike never becomes a backslash or a brace.
 std::u16string fromAnsi(std::string_view bytes);
 std::string toAnsi(std::u16string_view text);
-std::uint8_t ansiCode(char16_t unit) noexcept;
+// The code of one character: its byte, or both of its bytes, the first one high; of UTF-8 the first.
+std::uint16_t ansiCode(char16_t unit) noexcept;
+// The bytes without the beginning of a character that the end of the bytes cuts off.
+std::string_view wholeAnsi(std::string_view bytes) noexcept;
 
-// Makes another single-byte code page the ANSI one: what its bytes 0x80 to 0xFF stand for. The
-// platform calls it at start-up, before any text is converted. A byte without a meaning (or the
-// first of two, where there are such) is passed in as its own number.
-void useAnsiCodePage(const std::array<char16_t, 128>& upperHalf) noexcept;
+// A code page of one or two bytes a character.
+struct AnsiCodePage {
+    struct Pair {
+        std::uint16_t code;  // the first byte, which is 0x80 or above, high
+        char16_t unit;
+    };
+    // What the bytes 0x80 to 0xFF mean by themselves. A byte without a meaning, such as the first of
+    // two, is its own number here; so is such a byte in a text that no second one follows.
+    std::array<char16_t, 128> upperHalf;
+    // The characters of two bytes. Of several codes for one character, the first one is written.
+    std::vector<Pair> pairs;
+};
+AnsiCodePage westernCodePage();  // 1252
+
+// Makes another code page the ANSI one. The platform calls it at start-up, before any text is
+// converted.
+void useAnsiCodePage(const AnsiCodePage& page);
+void useUtf8AsAnsi();
 
 }  // namespace velmor

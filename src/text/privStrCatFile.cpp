@@ -37,10 +37,15 @@ std::optional<std::u16string> readFile(std::u16string_view name) {
     if (!file) return std::nullopt;
     std::u16string text;
     text.reserve(expectedSize(path));
-    std::string chunk(chunkBytes, '\0');
+    std::string chunk;
     while (file) {
-        file.read(chunk.data(), static_cast<std::streamsize>(chunk.size()));
-        text += fromAnsi(std::string_view(chunk).substr(0, static_cast<std::size_t>(file.gcount())));
+        const std::size_t kept = chunk.size();  // the beginning of a character
+        chunk.resize(kept + chunkBytes);
+        file.read(chunk.data() + kept, chunkBytes);
+        chunk.resize(kept + static_cast<std::size_t>(file.gcount()));
+        const std::string_view whole = file ? wholeAnsi(chunk) : chunk;
+        text += fromAnsi(whole);
+        chunk.erase(0, whole.size());
         if (text.size() > privStrCat::maximumLength) return std::nullopt;
     }
     if (file.bad() || !file.eof()) return std::nullopt;

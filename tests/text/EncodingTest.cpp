@@ -53,5 +53,50 @@ TEST(Ansi, WhatDoesNotFitIsAQuestionMarkAndNeverALookAlike) {
     EXPECT_EQ(toAnsi(u"a\U0001F600b"), "a??b");
 }
 
+// A code page in which 81 and 82 are the first of two bytes.
+class PairedAnsi : public testing::Test {
+protected:
+    PairedAnsi() {
+        AnsiCodePage page = westernCodePage();
+        page.upperHalf[1] = 0x81;
+        page.upperHalf[2] = 0x82;
+        page.pairs = {{0x815C, 0x2015}, {0x82A0, 0x3042}, {0x8281, 0xFF41}, {0x8140, 0xFF41}};
+        useAnsiCodePage(page);
+    }
+    ~PairedAnsi() override { useAnsiCodePage(westernCodePage()); }
+};
+
+TEST_F(PairedAnsi, CharactersOfTwoBytesComeBack) {
+    const std::pair<std::string_view, std::u16string_view> cases[] = {
+        {"a\x82\xA0z", u"a\u3042z"},
+        {"\x81\x5C\\", u"\u2015\\"},
+        {"\x82\x81\x5C", u"\uFF41\\"},    // the second byte is the first of none
+        {"\x81 \x82", u"\u0081 \u0082"},  // alone, and at the end
+        {"\x82\x82\xA0\xE9", u"\u0082\u3042\u00E9"},
+    };
+    for (const auto& [bytes, text] : cases) {
+        EXPECT_EQ(fromAnsi(bytes), text);
+        EXPECT_EQ(toAnsi(text), bytes);
+        EXPECT_EQ(fromAnsi(wholeAnsi(bytes)), text.substr(0, text.size() - text.ends_with(u'\u0082')));
+    }
+    EXPECT_EQ(fromAnsi("\x81\x40"), u"\uFF41");
+    EXPECT_EQ(ansiCode(0x3042), 0x82A0);
+    EXPECT_EQ(toAnsi(u"\u3043\uFF3C"), "??");
+    // A first byte by itself takes no backslash in.
+    EXPECT_EQ(toAnsi(u"\u0081\\par \u0082\u3042\u0082\u0081"), "?\\par \x82\x82\xA0?\x81");
+}
+
+TEST(Utf8Ansi, ChunksEndBetweenCharacters) {
+    useUtf8AsAnsi();
+    const std::string_view bytes = "a\xE9\xE2\x82\xAC\xF0\x9F\x98\x80";
+    std::u16string text;
+    for (std::size_t size = 1; size <= bytes.size(); ++size) text = fromAnsi(wholeAnsi(bytes.substr(0, size)));
+    EXPECT_EQ(text, u"a\uFFFD\u20AC\U0001F600");
+    EXPECT_EQ(wholeAnsi(bytes.substr(0, 4)), "a\xE9");
+    EXPECT_EQ(wholeAnsi(bytes.substr(0, 8)), bytes.substr(0, 5));
+    EXPECT_EQ(toAnsi(u"\u20AC"), "\xE2\x82\xAC");
+    useAnsiCodePage(westernCodePage());
+}
+
 }  // namespace
 }  // namespace velmor

@@ -1,23 +1,67 @@
 #include "platform/win32/CodePage.h"
 
-#include <array>
+#include <algorithm>
+#include <exception>
 
 #include "platform/win32/Windows.h"
 #include "text/Encoding.h"
 
 namespace velmor::platform {
 
-void installAnsiCodePage() noexcept {
-    CPINFO info{};
-    if (!GetCPInfo(CP_ACP, &info) || info.MaxCharSize != 1) return;
-    std::array<char16_t, 128> upperHalf{};
-    for (std::size_t index = 0; index < upperHalf.size(); ++index) {
-        const char byte = static_cast<char>(0x80 + index);
-        wchar_t unit = 0;
-        const bool known = MultiByteToWideChar(CP_ACP, MB_ERR_INVALID_CHARS, &byte, 1, &unit, 1) == 1;
-        upperHalf[index] = static_cast<char16_t>(known ? unit : 0x80 + index);
+namespace {
+
+using Pair = AnsiCodePage::Pair;
+
+// The one character that the bytes are; 0 when they are none, or several.
+char16_t unitOf(UINT codePage, const char* bytes, int count) {
+    wchar_t units[2] = {};
+    const int size = MultiByteToWideChar(codePage, MB_ERR_INVALID_CHARS, bytes, count, units, 2);
+    return static_cast<char16_t>(size == 1 ? units[0] : 0);
+}
+
+// Whether the system writes the character with this code, where there are several.
+bool isWritten(UINT codePage, const Pair& pair) {
+    const auto unit = static_cast<wchar_t>(pair.unit);
+    char bytes[2] = {};
+    const int size = WideCharToMultiByte(codePage, WC_NO_BEST_FIT_CHARS, &unit, 1, bytes, 2, nullptr, nullptr);
+    const auto byte = [&](int at) { return static_cast<std::uint8_t>(bytes[at]); };
+    return size == 2 && pair.code == (byte(0) << 8 | byte(1));
+}
+
+void addPairs(UINT codePage, int lead, std::vector<Pair>& pairs) {
+    for (int second = 1; second < 256; ++second) {
+        const char bytes[] = {static_cast<char>(lead), static_cast<char>(second)};
+        const char16_t unit = unitOf(codePage, bytes, 2);
+        if (unit >= 0x80) pairs.push_back({static_cast<std::uint16_t>(lead << 8 | second), unit});
     }
-    useAnsiCodePage(upperHalf);
+}
+
+AnsiCodePage read(UINT codePage) {
+    AnsiCodePage page;
+    for (int byte = 0x80; byte < 256; ++byte) {
+        const bool isLead = IsDBCSLeadByteEx(codePage, static_cast<BYTE>(byte));
+        const char bytes[] = {static_cast<char>(byte)};
+        const char16_t unit = isLead ? u'\0' : unitOf(codePage, bytes, 1);
+        page.upperHalf[static_cast<std::size_t>(byte - 0x80)] = unit ? unit : static_cast<char16_t>(byte);
+        if (isLead) addPairs(codePage, byte, page.pairs);
+    }
+    std::stable_partition(page.pairs.begin(), page.pairs.end(),
+                          [&](const Pair& pair) { return isWritten(codePage, pair); });
+    return page;
+}
+
+}  // namespace
+
+void installCodePage(unsigned codePage) noexcept try {
+    const UINT number = codePage ? codePage : GetACP();
+    CPINFO info{};
+    if (number == CP_UTF8) {
+        useUtf8AsAnsi();
+    } else if (GetCPInfo(number, &info) && info.MaxCharSize <= 2) {
+        useAnsiCodePage(read(number));
+    }
+} catch (const std::exception&) {
+    // Without memory the code page that was there stays.
 }
 
 }  // namespace velmor::platform

@@ -2,8 +2,9 @@
 
 namespace velmor::platform {
 
-// From then on text/Encoding.h converts by the system's ANSI code page. A double-byte code page is
-// left alone (1252 stays): a byte of a template is a character, and positions count on it.
-void installAnsiCodePage() noexcept;
+// From then on text/Encoding.h converts by that code page of the system, of one or several bytes a
+// character; 0 is its ANSI code page. Stays as it was where the system does not have it, or without
+// memory.
+void installCodePage(unsigned codePage = 0) noexcept;
 
 }  // namespace velmor::platform

@@ -57,7 +57,7 @@ public:
 void installConversions() noexcept {
     static const UserLocaleConversions conversions;
     automation::installPlatformConversions(&conversions);
-    installAnsiCodePage();
+    installCodePage();
 }
 
 }  // namespace velmor::platform
