@@ -10,7 +10,9 @@
 #include <set>
 
 #include "automation/Variant.h"
+#include "platform/MemoryServices.h"
 #include "platform/SystemServices.h"
+#include "platform/posix/NativeObjects.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
 
@@ -193,6 +195,26 @@ TEST_F(NativeClasses, AreMadeByEveryFormOfRegistration) {
             EXPECT_EQ(error.number(), 438);
         }
     }
+}
+
+TEST_F(NativeClasses, AreLookedUpAnewForEachObject) {
+    machine("");  // puts the libraries in place
+    fs::copy_file(folder_ / "lib/broken.so", folder_ / "lib/late.so");
+    MemoryRegistry registry;
+    NativeObjects objects(registry, {path(u"lib")});
+    const auto create = [&](std::u16string_view library) {
+        registry.set(u"SOFTWARE\\Classes\\Test.Echo", u"NativeLibrary", library);
+        try {
+            return objects.create(u"Test.Echo") != nullptr;
+        } catch (const Error&) {
+            return false;
+        }
+    };
+    EXPECT_TRUE(create(u"libtest.so"));
+    EXPECT_FALSE(create(u"gone.so"));
+    EXPECT_FALSE(create(u"late.so"));
+    fs::copy_file(VELMOR_TEST_NATIVE_LIBRARY, folder_ / "lib/late.so", fs::copy_options::overwrite_existing);
+    EXPECT_TRUE(create(u"late.so"));
 }
 
 TEST_F(NativeClasses, SayWhyTheyCannotBeMade) {

@@ -63,7 +63,7 @@ NativeObjects::NativeObjects(const Registry& registry, std::vector<std::u16strin
 
 automation::ObjectRef NativeObjects::create(std::u16string_view className) {
     if (auto object = createRegisteredClass(className)) return object;
-    VelmorCreateObject* entry = entryFor(className);
+    VelmorCreateObject* const entry = entryFor(className);
     automation::ObjectRef object;
     int outcome = velmorCreationFailed;
     try {
@@ -75,9 +75,7 @@ automation::ObjectRef NativeObjects::create(std::u16string_view className) {
     return object;
 }
 
-VelmorCreateObject* NativeObjects::entryFor(std::u16string_view className) {
-    const std::u16string key = lowerCase(className);
-    if (const auto known = entries_.find(key); known != entries_.end()) return known->second;
+VelmorCreateObject* NativeObjects::entryFor(std::u16string_view className) const {
     if (!isClassName(className)) raiseCannotCreate(className, u"it is no class name");
     const std::u16string registered = registeredLibrary(className);
     if (registered.empty()) raiseCannotCreate(className, u"the class is not registered");
@@ -88,7 +86,7 @@ VelmorCreateObject* NativeObjects::entryFor(std::u16string_view className) {
     if (!library) raiseCannotCreate(className, loaderMessage());
     void* entry = dlsym(library, "velmorCreateObject");
     if (!entry) raiseCannotCreate(className, u"the library has no velmorCreateObject");
-    return entries_[key] = reinterpret_cast<VelmorCreateObject*>(entry);
+    return reinterpret_cast<VelmorCreateObject*>(entry);
 }
 
 std::u16string NativeObjects::registeredLibrary(std::u16string_view className) const {

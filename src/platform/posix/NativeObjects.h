@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "platform/NativeObject.h"
@@ -9,7 +8,8 @@
 
 namespace velmor::platform {
 
-// Classes of registerClass, and those of shared libraries as NativeObject.h describes.
+// Classes of registerClass, and those of shared libraries as NativeObject.h describes. Each
+// object's class is looked up anew; libraries stay loaded. Any thread may ask.
 class NativeObjects : public Objects {
 public:
     // `folders` is where relative and moved libraries are looked for, in this order.
@@ -18,13 +18,12 @@ public:
     automation::ObjectRef create(std::u16string_view className) override;
 
 private:
-    VelmorCreateObject* entryFor(std::u16string_view className);
+    VelmorCreateObject* entryFor(std::u16string_view className) const;
     std::u16string registeredLibrary(std::u16string_view className) const;  // empty: not registered
     std::string findLibrary(std::u16string_view registered) const;          // empty: not found
 
     const Registry& registry_;
     std::vector<std::u16string> folders_;
-    std::unordered_map<std::u16string, VelmorCreateObject*> entries_;  // by lower-case class name
 };
 
 }  // namespace velmor::platform

@@ -12,9 +12,13 @@ namespace {
 using velmor::automation::InvokeKind;
 using velmor::automation::Variant;
 
+// Gives its argument back; as a handler, the command of the tag.
 class Echo : public velmor::automation::Object {
 public:
     Variant invoke(std::u16string_view name, InvokeKind, std::span<Variant> arguments) override {
+        if (name == u"Interface") return 5;
+        if (name == u"Dispose") return {};
+        if (name == u"GetTagValue") return arguments[0].object()->invoke(u"CommandName", InvokeKind::get, {});
         if (!velmor::equalIgnoringCase(name, u"Echo")) velmor::automation::raiseNoSuchMember(name);
         return arguments.empty() ? Variant() : arguments[0];
     }
@@ -31,7 +35,7 @@ extern "C" __attribute__((visibility("default"))) int velmorCreateObject(int abi
     if (name == u"Test.Throws") throw std::runtime_error("thrown inside");
     if (name == u"Test.Null") return velmor::velmorCreated;
     if (name == u"Test.Fails") return velmor::velmorCreationFailed;
-    if (!velmor::equalIgnoringCase(name, u"Test.Echo")) return velmor::velmorUnknownClass;
+    if (!velmor::equalIgnoringCase(name.substr(0, 9), u"Test.Echo")) return velmor::velmorUnknownClass;
     *result = std::make_shared<Echo>();
     return velmor::velmorCreated;
 }
