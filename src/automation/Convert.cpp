@@ -15,16 +15,13 @@ namespace {
 
 const PlatformConversions* installed = nullptr;
 
-// Default members can give objects in turn; a chain longer than this leads nowhere.
-constexpr int kDefaultValueLimit = 8;
-
 // The value itself, or an object's default value, which is then kept in `kept`. Null when the object
 // has none.
 const Variant* plainValue(const Variant& value, Variant& kept) {
     const Variant* plain = &value;
     for (int level = 0; plain->isObject(); ++level) {
         const ObjectRef object = plain->object();
-        if (!object || level == kDefaultValueLimit) return nullptr;
+        if (!object || level == defaultValueLimit) return nullptr;
         try {
             kept = object->invoke(u"", InvokeKind::get, {});
         } catch (const Error&) {

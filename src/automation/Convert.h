@@ -14,6 +14,9 @@ namespace velmor::automation {
 // the user's locale (PlatformConversions.h). An object converts through its default value where it
 // has one. Cost: linear in a text, constant for the rest.
 
+// Default members can give objects in turn; a chain longer than this leads nowhere.
+inline constexpr int defaultValueLimit = 8;
+
 // Integers: rounded half to even, out of range fails, texts must be numeric. "&H" and "&O" texts
 // wrap at 32 bits, for an Integer at 16.
 std::optional<std::int32_t> toLong(const Variant& value);

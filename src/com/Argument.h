@@ -9,9 +9,10 @@ namespace velmor::com {
 // One argument of a late-bound call on its way to a vtable member: brought to the declared type
 // before the call and, where it is declared by reference, written back after it.
 //
-// A caller's variable of the declared type is passed on as it is, without a copy. A by-reference
-// Variant, which is what scripts pass, is converted, and takes the new value only when the member
-// changed it: a number passed where a text is declared stays a number otherwise.
+// A value or a typed reference of the declared type is passed on as it is, without a copy. What a
+// by-reference Variant holds, which is what scripts pass, is copied or converted, and the Variant
+// takes the new value only when the member changed it: a number passed where a text is declared
+// stays a number otherwise.
 class Argument {
 public:
     // The source is null for an argument that was left out; it must outlive the call.

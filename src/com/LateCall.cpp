@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "com/Argument.h"
+#include "platform/win32/ByReference.h"
 #include "platform/win32/ComPtr.h"
 #include "platform/win32/ScopedVariant.h"
 
@@ -19,14 +20,12 @@ bool isPut(WORD flags) noexcept {
     return (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
 }
 
-bool isObject(const VARIANTARG& argument) noexcept {
-    const VARIANTARG& value = argument.vt == (VT_BYREF | VT_VARIANT) ? *argument.pvarVal : argument;
-    const VARTYPE type = value.vt & ~VT_BYREF;
-    return type == VT_DISPATCH || type == VT_UNKNOWN;
+bool isObject(VARIANTARG& argument) noexcept {
+    return platform::isInterface(static_cast<VARTYPE>(platform::variableOf(argument).vt & ~VT_BYREF));
 }
 
 bool givesObject(const Member& member) noexcept {
-    return member.result.type == VT_DISPATCH || member.result.type == VT_UNKNOWN;
+    return platform::isInterface(member.result.type);
 }
 
 // Interfaces of the type library are dual, so what comes as one of them is an IDispatch.

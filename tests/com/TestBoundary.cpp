@@ -42,6 +42,51 @@ TEST_F(Boundary, WrongCallsAreRefused) {
     EXPECT_EQ(get(list.get(), L"Count").text(), L"0");
 }
 
+// A variable of any type takes what the member leaves in it.
+TEST_F(Boundary, ReferencesOfEveryTypeAreWrittenBack) {
+    for (const VARTYPE type : {VT_I4, VT_I2, VT_UI1, VT_R4, VT_R8, VT_CY, VT_DECIMAL, VT_BSTR, VT_I8}) {
+        EXPECT_EQ(tag->put_Value(Text(L"x\\cell 12345\\row rest")), S_OK);
+        for (const bool typed : {true, false}) {
+            Value variable = Value(typed ? 21 : 15).to(type);
+            VARIANT data = *variable;  // what a typed reference refers to
+            Value reference = Value::reference(*variable);
+            if (typed) {
+                reference->vt = VT_BYREF | type;
+                reference->byref = type == VT_DECIMAL ? static_cast<void*>(&data) : &data.llVal;
+            }
+            EXPECT_EQ(get(tag.get(), L"RemoveExtraTrowd", values(1, Value(reference.detach()))).code, S_OK) << type;
+            data.vt = type;  // a DECIMAL takes its place
+            EXPECT_EQ(text(typed ? data : *variable), L"15") << type << typed;
+            if (typed) variable.detach();
+            if (typed && type == VT_BSTR) SysFreeString(data.bstrVal);
+        }
+    }
+}
+
+TEST_F(Boundary, ReferencesToNothingAreRefused) {
+    for (const VARTYPE type : {VT_VARIANT, VT_BSTR, VT_I4, VT_DISPATCH, VT_DECIMAL, VT_UNKNOWN}) {
+        VARIANT null{};
+        null.vt = VT_BYREF | type;
+        for (const bool nested : {false, true}) {
+            const auto argument = [&] { return nested ? Value::reference(null) : Value(ScopedVariant(null).detach()); };
+            EXPECT_EQ(get(tag.get(), L"ProtectRTFCode", values(argument())).code, DISP_E_TYPEMISMATCH) << type;
+            EXPECT_EQ(get(tag.get(), L"ProcessValue", values(argument())).code, DISP_E_TYPEMISMATCH) << type;
+            EXPECT_EQ(get(list.get(), L"GetValue", values(L"x", argument())).code, DISP_E_TYPEMISMATCH) << type;
+            for (const WORD flags : {DISPATCH_PROPERTYPUTREF, DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF}) {
+                EXPECT_EQ(call(tag.get(), L"Database", flags, values(argument())).code, DISP_E_TYPEMISMATCH) << type;
+            }
+        }
+    }
+}
+
+TEST_F(Boundary, AnObjectThatIsItsOwnValueHasNoText) {
+    const auto item = get(list.get(), L"Add", values(L"x", 1)).object();
+    EXPECT_EQ(call(item.get(), L"Value", DISPATCH_PROPERTYPUTREF, values(item.get())).code, S_OK);
+    EXPECT_EQ(get(list.get(), L"GetValue", values(item.get(), 1)).code, DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(get(item.get(), L"ValueStr").text(), L"");
+    EXPECT_EQ(call(item.get(), L"Value", DISPATCH_PROPERTYPUT, values(1)).code, S_OK);
+}
+
 // An engine error reaches late-bound hosts as an exception with the engine's number, and early-bound ones as an
 // HRESULT with an error record.
 TEST_F(Boundary, ErrorsCarryNumberAndText) {

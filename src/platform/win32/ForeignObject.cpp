@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "automation/Errors.h"
+#include "platform/win32/ByReference.h"
 #include "platform/win32/Faces.h"
 #include "platform/win32/VariantBridge.h"
 #include "platform/win32/WideText.h"
@@ -18,24 +19,9 @@ using automation::Variant;
 
 constexpr VARTYPE kVariantReference = VT_BYREF | VT_VARIANT;
 
+// A DECIMAL has none: it lies across the type of its VARIANT.
 bool hasReferenceOfItsOwn(VARTYPE type) {
-    switch (type) {
-        case VT_I2:
-        case VT_I4:
-        case VT_INT:
-        case VT_R4:
-        case VT_R8:
-        case VT_CY:
-        case VT_DATE:
-        case VT_BSTR:
-        case VT_DISPATCH:
-        case VT_ERROR:
-        case VT_BOOL:
-        case VT_UI1:
-            return true;
-        default:
-            return false;
-    }
+    return sizeOfData(type) != 0 && (type & VT_ARRAY) == 0 && type != VT_DECIMAL;
 }
 
 // How an argument for a parameter of that type goes.
@@ -91,15 +77,19 @@ private:
             V_VT(&passed) = kVariantReference;
             V_VARIANTREF(&passed) = value.get();
         } else {
-            passByReference(*value, declared, passed);
+            passByReference(value, declared, passed);
         }
     }
 
-    static void passByReference(VARIANT& value, VARTYPE declared, VARIANT& passed) {
+    static void passByReference(ScopedVariant& value, VARTYPE declared, VARIANT& passed) {
         const auto type = static_cast<VARTYPE>(declared & ~VT_BYREF);
-        if (V_VT(&value) != type && FAILED(VariantChangeType(&value, &value, 0, type))) automation::raiseTypeMismatch();
+        if (V_VT(value.get()) != type) {
+            ScopedVariant converted;
+            if (FAILED(convertVariant(converted, *value, LOCALE_USER_DEFAULT, type))) automation::raiseTypeMismatch();
+            value = std::move(converted);
+        }
         V_VT(&passed) = declared;
-        V_BYREF(&passed) = &V_BYREF(&value);  // every simple value begins at the same place
+        V_BYREF(&passed) = &V_BYREF(value.get());  // every simple value begins at the same place
     }
 
     std::span<Variant> arguments_;
@@ -152,6 +142,7 @@ struct FreeDescription {
 }  // namespace
 
 Variant ForeignObject::invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) {
+    const auto alive = shared_from_this();  // the call may make its holder let it go
     const DISPID id = identifierOf(name);
     const bool puts = kind == InvokeKind::let || kind == InvokeKind::set;
     const bool needsTypes = !puts && !std::all_of(arguments.begin(), arguments.end(),

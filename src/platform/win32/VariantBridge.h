@@ -26,7 +26,8 @@ ScopedVariant toVariant(const automation::Variant& value);
 
 // By-reference values are followed. Types that have no counterpart are widened without loss:
 // signed bytes to Integer, 16-bit unsigned to Long, larger ones to Long where they fit, else to
-// Decimal. Objects come in by objectOf; an IUnknown is a data object unless it is a face of ours.
+// Decimal. Objects come in by objectOf, also those that come as an IUnknown; one that is no IDispatch
+// is a data object.
 // Throws Error 13 for a type that is no variant type, 7 without memory.
 automation::Variant fromVariant(const VARIANT& value);
 

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "automation/Errors.h"
+#include "platform/win32/ComPtr.h"
 #include "platform/win32/Faces.h"
 #include "platform/win32/VariantBridge.h"
 #include "text/Error.h"
@@ -49,10 +50,11 @@ Variant widened(std::int64_t value) {
 }
 
 Variant objectFor(IUnknown* unknown) {
-    if (auto own = ownObjectOf(unknown)) return Variant(std::move(own));
-    if (unknown == nullptr) return Variant(automation::DataObject{});
-    unknown->AddRef();
-    return Variant(automation::DataObject{std::shared_ptr<IUnknown>(unknown, [](IUnknown* held) { held->Release(); })});
+    ComPtr<IUnknown> held(unknown);
+    const auto dispatch = held.as<IDispatch>(IID_IDispatch);
+    if (dispatch || !held) return Variant(objectOf(dispatch.get()));
+    const auto release = [](IUnknown* object) { object->Release(); };
+    return Variant(automation::DataObject{std::shared_ptr<IUnknown>(held.detach(), release)});
 }
 
 bool storeDecimal(void* data, const automation::Decimal& value) noexcept {
@@ -77,52 +79,6 @@ bool isType(const Variant& value, VARTYPE type) noexcept {
 }
 
 }  // namespace
-
-const void* dataOf(const VARIANT& value) noexcept {
-    return V_VT(&value) == VT_DECIMAL ? static_cast<const void*>(&value) : &V_I8(&value);
-}
-
-VARTYPE variantTypeOf(VariantType type) noexcept {
-    switch (type) {
-        case VariantType::empty:
-            return VT_EMPTY;
-        case VariantType::null:
-            return VT_NULL;
-        case VariantType::integer:
-            return VT_I2;
-        case VariantType::longInteger:
-            return VT_I4;
-        case VariantType::single:
-            return VT_R4;
-        case VariantType::doubleFloat:
-            return VT_R8;
-        case VariantType::currency:
-            return VT_CY;
-        case VariantType::date:
-            return VT_DATE;
-        case VariantType::string:
-            return VT_BSTR;
-        case VariantType::object:
-            return VT_DISPATCH;
-        case VariantType::error:
-            return VT_ERROR;
-        case VariantType::boolean:
-            return VT_BOOL;
-        case VariantType::variant:
-            return VT_VARIANT;
-        case VariantType::dataObject:
-            return VT_UNKNOWN;
-        case VariantType::decimal:
-            return VT_DECIMAL;
-        case VariantType::byte:
-            return VT_UI1;
-        case VariantType::userDefined:
-            return VT_RECORD;
-        case VariantType::array:
-            return VT_ARRAY;
-    }
-    return VT_ILLEGAL;
-}
 
 Variant readData(VARTYPE type, const void* data, int depth) {
     switch (type) {
@@ -180,6 +136,7 @@ bool writeData(VARTYPE type, void* data, const Variant& value, int depth) {
         fillVariant(value, *static_cast<VARIANT*>(data), depth + 1);
         return true;
     }
+    if (type == VT_UNKNOWN && value.isObject()) type = VT_DISPATCH;
     if (!isType(value, type)) return false;
     switch (type) {
         case VT_EMPTY:
@@ -231,8 +188,7 @@ void fillVariant(const Variant& value, VARIANT& result, int depth) {
         return;
     }
     const VARTYPE type = variantTypeOf(value.type());
-    void* const data = type == VT_DECIMAL ? static_cast<void*>(&result) : &V_I8(&result);
-    if (writeData(type, data, value, depth)) V_VT(&result) = type;
+    if (writeData(type, dataOf(result, type), value, depth)) V_VT(&result) = type;
 }
 
 Variant copyVariant(const VARIANT& value, int depth) {
