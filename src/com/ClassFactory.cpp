@@ -12,11 +12,11 @@ HRESULT ClassFactory::QueryInterface(REFIID id, void** object) noexcept {
 }
 
 ULONG ClassFactory::AddRef() noexcept {
-    return ++references_;
+    return references_.add();
 }
 
 ULONG ClassFactory::Release() noexcept {
-    const ULONG left = --references_;
+    const ULONG left = references_.release();
     if (left == 0) delete this;
     return left;
 }

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <atomic>
-
 #include "com/Module.h"
 #include "com/Server.h"
+#include "platform/win32/ReferenceCount.h"
 #include "platform/win32/Windows.h"
 
 namespace velmor::com {
@@ -24,7 +23,7 @@ private:
     virtual ~ClassFactory() = default;
 
     const ServedClass& served_;
-    std::atomic<ULONG> references_{1};
+    platform::ReferenceCount references_;
     KeepsModule keepsModule_;
 };
 

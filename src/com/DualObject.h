@@ -1,9 +1,12 @@
 #pragma once
 
-#include <atomic>
+#include <utility>
 
 #include "com/DispatchService.h"
+#include "com/Guard.h"
 #include "com/Module.h"
+#include "platform/win32/ComPtr.h"
+#include "platform/win32/ReferenceCount.h"
 #include "platform/win32/Windows.h"
 //
 #include <ocidl.h>  // IProvideClassInfo; after windows.h
@@ -34,9 +37,9 @@ public:
         AddRef();
         return S_OK;
     }
-    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return ++references_; }
+    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return references_.add(); }
     ULONG STDMETHODCALLTYPE Release() noexcept override {
-        const ULONG left = --references_;
+        const ULONG left = references_.release();
         if (left == 0) released();
         return left;
     }
@@ -67,20 +70,20 @@ public:
 protected:
     virtual ~DualObject() = default;
 
+    // com::guard for the members of the interface. The object lives to the member's end, whatever
+    // handlers and the host's objects release meanwhile.
+    template <class... Arguments>
+    HRESULT guard(Arguments&&... arguments) noexcept {
+        const platform::ComPtr<Interface> alive(this);
+        return com::guard(std::forward<Arguments>(arguments)...);
+    }
+
     // The last reference is gone.
     virtual void released() noexcept { delete this; }
 
-    // Adds a reference unless the last one is gone already.
-    bool addReferenceIfAlive() noexcept {
-        ULONG count = references_;
-        while (count != 0) {
-            if (references_.compare_exchange_weak(count, count + 1)) return true;
-        }
-        return false;
-    }
+    platform::ReferenceCount references_;
 
 private:
-    std::atomic<ULONG> references_{1};
     KeepsModule keepsModule_;
 };
 

@@ -15,11 +15,11 @@ HRESULT Enumerator::QueryInterface(REFIID id, void** object) noexcept {
 }
 
 ULONG Enumerator::AddRef() noexcept {
-    return ++references_;
+    return references_.add();
 }
 
 ULONG Enumerator::Release() noexcept {
-    const ULONG left = --references_;
+    const ULONG left = references_.release();
     if (left == 0) delete this;
     return left;
 }

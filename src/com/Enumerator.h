@@ -1,12 +1,12 @@
 #pragma once
 
-#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <utility>
 
 #include "automation/Object.h"
 #include "com/Module.h"
+#include "platform/win32/ReferenceCount.h"
 #include "platform/win32/Windows.h"
 
 namespace velmor::com {
@@ -58,7 +58,7 @@ private:
     virtual ~Enumerator() = default;
 
     std::unique_ptr<Sequence> sequence_;
-    std::atomic<ULONG> references_{1};
+    platform::ReferenceCount references_;
     KeepsModule keepsModule_;
 };
 

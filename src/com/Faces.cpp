@@ -28,10 +28,6 @@ IDispatch* ComponentFaces::faceOf(const automation::ObjectRef& object) {
     return faceWhen<TagInfoFace, kvTagInfo>(object);
 }
 
-automation::ObjectRef ComponentFaces::coreOf(IUnknown* face) {
-    return FaceRegistry::instance().coreOf(face);
-}
-
 void give(_kvTag*& place, const std::shared_ptr<kvTag>& value) {
     place = faceFor<TagFace>(value);
 }

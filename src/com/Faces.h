@@ -8,7 +8,6 @@ namespace velmor::com {
 class ComponentFaces final : public platform::FaceProvider {
 public:
     IDispatch* faceOf(const automation::ObjectRef& object) override;
-    automation::ObjectRef coreOf(IUnknown* face) override;
 };
 
 }  // namespace velmor::com

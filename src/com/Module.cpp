@@ -3,7 +3,7 @@
 #include <atomic>
 
 #include "com/Failure.h"
-#include "platform/win32/Faces.h"
+#include "platform/win32/FaceRegistry.h"
 
 namespace velmor::com {
 
@@ -22,7 +22,7 @@ void Module::removeObject() noexcept {
 }
 
 bool Module::unused() noexcept {
-    return objects == 0 && !platform::anyAdapterLives();
+    return objects == 0 && platform::FaceRegistry::instance().isEmpty();
 }
 
 HMODULE Module::handle() noexcept {

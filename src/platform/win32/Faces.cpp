@@ -1,5 +1,7 @@
 #include "platform/win32/Faces.h"
 
+#include "platform/win32/FaceRegistry.h"
+
 namespace velmor::platform {
 
 namespace {
@@ -12,10 +14,6 @@ void registerFaceProvider(FaceProvider* provider) noexcept {
     registered = provider;
 }
 
-FaceProvider* faceProvider() noexcept {
-    return registered;
-}
-
 IDispatch* faceOf(const automation::ObjectRef& object) {
     if (!object) return nullptr;
     if (IDispatch* foreign = foreignOf(object)) return foreign;
@@ -25,17 +23,9 @@ IDispatch* faceOf(const automation::ObjectRef& object) {
     return adapterOf(object);
 }
 
-automation::ObjectRef ownObjectOf(IUnknown* unknown) {
-    if (unknown == nullptr) return nullptr;
-    if (registered != nullptr) {
-        if (auto core = registered->coreOf(unknown)) return core;
-    }
-    return adaptedObjectOf(unknown);
-}
-
 automation::ObjectRef objectOf(IDispatch* dispatch) {
     if (dispatch == nullptr) return nullptr;
-    if (auto own = ownObjectOf(dispatch)) return own;
+    if (auto own = FaceRegistry::instance().coreOf(dispatch)) return own;
     return wrapForeign(dispatch);
 }
 

@@ -15,13 +15,10 @@ public:
     // The object's one face, with a reference for the caller; null when it is not of a class that
     // the provider has a face for.
     virtual IDispatch* faceOf(const automation::ObjectRef& object) = 0;
-    // The object behind a face, by any of its interfaces; null when the face is not the provider's.
-    virtual automation::ObjectRef coreOf(IUnknown* face) = 0;
 };
 
 // Null withdraws it. The provider must outlive its registration.
 void registerFaceProvider(FaceProvider* provider) noexcept;
-FaceProvider* faceProvider() noexcept;
 
 // The interface under which any object goes out, with a reference for the caller: the provider's
 // face, the foreign object itself, or a generic adapter. Null for null. Throws Error 7.
@@ -31,9 +28,6 @@ IDispatch* faceOf(const automation::ObjectRef& object);
 // face or an adapter, else the wrapped foreign object. Null for null.
 automation::ObjectRef objectOf(IDispatch* dispatch);
 
-// The object behind one of our own faces or adapters, by any interface; null when foreign.
-automation::ObjectRef ownObjectOf(IUnknown* unknown);
-
 // A foreign object as a late-bound Object; it keeps a reference of its own. (ForeignObject.cpp)
 automation::ObjectRef wrapForeign(IDispatch* dispatch);
 // What such a wrapper holds, with a reference for the caller; null when it is no wrapper.
@@ -42,9 +36,4 @@ IDispatch* foreignOf(const automation::ObjectRef& object);
 // Serves any Object as IDispatch with identifiers given out on demand; the same adapter as long as
 // one lives. With a reference for the caller. (GenericAdapter.cpp)
 IDispatch* adapterOf(const automation::ObjectRef& object);
-// The object behind such an adapter, by any interface; null when it is no adapter.
-automation::ObjectRef adaptedObjectOf(IUnknown* unknown);
-// True while somebody holds an adapter: a DLL that served it has to stay loaded.
-bool anyAdapterLives() noexcept;
-
 }  // namespace velmor::platform

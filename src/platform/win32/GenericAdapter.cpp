@@ -1,4 +1,4 @@
-#include <mutex>
+#include <memory>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -6,7 +6,9 @@
 #include "automation/Errors.h"
 #include "automation/Variant.h"
 #include "platform/win32/ComPtr.h"
+#include "platform/win32/FaceRegistry.h"
 #include "platform/win32/Faces.h"
+#include "platform/win32/ReferenceCount.h"
 #include "platform/win32/VariantBridge.h"
 #include "platform/win32/WideText.h"
 #include "text/Compare.h"
@@ -20,34 +22,15 @@ namespace {
 using automation::InvokeKind;
 using automation::Variant;
 
-class GenericAdapter;
-
-// The adapters that live, by the object and by their own address. Objects may be passed in any
-// apartment, so a last Release and a new request for the same object must not cross.
-struct Living {
-    std::mutex mutex;
-    std::unordered_map<const automation::Object*, GenericAdapter*> byObject;
-    std::unordered_map<const IUnknown*, GenericAdapter*> byAddress;
-};
-
-Living& living() {
-    static Living* const instance = new Living;  // a late Release still finds it
-    return *instance;
-}
-
-// COM interfaces have no virtual destructor: Release deletes through the class itself.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
-
 // Names get identifiers on demand: an object answers for its members only when it is called. Of its class it tells the
 // name.
-class GenericAdapter final : public IDispatch, public IProvideClassInfo {
+class GenericAdapter final : public IDispatch, public IProvideClassInfo, public RegisteredFace {
 public:
     explicit GenericAdapter(automation::ObjectRef object) : object_(std::move(object)) {}
 
-    const automation::ObjectRef& object() const noexcept { return object_; }
-    IDispatch* identity() noexcept { return this; }
-    void addReference() noexcept { ++references_; }  // with the lock held
+    automation::ObjectRef core() const override { return object_; }
+    IDispatch* identity() noexcept override { return this; }
+    bool addReferenceIfAlive() noexcept override { return references_.addIfAlive(); }
 
     STDMETHODIMP QueryInterface(REFIID id, void** result) noexcept override {
         if (!result) return E_POINTER;
@@ -63,18 +46,11 @@ public:
         return S_OK;
     }
 
-    STDMETHODIMP_(ULONG) AddRef() noexcept override {
-        const std::scoped_lock lock(living().mutex);
-        return ++references_;
-    }
-
+    STDMETHODIMP_(ULONG) AddRef() noexcept override { return references_.add(); }
     STDMETHODIMP_(ULONG) Release() noexcept override {
-        {
-            const std::scoped_lock lock(living().mutex);
-            if (--references_ > 0) return references_;
-            living().byObject.erase(object_.get());
-            living().byAddress.erase(identity());
-        }
+        const ULONG left = references_.release();
+        if (left > 0) return left;
+        FaceRegistry::instance().remove(*object_, *this);
         delete this;
         return 0;
     }
@@ -137,8 +113,6 @@ public:
     }
 
 private:
-    ~GenericAdapter() = default;
-
     static InvokeKind kindOf(WORD flags) {
         if ((flags & DISPATCH_PROPERTYPUTREF) != 0) return InvokeKind::set;
         if ((flags & DISPATCH_PROPERTYPUT) != 0) return InvokeKind::let;
@@ -147,9 +121,10 @@ private:
 
     // 1, 2, ... : 0 is the default member's.
     DISPID identifierOf(const std::u16string& name) {
-        const auto [place, isNew] = identifiers_.try_emplace(lowerCase(name), static_cast<DISPID>(names_.size() + 1));
-        if (isNew) names_.push_back(name);
-        return place->second;
+        const std::u16string key = lowerCase(name);
+        if (const auto known = identifiers_.find(key); known != identifiers_.end()) return known->second;
+        names_.push_back(name);
+        return identifiers_.emplace(key, static_cast<DISPID>(names_.size())).first->second;
     }
 
     std::u16string nameOf(DISPID id) const {
@@ -173,52 +148,30 @@ private:
         if (result) toVariant(value, *result);
     }
 
-    static HRESULT report(const Error& error, EXCEPINFO* exception) {
+    // Without memory the texts are null.
+    static BSTR copyOf(const std::u16string& text) noexcept {
+        return SysAllocStringLen(reinterpret_cast<const OLECHAR*>(text.data()), static_cast<UINT>(text.size()));
+    }
+    static HRESULT report(const Error& error, EXCEPINFO* exception) noexcept {
         if (!exception) return hresultOf(error);
         *exception = {};
         exception->scode = hresultOf(error);
-        exception->bstrSource = makeBstr(error.source());
-        exception->bstrDescription = makeBstr(error.description());
+        exception->bstrSource = copyOf(error.source());
+        exception->bstrDescription = copyOf(error.description());
         return DISP_E_EXCEPTION;
     }
 
     automation::ObjectRef object_;
-    ULONG references_ = 1;
+    ReferenceCount references_;
     std::unordered_map<std::u16string, DISPID> identifiers_;  // by lower-case name
     std::vector<std::u16string> names_;                       // by identifier, less 1
 };
-
-#pragma GCC diagnostic pop
 
 }  // namespace
 
 IDispatch* adapterOf(const automation::ObjectRef& object) {
     if (!object) return nullptr;
-    Living& all = living();
-    const std::scoped_lock lock(all.mutex);
-    const auto [place, isNew] = all.byObject.try_emplace(object.get(), nullptr);
-    if (!isNew) {
-        place->second->addReference();
-        return place->second;
-    }
-    place->second = new GenericAdapter(object);
-    all.byAddress.emplace(place->second->identity(), place->second);
-    return place->second;
-}
-
-automation::ObjectRef adaptedObjectOf(IUnknown* unknown) {
-    if (!unknown) return nullptr;
-    // An object's address as IUnknown is its identity.
-    const ComPtr<IUnknown> identity = ComPtr<IUnknown>(unknown).as<IUnknown>(IID_IUnknown);
-    Living& all = living();
-    const std::scoped_lock lock(all.mutex);
-    const auto place = all.byAddress.find(identity.get());
-    return place == all.byAddress.end() ? nullptr : place->second->object();
-}
-
-bool anyAdapterLives() noexcept {
-    const std::scoped_lock lock(living().mutex);
-    return !living().byObject.empty();
+    return FaceRegistry::instance().faceOf(*object, [&] { return std::make_unique<GenericAdapter>(object); });
 }
 
 }  // namespace velmor::platform

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <atomic>
+
+#include "platform/win32/Windows.h"
+
+namespace velmor::platform {
+
+// The references to a COM object; it is made with one. Any thread.
+class ReferenceCount {
+public:
+    ULONG add() noexcept { return ++count_; }
+    // Of what is left; at 0 the object goes.
+    ULONG release() noexcept { return --count_; }
+    // False when the last reference is gone already.
+    bool addIfAlive() noexcept {
+        ULONG count = count_;
+        while (count != 0) {
+            if (count_.compare_exchange_weak(count, count + 1)) return true;
+        }
+        return false;
+    }
+
+private:
+    std::atomic<ULONG> count_{1};
+};
+
+}  // namespace velmor::platform
