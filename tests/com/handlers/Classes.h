@@ -17,6 +17,7 @@ ObjectRef makeNesting();         // answers with a tag
 ObjectRef makeRtf();             // answers with an RTF fragment
 ObjectRef makeEcho();            // answers with its own tag
 ObjectRef makeDigging();         // evaluates its own tag once more, "+" before what that gives
+ObjectRef makeActing();          // calls Act(tag) of the object "act" among the variables, then answers
 
 // A host's objects. Each notes what is done to it.
 ObjectRef makeCollection();   // the members of a property collection that a tag needs, and no others

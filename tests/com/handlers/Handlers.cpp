@@ -112,6 +112,14 @@ ObjectRef makeDigging() {
                    [](const ObjectRef& tag) { return u"+" + askText(tag, u"ProcessName", {Variant(u"DIGGING>X:")}); });
 }
 
+ObjectRef makeActing() {
+    return handler(5, [](const ObjectRef& tag) {
+        ask(ask(ask(tag, u"Variables").object(), u"GetValueObject", {Variant(u"act")}).object(), u"Act",
+            {Variant(tag)});
+        return std::u16string(u"[acted]");
+    });
+}
+
 ObjectRef makeRtf() {
     return handler(3, [](const ObjectRef&) { return std::u16string(u"{\\rtf1 bold}"); });
 }

@@ -1,5 +1,7 @@
 #include "HostObject.h"
 
+#include <mutex>
+
 #include "automation/Errors.h"
 #include "text/Compare.h"
 
@@ -7,10 +9,8 @@ namespace testhandlers {
 
 namespace {
 
-std::u16string& journal() {
-    static std::u16string noted;
-    return noted;
-}
+std::mutex mutex;  // of the journal
+std::u16string journal;
 
 }  // namespace
 
@@ -35,13 +35,20 @@ Variant HostObject::invoke(std::u16string_view name, InvokeKind kind, Arguments 
 }
 
 void note(std::u16string_view what) {
-    journal().append(what).append(u";");
+    const std::scoped_lock lock(mutex);
+    journal.append(what).append(u";");
 }
 
 ObjectRef makeJournal() {
     const auto made = std::make_shared<HostObject>();
-    made->with(u"Text", [](HostObject::Arguments) { return Variant(journal()); });
-    made->with(u"Clear", [](HostObject::Arguments) { return journal().clear(), Variant(); });
+    made->with(u"Text", [](HostObject::Arguments) {
+        const std::scoped_lock lock(mutex);
+        return Variant(journal);
+    });
+    made->with(u"Clear", [](HostObject::Arguments) {
+        const std::scoped_lock lock(mutex);
+        return journal.clear(), Variant();
+    });
     return made;
 }
 

@@ -43,6 +43,7 @@ const ServedClass classes[] = {
     row(19, L"VelmorTest.BadDatabase", &createObject<makeBadDatabase>),
     row(20, L"VelmorTest.BadAccount", &createObject<makeBadAccount>),
     row(21, L"VelmorTest.Bare", &createObject<makeBare>),
+    row(22, L"VelmorTest.Acting", &createObject<makeActing>),
 };
 
 }  // namespace
