@@ -19,6 +19,10 @@ if(VELMOR_SANITIZE_THREADS)
     target_compile_options(velmor_options INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
     target_link_options(velmor_options INTERFACE -fsanitize=thread)
 endif()
+if(VELMOR_LIBFUZZER)
+    # Every room reports its coverage; only the fuzz targets link the fuzzer's main.
+    target_compile_options(velmor_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 target_include_directories(velmor_options INTERFACE
     ${PROJECT_SOURCE_DIR}/src ${PROJECT_BINARY_DIR}/generated)
 if(WIN32)

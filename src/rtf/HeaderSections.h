@@ -24,6 +24,22 @@ struct FlowPlace {
     bool inTable = false;
 };
 
+// Groups of one kind, by the pages that they are for; empty where there is none. Of several the first one counts.
+using PageGroups = std::array<std::u16string_view, 4>;
+
+// The groups of one kind that a section starts anew.
+struct NewGroups {
+    bool wanted = false;
+    bool searching = false;     // groups that follow may still be taken
+    bool byHost = false;        // the host's own follow; they stay where they are
+    std::uint32_t awaited = 0;  // the next document behind the marker
+    std::uint32_t source = 0;   // the document whose groups are taken
+    PageGroups groups{};
+    HeaderWords words;
+
+    bool taken() const noexcept { return source != 0 && !byHost; }
+};
+
 // What the header and footer stage knows of the sections of the whole document while it is told, in
 // reading order, what stands there; and what it changes. Views that it is given must stay valid until
 // the changes were made.
@@ -71,24 +87,9 @@ public:
     std::vector<Change> finish();
 
 private:
-    // By the pages that they are for; empty where there is none. Of several the first one counts.
-    using Groups = std::array<std::u16string_view, 4>;
-    static std::u16string_view mainOf(const Groups& groups) noexcept {
+    static std::u16string_view mainOf(const PageGroups& groups) noexcept {
         return groups[0].empty() ? groups[1] : groups[0];
     }
-
-    // The groups of one kind that a section starts anew.
-    struct NewGroups {
-        bool wanted = false;
-        bool searching = false;     // groups that follow may still be taken
-        bool byHost = false;        // the host's own follow; they stay where they are
-        std::uint32_t awaited = 0;  // the next document behind the marker
-        std::uint32_t source = 0;   // the document whose groups are taken
-        Groups groups{};
-        HeaderWords words;
-
-        bool taken() const noexcept { return source != 0 && !byHost; }
-    };
 
     struct Start {
         PerKind<NewGroups> kinds;
@@ -108,9 +109,9 @@ private:
     };
 
     struct Section {
-        HeaderWords words;        // in force
-        HeaderWords said;         // by the host, in it or behind what starts anew
-        PerKind<Groups> given{};  // by the host
+        HeaderWords words;            // in force
+        HeaderWords said;             // by the host, in it or behind what starts anew
+        PerKind<PageGroups> given{};  // by the host
         bool hasContent = false;
         bool hasPage = false;     // a page break
         bool byDocument = false;  // a lifted document's break began it

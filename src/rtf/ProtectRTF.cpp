@@ -17,7 +17,7 @@ std::size_t growth(std::u16string_view text) {
     std::size_t specials = 0;
     for (const char16_t unit : text) specials += isSpecial(unit);
     std::size_t lines = 0;
-    for (std::size_t i = 1; i < text.size(); ++i) lines += (text[i - 1] == u'\r') & (text[i] == u'\n');
+    for (std::size_t i = 1; i < text.size(); ++i) lines += int{text[i - 1] == u'\r'} & int{text[i] == u'\n'};
     return specials + lines * (paragraphEnd.size() - 2);
 }
 

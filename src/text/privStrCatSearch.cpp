@@ -71,8 +71,8 @@ std::int32_t privStrCat::FindReverse(std::u16string_view psFind, std::int32_t pl
     std::size_t hit = findTextReverse(second, psFind, comparison);
     if (hit != npos) return toPosition(split + hit);
     const std::size_t seamStart = split - std::min(split, overlap);
-    const std::u16string seam =
-        reportingErrors([&] { return bufferCopy(seamStart, split - seamStart + std::min(second.size(), overlap)); });
+    const std::size_t seamEnd = split + std::min(second.size(), overlap);
+    const std::u16string seam = reportingErrors([&] { return bufferCopy(seamStart, seamEnd - seamStart); });
     hit = findTextReverse(seam, psFind, comparison);
     if (hit != npos) return toPosition(seamStart + hit);
     return toPosition(findTextReverse(first, psFind, comparison));
