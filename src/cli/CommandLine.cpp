@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "cli/Failure.h"
+#include "cli/Locale.h"
 #include "text/Encoding.h"
 
 namespace velmor::cli {
@@ -26,11 +27,11 @@ Examples:
 constexpr const char* evalFooter = R"(
 Files that the template includes are looked for beside the template unless --include-path or the
 property "Path" says otherwise. RTF is read and written in the ANSI code page; characters that it
-has not are written as \uN?.
+does not have are written as \uN?. Plain text is written in the encoding of the template.
 
 Examples:
   velmor eval letter.rtf --property 'Contact=Ruth Ackroyd' -o letter-ackroyd.rtf
-  velmor eval - --encoding utf-8 < mail.txt)";
+  velmor eval - < mail.txt > out.txt)";
 
 constexpr const char* cleanFooter = R"(
 Documents that lie in one another become one document: their tables of fonts, colours, styles and
@@ -89,12 +90,13 @@ std::string checkAssignment(const std::string& text) {
 }
 
 std::string checkEncoding(const std::string& text) {
-    return text == "ansi" || text == "utf-8" ? std::string() : "'" + text + "' is neither ansi nor utf-8";
+    const bool known = text == "auto" || text == "ansi" || text == "utf-8";
+    return known ? std::string() : "'" + text + "' is not auto, ansi or utf-8";
 }
 
 void addEncoding(CLI::App& command, std::string& encoding) {
-    command.add_option("--encoding", encoding, "How plain text and property files are coded (default: ansi)")
-        ->type_name("ansi|utf-8")
+    command.add_option("--encoding", encoding, "How plain text and property files are encoded (default: auto)")
+        ->type_name("auto|ansi|utf-8")
         ->check(CLI::Validator(checkEncoding, ""));
 }
 
@@ -103,8 +105,9 @@ CLI::Option* addPasswordFile(CLI::App& command, std::string& name) {
         ->type_name("FILE");
 }
 
-TextEncoding encodingOf(const std::string& name) {
-    return name == "utf-8" ? TextEncoding::utf8 : TextEncoding::ansi;
+EncodingChoice encodingOf(const std::string& name) {
+    if (name == "utf-8") return EncodingChoice::utf8;
+    return name == "ansi" ? EncodingChoice::ansi : EncodingChoice::automatic;
 }
 
 void addRegistry(CLI::App& command, Raw& raw) {
@@ -193,10 +196,24 @@ CLI::App* addLog(CLI::App& app, Raw& raw) {
     return command;
 }
 
-void requireUnicode(const std::vector<std::string>& arguments) {
-    for (const auto& argument : arguments) {
-        if (toUtf8(fromUtf8(argument)) != argument) throw Failure(exitUsage, "an argument is not UTF-8: " + argument);
+// In the order of CLI11, last argument first.
+std::vector<std::string> decodedBackwards(const std::vector<std::string>& arguments) {
+    std::vector<std::string> result;
+    for (auto argument = arguments.rbegin(); argument != arguments.rend(); ++argument) {
+        auto text = argumentText(*argument);
+        if (!text) throw Failure(exitUsage, "an argument is not in the locale's encoding: " + *argument);
+        result.push_back(*std::move(text));
     }
+    return result;
+}
+
+// "help COMMAND" means "COMMAND --help". An unknown COMMAND is left to the parser to refuse.
+std::vector<std::string> withoutHelpCommand(const CLI::App& app, std::vector<std::string> backwards) {
+    if (backwards.empty() || backwards.back() != "help") return backwards;
+    backwards.pop_back();
+    const auto isNamed = [&](const CLI::App* command) { return command->get_name() == backwards.back(); };
+    if (backwards.empty() || !app.get_subcommands(isNamed).empty()) backwards.insert(backwards.begin(), "--help");
+    return backwards;
 }
 
 // Prints what help or version was asked for; anything else is a wrong command line.
@@ -219,7 +236,6 @@ void answer(const CLI::App& app, const CLI::ParseError& outcome) {
 }  // namespace
 
 std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& arguments) {
-    requireUnicode(arguments);
     CLI::App app("Evaluates document templates.", "velmor");
     app.set_version_flag("--version", "velmor " VELMOR_VERSION);
     app.allow_windows_style_options(false);
@@ -233,7 +249,7 @@ std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& argu
     const CLI::App* handlers = addHandlers(app, raw);
     const CLI::App* log = addLog(app, raw);
     try {
-        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+        app.parse(withoutHelpCommand(app, decodedBackwards(arguments)));
     } catch (const CLI::ParseError& outcome) {
         answer(app, outcome);
         return std::nullopt;

@@ -20,6 +20,7 @@ struct CommandLine {
     platform::SystemOptions system;
 };
 
+// The arguments are in the locale's encoding (UTF-8 on Windows), the result is in UTF-8.
 // Nothing when the command line asked for help or the version, which then has been printed. Throws
 // Failure (exitUsage) for a wrong one.
 std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& arguments);

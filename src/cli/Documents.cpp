@@ -1,6 +1,12 @@
 #include "cli/Documents.h"
 
+#include <algorithm>
+#include <optional>
+#include <utility>
+
 #include "cli/Failure.h"
+#include "cli/Locale.h"
+#include "common/TextFile.h"
 #include "platform/ByteOrderMark.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
@@ -8,32 +14,76 @@
 namespace velmor::cli {
 namespace {
 
-constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+bool isAscii(std::string_view bytes) {
+    return std::none_of(bytes.begin(), bytes.end(), [](char byte) { return static_cast<unsigned char>(byte) > 127; });
+}
+
+bool isRtf(std::string_view bytes) {
+    return bytes.starts_with("{\\rtf");
+}
+
+// Nothing where encoding the text again would not give the same bytes.
+std::optional<std::u16string> fromStrictUtf8(std::string_view bytes) {
+    std::u16string text = fromUtf8(bytes);
+    return toUtf8(text) == bytes ? std::optional(std::move(text)) : std::nullopt;
+}
 
 std::u16string decodeUtf8(std::string_view bytes, const std::string& name) {
-    std::u16string text = fromUtf8(bytes);
-    if (toUtf8(text) != bytes) throw Failure(exitFile, name + " is not UTF-8 text");
-    return text;
+    if (auto text = fromStrictUtf8(bytes)) return *std::move(text);
+    throw Failure(exitFile, name + " is not UTF-8 text");
+}
+
+std::u16string decodeUtf16(std::string_view bytes, bool bigEndian, const std::string& name) {
+    if (bytes.size() % 2 != 0) throw Failure(exitFile, name + " is not UTF-16 text: it ends with half a character");
+    return platform::unitsOf(bytes, bigEndian);
+}
+
+std::optional<TextEncoding> markedEncoding(std::string_view bytes) {
+    if (bytes.starts_with("\xEF\xBB\xBF")) return TextEncoding::utf8;
+    if (bytes.starts_with("\xFF\xFE")) return TextEncoding::utf16;
+    if (bytes.starts_with("\xFE\xFF")) return TextEncoding::utf16BigEndian;
+    return std::nullopt;
+}
+
+// The text with its byte order mark, if it has one.
+Document decodeMarkedOr(std::string_view bytes, EncodingChoice choice, const std::string& name) {
+    const auto marked = markedEncoding(bytes);
+    if (marked == TextEncoding::utf16) return {decodeUtf16(bytes, false, name), *marked};
+    if (marked == TextEncoding::utf16BigEndian) return {decodeUtf16(bytes, true, name), *marked};
+    if (marked || choice == EncodingChoice::utf8) return {decodeUtf8(bytes, name), TextEncoding::utf8};
+    if (choice == EncodingChoice::automatic && !isAscii(bytes)) {
+        if (auto text = fromStrictUtf8(bytes)) return {*std::move(text), TextEncoding::utf8};
+    }
+    return {fromAnsi(bytes), TextEncoding::ansi};
 }
 
 }  // namespace
 
-std::u16string decodeText(std::string_view bytes, TextEncoding encoding, const std::string& name) {
-    if (bytes.starts_with(utf8Mark)) return decodeUtf8(bytes.substr(utf8Mark.size()), name);
-    if (auto marked = platform::decodeMarked(bytes)) return *std::move(marked);
-    return encoding == TextEncoding::utf8 ? decodeUtf8(bytes, name) : fromAnsi(bytes);
+std::u16string decodeText(std::string_view bytes, EncodingChoice choice, const std::string& name) {
+    std::u16string text = decodeMarkedOr(bytes, choice, name).text;
+    if (markedEncoding(bytes)) text.erase(0, 1);
+    return text;
 }
 
-Document decodeTemplate(std::string_view bytes, TextEncoding encoding, const std::string& name) {
-    if (bytes.starts_with("{\\rtf1")) return {fromAnsi(bytes), encoding};
-    if (bytes.starts_with(utf8Mark)) encoding = TextEncoding::utf8;
-    return {encoding == TextEncoding::utf8 ? decodeUtf8(bytes, name) : fromAnsi(bytes), encoding};
+std::u16string decodeIncluded(std::string_view bytes) {
+    if (!isRtf(bytes) && !isAscii(bytes) && !markedEncoding(bytes)) {
+        if (auto text = fromStrictUtf8(bytes)) return *std::move(text);
+    }
+    return decodeTextFile(bytes);
+}
+
+Document decodeTemplate(std::string_view bytes, EncodingChoice choice, const std::string& name) {
+    if (isRtf(bytes)) return {fromAnsi(bytes), TextEncoding::ansi};
+    Document document = decodeMarkedOr(bytes, choice, name);
+    if (choice == EncodingChoice::automatic && isAscii(bytes)) document.encoding = localeEncoding();
+    return document;
 }
 
 std::string encodeResult(std::u16string_view result, TextEncoding encoding) try {
     return encodeDocument(result, encoding);
 } catch (const Error& error) {
-    throw Failure(exitFile, std::string("cannot write the result: ") + error.what() + "; use --encoding utf-8");
+    throw Failure(exitFile, std::string("cannot write the result: ") + error.what() +
+                                "; use a template in UTF-8, with --encoding utf-8 when it is ASCII alone");
 }
 
 }  // namespace velmor::cli

@@ -7,18 +7,30 @@
 
 namespace velmor::cli {
 
-// A text from its bytes; `name` is for messages. A byte order mark (UTF-8, UTF-16) counts more than
-// the encoding, and is left out. Bytes that are not UTF-8 where UTF-8 is asked for throw Failure
-// (exitFile) instead of being replaced.
-std::u16string decodeText(std::string_view bytes, TextEncoding encoding, const std::string& name);
+// What --encoding asks for. A byte order mark (UTF-8, UTF-16) wins over it, and RTF is always read
+// as bytes of the ANSI code page.
+enum class EncodingChoice {
+    automatic,  // UTF-8 where the bytes are valid UTF-8 with a character beyond ASCII, else ANSI
+    ansi,
+    utf8
+};
 
-// A template, and how its result is to be coded. Plain text that begins with the UTF-8 byte order
-// mark is UTF-8 and keeps the mark.
+// A text from its bytes, without a byte order mark; `name` is for messages. Throws Failure (exitFile)
+// where decoding would lose something: bytes that are not UTF-8 though the choice or a mark says so,
+// and half a UTF-16 unit.
+std::u16string decodeText(std::string_view bytes, EncodingChoice choice, const std::string& name);
+
+// The same for a file that a template includes. It never fails: bytes that are not UTF-8 are ANSI.
+std::u16string decodeIncluded(std::string_view bytes);
+
+// A template, and how its result is to be encoded. The text keeps its byte order mark, so that the
+// result begins with it. A plain-text template in ASCII alone takes the encoding of the locale when
+// the choice is automatic.
 struct Document {
     std::u16string text;
     TextEncoding encoding = TextEncoding::ansi;
 };
-Document decodeTemplate(std::string_view bytes, TextEncoding encoding, const std::string& name);
+Document decodeTemplate(std::string_view bytes, EncodingChoice choice, const std::string& name);
 
 // The bytes of a result (encodeDocument). Throws Failure (exitFile) for a character that the ANSI code page does not
 // have.

@@ -6,6 +6,7 @@
 #include "cli/PropertyFile.h"
 #include "cli/Streams.h"
 #include "cli/TemplateFolders.h"
+#include "common/TextFile.h"
 #include "core/kvTag.h"
 #include "properties/privProperties.h"
 #include "properties/privProperty.h"
@@ -55,6 +56,7 @@ ExitCode runEval(platform::Services& services, const EvalOptions& options) {
     platform::Services here{services.registry, services.files,    services.clock, folders,
                             services.objects,  services.pictures, services.guids};
 
+    if (options.encoding != EncodingChoice::ansi) useTextFileDecoder(&decodeIncluded);
     Document document =
         decodeTemplate(readAll(services.files, options.input), options.encoding, inputName(options.input));
     const auto tag = std::make_shared<kvTag>(here);
@@ -63,6 +65,7 @@ ExitCode runEval(platform::Services& services, const EvalOptions& options) {
         readPropertyFile(*properties, services.files, {options.propertyFile, options.passwordFile, options.encoding});
     }
     for (const auto& assignment : options.properties) setProperty(*properties, assignment);
+    if (options.includePath) requireFolder(*options.includePath);
     if (options.includePath) properties->AddStr(u"Path", fromUtf8(*options.includePath), true);
 
     tag->Value(std::move(document.text));

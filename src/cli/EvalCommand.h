@@ -13,7 +13,7 @@ namespace velmor::cli {
 struct EvalOptions {
     std::string input;   // empty or "-": standard input
     std::string output;  // empty or "-": standard output
-    TextEncoding encoding = TextEncoding::ansi;
+    EncodingChoice encoding = EncodingChoice::automatic;
     std::string propertyFile;                // in the text form of a property collection; empty: none
     std::string passwordFile;                // of the property file; empty: none
     std::vector<std::string> properties;     // "name=value": texts, which replace those of the file

@@ -22,6 +22,7 @@ ExitCode runCommand(platform::Services& services, const CommandLine& line) {
 
 ExitCode runOnMachine(const CommandLine& line) {
     makeStreamsBinary();
+    for (const auto& folder : line.system.handlerFolders) requireFolder(toUtf8(folder));
     platform::SystemServices machine(line.system);
     for (const auto& warning : machine.warnings()) report(toUtf8(warning));
     const ExitCode code = runCommand(machine.services(), line);

@@ -7,6 +7,8 @@
 namespace velmor::cli {
 namespace {
 
+using namespace std::string_view_literals;
+
 // White space behind the last entry would be an entry of its own.
 std::u16string_view withoutTrailingBlanks(std::u16string_view text) {
     const auto last = text.find_last_not_of(u" \t\r\n");
@@ -15,10 +17,20 @@ std::u16string_view withoutTrailingBlanks(std::u16string_view text) {
 }
 
 std::u16string readPassword(const platform::Files& files, const std::string& name) {
-    const std::u16string text = decodeText(readAll(files, name), TextEncoding::utf8, inputName(name));
+    const std::u16string text = decodeText(readAll(files, name), EncodingChoice::utf8, inputName(name));
     std::u16string password = text.substr(0, text.find_first_of(u"\r\n"));
     if (password.empty()) throw Failure(exitFile, "the first line of " + inputName(name) + " holds no password");
     return password;
+}
+
+// Catches files of another kind, such as JSON, which would be read as odd names without values.
+void requireProperties(std::u16string_view text, const std::string& name) {
+    const auto first = text.find_first_not_of(u" \t\r\n\0"sv);
+    if (first == text.npos) return;
+    const auto end = text.find_first_of(u"=:<\r\n", first);
+    if (end == text.npos || end == first || text[end] != u'=') {
+        throw Failure(exitFile, name + " is not a property file: it does not begin with name=value:");
+    }
 }
 
 }  // namespace
@@ -28,6 +40,7 @@ void readPropertyFile(privProperties& into, const platform::Files& files, const 
     const std::u16string text = decodeText(readAll(files, file.name), file.encoding, name);
     if (file.passwordFile.empty()) {
         if (isEnciphered(text)) throw Failure(exitFile, name + " is enciphered; use --password-file");
+        requireProperties(text, name);
         into.Build(withoutTrailingBlanks(text));
         return;
     }

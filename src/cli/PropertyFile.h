@@ -12,7 +12,7 @@ namespace velmor::cli {
 struct PropertyFile {
     std::string name;          // empty or "-": standard input
     std::string passwordFile;  // its first line is the password; empty: the file is not enciphered
-    TextEncoding encoding = TextEncoding::ansi;
+    EncodingChoice encoding = EncodingChoice::automatic;
 };
 
 // Reads the file into the collection, whose entries it replaces. White space behind the last entry

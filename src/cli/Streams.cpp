@@ -8,11 +8,14 @@
 #include <memory>
 
 #include "cli/Failure.h"
+#include "platform/SystemServices.h"
 #include "text/Encoding.h"
 
 #ifdef _WIN32
 #include <fcntl.h>
 #include <io.h>
+#else
+#include "platform/posix/PosixPaths.h"
 #endif
 
 namespace velmor::cli {
@@ -51,11 +54,19 @@ std::string readNamedStream(const std::string& name) {
     return readStream(stream.get(), name);
 }
 
-void writeStandardOutput(std::string_view bytes) {
-    const bool written = std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size();
-    if (std::fflush(stdout) != 0 || !written) {
-        throw Failure(exitFile, "cannot write standard output: " + std::string(std::strerror(errno)));
-    }
+void requireOutput(bool written) {
+    if (!written) throw Failure(exitFile, "cannot write standard output: " + std::string(std::strerror(errno)));
+}
+
+// Finds it as the engine finds files.
+bool isFolder(const std::string& name) {
+    std::error_code none;
+#ifdef _WIN32
+    return std::filesystem::is_directory(fromUtf8(name), none);
+#else
+    const auto path = platform::pathToRead(fromUtf8(name));
+    return path && std::filesystem::is_directory(*path, none);
+#endif
 }
 
 std::string oneLine(std::string_view message) {
@@ -84,15 +95,30 @@ std::string readAll(const platform::Files& files, const std::string& name) {
     const std::u16string path = fromUtf8(name);
     if (auto bytes = files.read(path)) return *std::move(bytes);
     if (isStream(path)) return readNamedStream(name);
-    std::error_code none;
-    if (std::filesystem::is_directory(path, none)) refuseReading(name, "it is a folder");
+    if (isFolder(name)) refuseReading(name, "it is a folder");
     if (!files.exists(path)) throw Failure(exitFile, "there is no file " + inputName(name));
     refuseReading(name, "it may not be read, or is longer than a text can be");
 }
 
 void writeAll(platform::Files& files, const std::string& name, std::string_view bytes) {
-    if (isStandardStream(name)) return writeStandardOutput(bytes);
-    if (!files.write(fromUtf8(name), bytes)) throw Failure(exitFile, "cannot write '" + name + "'");
+    if (isStandardStream(name)) {
+        print(bytes);
+        finishPrinting();
+    } else if (!files.write(fromUtf8(name), bytes)) {
+        throw Failure(exitFile, "cannot write '" + name + "': " + platform::lastSystemError());
+    }
+}
+
+void print(std::string_view bytes) {
+    requireOutput(std::fwrite(bytes.data(), 1, bytes.size(), stdout) == bytes.size());
+}
+
+void finishPrinting() {
+    requireOutput(std::fflush(stdout) == 0);
+}
+
+void requireFolder(const std::string& name) {
+    if (!isFolder(name)) throw Failure(exitFile, "there is no folder '" + name + "'");
 }
 
 void report(std::string_view message) {

@@ -21,6 +21,14 @@ std::string readAll(const platform::Files& files, const std::string& name);
 // Failure (exitFile).
 void writeAll(platform::Files& files, const std::string& name, std::string_view bytes);
 
+// Writes to standard output bit by bit, for output that should not be held whole; finishPrinting ends
+// it. Both throw Failure (exitFile).
+void print(std::string_view bytes);
+void finishPrinting();
+
+// Throws Failure (exitFile) unless there is a folder of this name.
+void requireFolder(const std::string& name);
+
 // One line "velmor: <message>" on standard error. Line ends and other control characters within the
 // message become blanks. UTF-8; a Windows console shows it as it is meant.
 void report(std::string_view message);

@@ -28,31 +28,34 @@ TagNode parseTag(platform::Services& services, std::u16string_view text, const T
     return node;
 }
 
-// The tags within which the next one may stand, innermost last.
+// A tag within which the next one may stand, and the template as a whole.
 struct Level {
-    std::vector<TagNode>* tags;
-    std::size_t end;         // of the tag that holds them
+    std::size_t end;
     std::size_t resume = 0;  // markers before this place are passed over
 };
 
 }  // namespace
 
-TagTree readTagTree(platform::Services& services, std::u16string_view text) {
-    TagTree tree;
-    std::vector<Level> levels = {{&tree.tags, text.npos}};
+UnvisitedTags visitTags(platform::Services& services, std::u16string_view text, TagVisitor& visitor) {
+    UnvisitedTags unvisited;
+    std::vector<Level> levels = {{text.npos}};
+    const auto leaveTo = [&](std::size_t place) {
+        for (; place >= levels.back().end; levels.pop_back()) visitor.leave();
+    };
     for (const TagSpan& span : findMarkerPairs(text)) {
-        while (span.open >= levels.back().end) levels.pop_back();
+        leaveTo(span.open);
         if (!span.complete()) {
-            tree.unclosed.push_back(span.open + std::size_t{1});
+            unvisited.unclosed.push_back(span.open + std::size_t{1});
             levels.back().resume = span.open + kClosingMarker.size();
-        } else if (levels.size() > TagTree::maximalDepth) {
-            ++tree.tooDeep;
+        } else if (levels.size() > UnvisitedTags::maximalDepth) {
+            ++unvisited.tooDeep;
         } else if (span.open >= levels.back().resume) {
-            levels.back().tags->push_back(parseTag(services, text, span));
-            levels.push_back({&levels.back().tags->back().tags, span.close});
+            visitor.enter(parseTag(services, text, span));
+            levels.push_back({span.close});
         }
     }
-    return tree;
+    leaveTo(text.size());
+    return unvisited;
 }
 
 }  // namespace velmor::cli

@@ -23,18 +23,27 @@ struct TagNode {
     std::u16string command;
     automation::Variant commandValue;
     std::vector<Parameter> parameters;
-    std::vector<TagNode> tags;  // those within its parameters
 };
 
-struct TagTree {
+// Is told of the tags in the order of their opening markers. Between enter and leave of a tag come
+// those within its parameters.
+class TagVisitor {
+public:
+    virtual ~TagVisitor() = default;
+    virtual void enter(const TagNode& tag) = 0;
+    virtual void leave() = 0;
+};
+
+// What was not visited.
+struct UnvisitedTags {
     static constexpr std::size_t maximalDepth = 100;
 
-    std::vector<TagNode> tags;
     std::vector<std::size_t> unclosed;  // positions of opening markers without their closing one
-    std::size_t tooDeep = 0;            // tags nested deeper than maximalDepth, which are left out
+    std::size_t tooDeep = 0;            // tags nested deeper than maximalDepth
 };
 
-// Does not evaluate anything. Linear in the template for a given depth of nesting.
-TagTree readTagTree(platform::Services& services, std::u16string_view text);
+// Does not evaluate anything. Linear in the template for a given depth of nesting; holds one tag at
+// a time.
+UnvisitedTags visitTags(platform::Services& services, std::u16string_view text, TagVisitor& visitor);
 
 }  // namespace velmor::cli

@@ -23,37 +23,52 @@ Json valueJson(const Variant& value) {
     return toUtf8(automation::toText(value).value_or(u""));
 }
 
-Json tagJson(const TagNode& tag) {
-    Json parameters = Json::array();
-    for (const auto& [name, value] : tag.parameters) {
-        parameters.push_back({{"name", toUtf8(name)}, {"value", valueJson(value)}});
-    }
-    Json tags = Json::array();
-    for (const TagNode& nested : tag.tags) tags.push_back(tagJson(nested));
-    return {{"position", tag.position},
-            {"length", tag.length},
-            {"handler", toUtf8(tag.handler)},
-            {"command", toUtf8(tag.command)},
-            {"commandValue", valueJson(tag.commandValue)},
-            {"parameters", std::move(parameters)},
-            {"tags", std::move(tags)}};
-}
-
 // A lone surrogate is no JSON: it becomes U+FFFD.
 std::string dump(const Json& json) {
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-// One line for each top-level tag, so that only one of them is held as JSON at a time.
-std::string treeJson(const TagTree& tree) {
-    std::string out = "{\"tags\": [";
-    const char* separator = "\n";
-    for (const TagNode& tag : tree.tags) {
-        out += separator + dump(tagJson(tag));
-        separator = ",\n";
+// One line for each top-level tag.
+class JsonPrinter final : public TagVisitor {
+public:
+    JsonPrinter() { print("{\"tags\": ["); }
+
+    void enter(const TagNode& tag) override {
+        print(isFirst_ ? "" : ",");
+        if (depth_++ == 0) print("\n");
+        isFirst_ = true;
+        std::string json = dump(withoutTags(tag));
+        json.back() = ',';
+        print(json + "\"tags\":[");
     }
-    return out + "],\n\"unclosed\": " + dump(tree.unclosed) + ",\n\"tooDeep\": " + dump(tree.tooDeep) + "}\n";
-}
+
+    void leave() override {
+        print("]}");
+        isFirst_ = false;
+        --depth_;
+    }
+
+    void end(const UnvisitedTags& unvisited) {
+        print("],\n\"unclosed\": " + dump(unvisited.unclosed) + ",\n\"tooDeep\": " + dump(unvisited.tooDeep) + "}\n");
+    }
+
+private:
+    static Json withoutTags(const TagNode& tag) {
+        Json parameters = Json::array();
+        for (const auto& [name, value] : tag.parameters) {
+            parameters.push_back({{"name", toUtf8(name)}, {"value", valueJson(value)}});
+        }
+        return {{"position", tag.position},
+                {"length", tag.length},
+                {"handler", toUtf8(tag.handler)},
+                {"command", toUtf8(tag.command)},
+                {"commandValue", valueJson(tag.commandValue)},
+                {"parameters", std::move(parameters)}};
+    }
+
+    bool isFirst_ = true;  // of the tags at its level
+    std::size_t depth_ = 0;
+};
 
 // In the list a text stays on its line, and a tag that holds much does not repeat all of it.
 std::string shown(std::u16string_view text) {
@@ -67,22 +82,34 @@ std::string valueText(const Variant& value) {
     return " = " + (value.isString() ? '"' + text + '"' : text);
 }
 
-void appendTags(std::string& out, const std::vector<TagNode>& tags, const std::string& indent) {
-    for (const TagNode& tag : tags) {
-        out += indent + std::to_string(tag.position) + "  ";
-        out += tag.handler.empty() ? "(no handler)" : shown(tag.handler) + " > " + shown(tag.command);
-        out += valueText(tag.commandValue) + "\n";
+class ListPrinter final : public TagVisitor {
+public:
+    void enter(const TagNode& tag) override {
+        std::string lines = indent_ + std::to_string(tag.position) + "  ";
+        lines += tag.handler.empty() ? "(no handler)" : shown(tag.handler) + " > " + shown(tag.command);
+        lines += valueText(tag.commandValue) + "\n";
         for (const auto& [name, value] : tag.parameters) {
-            out += indent + "      " + shown(name) + valueText(value) + "\n";
+            lines += indent_ + "      " + shown(name) + valueText(value) + "\n";
         }
-        appendTags(out, tag.tags, indent + "    ");
+        print(lines);
+        indent_ += "    ";
     }
-}
 
-std::string treeText(const TagTree& tree) {
-    std::string out;
-    appendTags(out, tree.tags, "");
-    return out;
+    void leave() override { indent_.resize(indent_.size() - 4); }
+
+private:
+    std::string indent_;
+};
+
+UnvisitedTags printTags(platform::Services& services, std::u16string_view text, bool json) {
+    if (!json) {
+        ListPrinter printer;
+        return visitTags(services, text, printer);
+    }
+    JsonPrinter printer;
+    UnvisitedTags unvisited = visitTags(services, text, printer);
+    printer.end(unvisited);
+    return unvisited;
 }
 
 void reportUnclosed(const std::vector<std::size_t>& positions, const std::string& name) {
@@ -100,14 +127,14 @@ void reportUnclosed(const std::vector<std::size_t>& positions, const std::string
 ExitCode runTags(platform::Services& services, const TagsOptions& options) {
     const std::string name = inputName(options.input);
     const Document document = decodeTemplate(readAll(services.files, options.input), options.encoding, name);
-    const TagTree tree = readTagTree(services, document.text);
-    writeAll(services.files, "-", options.json ? treeJson(tree) : treeText(tree));
-    reportUnclosed(tree.unclosed, name);
-    if (tree.tooDeep > 0) {
-        report(name + ": " + std::to_string(tree.tooDeep) + " tags are nested deeper than " +
-               std::to_string(TagTree::maximalDepth) + " levels and not listed");
+    const UnvisitedTags unvisited = printTags(services, document.text, options.json);
+    finishPrinting();
+    reportUnclosed(unvisited.unclosed, name);
+    if (unvisited.tooDeep > 0) {
+        report(name + ": " + std::to_string(unvisited.tooDeep) + " tags are nested deeper than " +
+               std::to_string(UnvisitedTags::maximalDepth) + " levels and not listed");
     }
-    return tree.unclosed.empty() && tree.tooDeep == 0 ? exitDone : exitReported;
+    return unvisited.unclosed.empty() && unvisited.tooDeep == 0 ? exitDone : exitReported;
 }
 
 }  // namespace velmor::cli

@@ -10,7 +10,7 @@ namespace velmor::cli {
 
 struct TagsOptions {
     std::string input;  // empty or "-": standard input
-    TextEncoding encoding = TextEncoding::ansi;
+    EncodingChoice encoding = EncodingChoice::automatic;
     bool json = false;
 };
 

@@ -64,11 +64,32 @@ std::string encodePlain(std::u16string_view text) {
     return toAnsi(text);
 }
 
+std::string encodeUtf16(std::u16string_view text, bool bigEndian) {
+    std::string bytes;
+    bytes.reserve(2 * text.size());
+    for (const char16_t unit : text) {
+        const char high = static_cast<char>(unit >> 8);
+        const char low = static_cast<char>(unit & 0xFF);
+        bytes += bigEndian ? high : low;
+        bytes += bigEndian ? low : high;
+    }
+    return bytes;
+}
+
 }  // namespace
 
 std::string encodeDocument(std::u16string_view text, TextEncoding encoding) {
     if (text.starts_with(kRtfStart)) return encodeRtf(text);
-    return encoding == TextEncoding::utf8 ? toUtf8(text) : encodePlain(text);
+    switch (encoding) {
+        case TextEncoding::utf8:
+            return toUtf8(text);
+        case TextEncoding::utf16:
+            return encodeUtf16(text, false);
+        case TextEncoding::utf16BigEndian:
+            return encodeUtf16(text, true);
+        default:
+            return encodePlain(text);
+    }
 }
 
 }  // namespace velmor

@@ -5,8 +5,9 @@
 
 namespace velmor {
 
-// How plain text is coded in a file. An RTF document is coded as RTF is, whatever is asked.
-enum class TextEncoding { ansi, utf8 };
+// How plain text is encoded in a file. An RTF document is encoded as RTF is, whatever is asked. A byte order mark is
+// part of the text.
+enum class TextEncoding { ansi, utf8, utf16, utf16BigEndian };
 
 // The bytes of a finished document; no character is ever lost.
 // RTF: the ANSI code page, and a character that it does not have as \uN? (in a group with \uc1 where the document

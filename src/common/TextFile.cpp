@@ -6,6 +6,15 @@
 #include "text/Encoding.h"
 
 namespace velmor {
+namespace {
+
+std::u16string (*textFileDecoder)(std::string_view) = &decodeTextFile;
+
+}  // namespace
+
+void useTextFileDecoder(std::u16string (*decode)(std::string_view bytes)) noexcept {
+    textFileDecoder = decode;
+}
 
 std::u16string decodeTextFile(std::string_view bytes) {
     auto marked = platform::decodeMarked(bytes);
@@ -15,12 +24,12 @@ std::u16string decodeTextFile(std::string_view bytes) {
 // The comparison finds out texts that begin like a mark, too.
 std::string encodeTextFile(std::u16string_view text) {
     std::string bytes = toAnsi(text);
-    return decodeTextFile(bytes) == text ? bytes : "\xef\xbb\xbf" + toUtf8(text);
+    return textFileDecoder(bytes) == text ? bytes : "\xef\xbb\xbf" + toUtf8(text);
 }
 
 std::optional<std::u16string> readTextFile(const platform::Files& files, std::u16string_view path) {
     const auto bytes = files.read(path);
-    return bytes ? std::optional(decodeTextFile(*bytes)) : std::nullopt;
+    return bytes ? std::optional(textFileDecoder(*bytes)) : std::nullopt;
 }
 
 bool writeTextFile(platform::Files& files, std::u16string_view path, std::u16string_view text) {

@@ -12,8 +12,12 @@ namespace velmor {
 // with a byte order mark: UTF-8 and UTF-16 (either order) are then read as such, without the mark.
 std::u16string decodeTextFile(std::string_view bytes);
 
-// The bytes that decodeTextFile reads as this text: the ANSI code page where it has every character,
-// else UTF-8 behind its byte order mark. No character is lost.
+// Makes readTextFile decode with another function than decodeTextFile, for a program whose users
+// code their files otherwise. For the whole program: call it at start-up, before any file is read.
+void useTextFileDecoder(std::u16string (*decode)(std::string_view bytes)) noexcept;
+
+// The bytes that readTextFile reads as this text: the ANSI code page where it has every character,
+// else UTF-8 after its byte order mark. No character is lost.
 std::string encodeTextFile(std::u16string_view text);
 
 // Nothing when the file is missing or unreadable; an empty file gives "".

@@ -50,6 +50,9 @@ private:
     std::unique_ptr<Parts> parts_;
 };
 
+// Why the machine's services refused what this thread asked for last, in the system's words.
+std::string lastSystemError();
+
 // One for the whole program with the usual places, made by the first call and never destroyed.
 Services& systemServices();
 

@@ -6,6 +6,7 @@ HANDLERS is the folder of the sample handler; RUNNER is what starts the program 
 import base64
 import json
 import os
+import signal
 import subprocess
 import sys
 import tempfile
@@ -77,17 +78,42 @@ class Eval(VelmorTest):
             (b"<KV:TAG>PROPERTY:a=:</KV>", ["--property", "a="], b""),
             (b"<KV:TAG>PROPERTY:a=:</KV>", ["--property", "a=1", "-"], b"1"),
             (b"<KV:TAG>SETPROPERTY:a=1:</KV><KV:TAG>PROPERTY:a=0:</KV>", [], b"1"),
-            (b"[<KV:TAG>PROPERTY:n=:</KV>]", ["--property", "n=caf\u00e9 \u20ac"], b"[caf\xe9 \x80]"),
-            ("[\u0141<KV:TAG>PROPERTY:n=:</KV>]".encode(),
-             ["--encoding", "utf-8", "--property", "n=\u0141\U0001f600"], "[\u0141\u0141\U0001f600]".encode()),
-            ("\ufeff\u0141<KV:TAG>PROPERTY:n=:</KV>".encode(), ["--property", "n=\u0141"],
-             "\ufeff\u0141\u0141".encode()),
         ]
         if not RUNNER:  # a pipe by its name
             cases.append((b"<KV:TAG>PROPERTY:a=zz:</KV>", ["/dev/stdin"], b"zz"))
         for template, arguments, result in cases:
             with self.subTest(template=template, arguments=arguments):
                 self.assertEqual(self.velmor("eval", *arguments, stdin=template), result)
+                self.assertEqual(self.messages, "")
+
+    def test_one_text_has_one_encoding(self):
+        self.write("ansi.txt", b"\xe4\x80")
+        self.write("utf8.txt", "\u00e4\u20ac".encode())
+        self.write("ansi.kvl", b'a="x":b="\xe4\x80":')
+        self.write("utf8.kvl", '\ufeffa="x":b="\u00e4\u20ac":'.encode())
+        self.write("part.rtf", b"{\\rtf1 \xc3\xbc}")
+        included = ("<KV:TAG>INCLUDE=ansi.txt:</KV><KV:TAG>INCLUDE=utf8.txt:</KV>"
+                    "<KV:TAG>INCLUDE=ansi.kvl:KEY=b:</KV><KV:TAG>INCLUDE=utf8.kvl:KEY=b:</KV>")
+        value = "<KV:TAG>PROPERTY:n=:</KV>"
+        locale = "cp1252" if RUNNER else "utf-8"
+        for encoding, template, arguments, result, written in [
+            # the template's, template, arguments, result, the result's
+            ("utf-8", "\u0141" + value, ["n=\u0141\U0001f600"], "\u0141\u0141\U0001f600", "utf-8"),
+            ("utf-8", "\ufeff" + value, ["n=\u0141"], "\ufeff\u0141", "utf-8"),
+            ("utf-16-le", "\ufeff" + value, ["n=\u0141\U0001f600"], "\ufeff\u0141\U0001f600", "utf-16-le"),
+            ("utf-16-be", "\ufeffx" + value, ["n=\u0141"], "\ufeffx\u0141", "utf-16-be"),
+            ("utf-8", "\u0141" + included, [], "\u0141" + "\u00e4\u20ac" * 4, "utf-8"),
+            ("cp1252", "\u00fc" + included + value, ["n=caf\u00e9"], "\u00fc" + "\u00e4\u20ac" * 4 + "caf\u00e9", "cp1252"),
+            ("ascii", included + value, ["n=\u00e9"], "\u00e4\u20ac" * 4 + "\u00e9", locale),
+            ("ascii", included + value, ["n=\u00e9", "--encoding", "utf-8"], "\u00e4\u20ac" * 4 + "\u00e9", "utf-8"),
+            ("ascii", included[:30] + value, ["n=\u00e9", "--encoding", "ansi"], "\u00e4\u20ac\u00e9", "cp1252"),
+            ("utf-8", "\u00fc" + value, ["n=\u00e9", "--encoding", "ansi"], "\u00c3\u00bc\u00e9", "cp1252"),
+            ("utf-8", "{\\rtf1 \u00fc" + value + "<KV:TAG>INCLUDE=part.rtf:</KV>}", ["n=\u00e9"],
+             "{\\rtf1 \u00c3\u00bc\u00e9{\\rtf1 \u00c3\u00bc}}", "cp1252"),
+        ]:
+            with self.subTest(template=template, encoding=encoding, arguments=arguments):
+                options = ["--property", *arguments] if arguments else []
+                self.assertEqual(self.velmor("eval", *options, stdin=template.encode(encoding)), result.encode(written))
                 self.assertEqual(self.messages, "")
 
     def test_rtf_loses_no_character(self):
@@ -100,9 +126,9 @@ class Eval(VelmorTest):
 
     def test_plain_text_that_does_not_fit_is_refused(self):
         self.write("out.txt", b"old")
-        template = b"<KV:TAG>PROPERTY:n=:</KV>"
+        template = b"\xe9<KV:TAG>PROPERTY:n=:</KV>"
         self.velmor("eval", "-o", "out.txt", "--property", "n=\u0141", stdin=template, expect=FILE)
-        self.assertIn("--encoding utf-8", self.messages)
+        self.assertIn("'\u0141' (position 2)", self.messages)
         self.assertEqual(self.read("out.txt"), b"old")
         self.assertEqual(os.listdir(self.folder.name), ["out.txt"])
 
@@ -112,7 +138,9 @@ class Eval(VelmorTest):
         self.assertEqual(self.velmor("eval", "--properties", "p", stdin=template), b"x 5 two\r\nlines \xe9 \xe9")
         self.assertEqual(self.velmor("eval", "--properties", "p", "--property", "A=y", stdin=template)[:1], b"y")
         self.write("marked", b"\xef\xbb\xbf" + 'a="\u00e9":'.encode())
-        self.assertEqual(self.velmor("eval", "--properties", "marked", stdin=b"<KV:TAG>PROPERTY:a=:</KV>"), b"\xe9")
+        self.write("utf8", 'a="\u00e9":'.encode())
+        for name in ["marked", "utf8"]:
+            self.assertEqual(self.velmor("eval", "--properties", name, stdin=b"\xe4<KV:TAG>PROPERTY:a=:</KV>"), b"\xe4\xe9")
 
     def test_includes(self):
         self.write("sub/letter.txt", b"<KV:TAG>INCLUDE=part.txt:</KV>|<KV:TAG>INCLUDE=list.kvl:KEY=b:</KV>|"
@@ -153,10 +181,17 @@ class Eval(VelmorTest):
     def test_bad_input(self):
         self.write("t", b"text")
         self.write("bad-utf8", b'a="\xff":')
+        self.write("people.json", b'[{"name": "Ruth", "note": "x=y"}]')
         os.mkdir(self.path("folder"))
         self.check_failures([
             (["eval", "missing"], FILE, "missing"), (["eval", "folder"], FILE, "is a folder"),
-            (["eval", "t", "-o", "folder"], FILE, "folder"), (["eval", "t", "-o", "none/out"], FILE, "none/out"),
+            (["eval", "t", "-o", "folder"], FILE, "cannot write 'folder': "),
+            (["eval", "t", "-o", "none/out"], FILE, "cannot write 'none/out': "),
+            (["eval", "t", "--include-path", "none"], FILE, "there is no folder 'none'"),
+            (["eval", "t", "--include-path", "t"], FILE, "there is no folder 't'"),
+            (["eval", "t", "--properties", "people.json"], FILE, "'people.json' is not a property file"),
+            (["props", "people.json"], FILE, "'people.json' is not a property file"),
+            (["help", "nonsense"], USAGE, "nonsense"),
             (["eval", "t", "--properties", "missing"], FILE, "missing"),
             (["eval", "t", "--properties", "folder"], FILE, "folder"),
             (["eval", "t", "--properties", "bad-utf8", "--encoding", "utf-8"], FILE, "bad-utf8"),
@@ -167,7 +202,30 @@ class Eval(VelmorTest):
             (["eval", "--nonsense"], USAGE, "nonsense"), (["nonsense"], USAGE, "nonsense"), ([], USAGE, "eval"),
             (["tags", "missing"], FILE, "missing"),
         ])
-        self.assertEqual(sorted(os.listdir(self.folder.name)), ["bad-utf8", "folder", "t"])
+        self.assertEqual(sorted(os.listdir(self.folder.name)), ["bad-utf8", "folder", "people.json", "t"])
+
+    def test_output_streams(self):
+        if RUNNER:
+            self.skipTest("the program's files are Windows'")
+        os.mkfifo(self.path("pipe"))
+        script = ("echo old > out; echo new | velmor eval -o /dev/stdout >> out; cat out;"
+                  "echo piped | velmor eval -o /dev/stdout | cat;"
+                  "echo substituted | velmor eval -o >(cat); wait $!;"
+                  "cat pipe & echo named | velmor eval -o pipe; wait; ls")
+        done = subprocess.run(["bash", "-c", "velmor() { \"$PROGRAM\" \"$@\"; }; " + script], capture_output=True,
+                              cwd=self.folder.name, env=dict(os.environ, PROGRAM=PROGRAM), timeout=60)
+        self.assertEqual(done.stdout.decode().split(), ["old", "new", "piped", "substituted", "named", "out", "pipe"])
+        self.assertEqual(done.stderr, b"")
+
+    def test_ended_while_writing_it_leaves_no_temporary_file(self):
+        if RUNNER:
+            self.skipTest("no signals")
+        self.write("big", b"x" * (1 << 26))
+        with subprocess.Popen([PROGRAM, "eval", "big", "-o", "out"], cwd=self.folder.name) as process:
+            while process.poll() is None and not any(name.endswith(".tmp") for name in os.listdir(self.folder.name)):
+                pass
+            process.send_signal(signal.SIGTERM)
+        self.assertEqual([name for name in os.listdir(self.folder.name) if name.endswith(".tmp")], [])
 
     def test_full_standard_output(self):
         if RUNNER or not os.path.exists("/dev/full"):
@@ -179,6 +237,8 @@ class Eval(VelmorTest):
     def test_help(self):
         self.assertIn(b"eval", self.velmor("--help"))
         self.assertIn(b"--include-path", self.velmor("eval", "--help"))
+        self.assertEqual(self.velmor("help"), self.velmor("--help"))
+        self.assertEqual(self.velmor("help", "eval"), self.velmor("eval", "--help"))
         self.assertRegex(self.velmor("--version"), rb"^velmor \d+\.\d+\.\d+\s*$")
 
 
@@ -435,6 +495,9 @@ class Handlers(VelmorTest):
         self.assertIn(b"GONE  {0", self.velmor("handlers", *options, "--all", expect=REPORTED))
         self.assertIn("GONE: Cannot create object \"{0", self.messages)
         self.velmor("handlers", *options, "NONE", expect=FILE)
+        for name in ["r.reg", "none"]:
+            self.velmor("handlers", "--handlers", name, expect=FILE)
+            self.assertIn(f"there is no folder '{name}'", self.messages)
 
     def test_without_a_registry(self):
         for content, code in [(b"Windows Registry Editor Version 5.00\r\n", DONE), (b"nonsense", REPORTED)]:

@@ -1,6 +1,7 @@
 #include "platform/posix/PosixFiles.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -97,8 +98,26 @@ bool writeDirectly(const std::string& path, std::string_view bytes) {
     return file && writeAll(file.number(), bytes) && file.close();
 }
 
+// Holds back the signals that end a program while a temporary file exists, so that none is left.
+class SignalHold {
+public:
+    SignalHold() {
+        sigset_t held;
+        sigemptyset(&held);
+        for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXFSZ}) sigaddset(&held, signal);
+        pthread_sigmask(SIG_BLOCK, &held, &before_);
+    }
+    ~SignalHold() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    SignalHold(const SignalHold&) = delete;
+    SignalHold& operator=(const SignalHold&) = delete;
+
+private:
+    sigset_t before_;
+};
+
 // A new file beside it takes the name once everything is on the disk.
 bool replaceFile(const std::string& path, std::string_view bytes) {
+    const SignalHold hold;
     std::string temporary;
     Descriptor file(openBeside(path, temporary));
     if (!file) return false;
@@ -114,15 +133,29 @@ bool replaceFile(const std::string& path, std::string_view bytes) {
     return complete;
 }
 
-// What a chain of symbolic links ends at, also when that does not exist yet.
-std::string followLinks(const std::string& path) {
+// What a chain of symbolic links ends at, also when that does not exist yet: a path, or one of this
+// process's descriptors (/dev/stdout, /dev/fd/63), which may be a pipe or a file opened for appending.
+struct Target {
+    std::string path;
+    int descriptor = -1;
+};
+
+int descriptorOf(const std::filesystem::path& link) {
+    std::error_code none;
+    const auto descriptors = std::filesystem::canonical("/proc/self/fd", none);
+    const bool isOne = !none && std::filesystem::canonical(link.parent_path(), none) == descriptors;
+    return isOne ? std::atoi(link.filename().c_str()) : -1;
+}
+
+Target followLinks(const std::string& path) {
     constexpr int longestChain = 40;
     std::filesystem::path target = path;
     std::error_code none;
     for (int i = 0; i < longestChain && std::filesystem::is_symlink(target, none); ++i) {
+        if (const int descriptor = descriptorOf(target); descriptor >= 0) return {{}, descriptor};
         target = target.parent_path() / std::filesystem::read_symlink(target, none);
     }
-    return target.string();
+    return {target.string()};
 }
 
 // A rename would replace it all the same. The system's answer alone is not enough: an administrator
@@ -157,7 +190,8 @@ std::optional<std::string> PosixFiles::read(std::u16string_view path) const {
 bool PosixFiles::write(std::u16string_view path, std::string_view bytes) {
     const auto native = pathToChange(path);
     if (!native) return false;
-    const std::string target = followLinks(*native);
+    const auto [target, descriptor] = followLinks(*native);
+    if (descriptor >= 0) return writeAll(descriptor, bytes);
     if (isReadOnly(target)) return false;
     return pathExists(target) && !isRegular(target) ? writeDirectly(target, bytes) : replaceFile(target, bytes);
 }

@@ -9,8 +9,9 @@ class PosixFiles : public Files {
 public:
     bool exists(std::u16string_view path) const override;
     std::optional<std::string> read(std::u16string_view path) const override;
-    // A symbolic link is followed; permissions of a replaced file are kept. What is no regular
-    // file (a terminal, /dev/null) is written to directly.
+    // A symbolic link is followed; permissions of a replaced file are kept. What is not a regular
+    // file (a terminal, a pipe, /dev/null), and a descriptor of this process (/dev/stdout), is
+    // written to directly. Signals that end the program wait until a regular file is written.
     bool write(std::u16string_view path, std::string_view bytes) override;
     bool create(std::u16string_view path) override;
     bool append(std::u16string_view path, std::string_view bytes) override;

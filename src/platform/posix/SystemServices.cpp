@@ -1,5 +1,7 @@
 #include "platform/SystemServices.h"
 
+#include <cerrno>
+#include <system_error>
 #include <utility>
 
 #include "platform/RegistryFile.h"
@@ -94,6 +96,10 @@ Services& SystemServices::services() {
 
 const std::vector<std::u16string>& SystemServices::warnings() const {
     return parts_->loaded.warnings;
+}
+
+std::string lastSystemError() {
+    return std::generic_category().message(errno);
 }
 
 Services& systemServices() {

@@ -71,9 +71,19 @@ std::wstring nameBeside(const std::wstring& path, int attempt) {
     return path + L"." + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(attempt) + L".tmp";
 }
 
+// While it is set, the system removes the file when the program ends, however it ends.
+bool removeWhenClosed(const File& file, bool set) {
+    FILE_DISPOSITION_INFO disposition{};
+    disposition.DeleteFile = set ? TRUE : FALSE;
+    return SetFileInformationByHandle(file.get(), FileDispositionInfo, &disposition, sizeof disposition) != FALSE;
+}
+
 bool writeWhole(const std::wstring& path, std::string_view bytes) {
-    File file(path, GENERIC_WRITE, CREATE_NEW);
-    return file && file.writeAll(bytes) && FlushFileBuffers(file.get()) && file.close();
+    File file(path, GENERIC_WRITE | DELETE, CREATE_NEW);
+    if (!file) return false;
+    const bool set = removeWhenClosed(file, true);  // not every file system can
+    const bool written = file.writeAll(bytes) && FlushFileBuffers(file.get());
+    return (!set || !written || removeWhenClosed(file, false)) && written && file.close();
 }
 
 // A new file beside it takes the name once everything is on the disk.

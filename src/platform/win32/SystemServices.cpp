@@ -1,5 +1,6 @@
 #include "platform/SystemServices.h"
 
+#include <array>
 #include <optional>
 
 #include "platform/RegistryFile.h"
@@ -8,6 +9,8 @@
 #include "platform/win32/MachineObjects.h"
 #include "platform/win32/MachinePictures.h"
 #include "platform/win32/MachineRegistry.h"
+#include "platform/win32/Windows.h"
+#include "text/Encoding.h"
 #include "text/Error.h"
 
 namespace velmor::platform {
@@ -48,6 +51,16 @@ Services& SystemServices::services() {
 
 const std::vector<std::u16string>& SystemServices::warnings() const {
     return parts_->warnings;
+}
+
+std::string lastSystemError() {
+    const DWORD number = GetLastError();
+    std::array<wchar_t, 512> text{};
+    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, number, 0,
+                                        text.data(), static_cast<DWORD>(text.size()), nullptr);
+    std::u16string message(reinterpret_cast<const char16_t*>(text.data()), length);
+    while (!message.empty() && (message.back() <= u' ' || message.back() == u'.')) message.pop_back();
+    return message.empty() ? "error " + std::to_string(number) : toUtf8(message);
 }
 
 Services& systemServices() {
