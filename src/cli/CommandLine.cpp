@@ -12,6 +12,8 @@ namespace velmor::cli {
 namespace {
 
 constexpr const char* programFooter = R"(
+velmor help COMMAND describes a command and its options.
+
 Exit codes: 0 done, 1 wrong command line, 2 cannot read or write (no output was made),
 3 done, but something was reported.
 
@@ -34,8 +36,8 @@ Examples:
   velmor eval - < mail.txt > out.txt)";
 
 constexpr const char* cleanFooter = R"(
-Documents that lie in one another become one document: their tables of fonts, colours, styles and
-lists are merged. Several files are joined first, each on pages of its own, with its page size and
+Documents within documents become one document: their tables of fonts, colours, styles and lists
+are merged. Several files are joined first, each on pages of its own, with its own page size and
 margins. Bytes that need not change stay as they are. A text that still holds a tag is not cleaned.
 
 Examples:
@@ -58,7 +60,7 @@ Examples:
   velmor props --json secret.kvp --password-file password.txt | jq '.properties[].name')";
 
 constexpr const char* handlersFooter = R"(
-Handlers of a group are named GROUP-NAME. The registry hides some from the list; --all lists them, too.
+Handlers of a group are named GROUP-NAME. The registry hides some from the list; --all lists them as well.
 
 Examples:
   velmor handlers
@@ -72,7 +74,7 @@ Examples:
   velmor log VelmorLog-20240305.log
   velmor log --json VelmorLog-20240305.log | jq '.entries[0]')";
 
-// What CLI11 fills; the parts that are not UTF-16 yet.
+// What CLI11 fills in, with options that are still to be converted.
 struct Raw {
     EvalOptions eval;
     CleanCommandOptions clean;
@@ -117,7 +119,7 @@ void addRegistry(CLI::App& command, Raw& raw) {
 void addSystem(CLI::App& command, Raw& raw) {
     addRegistry(command, raw);
 #ifndef _WIN32
-    command.add_option("--handlers", raw.handlers, "Look for handler libraries here, too; may be repeated")
+    command.add_option("--handlers", raw.handlers, "Look for handler libraries here as well; may be repeated")
         ->type_name("DIR")
         ->allow_extra_args(false)
         ->take_all();
@@ -152,7 +154,8 @@ CLI::App* addClean(CLI::App& app, Raw& raw) {
         ->required();
     command->add_option("-o,--output", raw.clean.output, "Write the document to this file, whole or not at all")
         ->type_name("OUT");
-    command->add_flag("--merge", raw.clean.merge, "Merge mode for one file, too: it holds documents joined before");
+    command->add_flag("--merge", raw.clean.merge,
+                      "Merge mode also for one file, which holds documents that were joined before");
     command->add_flag("--exact", raw.clean.exact, "Clean exactly as the component does, without its tolerance");
     addRegistry(*command, raw);
     command->footer(cleanFooter);
@@ -181,7 +184,7 @@ CLI::App* addProps(CLI::App& app, Raw& raw) {
 CLI::App* addHandlers(CLI::App& app, Raw& raw) {
     CLI::App* command = app.add_subcommand("handlers", "List the registered handlers and their commands");
     command->add_option("NAME", raw.listed.name, "Only this handler")->type_name("");
-    command->add_flag("--all", raw.listed.all, "Hidden handlers, too");
+    command->add_flag("--all", raw.listed.all, "Hidden handlers as well");
     command->add_flag("--json", raw.listed.json, "As JSON");
     addSystem(*command, raw);
     command->footer(handlersFooter);
@@ -216,7 +219,7 @@ std::vector<std::string> withoutHelpCommand(const CLI::App& app, std::vector<std
     return backwards;
 }
 
-// Prints what help or version was asked for; anything else is a wrong command line.
+// Prints the help or the version that was asked for. Every other outcome is a wrong command line.
 void answer(const CLI::App& app, const CLI::ParseError& outcome) {
     std::ostringstream out;
     std::ostringstream message;

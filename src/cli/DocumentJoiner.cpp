@@ -30,10 +30,10 @@ std::size_t countVisible(std::u16string_view text) {
 void requireDocument(std::u16string& text, bool addVersion, const std::string& name) {
     const std::size_t document = findHostDocument(text);
     if (document == noDocument) throw Failure(exitFile, name + " holds no RTF document");
-    const std::size_t behind = document + std::u16string_view(u"{\\rtf").size();
-    if (addVersion && behind < text.size() && !isLetter(text[behind]) && text[behind] != u'-' &&
-        hostHeaderStart(text, document) == behind) {
-        text.insert(behind, 1, u'1');
+    const std::size_t version = document + std::u16string_view(u"{\\rtf").size();
+    if (addVersion && version < text.size() && !isLetter(text[version]) && text[version] != u'-' &&
+        hostHeaderStart(text, document) == version) {
+        text.insert(version, 1, u'1');
     }
 }
 

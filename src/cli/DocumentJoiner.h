@@ -6,22 +6,22 @@
 
 namespace velmor::cli {
 
-// Gives the document that the text holds, if it has none, the version 1 that cleaning looks for:
-// "{\rtf\ansi" means "{\rtf1\ansi". Throws Failure (exitFile) when the text holds no RTF document;
+// Inserts the version 1, which cleaning looks for, into a document without a version: "{\rtf\ansi"
+// means "{\rtf1\ansi". Throws Failure (exitFile) when the text holds no RTF document;
 // `name` is for messages.
 void requireDocument(std::u16string& text, bool addVersion, const std::string& name);
 
-// Joins documents for cleaning in merge mode: each further one comes to stand before the closing brace
-// of the first, behind the marker group of a merge page break. Takes time linear in the texts.
+// Joins documents for cleaning in merge mode: each further document is inserted before the closing
+// brace of the first, preceded by the marker group of a merge page break. Linear in the texts.
 //
-// Texts have passed requireDocument. A document that lacks its closing brace, and joined ones that
-// would be longer than a text can be, throw Failure (exitFile).
+// Texts have passed requireDocument. A document without a closing brace, and a joined text that would
+// be longer than a text can be, throw Failure (exitFile).
 class DocumentJoiner {
 public:
     DocumentJoiner(std::u16string first, const std::string& name);
 
-    // Returns how many characters around the document were left out, white space and NULs aside. (What
-    // stands around the first document stays.)
+    // Returns how many characters around the document were left out, white space and NULs aside. (The
+    // first document keeps the characters around it.)
     std::size_t add(std::u16string_view text, const std::string& name);
 
     std::u16string joined() &&;

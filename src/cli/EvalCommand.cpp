@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "cli/LineText.h"
+#include "cli/ErrorReport.h"
 #include "cli/PropertyFile.h"
 #include "cli/Streams.h"
 #include "cli/TemplateFolders.h"
@@ -27,27 +27,6 @@ std::u16string folderOf(std::u16string_view path, char16_t separator) {
     return std::u16string(path.substr(0, isRoot ? last + 1 : last));
 }
 
-// Names and texts come from the template, and may be as long as that.
-std::string shown(std::u16string_view text) {
-    return toUtf8(onOneLine(text, 200));
-}
-
-// Reports the entries of the error log, one line each; true when there are any.
-bool reportErrorLog(const privProperties& log) {
-    for (std::int32_t index = 1; index <= log.Count(); ++index) {
-        const auto entry = log.Item(index);
-        const auto details = entry->Properties();
-        std::string line = shown(entry->Name()) + ": " + shown(entry->ValueStr());
-        if (const auto number = details->GetValueLng(u"Err")) line += " (error " + std::to_string(number) + ")";
-        for (const auto* const name : {u"TagData", u"ErrData"}) {
-            const std::u16string data = details->GetValueStr(name);
-            if (!data.empty()) line += "; " + shown(data);
-        }
-        report(line);
-    }
-    return log.Count() > 0;
-}
-
 }  // namespace
 
 ExitCode runEval(platform::Services& services, const EvalOptions& options) {
@@ -68,9 +47,10 @@ ExitCode runEval(platform::Services& services, const EvalOptions& options) {
     if (options.includePath) requireFolder(*options.includePath);
     if (options.includePath) properties->AddStr(u"Path", fromUtf8(*options.includePath), true);
 
+    ErrorReport errors(inputName(options.input), document.text);
     tag->Value(std::move(document.text));
     const std::u16string result = tag->Result();
-    const bool reported = reportErrorLog(*tag->ErrorLog());
+    const bool reported = errors.print();
     writeAll(services.files, options.output, encodeResult(result, document.encoding));
     tag->Dispose();
     return reported ? exitReported : exitDone;

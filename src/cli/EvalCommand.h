@@ -20,9 +20,9 @@ struct EvalOptions {
     std::optional<std::string> includePath;  // the property "Path", which replaces either
 };
 
-// velmor eval: evaluates a template and writes the result. Without a property "Path", files that the
-// template includes are looked for beside it (for standard input: in the current folder). Entries of
-// the error log are reported. UTF-8 throughout the options.
+// velmor eval: evaluates a template and writes the result. Without the property "Path", included files
+// are looked for in the template's folder (for standard input, in the current one). Reports the
+// entries of the error log. All options are UTF-8.
 ExitCode runEval(platform::Services& services, const EvalOptions& options);
 
 }  // namespace velmor::cli

@@ -7,10 +7,10 @@
 
 namespace velmor::cli {
 
-// What the catalogue of handlers says, read as a whole.
+// The catalogue of handlers as plain values.
 struct HandlerParameter {
     std::u16string name;
-    std::vector<std::u16string> values;  // those to choose from
+    std::vector<std::u16string> values;  // that can be chosen from
 };
 struct HandlerCommand {
     std::u16string name, syntax, description;
@@ -24,7 +24,7 @@ struct HandlerEntry {
     std::vector<HandlerCommand> commands;
 };
 
-// Those that belong to no group first, each group in its turn.
+// Handlers without a group first, then group by group.
 std::vector<HandlerEntry> readHandlers(platform::Services& services, bool all);
 // Asks the handler for its commands.
 void readCommands(platform::Services& services, HandlerEntry& handler);

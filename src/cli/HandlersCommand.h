@@ -9,13 +9,13 @@ namespace velmor::cli {
 
 struct HandlersOptions {
     std::string name;  // only this handler; empty: every one
-    bool all = false;  // hidden ones, too
+    bool all = false;  // hidden ones as well
     bool json = false;
 };
 
-// velmor handlers: lists the registered handlers, those of the groups included, and what each says
-// of its commands. A handler that cannot be created is listed and reported. Throws Failure
-// (exitFile) when there is none of the name asked for.
+// velmor handlers: lists the registered handlers, those of groups included, and what each says about
+// its commands. A handler that cannot be created is listed and reported. Throws Failure (exitFile)
+// when no handler has the given name.
 ExitCode runHandlers(platform::Services& services, const HandlersOptions& options);
 
 }  // namespace velmor::cli

@@ -12,8 +12,8 @@ struct LogOptions {
     bool json = false;
 };
 
-// velmor log: sums up a day's timing log, a line for each stage and handler. Lines that are none of
-// the log's, and a last one that was not written to its end, are counted and reported.
+// velmor log: sums up a day's timing log, a line for each stage and handler. Lines that are not log
+// lines, and a last line that was cut off, are counted and reported.
 ExitCode runLog(platform::Services& services, const LogOptions& options);
 
 }  // namespace velmor::cli

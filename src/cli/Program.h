@@ -5,8 +5,8 @@
 
 namespace velmor::cli {
 
-// The whole program behind main: reads the command line (UTF-8, without the program's name), runs
-// the command and gives the exit code. No exception leaves it.
+// The program without its main: reads the command line (without the program's name, in the encoding
+// of parseCommandLine), runs the command and returns the exit code. No exception leaves it.
 int runProgram(const std::vector<std::string>& arguments);
 
 }  // namespace velmor::cli

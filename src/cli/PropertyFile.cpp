@@ -9,7 +9,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// White space behind the last entry would be an entry of its own.
+// White space after the last entry would be an entry of its own.
 std::u16string_view withoutTrailingBlanks(std::u16string_view text) {
     const auto last = text.find_last_not_of(u" \t\r\n");
     const bool entryEnds = last != text.npos && text[last] == u':';

@@ -15,9 +15,10 @@ struct PropertyFile {
     EncodingChoice encoding = EncodingChoice::automatic;
 };
 
-// Reads the file into the collection, whose entries it replaces. White space behind the last entry
-// does not count. Throws Failure (exitFile) when something cannot be read, when the password is not
-// the file's, and when one of password and enciphered text is there without the other.
+// Reads the file into the collection, whose entries it replaces. White space after the last entry
+// does not count. Throws Failure (exitFile) when something cannot be read, when the text does not
+// begin with a property, when the password is wrong, and when a password is given for a text that is
+// not enciphered or is missing for one that is.
 void readPropertyFile(privProperties& into, const platform::Files& files, const PropertyFile& file);
 
 }  // namespace velmor::cli

@@ -15,8 +15,7 @@ struct PropertyListing {
 };
 
 // A table of names, types and values, a line each. Attributes are marked "@" and child properties
-// "+". Control characters are shown as \r, \n, \t or \u and four digits, as lone surrogates are;
-// long texts are shortened.
+// "+". Texts are shown as by onOneLine; long ones are cut short.
 PropertyListing propertyTable(platform::Services& services, const privProperties& collection);
 
 // JSON, one line for each property of the collection. A lone surrogate becomes U+FFFD.

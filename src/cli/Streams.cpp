@@ -42,7 +42,7 @@ std::string readStream(std::FILE* stream, const std::string& name) {
     return bytes;
 }
 
-// A pipe or a device, such as the shell names for <(...).
+// A pipe or a device, such as the one that the shell names for <(...).
 bool isStream(const std::filesystem::path& path) {
     std::error_code none;
     return std::filesystem::is_fifo(path, none) || std::filesystem::is_character_file(path, none);

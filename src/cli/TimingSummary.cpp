@@ -26,7 +26,7 @@ bool startsLike(std::u16string_view text, std::u16string_view pattern) noexcept 
     return std::equal(pattern.begin(), pattern.end(), text.begin(), fits);
 }
 
-// "0000.000", more digits in front where there are any; takes them and the blank behind off the text.
+// Reads "0000.000", possibly with more leading digits, and removes it and the blank that follows.
 std::optional<std::int64_t> takeMilliseconds(std::u16string_view& text) noexcept {
     constexpr std::size_t mostDigits = 8;  // three years: no log is long enough for their sum to overflow
     const std::size_t point = text.substr(0, mostDigits + 1).find(u'.');
@@ -56,7 +56,7 @@ std::optional<Line> parseStage(std::u16string_view text) noexcept {
         line.stage.remove_suffix(1);
         line.handler = text;
     } else if (line.stage == kStages[1]) {
-        line.handler = text.substr(0, text.rfind(u' '));  // in front of the turns of the search
+        line.handler = text.substr(0, text.rfind(u' '));  // before the number of markers
     }
     return line;
 }

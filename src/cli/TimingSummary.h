@@ -18,7 +18,7 @@ struct TimingEntry {
 
 struct TimingSummary {
     std::vector<TimingEntry> entries;  // those that took the longest first
-    std::size_t unread = 0;            // lines that are none of the log's
+    std::size_t unread = 0;            // lines that are not log lines
 };
 
 // Reads the lines that core/TimingLog.h describes, also where a copy has lost the carriage returns. Linear.

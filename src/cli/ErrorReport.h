@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "core/ErrorLog.h"
+
+namespace velmor::cli {
+
+// Collects the entries of the error log while a template is evaluated, and reports them: where the
+// outermost tag that led to an entry begins, that tag, and what failed. Entries that differ in the
+// tag alone are one line, with the place of the first and a count.
+class ErrorReport final : public ErrorListener {
+public:
+    // `name` is the template's, for messages.
+    ErrorReport(std::string name, std::u16string_view text);
+
+    void heard(const ErrorLogEntry& entry, const OutermostTag& tag) override;
+    // Returns whether there was anything to report.
+    bool print() const;
+
+private:
+    struct Line {
+        std::string text;
+        std::size_t count = 0;
+    };
+
+    std::string placeOf(std::int32_t position) const;
+
+    std::string name_;
+    std::vector<std::size_t> lineStarts_;  // 0-based
+    std::vector<Line> lines_;
+    std::unordered_map<std::u16string, std::size_t> known_;  // which line says it
+    std::size_t others_ = 0;                                 // entries beyond the lines that are kept
+};
+
+}  // namespace velmor::cli
