@@ -18,6 +18,7 @@
 #include "rtf/RowProtection.h"
 #include "rtf/SectionMarkers.h"
 #include "rtf/TableCollection.h"
+#include "rtf/TableMarkers.h"
 #include "rtf/UnwrapNestedDocuments.h"
 #include "text/Compare.h"
 #include "text/Encoding.h"
@@ -60,6 +61,7 @@ public:
         if (!mark) return;
         TableCollection tables(*mark);
         const bool merged = attempt([&] { merge(tables); });
+        if (merged) attempt([&] { bracketTables(tables); });
         // Whatever failed: what was set aside returns.
         if (!attempt([&] { tables.expand(text_); }) || !merged) return;
         attempt([&] { finish(); });
@@ -72,6 +74,14 @@ private:
         if (!options_.mergeMode) Module1::ApplyHeadersFooters(text_, tables, options_);
         groups_ = tables.hostGroups();
         for (const TableCollection::Document& document : tables.documents()) groups_.add(document.groups);
+    }
+
+    // The tables of each text, while the tables inside them are in documents of their own.
+    void bracketTables(TableCollection& tables) {
+        if (addTableMarkers(text_, guids_)) groups_.add(Group::tableMarker);
+        for (TableCollection::Document& document : tables.documents()) {
+            if (addTableMarkers(document.text, guids_)) groups_.add(Group::tableMarker);
+        }
     }
 
     void finish() {

@@ -115,6 +115,19 @@ TEST(CleanRTF, PutsDocumentsBackWhereTheyStood) {
     });
 }
 
+TEST(CleanRTF, BracketsTheTablesOfEveryText) {
+    const std::u16string definition = u"\\trowd\\irow0\\lastrow\\cellx9";
+    const std::u16string text = u"{\\rtf1" + definition + u"\\pard\\intbl a{\\rtf1" + definition +
+                                u"\\pard\\intbl b{\\rtf" + definition +
+                                u"\\pard\\intbl c\\cell\\row}\\cell\\row}\\cell" + definition + u"\\row}";
+    inAllModes("tables in tables", [&](const CleanOptions& options) {
+        const std::u16string result = cleaned(text, options);
+        EXPECT_EQ(count(result, u"\\starttable"), 3u);
+        EXPECT_EQ(count(result, u"\\itap3 c\\nestcell"), 1u);
+        EXPECT_EQ(count(result, u"\\trowd"), 3u) << toUtf8(result);
+    });
+}
+
 // Whatever the documents say, nothing in them is put in the place of anything.
 TEST(CleanRTF, BringsNoTagToLife) {
     const char16_t* const text =
