@@ -102,7 +102,7 @@ private:
         if (hasDocuments_) Module1::UnwrapNestedDocuments(text_, options_);
         if (hasMarkers) Module1::ConvertNestedTables(text_, options_);
         trimTrailingSpace();
-        if (groups_.has(Group::generator)) Module1::RemoveDuplicateGenerators(text_, options_);
+        if (groups_.has(Group::generator)) Module1::RemoveDuplicateGenerators(text_);
         Module1::CollapseBlankLines(text_, options_);
     }
 

@@ -26,10 +26,8 @@ std::optional<TextRange> ColourTable::find(std::u16string_view text, bool tolera
         const std::size_t behindData = tolerant ? data.behind(at) : at;
         next = std::max(behindData, at + 1);
         if (behindData != at || isEscaped(text, at)) continue;
-        std::size_t end = text.find(u'}', at);
-        // What holds groups, or an escaped brace, ends with its own brace, or braces would go astray.
-        const bool plain = end != nowhere && text[end - 1] != u'\\' && text.find(u'{', at + 1) > end;
-        if (!plain) end = findGroupEnd(text, at + 1, tolerant);
+        // No brace belongs to a colour, so the first one ends a damaged table, too.
+        const std::size_t end = text.find(u'}', at);
         if (end == nowhere) return std::nullopt;
         return TextRange{at, end + 1};
     }
@@ -48,7 +46,8 @@ void ColourTable::add(std::u16string_view table, NumberMap& numbers) {
     std::size_t at = skipWhiteSpace(table, opening.size());
     const bool hasAutomatic = standsAt(table, at, u";");
     std::int32_t index = hasAutomatic ? 1 : 0;
-    for (at += hasAutomatic;; ++index) {
+    if (hasAutomatic) at = skipWhiteSpace(table, at + 1);
+    for (;; ++index) {
         const std::size_t end = table.find(u';', at);
         // A group in the table is damage; its braces must not get into the merged one.
         if (end == nowhere || table.substr(at, end - at).find_first_of(u"{}") != nowhere) return;

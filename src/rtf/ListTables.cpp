@@ -1,5 +1,9 @@
 #include "rtf/ListTables.h"
 
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
 #include "rtf/RtfScanner.h"
 
 namespace velmor {
@@ -22,6 +26,29 @@ std::u16string_view numberOfWord(std::u16string_view entry, std::u16string_view 
         if (items.kind() == EntryItems::Kind::word && items.word().letters == letters) return items.word().number;
     }
     return {};
+}
+
+// Blanks between the groups of an entry are text to some readers, who show it in front of the host's.
+std::u16string withoutBlanks(std::u16string_view entry) {
+    constexpr std::u16string_view holders[] = {u"list", u"listlevel", u"listoverride", u"lfolevel"};
+    std::u16string result;
+    std::vector<bool> drops{false};
+    for (std::size_t at = 0; at < entry.size();) {
+        const std::size_t begin = at++;
+        if (entry[begin] == u'\\') {
+            const ControlWord word = readWord(entry, begin);
+            at = std::min(word.letters.empty() ? begin + 2 : endWithBlank(entry, word), entry.size());
+        } else if (entry[begin] == u'{') {
+            const std::u16string_view word = firstWord(entry.substr(begin));
+            drops.push_back(std::find(std::begin(holders), std::end(holders), word) != std::end(holders));
+        } else if (entry[begin] == u'}') {
+            if (drops.size() > 1) drops.pop_back();
+        } else if (drops.back() && isWhiteSpace(entry[begin])) {
+            continue;
+        }
+        result.append(entry.substr(begin, at - begin));
+    }
+    return result;
 }
 
 template <typename Take>
@@ -83,7 +110,7 @@ void ListTables::addLists(std::u16string_view table) {
     forEach(table, tolerant_, [&](std::u16string_view entry) {
         const std::u16string_view word = firstWord(entry);
         if (word == u"list") {
-            addList(entry, settledLists_.at(index++));
+            addList(host_ ? std::u16string(entry) : withoutBlanks(entry), settledLists_.at(index++));
         } else if (word == u"listpicture") {
             addPictures(entry);
         } else {
@@ -138,7 +165,7 @@ void ListTables::addOverrides(std::u16string_view table) {
     std::size_t index = 0;
     forEach(table, tolerant_, [&](std::u16string_view entry) {
         if (firstWord(entry) == u"listoverride") {
-            addOverride(entry, settledOverrides_.at(index++));
+            addOverride(host_ ? std::u16string(entry) : withoutBlanks(entry), settledOverrides_.at(index++));
         } else {
             overrides_.append(u"\r\n").append(entry);
         }

@@ -11,7 +11,9 @@
 #include "rtf/EmbeddedDocuments.h"
 #include "rtf/FontTable.h"
 #include "rtf/ListTables.h"
+#include "rtf/PageSetup.h"
 #include "rtf/ReferenceSweep.h"
+#include "rtf/RtfScanner.h"
 #include "rtf/StyleSheet.h"
 #include "rtf/TableEntries.h"
 #include "rtf/TextEdits.h"
@@ -19,6 +21,8 @@
 
 namespace velmor {
 namespace {
+
+constexpr std::u16string_view timesNewRoman = u"{\\fonttbl{\\f0 Times New Roman;}}";
 
 struct Table {
     TextRange group;  // its own
@@ -58,12 +62,16 @@ private:
                                      std::u16string_view plain) const;
     void dropOverlapping();
     void readTables(std::u16string_view text, bool host);
+    bool isWhole(std::u16string_view text) const;
     std::u16string swept(std::u16string_view text, const Table& table, const References& references);
     void addFonts(std::u16string_view table, bool host);
+    std::u16string_view foreignCharacterSet() const;
     void mergeStylesAndLists(std::u16string_view text);
     void takeOut();
     void placeInHost(std::size_t header);
     void change(std::u16string& text);
+    void beginWhole(std::size_t header);
+    std::int32_t readersFont();
     void keepDefaultFont(std::u16string_view text, std::size_t header, bool host);
 
     TableCollection& collection_;
@@ -73,13 +81,14 @@ private:
     StyleSheet styles_;
     ListTables lists_;
     NumberTexts numbers_;
-    std::int32_t hostFont_ = NumberMap::none;  // its default
+    std::int32_t hostFont_ = NumberMap::none;  // its default, if it names one
     bool hostHasFonts_ = true;
     std::int32_t hostPage_ = windowsLatin;
     std::int32_t page_ = windowsLatin;  // the current document's
     ReferenceSweep sweep_;
 
     // Of the current document.
+    bool whole_ = false;
     DocumentTables tables_;
     NumberMap fontNumbers_, colourNumbers_;
     References references_;
@@ -182,17 +191,33 @@ void TableMerge::readTables(std::u16string_view text, bool host) {
     mergeStylesAndLists(text);
     references_.styles = &styles_;
     references_.lists = &lists_;
-    references_.defaultStyle = styles_.defaultStyle();
+    whole_ = options_.tolerant && !host && isWhole(text);
+    references_.defaultStyle = styles_.defaultStyle(whole_);
+}
+
+// Whether the lifted document says how it looks. Any other is a fragment, and looks like its surroundings.
+bool TableMerge::isWhole(std::u16string_view text) const {
+    if (tables_.fonts || tables_.styles) return true;
+    for (RtfScanner scanner(text, 0, text.size()); scanner.nextWord();) {
+        const auto stands = [&](std::u16string_view word) { return standsAt(text, scanner.position(), word); };
+        if (std::any_of(PageSetup::documentWords.begin(), PageSetup::documentWords.end(), stands)) return true;
+        if (std::any_of(PageSetup::sectionWords.begin(), PageSetup::sectionWords.end(), stands)) return true;
+    }
+    return false;
 }
 
 void TableMerge::addFonts(std::u16string_view table, bool host) {
     // The text of a host without fonts must not come to have another document's; readers give it this.
     if (!hostHasFonts_ && fonts_.empty()) {
         NumberMap unused;
-        fonts_.add(u"{\\fonttbl{\\f0 Times New Roman;}}", unused);
+        fonts_.add(timesNewRoman, unused);
     }
-    const bool isForeign = options_.tolerant && !host && page_ != hostPage_;
-    fonts_.add(table, fontNumbers_, isForeign ? characterSetOf(page_) : std::u16string_view());
+    fonts_.add(table, fontNumbers_, host ? std::u16string_view() : foreignCharacterSet());
+}
+
+// That of a lifted document's code page, where the host's is another.
+std::u16string_view TableMerge::foreignCharacterSet() const {
+    return options_.tolerant && page_ != hostPage_ ? characterSetOf(page_) : std::u16string_view();
 }
 
 // Styles refer to lists and lists to styles; the numbers of the lists are settled first.
@@ -232,6 +257,22 @@ void TableMerge::placeInHost(std::size_t header) {
     place(tables_.overrides, std::max({colours, fonts, lists}), SharedTable::listOverrides);
 }
 
+// The text of a whole document begins with RTF's own formatting of paragraphs and characters.
+void TableMerge::beginWhole(std::size_t header) {
+    std::u16string words = u"\\pard";
+    if (references_.defaultStyle != NumberMap::none) words += u"\\s" + decimal(references_.defaultStyle);
+    changes_.push_back({{header, header}, words + u"\\plain"});
+}
+
+// What readers show where a document names no default font: that of its style 0, else Times New Roman.
+std::int32_t TableMerge::readersFont() {
+    const std::int32_t font = styles_.fontOfNormal();
+    if (font != NumberMap::none) return font;
+    NumberMap number;
+    fonts_.add(timesNewRoman, number, foreignCharacterSet());
+    return number.find(u"0");
+}
+
 // A lifted document's default font is named at its beginning, and where \plain goes back to it. The
 // host's is renumbered where it stands.
 void TableMerge::keepDefaultFont(std::u16string_view text, std::size_t header, bool host) {
@@ -239,14 +280,16 @@ void TableMerge::keepDefaultFont(std::u16string_view text, std::size_t header, b
     const std::optional<ControlWord> word = findDefaultFont(text, header);
     if (!tables_.fonts) {
         hostHasFonts_ = false;
-        hostFont_ = 0;
-        if (word) fontNumbers_.set(word->number, 0);
+        if (word) fontNumbers_.set(word->number, hostFont_ = 0);
         references_.fonts = &fontNumbers_;
         return;
     }
-    const std::int32_t font = fontNumbers_.find(word ? word->number : u"0");
-    if (host) hostFont_ = font;
-    if (host || font == NumberMap::none) return;
+    if (host) {
+        if (word) hostFont_ = fontNumbers_.find(word->number);
+        return;
+    }
+    const std::int32_t font = word ? fontNumbers_.find(word->number) : readersFont();
+    if (font == NumberMap::none) return;
     const TextRange place = word ? TextRange{word->begin, word->end} : TextRange{header, header};
     changes_.push_back({place, u"\\f" + decimal(font)});
     if (font != hostFont_) references_.defaultFont = font;
@@ -264,7 +307,7 @@ void TableMerge::change(std::u16string& text) {
         if (next.text.empty()) {
             edits_.cut(next.range.begin, next.range.end);
         } else {
-            edits_.replaceVal(next.range.begin, next.range.end, std::move(next.text));
+            edits_.replaceApartVal(next.range.begin, next.range.end, std::move(next.text));
         }
         at = next.range.end;
     }
@@ -292,6 +335,7 @@ void TableMerge::mergeLifted(TableCollection::Document& document) {
     findTables(document.text, document.groups);
     readTables(document.text, false);
     takeOut();
+    if (whole_) beginWhole(header);
     keepDefaultFont(document.text, header, false);
     change(document.text);
 }

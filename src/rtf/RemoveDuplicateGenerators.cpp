@@ -2,13 +2,13 @@
 
 #include <string_view>
 
-#include "rtf/BraceScanner.h"
 #include "rtf/TextEdits.h"
 #include "text/Compare.h"
+#include "text/Escape.h"
 
 namespace velmor {
 
-void Module1::RemoveDuplicateGenerators(std::u16string& psText, const CleanOptions& options) {
+void Module1::RemoveDuplicateGenerators(std::u16string& psText) {
     constexpr std::u16string_view opening = u"{\\*\\generator";
     const std::u16string_view text = psText;
     TextEdits edits;
@@ -18,9 +18,8 @@ void Module1::RemoveDuplicateGenerators(std::u16string& psText, const CleanOptio
             ++at;
             continue;
         }
-        // The group's own brace: a group inside it, or an escaped brace, does not end it.
-        const std::size_t end = findGroupEnd(text, at + opening.size(), options.tolerant);
-        if (end == noGroupEnd) break;
+        const std::size_t end = text.find(u'}', at + opening.size());
+        if (end == text.npos) break;
         const std::u16string_view group = text.substr(at, end + 1 - at);
         if (group == kept) {
             edits.cut(at, end + 1);

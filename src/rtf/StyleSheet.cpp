@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::u16string_view opening = u"{\\stylesheet";
 constexpr std::int32_t noStyle = 222;  // the number that means none
+constexpr std::u16string_view normal = u"{\\s0 Normal;}";
 
 std::u16string folded(std::u16string_view text) {
     std::u16string result(text);
@@ -48,6 +49,7 @@ StyleSheet::StyleSheet(const CleanOptions& options) : tolerant_(options.tolerant
 void StyleSheet::beginDocument(bool host) {
     host_ = host;
     hasSheet_ = false;
+    defaultStyle_ = NumberMap::none;
     styles_.clear();
     for (NumberMap& places : places_) places.clear();
 }
@@ -115,17 +117,17 @@ void StyleSheet::add(std::u16string_view sheet) {
 }
 
 // Readers give paragraphs without a style the style "Normal", number 0. Where the host has none, it
-// must not become another document's.
+// must not become another document's. Tolerant merging does not write it: readers give the host's text
+// what the style says, and one that says nothing is not the same to them as none.
 void StyleSheet::addNormalOfHost() {
     if (hasNormal_) return;
     hasNormal_ = true;
     fresh_.take(u"0");
-    constexpr std::u16string_view normal = u"{\\s0 Normal;}";
     Style style = read(normal);
     style.newNumber = 0;
     if (!lastOfName_.emplace(style.name, 1).second) return;
     numbersByKey_.emplace(keyOf(style), 0);
-    entries_.append(u"\r\n").append(normal);
+    if (!tolerant_) entries_.append(u"\r\n").append(normal);
 }
 
 void StyleSheet::findNumbers() {
@@ -185,7 +187,10 @@ void StyleSheet::settle(Style& style) {
         const bool keeps = host_ && number[0] != u'-' && fresh_.take(number);
         known->second =
             keeps ? static_cast<std::int32_t>(std::stol(std::string(number.begin(), number.end()))) : fresh_.next();
-        hasNormal_ = hasNormal_ || known->second == 0;
+        if (known->second == 0) {
+            hasNormal_ = true;
+            isNormalPlain_ = style.look.empty() && style.base.digits.empty();
+        }
         if (!style.name.empty()) claimName(style);
     }
     style.newNumber = known->second;
@@ -231,17 +236,41 @@ void StyleSheet::append(const Style& style) {
 
 std::int32_t StyleSheet::numberOf(StyleKind kind, std::u16string_view number) {
     if (const Style* style = styleOf({0, number}, kind)) return style->newNumber;
-    if (number == u"0") return NumberMap::none;
+    if (number == u"0") return kind == StyleKind::paragraph ? defaultStyle_ : NumberMap::none;
     // Must not come to mean another document's style.
     const bool staysFree = (host_ || !hasSheet_) && fresh_.reserve(number);
     return staysFree ? NumberMap::none : noStyle;
 }
 
-std::int32_t StyleSheet::defaultStyle() const {
+std::int32_t StyleSheet::defaultStyle(bool whole) {
+    if (host_) return NumberMap::none;
     const std::int32_t place = places_[static_cast<std::size_t>(StyleKind::paragraph)].find(u"0");
-    if (place == NumberMap::none || host_) return NumberMap::none;
-    const std::int32_t number = styles_[static_cast<std::size_t>(place)].newNumber;
-    return number == 0 ? NumberMap::none : number;
+    if (place != NumberMap::none) {
+        const std::int32_t number = styles_[static_cast<std::size_t>(place)].newNumber;
+        return number == 0 ? NumberMap::none : number;
+    }
+    if (whole && !isNormalPlain_) defaultStyle_ = plainStyle();
+    return defaultStyle_;
+}
+
+std::int32_t StyleSheet::fontOfNormal() const {
+    const std::int32_t place = places_[static_cast<std::size_t>(StyleKind::paragraph)].find(u"0");
+    if (place == NumberMap::none) return NumberMap::none;
+    const std::u16string_view look = styles_[static_cast<std::size_t>(place)].look;
+    for (std::size_t at = 0; (at = look.find(u"\\f", at)) != look.npos; ++at) {
+        const ControlWord word = readWord(look, at);
+        const bool isShort = !word.number.empty() && word.number.size() < 7 && word.number[0] != u'-';
+        if (word.letters == u"f" && isShort) return std::stoi(std::string(word.number.begin(), word.number.end()));
+    }
+    return NumberMap::none;
+}
+
+// One for all documents that need it.
+std::int32_t StyleSheet::plainStyle() {
+    Style style = read(normal);
+    settle(style);
+    if (style.isNew) append(style);
+    return style.newNumber;
 }
 
 }  // namespace velmor

@@ -33,8 +33,12 @@ public:
     // The number of the document's style; NumberMap::none when the reference stays as it is.
     std::int32_t numberOf(StyleKind kind, std::u16string_view number);
 
-    // What paragraphs of the document that name no style have to name now; none when nothing.
-    std::int32_t defaultStyle() const;
+    // What paragraphs of the document that name no style have to name now; none when nothing. `whole`: the
+    // document defines its own look, so that they must not get the host's style 0.
+    std::int32_t defaultStyle(bool whole);
+
+    // The font that the document's style 0 names; NumberMap::none when it does not.
+    std::int32_t fontOfNormal() const;
 
     bool empty() const noexcept { return entries_.empty(); }
     std::u16string text() const { return u"{\\stylesheet" + entries_ + u"}"; }
@@ -72,11 +76,13 @@ private:
     std::u16string nameOf(const Reference& reference, StyleKind preferred) const;
     void append(const Style& style);
     void addNormalOfHost();
+    std::int32_t plainStyle();
 
     bool tolerant_;
     bool host_ = true;
     bool hasSheet_ = false;
-    bool hasNormal_ = false;  // style 0 is there
+    bool hasNormal_ = false;     // style 0 is there
+    bool isNormalPlain_ = true;  // it changes nothing
 
     std::unordered_map<std::u16string, std::int32_t> numbersByKey_;
     NameIndex lastOfName_;  // the highest suffix given to a name; 1 without one
@@ -84,6 +90,7 @@ private:
     std::u16string entries_;
 
     // Of the current document.
+    std::int32_t defaultStyle_ = NumberMap::none;  // which it does not define itself
     std::vector<Style> styles_;
     std::array<NumberMap, kinds> places_;  // in styles_
 };

@@ -84,7 +84,7 @@ const Duel duels[] = {
      [](test::LiteralCleaning& literal) { literal.removeBackground(); }},
     {"RemoveDuplicateGenerators",
      u"{\\*\\generator A}|{\\*\\generator A}|{\\*\\generator B}|{\\*\\generator|{\\*\\generator A{}}",
-     [](std::u16string& text) { Module1::RemoveDuplicateGenerators(text, {}); },
+     [](std::u16string& text) { Module1::RemoveDuplicateGenerators(text); },
      [](test::LiteralCleaning& literal) { literal.removeDuplicateGenerators(); }},
     {"CollapseBlankLines", u"\r|\n|\r\n\r\n", [](std::u16string& text) { Module1::CollapseBlankLines(text, {}); },
      [](test::LiteralCleaning& literal) { literal.collapseBlankLines(); }},

@@ -185,7 +185,7 @@ private:
         Values& values = group().values;
         if (word == u"rtf") {
             // A document starts anew, whatever it lies in.
-            values = {{u"f", defaultFont_}};
+            values = {{u"f", defaultFont_}, {u"s", u"0"}};
             group().part = documents_++;
             group().skipped = false;
         } else if (word == u"deff") {
@@ -210,7 +210,8 @@ private:
             std::u16string text;
             for (const auto& [word, number] : values) {
                 if (word == u"s" && number == u"0" && !withNormal_) continue;
-                text += word + u"=" + valueOf(word, number) + u" ";
+                const std::u16string value = valueOf(word, number);
+                if (value != u"normal<>") text += word + u"=" + value + u" ";
             }
             look = looks_.emplace(values, text).first;
         }

@@ -143,7 +143,7 @@ public:
     void removeDuplicateGenerators() {
         std::u16string kept;
         for (std::size_t at = 0; (at = find(text, u"{\\*\\generator", at)) != none;) {
-            const std::size_t end = groupEnd(text, at);
+            const std::size_t end = text.find(u'}', at);
             if (end == none) return;
             const std::u16string group = text.substr(at, end + 1 - at);
             if (group == kept) {

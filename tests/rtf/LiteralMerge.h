@@ -103,7 +103,8 @@ private:
         const std::u16string table = text.substr(start, last + 1 - start);
         text.replace(start, table.size(), host ? u"[C]" : u"");
         Mapping mapping;
-        for (std::size_t at = 11; table[mapping.empty() ? 10 : at] == (mapping.empty() ? u';' : u'\\');) {
+        for (std::size_t at = std::max<std::size_t>(table.find_first_not_of(u" \r\n", 11), 11);
+             table[mapping.empty() ? 10 : at] == (mapping.empty() ? u';' : u'\\');) {
             const std::size_t end = table.find(u';', at);
             if (end == std::u16string::npos) break;
             const std::u16string colour = table.substr(at, end + 1 - at);

@@ -80,6 +80,10 @@ TEST(MergeColours, RenumbersTheHostsColours) {
         {"a blank in front", false, u"{\\colortbl ;\\red1;}", u"{\\colortbl;\\red1;}", u"\\cf1 x", u"\\cf1 x"},
         {"without the automatic colour", false, u"{\\colortbl\r\n\\red7;\\red8;}", u"{\\colortbl;\\red7;\\red8;}",
          u"\\cf0 x\\cf1 y", u"\\cf1 x\\cf2 y"},
+        {"a line break behind the automatic colour", false, u"{\\colortbl;\r\n\\red7;\\red8;}",
+         u"{\\colortbl;\\red7;\\red8;}", u"\\cf2 x", u"\\cf2 x"},
+        {"an escaped brace", false, u"{\\colortbl;\\red7;\\}", u"{\\colortbl;\\red7;}", u"\\cf1 x", u"\\cf1 x"},
+        {"a group in it", true, u"{\\colortbl;\\red7;{\\red8;}", u"{\\colortbl;\\red7;}", u"x}y", u"x}y"},
         {"empty", false, u"{\\colortbl;}", defaultColours, u"\\cf1 x", u"\\cf1 x"},
         {"no end of the last one", false, u"{\\colortbl;\\red7;\\red8}", u"{\\colortbl;\\red7;}", u"\\cf2 x",
          u"\\cf2 x"},
@@ -110,17 +114,31 @@ TEST(MergeTables, KeepsManyFontsAndColoursApart) {
 TEST(MergeTables, TolerantMergingKeepsForeignText) {
     const std::pair<std::u16string, std::u16string> cases[] = {
         // Bytes of a page of several bytes a character stay, in fonts that say so.
-        {u"{\\fonttbl{\\f0 A;}}x{\\rtf1\\ansicpg932{\\fonttbl{\\f0\\fcharset1 A;}{\\f1\\fnil\\fcharset0 B;}{\\f2 "
+        {u"{\\fonttbl{\\f0 A;}}x{\\rtf1\\ansicpg932\\deff0{\\fonttbl{\\f0\\fcharset1 A;}{\\f1\\fnil\\fcharset0 "
+         u"B;}{\\f2 "
          u"C;}}\\f1\\'83}",
          u"{\\fonttbl\r\n{\\f0 A;}\r\n{\\f1\\fcharset128 A;}\r\n{\\f2\\fnil\\fcharset0 B;}\r\n{\\f3\\fcharset128 C;}}"
-         u"x{\\rtf1\\f1\\ansicpg932\\f2\\'83}"},
+         u"x{\\rtf1\\pard\\plain\\ansicpg932\\f1\\f2\\'83}"},
         // Bytes in tables become characters.
         {u"\\ansicpg950{\\fonttbl}{\\stylesheet{\\s0 N;}}x{\\rtf1{\\stylesheet{\\s1 "
          u"\\'dc\\u228\\'e4\\'41\\'e4;}}\\'e4}",
-         u"\\ansicpg950{\\fonttbl}{\\stylesheet\r\n{\\s0 N;}\r\n{\\s1 \\u220?\\u228\\'e4\\'41\\u228?;}}x{\\rtf1\\'e4}"},
+         u"\\ansicpg950{\\fonttbl}{\\stylesheet\r\n{\\s0 N;}\r\n{\\s1 "
+         u"\\u220?\\u228\\'e4\\'41\\u228?;}}x{\\rtf1\\pard\\plain\\'e4}"},
         // A host without fonts keeps the one that it had.
-        {u"\\deff3\\plain x{\\rtf1{\\fonttbl{\\f0 A;}}\\plain y}",
-         u"{\\fonttbl\r\n{\\f0 Times New Roman;}\r\n{\\f1 A;}}\\deff0\\plain x{\\rtf1\\f1\\plain\\f1 y}"},
+        {u"\\deff3\\plain x{\\rtf1\\deff0{\\fonttbl{\\f0 A;}}\\plain y}",
+         u"{\\fonttbl\r\n{\\f0 Times New Roman;}\r\n{\\f1 A;}}\\deff0\\plain x{\\rtf1\\pard\\plain\\f1\\plain\\f1 y}"},
+        // Readers have a font of their own where a document names none; a host without a default font is told
+        // each document's.
+        {u"{\\fonttbl{\\f5 A;}}x{\\rtf1{\\fonttbl{\\f0 A;}}y\\plain}{\\rtf1\\deff0{\\fonttbl{\\f0 A;}}\\plain z}"
+         u"{\\rtf1\\ansicpg932{\\fonttbl}y}",
+         u"{\\fonttbl\r\n{\\f0 A;}\r\n{\\f1 Times New Roman;}\r\n{\\f2\\fcharset128 Times New Roman;}}"
+         u"x{\\rtf1\\pard\\plain\\f1y\\plain\\f1}{\\rtf1\\pard\\plain\\f0\\plain\\f0 z}"
+         u"{\\rtf1\\pard\\plain\\f2\\ansicpg932y}"},
+        // A fragment takes the formatting of its place.
+        {u"{\\fonttbl{\\f5 A;}}\\b x{\\rtf1{\\colortbl;}y}", u"{\\fonttbl\r\n{\\f0 A;}}\\b x{\\rtf1y}"},
+        {u"{\\fonttbl{\\f5 A;}}\\b x{\\rtf1\\marglsxn9 y}",
+         u"{\\fonttbl\r\n{\\f0 A;}}\\b x{\\rtf1\\pard\\plain\\marglsxn9 y}"},
+        {u"{\\fonttbl}x{\\rtf1\\paperw9 y}", u"{\\fonttbl}x{\\rtf1\\pard\\plain\\paperw9 y}"},
     };
     for (const auto& [text, expected] : cases) {
         EXPECT_EQ(narrow(merged(u"{\\rtf1" + text + u"}", true)),
@@ -129,18 +147,20 @@ TEST(MergeTables, TolerantMergingKeepsForeignText) {
 }
 
 TEST(MergeTables, TolerantMergingKeepsDefaultsAndCharacterSets) {
-    EXPECT_EQ(narrow(merged(
-                  u"{\\rtf1\\deff3{\\*\\x\\bin21 {\\fonttbl;{\\colortbl;}{\\fonttbl{\\f3 Host;}}\\plain\\f3;\\f3\\f3 a"
-                  u"{\\rtf1\\ansi\\deff1{\\fonttbl{\\f0\\fcharset0 X;}{\\f1\\fcharset2 X;}}"
-                  u"\\plain b\\plain\\b\\f0\\af1\\pnf1\n{\\plain\\f1}{\\bin6 \\f1\\f1\\f1}}"
-                  u"{\\rtf1{\\fonttbl{\\f0 Y;}}c}}",
-                  true)),
-              narrow(u"{\\rtf1" + defaultColours +
-                     u"\\deff0{\\*\\x\\bin21 {\\fonttbl;{\\colortbl;}{\\fonttbl\r\n{\\f0 Host;}\r\n{\\f1\\fcharset0 "
-                     u"X;}\r\n{\\f2\\fcharset2 X;}\r\n{\\f3 Y;}}"
-                     u"\\plain\\f0;\\f0\\f0 a"
-                     u"{\\rtf1\\ansi\\f2\\plain\\f2 b\\plain\\b\\f1\\af2\\pnf2\n{\\plain\\f2}{\\bin6 \\f1\\f1\\f2}}"
-                     u"{\\rtf1\\f3c}}"));
+    EXPECT_EQ(
+        narrow(
+            merged(u"{\\rtf1\\deff3{\\*\\x\\bin21 {\\fonttbl;{\\colortbl;}{\\fonttbl{\\f3 Host;}}\\plain\\f3;\\f3\\f3 a"
+                   u"{\\rtf1\\ansi\\deff1{\\fonttbl{\\f0\\fcharset0 X;}{\\f1\\fcharset2 X;}}"
+                   u"\\plain b\\plain\\b\\f0\\af1\\pnf1\n{\\plain\\f1}{\\bin6 \\f1\\f1\\f1}}"
+                   u"{\\rtf1\\deff0{\\fonttbl{\\f0 Y;}}c}}",
+                   true)),
+        narrow(
+            u"{\\rtf1" + defaultColours +
+            u"\\deff0{\\*\\x\\bin21 {\\fonttbl;{\\colortbl;}{\\fonttbl\r\n{\\f0 Host;}\r\n{\\f1\\fcharset0 "
+            u"X;}\r\n{\\f2\\fcharset2 X;}\r\n{\\f3 Y;}}"
+            u"\\plain\\f0;\\f0\\f0 a"
+            u"{\\rtf1\\pard\\plain\\ansi\\f2\\plain\\f2 b\\plain\\b\\f1\\af2\\pnf2\n{\\plain\\f2}{\\bin6 \\f1\\f1\\f2}}"
+            u"{\\rtf1\\pard\\plain\\f3c}}"));
 }
 
 TEST(MergeTables, BadTablesLoseNothing) {
