@@ -6,20 +6,42 @@
 
 #include "rtf/BraceScanner.h"
 #include "rtf/EmbeddedDocuments.h"
+#include "rtf/NumberMap.h"
+#include "rtf/ParagraphText.h"
 #include "rtf/RtfScanner.h"
+#include "rtf/read/WordTable.h"
 #include "text/Compare.h"
 
 namespace velmor {
 namespace {
 
-// Words that speak for a whole document, in ascending order.
-constexpr std::u16string_view headerWords[] = {
-    u"adeff",     u"adeflang", u"ansi",    u"ansicpg",   u"deff",      u"deflang",   u"deflangfe", u"gutter",
-    u"landscape", u"mac",      u"margb",   u"margl",     u"margr",     u"margt",     u"paperh",    u"paperw",
-    u"pc",        u"pca",      u"stshfbi", u"stshfdbch", u"stshfhich", u"stshfloch",
-};
-
 constexpr std::size_t noChange = std::u16string_view::npos;
+
+bool endsParagraph(std::u16string_view letters) noexcept {
+    for (const std::u16string_view word : {u"par", u"cell", u"row", u"sect", u"nestcell", u"nestrow"}) {
+        if (letters == word) return true;
+    }
+    return false;
+}
+
+// A page break alone is no text: the table goes to the new page.
+bool showsMoreThanPages(std::u16string_view text) noexcept {
+    std::size_t at = firstShown(text);
+    while (wordStandsAt(text, at, u"\\page")) at += 5 + firstShown(text.substr(at + 5));
+    return at < text.size();
+}
+
+// Whether the words that set up a paragraph, from the index on, put it into a table or say that it is in none.
+bool saysTable(std::u16string_view text, std::size_t at) noexcept {
+    constexpr int fewWords = 40;
+    for (int i = 0; i < fewWords && standsAt(text, at = skipWhiteSpace(text, at), u"\\"); ++i) {
+        const ControlWord word = readWord(text, at);
+        if (word.letters == u"intbl" || word.letters == u"itap") return true;
+        if (word.letters.empty() || word.letters == u"pard" || endsParagraph(word.letters)) return false;
+        at = word.end;
+    }
+    return false;
+}
 
 }  // namespace
 
@@ -35,8 +57,10 @@ DocumentUnwrapper::DocumentUnwrapper(std::u16string_view text, std::size_t host,
             continue;
         }
         if (unit == u'{') {
-            openGroup(at);
-        } else if (unit == u'}') {
+            at = openGroup(at);
+            continue;
+        }
+        if (unit == u'}') {
             closeGroup(at);
         } else if (skipped_ > 0 && unit != u'\r' && unit != u'\n') {
             --skipped_;
@@ -99,6 +123,7 @@ void DocumentUnwrapper::takeHex(std::size_t index) {
 
 void DocumentUnwrapper::takeWord(const ControlWord& word) {
     Group& group = groups_.back();
+    takeParagraphWord(word);
     if (skipped_ > 0) {
         --skipped_;
     } else if (word.letters == u"u") {
@@ -119,25 +144,106 @@ void DocumentUnwrapper::takeWord(const ControlWord& word) {
 }
 
 void DocumentUnwrapper::takeHeaderWord(const ControlWord& word) {
-    if (!std::binary_search(std::begin(headerWords), std::end(headerWords), word.letters)) return;
+    if (!wordIs(WordTrait::documentWord, word.letters)) return;
     if (const std::int32_t page = codePageNamedBy(word)) documents_.back().page = findCodePage(page);
     changes_.push_back({word.begin, endWithBlank(text_, word), documents_.back().number, {}});
 }
 
-void DocumentUnwrapper::openGroup(std::size_t index) {
+// ---- Paragraphs
+
+void DocumentUnwrapper::takeParagraphWord(const ControlWord& word) {
+    Group& group = groups_.back();
+    if (endsParagraph(word.letters)) {
+        beginDocuments(word, word.letters != u"par" && word.letters != u"sect");
+        group.paragraph = word.end;
+        if (word.letters == u"row") group.inRow = false;
+    } else if (word.letters == u"trowd") {
+        beginDocuments(word, true);
+        group.inRow = true;
+    } else if (word.letters == u"intbl") {
+        group.level = std::max(group.level, 1);
+    } else if (word.letters == u"itap") {
+        group.level = word.number.empty() ? 1 : numberOf(word.number);
+    } else if (word.letters == u"pard") {
+        group.level = 0;
+        keepInTable(word);
+    }
+}
+
+// The first paragraph, or row, of the open documents. A row would take what stands before the document in
+// the same paragraph into its first cell.
+void DocumentUnwrapper::beginDocuments(const ControlWord& word, bool row) {
+    if (documents_.empty() || documents_.back().begun || documents_.back().story != groups_.back().story) return;
+    Document& document = documents_.back();
+    const std::size_t paragraph = document.paragraph;
+    groups_.back().paragraph = document.begin;
+    for (auto open = documents_.rbegin(); open != documents_.rend() && !open->begun; ++open) open->begun = true;
+    const bool isFirst =
+        word.letters != u"trowd" || !showsText(text_.substr(document.begin, word.begin - document.begin));
+    document.endsParagraph = row && isFirst && showsMoreThanPages(text_.substr(paragraph, document.begin - paragraph));
+}
+
+// The paragraphs of a document in a cell stay there.
+void DocumentUnwrapper::keepInTable(const ControlWord& word) {
+    if (documents_.empty() || documents_.back().story != groups_.back().story) return;
+    const std::int32_t level = documents_.back().level;
+    if (level == 0 || saysTable(text_, word.end)) return;
+    groups_.back().level = level;
+    std::u16string words = u"\\intbl";
+    if (level > 1) words += u"\\itap" + decimal(level);
+    changes_.push_back({word.end, word.end, documents_.back().number, std::move(words)});
+}
+
+// ---- Groups
+
+// Returns where to go on.
+std::size_t DocumentUnwrapper::openGroup(std::size_t index) {
     skipped_ = 0;
-    const bool document = documentStandsAt(text_, index);
-    const std::int32_t fallback = groups_.back().fallback;
-    groups_.push_back(document ? Group{} : groups_.back());
-    if (!document) return;
+    if (documentStandsAt(text_, index)) {
+        openDocument(index);
+        return index + 1;
+    }
+    const std::size_t star = skipWhiteSpace(text_, index + 1);
+    const bool starred = standsAt(text_, star, u"\\*");
+    const std::size_t first = starred ? skipWhiteSpace(text_, star + 2) : star;
+    const std::u16string_view letters =
+        standsAt(text_, first, u"\\") ? readWord(text_, first).letters : std::u16string_view();
+    if (!documents_.empty() && documents_.back().depth + 1 == groups_.size() &&
+        wordIs(WordTrait::documentGroup, letters)) {
+        const std::size_t end = findGroupEnd(text_, index + 1, true);
+        if (end != noGroupEnd) {
+            changes_.push_back({index, end + 1, documents_.back().number, {}});
+            return end + 1;
+        }
+    }
+    groups_.push_back(groups_.back());
+    if (starred || wordIs(WordTrait::hiddenGroup, letters) || wordIs(WordTrait::shownGroup, letters)) {
+        groups_.back().story = ++storyCount_;
+        groups_.back().paragraph = index + 1;
+    }
+    return index + 1;
+}
+
+void DocumentUnwrapper::openDocument(std::size_t index) {
+    const Group around = groups_.back();
+    Group& group = groups_.emplace_back(around);
+    group.font = Group{}.font;
+    group.fallback = Group{}.fallback;
     // The brace stays, and so does its partner: what the document sets ends there.
     const ControlWord word = readWord(text_, index + 1);
     const bool named = word.letters.size() == 3;
-    documents_.push_back(
-        {documentCount_, groups_.size() - 1, findCodePage(windowsLatin), index, named ? changes_.size() : noChange});
+    Document& document = documents_.emplace_back();
+    document.number = documentCount_;
+    document.depth = groups_.size() - 1;
+    document.page = findCodePage(windowsLatin);
+    document.begin = index;
+    document.opening = named ? changes_.size() : noChange;
+    document.story = around.story;
+    document.paragraph = around.paragraph;
+    document.level = around.inRow ? std::max(around.level, 1) : around.level;
     if (named) {
         // What stands for a \u is counted anew: the document may rely on it.
-        const std::u16string_view counted = fallback == Group{}.fallback ? u"" : u"\\uc1";
+        const std::u16string_view counted = around.fallback == Group{}.fallback ? u"" : u"\\uc1";
         changes_.push_back({word.begin, endWithBlank(text_, word), documentCount_, std::u16string(counted)});
     }
     ++documentCount_;
@@ -145,14 +251,26 @@ void DocumentUnwrapper::openGroup(std::size_t index) {
 
 void DocumentUnwrapper::closeGroup(std::size_t index) {
     skipped_ = 0;
-    if (groups_.size() > 1) groups_.pop_back();
-    if (documents_.empty() || documents_.back().depth != groups_.size()) return;
-    const Document& document = documents_.back();
-    if (document.opening != noChange && endsSection(index + 1, document.breaksSection)) {
-        changes_[document.opening].begin = document.begin;
-        changes_.push_back({index, index + 1, document.number, {}});
+    if (groups_.size() > 1) {
+        const Group closed = groups_.back();
+        groups_.pop_back();
+        if (closed.story == groups_.back().story) {
+            groups_.back().paragraph = closed.paragraph;
+            groups_.back().inRow = closed.inRow;
+        }
     }
+    if (documents_.empty() || documents_.back().depth != groups_.size()) return;
+    if (documents_.back().opening != noChange) closeDocument(index);
     documents_.pop_back();
+}
+
+void DocumentUnwrapper::closeDocument(std::size_t index) {
+    const Document& document = documents_.back();
+    const bool open = endsSection(index + 1, document.breaksSection);
+    Change& opening = changes_[document.opening];
+    if (open || document.endsParagraph) opening.begin = document.begin;
+    if (document.endsParagraph) opening.text.insert(0, open ? u"\\par" : u"\\par{");
+    if (open) changes_.push_back({index, index + 1, document.number, {}});
 }
 
 // Whether no text stands between a document and the end of its last section: the host's, or in merge

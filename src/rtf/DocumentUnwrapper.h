@@ -31,27 +31,40 @@ private:
     };
 
     struct Document {
-        std::uint32_t number;
-        std::size_t depth;  // of the groups outside
-        const CodePage* page;
-        std::size_t begin;
-        std::size_t opening;  // among the changes
+        std::uint32_t number = 0;
+        std::size_t depth = 0;  // of the groups outside
+        const CodePage* page = nullptr;
+        std::size_t begin = 0;
+        std::size_t opening = 0;    // among the changes
+        std::uint32_t story = 0;    // of the paragraph in which it lies
+        std::size_t paragraph = 0;  // where that begins
+        std::int32_t level = 0;     // and its level
+        bool begun = false;         // its first paragraph or row was seen
+        bool endsParagraph = false;
         bool breaksSection = false;
     };
 
-    // What RTF restores behind a group.
+    // What RTF restores behind a group; its last two members go on behind one of the same story.
     struct Group {
         std::int32_t font = -1;
         std::int32_t fallback = 1;  // units that stand for one \u
+        std::uint32_t story = 0;    // texts with paragraphs of their own: the body, a footnote, ...
+        std::int32_t level = 0;     // of the paragraph: 1 in a table, 2 in a table in that
+        std::size_t paragraph = 0;  // where it begins
+        bool inRow = false;
     };
 
     std::size_t takeBackslash(std::size_t index);
     void takeHex(std::size_t index);
     void takeWord(const ControlWord& word);
     void takeHeaderWord(const ControlWord& word);
-    void setPage(std::int32_t number);
-    void openGroup(std::size_t index);
+    void takeParagraphWord(const ControlWord& word);
+    void beginDocuments(const ControlWord& word, bool row);
+    void keepInTable(const ControlWord& word);
+    std::size_t openGroup(std::size_t index);
+    void openDocument(std::size_t index);
     void closeGroup(std::size_t index);
+    void closeDocument(std::size_t index);
     bool endsSection(std::size_t behind, bool breaksSection) const noexcept;
     void readFontCharsets();
     bool fontHasOwnCharset(std::int32_t font);
@@ -65,6 +78,7 @@ private:
     std::vector<Document> documents_;  // the open ones
     std::vector<Group> groups_{Group{}};
     std::uint32_t documentCount_ = 0;
+    std::uint32_t storyCount_ = 0;
     std::int32_t skipped_ = 0;  // units still to come that stand for a \u
     bool charsetsRead_ = false;
     std::vector<std::int32_t> fontsWithCharset_;  // ascending

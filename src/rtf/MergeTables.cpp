@@ -25,8 +25,9 @@ namespace {
 constexpr std::u16string_view timesNewRoman = u"{\\fonttbl{\\f0 Times New Roman;}}";
 
 struct Table {
-    TextRange group;  // its own
-    TextRange place;  // what is taken out with it
+    TextRange group;                // its own
+    TextRange place;                // what is taken out with it
+    std::u16string_view left = {};  // what stands in its place: the braces that a damaged one leaves open
 };
 
 // The tables of one document, as it is.
@@ -58,6 +59,7 @@ private:
 
     void findTables(std::u16string_view text, GroupSet groups);
     std::optional<Table> find(std::u16string_view text, std::u16string_view opening) const;
+    std::u16string_view openBraces(std::u16string_view text, TextRange table) const;
     std::optional<Table> findStarred(std::u16string_view text, std::u16string_view starred,
                                      std::u16string_view plain) const;
     void dropOverlapping();
@@ -126,6 +128,17 @@ std::optional<ControlWord> findDefaultFont(std::u16string_view text, std::size_t
     return std::nullopt;
 }
 
+// The braces that are open behind a damaged table, if the text closes them: they stay, tolerant, as their partners do.
+std::u16string_view TableMerge::openBraces(std::u16string_view text, TextRange table) const {
+    constexpr std::u16string_view braces = u"{{{{{{{{";
+    if (!options_.tolerant || findGroupEnd(text, table.begin + 1, true) == noGroupEnd) return {};
+    std::size_t open = 0;
+    for (BraceScanner scanner(text.substr(0, table.end), table.begin, true); scanner.next();) {
+        open += scanner.opens() ? 1 : static_cast<std::size_t>(-1);
+    }
+    return braces.substr(0, open);
+}
+
 std::optional<Table> TableMerge::find(std::u16string_view text, std::u16string_view opening) const {
     const auto group = findTableGroup(text, opening, options_.tolerant);
     if (!group) return std::nullopt;
@@ -142,8 +155,9 @@ void TableMerge::findTables(std::u16string_view text, GroupSet groups) {
     tables_ = {};
     if (groups.has(Group::fontTable)) tables_.fonts = find(text, u"{\\fonttbl");
     if (groups.has(Group::colourTable)) {
-        if (const auto colours = ColourTable::find(text, options_.tolerant))
-            tables_.colours = Table{*colours, *colours};
+        if (const auto colours = ColourTable::find(text, options_.tolerant)) {
+            tables_.colours = Table{*colours, *colours, openBraces(text, *colours)};
+        }
     }
     if (groups.has(Group::styleSheet)) tables_.styles = find(text, u"{\\stylesheet");
     if (groups.has(Group::listTable)) tables_.lists = findStarred(text, u"{\\*\\listtable", u"{\\listtable");
@@ -236,7 +250,7 @@ void TableMerge::mergeStylesAndLists(std::u16string_view text) {
 void TableMerge::takeOut() {
     changes_.clear();
     for (const auto& table : {tables_.fonts, tables_.colours, tables_.styles, tables_.lists, tables_.overrides}) {
-        if (table) changes_.push_back({table->place, {}});
+        if (table) changes_.push_back({table->place, std::u16string(table->left)});
     }
 }
 
@@ -246,7 +260,7 @@ void TableMerge::placeInHost(std::size_t header) {
     changes_.clear();
     const auto place = [&](const std::optional<Table>& table, std::size_t otherwise, SharedTable shared) {
         const TextRange range = table ? table->place : TextRange{otherwise, otherwise};
-        changes_.push_back({range, collection_.placeholder(shared)});
+        changes_.push_back({range, collection_.placeholder(shared).append(table ? table->left : u"")});
         return range.end;
     };
     // At one place the one that is put in last comes first.
@@ -306,6 +320,8 @@ void TableMerge::change(std::u16string& text) {
         sweep_.sweep(at, next.range.begin);
         if (next.text.empty()) {
             edits_.cut(next.range.begin, next.range.end);
+        } else if (standsAt(text, next.range.end, u" ")) {
+            edits_.replaceVal(next.range.begin, next.range.end, std::move(next.text));  // the blank ended a word
         } else {
             edits_.replaceApartVal(next.range.begin, next.range.end, std::move(next.text));
         }

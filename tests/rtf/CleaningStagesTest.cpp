@@ -184,6 +184,21 @@ TEST(UnwrapNestedDocuments, TolerantLeavesTheHostItsOwnWay) {
         // The last section's words hold up to the host's end.
         {u"{\\rtf1 a{\\rtf1 b\\sect\\cols2 c}}", u"{\\rtf1 ab\\sect\\cols2 c}"},
         {u"{\\rtf1{\\rtf1\\ansicpg932\\'83\\'65}}", u"{\\rtf1{\\'83\\'65}}"},
+        // A row takes no text that stands in front of its document; a page break is no text.
+        {u"{\\rtf1 a{\\rtf1{\\b}\\trowd\\cellx9\\intbl b\\cell\\row}c}",
+         u"{\\rtf1 a\\par{{\\b}\\trowd\\cellx9\\intbl b\\cell\\row}c}"},
+        {u"{\\rtf1{\\b a{\\footnote\\par}}{\\rtf1\\uc2{\\rtf1\\intbl b\\cell}\\trowd}}",
+         u"{\\rtf1{\\b a{\\footnote\\par}}{\\uc2\\par{\\uc1\\intbl b\\cell}\\trowd}}"},
+        {u"{\\rtf1 a{\\rtf1\\trowd b\\row\\sect c}}", u"{\\rtf1 a\\par\\trowd b\\row\\sect c}"},
+        {u"{\\rtf1 a\\par\\page{\\rtf1\\trowd}{\\rtf1\\par\\trowd}{\\rtf1 b\\trowd}{\\rtf1 b\\par}}",
+         u"{\\rtf1 a\\par\\page{\\trowd}{\\par\\trowd}{b\\trowd}{b\\par}}"},
+        // What is in a cell stays in it.
+        {u"{\\rtf1\\trowd{\\rtf1\\pard a\\pard\\qc\\intbl b}\\cell\\row{\\rtf1\\pard c}\\pard\\itap2{\\rtf1\\pard d}}",
+         u"{\\rtf1\\trowd{\\pard\\intbl a\\pard\\qc\\intbl b}\\cell\\row{\\pard c}\\pard\\itap2{\\pard\\intbl\\itap2 "
+         u"d}}"},
+        // What speaks for a whole document goes; the host's stays.
+        {u"{\\rtf1{\\info a}{\\rtf1{\\info{\\title b}}{\\b{\\info c}}{\\footnote d}\\margmirror e}\\margmirror}",
+         u"{\\rtf1{\\info a}{{\\b{\\info c}}{\\footnote d}e}\\margmirror}"},
     };
     check(cases, [](std::u16string& text) { Module1::UnwrapNestedDocuments(text, tolerantly()); });
 }

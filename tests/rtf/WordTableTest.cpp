@@ -6,6 +6,7 @@
 #include "NestedTableText.h"
 #include "Pieces.h"
 #include "rtf/NestedTables.h"
+#include "rtf/UnwrapNestedDocuments.h"
 #include "text/Encoding.h"
 
 namespace velmor {
@@ -51,6 +52,48 @@ TEST(WordTable, SaysWhatShowsOnAPage) {
     }
     EXPECT_TRUE(wordIs(WordTrait::shownCell, u"trowd"));
     EXPECT_TRUE(showsInCell(u"\\page "));
+}
+
+TEST(WordTable, SaysWhatSpeaksForAWholeDocument) {
+    const auto unwrapped = [](const std::u16string& lifted) {
+        CleanOptions options;
+        options.tolerant = true;
+        std::u16string text = u"{\\rtf1{\\rtf1" + lifted + u"x}}";
+        Module1::UnwrapNestedDocuments(text, options);
+        return toUtf8(text);
+    };
+    for (const auto word : test::piecesOf(
+             u"ApplyBrkRules|adeff|adeflang|aenddoc|aendnotes|aftnbj|aftnnalc|aftnnar|aftnnauc|aftnnchi|aftnnrlc|"
+             u"aftnnruc|aftnrestart|aftnrstcont|aftnstart|aftntj|allowfieldendsel|allprot|alntblind|annotprot|"
+             u"ansi|ansicpg|asianbrkrule|autofmtoverride|bdbfhdr|bdrrlswsix|bookfold|bookfoldrev|bookfoldsheets|"
+             u"brkfrm|cachedcolbal|cvmme|deff|defformat|deflang|deflangfe|deftab|dghorigin|dghshow|dghspace|"
+             u"dgmargin|dgsnap|dgvorigin|dgvshow|dgvspace|dntblnsbdb|doctype|donotembedlingdata|"
+             u"donotembedsysfont|donotshowcomments|donotshowinsdel|donotshowmarkup|donotshowprops|enddoc|"
+             u"endnotes|enforceprot|expshrtn|felnbrelev|fet|forceupgrade|formdisp|formprot|formshade|fracwidth|"
+             u"fromhtml|fromtext|ftnalt|ftnbj|ftnlytwnine|ftnnalc|ftnnar|ftnnauc|ftnnchi|ftnnrlc|ftnnruc|"
+             u"ftnrestart|ftnrstcont|ftnrstpg|ftnstart|ftntj|grfdocevents|gutter|gutterprl|horzdoc|htmautsp|"
+             u"hyphauto|hyphcaps|hyphconsec|hyphhotz|ignoremixedcontent|ilfomacatclnup|indrlsweleven|jcompress|"
+             u"jexpand|krnprsnet|landscape|linestart|linkstyles|lnbrkrule|lnongrid|ltrdoc|lytcalctblwd|lytexcttp|"
+             u"lytprtmet|lyttblrtgr|mac|makebackup|margb|margl|margmirror|margr|margt|msmcap|muser|nafterindp|"
+             u"newtblstyruls|nobrkwrptbl|nocolbal|nocompatoptions|nocxsptable|noextrasprl|nofeaturethrottle|"
+             u"nogrowautofit|noindnmbrts|nojkernpunct|nolead|nolnhtadjtbl|nospaceforul|notabind|notbrkcnstfrctbl|"
+             u"notcvasp|notvatxbx|noultrlspc|noxlattoyen|ogutter|oldas|oldlinewrap|otblrul|paperh|paperw|pc|pca|"
+             u"pgnstart|prcolbl|printdata|private|protlevel|psover|psz|readonlyrecommended|readprot|relyonvml|"
+             u"remdttm|rempersonalinfo|revbar|revisions|revprop|revprot|rtldoc|rtlgutter|saveinvalidxml|"
+             u"saveprevpict|showplaceholdtext|showxmlerrors|snaptogridincell|splytwnine|sprsbsp|sprslnsp|"
+             u"sprsspbf|sprstsm|sprstsp|stshfbi|stshfdbch|stshfhich|stshfloch|stylelock|stylelockbackcomp|"
+             u"stylelockenforced|stylelockqfset|stylelocktheme|stylesortmethod|subfontbysize|swpbdr|themelang|"
+             u"themelangcs|themelangfe|toplinepunct|trackformatting|trackmoves|transmf|truncatefontheight|"
+             u"truncex|twoonone|useltbaln|usenormstyforlist|usexform|utinl|validatexml|vertdoc|viewbksp|viewkind|"
+             u"viewnobound|viewscale|viewzk|widowctrl|windowcaption|wpjst|wpsp|wptb|wraptrsp|wrppunct")) {
+        EXPECT_EQ(unwrapped(u"\\" + std::u16string(word) + u"1 "), "{\\rtf1{x}}");
+    }
+    for (const auto word : test::piecesOf(
+             u"aftncn|aftnsep|aftnsepc|colorschememapping|datastore|defchp|defpap|docvar|filetbl|ftncn|ftnsep|"
+             u"ftnsepc|hlinkbase|info|latentstyles|mailmerge|mmathPr|nextfile|password|passwordhash|pgptbl|"
+             u"protusertbl|revtbl|rsidtbl|template|themedata|userprops|wgrffmtfilter|writereservhash|xmlnstbl")) {
+        EXPECT_EQ(unwrapped(u"{\\*\\" + std::u16string(word) + u" y}"), "{\\rtf1{x}}");
+    }
 }
 
 }  // namespace

@@ -7,10 +7,12 @@ namespace velmor {
 
 // What a control word means to the stages. A word may have several traits.
 enum class WordTrait : std::uint8_t {
-    shown,        // the word puts something on the page: a character, or a break other than a paragraph's end
-    shownCell,    // the word belongs to a row, and a row shows something
-    shownGroup,   // the group that begins with it shows something where it stands
-    hiddenGroup,  // the group that begins with it shows nothing where it stands
+    shown,          // the word puts something on the page: a character, or a break other than a paragraph's end
+    shownCell,      // the word belongs to a row, and a row shows something
+    shownGroup,     // the group that begins with it shows something where it stands
+    hiddenGroup,    // the group that begins with it shows nothing where it stands
+    documentWord,   // the word speaks for a whole document, and means nothing in a part of another one
+    documentGroup,  // so does the group that begins with it
 };
 
 // Whether the table gives the word this trait. `letters` are the word's, without backslash and number.
