@@ -83,7 +83,7 @@ TEST(MergeColours, RenumbersTheHostsColours) {
         {"a line break behind the automatic colour", false, u"{\\colortbl;\r\n\\red7;\\red8;}",
          u"{\\colortbl;\\red7;\\red8;}", u"\\cf2 x", u"\\cf2 x"},
         {"an escaped brace", false, u"{\\colortbl;\\red7;\\}", u"{\\colortbl;\\red7;}", u"\\cf1 x", u"\\cf1 x"},
-        {"a group in it", true, u"{\\colortbl;\\red7;{\\red8;}", u"{\\colortbl;\\red7;}", u"x}y", u"x}y"},
+        {"a group in it", true, u"{\\colortbl;\\red7;{\\red8;}", u"{\\colortbl;\\red7;}", u"x}y", u"{x}y"},
         {"empty", false, u"{\\colortbl;}", defaultColours, u"\\cf1 x", u"\\cf1 x"},
         {"no end of the last one", false, u"{\\colortbl;\\red7;\\red8}", u"{\\colortbl;\\red7;}", u"\\cf2 x",
          u"\\cf2 x"},
