@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <limits>
 
 #include "automation/DecimalNumber.h"
 #include "automation/NumberText.h"
@@ -139,6 +140,11 @@ private:
     bool sign_ = false, minus_ = false, currency_ = false, parentheses_ = false, open_ = false;
 };
 
+// The text of the largest double is rounded up, and so a little larger than any double.
+bool isLargestText(const ParsedNumber& number) {
+    return number.digits == "179769313486232" && number.exponent == 309;
+}
+
 // The first `count` digits of 0.digits as a whole number, rounded half to even.
 std::string roundedDigits(const std::string& digits, std::int64_t count) {
     if (count < 0) return "0";
@@ -171,8 +177,8 @@ std::optional<double> doubleOf(const ParsedNumber& number) {
     double value = 0;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
     if (result.ec == std::errc::result_out_of_range) {
-        if (number.exponent > 0) return std::nullopt;
-        value = 0;
+        if (number.exponent > 0 && !isLargestText(number)) return std::nullopt;
+        value = number.exponent > 0 ? std::numeric_limits<double>::max() : 0;
     }
     return number.negative ? -value : value;
 }

@@ -5,6 +5,8 @@
 #include <string>
 
 #include "automation/Convert.h"
+#include "automation/NumberText.h"
+#include "automation/Portable.h"
 #include "text/Compare.h"
 
 namespace velmor {
@@ -28,42 +30,80 @@ std::optional<std::int32_t> plainInteger(std::u16string_view text) {
     return negative ? -value : value;
 }
 
-template <class T>
-std::optional<Variant> wrap(std::optional<T> converted) {
-    return converted ? std::optional<Variant>(*converted) : std::nullopt;
-}
-
 bool isFraction(std::u16string_view number) {
     return number.find(u'.') != number.npos;
 }
 
-// The number in the type that the character asks for; nothing when it does not fit.
+// A single "," is the decimal sign of the machine that wrote the number.
+std::u16string withPoint(std::u16string_view number) {
+    std::u16string text(number);
+    const std::size_t comma = text.find(u',');
+    if (comma != text.npos && comma == text.rfind(u',') && !isFraction(text)) text[comma] = u'.';
+    return text;
+}
+
+using Convert = std::optional<Variant> (*)(const Variant& number);
+
+// One conversion, as it is on every machine and as this machine has it.
+struct Conversion {
+    Convert portableForm, machineForm;
+};
+
+template <auto convert>
+std::optional<Variant> boxed(const Variant& number) {
+    const auto converted = convert(number);
+    return converted ? std::optional<Variant>(*converted) : std::nullopt;
+}
+
+template <auto portableForm, auto machineForm>
+constexpr Conversion conversion{boxed<portableForm>, boxed<machineForm>};
+
+namespace here = automation;
+namespace portable = automation::portable;
+constexpr Conversion kLong = conversion<portable::toLong, here::toLong>;
+constexpr Conversion kInteger = conversion<portable::toInteger, here::toInteger>;
+constexpr Conversion kSingle = conversion<portable::toSingle, here::toSingle>;
+constexpr Conversion kDouble = conversion<portable::toDouble, here::toDouble>;
+constexpr Conversion kCurrency = conversion<portable::toCurrency, here::toCurrency>;
+constexpr Conversion kDecimal = conversion<portable::toDecimal, here::toDecimal>;
+
+const Conversion& conversionTo(char16_t type, bool fraction, bool decimal) {
+    switch (type) {
+        case u'&':
+            return fraction ? kDouble : kLong;
+        case u'%':
+            return fraction ? kDouble : kInteger;
+        case u'!':
+            return decimal ? kDecimal : kSingle;
+        case u'$':
+            return kCurrency;
+        default:
+            return kDouble;
+    }
+}
+
+// The number in the type that the character asks for; nothing when it does not fit. This machine
+// is asked only about what is no number elsewhere: its decimal sign may be one of its own.
 std::optional<Variant> suffixed(std::u16string_view body, char16_t type) {
     if (const auto integer = type == u'&' ? plainInteger(body) : std::nullopt) return *integer;
     const bool decimal = type == u'!' && body.starts_with(u'!');
     if (decimal) body.remove_prefix(1);
-    const auto value = automation::parseNumber(body);
-    if (!value) return std::nullopt;
-    if (type == u'#' || (isFraction(body) && (type == u'&' || type == u'%'))) return *value;
-    const Variant number{body};
-    switch (type) {
-        case u'&':
-            return wrap(automation::toLong(number));
-        case u'%':
-            return wrap(automation::toInteger(number));
-        case u'!':
-            return decimal ? wrap(automation::toDecimal(number)) : wrap(automation::toSingle(number));
-        default:
-            return wrap(automation::toCurrency(number));
-    }
+    const std::u16string text = withPoint(body);
+    const Conversion& to = conversionTo(type, isFraction(text), decimal);
+    const Variant number(text);
+    auto value = to.portableForm(number);
+    if (!value && !portable::parseNumberText(text)) value = to.machineForm(number);
+    return value;
 }
 
+// A "," may be the decimal sign or a thousands sign, unless a "." tells.
 std::optional<Variant> untyped(std::u16string_view text) {
-    const auto number = automation::parseNumber(text);
-    if (!number) return std::nullopt;
-    if (isFraction(text)) return *number;
+    const bool fraction = isFraction(text);
+    if (!fraction && text.find(u',') != text.npos) return std::nullopt;
+    const auto number = portable::parseNumber(text);
+    if (!number || fraction) return number ? std::optional<Variant>(*number) : std::nullopt;
     if (*number >= std::numeric_limits<std::int32_t>::max()) return std::nullopt;
-    return wrap(automation::toLong(Variant(text)));
+    return boxed<portable::toLong>(Variant(text));
 }
 
 }  // namespace
