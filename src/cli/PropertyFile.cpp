@@ -9,13 +9,6 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// White space after the last entry would be an entry of its own.
-std::u16string_view withoutTrailingBlanks(std::u16string_view text) {
-    const auto last = text.find_last_not_of(u" \t\r\n");
-    const bool entryEnds = last != text.npos && text[last] == u':';
-    return entryEnds || last == text.npos ? text.substr(0, last + 1) : text;
-}
-
 std::u16string readPassword(const platform::Files& files, const std::string& name) {
     const std::u16string text = decodeText(readAll(files, name), EncodingChoice::utf8, inputName(name));
     std::u16string password = text.substr(0, text.find_first_of(u"\r\n"));
@@ -41,7 +34,7 @@ void readPropertyFile(privProperties& into, const platform::Files& files, const 
     if (file.passwordFile.empty()) {
         if (isEnciphered(text)) throw Failure(exitFile, name + " is enciphered; use --password-file");
         requireProperties(text, name);
-        into.Build(withoutTrailingBlanks(text));
+        into.Build(text);
         return;
     }
     if (!isEnciphered(text)) throw Failure(exitFile, name + " is not enciphered; it opens without a password");

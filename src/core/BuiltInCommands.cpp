@@ -173,7 +173,7 @@ std::u16string BuiltInCommands::onlyDocument(std::u16string text, std::u16string
 
 std::u16string BuiltInCommands::listEntry(std::u16string_view psList, privProperties& elements) const {
     privProperties list(services_);
-    list.BuildByVal(psList, false, false, u":");
+    list.BuildList(psList);
     if (const PropertyRef index = elements.Item(std::u16string_view(u"INDEX"))) {
         return textOf(list.Item(automation::toLong(Variant(processed(textOf(index)))).value_or(0)));
     }

@@ -61,15 +61,20 @@ KeyedItems::Hash KeyedItems::announce(std::u16string_view key) const noexcept {
 }
 
 privProperty* KeyedItems::append(PropertyRef property, Hash hash) {
+    makeRoom(false);
     privProperty* const owner = claimKey(property.get(), hash);
     order_.push_back(std::move(property));
     return owner;
 }
 
 privProperty* KeyedItems::insert(std::size_t position, PropertyRef property) {
+    const bool nearFront = isNearFront(position);
+    makeRoom(nearFront);
     privProperty* const owner = claimKey(property.get(), std::nullopt);
-    if (position == 0 && first_ > 0) {
-        order_[--first_] = std::move(property);
+    if (nearFront) {
+        std::move(place(0), place(position), place(0) - 1);
+        --first_;
+        *place(position) = std::move(property);
     } else {
         order_.insert(place(position), std::move(property));
     }
@@ -82,7 +87,8 @@ privProperty* KeyedItems::insert(std::size_t position, PropertyRef property) {
 void KeyedItems::remove(std::size_t position) {
     const PropertyRef property = at(position);
     dropKey(property.get());
-    if (position == 0) {
+    if (isNearFront(position)) {
+        std::move_backward(place(0), place(position), place(position) + 1);
         order_[first_++].reset();
     } else {
         order_.erase(place(position));
@@ -90,6 +96,26 @@ void KeyedItems::remove(std::size_t position) {
     for (PropertyEnumerator* const each : enumerators_) {
         if (position < each->position_) --each->position_;
     }
+}
+
+// For one more entry at that end. The room doubles with the entries; the other end keeps its own, up
+// to as much.
+void KeyedItems::makeRoom(bool inFront) {
+    if (inFront ? first_ > 0 : order_.size() < order_.capacity()) return;
+    const std::size_t room = size() + 1;
+    const std::size_t front = inFront ? room : std::min(first_, room);
+    const std::size_t back = inFront ? std::min(order_.capacity() - order_.size(), room) : room;
+    std::vector<PropertyRef> wider;
+    wider.reserve(front + size() + back);
+    wider.resize(front);
+    wider.insert(wider.end(), std::move_iterator(place(0)), std::move_iterator(order_.end()));
+    order_.swap(wider);
+    first_ = front;
+}
+
+void KeyedItems::arrange(std::vector<PropertyRef> order) noexcept {
+    order_.swap(order);
+    first_ = 0;
 }
 
 void KeyedItems::move(std::size_t from, std::size_t to) {
@@ -168,8 +194,10 @@ void KeyedItems::reserve(std::size_t count) {
 
 void KeyedItems::growTable(std::size_t size) {
     const bool isFirst = tags_.empty();
-    tags_.assign(size, 0);
-    keyedAt_ = std::vector<privProperty*>(size);
+    std::vector<std::uint8_t> tags(size);
+    std::vector<privProperty*> keyedAt(size);
+    tags_.swap(tags);
+    keyedAt_.swap(keyedAt);
     for (const PropertyRef& property : *this) {
         if (!property->keyed_) continue;
         if (isFirst) property->keyHash_ = hashOf(property->nameView());

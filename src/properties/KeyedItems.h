@@ -16,7 +16,8 @@ class PropertyEnumerator;
 
 // The platform's ordered collection with keys: entries by 0-based position, and by key those that
 // carry one. A key is the property's name when it was placed, compared without regard to case.
-// By key, by position and at either end: constant time. Elsewhere references are shifted.
+// By key, by position and at either end: constant time. Elsewhere the references of the shorter
+// side are shifted. Whatever may fail (std::bad_alloc) fails before anything changes.
 // A property is in one such collection at a time; one that it left may still be enumerated.
 class KeyedItems : public std::enable_shared_from_this<KeyedItems> {
 public:
@@ -45,6 +46,8 @@ public:
 
     void remove(std::size_t position);
     void move(std::size_t from, std::size_t to);
+    // The same entries in another order.
+    void arrange(std::vector<PropertyRef> order) noexcept;
 
     // Before the entries enter another collection: from now on this one only enumerates.
     void releaseKeys() noexcept;
@@ -52,6 +55,8 @@ public:
 private:
     friend class PropertyEnumerator;
 
+    bool isNearFront(std::size_t position) const noexcept { return position < size() / 2; }
+    void makeRoom(bool inFront);
     auto place(std::size_t position) { return order_.begin() + static_cast<std::ptrdiff_t>(first_ + position); }
     privProperty* findInOrder(std::u16string_view key) const noexcept;
     std::size_t slotOf(std::uint32_t hash, std::u16string_view key) const noexcept;
@@ -60,7 +65,7 @@ private:
     void growTable(std::size_t size);
     void enter(privProperty* property) noexcept;
 
-    std::vector<PropertyRef> order_;  // the first first_ places are vacated
+    std::vector<PropertyRef> order_;  // the first first_ places are free
     std::size_t first_ = 0;
     // The table of keys: open addressing with linear probing. The size is a power of two, at most
     // four fifths are taken. A byte of each hash stands apart (0: free), so that a name that is not there,

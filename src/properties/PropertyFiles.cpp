@@ -41,7 +41,6 @@ bool privProperties::save(TextForm form, std::u16string_view psFileName, std::u1
 }
 
 bool privProperties::LoadFromFile(std::u16string_view psFileName, std::u16string_view psPassword) {
-    const auto old = items_;
     try {
         if (!services_.files.exists(psFileName)) return false;
         const auto text = textOfFile(services_.files, psFileName, psPassword);
@@ -53,7 +52,6 @@ bool privProperties::LoadFromFile(std::u16string_view psFileName, std::u16string
         }
         return true;
     } catch (const std::exception&) {
-        items_ = old;
         return false;
     }
 }

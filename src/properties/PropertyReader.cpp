@@ -67,6 +67,14 @@ std::optional<std::u16string> textOfSubstituted(std::u16string_view content) {
     return withoutSubstitute(content.substr(1), content[0]);
 }
 
+// The text without the white space behind its last delimiter; all of it when the last entry goes on.
+std::u16string_view withoutBlankEnd(std::u16string_view text, std::size_t from, std::u16string_view delimiter) {
+    if (text.ends_with(delimiter)) return text;
+    const std::size_t end = text.find_last_not_of(u" \t\r\n") + 1;  // 0: white space alone
+    const std::u16string_view kept = text.substr(0, std::max(end, from));
+    return kept.size() == from || kept.ends_with(delimiter) ? kept : text;
+}
+
 // The text of a child entry; its first character tells how it is written.
 std::optional<std::u16string> textOfChild(std::u16string_view content) {
     if (content.starts_with(u'-')) return std::u16string(content.substr(1));
@@ -79,14 +87,15 @@ std::optional<std::u16string> textOfChild(std::u16string_view content) {
 PropertyReader::PropertyReader(privProperties& target, Limits limits)
     : target_(target), limits_(limits), now_(target.services_.clock.now()) {}
 
-void PropertyReader::read(std::u16string_view text, bool asTag, std::u16string_view delimiter) {
-    if (text.empty()) return;
-    asTag_ = asTag;
+void PropertyReader::read(std::u16string_view text, Form form, std::u16string_view delimiter) {
+    form_ = form;
     std::size_t from = 0;
-    if (const std::size_t end = asTag ? text.find(u'>') : text.npos; end != text.npos) {
+    if (const std::size_t end = form == Form::tag ? text.find(u'>') : text.npos; end != text.npos) {
         target_.AddLng(upperCase(text.substr(0, end)), 0);
         from = end + 1;
     }
+    text = withoutBlankEnd(text, from, delimiter);
+    if (text.size() == from) return;
     if (text.ends_with(delimiter)) {
         readEntries(text, delimiter, from);
     } else {
@@ -203,7 +212,7 @@ ObjectRef PropertyReader::collectionOf(std::u16string_view content) const {
     const auto text = textOfBase64(content);
     if (!text) return nullptr;
     const auto collection = std::make_shared<privProperties>(target_.services_);
-    PropertyReader(*collection, {limits_.level + 1, limits_.decompressed}).read(*text, false, u":");
+    PropertyReader(*collection, {limits_.level + 1, limits_.decompressed}).read(*text, Form::stored, u":");
     return collection;
 }
 
@@ -219,7 +228,7 @@ std::size_t PropertyReader::readDate(Scanner& scanner, Name name, std::size_t fr
 
 std::size_t PropertyReader::readPlain(Scanner& scanner, Name name, std::size_t from) {
     const std::size_t end =
-        std::min(asTag_ ? scanner.tagValueEnd(from) : scanner.delimiter(from), scanner.text().size());
+        std::min(form_ == Form::stored ? scanner.delimiter(from) : scanner.tagValueEnd(from), scanner.text().size());
     const std::u16string_view value = scanner.text().substr(from, end - from);
     add(name, value == u"NUL" ? Variant(automation::Null{}) : typedValue(value));
     return end;
@@ -263,12 +272,12 @@ privProperty& PropertyReader::make(Name name, bool upperCaseName) {
 }
 
 void PropertyReader::add(Name name, Variant&& value) {
-    privProperty& property = make(name, asTag_ && !value.isObject());
+    privProperty& property = make(name, form_ == Form::tag && !value.isObject());
     property.SetValueQuiet(std::move(value));
 }
 
 void PropertyReader::addText(Name name, std::u16string_view text, std::int32_t encoding) {
-    privProperty& property = make(name, asTag_);
+    privProperty& property = make(name, form_ == Form::tag);
     property.Encoding(encoding);
     if (const char16_t* const kept = pool_.keep(text)) {
         property.lendText({kept, text.size()});

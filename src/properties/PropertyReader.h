@@ -25,7 +25,8 @@ public:
     };
     PropertyReader(privProperties& target, Limits limits);
 
-    void read(std::u16string_view text, bool asTag, std::u16string_view delimiter);
+    using Form = privProperties::ReadForm;
+    void read(std::u16string_view text, Form form, std::u16string_view delimiter);
 
 private:
     using Scanner = EntryScanner;
@@ -59,7 +60,7 @@ private:
     const Limits limits_;
     const automation::Date now_;
     SlabPool pool_;
-    bool asTag_ = false;
+    Form form_ = Form::stored;
     privProperty* last_ = nullptr;  // the one read just before
 };
 

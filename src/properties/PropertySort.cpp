@@ -10,6 +10,7 @@
 #include <variant>
 
 #include "automation/Convert.h"
+#include "automation/DecimalNumber.h"
 
 namespace velmor {
 
@@ -17,23 +18,30 @@ using automation::Variant;
 
 namespace {
 
-using Value = std::variant<double, std::int64_t, std::u16string>;
+struct DecimalValue {
+    automation::Decimal value;
+    bool operator<(const DecimalValue& other) const {
+        return automation::portable::compareDecimals(value, other.value) < 0;
+    }
+};
+using Value = std::variant<double, std::int64_t, std::u16string, DecimalValue>;
 using Place = std::list<PropertyRef>::iterator;
 
 constexpr std::int32_t kLastComparedType = 15;
 
 // What values of one type are compared by; nothing for types and values that never sort after
-// another one. Decimals are compared to the precision of a double.
+// another one.
 std::optional<Value> valueOf(const privProperty& property) {
     const Variant value = property.Value();
     if (const auto* text = value.get<std::u16string>()) return *text;
     if (const auto* amount = value.get<automation::Currency>()) return amount->scaled;
+    if (const auto* decimal = value.get<automation::Decimal>()) return DecimalValue{*decimal};
     if (const auto* date = value.get<automation::Date>()) {
         return std::isnan(date->days) ? std::nullopt : std::optional<Value>(date->days);
     }
     const bool numeric = value.get<std::int16_t>() != nullptr || value.get<std::int32_t>() != nullptr ||
                          value.get<float>() != nullptr || value.get<double>() != nullptr ||
-                         value.get<bool>() != nullptr || value.get<automation::Decimal>() != nullptr;
+                         value.get<bool>() != nullptr;
     const auto number = numeric ? automation::toDouble(value) : std::nullopt;
     return !number || std::isnan(*number) ? std::nullopt : std::optional<Value>(*number);
 }

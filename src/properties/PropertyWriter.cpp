@@ -24,6 +24,7 @@ using automation::VariantType;
 namespace {
 
 constexpr std::u16string_view kTerminator = u"\":";
+constexpr std::size_t kLongestNested = privProperties::maximumNestedLength;
 constexpr std::size_t kSample = 64;  // entries by whose length the room for all is guessed
 
 void appendInteger(std::u16string& target, std::int32_t value) {
@@ -57,7 +58,7 @@ std::u16string PropertyWriter::write(const KeyedItems& items) {
 }
 
 void PropertyWriter::writeEntry(const privProperty& property) {
-    out_ += property.nameView();
+    writeName(property.nameView());
     if (asTag_ && isZero(property)) {
         out_ += u':';  // a name alone is read as the long 0
     } else {
@@ -65,6 +66,24 @@ void PropertyWriter::writeEntry(const privProperty& property) {
         writeValue(property);
     }
     if (property.extras_ != nullptr) writeChildren(property);
+}
+
+// Readers take "!@" for ":". A type prefix, which they drop, keeps them from dropping anything else.
+void PropertyWriter::writeName(std::u16string_view name) {
+    if (name.find(u':') == name.npos) {
+        out_ += name;
+        return;
+    }
+    std::u16string escaped;
+    for (const char16_t unit : name) {
+        if (unit == u':') {
+            escaped += u"!@";
+        } else {
+            escaped += unit;
+        }
+    }
+    if (privProperties::CleanName(escaped) != name) out_ += u"!s!";
+    out_ += escaped;
 }
 
 void PropertyWriter::writeChildren(const privProperty& property) {
@@ -151,7 +170,7 @@ void PropertyWriter::writeObject(const Variant& value) {
         }
     }
     out_ += u"~RO~kvProperties\"";
-    appendBase64(out_, toUtf8(text));
+    appendNested(text);
     out_ += kTerminator;
 }
 
@@ -195,12 +214,21 @@ void PropertyWriter::writeBase64(std::u16string_view text) {
     out_ += kTerminator;
 }
 
+// Base64 of base64: every level adds a third, so without a limit a few dozen fill the memory.
+void PropertyWriter::appendNested(std::u16string_view text) {
+    if (text.size() > kLongestNested) {
+        throw Error(7, u"privProperties", u"A collection within a collection is too long to be written as text");
+    }
+    appendBase64(out_, toUtf8(text));
+}
+
 // Children are written plainly only without any quote, attributes already without a terminator;
 // readers accept both.
 void PropertyWriter::writeChild(std::u16string_view name, std::u16string_view text, Child which) {
     if (text.empty()) return;
     const bool attributes = which == Child::attributes;
-    out_.append(name).append(attributes ? u"=~AT\"" : u"=~PR\"");
+    writeName(name);
+    out_ += attributes ? u"=~AT\"" : u"=~PR\"";
     const bool plain = attributes ? text.find(kTerminator) == text.npos : text.find(u'"') == text.npos;
     if (plain) {
         out_.append(1, u'-').append(text);
@@ -209,7 +237,7 @@ void PropertyWriter::writeChild(std::u16string_view name, std::u16string_view te
         appendSubstituted(out_, text, *substitute);
     } else {
         out_ += u'+';
-        appendBase64(out_, toUtf8(text));
+        appendNested(text);
     }
     out_ += kTerminator;
 }

@@ -23,6 +23,7 @@ private:
     enum class Child { attributes, properties };
 
     void writeEntry(const privProperty& property);
+    void writeName(std::u16string_view name);
     void writeChildren(const privProperty& property);
     void writeValue(const privProperty& property);
     void writeObject(const automation::Variant& value);
@@ -31,6 +32,7 @@ private:
     void writeText(std::u16string_view text, std::int32_t encoding);
     void writeSubstituted(std::u16string_view text);
     void writeBase64(std::u16string_view text);
+    void appendNested(std::u16string_view text);
     void writeChild(std::u16string_view name, std::u16string_view text, Child which);
 
     platform::Services& services_;

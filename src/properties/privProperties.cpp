@@ -220,10 +220,23 @@ void privProperties::BuildByDelimited(std::u16string_view psString, bool pbAppen
 
 void privProperties::BuildInternal(std::u16string_view psString, bool pbAppendValues, bool pbTagString,
                                    std::u16string_view psDelimiter) {
+    read(psString, pbTagString ? ReadForm::tag : ReadForm::stored, pbAppendValues, psDelimiter);
+}
+
+void privProperties::BuildList(std::u16string_view psString) {
+    read(psString, ReadForm::list, false, u":");
+}
+
+void privProperties::read(std::u16string_view text, ReadForm form, bool append, std::u16string_view delimiter) {
     const auto old = items_;  // the text may be a value of its own
-    if (!pbAppendValues) RemoveAll();
-    std::size_t decompressed = decodingLimit;
-    PropertyReader(*this, {0, decompressed}).read(psString, pbTagString, psDelimiter.empty() ? u":" : psDelimiter);
+    if (!append) RemoveAll();
+    try {
+        std::size_t decompressed = decodingLimit;
+        PropertyReader(*this, {0, decompressed}).read(text, form, delimiter.empty() ? u":" : delimiter);
+    } catch (...) {
+        items_ = old;
+        throw;
+    }
 }
 
 void privProperties::RemoveAll() {
@@ -240,11 +253,14 @@ bool privProperties::Changed() const {
 
 void privProperties::Sort() {
     if (items_->size() < 2) return;
-    const std::vector<PropertyRef> sorted = sortedProperties({items_->begin(), items_->end()});
-    const auto old = std::exchange(items_, std::make_shared<KeyedItems>());
-    old->releaseKeys();
-    items_->reserve(sorted.size());
-    for (const PropertyRef& property : sorted) items_->append(property);
+    std::vector<PropertyRef> sorted = sortedProperties({items_->begin(), items_->end()});
+    const auto items = std::make_shared<KeyedItems>();
+    items->reserve(sorted.size());
+    // Nothing fails from here on. Keys are claimed in the present order, not in the sorted one.
+    items_->releaseKeys();
+    for (const PropertyRef& property : *items_) items->append(property);
+    items->arrange(std::move(sorted));
+    items_ = items;
 }
 
 PropertyRef privProperties::Insert(std::int32_t plIndex, std::u16string_view psName, Variant pvValue,

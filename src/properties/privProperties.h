@@ -29,6 +29,8 @@ public:
     // Collections nested deeper, or in themselves, count as empty when they are written, sized
     // and counted.
     static constexpr int maximumNesting = 100;
+    // Characters of a collection's text that may be encoded within the text of another one.
+    static constexpr std::size_t maximumNestedLength = std::size_t{1} << 25;
 
     // The services must outlive the collection and everything that it hands out.
     explicit privProperties(platform::Services& services);
@@ -82,13 +84,15 @@ public:
     // The text form. Stored writes every entry as name, "=", value, ":"; Delimited is the same
     // without substitution characters in plain values; TagCommand gives the first entry as its
     // name and ">" and a long 0 as its name alone, Command is its delimited partner.
-    // Cost: linear in the text. Text beyond 2^30 - 1 characters raises 7.
+    // Cost: linear in the text. Text beyond 2^30 - 1 characters raises 7; so does a collection within
+    // another one whose own text is longer than maximumNestedLength and has to be encoded.
     std::u16string Stored() const;
     std::u16string Delimited() const;
     std::u16string TagCommand() const;
     std::u16string Command() const;
 
-    // Read the text form; never raise, whatever the text. Without pbAppendValues the entries
+    // Read the text form; never raise, whatever the text. White space at its end is no entry. Lack of
+    // memory raises 7 and loses no entry that was there. Without pbAppendValues the entries
     // are replaced. With pbTagString the text begins with "NAME>", names become upper-case, and
     // drives and nested tags do not end a value. An empty delimiter is ":". Cost: linear in the
     // text. The four do the same; they differ in how hosts pass the text.
@@ -101,6 +105,8 @@ public:
 
     void BuildInternal(std::u16string_view psString, bool pbAppendValues, bool pbTagString,
                        std::u16string_view psDelimiter);
+    // Of a list file: unquoted paths and nested tags are one value, as in a tag.
+    void BuildList(std::u16string_view psString);
 
     // Property files: Stored, or Delimited, as single-byte characters in the ANSI code page. A text
     // that the code page cannot hold, or that would begin like a byte order mark, is written as
@@ -127,7 +133,8 @@ public:
     // Ascending by name (by character code); among equal names a later property goes before the
     // first one of its own type with a greater value, else to the end. Types above 15 go before
     // the first of their type. This is no strict order, so the outcome depends on the present one.
-    // The first of each name gets the key. O(n log n).
+    // Of several of one name, the first in the present order gets the key. O(n log n). Lack of
+    // memory raises 7 and leaves the order.
     void Sort();
 
     // As Add, but a new entry is placed before position plIndex, and a replaced one moves there.
@@ -167,6 +174,8 @@ private:
     friend class PropertyWriter;
 
     enum class TextForm { stored, delimited, tagCommand, command };
+    // list: as stored, but unquoted values end as in a tag (EntryScanner::tagValueEnd).
+    enum class ReadForm { stored, list, tag };
 
     static privProperty::Key propertyKey() noexcept { return {}; }
     PropertyRef newProperty(automation::Date now) const;
@@ -178,6 +187,7 @@ private:
     PropertyRef itemAt(const automation::Variant& pvIndexKey) const;
     std::size_t positionOf(const automation::Variant& pvIndexKey) const;
     std::u16string text(TextForm form, int level) const;
+    void read(std::u16string_view text, ReadForm form, bool append, std::u16string_view delimiter);
     bool save(TextForm form, std::u16string_view psFileName, std::u16string_view psPassword) const;
     std::int32_t sizeStored(int level) const;
     std::int32_t countTotal(int level) const;

@@ -1,6 +1,6 @@
 #include "properties/privProperty.h"
 
-#include <cmath>
+#include <new>
 #include <utility>
 
 #include "automation/Convert.h"
@@ -17,6 +17,21 @@ using automation::Date;
 using automation::ObjectRef;
 using automation::Variant;
 using automation::VariantType;
+
+namespace {
+
+// What a getter gives: 0 for a value that does not convert, or that there is no memory to convert.
+template <auto convert>
+auto orZero(const privProperty& property) {
+    using Converted = typename decltype(convert(Variant()))::value_type;
+    try {
+        return convert(property.Value()).value_or(Converted{});
+    } catch (const std::bad_alloc&) {
+        return Converted{};
+    }
+}
+
+}  // namespace
 
 privProperty::privProperty(Key, platform::Services& services, Date now)
     : services_(services), value_(std::int32_t{0}), created_(now), modified_(now) {}
@@ -89,7 +104,7 @@ void privProperty::Encoding(std::int32_t plEncoding) noexcept {
 
 std::int32_t privProperty::ValueLng() const {
     if (const auto* value = value_.get<std::int32_t>(); value != nullptr && !builder()) return *value;
-    return automation::toLong(Value()).value_or(0);
+    return orZero<automation::toLong>(*this);
 }
 
 void privProperty::ValueLng(std::int32_t plValue) {
@@ -151,7 +166,7 @@ void privProperty::ValueBoolean(bool pbValue) {
 }
 
 double privProperty::ValueDbl() const {
-    return automation::toDouble(Value()).value_or(0);
+    return orZero<automation::toDouble>(*this);
 }
 
 void privProperty::ValueDbl(double pdValue) {
@@ -159,7 +174,7 @@ void privProperty::ValueDbl(double pdValue) {
 }
 
 float privProperty::ValueSng() const {
-    return automation::toSingle(Value()).value_or(0);
+    return orZero<automation::toSingle>(*this);
 }
 
 void privProperty::ValueSng(float pnValue) {
@@ -167,7 +182,7 @@ void privProperty::ValueSng(float pnValue) {
 }
 
 std::int16_t privProperty::ValueInt() const {
-    return automation::toInteger(Value()).value_or(std::int16_t{0});
+    return orZero<automation::toInteger>(*this);
 }
 
 void privProperty::ValueInt(std::int16_t piValue) {

@@ -66,7 +66,8 @@ public:
     // Does nothing: a property cleans up when the last reference goes.
     void Dispose() noexcept {}
 
-    // Typed getters and setters. Getters never raise: what does not convert is 0, "" or False.
+    // Typed getters and setters. Getters never raise: what does not convert is 0, "" or False. Only a
+    // text that there is no memory to copy raises 7.
     // Setters store their type, set modified to now and changed to True.
     std::int32_t ValueLng() const;
     void ValueLng(std::int32_t plValue);

@@ -102,7 +102,8 @@ TEST(Commands, IncludeReadsFilesAndEntriesOfLists) {
         {u"C:\\x\\tag.txt", "<KV:TAG>@VERSION:</KV>"}, {u"/srv/y.txt", "rooted"}, {u"C:\\x\\locked.txt", ""},
         {u"C:\\nul.rtf", {"{\\rtf1 a}\r\n\0", 12}}, {u"C:\\more.rtf", "{\\rtf1 a\\}}b{c}"},
         {u"C:\\old.rtf", "{\\rtf\\ansi a}b"}, {u"C:\\open.rtf", "{\\rtf1 {a}"},
-        {u"C:\\l.kvl", "red=\"Rot\":green=\"Gr<KV:TAG>@VERSION:</KV>n\":blue=5:"}, {u"C:\\e.KVL", ""}};
+        {u"C:\\l.kvl", "red=\"Rot\":green=\"Gr<KV:TAG>@VERSION:</KV>n\":blue=5:p=C:\\q.txt:t=<KV:TAG>@VERSION:</KV>:"},
+        {u"C:\\e.KVL", ""}};
     for (const auto& [path, bytes] : files) on.services.files.set(path, bytes);
     on.services.files.failReading(u"C:\\x\\locked.txt");
     check(on, {
@@ -111,8 +112,9 @@ TEST(Commands, IncludeReadsFilesAndEntriesOfLists) {
         {u"[SETPATH=C:\\x\\:]|[INCLUDE=y.txt:]", u"C:\\x\\|there"}, {u"[INCLUDE=C:\\x\\tag.txt:]", u"1"},
         {u"[SETPROPERTY:f=y:][INCLUDE=C:\\x\\[PROPERTY:f=:].txt:]", u"there"}, {u"[INCLUDE=C:\\l.kvl:]", u"Rot"},
         {u"[INCLUDE=C:\\l.kvl:INDEX=3:]", u"5"}, {u"[INCLUDE=C:\\l.kvl:INDEX=[@VERSION:]:]", u"Rot"},
-        {u"[INCLUDE=C:\\l.kvl:INDEX=4:]", u""}, {u"[INCLUDE=C:\\l.kvl:INDEX=x:]", u""},
+        {u"[INCLUDE=C:\\l.kvl:INDEX=6:]", u""}, {u"[INCLUDE=C:\\l.kvl:INDEX=x:]", u""},
         {u"[INCLUDE=C:\\l.kvl:KEY=GREEN:]", u"Gr1n"}, {u"[INCLUDE=C:\\l.kvl:KEY=none:]", u""},
+        {u"[INCLUDE=C:\\l.kvl:KEY=p:]", u"C:\\q.txt"}, {u"[INCLUDE=C:\\l.kvl:KEY=t:]", u"1"},
         {u"[INCLUDE=C:\\l.kvl:KEY=blue:INDEX=1:]", u"Rot"}, {u"[INCLUDE=C:\\e.KVL:]", u""},
         {u"[INCLUDE=C:\\nul.rtf:]", u"{\\rtf1 a}"}, {u"[INCLUDE=C:\\open.rtf:]", u"{\\rtf1 {a}"},
         {u"[INCLUDE=C:\\old.rtf:]", u"{\\rtf\\ansi a}b"}, {u"[INCLUDE=C:\\x\\locked.txt:]", u""}});

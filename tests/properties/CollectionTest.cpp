@@ -265,6 +265,8 @@ TEST_F(PropertyCollection, HandlesManyEntries) {
     EXPECT_EQ(collection->Stored(), text);
     for (int i = 0; i < 100000; ++i) collection->Remove(1);
     EXPECT_EQ(collection->Count(), 100000);
+    for (int i = 0; i < 100000; ++i) collection->Insert(1 + i % 2, u"front", i);
+    EXPECT_EQ(collection->Item(1)->ValueLng(), 99998);
 }
 
 }  // namespace

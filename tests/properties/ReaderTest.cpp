@@ -51,6 +51,28 @@ TEST_F(PropertyReading, TypesBySuffix) {
     });
 }
 
+// Whatever the machine's settings: one "." or one "," is the decimal sign, without a type only ".".
+TEST_F(PropertyReading, KnowsEitherDecimalSign) {
+    check({
+        {u"a=1234,5#:", "a=Double 1234.5"}, {u"a=6458,88$:", "a=Currency 6458.88"}, {u"a=-,5!:", "a=Single -0.5"},
+        {u"a=!12,5!:", "a=Decimal 12.5"}, {u"a=5,5&:b=5,5%:", "a=Double 5.5 | b=Double 5.5"},
+        {u"a=1,5E+20#:", "a=Double 1.5E+20"}, {u"a=1,234.5#:b=1,234,567&:", "a=Double 1234.5 | b=Long 1234567"},
+        {u"a=1.234,5#:", "a=String 1.234,5#"}, {u"a=7,25:b=1,234:", "a=String 7,25 | b=String 1,234"},
+        {u"a=1,234.5:", "a=Double 1234.5"},
+    });
+}
+
+TEST_F(PropertyReading, KeepsNumbersBeyondTheirRangeAsTexts) {
+    const std::u16string digits(400, u'9');
+    check({
+        {u"a=" + digits + u"#:", "a=String " + toUtf8(digits) + "#"}, {u"a=-1E400#:", "a=String -1E400#"},
+        {u"a=1.79769313486233E+308#:", "a=String 1.79769313486233E+308#"}, {u"a=3.5E+38!:", "a=String 3.5E+38!"},
+        {u"a=922337203685477.5808$:", "a=String 922337203685477.5808$"},
+        {u"a=!79228162514264337593543950336!:", "a=String !79228162514264337593543950336!"},
+        {u"a=-32769%:", "a=String -32769%"}, {u"a=" + digits + u".5:", "a=String " + toUtf8(digits) + ".5"},
+    });
+}
+
 TEST_F(PropertyReading, ReadsDates) {
     const double afternoon = (14 * 3600 + 7 * 60 + 9) / 86400.0;
     for (const auto& [text, days] : {
@@ -82,7 +104,8 @@ TEST_F(PropertyReading, ReadsNamesAloneAndCleansNames) {
     check({
         {u"a:b:", "a=Long 0 | b=Long 0"}, {u"\r\n\t a=1:", "a=Long 1"},
         {u"!s!a=1:!lg!b=2:!c=3:", "a=Long 1 | b=Long 2 | !c=Long 3"}, {u"a!@b=1:", "a:b=Long 1"},
-        {u"a=1::b=2:", "a=Long 1 | =Long 0 | b=Long 2"}, {u"", ""},
+        {u"a=1::b=2:", "a=Long 1 | =Long 0 | b=Long 2"}, {u"", ""}, {u"a=1:\r\n\t ", "a=Long 1"}, {u" \r\n", ""},
+        {u"a=1: b= ", "a=Long 1 | b=String  "}, {u"a=1: :b=2:", "a=Long 1 | =Long 0 | b=Long 2"},
     });
 }
 
@@ -99,11 +122,16 @@ TEST_F(PropertyReading, ReadsTagStrings) {
         {u"TAG>P:n=<KV:<KV:A>X:</KV>:",
          "TAG=Long 0 | P=Long 0 | N=String <KV | <KV=Long 0 | A>X=Long 0 | </KV>=Long 0", true},
         {u"TAG>P:n=\"<KV:A>b=\"c\":</KV>\":", "TAG=Long 0 | P=Long 0 | N=String <KV:A>b=\"c | </KV>\"=Long 0", true},
-        {u"TAG:", "TAG=Long 0", true}, {u" tag >x:", " TAG =Long 0 | X=Long 0", true},
+        {u"CMD>", "CMD=Long 0", true}, {u"CMD>\r\n", "CMD=Long 0", true}, {u"TAG:", "TAG=Long 0", true}, {u" tag >x:", " TAG =Long 0 | X=Long 0", true},
         {u"INCLUDE=C:\\x:", "INCLUDE=String C | \\x=Long 0"},
         {u"n=<KV:A>X:</KV>:", "n=String <KV | A>X=Long 0 | </KV>=Long 0"},
         {u"TAG>n=<KV:B>x</KV>", "TAG=Long 0 | N=String <KV:B | X</KV=Long 0", true, u">"},
     });
+}
+
+TEST_F(PropertyReading, ReadsPathsAndTagsInListFiles) {
+    collection->BuildList(u"T=<KV:TAG>PROPERTY:who=nobody:</KV>:\r\nP=C:\\x\\y.txt:\r\nx>y=1:\r\n");
+    EXPECT_EQ(describe(*collection), "T=String <KV:TAG>PROPERTY:who=nobody:</KV> | P=String C:\\x\\y.txt | x>y=Long 1");
 }
 
 TEST_F(PropertyReading, TakesMalformedEntriesAsTextUpToTheDelimiter) {

@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "Random.h"
 #include "common/Base64.h"
 #include "properties/Describe.h"
+#include "text/Error.h"
 
 namespace velmor {
 namespace {
@@ -37,6 +40,49 @@ TEST_F(PropertyText, WritesEachType) {
         collection->Add(row.name, row.value);
         EXPECT_EQ(toUtf8(collection->Stored()), all += row.stored);
     }
+}
+
+TEST_F(PropertyText, KeepsNumbersAtBothEndsOfTheirRange) {
+    // clang-format off
+    using Double = std::numeric_limits<double>;
+    using Single = std::numeric_limits<float>;
+    constexpr auto kMost = std::numeric_limits<std::int64_t>::max();
+    constexpr auto kAll = std::numeric_limits<std::uint64_t>::max();
+    for (const Variant& value : {
+             Variant(Double::max()), Variant(Double::lowest()), Variant(Double::min()), Variant(Double::denorm_min()),
+             Variant(Single::max()), Variant(Single::lowest()), Variant(Single::denorm_min()),
+             Variant(Currency{kMost}), Variant(Currency{-kMost - 1}), Variant(Currency{12345678901234567}),
+             Variant(Decimal{~0U, kAll, 0, true}), Variant(Decimal{~0U, kAll, 28, false}), Variant(Decimal{0, 1, 28, false}),
+             Variant(std::numeric_limits<std::int32_t>::min()), Variant(std::numeric_limits<std::int16_t>::min())}) {
+        // clang-format on
+        collection->Add(u"n", value, true);
+        const std::u16string text = collection->Stored();
+        collection->Build(text);
+        EXPECT_EQ(collection->Item(1)->ValueType(), value.typeCode()) << toUtf8(text);
+        EXPECT_EQ(toUtf8(collection->Stored()), toUtf8(text));
+    }
+}
+
+TEST_F(PropertyText, KeepsNamesWithColons) {
+    for (const char16_t* name : {u"Customer:Name", u":", u"::before", u":a!b"}) {
+        collection->AddStr(name, u"x")->Attributes()->AddLng(name, 1);
+    }
+    EXPECT_EQ(collection->Stored().substr(0, 18), u"Customer!@Name=\"x\"");
+    const std::string before = names(*collection);
+    collection->Build(collection->Stored());
+    EXPECT_EQ(names(*collection), before);
+    EXPECT_EQ(collection->Item(3)->Attributes()->Item(1)->Name(), u"::before");
+}
+
+// Every level is encoded once more, so the text would grow by a third each time.
+TEST_F(PropertyText, RefusesCollectionsThatOutgrowTheirLimit) {
+    const PropertiesRef inner = newProperties(services);
+    inner->AddStr(u"text", std::u16string(privProperties::maximumNestedLength, u'x'));
+    collection->AddObject(u"inner", inner);
+    EXPECT_THROW(collection->Stored(), Error);
+    EXPECT_FALSE(collection->SaveFile(u"f"));
+    collection->Remove(u"inner");
+    EXPECT_EQ(collection->Stored(), u"");
 }
 
 TEST_F(PropertyText, WritesTextsThatHoldATerminator) {

@@ -1,0 +1,10 @@
+#pragma once
+
+// While it lives, this thread's allocations fail after so many.
+class LimitedAllocations {
+public:
+    explicit LimitedAllocations(int count) noexcept;
+    ~LimitedAllocations();
+    LimitedAllocations(const LimitedAllocations&) = delete;
+    LimitedAllocations& operator=(const LimitedAllocations&) = delete;
+};
