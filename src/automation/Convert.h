@@ -35,7 +35,7 @@ std::optional<Date> toDate(const Variant& value);  // numbers are days, texts ar
 std::optional<std::u16string> toText(const Variant& value);
 
 // True when the platform would take the value as a number (IsNumeric). Texts: outer blanks, one
-// sign before or behind, parentheses for negative, one "$", "," within the whole part, an "e"
+// sign before or after, parentheses for negative, one "$", "," within the whole part, an "e"
 // exponent, "&H" and "&O".
 bool isNumeric(const Variant& value);
 std::optional<double> parseNumber(std::u16string_view text);

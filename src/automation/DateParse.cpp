@@ -117,7 +117,7 @@ private:
     }
     bool startsTime() const { return is(at_, Kind::number) && (separatesTime(at_ + 1) || isMeridiem(at_ + 1)); }
 
-    // h AM, h:nn, h:nn:ss, each with or without AM or PM behind.
+    // h AM, h:nn, h:nn:ss, each with or without AM or PM after it.
     bool readTime() {
         if (hasTime_) return false;
         hasTime_ = true;

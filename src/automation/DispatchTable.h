@@ -47,13 +47,13 @@ public:
     // The names must outlive the index (they are literals).
     explicit MemberIndex(std::vector<Entry> entries);
 
-    // What the empty name stands for.
+    // The member that the empty name calls.
     void setDefault(std::u16string_view name) noexcept { default_ = name; }
 
-    // The row to call. Raises 438 or 450 when there is none or the arguments do not fit.
+    // The row to call. Raises 438 for an unknown name and 450 when the arguments do not fit.
     std::size_t resolve(std::u16string_view name, InvokeKind kind, std::span<const Variant> arguments) const;
 
-    // Any row of that name, as the table spells it; npos when there is none.
+    // Any row of that name, as the table spells it; npos for an unknown name.
     std::size_t find(std::u16string_view name) const noexcept;
     const Entry& entry(std::size_t index) const noexcept { return entries_[index]; }
     std::size_t size() const noexcept { return entries_.size(); }

@@ -8,7 +8,7 @@ namespace velmor::automation {
 
 // The errors that automation itself raises, with the texts that scripts know.
 [[noreturn]] void raiseTypeMismatch();                          // 13
-[[noreturn]] void raiseNoSuchMember(std::u16string_view name);  // 438, the name behind the text
+[[noreturn]] void raiseNoSuchMember(std::u16string_view name);  // 438, the name after the text
 [[noreturn]] void raiseWrongArguments();                        // 450
 
 }  // namespace velmor::automation

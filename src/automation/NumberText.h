@@ -16,7 +16,7 @@ std::u16string numberText(double value);
 std::u16string numberText(float value);
 std::u16string numberText(std::int32_t value);
 std::u16string numberText(Currency value);  // up to 4 decimals, no trailing zeros
-std::u16string numberText(Decimal value);   // all digits, no trailing zeros behind the point
+std::u16string numberText(Decimal value);   // all digits, no trailing zeros after the point
 
 // A numeric text taken apart. Hexadecimal and octal texts come as their 32 bits in `radixValue`.
 struct ParsedNumber {
@@ -26,7 +26,7 @@ struct ParsedNumber {
     std::optional<std::int32_t> radixValue;
 };
 
-// Accepts outer blanks, one sign before or behind, parentheses for negative, one "$", "," in the
+// Accepts outer blanks, one sign before or after, parentheses for negative, one "$", "," in the
 // whole part, an "e" exponent, "&H" and "&O" up to 32 bits. Cost: linear in the text.
 std::optional<ParsedNumber> parseNumberText(std::u16string_view text);
 

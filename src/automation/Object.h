@@ -22,7 +22,7 @@ public:
     // left out at the end take the member's defaults, as does one that is `missing` (see
     // Variant::missing). A let or set passes the new value as the last argument. A member that
     // takes an argument by reference leaves the new value in `arguments`. A get may be asked of
-    // a method without arguments and the reverse, as scripts do. The empty name stands for the
+    // a method without arguments and the reverse, as scripts do. The empty name calls the
     // default member (the platform's DISPID_VALUE); an object without one throws 438 for it.
     // Throws Error 438 when there is no such member, 450 when the arguments are too many or a
     // required one is missing, and whatever the member itself raises.

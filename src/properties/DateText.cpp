@@ -25,7 +25,7 @@ void appendNumber(std::u16string& text, int number, int width) {
     text.append(digits.data(), end);
 }
 
-// Reads the parts of a date from left to right; after a failure it gives nothing any more.
+// Reads the parts of a date from left to right. After a failure, complete() is false.
 class DateCursor {
 public:
     explicit DateCursor(std::u16string_view text) : text_(text) {}

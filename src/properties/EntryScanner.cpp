@@ -31,7 +31,7 @@ bool EntryScanner::delimiterAt(std::size_t position) const noexcept {
 
 EntryScanner::Name EntryScanner::name(std::size_t from) const noexcept {
     const char16_t first = delimiter_[0];
-    const char16_t last = std::max(u'=', first);  // letters, the most of a name, lie behind it
+    const char16_t last = std::max(u'=', first);  // letters, most of a name, have higher codes
     Name name{npos};
     for (std::size_t i = from; i < text_.size(); ++i) {
         const char16_t unit = text_[i];

@@ -22,17 +22,17 @@ public:
     bool delimiterAt(std::size_t position) const noexcept;
 
     struct Name {
-        std::size_t end;    // an "=" or a delimiter, whichever comes first; npos when there is none
+        std::size_t end;    // the first "=" or delimiter; npos if the text has neither
         bool plain = true;  // no blank, control character or "!" in it: nothing to clean
     };
     Name name(std::size_t from) const noexcept;
     std::size_t delimiter(std::size_t from) const noexcept;
-    // The next quote, and the next "#", that stands right before a delimiter.
+    // The next quote, and the next "#", that a delimiter follows directly.
     std::size_t closingQuote(std::size_t from);
     std::size_t closingHash(std::size_t from);
 
     // The end of an unquoted value in a tag: the next delimiter that neither follows the letter of
-    // a drive nor lies in a complete nested tag.
+    // a drive nor is part of a complete nested tag.
     std::size_t tagValueEnd(std::size_t from);
 
 private:
@@ -44,7 +44,7 @@ private:
     };
     struct NestedTag {
         std::size_t begin;
-        std::size_t end;  // behind the closing marker; npos when there is none
+        std::size_t end;  // after the closing marker; npos for a tag that is never closed
     };
 
     std::size_t next(Closing& closing, std::size_t from) const noexcept;

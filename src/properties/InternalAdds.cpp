@@ -10,7 +10,7 @@ namespace velmor {
 using automation::ObjectRef;
 using automation::Variant;
 
-// Leading blanks go, then a type prefix ("!x!" or "!xx!"); "!@" stands for ":".
+// Leading blanks go, then a type prefix ("!x!" or "!xx!"); "!@" becomes ":".
 std::u16string privProperties::CleanName(std::u16string_view psName) {
     psName.remove_prefix(std::min(psName.find_first_not_of(u"\r\n \t"), psName.size()));
     if (psName.starts_with(u'!')) {

@@ -168,7 +168,7 @@ privProperty* KeyedItems::claimKey(privProperty* property, Hash hash) {
     return nullptr;
 }
 
-// Entries behind the freed slot close up, so that no search ends too early.
+// Entries after the freed slot move up, so that no search ends too early.
 void KeyedItems::dropKey(privProperty* property) noexcept {
     if (!property->keyed_) return;
     property->keyed_ = false;

@@ -29,7 +29,7 @@ public:
     auto end() const { return order_.end(); }
     void reserve(std::size_t count);  // room for so many entries in all
 
-    // The entry that carries the key; null when there is none.
+    // The entry that carries the key; null if no entry does.
     privProperty* find(std::u16string_view key) const noexcept;
     std::size_t positionOf(const privProperty* property) const noexcept;
 
@@ -68,8 +68,8 @@ private:
     std::vector<PropertyRef> order_;  // the first first_ places are free
     std::size_t first_ = 0;
     // The table of keys: open addressing with linear probing. The size is a power of two, at most
-    // four fifths are taken. A byte of each hash stands apart (0: free), so that a name that is not there,
-    // which is every new one, is found missing without touching much memory. Empty while a look
+    // four fifths are taken. One byte of each hash has an array of its own (0: free slot), so that looking up
+    // a new name touches little memory. Empty while a look
     // along the order is as quick.
     std::vector<std::uint8_t> tags_;
     std::vector<privProperty*> keyedAt_;

@@ -10,8 +10,8 @@ namespace velmor {
 
 class KeyedItems;
 
-// What a host's "For Each" steps through. Entries removed or placed behind the enumerator's back
-// move its place along: nothing is met twice or left out.
+// What a host's "For Each" steps through. Entries removed or inserted meanwhile move the
+// enumerator's place along: none is met twice or left out.
 class PropertyEnumerator final : public automation::Object {
 public:
     PropertyEnumerator(std::shared_ptr<KeyedItems> items, std::size_t position);
@@ -20,7 +20,7 @@ public:
     PropertyEnumerator& operator=(const PropertyEnumerator&) = delete;
 
     PropertyRef next();              // null at the end
-    bool skip(std::uint32_t count);  // false when fewer were left; then it stands at the end
+    bool skip(std::uint32_t count);  // false when fewer were left; it is then at the end
     void reset();
     std::shared_ptr<PropertyEnumerator> clone() const;  // at the same place
 

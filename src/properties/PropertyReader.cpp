@@ -67,7 +67,7 @@ std::optional<std::u16string> textOfSubstituted(std::u16string_view content) {
     return withoutSubstitute(content.substr(1), content[0]);
 }
 
-// The text without the white space behind its last delimiter; all of it when the last entry goes on.
+// The text without white space after its last delimiter; all of it when the last entry has no delimiter.
 std::u16string_view withoutBlankEnd(std::u16string_view text, std::size_t from, std::u16string_view delimiter) {
     if (text.ends_with(delimiter)) return text;
     const std::size_t end = text.find_last_not_of(u" \t\r\n") + 1;  // 0: white space alone

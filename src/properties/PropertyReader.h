@@ -30,7 +30,7 @@ public:
 
 private:
     using Scanner = EntryScanner;
-    // As it stands in the text.
+    // As the text spells it.
     struct Name {
         std::u16string_view text;
         bool plain;  // nothing to clean
@@ -38,8 +38,8 @@ private:
     };
 
     void readEntries(std::u16string_view text, std::u16string_view delimiter, std::size_t from);
-    // Each reads the value at `from`, right behind the "=", and gives its end, where the delimiter
-    // stands; npos: the text is not of that form and nothing was added.
+    // Each reads the value at `from`, right after the "=", and returns its end, the place of the
+    // delimiter; npos: the text is not of that form and nothing was added.
     std::size_t readValue(Scanner& scanner, Name name, std::size_t from);
     std::size_t readQuoted(Scanner& scanner, Name name, std::size_t from);
     std::size_t readMarked(Scanner& scanner, Name name, std::size_t from);

@@ -13,7 +13,7 @@ namespace {
 constexpr std::size_t kCount = 11;
 constexpr int kFirstCode = 181;
 
-// A code that is no character by itself in the code page stands for the character of its number.
+// A code that is no character of its own in the code page means the character of its number.
 char16_t unitOfCode(int code) {
     const std::u16string text = fromAnsi(std::string(1, static_cast<char>(code)));
     return text.size() == 1 && isSubstitute(text[0]) ? text[0] : static_cast<char16_t>(code);

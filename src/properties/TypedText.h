@@ -6,7 +6,7 @@
 
 namespace velmor {
 
-// The value that an unquoted text stands for, the same on every machine.
+// The value of an unquoted text, the same on every machine.
 //
 // A type character at the end asks for a type: "&" long, "%" integer, "!" single ("!" on both
 // sides: decimal), "#" double, "$" currency; with "&" and "%", a number with a decimal sign is a

@@ -51,7 +51,7 @@ public:
     PropertyRef AddObject(std::u16string_view psName, automation::ObjectRef poValue, bool pbReplaceOriginal = false);
 
     // By text: the keyed property of that name, also for a text such as "1". By any other value:
-    // the 1-based index. Null when there is none.
+    // the 1-based index. Null for an absent entry.
     template <std::same_as<automation::Variant> Index>
     PropertyRef Item(const Index& pvIndexKey) const {
         return itemAt(pvIndexKey);
@@ -65,7 +65,7 @@ public:
     // the entries that it was made for: RemoveAll, Sort and Build do not disturb it.
     std::shared_ptr<PropertyEnumerator> NewEnum() const;
 
-    // Adds the property with the default value when there is none of the name.
+    // Adds a property with the default value when the name is absent.
     PropertyRef GetProperty(std::u16string_view psName, const automation::Variant& pvDefaultValue = {});
     automation::Variant GetValue(std::u16string_view psName, const automation::Variant& pvDefaultValue = {}) const;
     std::u16string GetValueStr(std::u16string_view psName, std::u16string_view psDefaultValue = {}) const;
@@ -110,7 +110,7 @@ public:
 
     // Property files: Stored, or Delimited, as single-byte characters in the ANSI code page. A text
     // that the code page cannot hold, or that would begin like a byte order mark, is written as
-    // UTF-8 behind its mark instead, so no character is lost. With a password the file holds the
+    // UTF-8 after its mark instead, so no character is lost. With a password the file holds the
     // enciphered text (common/Cipher.h). The file is replaced whole or not at all; False when not.
     bool SaveFile(std::u16string_view psFileName, std::u16string_view psPassword = {}) const;
     bool SaveToFile(std::u16string_view psFileName, std::u16string_view psPassword = {}) const;
@@ -123,7 +123,7 @@ public:
     // value is the operator that joins it to the terms before ("AND", "OR", "NEAR", "AND NOT",
     // "OR NOT"), the long 0 for the first one. Terms are added to what is there. Linear.
     void BuildByContainsQuery(std::u16string_view psSearchString);
-    // The condition as text: an operator stands where a value's text is longer than one character.
+    // The condition as text: a value whose text is longer than one character is an operator.
     std::u16string ContainsQuery() const;
 
     void RemoveAll();
@@ -143,7 +143,7 @@ public:
                        bool pbReplaceOriginal = false);
     // To position plToIndex, lowered to Count and raised to 1.
     void Move(const automation::Variant& pvIndexKey, std::int32_t plToIndex);
-    std::int32_t GetPropertyIndex(std::u16string_view psName) const;  // 0 when there is none; linear
+    std::int32_t GetPropertyIndex(std::u16string_view psName) const;  // 0 when absent; linear
     std::int32_t CountTotal() const;                                  // children included; raises 6 on overflow
 
     // Sums of the properties' own figures, each counted once for having attributes and once more
@@ -194,7 +194,7 @@ private:
 
     platform::Services& services_;
     std::shared_ptr<KeyedItems> items_;
-    // True while this collection is being written, sized or counted: met again, it counts as empty.
+    // True while this collection is being written, sized or counted. Reached again, it counts as empty.
     mutable bool visiting_ = false;
 
     // Enters a collection for writing, sizing or counting, unless it is already entered or too

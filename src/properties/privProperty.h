@@ -121,11 +121,11 @@ public:
     // True when the text does not occur in the value, without regard to case.
     bool ValueNotIn(std::u16string_view psText) const;
 
-    // The attached builder; an empty one is attached when there is none.
+    // The attached builder; an empty one is attached first if needed.
     std::shared_ptr<privStrCat> StrCatValue();
     void SetStrCatValue(std::shared_ptr<privStrCat> poBuilder);
 
-    // Name and value as they lie here, without a copy. They hold until the property changes; the
+    // Name and value without a copy. They are valid until the property changes; the
     // value is not current while a builder is attached.
     std::u16string_view nameView() const noexcept { return name_; }
     const automation::Variant& rawValue() const;
