@@ -1,6 +1,8 @@
 #include "cli/CleanCommand.h"
 
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "cli/DocumentJoiner.h"
 #include "cli/Documents.h"
@@ -23,7 +25,7 @@ public:
     ExitCode run() {
         std::u16string text = joins_ ? join() : read(options_.inputs.front());
         if (Module1::isCleanable(text)) {
-            clean(text);
+            clean(text, joins_ || options_.merge);
         } else if (!holdsTag_) {
             tell(inputName(options_.inputs.front()) + " is not RTF of version 1; it is left as it is");
         }
@@ -39,24 +41,28 @@ private:
         return text;
     }
 
+    // Each document is cleaned by itself first, so that its markers for headers and footers have their effect.
     std::u16string join() {
         const auto& inputs = options_.inputs;
-        DocumentJoiner joiner(read(inputs.front()), inputName(inputs.front()));
-        for (auto input = inputs.begin() + 1; input != inputs.end(); ++input) {
-            const std::size_t lost = joiner.add(read(*input), inputName(*input));
+        std::vector<std::u16string> texts;
+        for (const std::string& input : inputs) texts.push_back(read(input));
+        for (std::size_t i = 0; i < texts.size() && !holdsTag_; ++i) clean(texts[i], false);
+        DocumentJoiner joiner(std::move(texts.front()), inputName(inputs.front()));
+        for (std::size_t i = 1; i < texts.size(); ++i) {
+            const std::size_t lost = joiner.add(texts[i], inputName(inputs[i]));
             if (lost == 0) continue;
-            tell(inputName(*input) + ": " + std::to_string(lost) + (lost == 1 ? " character" : " characters") +
+            tell(inputName(inputs[i]) + ": " + std::to_string(lost) + (lost == 1 ? " character" : " characters") +
                  " outside of the document left out");
         }
         return std::move(joiner).joined();
     }
 
-    void clean(std::u16string& text) {
+    void clean(std::u16string& text, bool mergeMode) {
         const auto tag = std::make_shared<kvTag>(services_);
         tag->Properties().own()->AddBoolean(u"kvTag.RTF Tolerant", !options_.exact, true);
-        tag->CleanRTFMergeMode(joins_ || options_.merge);
+        tag->CleanRTFMergeMode(mergeMode);
         tag->CleanRTF(text);
-        if (tag->CleanRTFMergeMode()) reportPageBreaks(text);
+        if (mergeMode) reportPageBreaks(text);
         tag->Dispose();
     }
 

@@ -6,6 +6,7 @@
 #include "rtf/BlankLines.h"
 #include "rtf/EmbeddedDocuments.h"
 #include "rtf/HeadersFooters.h"
+#include "rtf/KeepSectionWords.h"
 #include "rtf/LooseTables.h"
 #include "rtf/MergePageBreaks.h"
 #include "rtf/MergeTables.h"
@@ -85,13 +86,13 @@ private:
     }
 
     void finish() {
+        // Section markers know joined documents by their merge markers.
+        if (options_.tolerant) applySectionMarkers();
         if (options_.mergeMode && groups_.has(Group::mergePageBreak)) {
             const bool headers = groups_.has(Group::header) || groups_.has(Group::footer);
             attempt([&] { Module1::ApplyMergePageBreaks(text_, options_, headers); });
         }
-        if (groups_.has(Group::section)) {
-            attempt([&] { Module1::ApplySectionMarkers(text_, options_); });
-        }
+        if (!options_.tolerant) applySectionMarkers();
         bool hasMarkers = groups_.has(Group::tableMarker);
         if (mayHaveLooseTables(hasMarkers)) {
             attempt([&] { hasMarkers |= Module1::MarkLooseTables(text_, options_, guids_); });
@@ -99,11 +100,17 @@ private:
         if (options_.overrunProtection) Module1::ProtectTableRows(text_, options_);
         if (groups_.has(Group::generator)) Module1::RemoveGeneratorSectionWords(text_);
         if (groups_.has(Group::background)) Module1::RemoveBackground(text_, options_);
+        if (hasDocuments_ && options_.tolerant) Module1::KeepSectionWords(text_, options_);
         if (hasDocuments_) Module1::UnwrapNestedDocuments(text_, options_);
         if (hasMarkers) Module1::ConvertNestedTables(text_, options_);
         trimTrailingSpace();
         if (groups_.has(Group::generator)) Module1::RemoveDuplicateGenerators(text_);
         Module1::CollapseBlankLines(text_, options_);
+    }
+
+    void applySectionMarkers() {
+        if (!groups_.has(Group::section)) return;
+        attempt([&] { Module1::ApplySectionMarkers(text_, options_); });
     }
 
     bool mayHaveLooseTables(bool hasMarkers) const {

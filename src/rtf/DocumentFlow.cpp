@@ -74,7 +74,9 @@ void DocumentFlow::enter(std::u16string_view text, std::size_t at, std::uint32_t
 void DocumentFlow::leave() {
     levels_.resize(readings_.back().base);
     readings_.pop_back();
-    if (!readings_.empty()) sections_.leaveDocument(place(readings_.back().at, readings_.back().at));
+    if (readings_.empty()) return;
+    sections_.leaveDocument();
+    sections_.leaveGroup(place(readings_.back().at, readings_.back().at));
 }
 
 void DocumentFlow::step() {
@@ -182,6 +184,7 @@ void DocumentFlow::closeGroup() {
         reading.group.reset();
     }
     levels_.pop_back();
+    if (levels_.size() > readings_.front().base + 1) sections_.leaveGroup(place(reading.at, reading.at));
 }
 
 // ---- Words
@@ -189,7 +192,7 @@ void DocumentFlow::closeGroup() {
 void DocumentFlow::readBackslash() {
     Reading& reading = readings_.back();
     const std::size_t index = reading.at;
-    if (!sections_.awaitsContent() && index + 2 < reading.text.size() &&
+    if (!sections_.awaitsContent() && !sections_.awaitsSectionWords() && index + 2 < reading.text.size() &&
         !mayMatter(reading.text[index + 1], reading.text[index + 2])) {
         reading.at = index + 2;
         return;
@@ -268,6 +271,8 @@ void DocumentFlow::takeBodyWord(const ControlWord& word, std::size_t behind) {
         sections_.sectionBreak(place(word.begin, behind));
     } else if (is(u"sectd")) {
         sections_.sectionDefaults(place(word.begin, behind));
+    } else if (sections_.awaitsSectionWords() && isSectionWord(word.letters)) {
+        sections_.sectionWord(place(word.begin, behind));
     } else {
         if (is(u"trowd")) rowIsOpen_ = true;
         if (sections_.awaitsContent() && shows(word.letters)) content(word.begin);

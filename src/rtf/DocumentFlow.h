@@ -62,7 +62,7 @@ private:
 
     bool inTable() const noexcept { return rowIsOpen_ || readings_.back().inTable || levels_.back().inTable; }
     FlowPlace place(std::size_t begin, std::size_t end) const noexcept {
-        return {readings_.back().number, begin, end, levels_.back().body, inTable()};
+        return {readings_.back().number, begin, end, levels_.back().body, inTable(), levels_.size()};
     }
     void content(std::size_t index) {
         if (levels_.back().body && sections_.awaitsContent()) sections_.content(place(index, index));

@@ -45,11 +45,8 @@ bool saysTable(std::u16string_view text, std::size_t at) noexcept {
 
 }  // namespace
 
-DocumentUnwrapper::DocumentUnwrapper(std::u16string_view text, std::size_t host, bool mergeMode)
-    : text_(text),
-      host_(host),
-      mergeMode_(mergeMode),
-      hostPage_(findCodePage(codePageOfDocument(text, hostHeaderStart(text, host)))) {
+DocumentUnwrapper::DocumentUnwrapper(std::u16string_view text, std::size_t host)
+    : text_(text), host_(host), hostPage_(findCodePage(codePageOfDocument(text, hostHeaderStart(text, host)))) {
     for (std::size_t at = host + 1; at < text_.size();) {
         const char16_t unit = text_[at];
         if (unit == u'\\') {
@@ -61,7 +58,7 @@ DocumentUnwrapper::DocumentUnwrapper(std::u16string_view text, std::size_t host,
             continue;
         }
         if (unit == u'}') {
-            closeGroup(at);
+            closeGroup();
         } else if (skipped_ > 0 && unit != u'\r' && unit != u'\n') {
             --skipped_;
         }
@@ -137,9 +134,7 @@ void DocumentUnwrapper::takeWord(const ControlWord& word) {
     } else if (documents_.empty()) {
         if (word.letters == u"deff") hostFont_ = numberOf(word.number);
     } else {
-        Document& document = documents_.back();
-        document.breaksSection = document.breaksSection || word.letters == u"sect";
-        if (document.depth + 1 == groups_.size()) takeHeaderWord(word);
+        if (documents_.back().depth + 1 == groups_.size()) takeHeaderWord(word);
     }
 }
 
@@ -249,7 +244,7 @@ void DocumentUnwrapper::openDocument(std::size_t index) {
     ++documentCount_;
 }
 
-void DocumentUnwrapper::closeGroup(std::size_t index) {
+void DocumentUnwrapper::closeGroup() {
     skipped_ = 0;
     if (groups_.size() > 1) {
         const Group closed = groups_.back();
@@ -260,29 +255,16 @@ void DocumentUnwrapper::closeGroup(std::size_t index) {
         }
     }
     if (documents_.empty() || documents_.back().depth != groups_.size()) return;
-    if (documents_.back().opening != noChange) closeDocument(index);
+    closeDocument();
     documents_.pop_back();
 }
 
-void DocumentUnwrapper::closeDocument(std::size_t index) {
+void DocumentUnwrapper::closeDocument() {
     const Document& document = documents_.back();
-    const bool open = endsSection(index + 1, document.breaksSection);
+    if (document.opening == noChange || !document.endsParagraph) return;
     Change& opening = changes_[document.opening];
-    if (open || document.endsParagraph) opening.begin = document.begin;
-    if (document.endsParagraph) opening.text.insert(0, open ? u"\\par" : u"\\par{");
-    if (open) changes_.push_back({index, index + 1, document.number, {}});
-}
-
-// Whether no text stands between a document and the end of its last section: the host's, or in merge
-// mode a section break.
-bool DocumentUnwrapper::endsSection(std::size_t behind, bool breaksSection) const noexcept {
-    while (mergeMode_ && (behind = skipWhiteSpace(text_, behind)) < text_.size() && text_[behind] == u'\\') {
-        const ControlWord word = readWord(text_, behind);
-        if (word.letters.empty()) return false;
-        if (word.letters == u"sect") return true;
-        behind = word.end;
-    }
-    return (mergeMode_ || breaksSection) && groups_.size() == 1 && standsAt(text_, skipWhiteSpace(text_, behind), u"}");
+    opening.begin = document.begin;
+    opening.text.insert(0, u"\par{");
 }
 
 // Readers decode a font's text by its character set, whatever the document's is.

@@ -15,10 +15,8 @@ namespace velmor {
 // Tolerant unwrapping: what goes, and what changes, in the documents that lie in a host.
 class DocumentUnwrapper {
 public:
-    // `host` is where the host begins. A document loses its braces when its last section ends with
-    // it (in merge mode, or when it has several): readers restore the section's words at a brace, too,
-    // before they are of use.
-    DocumentUnwrapper(std::u16string_view text, std::size_t host, bool mergeMode);
+    // `host` is where the host begins.
+    DocumentUnwrapper(std::u16string_view text, std::size_t host);
 
     TextEdits edits();
 
@@ -41,7 +39,6 @@ private:
         std::int32_t level = 0;     // and its level
         bool begun = false;         // its first paragraph or row was seen
         bool endsParagraph = false;
-        bool breaksSection = false;
     };
 
     // What RTF restores behind a group; its last two members go on behind one of the same story.
@@ -63,15 +60,13 @@ private:
     void keepInTable(const ControlWord& word);
     std::size_t openGroup(std::size_t index);
     void openDocument(std::size_t index);
-    void closeGroup(std::size_t index);
-    void closeDocument(std::size_t index);
-    bool endsSection(std::size_t behind, bool breaksSection) const noexcept;
+    void closeGroup();
+    void closeDocument();
     void readFontCharsets();
     bool fontHasOwnCharset(std::int32_t font);
 
     std::u16string_view text_;
     std::size_t host_;
-    bool mergeMode_;
     const CodePage* hostPage_;
     std::int32_t hostFont_ = 0;  // its default
     std::vector<Change> changes_;

@@ -38,7 +38,7 @@ HeaderWords& HeaderSections::wordsOf(const FlowPlace& place) {
 }
 
 void HeaderSections::enterDocument(std::uint32_t text) {
-    documents_.push_back({text, {}, section_.words});
+    documents_.push_back({text, {}, braced_ && section_.hasContent});
     Start* const start = target();
     if (start == nullptr) return;
     for (const HeaderKind kind : headerKinds) {
@@ -46,14 +46,8 @@ void HeaderSections::enterDocument(std::uint32_t text) {
     }
 }
 
-void HeaderSections::leaveDocument(const FlowPlace& place) {
+void HeaderSections::leaveDocument() {
     const std::uint32_t left = documents_.back().text;
-    if (braced_ && section_.depth == documents_.size()) {
-        section_.restored.push_back({change(place.text, place.begin, place.begin, false), documents_.back().outside});
-        --section_.depth;
-    }
-    // Nothing but \\sectd takes it back.
-    if (braced_ && documents_.back().outside.title) section_.words.title = true;
     documents_.pop_back();
     Start* const start = target();
     if (start == nullptr) return;
@@ -62,6 +56,41 @@ void HeaderSections::leaveDocument(const FlowPlace& place) {
         const bool searched = groups.source != 0 ? groups.source == left : groups.awaited == left;
         if (searched) groups.searching = false;
     }
+}
+
+// ---- Groups, which restore what a section was before them
+
+void HeaderSections::leaveBraces(const FlowPlace& place) {
+    for (; !saved_.empty() && saved_.back().depth > place.depth; saved_.pop_back()) {
+        section_.words = saved_.back().words;
+        section_.said = saved_.back().said;
+    }
+    if (lastPage_) lastPage_->holding.leave(place);
+    if (section_.start) section_.holding.leave(place);
+}
+
+// The words in force are about to change, in a group of this depth.
+void HeaderSections::save(std::size_t depth) {
+    if (braced_ && (saved_.empty() || saved_.back().depth < depth))
+        saved_.push_back({depth, section_.words, section_.said});
+}
+
+// What starts anew precedes what the host says from here on.
+void HeaderSections::forgetSaid() {
+    section_.said = {};
+    for (Saved& saved : saved_) saved.said = {};
+}
+
+// The groups in that of the section's start do not take back what the start says.
+void HeaderSections::holdInGroups(const HeaderWords& carried) {
+    const std::size_t depth = section_.holding.place.depth;
+    auto inner = saved_.end();
+    while (inner != saved_.begin() && (inner - 1)->depth > depth) --inner;
+    if (inner == saved_.begin() || (inner - 1)->depth < depth) {
+        const HeaderWords before = inner == saved_.end() ? section_.words : inner->words;
+        inner = saved_.insert(inner, {depth, before, {}}) + 1;
+    }
+    for (; inner != saved_.end(); ++inner) add(carried, inner->said, inner->words);
 }
 
 // ---- Where sections begin
@@ -78,42 +107,49 @@ void HeaderSections::marker(HeaderKind kind, const FlowPlace& place) {
     Start start;
     start.want(kind);
     if (!section_.hasContent) {
-        writeRestored();  // they stand in front of what the start brings
         start.change = taken;
         section_.start = start;
-        section_.said = {};
-        section_.depth = documents_.size();
+        section_.holding = {place};
+        forgetSaid();
     } else if (place.inTable) {
         pending_ = start;
     } else if (lastPage_) {
         start.asPage = lastPage_->described;
         start.forBreak = true;
+        const Holding holding = lastPage_->holding;
         const std::size_t page = cut(lastPage_->place);
-        // Not between the braces of a document that has ended.
-        const bool elsewhere = braced_ && !start.asPage && lastPage_->place.text != place.text;
-        begin(start, elsewhere ? taken : page);
+        closeSectionAt(*lastPage_);
+        begin(start, page, holding);
     } else {
-        begin(start, taken);
+        closeSection();
+        begin(start, taken, {place});
     }
 }
 
-void HeaderSections::begin(Start start, std::size_t change) {
-    closeSection();
+void HeaderSections::begin(Start start, std::size_t change, const Holding& holding) {
     start.change = change;
     start.breaks = true;
     Section next;
-    next.words = section_.words;
     next.start = start;
-    next.depth = documents_.size();
+    next.holding = holding;
+    beginSection(std::move(next));
+}
+
+// The section before it is closed.
+void HeaderSections::beginSection(Section next) {
+    next.words = section_.words;
     section_ = std::move(next);
     lastPage_.reset();
+    forgetSaid();
+    for (Document& document : documents_) document.continues = false;
 }
 
 void HeaderSections::placePending(const FlowPlace& place) {
     if (!pending_ || place.inTable || !place.body) return;
     const Start start = *pending_;
     pending_.reset();
-    begin(start, change(place.text, place.begin, place.begin));
+    closeSection();  // what it writes here precedes the new one
+    begin(start, change(place.text, place.begin, place.begin), {place});
 }
 
 void HeaderSections::content(const FlowPlace& place) {
@@ -139,7 +175,7 @@ void HeaderSections::pageBreak(const FlowPlace& place) {
         return;
     }
     section_.hasContent = section_.hasPage = true;
-    if (!place.inTable) lastPage_ = PageBreak{place, false};
+    if (!place.inTable) lastPage_ = PageBreak{place, false, {place}, section_.holding, section_.words};
 }
 
 void HeaderSections::sectionBreak(const FlowPlace& place) {
@@ -151,11 +187,8 @@ void HeaderSections::sectionBreak(const FlowPlace& place) {
     }
     closeSection();
     Section next;
-    next.words = section_.words;
     next.byDocument = place.text != FlowPlace::host;
-    next.depth = documents_.size();
-    section_ = std::move(next);
-    lastPage_.reset();
+    beginSection(std::move(next));
 }
 
 void HeaderSections::description() {
@@ -180,6 +213,7 @@ void HeaderSections::tellTakers(const FlowPlace& place, Set set) {
 
 template <typename Set>
 void HeaderSections::setWord(const FlowPlace& place, Set set) {
+    if (place.body && place.text == FlowPlace::host) save(place.depth);
     if (place.body) set(wordsOf(place));
     if (place.text != FlowPlace::host) {
         cut(place);
@@ -193,14 +227,18 @@ void HeaderSections::setWord(const FlowPlace& place, Set set) {
 void HeaderSections::sectionDefaults(const FlowPlace& place) {
     const bool host = place.text == FlowPlace::host;
     lastPage_.reset();
+    if (host) save(place.depth);
     wordsOf(place) = {};
     if (host) section_.said = {};
     if (!host) tellTakers(place, [](HeaderWords& words) { words = {}; });
-    if (!host && section_.start) {
-        cut(place);  // the section goes on with the page, margins and columns of the one before
+    if (!host && (section_.start || documents_.back().continues)) {
+        cut(place);  // the section goes on with its page, margins and columns
         return;
     }
-    if (!host && section_.byDocument) section_.words.title = false;
+    if (!host && section_.byDocument) {
+        save(place.depth);
+        section_.words.title = false;
+    }
     if (host && !section_.start) return;
     const std::size_t behind = place.begin + std::u16string_view(u"\\sectd").size();
     section_.defaults.push_back(change(place.text, std::min(behind, place.end), place.end, false));
@@ -220,6 +258,10 @@ void HeaderSections::frame(std::size_t index, std::u16string_view word, const Fl
 
 void HeaderSections::titlePage(const FlowPlace& place) {
     setWord(place, [](HeaderWords& words) { words.title = true; });
+}
+
+void HeaderSections::sectionWord(const FlowPlace& place) {
+    if (place.body && awaitsSectionWords()) cut(place);
 }
 
 void HeaderSections::facingPages(const FlowPlace& place) {
@@ -242,7 +284,9 @@ void HeaderSections::group(HeaderName name, std::u16string_view text, const Flow
 }
 
 void HeaderSections::keepHostGroup(HeaderName name, std::u16string_view text, const FlowPlace& place) {
-    placePending({place.text, place.begin, place.begin, place.body, place.inTable});
+    FlowPlace before = place;
+    before.end = before.begin;
+    placePending(before);
     lastPage_.reset();
     if (name.pages != HeaderPages::left) current_[name.kind].firstIsMain = false;
     const HeaderPages pages = std::max(name.pages, HeaderPages::right);  // the right ones are all, or all but left ones
@@ -270,14 +314,14 @@ void HeaderSections::take(HeaderName name, std::u16string_view text) {
 
 // ---- What is written
 
-void HeaderSections::closeSection() {
+HeaderWords HeaderSections::closeSection(bool left) {
     for (const HeaderKind kind : headerKinds) {
         const std::u16string_view main = mainOf(section_.given[kind]);
         if (!main.empty()) current_[kind].main = main;
     }
-    if (section_.start) changes_[section_.start->change].put = startText(*section_.start);
+    const HeaderWords carried = section_.start ? writeStart(*section_.start, left) : HeaderWords();
     for (const std::size_t behind : section_.defaults) appendWords(changes_[behind].put, section_.words);
-    writeRestored();
+    return carried;
 }
 
 // Says of a section what a new header brings with it.
@@ -293,15 +337,18 @@ void HeaderSections::add(const HeaderWords& carried, const HeaderWords& said, He
     words.title = words.title || carried.title;
 }
 
-void HeaderSections::writeRestored() {
-    for (const auto& [behind, words] : section_.restored) {
-        if (words != section_.words) appendWords(changes_[behind].put, section_.words);
-    }
-    section_.restored.clear();
+// The section ends at a page break; groups around it may have ended since.
+void HeaderSections::closeSectionAt(const PageBreak& page) {
+    const bool left = section_.holding.place.depth < page.sectionHolding.place.depth;
+    section_.holding = page.sectionHolding;
+    const HeaderWords words = std::exchange(section_.words, page.words);
+    const HeaderWords carried = closeSection(left);
+    section_.words = words;
+    if (!left) add(carried, section_.said, section_.words);
 }
 
 // What the taken groups' documents say about the section, which becomes what the section says.
-HeaderWords HeaderSections::carry(const Start& start) {
+HeaderWords HeaderSections::carry(const Start& start, bool left) {
     HeaderWords carried;
     for (const HeaderKind kind : headerKinds) {
         const NewGroups& groups = start.kinds[kind];
@@ -313,18 +360,17 @@ HeaderWords HeaderSections::carry(const Start& start) {
         shared.title = groups.words.title;
         add(shared, {}, carried);
     }
+    if (braced_ && !left) holdInGroups(carried);
     add(carried, section_.said, section_.words);
-    // Their braces will restore it.
-    for (std::size_t i = section_.depth; i < documents_.size(); ++i) add(carried, {}, documents_[i].outside);
     return carried;
 }
 
-std::u16string HeaderSections::startText(const Start& start) {
+HeaderWords HeaderSections::writeStart(const Start& start, bool left) {
     const bool hadTitle = section_.words.title;
-    const HeaderWords carried = carry(start);
-    const bool title = section_.words.title;
-    std::u16string words;
+    std::u16string words = start.breaks ? u"\\sbkpage\\pgncont" : u"";
+    const HeaderWords carried = carry(start, left);
     appendWords(words, carried);
+    const bool title = section_.words.title;
     std::u16string groups;
     for (const HeaderKind kind : headerKinds) {
         const NewGroups& newGroups = start.kinds[kind];
@@ -334,9 +380,17 @@ std::u16string HeaderSections::startText(const Start& start) {
             appendFirstOfOther(groups, kind);
         }
     }
+    const Holding& holding = section_.holding;
+    if (holding.moved && !words.empty()) {
+        const std::size_t moved = change(holding.place.text, holding.place.begin, holding.place.begin);
+        changes_[moved].put = std::exchange(words, {});
+    }
     // Words right behind a generator group would be taken for its own.
-    if (!start.breaks) return groups + words;
-    return (start.asPage ? u"\\page\\sbkpage\\pgncont" : u"\\sect\\sbkpage\\pgncont") + words + groups;
+    const std::u16string_view opening = !start.breaks ? u"" : start.asPage ? u"\\page" : u"\\sect";
+    std::u16string& put = changes_[start.change].put;
+    put = opening;
+    put += start.breaks ? words + groups : groups + words;
+    return carried;
 }
 
 // Every page shows the new ones: what a section does not give is that of the section before.

@@ -22,6 +22,7 @@ struct FlowPlace {
     std::size_t end = 0;
     bool body = true;  // not in a header, a note, a picture, a field, ...
     bool inTable = false;
+    std::size_t depth = 0;  // of the groups around it
 };
 
 // Groups of one kind, by the pages that they are for; empty where there is none. Of several the first one counts.
@@ -59,8 +60,11 @@ public:
     // ---- What a reader meets. Words that end with a blank include it in their place.
 
     void enterDocument(std::uint32_t text);
-    // The place is behind it.
-    void leaveDocument(const FlowPlace& place);
+    void leaveDocument();
+    // The place is behind it; also told of a document's end.
+    void leaveGroup(const FlowPlace& place) {
+        if (braced_) leaveBraces(place);
+    }
     void content(const FlowPlace& place);
     void paragraphEnd(const FlowPlace& place);
     void pageBreak(const FlowPlace& place);
@@ -71,6 +75,8 @@ public:
     // `word` is one of the frame's, with its line.
     void frame(std::size_t index, std::u16string_view word, const FlowPlace& place);
     void titlePage(const FlowPlace& place);
+    // Any other word that describes a section.
+    void sectionWord(const FlowPlace& place);
     void facingPages(const FlowPlace& place);
     // A header or footer group that has its end.
     void group(HeaderName name, std::u16string_view text, const FlowPlace& place);
@@ -80,6 +86,8 @@ public:
     // In front of the host's last brace.
     void hostEnd(const FlowPlace& place);
 
+    // Whether sectionWord would change anything.
+    bool awaitsSectionWords() const noexcept { return !documents_.empty() && documents_.back().continues; }
     // False when content would change nothing.
     bool awaitsContent() const noexcept { return pending_ || lastPage_ || !section_.hasContent; }
 
@@ -102,10 +110,20 @@ private:
         bool takesGroups() const noexcept;
     };
 
-    // Behind a document's brace, which makes these words hold again.
-    struct Restored {
-        std::size_t change;
-        HeaderWords words;
+    // Where what a section says of itself holds to its end (see HoldingPlace).
+    struct Holding {
+        FlowPlace place;
+        bool moved = false;  // behind a brace
+
+        void leave(const FlowPlace& behind) noexcept {
+            if (behind.depth < place.depth) *this = {behind, true};
+        }
+    };
+
+    // What a group's closing brace restores.
+    struct Saved {
+        std::size_t depth;
+        HeaderWords words, said;  // as in Section
     };
 
     struct Section {
@@ -118,8 +136,7 @@ private:
         std::optional<Start> start;
         PerKind<std::vector<std::pair<std::size_t, std::size_t>>> hostGroups;
         std::vector<std::size_t> defaults;  // changes behind \sectd
-        std::size_t depth = 0;              // of the document in which what it says was written last
-        std::vector<Restored> restored;
+        Holding holding;                    // for what its start brings
     };
 
     // What the pages behind show of one kind.
@@ -131,21 +148,29 @@ private:
     struct Document {
         std::uint32_t text;
         HeaderWords words;
-        HeaderWords outside;  // of the section in which it begins
+        bool continues;  // a section that shows something in front of the document
     };
 
     struct PageBreak {
         FlowPlace place;
         bool described;
+        Holding holding;         // of the section that it may begin
+        Holding sectionHolding;  // of the one that it ends
+        HeaderWords words;
     };
 
     // Returns its index; what is put may follow later.
     std::size_t change(std::uint32_t text, std::size_t begin, std::size_t end, bool cuts = true);
     std::size_t cut(const FlowPlace& place) { return change(place.text, place.begin, place.end); }
     void placePending(const FlowPlace& place);
-    void begin(Start start, std::size_t change);
-    void closeSection();
-    void writeRestored();
+    void begin(Start start, std::size_t change, const Holding& holding);
+    void beginSection(Section next);
+    // `left`: the groups in which it ends have ended since. Returns what its start brought.
+    HeaderWords closeSection(bool left = false);
+    void closeSectionAt(const PageBreak& page);
+    void leaveBraces(const FlowPlace& place);
+    void save(std::size_t depth);
+    void forgetSaid();
     HeaderWords& wordsOf(const FlowPlace& place);
     template <typename Set>
     void tellTakers(const FlowPlace& place, Set set);
@@ -155,9 +180,10 @@ private:
     void keepHostGroup(HeaderName name, std::u16string_view text, const FlowPlace& place);
     Start* target() noexcept { return pending_ ? &*pending_ : section_.start ? &*section_.start : nullptr; }
     bool justBegan() const noexcept;
+    void holdInGroups(const HeaderWords& carried);
     static void add(const HeaderWords& carried, const HeaderWords& said, HeaderWords& words);
-    HeaderWords carry(const Start& start);
-    std::u16string startText(const Start& start);
+    HeaderWords carry(const Start& start, bool left);
+    HeaderWords writeStart(const Start& start, bool left);
     void appendNew(std::u16string& text, HeaderKind kind, const NewGroups& groups, bool title);
     void appendFirstOfOther(std::u16string& text, HeaderKind kind);
 
@@ -166,6 +192,7 @@ private:
     std::optional<Start> pending_;  // inside a table: begins behind it
     std::optional<PageBreak> lastPage_;
     std::vector<Document> documents_;  // open ones
+    std::vector<Saved> saved_;         // deeper ones follow
     PerKind<Current> current_;
     bool facing_ = false;
     bool braced_;

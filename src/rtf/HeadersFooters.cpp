@@ -9,6 +9,7 @@
 #include "rtf/HeaderSections.h"
 #include "rtf/RtfScanner.h"
 #include "rtf/TextEdits.h"
+#include "rtf/read/WordTable.h"
 
 namespace velmor {
 namespace {
@@ -20,10 +21,11 @@ bool holdsAny(GroupSet groups) noexcept {
 }
 
 // Whether a document says something of its section that would become the host's.
-bool holdsSectionWord(std::u16string_view text) noexcept {
+bool holdsSectionWord(std::u16string_view text, bool tolerant) noexcept {
     RtfScanner scanner(text, 0, text.size());
     while (scanner.nextWord()) {
         const std::size_t at = scanner.position();
+        if (tolerant && isSectionWord(readWord(text, at).letters)) return true;
         switch (text[at + 1]) {
             case u's':
                 if (wordStandsAt(text, at, u"\\sectd")) return true;
@@ -47,11 +49,11 @@ bool holdsSectionWord(std::u16string_view text) noexcept {
     return false;
 }
 
-bool needsReading(TableCollection& tables) {
+bool needsReading(TableCollection& tables, bool tolerant) {
     if (holdsAny(tables.hostGroups())) return true;
-    return std::any_of(tables.documents().begin(), tables.documents().end(), [](const auto& document) {
+    return std::any_of(tables.documents().begin(), tables.documents().end(), [&](const auto& document) {
         return holdsAny(document.groups) || document.groups.has(Group::header) || document.groups.has(Group::footer) ||
-               holdsSectionWord(document.text);
+               holdsSectionWord(document.text, tolerant);
     });
 }
 
@@ -86,7 +88,7 @@ Iterator apply(Iterator change, Iterator end, std::u16string& text, TextEdits& e
 }  // namespace
 
 void Module1::ApplyHeadersFooters(std::u16string& psText, TableCollection& poTables, const CleanOptions& options) {
-    if (!needsReading(poTables)) return;
+    if (!needsReading(poTables, options.tolerant)) return;
     HeaderSections sections(options.tolerant);
     DocumentFlow(psText, poTables, sections).run();
     std::vector<Change> changes = sections.finish();

@@ -97,13 +97,13 @@ void JoinedHeaders::read(std::size_t host) {
         if (text_[index] != u'\\') {
             takeBrace(index);
         } else if (wordStandsAt(text_, index, u"\\bin")) {
-            scanner = RtfScanner(text_, skipEscape(text_, index), text_.size());
+            scanner.goOnAt(skipEscape(text_, index));
         } else {
             takeWord(index);
         }
     }
     joinUpTo(text_.size());
-    closeSection();
+    closeSection(lastBrace_);
 }
 
 void JoinedHeaders::takeBrace(std::size_t index) {
@@ -119,12 +119,13 @@ void JoinedHeaders::takeBrace(std::size_t index) {
         open_.reset();
     }
     if (depth_ > 0) --depth_;
+    lastBrace_ = index;
 }
 
 void JoinedHeaders::takeWord(std::size_t index) {
     if (open_) return;
     if (wordStandsAt(text_, index, u"\\sect")) {
-        closeSection();
+        closeSection(index);
     } else if (wordStandsAt(text_, index, u"\\titlepg")) {
         title_ = endWithBlank(text_, readWord(text_, index));
     }
@@ -156,7 +157,7 @@ void JoinedHeaders::take(HeaderName name, std::size_t begin, std::size_t end) {
 void JoinedHeaders::join(const Join& join) {
     if (join.document) ++document_;
     if (open_) return;
-    closeSection();
+    closeSection(join.begin);
     if (!join.document) return;
     beginning_ = join.behind;
     for (const HeaderKind kind : headerKinds) {
@@ -164,15 +165,16 @@ void JoinedHeaders::join(const Join& join) {
         const Pages& own = own_[kind];
         foreign = {foreign.main || own.main, foreign.left || own.left, foreign.first || own.first};
         own_[kind] = {};
+        emptied_[kind] = false;
     }
 }
 
-void JoinedHeaders::closeSection() {
-    for (const HeaderKind kind : headerKinds) closeSection(kind);
+void JoinedHeaders::closeSection(std::size_t end) {
+    for (const HeaderKind kind : headerKinds) closeSection(kind, end);
     beginning_ = title_ = nowhere;
 }
 
-void JoinedHeaders::closeSection(HeaderKind kind) {
+void JoinedHeaders::closeSection(HeaderKind kind, std::size_t end) {
     const Pages given = std::exchange(given_[kind], {});
     Pages& own = own_[kind];
     Pages& foreign = foreign_[kind];
@@ -180,6 +182,7 @@ void JoinedHeaders::closeSection(HeaderKind kind) {
     foreign = {foreign.main && !given.main, foreign.left && !given.left, foreign.first && !given.first};
     if (beginning_ != nowhere) {
         if (foreign.main) empty(beginning_, {kind, HeaderPages::all});
+        emptied_[kind] = foreign.main;
         if (foreign.left && anyFacing_) empty(beginning_, {kind, HeaderPages::left});
         foreign.main = foreign.left = false;
     }
@@ -188,6 +191,9 @@ void JoinedHeaders::closeSection(HeaderKind kind) {
         empty(beginning_ != nowhere ? beginning_ : title_, {kind, HeaderPages::first});
         foreign.first = false;
     }
+    // An empty header at the page's edge does not move the text, however far from it the document's would be.
+    const bool silent = emptied_[kind] && !own.main && !own.left && !own.first;
+    if (silent) change(end, end, kind == HeaderKind::header ? u"\\headery0" : u"\\footery0");
 }
 
 void JoinedHeaders::empty(std::size_t place, HeaderName name) {

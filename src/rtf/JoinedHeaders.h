@@ -23,6 +23,7 @@ class JoinedHeaders {
 public:
     // Where a section begins because of a join: behind the marker.
     struct Join {
+        std::size_t begin;  // of the marker
         std::size_t behind;
         bool document;  // one follows; otherwise the text goes on with what it has
     };
@@ -61,8 +62,9 @@ private:
     void takeWord(std::size_t index);
     void take(HeaderName name, std::size_t begin, std::size_t end);
     void join(const Join& join);
-    void closeSection();
-    void closeSection(HeaderKind kind);
+    // `end`: where its last words may stand.
+    void closeSection(std::size_t end);
+    void closeSection(HeaderKind kind, std::size_t end);
     void empty(std::size_t place, HeaderName name);
     void change(std::size_t begin, std::size_t end, std::u16string text) {
         changes_.push_back({begin, end, std::move(text)});
@@ -79,6 +81,8 @@ private:
     PerKind<Pages> given_;             // by the section that is read
     PerKind<Pages> own_;               // by the document, in sections before
     PerKind<Pages> foreign_;           // what documents in front gave and is inherited
+    PerKind<bool> emptied_;            // the document was given an empty group
+    std::size_t lastBrace_ = 0;
     std::size_t beginning_ = nowhere;  // of the document whose first section this is
     std::size_t title_ = nowhere;      // behind the section's \titlepg
     std::vector<Change> changes_;

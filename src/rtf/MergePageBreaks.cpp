@@ -6,8 +6,12 @@
 #include <vector>
 
 #include "rtf/BraceScanner.h"
+#include "rtf/ControlWord.h"
+#include "rtf/HoldingPlace.h"
 #include "rtf/JoinedHeaders.h"
 #include "rtf/PageSetup.h"
+#include "rtf/ParagraphText.h"
+#include "rtf/RowState.h"
 #include "rtf/RtfScanner.h"
 #include "rtf/TextEdits.h"
 #include "rtf/WholeNumber.h"
@@ -28,13 +32,22 @@ std::size_t findMarker(std::u16string_view text, std::size_t from) noexcept {
 // What one of the joined documents says about its pages. Places are those where each word stands first.
 class PageReader {
 public:
-    PageReader(std::u16string_view text, std::size_t begin, std::size_t end, bool tolerant)
-        : text_(text.substr(0, end)), tolerant_(tolerant) {
+    // The document begins at the index, in `depth` open groups.
+    PageReader(std::size_t begin, std::size_t depth, bool tolerant)
+        : tolerant_(tolerant), depth_(depth), place_(begin, depth) {
         documentAt_.fill(nowhere);
         sectionAt_.fill(nowhere);
-        RtfScanner scanner(text, begin, end);
-        while (scanner.nextWord()) take(scanner.position());
     }
+
+    // What ends where the text does.
+    void read(std::u16string_view text, std::size_t begin);
+
+    std::size_t depth() const noexcept { return depth_; }
+    bool inRow() const noexcept { return row_.inRow(); }
+    // Whether no paragraph follows the last table, so that a break would belong to its last row.
+    bool endsWithRow() const { return lastRow_ != nowhere && !showsText(text_.substr(lastRow_)); }
+    // Where what describes the first section holds to its end.
+    std::size_t place() const noexcept { return place_.at(); }
 
     // A section ends, and none of its pages does: the described slice of the text has no end.
     bool isBroken() const noexcept { return breaks_ && !pages_; }
@@ -85,11 +98,8 @@ private:
     }
 
     void take(std::size_t index) {
+        row_.word(text_, index, depth_);
         switch (text_[index + 1]) {
-            case u'f':
-            case u'h':
-            case u't':
-                break;
             case u'l':
                 landscape_ = landscape_ || (open_ && standsAt(text_, index, u"\\lndscpsxn"));
                 break;
@@ -99,9 +109,11 @@ private:
             case u'p':
                 portrait_ = portrait_ || (open_ && standsAt(text_, index, u"\\portrait"));
                 if (wordStandsAt(text_, index, u"\\page")) takeEnd(index, true);
+                if (wordStandsAt(text_, index, u"\\par")) lastRow_ = nowhere;
                 takeValue(index);
                 break;
             case u'r':
+                if (wordStandsAt(text_, index, u"\\row")) lastRow_ = index + 4;
                 document_ = document_ || (index > 0 && documentStandsAt(text_, index - 1));
                 break;
             case u's':
@@ -118,7 +130,7 @@ private:
     // a section break says nothing of the section in front.
     void beginSection(std::size_t index) {
         if (section_ != nowhere || !open_) {
-            if (tolerant_) sectionWords_.push_back({{index, index + sectionWord.size()}, true});
+            if (tolerant_) sectionWords_.push_back({wordAt(index), true});
             return;
         }
         sectionWords_.clear();
@@ -129,6 +141,7 @@ private:
 
     // A page or section ends: so does what the first section says about itself.
     void takeEnd(std::size_t index, bool page) {
+        ended_ = ended_ || !page;
         if (section_ == nowhere) {
             breaksBefore_ = breaksBefore_ || !page;
             open_ = open_ && !(tolerant_ && breaksBefore_);
@@ -142,9 +155,12 @@ private:
     void takeRunningOn(std::size_t index) {
         if (!tolerant_ || !open_) return;
         for (const std::u16string_view word : {u"\\sbknone", u"\\sbkcol"}) {
-            if (wordStandsAt(text_, index, word)) sectionWords_.push_back({{index, index + word.size()}, false});
+            if (wordStandsAt(text_, index, word)) sectionWords_.push_back({wordAt(index), false});
         }
     }
+
+    // With the blank that ends it.
+    TextRange wordAt(std::size_t index) const { return {index, endWithBlank(text_, readWord(text_, index))}; }
 
     void takeValue(std::size_t index) {
         for (std::size_t i = 0; i < PageSetup::valueCount; ++i) {
@@ -171,7 +187,30 @@ private:
     bool breaksBefore_ = false;
     bool document_ = false;
     std::vector<SectionWord> sectionWords_;
+    std::size_t depth_;
+    RowState row_;
+    std::size_t lastRow_ = nowhere;  // behind the last \row, until a paragraph ends
+    HoldingPlace place_;
+    bool ended_ = false;  // the first section
 };
+
+void PageReader::read(std::u16string_view text, std::size_t begin) {
+    text_ = text;
+    RtfScanner scanner(text, begin, text.size());
+    while (scanner.next()) {
+        const std::size_t index = scanner.position();
+        if (text[index] == u'{') {
+            ++depth_;
+        } else if (text[index] == u'}') {
+            if (depth_ > 0) --depth_;
+            row_.close(depth_);
+            if (!ended_) place_.close(index, depth_);
+        } else {
+            take(index);
+            if (tolerant_ && wordStandsAt(text, index, u"\\bin")) scanner.goOnAt(skipEscape(text, index));
+        }
+    }
+}
 
 // The breaks of a whole text.
 class MergeBreaks {
@@ -187,70 +226,85 @@ public:
     TextEdits edits();
 
 private:
+    void cut(const TextRange& word) { changes_.push_back({word.begin, word.end, {}}); }
     void read();
+    void finish(const PageReader& reader);
     void replace(std::size_t at, const PageReader& reader);
     void keepSections(const PageReader& reader);
-    bool endsWithRow(std::size_t at) const;
-    // With the blank that ends it, which would be text otherwise.
-    void cutWord(std::size_t begin, std::size_t end) {
-        const bool ended = end < text_.size() && text_[end] == u' ';
-        changes_.push_back({begin, ended ? end + 1 : end, {}});
-    }
 
     std::u16string_view text_;
     bool tolerant_;
     PageSetup hostPage_;
+    std::size_t marker_ = nowhere;  // in front of the document that is read
+    bool behindRow_ = false;        // that marker
     std::vector<JoinedHeaders::Join> joins_;
     std::vector<JoinedHeaders::Change> changes_;
 };
 
+// No section can begin in a table row: a marker there ends a paragraph, and no document.
 void MergeBreaks::read() {
     std::size_t at = findMarker(text_, 0);
     if (at == nowhere) return;
-    const PageReader host(text_, 0, at, tolerant_);
-    hostPage_ = host.documentPage();
-    keepSections(host);
-    while (at != nowhere) {
-        const std::size_t behind = at + marker.size();
-        const std::size_t next = findMarker(text_, behind);
-        const PageReader reader(text_, behind, std::min(next, text_.size()), tolerant_);
-        if (tolerant_ || !reader.isBroken()) {
-            replace(at, reader);
-            keepSections(reader);
+    PageReader reader(0, 0, tolerant_);
+    for (std::size_t begin = 0; begin <= text_.size(); at = findMarker(text_, begin)) {
+        const bool last = at == nowhere;
+        reader.read(text_.substr(0, at), begin);
+        begin = last ? text_.size() + 1 : at + marker.size();
+        if (!last && reader.inRow()) {
+            changes_.push_back({at, begin, u"\\par"});
+            continue;
         }
-        at = next;
+        finish(reader);
+        marker_ = at;
+        behindRow_ = reader.endsWithRow();
+        reader = PageReader(begin, reader.depth(), tolerant_);
     }
+}
+
+// A document is read up to its end, with the marker in front of it, if one is.
+void MergeBreaks::finish(const PageReader& reader) {
+    if (marker_ == nowhere) {
+        hostPage_ = reader.documentPage();
+    } else if (tolerant_ || !reader.isBroken()) {
+        replace(marker_, reader);
+    } else {
+        return;
+    }
+    keepSections(reader);
 }
 
 void MergeBreaks::replace(std::size_t at, const PageReader& reader) {
     const std::size_t behind = at + marker.size();
-    const std::size_t section = reader.firstSection();
     const std::u16string page = reader.page().words();
-    std::u16string words = tolerant_ ? u"\\sect\\sectd" + page + u"\\pard\\plain\\uc1" : u"\\sect" + page;
-    if (tolerant_ && endsWithRow(at)) words.insert(0, u"\\pard\\par");
+    joins_.push_back({at, behind, reader.holdsDocument()});
+    if (!tolerant_) return changes_.push_back({at, behind, u"\\sect" + page});
+    constexpr std::u16string_view fresh = u"\\pard\\plain\\uc1";
+    const std::size_t place = reader.place();
+    std::u16string words = behindRow_ ? u"\\pard\\par\\sect" : u"\\sect";
+    std::u16string description = u"\\sectd" + page;
+    if (place == behind) {
+        words += description + std::u16string(fresh);
+    } else {
+        words += fresh;
+        if (!showsText(text_.substr(behind, place - behind))) description += fresh;
+        changes_.push_back({place, place, std::move(description)});
+    }
     changes_.push_back({at, behind, std::move(words)});
-    if (tolerant_ && section != nowhere) cutWord(section, section + sectionWord.size());
-    joins_.push_back({behind, reader.holdsDocument()});
+    const std::size_t section = reader.firstSection();
+    if (section != nowhere) cut({section, endWithBlank(text_, readWord(text_, section))});
 }
 
 // A document begins on a page of its own (the host does anyway, yet readers carry such a word on to the
-// section behind), and its sections go back to its page, not to the host's.
+// next section), and its sections go back to its page, not to the host's.
 void MergeBreaks::keepSections(const PageReader& reader) {
     const std::u16string page = reader.documentPage().wordsUnlike(hostPage_);
     for (const auto& word : reader.sectionWords()) {
         if (!word.resets) {
-            cutWord(word.place.begin, word.place.end);
+            cut(word.place);
         } else if (!page.empty()) {
             changes_.push_back({word.place.end, word.place.end, page});
         }
     }
-}
-
-// Whether the text in front has no paragraph behind its last table, in which the break would be.
-bool MergeBreaks::endsWithRow(std::size_t at) const {
-    constexpr std::u16string_view row = u"\\row";
-    while (at > 0 && (isWhiteSpace(text_[at - 1]) || text_[at - 1] == u'}')) --at;
-    return at >= row.size() && standsAt(text_, at - row.size(), row) && !isEscaped(text_, at - row.size());
 }
 
 // What is put in goes in front of what is taken out there; a change that lies in another one is lost in it.

@@ -14,10 +14,11 @@ inline constexpr std::u16string_view mergePageBreakMarker = u"{\\*\\korvanemerge
 // first "\sectd", up to the next "\sect" or "\page", or else of the document's own words up to the
 // next marker. Where no word says, 0 stands.
 //
-// A marker whose document has "\sect" but no "\page" behind its "\sectd" stays. Tolerant: it is
-// replaced too; absent values are those that RTF sets for a document; and "\sectd" and "\pard\plain"
-// in the break keep the section, list, table and formatting in which the text in front ended from the
-// document, whose own first "\sectd" goes, as it would undo the page.
+// A marker whose document has "\sect" but no "\page" behind its "\sectd" stays. One in a table row
+// becomes "\par". Tolerant: every other marker is replaced; absent values are those that RTF sets for a
+// document; "\sectd" and "\pard\plain" keep the section, list, table and formatting in which the text
+// before the break ended from the document, whose own first "\sectd" goes, as it would undo the page; and
+// the page stands where it holds to the section's end, behind the closing braces around the marker.
 //
 // Each document keeps its headers and footers (see JoinedHeaders). How the section in front shows them
 // ("\titlepg", say) goes on in a document that does not begin with "\sectd", unless tolerant.

@@ -69,6 +69,9 @@ public:
         return false;
     }
 
+    // Leaves out what precedes the index: the data of \bin, say.
+    void goOnAt(std::size_t index) noexcept { at_ = index; }
+
     std::u16string_view text() const noexcept { return text_; }
     std::size_t position() const noexcept { return position_; }
 

@@ -12,8 +12,10 @@ namespace velmor::Module1 {
 //
 // A value that a group does not give is the document's, and when it gives none, that of the group
 // before. Up to 50 it is in centimetres. A number that is none, or too large, ends the stage at its
-// group; what was done stays. Where no word says, 0 stands. Tolerant: what RTF sets for a document
-// stands there, and a "\sectd" behind a new section break goes, where it would undo it. One pass.
+// group; what was done stays. Where no word says, 0 stands; tolerant, what RTF sets for a document.
+//
+// Tolerant: the page holds to its section's end (see SectionDescriptions), and in merge mode, where the
+// stage comes before ApplyMergePageBreaks, a group acts on its own document alone. Linear.
 void ApplySectionMarkers(std::u16string& psText, const CleanOptions& options);
 
 }  // namespace velmor::Module1

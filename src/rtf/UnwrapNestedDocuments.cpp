@@ -59,7 +59,7 @@ void Module1::UnwrapNestedDocuments(std::u16string& psText, const CleanOptions& 
     const std::size_t host = findHostDocument(psText);
     if (host == noDocument) return;
     if (options.tolerant) {
-        DocumentUnwrapper(psText, host, options.mergeMode).edits().apply(psText);
+        DocumentUnwrapper(psText, host).edits().apply(psText);
         return;
     }
     TextEdits edits;

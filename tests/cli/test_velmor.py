@@ -283,6 +283,13 @@ class Clean(VelmorTest):
         self.assertEqual((result.count(b"{"), result[-7:]), (result.count(b"}"), b"two}\r\n\0"))
         self.assertEqual(self.messages, "")
 
+    def test_joins_documents_with_headers_of_their_own(self):
+        self.write("a.rtf", b"{\\rtf1 a}")
+        second = b"{\\rtf1{\\header old}b{\\rtf1{\\*\\korvanenewheader}}{\\rtf1{\\header new}c}}"
+        for arguments in [["--exact"], []]:
+            result = self.velmor("clean", "a.rtf", "-", *arguments, stdin=second)
+            self.assertIn(b"b\\sect\\sbkpage\\pgncont{\\header new}", result)
+
     @unittest.skipUnless("VELMOR_EXCHANGE" in os.environ, "VELMOR_EXCHANGE is not set")
     def test_leaves_the_component_something_to_compare(self):
         if RUNNER:

@@ -181,8 +181,6 @@ TEST(UnwrapNestedDocuments, TolerantLeavesTheHostItsOwnWay) {
         {u"{\\rtf1{\\colortbl;}\\ansicpg1251{\\rtf1\\'e4}}", u"{\\rtf1{\\colortbl;}\\ansicpg1251{\\u228?}}"},
         // What stands for a \\u is counted anew.
         {u"{\\rtf1\\uc2{\\rtf1 \\u9?x}y}", u"{\\rtf1\\uc2{\\uc1\\u9?x}y}"},
-        // The last section's words hold up to the host's end.
-        {u"{\\rtf1 a{\\rtf1 b\\sect\\cols2 c}}", u"{\\rtf1 ab\\sect\\cols2 c}"},
         {u"{\\rtf1{\\rtf1\\ansicpg932\\'83\\'65}}", u"{\\rtf1{\\'83\\'65}}"},
         // A row takes no text that stands in front of its document; a page break is no text.
         {u"{\\rtf1 a{\\rtf1{\\b}\\trowd\\cellx9\\intbl b\\cell\\row}c}",
@@ -203,6 +201,16 @@ TEST(UnwrapNestedDocuments, TolerantLeavesTheHostItsOwnWay) {
     check(cases, [](std::u16string& text) { Module1::UnwrapNestedDocuments(text, tolerantly()); });
 }
 
+TEST(UnwrapNestedDocuments, TolerantDropsWhatSpeaksForAWholeDocument) {
+    for (const auto word : test::piecesOf(
+             u"adeff|adeflang|ansi|ansicpg|deff|deflang|deflangfe|gutter|landscape|mac|margb|margl|margr|margt|paperh|"
+             u"paperw|pc|pca|stshfbi|stshfdbch|stshfhich|stshfloch")) {
+        std::u16string text = u"{\\rtf1{\\rtf1\\" + std::u16string(word) + u"5 x}}";
+        Module1::UnwrapNestedDocuments(text, tolerantly());
+        EXPECT_EQ(toUtf8(text), "{\\rtf1{x}}") << toUtf8(word);
+    }
+}
+
 TEST(MergePageBreaks, TakeThePageOfTheDocumentBehindThem) {
 #define M u"{\\*\\korvanemergepagebreak}"
     const Case cases[] = {
@@ -215,6 +223,10 @@ TEST(MergePageBreaks, TakeThePageOfTheDocumentBehindThem) {
         // The slice of the first has no end; the second is not kept from being replaced.
         {M u"\\sectd x\\sect y" M u"z", M u"\\sectd x\\sect y"
                                           u"\\sect\\pgwsxn0\\pghsxn0\\marglsxn0\\margrsxn0\\margtsxn0\\margbsxn0z"},
+        // No section begins in a row.
+        {u"\\trowd a" M u"b\\row\\intbl a" M u"b\\row", u"\\trowd a\\par b\\row\\intbl a\\par b\\row"},
+        {u"\\intbl a\\pard" M u"\\pard",
+         u"\\intbl a\\pard\\sect\\pgwsxn0\\pghsxn0\\marglsxn0\\margrsxn0\\margtsxn0\\margbsxn0\\pard"},
     };
     check(cases, [](std::u16string& text) { Module1::ApplyMergePageBreaks(text, {}); });
     const Case tolerant[] = {

@@ -3,7 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "PageView.h"
+#include "SectionReader.h"
+#include "rtf/HeaderWords.h"
+#include "rtf/KeepSectionWords.h"
 #include "rtf/MergePageBreaks.h"
 #include "rtf/UnwrapNestedDocuments.h"
 #include "text/Encoding.h"
@@ -19,7 +21,7 @@ public:
         std::u16string text;
         for (unsigned count = 2 + choose_(3); count > 0; --count) {
             const std::u16string document = u"{\\rtf1" + body() + u"}";
-            const auto sections = PageView::of(document);
+            const auto sections = SectionReader::of(document);
             alone.insert(alone.end(), sections.begin(), sections.end());
             if (text.empty()) {
                 text = choose_(4) == 0 ? u"{\\rtf1" + document : document.substr(0, document.size() - 1);
@@ -32,15 +34,14 @@ public:
         options.mergeMode = true;
         options.tolerant = tolerant;
         Module1::ApplyMergePageBreaks(text, options);
+        if (tolerant) Module1::KeepSectionWords(text, options);
         Module1::UnwrapNestedDocuments(text, options);
         after = text;
-        joined = PageView::of(text);
+        joined = SectionReader::of(text);
     }
 
-    bool same() const { return joined == alone; }
-
     std::u16string before, after;
-    std::vector<PageView::Section> alone, joined;
+    std::vector<SectionReader::Section> alone, joined;
 
 private:
     std::u16string number() {

@@ -6,6 +6,7 @@
 
 #include "HeaderDuel.h"
 #include "LiteralHeaders.h"
+#include "Pieces.h"
 #include "Seed.h"
 #include "rtf/EmbeddedDocuments.h"
 #include "text/Encoding.h"
@@ -16,7 +17,6 @@ namespace {
 #define H u"{\\rtf1{\\*\\korvanenewheader}}"
 #define F u"{\\rtf1{\\*\\korvanenewfooter}}"
 #define NEW u"\\sect\\sbkpage\\pgncont"
-#define NONE u"\\pard\\plain\\par}"
 
 std::u16string applied(std::u16string text) {
     TableCollection tables(u'\uFDD0');
@@ -55,6 +55,8 @@ const Case leaks[] = {
      u"{\\rtf1\\sectd\\headery5\\titlepg a{\\rtf1\\sectd\\headery9\\cols2 b\\sect\\sectd c}}",
      u"{\\rtf1\\sectd\\headery5\\titlepg a{\\rtf1\\sectd\\headery5\\titlepg\\cols2 b\\sect\\sectd\\headery5c}}"},
     {"escaped braces", u"{\\rtf1{\\rtf1{\\header a\\}b\\\\}c}}", u"{\\rtf1{\\rtf1c}}"},
+    {"other words stay", u"{\\rtf1 a{\\rtf1\\sectd\\pgbrdrt\\brdrs\\brdrcf1\\brdrb\\brdrs x}}",
+     u"{\\rtf1 a{\\rtf1\\sectd\\brdrb\\brdrs x}}"},
     {"no end", u"{\\rtf1{\\rtf1{\\header x}y}{\\rtf1{\\header x", u"{\\rtf1{\\rtf1y}{\\rtf1{\\header x"},
 };
 INSTANTIATE_TEST_SUITE_P(Leaks, HeadersFooters, testing::ValuesIn(leaks));
@@ -88,8 +90,47 @@ const Case markers[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Markers, HeadersFooters, testing::ValuesIn(markers));
 
-void expectSame(const std::vector<test::PageView::Section>& sections,
-                const std::vector<test::PageView::Section>& expected) {
+// Words of the stages, one by one.
+TEST(HeadersFootersOf, EveryWord) {
+    const std::u16string before = u"{\\rtf1{\\rtf1", after = u"x}}";
+    for (const auto word : test::piecesOf(u"\\pgbrdrt|\\pgbrdrb|\\pgbrdrl|\\pgbrdrr|\\pgbrdropt8|\\pgbrdrsnap")) {
+        const std::u16string frame = std::u16string(word) + u"\\brdrs ";
+        EXPECT_EQ(toUtf8(applied(before + frame + after)), toUtf8(before + u" " + after)) << toUtf8(word);
+        for (const auto border : test::piecesOf(u"\\brdrt |\\brdrb |\\brdrl |\\brdrr |\\brdrbtw |\\brdrbar ")) {
+            const std::u16string kept = std::u16string(border) + after;
+            EXPECT_EQ(toUtf8(applied(before + frame + kept)), toUtf8(before + kept)) << toUtf8(border);
+        }
+    }
+}
+
+// An empty header moves no text, wherever the document would have it.
+TEST(JoinedHeaders, EmptyOnesTakeNoRoom) {
+    std::u16string text = u"{\\rtf1{\\header h}a{\\*\\korvanemergepagebreak}{\\rtf1\\sectd\\headery1440 b}}";
+    Module1::ApplyMergePageBreaks(text, {});
+    EXPECT_NE(text.find(u"{\\header\\pard\\plain\\fs2\\par}"), text.npos) << toUtf8(text);
+    EXPECT_TRUE(text.ends_with(u"\\headery1440 b}\\headery0}")) << toUtf8(text);
+}
+
+// \facingp is looked for before the text, behind the tables.
+TEST(JoinedHeaders, LetTheHostFace) {
+    const auto joined = [](const std::u16string& begin) {
+        std::u16string text = u"{\\rtf1" + begin + u"{\\*\\korvanemergepagebreak}{\\rtf1\\facingp b}}";
+        Module1::ApplyMergePageBreaks(text, {});
+        return text.substr(6, text.find(u"\\sect\\pgwsxn") - 6);
+    };
+    for (const auto group : test::piecesOf(u"fonttbl|colortbl|stylesheet|info|filetbl|upr|*\\x")) {
+        const std::u16string table = u"{\\" + std::u16string(group) + u" x}";
+        EXPECT_EQ(toUtf8(joined(table + u"a")), toUtf8(table + u"\\facingp a")) << toUtf8(table);
+    }
+    for (const auto word : test::piecesOf(u"\\sectd |\\pard |\\plain |\\par |\\u9 |\\tab |\\cell ")) {
+        const std::u16string body(word);
+        EXPECT_EQ(toUtf8(joined(body + u"a")), toUtf8(u"\\facingp" + body + u"a"));
+    }
+    EXPECT_EQ(toUtf8(joined(u"\\ansi\\deff0 a")), "\\ansi\\deff0 \\facingp a");
+}
+
+void expectSame(const std::vector<test::SectionReader::Section>& sections,
+                const std::vector<test::SectionReader::Section>& expected) {
     ASSERT_EQ(sections.size(), expected.size());
     for (std::size_t i = 0; i < expected.size(); ++i) {
         EXPECT_EQ(toUtf8(sections[i].text), toUtf8(expected[i].text)) << i;
@@ -106,7 +147,7 @@ TEST(HeadersFootersOf, RandomDocuments) {
         const test::LiteralHeaders literal([&](unsigned count) { return random() % count; }, options.tolerant);
         const std::u16string text = test::withHeadersApplied(literal.text, options);
         SCOPED_TRACE(toUtf8(literal.text) + " became " + toUtf8(text) + " seed " + std::to_string(seed));
-        expectSame(test::PageView::of(text), literal.sections);
+        expectSame(test::SectionReader::of(text), literal.sections);
     }
 }
 

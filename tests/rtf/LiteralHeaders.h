@@ -8,8 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "PageView.h"
+#include "SectionReader.h"
 #include "rtf/EmbeddedDocuments.h"
+#include "rtf/HeaderWords.h"
 #include "rtf/HeadersFooters.h"
 #include "rtf/UnwrapNestedDocuments.h"
 
@@ -43,7 +44,7 @@ public:
     }
 
     std::u16string text;
-    std::vector<PageView::Section> sections;
+    std::vector<SectionReader::Section> sections;
 
 private:
     enum class What { text, row, page, section, defaults, title, distance, border, group, marker, enter, leave };
@@ -147,6 +148,7 @@ private:
                     if (justBegan()) break;
                     content(u"|");
                     pageBreak_ = true;
+                    page_ = {words_, outside_.size(), depth_};
                     break;
                 case What::section:
                     beginPending(i);
@@ -157,7 +159,7 @@ private:
                 case What::defaults:
                     pageBreak_ = false;
                     if (host) words_ = said_ = {};
-                    if (!host && byDocument_ && wanted_.empty()) words_.title = false;
+                    if (!host && byDocument_ && wanted_.empty() && !continues_.back()) words_.title = false;
                     break;
                 case What::title:
                 case What::distance:
@@ -178,15 +180,23 @@ private:
                     break;
                 case What::enter:
                     outside_.push_back(words_);
+                    continues_.push_back(braced_ && hasContent_);
                     break;
                 case What::leave:
-                    if (braced_) words_.title = words_.title || outside_.back().title;
-                    outside_.pop_back();
-                    depth_ = std::min(depth_, outside_.size());
+                    leave();
                     break;
             }
         }
         endSection(tokens_.size());
+    }
+
+    // A closing brace takes back what was said behind the opening one.
+    void leave() {
+        if (braced_) words_ = outside_.back();
+        outside_.pop_back();
+        continues_.pop_back();
+        page_.depth = std::min(page_.depth, outside_.size());
+        depth_ = std::min(depth_, outside_.size());
     }
 
     static void say(const Token& token, HeaderWords& words) {
@@ -219,9 +229,19 @@ private:
         }
         if (hasContent_) {
             if (pageBreak_) view_.text.pop_back();
+            const std::size_t depth = pageBreak_ ? page_.depth : outside_.size();
+            const HeaderWords words = words_, said = said_;
+            // It ended at the page; documents may have ended since, and their braces took back what they said.
+            const bool left = pageBreak_ && depth_ < page_.sectionDepth;
+            if (pageBreak_) words_ = page_.words;
+            if (pageBreak_) depth_ = page_.sectionDepth;
             beginSection(i);
-        }
-        if (wanted_.empty()) {
+            if (braced_) words_ = words;
+            for (const auto& [other, taken] : brought_) {
+                if (braced_ && !left) bring(taken, other, said, words_);
+            }
+            depth_ = depth;
+        } else if (wanted_.empty()) {
             said_ = {};
             depth_ = outside_.size();
         }
@@ -238,6 +258,12 @@ private:
     void beginSection(std::size_t i) {
         endSection(i);
         breaks_ = true;
+    }
+
+    static void bring(const HeaderWords& taken, HeaderKind kind, const HeaderWords& said, HeaderWords& words) {
+        if (said.distance[kind].empty() && !taken.distance[kind].empty()) words.distance[kind] = taken.distance[kind];
+        words.border[kind] = words.border[kind] || taken.border[kind];
+        words.title = words.title || taken.title;
     }
 
     Taken take(HeaderKind kind, std::size_t marker, std::size_t end) const {
@@ -265,19 +291,15 @@ private:
 
     void endSection(std::size_t end) {
         PerKind<Taken> taken;
+        brought_.clear();
         const bool hadTitle = words_.title;
         for (const auto& [kind, marker] : wanted_) {
             taken[kind] = take(kind, marker, end);
             if (!taken[kind].any) continue;
             const HeaderWords& words = taken[kind].words;
-            if (said_.distance[kind].empty() && !words.distance[kind].empty()) {
-                words_.distance[kind] = words.distance[kind];
-            }
-            words_.border[kind] = words_.border[kind] || words.border[kind];
-            words_.title = words_.title || words.title;
-            for (std::size_t i = depth_; i < outside_.size(); ++i) {
-                outside_[i].title = outside_[i].title || words.title;
-            }
+            bring(words, kind, said_, words_);
+            brought_.emplace_back(kind, words);
+            for (std::size_t i = depth_; i < outside_.size(); ++i) bring(words, kind, said_, outside_[i]);
         }
         for (const HeaderKind kind : headerKinds) {
             const bool wanted = wanted_.count(kind) != 0;
@@ -300,14 +322,20 @@ private:
                 if (given[i]) shown_[kind][i] = *given[i];
             }
         }
-        view_.shows = PageView::shows(facing_, words_, [&](HeaderKind kind, HeaderPages pages) {
-            return shown_[kind][static_cast<std::size_t>(pages)];
+        std::array<std::u16string, 2> frames;
+        for (const HeaderKind kind : headerKinds) {
+            frames[static_cast<std::size_t>(kind)] = words_.distance[kind];
+            if (words_.border[kind]) frames[static_cast<std::size_t>(kind)] += u'b';
+        }
+        view_.shows = SectionReader::shows(facing_, words_.title, frames, [&](int footer, int pages) {
+            return shown_.values[static_cast<std::size_t>(footer)][static_cast<std::size_t>(pages)];
         });
         sections.push_back(std::exchange(view_, {}));
         said_ = {};
         depth_ = outside_.size();
         wanted_.clear();
         breaks_ = hasContent_ = pageBreak_ = byDocument_ = false;
+        continues_.assign(continues_.size(), false);
     }
 
     Slots newGroups(HeaderKind kind, const Taken& taken) {
@@ -331,11 +359,20 @@ private:
     unsigned numbers_ = 0;
 
     // The section that is read.
-    PageView::Section view_;
+    SectionReader::Section view_;
     std::vector<HeaderWords> outside_;  // of the open documents
-    std::size_t depth_ = 0;             // of those that were open where it began
-    HeaderWords words_;                 // in force
-    HeaderWords said_;                  // by the host since it began
+    std::vector<bool> continues_;       // a section that had content where the document began
+    std::size_t depth_ = 0;             // documents open all the time since it began
+    // What held at the last page break.
+    struct Page {
+        HeaderWords words;
+        std::size_t depth = 0;  // documents open all the time since
+        std::size_t sectionDepth = 0;
+    };
+    Page page_;
+    std::vector<std::pair<HeaderKind, HeaderWords>> brought_;  // by the last section's new groups
+    HeaderWords words_;                                        // in force
+    HeaderWords said_;                                         // by the host since it began
     PerKind<Slots> hosts_;
     std::map<HeaderKind, std::size_t> wanted_;   // by the marker at this place
     std::map<HeaderKind, std::size_t> pending_;  // by markers in a table that has not ended

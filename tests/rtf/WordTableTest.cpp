@@ -96,5 +96,18 @@ TEST(WordTable, SaysWhatSpeaksForAWholeDocument) {
     }
 }
 
+TEST(WordTable, KnowsTheWordsOfASection) {
+    for (const auto word : test::piecesOf(
+             u"binfsxn|colno|cols|colsr|colsx|colw|endnhere|footery|headery|horzsect|linebetcol|linecont|linemod|"
+             u"lineppage|linerestart|linestarts|linex|lndscpsxn|ltrsect|marglsxn|pgbrdrt|pgndec|pgnstarts|rtlsect|"
+             u"saftnstart|sbknone|sectd|sectdefaultcl|sectexpand|sectlinegrid|sectrsid|sectspecifyl|sectunlocked|"
+             u"sftnbj|stextflow|titlepg|vertalc|vertsect")) {
+        EXPECT_TRUE(isSectionWord(word)) << toUtf8(word);
+    }
+    for (const auto word : test::piecesOf(u"sect|sectnum|column|line|pgnstart|margl|pard|headers")) {
+        EXPECT_FALSE(isSectionWord(word)) << toUtf8(word);
+    }
+}
+
 }  // namespace
 }  // namespace velmor

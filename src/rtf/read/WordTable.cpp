@@ -325,6 +325,16 @@ constexpr Row table[] = {
     {u"xmlnstbl", documentGroup},
 };
 
+// Of the words that describe a section: those with many forms, by their first letters, and the others.
+constexpr std::u16string_view sectionBeginnings[] = {u"pgbrdr", u"pgn",         u"saftn",  u"sbk",  u"sectd", u"secte",
+                                                     u"sectl",  u"sectspecify", u"sectun", u"sftn", u"vertal"};
+constexpr std::u16string_view sectionWords[] = {
+    u"colno",    u"cols",       u"colsr",    u"colsx",     u"colw",      u"endnhere",    u"footery",    u"headery",
+    u"horzsect", u"linebetcol", u"linecont", u"linemod",   u"lineppage", u"linerestart", u"linestarts", u"linex",
+    u"ltrsect",  u"rtlsect",    u"sectrsid", u"stextflow", u"titlepg",   u"vertsect",
+};
+constexpr std::u16string_view sectionEnding = u"sxn";
+
 constexpr bool isBefore(const Row& left, const Row& right) noexcept {
     return left.letters < right.letters;
 }
@@ -335,6 +345,14 @@ static_assert(std::is_sorted(std::begin(table), std::end(table), isBefore));
 bool wordIs(WordTrait trait, std::u16string_view letters) noexcept {
     const Row* const found = std::lower_bound(std::begin(table), std::end(table), Row{letters, 0}, isBefore);
     return found != std::end(table) && found->letters == letters && (found->traits & bit(trait)) != 0;
+}
+
+bool isSectionWord(std::u16string_view letters) noexcept {
+    if (letters.ends_with(sectionEnding)) return true;
+    const auto begins = [&](std::u16string_view beginning) { return letters.starts_with(beginning); };
+    return letters != u"pgnstart" &&
+           (std::any_of(std::begin(sectionBeginnings), std::end(sectionBeginnings), begins) ||
+            std::find(std::begin(sectionWords), std::end(sectionWords), letters) != std::end(sectionWords));
 }
 
 }  // namespace velmor

@@ -19,6 +19,10 @@ enum class WordTrait : std::uint8_t {
 // Costs a binary search.
 bool wordIs(WordTrait trait, std::u16string_view letters) noexcept;
 
+// Whether the word describes a section: its page, columns, numbers, borders, where it begins. "\sect" itself
+// does not. Costs a few comparisons.
+bool isSectionWord(std::u16string_view letters) noexcept;
+
 // Whether the control symbol (the unit after its backslash) is seen on the page: an escaped character, a
 // byte ("\'e4"), a non-breaking space or hyphen.
 constexpr bool isShownSymbol(char16_t symbol) noexcept {

@@ -1,0 +1,91 @@
+#include <gtest/gtest.h>
+
+#include "SectionReader.h"
+#include "platform/MemoryServices.h"
+#include "rtf/CleanRTF.h"
+#include "text/Encoding.h"
+
+namespace velmor {
+namespace {
+
+class TestHost : public CleanHost {
+public:
+    platform::Services& services() noexcept override { return machine_; }
+
+private:
+    platform::MemoryServices machine_;
+};
+
+// The sections of the cleaned text: "text: page", with what its pages show at head and foot.
+std::string sectionsOf(std::u16string text, bool mergeMode) {
+    CleanOptions options;
+    options.tolerant = true;
+    options.mergeMode = mergeMode;
+    TestHost host;
+    Module1::CleanRTFText(text, options, host);
+    std::u16string sections;
+    for (const auto& section : test::SectionReader::of(text)) {
+        sections += section.text + u": " + section.page;
+        if (section.shows != u"// ;// ;") sections += u" " + section.shows;
+        sections += u"\n";
+    }
+    return toUtf8(sections);
+}
+
+// As a word processor writes text, tags among it.
+#define RUN(text) u"{\\rtlch\\fcs1 \\af0 \\ltrch\\fcs0 \\insrsid123 " text u"}"
+#define LANDSCAPE u"{\\*\\korvanesection\\landscape}"
+#define HEADER u"{\\rtf1{\\*\\korvanenewheader}}"
+#define MERGE u"{\\*\\korvanemergepagebreak}"
+#define LETTER "12240 15840 1800 1800 1440 1440"
+#define TURNED "15840 12240 1800 1800 1440 1440 lndscpsxn"
+
+struct Case {
+    const char* what;
+    bool mergeMode;
+    const char16_t* before;
+    const char* sections;
+};
+
+const Case cases[] = {
+    {"a marker in a middle section", false,
+     u"{\\rtf1 " RUN(u"A") RUN(u"\\page ") RUN(LANDSCAPE) RUN(u"B") RUN(u"\\sect ") u"\\sectd C}",
+     "A: " LETTER "\nB: " TURNED "\nC: " LETTER "\n"},
+    {"in the last one", false, u"{\\rtf1 A" RUN(u"\\page ") RUN(LANDSCAPE u"B") u"C}",
+     "A: " LETTER "\nBC: " TURNED "\n"},
+    {"in the first one, whose own page goes", false,
+     u"{\\rtf1\\sectd\\pgwsxn9000 " RUN(LANDSCAPE) u"A" RUN(u"\\sect ") u"\\sectd B}",
+     "A: " TURNED "\nB: " LETTER "\n"},
+    {"of a handler's document", false, u"{\\rtf1 A" RUN(u"{\\rtf1 B\\page" LANDSCAPE u"C}") u"D}",
+     "AB: " LETTER "\nCD: " TURNED "\n"},
+    {"behind a page break in a row", false, u"{\\rtf1 A\\trowd\\intbl B\\page C\\cell\\row\\pard" LANDSCAPE u"}",
+     "AB|C: " LETTER "\n"},
+    {"of a joined document", true,
+     u"{\\rtf1\\paperw5000 A\\page "
+     u"B}" MERGE u"{\\rtf1\\paperw8000\\paperh9000\\sectd C" LANDSCAPE u"}" MERGE u"{\\rtf1 D}}",
+     "A|B: 5000 15840 1800 1800 1440 1440\nC: 9000 8000 1800 1800 1440 1440 lndscpsxn\nD: " LETTER "\n"},
+    {"at the beginning of a joined document", true, u"{\\rtf1 A\\page B" MERGE u"{\\rtf1 " RUN(LANDSCAPE) u"C}}",
+     "A|B: " LETTER "\nC: " TURNED "\n"},
+    {"merge markers in runs", true,
+     u"{\\rtf1 A" RUN(MERGE) RUN(u"{\\rtf1\\paperw9000\\sectd\\cols2 B}") RUN(MERGE) RUN(u"{\\rtf1 C}") u"}",
+     "A: " LETTER "\nB: 9000 15840 1800 1800 1440 1440 cols2\nC: " LETTER "\n"},
+    {"a merge marker in a row", true, u"{\\rtf1 A\\trowd\\intbl B" MERGE u"{\\rtf1\\paperw5000 C}\\cell\\row\\pard D}",
+     "ABCD: " LETTER "\n"},
+    {"a blank ends \\sectd", true, u"{\\rtf1 A" MERGE u"{\\rtf1\\margl1700 B\\sect\\sectd \\sbknone C}}",
+     "A: " LETTER "\nB: 12240 15840 1700 1800 1440 1440\nC: 12240 15840 1700 1800 1440 1440 sbknone\n"},
+    {"the sections of an embedded document", false,
+     u"{\\rtf1 A{\\rtf1\\sectd\\pgwsxn9000 B\\sect\\sectd\\pgwsxn8000 C\\par}\\par}",
+     "AB: " LETTER "\nC: 8000 15840 1800 1800 1440 1440\n"},
+    {"and text behind it", false, u"{\\rtf1 A{\\rtf1\\sectd\\pgwsxn9000 B\\sect\\sectd\\pgwsxn8000 C\\par}D}",
+     "AB: " LETTER "\nCD: " LETTER "\n"},
+    {"a header marker", false,
+     u"{\\rtf1\\sbknone A" RUN(HEADER) RUN(u"{\\rtf1\\titlepg\\headery5{\\header h}{\\headerf f}B}") u"C}",
+     "A: " LETTER " sbknone\nBC: " LETTER " pgncont  h/ h/ f 5;// ;\n"},
+};
+
+TEST(PageSetup, HoldsInRealDocuments) {
+    for (const Case& row : cases) EXPECT_EQ(sectionsOf(row.before, row.mergeMode), row.sections) << row.what;
+}
+
+}  // namespace
+}  // namespace velmor
