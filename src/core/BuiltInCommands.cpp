@@ -21,8 +21,8 @@ constexpr std::int32_t kHandlerElement = 1;
 constexpr std::int32_t kCommandElement = 2;
 constexpr std::int32_t kFirstParameter = 3;
 
-constexpr std::u16string_view kHandler = u"TAG";
 constexpr std::u16string_view kPathProperty = u"Path";
+constexpr std::size_t kCopiesOfName = 4;  // of its parts, while a command runs
 
 #define VELMOR_WIDE_TEXT(text) u##text
 #define VELMOR_WIDE(text) VELMOR_WIDE_TEXT(text)
@@ -85,14 +85,18 @@ const BuiltInCommands::Command* BuiltInCommands::find(std::u16string_view psComm
 }
 
 std::u16string BuiltInCommands::run() const {
+    const HeldText held(kCopiesOfName * name_.size());
+    if (!held.fits()) {
+        reportLimit(services_, *context_, EvaluationLimit::held, handler, name_);
+        return {};
+    }
     privProperties elements(services_);
-    elements.BuildByVal(name_, false, true, u":");
-    return run(elements);
+    return build(elements, name_, true) ? run(elements) : std::u16string();
 }
 
 std::u16string BuiltInCommands::run(privProperties& elements) const {
-    const PropertyRef handler = elements.Item(kHandlerElement);
-    if (!handler || upperCase(handler->Name()) != kHandler) return u"!Incorrect Handler!";
+    const PropertyRef first = elements.Item(kHandlerElement);
+    if (!first || upperCase(first->Name()) != handler) return u"!Incorrect Handler!";
     const PropertyRef name = elements.Item(kCommandElement);
     const Command* const command = name ? find(upperCase(name->Name())) : nullptr;
     if (command == nullptr) return {};
@@ -100,18 +104,36 @@ std::u16string BuiltInCommands::run(privProperties& elements) const {
     return (this->*command->answer)(elements);
 }
 
+bool BuiltInCommands::build(privProperties& elements, std::u16string_view text, bool isTag) const {
+    const CountedDecoding counted;
+    if (isTag) {
+        elements.BuildByVal(text, false, true, u":");
+    } else {
+        elements.BuildList(text);
+    }
+    if (!CountedDecoding::refused(text)) return true;
+    reportLimit(services_, *context_, EvaluationLimit::decoded, handler, name_);
+    return false;
+}
+
 std::u16string BuiltInCommands::processed(std::u16string text) const {
     if (text.find(kOpeningMarker) == std::u16string::npos) return text;
-    return evaluateText(services_, context_, kHandler, std::move(text));
+    return evaluateText(services_, context_, handler, std::move(text));
 }
 
 void BuiltInCommands::put(std::u16string_view psName, Variant value) const {
+    const auto* const text = value.get<std::u16string>();
+    const std::size_t size = text != nullptr ? text->size() : 0;
+    if (!EvaluationRun::current().store(size, context_->properties.textLength(psName))) {
+        reportLimit(services_, *context_, EvaluationLimit::held, handler, name_);
+        return;
+    }
     if (context_->properties.put(psName, std::move(value))) return;
     logError(u"The property could not be set", psName);
 }
 
 void BuiltInCommands::logError(std::u16string_view message, std::u16string_view errorData) const {
-    addErrorLogEntry(services_, *context_->errorLog, {kHandler, message, 0, name_, errorData});
+    addErrorLogEntry(services_, *context_->errorLog, {handler, message, 0, name_, errorData});
 }
 
 std::u16string BuiltInCommands::setProperty(privProperties& elements) const {
@@ -173,7 +195,7 @@ std::u16string BuiltInCommands::onlyDocument(std::u16string text, std::u16string
 
 std::u16string BuiltInCommands::listEntry(std::u16string_view psList, privProperties& elements) const {
     privProperties list(services_);
-    list.BuildList(psList);
+    if (!build(list, psList, false)) return {};
     if (const PropertyRef index = elements.Item(std::u16string_view(u"INDEX"))) {
         return textOf(list.Item(automation::toLong(Variant(processed(textOf(index)))).value_or(0)));
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,6 +16,8 @@ class privProperties;
 // evaluated.
 class BuiltInCommands {
 public:
+    static constexpr std::u16string_view handler = u"TAG";
+
     // psName: the tag's name, with its final ":". The context's collections must all be there.
     BuiltInCommands(platform::Services& services, const ContextRef& context, std::u16string_view psName)
         : services_(services), context_(context), name_(psName) {}
@@ -24,9 +27,11 @@ public:
     // By elements built from its name.
     std::u16string run() const;
 
-    // Appends the value of a tag "TAG>PROPERTY:name=default:" (its final ":" may be missing)
-    // without parsing it in full. False, and nothing appended, where only that would tell.
-    static bool appendProperty(std::u16string_view psName, const TagContext& context, std::u16string& target);
+    // The value of a tag "TAG>PROPERTY:name=default:" (its final ":" may be missing), without parsing it
+    // in full: a part of psName, or `text`, which takes the property's value. Nothing where only the
+    // full way would tell.
+    static std::optional<std::u16string_view> property(std::u16string_view psName, const TagContext& context,
+                                                       std::u16string& text);
 
 private:
     struct Command;
@@ -42,6 +47,8 @@ private:
     std::u16string commandValue(privProperties& elements) const;
     std::u16string fullPath(std::u16string_view psFile) const;
     std::u16string listEntry(std::u16string_view psList, privProperties& elements) const;
+    // False, with an entry in the error log, when compressed values give too much.
+    bool build(privProperties& elements, std::u16string_view text, bool isTag) const;
     std::u16string processed(std::u16string text) const;
     std::u16string onlyDocument(std::u16string text, std::u16string_view path) const;
     void logError(std::u16string_view message, std::u16string_view errorData) const;

@@ -86,6 +86,12 @@ bool Collection::appendText(std::u16string_view psName, std::u16string& target) 
     return true;
 }
 
+std::size_t Collection::textLength(std::u16string_view psName) const {
+    const PropertyRef property = own_ ? own_->Item(psName) : nullptr;
+    const auto* const text = property && !property->builder() ? property->rawValue().get<std::u16string>() : nullptr;
+    return text != nullptr ? text->size() : 0;
+}
+
 bool Collection::truth(std::u16string_view psName, bool pbDefault) const {
     return automation::truth(get(psName, Variant(pbDefault)));
 }

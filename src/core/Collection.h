@@ -38,6 +38,8 @@ public:
     // Appends the text of that property without a copy on the way; false, and nothing appended,
     // when there is none or the collection is the host's.
     bool appendText(std::u16string_view psName, std::u16string& target) const;
+    // Of the property's text; 0 when it is no text, or the collection is the host's.
+    std::size_t textLength(std::u16string_view psName) const;
     bool truth(std::u16string_view psName, bool pbDefault) const;
     // Adds or replaces; false when the host's collection refused.
     bool put(std::u16string_view psName, automation::Variant value) const;

@@ -14,7 +14,6 @@ namespace velmor {
 
 namespace {
 
-constexpr std::u16string_view kBuiltInHandler = u"TAG";
 constexpr std::size_t npos = std::u16string_view::npos;
 
 // The place of the tag's literal text.
@@ -49,7 +48,8 @@ private:
     const bool isOutermost_;
 };
 
-// A ":" behind such a name makes an opening marker: its literal text is no pair of markers.
+// A ":" after such a name makes an opening marker: its literal text is no pair of markers, and ends
+// with an empty one.
 bool becomesMarker(std::u16string_view rawName) noexcept {
     const std::u16string_view piece = kOpeningMarker.substr(0, kOpeningMarker.size() - 1);
     return rawName.size() >= piece.size() && equalIgnoringCase(rawName.substr(rawName.size() - piece.size()), piece);
@@ -66,9 +66,19 @@ bool fitIntoRtf(platform::Services& services, bool protect, std::u16string& valu
     return isRtf;
 }
 
+namespace {
+
+// True for a value that fitIntoRtf leaves as it is.
+bool isFit(bool protect, std::u16string_view value) {
+    return protect ? protectedRTFLength(value) == value.size() && !value.starts_with(kRtfStart)
+                   : !value.starts_with(kRtfStart);
+}
+
+}  // namespace
+
 std::optional<EvaluationLimit> fitAndCount(platform::Services& services, bool protect, std::u16string& value) {
     EvaluationRun& run = EvaluationRun::current();
-    const std::size_t left = run.charactersLeft();
+    const std::size_t left = run.isApart() ? std::min(run.charactersLeft(), run.holdable()) : run.charactersLeft();
     std::size_t length = value.size();
     // Looked at again only where the escapes could be what goes beyond the limit.
     if (protect && length > left / 3) length = protectedRTFLength(value);
@@ -76,7 +86,8 @@ std::optional<EvaluationLimit> fitAndCount(platform::Services& services, bool pr
         fitIntoRtf(services, protect, value);
         length = value.size();
     }
-    const std::optional<EvaluationLimit> limit = run.countCharacters(length);
+    std::optional<EvaluationLimit> limit = run.countCharacters(length);
+    if (!limit && run.isApart() && !run.hold(length)) limit = EvaluationLimit::held;
     if (limit) std::u16string().swap(value);
     return limit;
 }
@@ -98,7 +109,11 @@ std::u16string evaluateText(platform::Services& services, const ContextRef& cont
                             std::u16string text) {
     EvaluationLevel level;
     std::optional<EvaluationLimit> limit = level.refused();
-    if (!limit) limit = EvaluationRun::current().countCharacters(text.size());
+    EvaluationRun& run = EvaluationRun::current();
+    if (run.level() == 1) run.beginText(text.size());
+    const TextApart apart;
+    if (!limit) limit = run.countCharacters(text.size());
+    if (!limit && run.isApart() && !run.hold(text.size())) limit = EvaluationLimit::held;
     if (limit) {
         reportLimit(services, *context, *limit, handler, {});
         return {};
@@ -121,9 +136,10 @@ public:
     struct Level {
         explicit Level(platform::Services& services) : tags(services) {}
         std::u16string value;
-        TopLevelTags found;
         TagList tags;
     };
+    TopLevelTags found;  // of the text that is looked at now
+
     Level& level(platform::Services& services, std::size_t depth) {
         while (levels_.size() <= depth) levels_.push_back(std::make_unique<Level>(services));
         return *levels_[depth];
@@ -207,7 +223,7 @@ bool Evaluation::ownPlaceIsFirst(std::size_t index) {
     const std::u16string_view name = tags_.rawName(index);
     const bool hasSeparator = name.ends_with(kElementSeparator);
     if (hasSeparator && !markers_) return true;
-    if (!hasSeparator && becomesMarker(name)) return false;
+    if (!markers_ && !hasOpeningMarkerAfter(index)) return true;
     if (!hasSeparator && !pairs_) pairs_ = std::make_unique<PairIndex>(tags_.source());
     if (!markers_ && pairs_->isEmpty()) return true;
     const std::uint64_t hash = RollingHash::of(name);
@@ -217,21 +233,26 @@ bool Evaluation::ownPlaceIsFirst(std::size_t index) {
     return !pairs_->standsBehind(longer, position_) && !(markers_ && markers_->holds(longer));
 }
 
+bool Evaluation::hasOpeningMarkerAfter(std::size_t index) const {
+    return index + 1 < tags_.size() || findOpeningMarker(tags_.source(), tags_.span(index).end()) != npos;
+}
+
 void Evaluation::appendResult(std::size_t index, std::u16string& results, std::size_t base) {
     const std::size_t start = results.size();
     const AnsweringOutermost answering(tags_, index);
     try {
         if (const std::shared_ptr<kvTag> tag = tags_.made(index)) {
-            results += tag->Result();
+            results += *tag->resultText();
         } else if (isTimed_ || !answerBuiltIn(index, results, base)) {
-            results += tags_.item(index)->Result();
+            results += *tags_.item(index)->resultText();
+            tags_.settleObject(index, start - base, results.size() - start);
         }
     } catch (const std::exception&) {
         // Only memory fails here: the tag yields nothing.
         results.resize(start);
         tags_.settle(index, start - base, 0);
         addErrorLogEntry(tags_.services(), *tags_.context()->errorLog,
-                         {kBuiltInHandler, u"Out of memory", 7, tags_.rawName(index), {}});
+                         {BuiltInCommands::handler, u"Out of memory", 7, tags_.rawName(index), {}});
     }
 }
 
@@ -242,13 +263,13 @@ bool Evaluation::answerBuiltIn(std::size_t index, std::u16string& results, std::
         tags_.settle(index, results.size() - base, 0);
         return true;
     }
-    if (!equalIgnoringCase(name.substr(0, separator), kBuiltInHandler)) return false;
+    if (!equalIgnoringCase(name.substr(0, separator), BuiltInCommands::handler)) return false;
     tags_.beginTag(index);
     EvaluationLevel level;
     std::optional<EvaluationLimit> limit = level.refused();
     if (!limit) limit = EvaluationRun::current().countDispatch();
     if (limit) {
-        reportLimit(tags_.services(), *tags_.context(), *limit, kBuiltInHandler, name);
+        report(*limit, index);
         tags_.settle(index, results.size() - base, 0);
         return true;
     }
@@ -258,32 +279,55 @@ bool Evaluation::answerBuiltIn(std::size_t index, std::u16string& results, std::
     return true;
 }
 
-void Evaluation::makeValue(std::size_t index, std::u16string& value) {
-    value.clear();
-    if (!BuiltInCommands::appendProperty(tags_.rawName(index), *tags_.context(), value)) {
-        value = BuiltInCommands(tags_.services(), tags_.context(), tags_.storedName(index)).run();
+// The value lies in the tag's own text where it can, else in `text`.
+std::u16string_view Evaluation::makeValue(std::size_t index, std::u16string& text) {
+    const std::u16string_view name = tags_.rawName(index);
+    const std::optional<std::u16string_view> quick = BuiltInCommands::property(name, *tags_.context(), text);
+    if (quick && quick->data() != text.data()) {
+        if (isFit_ || isFit(tags_.context()->protectRtf, *quick)) return counted(index, *quick);
+        text = *quick;
+    } else if (!quick) {
+        text = BuiltInCommands(tags_.services(), tags_.context(), tags_.storedName(index)).run();
     }
-    if (const auto limit = fitAndCount(tags_.services(), tags_.context()->protectRtf, value)) {
-        reportLimit(tags_.services(), *tags_.context(), *limit, kBuiltInHandler, tags_.rawName(index));
-    }
+    if (const auto limit = fitAndCount(tags_.services(), tags_.context()->protectRtf, text)) report(*limit, index);
+    return text;
+}
+
+std::u16string_view Evaluation::counted(std::size_t index, std::u16string_view value) {
+    const auto limit = EvaluationRun::current().countCharacters(value.size());
+    if (!limit) return value;
+    report(*limit, index);
+    return {};
+}
+
+void Evaluation::report(EvaluationLimit limit, std::size_t index) {
+    reportLimit(tags_.services(), *tags_.context(), limit, BuiltInCommands::handler, tags_.rawName(index));
 }
 
 void Evaluation::appendBuiltIn(std::size_t index, std::u16string& results) {
     Scratch::Level& level = scratch().level(tags_.services(), depth_);
-    makeValue(index, level.value);
-    findTopLevelTags(level.value, level.found);
-    if (level.found.tags.empty()) {
-        if (results.empty() && results.capacity() < level.value.size()) {
+    const std::u16string_view value = makeValue(index, level.value);
+    TopLevelTags& found = scratch().found;
+    findTopLevelTags(value, found);
+    const bool isOwn = value.data() == level.value.data();
+    if (found.tags.empty()) {
+        if (isOwn && results.empty() && results.capacity() < value.size()) {
             results.swap(level.value);
         } else {
-            results += level.value;
+            results += value;
         }
         return;
     }
-    const bool isRtf = level.value.starts_with(kRtfStart);
-    level.tags.start(level.value, level.found, isRtf ? protectedContext(tags_.context()) : tags_.context(),
-                     tags_.kept());
-    Evaluation(level.tags, results, scratch(), depth_ + 1).run();
+    const HeldText held(isOwn ? value.size() : 0);
+    if (!held.fits()) {
+        report(EvaluationLimit::held, index);
+        return;
+    }
+    const bool isRtf = value.starts_with(kRtfStart);
+    level.tags.start(value, found, isRtf ? protectedContext(tags_.context()) : tags_.context(), tags_.kept());
+    Evaluation nested(level.tags, results, scratch(), depth_ + 1);
+    nested.isFit_ = !isOwn;
+    nested.run();
     tags_.keepNested(index, level.tags);
 }
 
@@ -291,15 +335,10 @@ void Evaluation::runLiterally(std::size_t from) {
     std::u16string results = target_.substr(base_);
     std::u16string text = results + std::u16string(tags_.source().substr(position_));
     tags_.beginResults(results, 0);
-    from = runPaired(from, text, results);
-    literalText_ = &text;
-    for (std::size_t index = from; index < tags_.size(); ++index) {
-        const std::u16string name = tags_.storedName(index);
-        if (!replaceLiterally(index, name, text, results)) {
-            replaceLiterally(index, std::u16string_view(name).substr(0, name.size() - 1), text, results);
-        }
+    while (from < tags_.size()) {
+        from = runPaired(from, text, results);
+        from = runPlainly(from, text, results);
     }
-    literalText_ = nullptr;
     target_.resize(base_);
     target_ += text;
     tags_.keepResults(std::make_shared<const std::u16string>(std::move(results)));
@@ -307,20 +346,15 @@ void Evaluation::runLiterally(std::size_t from) {
 
 // Goes as far as the pairs of markers tell every place; gives the first tag that is left.
 std::size_t Evaluation::runPaired(std::size_t from, std::u16string& text, std::u16string& results) {
-    // Begun anew, the pairs may tell again; but that costs a pass over the text.
-    constexpr std::size_t worthANewBeginning = 256;
     PairedText pairs(std::move(text));
     pairedText_ = &pairs;
     std::size_t index = from;
-    std::size_t begun = from;
-    for (; index < tags_.size() && !becomesMarker(tags_.rawName(index)); ++index) {
-        if (!pairs.isProven() && index - begun >= worthANewBeginning) {
-            pairs = PairedText(pairs.assemble());
-            begun = index;
-        }
-        if (!pairs.isProven()) break;
+    for (; index < tags_.size(); ++index) {
         const std::u16string name = tags_.storedName(index);
-        std::optional<PairedText::Place> place = pairs.find(name);
+        const bool isPair = !becomesMarker(tags_.rawName(index));
+        if (!pairs.isProven() || (!isPair && pairs.mayHoldEmptyPair())) break;
+        std::optional<PairedText::Place> place;
+        if (isPair) place = pairs.find(name);
         if (!place) place = pairs.find(std::u16string_view(name).substr(0, name.size() - 1));
         if (!place) continue;
         const std::size_t start = results.size();
@@ -330,6 +364,21 @@ std::size_t Evaluation::runPaired(std::size_t from, std::u16string& text, std::u
     pairedText_ = nullptr;
     text = pairs.assemble();
     return index;
+}
+
+// Goes a few tags further without an index, as many as repay a new one.
+std::size_t Evaluation::runPlainly(std::size_t from, std::u16string& text, std::u16string& results) {
+    constexpr std::size_t kTurns = 64;
+    const std::size_t end = std::min(from + kTurns, tags_.size());
+    literalText_ = &text;
+    for (std::size_t index = from; index < end; ++index) {
+        const std::u16string name = tags_.storedName(index);
+        if (!replaceLiterally(index, name, text, results)) {
+            replaceLiterally(index, std::u16string_view(name).substr(0, name.size() - 1), text, results);
+        }
+    }
+    literalText_ = nullptr;
+    return end;
 }
 
 bool Evaluation::replaceLiterally(std::size_t index, std::u16string_view name, std::u16string& text,

@@ -50,15 +50,19 @@ private:
     void finishTo(std::size_t position);
     void lookForMarkers(std::size_t gap);
     bool ownPlaceIsFirst(std::size_t index);
+    bool hasOpeningMarkerAfter(std::size_t index) const;
 
     // The results of the tags go to `results`; places in it are counted from `base`.
     void appendResult(std::size_t index, std::u16string& results, std::size_t base);
     bool answerBuiltIn(std::size_t index, std::u16string& results, std::size_t base);
     void appendBuiltIn(std::size_t index, std::u16string& results);
-    void makeValue(std::size_t index, std::u16string& value);
+    std::u16string_view makeValue(std::size_t index, std::u16string& text);
+    std::u16string_view counted(std::size_t index, std::u16string_view value);
+    void report(EvaluationLimit limit, std::size_t index);
 
     void runLiterally(std::size_t from);
     std::size_t runPaired(std::size_t from, std::u16string& text, std::u16string& results);
+    std::size_t runPlainly(std::size_t from, std::u16string& text, std::u16string& results);
     bool replaceLiterally(std::size_t index, std::u16string_view name, std::u16string& text, std::u16string& results);
 
     // Then every tag is answered by its object, which writes the lines.
@@ -74,6 +78,7 @@ private:
     std::unique_ptr<Scratch> ownScratch_;
     Scratch* scratch_ = nullptr;
     std::size_t depth_ = 0;
+    bool isFit_ = false;                           // no part of the source needs an escape
     const PairedText* pairedText_ = nullptr;       // while the rest goes the literal way ...
     const std::u16string* literalText_ = nullptr;  // ... and where even the pairs do not tell
 };

@@ -1,5 +1,8 @@
 #include "core/EvaluationRun.h"
 
+#include <algorithm>
+
+#include "common/Limits.h"
 #include "properties/privProperty.h"
 
 namespace velmor {
@@ -10,6 +13,12 @@ std::u16string_view limitMessage(EvaluationLimit limit) noexcept {
             return u"Tags are nested beyond 100 levels";
         case EvaluationLimit::dispatches:
             return u"More than 10,000,000 tags in one evaluation";
+        case EvaluationLimit::held:
+            return u"More than 33,554,432 characters held at once in one evaluation";
+        case EvaluationLimit::decoded:
+            return u"More than 33,554,432 bytes of compressed values in one evaluation";
+        case EvaluationLimit::kept:
+            return u"The values of further tags within tags are not kept";
         case EvaluationLimit::characters:
             break;
     }
@@ -35,6 +44,23 @@ std::optional<EvaluationLimit> EvaluationRun::countCharacters(std::size_t count)
     return EvaluationLimit::characters;
 }
 
+bool EvaluationRun::hold(std::size_t count) noexcept {
+    if (count > holdable()) return false;
+    held_ += static_cast<std::int64_t>(count);
+    return true;
+}
+
+bool EvaluationRun::store(std::size_t size, std::size_t replaced) noexcept {
+    const auto freed = static_cast<std::size_t>(std::min(static_cast<std::int64_t>(replaced), stored_));
+    release(freed);
+    if (!hold(size)) {
+        held_ += static_cast<std::int64_t>(freed);
+        return false;
+    }
+    stored_ += static_cast<std::int64_t>(size) - static_cast<std::int64_t>(freed);
+    return true;
+}
+
 bool EvaluationRun::isFirst(EvaluationLimit limit) noexcept {
     const unsigned bit = 1u << static_cast<unsigned>(limit);
     const bool first = (reported_ & bit) == 0;
@@ -54,6 +80,30 @@ EvaluationLevel::~EvaluationLevel() {
     --run_.level_;
     if (run_.level_ <= 1) run_.tooDeep_ = false;
     if (run_.level_ == 0) run_ = EvaluationRun();
+}
+
+CountedDecoding::CountedDecoding() noexcept {
+    EvaluationRun& run = EvaluationRun::current();
+    if (run.level() > 0) decodingAllowance = &run.decodable();
+}
+
+CountedDecoding::~CountedDecoding() {
+    decodingAllowance = nullptr;
+}
+
+bool CountedDecoding::refused(std::u16string_view text) noexcept {
+    return EvaluationRun::current().decodable() == 0 && text.find(u"~GZ\"") != text.npos;
+}
+
+TextApart::TextApart() noexcept
+    : run_(EvaluationRun::current()), before_(run_.held_ - run_.stored_), counts_(run_.level_ > 1) {
+    if (counts_) ++run_.apart_;
+}
+
+TextApart::~TextApart() {
+    if (!counts_) return;
+    --run_.apart_;
+    run_.held_ = before_ + run_.stored_;
 }
 
 std::optional<EvaluationLimit> EvaluationLevel::refused() noexcept {

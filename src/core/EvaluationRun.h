@@ -20,10 +20,16 @@ inline constexpr int kMaximumLevels = 100;
 inline constexpr std::int64_t kMaximumDispatches = 10'000'000;
 // Characters of the template and of all values that tags yielded, on every level.
 inline constexpr std::int64_t kMaximumCharacters = (std::int64_t{1} << 30) - 1;
+// Characters that one evaluation holds besides its outermost text and its result: the texts of the
+// levels below the outermost, the results of texts that are evaluated on their own, and the
+// properties that it sets. An outermost text allows four times its own length more.
+inline constexpr std::int64_t kMaximumHeld = std::int64_t{1} << 25;
+// Bytes that the compressed values in tags and list files give, all together.
+inline constexpr std::size_t kMaximumDecoded = std::size_t{1} << 25;
 // Entries in the error log; one more counts the others.
 inline constexpr std::int64_t kMaximumLogEntries = 10'000;
 
-enum class EvaluationLimit { levels, dispatches, characters };
+enum class EvaluationLimit { levels, dispatches, characters, held, decoded, kept };
 
 // What an error-log entry says of the limit.
 std::u16string_view limitMessage(EvaluationLimit limit) noexcept;
@@ -58,6 +64,19 @@ public:
     // Counts characters. Once they exceed the limit every dispatch is refused: a huge text would
     // otherwise be made over and over.
     std::optional<EvaluationLimit> countCharacters(std::size_t count) noexcept;
+    // The outermost text begins.
+    void beginText(std::size_t size) noexcept { heldMost_ = kMaximumHeld + 4 * static_cast<std::int64_t>(size); }
+    // Holds so many characters more, until they are released; false, and nothing held, beyond the limit.
+    bool hold(std::size_t count) noexcept;
+    void release(std::size_t count) noexcept { held_ -= static_cast<std::int64_t>(count); }
+    std::int64_t held() const noexcept { return held_; }
+    std::size_t holdable() const noexcept { return static_cast<std::size_t>(heldMost_ - held_); }
+    // A property takes the place of another; both sizes in characters. False beyond the limit.
+    bool store(std::size_t size, std::size_t replaced) noexcept;
+    // True while the values that tags yield are part of a text of its own, not of the result.
+    bool isApart() const noexcept { return apart_ > 0; }
+    std::size_t& decodable() noexcept { return decodable_; }
+
     // Empty at the beginning and between two tags. Holds views of the text under evaluation.
     const OutermostTag& outermostTag() const noexcept { return outermostTag_; }
     void outermostTag(const OutermostTag& tag) noexcept { outermostTag_ = tag; }
@@ -68,12 +87,18 @@ public:
 
 private:
     friend class EvaluationLevel;
+    friend class TextApart;
 
     int level_ = 0;
     bool tooDeep_ = false;
     unsigned reported_ = 0;
     std::int64_t dispatches_ = 0;
     std::int64_t characters_ = 0;
+    std::int64_t held_ = 0;
+    std::int64_t heldMost_ = kMaximumHeld;
+    std::int64_t stored_ = 0;  // the part of held_ that lies in properties
+    std::size_t decodable_ = kMaximumDecoded;
+    int apart_ = 0;
     OutermostTag outermostTag_;
     LogEntryCount* logEntries_ = nullptr;
 };
@@ -92,6 +117,48 @@ public:
 private:
     EvaluationRun& run_;
     LogEntryCount logEntries_;  // of the outermost level, for all of them
+};
+
+// Counts the text of a level as held while it lives.
+class HeldText {
+public:
+    explicit HeldText(std::size_t size) noexcept
+        : size_(EvaluationRun::current().hold(size) ? size : 0), fits_(size_ == size) {}
+    ~HeldText() { EvaluationRun::current().release(size_); }
+    HeldText(const HeldText&) = delete;
+    HeldText& operator=(const HeldText&) = delete;
+
+    bool fits() const noexcept { return fits_; }
+
+private:
+    const std::size_t size_;
+    const bool fits_;
+};
+
+// While it lives, the compressed values in texts that are read count against the running evaluation.
+class CountedDecoding {
+public:
+    CountedDecoding() noexcept;
+    ~CountedDecoding();
+    CountedDecoding(const CountedDecoding&) = delete;
+    CountedDecoding& operator=(const CountedDecoding&) = delete;
+
+    // True when nothing is left for a value of this text.
+    static bool refused(std::u16string_view text) noexcept;
+};
+
+// While it lives, the values that tags yield are held; those of the outermost text are not.
+class TextApart {
+public:
+    TextApart() noexcept;
+    ~TextApart();
+    TextApart(const TextApart&) = delete;
+    TextApart& operator=(const TextApart&) = delete;
+
+private:
+    EvaluationRun& run_;
+    const std::int64_t before_;  // what was held, apart from properties
+    const bool counts_;
 };
 
 }  // namespace velmor

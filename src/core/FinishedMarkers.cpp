@@ -66,8 +66,12 @@ void FinishedMarkers::scan(std::u16string_view text) {
             if (unclosed_.empty()) hash_.restart(name);
             unclosed_.push_back(hash_.advance(text, name));
         } else if (!unclosed_.empty()) {
-            names_.insert(RollingHash::between(unclosed_.back(), hash_.advance(text, place.position)));
+            const RollingHash::Mark start = unclosed_.back();
             unclosed_.pop_back();
+            names_.insert(RollingHash::between(start, hash_.advance(text, place.position)));
+            if (start.position == place.position && !unclosed_.empty()) {
+                names_.insert(RollingHash::between(unclosed_.back(), start));
+            }
         }
     }
     // A marker that is not complete yet begins in the last units.
@@ -90,10 +94,15 @@ PairIndex::PairIndex(std::u16string_view text) {
             unclosed.pop_back();
             const RollingHash::Mark end = hash.advance(text, place.position);
             if (!endsInSeparator(text, place.position)) continue;
-            std::size_t& last = lastPlace_[RollingHash::between(start, end)];
-            last = std::max(last, start.position);
+            add(start, end);
+            if (start.position == end.position && !unclosed.empty()) add(unclosed.back(), start);
         }
     }
+}
+
+void PairIndex::add(const RollingHash::Mark& start, const RollingHash::Mark& end) {
+    std::size_t& last = lastPlace_[RollingHash::between(start, end)];
+    last = std::max(last, start.position);
 }
 
 bool PairIndex::standsBehind(std::uint64_t nameHash, std::size_t position) const {

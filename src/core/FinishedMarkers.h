@@ -31,7 +31,8 @@ private:
 };
 
 // The marker pairs of a text that grows at its end, as a set of hashes of what stands between
-// them.
+// them. An opening marker and an empty pair directly within it also count as a pair: "<KV:X<KV:</KV>"
+// is the literal text of a tag that is written "<KV:X<KV</KV>".
 class FinishedMarkers {
 public:
     // Before `from` there is no marker.
@@ -48,7 +49,7 @@ private:
     std::unordered_set<std::uint64_t> names_;
 };
 
-// The complete pairs of a text whose name ends in ":", by hash of the name.
+// The pairs of a text, in the same sense, whose name ends in ":", by hash of the name.
 class PairIndex {
 public:
     explicit PairIndex(std::u16string_view text);
@@ -57,6 +58,8 @@ public:
     bool isEmpty() const noexcept { return lastPlace_.empty(); }
 
 private:
+    void add(const RollingHash::Mark& start, const RollingHash::Mark& end);
+
     std::unordered_map<std::uint64_t, std::size_t> lastPlace_;
 };
 

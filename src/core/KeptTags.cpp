@@ -1,74 +1,70 @@
 #include "core/KeptTags.h"
 
 #include <algorithm>
-#include <cstring>
+#include <functional>
+#include <new>
 
 namespace velmor {
 
 namespace {
 
-constexpr std::size_t kNumber = sizeof(std::uint32_t) / sizeof(char16_t);
-constexpr std::size_t kHead = 3 * kNumber;
-constexpr std::size_t kPlace = 2 * kNumber;
-constexpr std::size_t kNested = 3 * kNumber;
-
-void put(std::u16string& block, std::uint32_t number) {
-    block += static_cast<char16_t>(number);
-    block += static_cast<char16_t>(number >> 16);
+bool isPart(std::u16string_view text, std::u16string_view whole) noexcept {
+    const std::less_equal<const char16_t*> notAfter;
+    return notAfter(whole.data(), text.data()) && notAfter(text.data() + text.size(), whole.data() + whole.size());
 }
 
-std::uint32_t take(const char16_t*& at) {
-    const std::uint32_t low = *at++;
-    const std::uint32_t high = *at++;
-    return low | high << 16;
+template <class T>
+std::vector<T> slice(const std::deque<T>& all, std::size_t first, std::size_t count) {
+    const auto begin = all.begin() + static_cast<std::ptrdiff_t>(first);
+    return {begin, begin + static_cast<std::ptrdiff_t>(count)};
 }
 
 }  // namespace
 
-KeptTags::Address KeptTags::add(std::u16string_view value, const std::vector<ResultPlace>& places,
-                                const std::vector<Nested>& nested) {
-    const std::size_t size = kHead + value.size() + places.size() * kPlace + nested.size() * kNested;
-    // A block never grows, so what lies in it stays where it is.
-    if (blocks_.empty() || blocks_.back().capacity() - blocks_.back().size() < size) {
-        blocks_.emplace_back().reserve(std::max(size, kBlock));
+const char16_t* KeptTags::store(std::u16string_view text) {
+    if (blocks_.empty() || blocks_.back().capacity() - blocks_.back().size() < text.size()) {
+        blocks_.emplace_back().reserve(std::max(text.size(), kBlock));
     }
     std::u16string& block = blocks_.back();
-    const Address address = static_cast<Address>(blocks_.size() - 1) << 32 | block.size();
-    put(block, static_cast<std::uint32_t>(value.size()));
-    put(block, static_cast<std::uint32_t>(places.size()));
-    put(block, static_cast<std::uint32_t>(nested.size()));
-    block += value;
-    for (const ResultPlace& place : places) {
-        put(block, place.start);
-        put(block, place.length);
-    }
-    for (const Nested& entry : nested) {
-        put(block, entry.index);
-        put(block, static_cast<std::uint32_t>(entry.address));
-        put(block, static_cast<std::uint32_t>(entry.address >> 32));
-    }
-    size_ += size;
-    return address;
+    block += text;
+    return block.data() + block.size() - text.size();
 }
 
-KeptTags::Record KeptTags::read(Address address) const {
-    const char16_t* at = blocks_[address >> 32].data() + static_cast<std::uint32_t>(address);
-    const std::uint32_t length = take(at);
-    Record record;
-    record.places.resize(take(at));
-    record.nested.resize(take(at));
-    record.value = {at, length};
-    at += length;
-    for (ResultPlace& place : record.places) {
-        place.start = take(at);
-        place.length = take(at);
+bool KeptTags::add(std::u16string_view value, std::u16string_view parent, const std::vector<ResultPlace>& places,
+                   const std::vector<Nested>& nested, Index& record) noexcept {
+    const bool inParent = isPart(value, parent);
+    const std::size_t fixed = sizeof(Entry) + places.size() * sizeof(ResultPlace) + nested.size() * sizeof(Nested);
+    const std::size_t size = (inParent ? 0 : value.size()) + fixed / sizeof(char16_t);
+    if (size_ > kMost || size > kMost - size_) return false;
+    try {
+        Entry entry{nullptr,
+                    0,
+                    static_cast<std::uint32_t>(value.size()),
+                    places_.size(),
+                    nested_.size(),
+                    static_cast<std::uint32_t>(places.size()),
+                    static_cast<std::uint32_t>(nested.size())};
+        if (inParent) {
+            entry.offset = static_cast<std::uint32_t>(value.data() - parent.data());
+        } else {
+            entry.text = store(value);
+        }
+        places_.insert(places_.end(), places.begin(), places.end());
+        nested_.insert(nested_.end(), nested.begin(), nested.end());
+        entries_.push_back(entry);
+    } catch (const std::bad_alloc&) {
+        return false;
     }
-    for (Nested& entry : record.nested) {
-        entry.index = take(at);
-        entry.address = take(at);
-        entry.address |= static_cast<Address>(take(at)) << 32;
-    }
-    return record;
+    size_ += size;
+    record = static_cast<Index>(entries_.size() - 1);
+    return true;
+}
+
+KeptTags::Record KeptTags::read(Index record, std::u16string_view parent) const {
+    const Entry& entry = entries_[record];
+    const std::u16string_view value = entry.text != nullptr ? std::u16string_view(entry.text, entry.length)
+                                                            : parent.substr(entry.offset, entry.length);
+    return {value, slice(places_, entry.firstPlace, entry.places), slice(nested_, entry.firstNested, entry.nested)};
 }
 
 }  // namespace velmor

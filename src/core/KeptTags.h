@@ -1,7 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,33 +17,49 @@ struct ResultPlace {
     std::uint32_t length = 0;
 };
 
-// What tags became whose values hold tags of their own, packed into few large blocks: millions of
-// them are kept for a reader who may ask for one. Records only come, never go.
+// The values of tags within which tags were evaluated, for a reader who may ask for one. Records only
+// come, never go. A value that is part of its parent's text is kept as a place in that.
 class KeptTags {
 public:
-    // Beyond so many characters nothing more is kept: such a tag shows its result as its value.
-    static constexpr std::size_t kMost = std::size_t{1} << 26;
+    // In characters; what belongs to them takes the room of so many.
+    static constexpr std::size_t kMost = std::size_t{1} << 25;
 
-    using Address = std::uint64_t;
+    using Index = std::uint32_t;  // of a record
     struct Nested {
-        std::uint32_t index = 0;  // of the tag in its list
-        Address address = 0;
+        std::uint32_t tag = 0;  // its index in its list
+        Index record = 0;
     };
-    // One value and its tags. The views last as long as the collection.
     struct Record {
         std::u16string_view value;
         std::vector<ResultPlace> places;
         std::vector<Nested> nested;
     };
 
-    bool isFull() const noexcept { return size_ > kMost; }
-    Address add(std::u16string_view value, const std::vector<ResultPlace>& places, const std::vector<Nested>& nested);
-    Record read(Address address) const;
+    // Nothing is kept, and false returned, beyond the limit or when there is no memory.
+    bool add(std::u16string_view value, std::u16string_view parent, const std::vector<ResultPlace>& places,
+             const std::vector<Nested>& nested, Index& record) noexcept;
+    // The views last as long as the collection and the parent's text.
+    Record read(Index record, std::u16string_view parent) const;
 
 private:
     static constexpr std::size_t kBlock = 32768;
 
-    std::vector<std::u16string> blocks_;
+    struct Entry {
+        const char16_t* text = nullptr;  // null: in the parent's
+        std::uint32_t offset = 0;
+        std::uint32_t length = 0;
+        std::size_t firstPlace = 0;
+        std::size_t firstNested = 0;
+        std::uint32_t places = 0;
+        std::uint32_t nested = 0;
+    };
+
+    const char16_t* store(std::u16string_view text);
+
+    std::deque<std::u16string> blocks_;  // a block never grows, so what lies in it keeps its place
+    std::deque<Entry> entries_;
+    std::deque<ResultPlace> places_;
+    std::deque<Nested> nested_;
     std::size_t size_ = 0;
 };
 

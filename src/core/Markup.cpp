@@ -79,6 +79,18 @@ void findMarkerPairs(std::u16string_view text, std::vector<TagSpan>& pairs) {
 
 }  // namespace
 
+std::size_t endOfTag(std::u16string_view text, std::size_t start) noexcept {
+    if (start >= text.size() || text[start] != u'<' || !isOpening(text.data() + start, text.size() - start)) {
+        return text.npos;
+    }
+    std::size_t depth = 0;
+    for (MarkerPlace place{start, true}; place.position < text.size(); place = findMarker(text, place.position + 1)) {
+        depth += place.opening ? 1 : static_cast<std::size_t>(-1);
+        if (depth == 0) return place.position + kClosingMarker.size();
+    }
+    return text.npos;
+}
+
 std::vector<TagSpan> findMarkerPairs(std::u16string_view text) {
     std::vector<TagSpan> pairs;
     findMarkerPairs(text, pairs);

@@ -45,6 +45,9 @@ struct TagSpan {
 // pass with a stack: linear for every input. Texts of up to 2^32 - 2 units.
 std::vector<TagSpan> findMarkerPairs(std::u16string_view text);
 
+// The end of the complete tag that begins at `start`; npos when none begins there.
+std::size_t endOfTag(std::u16string_view text, std::size_t start) noexcept;
+
 struct TopLevelTags {
     static constexpr std::uint32_t kNone = 0xFFFFFFFF;
 

@@ -12,35 +12,101 @@ namespace {
 
 // Of results within results; each is a level of recursion.
 constexpr std::uint32_t kMostNested = 300;
+constexpr std::size_t kReach = kClosingMarker.size() - 1;
+constexpr int kFarthest = 4096;  // steps to the units next to a place
+
+// True when a marker begins before the edge and ends after it.
+bool crosses(std::u16string_view text, std::size_t edge) noexcept {
+    for (MarkerPlace place = findMarker(text, 0); place.position < edge; place = findMarker(text, place.position + 1)) {
+        if (place.position + (place.opening ? kOpeningMarker : kClosingMarker).size() > edge) return true;
+    }
+    return false;
+}
 
 }  // namespace
 
 PairedText::PairedText(std::u16string text) : budget_(16 * text.size() + 1000000) {
-    pieces_.push_back({std::move(text), kNone, 0, 0, 0});
-    proven_ = !hasLooseEnd(pieces_.front().text);
-    if (proven_) lastStrayClosing_ = addPairs(0).lastClosing;
+    pieces_.push_back({std::move(text)});
+    lastStrayClosing_ = addPairs(0).lastClosing;
 }
 
-// True when a piece of a marker is cut off by the beginning of a marker or by the end: what comes to
-// stand behind it later could complete it.
-bool PairedText::hasLooseEnd(std::u16string_view text) noexcept {
-    for (std::size_t at = text.find(u'<'); at != std::u16string_view::npos; at = text.find(u'<', at + 1)) {
-        for (const std::u16string_view marker : {kOpeningMarker, kClosingMarker}) {
-            std::size_t same = 1;
-            while (same < marker.size() && at + same < text.size() &&
-                   lowerUnit(text[at + same]) == lowerUnit(marker[same])) {
-                ++same;
-            }
-            if (same < marker.size() && (at + same == text.size() || text[at + same] == u'<')) return true;
+// --- what forms across an edge ---
+
+std::uint32_t PairedText::replacementThatEnds(const Cursor& at) const {
+    const Piece& piece = pieces_[at.piece];
+    const auto first = closed_.begin() + piece.firstClosed;
+    const auto end = closed_.begin() + piece.endClosed;
+    const auto closesBefore = [this](std::uint32_t pair, std::size_t position) {
+        return pairs_[pair].close + kClosingMarker.size() < position;
+    };
+    const auto found = std::lower_bound(first, end, at.position, closesBefore);
+    if (found == end || pairs_[*found].close + kClosingMarker.size() != at.position) return kNone;
+    return pairs_[*found].replacement;
+}
+
+std::uint32_t PairedText::replacementThatBegins(const Cursor& at) const {
+    const std::size_t pair = pairsFrom(pieces_[at.piece], at.position);
+    const bool isThere = pair < pieces_[at.piece].endPair && pairs_[pair].open == at.position;
+    return isThere ? pairs_[pair].replacement : kNone;
+}
+
+std::optional<std::u16string> PairedText::unitsBefore(Cursor at) const {
+    std::u16string units;
+    for (int step = 0; step < kFarthest; ++step) {
+        const Piece& piece = pieces_[at.piece];
+        const bool atStart = at.position == 0;
+        if (units.size() == kReach || (atStart && piece.owner == kNone)) return units;
+        if (atStart) {
+            at = {pairs_[piece.owner].piece, pairs_[piece.owner].open};
+        } else if (const std::uint32_t inner = replacementThatEnds(at); inner != kNone) {
+            at = {inner, pieces_[inner].text.size()};
+        } else {
+            units += piece.text[--at.position];
         }
     }
-    return false;
+    return std::nullopt;
 }
+
+std::optional<std::u16string> PairedText::unitsAfter(Cursor at) const {
+    std::u16string units;
+    for (int step = 0; step < kFarthest; ++step) {
+        const Piece& piece = pieces_[at.piece];
+        const bool atEnd = at.position == piece.text.size();
+        if (units.size() == kReach || (atEnd && piece.owner == kNone)) return units;
+        if (atEnd) {
+            at = {pairs_[piece.owner].piece, pairs_[piece.owner].close + kClosingMarker.size()};
+        } else if (const std::uint32_t inner = replacementThatBegins(at); inner != kNone) {
+            at = {inner, 0};
+        } else {
+            units += piece.text[at.position++];
+        }
+    }
+    return std::nullopt;
+}
+
+// Also true when that is too much to find out.
+bool PairedText::formsMarker(Place place, std::u16string_view result) const {
+    const Pair& pair = pairs_[place];
+    std::optional<std::u16string> before = unitsBefore({pair.piece, pair.open});
+    const std::optional<std::u16string> after = unitsAfter({pair.piece, pair.close + kClosingMarker.size()});
+    if (!before || !after) return true;
+    std::reverse(before->begin(), before->end());
+    const std::size_t start = before->size();
+    if (result.size() <= 2 * kReach) {
+        const std::u16string whole = *before + std::u16string(result) + *after;
+        return crosses(whole, start) || crosses(whole, start + result.size());
+    }
+    return crosses(*before + std::u16string(result.substr(0, kReach)), start) ||
+           crosses(std::u16string(result.substr(result.size() - kReach)) + *after, kReach);
+}
+
+// --- pairs ---
 
 PairedText::Strays PairedText::addPairs(std::uint32_t piece) {
     Strays strays;
     const std::u16string& text = pieces_[piece].text;
     pieces_[piece].firstPair = static_cast<std::uint32_t>(pairs_.size());
+    pieces_[piece].firstClosed = static_cast<std::uint32_t>(closed_.size());
     RollingHash hash;
     struct Open {
         std::uint32_t pair;
@@ -61,10 +127,13 @@ PairedText::Strays PairedText::addPairs(std::uint32_t piece) {
         } else {
             Pair& pair = pairs_[unclosed.back().pair];
             pair.close = position;
+            if (position == pair.open + kOpeningMarker.size()) hasEmptyPair_ = true;
             pair.hash = RollingHash::between(unclosed.back().mark, hash.advance(text, position));
+            closed_.push_back(unclosed.back().pair);
             unclosed.pop_back();
         }
     }
+    pieces_[piece].endClosed = static_cast<std::uint32_t>(closed_.size());
     strays.openings = !unclosed.empty();
     pieces_[piece].endPair = static_cast<std::uint32_t>(pairs_.size());
     for (std::uint32_t pair = pieces_[piece].firstPair; pair < pieces_[piece].endPair; ++pair) {
@@ -137,10 +206,10 @@ std::optional<PairedText::Place> PairedText::find(std::u16string_view name) {
 void PairedText::replace(Place place, std::u16string result) {
     const auto piece = static_cast<std::uint32_t>(pieces_.size());
     const bool hasMarkers = result.find(u'<') != std::u16string::npos;
-    if (hasMarkers && hasLooseEnd(result)) proven_ = false;
+    if (formsMarker(place, result)) proven_ = false;
     const std::uint32_t depth = pieces_[pairs_[place].piece].depth + 1;
     if (depth > kMostNested) proven_ = false;
-    pieces_.push_back({std::move(result), place, depth, 0, 0});
+    pieces_.push_back({std::move(result), place, depth});
     pairs_[place].replacement = piece;
     const std::uint32_t outer = around(place);
     if (hasMarkers && proven_) {
@@ -160,6 +229,7 @@ void PairedText::refresh(std::uint32_t pair) {
         proven_ = false;
         return;
     }
+    if (text.empty()) hasEmptyPair_ = true;
     budget_ -= text.size();
     const std::uint64_t hash = RollingHash::of(text);
     if (pairs_[pair].hash == hash) return;

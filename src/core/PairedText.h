@@ -18,14 +18,16 @@ namespace velmor {
 // beside it, pairs within it join the index, and the pairs around it are taken out and put in
 // again under their new text.
 //
-// Not every text can be kept so: markers could form across the edges of what is replaced, or what
-// is put in could close a pair that stands around it. Then `isProven` turns false, for good, and
-// `assemble` gives the text up to there.
+// Not every text can be kept so: a marker may form across an edge of what is replaced, or what is put
+// in may close a pair around it. Then `isProven` turns false, for good, and `assemble` gives the text
+// up to there.
 class PairedText {
 public:
     explicit PairedText(std::u16string text);
 
     bool isProven() const noexcept { return proven_; }
+    // False when no closing marker directly follows an opening one.
+    bool mayHoldEmptyPair() const noexcept { return hasEmptyPair_; }
 
     // The first place of "<KV:" name "</KV>", without regard to case. The name must hold complete
     // pairs only, if any. A place stays valid until it is replaced.
@@ -45,6 +47,8 @@ private:
         std::uint32_t depth = 0;
         std::uint32_t firstPair = 0;  // its pairs, in order of opening
         std::uint32_t endPair = 0;
+        std::uint32_t firstClosed = 0;  // those of closed_ that lie in it
+        std::uint32_t endClosed = 0;
     };
     struct Pair {
         std::uint32_t piece = 0;
@@ -65,7 +69,17 @@ private:
     };
 
     Strays addPairs(std::uint32_t piece);
-    static bool hasLooseEnd(std::u16string_view text) noexcept;
+    // A place between two units of a piece.
+    struct Cursor {
+        std::uint32_t piece;
+        std::size_t position;
+    };
+    bool formsMarker(Place place, std::u16string_view result) const;
+    // The units next to the place as the text is now, nearest first; nothing when they are too far away.
+    std::optional<std::u16string> unitsBefore(Cursor at) const;
+    std::optional<std::u16string> unitsAfter(Cursor at) const;
+    std::uint32_t replacementThatEnds(const Cursor& at) const;
+    std::uint32_t replacementThatBegins(const Cursor& at) const;
     bool isGone(std::uint32_t pair) const;
     std::uint32_t around(std::uint32_t pair) const;  // the complete pair around it, in its piece or beyond
     bool isBefore(std::uint32_t left, std::uint32_t right) const;
@@ -77,10 +91,12 @@ private:
 
     std::vector<Piece> pieces_;
     std::vector<Pair> pairs_;
+    std::vector<std::uint32_t> closed_;  // complete pairs, those of a piece in order of closing
     std::unordered_map<std::uint64_t, Bucket> index_;
     std::uint32_t lastStrayClosing_ = kNone;  // of piece 0
     std::size_t budget_;                      // of characters for pairs whose text changed
     bool proven_ = true;
+    bool hasEmptyPair_ = false;
 };
 
 }  // namespace velmor

@@ -43,28 +43,35 @@ bool isPlainText(std::u16string_view value) noexcept {
     return isLetter(last) || isDigit(last);
 }
 
+// The default at `start` in what follows the command; nothing when it needs the reader.
+std::optional<std::u16string_view> plainDefault(std::u16string_view rest, std::size_t start) {
+    const std::u16string_view value = rest.substr(start, rest.find(kElementSeparator, start) - start);
+    if (const std::size_t end = endOfTag(rest, start); end != rest.npos) {
+        if (end < rest.size() && rest[end] != kElementSeparator) return std::nullopt;
+        return rest.substr(start, end - start);
+    }
+    const std::size_t end = start + value.size();
+    const char16_t next = end + 1 < rest.size() ? rest[end + 1] : u' ';
+    // "X:\\" and "X:/" are the beginning of a path.
+    if (value.size() == 1 && end < rest.size() && (next == u'\\' || next == u'/')) return std::nullopt;
+    if (value.find(u'<') != value.npos || (!isPlainNumber(value) && !isPlainText(value))) return std::nullopt;
+    return value;
+}
+
 }  // namespace
 
-bool BuiltInCommands::appendProperty(std::u16string_view psName, const TagContext& context, std::u16string& target) {
-    if (!isPropertyTag(psName)) return false;
+std::optional<std::u16string_view> BuiltInCommands::property(std::u16string_view psName, const TagContext& context,
+                                                             std::u16string& text) {
+    if (!isPropertyTag(psName) || !context.properties.own()) return std::nullopt;
     const std::u16string_view rest = psName.substr(kPropertyTag.size());
-    const std::size_t end = std::min(rest.find(kElementSeparator), rest.size());
-    const std::u16string_view entry = rest.substr(0, end);
-    if (entry.find(u'<') != std::u16string_view::npos) return false;
-    const std::size_t equals = entry.find(u'=');
-    const std::u16string_view name = entry.substr(0, equals);
-    if (!isPlainName(name)) return false;
-    const bool bare = equals == std::u16string_view::npos;
-    const std::u16string_view value = bare ? u"0" : entry.substr(equals + 1);
-    if (value.size() == 1 && end < rest.size()) {
-        // "X:\" and "X:/" are the beginning of a path.
-        const char16_t next = end + 1 < rest.size() ? rest[end + 1] : u' ';
-        if (next == u'\\' || next == u'/') return false;
-    }
-    if (!isPlainNumber(value) && !isPlainText(value)) return false;
-    if (!context.properties.own()) return false;
-    if (!context.properties.appendText(name, target)) target += value;
-    return true;
+    const std::size_t equals = std::min(rest.find_first_of(u"=:<"), rest.size());
+    const std::u16string_view name = rest.substr(0, equals);
+    const bool bare = equals == rest.size() || rest[equals] != u'=';
+    if (!isPlainName(name) || (bare && equals < rest.size() && rest[equals] == u'<')) return std::nullopt;
+    const std::optional<std::u16string_view> value = bare ? u"0" : plainDefault(rest, equals + 1);
+    if (!value) return std::nullopt;
+    text.clear();
+    return context.properties.appendText(name, text) ? std::u16string_view(text) : *value;
 }
 
 }  // namespace velmor

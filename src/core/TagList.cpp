@@ -1,7 +1,10 @@
 #include "core/TagList.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "core/BuiltInCommands.h"
+#include "core/Evaluation.h"
 #include "core/kvTag.h"
 #include "core/kvTags.h"
 
@@ -10,10 +13,10 @@ namespace velmor {
 namespace {
 
 template <class Entry>
-auto findIndex(std::vector<Entry>& entries, std::size_t index) {
+auto findTag(std::vector<Entry>& entries, std::size_t index) {
     const auto found = std::lower_bound(entries.begin(), entries.end(), index,
-                                        [](const Entry& entry, std::size_t sought) { return entry.index < sought; });
-    return found != entries.end() && found->index == index ? found : entries.end();
+                                        [](const Entry& entry, std::size_t sought) { return entry.tag < sought; });
+    return found != entries.end() && found->tag == index ? found : entries.end();
 }
 
 }  // namespace
@@ -31,12 +34,12 @@ TagList::~TagList() {
     cleanUp();
 }
 
-void TagList::start(std::u16string_view source, TopLevelTags& tags, ContextRef context,
+void TagList::start(std::u16string_view source, const TopLevelTags& tags, ContextRef context,
                     std::shared_ptr<KeptTags> kept) {
     clear();
     source_.reset();
     text_ = source;
-    spans_.swap(tags.tags);
+    spans_.assign(tags.tags.begin(), tags.tags.end());
     firstStray_ = tags.firstStray;
     context_ = std::move(context);
     kept_ = std::move(kept);
@@ -55,17 +58,16 @@ std::shared_ptr<kvTag> TagList::made(std::size_t index) const {
 }
 
 std::shared_ptr<kvTag> TagList::item(std::size_t index) {
-    std::shared_ptr<kvTag>& tag = made_[index];
-    if (!tag) {
-        tag = std::make_shared<kvTag>(services_);
-        tag->becomeChild(context_);
-        tag->Name(rawName(index));
-        if (index == running_) {
-            tag->answering_ = true;
-        } else {
-            adoptOutcome(*tag, index);
-        }
+    if (const std::shared_ptr<kvTag> known = made(index)) return known;
+    auto tag = std::make_shared<kvTag>(services_);
+    tag->becomeChild(context_);
+    tag->Name(rawName(index));
+    if (index == running_) {
+        tag->answering_ = true;
+    } else {
+        adoptOutcome(*tag, index);
     }
+    made_.emplace(index, tag);
     return tag;
 }
 
@@ -83,10 +85,10 @@ void TagList::adoptOutcome(kvTag& tag, std::size_t index) {
 }
 
 std::unique_ptr<TagList> TagList::takeNested(std::size_t index) {
-    if (const auto whole = findIndex(whole_, index); whole != whole_.end()) return std::move(whole->tags);
-    const auto packed = findIndex(nested_, index);
-    if (packed == nested_.end()) return nullptr;
-    KeptTags::Record record = kept_->read(packed->address);
+    if (const auto whole = findTag(whole_, index); whole != whole_.end()) return std::move(whole->tags);
+    const auto kept = findTag(nested_, index);
+    if (kept == nested_.end()) return nullptr;
+    KeptTags::Record record = kept_->read(kept->record, text_);
     const auto value = std::make_shared<const std::u16string>(record.value);
     const bool isRtf = value->starts_with(kRtfStart);
     auto tags = std::make_unique<TagList>(services_, value, findTopLevelTags(*value),
@@ -116,14 +118,35 @@ void TagList::settle(std::size_t index, std::size_t start, std::size_t length) {
 }
 
 void TagList::keepNested(std::size_t index, TagList& nested) {
-    const auto place = static_cast<std::uint32_t>(index);
     if (!kept_) {
         nested.cleanUp();
-    } else if (!nested.canBePacked()) {
-        whole_.push_back({place, nested.detach()});
-    } else if (!kept_->isFull()) {
-        nested_.push_back({place, kept_->add(nested.text_, nested.places_, nested.nested_)});
+    } else if (nested.canBePacked()) {
+        keep(index, nested);
+    } else {
+        whole_.push_back({static_cast<std::uint32_t>(index), nested.detach()});
     }
+}
+
+void TagList::keep(std::size_t index, const TagList& nested) {
+    KeptTags::Nested entry{static_cast<std::uint32_t>(index), 0};
+    if (kept_->add(nested.text_, text_, nested.places_, nested.nested_, entry.record)) {
+        nested_.push_back(entry);
+    } else {
+        reportLimit(services_, *context_, EvaluationLimit::kept, BuiltInCommands::handler, rawName(index));
+    }
+}
+
+void TagList::settleObject(std::size_t index, std::size_t start, std::size_t length) {
+    const auto found = made_.find(index);
+    if (found == made_.end() || found->second.use_count() > 1 || !isSpare(*found->second, index)) return;
+    if (kept_) places_[index] = {static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(length)};
+    made_.erase(found);
+}
+
+// True when item() would make an object in the same state.
+bool TagList::isSpare(const kvTag& tag, std::size_t index) const {
+    const bool hasOwnContext = tag.context_ != context_ && !tag.value_->starts_with(kRtfStart);
+    return tag.resultGenerated_ && tag.value_ == tag.result_ && !hasOwnContext && tag.name_ == storedName(index);
 }
 
 std::unique_ptr<TagList> TagList::detach() {
@@ -156,8 +179,10 @@ void TagList::endEvaluation() {
 void TagList::cleanUp() {
     toBeCleanedUp_ = evaluations_ != 0;
     if (toBeCleanedUp_) return;
-    for (const auto& entry : made_) entry.second->releaseShared();
+    // What is released may come back to this list.
+    const auto made = std::exchange(made_, {});
     clear();
+    for (const auto& entry : made) entry.second->releaseShared();
 }
 
 void TagList::clear() {

@@ -30,7 +30,8 @@ public:
 
     // Begins anew on the tags of another text, which must outlive its evaluation; keeps its memory.
     // What becomes of nested values goes to `kept`; nobody will ask when that is null.
-    void start(std::u16string_view source, TopLevelTags& tags, ContextRef context, std::shared_ptr<KeptTags> kept);
+    void start(std::u16string_view source, const TopLevelTags& tags, ContextRef context,
+               std::shared_ptr<KeptTags> kept);
 
     std::size_t size() const noexcept { return spans_.size(); }
     // The first opening marker of the source that stands in none of the tags.
@@ -59,6 +60,9 @@ public:
     void beginTag(std::size_t index) noexcept { running_ = index; }
     // ... and has its result at start, counted from base.
     void settle(std::size_t index, std::size_t start, std::size_t length);
+    // The same for a tag with an object of its own, which goes when nobody else holds it and nothing
+    // would be lost.
+    void settleObject(std::size_t index, std::size_t start, std::size_t length);
     // What the tag's value became, to be called before it is settled. The list is free afterwards.
     void keepNested(std::size_t index, TagList& nested);
     // The target is complete: this is it.
@@ -76,7 +80,7 @@ private:
     static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
     // A nested list that holds objects, and cannot be packed.
     struct Whole {
-        std::uint32_t index;
+        std::uint32_t tag;  // its index
         std::unique_ptr<TagList> tags;
     };
 
@@ -84,6 +88,8 @@ private:
     void adoptOutcome(kvTag& tag, std::size_t index);
     std::unique_ptr<TagList> takeNested(std::size_t index);
     std::unique_ptr<TagList> detach();
+    void keep(std::size_t index, const TagList& nested);
+    bool isSpare(const kvTag& tag, std::size_t index) const;
     bool canBePacked() const noexcept { return made_.empty() && whole_.empty() && !results_; }
     void clear();
 

@@ -277,6 +277,7 @@ void kvTag::ProtectRTFCode(std::u16string& psValue) const {
 
 std::shared_ptr<privProperties> kvTag::Elements() {
     if (!elements_) {
+        const CountedDecoding counted;
         elements_ = std::make_shared<privProperties>(services_);
         elements_->BuildByVal(name_, false, true, u":");
     }

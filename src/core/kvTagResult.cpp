@@ -16,8 +16,6 @@ namespace velmor {
 
 namespace {
 
-constexpr std::u16string_view kBuiltInHandler = u"TAG";
-
 // Sets a value for as long as it lives.
 template <class T>
 class Temporarily {
@@ -82,11 +80,17 @@ void kvTag::evaluateValue() {
     const TextRef value = value_;
     const std::shared_ptr<kvTags> tags = tags_;
     if (value->starts_with(kRtfStart)) ProtectRTF(true);
-    if (!isChild_ && EvaluationRun::current().level() == 1) {
-        EvaluationRun::current().countCharacters(value->size());
-    }
+    EvaluationRun& run = EvaluationRun::current();
+    if (!isChild_ && run.level() == 1) run.countCharacters(value->size());
+    if (run.level() == 1) run.beginText(value->size());
     if (!tags || tags->Count() == 0) {
         result_ = value;
+        return;
+    }
+    const HeldText held(run.level() > 1 ? value->size() : 0);
+    if (!held.fits()) {
+        reportLimit(services_, *sharedContext(), EvaluationLimit::held, ownHandler(), name_);
+        result_ = std::make_shared<const std::u16string>();
         return;
     }
     auto result = std::make_shared<std::u16string>();
@@ -115,7 +119,7 @@ void kvTag::dispatch() {
         return;
     }
     try {
-        if (address.name == kBuiltInHandler) {
+        if (address.name == BuiltInCommands::handler) {
             const ContextRef context = sharedContext();
             const std::shared_ptr<privProperties> elements = elements_;  // as somebody may have changed them
             const std::u16string name = name_;

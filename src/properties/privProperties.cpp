@@ -231,7 +231,8 @@ void privProperties::read(std::u16string_view text, ReadForm form, bool append, 
     const auto old = items_;  // the text may be a value of its own
     if (!append) RemoveAll();
     try {
-        std::size_t decompressed = decodingLimit;
+        std::size_t ownAllowance = decodingLimit;
+        std::size_t& decompressed = decodingAllowance != nullptr ? *decodingAllowance : ownAllowance;
         PropertyReader(*this, {0, decompressed}).read(text, form, delimiter.empty() ? u":" : delimiter);
     } catch (...) {
         items_ = old;

@@ -57,12 +57,15 @@ TEST(Commands, TheShortCutGivesWhatTheFullParseGives) {
     on.properties->AddDbl(u"b", 2.5);
     const char16_t* const pieces[] = {
         u"a", u"b", u"=", u":", u"0", u"7", u"True", u"\"", u"\\", u"/", u" ", u"!", u"!@", u"NUL:", u"&", u"#", u"%",
-        u"~AT\"-", u".", u"-", u"e", u"C:\\", u"$", u"<", u"x", u"&H", u"99999999"};
+        u"~AT\"-", u".", u"-", u"e", u"C:\\", u"$", u"<", u"x", u"&H", u"99999999",
+        u"<kv:", u"</KV>", u"=<KV:", u"<KV:x:</KV>"};
     Random random;
     int taken = 0;
     for (int turn = 0; turn < 60000; ++turn) {
-        std::u16string name = u"TAG>PROPERTY:" + random.text(pieces, 6), quick;
-        if (!BuiltInCommands::appendProperty(name, *context, quick)) continue;
+        std::u16string name = u"TAG>PROPERTY:" + random.text(pieces, 6), text;
+        const auto found = BuiltInCommands::property(name, *context, text);
+        if (!found) continue;
+        const std::u16string quick(*found);
         ++taken;
         if (!name.ends_with(u':')) name += u':';
         ASSERT_EQ(quick, BuiltInCommands(on.services, ContextRef(context), name).run()) << toUtf8(name);

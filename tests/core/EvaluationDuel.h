@@ -53,10 +53,11 @@ private:
             // What could grow to a marker; the pieces before leave that to the index of pairs.
             u"<KV:TAG>PROPERTY:z=zz:</KV>", u"<KV:TAG>SETPROPERTY:p=1:</KV>",
             u"<KV:TAG>SETPROPERTY:q=<KV:TAG>PROPERTY:r=:</KV>:</KV>", u"</KV>", u"<K", u"V:", u"<", u"</K", u"V>",
-            u"KV:TAG>PROPERTY:p=", u"TAG>PROPERTY:p=", u":", u":</KV>", u"<KV", u"{\\rtf1", u"\\}"};
+            u"KV:TAG>PROPERTY:p=", u"TAG>PROPERTY:p=", u":", u":</KV>", u"<KV", u"{\\rtf1", u"\\}",
+            u"<KV:TAG>PROPERTY:p=<KV</KV>", u"<KV:</KV>", u"<KV:TAG>PROPERTY:p="};
         // clang-format on
         std::u16string made;
-        for (unsigned left = byte() % (most + 1); left > 0; --left) made += kPieces[byte() % (loose ? 32 : 16)];
+        for (unsigned left = byte() % (most + 1); left > 0; --left) made += kPieces[byte() % (loose ? 35 : 16)];
         return made;
     }
     PropertiesRef properties() {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "common/Compression.h"
 #include "core/ErrorLog.h"
 #include "core/EvaluationRun.h"
 #include "core/TestTags.h"
@@ -232,6 +233,30 @@ TEST(Limits, TheErrorLogCountsWhatItLeavesOut) {
     EXPECT_EQ(listener.tags[2], std::tuple(4, 57, u"<KV:N>:</KV>"));
     on.evaluate(u"<KV:N>:</KV>");
     EXPECT_EQ(on.errors().size(), 1u);
+}
+
+TEST(Limits, EndWhatGrowsOutOfLittle) {
+    TagTest on;
+    std::u16string doubling = u"{\\rtf1 <[SETPROPERTY:p0=\"\\\":]";
+    for (char16_t i = u'A'; i < u'A' + 40; ++i) {
+        const std::u16string last(1, i), next(1, i + 1);
+        doubling +=
+            std::u16string(u"[SETPROPERTY:n") + next + u"=[PROPERTY:n" + last + u"=\\:][PROPERTY:n" + last + u"=:]:]";
+    }
+    EXPECT_EQ(on.evaluate(doubling + u"[@VERSION:]>}").substr(0, 20), u"{\\rtf1 <1>}");
+    EXPECT_EQ(on.errors(), Errors{u"TAG: More than 33,554,432 characters held at once in one evaluation"});
+
+    const std::u16string bomb = u"[PROPERTY:x=~GZ\"" + compressedText(std::u16string(33'554'433, u'x')) + u"\":]";
+    EXPECT_EQ(on.evaluate(u"<" + bomb + u"[@VERSION:]" + bomb + u">"), u"<1>");
+    EXPECT_EQ(on.errors(), Errors{u"TAG: More than 33,554,432 bytes of compressed values in one evaluation"});
+
+    on.services.files.set(u"C:\\a.txt", std::string(8'000'000, '.') + "<KV:TAG>@VERSION:</KV>");
+    const std::u16string five =
+        u"[INCLUDE=C:\\a.txt:][INCLUDE=C:\\a.txt:][INCLUDE=C:\\a.txt:][INCLUDE=C:\\a.txt:][INCLUDE=C:\\a.txt:]";
+    EXPECT_EQ(on.evaluate(five).size(), 40'000'005u);
+    EXPECT_EQ(on.errors(), Errors{u"TAG: The values of further tags within tags are not kept"});
+    EXPECT_EQ(on.last->Tags()->Item(4)->Value().back(), u'>');
+    EXPECT_EQ(on.last->Tags()->Item(5)->Value().back(), u'1');
 }
 
 TEST(Limits, EndNothingAtTheMarginOfTheLevels) {

@@ -106,6 +106,20 @@ TEST(Tag, TagsShowWhatTheyBecame) {
     }
 }
 
+TEST(Tag, TagsShowWhatLiesInTheirOwnText) {
+    TagTest on;
+    on.addHandler(u"H", 3, [](kvTag&) { return Variant(u"h"); });
+    const auto tag = on.make(u"-[PROPERTY:a=[PROPERTY:b=[PROPERTY:c=<KV:H>:</KV>:]:]:]");
+    EXPECT_EQ(tag->Result(), u"-h");
+    std::shared_ptr<kvTag> child = tag->Tags()->Item(1);
+    for (const auto* value :
+         {u"[PROPERTY:b=[PROPERTY:c=<KV:H>:</KV>:]:]", u"[PROPERTY:c=<KV:H>:</KV>:]", u"<KV:H>:</KV>", u"h"}) {
+        EXPECT_EQ(child->Value(), tagged(value));
+        EXPECT_EQ(child->Result(), u"h");
+        if (value[0] != u'h') child = child->Tags()->Item(1);
+    }
+}
+
 // A tag that a reader evaluated first keeps its result; a skipped one is left alone.
 TEST(Tag, TagsBesideTheirPlace) {
     TagTest on;
