@@ -18,7 +18,7 @@ namespace {
 
 template <class FaceClass, class Core>
 HRESULT create(REFIID id, void** object) noexcept {
-    return guard([&] {
+    return guard(IID_IClassFactory, [&] {
         const auto face =
             ComPtr<FaceClass>::attach(faceFor<FaceClass>(std::make_shared<Core>(platform::systemServices())));
         check(face->QueryInterface(id, object));
@@ -26,7 +26,7 @@ HRESULT create(REFIID id, void** object) noexcept {
 }
 
 HRESULT createEmptyHandler(REFIID id, void** object) noexcept {
-    return guard([&] {
+    return guard(IID_IClassFactory, [&] {
         const auto handler = ComPtr<EmptyHandler>::attach(new EmptyHandler);
         check(handler->QueryInterface(id, object));
     });

@@ -1,6 +1,5 @@
 #include "com/DirectFace.h"
 
-#include "com/Guard.h"
 #include "com/Receive.h"
 
 namespace velmor::com {

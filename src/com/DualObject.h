@@ -75,7 +75,7 @@ protected:
     template <class... Arguments>
     HRESULT guard(Arguments&&... arguments) noexcept {
         const platform::ComPtr<Interface> alive(this);
-        return com::guard(std::forward<Arguments>(arguments)...);
+        return com::guard(interfaceId, std::forward<Arguments>(arguments)...);
     }
 
     // The last reference is gone.

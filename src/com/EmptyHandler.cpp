@@ -2,17 +2,11 @@
 
 #include <string>
 
-#include "com/Guard.h"
-
 namespace velmor::com {
 
-namespace {
-
-HRESULT giveNothing(BSTR* pResult) noexcept {
+HRESULT EmptyHandler::giveNothing(BSTR* pResult) noexcept {
     return guard(pResult, [] { return std::u16string(); });
 }
-
-}  // namespace
 
 HRESULT EmptyHandler::get_Interface(long* pResult) noexcept {
     return guard(pResult, [] { return 0; });

@@ -20,6 +20,9 @@ public:
                                                      BSTR* pResult) noexcept override;
     HRESULT STDMETHODCALLTYPE get_ParameterValueList(BSTR psCommand, BSTR psParameter, BSTR psHandler,
                                                      IDispatch** poDatabase, BSTR* pResult) noexcept override;
+
+private:
+    HRESULT giveNothing(BSTR* pResult) noexcept;
 };
 
 }  // namespace velmor::com

@@ -28,7 +28,7 @@ HRESULT Enumerator::Next(ULONG count, VARIANT* values, ULONG* fetched) noexcept 
     if (fetched) *fetched = 0;
     if (!values || (!fetched && count != 1)) return E_POINTER;
     ULONG given = 0;
-    const HRESULT code = guard([&] {
+    const HRESULT code = guard(IID_IEnumVARIANT, [&] {
         while (given < count) {
             const automation::ObjectRef object = sequence_->next();
             if (!object) return;
@@ -46,16 +46,16 @@ HRESULT Enumerator::Next(ULONG count, VARIANT* values, ULONG* fetched) noexcept 
 
 HRESULT Enumerator::Skip(ULONG count) noexcept {
     bool all = false;
-    const HRESULT code = guard([&] { all = sequence_->skip(count); });
+    const HRESULT code = guard(IID_IEnumVARIANT, [&] { all = sequence_->skip(count); });
     return FAILED(code) ? code : (all ? S_OK : S_FALSE);
 }
 
 HRESULT Enumerator::Reset() noexcept {
-    return guard([&] { sequence_->reset(); });
+    return guard(IID_IEnumVARIANT, [&] { sequence_->reset(); });
 }
 
 HRESULT Enumerator::Clone(IEnumVARIANT** copy) noexcept {
-    return guard(copy, [&]() -> IEnumVARIANT* { return new Enumerator(sequence_->clone()); });
+    return guard(IID_IEnumVARIANT, copy, [&]() -> IEnumVARIANT* { return new Enumerator(sequence_->clone()); });
 }
 
 }  // namespace velmor::com

@@ -9,6 +9,7 @@
 #include "platform/win32/VariantBridge.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
+#include "text/ErrorSource.h"
 
 namespace velmor::com {
 
@@ -16,16 +17,17 @@ namespace {
 
 using platform::ComPtr;
 
-LPOLESTR wide(const std::u16string& text) noexcept {
+LPOLESTR wide(const char16_t* text) noexcept {
     static_assert(sizeof(OLECHAR) == sizeof(char16_t));
-    return const_cast<LPOLESTR>(reinterpret_cast<const OLECHAR*>(text.c_str()));
+    return const_cast<LPOLESTR>(reinterpret_cast<const OLECHAR*>(text));
 }
 
-void record(const std::u16string& source, const std::u16string& description) noexcept {
+void record(REFIID interfaceId, const std::u16string& description) noexcept {
     ComPtr<ICreateErrorInfo> created;
     if (FAILED(CreateErrorInfo(created.put()))) return;
-    created->SetSource(wide(source.empty() ? std::u16string(u"kvVelmor3") : source));
-    created->SetDescription(wide(description));
+    created->SetGUID(interfaceId);
+    created->SetSource(wide(kErrorSource));
+    created->SetDescription(wide(description.c_str()));
     if (const auto error = created.as<IErrorInfo>(IID_IErrorInfo)) SetErrorInfo(0, error.get());
 }
 
@@ -53,19 +55,19 @@ void replaceText(BSTR& place, const std::u16string& value) {
     place = text;
 }
 
-HRESULT translateException() noexcept {
+HRESULT translateException(REFIID interfaceId) noexcept {
     SetErrorInfo(0, nullptr);  // an earlier failure's record
     try {
         throw;
     } catch (const Error& error) {
-        record(error.source(), error.description());
+        record(interfaceId, error.description());
         return platform::hresultOf(error);
     } catch (const Failure& failure) {
         return failure.code;
     } catch (const std::bad_alloc&) {
         return E_OUTOFMEMORY;
     } catch (const std::exception& error) {
-        record({}, fromUtf8(error.what()));
+        record(interfaceId, fromUtf8(error.what()));
         return E_FAIL;
     } catch (...) {
         return E_FAIL;

@@ -9,20 +9,21 @@
 
 namespace velmor::com {
 
-// The boundary. Every member of a face runs in guard(): a null out-pointer is refused, the place
-// for the result is cleared before anything else happens, and no exception gets out.
+// The boundary. Every member that a host calls runs in guard(): a null out-pointer is refused, the place for the result
+// is cleared before anything else happens, and no exception gets out. The interface is the member's, for the error
+// record. Faces have a guard() of their own that knows it.
 
 // The exception being handled as an HRESULT, with an error record where there is something to say.
 // Numbers of the engine become 0x800A0000 + number.
-HRESULT translateException() noexcept;
+HRESULT translateException(REFIID interfaceId) noexcept;
 
 template <class Body>
-HRESULT guard(Body&& body) noexcept {
+HRESULT guard(REFIID interfaceId, Body&& body) noexcept {
     try {
         std::forward<Body>(body)();
         return S_OK;
     } catch (...) {
-        return translateException();
+        return translateException(interfaceId);
     }
 }
 
@@ -35,8 +36,8 @@ void clear(Out& place) noexcept {
 }
 
 template <class Out, class Body>
-HRESULT guard(Out* pResult, Body&& body) noexcept {
-    return guard([&] {
+HRESULT guard(REFIID interfaceId, Out* pResult, Body&& body) noexcept {
+    return guard(interfaceId, [&] {
         check(pResult ? S_OK : E_POINTER);
         clear(*pResult);
         give(*pResult, std::forward<Body>(body)());

@@ -11,7 +11,7 @@ namespace velmor::com {
 HRESULT createObjectFrom(automation::ObjectRef (*make)(), REFIID id, void** object) noexcept {
     if (!object) return E_POINTER;
     *object = nullptr;
-    return guard([&] {
+    return guard(IID_IClassFactory, [&] {
         platform::installConversions();
         const auto face = platform::ComPtr<IDispatch>::attach(platform::faceOf(make()));
         if (!face) throw Failure{E_FAIL};

@@ -1,7 +1,6 @@
 #include "com/PropertiesFace.h"
 
 #include "com/Enumerator.h"
-#include "com/Guard.h"
 #include "com/Receive.h"
 #include "properties/PropertyEnumerator.h"
 

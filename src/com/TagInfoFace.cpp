@@ -1,6 +1,5 @@
 #include "com/TagInfoFace.h"
 
-#include "com/Guard.h"
 #include "com/Receive.h"
 #include "properties/privProperties.h"
 

@@ -1,7 +1,6 @@
 #include "com/TagsFace.h"
 
 #include "com/Enumerator.h"
-#include "com/Guard.h"
 #include "com/Receive.h"
 #include "core/kvTag.h"
 

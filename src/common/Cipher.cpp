@@ -5,6 +5,7 @@
 #include "platform/Cryptography.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
+#include "text/ErrorSource.h"
 
 namespace velmor {
 namespace {
@@ -38,9 +39,9 @@ std::optional<std::string> payloadOf(std::u16string_view enciphered) {
 }  // namespace
 
 std::u16string encipheredText(std::u16string_view text, std::u16string_view password) {
-    if (password.empty()) throw Error(5, u"kvLibrary", u"The password is empty");
+    if (password.empty()) throw Error(5, kErrorSource, u"The password is empty");
     const std::string plain = toUtf8(text);
-    if (plain.size() > kLargestPlain) throw Error(7, u"kvLibrary", u"Out of memory");
+    if (plain.size() > kLargestPlain) throw Error(7, kErrorSource, u"Out of memory");
     std::string payload = platform::randomBytes(kHeaderSize);
     platform::CipherKey key;
     deriveKey(key, password, payload);

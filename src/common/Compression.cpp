@@ -12,6 +12,7 @@
 #include "common/Base64.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
+#include "text/ErrorSource.h"
 
 namespace velmor {
 namespace {
@@ -20,7 +21,7 @@ namespace {
 constexpr std::size_t kGreatestRatio = 1032;
 
 [[noreturn]] void outOfMemory() {
-    throw Error(7, u"Compression", u"Out of memory");
+    throw Error(7, kErrorSource, u"Out of memory");
 }
 
 // zlib only reads what next_in points to.

@@ -7,6 +7,7 @@
 #include "handlers/BuiltInCatalogue.h"
 #include "text/Compare.h"
 #include "text/Error.h"
+#include "text/ErrorSource.h"
 
 namespace velmor {
 
@@ -20,7 +21,7 @@ constexpr std::int32_t kLowestWithDatabase = 4;
 
 std::u16string textOf(const Variant& answer) {
     std::optional<std::u16string> text = automation::toText(answer);
-    if (!text) throw Error(13, u"kvTag", u"Type mismatch");
+    if (!text) throw Error(13, kErrorSource, u"Type mismatch");
     return *std::move(text);
 }
 
@@ -52,7 +53,7 @@ ITag4 ITag4::create(platform::Objects& objects, std::u16string_view className) {
 
 std::int32_t ITag4::Interface() const {
     const std::optional<std::int32_t> level = automation::toLong(handler_->invoke(u"Interface", InvokeKind::get, {}));
-    if (!level) throw Error(13, u"kvTag", u"Type mismatch");
+    if (!level) throw Error(13, kErrorSource, u"Type mismatch");
     return *level;
 }
 

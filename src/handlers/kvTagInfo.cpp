@@ -6,6 +6,7 @@
 #include "properties/privProperties.h"
 #include "text/Compare.h"
 #include "text/Error.h"
+#include "text/ErrorSource.h"
 
 namespace velmor {
 
@@ -113,7 +114,7 @@ std::shared_ptr<privProperties> kvTagInfo::HandlerListFiltered() const {
 // --- questions ---
 
 void kvTagInfo::Database(automation::ObjectRef poDatabase) {
-    if (!poDatabase || poDatabase->typeName() != u"kvDatabase") throw Error(13, u"kvTagInfo", u"Type Mismatch");
+    if (!poDatabase || poDatabase->typeName() != u"kvDatabase") throw Error(13, kErrorSource, u"Type Mismatch");
     database_ = std::move(poDatabase);
 }
 

@@ -6,6 +6,7 @@
 #include "automation/Variant.h"
 #include "text/Compare.h"
 #include "text/Error.h"
+#include "text/ErrorSource.h"
 
 namespace velmor::platform {
 namespace {
@@ -53,9 +54,9 @@ automation::Variant BytePicture::invoke(std::u16string_view name, automation::In
                                         std::span<automation::Variant> arguments) {
     const bool reads = kind == automation::InvokeKind::get || kind == automation::InvokeKind::method;
     if (!reads || !equalIgnoringCase(name, u"Type")) {
-        throw Error(438, u"Picture", u"Object doesn't support this property or method: " + std::u16string(name));
+        throw Error(438, kErrorSource, u"Object doesn't support this property or method: " + std::u16string(name));
     }
-    if (!arguments.empty()) throw Error(450, u"Picture", u"Wrong number of arguments");
+    if (!arguments.empty()) throw Error(450, kErrorSource, u"Wrong number of arguments");
     return static_cast<std::int16_t>(type_);
 }
 

@@ -7,6 +7,7 @@
 #include "text/Compare.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
+#include "text/ErrorSource.h"
 
 namespace velmor::platform {
 namespace {
@@ -57,7 +58,7 @@ void raiseCannotCreate(std::u16string_view className, std::u16string_view reason
     text += className;
     text += u"\": ";
     text += reason;
-    throw Error(429, u"Velmor3", std::move(text));
+    throw Error(429, kErrorSource, std::move(text));
 }
 
 bool isClassName(std::u16string_view className) {

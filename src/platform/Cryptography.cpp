@@ -1,6 +1,7 @@
 #include "platform/Cryptography.h"
 
 #include "text/Error.h"
+#include "text/ErrorSource.h"
 
 namespace velmor::platform {
 namespace {
@@ -16,12 +17,12 @@ CipherKey::~CipherKey() {
 }
 
 void refuseCryptography() {
-    throw Error(17, u"Velmor", u"Can't perform requested operation");
+    throw Error(17, kErrorSource, u"Can't perform requested operation");
 }
 
 void requireSealable(std::string_view nonce, std::string_view plain) {
-    if (nonce.size() != cipherNonceSize) throw Error(5, u"Velmor", u"Invalid procedure call or argument");
-    if (plain.size() > kLargestPlain) throw Error(7, u"Velmor", u"Out of memory");
+    if (nonce.size() != cipherNonceSize) throw Error(5, kErrorSource, u"Invalid procedure call or argument");
+    if (plain.size() > kLargestPlain) throw Error(7, kErrorSource, u"Out of memory");
 }
 
 }  // namespace velmor::platform

@@ -12,6 +12,7 @@
 #include "properties/Substitution.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
+#include "text/ErrorSource.h"
 #include "text/privStrCat.h"
 
 namespace velmor {
@@ -52,7 +53,7 @@ std::u16string PropertyWriter::write(const KeyedItems& items) {
         } else {
             writeEntry(*items.at(i));
         }
-        if (out_.size() > privStrCat::maximumLength) throw Error(7, u"privProperties", u"Out of memory");
+        if (out_.size() > privStrCat::maximumLength) throw Error(7, kErrorSource, u"Out of memory");
     }
     return std::move(out_);
 }

@@ -8,6 +8,13 @@ using namespace host;
 
 namespace {
 
+// A literal is no BSTR: the header has no default arguments.
+template <class Tag>
+concept LeavesTextsOut = requires(Tag tag, BSTR text, long* number) {
+    tag.LogError(text, text, number);
+};
+static_assert(!LeavesTextsOut<_kvTag>);
+
 class Boundary : public testing::Test {
 protected:
     ComPtr<_kvTag> tag = newTag();
@@ -32,6 +39,7 @@ TEST_F(Boundary, NamedArguments) {
 
 TEST_F(Boundary, WrongCallsAreRefused) {
     EXPECT_EQ(get(tag.get(), L"NoSuchMember").code, DISP_E_UNKNOWNNAME);
+    EXPECT_EQ(get(get(tag.get(), L"Library").object().get(), L"NoSuchMember").code, DISP_E_UNKNOWNNAME);
     EXPECT_EQ(get(tag.get(), L"Name", values(1)).code, DISP_E_BADPARAMCOUNT);
     EXPECT_EQ(get(list.get(), L"Add", values(L"x")).code, DISP_E_PARAMNOTOPTIONAL);
     EXPECT_EQ(get(list.get(), L"AddLng", values(L"x", L"no number")).code, DISP_E_TYPEMISMATCH);
@@ -109,11 +117,16 @@ TEST_F(Boundary, ErrorsCarryNumberAndText) {
     EXPECT_EQ(size, 0);
     const auto recorded = [] {
         ComPtr<IErrorInfo> error;
-        Text description;
-        if (GetErrorInfo(0, error.put()) == S_OK) error->GetDescription(description.put());
-        return description.str();
+        Text source, description;
+        if (GetErrorInfo(0, error.put()) != S_OK) return std::wstring();
+        GUID id;
+        EXPECT_EQ(error->GetGUID(&id), S_OK);
+        EXPECT_TRUE(IsEqualGUID(id, IID__privProperties));
+        error->GetSource(source.put());
+        error->GetDescription(description.put());
+        return source.str() + L": " + description.str();
     };
-    EXPECT_EQ(recorded(), L"Overflow");
+    EXPECT_EQ(recorded(), L"kvVelmor3: Overflow");
     // A failure without a text leaves no other one's record behind.
     EXPECT_EQ(list->get_SizeStored(&size), overflow);
     EXPECT_EQ(tag->get_Result(nullptr), E_POINTER);

@@ -10,6 +10,7 @@
 #include "platform/posix/PosixMachine.h"
 #include "platform/posix/PosixPictures.h"
 #include "text/Error.h"
+#include "text/ErrorSource.h"
 
 namespace velmor::platform {
 namespace {
@@ -41,7 +42,7 @@ LoadedRegistry loadRegistry(const RegistrySource& source, const Files& files) {
     const auto bytes = files.read(source.path);
     if (!bytes) {
         std::u16string message = u"The registry file \"" + source.path + u"\" cannot be read";
-        if (source.required) throw Error(53, u"Velmor3", std::move(message));
+        if (source.required) throw Error(53, kErrorSource, std::move(message));
         loaded.warnings.push_back(std::move(message));
         return loaded;
     }

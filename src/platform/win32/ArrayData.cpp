@@ -3,6 +3,7 @@
 #include "automation/Errors.h"
 #include "platform/win32/VariantData.h"
 #include "text/Error.h"
+#include "text/ErrorSource.h"
 
 namespace velmor::platform::detail {
 
@@ -104,7 +105,7 @@ SAFEARRAY* makeArray(const Array& array, int depth) {
     const VARTYPE type = variantTypeOf(array.elementType);
     std::unique_ptr<SAFEARRAY, DestroyArray> result(
         SafeArrayCreate(type, static_cast<UINT>(bounds.size()), bounds.data()));
-    if (!result) throw Error(7, u"kvVelmor3", u"Out of memory");
+    if (!result) throw Error(7, kErrorSource, u"Out of memory");
     const ArrayAccess access(result.get());
     for (std::size_t index = 0; index < count; ++index) {
         if (!writeData(type, access.element(index), array.elements[index], depth)) automation::raiseTypeMismatch();

@@ -7,6 +7,7 @@
 #include "platform/win32/WideText.h"
 #include "platform/win32/Windows.h"
 #include "text/Error.h"
+#include "text/ErrorSource.h"
 
 // Behind Windows.h, which it needs.
 #include <shlobj.h>
@@ -71,7 +72,7 @@ std::u16string MachineGuids::next() {
     GUID guid{};
     wchar_t text[39] = {};
     if (FAILED(CoCreateGuid(&guid)) || StringFromGUID2(guid, text, 39) != 39)
-        throw Error(5, u"Velmor3", u"No new GUID");
+        throw Error(5, kErrorSource, u"No new GUID");
     return fromWide({text, 38});
 }
 

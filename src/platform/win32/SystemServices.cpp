@@ -12,6 +12,7 @@
 #include "platform/win32/Windows.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
+#include "text/ErrorSource.h"
 
 namespace velmor::platform {
 
@@ -19,7 +20,8 @@ struct SystemServices::Parts {
     explicit Parts(const SystemOptions& options) : folders(options.componentFolder) {
         if (options.registryFile.empty()) return;
         const auto bytes = files.read(options.registryFile);
-        if (!bytes) throw Error(53, u"Velmor3", u"The registry file \"" + options.registryFile + u"\" cannot be read");
+        if (!bytes)
+            throw Error(53, kErrorSource, u"The registry file \"" + options.registryFile + u"\" cannot be read");
         file.emplace(*bytes);
         for (const auto& warning : file->warnings()) warnings.push_back(options.registryFile + u": " + warning);
     }

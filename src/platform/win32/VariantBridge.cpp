@@ -2,6 +2,7 @@
 
 #include "platform/win32/ByReference.h"
 #include "platform/win32/VariantData.h"
+#include "text/ErrorSource.h"
 
 namespace velmor::platform {
 
@@ -10,7 +11,7 @@ using automation::Variant;
 BSTR makeBstr(std::u16string_view text) {
     const auto* const units = reinterpret_cast<const OLECHAR*>(text.data());
     const BSTR copy = SysAllocStringLen(units, static_cast<UINT>(text.size()));
-    if (copy == nullptr) throw Error(7, u"kvVelmor3", u"Out of memory");
+    if (copy == nullptr) throw Error(7, kErrorSource, u"Out of memory");
     return copy;
 }
 

@@ -9,6 +9,7 @@
 #include "platform/win32/Faces.h"
 #include "platform/win32/VariantBridge.h"
 #include "text/Error.h"
+#include "text/ErrorSource.h"
 
 namespace velmor::platform::detail {
 
@@ -184,7 +185,7 @@ void fillVariant(const Variant& value, VARIANT& result, int depth) {
     }
     if (const auto* record = value.get<automation::UserDefined>()) {
         auto* const kept = static_cast<VARIANT*>(record->record.get());
-        if (kept != nullptr && FAILED(VariantCopy(&result, kept))) throw Error(7, u"kvVelmor3", u"Out of memory");
+        if (kept != nullptr && FAILED(VariantCopy(&result, kept))) throw Error(7, kErrorSource, u"Out of memory");
         return;
     }
     const VARTYPE type = variantTypeOf(value.type());
