@@ -23,6 +23,20 @@ if(VELMOR_LIBFUZZER)
     # Every room reports its coverage; only the fuzz targets link the fuzzer's main.
     target_compile_options(velmor_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
+# Hardening. Sanitised builds have better than the first two, and the third needs an optimised build.
+if(NOT VELMOR_SANITIZE AND NOT VELMOR_SANITIZE_THREADS)
+    target_compile_options(velmor_options INTERFACE -fstack-protector-strong
+        $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)
+endif()
+if(WIN32)
+    target_link_options(velmor_options INTERFACE -Wl,--dynamicbase,--nxcompat)
+else()
+    target_link_options(velmor_options INTERFACE -Wl,-z,relro,-z,now)
+    include(CheckPIESupported)
+    check_pie_supported(LANGUAGES CXX)
+endif()
+# What velmor_strip puts aside: functions and lines.
+target_compile_options(velmor_options INTERFACE $<$<CONFIG:Release>:-g1>)
 target_include_directories(velmor_options INTERFACE
     ${PROJECT_SOURCE_DIR}/src ${PROJECT_BINARY_DIR}/generated)
 if(WIN32)
@@ -56,6 +70,31 @@ function(velmor_room name)
     foreach(room ${ARGN})
         target_link_libraries(velmor_${name} PUBLIC velmor_${room})
     endforeach()
+endfunction()
+
+# velmor_strip(TARGET): a released binary without its symbols, which lie beside it in a file .debug that debuggers find.
+function(velmor_strip name)
+    if(CMAKE_BUILD_TYPE STREQUAL "Release")
+        set(file $<TARGET_FILE:${name}>)
+        add_custom_command(TARGET ${name} POST_BUILD
+            COMMAND ${CMAKE_OBJCOPY} --only-keep-debug ${file} ${file}.debug
+            COMMAND ${CMAKE_STRIP} --strip-all ${file}
+            COMMAND ${CMAKE_OBJCOPY} --add-gnu-debuglink=${file}.debug ${file}
+            VERBATIM)
+    endif()
+endfunction()
+
+# velmor_version_resource(TARGET FILE KIND): the version resource of a Windows binary, APP or DLL.
+if(WIN32)
+    enable_language(RC)
+endif()
+function(velmor_version_resource target file kind)
+    string(REGEX MATCH "..$" minor 0${PROJECT_VERSION_MINOR})
+    string(REGEX MATCH "....$" revision 000${PROJECT_VERSION_PATCH})
+    set(version ${PROJECT_VERSION_MAJOR}.${minor}.${revision})
+    cmake_path(GET file STEM name)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/Version.rc.in ${CMAKE_CURRENT_BINARY_DIR}/version.rc @ONLY)
+    target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/version.rc)
 endfunction()
 
 # velmor_test(NAME [library ...]): the tests of tests/NAME as one program and one CTest entry.

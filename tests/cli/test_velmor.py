@@ -574,6 +574,16 @@ class Sample(VelmorTest):
         self.assertEqual(out.count(b"{") - out.count(b"\\{"), out.count(b"}") - out.count(b"\\}"))
 
 
+class Binary(VelmorTest):
+    def test_linux_program_is_hardened(self):
+        if RUNNER:
+            self.skipTest("a Windows program")
+        said = subprocess.run(["readelf", "-lWd", "--dyn-syms", PROGRAM], capture_output=True, text=True).stdout
+        wanted = ["GNU_RELRO", "BIND_NOW", "NOW PIE"] + ([] if "__asan_init" in said else ["__stack_chk_fail", "_chk@"])
+        for each in wanted:
+            self.assertIn(each, said)
+
+
 if __name__ == "__main__":
     arguments = sys.argv[1:]
     if "--" in arguments:
