@@ -2,6 +2,7 @@
 
 #include "com/DirectFace.h"
 #include "com/Give.h"
+#include "com/LibraryFace.h"
 #include "com/PropertiesFace.h"
 #include "com/PropertyFace.h"
 #include "com/TagFace.h"
@@ -25,6 +26,7 @@ IDispatch* ComponentFaces::faceOf(const automation::ObjectRef& object) {
     if (IDispatch* face = faceWhen<PropertiesFace, privProperties>(object)) return face;
     if (IDispatch* face = faceWhen<TagsFace, kvTags>(object)) return face;
     if (IDispatch* face = faceWhen<DirectFace, kvDirectTag>(object)) return face;
+    if (IDispatch* face = faceWhen<LibraryFace, kvLibrary>(object)) return face;
     return faceWhen<TagInfoFace, kvTagInfo>(object);
 }
 

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "automation/Convert.h"
-#include "common/Library.h"
+#include "common/kvLibrary.h"
 #include "core/ErrorLog.h"
 #include "core/Evaluation.h"
 #include "core/TagList.h"
@@ -153,7 +153,7 @@ std::shared_ptr<privProperties> kvTag::ErrorLog() {
 }
 
 automation::ObjectRef kvTag::Library() const {
-    return newLibrary(services_);
+    return std::make_shared<kvLibrary>(services_);
 }
 
 void kvTag::LogError(std::u16string_view psTagHandler, std::u16string_view psError, std::int32_t& plErrorNumber,

@@ -109,7 +109,7 @@ public:
     void LogError(std::u16string_view psTagHandler, std::u16string_view psError);
     std::shared_ptr<privProperties> ErrorLog();
 
-    // The companion library (common/Library.h); a new object on every read.
+    // The companion library (common/kvLibrary.h); a new object on every read.
     automation::ObjectRef Library() const;
 
     void AddTableStartEndControlWords();

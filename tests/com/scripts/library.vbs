@@ -17,6 +17,9 @@ File = Lib.TemporaryName("~kvt", ".tmp")
 Check Left(File, Len(Lib.TemporaryFolder)) = Lib.TemporaryFolder, "Boolean True"
 Check Lib.FileExists(File), "Boolean True"
 Check Lib.FileExists(Lib.TemporaryFolder), "Boolean False"
+Check Lib.SaveTextFile(File, "{\rtf1 " & Lib.FromHexadecimal("C581") & "}"), "Boolean True"
+Check Lib.ReadTextFile(File), "'{\rtf1 \u321?}'"
+Check Lib.SaveTextFile(File, "", True), "Boolean True"
 Check Lib.AppendText(File, "one" & vbCrLf), "Boolean True"
 Check Lib.AppendText(File, "two", True), "Boolean True"
 Check Lib.ReadTextFile(File), "'one|two'"
@@ -30,6 +33,9 @@ Check Lib.Decompress(Lib.Compress("text")), "'text'"
 Check Lib.Decipher(Lib.Encipher("text", "pass"), "pass"), "'text'"
 On Error Resume Next
 Lib.FromBase64 "?"
+Check Err.Number, "Long 5"
+Err.Clear
+Lib.SaveTextFile File, Lib.FromHexadecimal("C581")
 Check Err.Number, "Long 5"
 Err.Clear
 Lib.Encipher "text", ""

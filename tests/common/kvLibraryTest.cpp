@@ -1,4 +1,4 @@
-#include "common/Library.h"
+#include "common/kvLibrary.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ protected:
     }
 
     platform::MemoryServices services_;
-    automation::ObjectRef library_ = newLibrary(services_);
+    automation::ObjectRef library_ = std::make_shared<kvLibrary>(services_);
 };
 
 TEST_F(Library, AnswersAsHostsAsk) {
@@ -42,6 +42,10 @@ TEST_F(Library, AnswersAsHostsAsk) {
         {u"FileExists", {u"C:\\a.txt"}, true},
         {u"ReadTextFile", {u"C:\\a.txt"}, u"caf\u00e9"},
         {u"ReadTextFile", {u"C:\\none.txt"}, u""},
+        {u"SaveTextFile", {u"C:\\a.rtf", u"{\\rtf1 \u00e9\u0141}"}, true},
+        {u"ReadTextFile", {u"C:\\a.rtf"}, u"{\\rtf1 \u00e9\\u321?}"},
+        {u"SaveTextFile", {u"C:\\a.utf8", u"\ufeff\u0141", true}, true},
+        {u"ReadTextFile", {u"C:\\a.utf8"}, u"\u0141"},
         {u"AppendText", {u"C:\\log", u"line", false}, false},
         {u"AppendText", {u"C:\\log", u"line"}, true},
         {u"TemporaryName", {u"~kvp", u".tmp"}, u"C:\\Temp\\~kvp00000002000040008000000000000000.tmp"},
@@ -54,8 +58,10 @@ TEST_F(Library, AnswersAsHostsAsk) {
     for (const auto& row : cases) {
         EXPECT_TRUE(call(row.name, row.arguments).identical(row.result)) << (&row - cases);
     }
-    const std::pair<const char16_t*, std::vector<Variant>> refused[] = {
-        {u"FromBase64", {u"!"}}, {u"Decipher", {u"no cipher", u"pass"}}, {u"Encipher", {u"text", u""}}};
+    const std::pair<const char16_t*, std::vector<Variant>> refused[] = {{u"FromBase64", {u"!"}},
+                                                                        {u"SaveTextFile", {u"C:\\a.txt", u"\u0141"}},
+                                                                        {u"Decipher", {u"no cipher", u"pass"}},
+                                                                        {u"Encipher", {u"text", u""}}};
     for (const auto& [name, arguments] : refused) {
         try {
             call(name, arguments);

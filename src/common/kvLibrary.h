@@ -1,0 +1,58 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "automation/Object.h"
+#include "automation/Variant.h"
+#include "platform/Services.h"
+
+namespace velmor {
+
+// The public class kvLibrary, the companion library: what hosts and handlers get from a tag's Library. It holds
+// nothing but the services, which must outlive it. Unless a member says otherwise it raises nothing, and reports
+// failure by its result.
+class kvLibrary : public automation::Object {
+public:
+    explicit kvLibrary(platform::Services& services) : services_(services) {}
+
+    // A string value below HKEY_LOCAL_MACHINE.
+    std::u16string RegistryValue(std::u16string_view psKey, std::u16string_view psName,
+                                 std::u16string_view psDefault) const;
+    double ToNumber(const automation::Variant& pvValue) const;  // 0 for what is no number
+    bool IsTrue(const automation::Variant& pvValue) const;      // the truth test
+    std::u16string CommonDataFolder() const { return services_.folders.commonData(); }
+    std::u16string TemporaryFolder() const { return services_.folders.temporary(); }
+    std::u16string MachineName() const { return services_.folders.machineName(); }
+    std::u16string NewGuid() const { return services_.guids.next(); }
+    bool MakeFolder(std::u16string_view psPath) const { return services_.files.makeFolder(psPath); }
+    bool FileExists(std::u16string_view psPath) const { return services_.files.exists(psPath); }
+    // "" when it cannot be read.
+    std::u16string ReadTextFile(std::u16string_view psPath) const;
+    bool AppendText(std::u16string_view psPath, std::u16string_view psText, bool pbCreate) const;
+    // The path of a new, empty file; "" on failure.
+    std::u16string TemporaryName(std::u16string_view psPrefix, std::u16string_view psExtension) const;
+
+    // What cannot be decoded raises 5; so does another password, a changed text and an empty password.
+    std::u16string Base64(std::u16string_view psText) const;
+    std::u16string FromBase64(std::u16string_view psText) const;
+    std::u16string Hexadecimal(std::u16string_view psText) const;
+    std::u16string FromHexadecimal(std::u16string_view psText) const;
+    std::u16string Compress(std::u16string_view psText) const;
+    std::u16string Decompress(std::u16string_view psText) const;
+    std::u16string Encipher(std::u16string_view psText, std::u16string_view psPassword) const;
+    std::u16string Decipher(std::u16string_view psText, std::u16string_view psPassword) const;
+
+    // Replaces a file with a finished document as encodeDocument codes it, whole or not at all. A character of a plain
+    // text that the ANSI code page does not have raises 5 unless the text is to be UTF-8.
+    bool SaveTextFile(std::u16string_view psPath, std::u16string_view psText, bool pbUtf8) const;
+
+    automation::Variant invoke(std::u16string_view name, automation::InvokeKind kind,
+                               std::span<automation::Variant> arguments) override;
+    std::u16string typeName() const override { return u"kvLibrary"; }
+
+private:
+    platform::Services& services_;
+};
+
+}  // namespace velmor
