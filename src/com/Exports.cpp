@@ -50,9 +50,16 @@ STDAPI DllCanUnloadNow() {
 }
 
 STDAPI DllRegisterServer() {
-    return outcomeOf([] { registerServer(server()); });
+    return outcomeOf([] { registerServer(server(), Audience::everyone); });
 }
 
 STDAPI DllUnregisterServer() {
-    return outcomeOf([] { unregisterServer(server()); });
+    return outcomeOf([] { unregisterServer(server(), Audience::everyone); });
+}
+
+// "regsvr32 /n /i:user": for the current user alone.
+STDAPI DllInstall(BOOL install, LPCWSTR command) {
+    if (!command || !*command) return install ? DllRegisterServer() : DllUnregisterServer();
+    if (_wcsicmp(command, L"user") != 0) return E_INVALIDARG;
+    return outcomeOf([&] { (install ? registerServer : unregisterServer)(server(), Audience::currentUser); });
 }

@@ -13,7 +13,19 @@ namespace {
 
 using platform::ComPtr;
 
-constexpr wchar_t kClasses[] = L"Software\\Classes";
+RegistryKey classesOf(Audience audience) {
+    return RegistryKey(audience == Audience::everyone ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER, L"Software\\Classes");
+}
+
+// The platform registers type libraries below HKEY_CLASSES_ROOT, a merged view of every user's classes and the current
+// user's. While this lives, the process sees one of them there.
+class ClassesRoot {
+public:
+    explicit ClassesRoot(HKEY classes) { checkRegistry(RegOverridePredefKey(HKEY_CLASSES_ROOT, classes)); }
+    ClassesRoot(const ClassesRoot&) = delete;
+    ClassesRoot& operator=(const ClassesRoot&) = delete;
+    ~ClassesRoot() { RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr); }
+};
 
 std::wstring textOf(const GUID& id) {
     wchar_t text[39];
@@ -74,7 +86,14 @@ TLIBATTR attributesOf(ITypeLib& library) {
     return attributes;
 }
 
-void removeTypeLibrary() {
+void writeTypeLibrary(HKEY classes) {
+    const ClassesRoot root(classes);
+    std::wstring path = Module::path();
+    check(RegisterTypeLib(ownTypeLibrary().get(), path.data(), nullptr));
+}
+
+void removeTypeLibrary(HKEY classes) {
+    const ClassesRoot root(classes);
     const TLIBATTR own = attributesOf(*ownTypeLibrary().get());
     BSTR path = nullptr;
     const bool registered =
@@ -84,20 +103,45 @@ void removeTypeLibrary() {
     check(UnRegisterTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, own.syskind));
 }
 
-}  // namespace
-
-void registerServer(const Server& server) {
-    const RegistryKey classes(HKEY_LOCAL_MACHINE, kClasses);
-    for (const ServedClass& served : server.classes) writeClass(classes.get(), served, server.typeLibrary);
-    if (!server.typeLibrary) return;
-    std::wstring path = Module::path();
-    check(RegisterTypeLib(ownTypeLibrary().get(), path.data(), nullptr));
+void writeServer(HKEY classes, const Server& server) {
+    for (const ServedClass& served : server.classes) writeClass(classes, served, server.typeLibrary);
+    if (server.typeLibrary) writeTypeLibrary(classes);
 }
 
-void unregisterServer(const Server& server) {
-    const RegistryKey classes(HKEY_LOCAL_MACHINE, kClasses);
-    for (const ServedClass& served : server.classes) removeClass(classes.get(), served);
-    if (server.typeLibrary) removeTypeLibrary();
+// The result of a step that throws Failure.
+template <class Step>
+HRESULT outcomeOf(Step&& step) {
+    try {
+        step();
+        return S_OK;
+    } catch (const Failure& failure) {
+        return failure.code;
+    }
+}
+
+// The first failure; every step is taken.
+HRESULT removeServer(HKEY classes, const Server& server) {
+    HRESULT outcome = S_OK;
+    const auto take = [&](auto&& step) {
+        const HRESULT code = outcomeOf(step);
+        if (SUCCEEDED(outcome)) outcome = code;
+    };
+    for (const ServedClass& served : server.classes) take([&] { removeClass(classes, served); });
+    if (server.typeLibrary) take([&] { removeTypeLibrary(classes); });
+    return outcome;
+}
+
+}  // namespace
+
+void registerServer(const Server& server, Audience audience) {
+    const RegistryKey classes = classesOf(audience);
+    const HRESULT written = outcomeOf([&] { writeServer(classes.get(), server); });
+    if (FAILED(written)) removeServer(classes.get(), server);  // as far as it goes: the first failure tells more
+    check(written);
+}
+
+void unregisterServer(const Server& server, Audience audience) {
+    check(removeServer(classesOf(audience).get(), server));
 }
 
 }  // namespace velmor::com

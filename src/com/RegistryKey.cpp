@@ -6,14 +6,17 @@ namespace velmor::com {
 
 namespace {
 
+// RegDeleteTree wants more than KEY_WRITE of the key that it is given.
+constexpr REGSAM kRights = KEY_WRITE | KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE | DELETE;
+
+}  // namespace
+
 void checkRegistry(LSTATUS status) {
     if (status != ERROR_SUCCESS) throw Failure{HRESULT_FROM_WIN32(static_cast<DWORD>(status))};
 }
 
-}  // namespace
-
 RegistryKey::RegistryKey(HKEY parent, const std::wstring& path) {
-    checkRegistry(RegCreateKeyExW(parent, path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key_, nullptr));
+    checkRegistry(RegCreateKeyExW(parent, path.c_str(), 0, nullptr, 0, kRights, nullptr, &key_, nullptr));
 }
 
 RegistryKey::~RegistryKey() {

@@ -6,7 +6,10 @@
 
 namespace velmor::com {
 
-// A key that is written to, from making it to the end of the scope.
+// Throws Failure unless the status is ERROR_SUCCESS.
+void checkRegistry(LSTATUS status);
+
+// A key that is written to and emptied, from making it to the end of the scope.
 class RegistryKey {
 public:
     // Makes the key where it is not there. Throws Failure.
@@ -19,7 +22,7 @@ public:
     void setDefault(const std::wstring& value) { set(nullptr, value); }
     void set(const wchar_t* name, const std::wstring& value);
 
-    // With everything below it; a key that is not there is no failure.
+    // Removes a key with everything below it; one that is absent is no failure.
     static void removeTree(HKEY parent, const std::wstring& path);
 
 private:

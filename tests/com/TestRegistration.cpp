@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
+
 #include "Host.h"
+#include "com/RegistryKey.h"
 #include "core/Version.h"
 
 using namespace host;
@@ -15,13 +19,58 @@ std::wstring braced(const GUID& id) {
     return text;
 }
 
-// Below the classes of the machine; null for a key's own value.
-std::wstring read(const std::wstring& key, const wchar_t* name = nullptr) {
+// Whose classes, and how they are registered.
+struct Audience {
+    HKEY root;
+    const wchar_t* command;  // of DllInstall
+};
+constexpr Audience everyone{HKEY_LOCAL_MACHINE, nullptr}, currentUser{HKEY_CURRENT_USER, L"USER"};
+
+// Below the classes; null for a key's own value.
+std::wstring read(HKEY root, const std::wstring& key, const wchar_t* name = nullptr) {
     wchar_t text[512] = L"";
     DWORD bytes = sizeof text;
     const std::wstring path = L"Software\\Classes\\" + key;
-    if (RegGetValueW(HKEY_LOCAL_MACHINE, path.c_str(), name, RRF_RT_REG_SZ, nullptr, text, &bytes)) return L"(absent)";
+    if (RegGetValueW(root, path.c_str(), name, RRF_RT_REG_SZ, nullptr, text, &bytes)) return L"(absent)";
     return text;
+}
+
+const std::pair<GUID, std::wstring> classes[] = {
+    {CLSID_kvTag, L"kvVelmor3.kvTag"}, {CLSID_kvTagInfo, L"kvVelmor3.kvTagInfo"}, {CLSID_ITag4, L"kvVelmor3.ITag4"}};
+
+// Every key that registering makes directly below the classes and their folders.
+std::vector<std::wstring> ownKeys() {
+    std::vector<std::wstring> keys = {L"TypeLib\\" + braced(LIBID_kvVelmor3)};
+    for (const IID& id : {IID__kvTag, IID__kvTags, IID__privProperties, IID__privProperty, IID__kvTagInfo,
+                          IID__kvDirectTag, IID__ITag4, IID__kvLibrary}) {
+        keys.push_back(L"Interface\\" + braced(id));
+    }
+    for (const auto& [id, name] : classes) keys.insert(keys.end(), {L"CLSID\\" + braced(id), name, name + L".3"});
+    return keys;
+}
+
+void expectAbsent(HKEY root) {
+    for (const std::wstring& key : ownKeys()) {
+        HKEY left = nullptr;
+        EXPECT_NE(RegOpenKeyW(root, (L"Software\\Classes\\" + key).c_str(), &left), 0) << root << key;
+        RegCloseKey(left);
+    }
+}
+
+void expectWritten(HKEY root) {
+    const std::wstring libraryId = braced(LIBID_kvVelmor3);
+    EXPECT_NE(read(root, L"TypeLib\\" + libraryId + L"\\3.0\\0\\win32").find(L"Velmor3.dll"), std::wstring::npos);
+    EXPECT_EQ(read(root, L"Interface\\" + braced(IID__kvTag)), L"_kvTag");
+    for (const auto& [id, name] : classes) {
+        const std::wstring key = L"CLSID\\" + braced(id);
+        EXPECT_EQ(read(root, name + L"\\CLSID"), braced(id));
+        EXPECT_EQ(read(root, name + L"\\CurVer"), name + L".3");
+        EXPECT_EQ(read(root, name + L".3\\CLSID"), braced(id));
+        EXPECT_EQ(read(root, key + L"\\ProgID"), name + L".3");
+        EXPECT_EQ(read(root, key + L"\\VersionIndependentProgID"), name);
+        EXPECT_EQ(read(root, key + L"\\InprocServer32", L"ThreadingModel"), L"Apartment");
+        EXPECT_EQ(read(root, key + L"\\TypeLib"), libraryId);
+    }
 }
 
 class Registration : public testing::Test {
@@ -36,38 +85,45 @@ protected:
     }
     HRESULT run(const char* name) { return entry<HRESULT(STDAPICALLTYPE*)()>(name)(); }
 
+    HRESULT install(BOOL install, const Audience& audience) {
+        return entry<HRESULT(STDAPICALLTYPE*)(BOOL, const wchar_t*)>("DllInstall")(install, audience.command);
+    }
+
     const HMODULE library = LoadLibraryW(L"Velmor3.dll");
 };
 
 TEST_F(Registration, WritesItsClassesAndLeavesNothing) {
-    const std::wstring libraryId = braced(LIBID_kvVelmor3), interfaceKey = L"Interface\\" + braced(IID__kvTag);
-    std::vector<std::wstring> roots = {L"TypeLib\\" + libraryId, interfaceKey};
     EXPECT_EQ(run("DllUnregisterServer"), S_OK);
-    EXPECT_EQ(run("DllRegisterServer"), S_OK);
-    EXPECT_NE(read(L"TypeLib\\" + libraryId + L"\\3.0\\0\\win32").find(L"Velmor3.dll"), std::wstring::npos);
-    EXPECT_EQ(read(interfaceKey), L"_kvTag");
-    const std::pair<GUID, std::wstring> classes[] = {{CLSID_kvTag, L"kvVelmor3.kvTag"},
-                                                     {CLSID_kvTagInfo, L"kvVelmor3.kvTagInfo"},
-                                                     {CLSID_ITag4, L"kvVelmor3.ITag4"}};
-    for (const auto& [id, name] : classes) {
-        const std::wstring key = L"CLSID\\" + braced(id);
-        EXPECT_EQ(read(name + L"\\CLSID"), braced(id));
-        EXPECT_EQ(read(name + L"\\CurVer"), name + L".3");
-        EXPECT_EQ(read(name + L".3\\CLSID"), braced(id));
-        EXPECT_EQ(read(key + L"\\ProgID"), name + L".3");
-        EXPECT_EQ(read(key + L"\\VersionIndependentProgID"), name);
-        EXPECT_EQ(read(key + L"\\InprocServer32", L"ThreadingModel"), L"Apartment");
-        EXPECT_EQ(read(key + L"\\TypeLib"), libraryId);
-        roots.insert(roots.end(), {key, name, name + L".3"});
-    }
-    for (int again = 0; again < 2; ++again) {
-        EXPECT_EQ(run("DllUnregisterServer"), S_OK);
-        for (const std::wstring& root : roots) {
-            HKEY left = nullptr;
-            EXPECT_NE(RegOpenKeyW(HKEY_LOCAL_MACHINE, (L"Software\\Classes\\" + root).c_str(), &left), 0) << root;
-            RegCloseKey(left);
+    for (const Audience& audience : {everyone, currentUser}) {
+        EXPECT_EQ(install(TRUE, audience), S_OK);
+        expectWritten(audience.root);
+        expectAbsent(audience.root == HKEY_CURRENT_USER ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER);
+        for (int again = 0; again < 2; ++again) {
+            EXPECT_EQ(install(FALSE, audience), S_OK);
+            expectAbsent(audience.root);
         }
     }
+    EXPECT_EQ(install(TRUE, {HKEY_CURRENT_USER, L"users"}), E_INVALIDARG);
+}
+
+// Nothing lasting can be made in a volatile key: the last class fails.
+TEST_F(Registration, LeavesNothingWhenItFailsHalfWay) {
+    HKEY obstacle = nullptr;
+    ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Classes\\kvVelmor3.ITag4", 0, nullptr, REG_OPTION_VOLATILE,
+                              KEY_WRITE, nullptr, &obstacle, nullptr),
+              0);
+    RegCloseKey(obstacle);
+    EXPECT_EQ(install(TRUE, currentUser), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
+    expectAbsent(HKEY_CURRENT_USER);
+    expectWritten(HKEY_LOCAL_MACHINE);
+}
+
+// Deleting a tree of keys takes more than the right to write.
+TEST(RegistryKeys, MayBeEmptied) {
+    const velmor::com::RegistryKey key(HKEY_CURRENT_USER, L"Software\\Velmor test");
+    velmor::com::RegistryKey(key.get(), L"a\\b").setDefault(L"c");
+    EXPECT_EQ(RegDeleteTreeW(key.get(), nullptr), 0);
+    EXPECT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\Velmor test"), 0);
 }
 
 TEST_F(Registration, OnlyPublishedClassesHaveAFactory) {
@@ -79,15 +135,68 @@ TEST_F(Registration, OnlyPublishedClassesHaveAFactory) {
     EXPECT_EQ(getClass(CLSID_kvTag, IID_IClassFactory, nullptr), E_POINTER);
 }
 
-// The version resource says what templates read.
-TEST_F(Registration, VersionsAgree) {
-    const HRSRC found = FindResourceW(library, MAKEINTRESOURCEW(1), MAKEINTRESOURCEW(16));
-    ASSERT_NE(found, nullptr);
-    const auto* bytes = static_cast<const wchar_t*>(LockResource(LoadResource(library, found)));
-    const std::wstring resource(bytes, SizeofResource(library, found) / sizeof(wchar_t));
+// A host's manifest may name a handler's class that the registry does not know.
+TEST(Manifest, NamesHandlers) {
+    std::ofstream("tests/VelmorTest.manifest")
+        << "<assembly xmlns='urn:schemas-microsoft-com:asm.v1' manifestVersion='1.0'>"
+           "<assemblyIdentity type='win32' name='VelmorManifest' version='1.0.0.0'/><file name='VelmorTest.dll'>"
+           "<comClass clsid='{5CD8AD49-6971-4F69-B4D1-9E79D70FA205}' progid='VelmorManifest.Level5'"
+           " threadingModel='Apartment'/></file></assembly>";
+    wchar_t path[MAX_PATH];
+    ASSERT_NE(GetFullPathNameW(L"tests\\VelmorTest.manifest", MAX_PATH, path, nullptr), 0U);
+    ACTCTXW manifest{};
+    manifest.cbSize = sizeof manifest;
+    manifest.lpSource = path;
+    const HANDLE context = CreateActCtxW(&manifest);
+    ASSERT_NE(context, INVALID_HANDLE_VALUE);
+    const auto tag = newTag();
+    EXPECT_EQ(resultOf(tag, L"<KV:MANIFEST>X:</KV>"), L"");
+    ULONG_PTR cookie = 0;
+    ASSERT_TRUE(ActivateActCtx(context, &cookie));
+    EXPECT_EQ(resultOf(tag, L"<KV:MANIFEST>X:</KV>"), L"L5[X]");
+    DeactivateActCtx(0, cookie);
+    ReleaseActCtx(context);
+}
+
+// A binary of ours as a file.
+std::string bytesOf(const std::string& name) {
+    std::ifstream file(name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// The version resource says what templates read, and whose it is.
+TEST(Binaries, TellTheirVersionAndMaker) {
     const std::wstring version = resultOf(newTag(), L"<KV:TAG>@DLL VERSION:</KV>");
-    EXPECT_NE(resource.find(version), std::wstring::npos) << version;
     EXPECT_EQ(version, std::wstring(VELMOR_VERSION_TEXT, VELMOR_VERSION_TEXT + sizeof VELMOR_VERSION_TEXT - 1));
+    for (const wchar_t* name : {L"Velmor3.dll", L"velmor.exe"}) {
+        const HMODULE module = LoadLibraryExW(name, nullptr, LOAD_LIBRARY_AS_DATAFILE);
+        const HRSRC found = FindResourceW(module, MAKEINTRESOURCEW(1), MAKEINTRESOURCEW(16));
+        ASSERT_NE(found, nullptr) << name;
+        const auto* words = static_cast<const wchar_t*>(LockResource(LoadResource(module, found)));
+        const std::wstring resource(words, SizeofResource(module, found) / sizeof(wchar_t));
+        for (const std::wstring& text : {version, std::wstring(name), std::wstring(L"CompanyName"),
+                                         std::wstring(L"LegalCopyright"), std::wstring(L"Velmor")}) {
+            EXPECT_NE(resource.find(text + L'\0'), std::wstring::npos) << name << text;
+        }
+        FreeLibrary(module);
+    }
+}
+
+// What the loader and the debugger are promised.
+TEST(Binaries, AreHardenedAndStripped) {
+    for (const std::string name : {"Velmor3.dll", "velmor.exe"}) {
+        const std::string bytes = bytesOf(name);
+        const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(bytes.data());
+        ASSERT_GT(bytes.size(), sizeof(IMAGE_DOS_HEADER) + sizeof(IMAGE_NT_HEADERS32));
+        const auto* headers = reinterpret_cast<const IMAGE_NT_HEADERS32*>(bytes.data() + dos->e_lfanew);
+        constexpr WORD loading = IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE | IMAGE_DLLCHARACTERISTICS_NX_COMPAT;
+        EXPECT_EQ(headers->OptionalHeader.DllCharacteristics & loading, loading) << name;
+        EXPECT_EQ(headers->FileHeader.NumberOfSymbols, 0U) << name;
+        EXPECT_NE(bytes.find(name + ".debug"), std::string::npos) << name;
+        EXPECT_FALSE(bytesOf(name + ".debug").empty()) << name;
+        const bool large = (headers->FileHeader.Characteristics & IMAGE_FILE_LARGE_ADDRESS_AWARE) != 0;
+        EXPECT_EQ(large, name == "velmor.exe");
+    }
 }
 
 }  // namespace
