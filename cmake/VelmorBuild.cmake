@@ -29,7 +29,7 @@ if(NOT VELMOR_SANITIZE AND NOT VELMOR_SANITIZE_THREADS)
         $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)
 endif()
 if(WIN32)
-    target_link_options(velmor_options INTERFACE -Wl,--dynamicbase,--nxcompat)
+    target_link_options(velmor_options INTERFACE -Wl,--dynamicbase,--nxcompat -fstack-protector-strong)  # brings libssp
 else()
     target_link_options(velmor_options INTERFACE -Wl,-z,relro,-z,now)
     include(CheckPIESupported)
@@ -72,6 +72,21 @@ function(velmor_room name)
     endforeach()
 endfunction()
 
+# velmor_members(ROOM CLASS ...): the late-bound members of public classes whose core lies in the room, from the IDL.
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
+set(VELMOR_IDL ${PROJECT_SOURCE_DIR}/src/com/kvVelmor3.idl)
+set(VELMOR_GENERATE_MEMBERS ${PROJECT_SOURCE_DIR}/tools/generate_members.py)
+function(velmor_members room)
+    foreach(class ${ARGN})
+        set(file ${PROJECT_BINARY_DIR}/generated/members/${class}.cpp)
+        add_custom_command(OUTPUT ${file}
+            COMMAND Python3::Interpreter ${VELMOR_GENERATE_MEMBERS} table ${class} ${VELMOR_IDL} ${file}
+            DEPENDS ${VELMOR_IDL} ${VELMOR_GENERATE_MEMBERS}
+            VERBATIM)
+        target_sources(velmor_${room} PRIVATE ${file})
+    endforeach()
+endfunction()
+
 # velmor_strip(TARGET): a released binary without its symbols, which lie beside it in a file .debug that debuggers find.
 function(velmor_strip name)
     if(CMAKE_BUILD_TYPE STREQUAL "Release")
@@ -84,14 +99,16 @@ function(velmor_strip name)
     endif()
 endfunction()
 
+# The version as the component shows it: major, minor as "00", revision as "0000".
+string(REGEX MATCH "..$" minor 0${PROJECT_VERSION_MINOR})
+string(REGEX MATCH "....$" revision 000${PROJECT_VERSION_PATCH})
+set(VELMOR_VERSION_TEXT ${PROJECT_VERSION_MAJOR}.${minor}.${revision})
+
 # velmor_version_resource(TARGET FILE KIND): the version resource of a Windows binary, APP or DLL.
 if(WIN32)
     enable_language(RC)
 endif()
 function(velmor_version_resource target file kind)
-    string(REGEX MATCH "..$" minor 0${PROJECT_VERSION_MINOR})
-    string(REGEX MATCH "....$" revision 000${PROJECT_VERSION_PATCH})
-    set(version ${PROJECT_VERSION_MAJOR}.${minor}.${revision})
     cmake_path(GET file STEM name)
     configure_file(${PROJECT_SOURCE_DIR}/cmake/Version.rc.in ${CMAKE_CURRENT_BINARY_DIR}/version.rc @ONLY)
     target_sources(${target} PRIVATE ${CMAKE_CURRENT_BINARY_DIR}/version.rc)

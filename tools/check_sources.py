@@ -1,6 +1,5 @@
 #!/usr/bin/env python3
-"""Checks include direction between the rooms, the one place for <windows.h>, ASCII sources, and that the IDL describes
-each of its members."""
+"""Checks include direction between the rooms, the one place for <windows.h>, and ASCII sources."""
 
 import os
 import re
@@ -56,15 +55,6 @@ def check_includes(path, text, report):
             report(path, number, f"{own} must not include {other}")
 
 
-MEMBER = re.compile(r"\[(id\([^]]*)\]\s*HRESULT (\w+)\(")
-
-
-def check_help(path, text, report):
-    for match in MEMBER.finditer(text):
-        if "helpstring(" not in match.group(1):
-            report(path, text.count("\n", 0, match.start()) + 1, f"{match.group(2)} has no help string")
-
-
 def main():
     faults = []
 
@@ -78,8 +68,6 @@ def main():
                 report(path, number, "not ASCII")
         if path.endswith((".h", ".cpp")):
             check_includes(path, data.decode("latin-1"), report)
-        if path.endswith(".idl"):
-            check_help(path, data.decode("latin-1"), report)
     print("\n".join(faults), end="\n" if faults else "")
     return 1 if faults else 0
 

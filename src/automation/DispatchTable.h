@@ -4,7 +4,9 @@
 #include <cstdint>
 #include <initializer_list>
 #include <span>
+#include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -65,6 +67,61 @@ private:
     std::vector<Entry> entries_;
     std::vector<std::pair<std::size_t, std::size_t>> byHash_;  // hash of the name, row; sorted
     std::u16string_view default_;
+};
+
+// What a member gives, as a value: an object of any class as a reference.
+template <class Value>
+Variant answer(Value&& value) {
+    if constexpr (std::is_convertible_v<Value, ObjectRef>) {
+        return ObjectRef(std::forward<Value>(value));
+    } else {
+        return std::forward<Value>(value);
+    }
+}
+
+// A by-reference text for a member that reads it, or changes it in place. The argument is changed only by the second,
+// and is held once meanwhile.
+class TextReference {
+public:
+    TextReference(Arguments& arguments, std::size_t index)
+        : arguments_(arguments), index_(index), text_(arguments.text(index)) {}
+    TextReference(const TextReference&) = delete;
+    TextReference& operator=(const TextReference&) = delete;
+    ~TextReference() {
+        if (lent_) arguments_.setText(index_, std::move(text_));
+    }
+
+    operator std::u16string_view() const noexcept { return text_; }
+    operator std::u16string&() {
+        arguments_.setText(index_, {});
+        lent_ = true;
+        return text_;
+    }
+
+private:
+    Arguments& arguments_;
+    std::size_t index_;
+    std::u16string text_;
+    bool lent_ = false;
+};
+
+// The same for a long; 0 where it was left out.
+class LongReference {
+public:
+    LongReference(Arguments& arguments, std::size_t index)
+        : arguments_(arguments), index_(index), number_(arguments.longOr(index, 0)) {}
+    LongReference(const LongReference&) = delete;
+    LongReference& operator=(const LongReference&) = delete;
+    ~LongReference() {
+        if (arguments_.has(index_)) arguments_.setLong(index_, number_);
+    }
+
+    operator std::int32_t&() noexcept { return number_; }
+
+private:
+    Arguments& arguments_;
+    std::size_t index_;
+    std::int32_t number_;
 };
 
 template <class Target>

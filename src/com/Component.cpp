@@ -5,9 +5,9 @@
 #include "com/Failure.h"
 #include "com/Guard.h"
 #include "com/Server.h"
-#include "com/TagFace.h"
-#include "com/TagInfoFace.h"
 #include "com/TypeLibrary.h"
+#include "com/kvTagFace.h"
+#include "com/kvTagInfoFace.h"
 #include "platform/SystemServices.h"
 #include "platform/win32/ComPtr.h"
 #include "platform/win32/Conversions.h"
@@ -33,8 +33,8 @@ HRESULT createEmptyHandler(REFIID id, void** object) noexcept {
 }
 
 const ServedClass classes[] = {
-    {CLSID_kvTag, L"kvVelmor3.kvTag", L"3.0", L"Velmor template or tag", &create<TagFace, kvTag>},
-    {CLSID_kvTagInfo, L"kvVelmor3.kvTagInfo", L"3.0", L"Velmor handler catalogue", &create<TagInfoFace, kvTagInfo>},
+    {CLSID_kvTag, L"kvVelmor3.kvTag", L"3.0", L"Velmor template or tag", &create<kvTagFace, kvTag>},
+    {CLSID_kvTagInfo, L"kvVelmor3.kvTagInfo", L"3.0", L"Velmor handler catalogue", &create<kvTagInfoFace, kvTagInfo>},
     {CLSID_ITag4, L"kvVelmor3.ITag4", L"3.0", L"Velmor tag handler interface", &createEmptyHandler},
 };
 

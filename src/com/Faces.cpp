@@ -1,13 +1,13 @@
 #include "com/Faces.h"
 
-#include "com/DirectFace.h"
 #include "com/Give.h"
-#include "com/LibraryFace.h"
-#include "com/PropertiesFace.h"
-#include "com/PropertyFace.h"
-#include "com/TagFace.h"
-#include "com/TagInfoFace.h"
-#include "com/TagsFace.h"
+#include "com/kvDirectTagFace.h"
+#include "com/kvLibraryFace.h"
+#include "com/kvTagFace.h"
+#include "com/kvTagInfoFace.h"
+#include "com/kvTagsFace.h"
+#include "com/privPropertiesFace.h"
+#include "com/privPropertyFace.h"
 
 namespace velmor::com {
 
@@ -21,33 +21,33 @@ IDispatch* faceWhen(const automation::ObjectRef& object) {
 }  // namespace
 
 IDispatch* ComponentFaces::faceOf(const automation::ObjectRef& object) {
-    if (IDispatch* face = faceWhen<TagFace, kvTag>(object)) return face;
-    if (IDispatch* face = faceWhen<PropertyFace, privProperty>(object)) return face;
-    if (IDispatch* face = faceWhen<PropertiesFace, privProperties>(object)) return face;
-    if (IDispatch* face = faceWhen<TagsFace, kvTags>(object)) return face;
-    if (IDispatch* face = faceWhen<DirectFace, kvDirectTag>(object)) return face;
-    if (IDispatch* face = faceWhen<LibraryFace, kvLibrary>(object)) return face;
-    return faceWhen<TagInfoFace, kvTagInfo>(object);
+    if (IDispatch* face = faceWhen<kvTagFace, kvTag>(object)) return face;
+    if (IDispatch* face = faceWhen<privPropertyFace, privProperty>(object)) return face;
+    if (IDispatch* face = faceWhen<privPropertiesFace, privProperties>(object)) return face;
+    if (IDispatch* face = faceWhen<kvTagsFace, kvTags>(object)) return face;
+    if (IDispatch* face = faceWhen<kvDirectTagFace, kvDirectTag>(object)) return face;
+    if (IDispatch* face = faceWhen<kvLibraryFace, kvLibrary>(object)) return face;
+    return faceWhen<kvTagInfoFace, kvTagInfo>(object);
 }
 
 void give(_kvTag*& place, const std::shared_ptr<kvTag>& value) {
-    place = faceFor<TagFace>(value);
+    place = faceFor<kvTagFace>(value);
 }
 
 void give(_kvDirectTag*& place, const std::shared_ptr<kvDirectTag>& value) {
-    place = faceFor<DirectFace>(value);
+    place = faceFor<kvDirectTagFace>(value);
 }
 
 void give(_kvTags*& place, const std::shared_ptr<kvTags>& value) {
-    place = faceFor<TagsFace>(value);
+    place = faceFor<kvTagsFace>(value);
 }
 
 void give(_privProperties*& place, const std::shared_ptr<privProperties>& value) {
-    place = faceFor<PropertiesFace>(value);
+    place = faceFor<privPropertiesFace>(value);
 }
 
 void give(_privProperty*& place, const std::shared_ptr<privProperty>& value) {
-    place = faceFor<PropertyFace>(value);
+    place = faceFor<privPropertyFace>(value);
 }
 
 }  // namespace velmor::com

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "automation/Convert.h"
-#include "automation/DispatchTable.h"
 #include "common/Base64.h"
 #include "common/Cipher.h"
 #include "common/Compression.h"
@@ -18,58 +17,11 @@
 namespace velmor {
 namespace {
 
-using automation::Arguments;
-using automation::MemberKind;
 using automation::Variant;
 
 std::u16string decoded(std::optional<std::u16string> text) {
     if (!text) throw Error(5, kErrorSource, u"The text cannot be decoded");
     return std::move(*text);
-}
-
-const automation::DispatchTable<kvLibrary>& members() {
-    using Self = kvLibrary;
-    using Args = Arguments;
-    constexpr auto get = MemberKind::get, method = MemberKind::method;
-    static const automation::DispatchTable<kvLibrary> table({
-        {u"RegistryValue", method, 2, 3,
-         [](Self& self, Args& args) -> Variant {
-             return self.RegistryValue(args.text(0), args.text(1), args.textOr(2, u""));
-         }},
-        {u"ToNumber", method, 1, 1, [](Self& self, Args& args) -> Variant { return self.ToNumber(args.variant(0)); }},
-        {u"IsTrue", method, 1, 1, [](Self& self, Args& args) -> Variant { return self.IsTrue(args.variant(0)); }},
-        {u"CommonDataFolder", get, 0, 0, [](Self& self, Args&) -> Variant { return self.CommonDataFolder(); }},
-        {u"TemporaryFolder", get, 0, 0, [](Self& self, Args&) -> Variant { return self.TemporaryFolder(); }},
-        {u"MachineName", get, 0, 0, [](Self& self, Args&) -> Variant { return self.MachineName(); }},
-        {u"NewGuid", method, 0, 0, [](Self& self, Args&) -> Variant { return self.NewGuid(); }},
-        {u"MakeFolder", method, 1, 1, [](Self& self, Args& args) -> Variant { return self.MakeFolder(args.text(0)); }},
-        {u"FileExists", method, 1, 1, [](Self& self, Args& args) -> Variant { return self.FileExists(args.text(0)); }},
-        {u"ReadTextFile", method, 1, 1,
-         [](Self& self, Args& args) -> Variant { return self.ReadTextFile(args.text(0)); }},
-        {u"AppendText", method, 2, 3,
-         [](Self& self, Args& args) -> Variant {
-             return self.AppendText(args.text(0), args.text(1), args.boolean(2, true));
-         }},
-        {u"TemporaryName", method, 2, 2,
-         [](Self& self, Args& args) -> Variant { return self.TemporaryName(args.text(0), args.text(1)); }},
-        {u"Base64", method, 1, 1, [](Self& self, Args& args) -> Variant { return self.Base64(args.text(0)); }},
-        {u"FromBase64", method, 1, 1, [](Self& self, Args& args) -> Variant { return self.FromBase64(args.text(0)); }},
-        {u"Hexadecimal", method, 1, 1,
-         [](Self& self, Args& args) -> Variant { return self.Hexadecimal(args.text(0)); }},
-        {u"FromHexadecimal", method, 1, 1,
-         [](Self& self, Args& args) -> Variant { return self.FromHexadecimal(args.text(0)); }},
-        {u"Compress", method, 1, 1, [](Self& self, Args& args) -> Variant { return self.Compress(args.text(0)); }},
-        {u"Decompress", method, 1, 1, [](Self& self, Args& args) -> Variant { return self.Decompress(args.text(0)); }},
-        {u"Encipher", method, 2, 2,
-         [](Self& self, Args& args) -> Variant { return self.Encipher(args.text(0), args.text(1)); }},
-        {u"Decipher", method, 2, 2,
-         [](Self& self, Args& args) -> Variant { return self.Decipher(args.text(0), args.text(1)); }},
-        {u"SaveTextFile", method, 2, 3,
-         [](Self& self, Args& args) -> Variant {
-             return self.SaveTextFile(args.text(0), args.text(1), args.boolean(2, false));
-         }},
-    });
-    return table;
 }
 
 }  // namespace
@@ -133,10 +85,6 @@ std::u16string kvLibrary::Decipher(std::u16string_view psText, std::u16string_vi
 
 bool kvLibrary::SaveTextFile(std::u16string_view psPath, std::u16string_view psText, bool pbUtf8) const {
     return services_.files.write(psPath, encodeDocument(psText, pbUtf8 ? TextEncoding::utf8 : TextEncoding::ansi));
-}
-
-Variant kvLibrary::invoke(std::u16string_view name, automation::InvokeKind kind, std::span<Variant> arguments) {
-    return members().invoke(*this, name, kind, arguments);
 }
 
 }  // namespace velmor

@@ -25,11 +25,8 @@ auto quietly(automation::ObjectRef collection, Call&& call) -> decltype(call(*co
 
 Collection::Collection(std::shared_ptr<privProperties> collection) : own_(std::move(collection)) {}
 
-Collection Collection::fromObject(const automation::ObjectRef& object) {
-    Collection collection;
-    collection.own_ = std::dynamic_pointer_cast<privProperties>(object);
-    if (!collection.own_) collection.foreign_ = object;
-    return collection;
+Collection::Collection(const automation::ObjectRef& object) : own_(std::dynamic_pointer_cast<privProperties>(object)) {
+    if (!own_) foreign_ = object;
 }
 
 automation::ObjectRef Collection::object() const {

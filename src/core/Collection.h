@@ -20,12 +20,13 @@ class Collection {
 public:
     Collection() = default;  // none
     explicit Collection(std::shared_ptr<privProperties> collection);
-    // Accepts either kind; a null reference gives none.
-    static Collection fromObject(const automation::ObjectRef& object);
+    // Either kind; a null reference gives none.
+    Collection(const automation::ObjectRef& object);
 
     explicit operator bool() const noexcept { return own_ != nullptr || foreign_ != nullptr; }
     // The very object that was given; null for none.
     automation::ObjectRef object() const;
+    operator automation::ObjectRef() const { return object(); }
     // Our own class; null when there is none or it is the host's.
     const std::shared_ptr<privProperties>& own() const noexcept { return own_; }
 

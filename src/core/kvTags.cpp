@@ -40,21 +40,6 @@ void kvTags::cleanUp() {
     if (tags_) tags_->cleanUp();
 }
 
-Variant kvTags::invoke(std::u16string_view name, automation::InvokeKind kind, std::span<Variant> arguments) {
-    static const automation::DispatchTable<kvTags> kMembers(
-        u"Item",
-        {
-            {u"Item", MemberKind::get, 1, 1,
-             [](kvTags& self, Arguments& args) -> Variant {
-                 return automation::ObjectRef(self.Item(args.variant(0)));
-             }},
-            {u"Count", MemberKind::get, 0, 0, [](kvTags& self, Arguments&) -> Variant { return self.Count(); }},
-            {u"NewEnum", MemberKind::get, 0, 0,
-             [](kvTags& self, Arguments&) -> Variant { return automation::ObjectRef(self.NewEnum()); }},
-        });
-    return kMembers.invoke(*this, name, kind, arguments);
-}
-
 std::shared_ptr<kvTag> TagEnumerator::next() {
     const std::shared_ptr<kvTag> tag = tags_->Item(position_ + 1);
     if (tag) ++position_;

@@ -1,7 +1,6 @@
 #include "direct/kvDirectTag.h"
 
 #include "automation/Convert.h"
-#include "automation/DispatchTable.h"
 #include "automation/Errors.h"
 #include "direct/ErrorLogRecord.h"
 #include "text/Compare.h"
@@ -9,9 +8,7 @@
 
 namespace velmor {
 
-using automation::Arguments;
 using automation::InvokeKind;
-using automation::MemberKind;
 using automation::ObjectRef;
 using automation::Variant;
 
@@ -193,46 +190,6 @@ void kvDirectTag::RemoveObjectItem(std::int32_t plObjectType, std::u16string_vie
 void kvDirectTag::RemoveObject(std::u16string_view psClassName, std::u16string_view psName) {
     const std::u16string key = shortClassName(psClassName);
     remove(psName.empty() ? key : named(psName, key));
-}
-
-Variant kvDirectTag::invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) {
-    static const automation::DispatchTable<kvDirectTag> kMembers({
-        {u"GetObject", MemberKind::method, 1, 3,
-         [](kvDirectTag& self, Arguments& args) -> Variant {
-             return self.GetObject(args.text(0), args.longOr(1, 0), args.textOr(2, u"ID"));
-         }},
-        {u"GetObjectName", MemberKind::method, 2, 4,
-         [](kvDirectTag& self, Arguments& args) -> Variant {
-             return self.GetObjectName(args.text(0), args.text(1), args.longOr(2, 0), args.textOr(3, u"ID"));
-         }},
-        {u"GetObjectItem", MemberKind::method, 1, 3,
-         [](kvDirectTag& self, Arguments& args) -> Variant {
-             return self.GetObjectItem(args.longInteger(0), args.longOr(1, 0), args.textOr(2, u"ID"));
-         }},
-        {u"GetObjectItemName", MemberKind::method, 2, 4,
-         [](kvDirectTag& self, Arguments& args) -> Variant {
-             return self.GetObjectItemName(args.text(0), args.longInteger(1), args.longOr(2, 0), args.textOr(3, u"ID"));
-         }},
-        {u"SetObjectName", MemberKind::method, 2, 2,
-         [](kvDirectTag& self, Arguments& args) -> Variant {
-             return self.SetObjectName(args.text(0), args.object(1)), Variant();
-         }},
-        {u"SetObject", MemberKind::method, 1, 1,
-         [](kvDirectTag& self, Arguments& args) -> Variant { return self.SetObject(args.object(0)), Variant(); }},
-        {u"RecordErrorLog", MemberKind::method, 0, 1,
-         [](kvDirectTag& self, Arguments& args) -> Variant {
-             return self.RecordErrorLog(args.longOr(0, 0)), Variant();
-         }},
-        {u"RemoveObjectItem", MemberKind::method, 0, 2,
-         [](kvDirectTag& self, Arguments& args) -> Variant {
-             return self.RemoveObjectItem(args.longOr(0, 0), args.textOr(1, {})), Variant();
-         }},
-        {u"RemoveObject", MemberKind::method, 1, 2,
-         [](kvDirectTag& self, Arguments& args) -> Variant {
-             return self.RemoveObject(args.text(0), args.textOr(1, {})), Variant();
-         }},
-    });
-    return kMembers.invoke(*this, name, kind, arguments);
 }
 
 }  // namespace velmor

@@ -1,6 +1,5 @@
 #include "handlers/kvTagInfo.h"
 
-#include "automation/DispatchTable.h"
 #include "handlers/BuiltInCatalogue.h"
 #include "handlers/ITag4.h"
 #include "properties/privProperties.h"
@@ -10,8 +9,6 @@
 
 namespace velmor {
 
-using automation::Arguments;
-using automation::MemberKind;
 using automation::ObjectRef;
 using automation::Variant;
 
@@ -166,50 +163,5 @@ std::u16string kvTagInfo::ParameterValueList(std::u16string_view psHandlerName, 
 }
 
 // --- late binding ---
-
-Variant kvTagInfo::invoke(std::u16string_view name, automation::InvokeKind kind, std::span<Variant> arguments) {
-    static const automation::DispatchTable<kvTagInfo> kMembers({
-        {u"TagAvailable", MemberKind::method, 1, 1,
-         [](kvTagInfo& self, Arguments& args) -> Variant { return self.TagAvailable(args.text(0)); }},
-        {u"TagRegistered", MemberKind::method, 1, 1,
-         [](kvTagInfo& self, Arguments& args) -> Variant { return self.TagRegistered(args.text(0)); }},
-        {u"CommandList", MemberKind::method, 1, 1,
-         [](kvTagInfo& self, Arguments& args) -> Variant { return self.CommandList(args.text(0)); }},
-        {u"ParameterList", MemberKind::method, 1, 2,
-         [](kvTagInfo& self, Arguments& args) -> Variant {
-             return self.ParameterList(args.text(0), args.textOr(1, {}));
-         }},
-        {u"HandlerListString", MemberKind::method, 0, 0,
-         [](kvTagInfo& self, Arguments&) -> Variant { return self.HandlerListString(); }},
-        {u"HandlerListString2", MemberKind::method, 0, 2,
-         [](kvTagInfo& self, Arguments& args) -> Variant {
-             return self.HandlerListString2(args.textOr(0, {}), args.boolean(1, true));
-         }},
-        {u"HandlerList", MemberKind::method, 0, 0,
-         [](kvTagInfo& self, Arguments&) -> Variant { return ObjectRef(self.HandlerList()); }},
-        {u"HandlerList2", MemberKind::method, 0, 3,
-         [](kvTagInfo& self, Arguments& args) -> Variant {
-             return ObjectRef(self.HandlerList2(args.textOr(0, {}), args.boolean(1, true), args.boolean(2, false)));
-         }},
-        {u"HandlerListFilteredString", MemberKind::method, 0, 0,
-         [](kvTagInfo& self, Arguments&) -> Variant { return self.HandlerListFilteredString(); }},
-        {u"HandlerListFiltered", MemberKind::method, 0, 0,
-         [](kvTagInfo& self, Arguments&) -> Variant { return ObjectRef(self.HandlerListFiltered()); }},
-        {u"CommandSyntax", MemberKind::method, 2, 2,
-         [](kvTagInfo& self, Arguments& args) -> Variant { return self.CommandSyntax(args.text(0), args.text(1)); }},
-        {u"CommandDescription", MemberKind::method, 2, 2,
-         [](kvTagInfo& self, Arguments& args) -> Variant {
-             return self.CommandDescription(args.text(0), args.text(1));
-         }},
-        {u"Database", MemberKind::get, 0, 0, [](kvTagInfo& self, Arguments&) -> Variant { return self.Database(); }},
-        {u"Database", MemberKind::set, 0, 0,
-         [](kvTagInfo& self, Arguments& args) -> Variant { return self.Database(args.object(0)), Variant(); }},
-        {u"ParameterValueList", MemberKind::method, 3, 3,
-         [](kvTagInfo& self, Arguments& args) -> Variant {
-             return self.ParameterValueList(args.text(0), args.text(1), args.text(2));
-         }},
-    });
-    return kMembers.invoke(*this, name, kind, arguments);
-}
 
 }  // namespace velmor

@@ -129,12 +129,13 @@ std::shared_ptr<PropertyEnumerator> privProperties::NewEnum() const {
 
 PropertyRef privProperties::GetProperty(std::u16string_view psName, const Variant& pvDefaultValue) {
     if (PropertyRef found = Item(psName)) return found;
-    return add(psName, pvDefaultValue, false);
+    return add(psName, pvDefaultValue.isMissing() ? Variant() : pvDefaultValue, false);
 }
 
 Variant privProperties::GetValue(std::u16string_view psName, const Variant& pvDefaultValue) const {
     const privProperty* const found = items_->find(psName);
-    return found == nullptr ? pvDefaultValue : found->Value();
+    if (found != nullptr) return found->Value();
+    return pvDefaultValue.isMissing() ? Variant() : pvDefaultValue;
 }
 
 std::u16string privProperties::GetValueStr(std::u16string_view psName, std::u16string_view psDefaultValue) const {

@@ -65,7 +65,7 @@ public:
     // the entries that it was made for: RemoveAll, Sort and Build do not disturb it.
     std::shared_ptr<PropertyEnumerator> NewEnum() const;
 
-    // Adds a property with the default value when the name is absent.
+    // Adds a property with the default value when the name is absent. A default that was left out is empty.
     PropertyRef GetProperty(std::u16string_view psName, const automation::Variant& pvDefaultValue = {});
     automation::Variant GetValue(std::u16string_view psName, const automation::Variant& pvDefaultValue = {}) const;
     std::u16string GetValueStr(std::u16string_view psName, std::u16string_view psDefaultValue = {}) const;

@@ -84,8 +84,9 @@ void privProperty::Value(Variant pvValue) {
     changed_ = true;
 }
 
-void privProperty::SetValue(ObjectRef poValue) {
-    SetObjectQuiet(std::move(poValue));
+void privProperty::SetValue(Variant poValue) {
+    if (!poValue.isObject()) return Value(std::move(poValue));
+    SetObjectQuiet(poValue.object());
     touch();
 }
 
@@ -121,7 +122,7 @@ void privProperty::ValueStr(std::u16string psValue) {
     Value(Variant(std::move(psValue)));
 }
 
-void privProperty::SetValueStrRef(const std::u16string& psValue) {
+void privProperty::SetValueStrRef(std::u16string_view psValue) {
     Value(Variant(psValue));
 }
 

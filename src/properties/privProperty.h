@@ -42,7 +42,8 @@ public:
     automation::Variant Value() const;
     void Value(automation::Variant pvValue);  // let: modified = now, changed = True
     // The object form of the setter: modified = now, but changed stays as it was (on purpose).
-    void SetValue(automation::ObjectRef poValue);
+    // A value that is no object is let.
+    void SetValue(automation::Variant poValue);
 
     std::int32_t ValueType() const;        // the automation type number; 9 for every object
     std::u16string ValueTypeName() const;  // as the automation function TypeName
@@ -73,7 +74,7 @@ public:
     void ValueLng(std::int32_t plValue);
     std::u16string ValueStr() const;
     void ValueStr(std::u16string psValue);
-    void SetValueStrRef(const std::u16string& psValue);
+    void SetValueStrRef(std::u16string_view psValue);
     // Date 0 where the value is no date, number or text that the platform takes for a date.
     automation::Date ValueDate(std::int32_t plLocaleID = 0, std::int32_t plFlags = 0) const;
     void ValueDateSet(automation::Date pdValue);

@@ -24,7 +24,7 @@ struct Audience {
     HKEY root;
     const wchar_t* command;  // of DllInstall
 };
-constexpr Audience everyone{HKEY_LOCAL_MACHINE, nullptr}, currentUser{HKEY_CURRENT_USER, L"USER"};
+const Audience everyone{HKEY_LOCAL_MACHINE, nullptr}, currentUser{HKEY_CURRENT_USER, L"USER"};
 
 // Below the classes; null for a key's own value.
 std::wstring read(HKEY root, const std::wstring& key, const wchar_t* name = nullptr) {

@@ -182,7 +182,7 @@ TEST(Handler, MayLetGoOfAllThatItReaches) {
     for (const auto& member : {members[3], std::function([](kvTag& tag) { return tag.Dispose(), std::u16string(); }),
                                std::function([](kvTag& tag) { return tag.CleanRTFByVal(u"{\\rtf1 }"); })}) {
         host = on.make(u"");
-        host->Properties(Collection::fromObject(std::make_shared<Collecting>(letGo)));
+        host->Properties(Collection(std::make_shared<Collecting>(letGo)));
         member(*host);
         EXPECT_EQ(host, nullptr);
     }

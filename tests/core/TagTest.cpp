@@ -223,7 +223,7 @@ TEST(Tag, TakesTheHostsCollection) {
     const auto host = std::make_shared<HostCollection>(on.properties);
     on.set(u"a", u"1");
     const auto tag = std::make_shared<kvTag>(on.services);
-    tag->Properties(Collection::fromObject(host));
+    tag->Properties(Collection(host));
     EXPECT_EQ(tag->Properties().object(), host);
     tag->Value(tagged(u"[PROPERTY:a=:][SETPROPERTY:b=2:][PROPERTY:b=:]"));
     EXPECT_EQ(tag->Result(), u"12");

@@ -153,7 +153,7 @@ TEST_F(DirectTag, AnswersNothingWhenTheHostFails) {
     EXPECT_EQ(call(u"GetObject", {u"Host.Buyer", 1}), "Buyer Database,Nothing OpenItem,Long 1");
     tag->Dispose(false);
     host.answers[u"GetValueObject"] = database;  // the host's own collection; it has no other member
-    tag->Properties(Collection::fromObject(made(u"Bag")));
+    tag->Properties(Collection(made(u"Bag")));
     EXPECT_EQ(call(u"GetObject", {u"Host.X", 0, u"absent"}), "DB GetValueObject,String _X");
 }
 

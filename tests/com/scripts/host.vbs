@@ -74,5 +74,5 @@ Check Err.Number, "Long 429"
 Err.Clear
 CreateObject("kvVelmor3.kvTagInfo").Database = Tag
 Check Err.Description, "'Type Mismatch'"
-Check Err.Source, "'kvTagInfo'"
+Check Err.Source, "'kvVelmor3'"
 Done
