@@ -264,7 +264,7 @@ void DocumentUnwrapper::closeDocument() {
     if (document.opening == noChange || !document.endsParagraph) return;
     Change& opening = changes_[document.opening];
     opening.begin = document.begin;
-    opening.text.insert(0, u"\par{");
+    opening.text.insert(0, u"\\par{");
 }
 
 // Readers decode a font's text by its character set, whatever the document's is.

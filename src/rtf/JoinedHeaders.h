@@ -78,10 +78,10 @@ private:
     std::size_t document_ = 0;
     std::size_t depth_ = 0;
     std::optional<OpenGroup> open_;
-    PerKind<Pages> given_;             // by the section that is read
-    PerKind<Pages> own_;               // by the document, in sections before
-    PerKind<Pages> foreign_;           // what documents in front gave and is inherited
-    PerKind<bool> emptied_;            // the document was given an empty group
+    PerKind<Pages> given_;    // by the section that is read
+    PerKind<Pages> own_;      // by the document, in sections before
+    PerKind<Pages> foreign_;  // what documents in front gave and is inherited
+    PerKind<bool> emptied_;   // the document was given an empty group
     std::size_t lastBrace_ = 0;
     std::size_t beginning_ = nowhere;  // of the document whose first section this is
     std::size_t title_ = nowhere;      // behind the section's \titlepg

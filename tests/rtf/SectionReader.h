@@ -31,8 +31,8 @@ public:
     static std::u16string shows(bool facing, bool title, const std::array<std::u16string, 2>& frames, Shown shown) {
         std::u16string text;
         for (const int footer : {0, 1}) {
-            const std::u16string pages = shown(footer, 1) + u"/" + shown(footer, facing ? 2 : 1) + u"/" +
-                                         shown(footer, title ? 3 : 1);
+            const std::u16string pages =
+                shown(footer, 1) + u"/" + shown(footer, facing ? 2 : 1) + u"/" + shown(footer, title ? 3 : 1);
             std::u16string frame = frames[static_cast<std::size_t>(footer)];
             // Nobody sees where a header without text is.
             if (pages == u"//") std::erase_if(frame, [](char16_t unit) { return unit < u'a'; });
