@@ -42,7 +42,8 @@ bool isTable(std::u16string_view text, std::size_t index) {
 
 }  // namespace
 
-JoinedHeaders::JoinedHeaders(std::u16string_view text, const std::vector<Join>& joins) : text_(text), joins_(joins) {
+JoinedHeaders::JoinedHeaders(std::u16string_view text, const std::vector<Join>& joins, bool tolerant)
+    : text_(text), joins_(joins), tolerant_(tolerant) {
     const std::size_t host = findHostDocument(text);
     if (host == noDocument) return;
     findFacingPages();
@@ -104,6 +105,7 @@ void JoinedHeaders::read(std::size_t host) {
     }
     joinUpTo(text_.size());
     closeSection(lastBrace_);
+    closeDocument();
 }
 
 void JoinedHeaders::takeBrace(std::size_t index) {
@@ -159,6 +161,7 @@ void JoinedHeaders::join(const Join& join) {
     if (open_) return;
     closeSection(join.begin);
     if (!join.document) return;
+    closeDocument();
     beginning_ = join.behind;
     for (const HeaderKind kind : headerKinds) {
         Pages& foreign = foreign_[kind];
@@ -191,9 +194,18 @@ void JoinedHeaders::closeSection(HeaderKind kind, std::size_t end) {
         empty(beginning_ != nowhere ? beginning_ : title_, {kind, HeaderPages::first});
         foreign.first = false;
     }
-    // An empty header at the page's edge does not move the text, however far from it the document's would be.
-    const bool silent = emptied_[kind] && !own.main && !own.left && !own.first;
-    if (silent) change(end, end, kind == HeaderKind::header ? u"\\headery0" : u"\\footery0");
+    if (emptied_[kind]) silentEnds_[kind].push_back(end);
+}
+
+// Empty headers at the page's edge do not move the text, however far from it the document would have its own.
+void JoinedHeaders::closeDocument() {
+    for (const HeaderKind kind : headerKinds) {
+        const Pages& own = own_[kind];
+        const bool silent = tolerant_ && !own.main && !own.left && !own.first;
+        for (const std::size_t end : std::exchange(silentEnds_[kind], {})) {
+            if (silent) change(end, end, kind == HeaderKind::header ? u"\\headery0" : u"\\footery0");
+        }
+    }
 }
 
 void JoinedHeaders::empty(std::size_t place, HeaderName name) {

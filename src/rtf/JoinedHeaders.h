@@ -35,7 +35,8 @@ public:
     };
 
     // `joins` in ascending order.
-    JoinedHeaders(std::u16string_view text, const std::vector<Join>& joins);
+    // `tolerant`: \sectd begins each joined document, so that what is said of one holds in it alone.
+    JoinedHeaders(std::u16string_view text, const std::vector<Join>& joins, bool tolerant);
 
     // In no order; one may lie in another that takes text out.
     std::vector<Change> changes() && { return std::move(changes_); }
@@ -65,6 +66,7 @@ private:
     // `end`: where its last words may stand.
     void closeSection(std::size_t end);
     void closeSection(HeaderKind kind, std::size_t end);
+    void closeDocument();
     void empty(std::size_t place, HeaderName name);
     void change(std::size_t begin, std::size_t end, std::u16string text) {
         changes_.push_back({begin, end, std::move(text)});
@@ -72,16 +74,18 @@ private:
 
     std::u16string_view text_;
     const std::vector<Join>& joins_;
+    bool tolerant_;
     std::vector<bool> facing_;  // by document: left pages are of their own
     bool anyFacing_ = false;
 
     std::size_t document_ = 0;
     std::size_t depth_ = 0;
     std::optional<OpenGroup> open_;
-    PerKind<Pages> given_;    // by the section that is read
-    PerKind<Pages> own_;      // by the document, in sections before
-    PerKind<Pages> foreign_;  // what documents in front gave and is inherited
-    PerKind<bool> emptied_;   // the document was given an empty group
+    PerKind<Pages> given_;                          // by the section that is read
+    PerKind<Pages> own_;                            // by the document, in sections before
+    PerKind<Pages> foreign_;                        // what documents in front gave and is inherited
+    PerKind<bool> emptied_;                         // the document was given an empty group
+    PerKind<std::vector<std::size_t>> silentEnds_;  // of its sections, up to the first group of its own
     std::size_t lastBrace_ = 0;
     std::size_t beginning_ = nowhere;  // of the document whose first section this is
     std::size_t title_ = nowhere;      // behind the section's \titlepg

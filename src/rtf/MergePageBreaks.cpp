@@ -218,7 +218,7 @@ public:
     MergeBreaks(std::u16string_view text, bool tolerant) : text_(text), tolerant_(tolerant) { read(); }
 
     void separateHeaders() {
-        auto changes = JoinedHeaders(text_, joins_).changes();
+        auto changes = JoinedHeaders(text_, joins_, tolerant_).changes();
         changes_.insert(changes_.end(), std::make_move_iterator(changes.begin()),
                         std::make_move_iterator(changes.end()));
     }
