@@ -31,7 +31,7 @@ struct AnsiCodePage {
         char16_t unit;
     };
     // What the bytes 0x80 to 0xFF mean by themselves. A byte without a meaning, such as the first of
-    // two, is its own number here; so is such a byte in a text that no second one follows.
+    // two that no second one follows, has a character here that nothing else means, to come back.
     std::array<char16_t, 128> upperHalf;
     // The characters of two bytes. Of several codes for one character, the first one is written.
     std::vector<Pair> pairs;

@@ -36,13 +36,20 @@ void addPairs(UINT codePage, int lead, std::vector<Pair>& pairs) {
     }
 }
 
-AnsiCodePage read(UINT codePage) {
+// A byte that means nothing by itself. In a code page of two bytes a character, its own number would
+// be that of a letter: it becomes a private character that none of them uses.
+char16_t unitOfMeaningless(int byte, bool hasPairs) {
+    constexpr int firstUnit = 0xF850, firstByte = 0xA0;
+    return static_cast<char16_t>(hasPairs && byte >= firstByte ? firstUnit + byte - firstByte : byte);
+}
+
+AnsiCodePage read(UINT codePage, bool hasPairs) {
     AnsiCodePage page;
     for (int byte = 0x80; byte < 256; ++byte) {
         const bool isLead = IsDBCSLeadByteEx(codePage, static_cast<BYTE>(byte));
         const char bytes[] = {static_cast<char>(byte)};
         const char16_t unit = isLead ? u'\0' : unitOf(codePage, bytes, 1);
-        page.upperHalf[static_cast<std::size_t>(byte - 0x80)] = unit ? unit : static_cast<char16_t>(byte);
+        page.upperHalf[static_cast<std::size_t>(byte - 0x80)] = unit ? unit : unitOfMeaningless(byte, hasPairs);
         if (isLead) addPairs(codePage, byte, page.pairs);
     }
     std::stable_partition(page.pairs.begin(), page.pairs.end(),
@@ -58,7 +65,7 @@ void installCodePage(unsigned codePage) noexcept try {
     if (number == CP_UTF8) {
         useUtf8AsAnsi();
     } else if (GetCPInfo(number, &info) && info.MaxCharSize <= 2) {
-        useAnsiCodePage(read(number));
+        useAnsiCodePage(read(number, info.MaxCharSize == 2));
     }
 } catch (const std::exception&) {
     // Without memory the code page that was there stays.
