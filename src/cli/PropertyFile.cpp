@@ -16,12 +16,12 @@ std::u16string readPassword(const platform::Files& files, const std::string& nam
     return password;
 }
 
-// Catches files of another kind, such as JSON, which would be read as odd names without values.
+// Catches files of another kind, such as JSON or RTF, which would be read as odd names without values.
 void requireProperties(std::u16string_view text, const std::string& name) {
     const auto first = text.find_first_not_of(u" \t\r\n\0"sv);
     if (first == text.npos) return;
-    const auto end = text.find_first_of(u"=:<\r\n", first);
-    if (end == text.npos || end == first || text[end] != u'=') {
+    const auto end = text.find_first_of(u"=:<\r\n{[\"", first);
+    if (end == text.npos || end == first || (text[end] != u'=' && text[end] != u':')) {
         throw Failure(exitFile, name + " is not a property file: it does not begin with name=value:");
     }
 }

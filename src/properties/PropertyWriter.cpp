@@ -218,7 +218,7 @@ void PropertyWriter::writeBase64(std::u16string_view text) {
 // Base64 of base64: every level adds a third, so without a limit a few dozen fill the memory.
 void PropertyWriter::appendNested(std::u16string_view text) {
     if (text.size() > kLongestNested) {
-        throw Error(7, u"privProperties", u"A collection within a collection is too long to be written as text");
+        throw Error(7, kErrorSource, u"A collection within a collection is too long to be written as text");
     }
     appendBase64(out_, toUtf8(text));
 }
