@@ -72,10 +72,10 @@ namespace {
 
 constexpr std::size_t longestWord = 11;
 
-// The words in capitals, in the order in which they are turned back.
+// The words in capitals, in the order in which they are turned back. \CFPAT and \CBPAT have become \cfPAT and
+// \cbPAT before their turn comes.
 constexpr std::u16string_view colourCapitals[] = {
-    u"CF",    u"CB",      u"CHCFPAT", u"CHCBPAT", u"PNCF",      u"BRDRCF", u"CFPAT",
-    u"CBPAT", u"CLCFPAT", u"CLCBPAT", u"AFC",     u"HIGHLIGHT", u"ULC",
+    u"CF", u"CB", u"CHCFPAT", u"CHCBPAT", u"PNCF", u"BRDRCF", u"CLCFPAT", u"CLCBPAT", u"AFC", u"HIGHLIGHT", u"ULC",
 };
 
 // Where the words of each first letter stand in a table that is sorted so.
