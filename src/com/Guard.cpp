@@ -31,6 +31,15 @@ void record(REFIID interfaceId, const std::u16string& description) noexcept {
     if (const auto error = created.as<IErrorInfo>(IID_IErrorInfo)) SetErrorInfo(0, error.get());
 }
 
+// Empty if there is no memory for it.
+std::u16string descriptionOf(const std::exception& error) noexcept {
+    try {
+        return fromUtf8(error.what());
+    } catch (const std::bad_alloc&) {
+        return {};
+    }
+}
+
 }  // namespace
 
 void give(BSTR& place, const std::u16string& value) {
@@ -67,7 +76,7 @@ HRESULT translateException(REFIID interfaceId) noexcept {
     } catch (const std::bad_alloc&) {
         return E_OUTOFMEMORY;
     } catch (const std::exception& error) {
-        record(interfaceId, fromUtf8(error.what()));
+        record(interfaceId, descriptionOf(error));
         return E_FAIL;
     } catch (...) {
         return E_FAIL;
