@@ -66,7 +66,8 @@ void readAndWrite(const std::uint8_t* data, std::size_t size) {
     const auto second = std::make_shared<privProperties>(services);
     const std::u16string text = textOf(data + 2, size - 2);
     first->Build(text, false, data[1] % 2 == 1, delimiter);
-    require(text.empty() || first->Count() > 0, "lost all entries", text);
+    const bool isBlank = text.find_first_not_of(u" \t\r\n") == text.npos;
+    require(isBlank || first->Count() > 0, "lost all entries", text);
     first->CountTotal();
     first->TagCommand();
     first->Delimited();
