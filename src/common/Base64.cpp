@@ -35,7 +35,7 @@ std::uint32_t byteAt(std::string_view bytes, std::size_t index) {
     return static_cast<std::uint8_t>(bytes[index]);
 }
 
-// What may stand behind the digits: white space, and as much padding as the last group lacks, or none.
+// True if only white space follows the digits, and either no padding or exactly what the last group lacks.
 bool endsWell(std::u16string_view rest, std::size_t digitsOfLastGroup) {
     std::size_t padding = 0;
     for (const char16_t unit : rest) {

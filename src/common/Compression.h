@@ -16,8 +16,8 @@ namespace velmor {
 std::string compressBytes(std::string_view bytes);
 std::u16string compressedText(std::u16string_view text);
 
-// Nothing when the stream is damaged, ends early, has bytes behind its end, or would give more
-// than `limit` bytes. What would be too large is found out before memory for it is taken.
+// Empty if the stream is damaged, ends early, has bytes after its end, or would give more than
+// `limit` bytes. Memory never exceeds the limit.
 std::optional<std::string> decompressBytes(std::string_view compressed, std::size_t limit = decodingLimit);
 std::optional<std::u16string> textFromCompressed(std::u16string_view encoded);
 

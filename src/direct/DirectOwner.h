@@ -18,9 +18,9 @@ public:
 
     virtual platform::Services& directServices() const = 0;
     virtual automation::ObjectRef directProperties() = 0;  // also a host's own collection
-    virtual automation::ObjectRef directDatabase() = 0;    // null when there is none
+    virtual automation::ObjectRef directDatabase() = 0;    // null if absent
     virtual std::shared_ptr<privProperties> directErrorLog() = 0;
-    // The text of the tag's parameter of that name, evaluated; "0" when there is none.
+    // The text of the tag's parameter of that name, evaluated; "0" if the parameter is absent.
     virtual std::u16string directElement(std::u16string_view psName) = 0;
 };
 

@@ -33,7 +33,7 @@ ObjectRef objectOf(const Variant& answer) {
     return object;
 }
 
-// The class of a name without a ".": the database's type definitions know it. "" for none.
+// Resolves a name without a "." through the database's type definitions. "" if they do not know it.
 std::u16string definedClass(const ObjectRef& database, std::u16string_view psClassName) {
     const ObjectRef system = objectOf(database->invoke(u"System", InvokeKind::get, {}));
     Variant arguments[] = {Variant(psClassName)};

@@ -12,10 +12,10 @@
 
 namespace velmor {
 
-// The host's database objects for one tag. What is opened is kept in the tag's Properties, so that
-// later tags of the same document get the same object: the object as "_" and a key, its identifier
-// as the key and ".ID". The keys, with S for the class name behind its first ".", or all of it, and
-// T for the object type:
+// A tag's cache of the host's database objects. An opened object is kept in the tag's Properties, so
+// that later tags of the same document get the same object: the object under "_" + key, its
+// identifier under key + ".ID". The keys below use S for the part of the class name that follows its
+// first "." (the whole name if it has none) and T for the object type:
 //
 //     GetObject           S                        GetObjectName       name_S
 //     GetObjectItem       kvObjectItem_T           GetObjectItemName   name_kvObjectItem_T
@@ -24,43 +24,43 @@ namespace velmor {
 //                                                                      type name_kvObjectItem,
 //                                                                      or kvObjectItem
 //
-// The tag's collection and database are fetched once, on first need. The tag itself is not kept
-// alive; when it is gone, or was disposed, every member does nothing.
+// The tag's collection and database are fetched once, on first use. The tag itself is not kept
+// alive; once it is gone or disposed, every member does nothing.
 //
-// No member raises: what the host's objects raise ends the member, and a getter answers Nothing.
+// No member raises: an error of a host's object ends the member, and a getter returns Nothing.
 class kvDirectTag final : public automation::Object {
 public:
     explicit kvDirectTag(std::weak_ptr<DirectOwner> owner) : owner_(std::move(owner)) {}
 
-    // A plID of 0 stands for the tag's parameter psIDName. The object that is kept is given when its
-    // identifier is the one asked for, or none is. Else one is opened: a class name with a "." is
-    // created as it stands, another one is resolved by the database's type definitions; it gets the
-    // database and the identifier, and is kept when it says that it is open. Without an identifier
-    // nothing is opened.
+    // A plID of 0 means: use the value of the tag's parameter psIDName. Returns the kept object if its
+    // identifier equals the requested one, or if no identifier is requested. Otherwise opens one: a
+    // class name with a "." is created as given, any other is resolved by the database's type
+    // definitions. The new object receives the database and the identifier, and is kept if it reports
+    // that it is open. Nothing is opened without an identifier.
     automation::ObjectRef GetObject(std::u16string_view psClassName, std::int32_t plID = 0,
                                     std::u16string_view psIDName = u"ID");
     // Several objects of one class side by side.
     automation::ObjectRef GetObjectName(std::u16string_view psName, std::u16string_view psClassName,
                                         std::int32_t plID = 0, std::u16string_view psIDName = u"ID");
-    // The same with the database's GetObjectItem, which is asked without an identifier, too.
+    // The same through the database's GetObjectItem, which is also called without an identifier.
     automation::ObjectRef GetObjectItem(std::int32_t plObjectType, std::int32_t plID = 0,
                                         std::u16string_view psIDName = u"ID");
     automation::ObjectRef GetObjectItemName(std::u16string_view psName, std::int32_t plObjectType,
                                             std::int32_t plID = 0, std::u16string_view psIDName = u"ID");
 
-    // Keeps an object that the caller holds, unless it is Nothing or its type is just "Object". The
-    // identifier is an object item's ItemAccount, 0 for every other object.
+    // Keeps an object of the caller's, unless it is Nothing or its type name is "Object". The
+    // identifier is the ItemAccount of an object item, and 0 for any other object.
     void SetObjectName(std::u16string_view psName, const automation::ObjectRef& poObject);
     void SetObject(const automation::ObjectRef& poObject);
 
     // Calls the database's LogEvent (name, message, error number, 64) for each entry of the tag's
-    // error log. The first failure ends it; the log stays as it is. plMode has no effect.
+    // error log. Stops at the first failure. The log does not change. plMode has no effect.
     void RecordErrorLog(std::int32_t plMode = 0);
 
     void RemoveObjectItem(std::int32_t plObjectType = 0, std::u16string_view psName = {});
     void RemoveObject(std::u16string_view psClassName, std::u16string_view psName = {});
 
-    // Lets the tag, its collection and its database go.
+    // Releases the tag, its collection and its database.
     void cleanUp() noexcept;
 
     automation::Variant invoke(std::u16string_view name, automation::InvokeKind kind,

@@ -12,34 +12,34 @@ namespace velmor {
 
 class privProperties;
 
-// The catalogue of handlers: which ones are registered, and what each says of its commands. Reads
-// the registry anew on every call; a question creates the handler, asks it and lets it go.
+// The catalogue of handlers: which are registered, and how each describes its commands. Reads the
+// registry on every call. A question creates the handler, asks it and releases it.
 //
-// Lists are texts whose items each end with ":". A handler is named as in a tag, "NAME" or
-// "GROUP-NAME"; a ">" and what follows it is cut off. A command may be given as it stands in a tag:
-// what follows its first ":" or "=" is cut off. Case does not matter.
+// Lists are texts whose items each end with ":". Handlers are named as in a tag, "NAME" or
+// "GROUP-NAME"; a ">" and everything after it is ignored. Commands may be given as in a tag:
+// everything from the first ":" or "=" on is ignored. Names match without regard to case.
 //
-// No member raises, but for setting Database: what cannot be read, created or asked answers "",
-// False or an empty collection.
+// No member raises, except setting Database. A failure to read, create or ask gives "", False or an
+// empty collection.
 class kvTagInfo final : public automation::Object {
 public:
     explicit kvTagInfo(platform::Services& services) : services_(services) {}
 
     // Registered, and its class can be created.
     bool TagAvailable(std::u16string_view psHandlerName) const;
-    // Has a registry value that names a class. The built-in handler has none.
+    // The registry names a class for it. False for the built-in handler.
     bool TagRegistered(std::u16string_view psHandlerName) const;
 
     std::u16string CommandList(std::u16string_view psHandlerName) const;
     std::u16string ParameterList(std::u16string_view psHandlerName, std::u16string_view psCommand = {}) const;
 
-    std::u16string HandlerListString() const;  // all of them
+    std::u16string HandlerListString() const;  // of all handlers
     std::u16string HandlerListString2(std::u16string_view psSubHandler = {}, bool pbFiltered = true) const;
     std::shared_ptr<privProperties> HandlerList() const;
-    // The handlers of the group, or those that belong to none and the built-in one. Each property is
-    // named after a handler and holds its class name ("" for the built-in one). The names of the
-    // groups are added on request, each with "". Filtered, all those are left out that have a value
-    // "Hide" other than "0" in the key of their name below the handlers' key.
+    // The handlers of the group; for an empty group name, those outside any group and the built-in
+    // one. Each property is named after a handler and holds its class name ("" for the built-in one).
+    // pbIncludeSubHandlers adds the names of the groups, each with "". pbFiltered leaves out handlers
+    // whose own key below the handlers' key has a value "Hide" other than "0".
     std::shared_ptr<privProperties> HandlerList2(std::u16string_view psSubHandler = {}, bool pbFiltered = true,
                                                  bool pbIncludeSubHandlers = false) const;
     std::u16string HandlerListFilteredString() const;
@@ -48,8 +48,8 @@ public:
     std::u16string CommandSyntax(std::u16string_view psHandlerName, std::u16string_view psCommand) const;
     std::u16string CommandDescription(std::u16string_view psHandlerName, std::u16string_view psCommand) const;
 
-    // Handed to handlers of level 4 and above with every question. Setting raises 13 for every
-    // object (and for Nothing) whose type name is not "kvDatabase".
+    // Passed to handlers of level 4 and above with every question. Setting raises 13 unless the
+    // object's type name is "kvDatabase"; Nothing is refused, too.
     automation::ObjectRef Database() const { return database_; }
     void Database(automation::ObjectRef poDatabase);
 

@@ -39,7 +39,7 @@ void GapText::append(std::u16string_view text) {
     } else if (isOurs(text)) {
         append(std::u16string(text));
     } else {
-        // A wide gap is room enough; closing it is paid for by what made it wide.
+        // A wide gap has enough room. Closing it costs no more than the edits that widened it (amortised).
         if (gap() >= text.size() && gap() >= store_.capacity() / 4) {
             moveGap(size());
             dropGap();
@@ -119,14 +119,14 @@ void GapText::moveGap(std::size_t index) noexcept {
     split_ = index;
 }
 
-// The gap lies at the end.
+// The gap must be at the end.
 void GapText::dropGap() noexcept {
     store_.resize(split_);
     resume_ = split_;
 }
 
-// Makes the gap hold at least count units. What is added beyond that is in proportion to the text,
-// so that the cost of shifting the second part is spread over as many insertions.
+// Widens the gap to at least count units. The extra room is proportional to the text, so the cost of
+// shifting the second part is amortised over the insertions that use it.
 void GapText::openGap(std::size_t count) {
     const std::size_t wanted = count + size() / 8 + 64;
     const std::size_t added = wanted - std::min(wanted, gap());
@@ -151,8 +151,8 @@ void GapText::rebuild(std::size_t capacity, std::size_t gapSize) {
     resume_ = split_ + gapSize;
 }
 
-// A first text is often the only one. Then growth is wide, for memory that is not touched costs next
-// to nothing and copying does; big texts leave memory to others.
+// The first text is often the only one, so it gets its exact size. Later growth is generous: untouched
+// memory costs almost nothing, copying does. Large texts grow less to leave memory to others.
 std::size_t GapText::grownCapacity(std::size_t needed) const noexcept {
     constexpr std::size_t small = 1 << 12;
     constexpr std::size_t big = 1 << 20;

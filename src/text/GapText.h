@@ -55,8 +55,8 @@ private:
     void rebuild(std::size_t capacity, std::size_t gapSize);
     std::size_t grownCapacity(std::size_t needed) const noexcept;
 
-    // [0, split_) is the first part, [resume_, store_.size()) the second; what lies between is
-    // the gap. split_ <= resume_ <= store_.size().
+    // [0, split_) is the first part, [resume_, store_.size()) the second; the gap is
+    // in between. split_ <= resume_ <= store_.size().
     std::u16string store_;
     std::size_t split_ = 0;
     std::size_t resume_ = 0;

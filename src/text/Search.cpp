@@ -4,10 +4,10 @@
 
 #include "text/Compare.h"
 
-// A search looks for the sought text's two rarest units at once, a block of places at a time, and
-// compares only where both stand. Where that keeps failing late (a sought text like "aaab" in a text
-// like "aaaa"), it goes over to Crochemore and Perrin's two-way search, which is linear whatever the
-// texts hold and needs no memory. Text comparison folds units where it looks at them.
+// A search tests for the sought text's two rarest units, a block of places at a time, and compares
+// only where both match. If the comparisons keep failing late (a sought text like "aaab" in a text
+// like "aaaa"), the search switches to Crochemore and Perrin's two-way algorithm, which is linear for
+// every input and needs no memory. Text comparison folds units as it reads them.
 
 namespace velmor {
 
@@ -27,7 +27,7 @@ struct Folded {
 
 // ---- The quick path: blocks of places, two rare units
 
-// ASCII from the commonest to the rarest in RTF; what is not listed is rarer still.
+// ASCII from the most to the least frequent in RTF; units that are not listed are rarer.
 constexpr std::u16string_view commonUnits =
     u"\\0fre latdins2c1bpo{}3h548u6g7m9w;xvTy'-*Nq.AR?kCE:SFLzDjBMHPWI></)GU(O,=VK\"YJ~_#ZX%$!Q&+@^[]`|\r\n";
 
@@ -38,7 +38,7 @@ constexpr std::array<std::uint8_t, 128> rarityTable() {
     return table;
 }
 
-// One unit of the sought text: it stands where (unit | mask) == value.
+// One unit of the sought text. It matches where (unit | mask) == value.
 struct Anchor {
     std::size_t offset = 0;
     std::uint16_t mask = 0;
@@ -67,18 +67,18 @@ public:
         if (second < 0) second_ = first_;
     }
 
-    // False when no unit can be told by value and mask alone.
+    // False if no unit can be recognised by value and mask alone.
     bool usable() const noexcept { return usable_; }
-    // How many of the next `places` can be passed over: all, or up to one where both units stand.
+    // How many of the next `places` can be skipped: all, or those before one where both units match.
     std::size_t next(const char16_t* place, std::size_t places) const noexcept {
-        const Filter own = *this;  // for the compiler: nothing else changes it
+        const Filter own = *this;  // a local copy lets the compiler keep it in registers
         std::size_t passed = 0;
         while (places - passed >= block && !own.anyOf<block>(place + passed)) passed += block;
         while (places - passed >= small && !own.anyOf<small>(place + passed)) passed += small;
         while (passed < places && !own.anyOf<1>(place + passed)) ++passed;
         return passed;
     }
-    // The same for the places before `place`, backwards.
+    // The same for the places that precede `place`, backwards.
     std::size_t previous(const char16_t* place, std::size_t places) const noexcept {
         const Filter own = *this;
         std::size_t passed = 0;
@@ -96,7 +96,7 @@ private:
         const std::uint16_t unit = place[anchor.offset];
         return static_cast<std::uint16_t>((Units::ignoresCase ? unit | anchor.mask : unit) ^ anchor.value);
     }
-    // Whether both units stand at one of `count` places. For the compiler's vector unit: no early end.
+    // True if both units match at one of `count` places. No early exit, so that it vectorises.
     template <std::size_t count>
     bool anyOf(const char16_t* place) const noexcept {
         std::uint16_t any = 0;
@@ -121,7 +121,7 @@ bool standsAt(std::u16string_view sought, const char16_t* place) noexcept {
     });
 }
 
-// Comparisons may cost some times the distance covered; then the two-way search takes over.
+// Once comparisons cost several times the distance covered, the two-way search takes over.
 class Budget {
 public:
     explicit Budget(std::size_t soughtSize) noexcept : each_(soughtSize) {}
@@ -239,7 +239,7 @@ std::size_t findBackward(std::u16string_view text, std::u16string_view sought) n
     if (!filter.usable()) return thorough(text.size());
     Budget budget(sought.size());
     const std::size_t end = text.size() - sought.size() + 1;
-    for (std::size_t place = end;; --place) {  // what lies before it is still to be seen
+    for (std::size_t place = end;; --place) {  // places before it are still unseen
         place -= filter.previous(text.data() + place, place);
         if (place == 0) return npos;
         if (standsAt<Units>(sought, text.data() + place - 1)) return place - 1;

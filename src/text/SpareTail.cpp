@@ -6,9 +6,9 @@ namespace velmor {
 
 namespace {
 
-// So much is copied at once, in the hope of removals to come,
+// Units copied at once, in expectation of further removals.
 constexpr std::size_t foresight = 512;
-// unless copies that came to nothing outgrow the tail by more than this.
+// No such extra copying once unused copies exceed the tail by more than this.
 constexpr std::size_t allowedWaste = 4096;
 
 }  // namespace

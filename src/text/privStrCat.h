@@ -15,16 +15,16 @@ namespace velmor {
 
 // The string builder in which every long text is assembled and edited in place.
 //
-// It behaves as one buffer of UTF-16 units: the content is its first Length() units, and what is
-// left of BufferLength() is the spare tail. Freshly grown space is blank; places that content has
-// left keep their characters. Some members see the tail, and say so. The buffer grows by the growth
-// rate, or by what is added when that is more, and shrinks only in Reset and the Dumps.
+// It behaves as one buffer of UTF-16 units: the content is its first Length() units, the rest of
+// BufferLength() is the spare tail. New space is blank; space that content has left keeps its
+// characters. Members that read the tail say so. The buffer grows by the growth rate, or by the added
+// length if that is more, and shrinks only in Reset and the Dumps.
 //
 // Positions are 1-based units; 0 means "not found". Unless a member says otherwise it raises
 // Error 5 for a position below 1 or a negative count, Error 6 when a sum of positions leaves
-// 32 bits (so a length of 2147483647 is no way to say "to the end"), and Error 7 when memory, or
-// the limit of 2^30 - 1 units, runs out; the builder is then as it was. Texts handed in may be
-// part of the builder itself.
+// 32 bits (so a length of 2147483647 does not mean "to the end"), and Error 7 when memory or the
+// limit of 2^30 - 1 units is exhausted; the builder is then unchanged. Arguments may be part of the
+// builder itself.
 //
 // Cost: appending is amortised O(1). Editing costs the distance from the previous edit, so a sweep
 // from left to right is linear. Searching copies nothing of the document.
@@ -41,7 +41,7 @@ public:
     ~privStrCat() = default;
     void swap(privStrCat& other) noexcept;
 
-    // ---- Building. Nothing from here to DumpVal raises; what cannot be done is left undone.
+    // ---- Building. No member up to DumpVal raises; without memory it does nothing.
 
     void Append(std::u16string_view psString) noexcept {
         if (psString.size() <= quickRoom_) {
@@ -76,19 +76,19 @@ public:
 
     // ---- Searching.
 
-    // Position of the first psFind at or after plStart; 0 when there is none, or when plStart lies
-    // beyond the content. A hit may begin in the content and run on into the spare tail. An empty
-    // psFind is found at plStart.
+    // Position of the first psFind at or after plStart; 0 if absent or if plStart is beyond the
+    // content. A hit may begin in the content and extend into the spare tail. An empty psFind is found
+    // at plStart.
     std::int32_t Find(std::u16string_view psFind, std::int32_t plStart = 1, bool pbBinaryCompare = true) const;
     // Position of the last psFind that lies wholly within the first plStart units of the content;
-    // -1, or anything beyond the content, means all of it. 0 when there is none, or plStart is
-    // below 1 otherwise. An empty psFind is found at plStart.
+    // -1, or any position beyond the content, means all of it. 0 if absent or for any other plStart
+    // below 1. An empty psFind is found at plStart.
     std::int32_t FindReverse(std::u16string_view psFind, std::int32_t plStart = -1, bool pbBinaryCompare = true) const;
     // Position of the first unit at or after plStart that occurs in psContains. Costs the distance.
     std::int32_t FindContains(std::u16string_view psContains, std::int32_t plStart = 1,
                               bool pbBinaryCompare = true) const;
     // Number of hits that begin in plStartPosition..plEndPosition (0: the end), overlapping ones
-    // included. With pbIsRTFtag, a hit behind an odd run of backslashes is not counted.
+    // included. With pbIsRTFtag, a hit that follows an odd run of backslashes is not counted.
     std::int32_t FindCount(std::u16string_view psFind, std::int32_t plStartPosition = 1, std::int32_t plEndPosition = 0,
                            bool pbBinaryCompare = true, bool pbIsRTFtag = false) const;
     // Words are runs of characters above the blank, as far as two units read as one 32-bit number
@@ -98,19 +98,19 @@ public:
     // The ANSI code of the unit at plPosition. Raises Error 5 anywhere outside the content.
     std::int32_t Ascii(std::int32_t plPosition) const;
 
-    // plGroupStart: the first psFind at or after plStart, without regard to case, 0 when there is
-    // none. plGroupEnd: the brace that closes the group which begins there, 0 when none does at or
-    // before plLimit (0: the end). A brace directly behind a backslash does not count.
+    // plGroupStart: the first psFind at or after plStart, without regard to case; 0 if absent.
+    // plGroupEnd: the brace that closes the group which begins there; 0 if it is not at or before
+    // plLimit (0: the end). A brace that directly follows a backslash does not count.
     void FindBraceGroupEnd(std::int32_t plStart, std::u16string_view psFind, std::int32_t plLimit,
                            std::int32_t& plGroupStart, std::int32_t& plGroupEnd) const;
     void ScanBraceGroupEnd(std::int32_t plStart, std::u16string_view psFind, std::int32_t plLimit,
                            std::int32_t& plGroupStart, std::int32_t& plGroupEnd) const;
-    // The "{" that matches the "}" at plPosition, every brace counted; 0 when there is none.
+    // The "{" that matches the "}" at plPosition, counting every brace; 0 if absent.
     void FindBraceGroupStart(std::int32_t plPosition, std::int32_t& plGroupStart) const noexcept;
 
     // ---- Taking parts. The builder does not change.
 
-    // A plLength of 0, or one beyond the end, means to the end; empty when plStart lies beyond it.
+    // A plLength of 0, or one beyond the end, means to the end; empty if plStart is beyond it.
     std::u16string SubString(std::int32_t plStart, std::int32_t plLength = 0) const;
     // Empty unless 1 <= plStart < Length(): the last character alone cannot be had. -1 means to the
     // end. The whole content comes with the spare tail.
@@ -140,9 +140,9 @@ public:
     // are longer than what they replace. plStart is 0 afterwards; an empty psFind does nothing.
     std::int32_t Replace(std::u16string_view psFind, std::u16string_view psReplace, std::int32_t& plStart,
                          std::int32_t& plCount, bool pbBinaryCompare = true);
-    // Overwrites what lies wholly before the last character. What reaches it replaces as many
-    // characters as there are (all but the last when it ends just there), and the content may grow.
-    // At or beyond the last character nothing happens.
+    // Overwrites in place if the last overwritten character is at or before Length() - 2. Otherwise
+    // replaces as many characters as psString has, or all that are left; the content may then grow.
+    // At or beyond the last character: no effect.
     void ModifyMidStr(std::int32_t plPosition, std::u16string_view psString);
     // All of psTrimCharacters are trimmed. A content of nothing else stays as it is on the left
     // and is cleared on the right.
@@ -161,10 +161,10 @@ public:
     // Characters appended; 0 when the file cannot be read.
     std::int32_t LoadFromFileAppend(std::u16string_view psFileName) noexcept;
 
-    // ---- For the engine: reading the content where it lies.
+    // ---- For the engine: reading the content in place.
 
-    // The content in one piece. Costs the shorter side of the last edit's place when there was one
-    // since; not for use between the edits of a sweep. Holds until the next change.
+    // The content in one piece. After an edit it costs the shorter side of that edit's place, so do not
+    // call it between the edits of a sweep. Valid until the next change.
     std::u16string_view contiguous() const noexcept { return content_.contiguous(); }
     // The content in two pieces, either of which may be empty. Costs nothing.
     std::array<std::u16string_view, 2> pieces() const noexcept { return {content_.first(), content_.second()}; }
@@ -173,7 +173,7 @@ public:
         const std::size_t index = static_cast<std::size_t>(position) - 1;
         return index < content_.size() ? content_[index] : u'\0';
     }
-    // A copy of what stands behind the content.
+    // A copy of the spare tail.
     std::u16string spareTail() const;
 
 private:
@@ -188,7 +188,7 @@ private:
     bool isLarge() const noexcept { return capacity_ * sizeof(char16_t) > keptBufferBytes; }
     void release() noexcept;
 
-    // 0-based; nothing when there is none.
+    // 0-based; npos if absent.
     std::size_t findFrom(std::u16string_view sought, std::size_t start, Comparison comparison) const;
     std::size_t findAcross(std::u16string_view sought, std::size_t start, std::size_t end, Comparison comparison) const;
     std::u16string bufferCopy(std::size_t index, std::size_t count) const;
@@ -204,8 +204,7 @@ private:
     SpareTail tail_;
     std::size_t capacity_ = 0;  // content_.size() + tail_.size() <= capacity_ <= maximumLength; the rest is blank
     std::int32_t growthRate_ = 512;
-    // So much may be appended with nothing but the text to write: it fits, and nothing is stale.
-    // 0 whenever that is not known.
+    // Number of units that fit without growth while the tail holds nothing stale; 0 if unknown.
     std::size_t quickRoom_ = 0;
 };
 
