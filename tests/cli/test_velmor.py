@@ -277,10 +277,10 @@ class Clean(VelmorTest):
         self.write("b.rtf", self.NEXT)
         self.assertEqual(self.velmor("clean", "a.rtf", "-", "b.rtf", "-o", "a.rtf", stdin=b"{\\rtf1 0}"), b"")
         result = self.read("a.rtf")
-        for said in [b"one \\\\\\sect", b"\\pgwsxn12240\\pghsxn15840", b"\\lndscpsxn\\pgwsxn15840\\pghsxn11906", b"\\f1 two}"]:
+        for said in [b"one \\\\\\sect", b"\\pgwsxn12240\\pghsxn15840", b"\\lndscpsxn\\pgwsxn15840\\pghsxn11906", b"\\f2 two}"]:
             self.assertIn(said, result)
         self.assertEqual((result.count(b"Arial"), result.count(b"Courier"), result.count(b"rtf")), (1, 1, 1))
-        self.assertEqual((result.count(b"{"), result[-7:]), (result.count(b"}"), b"two}\r\n\0"))
+        self.assertEqual((result.count(b"{"), result[-4:]), (result.count(b"}"), b"}\r\n\0"))
         self.assertEqual(self.messages, "")
 
     def test_joins_documents_with_headers_of_their_own(self):

@@ -187,7 +187,7 @@ TEST(UnwrapNestedDocuments, TolerantLeavesTheHostItsOwnWay) {
          u"{\\rtf1 a\\par{{\\b}\\trowd\\cellx9\\intbl b\\cell\\row}c}"},
         {u"{\\rtf1{\\b a{\\footnote\\par}}{\\rtf1\\uc2{\\rtf1\\intbl b\\cell}\\trowd}}",
          u"{\\rtf1{\\b a{\\footnote\\par}}{\\uc2\\par{\\uc1\\intbl b\\cell}\\trowd}}"},
-        {u"{\\rtf1 a{\\rtf1\\trowd b\\row\\sect c}}", u"{\\rtf1 a\\par\\trowd b\\row\\sect c}"},
+        {u"{\\rtf1 a{\\rtf1\\trowd b\\row\\sect c}}", u"{\\rtf1 a\\par{\\trowd b\\row\\sect c}}"},
         {u"{\\rtf1 a\\par\\page{\\rtf1\\trowd}{\\rtf1\\par\\trowd}{\\rtf1 b\\trowd}{\\rtf1 b\\par}}",
          u"{\\rtf1 a\\par\\page{\\trowd}{\\par\\trowd}{b\\trowd}{b\\par}}"},
         // What is in a cell stays in it.
