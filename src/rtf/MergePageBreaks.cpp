@@ -87,9 +87,9 @@ public:
     }
 
 private:
-    static std::int32_t valueAt(std::u16string_view text, std::size_t index, std::u16string_view word) {
+    std::int32_t valueAt(std::u16string_view text, std::size_t index, std::u16string_view word) const {
         std::u16string_view number;
-        return numberTextAt(text, index + word.size(), number) ? wholeNumber(number).value_or(0) : 0;
+        return wordNumberAt(text, index, word, tolerant_, number) ? wholeNumber(number).value_or(0) : 0;
     }
 
     std::int32_t documentValue(std::size_t i) const {

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "rtf/ControlWord.h"
 #include "rtf/RtfScanner.h"
 
 namespace velmor {
@@ -42,6 +43,13 @@ bool numberTextAt(std::u16string_view text, std::size_t index, std::u16string_vi
     number = text.substr(index, end - index);
     while (!number.empty() && isWhiteSpace(number.back())) number.remove_suffix(1);
     return true;
+}
+
+bool wordNumberAt(std::u16string_view text, std::size_t index, std::u16string_view word, bool tolerant,
+                  std::u16string_view& number) noexcept {
+    if (!tolerant) return numberTextAt(text, index + word.size(), number);
+    number = readWord(text, index).number;
+    return !number.empty();
 }
 
 }  // namespace velmor

@@ -45,4 +45,9 @@ private:
 // it. False when no such unit follows.
 bool numberTextAt(std::u16string_view text, std::size_t index, std::u16string_view& number) noexcept;
 
+// As numberTextAt, for the number of the word at the index. Tolerant: as readers have it, so that text may
+// follow it at once; false when the word has none.
+bool wordNumberAt(std::u16string_view text, std::size_t index, std::u16string_view word, bool tolerant,
+                  std::u16string_view& number) noexcept;
+
 }  // namespace velmor

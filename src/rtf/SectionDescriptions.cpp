@@ -79,8 +79,8 @@ void SectionDescriptions::beginDocument(std::size_t begin) {
         mergeMode_ ? findText(text_, Module1::mergePageBreakMarker, begin, Comparison::binary) : nowhere;
     PageSetup page;
     page.values = PageSetup::defaults;
-    document_.emplace(
-        Document{SectionGroups(text_, begin, std::min(next, text_.size()), page), begin, false, {}, nowhere, nowhere});
+    SectionGroups groups(text_, begin, std::min(next, text_.size()), page, true);
+    document_.emplace(Document{std::move(groups), begin, false, {}, nowhere, nowhere});
 }
 
 // False when the stage ends here.

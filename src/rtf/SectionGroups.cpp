@@ -61,8 +61,9 @@ bool SectionGroups::Value::isGiven(std::u16string_view text, std::size_t begin, 
     return true;
 }
 
-SectionGroups::SectionGroups(std::u16string_view text, std::size_t begin, std::size_t end, const PageSetup& page)
-    : text_(text), begin_(begin), end_(end), page_(page) {
+SectionGroups::SectionGroups(std::u16string_view text, std::size_t begin, std::size_t end, const PageSetup& page,
+                             bool tolerant)
+    : text_(text), begin_(begin), end_(end), page_(page), tolerant_(tolerant) {
     for (const std::u16string_view word : groupWords) values_.emplace_back(word);
 }
 
@@ -113,7 +114,7 @@ void SectionGroups::findDocumentWords() {
             if (seen[i] || !wordStandsAt(text_, index, word)) continue;
             seen[i] = true;
             std::u16string_view digits;
-            if (numberTextAt(text_, index + word.size(), digits)) documentNumbers_[i] = digits;
+            if (wordNumberAt(text_, index, word, tolerant_, digits)) documentNumbers_[i] = digits;
         }
         if (std::find(seen.begin(), seen.end(), false) == seen.end()) return;
     }

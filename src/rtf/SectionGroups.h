@@ -38,7 +38,7 @@ public:
     static constexpr std::size_t nameOffset = 4;
 
     // The document is [begin, end) of the text; `page` holds the values that no word gives.
-    SectionGroups(std::u16string_view text, std::size_t begin, std::size_t end, const PageSetup& page);
+    SectionGroups(std::u16string_view text, std::size_t begin, std::size_t end, const PageSetup& page, bool tolerant);
 
     // Reads the group at the index; indices ascend. False when its brace is missing or a value is no
     // number: nothing is described then.
@@ -73,6 +73,7 @@ private:
     std::size_t begin_;
     std::size_t end_;
     PageSetup page_;
+    bool tolerant_;
     std::size_t groupEnd_ = 0;
     std::vector<Value> values_;
     GroupWord landscape_{u"\\landscape"}, portrait_{u"\\portrait"};

@@ -19,7 +19,7 @@ constexpr std::size_t nowhere = std::u16string_view::npos;
 // What the stage does by the plain rules, collected by the places of the text as it is.
 class SectionReader {
 public:
-    explicit SectionReader(std::u16string_view text) : text_(text), groups_(text, 0, text.size(), {}) {}
+    explicit SectionReader(std::u16string_view text) : text_(text), groups_(text, 0, text.size(), {}, false) {}
 
     void read();
     TextEdits edits();
