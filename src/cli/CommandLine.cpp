@@ -141,6 +141,7 @@ CLI::App* addEval(CLI::App& app, Raw& raw) {
     addPasswordFile(*command, raw.eval.passwordFile)->needs("--properties");
     command->add_option("--include-path", raw.includePath, "Where included files are (the property \"Path\")")
         ->type_name("DIR");
+    command->add_flag("--exact", raw.eval.exact, "Include RTF exactly as the component does, without its tolerance");
     addEncoding(*command, raw.encoding);
     addSystem(*command, raw);
     command->footer(evalFooter);

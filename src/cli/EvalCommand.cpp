@@ -20,6 +20,12 @@ void setProperty(privProperties& properties, const std::string& assignment) {
     properties.AddStr(fromUtf8(assignment.substr(0, equals)), fromUtf8(assignment.substr(equals + 1)), true);
 }
 
+// As the properties say, where they do.
+void makeTolerant(privProperties& properties, bool exact) {
+    constexpr std::u16string_view name = u"kvTag.RTF Tolerant";
+    if (exact || !properties.Item(name)) properties.AddBoolean(name, !exact, true);
+}
+
 std::u16string folderOf(std::u16string_view path, char16_t separator) {
     const auto last = path.find_last_of(separator == u'\\' ? u"\\/:" : u"/");
     if (last == path.npos) return u".";
@@ -44,6 +50,7 @@ ExitCode runEval(platform::Services& services, const EvalOptions& options) {
         readPropertyFile(*properties, services.files, {options.propertyFile, options.passwordFile, options.encoding});
     }
     for (const auto& assignment : options.properties) setProperty(*properties, assignment);
+    makeTolerant(*properties, options.exact);
     if (options.includePath) requireFolder(*options.includePath);
     if (options.includePath) properties->AddStr(u"Path", fromUtf8(*options.includePath), true);
 

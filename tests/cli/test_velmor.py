@@ -155,6 +155,14 @@ class Eval(VelmorTest):
         self.assertEqual(self.velmor("eval", "sub/letter.txt", "--include-path", "other"), b"other|||")
         self.assertEqual(self.velmor("eval", "sub/letter.txt", "--property", "Path=other"), b"other|||")
 
+    def test_includes_rtf_without_version(self):
+        self.write("part.rtf", b"{\\rtf b}")
+        self.write("host.rtf", b"{\\rtf1 <KV:TAG>INCLUDE=part.rtf:</KV>}")
+        source = b"{\\rtf1 \\{\\\\rtf b\\}}"
+        off = ["--property", "kvTag.RTF Tolerant=False"]
+        for arguments, result in [([], b"{\\rtf1 {\\rtf1 b}}"), (["--exact"], source), (off, source)]:
+            self.assertEqual(self.velmor("eval", "host.rtf", *arguments), result)
+
     def test_output_file(self):
         self.write("out.rtf", b"something much longer than the result")
         self.assertEqual(self.velmor("eval", "-", "-o", "out.rtf", stdin=b"a\r\nb\n"), b"")
