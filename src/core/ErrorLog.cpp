@@ -31,7 +31,7 @@ void addOrCount(platform::Services& services, privProperties& log, const ErrorLo
     }
     const std::u16string message = leftOutMessage(entries->count - kMaximumLogEntries);
     if (entries->last) {
-        entries->last->ValueStr(message);
+        entries->last->SetValueQuiet(automation::Variant(message));
     } else {
         entries->last = add(services, log, {entry.handler, message, 0, {}, {}});
     }

@@ -48,6 +48,19 @@ private:
     const bool isOutermost_;
 };
 
+// A value in the tag's own text, as BuiltInCommands::property gives it, is one whole tag or holds no
+// marker, so that tags deep within each other are not sought once more at each level.
+void findTagsOf(std::u16string_view value, bool isOwn, TopLevelTags& found) {
+    if (isOwn) {
+        findTopLevelTags(value, found);
+        return;
+    }
+    found.tags.clear();
+    found.firstStray = TopLevelTags::kNone;
+    if (!value.starts_with(u'<')) return;
+    found.tags.push_back({0, static_cast<std::uint32_t>(value.size() - kClosingMarker.size())});
+}
+
 // A ":" after such a name makes an opening marker: its literal text is no pair of markers, and ends
 // with an empty one.
 bool becomesMarker(std::u16string_view rawName) noexcept {
@@ -308,8 +321,8 @@ void Evaluation::appendBuiltIn(std::size_t index, std::u16string& results) {
     Scratch::Level& level = scratch().level(tags_.services(), depth_);
     const std::u16string_view value = makeValue(index, level.value);
     TopLevelTags& found = scratch().found;
-    findTopLevelTags(value, found);
     const bool isOwn = value.data() == level.value.data();
+    findTagsOf(value, isOwn, found);
     if (found.tags.empty()) {
         if (isOwn && results.empty() && results.capacity() < value.size()) {
             results.swap(level.value);

@@ -127,7 +127,10 @@ PairedText::Strays PairedText::addPairs(std::uint32_t piece) {
         } else {
             Pair& pair = pairs_[unclosed.back().pair];
             pair.close = position;
-            if (position == pair.open + kOpeningMarker.size()) hasEmptyPair_ = true;
+            if (position == pair.open + kOpeningMarker.size()) {
+                const bool isWithin = unclosed.size() > 1 || pieces_[piece].owner != kNone;
+                (isWithin ? hasEmptyPair_ : hasOutermostEmptyPair_) = true;
+            }
             pair.hash = RollingHash::between(unclosed.back().mark, hash.advance(text, position));
             closed_.push_back(unclosed.back().pair);
             unclosed.pop_back();
@@ -218,6 +221,7 @@ void PairedText::replace(Place place, std::u16string result) {
         const bool closingBehind = lastStrayClosing_ != kNone;
         if (strays.lastClosing != kNone) proven_ = false;
         if (strays.openings && (outer != kNone || closingBehind)) proven_ = false;
+        if (strays.openings && hasOutermostEmptyPair_) hasEmptyPair_ = true;
     }
     for (std::uint32_t pair = outer; pair != kNone && proven_; pair = around(pair)) refresh(pair);
 }

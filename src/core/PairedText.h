@@ -26,7 +26,7 @@ public:
     explicit PairedText(std::u16string text);
 
     bool isProven() const noexcept { return proven_; }
-    // False when no closing marker directly follows an opening one.
+    // False when no empty pair of markers follows an opening marker that is not closed before it.
     bool mayHoldEmptyPair() const noexcept { return hasEmptyPair_; }
 
     // The first place of "<KV:" name "</KV>", without regard to case. The name must hold complete
@@ -97,6 +97,7 @@ private:
     std::size_t budget_;                      // of characters for pairs whose text changed
     bool proven_ = true;
     bool hasEmptyPair_ = false;
+    bool hasOutermostEmptyPair_ = false;  // with no opening marker around it
 };
 
 }  // namespace velmor

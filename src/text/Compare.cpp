@@ -53,11 +53,11 @@ char16_t upperUnit(char16_t unit) noexcept {
 }
 
 std::u16string lowerCase(std::u16string_view text) {
-    return mapped(text, lowerUnit);
+    return mapped(text, [](char16_t unit) { return lowerUnit(unit); });
 }
 
 std::u16string upperCase(std::u16string_view text) {
-    return mapped(text, upperUnit);
+    return mapped(text, [](char16_t unit) { return upperUnit(unit); });
 }
 
 bool equalIgnoringCase(std::u16string_view left, std::u16string_view right) noexcept {
