@@ -34,6 +34,7 @@ PairedText::PairedText(std::u16string text) : budget_(16 * text.size() + 1000000
 
 std::uint32_t PairedText::replacementThatEnds(const Cursor& at) const {
     const Piece& piece = pieces_[at.piece];
+    if (piece.text[at.position - 1] != kClosingMarker.back()) return kNone;
     const auto first = closed_.begin() + piece.firstClosed;
     const auto end = closed_.begin() + piece.endClosed;
     const auto closesBefore = [this](std::uint32_t pair, std::size_t position) {
@@ -45,6 +46,7 @@ std::uint32_t PairedText::replacementThatEnds(const Cursor& at) const {
 }
 
 std::uint32_t PairedText::replacementThatBegins(const Cursor& at) const {
+    if (pieces_[at.piece].text[at.position] != kOpeningMarker.front()) return kNone;
     const std::size_t pair = pairsFrom(pieces_[at.piece], at.position);
     const bool isThere = pair < pieces_[at.piece].endPair && pairs_[pair].open == at.position;
     return isThere ? pairs_[pair].replacement : kNone;
