@@ -52,7 +52,7 @@ class VelmorTest(unittest.TestCase):
                                   preexec_fn=lambda: limitStack(stack) if stack and not RUNNER else None)
             out.seek(0)
             err.seek(0)
-            self.messages = err.read().decode("utf-8", "replace")
+            self.messages = err.read().decode("utf-8", "replace").replace("\r\n", "\n")
             self.assertEqual(done.returncode, expect, self.messages)
             return out.read()
 
