@@ -64,7 +64,7 @@ Check List.Stored, "'B=2&:a=3&:b=1&:'"
 Check List.Insert(1, "c", CLng(4)).Name, "'c'"
 List.Insert 9, "b", CLng(5), True
 List.Move "c", 3
-Check List.Stored, "'a=3&:b=1&:c=4&:B=5&:'"
+Check List.Stored, "'B=2&:a=3&:c=4&:b=5&:'"
 Check List.GetPropertyIndex("C"), "Long 3"
 Check List.GetPropertyIndex("none"), "Long 0"
 List.Remove "none"
@@ -73,7 +73,7 @@ List.Remove 99
 List.Remove -1
 List.Remove 1
 List.Remove "C"
-Check List.Stored, "'b=1&:B=5&:'"
+Check List.Stored, "'a=3&:b=5&:'"
 Check List.NewEnum, "Unknown"
 
 ' Text forms. The text stays as it is.
