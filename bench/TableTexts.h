@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "rtf/RtfScanner.h"
+#include "rtf/read/RtfScanner.h"
 
 // What the benchmarks of the table stages measure: texts with tables, and the floor beside them.
 namespace velmor::bench {

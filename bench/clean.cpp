@@ -4,8 +4,8 @@
 
 #include "Ratio.h"
 #include "platform/MemoryServices.h"
-#include "rtf/CleanRTF.h"
-#include "rtf/RtfScanner.h"
+#include "rtf/clean/CleanRTF.h"
+#include "rtf/read/RtfScanner.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 
 #include "Ratio.h"
 #include "TableTexts.h"
-#include "rtf/NestedTables.h"
-#include "rtf/TableMarkers.h"
+#include "rtf/tables/NestedTables.h"
+#include "rtf/tables/TableMarkers.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include "Ratio.h"
 #include "TableTexts.h"
-#include "rtf/TableMarkers.h"
+#include "rtf/tables/TableMarkers.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <iterator>
 
 #include "platform/MemoryServices.h"
-#include "rtf/CleanRTF.h"
 #include "rtf/RtfText.h"
+#include "rtf/clean/CleanRTF.h"
 
 namespace {
 

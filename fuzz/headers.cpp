@@ -6,10 +6,10 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "rtf/EmbeddedDocuments.h"
 #include "rtf/HeaderDuel.h"
-#include "rtf/HeadersFooters.h"
 #include "rtf/LiteralHeaders.h"
+#include "rtf/edit/EmbeddedDocuments.h"
+#include "rtf/pages/HeadersFooters.h"
 
 namespace {
 

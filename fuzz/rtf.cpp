@@ -7,11 +7,11 @@
 #include "rtf/LiteralModule1.h"
 #include "rtf/LiteralNestedTables.h"
 #include "rtf/LiteralProtectRTF.h"
-#include "rtf/Module1.h"
 #include "rtf/NestedTableText.h"
-#include "rtf/NestedTables.h"
-#include "rtf/ProtectRTF.h"
 #include "rtf/TableDuel.h"
+#include "rtf/edit/ProtectRTF.h"
+#include "rtf/read/Module1.h"
+#include "rtf/tables/NestedTables.h"
 
 namespace {
 

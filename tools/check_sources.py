@@ -15,6 +15,12 @@ ALLOWED["rtf"] = ALLOWED["handlers"] = ALLOWED["direct"] = ALLOWED["properties"]
 ALLOWED["core"] = ALLOWED["rtf"] + ["rtf", "handlers", "direct"]
 ALLOWED["com"] = ALLOWED["cli"] = ALLOWED["core"] + ["core"]
 
+# The rooms within rtf, in the same manner.
+RTF_ALLOWED = {"read": [], "edit": ["read"]}
+RTF_ALLOWED["tables"] = RTF_ALLOWED["pages"] = ["read", "edit"]
+RTF_ALLOWED["merge"] = ["read", "edit", "pages"]
+RTF_ALLOWED["clean"] = ["read", "edit", "tables", "pages", "merge"]
+
 WINDOWS_HEADER = "src/platform/win32/Windows.h"
 WINDOWS_ROOMS = ("src/com/", "src/platform/win32/")
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
@@ -53,6 +59,9 @@ def check_includes(path, text, report):
         own, other = room(path), target.split("/")[0]
         if kind == '"' and own and "/" in target and other in ALLOWED and other != own and other not in ALLOWED[own]:
             report(path, number, f"{own} must not include {other}")
+        inner, inner_other = path.split("/")[2:3], target.split("/")[1:2]
+        if own == other == "rtf" and inner != inner_other and inner_other[0] not in RTF_ALLOWED[inner[0]]:
+            report(path, number, f"rtf/{inner[0]} must not include rtf/{inner_other[0]}")
 
 
 def main():

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Writes src/rtf/CodePages.inc: what the bytes 0x80 to 0xFF mean in the single-byte code pages that
+"""Writes src/rtf/read/CodePages.inc: what the bytes 0x80 to 0xFF mean in the single-byte code pages that
 RTF documents name, from Python's codecs. A byte without a meaning is its own number."""
 import os
 

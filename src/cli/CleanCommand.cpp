@@ -9,8 +9,8 @@
 #include "cli/Streams.h"
 #include "core/kvTag.h"
 #include "properties/privProperties.h"
-#include "rtf/CleanRTF.h"
-#include "rtf/MergePageBreaks.h"
+#include "rtf/clean/CleanRTF.h"
+#include "rtf/pages/MergePageBreaks.h"
 #include "text/Compare.h"
 #include "text/Encoding.h"
 

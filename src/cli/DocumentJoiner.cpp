@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "cli/Failure.h"
-#include "rtf/BraceScanner.h"
-#include "rtf/EmbeddedDocuments.h"
-#include "rtf/MergePageBreaks.h"
+#include "rtf/edit/EmbeddedDocuments.h"
+#include "rtf/pages/MergePageBreaks.h"
+#include "rtf/read/BraceScanner.h"
 
 namespace velmor::cli {
 namespace {

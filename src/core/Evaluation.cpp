@@ -6,8 +6,8 @@
 #include "core/ErrorLog.h"
 #include "core/Markup.h"
 #include "core/kvTag.h"
-#include "rtf/ProtectRTF.h"
-#include "rtf/TableMarkers.h"
+#include "rtf/edit/ProtectRTF.h"
+#include "rtf/tables/TableMarkers.h"
 #include "text/Compare.h"
 
 namespace velmor {

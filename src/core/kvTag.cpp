@@ -12,8 +12,8 @@
 #include "direct/kvDirectTag.h"
 #include "handlers/ITag4.h"
 #include "properties/privProperties.h"
-#include "rtf/ProtectRTF.h"
-#include "rtf/TableMarkers.h"
+#include "rtf/edit/ProtectRTF.h"
+#include "rtf/tables/TableMarkers.h"
 #include "text/Compare.h"
 #include "text/privStrCat.h"
 

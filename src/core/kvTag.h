@@ -86,7 +86,7 @@ public:
     bool ProtectRTF() const;
     void ProtectRTF(bool pbProtect);
 
-    // See rtf/CleanRTF.h. CleanRTF cleans in place, CleanRTFByVal a copy, CleanRTFFile a file. The
+    // See rtf/clean/CleanRTF.h. CleanRTF cleans in place, CleanRTFByVal a copy, CleanRTFFile a file. The
     // property "kvTag.RTF Tolerant" (false when absent) chooses tolerant cleaning.
     bool CleanRTFFile(std::u16string_view psFileName, std::u16string_view psSaveFileName = {});
     bool CleanRTFMergeMode() const { return cleanMergeMode_; }

@@ -5,7 +5,7 @@
 #include "core/Options.h"
 #include "core/TimingLog.h"
 #include "core/kvTag.h"
-#include "rtf/CleanRTF.h"
+#include "rtf/clean/CleanRTF.h"
 
 namespace velmor {
 namespace {

@@ -1,5 +1,5 @@
 #include "Seed.h"
-#include "rtf/CleanRTF.h"
+#include "rtf/clean/CleanRTF.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@
 #include "RtfText.h"
 #include "SmallStack.h"
 #include "platform/MemoryServices.h"
-#include "rtf/TableMarkers.h"
+#include "rtf/tables/TableMarkers.h"
 #include "text/Compare.h"
 
 namespace velmor {

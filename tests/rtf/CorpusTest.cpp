@@ -4,7 +4,7 @@
 
 #include "Corpus.h"
 #include "TableDuel.h"
-#include "rtf/RtfScanner.h"
+#include "rtf/read/RtfScanner.h"
 
 namespace velmor {
 namespace {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "RtfText.h"
-#include "rtf/TableEntries.h"
+#include "rtf/merge/TableEntries.h"
 #include "text/Compare.h"
 
 namespace velmor::test {

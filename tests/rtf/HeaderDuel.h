@@ -4,10 +4,10 @@
 #include <vector>
 
 #include "SectionReader.h"
-#include "rtf/HeaderWords.h"
-#include "rtf/KeepSectionWords.h"
-#include "rtf/MergePageBreaks.h"
-#include "rtf/UnwrapNestedDocuments.h"
+#include "rtf/merge/UnwrapNestedDocuments.h"
+#include "rtf/pages/HeaderWords.h"
+#include "rtf/pages/KeepSectionWords.h"
+#include "rtf/pages/MergePageBreaks.h"
 #include "text/Encoding.h"
 
 namespace velmor::test {

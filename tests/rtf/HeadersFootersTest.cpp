@@ -1,4 +1,4 @@
-#include "rtf/HeadersFooters.h"
+#include "rtf/pages/HeadersFooters.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include "LiteralHeaders.h"
 #include "Pieces.h"
 #include "Seed.h"
-#include "rtf/EmbeddedDocuments.h"
+#include "rtf/edit/EmbeddedDocuments.h"
 #include "text/Encoding.h"
 
 namespace velmor {

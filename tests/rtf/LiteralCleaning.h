@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "automation/NumberText.h"
-#include "rtf/PageSetup.h"
+#include "rtf/pages/PageSetup.h"
 #include "text/Compare.h"
 #include "text/Escape.h"
 

@@ -9,10 +9,10 @@
 #include <vector>
 
 #include "SectionReader.h"
-#include "rtf/EmbeddedDocuments.h"
-#include "rtf/HeaderWords.h"
-#include "rtf/HeadersFooters.h"
-#include "rtf/UnwrapNestedDocuments.h"
+#include "rtf/edit/EmbeddedDocuments.h"
+#include "rtf/merge/UnwrapNestedDocuments.h"
+#include "rtf/pages/HeaderWords.h"
+#include "rtf/pages/HeadersFooters.h"
 
 namespace velmor::test {
 

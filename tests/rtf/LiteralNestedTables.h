@@ -5,13 +5,13 @@
 #include <utility>
 #include <vector>
 
-#include "rtf/BraceScanner.h"
-#include "rtf/NestedWord.h"
-#include "rtf/ParagraphText.h"
-#include "rtf/RowDefinition.h"
-#include "rtf/TableMarkers.h"
-#include "rtf/TableWord.h"
-#include "rtf/TextEdits.h"
+#include "rtf/edit/TextEdits.h"
+#include "rtf/read/BraceScanner.h"
+#include "rtf/read/ParagraphText.h"
+#include "rtf/tables/NestedWord.h"
+#include "rtf/tables/RowDefinition.h"
+#include "rtf/tables/TableMarkers.h"
+#include "rtf/tables/TableWord.h"
 
 namespace velmor::test {
 

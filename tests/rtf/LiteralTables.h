@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "platform/Services.h"
-#include "rtf/RtfScanner.h"
-#include "rtf/TableMarkers.h"
+#include "rtf/read/RtfScanner.h"
+#include "rtf/tables/TableMarkers.h"
 
 namespace velmor::test {
 

@@ -1,4 +1,4 @@
-#include "rtf/LooseTables.h"
+#include "rtf/tables/LooseTables.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include "NestedTableText.h"
 #include "Seed.h"
 #include "TableDuel.h"
-#include "rtf/MarkerPairs.h"
+#include "rtf/tables/MarkerPairs.h"
 
 namespace velmor {
 namespace {

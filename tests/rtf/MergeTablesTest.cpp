@@ -6,7 +6,7 @@
 #include "Merged.h"
 #include "Pieces.h"
 #include "Seed.h"
-#include "rtf/NumberMap.h"
+#include "rtf/merge/NumberMap.h"
 
 namespace velmor {
 namespace {

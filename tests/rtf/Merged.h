@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "rtf/EmbeddedDocuments.h"
-#include "rtf/MergeTables.h"
-#include "rtf/TableCollection.h"
+#include "rtf/edit/EmbeddedDocuments.h"
+#include "rtf/edit/TableCollection.h"
+#include "rtf/merge/MergeTables.h"
 
 namespace velmor::test {
 

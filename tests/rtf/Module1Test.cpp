@@ -1,4 +1,4 @@
-#include "rtf/Module1.h"
+#include "rtf/read/Module1.h"
 
 #include <gtest/gtest.h>
 

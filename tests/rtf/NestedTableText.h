@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "Pieces.h"
-#include "rtf/TableMarkers.h"
+#include "rtf/tables/TableMarkers.h"
 
 namespace velmor::test {
 

@@ -1,5 +1,5 @@
 #include "Seed.h"
-#include "rtf/NestedTables.h"
+#include "rtf/tables/NestedTables.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 
 #include "SectionReader.h"
 #include "platform/MemoryServices.h"
-#include "rtf/CleanRTF.h"
+#include "rtf/clean/CleanRTF.h"
 #include "text/Encoding.h"
 
 namespace velmor {

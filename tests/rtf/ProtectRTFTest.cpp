@@ -1,5 +1,5 @@
 #include "Seed.h"
-#include "rtf/ProtectRTF.h"
+#include "rtf/edit/ProtectRTF.h"
 
 #include <gtest/gtest.h>
 

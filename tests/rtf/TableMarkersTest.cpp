@@ -1,5 +1,5 @@
 #include "Seed.h"
-#include "rtf/TableMarkers.h"
+#include "rtf/tables/TableMarkers.h"
 
 #include <gtest/gtest.h>
 

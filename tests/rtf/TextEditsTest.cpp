@@ -1,11 +1,11 @@
 #include "Seed.h"
-#include "rtf/TextEdits.h"
+#include "rtf/edit/TextEdits.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 
-#include "rtf/TableCollection.h"
+#include "rtf/edit/TableCollection.h"
 #include "text/Encoding.h"
 
 namespace velmor {

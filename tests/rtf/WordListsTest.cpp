@@ -3,11 +3,11 @@
 #include "Merged.h"
 #include "NestedTableText.h"
 #include "Pieces.h"
-#include "rtf/CodePages.h"
-#include "rtf/GroupSet.h"
-#include "rtf/NestedTables.h"
-#include "rtf/ParagraphText.h"
-#include "rtf/RowDefinition.h"
+#include "rtf/read/CodePages.h"
+#include "rtf/read/GroupSet.h"
+#include "rtf/read/ParagraphText.h"
+#include "rtf/tables/NestedTables.h"
+#include "rtf/tables/RowDefinition.h"
 #include "text/Compare.h"
 
 // Each word of each list that merging and the table stages know, in the smallest text in which it matters.

@@ -5,8 +5,8 @@
 #include "LiteralHeaders.h"
 #include "NestedTableText.h"
 #include "Pieces.h"
-#include "rtf/NestedTables.h"
-#include "rtf/UnwrapNestedDocuments.h"
+#include "rtf/merge/UnwrapNestedDocuments.h"
+#include "rtf/tables/NestedTables.h"
 #include "text/Encoding.h"
 
 namespace velmor {

@@ -1,0 +1,76 @@
+#include "rtf/clean/RemoveBackground.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "rtf/edit/TextEdits.h"
+#include "rtf/read/BraceScanner.h"
+#include "text/Compare.h"
+
+namespace velmor {
+namespace {
+
+constexpr std::u16string_view opening = u"{\\*\\background";
+constexpr std::size_t nowhere = std::u16string_view::npos;
+
+std::size_t findOpening(std::u16string_view text, std::size_t from) noexcept {
+    while ((from = findText(text, opening, from, Comparison::text)) != nowhere && isEscaped(text, from)) ++from;
+    return from;
+}
+
+// Moves the text left over what is removed: [0, done_) is finished, [next_, end) still to come.
+class Removal {
+public:
+    Removal(std::u16string& text, bool tolerant) : text_(text), tolerant_(tolerant) {}
+
+    void run() {
+        for (std::size_t at = 0; !stopped_ && (at = findOpening(text_, next_)) != nowhere;) {
+            const std::size_t end = findGroupEnd(text_, at + opening.size(), tolerant_);
+            if (end == noGroupEnd) break;
+            keep(at);
+            next_ = end + 1;
+            while (removeJoined()) continue;
+        }
+        keep(text_.size());
+        text_.resize(done_);
+    }
+
+private:
+    void keep(std::size_t end) {
+        std::char_traits<char16_t>::move(text_.data() + done_, text_.data() + next_, end - next_);
+        done_ += end - next_;
+        next_ = end;
+    }
+
+    std::u16string_view finished() const noexcept { return std::u16string_view(text_).substr(0, done_); }
+
+    // What was removed may have stood inside an opening, whose group goes as well.
+    bool removeJoined() {
+        if (next_ < text_.size() && wordTakesIn(finished(), text_[next_])) text_[done_++] = u' ';
+        const std::size_t before = std::min(done_, opening.size() - 1);
+        const std::u16string_view behind = std::u16string_view(text_).substr(next_, opening.size() - 1);
+        const std::u16string seam = std::u16string(finished().substr(done_ - before)).append(behind);
+        const std::size_t found = findText(seam, opening, 0, Comparison::text);
+        if (found >= before || isEscaped(finished(), done_ - before + found)) return false;
+        const std::size_t end = findGroupEnd(text_, next_ + opening.size() - (before - found), tolerant_);
+        stopped_ = end == noGroupEnd;
+        if (stopped_) return false;
+        done_ -= before - found;
+        next_ = end + 1;
+        return true;
+    }
+
+    std::u16string& text_;
+    bool tolerant_;
+    std::size_t done_ = 0;
+    std::size_t next_ = 0;
+    bool stopped_ = false;  // at a group without its end
+};
+
+}  // namespace
+
+void Module1::RemoveBackground(std::u16string& psText, const CleanOptions& options) {
+    Removal(psText, options.tolerant).run();
+}
+
+}  // namespace velmor

@@ -1,0 +1,34 @@
+#include "rtf/clean/RemoveDuplicateGenerators.h"
+
+#include <string_view>
+
+#include "rtf/edit/TextEdits.h"
+#include "text/Compare.h"
+#include "text/Escape.h"
+
+namespace velmor {
+
+void Module1::RemoveDuplicateGenerators(std::u16string& psText) {
+    constexpr std::u16string_view opening = u"{\\*\\generator";
+    const std::u16string_view text = psText;
+    TextEdits edits;
+    std::u16string_view kept;
+    for (std::size_t at = 0; (at = findText(text, opening, at, Comparison::binary)) != text.npos;) {
+        if (isEscaped(text, at)) {
+            ++at;
+            continue;
+        }
+        const std::size_t end = text.find(u'}', at + opening.size());
+        if (end == text.npos) break;
+        const std::u16string_view group = text.substr(at, end + 1 - at);
+        if (group == kept) {
+            edits.cut(at, end + 1);
+        } else {
+            kept = group;
+        }
+        at = end + 1;
+    }
+    edits.apply(psText);
+}
+
+}  // namespace velmor

@@ -1,0 +1,71 @@
+#include "rtf/clean/RemoveGeneratorSectionWords.h"
+
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
+#include "rtf/edit/TextEdits.h"
+#include "rtf/read/RtfScanner.h"
+#include "text/Compare.h"
+
+namespace velmor {
+namespace {
+
+constexpr std::u16string_view opening = u"{\\*\\generator Korvane RTF Control";
+constexpr std::size_t longestGroup = 69;
+constexpr std::size_t longestWord = 15;
+
+constexpr std::u16string_view sectionWords[] = {
+    u"\\box",    u"\\marg",   u"\\brdr",   u"\\brsp",    u"\\cols",    u"\\colw",    u"\\pgbrd",     u"\\colno",
+    u"\\pgwsxn", u"\\pghsxn", u"\\gutter", u"\\headery", u"\\footery", u"\\titlepg", u"\\lndscpsxn", u"\\linebetcol",
+};
+
+bool beginsSectionWord(std::u16string_view text, std::size_t index) noexcept {
+    return std::any_of(std::begin(sectionWords), std::end(sectionWords),
+                       [&](std::u16string_view word) { return standsAt(text, index, word); });
+}
+
+// No tabs: readers see them.
+std::size_t skipBlanks(std::u16string_view text, std::size_t index) noexcept {
+    return std::min(text.find_first_not_of(u" \r\n", index), text.size());
+}
+
+// Behind the control word at the index and the white space that follows it.
+std::size_t skipWord(std::u16string_view text, std::size_t index) noexcept {
+    for (++index; index < text.size() && isLetter(text[index]);) ++index;
+    if (index < text.size() && text[index] == u'-') ++index;
+    while (index < text.size() && text[index] >= u'0' && text[index] <= u'9') ++index;
+    return skipBlanks(text, index);
+}
+
+// Where the run of section words that begins at the index ends. A word reaches to the next
+// backslash or brace, and is none of them when that is too far.
+std::size_t runEnd(std::u16string_view text, std::size_t index) noexcept {
+    while (index < text.size() && text[index] == u'\\' && beginsSectionWord(text, index)) {
+        const std::u16string_view next = text.substr(index + 1, longestWord);
+        const bool atEnd = index + 1 + next.size() == text.size();
+        if (next.find_first_of(u"\\{}") == next.npos && !(atEnd && next.size() < longestWord)) return index;
+        index = skipWord(text, index);
+    }
+    return index;
+}
+
+}  // namespace
+
+void Module1::RemoveGeneratorSectionWords(std::u16string& psText) {
+    const std::u16string_view text = psText;
+    TextEdits edits;
+    for (std::size_t at = 0; (at = findText(text, opening, at, Comparison::binary)) != text.npos;) {
+        const std::size_t end = text.substr(at, longestGroup).find(u'}');
+        at += opening.size();
+        if (end == text.npos) continue;
+        const std::size_t words = skipBlanks(text, at - opening.size() + end + 1);
+        at = runEnd(text, words);
+        if (at != words) edits.cut(words, at);
+    }
+    if (edits.empty()) return;
+    edits.apply(psText);
+    psText.resize(psText.find_last_not_of(u' ') + 1);
+}
+
+}  // namespace velmor

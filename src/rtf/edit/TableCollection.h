@@ -1,0 +1,82 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "rtf/read/GroupSet.h"
+
+namespace velmor {
+
+// Tables that all documents of a run share; each has one place, in the host's header.
+enum class SharedTable : std::uint8_t { fonts, colours, lists, listOverrides, styles };
+
+// What one run of cleaning keeps aside: the documents that were lifted out of the text ("RTF1",
+// "RTF2", ... in the order in which they begin, so a document comes before those inside it), and
+// the shared tables. Each has a placeholder, a short text that stands where it is to return.
+//
+// A placeholder is opaque: a unit that occurs nowhere in the text under cleaning, a number, that
+// unit again. So no text can pass for one, whatever is removed or put together, and nothing but
+// what this run set aside is ever put back.
+class TableCollection {
+public:
+    struct Document {
+        std::u16string text;  // a whole group, "{\rtf..." to its brace
+        GroupSet groups;      // those in it, without the documents that were lifted out of it
+    };
+
+    // `mark` occurs neither in the text nor in anything that will be stored.
+    explicit TableCollection(char16_t mark) : mark_(mark) {}
+
+    char16_t mark() const noexcept { return mark_; }
+
+    // ---- The lifted documents, in order. References stay valid.
+
+    std::deque<Document>& documents() noexcept { return documents_; }
+    const std::deque<Document>& documents() const noexcept { return documents_; }
+    // `index` as in documents().
+    std::u16string placeholder(std::size_t index) const;
+
+    // What stands at a mark in one of the texts of this run.
+    struct Placeholder {
+        std::size_t end;                      // the index behind it
+        std::optional<std::size_t> document;  // as in documents(); nothing for a shared table
+    };
+    Placeholder placeholderAt(std::u16string_view text, std::size_t index) const noexcept;
+
+    // The groups in the host's own text.
+    GroupSet& hostGroups() noexcept { return hostGroups_; }
+
+    // ---- The shared tables.
+
+    std::u16string placeholder(SharedTable table) const;
+    // A table that is never stored returns as nothing.
+    void store(SharedTable table, std::u16string text) { tables_[static_cast<std::size_t>(table)] = std::move(text); }
+
+    // ---- Putting back.
+
+    // Replaces every placeholder, at every depth, by what it stands for; what was kept aside is gone
+    // afterwards. Linear in the result, no recursion. An entry that lies in itself is left out there.
+    void expand(std::u16string& psText);
+
+private:
+    static constexpr std::size_t tableCount = 5;
+
+    std::u16string placeholderOf(std::size_t number) const;
+    std::u16string* entry(std::size_t number) noexcept;
+    bool usesEachOnce(std::u16string_view text) const;
+    template <typename Write, typename Written>
+    void writeExpanded(std::u16string_view from, Write write, Written written);
+    void expandInPlace(std::u16string& psText, std::size_t added);
+
+    char16_t mark_;
+    std::deque<Document> documents_;
+    std::array<std::u16string, tableCount> tables_;
+    GroupSet hostGroups_;
+};
+
+}  // namespace velmor

@@ -1,0 +1,116 @@
+#include "rtf/edit/TextEdits.h"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "rtf/read/RtfScanner.h"
+#include "text/privStrCat.h"
+
+namespace velmor {
+namespace {
+
+using Traits = std::char_traits<char16_t>;
+
+bool isDigit(char16_t unit) noexcept {
+    return unit >= u'0' && unit <= u'9';
+}
+
+// Where a changed text is written: in front of what is still to be read, in the same text.
+class InPlace {
+public:
+    explicit InPlace(char16_t* start) noexcept : start_(start), end_(start) {}
+
+    std::u16string_view written() const noexcept { return {start_, static_cast<std::size_t>(end_ - start_)}; }
+    void put(std::u16string_view text) noexcept { end_ = Traits::move(end_, text.data(), text.size()) + text.size(); }
+
+private:
+    char16_t* start_;
+    char16_t* end_;
+};
+
+class Appended {
+public:
+    explicit Appended(std::u16string& text) noexcept : text_(text) {}
+
+    std::u16string_view written() const noexcept { return text_; }
+    void put(std::u16string_view text) { text_.append(text); }
+
+private:
+    std::u16string& text_;
+};
+
+}  // namespace
+
+bool wordTakesIn(std::u16string_view text, char16_t next) noexcept {
+    if (!isLetter(next) && !isDigit(next) && next != u'-' && next != u' ') return false;
+    // No word is longer; looking further back would be the square of a text of letters.
+    constexpr std::size_t longestWord = 256;
+    const std::size_t first = text.size() - std::min(text.size(), longestWord);
+    std::size_t at = text.size();
+    while (at > first && isDigit(text[at - 1])) --at;
+    if (at > first && text[at - 1] == u'-') --at;
+    const bool hasNumber = at != text.size();
+    std::size_t letters = at;
+    while (letters > first && isLetter(text[letters - 1])) --letters;
+    const bool isWord = letters != at && letters > first && text[letters - 1] == u'\\' && !isEscaped(text, letters - 1);
+    return isWord && (next == u' ' || isDigit(next) || !hasNumber);
+}
+
+// A blank between words counts for every cut.
+TextEdits::Growth TextEdits::growth(std::size_t length) const noexcept {
+    Growth result;
+    std::size_t removed = 0, added = 0;
+    for (const Edit& edit : edits_) {
+        added += edit.length + (edit.seam == Seam::apart);
+        removed += edit.end - edit.begin;
+        if (added > removed) result.lead = std::max(result.lead, added - removed);
+    }
+    result.length = length - removed + added;
+    return result;
+}
+
+template <typename Target>
+void TextEdits::write(std::u16string_view from, Target& target) const {
+    std::size_t at = 0;
+    bool apart = false;
+    const auto writeRest = [&](std::size_t end) {
+        if (at == end) return;
+        if (apart && wordTakesIn(target.written(), from[at])) target.put(u" ");
+        apart = false;
+        target.put(from.substr(at, end - at));
+    };
+    for (const Edit& edit : edits_) {
+        writeRest(edit.begin);
+        if (edit.length != 0) target.put({edit.text, edit.length});
+        if (edit.seam != Seam::plain || edit.length != 0) apart = edit.seam == Seam::apart;
+        at = edit.end;
+    }
+    writeRest(from.size());
+}
+
+void TextEdits::apply(std::u16string& text) {
+    if (edits_.empty()) return;
+    const Growth growth = this->growth(text.size());
+    const std::size_t length = text.size();
+    if (growth.length > privStrCat::maximumLength) throw std::length_error("TextEdits");
+    if (!copiesParts_ && growth.lead <= text.capacity() - length) {
+        if (growth.lead != 0) {
+            text.resize(length + growth.lead);
+            Traits::move(text.data() + growth.lead, text.data(), length);
+        }
+        InPlace target(text.data());
+        write({text.data() + growth.lead, length}, target);
+        text.resize(target.written().size());
+    } else {
+        std::u16string changed;
+        changed.reserve(growth.length);
+        Appended target(changed);
+        write(text, target);
+        text = std::move(changed);
+    }
+    edits_.clear();
+    kept_.clear();
+    copiesParts_ = false;
+}
+
+}  // namespace velmor

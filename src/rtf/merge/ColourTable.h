@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "rtf/edit/CleanOptions.h"
+#include "rtf/merge/NumberMap.h"
+#include "rtf/read/RowTrimmer.h"
+
+namespace velmor {
+
+// The colours of all documents of a run, by definition ("\red255\green0\blue0;"), in order of first
+// appearance, numbered from 1: number 0 is the automatic colour. A document's table is read up to
+// the first line break or blank behind a ";"; tolerant merging reads it to its end.
+class ColourTable {
+public:
+    explicit ColourTable(const CleanOptions& options) noexcept : tolerant_(options.tolerant) {}
+
+    // "{\colortbl", in exactly these letters, to the next "}".
+    static std::optional<TextRange> find(std::u16string_view text, bool tolerant) noexcept;
+
+    // Adds the colours of a document's table; `numbers` receives the new number of each.
+    void add(std::u16string_view table, NumberMap& numbers);
+
+    // The merged table; one of five colours when none was added.
+    std::u16string text() const;
+
+private:
+    std::int32_t numberOf(std::u16string_view definition);
+
+    bool tolerant_;
+    NameIndex numbers_;
+    std::u16string definitions_;
+};
+
+}  // namespace velmor

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "rtf/edit/TextEdits.h"
+#include "rtf/read/CodePages.h"
+#include "rtf/read/ControlWord.h"
+
+namespace velmor {
+
+// Tolerant unwrapping: what goes, and what changes, in the documents that lie in a host.
+class DocumentUnwrapper {
+public:
+    // `host` is where the host begins.
+    DocumentUnwrapper(std::u16string_view text, std::size_t host);
+
+    TextEdits edits();
+
+private:
+    struct Change {
+        std::size_t begin;
+        std::size_t end;
+        std::uint32_t document;
+        std::u16string text;
+    };
+
+    struct Document {
+        std::uint32_t number = 0;
+        std::size_t depth = 0;  // of the groups outside
+        const CodePage* page = nullptr;
+        std::size_t begin = 0;
+        std::size_t opening = 0;    // among the changes
+        std::uint32_t story = 0;    // of the paragraph in which it lies
+        std::size_t paragraph = 0;  // where that begins
+        std::int32_t level = 0;     // and its level
+        bool begun = false;         // its first paragraph or row was seen
+        bool endsParagraph = false;
+    };
+
+    // What RTF restores behind a group; its last two members go on behind one of the same story.
+    struct Group {
+        std::int32_t font = -1;
+        std::int32_t fallback = 1;  // units that stand for one \u
+        std::uint32_t story = 0;    // texts with paragraphs of their own: the body, a footnote, ...
+        std::int32_t level = 0;     // of the paragraph: 1 in a table, 2 in a table in that
+        std::size_t paragraph = 0;  // where it begins
+        bool inRow = false;
+    };
+
+    std::size_t takeBackslash(std::size_t index);
+    void takeHex(std::size_t index);
+    void takeWord(const ControlWord& word);
+    void takeHeaderWord(const ControlWord& word);
+    void takeParagraphWord(const ControlWord& word);
+    void beginDocuments(const ControlWord& word, bool row);
+    void keepInTable(const ControlWord& word);
+    std::size_t openGroup(std::size_t index);
+    void openDocument(std::size_t index);
+    void closeGroup();
+    void closeDocument();
+    void readFontCharsets();
+    bool fontHasOwnCharset(std::int32_t font);
+
+    std::u16string_view text_;
+    std::size_t host_;
+    const CodePage* hostPage_;
+    std::int32_t hostFont_ = 0;  // its default
+    std::vector<Change> changes_;
+    std::vector<Document> documents_;  // the open ones
+    std::vector<Group> groups_{Group{}};
+    std::uint32_t documentCount_ = 0;
+    std::uint32_t storyCount_ = 0;
+    std::int32_t skipped_ = 0;  // units still to come that stand for a \u
+    bool charsetsRead_ = false;
+    std::vector<std::int32_t> fontsWithCharset_;  // ascending
+};
+
+}  // namespace velmor

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "rtf/edit/CleanOptions.h"
+#include "rtf/merge/NumberMap.h"
+
+namespace velmor {
+
+// The fonts of all documents of a run, in order of first appearance, numbered from 0. Fonts of equal
+// name (whatever its letter case) are one font, and the first entry is kept; tolerant merging keeps
+// those of different character sets apart.
+class FontTable {
+public:
+    explicit FontTable(const CleanOptions& options) noexcept : tolerant_(options.tolerant) {}
+
+    // Adds the fonts of a document's table, "{\fonttbl" to its brace; `numbers` receives the new
+    // number of each. Fonts without a character set get the given one, unless that is empty.
+    void add(std::u16string_view table, NumberMap& numbers, std::u16string_view characterSet = {});
+
+    bool empty() const noexcept { return numbers_.empty(); }
+
+    // The merged table.
+    std::u16string text() const { return u"{\\fonttbl" + entries_ + u"}"; }
+
+private:
+    bool tolerant_;
+    NameIndex numbers_;
+    std::u16string entries_;
+};
+
+}  // namespace velmor

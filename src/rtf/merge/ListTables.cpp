@@ -1,0 +1,212 @@
+#include "rtf/merge/ListTables.h"
+
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
+#include "rtf/read/RtfScanner.h"
+
+namespace velmor {
+namespace {
+
+// Behind "{\*\listtable" or the like.
+std::size_t behindOpening(std::u16string_view table) {
+    const std::size_t star = standsAt(table, 1, u"\\*") ? 3 : 1;
+    return readWord(table, star).end;
+}
+
+// The word that an entry begins with, behind "\*".
+std::u16string_view firstWord(std::u16string_view entry) {
+    const std::size_t star = standsAt(entry, 1, u"\\*") ? 3 : 1;
+    return standsAt(entry, star, u"\\") ? readWord(entry, star).letters : std::u16string_view();
+}
+
+std::u16string_view numberOfWord(std::u16string_view entry, std::u16string_view letters, bool tolerant) {
+    for (EntryItems items(entry, tolerant); items.next();) {
+        if (items.kind() == EntryItems::Kind::word && items.word().letters == letters) return items.word().number;
+    }
+    return {};
+}
+
+// Blanks between the groups of an entry are text to some readers, who show it in front of the host's.
+std::u16string withoutBlanks(std::u16string_view entry) {
+    constexpr std::u16string_view holders[] = {u"list", u"listlevel", u"listoverride", u"lfolevel"};
+    std::u16string result;
+    std::vector<bool> drops{false};
+    for (std::size_t at = 0; at < entry.size();) {
+        const std::size_t begin = at++;
+        if (entry[begin] == u'\\') {
+            const ControlWord word = readWord(entry, begin);
+            at = std::min(word.letters.empty() ? begin + 2 : endWithBlank(entry, word), entry.size());
+        } else if (entry[begin] == u'{') {
+            const std::u16string_view word = firstWord(entry.substr(begin));
+            drops.push_back(std::find(std::begin(holders), std::end(holders), word) != std::end(holders));
+        } else if (entry[begin] == u'}') {
+            if (drops.size() > 1) drops.pop_back();
+        } else if (drops.back() && isWhiteSpace(entry[begin])) {
+            continue;
+        }
+        result.append(entry.substr(begin, at - begin));
+    }
+    return result;
+}
+
+template <typename Take>
+void forEach(std::u16string_view table, bool tolerant, Take take) {
+    for (TableEntries entries(table, behindOpening(table), tolerant); entries.next();) {
+        if (entries.isGroup()) take(entries.text());
+    }
+}
+
+}  // namespace
+
+void ListTables::beginDocument(bool host) {
+    host_ = host;
+    hasTables_ = false;
+    settledLists_.clear();
+    settledOverrides_.clear();
+    idsOfDocument_.clear();
+    overridesOfDocument_.clear();
+    firstPicture_ = pictureCount_;
+}
+
+std::u16string ListTables::settle(FreshNumbers& numbers, std::u16string_view number) const {
+    if (host_ && numbers.take(number)) return std::u16string(number);
+    return decimal(numbers.next());
+}
+
+void ListTables::readLists(std::u16string_view table) {
+    hasTables_ = true;
+    forEach(table, tolerant_, [&](std::u16string_view entry) {
+        if (firstWord(entry) != u"list") return;
+        const std::u16string_view id = numberOfWord(entry, u"listid", tolerant_);
+        const std::u16string_view templateId = numberOfWord(entry, u"listtemplateid", tolerant_);
+        settledLists_.push_back({settle(ids_, id), settle(templateIds_, templateId)});
+        idsOfDocument_.emplace(id, settledLists_.back().id);
+    });
+}
+
+void ListTables::readOverrides(std::u16string_view table) {
+    hasTables_ = true;
+    forEach(table, tolerant_, [&](std::u16string_view entry) {
+        if (firstWord(entry) != u"listoverride") return;
+        const std::u16string_view number = numberOfWord(entry, u"ls", tolerant_);
+        std::u16string settled = settle(overrideNumbers_, number);
+        if (settled[0] != u'-')
+            overridesOfDocument_.set(number, std::stoi(std::string(settled.begin(), settled.end())));
+        settledOverrides_.push_back(std::move(settled));
+    });
+}
+
+// A list that is not in the document's table must not come to mean another document's.
+std::u16string_view ListTables::idOf(std::u16string_view id) {
+    const auto [known, isNew] = idsOfDocument_.emplace(id, std::u16string());
+    if (isNew) known->second = settle(ids_, id);
+    return known->second;
+}
+
+void ListTables::addLists(std::u16string_view table) {
+    std::size_t index = 0;
+    forEach(table, tolerant_, [&](std::u16string_view entry) {
+        const std::u16string_view word = firstWord(entry);
+        if (word == u"list") {
+            addList(host_ ? std::u16string(entry) : withoutBlanks(entry), settledLists_.at(index++));
+        } else if (word == u"listpicture") {
+            addPictures(entry);
+        } else {
+            lists_.append(u"\r\n").append(entry);
+        }
+    });
+}
+
+// Bullets that are pictures are counted through all documents.
+void ListTables::renumberPictures(std::u16string_view entry, const EntryItems& level, TextEdits& edits) const {
+    if (firstPicture_ == 0) return;
+    for (RtfScanner words(entry, level.begin(), level.end()); words.nextWord();) {
+        if (!wordStandsAt(entry, words.position(), u"\\levelpicture")) continue;
+        const ControlWord word = readWord(entry, words.position());
+        if (word.number.empty() || word.number.size() > 5 || word.number[0] == u'-') continue;
+        const int picture = std::stoi(std::string(word.number.begin(), word.number.end()));
+        edits.replaceVal(word.numberBegin(), word.end, decimal(static_cast<std::int32_t>(firstPicture_) + picture));
+    }
+}
+
+void ListTables::addList(std::u16string_view entry, const List& list) {
+    std::u16string text(entry);
+    TextEdits edits;
+    bool hasId = false;
+    for (EntryItems items(entry, tolerant_); items.next();) {
+        if (items.kind() == EntryItems::Kind::group) renumberPictures(entry, items, edits);
+        if (items.kind() != EntryItems::Kind::word) continue;
+        const ControlWord& word = items.word();
+        if (word.letters == u"listid") {
+            hasId = true;
+            edits.replace(word.numberBegin(), word.end, list.id);
+        } else if (word.letters == u"listtemplateid") {
+            edits.replace(word.numberBegin(), word.end, list.templateId);
+        } else if (word.letters == u"liststyleid") {
+            edits.replace(word.numberBegin(), word.end, idOf(word.number));
+        }
+    }
+    if (!hasId) edits.replaceVal(entry.size() - 1, entry.size() - 1, u"\\listid" + list.id);
+    edits.apply(text);
+    lists_.append(u"\r\n").append(text);
+}
+
+void ListTables::addPictures(std::u16string_view entry) {
+    for (TableEntries pictures(entry, behindOpening(entry), tolerant_); pictures.next();) {
+        if (!pictures.isGroup()) continue;
+        pictures_ += pictures.text();
+        pictureCount_ += firstWord(pictures.text()) != u"nonshppict";
+    }
+}
+
+void ListTables::addOverrides(std::u16string_view table) {
+    std::size_t index = 0;
+    forEach(table, tolerant_, [&](std::u16string_view entry) {
+        if (firstWord(entry) == u"listoverride") {
+            addOverride(host_ ? std::u16string(entry) : withoutBlanks(entry), settledOverrides_.at(index++));
+        } else {
+            overrides_.append(u"\r\n").append(entry);
+        }
+    });
+}
+
+void ListTables::addOverride(std::u16string_view entry, std::u16string_view number) {
+    std::int32_t levels = 0;
+    for (EntryItems items(entry, tolerant_); items.next();) {
+        levels += items.kind() == EntryItems::Kind::group && firstWord(items.text()) == u"lfolevel";
+    }
+    std::u16string text(entry);
+    TextEdits edits;
+    for (EntryItems items(entry, tolerant_); items.next();) {
+        if (items.kind() == EntryItems::Kind::group) renumberPictures(entry, items, edits);
+        if (items.kind() != EntryItems::Kind::word) continue;
+        const ControlWord& word = items.word();
+        if (word.letters == u"listid") {
+            edits.replace(word.numberBegin(), word.end, idOf(word.number));
+        } else if (word.letters == u"listoverridecount") {
+            edits.replaceVal(word.numberBegin(), word.end, decimal(levels));
+        } else if (word.letters == u"ls") {
+            edits.replace(word.numberBegin(), word.end, number);
+        }
+    }
+    edits.apply(text);
+    overrides_.append(u"\r\n").append(text);
+}
+
+std::u16string ListTables::listTable() const {
+    std::u16string table = u"{\\*\\listtable";
+    if (!pictures_.empty()) table.append(u"\r\n{\\*\\listpicture").append(pictures_).append(u"}");
+    return table.append(lists_).append(u"}");
+}
+
+std::int32_t ListTables::numberOf(std::u16string_view override) {
+    const std::int32_t number = overridesOfDocument_.find(override);
+    if (number != NumberMap::none || override == u"0") return number;
+    // Must not come to mean another document's list.
+    const bool staysFree = (host_ || !hasTables_) && overrideNumbers_.reserve(override);
+    return staysFree ? NumberMap::none : 0;
+}
+
+}  // namespace velmor

@@ -1,0 +1,384 @@
+#include "rtf/merge/MergeTables.h"
+
+#include <algorithm>
+#include <optional>
+#include <tuple>
+#include <vector>
+
+#include "rtf/edit/EmbeddedDocuments.h"
+#include "rtf/edit/TextEdits.h"
+#include "rtf/merge/ColourTable.h"
+#include "rtf/merge/FontTable.h"
+#include "rtf/merge/ListTables.h"
+#include "rtf/merge/ReferenceSweep.h"
+#include "rtf/merge/StyleSheet.h"
+#include "rtf/merge/TableEntries.h"
+#include "rtf/pages/PageSetup.h"
+#include "rtf/read/BraceScanner.h"
+#include "rtf/read/CodePages.h"
+#include "rtf/read/RtfScanner.h"
+#include "text/Compare.h"
+
+namespace velmor {
+namespace {
+
+constexpr std::u16string_view timesNewRoman = u"{\\fonttbl{\\f0 Times New Roman;}}";
+
+struct Table {
+    TextRange group;                // its own
+    TextRange place;                // what is taken out with it
+    std::u16string_view left = {};  // what stands in its place: the braces that a damaged one leaves open
+};
+
+// The tables of one document, as it is.
+struct DocumentTables {
+    std::optional<Table> fonts, colours, styles, lists, overrides;
+};
+
+class TableMerge {
+public:
+    TableMerge(TableCollection& collection, const CleanOptions& options)
+        : collection_(collection),
+          options_(options),
+          fonts_(options),
+          colours_(options),
+          styles_(options),
+          lists_(options),
+          sweep_(options, numbers_) {}
+
+    void mergeHost(std::u16string& text);
+    void mergeLifted(TableCollection::Document& document);
+    void store();
+
+private:
+    // What is taken out, or put in, while the rest is swept.
+    struct Change {
+        TextRange range;
+        std::u16string text;  // stands there instead
+    };
+
+    void findTables(std::u16string_view text, GroupSet groups);
+    std::optional<Table> find(std::u16string_view text, std::u16string_view opening) const;
+    std::u16string_view openBraces(std::u16string_view text, TextRange table) const;
+    std::optional<Table> findStarred(std::u16string_view text, std::u16string_view starred,
+                                     std::u16string_view plain) const;
+    void dropOverlapping();
+    void readTables(std::u16string_view text, bool host);
+    bool isWhole(std::u16string_view text) const;
+    std::u16string swept(std::u16string_view text, const Table& table, const References& references);
+    void addFonts(std::u16string_view table, bool host);
+    std::u16string_view foreignCharacterSet() const;
+    void mergeStylesAndLists(std::u16string_view text);
+    void takeOut();
+    void placeInHost(std::size_t header);
+    void change(std::u16string& text);
+    void beginWhole(std::size_t header);
+    std::int32_t readersFont();
+    void keepDefaultFont(std::u16string_view text, std::size_t header, bool host);
+
+    TableCollection& collection_;
+    CleanOptions options_;
+    FontTable fonts_;
+    ColourTable colours_;
+    StyleSheet styles_;
+    ListTables lists_;
+    NumberTexts numbers_;
+    std::int32_t hostFont_ = NumberMap::none;  // its default, if it names one
+    bool hostHasFonts_ = true;
+    std::int32_t hostPage_ = windowsLatin;
+    std::int32_t page_ = windowsLatin;  // the current document's
+    ReferenceSweep sweep_;
+
+    // Of the current document.
+    bool whole_ = false;
+    DocumentTables tables_;
+    NumberMap fontNumbers_, colourNumbers_;
+    References references_;
+    std::vector<Change> changes_;
+    TextEdits edits_;
+};
+
+std::u16string_view part(std::u16string_view text, const Table& table) {
+    return text.substr(table.group.begin, table.group.end - table.group.begin);
+}
+
+bool overlap(const std::optional<Table>& one, const std::optional<Table>& other) {
+    return one && other && one->place.begin < other->place.end && other->place.begin < one->place.end;
+}
+
+// A table may come in two forms, {\upr{\fonttbl...}{\*\ud{\fonttbl...}}}, for readers without
+// Unicode and with it. The group that holds both goes with the first.
+TextRange placeOf(std::u16string_view text, TextRange table, bool tolerant) {
+    constexpr std::u16string_view pair = u"{\\upr";
+    std::size_t begin = table.begin;
+    while (begin > 0 && isWhiteSpace(text[begin - 1])) --begin;
+    if (begin < pair.size() || !standsAt(text, begin - pair.size(), pair)) return table;
+    const std::size_t end = findGroupEnd(text, begin, tolerant);
+    return end == noGroupEnd ? table : TextRange{begin - pair.size(), end + 1};
+}
+
+// The \deff among the words that a document's header begins with.
+std::optional<ControlWord> findDefaultFont(std::u16string_view text, std::size_t header) {
+    for (std::size_t at = skipWhiteSpace(text, header); standsAt(text, at, u"\\");) {
+        const ControlWord word = readWord(text, at);
+        if (word.letters.empty()) break;
+        if (word.letters == u"deff" && !word.number.empty()) return word;
+        at = skipWhiteSpace(text, word.end);
+    }
+    return std::nullopt;
+}
+
+// The braces that are open behind a damaged table, if the text closes them: they stay, tolerant, as their partners do.
+std::u16string_view TableMerge::openBraces(std::u16string_view text, TextRange table) const {
+    constexpr std::u16string_view braces = u"{{{{{{{{";
+    if (!options_.tolerant || findGroupEnd(text, table.begin + 1, true) == noGroupEnd) return {};
+    std::size_t open = 0;
+    for (BraceScanner scanner(text.substr(0, table.end), table.begin, true); scanner.next();) {
+        open += scanner.opens() ? 1 : static_cast<std::size_t>(-1);
+    }
+    return braces.substr(0, open);
+}
+
+std::optional<Table> TableMerge::find(std::u16string_view text, std::u16string_view opening) const {
+    const auto group = findTableGroup(text, opening, options_.tolerant);
+    if (!group) return std::nullopt;
+    return Table{*group, placeOf(text, *group, options_.tolerant)};
+}
+
+std::optional<Table> TableMerge::findStarred(std::u16string_view text, std::u16string_view starred,
+                                             std::u16string_view plain) const {
+    const auto table = find(text, starred);
+    return table ? table : find(text, plain);
+}
+
+void TableMerge::findTables(std::u16string_view text, GroupSet groups) {
+    tables_ = {};
+    if (groups.has(Group::fontTable)) tables_.fonts = find(text, u"{\\fonttbl");
+    if (groups.has(Group::colourTable)) {
+        if (const auto colours = ColourTable::find(text, options_.tolerant)) {
+            tables_.colours = Table{*colours, *colours, openBraces(text, *colours)};
+        }
+    }
+    if (groups.has(Group::styleSheet)) tables_.styles = find(text, u"{\\stylesheet");
+    if (groups.has(Group::listTable)) tables_.lists = findStarred(text, u"{\\*\\listtable", u"{\\listtable");
+    if (groups.has(Group::listOverrideTable)) {
+        tables_.overrides = findStarred(text, u"{\\*\\listoverridetable", u"{\\listoverridetable");
+    }
+    dropOverlapping();
+}
+
+// A table that lies in another one, or crosses it, is no table of its own.
+void TableMerge::dropOverlapping() {
+    std::optional<Table>* const all[] = {&tables_.fonts, &tables_.colours, &tables_.styles, &tables_.lists,
+                                         &tables_.overrides};
+    for (std::size_t i = 1; i < std::size(all); ++i) {
+        const auto crosses = [&](const auto* other) { return overlap(*all[i], *other); };
+        if (std::any_of(all, all + i, crosses)) all[i]->reset();
+    }
+}
+
+// A table of the text with its references renumbered.
+std::u16string TableMerge::swept(std::u16string_view text, const Table& table, const References& references) {
+    std::u16string result(part(text, table));
+    sweep_.begin(result, references, edits_);
+    sweep_.sweep(0, result.size());
+    edits_.apply(result);
+    if (!options_.tolerant || page_ == hostPage_) return result;
+    const CodePage* const page = findCodePage(page_);
+    return page == nullptr ? result : withCharacters(result, *page, findCodePage(hostPage_));
+}
+
+void TableMerge::readTables(std::u16string_view text, bool host) {
+    references_ = {};
+    fontNumbers_.clear();
+    colourNumbers_.clear();
+    if (tables_.fonts) {
+        addFonts(part(text, *tables_.fonts), host);
+        references_.fonts = &fontNumbers_;
+    }
+    if (tables_.colours) {
+        colours_.add(part(text, *tables_.colours), colourNumbers_);
+        references_.colours = &colourNumbers_;
+    }
+    styles_.beginDocument(host);
+    lists_.beginDocument(host);
+    mergeStylesAndLists(text);
+    references_.styles = &styles_;
+    references_.lists = &lists_;
+    whole_ = options_.tolerant && !host && isWhole(text);
+    references_.defaultStyle = styles_.defaultStyle(whole_);
+}
+
+// Whether the lifted document says how it looks. Any other is a fragment, and looks like its surroundings.
+bool TableMerge::isWhole(std::u16string_view text) const {
+    if (tables_.fonts || tables_.styles) return true;
+    for (RtfScanner scanner(text, 0, text.size()); scanner.nextWord();) {
+        const auto stands = [&](std::u16string_view word) { return standsAt(text, scanner.position(), word); };
+        if (std::any_of(PageSetup::documentWords.begin(), PageSetup::documentWords.end(), stands)) return true;
+        if (std::any_of(PageSetup::sectionWords.begin(), PageSetup::sectionWords.end(), stands)) return true;
+    }
+    return false;
+}
+
+void TableMerge::addFonts(std::u16string_view table, bool host) {
+    // The text of a host without fonts must not come to have another document's; readers give it this.
+    if (!hostHasFonts_ && fonts_.empty()) {
+        NumberMap unused;
+        fonts_.add(timesNewRoman, unused);
+    }
+    fonts_.add(table, fontNumbers_, host ? std::u16string_view() : foreignCharacterSet());
+}
+
+// That of a lifted document's code page, where the host's is another.
+std::u16string_view TableMerge::foreignCharacterSet() const {
+    return options_.tolerant && page_ != hostPage_ ? characterSetOf(page_) : std::u16string_view();
+}
+
+// Styles refer to lists and lists to styles; the numbers of the lists are settled first.
+void TableMerge::mergeStylesAndLists(std::u16string_view text) {
+    References references = references_;
+    if (tables_.lists) lists_.readLists(part(text, *tables_.lists));
+    if (tables_.overrides) lists_.readOverrides(part(text, *tables_.overrides));
+    references.lists = &lists_;
+    if (tables_.styles) styles_.add(swept(text, *tables_.styles, references));
+    references.lists = nullptr;
+    references.styles = &styles_;
+    if (tables_.lists) lists_.addLists(swept(text, *tables_.lists, references));
+    if (tables_.overrides) lists_.addOverrides(swept(text, *tables_.overrides, references));
+}
+
+void TableMerge::takeOut() {
+    changes_.clear();
+    for (const auto& table : {tables_.fonts, tables_.colours, tables_.styles, tables_.lists, tables_.overrides}) {
+        if (table) changes_.push_back({table->place, std::u16string(table->left)});
+    }
+}
+
+// A table that the host has not got returns behind the opening word (fonts and colours), or behind
+// the tables that it may refer to. One that is never stored returns as nothing.
+void TableMerge::placeInHost(std::size_t header) {
+    changes_.clear();
+    const auto place = [&](const std::optional<Table>& table, std::size_t otherwise, SharedTable shared) {
+        const TextRange range = table ? table->place : TextRange{otherwise, otherwise};
+        changes_.push_back({range, collection_.placeholder(shared).append(table ? table->left : u"")});
+        return range.end;
+    };
+    // At one place the one that is put in last comes first.
+    const std::size_t colours = place(tables_.colours, header, SharedTable::colours);
+    const std::size_t fonts = place(tables_.fonts, header, SharedTable::fonts);
+    const std::size_t styles = place(tables_.styles, std::max(colours, fonts), SharedTable::styles);
+    const std::size_t lists = place(tables_.lists, std::max({colours, fonts, styles}), SharedTable::lists);
+    place(tables_.overrides, std::max({colours, fonts, lists}), SharedTable::listOverrides);
+}
+
+// The text of a whole document begins with RTF's own formatting of paragraphs and characters.
+void TableMerge::beginWhole(std::size_t header) {
+    std::u16string words = u"\\pard";
+    if (references_.defaultStyle != NumberMap::none) words += u"\\s" + decimal(references_.defaultStyle);
+    changes_.push_back({{header, header}, words + u"\\plain"});
+}
+
+// What readers show where a document names no default font: that of its style 0, else Times New Roman.
+std::int32_t TableMerge::readersFont() {
+    const std::int32_t font = styles_.fontOfNormal();
+    if (font != NumberMap::none) return font;
+    NumberMap number;
+    fonts_.add(timesNewRoman, number, foreignCharacterSet());
+    return number.find(u"0");
+}
+
+// A lifted document's default font is named at its beginning, and where \plain goes back to it. The
+// host's is renumbered where it stands.
+void TableMerge::keepDefaultFont(std::u16string_view text, std::size_t header, bool host) {
+    if (!options_.tolerant || !(host || tables_.fonts)) return;
+    const std::optional<ControlWord> word = findDefaultFont(text, header);
+    if (!tables_.fonts) {
+        hostHasFonts_ = false;
+        if (word) fontNumbers_.set(word->number, hostFont_ = 0);
+        references_.fonts = &fontNumbers_;
+        return;
+    }
+    if (host) {
+        if (word) hostFont_ = fontNumbers_.find(word->number);
+        return;
+    }
+    const std::int32_t font = word ? fontNumbers_.find(word->number) : readersFont();
+    if (font == NumberMap::none) return;
+    const TextRange place = word ? TextRange{word->begin, word->end} : TextRange{header, header};
+    changes_.push_back({place, u"\\f" + decimal(font)});
+    if (font != hostFont_) references_.defaultFont = font;
+}
+
+void TableMerge::change(std::u16string& text) {
+    // What is put in in front of a table comes before it.
+    std::stable_sort(changes_.begin(), changes_.end(), [](const Change& a, const Change& b) {
+        return std::tie(a.range.begin, a.range.end) < std::tie(b.range.begin, b.range.end);
+    });
+    sweep_.begin(text, references_, edits_);
+    std::size_t at = 0;
+    for (Change& next : changes_) {
+        sweep_.sweep(at, next.range.begin);
+        if (next.text.empty()) {
+            edits_.cut(next.range.begin, next.range.end);
+        } else if (standsAt(text, next.range.end, u" ")) {
+            edits_.replaceVal(next.range.begin, next.range.end, std::move(next.text));  // the blank ended a word
+        } else {
+            edits_.replaceApartVal(next.range.begin, next.range.end, std::move(next.text));
+        }
+        at = next.range.end;
+    }
+    sweep_.sweep(at, text.size());
+    edits_.apply(text);
+}
+
+void TableMerge::mergeHost(std::u16string& text) {
+    const std::size_t host = findHostDocument(text);
+    if (host == noDocument) return;
+    std::size_t header = hostHeaderStart(text, host);
+    // The blank that ends the opening word would be text behind a table.
+    if (options_.tolerant && standsAt(text, header, u" ")) ++header;
+    if (options_.tolerant) hostPage_ = page_ = codePageOfDocument(text, header);
+    findTables(text, collection_.hostGroups());
+    readTables(text, true);
+    placeInHost(header);
+    keepDefaultFont(text, header, true);
+    change(text);
+}
+
+void TableMerge::mergeLifted(TableCollection::Document& document) {
+    const std::size_t header = hostHeaderStart(document.text, 0);
+    if (options_.tolerant) page_ = codePageOfDocument(document.text, header);
+    findTables(document.text, document.groups);
+    readTables(document.text, false);
+    takeOut();
+    if (whole_) beginWhole(header);
+    keepDefaultFont(document.text, header, false);
+    change(document.text);
+}
+
+void TableMerge::store() {
+    collection_.store(SharedTable::fonts, fonts_.text());
+    collection_.store(SharedTable::colours, colours_.text());
+    if (!styles_.empty()) collection_.store(SharedTable::styles, styles_.text());
+    if (lists_.hasLists()) collection_.store(SharedTable::lists, lists_.listTable());
+    if (lists_.hasOverrides()) collection_.store(SharedTable::listOverrides, lists_.overrideTable());
+}
+
+}  // namespace
+
+namespace Module1 {
+
+void MergeDocumentTables(std::u16string& psText, TableCollection& poTables, const CleanOptions& options) {
+    TableMerge merge(poTables, options);
+    try {
+        merge.mergeHost(psText);
+        for (TableCollection::Document& document : poTables.documents()) merge.mergeLifted(document);
+    } catch (...) {
+        merge.store();  // what was taken out of the host returns
+        throw;
+    }
+    merge.store();
+}
+
+}  // namespace Module1
+}  // namespace velmor

@@ -1,0 +1,276 @@
+#include "rtf/merge/StyleSheet.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "rtf/edit/TextEdits.h"
+#include "text/Compare.h"
+
+namespace velmor {
+namespace {
+
+constexpr std::u16string_view opening = u"{\\stylesheet";
+constexpr std::int32_t noStyle = 222;  // the number that means none
+constexpr std::u16string_view normal = u"{\\s0 Normal;}";
+
+std::u16string folded(std::u16string_view text) {
+    std::u16string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), foldUnit);
+    return result;
+}
+
+std::u16string_view trimmed(std::u16string_view text) {
+    const std::size_t begin = skipWhiteSpace(text, 0);
+    text.remove_prefix(begin);
+    while (!text.empty() && isWhiteSpace(text.back())) text.remove_suffix(1);
+    return text;
+}
+
+// The words that number a style, by kind.
+std::optional<StyleKind> kindOf(std::u16string_view letters) {
+    if (letters == u"s") return StyleKind::paragraph;
+    if (letters == u"cs") return StyleKind::character;
+    if (letters == u"ds") return StyleKind::section;
+    if (letters == u"ts") return StyleKind::table;
+    return std::nullopt;
+}
+
+// Where a reference looks first: another kind than its own for \slink, paragraphs for \snext.
+StyleKind linkedKind(StyleKind kind) {
+    return kind == StyleKind::paragraph ? StyleKind::character : StyleKind::paragraph;
+}
+
+}  // namespace
+
+StyleSheet::StyleSheet(const CleanOptions& options) : tolerant_(options.tolerant) {
+    fresh_.take(decimal(noStyle));
+}
+
+void StyleSheet::beginDocument(bool host) {
+    host_ = host;
+    hasSheet_ = false;
+    defaultStyle_ = NumberMap::none;
+    styles_.clear();
+    for (NumberMap& places : places_) places.clear();
+}
+
+std::u16string_view StyleSheet::nameIn(const Style& style) {
+    return style.entry.substr(style.nameBegin, style.nameEnd - style.nameBegin);
+}
+
+void StyleSheet::noteWord(Style& style, const EntryItems& items) const {
+    const ControlWord& word = items.word();
+    const Reference reference{word.numberBegin(), word.number};
+    const bool numbered = !word.number.empty();
+    if (numbered && style.number.digits.empty()) {
+        if (const auto kind = kindOf(word.letters)) {
+            style.kind = *kind;
+            style.number = reference;
+            return;
+        }
+    }
+    if (numbered && word.letters == u"sbasedon") {
+        style.base = reference;
+    } else if (numbered && word.letters == u"snext") {
+        style.next = reference;
+    } else if (numbered && word.letters == u"slink") {
+        style.link = reference;
+    } else if (word.letters != u"styrsid") {
+        style.look.append(u"\\").append(word.letters).append(word.number);
+    }
+}
+
+StyleSheet::Style StyleSheet::read(std::u16string_view entry) const {
+    Style style;
+    style.entry = entry;
+    style.nameBegin = style.nameEnd = 1;
+    for (EntryItems items(entry, tolerant_); items.next();) {
+        if (items.endsName()) break;
+        const bool isWord = items.kind() == EntryItems::Kind::word;
+        const bool isName = items.kind() == EntryItems::Kind::text || (isWord && items.word().letters == u"u");
+        if (isWord && !isName) noteWord(style, items);
+        if (items.kind() == EntryItems::Kind::group) {
+            style.look += items.text();
+            if (!trimmed(nameIn(style)).empty()) continue;
+        }
+        if (!isName) style.nameBegin = items.end();
+        style.nameEnd = items.end();
+    }
+    std::u16string_view name = nameIn(style);
+    name = name.substr(0, name.find(u','));
+    style.nameEnd = style.nameBegin + name.size();
+    style.name = folded(trimmed(name));
+    return style;
+}
+
+void StyleSheet::add(std::u16string_view sheet) {
+    hasSheet_ = true;
+    if (!host_) addNormalOfHost();
+    for (TableEntries entries(sheet, opening.size(), tolerant_); entries.next();) {
+        if (entries.isGroup()) styles_.push_back(read(entries.text()));
+    }
+    findNumbers();
+    for (std::size_t i = 0; i < styles_.size(); ++i) settleFromBase(i);
+    for (const Style& style : styles_) {
+        if (style.isNew) append(style);
+    }
+}
+
+// Readers give paragraphs without a style the style "Normal", number 0. Where the host has none, it
+// must not become another document's. Tolerant merging does not write it: readers give the host's text
+// what the style says, and one that says nothing is not the same to them as none.
+void StyleSheet::addNormalOfHost() {
+    if (hasNormal_) return;
+    hasNormal_ = true;
+    fresh_.take(u"0");
+    Style style = read(normal);
+    style.newNumber = 0;
+    if (!lastOfName_.emplace(style.name, 1).second) return;
+    numbersByKey_.emplace(keyOf(style), 0);
+    if (!tolerant_) entries_.append(u"\r\n").append(normal);
+}
+
+void StyleSheet::findNumbers() {
+    for (std::size_t i = 0; i < styles_.size(); ++i) {
+        const Style& style = styles_[i];
+        const std::u16string_view number = style.number.digits.empty() ? u"0" : style.number.digits;
+        places_[static_cast<std::size_t>(style.kind)].set(number, static_cast<std::int32_t>(i));
+    }
+}
+
+const StyleSheet::Style* StyleSheet::styleOf(const Reference& reference, StyleKind preferred) const {
+    if (reference.digits.empty()) return nullptr;
+    const auto find = [&](std::size_t kind) { return places_[kind].find(reference.digits); };
+    std::int32_t place = find(static_cast<std::size_t>(preferred));
+    for (std::size_t kind = 0; kind < kinds && place == NumberMap::none; ++kind) place = find(kind);
+    return place == NumberMap::none ? nullptr : &styles_[static_cast<std::size_t>(place)];
+}
+
+// A style is settled behind the one that it is based on. A ring of them is cut where it was entered.
+void StyleSheet::settleFromBase(std::size_t index) {
+    constexpr std::int32_t entered = -2;
+    std::vector<std::size_t> chain;
+    while (styles_[index].newNumber == NumberMap::none) {
+        styles_[index].newNumber = entered;
+        chain.push_back(index);
+        const Style* base = styleOf(styles_[index].base, styles_[index].kind);
+        if (base == nullptr) break;
+        index = static_cast<std::size_t>(base - styles_.data());
+    }
+    for (auto at = chain.rbegin(); at != chain.rend(); ++at) settle(styles_[*at]);
+}
+
+std::u16string StyleSheet::nameOf(const Reference& reference, StyleKind preferred) const {
+    const Style* style = styleOf(reference, preferred);
+    return style == nullptr ? std::u16string() : style->name;
+}
+
+// Equal keys, equal styles. The style that follows and the linked one count by name: they do not
+// change the look.
+std::u16string StyleSheet::keyOf(const Style& style) const {
+    std::u16string key = style.name;
+    key.append(1, u'\0').append(1, static_cast<char16_t>(u'0' + static_cast<int>(style.kind))).append(style.look);
+    key += u'\0';
+    if (const Style* base = styleOf(style.base, style.kind)) {
+        key += base->newNumber < 0 ? base->name : decimal(base->newNumber);
+    }
+    const std::u16string next = nameOf(style.next, StyleKind::paragraph);
+    key.append(1, u'\0').append(next.empty() ? style.name : next);
+    return key.append(1, u'\0').append(nameOf(style.link, linkedKind(style.kind)));
+}
+
+void StyleSheet::settle(Style& style) {
+    const auto [known, isNew] = numbersByKey_.emplace(keyOf(style), NumberMap::none);
+    if (isNew || host_) {
+        style.isNew = true;
+        const std::u16string_view number = style.number.digits.empty() ? u"0" : style.number.digits;
+        const bool keeps = host_ && number[0] != u'-' && fresh_.take(number);
+        known->second =
+            keeps ? static_cast<std::int32_t>(std::stol(std::string(number.begin(), number.end()))) : fresh_.next();
+        if (known->second == 0) {
+            hasNormal_ = true;
+            isNormalPlain_ = style.look.empty() && style.base.digits.empty();
+        }
+        if (!style.name.empty()) claimName(style);
+    }
+    style.newNumber = known->second;
+}
+
+void StyleSheet::claimName(Style& style) {
+    const auto [known, isFree] = lastOfName_.emplace(style.name, 1);
+    if (isFree || host_) return;
+    std::int32_t& last = known->second;  // outlives the iterator
+    do {
+        style.suffix = u" (" + decimal(++last) + u")";
+    } while (!lastOfName_.emplace(style.name + style.suffix, 1).second);
+}
+
+void StyleSheet::append(const Style& style) {
+    std::u16string entry(style.entry);
+    struct Change {
+        std::size_t begin, end;
+        std::u16string text;
+    };
+    std::vector<Change> changes;
+    // A reference to no style of the document must not come to mean another document's.
+    const auto point = [&](const Reference& reference, const Style* to, std::int32_t otherwise) {
+        if (reference.digits.empty() || (to == nullptr && host_)) return;
+        const std::int32_t number = to == nullptr ? otherwise : to->newNumber;
+        changes.push_back({reference.at, reference.at + reference.digits.size(), decimal(number)});
+    };
+    if (!style.number.digits.empty()) {
+        point(style.number, &style, style.newNumber);
+    } else if (style.newNumber != 0) {
+        changes.push_back({1, 1, u"\\s" + decimal(style.newNumber)});
+    }
+    point(style.base, styleOf(style.base, style.kind), noStyle);
+    point(style.next, styleOf(style.next, StyleKind::paragraph), style.newNumber);
+    point(style.link, styleOf(style.link, linkedKind(style.kind)), noStyle);
+    changes.push_back({style.nameEnd, style.nameEnd, style.suffix});
+    std::sort(changes.begin(), changes.end(), [](const Change& a, const Change& b) { return a.begin < b.begin; });
+    TextEdits edits;
+    for (Change& change : changes) edits.replace(change.begin, change.end, change.text);
+    edits.apply(entry);
+    entries_.append(u"\r\n").append(entry);
+}
+
+std::int32_t StyleSheet::numberOf(StyleKind kind, std::u16string_view number) {
+    if (const Style* style = styleOf({0, number}, kind)) return style->newNumber;
+    if (number == u"0") return kind == StyleKind::paragraph ? defaultStyle_ : NumberMap::none;
+    // Must not come to mean another document's style.
+    const bool staysFree = (host_ || !hasSheet_) && fresh_.reserve(number);
+    return staysFree ? NumberMap::none : noStyle;
+}
+
+std::int32_t StyleSheet::defaultStyle(bool whole) {
+    if (host_) return NumberMap::none;
+    const std::int32_t place = places_[static_cast<std::size_t>(StyleKind::paragraph)].find(u"0");
+    if (place != NumberMap::none) {
+        const std::int32_t number = styles_[static_cast<std::size_t>(place)].newNumber;
+        return number == 0 ? NumberMap::none : number;
+    }
+    if (whole && !isNormalPlain_) defaultStyle_ = plainStyle();
+    return defaultStyle_;
+}
+
+std::int32_t StyleSheet::fontOfNormal() const {
+    const std::int32_t place = places_[static_cast<std::size_t>(StyleKind::paragraph)].find(u"0");
+    if (place == NumberMap::none) return NumberMap::none;
+    const std::u16string_view look = styles_[static_cast<std::size_t>(place)].look;
+    for (std::size_t at = 0; (at = look.find(u"\\f", at)) != look.npos; ++at) {
+        const ControlWord word = readWord(look, at);
+        const bool isShort = !word.number.empty() && word.number.size() < 7 && word.number[0] != u'-';
+        if (word.letters == u"f" && isShort) return std::stoi(std::string(word.number.begin(), word.number.end()));
+    }
+    return NumberMap::none;
+}
+
+// One for all documents that need it.
+std::int32_t StyleSheet::plainStyle() {
+    Style style = read(normal);
+    settle(style);
+    if (style.isNew) append(style);
+    return style.newNumber;
+}
+
+}  // namespace velmor

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "rtf/edit/CleanOptions.h"
+#include "rtf/merge/FreshNumbers.h"
+#include "rtf/merge/NumberMap.h"
+#include "rtf/merge/TableEntries.h"
+
+namespace velmor {
+
+enum class StyleKind : std::uint8_t { paragraph, character, section, table };
+
+// The styles of all documents of a run. The host's keep their names and numbers. A style of another
+// document that equals one already here is that one; any other gets a number of its own, and, when
+// its name is taken, a new name: "heading 1 (2)". docs/cleaning.md has the rules.
+class StyleSheet {
+public:
+    explicit StyleSheet(const CleanOptions& options);
+
+    // The host comes first.
+    void beginDocument(bool host);
+
+    // Adds the styles of the document's sheet, "{\stylesheet" to its brace, whose references to
+    // fonts, colours and lists are those of the merged document already.
+    void add(std::u16string_view sheet);
+
+    // The number of the document's style; NumberMap::none when the reference stays as it is.
+    std::int32_t numberOf(StyleKind kind, std::u16string_view number);
+
+    // What paragraphs of the document that name no style have to name now; none when nothing. `whole`: the
+    // document defines its own look, so that they must not get the host's style 0.
+    std::int32_t defaultStyle(bool whole);
+
+    // The font that the document's style 0 names; NumberMap::none when it does not.
+    std::int32_t fontOfNormal() const;
+
+    bool empty() const noexcept { return entries_.empty(); }
+    std::u16string text() const { return u"{\\stylesheet" + entries_ + u"}"; }
+
+private:
+    static constexpr std::size_t kinds = 4;
+
+    struct Reference {
+        std::size_t at = 0;  // where its digits stand
+        std::u16string_view digits;
+    };
+
+    struct Style {
+        std::u16string_view entry;
+        StyleKind kind = StyleKind::paragraph;
+        Reference number, base, next, link;
+        std::size_t nameBegin = 0;
+        std::size_t nameEnd = 0;
+        std::u16string name;  // without its further names, letter case folded
+        std::u16string look;  // the words and groups, without the above
+        std::int32_t newNumber = NumberMap::none;
+        bool isNew = false;
+        std::u16string suffix;
+    };
+
+    void noteWord(Style& style, const EntryItems& items) const;
+    Style read(std::u16string_view entry) const;
+    static std::u16string_view nameIn(const Style& style);
+    void findNumbers();
+    void settleFromBase(std::size_t index);
+    void settle(Style& style);
+    std::u16string keyOf(const Style& style) const;
+    const Style* styleOf(const Reference& reference, StyleKind preferred) const;
+    void claimName(Style& style);
+    std::u16string nameOf(const Reference& reference, StyleKind preferred) const;
+    void append(const Style& style);
+    void addNormalOfHost();
+    std::int32_t plainStyle();
+
+    bool tolerant_;
+    bool host_ = true;
+    bool hasSheet_ = false;
+    bool hasNormal_ = false;     // style 0 is there
+    bool isNormalPlain_ = true;  // it changes nothing
+
+    std::unordered_map<std::u16string, std::int32_t> numbersByKey_;
+    NameIndex lastOfName_;  // the highest suffix given to a name; 1 without one
+    FreshNumbers fresh_;
+    std::u16string entries_;
+
+    // Of the current document.
+    std::int32_t defaultStyle_ = NumberMap::none;  // which it does not define itself
+    std::vector<Style> styles_;
+    std::array<NumberMap, kinds> places_;  // in styles_
+};
+
+}  // namespace velmor

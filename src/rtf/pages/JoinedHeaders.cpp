@@ -1,0 +1,217 @@
+#include "rtf/pages/JoinedHeaders.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "rtf/edit/EmbeddedDocuments.h"
+#include "rtf/read/BraceScanner.h"
+#include "rtf/read/ControlWord.h"
+#include "rtf/read/RtfScanner.h"
+#include "rtf/read/WordTable.h"
+#include "text/Compare.h"
+
+namespace velmor {
+namespace {
+
+constexpr std::u16string_view facingWord = u"\\facingp";
+
+// What may stand in a host's header: its tables; not what begins its text.
+constexpr std::u16string_view tables[] = {u"fonttbl", u"colortbl", u"stylesheet", u"info", u"filetbl", u"upr"};
+constexpr std::u16string_view bodyWords[] = {u"sectd", u"pard", u"plain", u"par", u"sect"};
+
+template <std::size_t count>
+bool isAmong(const std::u16string_view (&words)[count], std::u16string_view letters) {
+    return std::find(std::begin(words), std::end(words), letters) != std::end(words);
+}
+
+std::size_t findFacing(std::u16string_view text, std::size_t from) noexcept {
+    for (; (from = findText(text, facingWord, from, Comparison::binary)) != text.npos; ++from) {
+        if (wordStandsAt(text, from, facingWord) && !isEscaped(text, from)) break;
+    }
+    return from;
+}
+
+bool beginsBody(std::u16string_view letters) {
+    return isAmong(bodyWords, letters) || wordIs(WordTrait::shown, letters) || wordIs(WordTrait::shownCell, letters);
+}
+
+bool isTable(std::u16string_view text, std::size_t index) {
+    return standsAt(text, index, u"{\\*") ||
+           (standsAt(text, index, u"{\\") && isAmong(tables, readWord(text, index + 1).letters));
+}
+
+}  // namespace
+
+JoinedHeaders::JoinedHeaders(std::u16string_view text, const std::vector<Join>& joins, bool tolerant)
+    : text_(text), joins_(joins), tolerant_(tolerant) {
+    const std::size_t host = findHostDocument(text);
+    if (host == noDocument) return;
+    findFacingPages();
+    if (anyFacing_) letHostFace(host);
+    read(host);
+}
+
+void JoinedHeaders::findFacingPages() {
+    facing_.push_back(false);
+    auto next = joins_.begin();
+    for (std::size_t at = 0; next != joins_.end() || at != nowhere;) {
+        const std::size_t found = at == nowhere ? nowhere : findFacing(text_, at);
+        for (; next != joins_.end() && next->behind <= found; ++next) {
+            if (next->document) facing_.push_back(false);
+        }
+        at = found;
+        if (found == nowhere) continue;
+        facing_.back() = anyFacing_ = true;
+        ++at;
+    }
+}
+
+// Readers look for the word in the header of the whole.
+void JoinedHeaders::letHostFace(std::size_t host) {
+    std::size_t at = hostHeaderStart(text_, host);
+    for (std::size_t next = at; (next = skipWhiteSpace(text_, next)) < text_.size();) {
+        if (isTable(text_, next)) {
+            const std::size_t end = findGroupEnd(text_, next + 1, true);
+            if (end == noGroupEnd) break;
+            at = next = end + 1;
+        } else {
+            const ControlWord word = readWord(text_, next);
+            if (text_[next] != u'\\' || word.letters.empty() || beginsBody(word.letters)) break;
+            if (word.letters == facingWord.substr(1)) return;
+            at = next = endWithBlank(text_, word);
+        }
+    }
+    change(at, at, std::u16string(facingWord));
+}
+
+// ---- Reading
+
+void JoinedHeaders::read(std::size_t host) {
+    auto next = joins_.begin();
+    const auto joinUpTo = [&](std::size_t index) {
+        for (; next != joins_.end() && next->behind <= index; ++next) join(*next);
+    };
+    RtfScanner scanner(text_, host, text_.size());
+    while (scanner.next()) {
+        const std::size_t index = scanner.position();
+        joinUpTo(index);
+        if (text_[index] != u'\\') {
+            takeBrace(index);
+        } else if (wordStandsAt(text_, index, u"\\bin")) {
+            scanner.goOnAt(skipEscape(text_, index));
+        } else {
+            takeWord(index);
+        }
+    }
+    joinUpTo(text_.size());
+    closeSection(lastBrace_);
+    closeDocument();
+}
+
+void JoinedHeaders::takeBrace(std::size_t index) {
+    if (text_[index] == u'{') {
+        ++depth_;
+        const bool named = !open_ && standsAt(text_, index + 1, u"\\");
+        const auto name = named ? headerNamed(readWord(text_, index + 1).letters) : std::nullopt;
+        if (name) open_ = OpenGroup{*name, index, depth_};
+        return;
+    }
+    if (open_ && open_->depth == depth_) {
+        take(open_->name, open_->begin, index + 1);
+        open_.reset();
+    }
+    if (depth_ > 0) --depth_;
+    lastBrace_ = index;
+}
+
+void JoinedHeaders::takeWord(std::size_t index) {
+    if (open_) return;
+    if (wordStandsAt(text_, index, u"\\sect")) {
+        closeSection(index);
+    } else if (wordStandsAt(text_, index, u"\\titlepg")) {
+        title_ = endWithBlank(text_, readWord(text_, index));
+    }
+}
+
+void JoinedHeaders::take(HeaderName name, std::size_t begin, std::size_t end) {
+    // Left pages do not differ in this document, but they do in another one.
+    const bool leftAsMain = anyFacing_ && !facing_[document_];
+    Pages& given = given_[name.kind];
+    if (name.pages == HeaderPages::first) {
+        given.first = true;
+    } else if (name.pages != HeaderPages::left) {
+        if (leftAsMain && !given.main) {
+            std::u16string copy;
+            appendGroup(copy, {name.kind, HeaderPages::left}, text_.substr(begin, end - begin));
+            change(end, end, std::move(copy));
+            given.left = true;
+        }
+        given.main = true;
+    } else if (leftAsMain) {
+        change(begin, end, {});
+    } else {
+        given.left = true;
+    }
+}
+
+// ---- Sections
+
+void JoinedHeaders::join(const Join& join) {
+    if (join.document) ++document_;
+    if (open_) return;
+    closeSection(join.begin);
+    if (!join.document) return;
+    closeDocument();
+    beginning_ = join.behind;
+    for (const HeaderKind kind : headerKinds) {
+        Pages& foreign = foreign_[kind];
+        const Pages& own = own_[kind];
+        foreign = {foreign.main || own.main, foreign.left || own.left, foreign.first || own.first};
+        own_[kind] = {};
+        emptied_[kind] = false;
+    }
+}
+
+void JoinedHeaders::closeSection(std::size_t end) {
+    for (const HeaderKind kind : headerKinds) closeSection(kind, end);
+    beginning_ = title_ = nowhere;
+}
+
+void JoinedHeaders::closeSection(HeaderKind kind, std::size_t end) {
+    const Pages given = std::exchange(given_[kind], {});
+    Pages& own = own_[kind];
+    Pages& foreign = foreign_[kind];
+    own = {own.main || given.main, own.left || given.left, own.first || given.first};
+    foreign = {foreign.main && !given.main, foreign.left && !given.left, foreign.first && !given.first};
+    if (beginning_ != nowhere) {
+        if (foreign.main) empty(beginning_, {kind, HeaderPages::all});
+        emptied_[kind] = foreign.main;
+        if (foreign.left && anyFacing_) empty(beginning_, {kind, HeaderPages::left});
+        foreign.main = foreign.left = false;
+    }
+    // Nobody sees it before a section has a first page of its own.
+    if (foreign.first && title_ != nowhere) {
+        empty(beginning_ != nowhere ? beginning_ : title_, {kind, HeaderPages::first});
+        foreign.first = false;
+    }
+    if (emptied_[kind]) silentEnds_[kind].push_back(end);
+}
+
+// Empty headers at the page's edge do not move the text, however far from it the document would have its own.
+void JoinedHeaders::closeDocument() {
+    for (const HeaderKind kind : headerKinds) {
+        const Pages& own = own_[kind];
+        const bool silent = tolerant_ && !own.main && !own.left && !own.first;
+        for (const std::size_t end : std::exchange(silentEnds_[kind], {})) {
+            if (silent) change(end, end, kind == HeaderKind::header ? u"\\headery0" : u"\\footery0");
+        }
+    }
+}
+
+void JoinedHeaders::empty(std::size_t place, HeaderName name) {
+    std::u16string text;
+    appendGroup(text, name, {});
+    change(place, place, std::move(text));
+}
+
+}  // namespace velmor

@@ -1,0 +1,333 @@
+#include "rtf/pages/MergePageBreaks.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "rtf/edit/TextEdits.h"
+#include "rtf/pages/HoldingPlace.h"
+#include "rtf/pages/JoinedHeaders.h"
+#include "rtf/pages/PageSetup.h"
+#include "rtf/read/BraceScanner.h"
+#include "rtf/read/ControlWord.h"
+#include "rtf/read/ParagraphText.h"
+#include "rtf/read/RowState.h"
+#include "rtf/read/RtfScanner.h"
+#include "rtf/read/WholeNumber.h"
+#include "text/Compare.h"
+
+namespace velmor {
+namespace {
+
+constexpr std::u16string_view marker = Module1::mergePageBreakMarker;
+constexpr std::u16string_view sectionWord = u"\\sectd";
+constexpr std::size_t nowhere = std::u16string_view::npos;
+
+std::size_t findMarker(std::u16string_view text, std::size_t from) noexcept {
+    while ((from = findText(text, marker, from, Comparison::binary)) != nowhere && isEscaped(text, from)) ++from;
+    return from;
+}
+
+// What one of the joined documents says about its pages. Places are those where each word stands first.
+class PageReader {
+public:
+    // The document begins at the index, in `depth` open groups.
+    PageReader(std::size_t begin, std::size_t depth, bool tolerant)
+        : tolerant_(tolerant), depth_(depth), place_(begin, depth) {
+        documentAt_.fill(nowhere);
+        sectionAt_.fill(nowhere);
+    }
+
+    // What ends where the text does.
+    void read(std::u16string_view text, std::size_t begin);
+
+    std::size_t depth() const noexcept { return depth_; }
+    bool inRow() const noexcept { return row_.inRow(); }
+    // Whether no paragraph follows the last table, so that a break would belong to its last row.
+    bool endsWithRow() const { return lastRow_ != nowhere && !showsText(text_.substr(lastRow_)); }
+    // Where what describes the first section holds to its end.
+    std::size_t place() const noexcept { return place_.at(); }
+
+    // A section ends, and none of its pages does: the described slice of the text has no end.
+    bool isBroken() const noexcept { return breaks_ && !pages_; }
+    // Where its first section begins; nowhere when another section comes before it.
+    std::size_t firstSection() const noexcept { return breaksBefore_ ? nowhere : section_; }
+    bool holdsDocument() const noexcept { return document_; }
+
+    // A word of a section that cannot stay as it is.
+    struct SectionWord {
+        TextRange place;
+        bool resets;  // \sectd of a later section; else one by which the first would run on
+    };
+    // In tolerant cleaning; in ascending order.
+    const std::vector<SectionWord>& sectionWords() const noexcept { return sectionWords_; }
+
+    // What \sectd goes back to.
+    PageSetup documentPage() const {
+        PageSetup page;
+        for (std::size_t i = 0; i < PageSetup::valueCount; ++i) page.values[i] = documentValue(i);
+        return page;
+    }
+
+    PageSetup page() const {
+        PageSetup page;
+        // A number that the section's end cuts off is none; a reader would see it.
+        const std::u16string_view settings = tolerant_ ? text_ : text_.substr(0, settingsEnd_);
+        for (std::size_t i = 0; i < PageSetup::valueCount; ++i) {
+            const bool own = sectionAt_[i] != nowhere;
+            page.values[i] = own ? valueAt(settings, sectionAt_[i], PageSetup::sectionWords[i]) : documentValue(i);
+        }
+        if (landscape_) {
+            page.turnLandscape();
+        } else if (portrait_) {
+            page.turnPortrait();
+        }
+        return page;
+    }
+
+private:
+    std::int32_t valueAt(std::u16string_view text, std::size_t index, std::u16string_view word) const {
+        std::u16string_view number;
+        return wordNumberAt(text, index, word, tolerant_, number) ? wholeNumber(number).value_or(0) : 0;
+    }
+
+    std::int32_t documentValue(std::size_t i) const {
+        if (documentAt_[i] != nowhere) return valueAt(text_, documentAt_[i], PageSetup::documentWords[i]);
+        return tolerant_ ? PageSetup::defaults[i] : 0;
+    }
+
+    void take(std::size_t index) {
+        row_.word(text_, index, depth_);
+        switch (text_[index + 1]) {
+            case u'l':
+                landscape_ = landscape_ || (open_ && standsAt(text_, index, u"\\lndscpsxn"));
+                break;
+            case u'm':
+                takeValue(index);
+                break;
+            case u'p':
+                portrait_ = portrait_ || (open_ && standsAt(text_, index, u"\\portrait"));
+                if (wordStandsAt(text_, index, u"\\page")) takeEnd(index, true);
+                if (wordStandsAt(text_, index, u"\\par")) lastRow_ = nowhere;
+                takeValue(index);
+                break;
+            case u'r':
+                if (wordStandsAt(text_, index, u"\\row")) lastRow_ = index + 4;
+                document_ = document_ || (index > 0 && documentStandsAt(text_, index - 1));
+                break;
+            case u's':
+                if (wordStandsAt(text_, index, sectionWord)) beginSection(index);
+                if (wordStandsAt(text_, index, u"\\sect")) takeEnd(index, false);
+                takeRunningOn(index);
+                break;
+            default:
+                break;
+        }
+    }
+
+    // The first \sectd: what was read before it counts for the document alone. To a reader, one behind
+    // a section break says nothing of the section in front.
+    void beginSection(std::size_t index) {
+        if (section_ != nowhere || !open_) {
+            if (tolerant_) sectionWords_.push_back({wordAt(index), true});
+            return;
+        }
+        sectionWords_.clear();
+        section_ = index;
+        sectionAt_.fill(nowhere);
+        landscape_ = portrait_ = false;
+    }
+
+    // A page or section ends: so does what the first section says about itself.
+    void takeEnd(std::size_t index, bool page) {
+        ended_ = ended_ || !page;
+        if (section_ == nowhere) {
+            breaksBefore_ = breaksBefore_ || !page;
+            open_ = open_ && !(tolerant_ && breaksBefore_);
+            return;
+        }
+        (page ? pages_ : breaks_) = true;
+        if (open_) settingsEnd_ = index;
+        open_ = false;
+    }
+
+    void takeRunningOn(std::size_t index) {
+        if (!tolerant_ || !open_) return;
+        for (const std::u16string_view word : {u"\\sbknone", u"\\sbkcol"}) {
+            if (wordStandsAt(text_, index, word)) sectionWords_.push_back({wordAt(index), false});
+        }
+    }
+
+    // With the blank that ends it.
+    TextRange wordAt(std::size_t index) const { return {index, endWithBlank(text_, readWord(text_, index))}; }
+
+    void takeValue(std::size_t index) {
+        for (std::size_t i = 0; i < PageSetup::valueCount; ++i) {
+            if (open_ && sectionAt_[i] == nowhere && standsAt(text_, index, PageSetup::sectionWords[i])) {
+                sectionAt_[i] = index;
+            }
+            if (documentAt_[i] == nowhere && wordStandsAt(text_, index, PageSetup::documentWords[i])) {
+                documentAt_[i] = index;
+            }
+        }
+    }
+
+    std::u16string_view text_;
+    bool tolerant_;
+    std::array<std::size_t, PageSetup::valueCount> sectionAt_;
+    std::array<std::size_t, PageSetup::valueCount> documentAt_;
+    std::size_t section_ = nowhere;
+    std::size_t settingsEnd_ = nowhere;
+    bool open_ = true;  // what is read belongs to the settings
+    bool landscape_ = false;
+    bool portrait_ = false;
+    bool pages_ = false;
+    bool breaks_ = false;
+    bool breaksBefore_ = false;
+    bool document_ = false;
+    std::vector<SectionWord> sectionWords_;
+    std::size_t depth_;
+    RowState row_;
+    std::size_t lastRow_ = nowhere;  // behind the last \row, until a paragraph ends
+    HoldingPlace place_;
+    bool ended_ = false;  // the first section
+};
+
+void PageReader::read(std::u16string_view text, std::size_t begin) {
+    text_ = text;
+    RtfScanner scanner(text, begin, text.size());
+    while (scanner.next()) {
+        const std::size_t index = scanner.position();
+        if (text[index] == u'{') {
+            ++depth_;
+        } else if (text[index] == u'}') {
+            if (depth_ > 0) --depth_;
+            row_.close(depth_);
+            if (!ended_) place_.close(index, depth_);
+        } else {
+            take(index);
+            if (tolerant_ && wordStandsAt(text, index, u"\\bin")) scanner.goOnAt(skipEscape(text, index));
+        }
+    }
+}
+
+// The breaks of a whole text.
+class MergeBreaks {
+public:
+    MergeBreaks(std::u16string_view text, bool tolerant) : text_(text), tolerant_(tolerant) { read(); }
+
+    void separateHeaders() {
+        auto changes = JoinedHeaders(text_, joins_, tolerant_).changes();
+        changes_.insert(changes_.end(), std::make_move_iterator(changes.begin()),
+                        std::make_move_iterator(changes.end()));
+    }
+
+    TextEdits edits();
+
+private:
+    void cut(const TextRange& word) { changes_.push_back({word.begin, word.end, {}}); }
+    void read();
+    void finish(const PageReader& reader);
+    void replace(std::size_t at, const PageReader& reader);
+    void keepSections(const PageReader& reader);
+
+    std::u16string_view text_;
+    bool tolerant_;
+    PageSetup hostPage_;
+    std::size_t marker_ = nowhere;  // in front of the document that is read
+    bool behindRow_ = false;        // that marker
+    std::vector<JoinedHeaders::Join> joins_;
+    std::vector<JoinedHeaders::Change> changes_;
+};
+
+// No section can begin in a table row: a marker there ends a paragraph, and no document.
+void MergeBreaks::read() {
+    std::size_t at = findMarker(text_, 0);
+    if (at == nowhere) return;
+    PageReader reader(0, 0, tolerant_);
+    for (std::size_t begin = 0; begin <= text_.size(); at = findMarker(text_, begin)) {
+        const bool last = at == nowhere;
+        reader.read(text_.substr(0, at), begin);
+        begin = last ? text_.size() + 1 : at + marker.size();
+        if (!last && reader.inRow()) {
+            changes_.push_back({at, begin, u"\\par"});
+            continue;
+        }
+        finish(reader);
+        marker_ = at;
+        behindRow_ = reader.endsWithRow();
+        reader = PageReader(begin, reader.depth(), tolerant_);
+    }
+}
+
+// A document is read up to its end, with the marker in front of it, if one is.
+void MergeBreaks::finish(const PageReader& reader) {
+    if (marker_ == nowhere) {
+        hostPage_ = reader.documentPage();
+    } else if (tolerant_ || !reader.isBroken()) {
+        replace(marker_, reader);
+    } else {
+        return;
+    }
+    keepSections(reader);
+}
+
+void MergeBreaks::replace(std::size_t at, const PageReader& reader) {
+    const std::size_t behind = at + marker.size();
+    const std::u16string page = reader.page().words();
+    joins_.push_back({at, behind, reader.holdsDocument()});
+    if (!tolerant_) return changes_.push_back({at, behind, u"\\sect" + page});
+    constexpr std::u16string_view fresh = u"\\pard\\plain\\uc1";
+    const std::size_t place = reader.place();
+    std::u16string words = behindRow_ ? u"\\pard\\par\\sect" : u"\\sect";
+    std::u16string description = u"\\sectd" + page;
+    if (place == behind) {
+        words += description + std::u16string(fresh);
+    } else {
+        words += fresh;
+        if (!showsText(text_.substr(behind, place - behind))) description += fresh;
+        changes_.push_back({place, place, std::move(description)});
+    }
+    changes_.push_back({at, behind, std::move(words)});
+    const std::size_t section = reader.firstSection();
+    if (section != nowhere) cut({section, endWithBlank(text_, readWord(text_, section))});
+}
+
+// A document begins on a page of its own (the host does anyway, yet readers carry such a word on to the
+// next section), and its sections go back to its page, not to the host's.
+void MergeBreaks::keepSections(const PageReader& reader) {
+    const std::u16string page = reader.documentPage().wordsUnlike(hostPage_);
+    for (const auto& word : reader.sectionWords()) {
+        if (!word.resets) {
+            cut(word.place);
+        } else if (!page.empty()) {
+            changes_.push_back({word.place.end, word.place.end, page});
+        }
+    }
+}
+
+// What is put in goes in front of what is taken out there; a change that lies in another one is lost in it.
+TextEdits MergeBreaks::edits() {
+    const auto place = [](const auto& change) { return std::pair(change.begin, change.end); };
+    std::stable_sort(changes_.begin(), changes_.end(),
+                     [&](const auto& left, const auto& right) { return place(left) < place(right); });
+    TextEdits edits;
+    std::size_t behind = 0;
+    for (JoinedHeaders::Change& change : changes_) {
+        if (change.begin < behind) continue;
+        behind = change.end;
+        edits.replaceApartVal(change.begin, change.end, std::move(change.text));
+    }
+    return edits;
+}
+
+}  // namespace
+
+void Module1::ApplyMergePageBreaks(std::u16string& psText, const CleanOptions& options, bool pbHeaders) {
+    MergeBreaks breaks(psText, options.tolerant);
+    if (pbHeaders) breaks.separateHeaders();
+    breaks.edits().apply(psText);
+}
+
+}  // namespace velmor

@@ -1,0 +1,126 @@
+#include "rtf/read/CodePages.h"
+
+#include <algorithm>
+
+#include "rtf/read/BraceScanner.h"
+
+namespace velmor {
+namespace {
+
+#include "rtf/read/CodePages.inc"
+
+}  // namespace
+
+const CodePage* findCodePage(std::int32_t number) noexcept {
+    for (const CodePage& page : codePages) {
+        if (page.number == number) return &page;
+    }
+    return nullptr;
+}
+
+std::u16string_view characterSetOf(std::int32_t page) noexcept {
+    switch (page) {
+        case 932:
+            return u"128";
+        case 936:
+            return u"134";
+        case 949:
+            return u"129";
+        case 950:
+            return u"136";
+        default:
+            return {};
+    }
+}
+
+std::int32_t byteAt(std::u16string_view text, std::size_t index) noexcept {
+    const auto digit = [&](std::size_t at) {
+        const char16_t unit = at < text.size() ? text[at] : u' ';
+        if (unit >= u'0' && unit <= u'9') return unit - u'0';
+        const int letter = unit | 0x20;
+        return letter >= u'a' && letter <= u'f' ? letter - u'a' + 10 : -1;
+    };
+    const std::int32_t high = digit(index + 2), low = digit(index + 3);
+    return high < 0 || low < 0 ? -1 : high * 16 + low;
+}
+
+std::u16string unicodeWord(char16_t unit, std::int32_t fallback) {
+    const std::string number = std::to_string(static_cast<std::int16_t>(unit));
+    const auto count = static_cast<std::size_t>(std::clamp(fallback, 0, 8));
+    std::u16string text(u"\\u");
+    text.append(number.begin(), number.end());
+    return count == 0 ? text + u" " : text.append(count, u'?');
+}
+
+std::u16string withCharacters(std::u16string_view text, const CodePage& from, const CodePage* to) {
+    std::u16string result;
+    bool standsForOne = false;  // what comes next, for the \u in front
+    for (std::size_t at = 0; at < text.size();) {
+        std::size_t end = at + 1;
+        const std::int32_t byte = standsAt(text, at, u"\\'") ? byteAt(text, at) : -1;
+        const bool means = byte >= 0x80 && !standsForOne;
+        if (text[at] == u'\\') {
+            const ControlWord word = readWord(text, at);
+            end = byte >= 0 ? at + 4 : std::min(text.size(), std::max(word.end, at + 2));
+            standsForOne = word.letters == u"u";
+            if (standsForOne) end += standsAt(text, end, u" ");
+        } else {
+            standsForOne = false;
+        }
+        const char16_t unit = means ? from.meaning(static_cast<std::uint8_t>(byte)) : u'\0';
+        if (means && (to == nullptr || to->meaning(static_cast<std::uint8_t>(byte)) != unit)) {
+            result += unicodeWord(unit, 1);
+        } else {
+            result.append(text, at, end - at);
+        }
+        at = end;
+    }
+    return result;
+}
+
+std::int32_t numberOf(std::u16string_view digits) noexcept {
+    const bool negative = digits.substr(0, 1) == u"-";
+    std::int32_t value = 0;
+    for (const char16_t digit : digits.substr(negative)) {
+        if (value > 100000000) break;
+        value = value * 10 + (digit - u'0');
+    }
+    return negative ? -value : value;
+}
+
+std::int32_t codePageNamedBy(const ControlWord& word) noexcept {
+    if (word.letters == u"ansicpg") return numberOf(word.number);
+    if (word.letters == u"ansi") return windowsLatin;
+    if (word.letters == u"mac") return 10000;
+    if (word.letters == u"pc") return 437;
+    return word.letters == u"pca" ? 850 : 0;
+}
+
+namespace {
+
+// Ends the search for words of the header early in a document whose text lies in groups.
+bool beginsBody(const ControlWord& word) noexcept {
+    return word.letters == u"pard" || word.letters == u"plain" || word.letters == u"sectd" || word.letters == u"trowd";
+}
+
+}  // namespace
+
+std::int32_t codePageOfDocument(std::u16string_view text, std::size_t header) noexcept {
+    std::int32_t page = windowsLatin;
+    for (std::size_t at = header; (at = skipWhiteSpace(text, at)) < text.size();) {
+        if (text[at] == u'{') {
+            const std::size_t end = findGroupEnd(text, at + 1, true);
+            if (end == noGroupEnd) break;
+            at = end + 1;
+            continue;
+        }
+        if (text[at] != u'\\') break;
+        const ControlWord word = readWord(text, at);
+        if (word.letters.empty() || beginsBody(word)) break;
+        if (const std::int32_t named = codePageNamedBy(word)) page = named;
+        at = word.end;
+    }
+    return page;
+}
+
+}  // namespace velmor

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "rtf/read/ControlWord.h"
+
+namespace velmor {
+
+// A single-byte code page: what its bytes 0x80 to 0xFF mean.
+struct CodePage {
+    std::int32_t number;
+    std::array<char16_t, 128> upperHalf;
+
+    char16_t meaning(std::uint8_t byte) const noexcept { return byte < 0x80 ? byte : upperHalf[byte - 0x80u]; }
+};
+
+inline constexpr std::int32_t windowsLatin = 1252;
+
+// Null for a page of several bytes a character, and for one that is unknown.
+const CodePage* findCodePage(std::int32_t number) noexcept;
+
+// The character set of fonts in a page of several bytes a character; empty for another page.
+std::u16string_view characterSetOf(std::int32_t page) noexcept;
+
+// A byte of `from` that means something else, or nothing by itself, in `to` (null: of several bytes a
+// character) becomes the character that it means, with a "?" for readers without Unicode.
+std::u16string withCharacters(std::u16string_view text, const CodePage& from, const CodePage* to);
+
+// As \uN and a blank or what stands for it.
+std::u16string unicodeWord(char16_t unit, std::int32_t fallback);
+
+// The byte of a \'xx at the index; negative when it is none.
+std::int32_t byteAt(std::u16string_view text, std::size_t index) noexcept;
+
+// The number in digits, with a "-" in front or not; one beyond 9 digits is cut short, none is 0.
+std::int32_t numberOf(std::u16string_view digits) noexcept;
+
+// The code page that a word of a document's header names; 0 for another word.
+std::int32_t codePageNamedBy(const ControlWord& word) noexcept;
+
+// The code page of the document whose header begins at `header`, which may lie behind tables that have
+// been put in; 1252 when it names none.
+std::int32_t codePageOfDocument(std::u16string_view text, std::size_t header) noexcept;
+
+}  // namespace velmor

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "platform/Services.h"
+#include "rtf/read/RowTrimmer.h"
+
+namespace velmor {
+
+// Collects, by the places of the text as it is, the tables to bracket and the ranges to cut; then
+// makes the new text in one pass.
+class MarkerInsertion {
+public:
+    // Tables, inner ones before those that they lie in. A table may contain, but never cross,
+    // another one.
+    std::vector<TextRange> tables;
+    // Ascending, apart from one another, without the edge of a table in them.
+    std::vector<TextRange> cuts;
+
+    bool empty() const noexcept { return tables.empty(); }
+
+    // The text with a marker pair, of a new identity, around each table, and without the cuts.
+    // Blanks at its end are left out when trimmed is asked for.
+    std::u16string apply(const std::u16string& text, platform::Guids& guids, bool trimmed) const;
+};
+
+}  // namespace velmor

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "rtf/read/RowTrimmer.h"
+#include "rtf/tables/TableWord.h"
+
+namespace velmor {
+
+// Finds the nested tables that stand in an outer table, by the levels of its paragraphs. It is told
+// the table's words and braces from left to right; the rules are those of MarkNestedTables. Time is
+// linear, memory grows with the depth of nesting only.
+class NestedTableFinder {
+public:
+    // Appends to `found`, inner tables before those that they lie in.
+    NestedTableFinder(std::u16string_view text, std::vector<TextRange>& found) noexcept : text_(text), found_(found) {}
+
+    // A new range begins; tables that began before it are forgotten.
+    void begin(std::size_t index);
+
+    void take(TableWord word, std::size_t index);
+
+    // Whether braces matter at this place; elsewhere they need not be told.
+    bool needsBraces() const noexcept { return inRow_ || skipping_; }
+
+private:
+    using Level = std::uint32_t;
+
+    struct Start {
+        std::size_t index = 0;
+        std::size_t tables = 0;  // complete tables that begin there
+    };
+
+    // An unbroken run of paragraphs of `level` or deeper.
+    struct Run {
+        Level level;
+        Start start;
+        Start table;    // where the next table of the level begins
+        bool tableSet;  // false behind a table, until the next paragraph
+        bool firstRow;  // the table's first row was seen
+    };
+
+    void closeBrace(std::size_t index);
+    void endParagraph(Level level, std::size_t next);
+    void finishRow(std::size_t next);
+    void extendRuns(Level level);
+    void completeTable(Run& run, std::size_t end);
+    bool isMarked(const Start& start) const;
+    Level levelAt(std::size_t index) const;
+    std::size_t paragraphStart(std::size_t index) const;
+
+    std::u16string_view text_;
+    std::vector<TextRange>& found_;
+    std::vector<Run> runs_;
+    std::size_t paragraph_ = 0;  // where the current paragraph begins
+    Level level_ = 1;            // in force
+    Level cellLevel_ = 0;        // of the last nested cell; 0 when none came since the outer cell
+    std::ptrdiff_t depth_ = 0;   // of the braces that were told
+
+    bool inRow_ = false;  // in the properties of a nested row, which end before the paragraph does
+    bool rowIsFirst_ = false;
+    bool rowIsLast_ = false;
+    std::ptrdiff_t rowDepth_ = 0;
+
+    bool skipping_ = false;  // what only readers without nested tables read
+    std::ptrdiff_t skipDepth_ = 0;
+    std::size_t skipStart_ = 0;
+};
+
+}  // namespace velmor

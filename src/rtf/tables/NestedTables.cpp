@@ -1,0 +1,429 @@
+#include "rtf/tables/NestedTables.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "rtf/edit/TextEdits.h"
+#include "rtf/read/BraceScanner.h"
+#include "rtf/read/ParagraphText.h"
+#include "rtf/tables/ApartGroups.h"
+#include "rtf/tables/MarkerPairs.h"
+#include "rtf/tables/NestedWord.h"
+#include "rtf/tables/RowDefinition.h"
+#include "rtf/tables/TableWord.h"
+
+namespace velmor {
+namespace {
+
+constexpr std::size_t none = static_cast<std::size_t>(-1);
+constexpr std::size_t highestLevel = 9;
+constexpr std::size_t inch = 1440;  // in twips
+
+constexpr std::u16string_view inTableWords =
+    u"\\intbl\\itap1\\intbl\\itap2\\intbl\\itap3\\intbl\\itap4\\intbl\\itap5\\intbl\\itap6\\intbl\\itap7\\intbl\\itap8"
+    u"\\intbl\\itap9";
+constexpr std::u16string_view inTableWord = inTableWords.substr(0, 6);
+constexpr std::u16string_view paragraphEnd = u"\\par";
+constexpr std::u16string_view keepTogether = u"\\trkeep";
+
+constexpr std::u16string_view inTable(std::size_t level) {
+    return inTableWords.substr((level - 1) * 12, 12);
+}
+constexpr std::u16string_view levelWord(std::size_t level) {
+    return inTable(level).substr(6);
+}
+constexpr std::u16string_view levelDigit(std::size_t level) {
+    return inTable(level).substr(11);
+}
+
+std::u16string digitsOf(std::size_t number) {
+    const std::string digits = std::to_string(number);
+    return {digits.begin(), digits.end()};
+}
+
+struct Definition {
+    RowDefinition row;
+    std::size_t place;     // of its cut
+    std::size_t previous;  // in the same row
+};
+
+// A pair of markers whose end is ahead, or a group of text that stands apart.
+struct Open {
+    std::size_t end;    // of its own text
+    std::size_t level;  // 0: text that stands apart, which does not change
+
+    // The current paragraph. The places are those of changes that may become necessary.
+    std::size_t paragraph;             // begins here
+    std::size_t startPlace = none;     // until the first paragraph is set up
+    std::size_t defaultsPlace = none;  // behind the \pard of a paragraph without \intbl
+    std::size_t setUpPlace = none;     // behind a table or row, where the paragraph is to be set up again
+    bool isBehindTable = false;        // and no paragraph has ended since
+    std::size_t defaults = none;       // the last \pard
+
+    // The current row.
+    bool inRow = false;
+    std::size_t rowBegin = 0;
+    std::size_t cells = 0;
+    std::size_t nestedCells = 0;
+    std::size_t definition = none;        // the last one of the row
+    std::size_t nestedDefinition = none;  // where one begins that is in its group already
+    std::size_t lastDefinition = none;    // of the rows before
+
+    bool isTable() const noexcept { return level != 0; }
+    bool isNested() const noexcept { return level > 1; }
+};
+
+// Reads the text once, from left to right, and collects the changes.
+class Conversion {
+public:
+    Conversion(std::u16string_view text, bool tolerant) : text_(text), tolerant_(tolerant), apartGroups_(text) {}
+
+    TextEdits collect() {
+        for (const PairedMarker& marker : findMarkerPairs(text_, tolerant_)) {
+            readUpTo(marker.begin);
+            marker.isStart ? enter(marker) : leave(marker);
+        }
+        return std::move(edits_);
+    }
+
+private:
+    // ---- Pairs
+
+    void readUpTo(std::size_t limit);
+    void enter(const PairedMarker& marker);
+    void leave(const PairedMarker& marker);
+    void prepareForTable(std::size_t index);
+    Open* outerTable() { return open_.empty() || !open_.back().isTable() ? nullptr : &open_.back(); }
+
+    // ---- Words. What a word ends, it may end for the scanner, too: then the text goes on at at_.
+
+    bool take(std::size_t index, std::size_t limit);
+    void takeCell(const ControlWord& word);
+    void takeInTable(const ControlWord& word);
+    void takeLevel(const ControlWord& word);
+    void takeParagraphDefaults(const ControlWord& word);
+    bool takeDefinition(std::size_t index, std::size_t limit);
+    bool takeApartText(const ControlWord& word);
+    void takeRow(const ControlWord& word);
+    std::size_t definitionOfRow();
+    void nestRow(const ControlWord& word, const RowDefinition* definition);
+    void insertDefinition(std::size_t index, const RowDefinition* definition);
+    bool mayRepeat(TextRange definition);
+
+    // ---- Paragraphs
+
+    void beginParagraph(std::size_t index);
+    void endParagraph(bool endsInRow);
+    void setUpAgain();
+    std::size_t behindBraces(std::size_t index) const;
+
+    std::u16string_view text_;
+    bool tolerant_;
+    ApartGroups apartGroups_;
+    TextEdits edits_;
+    std::vector<Open> open_;
+    std::vector<Definition> definitions_;
+    std::vector<std::size_t> paragraphPlaces_;  // behind \par and \pard, since the last \intbl or pair
+    std::size_t repeats_ = 64 * text_.size();   // what repeated definitions may still take
+    std::size_t at_ = 0;
+};
+
+// ---- Pairs
+
+void Conversion::readUpTo(std::size_t limit) {
+    while (at_ < limit) {
+        if (open_.empty()) {
+            at_ = limit;
+        } else if (!open_.back().isTable()) {
+            at_ = std::min(limit, open_.back().end);
+            if (at_ == open_.back().end) open_.pop_back();
+        } else {
+            RtfScanner scanner(text_, at_, limit);
+            at_ = limit;
+            while (scanner.nextWord() && !take(scanner.position(), limit)) {
+            }
+        }
+    }
+}
+
+void Conversion::enter(const PairedMarker& marker) {
+    // A pair that leaves text which stands apart belongs neither there nor to the table around it.
+    if (!open_.empty() && marker.tableEnd > open_.back().end) return;
+    const Open* outer = outerTable();
+    const std::size_t level = outer == nullptr ? 1 : std::min(highestLevel, outer->level + 1);
+    if (outer != nullptr) prepareForTable(marker.begin);
+    paragraphPlaces_.clear();
+    at_ = marker.end;
+    Open& table = open_.emplace_back(Open{marker.tableEnd, level, marker.end});
+    if (table.isNested()) table.startPlace = edits_.reserve(marker.end);
+}
+
+void Conversion::leave(const PairedMarker& marker) {
+    if (open_.empty() || open_.back().end != marker.begin) return;
+    for (const std::size_t place : paragraphPlaces_) edits_.fill(place, inTable(open_.back().level));
+    paragraphPlaces_.clear();
+    open_.pop_back();
+    at_ = marker.end;
+    if (Open* outer = outerTable()) {
+        beginParagraph(marker.end);
+        outer->setUpPlace = edits_.reserve(behindBraces(marker.end));
+        outer->isBehindTable = true;
+    }
+}
+
+// What stands before a table in its cell becomes a paragraph of its own. An empty one keeps two
+// tables apart, which would else be shown as one.
+void Conversion::prepareForTable(std::size_t index) {
+    const Open& outer = open_.back();
+    if (!outer.isBehindTable && !showsText(text_.substr(outer.paragraph, index - outer.paragraph))) return;
+    endParagraph(false);
+    edits_.insert(index, paragraphEnd);
+}
+
+// ---- Words
+
+// True when at_ moved on.
+bool Conversion::take(std::size_t index, std::size_t limit) {
+    if (!nestedWords::mayMatter(text_, index)) return false;
+    const ControlWord word = readWord(text_, index);
+    switch (nestedWords::classify(word.letters)) {
+        case NestedWord::cell:
+        case NestedWord::nestedCell:
+            takeCell(word);
+            break;
+        case NestedWord::row:
+            takeRow(word);
+            break;
+        case NestedWord::definition:
+            return takeDefinition(index, limit);
+        case NestedWord::inTable:
+            takeInTable(word);
+            break;
+        case NestedWord::level:
+            takeLevel(word);
+            break;
+        case NestedWord::sectionEnd:
+            if (!open_.back().inRow) break;
+            edits_.replace(word.begin, word.end, paragraphEnd);
+            [[fallthrough]];
+        case NestedWord::paragraphEnd:
+            endParagraph(false);
+            paragraphPlaces_.push_back(edits_.reserve(word.end));
+            beginParagraph(word.end);
+            break;
+        case NestedWord::paragraphDefaults:
+            takeParagraphDefaults(word);
+            break;
+        case NestedWord::apartText:
+            return takeApartText(word);
+        case NestedWord::binary:
+            if (!tolerant_) break;
+            at_ = skipEscape(text_, index);
+            return true;
+        case NestedWord::other:
+            break;
+    }
+    return false;
+}
+
+void Conversion::takeCell(const ControlWord& word) {
+    endParagraph(true);
+    if (open_.back().isNested() && word.letters == u"cell") edits_.insert(word.begin + 1, u"nest");
+    open_.back().inRow = true;
+    ++(word.letters == u"cell" ? open_.back().cells : open_.back().nestedCells);
+    beginParagraph(word.end);
+}
+
+void Conversion::takeInTable(const ControlWord& word) {
+    Open& table = open_.back();
+    table.startPlace = table.defaultsPlace = none;
+    table.inRow = true;
+    paragraphPlaces_.clear();
+    if (!standsAt(text_, word.end, u"\\itap")) edits_.insert(word.end, levelWord(table.level));
+}
+
+void Conversion::takeLevel(const ControlWord& word) {
+    Open& table = open_.back();
+    table.startPlace = none;
+    const std::u16string_view digit = levelDigit(table.level);
+    const std::size_t number = word.numberBegin();
+    const bool isNegative = word.number.substr(0, 1) == u"-";
+    if (!word.number.empty() && !isNegative) {
+        edits_.replace(number, tolerant_ ? word.end : number + 1, digit);
+        return;
+    }
+    const bool hasInTable = word.begin >= 6 && standsAt(text_, word.begin - 6, inTableWord);
+    if (!hasInTable || !standsAt(text_, word.end, u"\\")) edits_.insert(word.begin, inTableWord);
+    // White space gives way, unless it would be missed behind the number; all else stays.
+    const char16_t next = word.end < text_.size() ? text_[word.end] : u'\0';
+    const char16_t second = word.end + 1 < text_.size() ? text_[word.end + 1] : u'\0';
+    const bool givesWay = !isNegative && isWhiteSpace(next) && !isDecimalDigit(second) && second != u' ';
+    edits_.replace(number, word.end + givesWay, digit);
+}
+
+void Conversion::takeParagraphDefaults(const ControlWord& word) {
+    Open& table = open_.back();
+    table.defaults = word.begin;
+    table.defaultsPlace = edits_.reserve(word.end);
+    table.startPlace = table.setUpPlace = none;
+    paragraphPlaces_.push_back(table.defaultsPlace);
+}
+
+bool Conversion::takeDefinition(std::size_t index, std::size_t limit) {
+    Open& table = open_.back();
+    table.inRow = true;
+    if (!table.isNested()) return false;
+    if (tables::isNestedDefinition(text_, index)) {
+        table.nestedDefinition = index;
+        return false;
+    }
+    const RowDefinition row = definitions_.empty() ? rowDefinitionAt(text_, index, limit)
+                                                   : rowDefinitionLike(text_, index, limit, definitions_.back().row);
+    definitions_.push_back({row, edits_.reserve(index), table.definition});
+    table.definition = definitions_.size() - 1;
+    at_ = row.range.end;
+    return true;
+}
+
+bool Conversion::takeApartText(const ControlWord& word) {
+    const std::size_t end = apartGroups_.closingBrace(word.begin);
+    if (end == 0 || end > open_.back().end) return false;
+    at_ = word.end;
+    open_.push_back(Open{end, 0, word.end});
+    return true;
+}
+
+void Conversion::takeRow(const ControlWord& word) {
+    endParagraph(true);
+    Open& table = open_.back();
+    std::size_t end = word.end;
+    if (table.isNested()) {
+        const bool isDone = table.nestedDefinition != none;
+        table.lastDefinition = definitionOfRow();
+        const RowDefinition* definition =
+            table.lastDefinition == none ? nullptr : &definitions_[table.lastDefinition].row;
+        if (!isDone && (definition != nullptr || table.cells + table.nestedCells != 0)) {
+            nestRow(word, definition);
+            end += standsAt(text_, end, u" ");
+        } else if (word.letters == u"row") {
+            edits_.insert(word.begin + 1, u"nest");
+        }
+        table.definition = table.nestedDefinition = none;
+    }
+    end += end == word.end && standsAt(text_, end, u" }");
+    table.inRow = false;
+    table.rowBegin = end;
+    table.cells = table.nestedCells = 0;
+    beginParagraph(end);
+    if (table.isNested()) table.startPlace = table.setUpPlace = edits_.reserve(behindBraces(end));
+}
+
+// The definition that holds for the row. Those that stand in the row leave it.
+std::size_t Conversion::definitionOfRow() {
+    const Open& table = open_.back();
+    if (table.nestedDefinition != none) {
+        definitions_.push_back({rowDefinitionAt(text_, table.nestedDefinition, table.end), none, none});
+        return definitions_.size() - 1;
+    }
+    if (table.definition == none) return table.lastDefinition;
+    for (std::size_t i = table.definition; i != none; i = definitions_[i].previous) {
+        edits_.fillCut(definitions_[i].place, definitions_[i].row.range.end);
+    }
+    return table.definition;
+}
+
+void Conversion::nestRow(const ControlWord& word, const RowDefinition* definition) {
+    const std::size_t row = word.begin;
+    const std::size_t keep = row - std::min(row, keepTogether.size());
+    // What keeps the row together may stand right in front of its end; it is a part of the definition.
+    const bool isKept = standsAt(text_, keep, keepTogether) && !isEscaped(text_, keep) &&
+                        keep >= open_.back().paragraph && (definition == nullptr || keep >= definition->range.end);
+    if (isKept) edits_.cut(keep, row);
+    edits_.insert(row, u"\\pard");
+    edits_.insert(row, inTable(open_.back().level));
+    edits_.insert(row, u"\\nowidctlpar{\\*\\nesttableprops");
+    insertDefinition(row, definition);
+    if (isKept) edits_.insert(row, keepTogether);
+    if (word.letters == u"row") edits_.insert(row + 1, u"nest");
+    // The blank that ends the word would be text behind the brace.
+    edits_.insert(word.end + standsAt(text_, word.end, u" "), u"}");
+}
+
+// Readers drop the cells for which a row has no column, so it gets the missing ones: an inch each.
+void Conversion::insertDefinition(std::size_t index, const RowDefinition* definition) {
+    const Open& table = open_.back();
+    std::size_t columns = 0, right = 0;
+    if (definition != nullptr && mayRepeat(definition->range)) {
+        edits_.insertPart(index, text_, definition->range);
+        columns = definition->columns;
+        if (columns != 0) right = nestedWords::numberOf(readWord(text_, definition->lastColumn).number);
+    } else {
+        edits_.insert(index, u"\\trowd");
+    }
+    std::u16string added;
+    // Nested cells are the row's own unless it has others.
+    for (; columns < (table.cells != 0 ? table.cells : table.nestedCells); ++columns) {
+        right += inch;
+        added.append(u"\\cellx").append(digitsOf(right));
+    }
+    if (!added.empty()) edits_.replaceVal(index, index, std::move(added));
+}
+
+// What rows without a definition repeat could make a long text of a short one without end.
+bool Conversion::mayRepeat(TextRange definition) {
+    if (definition.begin >= open_.back().rowBegin) return true;
+    const std::size_t length = definition.end - definition.begin;
+    if (length > repeats_) return false;
+    repeats_ -= length;
+    return true;
+}
+
+// ---- Paragraphs
+
+// Braces end groups that began in front of the place, and with them whatever is set up in these.
+std::size_t Conversion::behindBraces(std::size_t index) const {
+    for (std::size_t at = index; at < text_.size(); ++at) {
+        if (text_[at] == u'}') {
+            index = at + 1;
+        } else if (text_[at] != u'\r' && text_[at] != u'\n') {
+            break;
+        }
+    }
+    return index;
+}
+
+void Conversion::beginParagraph(std::size_t index) {
+    open_.back().paragraph = index;
+    open_.back().isBehindTable = false;
+}
+
+// Gives the paragraph that ends what it lacks to be one of its table.
+void Conversion::endParagraph(bool endsInRow) {
+    Open& table = open_.back();
+    if (table.startPlace != none) edits_.fillApart(table.startPlace, inTable(table.level));
+    if (table.setUpPlace != none) setUpAgain();  // which may be the same place
+    if (table.defaultsPlace != none) {
+        const std::size_t level = table.inRow || endsInRow ? table.level : table.level - 1;
+        if (level != 0) edits_.fill(table.defaultsPlace, inTable(level));
+    }
+    table.startPlace = table.defaultsPlace = table.setUpPlace = none;
+}
+
+// Behind a table the paragraph is set up in any case, behind a row only if words would be missed.
+void Conversion::setUpAgain() {
+    const Open& table = open_.back();
+    std::u16string words = table.defaults == none ? u"" : paragraphWords(text_, table.defaults);
+    if (words.empty() && !table.isBehindTable) return;
+    words.insert(0, u"\\pard").append(inTable(table.level));
+    edits_.fillApartVal(table.setUpPlace, std::move(words));
+}
+
+}  // namespace
+
+void Module1::ConvertNestedTables(std::u16string& psText, const CleanOptions& options) {
+    Conversion(psText, options.tolerant).collect().apply(psText);
+}
+
+}  // namespace velmor

@@ -1,0 +1,227 @@
+#include "rtf/tables/TableMarkers.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "rtf/read/Module1.h"
+#include "rtf/read/RowTrimmer.h"
+#include "rtf/tables/MarkerInsertion.h"
+#include "rtf/tables/NestedTableFinder.h"
+#include "rtf/tables/TableWord.h"
+#include "text/Compare.h"
+
+namespace velmor {
+namespace {
+
+constexpr std::size_t nowhere = std::u16string_view::npos;
+
+std::size_t findFirstRow(std::u16string_view text, std::size_t from) {
+    for (;; from += 6) {
+        from = findText(text, u"\\trowd", from, Comparison::binary);
+        if (from == nowhere) return nowhere;
+        if (!isEscaped(text, from) && tables::firstRowStandsAt(text, from)) return from;
+    }
+}
+
+std::size_t lastWord(std::u16string_view text, std::u16string_view word) {
+    const std::int32_t found = Module1::FindRTFWordInTextReverse(text, word, -1, Module1::binaryCompare, false);
+    return found == 0 ? nowhere : static_cast<std::size_t>(found) - 1;
+}
+
+// Where the table of a first row begins: at its cells, its \intbl or its \itap where these stand
+// before the row, but behind the table before it.
+std::size_t findTableStart(std::u16string_view text, std::size_t previousEnd, std::size_t row) {
+    const std::u16string_view before = text.substr(previousEnd, row - previousEnd);
+    std::size_t start = before.size();
+    if (before.size() >= 5 && before.substr(before.size() - 5) == u"\\cell") {
+        const std::int32_t first = Module1::FindRTFWordInText(1, before, u"\\cell", Module1::binaryCompare, false);
+        if (first != 0) start = static_cast<std::size_t>(first) - 1;
+    }
+    if (const std::size_t inTable = lastWord(before.substr(0, start), u"\\intbl"); inTable != nowhere) {
+        const std::size_t paragraph = lastWord(before.substr(0, inTable), u"\\par");
+        start = paragraph == nowhere ? inTable : paragraph;
+    }
+    const std::size_t level = lastWord(before.substr(0, start), u"\\itap");
+    if (level != nowhere && text[previousEnd + level + 5] != u'0') start = level;
+    return previousEnd + start;
+}
+
+// Tells a trimmer what stands in its rows, apart from their ends. Definitions of nested rows are not theirs.
+void takeRowWord(std::u16string_view text, TableWord word, std::size_t index, RowTrimmer& rows) {
+    if (word == TableWord::cell) {
+        rows.cell(index);
+    } else if (word == TableWord::marker) {
+        rows.marker(index);
+    } else if (word == TableWord::definition && !tables::isNestedDefinition(text, index)) {
+        rows.definition();
+    }
+}
+
+// Reads one table after the other, and collects what is to be inserted and cut.
+class TableReader {
+public:
+    explicit TableReader(std::u16string_view text) : text_(text), nested_(text, changes_.tables) {}
+
+    // Where the table that begins at `start` ends; nothing when its last row is missing: then the
+    // nested tables of its complete parts stay collected.
+    std::size_t read(std::size_t start);
+
+    const MarkerInsertion& changes() const { return changes_; }
+
+private:
+    // True when the row ends the table.
+    bool takeRow(std::size_t start, std::size_t index);
+    bool isTableEnd();
+
+    std::u16string_view text_;
+    MarkerInsertion changes_;
+    NestedTableFinder nested_;
+    RowTrimmer rows_;
+    std::size_t known_ = 0;         // tables before the current part
+    std::size_t nestedTables_ = 0;  // in the parts before
+    std::size_t lastRows_ = 0;
+    bool lastRowSeen_ = false;  // in the current part
+};
+
+std::size_t TableReader::read(std::size_t start) {
+    const std::size_t cuts = changes_.cuts.size();
+    known_ = changes_.tables.size();
+    nestedTables_ = lastRows_ = 0;
+    lastRowSeen_ = false;
+    rows_ = {};
+    nested_.begin(start);
+    RtfScanner scanner(text_, start, text_.size());
+    TableWord word;
+    while ((word = tables::next(scanner, nested_.needsBraces())) != TableWord::other) {
+        const std::size_t index = scanner.position();
+        // The marker parts a definition that begins the table from what stands before it.
+        if (index == start && word == TableWord::definition) rows_.definition();
+        takeRowWord(text_, word, index, rows_);
+        if (word == TableWord::lastRow) {
+            lastRowSeen_ = true;
+            ++lastRows_;
+        } else if (word == TableWord::row && takeRow(start, index)) {
+            return changes_.tables.back().end;
+        }
+        nested_.take(word, index);
+    }
+    changes_.cuts.resize(cuts);
+    changes_.tables.resize(known_);
+    return nowhere;
+}
+
+bool TableReader::takeRow(std::size_t start, std::size_t index) {
+    // Tables of earlier rows lie before this row's cells and do not matter.
+    if (!changes_.tables.empty()) rows_.marker(changes_.tables.back().end);
+    if (const auto cut = rows_.row(index)) changes_.cuts.push_back(*cut);
+    if (!lastRowSeen_) return false;
+    if (!isTableEnd()) {
+        nested_.begin(index);
+        return false;
+    }
+    const std::size_t end = index + 4;
+    changes_.tables.push_back({start, end + standsAt(text_, end, u" ")});
+    return true;
+}
+
+// A table ends with the row of its last "\lastrow" word, unless all of these words so far belong to
+// nested tables. A part without nested tables ends it in any case.
+bool TableReader::isTableEnd() {
+    const std::size_t found = changes_.tables.size() - known_;
+    nestedTables_ += found;
+    known_ += found;
+    lastRowSeen_ = false;
+    return found == 0 || lastRows_ > nestedTables_;
+}
+
+// The 0-based range of two 1-based positions, within the text.
+TextRange rangeWithin(const std::u16string& text, std::int32_t start, std::int32_t end) {
+    const auto clamp = [&](std::int32_t position) {
+        return position < 1 ? 0 : std::min(text.size(), static_cast<std::size_t>(position) - 1);
+    };
+    return {clamp(start), clamp(end)};
+}
+
+// Moves the text left over its cuts, as they come.
+class MovingLeft {
+public:
+    explicit MovingLeft(std::u16string& text) : text_(text) {}
+
+    void cut(TextRange range) {
+        moveUpTo(range.begin);
+        read_ = range.end;
+    }
+
+    std::size_t finish() {
+        moveUpTo(text_.size());
+        std::fill(text_.begin() + static_cast<std::ptrdiff_t>(written_), text_.end(), u' ');
+        return text_.size() - written_;
+    }
+
+private:
+    void moveUpTo(std::size_t end) {
+        if (read_ != written_) {
+            std::char_traits<char16_t>::move(text_.data() + written_, text_.data() + read_, end - read_);
+        }
+        written_ += end - read_;
+        read_ = end;
+    }
+
+    std::u16string& text_;
+    std::size_t written_ = 0;
+    std::size_t read_ = 0;
+};
+
+}  // namespace
+
+bool addTableMarkers(std::u16string& value, platform::Guids& guids) {
+    std::size_t row = findFirstRow(value, 0);
+    if (row == nowhere || findText(value, startTableMarker, 0, Comparison::binary) != nowhere) return false;
+    TableReader reader(value);
+    for (std::size_t end = 0; row != nowhere; row = findFirstRow(value, end)) {
+        end = reader.read(findTableStart(value, end, row));
+        if (end == nowhere) break;
+    }
+    if (reader.changes().empty()) return false;
+    value = reader.changes().apply(value, guids, true);
+    return true;
+}
+
+void RemoveExtraTrowd(std::u16string& value, std::int32_t& plTableStart, std::int32_t& plTableEnd) {
+    const TextRange table = rangeWithin(value, plTableStart, plTableEnd);
+    MovingLeft moving(value);
+    RowTrimmer rows;
+    RtfScanner scanner(value, table.begin, table.end);
+    TableWord word;
+    while ((word = tables::next(scanner, false)) != TableWord::other) {
+        const std::size_t index = scanner.position();
+        if (word != TableWord::row) {
+            // A cell that begins with the range lies in front of the table.
+            if (word != TableWord::cell || index > table.begin) takeRowWord(value, word, index, rows);
+        } else if (const auto cut = rows.row(index)) {
+            moving.cut(*cut);
+        }
+    }
+    plTableEnd -= static_cast<std::int32_t>(moving.finish());
+}
+
+std::int32_t MarkNestedTables(std::u16string& value, std::int32_t plTableStart, std::int32_t& plTableEnd,
+                              platform::Guids& guids) {
+    const TextRange table = rangeWithin(value, plTableStart, plTableEnd);
+    MarkerInsertion changes;
+    NestedTableFinder nested(value, changes.tables);
+    nested.begin(table.begin);
+    RtfScanner scanner(value, table.begin, table.end);
+    TableWord word;
+    while ((word = tables::next(scanner, nested.needsBraces())) != TableWord::other) {
+        nested.take(word, scanner.position());
+    }
+    if (changes.empty()) return 0;
+    const std::size_t length = value.size();
+    value = changes.apply(value, guids, false);
+    const std::int64_t end = plTableEnd + static_cast<std::int64_t>(value.size() - length);
+    plTableEnd = static_cast<std::int32_t>(std::min<std::int64_t>(end, std::numeric_limits<std::int32_t>::max()));
+    return static_cast<std::int32_t>(changes.tables.size());
+}
+
+}  // namespace velmor
