@@ -241,7 +241,12 @@ void HeaderSections::sectionDefaults(const FlowPlace& place) {
     }
     if (host && !section_.start) return;
     const std::size_t behind = place.begin + std::u16string_view(u"\\sectd").size();
-    section_.defaults.push_back(change(place.text, std::min(behind, place.end), place.end, false));
+    const std::size_t at = change(place.text, std::min(behind, place.end), place.end, false);
+    if (host) {
+        section_.defaults.push_back(at);
+    } else {
+        appendWords(changes_[at].put, section_.words);
+    }
 }
 
 void HeaderSections::distance(HeaderKind kind, std::u16string_view word, const FlowPlace& place) {

@@ -135,7 +135,7 @@ private:
         bool byDocument = false;  // a lifted document's break began it
         std::optional<Start> start;
         PerKind<std::vector<std::pair<std::size_t, std::size_t>>> hostGroups;
-        std::vector<std::size_t> defaults;  // changes behind \sectd
+        std::vector<std::size_t> defaults;  // changes after a \sectd of the host that follows the start
         Holding holding;                    // for what its start brings
     };
 
