@@ -88,7 +88,10 @@ private:
                 } else if (items.kind() == EntryItems::Kind::word) {
                     const ControlWord& word = items.word();
                     entry.numbers.emplace(word.letters, word.number);
-                    if (word.letters != u"styrsid") entry.words.append(u"\\").append(word.letters).append(word.number);
+                    const bool saysNothing = word.number == u"0" &&
+                                             (word.letters == u"sb" || word.letters == u"sa" || word.letters == u"sl");
+                    if (saysNothing || word.letters == u"styrsid") continue;
+                    entry.words.append(u"\\").append(word.letters).append(word.number);
                 }
             }
             take(entry);

@@ -40,6 +40,15 @@ StyleKind linkedKind(StyleKind kind) {
     return kind == StyleKind::paragraph ? StyleKind::character : StyleKind::paragraph;
 }
 
+std::optional<ControlWord> findWord(std::u16string_view look, std::u16string_view letters) {
+    for (std::size_t at = 0; (at = look.find(letters, at)) != look.npos; ++at) {
+        if (at == 0 || look[at - 1] != u'\\') continue;
+        const ControlWord word = readWord(look, at - 1);
+        if (word.letters == letters) return word;
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 StyleSheet::StyleSheet(const CleanOptions& options) : tolerant_(options.tolerant) {
@@ -189,7 +198,8 @@ void StyleSheet::settle(Style& style) {
             keeps ? static_cast<std::int32_t>(std::stol(std::string(number.begin(), number.end()))) : fresh_.next();
         if (known->second == 0) {
             hasNormal_ = true;
-            isNormalPlain_ = style.look.empty() && style.base.digits.empty();
+            normalLook_ = style.look;
+            if (!style.base.digits.empty()) normalLook_ += u"\\sbasedon";
         }
         if (!style.name.empty()) claimName(style);
     }
@@ -205,6 +215,22 @@ void StyleSheet::claimName(Style& style) {
     } while (!lastOfName_.emplace(style.name + style.suffix, 1).second);
 }
 
+// A style says itself what it does not inherit. LibreOffice lets styles inherit the spacing of their base, except from
+// style 0, which has another number now, and that of the host's style 0 where they have no base.
+std::u16string StyleSheet::ownSpacing(const Style& style) const {
+    if (!tolerant_ || host_ || style.kind != StyleKind::paragraph) return {};
+    const Style* const base = styleOf(style.base, style.kind);
+    const bool wasNormal = base != nullptr && style.base.digits == u"0" && base->newNumber != 0;
+    if (base != nullptr && !wasNormal) return {};
+    const std::u16string& inherited = wasNormal ? base->look : normalLook_;
+    std::u16string words;
+    for (const std::u16string_view letters : {u"sb", u"sa", u"sl"}) {
+        const bool lacks = findWord(inherited, letters) && !findWord(style.look, letters);
+        if (lacks) words.append(u"\\").append(letters).append(u"0");
+    }
+    return words;
+}
+
 void StyleSheet::append(const Style& style) {
     std::u16string entry(style.entry);
     struct Change {
@@ -218,10 +244,11 @@ void StyleSheet::append(const Style& style) {
         const std::int32_t number = to == nullptr ? otherwise : to->newNumber;
         changes.push_back({reference.at, reference.at + reference.digits.size(), decimal(number)});
     };
+    const std::u16string number = decimal(style.newNumber) + ownSpacing(style);
     if (!style.number.digits.empty()) {
-        point(style.number, &style, style.newNumber);
+        changes.push_back({style.number.at, style.number.at + style.number.digits.size(), number});
     } else if (style.newNumber != 0) {
-        changes.push_back({1, 1, u"\\s" + decimal(style.newNumber)});
+        changes.push_back({1, 1, u"\\s" + number});
     }
     point(style.base, styleOf(style.base, style.kind), noStyle);
     point(style.next, styleOf(style.next, StyleKind::paragraph), style.newNumber);
@@ -249,20 +276,16 @@ std::int32_t StyleSheet::defaultStyle(bool whole) {
         const std::int32_t number = styles_[static_cast<std::size_t>(place)].newNumber;
         return number == 0 ? NumberMap::none : number;
     }
-    if (whole && !isNormalPlain_) defaultStyle_ = plainStyle();
+    if (whole && !normalLook_.empty()) defaultStyle_ = plainStyle();
     return defaultStyle_;
 }
 
 std::int32_t StyleSheet::fontOfNormal() const {
     const std::int32_t place = places_[static_cast<std::size_t>(StyleKind::paragraph)].find(u"0");
     if (place == NumberMap::none) return NumberMap::none;
-    const std::u16string_view look = styles_[static_cast<std::size_t>(place)].look;
-    for (std::size_t at = 0; (at = look.find(u"\\f", at)) != look.npos; ++at) {
-        const ControlWord word = readWord(look, at);
-        const bool isShort = !word.number.empty() && word.number.size() < 7 && word.number[0] != u'-';
-        if (word.letters == u"f" && isShort) return std::stoi(std::string(word.number.begin(), word.number.end()));
-    }
-    return NumberMap::none;
+    const auto font = findWord(styles_[static_cast<std::size_t>(place)].look, u"f");
+    const bool isNumber = font && !font->number.empty() && font->number.size() < 7 && font->number[0] != u'-';
+    return isNumber ? std::stoi(std::string(font->number.begin(), font->number.end())) : NumberMap::none;
 }
 
 // One for all documents that need it.

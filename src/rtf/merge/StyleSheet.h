@@ -74,6 +74,7 @@ private:
     const Style* styleOf(const Reference& reference, StyleKind preferred) const;
     void claimName(Style& style);
     std::u16string nameOf(const Reference& reference, StyleKind preferred) const;
+    std::u16string ownSpacing(const Style& style) const;
     void append(const Style& style);
     void addNormalOfHost();
     std::int32_t plainStyle();
@@ -82,7 +83,7 @@ private:
     bool host_ = true;
     bool hasSheet_ = false;
     bool hasNormal_ = false;     // style 0 is there
-    bool isNormalPlain_ = true;  // it changes nothing
+    std::u16string normalLook_;  // the host's style 0; empty when it changes nothing
 
     std::unordered_map<std::u16string, std::int32_t> numbersByKey_;
     NameIndex lastOfName_;  // the highest suffix given to a name; 1 without one
