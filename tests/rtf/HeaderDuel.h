@@ -57,6 +57,7 @@ private:
 
     std::u16string body() {
         std::u16string text = choose_(3) == 0 ? u"\\facingp" : u"";
+        if (choose_(4) == 0) text += u"{\\*\\pgdsctbl{\\header no}}";
         for (unsigned section = 0, count = 1 + choose_(3); section < count; ++section) {
             if (section > 0) text += u"\\sect";
             // Without it, the break alone does not keep the words of the section in front from this one.

@@ -105,12 +105,12 @@ TEST(HeadersFootersOf, EveryWord) {
 
 // An empty header moves no text, wherever the document would have it.
 TEST(JoinedHeaders, EmptyOnesTakeNoRoom) {
-    std::u16string text = u"{\\rtf1{\\header h}a{\\*\\korvanemergepagebreak}{\\rtf1\\sectd\\headery1440 b}}";
+    std::u16string text = u"{\\rtf1{\\header h}a{\\*\\korvanemergepagebreak}{\\rtf1\\sectd\\headery1440 b\\sect c}}";
     CleanOptions options;
     options.tolerant = true;
     Module1::ApplyMergePageBreaks(text, options);
     EXPECT_NE(text.find(u"{\\header\\pard\\plain\\fs2\\par}"), text.npos) << toUtf8(text);
-    EXPECT_TRUE(text.ends_with(u"\\headery1440 b}\\headery0}")) << toUtf8(text);
+    EXPECT_TRUE(text.ends_with(u"\\headery1440 b{\\headery0\\sect}c}\\headery0}")) << toUtf8(text);
 }
 
 // \facingp is looked for before the text, behind the tables.

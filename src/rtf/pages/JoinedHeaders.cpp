@@ -105,19 +105,18 @@ void JoinedHeaders::read(std::size_t host) {
     }
     joinUpTo(text_.size());
     closeSection(lastBrace_);
-    closeDocument();
 }
 
 void JoinedHeaders::takeBrace(std::size_t index) {
     if (text_[index] == u'{') {
         ++depth_;
-        const bool named = !open_ && standsAt(text_, index + 1, u"\\");
-        const auto name = named ? headerNamed(readWord(text_, index + 1).letters) : std::nullopt;
-        if (name) open_ = OpenGroup{*name, index, depth_};
+        if (open_ || !standsAt(text_, index + 1, u"\\")) return;
+        const auto name = headerNamed(readWord(text_, index + 1).letters);
+        if (name || standsAt(text_, index + 1, u"\\*")) open_ = OpenGroup{name, index, depth_};
         return;
     }
     if (open_ && open_->depth == depth_) {
-        take(open_->name, open_->begin, index + 1);
+        if (open_->name) take(*open_->name, open_->begin, index + 1);
         open_.reset();
     }
     if (depth_ > 0) --depth_;
@@ -161,7 +160,6 @@ void JoinedHeaders::join(const Join& join) {
     if (open_) return;
     closeSection(join.begin);
     if (!join.document) return;
-    closeDocument();
     beginning_ = join.behind;
     for (const HeaderKind kind : headerKinds) {
         Pages& foreign = foreign_[kind];
@@ -173,11 +171,12 @@ void JoinedHeaders::join(const Join& join) {
 }
 
 void JoinedHeaders::closeSection(std::size_t end) {
-    for (const HeaderKind kind : headerKinds) closeSection(kind, end);
+    for (const HeaderKind kind : headerKinds) closeSection(kind);
     beginning_ = title_ = nowhere;
+    if (tolerant_) endSilently(end);
 }
 
-void JoinedHeaders::closeSection(HeaderKind kind, std::size_t end) {
+void JoinedHeaders::closeSection(HeaderKind kind) {
     const Pages given = std::exchange(given_[kind], {});
     Pages& own = own_[kind];
     Pages& foreign = foreign_[kind];
@@ -194,18 +193,18 @@ void JoinedHeaders::closeSection(HeaderKind kind, std::size_t end) {
         empty(beginning_ != nowhere ? beginning_ : title_, {kind, HeaderPages::first});
         foreign.first = false;
     }
-    if (emptied_[kind]) silentEnds_[kind].push_back(end);
+    emptied_[kind] = emptied_[kind] && !own.any();
 }
 
-// Empty headers at the page's edge do not move the text, however far from it the document would have its own.
-void JoinedHeaders::closeDocument() {
-    for (const HeaderKind kind : headerKinds) {
-        const Pages& own = own_[kind];
-        const bool silent = tolerant_ && !own.main && !own.left && !own.first;
-        for (const std::size_t end : std::exchange(silentEnds_[kind], {})) {
-            if (silent) change(end, end, kind == HeaderKind::header ? u"\\headery0" : u"\\footery0");
-        }
-    }
+// Empty headers at the page's edge do not move the text, however far from it the document would have its own. The
+// distance must not reach a later section, which may have one.
+void JoinedHeaders::endSilently(std::size_t end) {
+    std::u16string words;
+    if (emptied_[HeaderKind::header]) words += u"\\headery0";
+    if (emptied_[HeaderKind::footer]) words += u"\\footery0";
+    if (words.empty()) return;
+    if (!wordStandsAt(text_, end, u"\\sect")) return change(end, end, std::move(words));
+    change(end, endWithBlank(text_, readWord(text_, end)), u"{" + words + u"\\sect}");
 }
 
 void JoinedHeaders::empty(std::size_t place, HeaderName name) {

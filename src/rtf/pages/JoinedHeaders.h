@@ -48,10 +48,12 @@ private:
         bool main = false;  // all pages, or the right ones
         bool left = false;
         bool first = false;
+
+        bool any() const noexcept { return main || left || first; }
     };
 
     struct OpenGroup {
-        HeaderName name;
+        std::optional<HeaderName> name;  // absent in an ignorable destination
         std::size_t begin;
         std::size_t depth;
     };
@@ -65,8 +67,8 @@ private:
     void join(const Join& join);
     // `end`: where its last words may stand.
     void closeSection(std::size_t end);
-    void closeSection(HeaderKind kind, std::size_t end);
-    void closeDocument();
+    void closeSection(HeaderKind kind);
+    void endSilently(std::size_t end);
     void empty(std::size_t place, HeaderName name);
     void change(std::size_t begin, std::size_t end, std::u16string text) {
         changes_.push_back({begin, end, std::move(text)});
@@ -81,11 +83,10 @@ private:
     std::size_t document_ = 0;
     std::size_t depth_ = 0;
     std::optional<OpenGroup> open_;
-    PerKind<Pages> given_;                          // by the section that is read
-    PerKind<Pages> own_;                            // by the document, in sections before
-    PerKind<Pages> foreign_;                        // what documents in front gave and is inherited
-    PerKind<bool> emptied_;                         // the document was given an empty group
-    PerKind<std::vector<std::size_t>> silentEnds_;  // of its sections, up to the first group of its own
+    PerKind<Pages> given_;    // by the section that is read
+    PerKind<Pages> own_;      // by the document, in sections before
+    PerKind<Pages> foreign_;  // what documents in front gave and is inherited
+    PerKind<bool> emptied_;   // the document was given an empty group, and has none of its own so far
     std::size_t lastBrace_ = 0;
     std::size_t beginning_ = nowhere;  // of the document whose first section this is
     std::size_t title_ = nowhere;      // behind the section's \titlepg
