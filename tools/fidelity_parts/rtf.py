@@ -186,6 +186,22 @@ def on_page(data, page):
     return with_page_words(b"".join(out) + data[kept:], page)
 
 
+def as_joined(data, is_left):
+    """The document as it must look in a joined text: its first section begins on a page of its own. Is_left: the page
+    is a left one, and the document has facing pages."""
+    changed = {b"sbknone": b"sbkpage", b"sbkcol": b"sbkpage"}
+    swapped = {b"headerl": b"headerr", b"headerr": b"headerl", b"footerl": b"footerr", b"footerr": b"footerl"}
+    out, kept = [], 0
+    for token in tokens(data):
+        if token.word == b"sect":
+            changed = {}
+        word = changed.get(token.word) or is_left and swapped.get(token.word)
+        if word:
+            out.append(data[kept:token.start] + b"\\" + word)
+            kept = token.start + 1 + len(token.word)
+    return b"".join(out) + data[kept:]
+
+
 def with_whole_page(data):
     """The document with RTF's own page words for those that it lacks."""
     own = {token.word for token in tokens(data)}
