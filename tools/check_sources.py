@@ -1,5 +1,8 @@
 #!/usr/bin/env python3
-"""Checks include direction between the rooms, the one place for <windows.h>, and ASCII sources."""
+"""Checks the direction of includes between the rooms, the one header that includes <windows.h>, and ASCII sources.
+
+    tools/check_sources.py
+"""
 
 import os
 import re
@@ -24,7 +27,7 @@ RTF_ALLOWED["clean"] = ["read", "edit", "tables", "pages", "merge"]
 WINDOWS_HEADER = "src/platform/win32/Windows.h"
 WINDOWS_ROOMS = ("src/com/", "src/platform/win32/")
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
-# Windows headers that need <windows.h> before them, or bring it in.
+# Windows headers that need <windows.h> or include it.
 WINDOWS_OWN = re.compile(r"^(windows|ole|oa|obj|shl|shell|win|unknwn|oc|comdef|initguid)[a-z0-9]*\.h$", re.I)
 
 
@@ -65,6 +68,10 @@ def check_includes(path, text, report):
 
 
 def main():
+    if len(sys.argv) > 1:
+        print(__doc__)
+        return 0 if sys.argv[1] in ("-h", "--help") else 2
+    os.chdir(os.path.join(os.path.dirname(os.path.abspath(__file__)), ".."))
     faults = []
 
     def report(path, number, message):

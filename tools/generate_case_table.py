@@ -1,10 +1,13 @@
 #!/usr/bin/env python3
 """Writes src/text/CaseTable.inc: simple case mapping of UTF-16 units, from Python's Unicode data.
 
-A unit maps to one unit or stays as it is, and nothing but an ASCII letter maps to an ASCII letter.
-Mappings are held as differences modulo 2^16, in pages of 256; equal pages are stored once.
+A unit maps to one unit or to itself, and only an ASCII letter maps to an ASCII letter. Mappings are
+stored as differences modulo 2^16, in pages of 256; equal pages are stored once.
+
+    tools/generate_case_table.py
 """
 import os
+import sys
 import unicodedata
 
 PER_LINE = 16
@@ -46,6 +49,9 @@ def check(lower, upper):
 
 
 def main():
+    if len(sys.argv) > 1:
+        print(__doc__)
+        return 0 if sys.argv[1] in ("-h", "--help") else 2
     lower = [mapped(unit, str.lower) for unit in range(0x10000)]
     upper = [mapped(unit, str.upper) for unit in range(0x10000)]
     check(lower, upper)
@@ -66,7 +72,8 @@ def main():
     target = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "src", "text", "CaseTable.inc")
     with open(target, "w", encoding="ascii", newline="\n") as file:
         file.write("\n".join(out) + "\n")
+    return 0
 
 
 if __name__ == "__main__":
-    main()
+    sys.exit(main())

@@ -1,6 +1,9 @@
-"""Runs the built velmor as a user does. Call: test_velmor.py PROGRAM HANDLERS [-- RUNNER ...]
+#!/usr/bin/env python3
+"""Runs the built velmor as a user does.
 
-HANDLERS is the folder of the sample handler; RUNNER is what starts the program (Wine), if anything.
+    tests/cli/test_velmor.py PROGRAM HANDLERS [-- RUNNER ...]
+
+HANDLERS is the folder of the sample handler. RUNNER starts the program (Wine, for example).
 """
 
 import base64
@@ -594,6 +597,8 @@ class Binary(VelmorTest):
 
 if __name__ == "__main__":
     arguments = sys.argv[1:]
+    if arguments in (["-h"], ["--help"]):
+        sys.exit(print(__doc__))
     if "--" in arguments:
         RUNNER = arguments[arguments.index("--") + 1:]
         arguments = arguments[:arguments.index("--")]
