@@ -6,7 +6,7 @@
 
 namespace velmor::bench {
 
-// About 145 bytes of RTF, as they stand between two tags.
+// About 145 bytes of RTF between two tags.
 inline constexpr std::u16string_view kParagraph =
     u"\\pard\\plain \\s1\\qj\\fi360\\li0\\ri0\\sl276\\slmult1\\widctlpar {\\f1\\fs22\\lang1033 "
     u"The quick brown fox jumps over the lazy dog {\\b and so on} \\par }\r\n";
@@ -22,8 +22,8 @@ inline std::u16string distinctTag(std::size_t index) {
     return u"<KV:TAG>PROPERTY:n" + own + u"=v" + own + u":</KV>";
 }
 
-// The floor: a loop that only finds the next opening and closing marker, copies what lies between
-// tags and emits a text in the place of each.
+// The floor: a loop that only finds the next opening and closing marker, copies the text
+// between tags and emits a text in place of each tag.
 inline std::u16string floorOf(std::u16string_view text) {
     std::u16string result;
     result.reserve(text.size());

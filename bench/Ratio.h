@@ -14,9 +14,9 @@
 
 namespace velmor::bench {
 
-// Runs all benchmarks and prints, below their table, how each named X/ours compares with X/peer of
-// the same arguments; and, where X/ours ran on several sizes (its SetComplexityN), the exponent of
-// its growth. For repeated runs the smallest processor time counts: what else the machine does only adds.
+// Runs all benchmarks and prints below their table the ratio of each X/ours to X/peer with the same
+// arguments, and, where X/ours ran on several sizes (SetComplexityN), the exponent of its growth. Of
+// repeated runs the smallest processor time counts, since other load of the machine only adds to it.
 class RatioReporter : public benchmark::ConsoleReporter {
 public:
     void ReportRuns(const std::vector<Run>& runs) override {
@@ -74,9 +74,8 @@ private:
     std::map<std::string, Row> rows_;
 };
 
-// Where the C library can be told so: memory that was freed stays with the program, so that no run
-// depends on what the ones before it left behind. Without it the first touch of fresh pages, which
-// both sides pay alike, hides what is measured.
+// Keeps freed memory in the program, if the C library can, so that no run depends on the previous ones.
+// Otherwise the first touch of fresh pages, which costs both sides the same, hides the difference.
 inline void keepMemory() {
 #ifdef __GLIBC__
     mallopt(M_MMAP_THRESHOLD, 1 << 30);

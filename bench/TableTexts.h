@@ -6,10 +6,10 @@
 
 #include "rtf/read/RtfScanner.h"
 
-// What the benchmarks of the table stages measure: texts with tables, and the floor beside them.
+// Texts with tables for the benchmarks of the table stages, and their floor.
 namespace velmor::bench {
 
-// ---- Texts as word processors write them: the definition before the cells, and once more behind them.
+// ---- Texts as word processors write them: the definition precedes the cells and is repeated after them.
 
 inline std::u16string definition(std::u16string_view place) {
     std::u16string text(u"\\trowd ");

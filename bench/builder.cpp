@@ -1,4 +1,4 @@
-// privStrCat beside std::u16string on the same work.
+// privStrCat; the peer is std::u16string with the same work.
 
 #include <string>
 
@@ -73,7 +73,7 @@ void editPeer(benchmark::State& state) {
     }
 }
 
-// ---- Find. Half of ours goes without regard to case; the peer knows only the exact one.
+// ---- Find. Half of our searches ignore case; the peer's are exact.
 
 constexpr std::u16string_view soughtWords[] = {u"<KV:", u"\\trowd", u"{\\fonttbl", u"{\\rtf", u"\\page", u"</KV>"};
 

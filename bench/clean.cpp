@@ -1,4 +1,4 @@
-// Cleaning, merging included, beside a loop that reads the same RTF word by word and copies it.
+// Cleans with merging. The peer is a loop that reads the same RTF word by word and copies it.
 
 #include <string>
 
@@ -51,7 +51,7 @@ std::u16string row(std::size_t i) {
 
 enum class Shape { lifted, plain };
 
-// A host with one document a hundred kilobytes in it, or without any.
+// A host with one embedded document for every hundred kilobytes, or with none.
 std::u16string document(std::size_t length, Shape shape) {
     std::u16string text = header(0);
     text.reserve(length + 4096);

@@ -1,7 +1,7 @@
-// The evaluation of distinct tags through the component, as an early-bound host sees it: a BSTR goes
-// in, Result comes out. Built natively the same program calls the engine itself, so that tools/bench
-// can put the two side by side. It prints for each number of tags the seconds of the floor and of the
-// evaluation, the smallest of several runs, their ratio, and last the exponents of growth.
+// Evaluates distinct tags through the component like an early-bound host, from a BSTR to Result. The
+// native build of the program calls the engine itself, so tools/bench can compare the two. For each
+// number of tags it prints the smallest seconds of several runs of the floor and of the evaluation,
+// their ratio, and at the end the exponents of growth.
 //   bench_component [VELMOR3.DLL [NUMBER_OF_TAGS ...]]
 
 #include <algorithm>
@@ -39,7 +39,7 @@ void check(const char* what, HRESULT code) {
     if (FAILED(code)) fail(what, code);
 }
 
-// Registered or not: the class factory comes from the DLL itself.
+// Needs no registration: the class factory comes from the DLL itself.
 class Evaluator {
 public:
     explicit Evaluator(const char* component) {
@@ -97,7 +97,7 @@ std::u16string templateOf(std::size_t tags) {
     return text + u"}";
 }
 
-// The smallest of several runs: what else the machine does only adds.
+// The smallest of several runs, since other load of the machine only adds to it.
 template <class Work>
 double seconds(Work work, std::size_t length) {
     using Clock = std::chrono::steady_clock;

@@ -1,4 +1,4 @@
-// Evaluation beside its floor, a loop over the same bytes.
+// Evaluates templates. The floor is a loop over the same bytes.
 
 #include <sys/resource.h>
 
@@ -112,7 +112,7 @@ void addBesideFloor(const char* name, Shape shape, std::initializer_list<std::in
     }
 }
 
-// Its peer is the evaluation of as many distinct tags.
+// The peer evaluates as many distinct tags.
 void addBesideDistinct(const char* name, Shape shape, std::int64_t size) {
     const std::string group = name;
     benchmark::RegisterBenchmark((group + "/ours").c_str(), ours, shape)->Unit(benchmark::kMillisecond)->Arg(size);

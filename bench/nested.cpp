@@ -1,4 +1,4 @@
-// Converting nested tables beside a loop that reads the same RTF word by word and copies it.
+// Converts nested tables. The peer is a loop that reads the same RTF word by word and copies it.
 
 #include <string>
 #include <utility>
@@ -32,8 +32,8 @@ std::u16string tableOf(std::u16string_view firstCell) {
     return text.append(row(u"\\irow1\\irowband1")).append(row(u"\\irow2\\lastrow"));
 }
 
-// Tables of three rows, each in a cell of the one around it, `levels` deep; or beside one another
-// outside of any.
+// Tables of three rows, each in a cell of the one around it, `levels` deep, or in sequence without
+// nesting.
 std::u16string document(std::size_t length, int levels) {
     std::u16string text = u"{\\rtf1\\ansi";
     Markers markers;

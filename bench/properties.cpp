@@ -1,4 +1,4 @@
-// The text form of 100,000 mixed properties, read and written, beside RapidJSON on the same data.
+// Reads and writes the text form of 100,000 mixed properties. The peer is RapidJSON on the same data.
 
 #include <rapidjson/document.h>
 #include <rapidjson/stringbuffer.h>

@@ -1,4 +1,4 @@
-// Marking tables beside a loop that reads the same RTF word by word and copies it.
+// Marks tables. The peer is a loop that reads the same RTF word by word and copies it.
 
 #include <string>
 

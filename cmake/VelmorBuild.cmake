@@ -1,4 +1,4 @@
-# What every target of ours is compiled with, and the helpers that make one.
+# The options of every target, and functions that make targets.
 
 add_library(velmor_options INTERFACE)
 target_compile_options(velmor_options INTERFACE
@@ -23,7 +23,7 @@ if(VELMOR_LIBFUZZER)
     # Every room reports its coverage; only the fuzz targets link the fuzzer's main.
     target_compile_options(velmor_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
-# Hardening. Sanitised builds have better than the first two, and the third needs an optimised build.
+# Hardening. Sanitised builds do not need the first two options; the third needs an optimised build.
 if(NOT VELMOR_SANITIZE AND NOT VELMOR_SANITIZE_THREADS)
     target_compile_options(velmor_options INTERFACE -fstack-protector-strong
         $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)
@@ -35,16 +35,16 @@ else()
     include(CheckPIESupported)
     check_pie_supported(LANGUAGES CXX)
 endif()
-# What velmor_strip puts aside: functions and lines.
+# The symbols that velmor_strip separates: functions and lines.
 target_compile_options(velmor_options INTERFACE $<$<CONFIG:Release>:-g1>)
 target_include_directories(velmor_options INTERFACE
     ${PROJECT_SOURCE_DIR}/src ${PROJECT_BINARY_DIR}/generated)
 if(WIN32)
-    # COM interfaces have no virtual destructor: their objects delete themselves, as what they are.
+    # COM interfaces have no virtual destructor: their objects delete themselves by their own type.
     target_compile_options(velmor_options INTERFACE -Wno-non-virtual-dtor)
     target_compile_definitions(velmor_options INTERFACE UNICODE _UNICODE WINVER=0x0601 _WIN32_WINNT=0x0601)
     target_link_options(velmor_options INTERFACE -static)
-    # Doubles of 64 bits, as on every other machine, not the 80 of the old coprocessor.
+    # Doubles of 64 bits, as on every other machine, not the 80 bits of the coprocessor.
     target_compile_options(velmor_options INTERFACE -msse2 -mfpmath=sse)
 endif()
 
@@ -55,7 +55,7 @@ if(CMAKE_CROSSCOMPILING)
 endif()
 
 # velmor_room(NAME [room ...]): one static library from the folder, on the rooms that it may use.
-# Keeping the rooms apart lets the linker hold their direction, too.
+# With separate libraries the linker checks the direction of dependencies, too.
 function(velmor_room name)
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
     if(NOT sources)  # a room that holds only headers so far
@@ -72,7 +72,7 @@ function(velmor_room name)
     endforeach()
 endfunction()
 
-# velmor_members(ROOM CLASS ...): the late-bound members of public classes whose core lies in the room, from the IDL.
+# velmor_members(ROOM CLASS ...): the late-bound members of public classes whose core class is in the room, from the IDL.
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
 set(VELMOR_IDL ${PROJECT_SOURCE_DIR}/src/com/kvVelmor3.idl)
 set(VELMOR_GENERATE_MEMBERS ${PROJECT_SOURCE_DIR}/tools/generate_members.py)
@@ -87,7 +87,7 @@ function(velmor_members room)
     endforeach()
 endfunction()
 
-# velmor_strip(TARGET): a released binary without its symbols, which lie beside it in a file .debug that debuggers find.
+# velmor_strip(TARGET): moves the symbols of a released binary to a .debug file next to it, which debuggers find.
 function(velmor_strip name)
     if(CMAKE_BUILD_TYPE STREQUAL "Release")
         set(file $<TARGET_FILE:${name}>)
@@ -129,8 +129,8 @@ function(velmor_test name)
     velmor_test_needs_wine(${name})
 endfunction()
 
-# velmor_test_needs_wine(TEST ...): the tests start in a finished prefix, and the last one to end
-# leaves no process of Wine behind. Without cross compiling it does nothing.
+# velmor_test_needs_wine(TEST ...): the tests start in a finished prefix, and Wine's processes end
+# after the last one. Does nothing in a native build.
 function(velmor_test_needs_wine)
     if(NOT CMAKE_CROSSCOMPILING)
         return()

@@ -1,4 +1,4 @@
-# Libraries that are not ours: zlib (common), OpenSSL's libcrypto (platform, on Linux), CLI11 and nlohmann-json (cli),
+# External libraries: zlib (common), OpenSSL's libcrypto (platform, on Linux), CLI11 and nlohmann-json (cli),
 # SQLite (a sample, on Linux), GoogleTest, Google Benchmark.
 
 find_package(Threads REQUIRED)

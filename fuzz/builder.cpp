@@ -1,4 +1,4 @@
-// Calls on a string builder, held against the same calls on one flat buffer.
+// Compares calls of a string builder with the same calls of a flat buffer.
 
 #include <cstdio>
 #include <cstdlib>

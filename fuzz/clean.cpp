@@ -1,5 +1,5 @@
-// Cleaning RTF of any shape: it ends, grows within bounds, leaves nothing of its own behind, and keeps
-// balanced braces balanced.
+// Cleans any RTF: cleaning ends, the text grows within bounds, no placeholder remains, and balanced
+// braces stay balanced.
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,4 +1,4 @@
-// A template made of pieces that the bytes choose: the engine against the described loop.
+// Compares the engine with the literal loop, on templates made of pieces that the bytes choose.
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,5 +1,5 @@
-// Headers and footers of embedded and of joined documents, held against what a reader of each document
-// sees.
+// Compares the headers and footers of embedded and of joined documents with those that a reader of each
+// document sees.
 
 #include <algorithm>
 #include <cstdint>

@@ -1,4 +1,4 @@
-// Runs a fuzz target without a fuzzer: on the files named (to replay a crash), or on made-up input.
+// Runs a fuzz target without a fuzzer: on the named files (to replay a crash), or on generated input.
 //   fuzz_NAME FILE ...
 //   fuzz_NAME --random COUNT [SEED]
 

@@ -1,5 +1,5 @@
-// The text form: no text brings the reader down, and what it makes of a text is written and read
-// back without a change.
+// Reads any text as a text form: the reader never fails, and what it reads is the same after writing and
+// reading again.
 
 #include <algorithm>
 #include <cstdio>
@@ -17,7 +17,7 @@ using velmor::privProperties;
 
 constexpr std::u16string_view kDelimiters[] = {u":", u":", u":", u";", u"||", u"\"", u"=", u"", u"~", u"#"};
 
-// Random bytes hold no markers; these do. A byte below this count stands for its piece.
+// Random bytes contain no markers; these pieces do. A byte below their count selects one.
 // clang-format off
 constexpr std::u16string_view kPieces[] = {
     u":", u"=", u"\"", u"\":", u"a", u"b", u"~64\"", u"~HX\"", u"~GZ\"", u"~CE\"", u"\u00B5", u"~KV\"", u"~RO~",
@@ -39,8 +39,8 @@ std::u16string textOf(const std::uint8_t* data, std::size_t size) {
     return text;
 }
 
-// Names are written as they are, so one that holds a delimiter, or that cleaning would shorten, is
-// another one when it is read.
+// Names are written as they are, so a name with a delimiter, or one that reading shortens, is different
+// after reading.
 bool namesComeBack(const privProperties& collection) {
     for (std::int32_t i = 1; i <= collection.Count(); ++i) {
         const velmor::PropertyRef property = collection.Item(i);
@@ -60,7 +60,7 @@ void require(bool holds, const char* what, std::u16string_view text) {
 
 void readAndWrite(const std::uint8_t* data, std::size_t size) {
     velmor::platform::MemoryServices services;
-    services.pictures.failLoading = true;  // a picture leaves no text, so it cannot come back
+    services.pictures.failLoading = true;  // a picture is written without its bytes
     const std::u16string_view delimiter = kDelimiters[data[0] % std::size(kDelimiters)];
     const auto first = std::make_shared<privProperties>(services);
     const auto second = std::make_shared<privProperties>(services);
@@ -81,7 +81,7 @@ void readAndWrite(const std::uint8_t* data, std::size_t size) {
 
 }  // namespace
 
-// The whole input, and its short parts: in a long text some name is always odd.
+// The whole input, and its short parts: a long text always has such a name.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size >= 2) readAndWrite(data, size);
     for (std::size_t begin = 0, part; begin + 2 < size; begin += part) {

@@ -1,4 +1,4 @@
-// Table RTF made of pieces, and any text of the same bytes, held against the steps said plainly.
+// Compares the table stages with literal models, on table RTF made of pieces and on any text of the same bytes.
 
 #include <algorithm>
 #include <cstdio>

@@ -22,7 +22,7 @@ ObjectRef objectOf(const Variant& answer) {
     return object;
 }
 
-// The command is the name of the customer's member.
+// The command names a member of the customer.
 Variant valueFor(const ObjectRef& tag) {
     const ObjectRef direct = objectOf(tag->invoke(u"Direct", InvokeKind::get, {}));
     Variant className[] = {Variant(u"Sample.Customer")};

@@ -9,12 +9,12 @@
 
 namespace sample {
 
-// The handler "Sample.CustomerTag", on the tag's object cache: all tags of a document that name the
-// same customer read one row once.
+// The handler "Sample.CustomerTag". It uses the tag's object cache, so all tags of a document that name
+// the same customer read the row once.
 //
 //     <KV:CUSTOMER>NAME:ID=2:</KV>    <KV:CUSTOMER>CITY:ID=2:</KV>
 //
-// Without ID it is the customer of the tag before. A customer that does not exist is error 5.
+// Without ID it is the customer of the previous tag. An absent customer raises error 5.
 class CustomerTag final : public velmor::automation::Object {
 public:
     velmor::automation::Variant invoke(std::u16string_view name, velmor::automation::InvokeKind kind,

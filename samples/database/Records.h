@@ -24,7 +24,7 @@ private:
     std::u16string name_;
 };
 
-// A row of "object_types", or none: IsDefined, ClassName.
+// A row of "object_types", possibly absent: IsDefined, ClassName.
 class TypeDefinition final : public velmor::automation::Object {
 public:
     explicit TypeDefinition(std::u16string className) : className_(std::move(className)) {}
@@ -59,9 +59,9 @@ public:
     std::u16string typeName() const override { return u"Customer"; }
 
 private:
-    // Raises 13 for an object that is no database of ours.
+    // Raises 13 for an object that is not a Sample.Database.
     void Database(const velmor::automation::ObjectRef& object);
-    bool OpenItem(std::int32_t plID);  // false when there is no such row
+    bool OpenItem(std::int32_t plID);  // false when the row is absent
 
     DatabaseRef database_;
     std::u16string name_;

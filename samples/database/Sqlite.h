@@ -9,10 +9,10 @@
 
 namespace sample {
 
-// An open database file. What SQLite refuses is raised as error 5 with SQLite's own words.
+// An open database file. An error of SQLite is raised as error 5 with SQLite's message.
 class Connection {
 public:
-    explicit Connection(std::u16string_view path);  // makes the file when there is none
+    explicit Connection(std::u16string_view path);  // makes an absent file
 
     void execute(const char* sql);
     sqlite3* handle() const noexcept { return handle_.get(); }
@@ -31,7 +31,7 @@ public:
 
     Statement& bind(int parameter, std::int64_t value);
     Statement& bind(int parameter, std::u16string_view value);
-    bool step();  // true when there is a row to read
+    bool step();  // true when a row can be read
     std::int32_t number(int column) const;
     std::u16string text(int column) const;
 

@@ -15,7 +15,7 @@ namespace {
 
 using namespace velmor::automation;
 
-// The highest level that the component knows: everything in the table below is called.
+// The highest level of the component: every member of the table below is called.
 constexpr std::int32_t interfaceLevel = 5;
 
 struct Command {
@@ -54,7 +54,7 @@ bool isNothing(const Variant& value) {
 
 [[noreturn]] void refuse(const Variant& value, std::u16string_view kind) {
     throw velmor::Error(13, u"Sample.Formatter",
-                        u"\"" + toText(value).value_or(u"") + u"\" is no " + std::u16string(kind));
+                        u"\"" + toText(value).value_or(u"") + u"\" is not a " + std::u16string(kind));
 }
 
 std::u16string format(const Command& command, const Variant& value, std::u16string_view pattern) {
@@ -114,7 +114,7 @@ std::u16string Formatter::GetTagValue(const ObjectRef& poTag) {
                             : format(*command, value, parameter(tag_, u"PATTERN", command->defaultPattern));
 }
 
-// What is to be formatted.
+// The value to format.
 Variant Formatter::subject() const {
     const std::u16string property = parameter(tag_, u"PROPERTY", u"");
     if (property.empty()) return Variant(parameter(tag_, u"VALUE", u""));

@@ -15,8 +15,8 @@ namespace sample {
 //     <KV:FORMAT>NUMBER:VALUE=1234.5:PATTERN="#,##0.00":</KV>
 //
 // PROPERTY names a property of the tag and keeps its type, whatever the language of the machine;
-// VALUE is a text, tags in it evaluated. An absent or empty value gives the empty text, one that
-// is no date or number raises error 13. See Patterns.h for PATTERN.
+// VALUE is a text, tags in it evaluated. An absent or empty value gives the empty text; one that
+// is not a date or number raises error 13. See Patterns.h for PATTERN.
 class Formatter final : public velmor::automation::Object {
 public:
     velmor::automation::Variant invoke(std::u16string_view name, velmor::automation::InvokeKind kind,

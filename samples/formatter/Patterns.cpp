@@ -41,7 +41,7 @@ std::u16string namePart(std::u16string_view name, std::size_t run) {
     return std::u16string(run == 3 ? name.substr(0, 3) : name);
 }
 
-// A date part written `run` times, as "mmm"; empty when the character is none of the parts.
+// A date part written `run` times, as "mmm"; empty for any other character.
 std::u16string datePart(char16_t part, std::size_t run, const DateFields& fields, bool halfDays) {
     switch (part) {
         case u'd':
@@ -62,7 +62,7 @@ std::u16string datePart(char16_t part, std::size_t run, const DateFields& fields
     }
 }
 
-// The 15 significant decimal digits of a number above 0, and where its point stands among them.
+// The 15 significant decimal digits of a number above 0, and the place of its point among them.
 struct Decimals {
     std::u16string digits;
     int point = 0;
@@ -110,7 +110,7 @@ char16_t digitAt(const Decimals& value, int index) {
 struct NumberShape {
     std::size_t begin = 0, end = 0;  // of the digits' places within the pattern
     int whole = 0;                   // digits before the point that are always written
-    int always = 0, most = 0;        // digits behind it
+    int always = 0, most = 0;        // digits after it
     bool thousands = false;
 };
 
@@ -119,12 +119,12 @@ NumberShape shapeOf(std::u16string_view pattern) {
     constexpr std::u16string_view places = u"#0,.";
     shape.begin = std::min(pattern.find_first_of(u"#0"), pattern.size());
     shape.end = std::min(pattern.find_first_not_of(places, shape.begin), pattern.size());
-    bool behind = false;
+    bool afterPoint = false;
     for (const char16_t unit : pattern.substr(shape.begin, shape.end - shape.begin)) {
-        if (unit == u'.') behind = true;
-        if (unit == u',' && !behind) shape.thousands = true;
-        if (unit == u'0') ++(behind ? shape.always : shape.whole);
-        if (behind && (unit == u'0' || unit == u'#')) ++shape.most;
+        if (unit == u'.') afterPoint = true;
+        if (unit == u',' && !afterPoint) shape.thousands = true;
+        if (unit == u'0') ++(afterPoint ? shape.always : shape.whole);
+        if (afterPoint && (unit == u'0' || unit == u'#')) ++shape.most;
     }
     return shape;
 }

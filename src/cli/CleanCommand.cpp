@@ -27,7 +27,7 @@ public:
         if (Module1::isCleanable(text)) {
             clean(text, joins_ || options_.merge);
         } else if (!holdsTag_) {
-            tell(inputName(options_.inputs.front()) + " is not RTF of version 1; it is left as it is");
+            tell(inputName(options_.inputs.front()) + " is not RTF of version 1; it is not changed");
         }
         writeAll(services_.files, options_.output, encodeResult(text, TextEncoding::ansi));
         return reported_ ? exitReported : exitDone;
@@ -52,7 +52,7 @@ private:
             const std::size_t lost = joiner.add(texts[i], inputName(inputs[i]));
             if (lost == 0) continue;
             tell(inputName(inputs[i]) + ": " + std::to_string(lost) + (lost == 1 ? " character" : " characters") +
-                 " outside of the document left out");
+                 " outside the document left out");
         }
         return std::move(joiner).joined();
     }
@@ -70,8 +70,8 @@ private:
         const std::size_t found = findText(text, u"<KV:", 0, Comparison::text);
         if (found == text.npos) return;
         holdsTag_ = true;
-        tell(inputName(input) + " still holds a tag (position " + std::to_string(found + 1) + "); " +
-             (joins_ ? "the documents are joined, but not cleaned" : "it is left as it is"));
+        tell(inputName(input) + " still contains a tag (position " + std::to_string(found + 1) + "); " +
+             (joins_ ? "the documents are joined, but not cleaned" : "it is not changed"));
     }
 
     void reportPageBreaks(std::u16string_view text) {

@@ -74,7 +74,7 @@ Examples:
   velmor log VelmorLog-20240305.log
   velmor log --json VelmorLog-20240305.log | jq '.entries[0]')";
 
-// What CLI11 fills in, with options that are still to be converted.
+// The options as CLI11 sets them, before their conversion.
 struct Raw {
     EvalOptions eval;
     CleanCommandOptions clean;
@@ -88,7 +88,7 @@ struct Raw {
 
 std::string checkAssignment(const std::string& text) {
     const auto equals = text.find('=');
-    return equals == text.npos || equals == 0 ? "'" + text + "' is not of the form name=value" : std::string();
+    return equals == text.npos || equals == 0 ? "'" + text + "' does not have the form name=value" : std::string();
 }
 
 std::string checkEncoding(const std::string& text) {
@@ -113,13 +113,13 @@ EncodingChoice encodingOf(const std::string& name) {
 }
 
 void addRegistry(CLI::App& command, Raw& raw) {
-    command.add_option("--registry", raw.registry, "Take the registry from this .reg file")->type_name("FILE");
+    command.add_option("--registry", raw.registry, "The registry file (.reg)")->type_name("FILE");
 }
 
 void addSystem(CLI::App& command, Raw& raw) {
     addRegistry(command, raw);
 #ifndef _WIN32
-    command.add_option("--handlers", raw.handlers, "Look for handler libraries here as well; may be repeated")
+    command.add_option("--handlers", raw.handlers, "A folder with handler libraries; may be repeated")
         ->type_name("DIR")
         ->allow_extra_args(false)
         ->take_all();
@@ -139,7 +139,7 @@ CLI::App* addEval(CLI::App& app, Raw& raw) {
     command->add_option("--properties", raw.eval.propertyFile, "Read properties from this property file")
         ->type_name("FILE");
     addPasswordFile(*command, raw.eval.passwordFile)->needs("--properties");
-    command->add_option("--include-path", raw.includePath, "Where included files are (the property \"Path\")")
+    command->add_option("--include-path", raw.includePath, "The folder of included files (the property \"Path\")")
         ->type_name("DIR");
     command->add_flag("--exact", raw.eval.exact, "Include RTF exactly as the component does, without its tolerance");
     addEncoding(*command, raw.encoding);

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t maximalLength = (std::size_t{1} << 30) - 1;
 
-// Braces as a reader of RTF counts them, whatever cleaning does.
+// Counts braces as a reader of RTF does, also for exact cleaning.
 std::size_t closingBrace(std::u16string_view text, std::size_t document, const std::string& name) {
     const std::size_t end = findGroupEnd(text, document + 1, true);
     if (end == noGroupEnd) throw Failure(exitFile, name + " cannot be joined: its closing brace is missing");
@@ -29,7 +29,7 @@ std::size_t countVisible(std::u16string_view text) {
 
 void requireDocument(std::u16string& text, bool addVersion, const std::string& name) {
     const std::size_t document = findHostDocument(text);
-    if (document == noDocument) throw Failure(exitFile, name + " holds no RTF document");
+    if (document == noDocument) throw Failure(exitFile, name + " contains no RTF document");
     const std::size_t version = document + std::u16string_view(u"{\\rtf").size();
     if (addVersion && version < text.size() && !isLetter(text[version]) && text[version] != u'-' &&
         hostHeaderStart(text, document) == version) {
@@ -48,7 +48,7 @@ std::size_t DocumentJoiner::add(std::u16string_view text, const std::string& nam
     const std::size_t end = closingBrace(text, begin, name) + 1;
     const std::size_t added = Module1::mergePageBreakMarker.size() + (end - begin);
     if (text_.size() + tail_.size() + added > maximalLength) {
-        throw Failure(exitFile, "with " + name + " the document becomes longer than a text can be");
+        throw Failure(exitFile, "with " + name + " the joined document is too large");
     }
     text_ += Module1::mergePageBreakMarker;
     text_ += text.substr(begin, end - begin);

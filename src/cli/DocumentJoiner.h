@@ -7,15 +7,15 @@
 namespace velmor::cli {
 
 // Inserts the version 1, which cleaning looks for, into a document without a version: "{\rtf\ansi"
-// means "{\rtf1\ansi". Throws Failure (exitFile) when the text holds no RTF document;
+// means "{\rtf1\ansi". Throws Failure (exitFile) when the text contains no RTF document;
 // `name` is for messages.
 void requireDocument(std::u16string& text, bool addVersion, const std::string& name);
 
 // Joins documents for cleaning in merge mode: each further document is inserted before the closing
 // brace of the first, preceded by the marker group of a merge page break. Linear in the texts.
 //
-// Texts have passed requireDocument. A document without a closing brace, and a joined text that would
-// be longer than a text can be, throw Failure (exitFile).
+// The texts have passed requireDocument. Throws Failure (exitFile) for a document without a closing
+// brace, and for a joined text that exceeds the length of a text.
 class DocumentJoiner {
 public:
     DocumentJoiner(std::u16string first, const std::string& name);

@@ -22,7 +22,7 @@ bool isRtf(std::string_view bytes) {
     return bytes.starts_with("{\\rtf");
 }
 
-// Nothing where encoding the text again would not give the same bytes.
+// Nothing when encoding the text again would give other bytes.
 std::optional<std::u16string> fromStrictUtf8(std::string_view bytes) {
     std::u16string text = fromUtf8(bytes);
     return toUtf8(text) == bytes ? std::optional(std::move(text)) : std::nullopt;

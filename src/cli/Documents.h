@@ -7,8 +7,8 @@
 
 namespace velmor::cli {
 
-// What --encoding asks for. A byte order mark (UTF-8, UTF-16) wins over it, and RTF is always read
-// as bytes of the ANSI code page.
+// The choice of --encoding. A byte order mark (UTF-8, UTF-16) takes precedence, and RTF is always in
+// the ANSI code page.
 enum class EncodingChoice {
     automatic,  // UTF-8 where the bytes are valid UTF-8 with a character beyond ASCII, else ANSI
     ansi,
@@ -16,8 +16,7 @@ enum class EncodingChoice {
 };
 
 // A text from its bytes, without a byte order mark; `name` is for messages. Throws Failure (exitFile)
-// where decoding would lose something: bytes that are not UTF-8 though the choice or a mark says so,
-// and half a UTF-16 unit.
+// for bytes that are not UTF-8 although the choice or a mark says so, and for half a UTF-16 unit.
 std::u16string decodeText(std::string_view bytes, EncodingChoice choice, const std::string& name);
 
 // The same for a file that a template includes. It never fails: bytes that are not UTF-8 are ANSI.

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t maximalLines = 1000;
 
-// Names and texts come from the template, and may be as long as that.
+// Names and texts come from the template and may be as long as the template.
 std::string shown(std::u16string_view text) {
     return toUtf8(onOneLine(text, 200));
 }

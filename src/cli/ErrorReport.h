@@ -11,9 +11,9 @@
 
 namespace velmor::cli {
 
-// Collects the entries of the error log while a template is evaluated, and reports them: where the
-// outermost tag that led to an entry begins, that tag, and what failed. Entries that differ in the
-// tag alone are one line, with the place of the first and a count.
+// Collects the entries of the error log while a template is evaluated, and reports them: the place of
+// the outermost tag that led to an entry, that tag, and the error. Entries that differ in the tag alone
+// share a line, with the place of the first and a count.
 class ErrorReport final : public ErrorListener {
 public:
     // `name` is the template's, for messages.
@@ -34,7 +34,7 @@ private:
     std::string name_;
     std::vector<std::size_t> lineStarts_;  // 0-based
     std::vector<Line> lines_;
-    std::unordered_map<std::u16string, std::size_t> known_;  // which line says it
+    std::unordered_map<std::u16string, std::size_t> known_;  // the line of each error
     std::size_t others_ = 0;                                 // entries beyond the lines that are kept
 };
 

@@ -20,7 +20,7 @@ void setProperty(privProperties& properties, const std::string& assignment) {
     properties.AddStr(fromUtf8(assignment.substr(0, equals)), fromUtf8(assignment.substr(equals + 1)), true);
 }
 
-// As the properties say, where they do.
+// Does not change a value that the properties set, unless `exact`.
 void makeTolerant(privProperties& properties, bool exact) {
     constexpr std::u16string_view name = u"kvTag.RTF Tolerant";
     if (exact || !properties.Item(name)) properties.AddBoolean(name, !exact, true);

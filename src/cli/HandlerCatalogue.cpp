@@ -34,7 +34,7 @@ void addHandlers(std::vector<HandlerEntry>& target, const privProperties& list, 
 std::u16string failureToCreate(platform::Services& services, const HandlerEntry& handler) {
     if (handler.builtIn) return {};
     const std::u16string className = HandlerAddress::parse(handler.name).className(services.registry);
-    if (className.empty()) return u"no class name is registered";
+    if (className.empty()) return u"its class name is empty";
     try {
         ITag4::create(services.objects, className);
         return {};

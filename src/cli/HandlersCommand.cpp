@@ -88,7 +88,7 @@ ExitCode runHandlers(platform::Services& services, const HandlersOptions& option
     if (isOne) {
         const std::u16string name = fromUtf8(options.name);
         std::erase_if(handlers, [&](const HandlerEntry& entry) { return !equalIgnoringCase(entry.name, name); });
-        if (handlers.empty()) throw Failure(exitFile, options.name + ": no handler of this name is registered");
+        if (handlers.empty()) throw Failure(exitFile, options.name + ": this handler is not registered");
     }
     for (HandlerEntry& handler : handlers) readCommands(services, handler);
     writeAll(services.files, "-", options.json ? listJson(handlers) : listText(handlers));

@@ -13,8 +13,8 @@ struct HandlersOptions {
     bool json = false;
 };
 
-// velmor handlers: lists the registered handlers, those of groups included, and what each says about
-// its commands. A handler that cannot be created is listed and reported. Throws Failure (exitFile)
+// velmor handlers: lists the registered handlers, those of groups included, and their commands. A
+// handler that cannot be created is listed and reported. Throws Failure (exitFile)
 // when no handler has the given name.
 ExitCode runHandlers(platform::Services& services, const HandlersOptions& options);
 

@@ -6,8 +6,8 @@
 
 namespace velmor::cli {
 
-// A text as part of a line for people: control characters are shown as \r, \n, \t or \u and four
-// digits, and so are lone surrogates; a text of more than `longest` units is cut short.
+// A text as part of one line: control characters and lone surrogates are shown as \r, \n, \t or \u and
+// four digits; a text of more than `longest` units is shortened.
 std::u16string onOneLine(std::u16string_view text, std::size_t longest = std::u16string_view::npos);
 
 // With blanks up to the width of a column, counted in UTF-16 units.

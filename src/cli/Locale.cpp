@@ -26,7 +26,7 @@ std::optional<std::string> argumentText(const std::string& argument) {
 
 namespace {
 
-// The user's locale, as far as characters go; where it is not installed, C.
+// The character set of the user's locale; of C when the locale is not installed.
 class UserLocale {
 public:
     UserLocale() : locale_(newlocale(LC_CTYPE_MASK, "", nullptr)) {

@@ -7,9 +7,9 @@
 
 namespace velmor::cli {
 
-// The encoding for text that comes without any, such as what is put into an ASCII template: the
-// ANSI code page on Windows; elsewhere UTF-8 where the locale says so or knows ASCII alone (C, POSIX),
-// and the ANSI code page for every other locale.
+// The encoding of text whose encoding nothing else decides, such as the results in an ASCII template.
+// Windows: the ANSI code page. Elsewhere: UTF-8 in a UTF-8 or ASCII locale (C, POSIX), else the ANSI
+// code page.
 TextEncoding localeEncoding();
 
 // A command-line argument (in the locale's encoding; on Windows in UTF-8, as main makes it) in UTF-8.

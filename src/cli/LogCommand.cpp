@@ -16,7 +16,7 @@ using Json = nlohmann::ordered_json;
 
 constexpr std::size_t kLongestHandler = 40;
 
-// To the thousandth of a second that the log has.
+// In thousandths of a second, as in the log.
 std::string secondsText(std::int64_t milliseconds) {
     const std::string digits = std::to_string(milliseconds);
     const std::string filled = digits.size() < 4 ? std::string(4 - digits.size(), '0') + digits : digits;

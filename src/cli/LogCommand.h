@@ -13,7 +13,7 @@ struct LogOptions {
 };
 
 // velmor log: sums up a day's timing log, a line for each stage and handler. Lines that are not log
-// lines, and a last line that was cut off, are counted and reported.
+// lines, and an incomplete last line, are counted and reported.
 ExitCode runLog(platform::Services& services, const LogOptions& options);
 
 }  // namespace velmor::cli

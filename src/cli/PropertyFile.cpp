@@ -12,11 +12,12 @@ using namespace std::string_view_literals;
 std::u16string readPassword(const platform::Files& files, const std::string& name) {
     const std::u16string text = decodeText(readAll(files, name), EncodingChoice::utf8, inputName(name));
     std::u16string password = text.substr(0, text.find_first_of(u"\r\n"));
-    if (password.empty()) throw Failure(exitFile, "the first line of " + inputName(name) + " holds no password");
+    if (password.empty())
+        throw Failure(exitFile, "the first line of " + inputName(name) + " is empty; it must be the password");
     return password;
 }
 
-// Catches files of another kind, such as JSON or RTF, which would be read as odd names without values.
+// Catches files of another kind, such as JSON or RTF, which would be read as names without values.
 void requireProperties(std::u16string_view text, const std::string& name) {
     const auto first = text.find_first_not_of(u" \t\r\n\0"sv);
     if (first == text.npos) return;
@@ -37,9 +38,9 @@ void readPropertyFile(privProperties& into, const platform::Files& files, const 
         into.Build(text);
         return;
     }
-    if (!isEnciphered(text)) throw Failure(exitFile, name + " is not enciphered; it opens without a password");
+    if (!isEnciphered(text)) throw Failure(exitFile, name + " is not enciphered; omit --password-file");
     const auto deciphered = textFromEnciphered(text, readPassword(files, file.passwordFile));
-    if (!deciphered) throw Failure(exitFile, "cannot open " + name + ": another password, or a damaged file");
+    if (!deciphered) throw Failure(exitFile, "cannot open " + name + ": the password is wrong, or the file is damaged");
     into.BuildByDelimited(*deciphered);
 }
 

@@ -16,7 +16,7 @@ struct PropertyFile {
 };
 
 // Reads the file into the collection, whose entries it replaces. White space after the last entry
-// does not count. Throws Failure (exitFile) when something cannot be read, when the text does not
+// is ignored. Throws Failure (exitFile) when something cannot be read, when the text does not
 // begin with a property, when the password is wrong, and when a password is given for a text that is
 // not enciphered or is missing for one that is.
 void readPropertyFile(privProperties& into, const platform::Files& files, const PropertyFile& file);

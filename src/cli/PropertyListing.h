@@ -7,15 +7,14 @@
 
 namespace velmor::cli {
 
-// A collection for people and for programs, in UTF-8, with attributes, child properties and nested
-// collections.
+// Lists a collection in UTF-8, with attributes, child properties and nested collections.
 struct PropertyListing {
     std::string text;
-    bool complete = true;  // false: what is nested deeper than 100 levels was left out
+    bool complete = true;  // false: levels deeper than 100 were left out
 };
 
 // A table of names, types and values, a line each. Attributes are marked "@" and child properties
-// "+". Texts are shown as by onOneLine; long ones are cut short.
+// "+". Texts are shown as by onOneLine; long ones are shortened.
 PropertyListing propertyTable(platform::Services& services, const privProperties& collection);
 
 // JSON, one line for each property of the collection. A lone surrogate becomes U+FFFD.

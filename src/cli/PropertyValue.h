@@ -8,9 +8,9 @@
 
 namespace velmor::cli {
 
-// The values of a property file, written the same way on every system and in every locale.
+// The values of a property file, in the same form on every system and in every locale.
 
-// The collection that the property holds as its value; null when it holds none.
+// The collection that the property holds as its value; null for any other value.
 const privProperties* nestedCollection(const privProperty& property);
 
 // "Collection" for a nested one, else the automation type's name.

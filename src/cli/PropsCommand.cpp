@@ -14,8 +14,8 @@ ExitCode runProps(platform::Services& services, const PropsOptions& options) {
         options.json ? propertyJson(services, *collection) : propertyTable(services, *collection);
     writeAll(services.files, "-", listing.text);
     if (listing.complete) return exitDone;
-    report(inputName(options.file.name) + ": what is nested deeper than " +
-           std::to_string(privProperties::maximumNesting) + " levels is not listed");
+    report(inputName(options.file.name) + ": more than " + std::to_string(privProperties::maximumNesting) +
+           " levels of nesting; the deeper ones are not listed");
     return exitReported;
 }
 

@@ -36,7 +36,7 @@ std::string readStream(std::FILE* stream, const std::string& name) {
     std::array<char, 65536> block{};
     while (const std::size_t count = std::fread(block.data(), 1, block.size(), stream)) {
         bytes.append(block.data(), count);
-        if (bytes.size() > maximalInput) refuseReading(name, "it is longer than a text can be");
+        if (bytes.size() > maximalInput) refuseReading(name, "it is too large");
     }
     if (std::ferror(stream)) refuseReading(name, std::strerror(errno));
     return bytes;
@@ -58,7 +58,7 @@ void requireOutput(bool written) {
     if (!written) throw Failure(exitFile, "cannot write standard output: " + std::string(std::strerror(errno)));
 }
 
-// Finds it as the engine finds files.
+// Finds the file as the engine finds files.
 bool isFolder(const std::string& name) {
     std::error_code none;
 #ifdef _WIN32
@@ -96,8 +96,8 @@ std::string readAll(const platform::Files& files, const std::string& name) {
     if (auto bytes = files.read(path)) return *std::move(bytes);
     if (isStream(path)) return readNamedStream(name);
     if (isFolder(name)) refuseReading(name, "it is a folder");
-    if (!files.exists(path)) throw Failure(exitFile, "there is no file " + inputName(name));
-    refuseReading(name, "it may not be read, or is longer than a text can be");
+    if (!files.exists(path)) throw Failure(exitFile, "file not found: " + inputName(name));
+    refuseReading(name, "access is denied, or the file is too large");
 }
 
 void writeAll(platform::Files& files, const std::string& name, std::string_view bytes) {
@@ -118,7 +118,7 @@ void finishPrinting() {
 }
 
 void requireFolder(const std::string& name) {
-    if (!isFolder(name)) throw Failure(exitFile, "there is no folder '" + name + "'");
+    if (!isFolder(name)) throw Failure(exitFile, "folder not found: '" + name + "'");
 }
 
 void report(std::string_view message) {

@@ -7,10 +7,10 @@
 
 namespace velmor::cli {
 
-// The standard streams carry documents byte for byte: no line ends are changed on Windows.
+// Makes the standard streams binary: Windows must not change line ends of documents.
 void makeStreamsBinary();
 
-// What messages call an input.
+// The name of an input in messages.
 std::string inputName(const std::string& name);
 
 // All bytes of a file, a pipe or a device, or of standard input when the name is "-" or empty. Throws
@@ -21,12 +21,12 @@ std::string readAll(const platform::Files& files, const std::string& name);
 // Failure (exitFile).
 void writeAll(platform::Files& files, const std::string& name, std::string_view bytes);
 
-// Writes to standard output bit by bit, for output that should not be held whole; finishPrinting ends
+// Writes to standard output piece by piece, for output that is not held as a whole; finishPrinting ends
 // it. Both throw Failure (exitFile).
 void print(std::string_view bytes);
 void finishPrinting();
 
-// Throws Failure (exitFile) unless there is a folder of this name.
+// Throws Failure (exitFile) unless the folder exists.
 void requireFolder(const std::string& name);
 
 // One line "velmor: <message>" on standard error. Line ends and other control characters within the

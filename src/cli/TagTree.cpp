@@ -28,10 +28,10 @@ TagNode parseTag(platform::Services& services, std::u16string_view text, const T
     return node;
 }
 
-// A tag within which the next one may stand, and the template as a whole.
+// The template, or a tag that may contain the next one.
 struct Level {
     std::size_t end;
-    std::size_t resume = 0;  // markers before this place are passed over
+    std::size_t resume = 0;  // markers before this place are skipped
 };
 
 }  // namespace

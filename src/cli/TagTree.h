@@ -10,7 +10,7 @@
 
 namespace velmor::cli {
 
-// One tag of a template, taken apart as evaluation would take it apart.
+// One tag of a template, parsed as evaluation parses it.
 struct TagNode {
     struct Parameter {
         std::u16string name;
@@ -19,14 +19,13 @@ struct TagNode {
 
     std::size_t position = 0;  // of its opening marker within the template, from 1
     std::size_t length = 0;    // from there to the end of its closing marker
-    std::u16string handler;    // empty when the tag names none, and so gives nothing
+    std::u16string handler;    // empty when the tag names none; its result is empty
     std::u16string command;
     automation::Variant commandValue;
     std::vector<Parameter> parameters;
 };
 
-// Is told of the tags in the order of their opening markers. Between enter and leave of a tag come
-// those within its parameters.
+// Visits tags in the order of their opening markers; the tags within a tag's parameters between its enter and leave.
 class TagVisitor {
 public:
     virtual ~TagVisitor() = default;
@@ -34,7 +33,7 @@ public:
     virtual void leave() = 0;
 };
 
-// What was not visited.
+// Markers and tags that were not visited.
 struct UnvisitedTags {
     static constexpr std::size_t maximalDepth = 100;
 
@@ -42,8 +41,7 @@ struct UnvisitedTags {
     std::size_t tooDeep = 0;            // tags nested deeper than maximalDepth
 };
 
-// Does not evaluate anything. Linear in the template for a given depth of nesting; holds one tag at
-// a time.
+// Evaluates nothing. Linear in the template for a given depth of nesting; holds one tag at a time.
 UnvisitedTags visitTags(platform::Services& services, std::u16string_view text, TagVisitor& visitor);
 
 }  // namespace velmor::cli

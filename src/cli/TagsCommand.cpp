@@ -23,7 +23,7 @@ Json valueJson(const Variant& value) {
     return toUtf8(automation::toText(value).value_or(u""));
 }
 
-// A lone surrogate is no JSON: it becomes U+FFFD.
+// JSON cannot represent a lone surrogate: it becomes U+FFFD.
 std::string dump(const Json& json) {
     return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
@@ -70,12 +70,12 @@ private:
     std::size_t depth_ = 0;
 };
 
-// In the list a text stays on its line, and a tag that holds much does not repeat all of it.
+// In the list each text is one line, and a long one is shortened.
 std::string shown(std::u16string_view text) {
     return toUtf8(onOneLine(text, 200));
 }
 
-// " = value"; nothing for the long 0, which is what a name alone holds.
+// " = value"; nothing for the long 0, the value of a name alone.
 std::string valueText(const Variant& value) {
     if (value.isEmpty() || value.identical(Variant(std::int32_t{0}))) return {};
     const std::string text = shown(automation::toText(value).value_or(u""));

@@ -8,7 +8,7 @@
 namespace velmor::cli {
 
 // The machine's folders, except that the template's folder replaces the component's: files without a
-// path are looked for there.
+// path are searched there.
 class TemplateFolders final : public platform::Folders {
 public:
     TemplateFolders(const platform::Folders& machine, std::u16string folder)

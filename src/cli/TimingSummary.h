@@ -17,7 +17,7 @@ struct TimingEntry {
 };
 
 struct TimingSummary {
-    std::vector<TimingEntry> entries;  // those that took the longest first
+    std::vector<TimingEntry> entries;  // the longest total first
     std::size_t unread = 0;            // lines that are not log lines
 };
 

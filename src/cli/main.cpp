@@ -9,7 +9,7 @@
 #include "platform/win32/Apartment.h"
 #include "platform/win32/Conversions.h"
 
-// The C library does not expand "*" in arguments: a property's value may well hold one.
+// The C library does not expand "*" in arguments: a property's value may contain one.
 extern "C" {
 int _dowildcard = 0;
 int wmain(int count, wchar_t** values);

@@ -14,7 +14,7 @@ constexpr std::u16string_view kMarker = u"VelmorCipher1:";
 constexpr std::size_t kSaltSize = 16;
 constexpr std::size_t kHeaderSize = kSaltSize + platform::cipherNonceSize;
 constexpr std::uint32_t kRounds = 600'000;
-// What reading accepts, in whole groups of base64.
+// The longest text that is read, in whole groups of base64.
 constexpr std::size_t kLargestPlain = decodingLimit / 3 * 3 - kHeaderSize - platform::cipherTagSize;
 
 std::string markerBytes() {
@@ -25,8 +25,8 @@ void deriveKey(platform::CipherKey& key, std::u16string_view password, std::stri
     platform::deriveKey(key, toUtf8(password), header.substr(0, kSaltSize), kRounds);
 }
 
-// Only the spelling that encipheredText writes: a changed character is a changed text, even where
-// base64 would not mind.
+// Accepts only the spelling that encipheredText writes: every changed character is detected, even one
+// that base64 ignores.
 std::optional<std::string> payloadOf(std::u16string_view enciphered) {
     if (!isEnciphered(enciphered)) return std::nullopt;
     enciphered.remove_prefix(kMarker.size());

@@ -11,18 +11,18 @@ namespace velmor {
 //     salt (16 bytes, random) | nonce (12, random) | enciphered UTF-8 | tag (16)
 //
 // The key is derived from the password's UTF-8 by PBKDF2 with HMAC-SHA-256 and 600,000 rounds, the
-// cipher is AES-256-GCM with the marker as its associated bytes. All is fixed by the marker, so a
-// file can ask neither for a weaker cipher nor for hours of work. It opens on every system.
-// Both calls cost about a second, on purpose. What the machine cannot do raises 17.
+// cipher is AES-256-GCM with the marker as its associated bytes. The marker fixes all of these, so a
+// file can demand neither a weaker cipher nor hours of work. Every system reads the text. Both calls
+// take about a second, deliberately. A machine without these functions raises 17.
 
 // An empty password raises 5; text of more than 256 MB (as UTF-8) raises 7.
 std::u16string encipheredText(std::u16string_view text, std::u16string_view password);
 
-// Nothing when the password is another one or any character was changed, added or taken away;
-// white space at the end does not count.
+// Nothing when the password is wrong or a character was changed, added or removed; white space at the
+// end is ignored.
 std::optional<std::u16string> textFromEnciphered(std::u16string_view enciphered, std::u16string_view password);
 
-// Whether the text begins as enciphered text does.
+// Whether the text begins with the marker.
 bool isEnciphered(std::u16string_view text) noexcept;
 
 }  // namespace velmor

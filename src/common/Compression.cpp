@@ -32,7 +32,7 @@ Bytef* inputOf(std::string_view bytes) {
 class Deflater {
 public:
     // Short texts get a small window and a small table: clearing the usual ones would cost more
-    // than the text does.
+    // than the text itself.
     explicit Deflater(std::size_t size) {
         const int window = std::clamp(static_cast<int>(std::bit_width(size)), 9, 15);
         const int memory = std::min(window - 7, 8);
@@ -70,8 +70,8 @@ public:
     Inflater(const Inflater&) = delete;
     Inflater& operator=(const Inflater&) = delete;
 
-    // Decodes into the space and says how much of it was filled; nothing when the stream is bad or
-    // stops before its end.
+    // Decodes into the space and returns how much of it was filled; nothing when the stream is damaged or
+    // incomplete.
     std::optional<std::size_t> fill(char* space, std::size_t size) {
         stream_.next_out = reinterpret_cast<Bytef*>(space);
         stream_.avail_out = static_cast<uInt>(size);
@@ -91,7 +91,7 @@ private:
     bool ended_ = false;
 };
 
-// The size that the stream decodes to; nothing when it is bad or larger than the limit.
+// The decoded size of the stream; nothing when it is damaged or the size exceeds the limit.
 std::optional<std::size_t> decodedSize(std::string_view compressed, std::size_t limit) {
     Inflater inflater(compressed);
     std::vector<char> scratch(std::size_t{1} << 16);

@@ -17,7 +17,7 @@ std::string compressBytes(std::string_view bytes);
 std::u16string compressedText(std::u16string_view text);
 
 // Empty if the stream is damaged, ends early, has bytes after its end, or would give more than
-// `limit` bytes; a result that is too long is refused before memory for it is taken.
+// `limit` bytes; a result that is too long is refused before memory for it is allocated.
 std::optional<std::string> decompressBytes(std::string_view compressed, std::size_t limit = decodingLimit);
 std::optional<std::u16string> textFromCompressed(std::u16string_view encoded);
 

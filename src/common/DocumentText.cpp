@@ -19,7 +19,7 @@ bool isDigit(char16_t unit) {
     return unit >= u'0' && unit <= u'9';
 }
 
-// Does any \ucN ask for another number of fallback characters than 1?
+// Whether a \ucN sets a number of fallback characters other than 1.
 bool hasOtherFallback(std::u16string_view rtf) {
     for (auto at = rtf.find(u"\\uc"); at != rtf.npos; at = rtf.find(u"\\uc", at + 3)) {
         const auto number = rtf.substr(at + 3, 2);
@@ -55,8 +55,8 @@ std::string encodeRtf(std::u16string_view text) {
     const bool pair = (text[index] & 0xFC00) == 0xD800 && index + 1 < text.size();
     const std::u16string character(text.substr(index, pair ? 2 : 1));
     throw Error(5, kErrorSource,
-                u"The text holds '" + character + u"' (position " + fromUtf8(std::to_string(index + 1)) +
-                    u"), which the ANSI code page does not have");
+                u"The text contains '" + character + u"' (position " + fromUtf8(std::to_string(index + 1)) +
+                    u"), which the ANSI code page lacks");
 }
 
 std::string encodePlain(std::u16string_view text) {

@@ -12,8 +12,8 @@ void appendHexadecimal(std::u16string& target, std::string_view bytes);
 std::u16string hexadecimal(std::string_view bytes);
 std::u16string hexadecimalOfText(std::u16string_view text);
 
-// Either case, white space between the bytes. Nothing when there is any other character, half a
-// byte, or more than decodingLimit bytes.
+// Accepts either case, and white space between the bytes. Nothing for any other character, half a byte,
+// or more than decodingLimit bytes.
 std::optional<std::string> fromHexadecimal(std::u16string_view encoded);
 std::optional<std::u16string> textFromHexadecimal(std::u16string_view encoded);
 

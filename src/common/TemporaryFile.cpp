@@ -3,9 +3,9 @@
 namespace velmor {
 namespace {
 
-constexpr int kAttempts = 16;  // GUIDs do not meet; what fails so often fails for another reason
+constexpr int kAttempts = 16;  // GUIDs do not collide; repeated failure has another cause
 
-// The braces and hyphens of a GUID are legal in file names, but a nuisance to type.
+// The braces and hyphens of a GUID are legal in file names but inconvenient to type.
 std::u16string uniqueName(platform::Services& services) {
     std::u16string name;
     for (const char16_t unit : services.guids.next()) {

@@ -8,7 +8,7 @@
 
 namespace velmor {
 
-// The path of a new, empty file in the temporary folder: psPrefix, a name that nobody else has,
+// The path of a new, empty file in the temporary folder: psPrefix, a unique name,
 // psExtension (with its "."). The file is made in the same step, so that no other program can take
 // the name. Nothing when it cannot be made.
 std::optional<std::u16string> makeTemporaryFile(platform::Services& services, std::u16string_view psPrefix,
@@ -22,7 +22,7 @@ public:
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    explicit operator bool() const noexcept { return path_.has_value(); }  // it could be made
+    explicit operator bool() const noexcept { return path_.has_value(); }  // false when it could not be made
     const std::u16string& path() const { return path_.value(); }
 
 private:

@@ -21,7 +21,7 @@ std::u16string decodeTextFile(std::string_view bytes) {
     return marked ? std::move(*marked) : fromAnsi(bytes);
 }
 
-// The comparison finds out texts that begin like a mark, too.
+// The comparison also detects texts that begin like a mark.
 std::string encodeTextFile(std::u16string_view text) {
     std::string bytes = toAnsi(text);
     return textFileDecoder(bytes) == text ? bytes : "\xef\xbb\xbf" + toUtf8(text);

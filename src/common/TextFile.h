@@ -9,25 +9,25 @@
 namespace velmor {
 
 // A file is single-byte text in the ANSI code page, every byte one character, unless it begins
-// with a byte order mark: UTF-8 and UTF-16 (either order) are then read as such, without the mark.
+// with a byte order mark: UTF-8 and UTF-16 (either order) are then decoded, without the mark.
 std::u16string decodeTextFile(std::string_view bytes);
 
-// Makes readTextFile decode with another function than decodeTextFile, for a program whose users
-// code their files otherwise. For the whole program: call it at start-up, before any file is read.
+// Makes readTextFile use another function than decodeTextFile, for a program whose users have files in
+// other encodings. It holds for the whole program: call it at start-up, before any file is read.
 void useTextFileDecoder(std::u16string (*decode)(std::string_view bytes)) noexcept;
 
-// The bytes that readTextFile reads as this text: the ANSI code page where it has every character,
-// else UTF-8 after its byte order mark. No character is lost.
+// The bytes that readTextFile reads as this text: the ANSI code page if it has every character,
+// else UTF-8 after a byte order mark. No character is lost.
 std::string encodeTextFile(std::u16string_view text);
 
 // Nothing when the file is missing or unreadable; an empty file gives "".
 std::optional<std::u16string> readTextFile(const platform::Files& files, std::u16string_view path);
 
-// Replaces the file with the text in the ANSI code page; what does not fit is written as "?".
+// Replaces the file with the text in the ANSI code page; a character that it lacks becomes "?".
 bool writeTextFile(platform::Files& files, std::u16string_view path, std::u16string_view text);
 
-// Adds the text, in the ANSI code page, to the end of the file. A missing file is made when
-// pbCreate says so and fails the call otherwise.
+// Adds the text, in the ANSI code page, to the end of the file. If the file is
+// absent, it is made if pbCreate is true, and the call fails otherwise.
 bool appendTextFile(platform::Files& files, std::u16string_view path, std::u16string_view text, bool pbCreate);
 
 }  // namespace velmor

@@ -9,9 +9,9 @@
 
 namespace velmor {
 
-// The public class kvLibrary, the companion library: what hosts and handlers get from a tag's Library. It holds
-// nothing but the services, which must outlive it. Unless a member says otherwise it raises nothing, and reports
-// failure by its result.
+// The public class kvLibrary, the companion library: the Library of a tag, for hosts and handlers. Its only state
+// is the services, which must outlive it. Members raise nothing, unless their comments say so, and report failure by
+// their results.
 class kvLibrary : public automation::Object {
 public:
     explicit kvLibrary(platform::Services& services) : services_(services) {}
@@ -19,7 +19,7 @@ public:
     // A string value below HKEY_LOCAL_MACHINE.
     std::u16string RegistryValue(std::u16string_view psKey, std::u16string_view psName,
                                  std::u16string_view psDefault) const;
-    double ToNumber(const automation::Variant& pvValue) const;  // 0 for what is no number
+    double ToNumber(const automation::Variant& pvValue) const;  // 0 if it is not a number
     bool IsTrue(const automation::Variant& pvValue) const;      // the truth test
     std::u16string CommonDataFolder() const { return services_.folders.commonData(); }
     std::u16string TemporaryFolder() const { return services_.folders.temporary(); }
@@ -33,7 +33,7 @@ public:
     // The path of a new, empty file; "" on failure.
     std::u16string TemporaryName(std::u16string_view psPrefix, std::u16string_view psExtension) const;
 
-    // What cannot be decoded raises 5; so does another password, a changed text and an empty password.
+    // Text that cannot be decoded raises 5, and so do a wrong password, a changed text and an empty password.
     std::u16string Base64(std::u16string_view psText) const;
     std::u16string FromBase64(std::u16string_view psText) const;
     std::u16string Hexadecimal(std::u16string_view psText) const;
@@ -44,7 +44,7 @@ public:
     std::u16string Decipher(std::u16string_view psText, std::u16string_view psPassword) const;
 
     // Replaces a file with a finished document as encodeDocument codes it, whole or not at all. A character of a plain
-    // text that the ANSI code page does not have raises 5 unless the text is to be UTF-8.
+    // text that the ANSI code page lacks raises 5 unless the text is to be UTF-8.
     bool SaveTextFile(std::u16string_view psPath, std::u16string_view psText, bool pbUtf8) const;
 
     automation::Variant invoke(std::u16string_view name, automation::InvokeKind kind,

@@ -42,7 +42,7 @@ std::u16string definedClass(const ObjectRef& database, std::u16string_view psCla
     return automation::toText(definition->invoke(u"ClassName", InvokeKind::get, {})).value_or(std::u16string());
 }
 
-// Whatever the host's objects raise ends the member.
+// An error of the host's objects ends the member.
 template <class Call>
 auto quietly(Call&& call) -> decltype(call()) {
     try {
@@ -54,7 +54,7 @@ auto quietly(Call&& call) -> decltype(call()) {
 
 }  // namespace
 
-// What a member works on; its own references, as the host's objects may dispose the tag meanwhile.
+// The objects that a member uses. It holds references, as the host's objects may dispose the tag meanwhile.
 struct kvDirectTag::Access {
     std::shared_ptr<DirectOwner> owner;
     ObjectCache cache;
@@ -64,7 +64,7 @@ struct kvDirectTag::Access {
         if (plID != 0) return plID;
         return automation::toLong(Variant(owner->directElement(psIDName))).value_or(0);
     }
-    // Null when what is kept has another identifier.
+    // Null when the kept object has another identifier.
     ObjectRef kept(const std::u16string& key, std::int32_t identifier) const {
         const ObjectRef object = cache.object(key);
         return identifier == 0 || cache.identifier(key) == identifier ? object : nullptr;

@@ -25,7 +25,7 @@ namespace velmor {
 //                                                                      or kvObjectItem
 //
 // The tag's collection and database are fetched once, on first use. The tag itself is not kept
-// alive; once it is gone or disposed, every member does nothing.
+// alive; once it is destroyed or disposed, every member does nothing.
 //
 // No member raises: an error of a host's object ends the member, and a getter returns Nothing.
 class kvDirectTag final : public automation::Object {
@@ -39,7 +39,7 @@ public:
     // that it is open. Nothing is opened without an identifier.
     automation::ObjectRef GetObject(std::u16string_view psClassName, std::int32_t plID = 0,
                                     std::u16string_view psIDName = u"ID");
-    // Several objects of one class side by side.
+    // Several objects of one class, kept under different names.
     automation::ObjectRef GetObjectName(std::u16string_view psName, std::u16string_view psClassName,
                                         std::int32_t plID = 0, std::u16string_view psIDName = u"ID");
     // The same through the database's GetObjectItem, which is also called without an identifier.
@@ -48,7 +48,7 @@ public:
     automation::ObjectRef GetObjectItemName(std::u16string_view psName, std::int32_t plObjectType,
                                             std::int32_t plID = 0, std::u16string_view psIDName = u"ID");
 
-    // Keeps an object of the caller's, unless it is Nothing or its type name is "Object". The
+    // Keeps an object of the caller, unless it is Nothing or its type name is "Object". The
     // identifier is the ItemAccount of an object item, and 0 for any other object.
     void SetObjectName(std::u16string_view psName, const automation::ObjectRef& poObject);
     void SetObject(const automation::ObjectRef& poObject);

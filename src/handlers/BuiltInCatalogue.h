@@ -4,8 +4,8 @@
 
 namespace velmor {
 
-// What the catalogue says of the built-in handler. The commands that serve the system itself are
-// left out on purpose: nobody writes them into a template by hand.
+// The catalogue's description of the built-in handler. Commands that serve the system itself are left
+// out, as nobody writes them into a template.
 struct BuiltInCatalogue {
     static constexpr std::u16string_view handler = u"TAG";
     static constexpr std::u16string_view commandList = u"SETPROPERTY:INCLUDE:SETPATH:PROPERTY:";

@@ -42,7 +42,7 @@ std::u16string HandlerAddress::registryKey() const {
 }
 
 std::u16string HandlerAddress::className(const platform::Registry& registry) const {
-    // The key's own default value is no handler, and no tag reaches one that is called like the built-in one.
+    // The key's default value is not a handler, and a tag with the built-in handler's name means the built-in one.
     if (name.empty() || name == BuiltInCatalogue::handler) return {};
     return registry.value(registryKey(), name).value_or(std::u16string());
 }

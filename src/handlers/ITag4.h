@@ -13,8 +13,8 @@ namespace velmor {
 inline constexpr std::u16string_view kHandlersKey = u"SOFTWARE\\Korvane\\Quillmark\\Handlers";
 inline constexpr std::u16string_view kSubHandlersKey = u"SOFTWARE\\Korvane\\Quillmark\\SubHandlers";
 
-// Where a tag's handler is registered. "NAME" stands under Handlers, "GROUP-NAME" (the first "-"
-// splits) under the group's key of SubHandlers.
+// Where a tag's handler is registered. "NAME" is under Handlers, "GROUP-NAME" (the first "-"
+// separates) under the group's key of SubHandlers.
 struct HandlerAddress {
     std::u16string name;
     std::u16string group;  // "GROUP\", or empty
@@ -23,7 +23,7 @@ struct HandlerAddress {
     static HandlerAddress parse(std::u16string_view psHandler);
 
     std::u16string registryKey() const;
-    // The registered class name; "" when there is none, and always for the built-in handler's name.
+    // The registered class name; "" when absent, and always for the built-in handler's name.
     std::u16string className(const platform::Registry& registry) const;
 };
 
@@ -35,16 +35,16 @@ struct HandlerAddress {
 //     2           -             without the database       -                    -
 //     3           yes           without the database       -                    -
 //     4           yes           with the database          yes                  -
-//     5 and up    yes           with the database          yes                  once, behind GetTagValue
+//     5 and up    yes           with the database          yes                  once, after GetTagValue
 //
-// Calls raise what the handler raises, and 13 when its answer does not convert.
+// Calls raise the handler's errors, and 13 when its answer does not convert.
 class ITag4 {
 public:
     // Raises 429 when the class cannot be created.
     static ITag4 create(platform::Objects& objects, std::u16string_view className);
     explicit ITag4(automation::ObjectRef handler) : handler_(std::move(handler)) {}
 
-    // Asked anew on each call; the members below ask it before they call.
+    // Read on each call; the members below read it before they call.
     std::int32_t Interface() const;
 
     static bool answersTags(std::int32_t level) noexcept { return level > 2; }

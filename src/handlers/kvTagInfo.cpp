@@ -26,7 +26,7 @@ std::u16string commandName(std::u16string_view psCommand) {
     return upperCase(before(before(psCommand, u':'), u'='));
 }
 
-// What the registry or a handler raises counts as no answer.
+// An error of the registry or of a handler counts as no answer.
 template <class Call>
 auto quietly(Call&& call) -> decltype(call()) {
     try {
@@ -70,7 +70,7 @@ void kvTagInfo::addHandlers(privProperties& list, std::u16string_view psSubHandl
                                    : std::u16string(kSubHandlersKey) + u'\\' + std::u16string(psSubHandler);
     const auto isListed = [&](std::u16string_view name) { return !pbFiltered || !isHidden(key, name); };
     for (const std::u16string& name : registry.valueNames(key)) {
-        // The key's own default value is no handler.
+        // The key's default value is not a handler.
         if (!name.empty() && isListed(name)) list.AddStr(name, registry.value(key, name).value_or(std::u16string()));
     }
     if (pbIncludeSubHandlers) {
@@ -78,7 +78,7 @@ void kvTagInfo::addHandlers(privProperties& list, std::u16string_view psSubHandl
             if (isListed(group)) list.AddStr(group, {});
         }
     }
-    // Replaces a registered handler of that name, which no tag would reach.
+    // Replaces a registered handler of that name, which no tag can call.
     if (psSubHandler.empty() && isListed(BuiltInCatalogue::handler)) list.AddStr(BuiltInCatalogue::handler, {}, true);
 }
 

@@ -12,8 +12,8 @@ namespace velmor {
 
 class privProperties;
 
-// The catalogue of handlers: which are registered, and how each describes its commands. Reads the
-// registry on every call. A question creates the handler, asks it and releases it.
+// The catalogue of handlers: which are registered, and their commands. Reads the
+// registry on every call. Each member that needs a handler creates it, calls it and releases it.
 //
 // Lists are texts whose items each end with ":". Handlers are named as in a tag, "NAME" or
 // "GROUP-NAME"; a ">" and everything after it is ignored. Commands may be given as in a tag:
@@ -48,8 +48,8 @@ public:
     std::u16string CommandSyntax(std::u16string_view psHandlerName, std::u16string_view psCommand) const;
     std::u16string CommandDescription(std::u16string_view psHandlerName, std::u16string_view psCommand) const;
 
-    // Passed to handlers of level 4 and above with every question. Setting raises 13 unless the
-    // object's type name is "kvDatabase"; Nothing is refused, too.
+    // Passed to handlers of level 4 and above with every call. Setting raises 13 unless the
+    // object's type name is "kvDatabase", also for Nothing.
     automation::ObjectRef Database() const { return database_; }
     void Database(automation::ObjectRef poDatabase);
 

@@ -205,8 +205,8 @@ class Eval(VelmorTest):
             (["eval", "missing"], FILE, "missing"), (["eval", "folder"], FILE, "is a folder"),
             (["eval", "t", "-o", "folder"], FILE, "cannot write 'folder': "),
             (["eval", "t", "-o", "none/out"], FILE, "cannot write 'none/out': "),
-            (["eval", "t", "--include-path", "none"], FILE, "there is no folder 'none'"),
-            (["eval", "t", "--include-path", "t"], FILE, "there is no folder 't'"),
+            (["eval", "t", "--include-path", "none"], FILE, "folder not found: 'none'"),
+            (["eval", "t", "--include-path", "t"], FILE, "folder not found: 't'"),
             (["eval", "t", "--properties", "people.json"], FILE, "'people.json' is not a property file"),
             (["props", "people.json"], FILE, "'people.json' is not a property file"),
             (["help", "nonsense"], USAGE, "nonsense"),
@@ -321,12 +321,12 @@ class Clean(VelmorTest):
         cases = [
             # documents on standard input and in files, code, message
             (b"{\\rtf1 <kv:TAG>X:</KV>{\\rtf1 b}}", ["-"], REPORTED, "tag (position 8)"),
-            (b"{\\rtf1 <KV:}", ["a.rtf", "-", "b.rtf"], REPORTED, "standard input still holds a tag"),
+            (b"{\\rtf1 <KV:}", ["a.rtf", "-", "b.rtf"], REPORTED, "standard input still contains a tag"),
             (b"{\\rtf a{\\rtf b}}", ["-", "--exact"], REPORTED, "version"),
             (b"{\\rtf1 b} c }", ["a.rtf", "-"], REPORTED, "2 characters"),
             (b"{\\rtf1 {\\*\\korvanemergepagebreak}\\sectd\\sect}", ["-", "--merge", "--exact"], REPORTED, ": 1"),
             (b"{\\rtf1 b", ["a.rtf", "-"], FILE, "standard input cannot be joined"),
-            (b"rtf1", ["-"], FILE, "standard input holds no RTF"),
+            (b"rtf1", ["-"], FILE, "standard input contains no RTF"),
             (b"", ["a.rtf", "missing"], FILE, "missing"),
             (b"", ["a.rtf", "-o", "none/out"], FILE, "none/out"),
             (b"", [], USAGE, "FILE"),
@@ -522,7 +522,7 @@ class Handlers(VelmorTest):
         self.velmor("handlers", *options, "NONE", expect=FILE)
         for name in ["r.reg", "none"]:
             self.velmor("handlers", "--handlers", name, expect=FILE)
-            self.assertIn(f"there is no folder '{name}'", self.messages)
+            self.assertIn(f"folder not found: '{name}'", self.messages)
 
     def test_without_a_registry(self):
         for content, code in [(b"Windows Registry Editor Version 5.00\r\n", DONE), (b"nonsense", REPORTED)]:
@@ -568,7 +568,7 @@ class Sample(VelmorTest):
         out = self.velmor("eval", *self.options, stdin=b"a<KV:FORMAT>DATE:VALUE=never:</KV>b", expect=REPORTED)
         self.assertEqual(out, b"ab")
         self.assertEqual(self.messages, 'velmor: standard input:1:2: <KV:FORMAT>DATE:VALUE=never:</KV>: '
-                                        'FORMAT: "never" is no date (error 13)\n')
+                                        'FORMAT: "never" is not a date (error 13)\n')
 
     def test_letter(self):
         letter = os.path.join(SAMPLES, "letter")
