@@ -5,16 +5,16 @@
 #include "com/Failure.h"
 #include "com/Guard.h"
 #include "com/Server.h"
-#include "com/TypeLibrary.h"
 #include "com/kvTagFace.h"
 #include "com/kvTagInfoFace.h"
 #include "platform/SystemServices.h"
 #include "platform/win32/ComPtr.h"
-#include "platform/win32/Conversions.h"
 
 namespace velmor::com {
 
 namespace {
+
+using platform::ComPtr;
 
 template <class FaceClass, class Core>
 HRESULT create(REFIID id, void** object) noexcept {
@@ -43,20 +43,8 @@ ComponentFaces faces;
 }  // namespace
 
 const Server& server() noexcept {
-    static const Server component{classes, &LIBID_kvVelmor3};
+    static const Server component{classes, &LIBID_kvVelmor3, &faces};
     return component;
 }
 
 }  // namespace velmor::com
-
-extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID processEnds) {
-    using namespace velmor;
-    if (reason == DLL_PROCESS_ATTACH) {
-        DisableThreadLibraryCalls(module);
-        platform::installConversions();
-        platform::registerFaceProvider(&com::faces);
-    } else if (reason == DLL_PROCESS_DETACH && !processEnds) {
-        com::TypeLibrary::instance().release();
-    }
-    return TRUE;
-}

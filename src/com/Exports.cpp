@@ -7,6 +7,8 @@
 #include "com/Module.h"
 #include "com/Registration.h"
 #include "com/Server.h"
+#include "com/TypeLibrary.h"
+#include "platform/win32/Conversions.h"
 #include "platform/win32/Windows.h"
 
 using namespace velmor::com;
@@ -35,6 +37,18 @@ HRESULT outcomeOf(Body&& body) noexcept try {
 }
 
 }  // namespace
+
+// The conversions are installed here, before any thread converts: later that would not be safe.
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
+    using namespace velmor;
+    if (reason == DLL_PROCESS_ATTACH) {
+        platform::installConversions();
+        platform::registerFaceProvider(server().faces);
+    } else if (reason == DLL_PROCESS_DETACH && !processEnds) {
+        TypeLibrary::instance().release();
+    }
+    return TRUE;
+}
 
 STDAPI DllGetClassObject(REFCLSID classId, REFIID id, void** object) {
     if (!object) return E_POINTER;

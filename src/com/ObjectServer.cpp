@@ -3,7 +3,6 @@
 #include "com/Failure.h"
 #include "com/Guard.h"
 #include "platform/win32/ComPtr.h"
-#include "platform/win32/Conversions.h"
 #include "platform/win32/Faces.h"
 
 namespace velmor::com {
@@ -12,7 +11,6 @@ HRESULT createObjectFrom(automation::ObjectRef (*make)(), REFIID id, void** obje
     if (!object) return E_POINTER;
     *object = nullptr;
     return guard(IID_IClassFactory, [&] {
-        platform::installConversions();
         const auto face = platform::ComPtr<IDispatch>::attach(platform::faceOf(make()));
         if (!face) throw Failure{E_FAIL};
         check(face->QueryInterface(id, object));

@@ -2,12 +2,13 @@
 
 #include <span>
 
+#include "platform/win32/Faces.h"
 #include "platform/win32/Windows.h"
 
 namespace velmor::com {
 
-// An in-process server in one table. A DLL made by velmor_server_dll defines server(); the four
-// entry points (Exports.cpp, Server.def), class factories and registration follow from it.
+// An in-process server in one table. A DLL made by velmor_server_dll defines server(); the entry
+// points (Exports.cpp, Server.def), class factories and registration follow from it.
 
 struct ServedClass {
     CLSID id;
@@ -22,6 +23,8 @@ struct Server {
     std::span<const ServedClass> classes;
     // Of the type library in the DLL's resources; null for none.
     const GUID* typeLibrary = nullptr;
+    // For objects that pass the boundary; null where every object goes out under an adapter.
+    platform::FaceProvider* faces = nullptr;
 };
 
 // Defined once in each DLL.
