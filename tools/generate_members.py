@@ -17,7 +17,7 @@ import sys
 
 SOURCES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "src")
 
-# Where a host's text is handed out, the core has a way without a copy.
+# The core can return these texts without a copy.
 SHARED_TEXTS = {("kvTag", "Result"): "resultText"}
 
 ATTRIBUTES = r'\[((?:[^\]"]|"[^"]*")*)\]'
@@ -25,7 +25,7 @@ MEMBER = re.compile(r"\s*" + ATTRIBUTES + r"\s*HRESULT\s+(\w+)\(((?:[^;\"]|\"[^\
 PARAMETER = re.compile(r"\s*" + ATTRIBUTES + r"\s*(\w+)\s*(\**)\s*(\w+)\s*(?:,|$)")
 ATTRIBUTE = re.compile(r'\s*(\w+)(?:\(("[^"]*"|[^)]*)\))?\s*(?:,|$)')
 
-# What a core class takes: from a face, from a late-bound call.
+# The types of a core class: from a face, from a late-bound call.
 FROM_HOST = {
     "BSTR": "TextArgument({})", "VARIANT": "valueOf({})", "VARIANT_BOOL": "isTrue({})", "DATE": "automation::Date{{{}}}",
     "IDispatch*": "objectOf({})", "long": "{}", "short": "{}", "double": "{}", "float": "{}",
@@ -43,7 +43,7 @@ class Refused(Exception):
 
 
 def consume(pattern, text, what):
-    """All matches of the pattern, one after another; anything else in the text is refused."""
+    """All matches of the pattern in sequence; any other text is refused."""
     at, found = 0, []
     while text[at:].strip():
         match = pattern.match(text, at)
@@ -77,7 +77,7 @@ class Parameter:
             raise Refused(f"{what}: type {self.declared}")
 
     def initial(self):
-        """The C++ value of a late-bound argument that was left out."""
+        """The C++ value of an omitted late-bound argument."""
         value = self.default
         if self.type == "BSTR":
             return f"std::u16string(u{value})" if value else "std::u16string()"
@@ -151,7 +151,7 @@ class Interface:
         self.members = [Member(each, "_" + class_name) for each in consume(MEMBER, body.group(1), class_name)]
 
     def headers(self):
-        """Of the core class and of the classes that its members hand out."""
+        """Of the core class and of the classes that its members return."""
         given = {each.result.type[1:-1] for each in self.members if each.result and each.result.type.startswith("_")}
         with open(header_of(self.name), encoding="ascii") as header:
             given |= set(re.findall(r"std::shared_ptr<(\w+)> NewEnum\(", header.read()))

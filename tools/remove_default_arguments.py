@@ -3,9 +3,9 @@
 
     tools/remove_default_arguments.py HEADER
 
-widl writes the default value of a text as a wide literal (BSTR psData = L""). A literal has no length in front of it, so
-it is no BSTR, and a call that leaves the argument out would read outside of it. C++ allows no gap in a list of default
-arguments, so all of them go. A line that assigns in another form is refused, and the header is left as it was.
+widl writes the default value of a text as a wide literal (BSTR psData = L""). No length precedes a literal, so it
+is not a BSTR, and a call that omits the argument would read outside of it. C++ allows no gap in a list of default
+arguments, so all of them are removed. A line that assigns in another form is refused, and the header is not changed.
 """
 
 import re

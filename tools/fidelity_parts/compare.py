@@ -1,4 +1,4 @@
-"""Compares what PDF shows: whole pages, or a sequence of words in a text flow."""
+"""Compares the contents of PDF: whole pages, or a sequence of words in a text flow."""
 
 import re
 from difflib import SequenceMatcher
@@ -9,7 +9,7 @@ CLOCK = re.compile(r"\d")
 
 
 class Numbers:
-    """Says which numbers a page number or a number of pages may have become.
+    """The numbers that may replace a page number or a number of pages.
 
     A document whose pages follow others counts on from them, and the number of pages is that of the whole."""
 
@@ -18,7 +18,7 @@ class Numbers:
         self.has_fields, self.has_clock = has_fields, has_clock
 
     def like(self, expected, actual):
-        """Whether one text may have become the other."""
+        """Whether one text may replace the other."""
         if expected == actual:
             return True
         if self.has_clock and CLOCK.sub("0", expected) == CLOCK.sub("0", actual):
@@ -33,13 +33,13 @@ class Numbers:
 
 
 def look(word, place):
-    """What is said of a word in a report."""
+    """The description of a word in a report."""
     runs = ", ".join(f"{font} {size:g} #{colour:06x}" if size else font for font, size, colour in word.runs)
     return f"{runs} at {word.x:.1f}" + (f", {word.y:.1f}" if place == "xy" else "")
 
 
 def is_same_place(a, b, place):
-    """Whether two words stand at the same place, as far as the place counts."""
+    """Whether two words have the same place, as far as the place counts."""
     wide = LOOSE_PLACE if a.loose or b.loose else PLACE
     return (abs(a.x - b.x) <= wide or "x" not in place) and (abs(a.y - b.y) <= PLACE or "y" not in place)
 
@@ -91,7 +91,7 @@ def best(word, pool, numbers, place):
 
 
 def pair_up(missing, extra, numbers):
-    """Says what became of the words without their like: changed, lost, or new."""
+    """Describes the words without an equal: changed, lost, or new."""
     found, extra = [], list(extra)
     for word in missing:
         alike = [other for other in extra if numbers.like(word.text, other.text)]
@@ -108,7 +108,7 @@ def compare_flow(expected, actual, may_move):
     """The differences between two sequences of words. Each expected word is (word, Numbers, what counts).
 
     What counts: "x" the horizontal place and the look, "" the look, None the text alone. The vertical place
-    follows the flow. May_move: words may stand elsewhere in the order, as footnotes and frames do."""
+    follows the flow. May_move: words may be elsewhere in the order, as footnotes and frames do."""
     left = [item[0].text for item in expected]
     right = [word.text for word in actual]
     found, lost, new = [], [], []

@@ -1,4 +1,4 @@
-"""Lets LibreOffice make PDF, and reads pages, words and pictures from it."""
+"""Converts documents to PDF with LibreOffice, and reads pages, words and pictures from PDF."""
 
 import hashlib
 import os
@@ -15,7 +15,7 @@ SECONDS_TO_START, SECONDS_EACH = 60, 40
 class Word:
     """A word, or a picture, as a page shows it. A run is a piece of one font, size and colour.
 
-    LibreOffice gives several blanks in a row now one width and now another: words of such a line are loose."""
+    LibreOffice varies the width of several blanks in a row; words of such a line are loose."""
 
     text: str
     runs: tuple
@@ -40,7 +40,7 @@ class Office:
         self.profile = os.path.join(folder, "profile")
 
     def convert(self, paths, target):
-        """Makes PDF of documents in the folder target; none of one that it cannot load."""
+        """Makes PDF of documents in the folder target, except of those that it cannot load."""
         os.makedirs(target, exist_ok=True)
         waiting = [path for path in paths if not is_made(path, target)]
         for first in range(0, len(waiting), BATCH):
@@ -50,7 +50,7 @@ class Office:
                 file.write(digest(path))
 
     def _convert_batch(self, batch, target):
-        """What ends LibreOffice, or holds it up, is the first document without PDF: it is tried once more, alone."""
+        """The first document without PDF made LibreOffice end or hang: it is tried once more, alone."""
         while batch:
             self._run(batch, target)
             left = [path for path in batch if not os.path.exists(pdf_path(path, target))]
@@ -72,13 +72,13 @@ class Office:
 
 
 def digest(path):
-    """Tells one content from another."""
+    """A fingerprint of the content."""
     with open(path, "rb") as file:
         return hashlib.sha256(file.read()).hexdigest()
 
 
 def is_made(path, target):
-    """Whether the PDF of a document was made of what it holds now. An older one goes."""
+    """Whether the PDF of a document is up to date. An older one is removed."""
     made = pdf_path(path, target)
     if os.path.exists(made + ".of"):
         with open(made + ".of", encoding="ascii") as file:
@@ -90,7 +90,7 @@ def is_made(path, target):
 
 
 def pdf_path(path, target):
-    """Where the PDF of a document is made."""
+    """The path of the PDF of a document."""
     return os.path.join(target, os.path.splitext(os.path.basename(path))[0] + ".pdf")
 
 
@@ -117,7 +117,7 @@ def read_words(page):
 
 
 def line_words(line):
-    """The words of a line: what white space divides."""
+    """The words of a line, separated by white space."""
     words, chars = [], []
     loose = "  " in "".join(char["c"] for span in line["spans"] for char in span["chars"])
     for span in line["spans"]:

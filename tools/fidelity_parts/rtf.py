@@ -5,7 +5,7 @@ import re
 TOKEN = re.compile(rb"\\([a-zA-Z]+)(-?\d+)? ?|\\'[0-9a-fA-F]{2}|\\.|[{}]|[^\\{}]+", re.S)
 HEADERS = frozenset(
     (b"header", b"headerl", b"headerr", b"headerf", b"footer", b"footerl", b"footerr", b"footerf"))
-# Groups whose text is no text of the body. Groups that begin with \* are ignored, too.
+# Groups whose text is not body text. Groups that begin with \* are ignored too.
 DESTINATIONS = HEADERS | frozenset(
     (b"fonttbl", b"colortbl", b"stylesheet", b"info", b"pict", b"object", b"footnote", b"listtext", b"pntext", b"shp",
      b"nonshppict", b"do", b"xe", b"tc", b"upr", b"field", b"nonesttables", b"fldinst"))
@@ -19,7 +19,7 @@ CLOCK_FIELD = re.compile(rb"\\chtime|\\chdate|\\chdpl|\\chdpa|fldinst[^}]*?(TIME
 
 
 class Token:
-    """One token: where it stands, and its control word and number if it has them."""
+    """One token: its place, and its control word and number if it has them."""
 
     __slots__ = ("start", "end", "word", "number", "brace")
 
@@ -32,7 +32,7 @@ class Token:
 
 
 def tokens(data):
-    """The tokens of a document; the data of \\bin is passed over."""
+    """The tokens of a document; the data of \\bin is skipped."""
     at = 0
     while match := TOKEN.match(data, at):
         token = Token(match)
@@ -43,7 +43,7 @@ def tokens(data):
 
 
 def closing_brace(data):
-    """Where the closing brace of the first group stands; -1 when it has none."""
+    """The place of the closing brace of the first group; -1 without one."""
     depth = 0
     for token in tokens(data):
         depth += {b"{": 1, b"}": -1}.get(token.brace, 0)
@@ -53,7 +53,7 @@ def closing_brace(data):
 
 
 class State:
-    """What holds in a group: whether its text is body text, and the paragraph that it is in."""
+    """The state of a group: whether its text is body text, and its paragraph."""
 
     def __init__(self):
         self.body, self.fresh, self.table, self.list = True, True, False, False
@@ -67,7 +67,7 @@ class State:
         return other
 
     def read(self, token, page):
-        """Takes in one token that is no brace."""
+        """Takes one token that is not a brace."""
         word, number = token.word, token.number
         on = number != 0
         if self.fresh and (word in DESTINATIONS or word is None):
@@ -144,7 +144,7 @@ def end_place(data):
 
 
 def between_place(data):
-    """The place for a tag after a paragraph in the middle of the body, None when there is none."""
+    """The place for a tag after a paragraph in the middle of the body, or None."""
     found, text_after = [], 0
     for token, state, page in walk(data):
         if shows(data, token, state):
@@ -181,13 +181,13 @@ def on_page(data, page):
         is_first = is_first and token.word != b"sect"
         drop = token.word in DOCUMENT_PAGE or is_first and (token.word in SECTION_PAGE or token.word in COLUMNS)
         if drop:
-            out.append(data[kept:token.start] + b"\\nopage ")  # a word that readers pass over
+            out.append(data[kept:token.start] + b"\\nopage ")  # a word that readers ignore
             kept = token.end
     return with_page_words(b"".join(out) + data[kept:], page)
 
 
 def as_joined(data, is_left):
-    """The document as it must look in a joined text: its first section begins on a page of its own. Is_left: the page
+    """The document as it must look in a joined text: its first section begins on a new page. Is_left: the page
     is a left one, and the document has facing pages."""
     changed = {b"sbknone": b"sbkpage", b"sbkcol": b"sbkpage"}
     swapped = {b"headerl": b"headerr", b"headerr": b"headerl", b"footerl": b"footerr", b"footerr": b"footerl"}
