@@ -77,7 +77,7 @@ TEST(Convert, ToEveryOtherType) {
         {holder(u"x"), "x"}, {Null{}, "-"}, {ErrorCode{13}, "-"}, {kNothing, "-"}});
 }
 
-TEST(Convert, TellsNumbersAndTruth) {
+TEST(Convert, RecognisesNumbersAndTruthValues) {
     check(isNumeric, {
         {Variant(), "True"}, {true, "True"}, {1.5f, "True"}, {Decimal{}, "True"}, {u"$1,000", "True"}, {u"&HFF", "True"},
         {holder(u"1"), "True"}, {Null{}, "False"}, {Date{1}, "False"}, {u"", "False"}, {u"x", "False"},
@@ -88,7 +88,7 @@ TEST(Convert, TellsNumbersAndTruth) {
         {kNothing, "False"}});
 }
 
-TEST(Convert, TellsTypes) {
+TEST(Convert, NamesTypes) {
     auto strings = std::make_shared<Array>();
     strings->elementType = VariantType::string;
     const Variant array = std::shared_ptr<const Array>(strings);

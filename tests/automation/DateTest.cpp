@@ -46,7 +46,7 @@ TEST(Dates, AreRead) {
     EXPECT_EQ(parseDate(u"3/5/2004 12:00", 0, 2), Date{38051});
 }
 
-TEST(Dates, WithoutAYearAreOfThisYear) {
+TEST(Dates, WithoutAYearAreInThisYear) {
     const std::time_t now = std::time(nullptr);
     const std::string year = std::to_string(std::localtime(&now)->tm_year + 1900);
     EXPECT_EQ(shown(parseDate(u"3/5")), "3/5/" + year);
@@ -69,7 +69,7 @@ TEST(Dates, AreWritten) {
     }
 }
 
-TEST(Dates, FieldsAndTextsComeBack) {
+TEST(Dates, FieldsAndTextsSurviveARoundTrip) {
     for (int day = -657434; day <= 2958465; day += 997) {
         const double time = (day & 0xFFFF) % 86400 / 86400.0;
         const Date date{day < 0 ? day - time : day + time};
@@ -78,7 +78,7 @@ TEST(Dates, FieldsAndTextsComeBack) {
     }
 }
 
-TEST(Dates, FieldsThatAreNoDate) {
+TEST(Dates, InvalidFieldsAreRefused) {
     for (const DateFields& fields :
          {DateFields{99, 1, 1}, DateFields{10000, 1, 1}, DateFields{2003, 2, 29}, DateFields{2004, 13, 1},
           DateFields{2004, 0, 1}, DateFields{2004, 1, 0}, DateFields{2004, 1, 1, 24}, DateFields{2004, 1, 1, -1},

@@ -38,7 +38,7 @@ private:
 const Variant kOne(1), kNothing{ObjectRef()};
 
 // The result as text, or the number of the error that was raised.
-TEST(DispatchTable, FindsMembersAndTakesArguments) {
+TEST(DispatchTable, FindsMembersAndPassesArguments) {
     const struct {
         const char16_t* name;
         InvokeKind kind;

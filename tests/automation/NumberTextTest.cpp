@@ -93,7 +93,7 @@ TEST(NumberText, OfRandomNumbersIsTheCLibrarys) {
     }
 }
 
-TEST(NumberText, OfRandomNumbersComesBack) {
+TEST(NumberText, OfRandomNumbersIsReadBack) {
     Random random;
     for (int round = 0; round < 10000; ++round) {
         const auto digits = static_cast<double>(random.bits() % 1'000'000'000'000'000);

@@ -71,7 +71,7 @@ TEST_F(Boundary, ReferencesOfEveryTypeAreWrittenBack) {
     }
 }
 
-TEST_F(Boundary, ReferencesToNothingAreRefused) {
+TEST_F(Boundary, NullReferencesAreRefused) {
     for (const VARTYPE type : {VT_VARIANT, VT_BSTR, VT_I4, VT_DISPATCH, VT_DECIMAL, VT_UNKNOWN}) {
         VARIANT null{};
         null.vt = VT_BYREF | type;
@@ -245,7 +245,7 @@ TEST(Lifetime, TheDllUnloadsWhenNothingIsHeld) {
 }
 
 // Business objects know their database, and the tag keeps both: none of it is a circle.
-TEST(Lifetime, HostObjectsAreLetGoWithTheirTag) {
+TEST(Lifetime, HostObjectsAreReleasedWithTheirTag) {
     const auto collection = create(L"VelmorTest.Collection");
     const auto database = create(L"VelmorTest.Database");
     ComPtr<IDispatch> direct, account;

@@ -123,7 +123,7 @@ TEST(Process, ObjectsOutliveTheCallsThatRunOnThem) {
     }
 }
 
-TEST(Process, DatabasesMayReleaseWhatCallsThem) {
+TEST(Process, DatabasesMayReleaseTheirCaller) {
     for (const auto& [act, perform] : acts) {
         Stage on(perform);
         const auto direct = get(on.tag.get(), L"Direct").object();
@@ -178,7 +178,7 @@ void removeClass(const std::wstring& name) {
     }
 }
 
-TEST(Process, AClassThatMovesIsFound) {
+TEST(Process, AClassThatIsRegisteredAnewIsFound) {
     setText(kHandlers, L"MOVING", L"VelmorTest.Moving");
     const auto tag = newTag();
     for (const wchar_t* served : {L"VelmorTest.Level3", L"VelmorTest.Level5"}) {

@@ -92,7 +92,7 @@ protected:
     const HMODULE library = LoadLibraryW(L"Velmor3.dll");
 };
 
-TEST_F(Registration, WritesItsClassesAndLeavesNothing) {
+TEST_F(Registration, RegistersAndUnregistersCompletely) {
     EXPECT_EQ(run("DllUnregisterServer"), S_OK);
     for (const Audience& audience : {everyone, currentUser}) {
         EXPECT_EQ(install(TRUE, audience), S_OK);
@@ -107,7 +107,7 @@ TEST_F(Registration, WritesItsClassesAndLeavesNothing) {
 }
 
 // Nothing lasting can be made in a volatile key: the last class fails.
-TEST_F(Registration, LeavesNothingWhenItFailsHalfWay) {
+TEST_F(Registration, LeavesNoTraceWhenItFails) {
     HKEY obstacle = nullptr;
     ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Classes\\kvVelmor3.ITag4", 0, nullptr, REG_OPTION_VOLATILE,
                               KEY_WRITE, nullptr, &obstacle, nullptr),
@@ -119,7 +119,7 @@ TEST_F(Registration, LeavesNothingWhenItFailsHalfWay) {
 }
 
 // Deleting a tree of keys takes more than the right to write.
-TEST(RegistryKeys, MayBeEmptied) {
+TEST(RegistryKeys, CanBeEmptied) {
     const velmor::com::RegistryKey key(HKEY_CURRENT_USER, L"Software\\Velmor test");
     velmor::com::RegistryKey(key.get(), L"a\\b").setDefault(L"c");
     EXPECT_EQ(RegDeleteTreeW(key.get(), nullptr), 0);
@@ -165,7 +165,7 @@ std::string bytesOf(const std::string& name) {
 }
 
 // The version resource says what templates read, and whose it is.
-TEST(Binaries, TellTheirVersionAndMaker) {
+TEST(Binaries, HaveVersionAndCompany) {
     const std::wstring version = resultOf(newTag(), L"<KV:TAG>@DLL VERSION:</KV>");
     EXPECT_EQ(version, std::wstring(VELMOR_VERSION_TEXT, VELMOR_VERSION_TEXT + sizeof VELMOR_VERSION_TEXT - 1));
     for (const wchar_t* name : {L"Velmor3.dll", L"velmor.exe"}) {

@@ -8,7 +8,7 @@ namespace {
 constexpr std::u16string_view kPassword = u"pass \u00e9\u4e00";
 
 // Each call takes a good part of a second, so there are few.
-TEST(Cipher, GivesTheTextBackAndAnotherOutcomeEachTime) {
+TEST(Cipher, DeciphersItsTextAndNeverRepeatsAResult) {
     const std::u16string text(u"Ruth \u0141 \U0001f600\0\xd800", 11);
     const std::u16string first = encipheredText(text, kPassword), second = encipheredText(text, kPassword);
     EXPECT_TRUE(isEnciphered(first));
@@ -18,7 +18,7 @@ TEST(Cipher, GivesTheTextBackAndAnotherOutcomeEachTime) {
     EXPECT_EQ(textFromEnciphered(encipheredText(u"", kPassword), kPassword), u"");
 }
 
-TEST(Cipher, RefusesAnotherPasswordAndAnotherText) {
+TEST(Cipher, RefusesWrongPasswordsAndChangedTexts) {
     const std::u16string enciphered = encipheredText(u"secret", kPassword);
     const std::size_t size = enciphered.size();
     ASSERT_EQ(enciphered.back(), u'=');

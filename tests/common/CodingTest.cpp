@@ -28,7 +28,7 @@ TEST(Base64, FollowsTheStandardsExamples) {
     }
 }
 
-TEST(Base64, SaysWhatItCannotDecode) {
+TEST(Base64, RefusesInvalidText) {
     const DecodeCase cases[] = {
         {u" Zm\r\n9v\tYg = = ", "foob"}, {u"Zm9vYg", "foob"}, {u"Zm9vYmE", "fooba"}, {u"Zm9vYh==", "foob"}, {u"Z", {}},
         {u"Zm9vY", {}}, {u"Zg=", {}}, {u"Zg===", {}}, {u"Zm9v=", {}}, {u"Zg==Zg==", {}}, {u"=", {}}, {u"====", {}},
@@ -46,7 +46,7 @@ TEST(Hexadecimal, IsUpperCaseAndReadsEither) {
     for (const DecodeCase& row : cases) EXPECT_EQ(fromHexadecimal(row.encoded), row.bytes);
 }
 
-TEST(Coding, CarriesEveryText) {
+TEST(Coding, RestoresEveryText) {
     const std::u16string texts[] = {u"", u"x", u"a \u20ac \xd83d\xde00", std::u16string(u"\0\xd800 \xdc00\xffff", 5),
                                     std::u16string(100000, u'\u00e9')};
     for (const auto& text : texts) {
@@ -56,7 +56,7 @@ TEST(Coding, CarriesEveryText) {
     }
 }
 
-TEST(Coding, CarriesRandomBytes) {
+TEST(Coding, RestoresRandomBytes) {
     const unsigned seed = testSeed();
     SCOPED_TRACE(seed);
     std::mt19937 random(seed);

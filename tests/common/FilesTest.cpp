@@ -34,7 +34,7 @@ TEST(TextFile, LosesNoCharacter) {
     }
 }
 
-TEST(TextFile, AppendsOnlyToWhatIsThereUnlessItMayCreate) {
+TEST(TextFile, AppendsToAnAbsentFileOnlyIfItMayCreate) {
     platform::MemoryServices services;
     EXPECT_FALSE(appendTextFile(services.files, u"C:\\log", u"a", false));
     EXPECT_TRUE(appendTextFile(services.files, u"C:\\log", u"\u20ac\u4e00", true));
@@ -44,7 +44,7 @@ TEST(TextFile, AppendsOnlyToWhatIsThereUnlessItMayCreate) {
     EXPECT_EQ(readTextFile(services.files, u"C:\\log"), std::nullopt);
 }
 
-TEST(TemporaryFile, TakesANameThatIsFreeAndGivesItBack) {
+TEST(TemporaryFile, HasANewNameAndIsRemovedAgain) {
     platform::MemoryServices services;
     const char16_t* const taken = u"C:\\Temp\\~kvp00000001000040008000000000000000.tmp";
     services.files.set(taken, "somebody else's");

@@ -21,7 +21,7 @@ protected:
     automation::ObjectRef library_ = std::make_shared<kvLibrary>(services_);
 };
 
-TEST_F(Library, AnswersAsHostsAsk) {
+TEST_F(Library, ServesItsMembers) {
     services_.registry.set(u"SOFTWARE\\Sample", u"Option", u"7");
     services_.files.set(u"C:\\a.txt", "caf\xe9");
     const struct {

@@ -48,7 +48,7 @@ TEST(Commands, AnswerAsDescribed) {
 }
 
 // The short cut for PROPERTY against the full parse, on names made of what could differ.
-TEST(Commands, TheShortCutGivesWhatTheFullParseGives) {
+TEST(Commands, TheShortCutEqualsTheFullParse) {
     TagTest on;
     auto context = std::make_shared<TagContext>();
     context->properties = Collection(on.properties);
@@ -74,7 +74,7 @@ TEST(Commands, TheShortCutGivesWhatTheFullParseGives) {
 }
 // clang-format on
 
-TEST(Commands, ObeyWhatTheHostChanged) {
+TEST(Commands, ReadTheElementsThatTheHostChanged) {
     TagTest on;
     for (const auto* text : {u"[PROPERTY:a=1:]", u"[PROPERTY:a=1][PROPERTY:a=1:]"}) {  // the second the literal way
         const auto tag = on.make(std::u16string(text) + u"|[@AUTHOR:]");
@@ -84,7 +84,7 @@ TEST(Commands, ObeyWhatTheHostChanged) {
     }
 }
 
-TEST(Commands, SetPropertyEvaluatesUnlessTold) {
+TEST(Commands, SetPropertyEvaluatesUnlessPreprocessIsFalse) {
     TagTest on;
     on.set(u"n", u"1");
     EXPECT_EQ(on.evaluate(u"[SETPROPERTY:v=[PROPERTY:n=:]:]"), u"");

@@ -6,7 +6,7 @@
 namespace velmor {
 namespace {
 
-TEST(Evaluation, GivesWhatTheDescribedLoopGives) {
+TEST(Evaluation, EqualsTheLiteralLoop) {
     Random random;
     int compared = 0;
     for (int turn = 0; turn < 45000; ++turn) {

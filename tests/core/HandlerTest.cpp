@@ -46,7 +46,7 @@ TEST(Handler, CatalogueMembersFollowTheLevel) {
     EXPECT_EQ(at(4).ParameterValueList(u"C", u"P", u"H", nullptr), u"arguments: 4");
 }
 
-TEST(Handler, MissingOnesDisappearOrShow) {
+TEST(Handler, MissingHandlersGiveNothingOrAMessage) {
     TagTest on;
     EXPECT_EQ(on.evaluate(u"a<KV:NOTREGISTERED>X:</KV>b<KV:none</KV>c"), u"abc");
     EXPECT_EQ(on.errors(),
@@ -76,7 +76,7 @@ TEST(Handler, ResultsAreEvaluatedAndEscaped) {
     EXPECT_EQ(on.evaluate(u"<KV:M>X:p=[@VERSION:]:</KV>"), u"11");
 }
 
-TEST(Handler, FailuresLeaveWhatWasProduced) {
+TEST(Handler, FailuresKeepTheValue) {
     TagTest on;
     on.addHandler(u"F", 3, [](kvTag& tag) -> Variant {
         tag.Value(u"so far");
@@ -139,7 +139,7 @@ TEST(Handler, MayReenter) {
 }
 
 // A host whose only reference is let go by a handler, or by a collection of its own.
-TEST(Handler, MayLetGoOfAllThatItReaches) {
+TEST(Handler, MayReleaseEverythingThatItReaches) {
     TagTest on;
     std::shared_ptr<kvTag> host;
     std::function<void()> letGo;
@@ -190,7 +190,7 @@ TEST(Handler, MayLetGoOfAllThatItReaches) {
 
 // --- what would not end ---
 
-TEST(Limits, EndWhatReadsItself) {
+TEST(Limits, StopTextsThatReadThemselves) {
     TagTest on;
     on.set(u"a", u"x[PROPERTY:b=:]");
     on.set(u"b", u"y[PROPERTY:a=:][PROPERTY:a=:]");
@@ -214,7 +214,7 @@ TEST(Limits, EndWhatReadsItself) {
     EXPECT_EQ(on.evaluate(u"<KV:S>:</KV>").size(), 49u);
 }
 
-TEST(Limits, TheErrorLogCountsWhatItLeavesOut) {
+TEST(Limits, TheErrorLogCountsTheRest) {
     TagTest on;
     struct Heard final : ErrorListener {
         std::vector<std::tuple<std::int32_t, std::int32_t, std::u16string>> tags;
@@ -235,7 +235,7 @@ TEST(Limits, TheErrorLogCountsWhatItLeavesOut) {
     EXPECT_EQ(on.errors().size(), 1u);
 }
 
-TEST(Limits, EndWhatGrowsOutOfLittle) {
+TEST(Limits, StopTheGrowthOfSmallTemplates) {
     TagTest on;
     std::u16string doubling = u"{\\rtf1 <[SETPROPERTY:p0=\"\\\":]";
     for (char16_t i = u'A'; i < u'A' + 40; ++i) {
@@ -259,7 +259,7 @@ TEST(Limits, EndWhatGrowsOutOfLittle) {
     EXPECT_EQ(on.last->Tags()->Item(5)->Value().back(), u'1');
 }
 
-TEST(Limits, EndNothingAtTheMarginOfTheLevels) {
+TEST(Limits, AllowTheDeepestLevel) {
     TagTest on;
     for (char16_t i = 0; i < 98; ++i) {
         const char16_t name = u'\u4E00' + i, next = name + 1;
@@ -269,7 +269,7 @@ TEST(Limits, EndNothingAtTheMarginOfTheLevels) {
     EXPECT_TRUE(on.errors().empty());
 }
 
-TEST(Limits, LoseNothingOfUnclosedNestedAndStrayMarkers) {
+TEST(Limits, KeepUnclosedNestedAndStrayMarkers) {
     TagTest on;
     const std::pair<const char16_t*, const char16_t*> cases[] = {
         {u"<KV:<KV:<KV:</KV><KV:", u"<KV:<KV:<KV:"},

@@ -71,7 +71,7 @@ TEST(Tag, EscapesResultsInRtf) {
     EXPECT_FALSE(on.last->Tags()->Item(2)->ProtectRTF());
 }
 
-TEST(Tag, EvaluatesOnceUntilArmedAgain) {
+TEST(Tag, EvaluatesOnceForEachValue) {
     TagTest on;
     on.set(u"a", u"1");
     EXPECT_EQ(on.evaluate(u"[PROPERTY:a=:]"), u"1");
@@ -85,7 +85,7 @@ TEST(Tag, EvaluatesOnceUntilArmedAgain) {
     EXPECT_EQ(on.last->Result(), u"3");
 }
 
-TEST(Tag, TagsShowWhatTheyBecame) {
+TEST(Tag, TagsShowTheirResults) {
     TagTest on;
     on.set(u"a", u"[PROPERTY:b=:]+[PROPERTY:c=none:]");
     on.set(u"b", u"B");
@@ -106,7 +106,7 @@ TEST(Tag, TagsShowWhatTheyBecame) {
     }
 }
 
-TEST(Tag, TagsShowWhatLiesInTheirOwnText) {
+TEST(Tag, TagsShowTheTagsOfTheirText) {
     TagTest on;
     on.addHandler(u"H", 3, [](kvTag&) { return Variant(u"h"); });
     const auto tag = on.make(u"-[PROPERTY:a=[PROPERTY:b=[PROPERTY:c=<KV:H>:</KV>:]:]:]");
@@ -121,7 +121,7 @@ TEST(Tag, TagsShowWhatLiesInTheirOwnText) {
 }
 
 // A tag that a reader evaluated first keeps its result; a skipped one is left alone.
-TEST(Tag, TagsBesideTheirPlace) {
+TEST(Tag, TagsThatChangePlaces) {
     TagTest on;
     on.set(u"a", u"1");
     const auto tag = on.make(u"[PROPERTY:a=:]");
@@ -218,7 +218,7 @@ private:
     PropertiesRef own_;
 };
 
-TEST(Tag, TakesTheHostsCollection) {
+TEST(Tag, AcceptsTheHostsCollection) {
     TagTest on;
     const auto host = std::make_shared<HostCollection>(on.properties);
     on.set(u"a", u"1");

@@ -52,7 +52,7 @@ struct Template {
     }
 };
 
-TEST_F(Threads, WorkSideBySideWithObjectsOfTheirOwn) {
+TEST_F(Threads, WorkAtTheSameTimeWithTheirOwnObjects) {
     platform::SystemServices machine({(folder_ / "registry.reg").u16string(), {}, {}});
     std::array<std::u16string, kThreads> results;
     std::vector<std::thread> threads;

@@ -101,7 +101,7 @@ TEST_F(DirectTag, OpensObjectsAndKeepsThem) {
     EXPECT_EQ(kept(), "");
 }
 
-TEST_F(DirectTag, KeepsItemsAndWhatItsCallerHolds) {
+TEST_F(DirectTag, KeepsItemsAndObjectsOfTheCaller) {
     EXPECT_EQ(call(u"GetObjectItem", {u"-3", 4}), "kvObjectItem GetObjectItem,Long -3,Long 4");
     EXPECT_EQ(call(u"GetObjectItem", {-3, 4}), "kvObjectItem");
     EXPECT_EQ(call(u"GetObjectItem", {9, 0, u"absent"}), "kvObjectItem GetObjectItem,Long 9,Long 0");
@@ -121,7 +121,7 @@ TEST_F(DirectTag, KeepsItemsAndWhatItsCallerHolds) {
     EXPECT_EQ(kept(), "_N_Buyer=Buyer | N_Buyer.ID=Long 0 | _kvObjectItems=kvObjectItems | kvObjectItems.ID=Long 17");
 }
 
-TEST_F(DirectTag, AnswersNothingWhenTheHostFails) {
+TEST_F(DirectTag, ReturnsNothingWhenTheHostFails) {
     const Variant bads[] = {Variant(),
                             automation::Null(),
                             ObjectRef(),

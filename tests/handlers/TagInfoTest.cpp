@@ -74,7 +74,7 @@ TEST_F(TagInfo, KnowsTheBuiltInHandler) {
     EXPECT_EQ(services.registry.reads, 0u);
 }
 
-TEST_F(TagInfo, AsksHandlersAsTheirLevelAllows) {
+TEST_F(TagInfo, CallsHandlersByTheirLevel) {
     const ObjectRef database = std::make_shared<TalkingHandler>(0, u"kvDatabase");
     info.Database(database);
     for (const ObjectRef& other : {ObjectRef(), ObjectRef(std::make_shared<TalkingHandler>(0, u"Recordset"))}) {
@@ -101,7 +101,7 @@ TEST_F(TagInfo, AsksHandlersAsTheirLevelAllows) {
     }
 }
 
-TEST_F(TagInfo, TellsWhatIsRegisteredAndAvailable) {
+TEST_F(TagInfo, ReportsRegisteredAndAvailableHandlers) {
     add(handlers, u"H", u"Test.H4");
     for (const auto* name : {u"S", u"S-1", u"TAG"}) add(groups + u"\\LETTERS", name, u"Test.S3");
     services.registry.set(handlers, u"GONE", u"Test.Gone");
@@ -164,7 +164,7 @@ TEST_F(TagInfo, ListsHandlers) {
     EXPECT_EQ(ask(u"HandlerList"), "B=String x | A=String x | Hid=String x | tag=String ");
 }
 
-TEST_F(TagInfo, StandsAnyRegistry) {
+TEST_F(TagInfo, AcceptsAnyRegistry) {
     const std::u16string huge(64'000, u'N'), lines = u"CR\r\nLF";
     services.registry.set(handlers, huge, u"");
     services.registry.set(handlers, lines, std::u16string(64'000, u'c'));

@@ -53,7 +53,7 @@ TEST(Cryptography, SealsAsPublished) {
     EXPECT_EQ(unseal(key, kNonce, {}, seal(key, kNonce, {}, {})), "");
 }
 
-TEST(Cryptography, RefusesWhateverWasChanged) {
+TEST(Cryptography, RefusesChangedData) {
     CipherKey key;
     setKey(key);
     const std::string sealed = seal(key, kNonce, kAssociated, kPlain);

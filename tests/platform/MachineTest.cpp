@@ -92,7 +92,7 @@ TEST_F(Machine, WritesWholeAppendsAndCreatesOnce) {
     EXPECT_TRUE(files.write(u"NUL", "x"));
 }
 
-TEST_F(Machine, KnowsItsPlaces) {
+TEST_F(Machine, KnowsItsFolders) {
     EXPECT_FALSE(services_.folders.commonData().empty());
     EXPECT_FALSE(services_.folders.machineName().empty());
     EXPECT_TRUE(services_.files.exists(services_.folders.component() + u"\\test_platform.exe"));
@@ -201,7 +201,7 @@ TEST_F(Machine, PassesReferencesAndErrorsThroughTheAdapter) {
     EXPECT_EQ(errorOf([&] { call(foreign, u"Nothing", InvokeKind::method); }), 438);
 }
 
-TEST_F(Machine, LetsGoOfObjectsWithTheirAdapters) {
+TEST_F(Machine, ReleasesObjectsWithTheirAdapters) {
     auto sample = std::make_shared<Sample>();
     const std::weak_ptr<Sample> watch = sample;
     IDispatch* adapter = faceOf(sample);

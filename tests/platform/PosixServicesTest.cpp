@@ -52,7 +52,7 @@ protected:
     Files& files_ = system_.services().files;
 };
 
-TEST_F(PosixServices, FindsPathsAsTemplatesFromWindowsWriteThem) {
+TEST_F(PosixServices, FindsPathsOfWindowsTemplates) {
     put("Texts/Letter.rtf", "letter");
     put("Texts/LETTER.rtf", "shouted");
     put("odd\\name.txt", "odd");
@@ -107,7 +107,7 @@ TEST_F(PosixServices, MakesAFileOnce) {
     EXPECT_FALSE(files_.makeFolder(path(u"new/below")));
 }
 
-TEST_F(PosixServices, WaitsForNoPipeAndRefusesFilesBeyondTheLimit) {
+TEST_F(PosixServices, NeverWaitsForAPipeAndRefusesFilesBeyondTheLimit) {
     ASSERT_EQ(mkfifo((folder_ / "pipe").c_str(), 0600), 0);
     EXPECT_EQ(files_.read(path(u"pipe")), std::nullopt);
     EXPECT_FALSE(files_.append(path(u"pipe"), "x"));
@@ -172,7 +172,7 @@ protected:
     }
 };
 
-TEST_F(NativeClasses, AreMadeByEveryFormOfRegistration) {
+TEST_F(NativeClasses, AreCreatedByEveryFormOfRegistration) {
     const std::string clsid = "{01234567-89AB-CDEF-0123-456789ABCDEF}";
     const std::string library = "[HKLM\\SOFTWARE\\Classes\\Test.Echo]\n\"NativeLibrary\"=\"";
     const std::string forms[] = {
@@ -217,7 +217,7 @@ TEST_F(NativeClasses, AreLookedUpAnewForEachObject) {
     EXPECT_TRUE(create(u"late.so"));
 }
 
-TEST_F(NativeClasses, SayWhyTheyCannotBeMade) {
+TEST_F(NativeClasses, ReportWhyTheyCannotBeCreated) {
     std::string registry;
     for (const char* name : {"Abi", "Throws", "Null", "Fails", "Unknown"}) {
         registry += std::string("[HKLM\\SOFTWARE\\Classes\\Test.") + name + "]\n\"NativeLibrary\"=\"libtest.so\"\n";
@@ -238,7 +238,7 @@ TEST_F(NativeClasses, SayWhyTheyCannotBeMade) {
     }
 }
 
-TEST_F(NativeClasses, OfTheProgramComeFirst) {
+TEST_F(NativeClasses, OfTheProgramTakePrecedence) {
     registerClass(u"Test.Own", [] { return automation::ObjectRef(); });
     registerClass(u"Test.Failing", []() -> automation::ObjectRef { throw Error(5, u"", u"not today"); });
     const auto services = machine("");

@@ -74,7 +74,7 @@ TEST(RegistryFile, ReadsEveryEncoding) {
     EXPECT_EQ(RegistryFile("REGEDIT4\n" + ansi).value(u"SOFTWARE\\K", u"h"), u"\u20acA");
 }
 
-TEST(RegistryFile, IsSeenAsA32BitProgramSeesIt) {
+TEST(RegistryFile, HasTheViewOfA32BitProgram) {
     const RegistryFile file(
         "REGEDIT4\n"
         "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Wow6432Node\\K\\Handlers]\n\"A\"=\"narrow\"\n"
@@ -89,7 +89,7 @@ TEST(RegistryFile, IsSeenAsA32BitProgramSeesIt) {
     EXPECT_EQ(file.value(u"SOFTWARE\\Classes\\x.y\\clsid", u""), u"{1}");
 }
 
-TEST(RegistryFile, TakesNothingFromOtherFiles) {
+TEST(RegistryFile, RefusesOtherFormats) {
     for (const std::string bytes : {"", " \r\n", "[HKLM\\K]\n@=\"v\"", "\xff\xfe", "\xff", "\0\0\0"}) {
         const RegistryFile file(bytes);
         EXPECT_TRUE(file.subkeys(u"").empty()) << bytes;
@@ -97,7 +97,7 @@ TEST(RegistryFile, TakesNothingFromOtherFiles) {
     EXPECT_EQ(RegistryFile("{\\rtf1}").warnings().size(), 1U);
 }
 
-TEST(RegistryFile, DeletesWithEverythingBelow) {
+TEST(RegistryFile, DeletesKeysWithTheirSubkeys) {
     const RegistryFile file(kHead +
                             "[HKLM\\SOFTWARE\\K\\a\\b]\n\"n\"=\"v\"\n[HKLM\\SOFTWARE\\K!]\n\"n\"=\"v\"\n"
                             "[-HKLM\\SOFTWARE\\K]\n\"n\"=\"ignored\"\n");

@@ -19,7 +19,7 @@ protected:
     }
 };
 
-TEST_F(PropertyCollection, MarksWhatSettersDo) {
+TEST_F(PropertyCollection, MarksTheChangesOfSetters) {
     const PropertyRef property = collection->GetProperty(u"a", std::int32_t{0});
     EXPECT_EQ(property->ValueType(), 3);
     EXPECT_FALSE(property->Changed());
@@ -122,7 +122,7 @@ TEST_F(PropertyCollection, RaisesOverflowOfSizes) {
     EXPECT_EQ(collection->CountTotal(), 80);
 }
 
-TEST_F(PropertyCollection, KeysTheFirstOfAName) {
+TEST_F(PropertyCollection, FindsTheFirstOfAName) {
     addAll({u"A", u"a", u"b"});
     EXPECT_EQ(collection->Item(u"a")->ValueLng(), 1);
     EXPECT_TRUE(collection->Item(1)->Multiple());
@@ -177,7 +177,7 @@ TEST_F(PropertyCollection, InsertsAndMoves) {
     EXPECT_NE(collection->Item(u"w"), nullptr);
 }
 
-TEST_F(PropertyCollection, EnumeratesWhileEntriesComeAndGo) {
+TEST_F(PropertyCollection, EnumeratesDuringChanges) {
     addAll({u"a", u"b", u"c", u"d", u"e"});
     const auto each = collection->NewEnum();
     EXPECT_EQ(each->next()->Name(), u"a");

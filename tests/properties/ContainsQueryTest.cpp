@@ -11,7 +11,7 @@ protected:
     const PropertiesRef& terms = collection;
 };
 
-TEST_F(ContainsQuery, ReadsWhatUsersType) {
+TEST_F(ContainsQuery, ReadsSearchConditions) {
     // clang-format off
     const struct {
         const char16_t* typed;
@@ -43,7 +43,7 @@ TEST_F(ContainsQuery, ReadsWhatUsersType) {
     }
 }
 
-TEST_F(ContainsQuery, AddsToWhatIsThere) {
+TEST_F(ContainsQuery, AppendsTerms) {
     terms->BuildByContainsQuery(u"a");
     terms->BuildByContainsQuery(u"near a");
     terms->AddLng(u"ten", 10);
@@ -51,7 +51,7 @@ TEST_F(ContainsQuery, AddsToWhatIsThere) {
     EXPECT_TRUE(terms->Item(1)->Multiple());
 }
 
-TEST_F(ContainsQuery, WritesAConditionThatReadsAsItself) {
+TEST_F(ContainsQuery, WritesConditionsThatAreReadBackEqual) {
     static const std::u16string_view kPieces[] = {u"a",    u"cat",   u" ",      u" ",  u"\"",    u" and ",
                                                   u" Or ", u" not ", u" near ", u"\t", u"\u00e9"};
     Random random;
@@ -68,7 +68,7 @@ TEST_F(ContainsQuery, WritesAConditionThatReadsAsItself) {
     }
 }
 
-TEST_F(ContainsQuery, TakesLongSearches) {
+TEST_F(ContainsQuery, AcceptsLongSearches) {
     std::u16string words, quotes;
     for (int i = 0; i < 100'000; ++i) words.append(u"word").append(i % 2 == 0 ? u" and not " : u" ");
     terms->BuildByContainsQuery(words);

@@ -74,7 +74,7 @@ TEST_F(MachineFiles, AreReplacedWhole) {
     EXPECT_EQ(names(), std::vector<std::string>{"f"});
 }
 
-TEST_F(MachineFiles, InOddPlacesAreRefused) {
+TEST_F(MachineFiles, InInvalidPlacesAreRefused) {
     fs::create_directory(folder_ / "folder");
     std::ofstream(folder_ / "readonly") << "old=1&:";
     fs::permissions(folder_ / "readonly", fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
@@ -109,7 +109,7 @@ TEST_F(MachineFiles, GivePictureObjects) {
 }
 
 // What each system wrote once is read by every later version on both.
-TEST_F(MachineFiles, OfBothSystemsOpen) {
+TEST_F(MachineFiles, OfBothSystemsAreRead) {
     const char16_t* const cases[] = {
         u"VelmorCipher1:no9OBTrju+In9V8dzTYvRCFu32/N1DbCRkueK8TmcEsalOaQLJ5A0tyAwFy5KuBL/uYiE58xfYjTK4I9cVdApA==",
         u"VelmorCipher1:DFKvItvKqT0tkNF45lj0UEqGg5B46Jemflj4aNWs0UX0pSt8NfpfWiv1VJkwBfwDWFMe8Fpnx4lIgESun/ugOQ==",

@@ -68,7 +68,7 @@ TEST_F(PropertyFiles, ThatCannotBeReadOrWrittenChangeNothing) {
 }
 
 // Every complete entry of a file that ends too early is there.
-TEST_F(PropertyFiles, CutAnywhereGiveWhatIsComplete) {
+TEST_F(PropertyFiles, GiveTheirCompleteEntriesWhenTruncated) {
     collection->AddStr(u"Text", u"say \"hi\": \u20ac")->Encoding(8);
     collection->AddDate(u"When", automation::Date{38051.5});
     collection->AddStr(u"Packed", u"packed text")->Encoding(4);
@@ -90,7 +90,7 @@ TEST_F(PropertyFiles, CutAnywhereGiveWhatIsComplete) {
     }
 }
 
-TEST_F(PropertyFiles, OpenWithTheirPasswordAlone) {
+TEST_F(PropertyFiles, OpenWithTheirPasswordOnly) {
     collection->AddStr(u"Name", u"Ruth \u0141\xd800");
     const std::string saved = describe(*collection);
     ASSERT_TRUE(collection->SaveFile(kFile, u"pass"));
@@ -128,7 +128,7 @@ TEST_F(PropertyFiles, GivePicturesByteForByte) {
     EXPECT_EQ(bytes(), "Logo=n=1&:");
 }
 
-TEST_F(PropertyFiles, AreReachedByName) {
+TEST_F(PropertyFiles, AreServedByName) {
     const auto call = [&](std::u16string_view name, std::vector<automation::Variant> arguments) {
         return collection->invoke(name, automation::InvokeKind::method, arguments);
     };

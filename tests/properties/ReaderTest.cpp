@@ -52,7 +52,7 @@ TEST_F(PropertyReading, TypesBySuffix) {
 }
 
 // Whatever the machine's settings: one "." or one "," is the decimal sign, without a type only ".".
-TEST_F(PropertyReading, KnowsEitherDecimalSign) {
+TEST_F(PropertyReading, AcceptsBothDecimalSigns) {
     check({
         {u"a=1234,5#:", "a=Double 1234.5"}, {u"a=6458,88$:", "a=Currency 6458.88"}, {u"a=-,5!:", "a=Single -0.5"},
         {u"a=!12,5!:", "a=Decimal 12.5"}, {u"a=5,5&:b=5,5%:", "a=Double 5.5 | b=Double 5.5"},
@@ -182,7 +182,7 @@ TEST_F(PropertyReading, AppendsOrReplaces) {
 
 // A few hundred kilobytes that would unpack to more than a value may hold use up what the whole
 // text may unpack, so that many such values cost no more than one.
-TEST_F(PropertyReading, KeepsBombsRaw) {
+TEST_F(PropertyReading, KeepsOversizedValuesEncoded) {
     const std::u16string small = compressedText(u"text");
     const std::u16string bomb = base64(compressBytes(std::string(decodingLimit + 1, '\0')));
     collection->Build(u"a=~GZ\"" + small + u"\":b=~GZ\"" + bomb + u"\":c=~GZ\"" + small + u"\":");

@@ -52,7 +52,7 @@ TEST_F(PropertySorting, KeepsTheKeyWithTheFirstOfAName) {
     }
 }
 
-TEST_F(PropertySorting, IsTheInsertionOneByOne) {
+TEST_F(PropertySorting, EqualsInsertionOneByOne) {
     Random random;
     for (int round = 0; round < 2000; ++round) {
         collection->RemoveAll();

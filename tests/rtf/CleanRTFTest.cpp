@@ -71,14 +71,14 @@ std::size_t count(std::u16string_view text, std::u16string_view sought) {
 
 // ---- What is cleaned at all
 
-TEST(CleanRTF, LeavesWhatIsNoFinishedDocumentAsItIs) {
+TEST(CleanRTF, ChangesFinishedDocumentsOnly) {
     const char16_t* const texts[] = {
         u"", u"plain\r\n\r\ntext  ", u"{\\rtf1 <KV:A>B:</KV>\r\n\r\n}", u"{\\rtf1 <kv:\r\n\r\n}", u"{\\\\rtf1\r\n\r\n}",
     };
     for (const char16_t* text : texts) EXPECT_EQ(toUtf8(cleaned(text)), toUtf8(text));
 }
 
-TEST(CleanRTF, TellsItsHostTheLengthWhateverComesOfIt) {
+TEST(CleanRTF, ReportsTheLengthInEveryCase) {
     TestHost host;
     for (const bool timed : {false, true}) {
         host.timed = timed;
@@ -89,7 +89,7 @@ TEST(CleanRTF, TellsItsHostTheLengthWhateverComesOfIt) {
     EXPECT_EQ(host.lengths.front(), 5);
 }
 
-TEST(CleanRTF, ProtectsRowsUnlessTheOptionSaysOtherwise) {
+TEST(CleanRTF, ProtectsRowsUnlessTheOptionIsOff) {
     const std::u16string row = u"{\\rtf1 \\trowd\\cellx9 a\\cell\\row }";
     EXPECT_EQ(count(cleaned(row), u"\\trkeep\\row"), 1u);
     for (const std::u16string_view value : {u"1", u"0", u"", u"01", u"yes"}) {
@@ -103,7 +103,7 @@ TEST(CleanRTF, ProtectsRowsUnlessTheOptionSaysOtherwise) {
 
 // ---- Documents in documents
 
-TEST(CleanRTF, PutsDocumentsBackWhereTheyStood) {
+TEST(CleanRTF, ReturnsDocumentsToTheirPlaces) {
     const char16_t* const text =
         u"{\\rtf1 a{\\rtf1 b{\\rtf1 c}d{\\rtf1 {\\rtf1 e}f}g}{\\rtf1{\\*\\korvanenewheader}}h{\\RTF1 i}j{\\rtf k}l}";
     inAllModes("nested", [&](const CleanOptions& options) {
@@ -129,7 +129,7 @@ TEST(CleanRTF, BracketsTheTablesOfEveryText) {
 }
 
 // Whatever the documents say, nothing in them is put in the place of anything.
-TEST(CleanRTF, BringsNoTagToLife) {
+TEST(CleanRTF, CreatesNoTag) {
     const char16_t* const text =
         u"{\\rtf1 a{\\rtf1 <K{\\fonttbl{\\f0 A;}}V:TAG>INCLUDE=file:</KV>}"
         u"<K{\\*\\background}V:TAG>PRIVSTRCATDUMP:RTF1:</KV>\ufdd05\ufdd0}";
@@ -141,7 +141,7 @@ TEST(CleanRTF, BringsNoTagToLife) {
         << result;
 }
 
-TEST(CleanRTF, LeavesATextAloneThatUsesEveryMark) {
+TEST(CleanRTF, KeepsATextThatUsesEveryMark) {
     std::u16string text = u"{\\rtf1 a\r\n\r\n";
     for (unsigned unit = 0xE000; unit <= 0xFDEF; ++unit) text += static_cast<char16_t>(unit);
     EXPECT_TRUE(cleaned(text + u"}") == text + u"}");
@@ -149,7 +149,7 @@ TEST(CleanRTF, LeavesATextAloneThatUsesEveryMark) {
     EXPECT_TRUE(RtfText(cleaned(text + u"}")).text().ends_with(RtfText(text).text()));
 }
 
-TEST(CleanRTF, TidiesUp) {
+TEST(CleanRTF, RemovesLeftovers) {
     const std::u16string text =
         u"{\\rtf1{\\*\\generator A;}{\\*\\generator A;}{\\*\\generator A;} x\r\n\r\n\r\n{\\*\\background {\\b}}y}   ";
     const std::u16string result = cleaned(text);
@@ -224,7 +224,7 @@ std::u16string repeated(std::u16string_view piece, std::size_t times) {
     return text;
 }
 
-TEST(CleanRTF, TakesAnyDepthAndNumberOfDocuments) {
+TEST(CleanRTF, AcceptsAnyDepthAndNumberOfDocuments) {
     onSmallStack([](void*) -> void* {
         constexpr std::size_t deep = 100000;
         const std::u16string texts[] = {
@@ -252,7 +252,7 @@ TEST(CleanRTF, TakesAnyDepthAndNumberOfDocuments) {
 
 // ---- Files
 
-TEST(CleanRTFFile, TellsMissingFilesFromEmptyOnesAndReplacesWholeFiles) {
+TEST(CleanRTFFile, RefusesMissingFilesAndReplacesWholeFiles) {
     TestHost host;
     platform::MemoryFiles& files = host.machine.files;
     files.set(u"in.rtf", "{\\rtf1 \xe4\r\n\r\n}");

@@ -133,7 +133,7 @@ void check(const Case (&cases)[count], Stage stage) {
     }
 }
 
-TEST(GeneratorSectionWords, GoWithTheirWhiteSpaceAndNothingElse) {
+TEST(GeneratorSectionWords, AreRemovedWithTheirWhiteSpaceOnly) {
 #define G u"{\\*\\generator Korvane RTF Control 3}"
     const Case cases[] = {
         {G u"\\margl1800\\margr1800 Text", G u"Text"},
@@ -164,7 +164,7 @@ TEST(WordsStayApart, WhereARemovalWouldJoinThem) {
     check(cases, [](std::u16string& text) { Module1::UnwrapNestedDocuments(text, {}); });
 }
 
-TEST(UnwrapNestedDocuments, TolerantLeavesTheHostItsOwnWay) {
+TEST(UnwrapNestedDocuments, TolerantKeepsTheWordsOfTheHost) {
     const Case cases[] = {
         {u"{\\rtf1 a{\\rtf1\\ansi\\deff0\\paperw9 b\\par}c}", u"{\\rtf1 a{b\\par}c}"},
         {u"{\\rtf1 a{\\rtf b}{\\RTF1 c}}", u"{\\rtf1 a{b}{c}}"},
@@ -201,7 +201,7 @@ TEST(UnwrapNestedDocuments, TolerantLeavesTheHostItsOwnWay) {
     check(cases, [](std::u16string& text) { Module1::UnwrapNestedDocuments(text, tolerantly()); });
 }
 
-TEST(UnwrapNestedDocuments, TolerantDropsWhatSpeaksForAWholeDocument) {
+TEST(UnwrapNestedDocuments, TolerantRemovesTheWordsOfADocument) {
     for (const auto word : test::piecesOf(
              u"adeff|adeflang|ansi|ansicpg|deff|deflang|deflangfe|gutter|landscape|mac|margb|margl|margr|margt|paperh|"
              u"paperw|pc|pca|stshfbi|stshfdbch|stshfhich|stshfloch")) {
@@ -211,7 +211,7 @@ TEST(UnwrapNestedDocuments, TolerantDropsWhatSpeaksForAWholeDocument) {
     }
 }
 
-TEST(MergePageBreaks, TakeThePageOfTheDocumentBehindThem) {
+TEST(MergePageBreaks, TakeThePageOfTheNextDocument) {
 #define M u"{\\*\\korvanemergepagebreak}"
     const Case cases[] = {
         {M u"\\sectd\\lndscpsxn\\pgwsxn11906\\pghsxn16838 ",
@@ -251,7 +251,7 @@ TEST(MergePageBreaks, TakeThePageOfTheDocumentBehindThem) {
     check(tolerant, [](std::u16string& text) { Module1::ApplyMergePageBreaks(text, tolerantly()); });
 }
 
-TEST(SectionMarkers, DescribeTheSectionThatTheyStandIn) {
+TEST(SectionMarkers, DescribeTheirSection) {
 #define S u"{\\*\\korvanesection"
 #define D u"{\\*\\korvanecmplete"
     const Case cases[] = {
@@ -289,7 +289,7 @@ TEST(TableRows, TolerantKeepsTheRowsAroundATableApart) {
     EXPECT_EQ(toUtf8(text), toUtf8(u"\\trowd " + inner + u"\\trkeep" + behind + u"\\cell\\trkeep\\row"));
 }
 
-TEST(BlankLines, TolerantLeavesTheDataOfPicturesAlone) {
+TEST(BlankLines, TolerantKeepsTheDataOfPictures) {
     std::u16string text = u"a\r\n\r\n\\bin6 \r\n\r\n\r\n\r\n\r\nb";
     Module1::CollapseBlankLines(text, tolerantly());
     EXPECT_EQ(toUtf8(text), toUtf8(u"a\r\n\\bin6 \r\n\r\n\r\n\r\nb"));

@@ -34,7 +34,7 @@ struct Case {
 
 class HeadersFooters : public testing::TestWithParam<Case> {};
 
-TEST_P(HeadersFooters, GoWhereTheyBelong) {
+TEST_P(HeadersFooters, BelongToTheirSections) {
     EXPECT_EQ(toUtf8(applied(GetParam().before)), toUtf8(GetParam().after)) << GetParam().what;
 }
 
@@ -104,7 +104,7 @@ TEST(HeadersFootersOf, EveryWord) {
 }
 
 // An empty header moves no text, wherever the document would have it.
-TEST(JoinedHeaders, EmptyOnesTakeNoRoom) {
+TEST(JoinedHeaders, EmptyHeadersTakeNoRoom) {
     std::u16string text = u"{\\rtf1{\\header h}a{\\*\\korvanemergepagebreak}{\\rtf1\\sectd\\headery1440 b\\sect c}}";
     CleanOptions options;
     options.tolerant = true;
@@ -114,7 +114,7 @@ TEST(JoinedHeaders, EmptyOnesTakeNoRoom) {
 }
 
 // \facingp is looked for before the text, behind the tables.
-TEST(JoinedHeaders, LetTheHostFace) {
+TEST(JoinedHeaders, GiveTheHostFacingPages) {
     const auto joined = [](const std::u16string& begin) {
         std::u16string text = u"{\\rtf1" + begin + u"{\\*\\korvanemergepagebreak}{\\rtf1\\facingp b}}";
         Module1::ApplyMergePageBreaks(text, {});
@@ -153,7 +153,7 @@ TEST(HeadersFootersOf, RandomDocuments) {
     }
 }
 
-TEST(JoinedHeaders, ShowWhatEachDocumentShowsAlone) {
+TEST(JoinedHeaders, EqualThoseOfEachDocumentAlone) {
     const unsigned seed = testSeed();
     std::mt19937 random(seed);
     for (int round = 0; round < 3000 && !testing::Test::HasFailure(); ++round) {

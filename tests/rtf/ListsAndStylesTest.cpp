@@ -156,7 +156,7 @@ TEST(ListsAndStyles, ListsKeepTheirNumbering) {
 
 // A style that was renamed is shared again; what a document without tables refers to stays free, or
 // becomes nothing where another document has it already.
-TEST(ListsAndStyles, DocumentsKnowTheHostAlone) {
+TEST(ListsAndStyles, DocumentsReferToTheHostOnly) {
     const std::u16string bare = u"{\\rtf1\\s1\\s2\\ls1 x}";
     const std::u16string lifted =
         u"{\\rtf1{\\stylesheet{\\s0 Normal;}{\\s1\\i A;}}{\\*\\listoverridetable{\\listoverride\\ls1}}\\s1\\ls1 x}";

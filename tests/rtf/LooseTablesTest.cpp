@@ -74,7 +74,7 @@ TEST(LooseTables, GetTheMarkersThatConversionNeeds) {
 }
 
 // Whatever the text, nothing but pairs is added, and they do not cross.
-TEST(LooseTables, RandomTextsGetNothingButPairs) {
+TEST(LooseTables, RandomTextsGetPairsOnly) {
     const std::uint32_t seed = testSeed();
     std::mt19937 random(seed);
     std::size_t added = 0;

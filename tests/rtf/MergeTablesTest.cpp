@@ -97,7 +97,7 @@ TEST(MergeColours, RenumbersTheHostsColours) {
     }
 }
 
-TEST(MergeTables, KeepsManyFontsAndColoursApart) {
+TEST(MergeTables, DistinguishesManyFontsAndColours) {
     constexpr int fonts = 70000;
     constexpr int colours = 657;
     std::u16string table = u"{\\fonttbl";
@@ -187,7 +187,7 @@ TEST(MergeTables, BadTablesLoseNothing) {
     }
 }
 
-TEST(MergeTables, BothFormsOfATableGo) {
+TEST(MergeTables, BothFormsOfATableAreRemoved) {
     EXPECT_EQ(narrow(merged(u"{\\rtf1{\\upr\r\n{\\fonttbl{\\f3 A;}}{\\*\\ud{\\fonttbl{\\f3 A;}}}}\\f3 x}")),
               narrow(u"{\\rtf1" + defaultColours + u"{\\fonttbl\r\n{\\f0 A;}}\\f0 x}"));
 }

@@ -20,7 +20,7 @@ privStrCat builderOf(std::u16string_view text) {
     return builder;
 }
 
-TEST(Module1, NoLineFeedNorDigitIsADelimiter) {
+TEST(Module1, LineFeedsAndDigitsAreNotDelimiters) {
     for (unsigned unit = 0; unit < 0x10000; ++unit) {
         EXPECT_EQ(isDelimiter(static_cast<char16_t>(unit)),
                   std::u16string_view(u"\r \\{}").find(static_cast<char16_t>(unit)) != std::u16string_view::npos);
@@ -194,7 +194,7 @@ const ValueCase valueCases[] = {
     {u"\\\\paperw7\\paperw8 ", 8},
 };
 
-TEST(Module1, ReadsTheNumberBehindAWord) {
+TEST(Module1, ReadsTheNumberOfAWord) {
     for (const ValueCase& row : valueCases) {
         EXPECT_EQ(GetRTFWordValue(row.text, u"\\paperw", u"", u""), row.expected)
             << ::testing::PrintToString(std::u16string(row.text));

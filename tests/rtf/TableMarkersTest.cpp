@@ -68,7 +68,7 @@ const std::u16string unmarkedCases[] = {
     u"\\trowd\\irow0\\lastrow\\cell\\row {\\*\\korvane\\starttable",
 };
 
-TEST(TableMarkers, LeavesOtherTextsAlone) {
+TEST(TableMarkers, KeepsOtherTexts) {
     for (const std::u16string& text : unmarkedCases) {
         CountedGuids guids;
         std::u16string value = text;
@@ -77,7 +77,7 @@ TEST(TableMarkers, LeavesOtherTextsAlone) {
     }
 }
 
-TEST(TableMarkers, RemovesInTheRangeAloneAndKeepsTheLength) {
+TEST(TableMarkers, RemovesInTheRangeOnlyAndKeepsTheLength) {
     const std::u16string row = u"\\trowd a\\cell\\trowd\\row";
     const std::u16string kept = u"\\trowd a\\cell\\row";
     std::u16string value = row + row + row + u".";

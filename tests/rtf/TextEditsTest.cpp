@@ -53,7 +53,7 @@ TEST(TextEdits, EqualChangesMadeOneByOneFromTheEnd) {
 
 // ---- What is put back
 
-TEST(TableCollection, PutsBackAtEveryDepthWhateverRoomThereIs) {
+TEST(TableCollection, ExpandsAtEveryDepthWithAnyCapacity) {
     for (const std::size_t room : {0, 1000}) {
         TableCollection tables(u'#');
         tables.documents().push_back({u"[1" + tables.placeholder(std::size_t{1}) + u"]", {}});
@@ -67,7 +67,7 @@ TEST(TableCollection, PutsBackAtEveryDepthWhateverRoomThereIs) {
     }
 }
 
-TEST(TableCollection, EndsWhereTextsLieInThemselvesOrStandTwice) {
+TEST(TableCollection, EndsForTextsWithinThemselvesOrTwice) {
     TableCollection tables(u'#');
     const std::u16string first = tables.placeholder(std::size_t{0}), second = tables.placeholder(std::size_t{1});
     tables.documents().push_back({u"[" + second + u"]", {}});

@@ -27,7 +27,7 @@ bool showsInCell(const std::u16string& piece) {
     return text.find(piece + u"\\par{\\*") != std::u16string::npos;
 }
 
-TEST(WordTable, SaysWhatShowsOnAPage) {
+TEST(WordTable, KnowsTheWordsThatShowOnAPage) {
     for (const auto piece : test::piecesOf(
              u"x|\\bullet |\\chdate |\\chdpa |\\chdpl |\\chftn |\\chpgn |\\chtime |\\column |\\emdash |\\emspace |"
              u"\\endash |\\enspace |\\lbr0 |\\ldblquote |\\line |\\lquote |\\qmspace |\\rdblquote |\\rquote |"
@@ -54,7 +54,7 @@ TEST(WordTable, SaysWhatShowsOnAPage) {
     EXPECT_TRUE(showsInCell(u"\\page "));
 }
 
-TEST(WordTable, SaysWhatSpeaksForAWholeDocument) {
+TEST(WordTable, KnowsTheWordsOfADocument) {
     const auto unwrapped = [](const std::u16string& lifted) {
         CleanOptions options;
         options.tolerant = true;

@@ -99,7 +99,7 @@ TEST_F(SampleDatabase, ServesATemplateAndTakesItsErrorLog) {
               "1;");
 }
 
-TEST_F(SampleDatabase, IsWhatTheCatalogueTakes) {
+TEST_F(SampleDatabase, IsAcceptedByTheCatalogue) {
     kvTagInfo info(machine.services());
     info.Database(database);
     EXPECT_EQ(info.HandlerListFilteredString(), u"CUSTOMER:TAG:");

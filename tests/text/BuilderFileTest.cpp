@@ -22,7 +22,7 @@ protected:
     const std::filesystem::path folder_ = std::filesystem::path(testing::TempDir()) / "velmor builder \xC3\xA9";
 };
 
-TEST_F(BuilderFile, ABytesACharacter) {
+TEST_F(BuilderFile, OneByteIsOneCharacter) {
     std::string all;
     for (int i = 0; i < 100003; ++i) all += static_cast<char>(i % 251);
     for (const std::string& bytes : {std::string(), std::string("x"), std::string("a\0\x80\xE9\r\n\x1A", 7), all}) {
@@ -40,7 +40,7 @@ TEST_F(BuilderFile, ABytesACharacter) {
     }
 }
 
-TEST_F(BuilderFile, WhatCannotBeReadLeavesTheBuilderAlone) {
+TEST_F(BuilderFile, FailedReadsLeaveTheBuilderUnchanged) {
     const std::u16string folder = folder_.u16string(), existing = file("text");
     for (const std::u16string& name :
          {std::u16string(), folder, folder + u"/absent", existing + std::u16string(u"\0x", 2), folder + u"/\xD800"}) {

@@ -13,7 +13,7 @@ privStrCat holding(std::u16string_view text) {
 }
 
 // Every member, in random order, on random texts, positions and extremes.
-TEST(Builder, RandomCallsGiveWhatTheFlatBufferGives) {
+TEST(Builder, RandomCallsEqualTheFlatBuffer) {
     const unsigned first = testSeed();
     for (unsigned seed = first; seed != first + 1000; ++seed) {
         const auto bytes = Random(seed).bytes(1500);
@@ -22,7 +22,7 @@ TEST(Builder, RandomCallsGiveWhatTheFlatBufferGives) {
 }
 
 // What a caller would hardly guess. The flat buffer is held to it, too.
-TEST(Builder, GivesWhatIsPromised) {
+TEST(Builder, FollowsItsContract) {
     const std::u16string_view braces = u"x{\\A{\\b}\\}c\\\\}d}", raised5 = u"VelmorStrCat 5",
                               raised6 = u"VelmorStrCat 6";
     const struct {
@@ -67,7 +67,7 @@ TEST(Builder, CountsInALongRunOfBackslashes) {
     EXPECT_EQ(holding(std::u16string(200000, u'\\')).FindCount(u"\\", 1, 0, true, true), 100000);
 }
 
-TEST(Builder, ATextTooLongIsAsIfMemoryRanOut) {
+TEST(Builder, ATextThatIsTooLongFailsLikeFullMemory) {
     privStrCat builder = holding(u"abc");
     volatile std::size_t length = privStrCat::maximumLength + 1;  // the compiler would warn of the sum
     const std::u16string_view huge(u"x", length);                 // never read
@@ -79,7 +79,7 @@ TEST(Builder, ATextTooLongIsAsIfMemoryRanOut) {
     EXPECT_EQ(builder.ReturnVal() + builder.spareTail(), u"abc" + std::u16string(509, u' '));
 }
 
-TEST(Builder, TakesTextsThatAreItsOwn) {
+TEST(Builder, AcceptsItsOwnTextAsArgument) {
     privStrCat builder = holding(u"0123456789");
     const auto own = [&](std::size_t from, std::size_t count) { return builder.contiguous().substr(from, count); };
     for (int i = 0; i < 12; ++i) builder.Append(builder.contiguous());
@@ -95,7 +95,7 @@ TEST(Builder, TakesTextsThatAreItsOwn) {
     EXPECT_EQ(builder.LeftStr(8), u"00000000");
 }
 
-TEST(Builder, TakesTextsOverAndGivesThemAwayWithoutCopies) {
+TEST(Builder, MovesTextsInAndOutWithoutCopies) {
     std::u16string text(100000, u'x');
     const char16_t* const place = text.data();
     privStrCat builder;

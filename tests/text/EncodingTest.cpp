@@ -7,7 +7,7 @@
 namespace velmor {
 namespace {
 
-TEST(Utf8, EveryUnitAndRandomTextsComeBack) {
+TEST(Utf8, EveryUnitAndRandomTextsSurviveARoundTrip) {
     for (unsigned unit = 0; unit <= 0xFFFF; ++unit) {
         const std::u16string text{u'a', static_cast<char16_t>(unit), u'b'};
         ASSERT_EQ(fromUtf8(toUtf8(text)), text) << unit;
@@ -36,7 +36,7 @@ TEST(Utf8, EachBrokenSequenceIsOneReplacement) {
     for (const auto& [bytes, text] : cases) EXPECT_EQ(fromUtf8(bytes), text);
 }
 
-TEST(Ansi, EveryByteComesBack) {
+TEST(Ansi, EveryByteSurvivesARoundTrip) {
     for (int byte = 0; byte < 256; ++byte) {
         const std::string bytes(1, static_cast<char>(byte));
         EXPECT_EQ(toAnsi(fromAnsi(bytes)), bytes);
@@ -45,7 +45,7 @@ TEST(Ansi, EveryByteComesBack) {
     EXPECT_EQ(fromAnsi("\x80\x81\xFF"), u"\u20AC\u0081\u00FF");
 }
 
-TEST(Ansi, WhatDoesNotFitIsAQuestionMarkAndNeverALookAlike) {
+TEST(Ansi, MissingCharactersBecomeQuestionMarks) {
     // Full-width and other slashes, braces; the Kelvin sign; an accented letter of another page; a pair.
     for (const char16_t unit : std::u16string_view(u"\uFF3C\u2216\uFF5B\uFF5D\u212A\u0101\xD83D\u0080")) {
         EXPECT_EQ(ansiCode(unit), '?') << static_cast<unsigned>(unit);
@@ -66,7 +66,7 @@ protected:
     ~PairedAnsi() override { useAnsiCodePage(westernCodePage()); }
 };
 
-TEST_F(PairedAnsi, CharactersOfTwoBytesComeBack) {
+TEST_F(PairedAnsi, CharactersOfTwoBytesSurviveARoundTrip) {
     const std::pair<std::string_view, std::u16string_view> cases[] = {
         {"a\x82\xA0z", u"a\u3042z"},
         {"\x81\x5C\\", u"\u2015\\"},

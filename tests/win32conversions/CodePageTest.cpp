@@ -25,7 +25,7 @@ std::wstring read(UINT codePage, const std::string& bytes) {
     return std::wstring(units, static_cast<std::size_t>(size));
 }
 
-TEST(CodePage, OfSeveralBytesIsTheSystems) {
+TEST(CodePage, OfSeveralBytesIsConvertedByTheSystem) {
     for (const UINT codePage : {932U, 936U, 949U, 950U}) {
         installCodePage(codePage);
         int pairs = 0;

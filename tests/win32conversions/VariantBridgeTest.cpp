@@ -27,7 +27,7 @@ Variant thereAndBack(const Variant& value) {
     return fromVariant(*toVariant(value));
 }
 
-TEST(VariantBridge, EveryPlainTypeComesBack) {
+TEST(VariantBridge, EveryPlainTypeSurvivesARoundTrip) {
     constexpr auto kAll = std::numeric_limits<std::uint64_t>::max();
     // clang-format off
     const std::pair<Variant, VARTYPE> cases[] = {
@@ -195,7 +195,7 @@ TEST(VariantBridge, ReferencesAreFollowedAndWrittenBack) {
     EXPECT_EQ(decimal.wReserved, 0);
 }
 
-TEST(VariantBridge, VariantReferencesTakeAnyType) {
+TEST(VariantBridge, VariantReferencesAcceptAnyType) {
     ScopedVariant variable = toVariant(Variant(u"before"));
     VARIANT reference = referenceTo(VT_VARIANT, variable.get());
     EXPECT_TRUE(assignReference(reference, 7));
@@ -215,7 +215,7 @@ TEST(VariantBridge, VariantReferencesTakeAnyType) {
     EXPECT_FALSE(assignReference(value, 1));  // no reference
 }
 
-TEST(VariantBridge, ObjectReferencesLetGoOfWhatTheyHeld) {
+TEST(VariantBridge, ObjectReferencesReleaseTheirObjects) {
     const auto first = std::make_shared<Plain>();
     const auto second = std::make_shared<Plain>();
     IDispatch* held = faceOf(first);
