@@ -186,20 +186,28 @@ def on_page(data, page):
     return with_page_words(b"".join(out) + data[kept:], page)
 
 
-def as_joined(data, is_left):
+def adds_spacing(data):
+    """Whether the space after a paragraph and that before the next one add up, which holds for a whole text."""
+    return b"\\htmautsp" not in data
+
+
+def as_joined(data, is_left, is_added):
     """The document as it must look in a joined text: its first section begins on a new page. Is_left: the page
-    is a left one, and the document has facing pages."""
+    is a left one, and the document has facing pages. Is_added: what adds_spacing is there."""
     changed = {b"sbknone": b"sbkpage", b"sbkcol": b"sbkpage"}
-    swapped = {b"headerl": b"headerr", b"headerr": b"headerl", b"footerl": b"footerr", b"footerr": b"footerl"}
+    always = {b"htmautsp": b"nohtmautsp"} if is_added else {}
+    if is_left:
+        always.update({b"headerl": b"headerr", b"headerr": b"headerl", b"footerl": b"footerr", b"footerr": b"footerl"})
     out, kept = [], 0
     for token in tokens(data):
         if token.word == b"sect":
             changed = {}
-        word = changed.get(token.word) or is_left and swapped.get(token.word)
+        word = changed.get(token.word) or always.get(token.word)
         if word:
             out.append(data[kept:token.start] + b"\\" + word)
             kept = token.start + 1 + len(token.word)
-    return b"".join(out) + data[kept:]
+    joined = b"".join(out) + data[kept:]
+    return joined if is_added or not adds_spacing(joined) else after_opening(joined, b"\\htmautsp")
 
 
 def with_whole_page(data):
@@ -210,7 +218,12 @@ def with_whole_page(data):
 
 def with_page_words(data, page):
     """The document with these page words after its opening."""
-    words = b"".join(b"\\%s%d" % item for item in page.items() if item[0] != b"landscape" or item[1])
+    return after_opening(data, b"".join(b"\\%s%d" % item for item in page.items()
+                                        if item[0] != b"landscape" or item[1]))
+
+
+def after_opening(data, words):
+    """The document with these words after its opening."""
     opening = re.match(rb"\s*\{\\rtf-?\d*", data)
     return data[: opening.end()] + words + data[opening.end():] if opening else data
 
