@@ -9,7 +9,7 @@
 
 #include "Seed.h"
 
-// Random numbers from testSeed on. A test that fails while it lives shows the seed.
+// Random numbers from testSeed. A test that fails during its lifetime shows the seed.
 class Random : public std::mt19937 {
 public:
     explicit Random(unsigned seed = testSeed()) : std::mt19937(seed), trace_("random test", 0, seed) {}
@@ -21,7 +21,7 @@ public:
     const auto& of(const List& list) {
         return list[below(std::size(list))];
     }
-    // Up to `most` of the pieces, one behind the other.
+    // A sequence of up to `most` of the pieces.
     template <typename Text = std::u16string, typename Pieces>
     Text text(const Pieces& pieces, unsigned most) {
         Text made;

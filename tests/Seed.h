@@ -4,8 +4,8 @@
 #include <random>
 #include <string_view>
 
-// Where random tests begin. The same on every run, so that a run says something about the change and
-// not about its luck; VELMOR_SEED=random, or a number, makes them look elsewhere.
+// The seed of random tests. It is the same in every run, so that a failure shows a change of the code.
+// VELMOR_SEED=random, or a number, sets another.
 inline unsigned testSeed() {
     const char* const wanted = std::getenv("VELMOR_SEED");
     if (wanted == nullptr) return 20040305;

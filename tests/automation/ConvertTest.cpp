@@ -10,7 +10,7 @@
 namespace velmor::automation {
 namespace {
 
-// An object whose default member gives a value; one without gives error 438.
+// An object whose default member gives a value, or error 438 without a value.
 class Holder : public Object {
 public:
     explicit Holder(std::optional<Variant> value) : value_(std::move(value)) {}
@@ -31,7 +31,7 @@ Variant holder(std::optional<Variant> value) {
 const Variant kArray = std::make_shared<const Array>(), kNothing = ObjectRef();
 constexpr auto kNaN = std::numeric_limits<double>::quiet_NaN();
 
-// What a conversion gives, as text; "-" where it gives nothing.
+// The result of a conversion as text; "-" if it fails.
 template <typename Result>
 std::string shown(const std::optional<Result>& result) {
     return result ? toUtf8(toText(Variant(*result)).value()) : "-";
@@ -71,7 +71,7 @@ TEST(Convert, ToEveryOtherType) {
     check(toDecimal, {{0.1, "0.1"}, {0.1f, "0.1"}, {Currency{-5}, "-0.0005"}, {u"&HFFFFFFFF", "-1"}, {1e29, "-"}});
     check(toDate, {
         {38051.5, "3/5/2004 12:00:00 PM"}, {-657434, "1/1/100"}, {2958466.0, "-"}, {-657435.0, "-"},
-        {u"38051", "-"}});  // a text is a date or none
+        {u"38051", "-"}});  // a text converts only if it is a date
     check(toText, {
         {Variant(), ""}, {std::uint8_t{255}, "255"}, {Date{38051.5}, "3/5/2004 12:00:00 PM"}, {true, "True"},
         {holder(u"x"), "x"}, {Null{}, "-"}, {ErrorCode{13}, "-"}, {kNothing, "-"}});
@@ -105,7 +105,7 @@ TEST(Convert, ComparesValues) {
     } cases[] = {
         {5, 5.0, true}, {true, std::int16_t{-1}, true}, {true, std::int16_t{1}, false}, {Variant(), 0, true},
         {Variant(), u"", true}, {Variant(), Variant(), true}, {u"a", u"a", true}, {u"a", u"A", false},
-        {u"5", 5, false},  // a text is no number
+        {u"5", 5, false},  // a text is not a number
         {0.1f, 0.1, true}, {Currency{1000}, 0.10001, false}, {Decimal{0, 15, 1, false}, 1.5, true},
         {Currency{922337203685477580}, Currency{922337203685477581}, false}, {Decimal{}, 1e300, false},
         {Decimal{0, 1, 28, false}, Variant(), false}, {Date{1.5}, 1.5, true}, {Null{}, Null{}, false},

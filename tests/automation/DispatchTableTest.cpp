@@ -37,7 +37,7 @@ private:
 
 const Variant kOne(1), kNothing{ObjectRef()};
 
-// The result as text, or the number of the error that was raised.
+// The result as text, or the number of the raised error.
 TEST(DispatchTable, FindsMembersAndPassesArguments) {
     const struct {
         const char16_t* name;
@@ -47,13 +47,13 @@ TEST(DispatchTable, FindsMembersAndPassesArguments) {
     } cases[] = {
         // clang-format off
         {u"VALUE", InvokeKind::let, {u"x"}, "x"}, {u"value", InvokeKind::get, {}, "x"}, {u"", InvokeKind::get, {}, "x"},
-        // A get is taken for a method and a method for a get, a let by the set of an object and the other way.
+        // A get and a method replace each other, and so do a let and a set of an object.
         {u"Item", InvokeKind::method, {kOne}, "101"}, {u"Flag", InvokeKind::get, {}, "True"},
         {u"Value", InvokeKind::set, {kNothing}, "?"}, {u"Item", InvokeKind::let, {kOne, kNothing}, "?"},
         {u"Item", InvokeKind::get, {kOne, Variant::missing()}, "101"}, {u"Item", InvokeKind::get, {kOne, u" 2 "}, "3"},
         {u"append", InvokeKind::method, {5}, ""}, {u"Nothing", InvokeKind::get, {}, "438"},
         {u"Append", InvokeKind::let, {kOne}, "438"},
-        {u"Item", InvokeKind::let, {kOne, kOne}, "438"},  // takes objects alone
+        {u"Item", InvokeKind::let, {kOne, kOne}, "438"},  // accepts objects only
         {u"Item", InvokeKind::get, {}, "450"}, {u"Item", InvokeKind::get, {Variant::missing(), kOne}, "450"},
         {u"Item", InvokeKind::get, {kOne, kOne, kOne}, "450"}, {u"Value", InvokeKind::let, {}, "450"},
         {u"Value", InvokeKind::get, {kOne}, "450"}, {u"Item", InvokeKind::get, {u"abc"}, "13"},

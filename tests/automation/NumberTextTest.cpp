@@ -31,7 +31,7 @@ TEST(NumberText, IsWritten) {
         {999999999999999.9, "1E+15"},  // rounding makes the sixteenth digit
         {-1.5e15, "-1.5E+15"}, {0.0001, "0.0001"}, {0.00099999999999999999, "0.001"}, {0.00001, "1E-05"},
         {0.000015, "1.5E-05"}, {0.00009999999999999999, "0.0001"},
-        {100000000000000.5, "100000000000001"},  // exact ties go away from zero
+        {100000000000000.5, "100000000000001"},  // exact ties round away from zero
         {100000000000001.5, "100000000000002"}, {-100000000000000.5, "-100000000000001"},
         {1000000000000.0625 + 0.0625, "1000000000000.13"}, {2251799813685248.5, "2.25179981368525E+15"},
         {5e-324, "4.94065645841247E-324"}, {std::numeric_limits<double>::infinity(), "1.#INF"}});
@@ -73,7 +73,7 @@ std::string libraryText(const char* format, double value, int digits) {
     return buffer;
 }
 
-// What the C library writes with %.15G and %.7G; nothing for ties, which it rounds to even.
+// The output of the C library for %.15G and %.7G; nothing for ties, which it rounds to even.
 template <class Number>
 void expectLibraryText(Number value, int digits) {
     const std::string longer = libraryText("%.*e", value, digits);

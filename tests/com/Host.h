@@ -9,7 +9,7 @@
 #include "platform/win32/ScopedVariant.h"
 #include "platform/win32/Windows.h"
 
-// What a C++ host has at hand: texts, values and calls by name.
+// Helpers of a C++ host: texts, values and calls by name.
 namespace host {
 
 using velmor::platform::ComPtr;
@@ -32,7 +32,7 @@ private:
     BSTR text_ = nullptr;
 };
 
-// A VARIANT from what a test writes down.
+// A VARIANT of a value in a test.
 class Value : public ScopedVariant {
 public:
     using ScopedVariant::ScopedVariant;
@@ -44,9 +44,9 @@ public:
     static Value copyOf(const VARIANT& value);
     static Value missing();
     static Value reference(VARIANT& variable);  // as scripts pass their variables
-    // Makes of such a reference one to the value in it where that is a text or a long, else the value.
+    // Turns such a reference into one to its text or long, any other into its value.
     void refine();
-    // Converted; a failure of the test where that does not go.
+    // Converted; the test fails if that is impossible.
     Value to(VARTYPE type) const;
 
 private:
@@ -71,14 +71,14 @@ std::wstring text(const VARIANT& value);  // converted
 // Type and value, as the script tests print them: "Long 5", "'text'" with | for a line end.
 std::wstring describe(const VARIANT& value);
 
-// A call of IDispatch::Invoke or ITypeInfo::Invoke, which differ in the object alone.
+// A call of IDispatch::Invoke or ITypeInfo::Invoke, which differ in the object only.
 Outcome callWith(const wchar_t* name, WORD flags, std::vector<Value> arguments,
                  const std::function<HRESULT(LPOLESTR*, MEMBERID*)>& find,
                  const std::function<HRESULT(DISPID, DISPPARAMS*, VARIANT*, EXCEPINFO*)>& invoke);
 Outcome call(IDispatch* object, const wchar_t* name, WORD flags, std::vector<Value> arguments = {});
 Outcome get(IDispatch* object, const wchar_t* name, std::vector<Value> arguments = {});
 
-// Values as an initializer list would copy them.
+// Moves values; an initializer list would copy them.
 template <class... Item>
 std::vector<Value> values(Item&&... item) {
     std::vector<Value> list;
@@ -91,10 +91,10 @@ ComPtr<_kvTag> newTag();
 ComPtr<_privProperties> propertiesOf(const ComPtr<_kvTag>& tag);
 std::wstring resultOf(const ComPtr<_kvTag>& tag, const wchar_t* value);
 
-// The same object, as identity goes.
+// Whether both are the same COM object.
 bool same(IUnknown* left, IUnknown* right);
 
-// References to the object, this call's own not counted.
+// References to the object, without that of this call.
 ULONG references(IUnknown* object);
 
 }  // namespace host

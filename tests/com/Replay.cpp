@@ -39,7 +39,7 @@ ComPtr<ITypeInfo> vtableOf(IDispatch* object) {
     return SUCCEEDED(object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.put())) ? vtableForm(*info.get()) : nullptr;
 }
 
-// Compilers pass 0 for what is left out and has no default value.
+// Compilers pass 0 for an omitted argument without a default value.
 void fillUp(ITypeInfo& info, const std::wstring& name, std::vector<Value>& arguments) {
     FUNCDESC* function = nullptr;
     for (UINT member = 0; SUCCEEDED(info.GetFuncDesc(member, &function)); ++member) {
@@ -67,7 +67,7 @@ public:
     const std::set<std::wstring>& called() const { return called_; }
 
 private:
-    // A variable, or a member of an object, with what stands in parentheses behind it.
+    // A variable, or a member of an object, with its arguments in parentheses.
     struct Place {
         ComPtr<IDispatch> object;
         std::wstring name;
@@ -162,7 +162,7 @@ private:
         return list;
     }
 
-    // A variable that stands alone is passed by reference.
+    // A variable alone is passed by reference.
     Value argument() {
         const wchar_t* const start = at_;
         const auto known = variables_.find(word());
@@ -213,7 +213,7 @@ private:
         while (std::iswalnum(*at_)) ++at_;
         return {start, at_};
     }
-    bool atEnd() { return take(L"") && !*at_; }  // but for blanks
+    bool atEnd() { return take(L"") && !*at_; }  // except for blanks
     bool endsArgument() { return atEnd() || *at_ == L',' || *at_ == L')'; }
 
     Call way_;

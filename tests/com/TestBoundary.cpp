@@ -1,4 +1,4 @@
-// What every class owes a host: late binding, errors, identity, enumerators, null pointers, lifetime.
+// The contract of every class: late binding, errors, identity, enumerators, null pointers, lifetime.
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@ using namespace host;
 
 namespace {
 
-// A literal is no BSTR: the header has no default arguments.
+// A literal is not a BSTR: the header has no default arguments.
 template <class Tag>
 concept LeavesTextsOut = requires(Tag tag, BSTR text, long* number) {
     tag.LogError(text, text, number);
@@ -50,13 +50,13 @@ TEST_F(Boundary, WrongCallsAreRefused) {
     EXPECT_EQ(get(list.get(), L"Count").text(), L"0");
 }
 
-// A variable of any type takes what the member leaves in it.
+// A variable of any type receives the value that the member sets.
 TEST_F(Boundary, ReferencesOfEveryTypeAreWrittenBack) {
     for (const VARTYPE type : {VT_I4, VT_I2, VT_UI1, VT_R4, VT_R8, VT_CY, VT_DECIMAL, VT_BSTR, VT_I8}) {
         EXPECT_EQ(tag->put_Value(Text(L"x\\cell 12345\\row rest")), S_OK);
         for (const bool typed : {true, false}) {
             Value variable = Value(typed ? 21 : 15).to(type);
-            VARIANT data = *variable;  // what a typed reference refers to
+            VARIANT data = *variable;  // the value of a typed reference
             Value reference = Value::reference(*variable);
             if (typed) {
                 reference->vt = VT_BYREF | type;
@@ -127,7 +127,7 @@ TEST_F(Boundary, ErrorsCarryNumberAndText) {
         return source.str() + L": " + description.str();
     };
     EXPECT_EQ(recorded(), L"kvVelmor3: Overflow");
-    // A failure without a text leaves no other one's record behind.
+    // A failure without a text leaves no older record.
     EXPECT_EQ(list->get_SizeStored(&size), overflow);
     EXPECT_EQ(tag->get_Result(nullptr), E_POINTER);
     EXPECT_EQ(recorded(), L"");
@@ -170,7 +170,7 @@ TEST_F(Boundary, NullPointersAreRefused) {
     EXPECT_EQ(list->get_NewEnum(nullptr), E_POINTER);
     EXPECT_EQ(list->Add(nullptr, *Value(1), VARIANT_FALSE, nullptr), E_POINTER);
     EXPECT_EQ(tag->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
-    // A null text is the empty text, a null object is Nothing, an error's number need not be given.
+    // A null text is the empty text, a null object is Nothing, an error's number may be omitted.
     EXPECT_EQ(tag->put_Value(nullptr), S_OK);
     EXPECT_EQ(tag->put_Name(nullptr), S_OK);
     EXPECT_EQ(tag->putref_Properties(nullptr), S_OK);
@@ -244,7 +244,7 @@ TEST(Lifetime, TheDllUnloadsWhenNothingIsHeld) {
     EXPECT_EQ(canUnload(), S_OK);
 }
 
-// Business objects know their database, and the tag keeps both: none of it is a circle.
+// Business objects refer to their database, and the tag to both; this is not a cycle.
 TEST(Lifetime, HostObjectsAreReleasedWithTheirTag) {
     const auto collection = create(L"VelmorTest.Collection");
     const auto database = create(L"VelmorTest.Database");
@@ -263,7 +263,7 @@ TEST(Lifetime, HostObjectsAreReleasedWithTheirTag) {
             EXPECT_EQ(tag->Dispose(VARIANT_TRUE), S_OK);
         }
         tag = nullptr;
-        // What was handed out lives on by itself, and keeps no tag.
+        // Returned objects stay alive and do not keep the tag.
         EXPECT_FALSE(get(direct.get(), L"GetObjectItem", values(7, 1)).object());
         EXPECT_EQ(references(account.get()), 1U);
         account = nullptr;

@@ -1,5 +1,5 @@
-// Damaged files, odd registries and logs that cannot be written, as a host of the component meets them. What can be
-// written in a script stands in damage.vbs.
+// Damaged files, invalid registries and logs that cannot be written, in a host of the component. damage.vbs has the
+// cases that a script can express.
 
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@ namespace {
 constexpr wchar_t kHandlers[] = L"SOFTWARE\\Korvane\\Quillmark\\Handlers";
 constexpr wchar_t kOptions[] = L"SOFTWARE\\Korvane\\Quillmark\\Options";
 
-// A string value below HKEY_LOCAL_MACHINE, for a test's length.
+// A string value below HKEY_LOCAL_MACHINE, for the duration of a test.
 class RegistryValue {
 public:
     RegistryValue(const wchar_t* key, std::wstring name, const std::wstring& data) : key_(key), name_(std::move(name)) {
@@ -56,7 +56,7 @@ TEST_F(Damage, AnyRegistryIsRead) {
         EXPECT_EQ(get(get(info.get(), L"HandlerList").object().get(), L"GetValue", values(L"LONG")).text(), data);
         EXPECT_EQ(get(info.get(), L"TagAvailable", values(L"LONG")).text(), L"False");
     }
-    // No key of ours at all.
+    // Without any key of ours.
     HKEY none = nullptr;
     ASSERT_EQ(RegCreateKeyW(HKEY_CURRENT_USER, L"Software\\VelmorTest", &none), ERROR_SUCCESS);
     ASSERT_EQ(RegOverridePredefKey(HKEY_LOCAL_MACHINE, none), ERROR_SUCCESS);
@@ -87,7 +87,7 @@ TEST_F(Damage, FilesThatCannotBeOpenedStay) {
     DeleteFileW(file.c_str());
 }
 
-// The settings last as long as a thread, so each log has one of its own.
+// A thread reads the settings once, so each log has a thread of its own.
 class TimingLog : public Damage {
 protected:
     void onItsOwnThread(const std::function<void()>& body) {

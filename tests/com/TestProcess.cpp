@@ -1,5 +1,5 @@
-// The component in the process of a host: handlers and host objects that do what they should not, objects that come as
-// bare interface pointers, classes that move, and threads.
+// The component in the process of a host: handlers and host objects that misbehave, objects that are passed as bare
+// interface pointers, classes that are registered anew, and threads.
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ using velmor::automation::Variant;
 
 namespace {
 
-// The object of a host, as it passes the boundary.
+// The object of a host, wrapped for COM.
 ComPtr<IDispatch> faceOf(const velmor::automation::ObjectRef& object) {
     return ComPtr<IDispatch>::attach(velmor::platform::faceOf(object));
 }
@@ -190,7 +190,7 @@ TEST(Process, AClassThatIsRegisteredAnewIsFound) {
     RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kHandlers, L"MOVING");
 }
 
-// A template with tags of some of the classes, from one of them on; and what it gives.
+// A template with tags of some of the classes, from one of them, and its result.
 struct ManyTags {
     std::wstring text, result;
 

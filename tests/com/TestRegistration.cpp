@@ -1,4 +1,4 @@
-// What registering writes, and that unregistering leaves nothing of it.
+// Registration, and unregistration without a trace.
 
 #include <gtest/gtest.h>
 
@@ -19,14 +19,14 @@ std::wstring braced(const GUID& id) {
     return text;
 }
 
-// Whose classes, and how they are registered.
+// The owner of the classes, and the call that registers them.
 struct Audience {
     HKEY root;
     const wchar_t* command;  // of DllInstall
 };
 const Audience everyone{HKEY_LOCAL_MACHINE, nullptr}, currentUser{HKEY_CURRENT_USER, L"USER"};
 
-// Below the classes; null for a key's own value.
+// Below the classes; null for a key's default value.
 std::wstring read(HKEY root, const std::wstring& key, const wchar_t* name = nullptr) {
     wchar_t text[512] = L"";
     DWORD bytes = sizeof text;
@@ -106,7 +106,7 @@ TEST_F(Registration, RegistersAndUnregistersCompletely) {
     EXPECT_EQ(install(TRUE, {HKEY_CURRENT_USER, L"users"}), E_INVALIDARG);
 }
 
-// Nothing lasting can be made in a volatile key: the last class fails.
+// A volatile key accepts no permanent subkey: the last class fails.
 TEST_F(Registration, LeavesNoTraceWhenItFails) {
     HKEY obstacle = nullptr;
     ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Classes\\kvVelmor3.ITag4", 0, nullptr, REG_OPTION_VOLATILE,
@@ -118,7 +118,7 @@ TEST_F(Registration, LeavesNoTraceWhenItFails) {
     expectWritten(HKEY_LOCAL_MACHINE);
 }
 
-// Deleting a tree of keys takes more than the right to write.
+// Deleting a tree of keys needs more than the right to write.
 TEST(RegistryKeys, CanBeEmptied) {
     const velmor::com::RegistryKey key(HKEY_CURRENT_USER, L"Software\\Velmor test");
     velmor::com::RegistryKey(key.get(), L"a\\b").setDefault(L"c");
@@ -135,7 +135,7 @@ TEST_F(Registration, OnlyPublishedClassesHaveAFactory) {
     EXPECT_EQ(getClass(CLSID_kvTag, IID_IClassFactory, nullptr), E_POINTER);
 }
 
-// A host's manifest may name a handler's class that the registry does not know.
+// A host's manifest may name a handler's class that is absent from the registry.
 TEST(Manifest, NamesHandlers) {
     std::ofstream("tests/VelmorTest.manifest")
         << "<assembly xmlns='urn:schemas-microsoft-com:asm.v1' manifestVersion='1.0'>"
@@ -158,13 +158,13 @@ TEST(Manifest, NamesHandlers) {
     ReleaseActCtx(context);
 }
 
-// A binary of ours as a file.
+// One of our binaries as a file.
 std::string bytesOf(const std::string& name) {
     std::ifstream file(name, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// The version resource says what templates read, and whose it is.
+// The version resource has the version that templates read, and the company.
 TEST(Binaries, HaveVersionAndCompany) {
     const std::wstring version = resultOf(newTag(), L"<KV:TAG>@DLL VERSION:</KV>");
     EXPECT_EQ(version, std::wstring(VELMOR_VERSION_TEXT, VELMOR_VERSION_TEXT + sizeof VELMOR_VERSION_TEXT - 1));
@@ -182,7 +182,7 @@ TEST(Binaries, HaveVersionAndCompany) {
     }
 }
 
-// What the loader and the debugger are promised.
+// Features for the loader and the debugger.
 TEST(Binaries, AreHardenedAndStripped) {
     for (const std::string name : {"Velmor3.dll", "velmor.exe"}) {
         const std::string bytes = bytesOf(name);

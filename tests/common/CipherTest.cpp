@@ -7,7 +7,7 @@ namespace {
 
 constexpr std::u16string_view kPassword = u"pass \u00e9\u4e00";
 
-// Each call takes a good part of a second, so there are few.
+// Each call takes much of a second, so the calls are few.
 TEST(Cipher, DeciphersItsTextAndNeverRepeatsAResult) {
     const std::u16string text(u"Ruth \u0141 \U0001f600\0\xd800", 11);
     const std::u16string first = encipheredText(text, kPassword), second = encipheredText(text, kPassword);
@@ -25,7 +25,7 @@ TEST(Cipher, RefusesWrongPasswordsAndChangedTexts) {
     for (const auto* const password : {u"", u"pass", u"Pass \u00e9\u4e00"}) {
         EXPECT_EQ(textFromEnciphered(enciphered, password), std::nullopt);
     }
-    // Marker, salt, nonce, body, tag; bits that base64 would not read; padding.
+    // Marker, salt, nonce, body, tag; bits that base64 ignores; padding.
     for (const std::size_t place : {std::size_t{0}, std::size_t{14}, std::size_t{38}, size - 8, size - 2, size - 1}) {
         std::u16string changed = enciphered;
         ++changed[place];

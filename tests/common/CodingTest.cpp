@@ -71,7 +71,7 @@ TEST(Coding, RestoresRandomBytes) {
         EXPECT_EQ(decompressBytes(compressed + "x"), Bytes());
         std::string damaged = compressed;
         damaged[random() % damaged.size()] ^= static_cast<char>(1 << random() % 8);
-        decompressBytes(damaged);  // refused, but for a few that have the checksum of their text all the same
+        decompressBytes(damaged);  // refused, except for the few whose checksum still matches
         compressed[compressed.size() - 1 - random() % 4] ^= static_cast<char>(1 << random() % 8);
         EXPECT_EQ(decompressBytes(compressed), Bytes());
     }

@@ -14,7 +14,7 @@ namespace {
 using test::tagged;
 using test::TagTest;
 
-// Templates and what they become, each on its own properties. "[" and "]" stand for "<KV:TAG>" and "</KV>".
+// Templates and their results, each with its own properties. "[" and "]" are replaced by "<KV:TAG>" and "</KV>".
 void check(TagTest& on, std::initializer_list<std::pair<const char16_t*, const char16_t*>> cases) {
     for (const auto& [text, expected] : cases) {
         on.properties->RemoveAll();
@@ -35,7 +35,7 @@ TEST(Commands, AnswerAsDescribed) {
         {u"<KV:GRP-TAG>@VERSION:</KV>", u"!Incorrect Handler!"}, {u"[SETPROPERTY:a=1:][PROPERTY:a=0:]", u"1"},
         {u"[SETPROPERTY:a=1:][SETPROPERTY:A=2:][PROPERTY:a=0:]", u"2"}, {u"[SETPROPERTY:]", u""},
         {u"[PRIVVAR:a=none:]", u"none"}, {u"[PRIVVAR:]", u""}, {u"[PRIVSTRCATDUMP:a=none:]", u"none"},
-        // Default values are typed as every unquoted value is; quoted ones stay as they stand.
+        // Unquoted default values have a type; quoted ones stay as they are.
         {u"[PROPERTY:b=zz:]", u"zz"}, {u"[PROPERTY:b=zz]", u"zz"}, {u"[PROPERTY:b=:]", u""}, {u"[PROPERTY:b:]", u"0"},
         {u"[PROPERTY:]", u""}, {u"[PROPERTY]", u""}, {u"[PROPERTY:b=007:]", u"7"}, {u"[PROPERTY:b=\"007\":]", u"007"},
         {u"[PROPERTY:b=1.50:]", u"1.5"}, {u"[PROPERTY:b=2147483647:]", u"2147483647"}, {u"[PROPERTY:b=5&:]", u"5"},
@@ -47,7 +47,7 @@ TEST(Commands, AnswerAsDescribed) {
     }
 }
 
-// The short cut for PROPERTY against the full parse, on names made of what could differ.
+// The short cut for PROPERTY and the full parse, on names that may show a difference.
 TEST(Commands, TheShortCutEqualsTheFullParse) {
     TagTest on;
     auto context = std::make_shared<TagContext>();
@@ -76,7 +76,8 @@ TEST(Commands, TheShortCutEqualsTheFullParse) {
 
 TEST(Commands, ReadTheElementsThatTheHostChanged) {
     TagTest on;
-    for (const auto* text : {u"[PROPERTY:a=1:]", u"[PROPERTY:a=1][PROPERTY:a=1:]"}) {  // the second the literal way
+    for (const auto* text :
+         {u"[PROPERTY:a=1:]", u"[PROPERTY:a=1][PROPERTY:a=1:]"}) {  // the second without the short cut
         const auto tag = on.make(std::u16string(text) + u"|[@AUTHOR:]");
         tag->Tags()->Item(1)->Elements()->Item(3)->ValueStr(u"2");
         tag->Tags()->Item(tag->Tags()->Count())->Name(u"TAG>@VERSION");

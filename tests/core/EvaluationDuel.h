@@ -15,8 +15,8 @@
 
 namespace velmor::test {
 
-// A template and the values that its tags read, made of pieces that bytes choose: the engine against
-// the described loop.
+// Compares the engine with the literal loop, on a template and values of its tags that are made of pieces
+// that the bytes select.
 class EvaluationDuel {
 public:
     EvaluationDuel(const std::uint8_t* data, std::size_t size) : data_(data), end_(data + size) {
@@ -25,7 +25,7 @@ public:
         for (std::u16string* value : {&p_, &q_, &v_}) *value = text(loose, 3);
     }
 
-    // What differed; empty when nothing did, or when the described loop would not end.
+    // The difference; empty without one, or if the literal loop would not end.
     std::string run() {
         try {
             const std::u16string slow = slowResult(), fast = fastResult();
@@ -50,7 +50,7 @@ private:
             u"<KV:TAG>PRIVVAR:v=</KV>", u"<KV:TAG>PROPERTY:p=<KV:TAG>PROPERTY:q=:</KV>:</KV>",
             u"<KV:TAG>PROPERTY:p=<KV:TAG>PROPERTY:q=</KV></KV>", u"<KV:TAG>PRIVVAR:z=<KV:TAG>PROPERTY:q=:</KV></KV>",
             u"<KV:", u"<KV:x", u"x</KV>", u"TAG>PROPERTY:q=:", u"1 < 2", u"x",
-            // What could grow to a marker; the pieces before leave that to the index of pairs.
+            // Pieces that can form a marker; with those before, only the index of pairs is used.
             u"<KV:TAG>PROPERTY:z=zz:</KV>", u"<KV:TAG>SETPROPERTY:p=1:</KV>",
             u"<KV:TAG>SETPROPERTY:q=<KV:TAG>PROPERTY:r=:</KV>:</KV>", u"</KV>", u"<K", u"V:", u"<", u"</K", u"V>",
             u"KV:TAG>PROPERTY:p=", u"TAG>PROPERTY:p=", u":", u":</KV>", u"<KV", u"{\\rtf1", u"\\}",
@@ -64,7 +64,7 @@ private:
         const auto made = std::make_shared<privProperties>(services_);
         made->AddStr(u"p", p_);
         made->AddStr(u"q", q_);
-        made->AddStr(u"r", u"V:}{x");  // what SETPROPERTY evaluates on its own does not call itself
+        made->AddStr(u"r", u"V:}{x");  // SETPROPERTY evaluates a value that does not call itself
         return made;
     }
 
@@ -92,7 +92,7 @@ private:
         tag->Value(text_);
         const std::u16string result = tag->Result();
         compared_ = true;
-        for (std::int32_t i = tag->ErrorLog()->Count(); i > 0; --i) {  // the loop knows no limits
+        for (std::int32_t i = tag->ErrorLog()->Count(); i > 0; --i) {  // the loop has no limits
             if (tag->ErrorLog()->Item(i)->ValueStr() == limitMessage(EvaluationLimit::levels)) compared_ = false;
         }
         return result;

@@ -1,5 +1,5 @@
-// tests/golden/<case>/: "template", "properties" (in the text form; may be missing), "expected", and
-// the files that the template includes, which lie in the component's folder.
+// tests/golden/<case>/: "template", "properties" (in the text form; optional), "expected", and the files
+// that the template includes, as if in the component's folder.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// Handlers: levels, failures, re-entrance; and what ends the unbounded.
+// Handlers: levels, failures, re-entrance; and limits.
 
 #include <gtest/gtest.h>
 
@@ -138,7 +138,7 @@ TEST(Handler, MayReenter) {
     EXPECT_EQ(on.last->Result(), u"new 1");
 }
 
-// A host whose only reference is let go by a handler, or by a collection of its own.
+// A host whose only reference is released by a handler, or by its own collection.
 TEST(Handler, MayReleaseEverythingThatItReaches) {
     TagTest on;
     std::shared_ptr<kvTag> host;
@@ -188,7 +188,7 @@ TEST(Handler, MayReleaseEverythingThatItReaches) {
     }
 }
 
-// --- what would not end ---
+// --- limits ---
 
 TEST(Limits, StopTextsThatReadThemselves) {
     TagTest on;

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-// The described procedures, step by step over flat strings: slow and obvious. The fast engine is
-// held against them. Positions are 1-based, 0 when there is none; case does not count.
+// The model of the engine: the described procedures, step by step on flat strings. Positions are
+// 1-based, 0 when absent; case is ignored.
 namespace velmor::literal {
 
 struct Tag {

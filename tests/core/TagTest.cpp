@@ -15,11 +15,11 @@ using test::TagTest;
 
 // clang-format off
 TEST(Tag, FindsTopLevelTags) {
-    const std::pair<const char16_t*, const char16_t*> cases[] = {  // the names, each behind a blank
+    const std::pair<const char16_t*, const char16_t*> cases[] = {  // the names, each after a blank
         {u"none", u""}, {u"<KV:A>X:</KV><KV:B>Y:</KV>", u" A>X: B>Y:"}, {u"<kv:A>X:</kv>", u" A>X:"},
         {u"<KV:A>X:<KV:B>Y:</KV>:</KV>", u" A>X:<KV:B>Y:</KV>:"}, {u"<KV:A>X</KV>", u" A>X:"}, {u"<KV:A>X:", u""},
         {u"<KV:A>X: <KV:B>Y:</KV>", u" B>Y:"},
-        {u"<KV:<KV:B>Y:</KV>", u""},  // the search goes on 5 units behind an unclosed marker
+        {u"<KV:<KV:B>Y:</KV>", u""},  // the search resumes 5 units after an unclosed marker
         {u"<KV:x<KV:B>Y:</KV>", u" B>Y:"}, {u"<KV:</KV>", u" :"}, {u"</KV><KV:A>X:</KV>", u" A>X:"},
         {u"<KV:<KV:<KV:</KV><KV:", u" :"}};
     TagTest on;
@@ -65,7 +65,7 @@ TEST(Tag, EscapesResultsInRtf) {
     on.set(u"b", u"}");
     EXPECT_EQ(on.evaluate(u"{\\rtf1 [PROPERTY:a=:]}"), u"{\\rtf1 a\\{b\\}c\\\\d\\par e}");
     EXPECT_EQ(on.evaluate(u"[PROPERTY:a=:]"), u"a{b}c\\d\r\ne");
-    // Within a plain template a document's own tags are escaped, those beside it are not.
+    // In a plain template the tags of a document are escaped, those outside it are not.
     EXPECT_EQ(on.evaluate(u"[PROPERTY:rtf=:] [PROPERTY:b=:]"), u"{\\rtf1 \\}} }");
     EXPECT_TRUE(on.last->Tags()->Item(1)->ProtectRTF());
     EXPECT_FALSE(on.last->Tags()->Item(2)->ProtectRTF());
@@ -120,7 +120,7 @@ TEST(Tag, TagsShowTheTagsOfTheirText) {
     }
 }
 
-// A tag that a reader evaluated first keeps its result; a skipped one is left alone.
+// A tag that a caller evaluated first keeps its result; a skipped one is not evaluated.
 TEST(Tag, TagsThatChangePlaces) {
     TagTest on;
     on.set(u"a", u"1");
@@ -128,7 +128,7 @@ TEST(Tag, TagsThatChangePlaces) {
     EXPECT_EQ(tag->Tags()->Item(1)->Result(), u"1");
     on.set(u"a", u"2");
     EXPECT_EQ(tag->Result(), u"1");
-    // The first takes the place within the second, whose text is then found nowhere.
+    // The first replaces the place within the second, whose text is then absent.
     EXPECT_EQ(on.evaluate(u"[PROPERTY:a]<KV:X>b=[PROPERTY:a:]:</KV>"), u"<KV:TAG>PROPERTY:a</KV><KV:X>b=2:</KV>");
     EXPECT_EQ(on.last->Tags()->Item(1)->Result(), u"2");
     EXPECT_EQ(on.last->Tags()->Item(2)->Value(), u"");
@@ -204,7 +204,7 @@ TEST(Tag, LogsErrors) {
     EXPECT_EQ(details->GetValueStr(u"ErrData"), u"more");
 }
 
-// What a host may put in the place of our collection: it has three members.
+// A host's replacement of our collection: it has three members.
 class HostCollection final : public automation::Object {
 public:
     explicit HostCollection(PropertiesRef own) : own_(std::move(own)) {}

@@ -16,7 +16,7 @@
 
 namespace velmor::test {
 
-// A handler of any level that answers with a function, and notes the calls that it gets.
+// A handler of any level that answers with a function and records its calls.
 class ScriptedHandler final : public automation::Object {
 public:
     using Answer = std::function<automation::Variant(kvTag& tag)>;
@@ -44,7 +44,7 @@ private:
     std::vector<std::string>& calls_;
 };
 
-// A template in which "[" and "]" stand for "<KV:TAG>" and "</KV>".
+// A template in which "[" and "]" are replaced by "<KV:TAG>" and "</KV>".
 inline std::u16string tagged(std::u16string_view shortened) {
     std::u16string text;
     for (const char16_t unit : shortened) {

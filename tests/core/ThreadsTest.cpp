@@ -36,7 +36,7 @@ protected:
         std::filesystem::temp_directory_path() / ("velmor-threads-" + std::to_string(getpid()));
 };
 
-// Tags of every handler, from one of them on; and what they give.
+// Tags of every handler, from one of them, and their results.
 struct Template {
     std::u16string text = u"{\\rtf1 ", result = text;
 

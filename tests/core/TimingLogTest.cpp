@@ -1,4 +1,4 @@
-// The timing log. Settings last as long as a thread, so each case has one of its own.
+// The timing log. A thread reads the settings once, so each case has a thread of its own.
 
 #include "core/TimingLog.h"
 
@@ -17,7 +17,7 @@ using test::TagTest;
 constexpr std::u16string_view kOptions = u"SOFTWARE\\Korvane\\Quillmark\\Options";
 constexpr std::u16string_view kLog = u"C:\\ProgramData\\Pellmar\\Logs\\VelmorLog-20080305.log";
 
-// What evaluating the text leaves in the log; "-" for no log.
+// The log of evaluating the text; "-" without a log.
 std::string logOf(TagTest& on, std::u16string_view types, std::u16string_view text) {
     if (!types.empty()) on.services.registry.set(kOptions, u"Logging Types", types);
     on.services.clock.step = 0.016;
@@ -25,7 +25,7 @@ std::string logOf(TagTest& on, std::u16string_view types, std::u16string_view te
     return on.services.files.get(kLog).value_or("-");
 }
 
-// A log of these entries, each behind the time and the machine.
+// A log of these entries, with time and machine.
 std::string log(std::initializer_list<std::string> entries) {
     std::string lines;
     for (const std::string& entry : entries) lines += "05/03/2008 14:22:07 SRV01 " + entry + "\r\n";

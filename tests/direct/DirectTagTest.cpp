@@ -16,7 +16,7 @@ using automation::ObjectRef;
 using automation::Variant;
 using Arguments = std::span<Variant>;
 
-// What the host's objects answer, by member (any other member raises), and what they were asked.
+// The answers of the host's objects by member (any other member raises), and the calls that they got.
 struct Host {
     std::map<std::u16string, Variant> answers;
     std::string asked;
@@ -57,7 +57,7 @@ protected:
     }
     ObjectRef made(std::u16string type) { return std::make_shared<HostObject>(std::move(type), host); }
 
-    // The answer, and what the host was asked for it.
+    // The answer, and the host's calls for it.
     std::string call(std::u16string_view member, std::vector<Variant> arguments) {
         host.asked.clear();
         const std::string answer = describe(tag->Direct()->invoke(member, automation::InvokeKind::method, arguments));
@@ -92,7 +92,7 @@ TEST_F(DirectTag, OpensObjectsAndKeepsThem) {
     EXPECT_EQ(kept(), "Buyer.ID=Long 9 | _Buyer=Buyer | _N_Buyer=Buyer | N_Buyer.ID=Long 5");
     call(u"RemoveObject", {u"Host.Buyer", u"N"});
     call(u"RemoveObject", {u"x.Host.Buyer"});  // the first point counts
-    tag->Database(nullptr);                    // what was taken first is kept
+    tag->Database(nullptr);                    // the first one is kept
     tag->Properties(Collection(newProperties(services)));
     host.meanwhile = [](Arguments arguments) { arguments[0] = 7; };
     EXPECT_EQ(call(u"GetObject", {u"Host.Buyer", 8}), "Buyer Database,DB OpenItem,Long 8");

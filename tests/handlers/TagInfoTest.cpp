@@ -1,4 +1,4 @@
-// The catalogue of handlers, called by name: what is registered, and what handlers say of their commands.
+// The catalogue of handlers, called by name: registered handlers and their descriptions.
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,7 @@ using automation::InvokeKind;
 using automation::ObjectRef;
 using automation::Variant;
 
-// Answers a question with the member and its arguments as text; the command ERRS raises instead.
+// Returns the member and its arguments as text; the command ERRS raises an error.
 class TalkingHandler final : public automation::Object {
 public:
     explicit TalkingHandler(std::int32_t level, std::u16string type = u"H") : level_(level), type_(std::move(type)) {}
@@ -41,7 +41,7 @@ protected:
         services.objects.add(className, [level] { return std::make_shared<TalkingHandler>(level); });
     }
     void hide(const std::u16string& key, std::u16string_view value) { services.registry.set(key, u"Hide", value); }
-    // A collection as its entries, all else as its text.
+    // A collection as its entries, any other value as its text.
     std::string ask(std::u16string_view member, std::vector<Variant> arguments = {}) {
         const Variant answer = info.invoke(member, InvokeKind::method, arguments);
         if (const auto list = std::dynamic_pointer_cast<privProperties>(answer.object())) return describe(*list);
@@ -136,7 +136,7 @@ TEST_F(TagInfo, ReportsRegisteredAndAvailableHandlers) {
 }
 
 TEST_F(TagInfo, ListsHandlers) {
-    EXPECT_EQ(ask(u"HandlerList2", {u"", true, true}), "TAG=String ");  // of an empty registry
+    EXPECT_EQ(ask(u"HandlerList2", {u"", true, true}), "TAG=String ");  // with an empty registry
     for (const auto* name : {u"B", u"A", u"Hid", u""}) services.registry.set(handlers, name, u"x");
     services.registry.set(groups + u"\\LETTERS", u"S", u"y");
     services.registry.set(groups + u"\\LETTERS", u"Quiet", u"z");

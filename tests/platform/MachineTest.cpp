@@ -129,7 +129,7 @@ TEST_F(Machine, CreatesRegisteredClassesOnly) {
     }
 }
 
-// Changes its argument, hands back what it is given, fails, and keeps a value.
+// Changes its argument, returns it, fails, and keeps a value.
 class Sample : public automation::Object {
 public:
     Variant invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) override {
@@ -170,7 +170,7 @@ TEST_F(Machine, CallsForeignObjects) {
     const auto first = ComPtr<IDispatch>::attach(foreignOf(dictionary));
     const auto second = ComPtr<IDispatch>::attach(foreignOf(again));
     EXPECT_EQ(first.get(), second.get());
-    call(dictionary, u"RemoveAll", InvokeKind::method);  // it held itself
+    call(dictionary, u"RemoveAll", InvokeKind::method);  // it contained itself
 
     EXPECT_EQ(errorOf([&] { call(dictionary, u"NoSuchMember", InvokeKind::get); }), 438);
 }
@@ -182,7 +182,7 @@ TEST_F(Machine, PassesReferencesAndErrorsThroughTheAdapter) {
     EXPECT_EQ(adapter.get(), same.get());
     EXPECT_EQ(objectOf(adapter.get()), sample);
 
-    const auto foreign = wrapForeign(adapter.get());  // as somebody else would call it
+    const auto foreign = wrapForeign(adapter.get());  // called as a foreign object
     std::vector<Variant> arguments{Variant(u"text"), Variant::missing()};
     EXPECT_TRUE(foreign->invoke(u"change", InvokeKind::method, arguments).identical(Variant(2)));
     EXPECT_TRUE(arguments[0].identical(Variant(u"text!")));

@@ -82,7 +82,7 @@ TEST_F(PosixServices, ChangesOnlyTheFileThatIsNamed) {
 TEST_F(PosixServices, ReplacesWholeOrNotAtAll) {
     put("doc", "a long old text");
     fs::permissions(folder_ / "doc", fs::perms::owner_read | fs::perms::owner_write);
-    for (const auto* const target : {"doc", "new"}) {  // one that is there, one that is not
+    for (const auto* const target : {"doc", "new"}) {  // an existing one, an absent one
         fs::create_symlink(target, folder_ / "link");
         EXPECT_TRUE(files_.write(path(u"link"), "new"));
         EXPECT_EQ(get(target), "new");
@@ -112,7 +112,7 @@ TEST_F(PosixServices, NeverWaitsForAPipeAndRefusesFilesBeyondTheLimit) {
     EXPECT_EQ(files_.read(path(u"pipe")), std::nullopt);
     EXPECT_FALSE(files_.append(path(u"pipe"), "x"));
     put("huge", "");
-    fs::resize_file(folder_ / "huge", std::uintmax_t{1} << 30);  // a hole, not a disk full
+    fs::resize_file(folder_ / "huge", std::uintmax_t{1} << 30);  // a sparse file
     EXPECT_TRUE(files_.exists(path(u"huge")));
     EXPECT_EQ(files_.read(path(u"huge")), std::nullopt);
 }
@@ -152,7 +152,7 @@ TEST_F(PosixServices, KnowsItsOwnFolder) {
 
 class NativeClasses : public PosixServices {
 protected:
-    // A machine whose registry file lies in the test's folder, the library beside it.
+    // A machine whose registry file and library are in the test's folder.
     std::unique_ptr<SystemServices> machine(const std::string& registry) {
         fs::create_directories(folder_ / "lib");
         fs::copy_file(VELMOR_TEST_NATIVE_LIBRARY, folder_ / "lib/libtest.so", fs::copy_options::skip_existing);
@@ -198,7 +198,7 @@ TEST_F(NativeClasses, AreCreatedByEveryFormOfRegistration) {
 }
 
 TEST_F(NativeClasses, AreLookedUpAnewForEachObject) {
-    machine("");  // puts the libraries in place
+    machine("");  // copies the libraries to their places
     fs::copy_file(folder_ / "lib/broken.so", folder_ / "lib/late.so");
     MemoryRegistry registry;
     NativeObjects objects(registry, {path(u"lib")});

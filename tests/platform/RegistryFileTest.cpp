@@ -39,7 +39,7 @@ const struct {
     {"\"n\"=\"old\"\r\n\"N\"=\"new\"", u"n", u"new", 0}, {"; \"n\"=\"v\"", u"n", {}, 0},
     {"\"n\"=\"v\"\r\n[-HKEY_LOCAL_MACHINE\\SOFTWARE\\k]", u"n", {}, 0},
     {"[HKEY_CURRENT_USER\\SOFTWARE\\K]\r\n\"n\"=\"v\"", u"n", {}, 0},
-    // What cannot be read costs itself alone.
+    // Invalid lines do not affect the others.
     {"\"n\"=\"never closed\r\n\"m\"=\"v\"", u"m", u"v", 1}, {"\"n\"=\"v\" x\r\n\"m\"=\"v\"", u"m", u"v", 1},
     {"\"n\"=hex(1):4x\r\n\"m\"=\"v\"", u"m", u"v", 1}, {"\"n\"=hex(1):414\r\n\"m\"=\"v\"", u"m", u"v", 1},
     {"\"n\"=hex(1)\r\n\"m\"=\"v:\"", u"m", u"v:", 1}, {"\"n\"=\"", u"n", {}, 1}, {"\"n\"=", u"n", {}, 1},

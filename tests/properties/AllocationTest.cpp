@@ -1,4 +1,4 @@
-// What the collection does when the memory runs out: every allocation of an operation fails in turn.
+// The collection without memory: every allocation of an operation fails in turn.
 #include <new>
 
 #include "properties/Allocations.h"
@@ -9,7 +9,7 @@ namespace {
 
 using Operation = void (*)(privProperties&);
 
-// The entries and what their names find.
+// The entries, and the entries that their names find.
 std::string contents(privProperties& collection) {
     std::string all = describe(collection);
     for (const char16_t* const name : {u"a", u"b", u"n9"}) {

@@ -5,7 +5,7 @@
 
 namespace {
 
-thread_local int left = -1;  // negative: as many as there are
+thread_local int left = -1;  // negative: unlimited
 
 }  // namespace
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// While it lives, this thread's allocations fail after so many.
+// During its lifetime this thread's allocations fail after so many.
 class LimitedAllocations {
 public:
     explicit LimitedAllocations(int count) noexcept;

@@ -53,7 +53,7 @@ TEST_F(PropertyCollection, ConvertsWithoutRaising) {
     } cases[] = {{u"abc", 0, 0, false, false},
                  {u"3/5/2004", 0, 38051, false, false},
                  {2.5, 2, 2.5, true, true},
-                 {true, -1, 0, true, true},  // a boolean is no date, though it converts
+                 {true, -1, 0, true, true},  // a boolean is not a date, although it converts
                  {automation::Null{}, 0, 0, false, false}};
     for (const auto& row : cases) {
         property->Value(row.value);
@@ -79,7 +79,7 @@ TEST_F(PropertyCollection, HoldsTextInABuilder) {
     EXPECT_EQ(property->ValueStr(), u"");
     property->ValueLng(7);
     EXPECT_EQ(collection->GetValueLng(u"A"), 7);
-    EXPECT_EQ(collection->GetValueStrCatDump(u"a", u"d"), u"");  // the builder is made for the call
+    EXPECT_EQ(collection->GetValueStrCatDump(u"a", u"d"), u"");  // makes a builder
     EXPECT_EQ(collection->GetValueStrCatDump(u"missing", u"d"), u"d");
 }
 
@@ -132,7 +132,7 @@ TEST_F(PropertyCollection, FindsTheFirstOfAName) {
         EXPECT_EQ(collection->Item(index), nullptr) << describe(index);  // a text is a name
     }
     collection->Remove(u"A");
-    EXPECT_EQ(collection->Item(u"a"), nullptr);  // the key went with it
+    EXPECT_EQ(collection->Item(u"a"), nullptr);  // the key is removed too
     EXPECT_EQ(collection->GetPropertyIndex(u"a"), 1);
 }
 
@@ -141,7 +141,7 @@ TEST_F(PropertyCollection, GivesDefaults) {
     EXPECT_EQ(collection->Count(), 0);
     EXPECT_EQ(collection->GetProperty(u"missing", std::int32_t{7})->ValueLng(), 7);
     EXPECT_EQ(collection->Count(), 1);
-    EXPECT_EQ(collection->GetValueObject(u"missing", collection), nullptr);  // there, but no object
+    EXPECT_EQ(collection->GetValueObject(u"missing", collection), nullptr);  // present, but not an object
     EXPECT_EQ(collection->GetValueObject(u"other", collection), collection);
 }
 
@@ -196,7 +196,7 @@ TEST_F(PropertyCollection, EnumeratesDuringChanges) {
     EXPECT_FALSE(other->skip(1));
     each->reset();
     collection->RemoveAll();
-    EXPECT_EQ(each->next()->Name(), u"e");  // it keeps what it was made for
+    EXPECT_EQ(each->next()->Name(), u"e");  // it keeps its collection
 }
 
 TEST_F(PropertyCollection, ServesItsMembersByName) {
@@ -220,7 +220,7 @@ TEST_F(PropertyCollection, ServesItsMembersByName) {
     EXPECT_THROW(call(object, u"Add", {u"n"}), Error);
 }
 
-// Held against a plain list on random calls: order, keys and the keys' way out.
+// Compared with a plain list in random calls: order, keys and the removal of keys.
 TEST_F(PropertyCollection, KeepsOrderAndKeys) {
     Random random;
     std::vector<std::pair<PropertyRef, bool>> model;  // with whether it carries the key

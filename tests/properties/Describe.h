@@ -14,7 +14,7 @@
 
 namespace velmor {
 
-// A value as a test writes it down: its type and its text, "Long 5".
+// A value as tests write it: its type and its text, "Long 5".
 inline std::string describe(const automation::Variant& value) {
     std::u16string text = automation::typeNameOf(value);
     if (value.isObject() || value.isEmpty() || value.get<automation::Null>() != nullptr) return toUtf8(text);
@@ -51,7 +51,7 @@ inline PropertiesRef newProperties(platform::Services& services) {
     return std::make_shared<privProperties>(services);
 }
 
-// A machine of its own, and a collection on it.
+// A machine, and a collection on it.
 class PropertyTest : public testing::Test {
 protected:
     platform::MemoryServices services;

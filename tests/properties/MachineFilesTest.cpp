@@ -1,4 +1,4 @@
-// Property files on the machine's own disk, and between the systems.
+// Property files on the machine's disk, and exchanged between the systems.
 
 #include <gtest/gtest.h>
 
@@ -108,7 +108,7 @@ TEST_F(MachineFiles, GivePictureObjects) {
     EXPECT_EQ(collection->TagCommand(), again);
 }
 
-// What each system wrote once is read by every later version on both.
+// Every later version on both systems reads files that each system once wrote.
 TEST_F(MachineFiles, OfBothSystemsAreRead) {
     const char16_t* const cases[] = {
         u"VelmorCipher1:no9OBTrju+In9V8dzTYvRCFu32/N1DbCRkueK8TmcEsalOaQLJ5A0tyAwFy5KuBL/uYiE58xfYjTK4I9cVdApA==",

@@ -27,7 +27,7 @@ TEST_F(PropertyFiles, HoldTheTextForm) {
     EXPECT_TRUE(collection->SaveToFile(kFile));
     EXPECT_EQ(bytes(), "Name=\"caf\xe9 \x80\":Quote=~64\"Ijo=\":");
     put("a=1&:\xef=2&:");
-    EXPECT_TRUE(collection->LoadFromFile(kFile));  // in the place of what the collection held
+    EXPECT_TRUE(collection->LoadFromFile(kFile));  // replaces the collection's entries
     EXPECT_EQ(describe(*collection), toUtf8(u"a=Long 1 | \u00ef=Long 2"));
     collection->RemoveAll();
     EXPECT_TRUE(collection->SaveFile(kFile));
@@ -67,7 +67,7 @@ TEST_F(PropertyFiles, ThatCannotBeReadOrWrittenChangeNothing) {
     EXPECT_EQ(bytes(), "old=1&:");
 }
 
-// Every complete entry of a file that ends too early is there.
+// A truncated file gives every complete entry.
 TEST_F(PropertyFiles, GiveTheirCompleteEntriesWhenTruncated) {
     collection->AddStr(u"Text", u"say \"hi\": \u20ac")->Encoding(8);
     collection->AddDate(u"When", automation::Date{38051.5});
@@ -77,7 +77,7 @@ TEST_F(PropertyFiles, GiveTheirCompleteEntriesWhenTruncated) {
     owner->Properties()->AddLng(u"child", 2);
     collection->AddObject(u"Nested", newProperties(services));
     const std::string whole = toAnsi(collection->Stored());
-    std::map<std::size_t, std::string> complete;  // by the place where the last entry ends
+    std::map<std::size_t, std::string> complete;  // by the end of the last entry
     for (; collection->Count() > 0; collection->Remove(collection->Count())) {
         complete[collection->Stored().size()] = describe(*collection);
     }
@@ -124,7 +124,7 @@ TEST_F(PropertyFiles, GivePicturesByteForByte) {
     ASSERT_NE(kept, nullptr);
     EXPECT_EQ(*kept, picture);
     EXPECT_EQ(services.files.paths(), std::vector<std::u16string>{kFile});
-    EXPECT_TRUE(collection->SaveFile(kFile));  // the text form keeps a picture's name alone
+    EXPECT_TRUE(collection->SaveFile(kFile));  // the text form keeps a picture's name only
     EXPECT_EQ(bytes(), "Logo=n=1&:");
 }
 

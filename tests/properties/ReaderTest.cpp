@@ -51,7 +51,7 @@ TEST_F(PropertyReading, TypesBySuffix) {
     });
 }
 
-// Whatever the machine's settings: one "." or one "," is the decimal sign, without a type only ".".
+// With any settings of the machine: one "." or one "," is the decimal sign, without a type only ".".
 TEST_F(PropertyReading, AcceptsBothDecimalSigns) {
     check({
         {u"a=1234,5#:", "a=Double 1234.5"}, {u"a=6458,88$:", "a=Currency 6458.88"}, {u"a=-,5!:", "a=Single -0.5"},
@@ -141,7 +141,7 @@ TEST_F(PropertyReading, TakesMalformedEntriesAsTextUpToTheDelimiter) {
         {u"a=~RO~x", "a=String ~RO~x"}, {u"a=~RO~x:b=\"y\":", "a=String ~RO~x | b=String y"},
         {u"a=~RO~Picture\"QUJD\":b=1:", "a=String ~RO~Picture\"QUJD\" | b=Long 1"},
         {u"a=~64\"%%%\":", "a=String ~64\"%%%\""},
-        {u"a=~64\"gIA=\":", "a=String ~64\"gIA=\""},  // bytes that are no text
+        {u"a=~64\"gIA=\":", "a=String ~64\"gIA=\""},  // bytes that are not text
         {u"a=~HX\"7\":", "a=String ~HX\"7\""}, {u"a=~GZ\"AAAA\":", "a=String ~GZ\"AAAA\""},
         {u"a=~KV\"secret\":", "a=String ~KV\"secret\""}, {u"a=~AT\":", "a=String ~AT\""},
         {u"a=~AT\"?x\":", "a=String ~AT\"?x\""}, {u"a=~:b=~6:c=", "a=String ~ | b=String ~6 | c=String "},
@@ -180,8 +180,8 @@ TEST_F(PropertyReading, AppendsOrReplaces) {
     EXPECT_EQ(collection->Count(), 0);
 }
 
-// A few hundred kilobytes that would unpack to more than a value may hold use up what the whole
-// text may unpack, so that many such values cost no more than one.
+// A few hundred kilobytes that decompress to more than a value may hold exhaust the limit of the whole
+// text, so that many such values cost no more than one.
 TEST_F(PropertyReading, KeepsOversizedValuesEncoded) {
     const std::u16string small = compressedText(u"text");
     const std::u16string bomb = base64(compressBytes(std::string(decodingLimit + 1, '\0')));
@@ -192,7 +192,7 @@ TEST_F(PropertyReading, KeepsOversizedValuesEncoded) {
     EXPECT_EQ(collection->Item(u"c")->ValueStr(), u"~GZ\"" + small + u"\"");
 }
 
-// Each of these once took time with the square of the text.
+// Each of these once took quadratic time.
 TEST_F(PropertyReading, ReadsManyUnclosedMarkers) {
     for (const std::u16string_view piece :
          {u"a=\"", u"a=\":", u"a=~64\"", u"a=~GZ\"A", u"a=~CE\":", u"a=~RO~x:", u"a=#x:", u"a=~RO~Picture\"",

@@ -9,7 +9,7 @@ namespace {
 
 using automation::Variant;
 
-// The rule word for word: what stands before what.
+// The literal rule: which entry precedes which.
 bool sortsAfter(const privProperty& placed, const privProperty& added) {
     if (placed.Name() != added.Name()) return placed.Name() > added.Name();
     if (placed.ValueType() != added.ValueType()) return false;

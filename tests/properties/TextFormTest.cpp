@@ -74,7 +74,7 @@ TEST_F(PropertyText, KeepsNamesWithColons) {
     EXPECT_EQ(collection->Item(3)->Attributes()->Item(1)->Name(), u"::before");
 }
 
-// Every level is encoded once more, so the text would grow by a third each time.
+// Every level is encoded again, so the text would grow by a third each time.
 TEST_F(PropertyText, RefusesCollectionsThatOutgrowTheirLimit) {
     const PropertiesRef inner = newProperties(services);
     inner->AddStr(u"text", std::u16string(privProperties::maximumNestedLength, u'x'));
@@ -93,7 +93,7 @@ TEST_F(PropertyText, WritesTextsThatHoldATerminator) {
     } rows[] = {
         {u"a\":b", 0, u"~CE\"\u00B5a\u00B5:b\":", u"~64\"YSI6Yg==\":"},
         {u"\u00B5\":", 0, u"~CE\"\u00B6\u00B5\u00B6:\":", u"~64\"wrUiOg==\":"},
-        {u"\u03BC\":", 0, u"~CE\"\u00B6\u03BC\u00B6:\":", u"~64\"zrwiOg==\":"},  // mu is the micro sign's twin
+        {u"\u03BC\":", 0, u"~CE\"\u00B6\u03BC\u00B6:\":", u"~64\"zrwiOg==\":"},  // mu equals the micro sign
         {kAllSubstitutes, 0, u"~64\"" + base64OfText(kAllSubstitutes) + u"\":",
          u"~64\"" + base64OfText(kAllSubstitutes) + u"\":"},
         {u"ab", 8, u"~CE\"\u00B5ab\":", u"~CE\"\u00B5ab\":"},
@@ -133,7 +133,7 @@ TEST_F(PropertyText, WritesObjects) {
     EXPECT_EQ(toUtf8(collection->Stored()),
               toUtf8(u"Sub=~RO~kvProperties\"" + base64OfText(inner->Delimited()) + u"\":None=Logo="));
 
-    // A tag carries pictures, and they come back.
+    // A tag contains pictures, which are read again.
     const PropertiesRef tag = newProperties(services);
     tag->AddLng(u"TAG", 0);
     tag->AddObject(u"LOGO", picture);
@@ -182,11 +182,11 @@ TEST_F(PropertyText, EndsAtDeepNesting) {
         inner = next;
     }
     EXPECT_GT(collection->SizeStored(), 0);
-    collection->Build(text + u"a=1\"");  // lets go of the old ones, too
+    collection->Build(text + u"a=1\"");  // releases the old ones too
     EXPECT_LE(collection->CountTotal(), privProperties::maximumNesting + 1);
 }
 
-// Random collections: what is written is read back equal, in either form.
+// Random collections: the written text is read back equal, in both forms.
 class RandomCollections {
 public:
     explicit RandomCollections(platform::Services& services) : services_(services) {}

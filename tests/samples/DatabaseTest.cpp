@@ -1,4 +1,4 @@
-// The object cache on the sample host database: rows that SQLite really holds.
+// The object cache with the sample host database: real rows of SQLite.
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
@@ -44,7 +44,7 @@ protected:
 
     std::string file() const { return (folder / "host.sqlite").string(); }
 
-    // Rows as "a|b;", through a connection of the test's own.
+    // Rows as "a|b;", through a separate connection.
     std::string sql(const char* statement) {
         sqlite3* own = nullptr;
         EXPECT_EQ(sqlite3_open(file().c_str(), &own), SQLITE_OK);

@@ -13,7 +13,7 @@ namespace velmor::test {
 constexpr std::int32_t lowest = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
 
-// A tag's result whose builder is of another length, as it should not be.
+// A tag's result whose builder has a wrong length.
 struct FixedResult : ResultSource {
     FixedResult(std::u16string_view width, std::u16string_view result) : text(result) { builder.Append(width); }
     const privStrCat& resultBuilder() override { return builder; }
@@ -40,7 +40,7 @@ inline std::u16string show(std::int32_t value) {
     return fromUtf8(std::to_string(value));
 }
 
-// Those that are called often stand here more than once.
+// Members that are called often are listed more than once.
 // clang-format off
 constexpr std::string_view kMembers[] = {
     "Append", "Append", "AppendVal", "Prepend", "Surround", "DumpVal", "Reset", "GrowthRate", "Find", "Find",
@@ -50,7 +50,7 @@ constexpr std::string_view kMembers[] = {
     "ModifyMidStr", "ModifyTrimStr", "ModifyTrimLeftStr", "ModifyTrimRightStr", "ModifyUCaseStr", "ModifyLCaseStr"};
 // clang-format on
 
-// Makes the call, and tells what it gave back.
+// Makes the call and describes its result.
 template <typename Builder>
 std::u16string perform(Builder& to, const Call& call) {
     const auto& [name, x, y, a, b, binary, rtf] = call;
@@ -105,12 +105,12 @@ std::u16string outcome(Builder& builder, const Call& call) {
     }
 }
 
-// Holds privStrCat against LiteralBuilder over a sequence of calls that bytes stand for.
+// Compares privStrCat with LiteralBuilder in a sequence of calls that the bytes select.
 class BuilderDuel {
 public:
     BuilderDuel(const std::uint8_t* data, std::size_t size) : data_(data), end_(data + size) {}
 
-    // What differed first, with the calls that led there; empty when nothing did.
+    // The first difference, with the calls that led to it; empty without one.
     std::string run() {
         while (data_ != end_ && fault_.empty()) {
             const Call call = next();
@@ -143,7 +143,7 @@ private:
         return call;
     }
     unsigned byte() { return data_ == end_ ? 0u : *data_++; }
-    // Mostly a place in or about the content, sometimes an extreme.
+    // Mostly a place in or near the content, sometimes an extreme.
     std::int32_t number() {
         static constexpr std::int32_t extremes[] = {lowest, lowest + 1, -2, -1, 0, 1, highest - 1, highest};
         const unsigned kind = byte();

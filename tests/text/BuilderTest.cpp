@@ -21,7 +21,7 @@ TEST(Builder, RandomCallsEqualTheFlatBuffer) {
     }
 }
 
-// What a caller would hardly guess. The flat buffer is held to it, too.
+// Outcomes that a caller would not expect. The flat buffer must have them too.
 TEST(Builder, FollowsItsContract) {
     const std::u16string_view braces = u"x{\\A{\\b}\\}c\\\\}d}", raised5 = u"VelmorStrCat 5",
                               raised6 = u"VelmorStrCat 6";
@@ -33,14 +33,14 @@ TEST(Builder, FollowsItsContract) {
         // clang-format off
         {u"aaaa", {"Replace", 1, -1, u"a", u"b"}, u"0, 0", u"bbaa"},  // stops short of the end
         {u"a-a-a-", {"Replace", 1, 0, u"a", u"bb"}, u"0, 1", u"bb-a-a-"}, {u"aa", {"Replace", 1, -1, u"", u"b"}, u"0, 0"},
-        {u"abab..", {"Replace", 1, 1, u"a", u""}, u"0, 0", u"bb.."},  // counts only what grows
+        {u"abab..", {"Replace", 1, 1, u"a", u""}, u"0, 0", u"bb.."},  // counts growth only
         {u"   ", {"ModifyTrimLeftStr", 0, 0, u" "}, u""}, {u"   ", {"ModifyTrimRightStr", 0, 0, u" "}, u"", u""},
         {u"aaaa", {"FindCount", 1, 0, u"aa"}, u"3"}, {u"abc", {"FindCount", 1, 0, u""}, u"3"},
         {u"{\\{\\\\{\\\\\\{", {"FindCount", 1, 0, u"{", u"", true, true}, u"2"},
-        {braces, {"FindBraceGroupEnd", 1, 0, u"{\\a"}, u"2, 16"},  // the brace behind "\\\\" counts as escaped
+        {braces, {"FindBraceGroupEnd", 1, 0, u"{\\a"}, u"2, 16"},  // the brace after "\\\\" counts as escaped
         {braces, {"FindBraceGroupStart", 16}, u"0"},  // every brace counts here
         {u"a\tb\rc", {"WordCount"}, u"3"}, {u" \u8041", {"WordCount"}, u"0"}, {u" \u0120", {"WordCount"}, u"1"},
-        {u"ab", {"Find", 1, 0, u"b "}, u"2"}, {u"ab", {"LeftStrLessBy", -2}, u"ab  "},  // the tail is seen
+        {u"ab", {"Find", 1, 0, u"b "}, u"2"}, {u"ab", {"LeftStrLessBy", -2}, u"ab  "},  // includes the tail
         {u"b", {"MidStr", 1, -1}, u""}, {u"abc", {"Find", 0, 0, u"a"}, raised5}, {u"abc", {"Ascii", 4}, raised5},
         {u"abc", {"SubString", 2, highest}, raised6}, {u"abc", {"Remove", 1, highest}, raised6},
         {u"abcdef", {"Remove", 0, 2}, u"2", u"cdef"}, {u"abcdef", {"RemoveFromTo", 0, 2}, u"3", u"def"},
@@ -54,7 +54,7 @@ TEST(Builder, FollowsItsContract) {
     for (const auto& row : cases) check(privStrCat(), row), check(LiteralBuilder(), row);
 }
 
-// The tail keeps what stood at the content's end, whatever becomes of the content.
+// The tail keeps the old content's end, whatever happens to the content.
 TEST(Builder, OverwritesWithoutTouchingTheTail) {
     privStrCat builder = holding(u"abcdef");
     builder.Remove(1, 2);

@@ -9,8 +9,8 @@ namespace velmor {
 namespace {
 
 TEST(Compare, OneUnitEqualsOneUnit) {
-    // The Kelvin sign is no k, the long s no s, an i with or without another dot no i. The sharp s has a
-    // capital of one unit, the micro sign shares mu's. What takes two units stays, and a soft hyphen counts.
+    // The Kelvin sign is not a k, the long s not an s, a dotted or dotless i not an i. The sharp s has a capital of
+    // one unit; the micro sign shares that of mu. A capital of two units is ignored, and a soft hyphen counts.
     // clang-format off
     const struct {
         std::u16string_view left, right;
@@ -41,7 +41,7 @@ TEST(Compare, CaseMappingKeepsLengthsAndComparesEqual) {
     }
 }
 
-// Against the library's plain search, in both directions and comparisons.
+// Compared with the library's plain search, in both directions and comparisons.
 void expectPlain(const std::u16string& text, const std::u16string& sought, std::size_t start) {
     const auto expect = [&](Comparison comparison, const std::u16string& plain, const std::u16string& plainSought) {
         const std::string said = toUtf8(sought) + " in " + toUtf8(text);
@@ -59,8 +59,8 @@ std::u16string spelled(std::u16string_view alphabet, unsigned number, std::size_
     return text;
 }
 
-// Every text of ten and every sought text of up to six letters, of two that only differ in case, of
-// ASCII ones, and of others (which text comparison always searches for thoroughly).
+// Every text of ten letters and every sought text of up to six: of two letters that differ in case only,
+// in ASCII and beyond (where text comparison always takes its thorough path).
 TEST(Search, EveryShortText) {
     for (const std::u16string_view alphabet : {u"aA", u"ab", u"\u00E9\u00E4"}) {
         for (unsigned text = 0; text < 1024; ++text) {
@@ -75,8 +75,8 @@ TEST(Search, EveryShortText) {
     expectPlain(u"", u"", 0);
 }
 
-// The sought text differs from the text around it in a late unit: the search goes over to its
-// thorough path, on the way and at any place.
+// The sought text differs from the text in a late unit: the search changes to its thorough path at any
+// place.
 TEST(Search, LateDifferences) {
     Random random;
     for (int round = 0; round < 1000; ++round) {

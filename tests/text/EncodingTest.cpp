@@ -27,7 +27,7 @@ TEST(Utf8, EachBrokenSequenceIsOneReplacement) {
         {"a\x80z", u"a\uFFFDz"},
         {"\xC0\xAF", u"\uFFFD\uFFFD"},            // overlong
         {"\xE0\x80\xAF", u"\uFFFD\uFFFD\uFFFD"},  // overlong
-        {"\xE2\x82", u"\uFFFD"},                  // cut short at the end
+        {"\xE2\x82", u"\uFFFD"},                  // truncated at the end
         {"\xE2\x82z", u"\uFFFDz"},                // and before the end
         {"\xF0\x9F\x98\x41", u"\uFFFDA"},
         {"\xF4\x90\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD"},  // beyond U+10FFFF
@@ -70,7 +70,7 @@ TEST_F(PairedAnsi, CharactersOfTwoBytesSurviveARoundTrip) {
     const std::pair<std::string_view, std::u16string_view> cases[] = {
         {"a\x82\xA0z", u"a\u3042z"},
         {"\x81\x5C\\", u"\u2015\\"},
-        {"\x82\x81\x5C", u"\uFF41\\"},    // the second byte is the first of none
+        {"\x82\x81\x5C", u"\uFF41\\"},    // a second byte that is not a first one
         {"\x81 \x82", u"\u0081 \u0082"},  // alone, and at the end
         {"\x82\x82\xA0\xE9", u"\u0082\u3042\u00E9"},
     };
@@ -82,7 +82,7 @@ TEST_F(PairedAnsi, CharactersOfTwoBytesSurviveARoundTrip) {
     EXPECT_EQ(fromAnsi("\x81\x40"), u"\uFF41");
     EXPECT_EQ(ansiCode(0x3042), 0x82A0);
     EXPECT_EQ(toAnsi(u"\u3043\uFF3C"), "??");
-    // A first byte by itself takes no backslash in.
+    // A first byte alone does not include a backslash.
     EXPECT_EQ(toAnsi(u"\u0081\\par \u0082\u3042\u0082\u0081"), "?\\par \x82\x82\xA0?\x81");
 }
 

@@ -13,8 +13,8 @@
 
 namespace velmor::test {
 
-// The string builder at its plainest: one flat buffer, edited by moving characters up and down in
-// it. Slow and obvious; privStrCat must not differ from it in anything that a caller can see.
+// The model of the string builder: one flat buffer, edited by moving characters. It is slow and simple;
+// a caller must see no difference between it and privStrCat.
 class LiteralBuilder {
 public:
     using Text = std::u16string;

@@ -1,4 +1,4 @@
-// Allocations that fail: nothing ends the process, and the object works afterwards.
+// Failing allocations: the process continues, and the object works afterwards.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// Code pages of two bytes a character, held against the system's own conversions.
+// Code pages of two bytes a character, compared with the system's conversions.
 
 #include "platform/win32/CodePage.h"
 

@@ -1,5 +1,5 @@
-// Holds the portable conversions against the platform's own, over every pair of a value and a
-// target type. Where the two differ on purpose, KnownDifferences.inc says what each gives.
+// Compares the portable conversions with the platform's, for every pair of a value and a target type.
+// KnownDifferences.inc lists the deliberate differences.
 #include <gtest/gtest.h>
 
 #include <algorithm>

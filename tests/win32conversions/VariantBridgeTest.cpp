@@ -48,7 +48,7 @@ TEST(VariantBridge, ObjectsKeepTheirIdentity) {
     const auto object = std::make_shared<Plain>();
     EXPECT_EQ(thereAndBack(Variant(object)).object(), object);
     EXPECT_EQ(thereAndBack(Variant(automation::ObjectRef())).typeCode(), 9);
-    // Also as an IUnknown, where only our own are objects.
+    // Also as an IUnknown, where only our own classes are objects.
     ScopedVariant native = toVariant(Variant(object));
     native->vt = VT_UNKNOWN;
     EXPECT_EQ(fromVariant(*native).object(), object);
@@ -203,7 +203,7 @@ TEST(VariantBridge, VariantReferencesAcceptAnyType) {
     EXPECT_TRUE(assignReference(reference, matrix()));
     EXPECT_EQ(fromVariant(reference).typeCode(), 8192 + 8);
 
-    // A variable that is itself a reference to a text stands for that text.
+    // A variable that is a reference to a text is passed as that text.
     BSTR text = makeBstr(u"before");
     VARIANT inner = referenceTo(VT_BSTR, &text);
     VARIANT outer = referenceTo(VT_VARIANT, &inner);
@@ -212,7 +212,7 @@ TEST(VariantBridge, VariantReferencesAcceptAnyType) {
     SysFreeString(text);
 
     VARIANT value = *variable;
-    EXPECT_FALSE(assignReference(value, 1));  // no reference
+    EXPECT_FALSE(assignReference(value, 1));  // not a reference
 }
 
 TEST(VariantBridge, ObjectReferencesReleaseTheirObjects) {

@@ -6,25 +6,25 @@
 
 namespace testhandlers {
 
-// Handlers. Each notes its calls, and reports level 5 unless it says otherwise.
+// Handlers. Each records its calls and reports level 5, except makeLevel.
 template <std::int32_t level>
-ObjectRef makeLevel();           // answers "L3[COMMAND]", and questions of the catalogue with its arguments
+ObjectRef makeLevel();           // answers "L3[COMMAND]", and the catalogue's calls with their arguments
 ObjectRef makeFailing();         // raises 1234 from GetTagValue
 ObjectRef makeFailingDispose();  // answers, then raises from Dispose
-ObjectRef makeReentrant();       // does to its own tag what a handler should not
+ObjectRef makeReentrant();       // calls members of its tag that a handler should not call
 ObjectRef makeProbe();           // uses the tag as handlers do
 ObjectRef makeNesting();         // answers with a tag
 ObjectRef makeRtf();             // answers with an RTF fragment
 ObjectRef makeEcho();            // answers with its own tag
-ObjectRef makeDigging();         // evaluates its own tag once more, "+" before what that gives
+ObjectRef makeDigging();         // evaluates its own tag again: "+" and that result
 ObjectRef makeActing();          // calls Act(tag) of the object "act" among the variables, then answers
 
-// A host's objects. Each notes what is done to it.
+// A host's objects. Each records its calls.
 ObjectRef makeCollection();   // the members of a property collection that a tag needs, and no others
-ObjectRef makeDatabase();     // a kvDatabase: hands out items, defines the class "Account", takes events
-ObjectRef makeAccount();      // opens with every identifier but 13, and makes 7 of 8
+ObjectRef makeDatabase();     // a kvDatabase: returns items, defines the class "Account", takes events
+ObjectRef makeAccount();      // opens with every identifier except 13, and changes 8 to 7
 ObjectRef makeItem();         // a kvObjectItem of account 17
-ObjectRef makeBadDatabase();  // all members answer with what was let to Answer: "raise", "array", "error", ...
+ObjectRef makeBadDatabase();  // all members return the value of Answer: "raise", "array", "error", ...
 ObjectRef makeBadAccount();   // and so does its OpenItem
 ObjectRef makeBare();         // has no member
 

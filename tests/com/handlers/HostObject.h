@@ -16,7 +16,7 @@ using velmor::automation::InvokeKind;
 using velmor::automation::ObjectRef;
 using velmor::automation::Variant;
 
-// An object of a host or a handler: the members that it was given, and no others.
+// An object of a host or a handler, with the added members only.
 class HostObject final : public velmor::automation::Object {
 public:
     using Arguments = std::span<Variant>;
@@ -26,7 +26,7 @@ public:
 
     // Gets and methods; the empty name is the default member's.
     HostObject& with(std::u16string_view name, Member member);
-    // A get that answers with this.
+    // A get that returns this.
     HostObject& with(std::u16string_view name, Variant value);
     // Lets and sets; the new value is the last argument.
     HostObject& taking(std::u16string_view name, Member member);
@@ -36,11 +36,11 @@ public:
 
 private:
     std::u16string typeName_;
-    std::map<std::u16string, Member> members_;  // by lower-case name, with "=" behind it where it takes a value
+    std::map<std::u16string, Member> members_;  // by lower-case name; lets and sets with "=" after it
 };
 
-// Notes what was asked, for the tests: the class "VelmorTest.Journal" gives it as Text, and has Clear. One for the
-// process.
+// Records calls for the tests, once for the process. The class "VelmorTest.Journal" has the members Text, the
+// record, and Clear.
 void note(std::u16string_view what);
 ObjectRef makeJournal();
 

@@ -23,7 +23,7 @@ ObjectRef makeNamed(const std::u16string& name, const Variant& value) {
     return std::make_shared<velmor::privProperties>(velmor::platform::systemServices())->Add(name, value);
 }
 
-// What every member of the bad objects answers.
+// The result of every member of the bad objects.
 std::u16string badAnswer;
 
 Variant answerBadly(Arguments) {

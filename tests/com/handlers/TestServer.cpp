@@ -11,7 +11,7 @@ using namespace testhandlers;
 
 using Create = HRESULT (*)(REFIID id, void** object) noexcept;
 
-// The class of that number; identifiers differ in it alone.
+// The class of a number; identifiers differ only in it.
 constexpr ServedClass row(unsigned char number, const wchar_t* className, Create create) {
     return {{0x5cd8ad49, 0x6971, 0x4f69, {0xb4, 0xd1, 0x9e, 0x79, 0xd7, 0x0f, 0xa2, number}},
             className,

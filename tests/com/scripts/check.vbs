@@ -1,4 +1,4 @@
-' Stands in front of every script test. Check compares type and value as text, Done ends the script with the
+' Precedes every script test. Check compares type and value as text, Done ends the script with the
 ' number of faults. A script that stops half-way never says so, and fails as well.
 Option Explicit
 

@@ -1,4 +1,4 @@
-// A library of native objects whose classes behave in every way that the engine must bear.
+// A library of native objects whose classes show every behaviour that the engine must accept.
 
 #include <stdexcept>
 
@@ -12,7 +12,7 @@ namespace {
 using velmor::automation::InvokeKind;
 using velmor::automation::Variant;
 
-// Gives its argument back; as a handler, the command of the tag.
+// Returns its argument; as a handler, the command of the tag.
 class Echo : public velmor::automation::Object {
 public:
     Variant invoke(std::u16string_view name, InvokeKind, std::span<Variant> arguments) override {
