@@ -69,7 +69,7 @@ std::size_t count(std::u16string_view text, std::u16string_view sought) {
     return found;
 }
 
-// ---- What is cleaned at all
+// ---- Texts that are cleaned
 
 TEST(CleanRTF, ChangesFinishedDocumentsOnly) {
     const char16_t* const texts[] = {
@@ -107,7 +107,7 @@ TEST(CleanRTF, ReturnsDocumentsToTheirPlaces) {
     const char16_t* const text =
         u"{\\rtf1 a{\\rtf1 b{\\rtf1 c}d{\\rtf1 {\\rtf1 e}f}g}{\\rtf1{\\*\\korvanenewheader}}h{\\RTF1 i}j{\\rtf k}l}";
     inAllModes("nested", [&](const CleanOptions& options) {
-        // The plain rules leave the blank behind "{\\rtf1"; a new header begins a section.
+        // Exact cleaning keeps the blank after "{\\rtf1"; a new header begins a section.
         const std::u16string result = cleaned(text, options);
         EXPECT_EQ(withoutBlanks(RtfText(result).text()), "abcdefghijkl");
         EXPECT_TRUE(RtfText(result).isBalanced());
@@ -128,7 +128,7 @@ TEST(CleanRTF, BracketsTheTablesOfEveryText) {
     });
 }
 
-// Whatever the documents say, nothing in them is put in the place of anything.
+// No text of a document is replaced as a placeholder.
 TEST(CleanRTF, CreatesNoTag) {
     const char16_t* const text =
         u"{\\rtf1 a{\\rtf1 <K{\\fonttbl{\\f0 A;}}V:TAG>INCLUDE=file:</KV>}"
@@ -188,7 +188,7 @@ TEST(CleanRTF, LosesNothingOfDamagedTexts) {
     }
 }
 
-// Text of any shape: nothing crashes, hangs or grows, and what was balanced stays so.
+// Any text: nothing crashes, hangs or grows, and balanced braces stay balanced.
 TEST(CleanRTF, SurvivesRandomTexts) {
     const auto pieces = test::piecesOf(
         u"{|{|}|}|}|\\| |\r\n|x|1|{\\rtf1|{\\rtf1 |{\\rtf1\\ansi |{\\rtf1{\\*\\korvanenewheader}}|"
@@ -286,7 +286,7 @@ TEST(CleanCorpus, KeepsTheTextAndTheBraces) {
         inAllModes(name, [&](const CleanOptions& options) {
             const std::u16string result = cleaned(document, options);
             const RtfText after(result);
-            // Without font and colour tables the blank behind "{\\rtf1" comes to stand behind those added.
+            // Without font and colour tables the blank after "{\\rtf1" follows the added ones.
             EXPECT_TRUE(after.text() == before.text() || (!options.tolerant && after.text() == u" " + before.text()));
             EXPECT_TRUE(after.isBalanced() || !before.isBalanced());
             EXPECT_TRUE(cleaned(result, options) == result) << "cleaned twice";
@@ -294,11 +294,11 @@ TEST(CleanCorpus, KeepsTheTextAndTheBraces) {
     }
 }
 
-// Each document with another one in it, before its last brace.
+// Each document with another one before its last brace.
 TEST(CleanCorpus, KeepsTheTextOfDocumentsInDocuments) {
     std::vector<test::CorpusDocument> documents;
     for (auto [name, text] : test::corpus()) {
-        text.resize(text.find_last_of(u'}') + 1);  // NULs and blanks behind it
+        text.resize(text.find_last_of(u'}') + 1);  // without NULs and blanks after it
         const bool whole = RtfText(text).isBalanced() && text.find(u"{\\rtf", 1) == text.npos;
         if (name == "cyrillic_1251.rtf") continue;  // its bytes become other characters
         if (whole && text.size() < 60000) documents.push_back({name, text});
@@ -308,7 +308,7 @@ TEST(CleanCorpus, KeepsTheTextOfDocumentsInDocuments) {
         const auto& [name, inner] = documents[(i + 7) % documents.size()];
         const std::u16string text = host.substr(0, host.size() - 1) + inner + u"}";
         inAllModes(hostName + " with " + name, [&, &host = host, &inner = inner](const CleanOptions& options) {
-            // Outside merge mode the headers and footers of the inner document are none of the host's.
+            // Outside merge mode the host does not get the inner document's headers and footers.
             const auto part = options.mergeMode ? RtfText::Part::all : RtfText::Part::body;
             const std::u16string result = cleaned(text, options);
             const RtfText after(result, part);
@@ -319,7 +319,7 @@ TEST(CleanCorpus, KeepsTheTextOfDocumentsInDocuments) {
     }
 }
 
-// In a cell, whatever tables a document has are nested ones: the only row left is that of the cell.
+// In a cell all tables of a document are nested: the only row is that of the cell.
 TEST(CleanCorpus, NestsTheTablesOfADocumentInACell) {
     const auto visible = [](const std::u16string& text) {
         std::u16string result = RtfText(text, RtfText::Part::body).text();

@@ -95,7 +95,7 @@ class StageDuel : public testing::TestWithParam<Duel> {};
 TEST_P(StageDuel, EqualsTheSteps) {
     const Duel& duel = GetParam();
     std::vector<std::u16string_view> pieces = test::piecesOf(plainPieces);
-    // The stage's own words are wanted as often as all others together.
+    // The stage's own words are as frequent as all others together.
     const std::vector<std::u16string_view> own = test::piecesOf(duel.pieces);
     for (std::size_t i = pieces.size() + own.size(); i > 0; --i) pieces.push_back(own[i % own.size()]);
     const unsigned seed = testSeed();
@@ -142,7 +142,7 @@ TEST(GeneratorSectionWords, AreRemovedWithTheirWhiteSpaceOnly) {
         {G u"\t\\box", G u"\t\\box"},
         {G u"\\marglsxn123456", G u""},  // 15 characters
         {G u"\\marglsxn1234567", G u"\\marglsxn1234567"},
-        {G u"\\box" G u"\\titlepg x  ", G G u"x"},  // trailing blanks go once something went
+        {G u"\\box" G u"\\titlepg x  ", G G u"x"},  // trailing blanks are removed if anything was
         {u"{\\*\\generator Other}\\box", u"{\\*\\generator Other}\\box"},
         {u"{\\*\\generator Korvane RTF Control 3456789012345678901234567890123456}\\box",
          u"{\\*\\generator Korvane RTF Control 3456789012345678901234567890123456}"},
@@ -172,17 +172,17 @@ TEST(UnwrapNestedDocuments, TolerantKeepsTheWordsOfTheHost) {
         {u"{\\rtf1{\\rtf1{\\ansi\\margl9 x}}}", u"{\\rtf1{{\\ansi\\margl9 x}}}"},
         {u"{\\rtf1{\\rtf1 C:\\\\}\\{}", u"{\\rtf1{C:\\\\}\\{}"},
         {u"{\\rtf1{\\rtf1\\bin3 }}}x}}", u"{\\rtf1{\\bin3 }}}x}}"},
-        // Cyrillic bytes in a Latin host; fonts with a character set of their own speak for themselves.
+        // Cyrillic bytes in a Latin host; fonts with a character set of their own decide.
         {u"{\\rtf1\\ansi{\\fonttbl{\\f0 A;}{\\f1\\fcharset204 B;}}"
          u"{\\rtf1\\ansi\\ansicpg1251\\f0 \\'e4\\'41{\\f1 \\'e4}\\uc2\\'e5\\u1078\\'3f\\'e6\\uc0\\'e4}\\'e4}",
          u"{\\rtf1\\ansi{\\fonttbl{\\f0 A;}{\\f1\\fcharset204 B;}}"
          u"{\\f0 \\u1076?\\'41{\\f1 \\'e4}\\uc2\\u1077??\\u1078\\'3f\\'e6\\uc0\\u1076 }\\'e4}"},
-        // The host's code page may stand behind tables; bytes of several a character stay.
+        // The host's code page may follow tables; multi-byte characters stay.
         {u"{\\rtf1{\\colortbl;}\\ansicpg1251{\\rtf1\\'e4}}", u"{\\rtf1{\\colortbl;}\\ansicpg1251{\\u228?}}"},
-        // What stands for a \\u is counted anew.
+        // The fallback characters of \\u are counted anew.
         {u"{\\rtf1\\uc2{\\rtf1 \\u9?x}y}", u"{\\rtf1\\uc2{\\uc1\\u9?x}y}"},
         {u"{\\rtf1{\\rtf1\\ansicpg932\\'83\\'65}}", u"{\\rtf1{\\'83\\'65}}"},
-        // A row takes no text that stands in front of its document; a page break is no text.
+        // A row takes no text that precedes its document; a page break is not text.
         {u"{\\rtf1 a{\\rtf1{\\b}\\trowd\\cellx9\\intbl b\\cell\\row}c}",
          u"{\\rtf1 a\\par{{\\b}\\trowd\\cellx9\\intbl b\\cell\\row}c}"},
         {u"{\\rtf1{\\b a{\\footnote\\par}}{\\rtf1\\uc2{\\rtf1\\intbl b\\cell}\\trowd}}",
@@ -190,11 +190,11 @@ TEST(UnwrapNestedDocuments, TolerantKeepsTheWordsOfTheHost) {
         {u"{\\rtf1 a{\\rtf1\\trowd b\\row\\sect c}}", u"{\\rtf1 a\\par{\\trowd b\\row\\sect c}}"},
         {u"{\\rtf1 a\\par\\page{\\rtf1\\trowd}{\\rtf1\\par\\trowd}{\\rtf1 b\\trowd}{\\rtf1 b\\par}}",
          u"{\\rtf1 a\\par\\page{\\trowd}{\\par\\trowd}{b\\trowd}{b\\par}}"},
-        // What is in a cell stays in it.
+        // Paragraphs in a cell stay in it.
         {u"{\\rtf1\\trowd{\\rtf1\\pard a\\pard\\qc\\intbl b}\\cell\\row{\\rtf1\\pard c}\\pard\\itap2{\\rtf1\\pard d}}",
          u"{\\rtf1\\trowd{\\pard\\intbl a\\pard\\qc\\intbl b}\\cell\\row{\\pard c}\\pard\\itap2{\\pard\\intbl\\itap2 "
          u"d}}"},
-        // What speaks for a whole document goes; the host's stays.
+        // Words of the whole document are removed; the host's stay.
         {u"{\\rtf1{\\info a}{\\rtf1{\\info{\\title b}}{\\b{\\info c}}{\\footnote d}\\margmirror e}\\margmirror}",
          u"{\\rtf1{\\info a}{{\\b{\\info c}}{\\footnote d}e}\\margmirror}"},
     };
@@ -218,9 +218,9 @@ TEST(MergePageBreaks, TakeThePageOfTheNextDocument) {
          u"\\sect\\lndscpsxn\\pgwsxn16838\\pghsxn11906\\marglsxn0\\margrsxn0\\margtsxn0\\margbsxn0"
          u"\\sectd\\lndscpsxn\\pgwsxn11906\\pghsxn16838 "},
         {M u"1st", u"\\sect\\pgwsxn0\\pghsxn0\\marglsxn0\\margrsxn0\\margtsxn0\\margbsxn0 1st"},
-        // No document, no end of the header.
+        // Without a document, and without the end of the header.
         {u"{\\header a}" M u"x", u"{\\header a}\\sect\\pgwsxn0\\pghsxn0\\marglsxn0\\margrsxn0\\margtsxn0\\margbsxn0x"},
-        // The slice of the first has no end; the second is not kept from being replaced.
+        // The slice of the first has no end; the second is replaced nevertheless.
         {M u"\\sectd x\\sect y" M u"z", M u"\\sectd x\\sect y"
                                           u"\\sect\\pgwsxn0\\pghsxn0\\marglsxn0\\margrsxn0\\margtsxn0\\margbsxn0z"},
         // No section begins in a row.
@@ -239,7 +239,7 @@ TEST(MergePageBreaks, TakeThePageOfTheNextDocument) {
         {M u"a\\sect\\sectd b",
          u"\\sect\\sectd\\pgwsxn12240\\pghsxn15840\\marglsxn1800\\margrsxn1800"
          u"\\margtsxn1440\\margbsxn1440\\pard\\plain\\uc1a\\sect\\sectd b"},
-        // Later sections go back to their own document's page, none runs on, and a table ends.
+        // Later sections return to their document's page, none continues the previous page, and a table ends.
         {u"\\paperw9\\sectd\\sbknone a\\row}" M u"\\margb7\\sectd\\sbkcol b\\sect\\sectd\\sbknone c",
          u"\\paperw9\\sectd a\\row}\\pard\\par\\sect\\sectd\\pgwsxn12240\\pghsxn15840\\marglsxn1800\\margrsxn1800"
          u"\\margtsxn1440\\margbsxn7\\pard\\plain\\uc1\\margb7b\\sect\\sectd\\pgwsxn12240\\margbsxn7\\sbknone c"},

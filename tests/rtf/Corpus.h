@@ -28,7 +28,7 @@ inline void readDocuments(const char* folder, std::vector<CorpusDocument>& resul
     if (none) std::cerr << "Tests go without the documents in " << folder << ": " << none.message() << '\n';
 }
 
-// The project's documents, and the real ones beside the clone where they are at hand, by name.
+// The project's documents, and the real ones next to the clone if they exist, by name.
 inline const std::vector<CorpusDocument>& corpus() {
     static const auto documents = [] {
         std::vector<CorpusDocument> result;

@@ -9,8 +9,8 @@
 namespace velmor {
 namespace {
 
-// What a reader of the document sees of its text, without white space, and the depth of its groups
-// at the end. Words with their numbers, and our own markers, are no text.
+// The text that a reader of the document shows, without white space, and the depth of its groups at the
+// end. Words with their numbers, and our own markers, are not text.
 std::pair<std::u16string, int> readable(const std::u16string& document) {
     std::u16string text;
     int depth = 0;
@@ -32,8 +32,7 @@ std::pair<std::u16string, int> readable(const std::u16string& document) {
     return {text, depth};
 }
 
-// The identities of the tables that are open are a stack, and none comes twice. The number of pairs;
-// -1 when they do not pair up.
+// The number of marker pairs; -1 unless they are properly nested and have different identifiers.
 int pairsOf(const std::u16string& text) {
     std::vector<std::u16string> open, seen;
     for (std::size_t at = 0; (at = text.find(u"{\\*\\korvane\\", at)) != std::u16string::npos; ++at) {

@@ -12,9 +12,9 @@
 
 namespace velmor::test {
 
-// Reads a document as a word processor would, as far as text and the tables that it refers to go:
-// each unit of text with the name of its font, the values of its colours, its list and its styles,
-// all resolved through the document's tables. Knows nothing of how documents are merged.
+// Reads text and tables of a document as a word processor does: each unit of text with the name of its
+// font, the values of its colours, its list and its styles, resolved through the document's tables.
+// Independent of the code that merges documents.
 class FormattingReader : public RtfText {
 public:
     struct Unit {
@@ -22,8 +22,8 @@ public:
         std::u16string look;
     };
 
-    // The text of a part, and what each unit looks like: part 0 is the outermost document, 1 the
-    // first inside it. Without `withNormal` the style of paragraphs that name none is left out.
+    // The text of a part, and the look of each unit: part 0 is the outermost document, 1 the first in it.
+    // Without `withNormal` the style of paragraphs without a style is left out.
     static std::vector<Unit> read(const std::u16string& document, int part, bool withNormal) {
         FormattingReader reader(document);
         reader.part_ = part;
@@ -32,7 +32,7 @@ public:
         return std::move(reader.units_);
     }
 
-    // Whether paragraphs that name no style have one that the document defines.
+    // Whether the document defines the style of paragraphs without a style.
     static bool definesNormal(const std::u16string& document) {
         return FormattingReader(document).styles_.count(u"s0") != 0;
     }
@@ -115,7 +115,7 @@ private:
         }
     }
 
-    // A list's definition without its identities and with its references resolved.
+    // A list's definition without its identifiers and with resolved references.
     std::u16string levels(const std::u16string& list) const {
         std::u16string result;
         for (std::size_t at = 0; at < list.size();) {
@@ -137,7 +137,7 @@ private:
         std::u16string look;
         for (int depth = 0; depth < 12; ++depth) {
             const auto style = styles_.find(kind + number);
-            // Number 0 is there without being defined.
+            // Number 0 exists without a definition.
             if (style == styles_.end()) return look + (number == u"0" ? u"normal<>" : u"?");
             look += plainName(style->second.name) + u"<" + resolved(style->second.words) + u">";
             const auto* base = style->second.number(u"sbasedon");
@@ -147,7 +147,7 @@ private:
         return look;
     }
 
-    // The words of a style, its references resolved or left out.
+    // The words of a style, with references resolved or left out.
     std::u16string resolved(const std::u16string& words) const {
         static const Words left = {u"s", u"cs", u"ds", u"ts", u"sbasedon", u"snext", u"slink"};
         std::u16string result;
@@ -187,7 +187,7 @@ private:
         static const Words kept = {u"f", u"s", u"cs", u"ls"};
         Values& values = group().values;
         if (word == u"rtf") {
-            // A document starts anew, whatever it lies in.
+            // A document begins with defaults, wherever it is.
             values = {{u"f", defaultFont_}, {u"s", u"0"}};
             group().part = documents_++;
             group().skipped = false;

@@ -38,7 +38,7 @@ TEST_P(HeadersFooters, BelongToTheirSections) {
     EXPECT_EQ(toUtf8(applied(GetParam().before)), toUtf8(GetParam().after)) << GetParam().what;
 }
 
-// No marker: what a lifted document says of its pages' heads and feet is its own affair.
+// Without a marker, headers and footers of a lifted document do not affect the host.
 const Case leaks[] = {
     {"groups of all kinds", u"{\\rtf1{\\header h}a{\\rtf1{\\header 1}{\\headerf 2}{\\footerl 3}{\\footerr{4}}b}c}",
      u"{\\rtf1{\\header h}a{\\rtf1b}c}"},
@@ -51,7 +51,7 @@ const Case leaks[] = {
      u"{\\rtf1\\pgbrdrt\\brdrs\\brdrw5 {\\rtf1\\sectd\\pgbrdrt\\brdrs\\brdrw5\\brdrb\\brdrs x}}"},
     {"the host's header with a document in it", u"{\\rtf1{\\header{\\rtf1{\\header x}{\\footer y}logo}}a}",
      u"{\\rtf1{\\header{\\rtf1logo}}a}"},
-    {"the host's words return behind \\sectd",
+    {"the host's words return after \\sectd",
      u"{\\rtf1\\sectd\\headery5\\titlepg a{\\rtf1\\sectd\\headery9\\cols2 b\\sect\\sectd c}}",
      u"{\\rtf1\\sectd\\headery5\\titlepg a{\\rtf1\\sectd\\headery5\\titlepg\\cols2 b\\sect\\sectd\\headery5c}}"},
     {"escaped braces", u"{\\rtf1{\\rtf1{\\header a\\}b\\\\}c}}", u"{\\rtf1{\\rtf1c}}"},
@@ -70,11 +70,11 @@ const Case markers[] = {
      u"{\\rtf1\\sectd a" NEW u"\\headery5\\pgbrdrt\\brdrs\\pgbrdrhead{\\header n}{\\rtf1b}}"},
     {"the section begins without text", u"{\\rtf1{\\header h}{\\footer f}\\pard " H u"{\\rtf1\\headery5{\\header n}b}}",
      u"{\\rtf1{\\footer f}\\pard {\\header n}\\headery5{\\rtf1b}}"},
-    {"behind a page break", u"{\\rtf1 a\\page \\par\\pard" H u"{\\rtf1{\\header n}}b}",
+    {"after a page break", u"{\\rtf1 a\\page \\par\\pard" H u"{\\rtf1{\\header n}}b}",
      u"{\\rtf1 a" NEW u"{\\header n}\\par\\pard{\\rtf1}b}"},
-    {"in front of a page break", u"{\\rtf1 a" H u"{\\rtf1{\\header n}\\par}\\page b\\page c}",
+    {"before a page break", u"{\\rtf1 a" H u"{\\rtf1{\\header n}\\par}\\page b\\page c}",
      u"{\\rtf1 a" NEW u"{\\header n}{\\rtf1\\par}b\\page c}"},
-    {"behind a table", u"{\\rtf1 a\\trowd\\intbl b" H u"{\\rtf1{\\header n}x}\\cell\\row\\pard c}",
+    {"after a table", u"{\\rtf1 a\\trowd\\intbl b" H u"{\\rtf1{\\header n}x}\\cell\\row\\pard c}",
      u"{\\rtf1 a\\trowd\\intbl b{\\rtf1x}\\cell\\row\\pard " NEW u"{\\header n}c}"},
     {"not in a header or a note", u"{\\rtf1{\\header a" H u"}b{\\footnote c" H u"{\\rtf1{\\header x}}}}",
      u"{\\rtf1{\\header a}b{\\footnote c{\\rtf1}}}"},
@@ -82,19 +82,19 @@ const Case markers[] = {
      u"{\\rtf1 a\\page\\sbkpage\\pgncont{\\header n}{\\*\\korvanesection}{\\rtf1}b}"},
     {"a page that is described later", u"{\\rtf1 a" H u"{\\rtf1{\\header n}}b{\\*\\korvanesection}}",
      u"{\\rtf1 a\\page\\sbkpage\\pgncont{\\header n}{\\rtf1}b{\\*\\korvanesection}}"},
-    {"nothing behind it", u"{\\rtf1 a\\par" H u"\\par}", u"{\\rtf1 a\\par\\par}"},
+    {"nothing after it", u"{\\rtf1 a\\par" H u"\\par}", u"{\\rtf1 a\\par\\par}"},
     {"a marker with more in it", u"{\\rtf1 a{\\*\\korvanenewheader x}{\\*\\korvanenewheaders}b}",
      u"{\\rtf1 a{\\*\\korvanenewheader x}{\\*\\korvanenewheaders}b}"},
-    {"the first page goes along", u"{\\rtf1{\\footer f}a" H u"{\\rtf1\\titlepg{\\header n}{\\headerf 1}b}c}",
+    {"the first page follows", u"{\\rtf1{\\footer f}a" H u"{\\rtf1\\titlepg{\\header n}{\\headerf 1}b}c}",
      u"{\\rtf1{\\footer f}a" NEW u"\\titlepg{\\header n}{\\headerf 1}{\\footerf f}{\\rtf1b}c}"},
 };
 INSTANTIATE_TEST_SUITE_P(Markers, HeadersFooters, testing::ValuesIn(markers));
 
-// Words of the stages, one by one.
+// Each word of the stages.
 TEST(HeadersFootersOf, EveryWord) {
     const std::u16string before = u"{\\rtf1{\\rtf1", after = u"x}}";
     for (const auto word : test::piecesOf(u"\\pgbrdrt|\\pgbrdrb|\\pgbrdrl|\\pgbrdrr|\\pgbrdropt8|\\pgbrdrsnap")) {
-        const std::u16string frame = std::u16string(word) + u"\\brdrs ";  // its blank goes along
+        const std::u16string frame = std::u16string(word) + u"\\brdrs ";  // its blank is part of it
         EXPECT_EQ(toUtf8(applied(before + frame + after)), toUtf8(before + after)) << toUtf8(word);
         for (const auto border : test::piecesOf(u"\\brdrt |\\brdrb |\\brdrl |\\brdrr |\\brdrbtw |\\brdrbar ")) {
             const std::u16string kept = std::u16string(border) + after;
@@ -103,7 +103,7 @@ TEST(HeadersFootersOf, EveryWord) {
     }
 }
 
-// An empty header moves no text, wherever the document would have it.
+// An empty header moves no text, whatever its distance.
 TEST(JoinedHeaders, EmptyHeadersTakeNoRoom) {
     std::u16string text = u"{\\rtf1{\\header h}a{\\*\\korvanemergepagebreak}{\\rtf1\\sectd\\headery1440 b\\sect c}}";
     CleanOptions options;
@@ -113,7 +113,7 @@ TEST(JoinedHeaders, EmptyHeadersTakeNoRoom) {
     EXPECT_TRUE(text.ends_with(u"\\headery1440 b{\\headery0\\sect}c}\\headery0}")) << toUtf8(text);
 }
 
-// \facingp is looked for before the text, behind the tables.
+// \facingp is searched before the text, after the tables.
 TEST(JoinedHeaders, GiveTheHostFacingPages) {
     const auto joined = [](const std::u16string& begin) {
         std::u16string text = u"{\\rtf1" + begin + u"{\\*\\korvanemergepagebreak}{\\rtf1\\facingp b}}";

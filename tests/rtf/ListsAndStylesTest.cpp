@@ -8,15 +8,15 @@ namespace {
 using test::merged;
 using test::narrow;
 
-// What the merged header begins with when no document has fonts and colours.
+// The begin of the merged header if no document has fonts and colours.
 const std::u16string header =
     u"{\\rtf1{\\colortbl;\\red0\\green0\\blue0;\\red255\\green255\\blue255;\\red255\\green0\\blue0;"
     u"\\red0\\green255\\blue0;\\red0\\green0\\blue255;}{\\fonttbl}";
 
 struct MergeCase {
     const char* what;
-    std::u16string host;    // behind "{\rtf1", its "@" is where the lifted document stands
-    std::u16string lifted;  // behind "{\rtf1"
+    std::u16string host;    // after "{\rtf1"; "@" is the place of the lifted document
+    std::u16string lifted;  // after "{\rtf1"
     std::u16string mergedHost;
     std::u16string mergedLifted;
 };
@@ -24,14 +24,14 @@ struct MergeCase {
 const MergeCase styleCases[] = {
     {"nothing collected", u"\\s1 x@", u"\\s2 y", u"\\s1 x@", u"\\s2 y"},
     {"an empty table", u"\\ansi{\\stylesheet}{\\*\\listtable}Text@", u"y", u"\\ansi Text@", u"y"},
-    {"a name in front of a group", u"{\\stylesheet{\\s1\\b A;}}@", u"{\\stylesheet{\\s1\\i A{\\*\\keycode x};}}",
+    {"a name before a group", u"{\\stylesheet{\\s1\\b A;}}@", u"{\\stylesheet{\\s1\\i A{\\*\\keycode x};}}",
      u"{\\stylesheet\r\n{\\s1\\b A;}\r\n{\\s0 Normal;}\r\n{\\s2\\i A (2){\\*\\keycode x};}}@", u""},
     {"the host's alone keep their numbers", u"{\\stylesheet{Normal;}\n{\\s7 Seven;}}\\s7 x@", u"\\s7 y",
      u"{\\stylesheet\r\n{Normal;}\r\n{\\s7 Seven;}}\\s7 x@", u"\\s7 y"},
     {"equal in name and definition", u"{\\stylesheet{\\s0 Normal;}{\\s4\\b\\sbasedon0\\snext4 Head;}}@",
      u"{\\stylesheet{Normal;}{\\s9\\sbasedon0\\b\\styrsid7 head;}}\\s9 y\\pard z",
      u"{\\stylesheet\r\n{\\s0 Normal;}\r\n{\\s4\\b\\sbasedon0\\snext4 Head;}}@", u"\\s4 y\\pard z"},
-    {"equal in name alone", u"{\\stylesheet{\\s0 Normal;}{\\s4\\b Head;}{\\s1 Head (2);}}@",
+    {"equal in name only", u"{\\stylesheet{\\s0 Normal;}{\\s4\\b Head;}{\\s1 Head (2);}}@",
      u"{\\stylesheet{\\s0 Normal;}{\\s4\\i Head,Kopf;}}\\s4 y",
      u"{\\stylesheet\r\n{\\s0 Normal;}\r\n{\\s4\\b Head;}\r\n{\\s1 Head (2);}\r\n{\\s2\\i Head (3),Kopf;}}@",
      u"\\s2 y"},
@@ -66,7 +66,7 @@ const MergeCase styleCases[] = {
      u""},
 };
 
-// Tolerant: nothing of the host's text changes, and a document that says how it looks does not get the host's style.
+// Tolerant: nothing of the host's text changes, and a document with its own look does not get the host's style.
 const MergeCase tolerantCases[] = {
     {"no Normal for a host without one", u"\\fs20 @", u"{\\stylesheet{\\s0\\b Normal;}}\\pard y",
      u"{\\stylesheet\r\n{\\s1\\b Normal (2);}}\\fs20 @", u"\\pard\\s1\\plain\\pard\\s1 y"},
@@ -93,7 +93,7 @@ const MergeCase listCases[] = {
      u"{\\*\\listtable\r\n{\\list\\listtemplateid-9{\\listlevel}\\listid-7}}"
      u"{\\*\\listoverridetable\r\n{\\listoverride\\listid-7\\listoverridecount0\\ls3}}\\ls3 x@",
      u"\\ls3 y"},
-    {"equal lists stay apart",
+    {"equal lists are not shared",
      u"{\\*\\listtable{\\list\\listtemplateid1\\listid5}}"
      u"{\\listoverridetable{\\listoverride\\listid5\\listoverridecount0\\ls1}}\\ls1 x@",
      u"{\\*\\listtable{\\list\\listtemplateid1\\listid5}}"
@@ -139,7 +139,7 @@ void check(const MergeCase& c, bool tolerant = false) {
     std::u16string expected = header + c.mergedHost + u"}";
     expected.replace(at(expected), 1, u"{\\rtf1" + c.mergedLifted + u"}");
     std::u16string result = merged(text, tolerant);
-    // Fonts are not looked at here.
+    // Fonts are ignored.
     const std::size_t font = result.find(u"\r\n{\\f0 A;}");
     if (font != std::u16string::npos) result.erase(font, 10);
     EXPECT_EQ(narrow(result), narrow(expected)) << c.what;
@@ -154,8 +154,8 @@ TEST(ListsAndStyles, ListsKeepTheirNumbering) {
     for (const MergeCase& c : listCases) check(c);
 }
 
-// A style that was renamed is shared again; what a document without tables refers to stays free, or
-// becomes nothing where another document has it already.
+// A renamed style is shared again. The numbers to which a document without tables refers stay free; a
+// reference to a number that another document has already becomes none.
 TEST(ListsAndStyles, DocumentsReferToTheHostOnly) {
     const std::u16string bare = u"{\\rtf1\\s1\\s2\\ls1 x}";
     const std::u16string lifted =

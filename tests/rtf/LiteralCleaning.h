@@ -15,14 +15,14 @@
 
 namespace velmor::test {
 
-// The stages of cleaning said plainly: one change after the other, each search from the start of what
-// it is about. 0-based; `none` is not found.
+// The model of the stages of cleaning: one change after the other, each search from the start of its
+// range. 0-based; `none` is not found.
 class LiteralCleaning {
 public:
     std::u16string text;
     std::vector<std::u16string> documents;  // RTF1, RTF2, ...
 
-    // ---- Lifting documents out. `mark` stands around the number of each placeholder.
+    // ---- Lifting documents out. `mark` encloses the number of each placeholder.
 
     void extract(char16_t mark) {
         const std::size_t host = document(text, 0);
@@ -128,7 +128,7 @@ public:
             }
             const std::size_t end = groupEnd(text, at);
             if (end == none) break;
-            // What joins is known when all is done.
+            // The joined words are known at the end.
             text.replace(end, 1, 1, seam);
             text.replace(at, 6, 1, text[at + 6] == u' ' ? blankSeam : seam);
         }
@@ -160,7 +160,7 @@ public:
     }
 
     static constexpr std::size_t none = std::u16string::npos;
-    // What stands for a cut while more are to come; the other one in front of a blank that ended a word.
+    // Marks a cut while more follow; the second one precedes a blank that ended a word.
     static constexpr char16_t seam = 0xE000, blankSeam = 0xE001;
     static constexpr std::u16string_view seams = u"\ue000\ue001";
 
@@ -242,7 +242,7 @@ private:
         }
     }
 
-    // Whether the control word in front of the index, if there is one, would go on there.
+    // Whether a control word before the index would continue there.
     static bool join(const std::u16string& where, std::size_t index) {
         if (index >= where.size()) return false;
         const char16_t next = where[index];
@@ -270,10 +270,10 @@ private:
         return section.substr(begin, std::min(sect, page) - begin);
     }
 
-    // Stands for a number that nothing ends.
+    // Marks a number without an end.
     static constexpr std::u16string_view endless = u"...";
 
-    // What stands behind the first such word, without white space around it; nothing without the word.
+    // The text after the first such word, without white space around it; nothing without the word.
     static std::optional<std::u16string> numberBehind(const std::u16string& where, std::u16string_view sought,
                                                       bool wholeWord) {
         std::size_t at = word(where, std::u16string(sought), 0, wholeWord);

@@ -10,11 +10,11 @@
 
 namespace velmor::test {
 
-// Merging fonts and colours said plainly: one search and replacement after the other. Knows tables
-// of plain form only: font entries that are groups, colours behind a first ";".
+// The model of merging fonts and colours: one search and replacement after the other. It reads simple
+// tables only: font entries that are groups, colours after a first ";".
 class LiteralMerge {
 public:
-    // Renumbers the document and takes its tables out; the host (whose text begins "{\rtf1") gets
+    // Renumbers the document and removes its tables; the host (whose text begins "{\rtf1") gets
     // "[F]" and "[C]" for them.
     void merge(std::u16string& text, bool host) {
         mergeFonts(text, host);

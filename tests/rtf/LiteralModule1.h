@@ -7,8 +7,8 @@
 
 namespace velmor::test {
 
-// The searches of Module1 said plainly: one unit after the other, 1-based, on a flat text. A
-// builder's buffer is its content and what is known of its spare tail.
+// The model of the searches of Module1: one unit after the other, 1-based, on a flat text. A builder's
+// buffer is its content and the known part of its spare tail.
 struct LiteralBuffer {
     std::u16string buffer;
     std::int32_t length = 0;
@@ -44,7 +44,7 @@ struct LiteralBuffer {
         return 0;
     }
 
-    // Backslashes that end at the position.
+    // The number of backslashes that end at the position.
     std::int32_t run(std::int32_t position) const {
         std::int32_t count = 0;
         while (position - count >= 1 && at(position - count) == u'\\') ++count;
@@ -76,7 +76,7 @@ struct LiteralBuffer {
                                     bool delimited) const {
         start = findReverse(sought, start, ignoringCase);
         if (start == 0 || isWord(start, sought, delimited)) return start;
-        // In front of the first character nothing is left; -1 would mean the end.
+        // Nothing precedes the first character; -1 would mean the end.
         return start == 1 ? 0 : findRTFWordReverse(sought, start - 1, ignoringCase, delimited);
     }
 

@@ -15,8 +15,8 @@
 
 namespace velmor::test {
 
-// The conversion of nested tables said rule by rule: inner pairs first, each rule looks at the whole
-// text of its pair, whatever that costs. Plain cleaning only.
+// The model of the conversion of nested tables, rule by rule: inner pairs first, each rule reads the whole
+// text of its pair. Exact cleaning only.
 class LiteralNestedTables {
 public:
     static std::u16string convert(const std::u16string& text) { return LiteralNestedTables(text, 0).converted(); }
@@ -31,7 +31,7 @@ private:
     };
     struct Change {
         std::size_t begin, end;
-        int order;  // of changes at one place: 0 ends a word, 1 stands behind it, 2 in front of the next, 3 changes it
+        int order;  // of changes at one place: 0 ends a word, 1 follows it, 2 precedes the next, 3 changes it
         std::u16string text;
         bool apart;
     };
@@ -124,7 +124,7 @@ private:
         return begin + 1;
     }
 
-    // Behind the marker at the place; 0 when there is none.
+    // The end of the marker at the place; 0 without one.
     std::size_t markerEnd(std::size_t begin) const {
         for (const std::u16string_view marker : {startTableMarker, endTableMarker}) {
             if (text_.compare(begin, marker.size() + 1, std::u16string(marker) + u"{") != 0) continue;
@@ -135,7 +135,7 @@ private:
         return 0;
     }
 
-    // Behind the table whose start marker stands at the place; 0 when there is none.
+    // The end of the table whose start marker is at the place; 0 without one.
     std::size_t pairEnd(std::size_t begin) {
         if (ended_ || isEscaped(text_, begin) || text_.compare(begin, startTableMarker.size(), startTableMarker) != 0)
             return 0;
@@ -178,7 +178,7 @@ private:
     std::u16string textFrom(std::size_t begin, std::size_t i) const {
         return text_.substr(begin, tokens_[i].begin - begin);
     }
-    // A blank behind a row that is rewritten, or in front of its brace, belongs to it.
+    // A blank after a row that is rewritten, or before its brace, belongs to it.
     std::size_t rowEnd(std::size_t i) const {
         const std::size_t end = tokens_[i].end;
         return end + (at(end) == u' ' && (isRewritten(i) || at(end + 1) == u'}') ? 1 : 0);
@@ -240,7 +240,7 @@ private:
         return false;
     }
 
-    // Behind a table in any case, behind a row if there are words to set up.
+    // After a table in any case, after a row if words set up the paragraph.
     void setUpBehind(std::size_t i, bool isTable, std::size_t end) {
         const std::size_t place = behindBraces(end);
         bool needed = false;

@@ -12,7 +12,7 @@ inline std::u16string replaced(std::u16string text, std::u16string_view sought, 
     return text;
 }
 
-// The four replacements in their order, each over the whole text.
+// The four replacements in order, each in the whole text.
 inline std::u16string literallyProtected(const std::u16string& text) {
     if (text.substr(0, 6) == u"{\\rtf1") return text;
     return replaced(replaced(replaced(replaced(text, u"\\", u"\\\\"), u"{", u"\\{"), u"}", u"\\}"), u"\r\n", u"\\par ");

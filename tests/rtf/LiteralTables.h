@@ -12,8 +12,8 @@
 
 namespace velmor::test {
 
-// The table members said plainly, step by step, on a text that is shifted for every marker and every
-// removal. Indices are 0-based; a range ends in front of its end.
+// The model of the table members: step by step, on a text that is shifted for every marker and every
+// removal. Indices are 0-based; a range excludes its end.
 class LiteralTables {
 public:
     LiteralTables(std::u16string text, platform::Guids& guids) : text_(std::move(text)), guids_(guids) {}
@@ -32,7 +32,7 @@ public:
             bracket(start, end);
             previous = end += 120;
             removeExtraDefinitions(start, previous);
-            // What was freed is no text, and must not be taken for a blank behind a row.
+            // The freed end is not text, and not the blank after a row.
             text_.erase(text_.size() - (end - previous));
         }
         if (any) text_.erase(text_.find_last_not_of(u' ') + 1);
@@ -77,7 +77,7 @@ public:
         for (std::size_t i = 0; i < unmarked.size(); ++i) {
             bracket(unmarked[i].begin, unmarked[i].end);
             for (std::size_t k = i + 1; k < unmarked.size(); ++k) {
-                // Tables follow those that lie in them; both may begin in one place.
+                // Tables follow those that they contain; both may begin at one place.
                 const Table done = unmarked[i];
                 unmarked[k].begin += unmarked[k].begin >= done.end ? 120 : unmarked[k].begin > done.begin ? 61 : 0;
                 unmarked[k].end += 120;
@@ -92,7 +92,7 @@ private:
     struct Table {
         std::size_t begin, end;
     };
-    // A paragraph, or the properties of a nested row, which stand in a paragraph of its level.
+    // A paragraph, or the properties of a nested row, which are in a paragraph of its level.
     struct Item {
         std::size_t level = 1, begin = 0, end = 0;
         bool isRow = false, first = false, last = false;
@@ -106,7 +106,7 @@ private:
         while ((from = text_.find(word, from)) != npos && isEscaped(text_, from)) ++from;
         return from;
     }
-    // The last one that ends at or before `from` and begins at or behind `begin`.
+    // The last one that ends at or before `from` and begins at or after `begin`.
     std::size_t findReverse(std::u16string_view word, std::size_t from, std::size_t begin) const {
         for (std::size_t i = from + 1; i-- > begin;) {
             if (i + word.size() <= from + 1 && standsAt(text_, i, word) && !isEscaped(text_, i)) return i;
@@ -141,7 +141,7 @@ private:
         return last(u"\\itap") != npos && at(last(u"\\itap") + 5) != u'0' ? last(u"\\itap") : start;
     }
 
-    // The "\row" that ends the table, with the nested tables before it marked; npos when there is none.
+    // The "\row" that ends the table, with the nested tables before it marked; npos without one.
     std::size_t tableEnd(std::size_t start) {
         std::size_t end = rowOfLastRow(start), nested = 0;
         for (std::size_t from = start; end != npos;) {
@@ -199,7 +199,7 @@ private:
             }
         }
     }
-    // The brace that closes the group in which the place lies; the end when it is missing.
+    // The brace that closes the group around the place; the end if it is absent.
     std::size_t closingBrace(std::size_t i, std::size_t end) const {
         for (std::size_t depth = 1; i < end; ++i) {
             if (isEscaped(text_, i)) continue;

@@ -28,7 +28,7 @@ struct Case {
 };
 
 const Case cases[] = {
-    // A document in a table; in no table, and in a table without markers.
+    // A document in a table, outside tables, and in a table without markers.
     {u"{\\rtf1<a:\\intbl{\\rtf1 x\\par\\pard\\trowd\\cellx9\\intbl y\\cell\\row \\pard z}\\cell\\row:a>}",
      u"{\\rtf1<a:\\intbl{\\rtf1 x\\par<1:\\pard\\trowd\\cellx9\\intbl y\\cell\\row :1>\\pard z}\\cell\\row:a>}",
      u"{\\rtf1<a:\\intbl{\\rtf1 x\\par<1:\\pard\\trowd\\cellx9\\intbl y\\cell\\row :1>\\pard z}\\cell\\row:a>}"},
@@ -39,19 +39,19 @@ const Case cases[] = {
      u"{\\rtf1\\pard\\par<1:\\trowd\\cellx9\\pard{\\rtf1<2:\\pard y\\cell\\trowd\\row:2>}\\cell\\row:1>}"},
     {u"{\\rtf1 x\\cell{\\rtf1<b:\\cell\\row:b>}\\cell\\row}", u"{\\rtf1 x\\cell{\\rtf1<b:\\cell\\row:b>}\\cell\\row}",
      u"{\\rtf1 <1:x\\cell{\\rtf1<b:\\cell\\row:b>}\\cell\\row:1>}"},
-    // Behind the header of a document; tables that a paragraph parts; a run without a row.
+    // After the header of a document; tables separated by a paragraph; a run without a row.
     {u"{<a:{\\rtf1\\ansi{\\fonttbl{\\f0 A;}}\\paperw9 x\\cell\\row\\pard y\\par\\intbl z\\cell\\row\\intbl w}:a>}",
      u"{<a:{\\rtf1\\ansi{\\fonttbl{\\f0 A;}}\\paperw9 <1:x\\cell\\row:1>\\pard y\\par<2:\\intbl z\\cell\\row:2>\\intbl "
      u"w}:a>}",
      u"{<a:{\\rtf1\\ansi{\\fonttbl{\\f0 A;}}\\paperw9 <1:x\\cell\\row:1>\\pard y\\par<2:\\intbl z\\cell\\row:2>\\intbl "
      u"w}:a>}"},
-    // A table with markers is one of the row, or stands beside.
+    // A table with markers is in the row, or next to it.
     {u"{<a:{\\rtf1\\trowd\\intbl<b:\\cell\\row:b>\\cell\\row<c:\\intbl\\cell\\row:c>\\intbl\\cell\\row}:a>}",
      u"{<a:{\\rtf1<1:\\trowd\\intbl<b:\\cell\\row:b>\\cell\\row:1><c:\\intbl\\cell\\row:c><2:\\intbl\\cell\\row:2>}:a>"
      u"}",
      u"{<a:{\\rtf1<1:\\trowd\\intbl<b:\\cell\\row:b>\\cell\\row:1><c:\\intbl\\cell\\row:c><2:\\intbl\\cell\\row:2>}:a>"
      u"}"},
-    // Native nested tables of a table with markers, whose own one has its pair already.
+    // Native nested tables of a table with markers, one of which has its pair already.
     {u"{<a:\\intbl x\\par\\pard\\intbl\\itap3 t\\par\\itap2 n\\nestcell{\\*\\nesttableprops\\trowd\\cellx9\\nestrow}{"
      u"\\nonesttables\\par}\\pard\\intbl\\cell<b:\\itap2 n\\nestcell{\\*\\nesttableprops\\trowd\\nestrow}:b>\\row:a>}",
      u"{<a:\\intbl x\\par<1:\\pard\\intbl\\itap3 t\\par\\itap2 n\\nestcell{\\*\\nesttableprops\\trowd\\cellx9\\nestrow}"
@@ -60,7 +60,7 @@ const Case cases[] = {
      u"{<a:\\intbl x\\par<1:\\pard\\intbl\\itap3 t\\par\\itap2 n\\nestcell{\\*\\nesttableprops\\trowd\\cellx9\\nestrow}"
      u":1>{\\nonesttables\\par}\\pard\\intbl\\cell<b:\\itap2 "
      u"n\\nestcell{\\*\\nesttableprops\\trowd\\nestrow}:b>\\row:a>}"},
-    // Footnotes have paragraphs of their own, and data is no text.
+    // Footnotes have paragraphs of their own, and data is not text.
     {u"{<a:{\\rtf1\\trowd{\\footnote\\pard\\par{\\rtf1\\trowd\\cell\\row}}\\bin4 }}}}x\\cell\\row}:a>}",
      u"{<a:{\\rtf1<1:\\trowd{\\footnote\\pard\\par{\\rtf1\\trowd\\cell\\row}}\\bin4 }}}}x\\cell\\row:1>}:a>}",
      u"{<a:{\\rtf1<1:\\trowd{\\footnote\\pard\\par{\\rtf1\\trowd\\cell\\row}}\\bin4 }}}}x\\cell\\row:1>}:a>}"},
@@ -73,7 +73,7 @@ TEST(LooseTables, GetTheMarkersThatConversionNeeds) {
     }
 }
 
-// Whatever the text, nothing but pairs is added, and they do not cross.
+// Only pairs are added to any text, and they do not cross.
 TEST(LooseTables, RandomTextsGetPairsOnly) {
     const std::uint32_t seed = testSeed();
     std::mt19937 random(seed);

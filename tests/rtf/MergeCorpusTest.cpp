@@ -18,7 +18,7 @@ struct Document {
     std::vector<FormattingReader::Unit> units;
 };
 
-// Whole documents, cut behind their closing brace, that have no further documents in them.
+// Whole documents without embedded documents, cut after their closing brace.
 std::vector<Document> documents() {
     std::vector<Document> result;
     for (auto [name, text] : test::corpus()) {
@@ -31,13 +31,13 @@ std::vector<Document> documents() {
     return result;
 }
 
-// Empty when the part reads as the document does alone.
+// Empty if the part reads like the document alone.
 std::string difference(const Document& document, const std::u16string& text, int part) {
     const auto units = FormattingReader::read(text, part, document.definesNormal);
     if (units.size() != document.units.size()) return document.name + ": " + std::to_string(units.size()) + " units";
     for (std::size_t i = 0; i < units.size(); ++i) {
         const auto& [unit, look] = document.units[i];
-        // What names a font that its table lacks names any.
+        // A reference to a font that its table lacks may become any font.
         const bool isLike = units[i].look == look || look.find(u"f=? ") != look.npos || look.find(u"af?") != look.npos;
         if (units[i].unit == unit && isLike) continue;
         return document.name + " at " + std::to_string(i) + ":\n" + narrow(look) + "\nnow\n" + narrow(units[i].look);

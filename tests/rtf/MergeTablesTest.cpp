@@ -34,7 +34,7 @@ TEST(MergeFonts, NumbersTheHostsFontsInOrder) {
          u"\r\n{\\f0\\froman{\\*\\panose 020}Times{\\*\\falt Serif;};}", u"\\f2 a\\f3 b", u"\\f0 a\\f0 b"},
         {"theme fonts", u"{\\flomajor\\f31500\\fbidi Cambria;}{\\f1 Arial;}",
          u"\r\n{\\flomajor\\f0\\fbidi Cambria;}\r\n{\\f1 Arial;}", u"\\f31500 a\\f1 b", u"\\f0 a\\f1 b"},
-        {"entries that are no groups", u"\\f4\\fnil\\fcharset0 Arial;\\f5 B;",
+        {"entries that are not groups", u"\\f4\\fnil\\fcharset0 Arial;\\f5 B;",
          u"\r\n{\\f0\\fnil\\fcharset0 Arial;}\r\n{\\f1 B;}", u"\\f5 b", u"\\f1 b"},
         {"no end of the name", u"{\\f7 Arial}", u"\r\n{\\f0 Arial;}", u"\\f7 b", u"\\f0 b"},
         {"no name", u"{\\f7\\fnil;}{\\f8\\fswiss;}", u"\r\n{\\f0\\fnil;}\r\n{\\f1\\fswiss;}", u"\\f8 b", u"\\f1 b"},
@@ -77,10 +77,10 @@ TEST(MergeColours, RenumbersTheHostsColours) {
     const ColourCase cases[] = {
         {"across line breaks", true, u"{\\colortbl;\\red1;\r\n\\red1;\r\n\\red2;\r\n}", u"{\\colortbl;\\red1;\\red2;}",
          u"\\cf2 x\\clcbpatraw3 y", u"\\cf1 x\\clcbpatraw2 y"},
-        {"a blank in front", false, u"{\\colortbl ;\\red1;}", u"{\\colortbl;\\red1;}", u"\\cf1 x", u"\\cf1 x"},
+        {"a blank before the first", false, u"{\\colortbl ;\\red1;}", u"{\\colortbl;\\red1;}", u"\\cf1 x", u"\\cf1 x"},
         {"without the automatic colour", false, u"{\\colortbl\r\n\\red7;\\red8;}", u"{\\colortbl;\\red7;\\red8;}",
          u"\\cf0 x\\cf1 y", u"\\cf1 x\\cf2 y"},
-        {"a line break behind the automatic colour", false, u"{\\colortbl;\r\n\\red7;\\red8;}",
+        {"a line break after the automatic colour", false, u"{\\colortbl;\r\n\\red7;\\red8;}",
          u"{\\colortbl;\\red7;\\red8;}", u"\\cf2 x", u"\\cf2 x"},
         {"an escaped brace", false, u"{\\colortbl;\\red7;\\}", u"{\\colortbl;\\red7;}", u"\\cf1 x", u"\\cf1 x"},
         {"a group in it", true, u"{\\colortbl;\\red7;{\\red8;}", u"{\\colortbl;\\red7;}", u"x}y", u"{x}y"},
@@ -113,7 +113,7 @@ TEST(MergeTables, DistinguishesManyFontsAndColours) {
 
 TEST(MergeTables, TolerantMergingKeepsForeignText) {
     const std::pair<std::u16string, std::u16string> cases[] = {
-        // Bytes of a page of several bytes a character stay, in fonts that say so.
+        // Bytes of a multi-byte code page stay, in fonts with its character set.
         {u"{\\fonttbl{\\f0 A;}}x{\\rtf1\\ansicpg932\\deff0{\\fonttbl{\\f0\\fcharset1 A;}{\\f1\\fnil\\fcharset0 "
          u"B;}{\\f2 "
          u"C;}}\\f1\\'83}",
@@ -124,11 +124,10 @@ TEST(MergeTables, TolerantMergingKeepsForeignText) {
          u"\\'dc\\u228\\'e4\\'41\\'e4;}}\\'e4}",
          u"\\ansicpg950{\\fonttbl}{\\stylesheet\r\n{\\s0 N;}\r\n{\\s1 "
          u"\\u220?\\u228\\'e4\\'41\\u228?;}}x{\\rtf1\\pard\\plain\\'e4}"},
-        // A host without fonts keeps the one that it had.
+        // A host without fonts keeps its font.
         {u"\\deff3\\plain x{\\rtf1\\deff0{\\fonttbl{\\f0 A;}}\\plain y}",
          u"{\\fonttbl\r\n{\\f0 Times New Roman;}\r\n{\\f1 A;}}\\deff0\\plain x{\\rtf1\\pard\\plain\\f1\\plain\\f1 y}"},
-        // Readers have a font of their own where a document names none; a host without a default font is told
-        // each document's.
+        // In a host without a default font each document's is named; without \\deff it is that of readers.
         {u"{\\fonttbl{\\f5 A;}}x{\\rtf1{\\fonttbl{\\f0 A;}}y\\plain}{\\rtf1\\deff0{\\fonttbl{\\f0 A;}}\\plain z}"
          u"{\\rtf1\\ansicpg932{\\fonttbl}y}",
          u"{\\fonttbl\r\n{\\f0 A;}\r\n{\\f1 Times New Roman;}\r\n{\\f2\\fcharset128 Times New Roman;}}"

@@ -89,7 +89,7 @@ TEST(Module1, SearchesTextsLikeTheirRules) {
     });
 }
 
-// One builder for all texts, so that stale text stands behind the content.
+// One builder for all texts, so that stale text follows the content.
 class ExhaustiveBuilder {
 public:
     const privStrCat& set(const std::u16string& text) {
@@ -161,7 +161,7 @@ TEST(Module1, ReplacesLikeTheRule) {
     });
 }
 
-// Each of these would take minutes if a place were looked at again for every match.
+// Each of these takes minutes if a place is read again for every match.
 TEST(Module1, LongRunsOfBackslashesStayCheap) {
     const std::u16string run(1000000, u'\\');
     EXPECT_EQ(CountRTFWord(1, run, u"\\", 0, binaryCompare, true), 500000);

@@ -10,7 +10,7 @@
 
 namespace velmor::test {
 
-// Markers with a short identity.
+// Markers with a short identifier.
 inline std::u16string tableStart(std::u16string_view identity) {
     return std::u16string(startTableMarker).append(1, u'{').append(identity).append(u"}}");
 }
@@ -18,7 +18,7 @@ inline std::u16string tableEnd(std::u16string_view identity) {
     return std::u16string(endTableMarker).append(1, u'{').append(identity).append(u"}}");
 }
 
-// "<1:" and ":1>" become markers, so that cases can be read; and back.
+// Turns "<1:" and ":1>" into markers, for readable cases, and back.
 inline std::u16string withMarkers(std::u16string text) {
     for (std::size_t at = 0; (at = text.find_first_of(u"<>", at)) != std::u16string::npos; ++at) {
         const bool isStart = text[at] == u'<';
@@ -34,7 +34,7 @@ inline std::u16string withoutMarkers(std::u16string text) {
     for (std::size_t at = 0; (at = text.find(u"{\\*\\korvane\\", at)) != std::u16string::npos; ++at) {
         const bool isStart = text.compare(at, startTableMarker.size(), startTableMarker) == 0;
         const std::size_t open = text.find(u'{', at + 1), close = text.find(u'}', open);
-        // Of the identities of counted tables the last digit.
+        // The last digit of the identifiers of counted tables.
         const std::size_t first = close - open == 37 ? close - 1 : open + 1;
         const std::u16string identity = text.substr(first, close - first);
         text.replace(at, close + 2 - at, isStart ? u"<" + identity + u":" : u":" + identity + u">");
@@ -42,7 +42,7 @@ inline std::u16string withoutMarkers(std::u16string text) {
     return text;
 }
 
-// Tables in tables out of bytes: markers, most of them in pairs, and pieces that hurt between them.
+// Tables in tables generated from bytes: markers, most of them in pairs, and difficult pieces between them.
 inline std::u16string nestedTableText(const std::uint8_t* data, std::size_t size) {
     static const auto pieces = piecesOf(
         u"\\trowd\\irow0\\cellx9 |\\trowd\\cellx5\\pard\\intbl |\\trowd\\trkeep\\cellx5\\cellx7\\ql\\b |"

@@ -32,7 +32,7 @@ constexpr std::u16string_view rowOpening = u"\\pard\\intbl\\itap2\\nowidctlpar{\
 
 // "<n:" and ":n>" are markers, "@" is the beginning of a nested row's group.
 const Case cases[] = {
-    // Definitions before the cells, behind them, shared by two rows.
+    // Definitions before the cells, after them, shared by two rows.
     {u"<1:\\trowd\\pard\\intbl <2:\\trowd\\cellx9\\pard\\intbl a\\cell\\row :2>\\cell\\row:1>",
      u"<1:\\trowd\\pard\\intbl\\itap1 <2:\\pard\\intbl\\itap2 a\\nestcell@\\trowd\\cellx9\\nestrow "
      u"}:2>\\pard\\intbl\\itap1"
@@ -43,7 +43,7 @@ const Case cases[] = {
      u"<1:\\intbl\\itap1 <2:\\intbl\\itap2 a\\nestcell@\\trowd\\cellx9\\nestrow}\\intbl\\itap2 "
      u"b\\nestcell@\\trowd\\cellx9"
      u"\\nestrow}:2>\\pard\\intbl\\itap1\\cell\\row:1>"},
-    // Text around a table, a number behind it, two tables in one cell.
+    // Text around a table, a number after it, two tables in one cell.
     {u"<1:\\pard\\qc\\intbl\\b x<2:\\intbl a\\cell\\trowd\\cellx9\\row:2>5 y\\cell\\row:1>",
      u"<1:\\pard\\qc\\intbl\\itap1\\b x\\par<2:\\intbl\\itap2 a\\nestcell@\\trowd\\cellx9\\nestrow}:2>\\pard\\qc\\intbl"
      u"\\itap1 5 y\\cell\\row:1>"},
@@ -51,14 +51,14 @@ const Case cases[] = {
      u"<1:\\intbl\\itap1 <2:{\\intbl\\itap2 "
      u"a\\nestcell@\\trowd\\cellx9\\nestrow}:2>}\\pard\\intbl\\itap1\\par<3:\\intbl"
      u"\\itap2 b\\nestcell@\\trowd\\cellx8\\nestrow}:3>\\pard\\intbl\\itap1\\cell\\row:1>"},
-    // What is set up behind a nested row stands behind its group.
+    // The paragraph after a nested row is set up after the row's group.
     {u"<1:\\intbl <2:\\pard\\qc\\intbl a\\nestcell{\\*\\nesttableprops\\trowd\\nestrow }b\\nestcell:2>\\cell\\row:1>",
      u"<1:\\intbl\\itap1 <2:\\pard\\qc\\intbl\\itap2 a\\nestcell{\\*\\nesttableprops\\trowd\\nestrow }\\pard\\qc\\intbl"
      u"\\itap2b\\nestcell:2>\\pard\\intbl\\itap1\\cell\\row:1>"},
     // A section does not end in a row.
     {u"<1:\\trowd\\intbl a\\sect\\sectd b\\cell\\row\\sect:1>",
      u"<1:\\trowd\\intbl\\itap1 a\\par\\intbl\\itap1\\sectd b\\cell\\row\\sect:1>"},
-    // Native nested rows keep their groups; paragraphs lack nothing; what keeps a row together goes with it.
+    // Native nested rows keep their groups, complete paragraphs stay, and \trkeep moves with its row.
     {u"<1:\\intbl <2:\\intbl\\itap1 "
      u"n\\nestcell{\\*\\nesttableprops\\trowd\\cellx9\\nestrow}{\\nonesttables\\par}:2>\\pard"
      u"\\intbl\\cell\\row:1>",
@@ -69,19 +69,19 @@ const Case cases[] = {
      u"<1:\\intbl\\itap1 <2:\\intbl\\itap2a\\nestcell@\\trowd\\cellx9 \\trkeep\\nestrow }\\intbl\\itap2"
      u"b\\nestcell@\\trowd"
      u"\\cellx9 \\nestrow}:2>\\pard\\intbl\\itap1 c\\par\\pard\\intbl\\itap1\\cell\\row:1>"},
-    // Levels; a footnote is no paragraph of the table.
+    // Levels; a footnote is not a paragraph of the table.
     {u"<1:\\itap\\b\\itap x\\itap 5{\\itap}\\itap0\\intbl\\itap37\\par\\pard y{\\footnote\\pard\\itap0 z}\\cell:1>",
      u"<1:\\intbl\\itap1\\b\\intbl\\itap1x\\intbl\\itap1 "
      u"5{\\intbl\\itap1}\\itap1\\intbl\\itap17\\par\\intbl\\itap1\\pard\\intbl"
      u"\\itap1 y{\\footnote\\pard\\itap0 z}\\cell:1>"},
-    // No definition at all, no cell.
+    // Without a definition, without a cell.
     {u"<1:\\intbl <2:\\intbl a\\cell b\\cell\\row:2>\\cell\\row:1>",
      u"<1:\\intbl\\itap1 <2:\\intbl\\itap2 a\\nestcell "
      u"b\\nestcell@\\trowd\\cellx1440\\cellx2880\\nestrow}:2>\\pard\\intbl"
      u"\\itap1\\cell\\row:1>"},
     {u"<1:\\intbl <2:\\trowd\\irow0\\lastrow\\row:2>\\cell\\row:1>",
      u"<1:\\intbl\\itap1 <2:\\intbl\\itap2@\\trowd\\irow0\\lastrow\\nestrow}:2>\\pard\\intbl\\itap1\\cell\\row:1>"},
-    // Pairs side by side are not nested; pairs that are none change nothing.
+    // Adjacent pairs are not nested; invalid pairs change nothing.
     {u"<1:\\intbl\\cell\\row:1><2:\\intbl\\cell\\row:2>",
      u"<1:\\intbl\\itap1\\cell\\row:1><2:\\intbl\\itap1\\cell\\row:2>"},
     {u"<1::1>\\intbl\\cell\\row", u"<1::1>\\intbl\\cell\\row"},
@@ -103,7 +103,7 @@ TEST(NestedTables, TolerantCleaningReadsOn) {
               u"<9:<1:<2:\\itap2\\intbl\\itap2\\nestcell:2>:1>");
 }
 
-// Text that ends anywhere, and text before a marker that ends anywhere, loses nothing but white space.
+// Truncated text, and truncated text before a marker, loses white space only.
 TEST(NestedTables, TextCutAnywhereKeepsItsMarkersAndBraces) {
     const std::u16string last = u"\\pard\\intbl\\itap2 \\par \\itap";
     const std::u16string whole = test::withMarkers(
@@ -116,7 +116,7 @@ TEST(NestedTables, TextCutAnywhereKeepsItsMarkersAndBraces) {
         const std::u16string cut = last.substr(0, length);
         const std::u16string result = converted(u"<1:\\intbl " + cut + u"<2:a\\cell\\row:2>:1>");
         EXPECT_EQ(result.substr(result.size() - 3), u":1>");
-        // An escaped brace begins no marker.
+        // An escaped brace does not begin a marker.
         const bool isMarker = length == 0 || cut.back() != u'\\';
         EXPECT_EQ(result.find(u"a\\nestcell") != result.npos, isMarker);
     }
@@ -135,7 +135,7 @@ TEST(NestedTables, ManyTablesInOneCellAreOfOneLevel) {
     EXPECT_EQ(rows, 4000u);
 }
 
-// What rows repeat is bounded.
+// Repeated definitions are bounded.
 TEST(NestedTables, ALongDefinitionDoesNotMultiply) {
     std::u16string text = test::tableStart(u"o") + u"\\intbl " + test::tableStart(u"i") + u"\\trowd";
     for (int i = 0; i < 20000; ++i) text += u"\\cellx9";
@@ -144,7 +144,7 @@ TEST(NestedTables, ALongDefinitionDoesNotMultiply) {
     EXPECT_LT(convertMarked(text).size(), 70 * text.size());
 }
 
-// Pairs in pairs, each in a footnote in the one around it or not.
+// Pairs in pairs, each possibly in a footnote.
 std::u16string nested(int depth, std::u16string_view between) {
     std::u16string text;
     std::vector<std::u16string> identities;

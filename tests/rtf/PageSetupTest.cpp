@@ -16,7 +16,7 @@ private:
     platform::MemoryServices machine_;
 };
 
-// The sections of the cleaned text: "text: page", with what its pages show at head and foot.
+// The sections of the cleaned text: "text: page", with the headers and footers of its pages.
 std::string sectionsOf(std::u16string text, bool mergeMode) {
     CleanOptions options;
     options.tolerant = true;
@@ -32,7 +32,7 @@ std::string sectionsOf(std::u16string text, bool mergeMode) {
     return toUtf8(sections);
 }
 
-// As a word processor writes text, tags among it.
+// Text with tags as a word processor writes it.
 #define RUN(text) u"{\\rtlch\\fcs1 \\af0 \\ltrch\\fcs0 \\insrsid123 " text u"}"
 #define LANDSCAPE u"{\\*\\korvanesection\\landscape}"
 #define HEADER u"{\\rtf1{\\*\\korvanenewheader}}"
@@ -58,7 +58,7 @@ const Case cases[] = {
      "A: " TURNED "\nB: " LETTER "\n"},
     {"of a handler's document", false, u"{\\rtf1 A" RUN(u"{\\rtf1 B\\page" LANDSCAPE u"C}") u"D}",
      "AB: " LETTER "\nCD: " TURNED "\n"},
-    {"behind a page break in a row", false, u"{\\rtf1 A\\trowd\\intbl B\\page C\\cell\\row\\pard" LANDSCAPE u"}",
+    {"after a page break in a row", false, u"{\\rtf1 A\\trowd\\intbl B\\page C\\cell\\row\\pard" LANDSCAPE u"}",
      "AB|C: " LETTER "\n"},
     {"of a joined document", true,
      u"{\\rtf1\\paperw5000 A\\page "
@@ -69,7 +69,7 @@ const Case cases[] = {
     {"merge markers in runs", true,
      u"{\\rtf1 A" RUN(MERGE) RUN(u"{\\rtf1\\paperw9000\\sectd\\cols2 B}") RUN(MERGE) RUN(u"{\\rtf1 C}") u"}",
      "A: " LETTER "\nB: 9000 15840 1800 1800 1440 1440 cols2\nC: " LETTER "\n"},
-    {"text right after a number", true, u"{\\rtf1 A" MERGE u"{\\rtf1\\paperw9000B\\sectd\\margbsxn1000C}D}",
+    {"text directly after a number", true, u"{\\rtf1 A" MERGE u"{\\rtf1\\paperw9000B\\sectd\\margbsxn1000C}D}",
      "A: " LETTER "\nBCD: 9000 15840 1800 1800 1440 1000\n"},
     {"a section marker then", false, u"{\\rtf1\\paperw9000A\\page" LANDSCAPE u"B}",
      "A: 9000 15840 1800 1800 1440 1440\nB: 15840 9000 1800 1800 1440 1440 lndscpsxn\n"},
@@ -80,7 +80,7 @@ const Case cases[] = {
     {"the sections of an embedded document", false,
      u"{\\rtf1 A{\\rtf1\\sectd\\pgwsxn9000 B\\sect\\sectd\\pgwsxn8000 C\\par}\\par}",
      "AB: " LETTER "\nC: 8000 15840 1800 1800 1440 1440\n"},
-    {"and text behind it", false, u"{\\rtf1 A{\\rtf1\\sectd\\pgwsxn9000 B\\sect\\sectd\\pgwsxn8000 C\\par}D}",
+    {"and text after it", false, u"{\\rtf1 A{\\rtf1\\sectd\\pgwsxn9000 B\\sect\\sectd\\pgwsxn8000 C\\par}D}",
      "AB: " LETTER "\nCD: " LETTER "\n"},
     {"a header marker", false,
      u"{\\rtf1\\sbknone A" RUN(HEADER) RUN(u"{\\rtf1\\titlepg\\headery5{\\header h}{\\headerf f}B}") u"C}",

@@ -7,7 +7,7 @@
 
 namespace velmor::test {
 
-// What stands between the bars.
+// The pieces between the bars.
 inline std::vector<std::u16string_view> piecesOf(std::u16string_view text) {
     std::vector<std::u16string_view> pieces;
     for (std::size_t bar; (bar = text.find(u'|')) != text.npos; text.remove_prefix(bar + 1)) {

@@ -13,9 +13,9 @@
 
 namespace velmor::test {
 
-// What a reader of RTF sees: the text, with "\n" for the ends of paragraphs, lines, cells and rows.
-// Tables of the header, pictures and ignorable destinations are no text. Bytes are those of the ANSI
-// code page, whatever the document says.
+// The text that a reader of RTF shows, with "\n" for the ends of paragraphs, lines, cells and rows.
+// Tables of the header, pictures and ignorable destinations are not text. Bytes are in the ANSI code
+// page, whatever the document's code page is.
 class RtfText {
 public:
     enum class Part { all, body };  // body: no headers and footers
@@ -24,14 +24,14 @@ public:
     virtual ~RtfText() = default;
 
     const std::u16string& text() const { return text_; }
-    // Of the braces, and never below 0 on the way.
+    // Of the braces; never below 0.
     bool isBalanced() const { return balanced_ && groups_.size() == 1; }
 
 protected:
     struct Group {
         bool skipped = false;
-        int fallback = 1;  // units that stand for one \u
-        // For those who derive.
+        int fallback = 1;  // units that replace one \u
+        // For derived readers.
         int part = 0;
         std::map<std::u16string, std::u16string> values;
     };

@@ -11,9 +11,9 @@ namespace velmor::test {
 
 using namespace std::string_view_literals;
 
-// The sections of a document as a reader of RTF has them. A closing brace takes back what its group said
-// of the section; what holds at a section's end describes it. Headers are inherited, by kind of page; of
-// two in one section the first counts. \facingp counts in front of the text alone.
+// The sections of a document as a reader of RTF sees them. A closing brace restores the section's words
+// before the group; the words in force at a section's end describe it. Headers are inherited by kind of
+// page; of two in one section the first counts. \facingp counts only before the text.
 class SectionReader {
 public:
     struct Section {
@@ -26,7 +26,7 @@ public:
 
     static std::vector<Section> of(std::u16string_view document) { return SectionReader(document).sections_; }
 
-    // As in Section::shows. `shown(footer, pages)` is asked for right pages (1), left (2) and the first (3).
+    // As in Section::shows. `shown(footer, pages)` is called for right pages (1), left (2) and the first (3).
     template <typename Shown>
     static std::u16string shows(bool facing, bool title, const std::array<std::u16string, 2>& frames, Shown shown) {
         std::u16string text;
@@ -34,7 +34,7 @@ public:
             const std::u16string pages =
                 shown(footer, 1) + u"/" + shown(footer, facing ? 2 : 1) + u"/" + shown(footer, title ? 3 : 1);
             std::u16string frame = frames[static_cast<std::size_t>(footer)];
-            // Nobody sees where a header without text is.
+            // The place of a header without text is invisible.
             if (pages == u"//") std::erase_if(frame, [](char16_t unit) { return unit < u'a'; });
             text += pages + u" " + frame + u";";
         }
@@ -63,7 +63,7 @@ private:
 
     static bool isLetter(char16_t unit) { return (unit | 32) >= u'a' && (unit | 32) <= u'z'; }
 
-    // The letters behind a backslash; `at` moves behind them.
+    // The letters after a backslash; `at` moves to their end.
     std::u16string_view letters(std::size_t& at) const {
         const std::size_t begin = ++at;
         while (at < document_.size() && isLetter(document_[at])) ++at;

@@ -21,8 +21,8 @@ private:
     std::int64_t count_ = 0;
 };
 
-// The text with its identities numbered in the order in which they appear: which table got its
-// identity first does not matter.
+// The text with its identifiers numbered in order of appearance: the order in which tables got them does
+// not matter.
 inline std::u16string withNumberedIdentities(std::u16string text) {
     std::map<std::u16string, std::u16string> numbers;
     CountedGuids guids;
@@ -38,7 +38,7 @@ inline std::u16string withNumberedIdentities(std::u16string text) {
     return text;
 }
 
-// Table RTF out of bytes: pieces that hurt, and now and then rows as they are written.
+// Table RTF generated from bytes: difficult pieces, and sometimes rows as programs write them.
 inline std::u16string tableText(const std::uint8_t* data, std::size_t size) {
     static const auto pieces = piecesOf(
         u"\\trowd\\irow0|\\trowd \\irow0|\\trowd\\irow1\\cellx9|\\lastrow|\\lastrow\\row|\\row|\\row |\\cell|"
@@ -73,7 +73,7 @@ inline DuelOutcome duelAddMarkers(const std::u16string& text) {
     return {withNumberedIdentities(value), withNumberedIdentities(literal.text())};
 }
 
-// The end of the range stands behind the text.
+// The end of the range is beyond the text.
 inline DuelOutcome duelRemoveExtraTrowd(const std::u16string& text, std::int32_t start, std::int32_t end) {
     CountedGuids guids;
     LiteralTables literal(text, guids);
@@ -84,7 +84,7 @@ inline DuelOutcome duelRemoveExtraTrowd(const std::u16string& text, std::int32_t
     return {value + static_cast<char16_t>(end), literal.text() + static_cast<char16_t>(literalEnd + 1)};
 }
 
-// Twice: the second time start markers stand there already.
+// Twice: the second time the text has start markers already.
 inline DuelOutcome duelMarkNested(const std::u16string& text, std::int32_t start, std::int32_t end) {
     CountedGuids guids;
     LiteralTables literal(text, guids);

@@ -20,23 +20,23 @@ std::u16string marked(std::u16string text) {
 }
 
 const std::pair<std::u16string, std::u16string> markCases[] = {
-    // From the first row to the last, behind the blank that ends the row.
+    // From the first row to the last, after the blank that ends the row.
     {u"a\\trowd\\irow0\\lastrow b\\cell\\row c", u"a<1:\\trowd\\irow0\\lastrow b\\cell\\row :1>c"},
     {u"\\trowd\r\n \\irow0\\cell\\row\\trowd\\irow1\\lastrow\\cell\\row}",
      u"<1:\\trowd\r\n \\irow0\\cell\\row\\trowd\\irow1\\lastrow\\cell\\row:1>}"},
     {u"\\trowd\\irow0\\lastrow\\cell\\row\\trowd\\irow0\\lastrow\\cell\\row",
      u"<1:\\trowd\\irow0\\lastrow\\cell\\row:1><2:\\trowd\\irow0\\lastrow\\cell\\row:2>"},
-    // Cells, \intbl and \itap in front of the first row belong to the table.
+    // Cells, \intbl and \itap before the first row belong to the table.
     {u"x\\par\\pard\\intbl a\\cell b\\cell\\trowd\\irow0\\lastrow\\row",
      u"x\\par<1:\\pard\\intbl a\\cell b\\cell\\trowd\\irow0\\lastrow\\row:1>"},
     {u"x\\itap1\\trowd\\irow0\\lastrow\\cell\\row", u"x<1:\\itap1\\trowd\\irow0\\lastrow\\cell\\row:1>"},
     {u"x\\itap0\\trowd\\irow0\\lastrow\\cell\\row", u"x\\itap0<1:\\trowd\\irow0\\lastrow\\cell\\row:1>"},
-    // The repeated definition goes, a row's only one stays, and so does one blank.
+    // The repeated definition is removed; a row's only one stays, and so does one blank.
     {u"\\trowd\\irow0\\cellx5 a\\cell}\\pard{\\trowd\\irow0\\cellx5\\row}\\pard\\intbl b\\cell\\trowd\\irow1\\lastrow"
      u"\\cellx5\\row",
      u"<1:\\trowd\\irow0\\cellx5 a\\cell\\row}\\pard\\intbl b\\cell\\trowd\\irow1\\lastrow\\cellx5\\row:1>"},
     {u"\\trowd\\irow0\\lastrow a\\cell \\row  ", u"<1:\\trowd\\irow0\\lastrow a\\cell \\row :1>"},
-    // A row without a cell of its own takes none from the row before it.
+    // A row without a cell takes none from the previous row.
     {u"\\trowd\\irow0 a\\cell\\row\\trowd\\irow1\\lastrow\\cellx5\\row",
      u"<1:\\trowd\\irow0 a\\cell\\row\\trowd\\irow1\\lastrow\\cellx5\\row:1>"},
     // Nested tables have pairs of their own; the outer table does not end with their last row.
@@ -45,7 +45,7 @@ const std::pair<std::u16string, std::u16string> markCases[] = {
      u"<1:\\trowd\\irow0\\pard\\intbl a\\par<2:\\pard\\intbl\\itap2 b\\nestcell c\\nestcell{\\*\\nesttableprops\\trowd"
      u"\\irow0\\lastrow\\nestrow}:2>{\\nonesttables\\par}\\pard\\intbl "
      u"d\\cell\\row\\trowd\\irow1\\lastrow\\cell\\row:1>"},
-    // Three levels that begin in one place, and two tables of one level side by side.
+    // Three levels that begin at one place, and two adjacent tables of one level.
     {u"\\pard\\intbl\\itap3 a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}\\pard\\intbl\\itap2 "
      u"b\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}\\pard\\intbl\\itap2 c\\nestcell{\\*"
      u"\\nesttableprops \\trowd\\irow0\\lastrow\\nestrow}\\pard\\intbl d\\cell\\trowd\\irow0\\lastrow\\row",
@@ -118,7 +118,7 @@ std::u16string repeated(std::u16string_view piece, int count) {
     return text;
 }
 
-// Each of these would take minutes if a table, a row or a word were looked at again for the next one.
+// Each of these takes minutes if a table, a row or a word is read again for the next one.
 TEST(TableMarkers, LargeTextsStayCheap) {
     const std::u16string table = u"\\trowd\\irow0\\lastrow a\\cell\\trowd\\irow0\\row";
     const std::u16string nested = u"\\pard\\itap2 a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}";

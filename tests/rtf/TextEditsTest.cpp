@@ -11,7 +11,7 @@
 namespace velmor {
 namespace {
 
-// In place, with or without room, and into a new text: the same.
+// The same result in place, with or without spare capacity, and in a new text.
 TEST(TextEdits, EqualChangesMadeOneByOneFromTheEnd) {
     const unsigned seed = testSeed();
     SCOPED_TRACE("seed " + std::to_string(seed));
@@ -51,7 +51,7 @@ TEST(TextEdits, EqualChangesMadeOneByOneFromTheEnd) {
     }
 }
 
-// ---- What is put back
+// ---- Putting back
 
 TEST(TableCollection, ExpandsAtEveryDepthWithAnyCapacity) {
     for (const std::size_t room : {0, 1000}) {

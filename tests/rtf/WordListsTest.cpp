@@ -10,7 +10,7 @@
 #include "rtf/tables/RowDefinition.h"
 #include "text/Compare.h"
 
-// Each word of each list that merging and the table stages know, in the smallest text in which it matters.
+// Each word of each list of merging and of the table stages, in the smallest text in which it matters.
 
 namespace velmor {
 namespace {
@@ -74,7 +74,7 @@ TEST(WordLists, DefinitionsOfRows) {
         const std::u16string text = u"\\trowd\\b\\" + std::u16string(word) + u"\\i x";
         EXPECT_EQ(definition(text), text.size() - 4) << narrow(word);
     }
-    // What ends the run leaves words of the paragraph in place, what ends the definition does not.
+    // A word that ends the run keeps words of the paragraph in place; one that ends the definition does not.
     for (const auto word : test::piecesOf(u"cell|intbl|itap2|nestcell")) {
         EXPECT_EQ(definition(u"\\trowd\\b\\" + std::u16string(word) + u"\\cellx9"), 6u) << narrow(word);
     }

@@ -12,14 +12,14 @@
 namespace velmor {
 namespace {
 
-// A header marker after something that shows begins a section.
+// A header marker after shown content begins a section.
 bool showsInBody(const std::u16string& piece) {
     const std::u16string marker = u"{\\rtf1{\\*\\korvanenewheader}}";
     const std::u16string text = u"{\\rtf1{\\header h}" + piece + marker + u"{\\rtf1{\\header n}b}c}";
     return test::withHeadersApplied(text, {}).find(u"\\sbkpage") != std::u16string::npos;
 }
 
-// Something that shows before a table in its cell ends with \par.
+// Shown content before a table in its cell ends with \par.
 bool showsInCell(const std::u16string& piece) {
     std::u16string text = u"<1:\\intbl " + piece + u"<2:\\intbl\\cell\\trowd\\cellx9\\row:2>\\cell\\row:1>";
     text = test::withMarkers(text);
