@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "rtf/read/RtfScanner.h"
+#include "rtf/read/RtfReader.h"
 
 // Texts with tables for the benchmarks of the table stages, and their floor.
 namespace velmor::bench {

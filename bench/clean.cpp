@@ -5,7 +5,7 @@
 #include "Ratio.h"
 #include "platform/MemoryServices.h"
 #include "rtf/clean/CleanRTF.h"
-#include "rtf/read/RtfScanner.h"
+#include "rtf/read/RtfReader.h"
 
 namespace {
 

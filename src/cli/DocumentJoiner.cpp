@@ -6,7 +6,7 @@
 #include "cli/Failure.h"
 #include "rtf/edit/EmbeddedDocuments.h"
 #include "rtf/pages/MergePageBreaks.h"
-#include "rtf/read/BraceScanner.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor::cli {
 namespace {

@@ -8,7 +8,7 @@
 #include "core/Options.h"
 #include "core/Version.h"
 #include "properties/privProperties.h"
-#include "rtf/read/BraceScanner.h"
+#include "rtf/read/RtfReader.h"
 #include "text/Compare.h"
 
 namespace velmor {

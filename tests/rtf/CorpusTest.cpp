@@ -4,7 +4,7 @@
 
 #include "Corpus.h"
 #include "TableDuel.h"
-#include "rtf/read/RtfScanner.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 namespace {
@@ -71,8 +71,6 @@ TEST(Corpus, MarkingEqualsTheSteps) {
     for (const auto& [name, document] : test::corpus()) {
         if (document.size() > 400000) continue;
         EXPECT_TRUE(test::duelAddMarkers(document).same()) << name;
-        const auto end = static_cast<std::int32_t>(document.size());
-        EXPECT_TRUE(test::duelMarkNested(document, 1, end).same()) << name;
     }
 }
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/Services.h"
-#include "rtf/read/RtfScanner.h"
+#include "rtf/read/RtfReader.h"
 #include "rtf/tables/TableMarkers.h"
 
 namespace velmor::test {
@@ -57,7 +57,7 @@ public:
 
     std::size_t markNested(std::size_t start, std::size_t& end) {
         const std::vector<Item> items = itemsOf(start, end);
-        std::vector<Table> complete, unmarked;
+        std::vector<Table> found;
         for (std::size_t i = 0; i < items.size(); ++i) {
             if (!items[i].isRow || !items[i].last) continue;
             std::size_t first = i;
@@ -68,23 +68,19 @@ public:
             for (std::size_t k = first; k <= i; ++k) begun |= items[k].level == items[i].level && items[k].first;
             if (!begun) continue;
             const Table table{items[first].begin, items[i].end};
-            std::size_t distance = 61;
-            for (const Table& other : complete) distance += other.begin == table.begin ? 61 : 0;
-            complete.push_back(table);
-            const bool isMarked = distance <= table.begin && standsAt(text_, table.begin - distance, startTableMarker);
-            if (!isMarked) unmarked.push_back(table);
+            found.push_back(table);
         }
-        for (std::size_t i = 0; i < unmarked.size(); ++i) {
-            bracket(unmarked[i].begin, unmarked[i].end);
-            for (std::size_t k = i + 1; k < unmarked.size(); ++k) {
-                // Tables follow those that they contain; both may begin at one place.
-                const Table done = unmarked[i];
-                unmarked[k].begin += unmarked[k].begin >= done.end ? 120 : unmarked[k].begin > done.begin ? 61 : 0;
-                unmarked[k].end += 120;
+        for (std::size_t i = 0; i < found.size(); ++i) {
+            bracket(found[i].begin, found[i].end);
+            for (std::size_t k = i + 1; k < found.size(); ++k) {
+                // Tables follow those that lie in them; both may begin in one place.
+                const Table done = found[i];
+                found[k].begin += found[k].begin >= done.end ? 120 : found[k].begin > done.begin ? 61 : 0;
+                found[k].end += 120;
             }
             end += 120;
         }
-        return unmarked.size();
+        return found.size();
     }
 
 private:

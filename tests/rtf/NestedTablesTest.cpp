@@ -1,11 +1,7 @@
-#include "Seed.h"
 #include "rtf/tables/NestedTables.h"
 
 #include <gtest/gtest.h>
 
-#include <random>
-
-#include "LiteralNestedTables.h"
 #include "NestedTableText.h"
 #include "SmallStack.h"
 
@@ -167,21 +163,6 @@ TEST(NestedTables, AHundredThousandLevelsNeedNoStack) {
         convertMarked(nested(100000, u"{\\footnote "));
         return nullptr;
     });
-}
-
-TEST(NestedTables, OutcomesOfRandomTablesEqualTheRules) {
-    const std::uint32_t seed = testSeed();
-    std::mt19937 random(seed);
-    for (int i = 0; i < 6000; ++i) {
-        std::uint8_t bytes[48];
-        const std::size_t size = random() % std::size(bytes);
-        for (std::size_t k = 0; k < size; ++k) bytes[k] = static_cast<std::uint8_t>(random());
-        const std::u16string text = test::nestedTableText(bytes, size);
-        ASSERT_EQ(test::withoutMarkers(convertMarked(text)),
-                  test::withoutMarkers(test::LiteralNestedTables::convert(text)))
-            << "seed " << seed << " round " << i << "\n"
-            << ::testing::PrintToString(test::withoutMarkers(text));
-    }
 }
 
 }  // namespace

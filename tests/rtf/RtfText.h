@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "rtf/read/ControlWord.h"
+#include "rtf/read/RtfReader.h"
 #include "text/Encoding.h"
 
 namespace velmor::test {

@@ -47,7 +47,6 @@ inline std::u16string tableText(const std::uint8_t* data, std::size_t size) {
         u"{\\*\\nesttableprops\\trowd\\irow0\\nestrow}|{\\*\\nesttableprops\\trowd\\irow1\\lastrow\\nestrow}|"
         u"{\\*\\nesttableprops\\trowd \\irow0\\lastrow\\cellx5\\nestrow}{\\nonesttables\\par}|"
         u"\\nesttableprops |{\\nonesttables|{|}|\\|\\'e4| |\r\n|x|{\\*\\korvane\\endtable|"
-        u"{\\*\\korvane\\endtable{01234567-0123-0123-0123-0123456789ab}}|"
         u"\\pard\\intbl\\itap2 a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}|"
         u"\\pard\\intbl\\itap3 a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}|"
         u"\\pard\\intbl b\\cell\\pard\\intbl\\trowd\\irow1\\row |"
@@ -82,22 +81,6 @@ inline DuelOutcome duelRemoveExtraTrowd(const std::u16string& text, std::int32_t
     literal.removeExtraDefinitions(static_cast<std::size_t>(start) - 1, literalEnd);
     RemoveExtraTrowd(value, start, end);
     return {value + static_cast<char16_t>(end), literal.text() + static_cast<char16_t>(literalEnd + 1)};
-}
-
-// Twice: the second time the text has start markers already.
-inline DuelOutcome duelMarkNested(const std::u16string& text, std::int32_t start, std::int32_t end) {
-    CountedGuids guids;
-    LiteralTables literal(text, guids);
-    std::u16string value = text;
-    auto literalEnd = static_cast<std::size_t>(end) - 1;
-    std::size_t count = 0, literalCount = 0;
-    for (int i = 0; i < 2; ++i) {
-        count += static_cast<std::size_t>(MarkNestedTables(value, start, end, guids));
-        literalCount += literal.markNested(static_cast<std::size_t>(start) - 1, literalEnd);
-    }
-    return {withNumberedIdentities(value) + static_cast<char16_t>(end) + static_cast<char16_t>(count),
-            withNumberedIdentities(literal.text()) + static_cast<char16_t>(literalEnd + 1) +
-                static_cast<char16_t>(literalCount)};
 }
 
 }  // namespace velmor::test

@@ -102,8 +102,7 @@ TEST(TableMarkers, EqualTheStepsOnRandomTables) {
         const auto place = [&] { return static_cast<std::int32_t>(random() % (text.size() + 1)) + 1; };
         const std::int32_t start = place(), end = place();
         const test::DuelOutcome whole = test::duelAddMarkers(text);
-        for (const test::DuelOutcome& outcome :
-             {whole, test::duelRemoveExtraTrowd(text, start, end), test::duelMarkNested(text, start, end)}) {
+        for (const test::DuelOutcome& outcome : {whole, test::duelRemoveExtraTrowd(text, start, end)}) {
             ASSERT_EQ(outcome.fast, outcome.literal)
                 << "seed " << seed << " " << start << "," << end << ::testing::PrintToString(text);
         }

@@ -102,10 +102,10 @@ TEST(WordTable, KnowsTheWordsOfASection) {
              u"lineppage|linerestart|linestarts|linex|lndscpsxn|ltrsect|marglsxn|pgbrdrt|pgndec|pgnstarts|rtlsect|"
              u"saftnstart|sbknone|sectd|sectdefaultcl|sectexpand|sectlinegrid|sectrsid|sectspecifyl|sectunlocked|"
              u"sftnbj|stextflow|titlepg|vertalc|vertsect")) {
-        EXPECT_TRUE(isSectionWord(word)) << toUtf8(word);
+        EXPECT_TRUE(wordIs(WordTrait::section, word)) << toUtf8(word);
     }
     for (const auto word : test::piecesOf(u"sect|sectnum|column|line|pgnstart|margl|pard|headers")) {
-        EXPECT_FALSE(isSectionWord(word)) << toUtf8(word);
+        EXPECT_FALSE(wordIs(WordTrait::section, word)) << toUtf8(word);
     }
 }
 

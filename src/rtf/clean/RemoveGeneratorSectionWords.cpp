@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "rtf/edit/TextEdits.h"
-#include "rtf/read/RtfScanner.h"
+#include "rtf/read/RtfReader.h"
 #include "text/Compare.h"
 
 namespace velmor {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "rtf/edit/TextEdits.h"
-#include "rtf/read/BraceScanner.h"
+#include "rtf/read/RtfReader.h"
 #include "text/Compare.h"
 
 namespace velmor {

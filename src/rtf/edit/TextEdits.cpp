@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "rtf/read/RtfScanner.h"
+#include "rtf/read/RtfReader.h"
 #include "text/privStrCat.h"
 
 namespace velmor {

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "rtf/read/RowTrimmer.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 

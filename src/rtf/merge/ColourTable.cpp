@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "rtf/read/BraceScanner.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 namespace {
@@ -20,18 +20,11 @@ std::u16string withoutWhiteSpace(std::u16string_view text) {
 
 }  // namespace
 
+// No brace belongs to a colour, so the first one ends a damaged table, too.
 std::optional<TextRange> ColourTable::find(std::u16string_view text, bool tolerant) noexcept {
-    BinaryData data(text);
-    for (std::size_t at = 0, next; (at = text.find(opening, at)) != nowhere; at = next) {
-        const std::size_t behindData = tolerant ? data.behind(at) : at;
-        next = std::max(behindData, at + 1);
-        if (behindData != at || isEscaped(text, at)) continue;
-        // No brace belongs to a colour, so the first one ends a damaged table, too.
-        const std::size_t end = text.find(u'}', at);
-        if (end == nowhere) return std::nullopt;
-        return TextRange{at, end + 1};
-    }
-    return std::nullopt;
+    const std::size_t begin = RtfSearch(text, tolerant).find(opening, 0);
+    const std::size_t end = begin == nowhere ? nowhere : text.find(u'}', begin);
+    return end == nowhere ? std::nullopt : std::optional(TextRange{begin, end + 1});
 }
 
 std::int32_t ColourTable::numberOf(std::u16string_view definition) {

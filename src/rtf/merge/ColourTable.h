@@ -7,7 +7,7 @@
 
 #include "rtf/edit/CleanOptions.h"
 #include "rtf/merge/NumberMap.h"
-#include "rtf/read/RowTrimmer.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 

@@ -6,9 +6,8 @@
 
 #include "rtf/edit/EmbeddedDocuments.h"
 #include "rtf/merge/NumberMap.h"
-#include "rtf/read/BraceScanner.h"
 #include "rtf/read/ParagraphText.h"
-#include "rtf/read/RtfScanner.h"
+#include "rtf/read/RtfReader.h"
 #include "rtf/read/WordTable.h"
 #include "text/Compare.h"
 
@@ -278,7 +277,7 @@ void DocumentUnwrapper::readFontCharsets() {
     if (table == text_.npos) return;
     const std::size_t end = findGroupEnd(text_, table + 1, true);
     std::int32_t font = -1;
-    RtfScanner scanner(text_, table, end);
+    RtfReader scanner(text_, table, end);
     while (scanner.nextWord()) {
         const ControlWord word = readWord(text_, scanner.position());
         if (word.letters == u"f") font = numberOf(word.number);

@@ -8,7 +8,7 @@
 
 #include "rtf/edit/TextEdits.h"
 #include "rtf/read/CodePages.h"
-#include "rtf/read/ControlWord.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 

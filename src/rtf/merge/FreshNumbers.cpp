@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "rtf/read/WholeNumber.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 

@@ -4,7 +4,7 @@
 #include <iterator>
 #include <vector>
 
-#include "rtf/read/RtfScanner.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 namespace {
@@ -122,7 +122,7 @@ void ListTables::addLists(std::u16string_view table) {
 // Bullets that are pictures are counted through all documents.
 void ListTables::renumberPictures(std::u16string_view entry, const EntryItems& level, TextEdits& edits) const {
     if (firstPicture_ == 0) return;
-    for (RtfScanner words(entry, level.begin(), level.end()); words.nextWord();) {
+    for (RtfReader words(entry, level.begin(), level.end()); words.nextWord();) {
         if (!wordStandsAt(entry, words.position(), u"\\levelpicture")) continue;
         const ControlWord word = readWord(entry, words.position());
         if (word.number.empty() || word.number.size() > 5 || word.number[0] == u'-') continue;

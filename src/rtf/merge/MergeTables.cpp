@@ -14,9 +14,8 @@
 #include "rtf/merge/StyleSheet.h"
 #include "rtf/merge/TableEntries.h"
 #include "rtf/pages/PageSetup.h"
-#include "rtf/read/BraceScanner.h"
 #include "rtf/read/CodePages.h"
-#include "rtf/read/RtfScanner.h"
+#include "rtf/read/RtfReader.h"
 #include "text/Compare.h"
 
 namespace velmor {
@@ -133,7 +132,7 @@ std::u16string_view TableMerge::openBraces(std::u16string_view text, TextRange t
     constexpr std::u16string_view braces = u"{{{{{{{{";
     if (!options_.tolerant || findGroupEnd(text, table.begin + 1, true) == noGroupEnd) return {};
     std::size_t open = 0;
-    for (BraceScanner scanner(text.substr(0, table.end), table.begin, true); scanner.next();) {
+    for (RtfReader scanner(text, table.begin, table.end, true); scanner.nextBrace();) {
         open += scanner.opens() ? 1 : static_cast<std::size_t>(-1);
     }
     return braces.substr(0, open);
@@ -212,7 +211,7 @@ void TableMerge::readTables(std::u16string_view text, bool host) {
 // Whether the lifted document says how it looks. Any other is a fragment, and looks like its surroundings.
 bool TableMerge::isWhole(std::u16string_view text) const {
     if (tables_.fonts || tables_.styles) return true;
-    for (RtfScanner scanner(text, 0, text.size()); scanner.nextWord();) {
+    for (RtfReader scanner(text, 0, text.size()); scanner.nextWord();) {
         const auto stands = [&](std::u16string_view word) { return standsAt(text, scanner.position(), word); };
         if (std::any_of(PageSetup::documentWords.begin(), PageSetup::documentWords.end(), stands)) return true;
         if (std::any_of(PageSetup::sectionWords.begin(), PageSetup::sectionWords.end(), stands)) return true;

@@ -1,7 +1,7 @@
 #include "rtf/merge/ReferenceSweep.h"
 
-#include "rtf/read/BraceScanner.h"
 #include "rtf/read/Module1.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 

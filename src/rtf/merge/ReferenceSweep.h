@@ -9,7 +9,7 @@
 #include "rtf/merge/ListTables.h"
 #include "rtf/merge/NumberMap.h"
 #include "rtf/merge/StyleSheet.h"
-#include "rtf/read/ControlWord.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 

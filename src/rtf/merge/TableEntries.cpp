@@ -2,23 +2,15 @@
 
 #include <algorithm>
 
-#include "rtf/read/BraceScanner.h"
+#include "rtf/read/RtfReader.h"
 #include "text/Compare.h"
 
 namespace velmor {
 
 std::optional<TextRange> findTableGroup(std::u16string_view text, std::u16string_view opening, bool tolerant) {
-    BinaryData data(text);
-    for (std::size_t at = 0, next;; at = next) {
-        at = findText(text, opening, at, Comparison::text);
-        if (at == std::u16string_view::npos) return std::nullopt;
-        const std::size_t behindData = tolerant ? data.behind(at) : at;
-        next = std::max(behindData, at + 1);
-        if (behindData != at || isEscaped(text, at)) continue;
-        const std::size_t end = findGroupEnd(text, at + 1, tolerant);
-        if (end == noGroupEnd) return std::nullopt;
-        return TextRange{at, end + 1};
-    }
+    const std::size_t begin = RtfSearch(text, tolerant).find(opening, 0, Comparison::text);
+    const std::size_t end = begin == text.npos ? noGroupEnd : findGroupEnd(text, begin + 1, tolerant);
+    return end == noGroupEnd ? std::nullopt : std::optional(TextRange{begin, end + 1});
 }
 
 bool TableEntries::next() noexcept {

@@ -4,8 +4,7 @@
 #include <optional>
 #include <string_view>
 
-#include "rtf/read/ControlWord.h"
-#include "rtf/read/RowTrimmer.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 

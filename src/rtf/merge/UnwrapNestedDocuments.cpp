@@ -7,7 +7,7 @@
 #include "rtf/edit/EmbeddedDocuments.h"
 #include "rtf/edit/TextEdits.h"
 #include "rtf/merge/DocumentUnwrapper.h"
-#include "rtf/read/BraceScanner.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 namespace {
@@ -35,8 +35,8 @@ std::vector<Brace> documentBraces(std::u16string_view text, std::size_t from) {
     std::vector<Open> open;
     std::uint32_t documents = 0;
     std::int64_t depth = 0;
-    BraceScanner scanner(text, from, false);
-    while (scanner.next()) {
+    RtfReader scanner(text, from, text.size());
+    while (scanner.nextBrace()) {
         const std::size_t index = scanner.position();
         if (scanner.opens()) {
             if (versionOneStandsAt(text, index)) {

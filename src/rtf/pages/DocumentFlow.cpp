@@ -4,8 +4,8 @@
 #include <array>
 
 #include "rtf/edit/EmbeddedDocuments.h"
-#include "rtf/read/BraceScanner.h"
 #include "rtf/read/ParagraphText.h"
+#include "rtf/read/RtfReader.h"
 #include "rtf/read/WordTable.h"
 
 namespace velmor {
@@ -271,7 +271,7 @@ void DocumentFlow::takeBodyWord(const ControlWord& word, std::size_t behind) {
         sections_.sectionBreak(place(word.begin, behind));
     } else if (is(u"sectd")) {
         sections_.sectionDefaults(place(word.begin, behind));
-    } else if (sections_.awaitsSectionWords() && isSectionWord(word.letters)) {
+    } else if (sections_.awaitsSectionWords() && wordIs(WordTrait::section, word.letters)) {
         sections_.sectionWord(place(word.begin, behind));
     } else {
         if (is(u"trowd")) rowIsOpen_ = true;

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "rtf/pages/HeaderWords.h"
-#include "rtf/read/ControlWord.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 

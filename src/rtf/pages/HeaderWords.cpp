@@ -1,6 +1,6 @@
 #include "rtf/pages/HeaderWords.h"
 
-#include "rtf/read/RtfScanner.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 

@@ -8,7 +8,7 @@
 #include "rtf/edit/TextEdits.h"
 #include "rtf/pages/DocumentFlow.h"
 #include "rtf/pages/HeaderSections.h"
-#include "rtf/read/RtfScanner.h"
+#include "rtf/read/RtfReader.h"
 #include "rtf/read/WordTable.h"
 
 namespace velmor {
@@ -22,10 +22,10 @@ bool holdsAny(GroupSet groups) noexcept {
 
 // Whether a document says something of its section that would become the host's.
 bool holdsSectionWord(std::u16string_view text, bool tolerant) noexcept {
-    RtfScanner scanner(text, 0, text.size());
+    RtfReader scanner(text, 0, text.size());
     while (scanner.nextWord()) {
         const std::size_t at = scanner.position();
-        if (tolerant && isSectionWord(readWord(text, at).letters)) return true;
+        if (tolerant && wordIs(WordTrait::section, readWord(text, at).letters)) return true;
         switch (text[at + 1]) {
             case u's':
                 if (wordStandsAt(text, at, u"\\sectd")) return true;

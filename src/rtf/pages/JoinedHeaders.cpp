@@ -4,9 +4,7 @@
 #include <iterator>
 
 #include "rtf/edit/EmbeddedDocuments.h"
-#include "rtf/read/BraceScanner.h"
-#include "rtf/read/ControlWord.h"
-#include "rtf/read/RtfScanner.h"
+#include "rtf/read/RtfReader.h"
 #include "rtf/read/WordTable.h"
 #include "text/Compare.h"
 
@@ -91,7 +89,7 @@ void JoinedHeaders::read(std::size_t host) {
     const auto joinUpTo = [&](std::size_t index) {
         for (; next != joins_.end() && next->behind <= index; ++next) join(*next);
     };
-    RtfScanner scanner(text_, host, text_.size());
+    RtfReader scanner(text_, host, text_.size());
     while (scanner.next()) {
         const std::size_t index = scanner.position();
         joinUpTo(index);

@@ -7,9 +7,8 @@
 #include "rtf/edit/EmbeddedDocuments.h"
 #include "rtf/edit/TextEdits.h"
 #include "rtf/pages/HoldingPlace.h"
-#include "rtf/read/BraceScanner.h"
-#include "rtf/read/ControlWord.h"
 #include "rtf/read/ParagraphText.h"
+#include "rtf/read/RtfReader.h"
 #include "rtf/read/WordTable.h"
 #include "text/Compare.h"
 
@@ -20,7 +19,7 @@ class SectionWordKeeper {
 public:
     SectionWordKeeper(std::u16string_view text, std::size_t host, bool mergeMode)
         : text_(text), mergeMode_(mergeMode), sectionBegin_(host), place_(0, 0) {
-        RtfScanner scanner(text, host, text.size());
+        RtfReader scanner(text, host, text.size());
         while (scanner.next()) {
             const std::size_t index = scanner.position();
             if (text[index] == u'{') {
@@ -100,7 +99,7 @@ void SectionWordKeeper::takeWord(const ControlWord& word) {
         endSection(word.begin);
         sectionBegin_ = word.end;
         for (Document& document : documents_) document.ownsSection = true;
-    } else if (isSectionWord(word.letters)) {
+    } else if (wordIs(WordTrait::section, word.letters)) {
         // What it resets is of no use; what groups around it say holds again behind them.
         while (word.letters == u"sectd" && !inForce_.empty() && inForce_.back().depth == depth_) inForce_.pop_back();
         inForce_.push_back({{word.begin, word.end}, depth_});

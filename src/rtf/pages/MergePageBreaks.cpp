@@ -9,12 +9,9 @@
 #include "rtf/pages/HoldingPlace.h"
 #include "rtf/pages/JoinedHeaders.h"
 #include "rtf/pages/PageSetup.h"
-#include "rtf/read/BraceScanner.h"
-#include "rtf/read/ControlWord.h"
 #include "rtf/read/ParagraphText.h"
 #include "rtf/read/RowState.h"
-#include "rtf/read/RtfScanner.h"
-#include "rtf/read/WholeNumber.h"
+#include "rtf/read/RtfReader.h"
 #include "text/Compare.h"
 
 namespace velmor {
@@ -196,7 +193,7 @@ private:
 
 void PageReader::read(std::u16string_view text, std::size_t begin) {
     text_ = text;
-    RtfScanner scanner(text, begin, text.size());
+    RtfReader scanner(text, begin, text.size());
     while (scanner.next()) {
         const std::size_t index = scanner.position();
         if (text[index] == u'{') {

@@ -4,9 +4,8 @@
 #include <utility>
 
 #include "rtf/pages/MergePageBreaks.h"
-#include "rtf/read/BraceScanner.h"
-#include "rtf/read/ControlWord.h"
 #include "rtf/read/ParagraphText.h"
+#include "rtf/read/RtfReader.h"
 #include "text/Compare.h"
 
 namespace velmor {
@@ -35,7 +34,7 @@ template <typename Take>
 void SectionDescriptions::walk(std::size_t limit, Take take) {
     depth_ = 0;
     row_ = {};
-    RtfScanner scanner(text_, 0, limit);
+    RtfReader scanner(text_, 0, limit);
     while (scanner.next() && take(scanner.position())) {
         const std::size_t index = scanner.position();
         if (text_[index] == u'{') {

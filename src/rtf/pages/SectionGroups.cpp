@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "automation/NumberText.h"
-#include "rtf/read/RtfScanner.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 namespace {
@@ -44,7 +44,7 @@ std::size_t GroupWord::find(std::u16string_view text, std::size_t begin, std::si
         isFound_ = false;
     }
     if (!isFound_ && next_ < end) {
-        RtfScanner scanner(text, next_, end);
+        RtfReader scanner(text, next_, end);
         while (!isFound_ && scanner.nextWord()) isFound_ = standsAt(text, scanner.position(), word_);
         next_ = isFound_ ? scanner.position() : end;
     }
@@ -105,7 +105,7 @@ const std::optional<std::u16string_view>& SectionGroups::documentNumber(std::siz
 void SectionGroups::findDocumentWords() {
     documentRead_ = true;
     std::array<bool, PageSetup::valueCount> seen{};
-    RtfScanner scanner(text_, begin_, end_);
+    RtfReader scanner(text_, begin_, end_);
     while (scanner.nextWord()) {
         const std::size_t index = scanner.position();
         if (text_[index + 1] != u'p' && text_[index + 1] != u'm') continue;

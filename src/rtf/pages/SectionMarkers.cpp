@@ -8,7 +8,7 @@
 #include "rtf/edit/TextEdits.h"
 #include "rtf/pages/SectionDescriptions.h"
 #include "rtf/pages/SectionGroups.h"
-#include "rtf/read/RtfScanner.h"
+#include "rtf/read/RtfReader.h"
 #include "text/Compare.h"
 
 namespace velmor {
@@ -43,7 +43,7 @@ private:
 void SectionReader::read() {
     const std::size_t last = findTextReverse(text_, SectionGroups::opening, Comparison::binary);
     if (last == nowhere) return;
-    RtfScanner scanner(text_, 0, std::min(text_.size(), last + SectionGroups::opening.size()));
+    RtfReader scanner(text_, 0, std::min(text_.size(), last + SectionGroups::opening.size()));
     while (scanner.next()) {
         const std::size_t index = scanner.position();
         if (wordStandsAt(text_, index, u"\\page")) {

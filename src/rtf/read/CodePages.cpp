@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "rtf/read/BraceScanner.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 namespace {
@@ -76,16 +76,6 @@ std::u16string withCharacters(std::u16string_view text, const CodePage& from, co
         at = end;
     }
     return result;
-}
-
-std::int32_t numberOf(std::u16string_view digits) noexcept {
-    const bool negative = digits.substr(0, 1) == u"-";
-    std::int32_t value = 0;
-    for (const char16_t digit : digits.substr(negative)) {
-        if (value > 100000000) break;
-        value = value * 10 + (digit - u'0');
-    }
-    return negative ? -value : value;
 }
 
 std::int32_t codePageNamedBy(const ControlWord& word) noexcept {

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "rtf/read/ControlWord.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 
@@ -35,9 +35,6 @@ std::u16string unicodeWord(char16_t unit, std::int32_t fallback);
 
 // The byte of a \'xx at the index; negative when it is none.
 std::int32_t byteAt(std::u16string_view text, std::size_t index) noexcept;
-
-// The number in digits, with a "-" in front or not; one beyond 9 digits is cut short, none is 0.
-std::int32_t numberOf(std::u16string_view digits) noexcept;
 
 // The code page that a word of a document's header names; 0 for another word.
 std::int32_t codePageNamedBy(const ControlWord& word) noexcept;

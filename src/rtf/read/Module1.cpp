@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "rtf/read/WholeNumber.h"
+#include "rtf/read/RtfReader.h"
 #include "text/privStrCat.h"
 
 namespace velmor::Module1 {

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "rtf/read/RtfScanner.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 

@@ -1,34 +1,52 @@
 #include "rtf/read/WordTable.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 
 namespace velmor {
 namespace {
 
-struct Row {
-    std::u16string_view letters;
-    std::uint8_t traits;
-};
+using Traits = std::uint16_t;
 
-constexpr std::uint8_t bit(WordTrait trait) noexcept {
-    return static_cast<std::uint8_t>(1u << static_cast<unsigned>(trait));
+constexpr Traits bit(WordTrait trait) noexcept {
+    return static_cast<Traits>(1u << static_cast<unsigned>(trait));
 }
 
-constexpr std::uint8_t shown = bit(WordTrait::shown);
-constexpr std::uint8_t shownCell = bit(WordTrait::shownCell);
-constexpr std::uint8_t shownGroup = bit(WordTrait::shownGroup);
-constexpr std::uint8_t hiddenGroup = bit(WordTrait::hiddenGroup);
-constexpr std::uint8_t documentWord = bit(WordTrait::documentWord);
-constexpr std::uint8_t documentGroup = bit(WordTrait::documentGroup);
+constexpr Traits none = 0;
+constexpr Traits shown = bit(WordTrait::shown);
+constexpr Traits shownCell = bit(WordTrait::shownCell);
+constexpr Traits shownGroup = bit(WordTrait::shownGroup);
+constexpr Traits hiddenGroup = bit(WordTrait::hiddenGroup);
+constexpr Traits apartGroup = bit(WordTrait::apartGroup);
+constexpr Traits documentWord = bit(WordTrait::documentWord);
+constexpr Traits documentGroup = bit(WordTrait::documentGroup);
+constexpr Traits section = bit(WordTrait::section);
+constexpr Traits paragraph = bit(WordTrait::paragraph);
+constexpr Traits endsParagraph = bit(WordTrait::endsParagraph);
+constexpr Traits row = bit(WordTrait::row);
+constexpr Traits font = bit(WordTrait::font);
+constexpr Traits moreFont = bit(WordTrait::moreFont);
+constexpr Traits colour = bit(WordTrait::colour);
+constexpr Traits moreColour = bit(WordTrait::moreColour);
+constexpr Traits listPart = bit(WordTrait::listPart);
+
+struct Row {
+    std::u16string_view letters;
+    Traits traits;
+    Word word = Word::other;
+};
 
 // Sorted by the letters. Ignorable destinations (\*) that are not here are hidden, too.
 constexpr Row table[] = {
     {u"ApplyBrkRules", documentWord},
-    {u"adeff", documentWord},
+    {u"adeff", documentWord | moreFont},
     {u"adeflang", documentWord},
+    {u"adjustright", paragraph},
     {u"aenddoc", documentWord},
     {u"aendnotes", documentWord},
+    {u"af", moreFont},
+    {u"afc", colour},
     {u"aftnbj", documentWord},
     {u"aftncn", documentGroup},
     {u"aftnnalc", documentWord},
@@ -46,34 +64,61 @@ constexpr Row table[] = {
     {u"allowfieldendsel", documentWord},
     {u"allprot", documentWord},
     {u"alntblind", documentWord},
-    {u"annotation", hiddenGroup},
+    {u"annotation", hiddenGroup | apartGroup},
     {u"annotprot", documentWord},
     {u"ansi", documentWord},
     {u"ansicpg", documentWord},
     {u"asianbrkrule", documentWord},
+    {u"aspalpha", paragraph},
+    {u"aspnum", paragraph},
     {u"autofmtoverride", documentWord},
     {u"bdbfhdr", documentWord},
     {u"bdrrlswsix", documentWord},
+    {u"bin", none, Word::bin},
     {u"bookfold", documentWord},
     {u"bookfoldrev", documentWord},
     {u"bookfoldsheets", documentWord},
+    {u"box", paragraph},
+    {u"brdrcf", colour},
     {u"brkfrm", documentWord},
+    {u"brsp", paragraph},
     {u"bullet", shown},
     {u"cachedcolbal", documentWord},
-    {u"cell", shownCell},
+    {u"cb", colour},
+    {u"cbpat", paragraph | colour},
+    {u"cell", shownCell | endsParagraph, Word::cell},
+    {u"cellx", row, Word::cellx},
+    {u"cf", colour},
+    {u"cfpat", paragraph | colour},
+    {u"chcbpat", colour},
+    {u"chcfpat", colour},
     {u"chdate", shown},
     {u"chdpa", shown},
     {u"chdpl", shown},
     {u"chftn", shown},
     {u"chpgn", shown},
     {u"chtime", shown},
+    {u"clcbpat", colour},
+    {u"clcbpatraw", moreColour},
+    {u"clcfpat", colour},
+    {u"clcfpatraw", moreColour},
+    {u"colno", section},
     {u"colorschememapping", documentGroup},
     {u"colortbl", hiddenGroup},
+    {u"cols", section},
+    {u"colsr", section},
+    {u"colsx", section},
     {u"column", shown},
+    {u"colw", section},
+    {u"contextualspace", paragraph},
+    {u"cs", none, Word::cs},
+    {u"cufi", paragraph},
+    {u"culi", paragraph},
+    {u"curi", paragraph},
     {u"cvmme", documentWord},
     {u"datastore", documentGroup},
     {u"defchp", documentGroup},
-    {u"deff", documentWord},
+    {u"deff", documentWord | moreFont},
     {u"defformat", documentWord},
     {u"deflang", documentWord},
     {u"deflangfe", documentWord},
@@ -97,24 +142,36 @@ constexpr Row table[] = {
     {u"donotshowinsdel", documentWord},
     {u"donotshowmarkup", documentWord},
     {u"donotshowprops", documentWord},
+    {u"dptxbxtext", apartGroup},
+    {u"ds", none, Word::ds},
     {u"emdash", shown},
     {u"emspace", shown},
     {u"endash", shown},
     {u"enddoc", documentWord},
+    {u"endnhere", section},
     {u"endnotes", documentWord},
     {u"enforceprot", documentWord},
     {u"enspace", shown},
     {u"expshrtn", documentWord},
+    {u"f", font, Word::f},
+    {u"faauto", paragraph},
+    {u"facenter", paragraph},
+    {u"fafixed", paragraph},
+    {u"fahang", paragraph},
+    {u"faroman", paragraph},
+    {u"favar", paragraph},
     {u"felnbrelev", documentWord},
     {u"fet", documentWord},
+    {u"fi", paragraph},
     {u"filetbl", hiddenGroup | documentGroup},
     {u"fldinst", hiddenGroup},
     {u"fonttbl", hiddenGroup},
-    {u"footer", hiddenGroup},
-    {u"footerf", hiddenGroup},
-    {u"footerl", hiddenGroup},
-    {u"footerr", hiddenGroup},
-    {u"footnote", shownGroup},
+    {u"footer", hiddenGroup | apartGroup},
+    {u"footerf", hiddenGroup | apartGroup},
+    {u"footerl", hiddenGroup | apartGroup},
+    {u"footerr", hiddenGroup | apartGroup},
+    {u"footery", section},
+    {u"footnote", shownGroup | apartGroup},
     {u"forceupgrade", documentWord},
     {u"formdisp", documentWord},
     {u"formprot", documentWord},
@@ -142,38 +199,68 @@ constexpr Row table[] = {
     {u"grfdocevents", documentWord},
     {u"gutter", documentWord},
     {u"gutterprl", documentWord},
-    {u"header", hiddenGroup},
-    {u"headerf", hiddenGroup},
-    {u"headerl", hiddenGroup},
-    {u"headerr", hiddenGroup},
+    {u"header", hiddenGroup | apartGroup},
+    {u"headerf", hiddenGroup | apartGroup},
+    {u"headerl", hiddenGroup | apartGroup},
+    {u"headerr", hiddenGroup | apartGroup},
+    {u"headery", section},
+    {u"highlight", colour},
     {u"hlinkbase", documentGroup},
     {u"horzdoc", documentWord},
+    {u"horzsect", section},
     {u"htmautsp", documentWord},
     {u"hyphauto", documentWord},
     {u"hyphcaps", documentWord},
     {u"hyphconsec", documentWord},
     {u"hyphhotz", documentWord},
+    {u"hyphpar", paragraph},
     {u"ignoremixedcontent", documentWord},
     {u"ilfomacatclnup", documentWord},
+    {u"indmirror", paragraph},
     {u"indrlsweleven", documentWord},
     {u"info", hiddenGroup | documentGroup},
+    {u"intbl", none, Word::intbl},
+    {u"itap", none, Word::itap},
     {u"jcompress", documentWord},
     {u"jexpand", documentWord},
+    {u"keep", paragraph},
+    {u"keepn", paragraph},
+    {u"korvane", none, Word::korvane},
     {u"krnprsnet", documentWord},
     {u"landscape", documentWord},
+    {u"lastrow", row, Word::lastrow},
     {u"latentstyles", documentGroup},
     {u"lbr", shown},
     {u"ldblquote", shown},
+    {u"lfolevel", listPart},
+    {u"li", paragraph},
+    {u"lin", paragraph},
     {u"line", shown},
+    {u"linebetcol", section},
+    {u"linecont", section},
+    {u"linemod", section},
+    {u"lineppage", section},
+    {u"linerestart", section},
     {u"linestart", documentWord},
+    {u"linestarts", section},
+    {u"linex", section},
     {u"linkstyles", documentWord},
+    {u"lisa", paragraph},
+    {u"lisb", paragraph},
+    {u"list", listPart},
+    {u"listlevel", listPart},
+    {u"listoverride", listPart},
     {u"listoverridetable", hiddenGroup},
     {u"listtable", hiddenGroup},
     {u"listtext", hiddenGroup},
     {u"lnbrkrule", documentWord},
     {u"lnongrid", documentWord},
     {u"lquote", shown},
+    {u"ls", none, Word::ls},
     {u"ltrdoc", documentWord},
+    {u"ltrpar", paragraph},
+    {u"ltrrow", row},
+    {u"ltrsect", section},
     {u"lytcalctblwd", documentWord},
     {u"lytexcttp", documentWord},
     {u"lytprtmet", documentWord},
@@ -186,11 +273,14 @@ constexpr Row table[] = {
     {u"margmirror", documentWord},
     {u"margr", documentWord},
     {u"margt", documentWord},
+    {u"mmathFont", moreFont},
     {u"mmathPr", documentGroup},
     {u"msmcap", documentWord},
     {u"muser", documentWord},
     {u"nafterindp", documentWord},
-    {u"nestcell", shownCell},
+    {u"nestcell", shownCell | endsParagraph, Word::nestcell},
+    {u"nestrow", endsParagraph, Word::nestrow},
+    {u"nesttableprops", none, Word::nesttableprops},
     {u"newtblstyruls", documentWord},
     {u"nextfile", documentGroup},
     {u"nobrkwrptbl", documentWord},
@@ -203,15 +293,20 @@ constexpr Row table[] = {
     {u"noindnmbrts", documentWord},
     {u"nojkernpunct", documentWord},
     {u"nolead", documentWord},
+    {u"noline", paragraph},
     {u"nolnhtadjtbl", documentWord},
-    {u"nonesttables", hiddenGroup},
+    {u"nonesttables", hiddenGroup | apartGroup, Word::nonesttables},
     {u"nonshppict", hiddenGroup},
+    {u"nooverflow", paragraph},
+    {u"nosnaplinegrid", paragraph},
     {u"nospaceforul", documentWord},
     {u"notabind", documentWord},
     {u"notbrkcnstfrctbl", documentWord},
     {u"notcvasp", documentWord},
     {u"notvatxbx", documentWord},
     {u"noultrlspc", documentWord},
+    {u"nowidctlpar", paragraph},
+    {u"nowwrap", paragraph},
     {u"noxlattoyen", documentWord},
     {u"object", shownGroup},
     {u"ogutter", documentWord},
@@ -221,6 +316,8 @@ constexpr Row table[] = {
     {u"page", shown},
     {u"paperh", documentWord},
     {u"paperw", documentWord},
+    {u"par", endsParagraph, Word::par},
+    {u"pard", none, Word::pard},
     {u"password", documentGroup},
     {u"passwordhash", documentGroup},
     {u"pc", documentWord},
@@ -228,6 +325,9 @@ constexpr Row table[] = {
     {u"pgnstart", documentWord},
     {u"pgptbl", documentGroup},
     {u"pict", shownGroup},
+    {u"plain", none, Word::plain},
+    {u"pncf", colour},
+    {u"pnf", moreFont},
     {u"pntext", hiddenGroup},
     {u"prcolbl", documentWord},
     {u"printdata", documentWord},
@@ -236,7 +336,14 @@ constexpr Row table[] = {
     {u"protusertbl", documentGroup},
     {u"psover", documentWord},
     {u"psz", documentWord},
+    {u"qc", paragraph},
+    {u"qd", paragraph},
+    {u"qj", paragraph},
+    {u"qk", paragraph},
+    {u"ql", paragraph},
     {u"qmspace", shown},
+    {u"qr", paragraph},
+    {u"qt", paragraph},
     {u"rdblquote", shown},
     {u"readonlyrecommended", documentWord},
     {u"readprot", documentWord},
@@ -248,20 +355,37 @@ constexpr Row table[] = {
     {u"revprop", documentWord},
     {u"revprot", documentWord},
     {u"revtbl", documentGroup},
-    {u"row", shownCell},
+    {u"ri", paragraph},
+    {u"rin", paragraph},
+    {u"row", shownCell | endsParagraph, Word::row},
     {u"rquote", shown},
     {u"rsidtbl", documentGroup},
     {u"rtldoc", documentWord},
     {u"rtlgutter", documentWord},
+    {u"rtlpar", paragraph},
+    {u"rtlrow", row},
+    {u"rtlsect", section},
     {u"rxe", hiddenGroup},
+    {u"s", paragraph, Word::s},
+    {u"sa", paragraph},
+    {u"saauto", paragraph},
     {u"saveinvalidxml", documentWord},
     {u"saveprevpict", documentWord},
+    {u"sb", paragraph},
+    {u"sbauto", paragraph},
+    {u"sect", endsParagraph, Word::sect},
     {u"sectnum", shown},
+    {u"sectrsid", section},
+    {u"shading", paragraph},
     {u"showplaceholdtext", documentWord},
     {u"showxmlerrors", documentWord},
     {u"shp", shownGroup},
     {u"shpgrp", shownGroup},
     {u"shppict", shownGroup},
+    {u"shprslt", apartGroup},
+    {u"shptxt", apartGroup},
+    {u"sl", paragraph},
+    {u"slmult", paragraph},
     {u"snaptogridincell", documentWord},
     {u"softline", shown},
     {u"splytwnine", documentWord},
@@ -270,10 +394,11 @@ constexpr Row table[] = {
     {u"sprsspbf", documentWord},
     {u"sprstsm", documentWord},
     {u"sprstsp", documentWord},
-    {u"stshfbi", documentWord},
-    {u"stshfdbch", documentWord},
-    {u"stshfhich", documentWord},
-    {u"stshfloch", documentWord},
+    {u"stextflow", section},
+    {u"stshfbi", documentWord | moreFont},
+    {u"stshfdbch", documentWord | moreFont},
+    {u"stshfhich", documentWord | moreFont},
+    {u"stshfloch", documentWord | moreFont},
     {u"stylelock", documentWord},
     {u"stylelockbackcomp", documentWord},
     {u"stylelockenforced", documentWord},
@@ -284,6 +409,7 @@ constexpr Row table[] = {
     {u"subfontbysize", documentWord},
     {u"swpbdr", documentWord},
     {u"tab", shown},
+    {u"tb", paragraph},
     {u"tc", hiddenGroup},
     {u"tcn", hiddenGroup},
     {u"template", documentGroup},
@@ -291,15 +417,32 @@ constexpr Row table[] = {
     {u"themelang", documentWord},
     {u"themelangcs", documentWord},
     {u"themelangfe", documentWord},
+    {u"titlepg", section},
+    {u"tldot", paragraph},
+    {u"tleq", paragraph},
+    {u"tlhyph", paragraph},
+    {u"tlmdot", paragraph},
+    {u"tlth", paragraph},
+    {u"tlul", paragraph},
     {u"toplinepunct", documentWord},
+    {u"tqc", paragraph},
+    {u"tqdec", paragraph},
+    {u"tqr", paragraph},
     {u"trackformatting", documentWord},
     {u"trackmoves", documentWord},
     {u"transmf", documentWord},
-    {u"trowd", shownCell},
+    {u"trcbpat", moreColour},
+    {u"trcfpat", moreColour},
+    {u"trowd", shownCell, Word::trowd},
     {u"truncatefontheight", documentWord},
     {u"truncex", documentWord},
+    {u"ts", row, Word::ts},
+    {u"tscellcbpat", moreColour},
+    {u"tscellcfpat", moreColour},
     {u"twoonone", documentWord},
+    {u"tx", paragraph},
     {u"u", shown},
+    {u"ulc", colour},
     {u"useltbaln", documentWord},
     {u"usenormstyforlist", documentWord},
     {u"userprops", documentGroup},
@@ -307,31 +450,50 @@ constexpr Row table[] = {
     {u"utinl", documentWord},
     {u"validatexml", documentWord},
     {u"vertdoc", documentWord},
+    {u"vertsect", section},
     {u"viewbksp", documentWord},
     {u"viewkind", documentWord},
     {u"viewnobound", documentWord},
     {u"viewscale", documentWord},
     {u"viewzk", documentWord},
     {u"wgrffmtfilter", documentGroup},
+    {u"widctlpar", paragraph},
     {u"widowctrl", documentWord},
     {u"windowcaption", documentWord},
     {u"wpjst", documentWord},
     {u"wpsp", documentWord},
     {u"wptb", documentWord},
+    {u"wrapdefault", paragraph},
     {u"wraptrsp", documentWord},
     {u"writereservhash", documentGroup},
     {u"wrppunct", documentWord},
     {u"xe", hiddenGroup},
     {u"xmlnstbl", documentGroup},
+    {u"yts", none, Word::yts},
 };
 
-// Of the words that describe a section: those with many forms, by their first letters, and the others.
-constexpr std::u16string_view sectionBeginnings[] = {u"pgbrdr", u"pgn",         u"saftn",  u"sbk",  u"sectd", u"secte",
-                                                     u"sectl",  u"sectspecify", u"sectun", u"sftn", u"vertal"};
-constexpr std::u16string_view sectionWords[] = {
-    u"colno",    u"cols",       u"colsr",    u"colsx",     u"colw",      u"endnhere",    u"footery",    u"headery",
-    u"horzsect", u"linebetcol", u"linecont", u"linemod",   u"lineppage", u"linerestart", u"linestarts", u"linex",
-    u"ltrsect",  u"rtlsect",    u"sectrsid", u"stextflow", u"titlepg",   u"vertsect",
+// Traits of every word that begins so; but see traitsOfFamily.
+constexpr Row families[] = {
+    {u"brdr", paragraph},
+    {u"cl", row},
+    {u"irow", row},
+    {u"pgbrdr", section},
+    {u"pgn", section},
+    {u"saftn", section},
+    {u"sbk", section},
+    {u"sectd", section},
+    {u"secte", section},
+    {u"sectl", section},
+    {u"sectspecify", section},
+    {u"sectun", section},
+    {u"sftn", section},
+    {u"tbl", row},
+    {u"tdfrm", row},
+    {u"tph", row},
+    {u"tpos", row},
+    {u"tpv", row},
+    {u"tr", row},
+    {u"vertal", section},
 };
 constexpr std::u16string_view sectionEnding = u"sxn";
 
@@ -340,19 +502,43 @@ constexpr bool isBefore(const Row& left, const Row& right) noexcept {
 }
 static_assert(std::is_sorted(std::begin(table), std::end(table), isBefore));
 
-}  // namespace
-
-bool wordIs(WordTrait trait, std::u16string_view letters) noexcept {
-    const Row* const found = std::lower_bound(std::begin(table), std::end(table), Row{letters, 0}, isBefore);
-    return found != std::end(table) && found->letters == letters && (found->traits & bit(trait)) != 0;
+Traits traitsOfFamily(std::u16string_view letters) noexcept {
+    Traits traits = letters.ends_with(sectionEnding) ? section : none;
+    for (const Row& family : families) {
+        if (letters[0] == family.letters[0] && letters.starts_with(family.letters)) traits |= family.traits;
+    }
+    return letters == u"pgnstart" ? none : traits;
 }
 
-bool isSectionWord(std::u16string_view letters) noexcept {
-    if (letters.ends_with(sectionEnding)) return true;
-    const auto begins = [&](std::u16string_view beginning) { return letters.starts_with(beginning); };
-    return letters != u"pgnstart" &&
-           (std::any_of(std::begin(sectionBeginnings), std::end(sectionBeginnings), begins) ||
-            std::find(std::begin(sectionWords), std::end(sectionWords), letters) != std::end(sectionWords));
+}  // namespace
+
+WordMeaning meaningOf(std::u16string_view letters) noexcept {
+    if (letters.empty()) return {};
+    const Row* const found = std::lower_bound(std::begin(table), std::end(table), Row{letters, none}, isBefore);
+    const bool isKnown = found != std::end(table) && found->letters == letters;
+    const Traits traits = static_cast<Traits>(traitsOfFamily(letters) | (isKnown ? found->traits : none));
+    return {isKnown ? found->word : Word::other, traits};
+}
+
+WordSet::WordSet(std::initializer_list<WordTrait> traits, std::initializer_list<Word> words) {
+    for (const WordTrait trait : traits) traits_ |= bit(trait);
+    for (const Word word : words) words_ |= std::uint64_t{1} << static_cast<unsigned>(word);
+    for (const Row& known : table) {
+        if (holds({known.word, known.traits})) add(known.letters);
+    }
+    for (const Row& family : families) {
+        if ((family.traits & traits_) != 0) add(family.letters);
+    }
+}
+
+// A beginning of less than three letters may go on with anything.
+void WordSet::add(std::u16string_view beginning) {
+    char16_t letters[unitsOfKey] = {};
+    const std::size_t length = std::min(unitsOfKey, beginning.size());
+    std::copy_n(beginning.begin(), length, letters);
+    const std::size_t first = keyOf(letters);
+    const std::size_t count = std::size_t{1} << (5 * (unitsOfKey - length));
+    for (std::size_t key = first; key < first + count; ++key) beginnings_.set(key);
 }
 
 }  // namespace velmor

@@ -1,27 +1,103 @@
 #pragma once
 
+#include <bitset>
+#include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <string_view>
 
 namespace velmor {
 
-// What a control word means to the stages. A word may have several traits.
+// What a control word is to the stages. A word may have several traits.
 enum class WordTrait : std::uint8_t {
     shown,          // the word puts something on the page: a character, or a break other than a paragraph's end
     shownCell,      // the word belongs to a row, and a row shows something
     shownGroup,     // the group that begins with it shows something where it stands
     hiddenGroup,    // the group that begins with it shows nothing where it stands
+    apartGroup,     // the paragraphs of the group that begins with it are not those of the table around it
     documentWord,   // the word speaks for a whole document, and means nothing in a part of another one
     documentGroup,  // so does the group that begins with it
+    section,        // the word describes a section: its page, columns, numbers, borders, where it begins
+    paragraph,      // the word sets up a paragraph; not its list, and not its characters
+    endsParagraph,  // the word ends a paragraph, a cell, a row or a section
+    row,            // the word belongs to the definition of a row
+    font,           // its number is a font's
+    moreFont,       // so it is; exact cleaning does not renumber it
+    colour,         // its number is a colour's
+    moreColour,     // so it is; exact cleaning does not renumber it
+    listPart,       // the group that begins with it is a list, an override, or a level of one
 };
 
-// Whether the table gives the word this trait. `letters` are the word's, without backslash and number.
-// Costs a binary search.
-bool wordIs(WordTrait trait, std::u16string_view letters) noexcept;
+// The words that stages tell apart by name.
+enum class Word : std::uint8_t {
+    other,
+    bin,
+    cell,
+    cellx,
+    cs,
+    ds,
+    f,
+    intbl,
+    itap,
+    korvane,
+    lastrow,
+    ls,
+    nestcell,
+    nestrow,
+    nesttableprops,
+    nonesttables,
+    par,
+    pard,
+    plain,
+    row,
+    s,
+    sect,
+    trowd,
+    ts,
+    yts,
+};
 
-// Whether the word describes a section: its page, columns, numbers, borders, where it begins. "\sect" itself
-// does not. Costs a few comparisons.
-bool isSectionWord(std::u16string_view letters) noexcept;
+// A word of the table. Any other is Word::other, without traits.
+struct WordMeaning {
+    Word word = Word::other;
+    std::uint16_t traits = 0;
+
+    bool is(WordTrait trait) const noexcept { return (traits >> static_cast<unsigned>(trait) & 1) != 0; }
+};
+
+// `letters` are the word's, without backslash and number. Costs a short binary search.
+WordMeaning meaningOf(std::u16string_view letters) noexcept;
+
+inline bool wordIs(WordTrait trait, std::u16string_view letters) noexcept {
+    return meaningOf(letters).is(trait);
+}
+
+// Some words of the table, known by their first three letters: a single look tells most others apart.
+class WordSet {
+public:
+    explicit WordSet(std::initializer_list<WordTrait> traits, std::initializer_list<Word> words = {});
+
+    bool holds(WordMeaning word) const noexcept {
+        return (word.traits & traits_) != 0 || (words_ >> static_cast<unsigned>(word.word) & 1) != 0;
+    }
+    // False only when the word whose backslash is at the index does not belong to the set.
+    bool mayHold(std::u16string_view text, std::size_t backslash) const noexcept {
+        return text.size() - backslash <= unitsOfKey || beginnings_[keyOf(text.data() + backslash + 1)];
+    }
+
+private:
+    static constexpr std::size_t unitsOfKey = 3;
+
+    static std::size_t keyOf(const char16_t* letters) noexcept {
+        return (letters[0] & 31u) << 10 | (letters[1] & 31u) << 5 | (letters[2] & 31u);
+    }
+
+    void add(std::u16string_view beginning);
+
+    std::uint16_t traits_ = 0;
+    std::uint64_t words_ = 0;
+    std::bitset<std::size_t{1} << 15> beginnings_;
+};
 
 // Whether the control symbol (the unit after its backslash) is seen on the page: an escaped character, a
 // byte ("\'e4"), a non-breaking space or hyphen.

@@ -2,8 +2,7 @@
 
 #include <algorithm>
 
-#include "rtf/read/BraceScanner.h"
-#include "rtf/tables/NestedWord.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 namespace {
@@ -25,12 +24,13 @@ std::size_t ApartGroups::closingBrace(std::size_t word) {
 void ApartGroups::find() {
     isFound_ = true;
     std::vector<std::size_t> open;  // groups, or none for those of other kinds
-    for (BraceScanner braces(text_, 0, true); braces.next();) {
+    RtfReader braces(text_, 0, text_.size(), true);
+    while (braces.nextBrace()) {
         const std::size_t index = braces.position();
         if (braces.opens()) {
             const std::size_t word = index + (standsAt(text_, index + 1, u"\\*") ? 3 : 1);
-            const bool isApart = standsAt(text_, word, u"\\") &&
-                                 nestedWords::classify(readWord(text_, word).letters) == NestedWord::apartText;
+            const bool isApart =
+                standsAt(text_, word, u"\\") && wordIs(WordTrait::apartGroup, readWord(text_, word).letters);
             open.push_back(isApart ? groups_.size() : none);
             if (isApart) groups_.push_back({word, 0});
         } else if (!open.empty()) {

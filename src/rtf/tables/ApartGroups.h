@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "rtf/read/RowTrimmer.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 

@@ -5,12 +5,11 @@
 #include <string_view>
 #include <vector>
 
-#include "rtf/read/BraceScanner.h"
 #include "rtf/read/ParagraphText.h"
+#include "rtf/read/RtfReader.h"
 #include "rtf/tables/MarkerInsertion.h"
 #include "rtf/tables/MarkerPairs.h"
-#include "rtf/tables/NestedWord.h"
-#include "rtf/tables/TableWord.h"
+#include "rtf/tables/TableWords.h"
 #include "text/Compare.h"
 
 namespace velmor {
@@ -46,11 +45,6 @@ struct Story {
     bool isInRow() const noexcept { return rowBegun || level > 0; }
 };
 
-Level levelOf(const ControlWord& word) noexcept {
-    if (word.number.empty()) return 1;
-    return word.number[0] == u'-' ? 0 : static_cast<Level>(nestedWords::numberOf(word.number));
-}
-
 class LooseTableFinder {
 public:
     LooseTableFinder(std::u16string_view text, bool tolerant, std::vector<TextRange>& found)
@@ -79,6 +73,7 @@ private:
     void close();
 
     bool take(std::size_t index);
+    void takeTableWord(const ControlWord& word, Word meaning);
     void takeRow(const ControlWord& word);
     void takeApartText(std::size_t index);
     void beginParagraph(std::size_t index);
@@ -86,7 +81,6 @@ private:
     void extendRuns(Level level);
     void endRun(const Run& run);
     void endTable();
-    std::size_t skipBraces(std::size_t index) const noexcept;
 
     std::u16string_view text_;
     bool tolerant_;
@@ -101,7 +95,7 @@ private:
 
 void LooseTableFinder::readUpTo(std::size_t limit) {
     while (at_ < limit) {
-        RtfScanner scanner(text_, at_, limit);
+        RtfReader scanner(text_, at_, limit);
         at_ = limit;
         while (scanner.next()) {
             const std::size_t index = scanner.position();
@@ -110,7 +104,7 @@ void LooseTableFinder::readUpTo(std::size_t limit) {
             } else if (text_[index] == u'}') {
                 depth_ -= depth_ > 0;
                 closeGroups();
-            } else if (nestedWords::mayMatter(text_, index) && take(index)) {
+            } else if (tables::levelWords.mayHold(text_, index) && take(index)) {
                 break;
             }
         }
@@ -139,7 +133,7 @@ void LooseTableFinder::leavePair(const PairedMarker& marker) {
     const bool inRow = story().inRow;
     close();
     closeGroups();
-    if (!inRow) story().paragraph = skipBraces(marker.end);
+    if (!inRow) story().paragraph = skipClosingBraces(text_, marker.end);
     at_ = marker.end;
 }
 
@@ -171,50 +165,52 @@ void LooseTableFinder::close() {
 // True when reading goes on at at_.
 bool LooseTableFinder::take(std::size_t index) {
     const ControlWord word = readWord(text_, index);
-    const NestedWord meaning = nestedWords::classify(word.letters);
-    if (meaning == NestedWord::binary) {
+    const WordMeaning meaning = meaningOf(word.letters);
+    if (!tables::levelWords.holds(meaning)) return false;
+    if (meaning.word == Word::bin) {
         at_ = skipEscape(text_, index);
         return true;
     }
-    if (meaning == NestedWord::apartText) {
+    if (meaning.is(WordTrait::apartGroup)) {
         takeApartText(index);
-        return false;
-    }
-    if (meaning == NestedWord::other) return false;
-    if (meaning != NestedWord::definition || !tables::isNestedDefinition(text_, index)) beginParagraph(index);
-    Story& in = story();
-    switch (meaning) {
-        case NestedWord::cell:
-            in.cellLevel = 0;
-            in.rowBegun = true;
-            endParagraph(1, word);
-            break;
-        case NestedWord::nestedCell:
-            in.cellLevel = std::max(in.level, Level{2});
-            endParagraph(in.cellLevel, word);
-            break;
-        case NestedWord::row:
-            takeRow(word);
-            break;
-        case NestedWord::definition:
-            in.rowBegun |= !tables::isNestedDefinition(text_, index);
-            break;
-        case NestedWord::inTable:
-            in.level = std::max(in.level, Level{1});
-            break;
-        case NestedWord::level:
-            in.level = levelOf(word);
-            break;
-        case NestedWord::paragraphDefaults:
-            in.level = 0;
-            break;
-        case NestedWord::paragraphEnd:
-            endParagraph(std::max(in.level, Level{in.rowBegun}), word);
-            break;
-        default:
-            break;
+    } else {
+        takeTableWord(word, meaning.word);
     }
     return false;
+}
+
+void LooseTableFinder::takeTableWord(const ControlWord& word, Word meaning) {
+    const bool isNested = meaning == Word::trowd && tables::isNestedDefinition(text_, word.begin);
+    if (!isNested) beginParagraph(word.begin);
+    Story& in = story();
+    switch (meaning) {
+        case Word::cell:
+            in.cellLevel = 0;
+            in.rowBegun = true;
+            return endParagraph(1, word);
+        case Word::nestcell:
+            in.cellLevel = std::max(in.level, Level{2});
+            return endParagraph(in.cellLevel, word);
+        case Word::row:
+        case Word::nestrow:
+            return takeRow(word);
+        case Word::trowd:
+            in.rowBegun |= !isNested;
+            return;
+        case Word::intbl:
+            in.level = std::max(in.level, Level{1});
+            return;
+        case Word::itap:
+            in.level = tables::levelOf(word);
+            return;
+        case Word::pard:
+            in.level = 0;
+            return;
+        case Word::par:
+            return endParagraph(std::max(in.level, Level{in.rowBegun}), word);
+        default:
+            return;
+    }
 }
 
 void LooseTableFinder::takeRow(const ControlWord& word) {
@@ -250,7 +246,7 @@ void LooseTableFinder::beginParagraph(std::size_t index) {
 
 void LooseTableFinder::endParagraph(Level level, const ControlWord& word) {
     extendRuns(level);
-    story().paragraph = skipBraces(word.end + standsAt(text_, word.end, u" "));
+    story().paragraph = skipClosingBraces(text_, word.end + standsAt(text_, word.end, u" "));
 }
 
 void LooseTableFinder::extendRuns(Level level) {
@@ -281,12 +277,6 @@ void LooseTableFinder::endTable() {
     }
     in.tables.clear();
     in.holdsTables = false;
-}
-
-// Braces and line breaks behind a paragraph belong to it.
-std::size_t LooseTableFinder::skipBraces(std::size_t index) const noexcept {
-    while (index < text_.size() && (text_[index] == u'}' || text_[index] == u'\r' || text_[index] == u'\n')) ++index;
-    return index;
 }
 
 }  // namespace

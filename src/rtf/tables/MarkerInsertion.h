@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "platform/Services.h"
-#include "rtf/read/RowTrimmer.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 

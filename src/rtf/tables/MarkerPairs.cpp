@@ -4,8 +4,7 @@
 #include <optional>
 #include <unordered_map>
 
-#include "rtf/read/BraceScanner.h"
-#include "rtf/read/RtfScanner.h"
+#include "rtf/read/RtfReader.h"
 #include "rtf/tables/TableMarkers.h"
 #include "text/Compare.h"
 
@@ -27,7 +26,7 @@ std::optional<Marker> markerAt(std::u16string_view text, std::size_t index) {
     const bool isStart = standsAt(text, index, startTableMarker);
     if (!isStart && !standsAt(text, index, endTableMarker)) return std::nullopt;
     const std::size_t brace = index + (isStart ? startTableMarker : endTableMarker).size();
-    if (!standsAt(text, brace, u"{") || isEscaped(text, index)) return std::nullopt;
+    if (!standsAt(text, brace, u"{")) return std::nullopt;
     const std::u16string_view behind = text.substr(brace + 1, longestIdentity + 1);
     const std::size_t length = behind.find_first_of(u"{}");
     if (length == nowhere || behind[length] == u'{') return std::nullopt;
@@ -38,12 +37,11 @@ std::optional<Marker> markerAt(std::u16string_view text, std::size_t index) {
 std::vector<Marker> findMarkers(std::u16string_view text, bool tolerant) {
     constexpr std::u16string_view opening = u"{\\*\\korvane\\";
     std::vector<Marker> markers;
-    BinaryData data(text);
-    for (std::size_t at = 0; (at = findText(text, opening, at, Comparison::binary)) != nowhere;) {
-        const std::size_t behindData = tolerant ? data.behind(at) : at;
-        const auto marker = behindData == at ? markerAt(text, at) : std::nullopt;
+    RtfSearch search(text, tolerant);
+    for (std::size_t at = 0; (at = search.find(opening, at)) != nowhere;) {
+        const auto marker = markerAt(text, at);
         if (marker) markers.push_back(*marker);
-        at = marker ? marker->end : std::max(behindData, at + opening.size());
+        at = marker ? marker->end : at + opening.size();
     }
     return markers;
 }

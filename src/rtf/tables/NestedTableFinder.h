@@ -5,14 +5,18 @@
 #include <string_view>
 #include <vector>
 
-#include "rtf/read/RowTrimmer.h"
-#include "rtf/tables/TableWord.h"
+#include "rtf/read/RtfReader.h"
+#include "rtf/tables/TableWords.h"
 
 namespace velmor {
 
-// Finds the nested tables that stand in an outer table, by the levels of its paragraphs. It is told
-// the table's words and braces from left to right; the rules are those of MarkNestedTables. Time is
-// linear, memory grows with the depth of nesting only.
+// Finds the nested tables in an outer table, by the levels of its paragraphs. It is told the table's words and braces
+// from left to right. Time is linear, memory grows with the depth of nesting only.
+//
+// A paragraph's level is its \itap number, or 1; one that ends a nested cell is at least of level 2, one that ends an
+// outer cell or row of level 1. A nested table has a first row "\nesttableprops", "\trowd" and "\irow0"; it begins with
+// the first of the unbroken run of paragraphs of its level or deeper, but after the table that ended before it on its
+// level, and ends after the brace of its row that has "\lastrow". Without one it is not marked.
 class NestedTableFinder {
 public:
     // Appends to `found`, inner tables before those that they lie in.
@@ -21,7 +25,9 @@ public:
     // A new range begins; tables that began before it are forgotten.
     void begin(std::size_t index);
 
-    void take(TableWord word, std::size_t index);
+    void take(Word word, std::size_t index);
+    void openBrace() noexcept { ++depth_; }
+    void closeBrace(std::size_t index);
 
     // Whether braces matter at this place; elsewhere they need not be told.
     bool needsBraces() const noexcept { return inRow_ || skipping_; }
@@ -29,28 +35,19 @@ public:
 private:
     using Level = std::uint32_t;
 
-    struct Start {
-        std::size_t index = 0;
-        std::size_t tables = 0;  // complete tables that begin there
-    };
-
     // An unbroken run of paragraphs of `level` or deeper.
     struct Run {
         Level level;
-        Start start;
-        Start table;    // where the next table of the level begins
-        bool tableSet;  // false behind a table, until the next paragraph
-        bool firstRow;  // the table's first row was seen
+        std::size_t begin;
+        std::size_t table;      // where the next table of the level begins
+        bool tableSet = true;   // false after a table, until the next paragraph
+        bool firstRow = false;  // the table's first row was seen
     };
 
-    void closeBrace(std::size_t index);
     void endParagraph(Level level, std::size_t next);
     void finishRow(std::size_t next);
     void extendRuns(Level level);
     void completeTable(Run& run, std::size_t end);
-    bool isMarked(const Start& start) const;
-    Level levelAt(std::size_t index) const;
-    std::size_t paragraphStart(std::size_t index) const;
 
     std::u16string_view text_;
     std::vector<TextRange>& found_;

@@ -6,13 +6,12 @@
 #include <vector>
 
 #include "rtf/edit/TextEdits.h"
-#include "rtf/read/BraceScanner.h"
 #include "rtf/read/ParagraphText.h"
+#include "rtf/read/RtfReader.h"
 #include "rtf/tables/ApartGroups.h"
 #include "rtf/tables/MarkerPairs.h"
-#include "rtf/tables/NestedWord.h"
 #include "rtf/tables/RowDefinition.h"
-#include "rtf/tables/TableWord.h"
+#include "rtf/tables/TableWords.h"
 
 namespace velmor {
 namespace {
@@ -117,7 +116,7 @@ private:
     void beginParagraph(std::size_t index);
     void endParagraph(bool endsInRow);
     void setUpAgain();
-    std::size_t behindBraces(std::size_t index) const;
+    std::size_t afterBraces(std::size_t index) const;
 
     std::u16string_view text_;
     bool tolerant_;
@@ -140,7 +139,7 @@ void Conversion::readUpTo(std::size_t limit) {
             at_ = std::min(limit, open_.back().end);
             if (at_ == open_.back().end) open_.pop_back();
         } else {
-            RtfScanner scanner(text_, at_, limit);
+            RtfReader scanner(text_, at_, limit);
             at_ = limit;
             while (scanner.nextWord() && !take(scanner.position(), limit)) {
             }
@@ -168,7 +167,7 @@ void Conversion::leave(const PairedMarker& marker) {
     at_ = marker.end;
     if (Open* outer = outerTable()) {
         beginParagraph(marker.end);
-        outer->setUpPlace = edits_.reserve(behindBraces(marker.end));
+        outer->setUpPlace = edits_.reserve(afterBraces(marker.end));
         outer->isBehindTable = true;
     }
 }
@@ -186,44 +185,44 @@ void Conversion::prepareForTable(std::size_t index) {
 
 // True when at_ moved on.
 bool Conversion::take(std::size_t index, std::size_t limit) {
-    if (!nestedWords::mayMatter(text_, index)) return false;
+    if (!tables::levelWords.mayHold(text_, index)) return false;
     const ControlWord word = readWord(text_, index);
-    switch (nestedWords::classify(word.letters)) {
-        case NestedWord::cell:
-        case NestedWord::nestedCell:
+    const WordMeaning meaning = meaningOf(word.letters);
+    switch (meaning.word) {
+        case Word::cell:
+        case Word::nestcell:
             takeCell(word);
             break;
-        case NestedWord::row:
+        case Word::row:
+        case Word::nestrow:
             takeRow(word);
             break;
-        case NestedWord::definition:
+        case Word::trowd:
             return takeDefinition(index, limit);
-        case NestedWord::inTable:
+        case Word::intbl:
             takeInTable(word);
             break;
-        case NestedWord::level:
+        case Word::itap:
             takeLevel(word);
             break;
-        case NestedWord::sectionEnd:
+        case Word::sect:
             if (!open_.back().inRow) break;
             edits_.replace(word.begin, word.end, paragraphEnd);
             [[fallthrough]];
-        case NestedWord::paragraphEnd:
+        case Word::par:
             endParagraph(false);
             paragraphPlaces_.push_back(edits_.reserve(word.end));
             beginParagraph(word.end);
             break;
-        case NestedWord::paragraphDefaults:
+        case Word::pard:
             takeParagraphDefaults(word);
             break;
-        case NestedWord::apartText:
-            return takeApartText(word);
-        case NestedWord::binary:
+        case Word::bin:
             if (!tolerant_) break;
             at_ = skipEscape(text_, index);
             return true;
-        case NestedWord::other:
-            break;
+        default:
+            return meaning.is(WordTrait::apartGroup) && takeApartText(word);
     }
     return false;
 }
@@ -317,7 +316,7 @@ void Conversion::takeRow(const ControlWord& word) {
     table.rowBegin = end;
     table.cells = table.nestedCells = 0;
     beginParagraph(end);
-    if (table.isNested()) table.startPlace = table.setUpPlace = edits_.reserve(behindBraces(end));
+    if (table.isNested()) table.startPlace = table.setUpPlace = edits_.reserve(afterBraces(end));
 }
 
 // The definition that holds for the row. Those that stand in the row leave it.
@@ -358,7 +357,7 @@ void Conversion::insertDefinition(std::size_t index, const RowDefinition* defini
     if (definition != nullptr && mayRepeat(definition->range)) {
         edits_.insertPart(index, text_, definition->range);
         columns = definition->columns;
-        if (columns != 0) right = nestedWords::numberOf(readWord(text_, definition->lastColumn).number);
+        if (columns != 0) right = static_cast<std::size_t>(numberOf(readWord(text_, definition->lastColumn).number));
     } else {
         edits_.insert(index, u"\\trowd");
     }
@@ -382,16 +381,11 @@ bool Conversion::mayRepeat(TextRange definition) {
 
 // ---- Paragraphs
 
-// Braces end groups that began in front of the place, and with them whatever is set up in these.
-std::size_t Conversion::behindBraces(std::size_t index) const {
-    for (std::size_t at = index; at < text_.size(); ++at) {
-        if (text_[at] == u'}') {
-            index = at + 1;
-        } else if (text_[at] != u'\r' && text_[at] != u'\n') {
-            break;
-        }
-    }
-    return index;
+// Braces end groups that began before the place, and with them whatever is set up in these.
+std::size_t Conversion::afterBraces(std::size_t index) const {
+    std::size_t end = skipClosingBraces(text_, index);
+    while (end > index && text_[end - 1] != u'}') --end;
+    return end;
 }
 
 void Conversion::beginParagraph(std::size_t index) {

@@ -2,8 +2,7 @@
 
 #include <cstring>
 
-#include "rtf/read/ControlWord.h"
-#include "rtf/read/RtfScanner.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 namespace {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "rtf/edit/TextEdits.h"
-#include "rtf/read/RtfScanner.h"
+#include "rtf/read/RtfReader.h"
 #include "rtf/tables/TableMarkers.h"
 #include "text/Compare.h"
 
@@ -68,7 +68,7 @@ void Module1::ProtectTableRows(std::u16string& psText, const CleanOptions& optio
     TextEdits edits;
     if (options.tolerant && findText(psText, startTableMarker, 0, Comparison::binary) != nowhere) {
         RowReader reader(psText, edits);
-        RtfScanner scanner(psText, 0, psText.size());
+        RtfReader scanner(psText, 0, psText.size());
         while (scanner.next()) reader.take(scanner.position());
     } else {
         protectRows(psText, edits);

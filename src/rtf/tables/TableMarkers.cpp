@@ -1,13 +1,15 @@
 #include "rtf/tables/TableMarkers.h"
 
 #include <algorithm>
-#include <limits>
+#include <iterator>
+#include <utility>
 
 #include "rtf/read/Module1.h"
-#include "rtf/read/RowTrimmer.h"
+#include "rtf/read/RtfReader.h"
 #include "rtf/tables/MarkerInsertion.h"
 #include "rtf/tables/NestedTableFinder.h"
-#include "rtf/tables/TableWord.h"
+#include "rtf/tables/RowTrimmer.h"
+#include "rtf/tables/TableWords.h"
 #include "text/Compare.h"
 
 namespace velmor {
@@ -16,11 +18,9 @@ namespace {
 constexpr std::size_t nowhere = std::u16string_view::npos;
 
 std::size_t findFirstRow(std::u16string_view text, std::size_t from) {
-    for (;; from += 6) {
-        from = findText(text, u"\\trowd", from, Comparison::binary);
-        if (from == nowhere) return nowhere;
-        if (!isEscaped(text, from) && tables::firstRowStandsAt(text, from)) return from;
-    }
+    RtfSearch search(text);
+    while ((from = search.find(u"\\trowd", from)) != nowhere && !tables::firstRowStandsAt(text, from)) ++from;
+    return from;
 }
 
 std::size_t lastWord(std::u16string_view text, std::u16string_view word) {
@@ -46,13 +46,43 @@ std::size_t findTableStart(std::u16string_view text, std::size_t previousEnd, st
     return previousEnd + start;
 }
 
+const WordSet tableWords({}, {Word::cell, Word::itap, Word::korvane, Word::lastrow, Word::nestcell,
+                              Word::nesttableprops, Word::nonesttables, Word::par, Word::pard, Word::row, Word::trowd});
+
+// By the plain rules a word that begins like one of these, and is no other, is that one.
+constexpr std::pair<std::u16string_view, Word> beginnings[] = {
+    {u"cell", Word::cell}, {u"korvane", Word::korvane}, {u"lastrow", Word::lastrow},
+    {u"row", Word::row},   {u"trowd", Word::trowd},
+};
+
+Word tableWord(std::u16string_view letters) noexcept {
+    const WordMeaning meaning = meaningOf(letters);
+    if (tableWords.holds(meaning)) return meaning.word;
+    if (letters.starts_with(u"cellx")) return Word::other;
+    const auto found = std::find_if(std::begin(beginnings), std::end(beginnings),
+                                    [&](const auto& beginning) { return letters.starts_with(beginning.first); });
+    return found == std::end(beginnings) ? Word::other : found->second;
+}
+
+// Moves to the next word that matters, or brace, if braces are asked for; false when none is left.
+bool next(RtfReader& reader, bool braces, Word& word) noexcept {
+    while (braces ? reader.next() : reader.nextWord()) {
+        word = Word::other;
+        if (reader.opens() || reader.closes()) return true;
+        if (!tableWords.mayHold(reader.text(), reader.position())) continue;
+        word = tableWord(reader.word().letters);
+        if (word != Word::other) return true;
+    }
+    return false;
+}
+
 // Tells a trimmer what stands in its rows, apart from their ends. Definitions of nested rows are not theirs.
-void takeRowWord(std::u16string_view text, TableWord word, std::size_t index, RowTrimmer& rows) {
-    if (word == TableWord::cell) {
+void takeRowWord(std::u16string_view text, Word word, std::size_t index, RowTrimmer& rows) {
+    if (word == Word::cell) {
         rows.cell(index);
-    } else if (word == TableWord::marker) {
+    } else if (word == Word::korvane && index >= 3 && standsAt(text, index - 3, u"{\\*")) {
         rows.marker(index);
-    } else if (word == TableWord::definition && !tables::isNestedDefinition(text, index)) {
+    } else if (word == Word::trowd && !tables::isNestedDefinition(text, index)) {
         rows.definition();
     }
 }
@@ -90,20 +120,25 @@ std::size_t TableReader::read(std::size_t start) {
     lastRowSeen_ = false;
     rows_ = {};
     nested_.begin(start);
-    RtfScanner scanner(text_, start, text_.size());
-    TableWord word;
-    while ((word = tables::next(scanner, nested_.needsBraces())) != TableWord::other) {
-        const std::size_t index = scanner.position();
+    RtfReader reader(text_, start, text_.size());
+    for (Word word; next(reader, nested_.needsBraces(), word);) {
+        const std::size_t index = reader.position();
         // The marker parts a definition that begins the table from what stands before it.
-        if (index == start && word == TableWord::definition) rows_.definition();
+        if (index == start && word == Word::trowd) rows_.definition();
         takeRowWord(text_, word, index, rows_);
-        if (word == TableWord::lastRow) {
+        if (word == Word::lastrow) {
             lastRowSeen_ = true;
             ++lastRows_;
-        } else if (word == TableWord::row && takeRow(start, index)) {
+        } else if (word == Word::row && takeRow(start, index)) {
             return changes_.tables.back().end;
         }
-        nested_.take(word, index);
+        if (reader.opens()) {
+            nested_.openBrace();
+        } else if (reader.closes()) {
+            nested_.closeBrace(index);
+        } else {
+            nested_.take(word, index);
+        }
     }
     changes_.cuts.resize(cuts);
     changes_.tables.resize(known_);
@@ -191,37 +226,17 @@ void RemoveExtraTrowd(std::u16string& value, std::int32_t& plTableStart, std::in
     const TextRange table = rangeWithin(value, plTableStart, plTableEnd);
     MovingLeft moving(value);
     RowTrimmer rows;
-    RtfScanner scanner(value, table.begin, table.end);
-    TableWord word;
-    while ((word = tables::next(scanner, false)) != TableWord::other) {
-        const std::size_t index = scanner.position();
-        if (word != TableWord::row) {
-            // A cell that begins with the range lies in front of the table.
-            if (word != TableWord::cell || index > table.begin) takeRowWord(value, word, index, rows);
+    RtfReader reader(value, table.begin, table.end);
+    for (Word word; next(reader, false, word);) {
+        const std::size_t index = reader.position();
+        if (word != Word::row) {
+            // A cell that begins with the range precedes the table.
+            if (word != Word::cell || index > table.begin) takeRowWord(value, word, index, rows);
         } else if (const auto cut = rows.row(index)) {
             moving.cut(*cut);
         }
     }
     plTableEnd -= static_cast<std::int32_t>(moving.finish());
-}
-
-std::int32_t MarkNestedTables(std::u16string& value, std::int32_t plTableStart, std::int32_t& plTableEnd,
-                              platform::Guids& guids) {
-    const TextRange table = rangeWithin(value, plTableStart, plTableEnd);
-    MarkerInsertion changes;
-    NestedTableFinder nested(value, changes.tables);
-    nested.begin(table.begin);
-    RtfScanner scanner(value, table.begin, table.end);
-    TableWord word;
-    while ((word = tables::next(scanner, nested.needsBraces())) != TableWord::other) {
-        nested.take(word, scanner.position());
-    }
-    if (changes.empty()) return 0;
-    const std::size_t length = value.size();
-    value = changes.apply(value, guids, false);
-    const std::int64_t end = plTableEnd + static_cast<std::int64_t>(value.size() - length);
-    plTableEnd = static_cast<std::int32_t>(std::min<std::int64_t>(end, std::numeric_limits<std::int32_t>::max()));
-    return static_cast<std::int32_t>(changes.tables.size());
 }
 
 }  // namespace velmor

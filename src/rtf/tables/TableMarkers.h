@@ -34,16 +34,4 @@ bool addTableMarkers(std::u16string& value, platform::Guids& guids);
 // is cut to it. One pass, no memory.
 void RemoveExtraTrowd(std::u16string& value, std::int32_t& plTableStart, std::int32_t& plTableEnd);
 
-// Brackets the nested tables that lie in the range of an outer table, from plTableStart up to the
-// "\row" at plTableEnd, and returns how many; plTableEnd moves right with what was inserted.
-//
-// A paragraph's level is its \itap number, or 1; one that ends a nested cell is at least of level 2,
-// one that ends an outer cell or row of level 1. A nested table has a first row "\nesttableprops",
-// "\trowd" and "\irow0"; it begins with the first of the unbroken run of paragraphs of its level or
-// deeper, but behind the table that ended before it on its level, and ends behind the brace of its
-// row that has "\lastrow". Without one it is not marked, and neither is a table in front of which
-// a start marker already stands.
-std::int32_t MarkNestedTables(std::u16string& value, std::int32_t plTableStart, std::int32_t& plTableEnd,
-                              platform::Guids& guids);
-
 }  // namespace velmor

@@ -4,13 +4,9 @@
 #include <cstddef>
 #include <optional>
 
-namespace velmor {
+#include "rtf/read/RtfReader.h"
 
-// A run of a text, from its first index up to the one behind it.
-struct TextRange {
-    std::size_t begin = 0;
-    std::size_t end = 0;
-};
+namespace velmor {
 
 // Told the cells, definitions and ends of a table's rows from left to right, says what stands
 // between a row's last cell and its end and can go.
