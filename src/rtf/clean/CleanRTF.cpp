@@ -17,13 +17,13 @@
 #include "rtf/pages/MergePageBreaks.h"
 #include "rtf/pages/SectionMarkers.h"
 #include "rtf/read/Module1.h"
+#include "rtf/read/RtfReader.h"
 #include "rtf/tables/LooseTables.h"
 #include "rtf/tables/NestedTables.h"
 #include "rtf/tables/RowProtection.h"
 #include "rtf/tables/TableMarkers.h"
 #include "text/Compare.h"
 #include "text/Encoding.h"
-#include "text/Escape.h"
 
 namespace velmor {
 namespace {
@@ -43,15 +43,7 @@ bool isOverrunProtectionOn(const platform::Registry& registry) {
     return !value || *value == u"1";
 }
 
-bool holdsDocument(std::u16string_view text) noexcept {
-    for (std::size_t at = 0;; ++at) {
-        at = findText(text, u"\\rtf1", at, Comparison::binary);
-        if (at == text.npos) return false;
-        if (!isEscaped(text, at)) return true;
-    }
-}
-
-// One run of the stages over one text.
+// One run over one text. The steps are those of docs/cleaning.md; a step whose groups do not occur costs nothing.
 class Run {
 public:
     Run(std::u16string& text, const CleanOptions& options, platform::Guids& guids)
@@ -69,6 +61,7 @@ public:
     }
 
 private:
+    // Steps 1 and 2, and headers and footers.
     void merge(TableCollection& tables) {
         hasDocuments_ = Module1::ExtractEmbeddedDocuments(text_, tables, options_);
         Module1::MergeDocumentTables(text_, tables, options_);
@@ -77,7 +70,7 @@ private:
         for (const TableCollection::Document& document : tables.documents()) groups_.add(document.groups);
     }
 
-    // The tables of each text, while the tables inside them are in documents of their own.
+    // Step 3: the tables of each text, while the tables inside them are in documents of their own.
     void bracketTables(TableCollection& tables) {
         if (addTableMarkers(text_, guids_)) groups_.add(Group::tableMarker);
         for (TableCollection::Document& document : tables.documents()) {
@@ -85,40 +78,44 @@ private:
         }
     }
 
+    // Steps 4 to 9.
     void finish() {
         // Section markers know joined documents by their merge markers.
         if (options_.tolerant) applySectionMarkers();
-        if (options_.mergeMode && groups_.has(Group::mergePageBreak)) {
-            const bool headers = groups_.has(Group::header) || groups_.has(Group::footer);
-            attempt([&] { Module1::ApplyMergePageBreaks(text_, options_, headers); });
-        }
+        applyMergePageBreaks();
         if (!options_.tolerant) applySectionMarkers();
-        bool hasMarkers = groups_.has(Group::tableMarker);
-        if (mayHaveLooseTables(hasMarkers)) {
-            attempt([&] { hasMarkers |= Module1::MarkLooseTables(text_, options_, guids_); });
-        }
+        markLooseTables();
         if (options_.overrunProtection) Module1::ProtectTableRows(text_, options_);
         if (groups_.has(Group::generator)) Module1::RemoveGeneratorSectionWords(text_);
         if (groups_.has(Group::background)) Module1::RemoveBackground(text_, options_);
         if (hasDocuments_ && options_.tolerant) Module1::KeepSectionWords(text_, options_);
         if (hasDocuments_) Module1::UnwrapNestedDocuments(text_, options_);
-        if (hasMarkers) Module1::ConvertNestedTables(text_, options_);
-        trimTrailingSpace();
+        if (groups_.has(Group::tableMarker)) Module1::ConvertNestedTables(text_, options_);
+        text_.resize(text_.find_last_not_of(u' ') + 1);
         if (groups_.has(Group::generator)) Module1::RemoveDuplicateGenerators(text_);
         Module1::CollapseBlankLines(text_, options_);
     }
 
+    void applyMergePageBreaks() {
+        if (!options_.mergeMode || !groups_.has(Group::mergePageBreak)) return;
+        const bool headers = groups_.has(Group::header) || groups_.has(Group::footer);
+        attempt([&] { Module1::ApplyMergePageBreaks(text_, options_, headers); });
+    }
+
     void applySectionMarkers() {
-        if (!groups_.has(Group::section)) return;
-        attempt([&] { Module1::ApplySectionMarkers(text_, options_); });
+        if (groups_.has(Group::section)) attempt([&] { Module1::ApplySectionMarkers(text_, options_); });
     }
 
-    bool mayHaveLooseTables(bool hasMarkers) const {
-        if (hasDocuments_) return hasMarkers || options_.tolerant;
-        return hasMarkers && findText(text_, u"\\nestrow", 0, Comparison::binary) != text_.npos;
+    void markLooseTables() {
+        const bool hasMarkers = groups_.has(Group::tableMarker);
+        const bool mayHaveSome = hasDocuments_ ? hasMarkers || options_.tolerant
+                                               : hasMarkers && findText(text_, u"\\nestrow", 0, Comparison::binary) !=
+                                                                   text_.npos;
+        if (!mayHaveSome) return;
+        attempt([&] {
+            if (Module1::MarkLooseTables(text_, options_, guids_)) groups_.add(Group::tableMarker);
+        });
     }
-
-    void trimTrailingSpace() { text_.resize(text_.find_last_not_of(u' ') + 1); }
 
     std::u16string& text_;
     CleanOptions options_;
@@ -130,7 +127,8 @@ private:
 }  // namespace
 
 bool Module1::isCleanable(std::u16string_view psText) noexcept {
-    return holdsDocument(psText) && findText(psText, u"<KV:", 0, Comparison::text) == psText.npos;
+    const bool holdsDocument = RtfSearch(psText).find(u"\\rtf1", 0) != psText.npos;
+    return holdsDocument && findText(psText, u"<KV:", 0, Comparison::text) == psText.npos;
 }
 
 void Module1::CleanRTFText(std::u16string& psText, CleanOptions options, CleanHost& host) noexcept {

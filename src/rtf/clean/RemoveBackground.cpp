@@ -13,18 +13,13 @@ namespace {
 constexpr std::u16string_view opening = u"{\\*\\background";
 constexpr std::size_t nowhere = std::u16string_view::npos;
 
-std::size_t findOpening(std::u16string_view text, std::size_t from) noexcept {
-    while ((from = findText(text, opening, from, Comparison::text)) != nowhere && isEscaped(text, from)) ++from;
-    return from;
-}
-
 // Moves the text left over what is removed: [0, done_) is finished, [next_, end) still to come.
 class Removal {
 public:
     Removal(std::u16string& text, bool tolerant) : text_(text), tolerant_(tolerant) {}
 
     void run() {
-        for (std::size_t at = 0; !stopped_ && (at = findOpening(text_, next_)) != nowhere;) {
+        for (std::size_t at = 0; !stopped_ && (at = RtfSearch(text_).find(opening, next_, Comparison::text)) != nowhere;) {
             const std::size_t end = findGroupEnd(text_, at + opening.size(), tolerant_);
             if (end == noGroupEnd) break;
             keep(at);

@@ -3,8 +3,7 @@
 #include <string_view>
 
 #include "rtf/edit/TextEdits.h"
-#include "text/Compare.h"
-#include "text/Escape.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 
@@ -13,11 +12,8 @@ void Module1::RemoveDuplicateGenerators(std::u16string& psText) {
     const std::u16string_view text = psText;
     TextEdits edits;
     std::u16string_view kept;
-    for (std::size_t at = 0; (at = findText(text, opening, at, Comparison::binary)) != text.npos;) {
-        if (isEscaped(text, at)) {
-            ++at;
-            continue;
-        }
+    RtfSearch search(text);
+    for (std::size_t at = 0; (at = search.find(opening, at)) != text.npos;) {
         const std::size_t end = text.find(u'}', at + opening.size());
         if (end == text.npos) break;
         const std::u16string_view group = text.substr(at, end + 1 - at);

@@ -10,14 +10,12 @@
 namespace velmor {
 
 std::size_t findHostDocument(std::u16string_view text) noexcept {
-    std::size_t at = 0;
-    while ((at = findText(text, u"{\\rtf", at, Comparison::text)) != noDocument && isEscaped(text, at)) ++at;
-    return at;
+    return RtfSearch(text).find(u"{\\rtf", 0, Comparison::text);
 }
 
 std::size_t hostHeaderStart(std::u16string_view text, std::size_t host) noexcept {
     std::size_t at = host + 5;
-    while (at < text.size() && text[at] >= u'0' && text[at] <= u'9') ++at;
+    while (at < text.size() && isDecimalDigit(text[at])) ++at;
     return at;
 }
 
@@ -48,7 +46,7 @@ public:
     DocumentFinder(std::u16string_view text, std::size_t hostAt, bool tolerant)
         : text_(text), hostAt_(hostAt), tolerant_(tolerant) {}
 
-    void run() { tolerant_ ? walkTolerant() : walkPlain(); }
+    void run();
 
     const std::vector<Found>& found() const noexcept { return found_; }
     GroupSet hostGroups() const noexcept { return hostGroups_; }
@@ -63,9 +61,6 @@ private:
         std::int64_t depth;
     };
 
-    void walkPlain();
-    void walkTolerant();
-    std::size_t openBrace(std::size_t index, bool counts);
     void closeBrace(std::size_t index);
     std::size_t openDocument(std::size_t index);
     GroupSet& groups() noexcept { return open_.empty() ? hostGroups_ : found_[open_.back().document].groups; }
@@ -80,41 +75,23 @@ private:
     bool sawDocument_ = false;
 };
 
-void DocumentFinder::walkPlain() {
-    for (std::size_t at = 0; (at = findBrace(text_, at)) < text_.size();) {
-        const bool counts = at == 0 || text_[at - 1] != u'\\';
-        if (text_[at] == u'{') {
-            at = openBrace(at, counts);
+void DocumentFinder::run() {
+    RtfReader reader(text_, 0, text_.size(), tolerant_);
+    while (reader.nextAnyBrace()) {
+        const std::size_t index = reader.position();
+        if (reader.closes()) {
+            if (reader.counts()) closeBrace(index);
+        } else if (index > hostAt_ && documentStandsAt(text_, index)) {
+            reader.goOnAt(openDocument(index));
         } else {
-            if (counts) closeBrace(at);
-            ++at;
-        }
-    }
-}
-
-void DocumentFinder::walkTolerant() {
-    for (std::size_t at = 0; at < text_.size();) {
-        const char16_t unit = text_[at];
-        if (unit == u'\\') {
-            at = skipEscape(text_, at);
-        } else if (unit == u'{') {
-            at = openBrace(at, true);
-        } else {
-            if (unit == u'}') closeBrace(at);
-            ++at;
+            // What is escaped is noted, too: the set may hold more than there is, never less.
+            groups().note(text_, index);
+            depth_ += reader.counts();
         }
     }
 }
 
 // Returns where to go on.
-std::size_t DocumentFinder::openBrace(std::size_t index, bool counts) {
-    if (index > hostAt_ && documentStandsAt(text_, index)) return openDocument(index);
-    // What is escaped counts, too: the set may hold more than there is, never less.
-    groups().note(text_, index);
-    depth_ += counts;
-    return index + 1;
-}
-
 std::size_t DocumentFinder::openDocument(std::size_t index) {
     const auto parent = open_.empty() ? host : open_.back().document;
     const auto begin = static_cast<std::uint32_t>(index);

@@ -11,10 +11,6 @@ namespace {
 
 using Traits = std::char_traits<char16_t>;
 
-bool isDigit(char16_t unit) noexcept {
-    return unit >= u'0' && unit <= u'9';
-}
-
 // Where a changed text is written: in front of what is still to be read, in the same text.
 class InPlace {
 public:
@@ -42,18 +38,35 @@ private:
 }  // namespace
 
 bool wordTakesIn(std::u16string_view text, char16_t next) noexcept {
-    if (!isLetter(next) && !isDigit(next) && next != u'-' && next != u' ') return false;
+    if (!isLetter(next) && !isDecimalDigit(next) && next != u'-' && next != u' ') return false;
     // No word is longer; looking further back would be the square of a text of letters.
     constexpr std::size_t longestWord = 256;
     const std::size_t first = text.size() - std::min(text.size(), longestWord);
     std::size_t at = text.size();
-    while (at > first && isDigit(text[at - 1])) --at;
+    while (at > first && isDecimalDigit(text[at - 1])) --at;
     if (at > first && text[at - 1] == u'-') --at;
     const bool hasNumber = at != text.size();
     std::size_t letters = at;
     while (letters > first && isLetter(text[letters - 1])) --letters;
     const bool isWord = letters != at && letters > first && text[letters - 1] == u'\\' && !isEscaped(text, letters - 1);
-    return isWord && (next == u' ' || isDigit(next) || !hasNumber);
+    return isWord && (next == u' ' || isDecimalDigit(next) || !hasNumber);
+}
+
+void TextEdits::order() {
+    const auto comesFirst = [](const Edit& left, const Edit& right) {
+        if (left.begin != right.begin) return left.begin < right.begin;
+        const bool inserts = left.begin == left.end;
+        return inserts ? right.begin != right.end : right.begin != right.end && left.end > right.end;
+    };
+    if (!std::is_sorted(edits_.begin(), edits_.end(), comesFirst)) {
+        std::stable_sort(edits_.begin(), edits_.end(), comesFirst);
+    }
+    std::uint32_t end = 0;
+    std::erase_if(edits_, [&](const Edit& edit) {
+        const bool isLost = edit.begin < end;
+        if (!isLost) end = edit.end;
+        return isLost;
+    });
 }
 
 // A blank between words counts for every cut.
@@ -90,6 +103,7 @@ void TextEdits::write(std::u16string_view from, Target& target) const {
 
 void TextEdits::apply(std::u16string& text) {
     if (edits_.empty()) return;
+    order();
     const Growth growth = this->growth(text.size());
     const std::size_t length = text.size();
     if (growth.length > privStrCat::maximumLength) throw std::length_error("TextEdits");

@@ -12,12 +12,15 @@
 namespace velmor {
 
 // Collects changes of a text by its places as it is (0-based), then makes them all in one pass: in
-// place as far as the text's capacity goes, else into a new text of the right size. Changes are added
-// in ascending order and do not overlap.
+// place as far as the text's capacity goes, else into a new text of the right size. Changes are added in any order;
+// ascending ones cost least. At one place what is inserted comes first, in the order of adding. A change that begins
+// in what another one replaces is lost in it.
 class TextEdits {
 public:
     bool empty() const noexcept { return edits_.empty(); }
     std::size_t size() const noexcept { return edits_.size(); }
+    // Forgets those that were added since there were so many.
+    void truncate(std::size_t size) { edits_.erase(edits_.begin() + static_cast<std::ptrdiff_t>(size), edits_.end()); }
 
     // Takes [begin, end) out. Words stay apart: where the control word in front would take in what
     // follows, one blank is left.
@@ -27,14 +30,10 @@ public:
     // `text` must outlive apply() and be no part of the text that changes.
     void replace(std::size_t begin, std::size_t end, std::u16string_view text) { add({begin, end, text, Seam::plain}); }
     void insert(std::size_t at, std::u16string_view text) { replace(at, at, text); }
-    void replaceVal(std::size_t begin, std::size_t end, std::u16string text) {
-        const std::u16string& kept = kept_.emplace_back(std::move(text));
-        replace(begin, end, kept);
-    }
+    void replaceVal(std::size_t begin, std::size_t end, std::u16string text) { replace(begin, end, keep(std::move(text))); }
     // As replaceVal, and the last word of `text` stays apart from what follows.
     void replaceApartVal(std::size_t begin, std::size_t end, std::u16string text) {
-        const std::u16string& kept = kept_.emplace_back(std::move(text));
-        add({begin, end, kept, Seam::apart});
+        add({begin, end, keep(std::move(text)), Seam::apart});
     }
     // Inserts a copy of a part of the text that changes, as it is before all changes.
     void insertPart(std::size_t at, std::u16string_view text, TextRange part) {
@@ -50,10 +49,15 @@ public:
     }
     void fill(std::size_t place, std::u16string_view text) { edits_[place].put(text, Seam::plain); }
     void fillApart(std::size_t place, std::u16string_view text) { edits_[place].put(text, Seam::apart); }
-    void fillApartVal(std::size_t place, std::u16string text) { fillApart(place, kept_.emplace_back(std::move(text))); }
+    void fillApartVal(std::size_t place, std::u16string text) { fillApart(place, keep(std::move(text))); }
     void fillCut(std::size_t place, std::size_t end) {
         edits_[place].put({}, Seam::apart);
         edits_[place].end = static_cast<std::uint32_t>(end);
+    }
+
+    // A place becomes a replacement of another range.
+    void refillVal(std::size_t place, std::size_t begin, std::size_t end, std::u16string text) {
+        edits_[place] = {begin, end, keep(std::move(text)), Seam::plain};
     }
 
     // The edits are used up. Raises std::length_error when the text would grow beyond the limit of a
@@ -87,6 +91,8 @@ private:
     };
 
     void add(Edit edit) { edits_.push_back(edit); }
+    std::u16string_view keep(std::u16string text) { return kept_.emplace_back(std::move(text)); }
+    void order();
     struct Growth {
         std::size_t length = 0;  // of the changed text, at most
         std::size_t lead = 0;    // how far writing may come to be ahead of reading

@@ -1,7 +1,6 @@
 #include "rtf/merge/DocumentUnwrapper.h"
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 #include "rtf/edit/EmbeddedDocuments.h"
@@ -14,15 +13,6 @@
 namespace velmor {
 namespace {
 
-constexpr std::size_t noChange = std::u16string_view::npos;
-
-bool endsParagraph(std::u16string_view letters) noexcept {
-    for (const std::u16string_view word : {u"par", u"cell", u"row", u"sect", u"nestcell", u"nestrow"}) {
-        if (letters == word) return true;
-    }
-    return false;
-}
-
 // A page break alone is no text: the table goes to the new page.
 bool showsMoreThanPages(std::u16string_view text) noexcept {
     std::size_t at = firstShown(text);
@@ -33,11 +23,11 @@ bool showsMoreThanPages(std::u16string_view text) noexcept {
 // Whether the words that set up a paragraph, from the index on, put it into a table or say that it is in none.
 bool saysTable(std::u16string_view text, std::size_t at) noexcept {
     constexpr int fewWords = 40;
-    for (int i = 0; i < fewWords && standsAt(text, at = skipWhiteSpace(text, at), u"\\"); ++i) {
-        const ControlWord word = readWord(text, at);
-        if (word.letters == u"intbl" || word.letters == u"itap") return true;
-        if (word.letters.empty() || word.letters == u"pard" || endsParagraph(word.letters)) return false;
-        at = word.end;
+    WordRun run(text, at);
+    for (int i = 0; i < fewWords && run.next(); ++i) {
+        const WordMeaning meaning = meaningOf(run.word().letters);
+        if (meaning.word == Word::intbl || meaning.word == Word::itap) return true;
+        if (meaning.word == Word::pard || meaning.is(WordTrait::endsParagraph)) return false;
     }
     return false;
 }
@@ -65,20 +55,9 @@ DocumentUnwrapper::DocumentUnwrapper(std::u16string_view text, std::size_t host)
     }
 }
 
-TextEdits DocumentUnwrapper::edits() {
-    if (!documents_.empty()) {
-        const std::uint32_t firstOpen = documents_.front().number;
-        std::erase_if(changes_, [&](const Change& change) { return change.document >= firstOpen; });
-    }
-    TextEdits edits;
-    for (Change& change : changes_) {
-        if (change.text.empty()) {
-            edits.cut(change.begin, change.end);
-        } else {
-            edits.replaceVal(change.begin, change.end, std::move(change.text));
-        }
-    }
-    return edits;
+TextEdits DocumentUnwrapper::edits() && {
+    if (!documents_.empty()) edits_.truncate(documents_.front().edits);
+    return std::move(edits_);
 }
 
 // Returns where to go on.
@@ -114,7 +93,7 @@ void DocumentUnwrapper::takeHex(std::size_t index) {
     const char16_t meaning = page->meaning(byte);
     if (hostPage_ != nullptr && hostPage_->meaning(byte) == meaning) return;
     if (fontHasOwnCharset(groups_.back().font)) return;
-    changes_.push_back({index, index + 4, documents_.back().number, unicodeWord(meaning, groups_.back().fallback)});
+    edits_.replaceVal(index, index + 4, unicodeWord(meaning, groups_.back().fallback));
 }
 
 void DocumentUnwrapper::takeWord(const ControlWord& word) {
@@ -140,25 +119,26 @@ void DocumentUnwrapper::takeWord(const ControlWord& word) {
 void DocumentUnwrapper::takeHeaderWord(const ControlWord& word) {
     if (!wordIs(WordTrait::documentWord, word.letters)) return;
     if (const std::int32_t page = codePageNamedBy(word)) documents_.back().page = findCodePage(page);
-    changes_.push_back({word.begin, endWithBlank(text_, word), documents_.back().number, {}});
+    edits_.cut(word.begin, endWithBlank(text_, word));
 }
 
 // ---- Paragraphs
 
 void DocumentUnwrapper::takeParagraphWord(const ControlWord& word) {
     Group& group = groups_.back();
-    if (endsParagraph(word.letters)) {
-        beginDocuments(word, word.letters != u"par" && word.letters != u"sect");
+    const WordMeaning meaning = meaningOf(word.letters);
+    if (meaning.is(WordTrait::endsParagraph)) {
+        beginDocuments(word, meaning.word != Word::par && meaning.word != Word::sect);
         group.paragraph = word.end;
-        if (word.letters == u"row") group.inRow = false;
-    } else if (word.letters == u"trowd") {
+        if (meaning.word == Word::row) group.inRow = false;
+    } else if (meaning.word == Word::trowd) {
         beginDocuments(word, true);
         group.inRow = true;
-    } else if (word.letters == u"intbl") {
+    } else if (meaning.word == Word::intbl) {
         group.level = std::max(group.level, 1);
-    } else if (word.letters == u"itap") {
+    } else if (meaning.word == Word::itap) {
         group.level = word.number.empty() ? 1 : numberOf(word.number);
-    } else if (word.letters == u"pard") {
+    } else if (meaning.word == Word::pard) {
         group.level = 0;
         keepInTable(word);
     }
@@ -185,7 +165,7 @@ void DocumentUnwrapper::keepInTable(const ControlWord& word) {
     groups_.back().level = level;
     std::u16string words = u"\\intbl";
     if (level > 1) words += u"\\itap" + decimal(level);
-    changes_.push_back({word.end, word.end, documents_.back().number, std::move(words)});
+    edits_.replaceVal(word.end, word.end, std::move(words));
 }
 
 // ---- Groups
@@ -197,21 +177,18 @@ std::size_t DocumentUnwrapper::openGroup(std::size_t index) {
         openDocument(index);
         return index + 1;
     }
-    const std::size_t star = skipWhiteSpace(text_, index + 1);
-    const bool starred = standsAt(text_, star, u"\\*");
-    const std::size_t first = starred ? skipWhiteSpace(text_, star + 2) : star;
-    const std::u16string_view letters =
-        standsAt(text_, first, u"\\") ? readWord(text_, first).letters : std::u16string_view();
+    const GroupOpening opening = readOpening(text_, index);
+    const WordMeaning meaning = meaningOf(opening.letters);
     if (!documents_.empty() && documents_.back().depth + 1 == groups_.size() &&
-        wordIs(WordTrait::documentGroup, letters)) {
+        meaning.is(WordTrait::documentGroup)) {
         const std::size_t end = findGroupEnd(text_, index + 1, true);
         if (end != noGroupEnd) {
-            changes_.push_back({index, end + 1, documents_.back().number, {}});
+            edits_.cut(index, end + 1);
             return end + 1;
         }
     }
     groups_.push_back(groups_.back());
-    if (starred || wordIs(WordTrait::hiddenGroup, letters) || wordIs(WordTrait::shownGroup, letters)) {
+    if (opening.ignorable || meaning.is(WordTrait::hiddenGroup) || meaning.is(WordTrait::shownGroup)) {
         groups_.back().story = ++storyCount_;
         groups_.back().paragraph = index + 1;
     }
@@ -225,22 +202,24 @@ void DocumentUnwrapper::openDocument(std::size_t index) {
     group.fallback = Group{}.fallback;
     // The brace stays, and so does its partner: what the document sets ends there.
     const ControlWord word = readWord(text_, index + 1);
-    const bool named = word.letters.size() == 3;
     Document& document = documents_.emplace_back();
-    document.number = documentCount_;
     document.depth = groups_.size() - 1;
     document.page = findCodePage(windowsLatin);
     document.begin = index;
-    document.opening = named ? changes_.size() : noChange;
+    document.edits = edits_.size();
     document.story = around.story;
     document.paragraph = around.paragraph;
     document.level = around.inRow ? std::max(around.level, 1) : around.level;
-    if (named) {
-        // What stands for a \u is counted anew: the document may rely on it.
-        const std::u16string_view counted = around.fallback == Group{}.fallback ? u"" : u"\\uc1";
-        changes_.push_back({word.begin, endWithBlank(text_, word), documentCount_, std::u16string(counted)});
+    if (word.letters.size() != 3) return;
+    // What stands for a \u is counted anew: the document may rely on it.
+    const std::u16string_view counted = around.fallback == Group{}.fallback ? u"" : u"\\uc1";
+    document.opening = {word.begin, endWithBlank(text_, word)};
+    document.counted = counted;
+    if (counted.empty()) {
+        edits_.cut(document.opening.begin, document.opening.end);
+    } else {
+        edits_.replace(document.opening.begin, document.opening.end, counted);
     }
-    ++documentCount_;
 }
 
 void DocumentUnwrapper::closeGroup() {
@@ -260,10 +239,8 @@ void DocumentUnwrapper::closeGroup() {
 
 void DocumentUnwrapper::closeDocument() {
     const Document& document = documents_.back();
-    if (document.opening == noChange || !document.endsParagraph) return;
-    Change& opening = changes_[document.opening];
-    opening.begin = document.begin;
-    opening.text.insert(0, u"\\par{");
+    if (document.opening.end == 0 || !document.endsParagraph) return;
+    edits_.refillVal(document.edits, document.begin, document.opening.end, u"\\par{" + document.counted);
 }
 
 // Readers decode a font's text by its character set, whatever the document's is.

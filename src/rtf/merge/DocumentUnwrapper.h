@@ -18,22 +18,16 @@ public:
     // `host` is where the host begins.
     DocumentUnwrapper(std::u16string_view text, std::size_t host);
 
-    TextEdits edits();
+    TextEdits edits() &&;
 
 private:
-    struct Change {
-        std::size_t begin;
-        std::size_t end;
-        std::uint32_t document;
-        std::u16string text;
-    };
-
     struct Document {
-        std::uint32_t number = 0;
         std::size_t depth = 0;  // of the groups outside
         const CodePage* page = nullptr;
         std::size_t begin = 0;
-        std::size_t opening = 0;    // among the changes
+        std::size_t edits = 0;      // before its own
+        TextRange opening;          // its word, when it loses that
+        std::u16string counted;     // what takes the word's place
         std::uint32_t story = 0;    // of the paragraph in which it lies
         std::size_t paragraph = 0;  // where that begins
         std::int32_t level = 0;     // and its level
@@ -69,10 +63,9 @@ private:
     std::size_t host_;
     const CodePage* hostPage_;
     std::int32_t hostFont_ = 0;  // its default
-    std::vector<Change> changes_;
+    TextEdits edits_;
     std::vector<Document> documents_;  // the open ones
     std::vector<Group> groups_{Group{}};
-    std::uint32_t documentCount_ = 0;
     std::uint32_t storyCount_ = 0;
     std::int32_t skipped_ = 0;  // units still to come that stand for a \u
     bool charsetsRead_ = false;

@@ -1,7 +1,6 @@
 #include "rtf/merge/ListTables.h"
 
 #include <algorithm>
-#include <iterator>
 #include <vector>
 
 #include "rtf/read/RtfReader.h"
@@ -30,7 +29,6 @@ std::u16string_view numberOfWord(std::u16string_view entry, std::u16string_view 
 
 // Blanks between the groups of an entry are text to some readers, who show it in front of the host's.
 std::u16string withoutBlanks(std::u16string_view entry) {
-    constexpr std::u16string_view holders[] = {u"list", u"listlevel", u"listoverride", u"lfolevel"};
     std::u16string result;
     std::vector<bool> drops{false};
     for (std::size_t at = 0; at < entry.size();) {
@@ -39,8 +37,7 @@ std::u16string withoutBlanks(std::u16string_view entry) {
             const ControlWord word = readWord(entry, begin);
             at = std::min(word.letters.empty() ? begin + 2 : endWithBlank(entry, word), entry.size());
         } else if (entry[begin] == u'{') {
-            const std::u16string_view word = firstWord(entry.substr(begin));
-            drops.push_back(std::find(std::begin(holders), std::end(holders), word) != std::end(holders));
+            drops.push_back(wordIs(WordTrait::listPart, firstWord(entry.substr(begin))));
         } else if (entry[begin] == u'}') {
             if (drops.size() > 1) drops.pop_back();
         } else if (drops.back() && isWhiteSpace(entry[begin])) {

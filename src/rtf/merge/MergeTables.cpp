@@ -98,7 +98,7 @@ private:
 };
 
 std::u16string_view part(std::u16string_view text, const Table& table) {
-    return text.substr(table.group.begin, table.group.end - table.group.begin);
+    return table.group.of(text);
 }
 
 bool overlap(const std::optional<Table>& one, const std::optional<Table>& other) {
@@ -118,11 +118,8 @@ TextRange placeOf(std::u16string_view text, TextRange table, bool tolerant) {
 
 // The \deff among the words that a document's header begins with.
 std::optional<ControlWord> findDefaultFont(std::u16string_view text, std::size_t header) {
-    for (std::size_t at = skipWhiteSpace(text, header); standsAt(text, at, u"\\");) {
-        const ControlWord word = readWord(text, at);
-        if (word.letters.empty()) break;
-        if (word.letters == u"deff" && !word.number.empty()) return word;
-        at = skipWhiteSpace(text, word.end);
+    for (WordRun run(text, header); run.next();) {
+        if (run.word().letters == u"deff" && !run.word().number.empty()) return run.word();
     }
     return std::nullopt;
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string_view>
 
@@ -45,15 +44,9 @@ public:
     void sweep(std::size_t begin, std::size_t end);
 
 private:
-    enum class Kind : std::uint8_t;
-    struct Word;
-    static const Word words[];
-
-    void watch(char16_t first) noexcept { watched_[first] = true; }
-    static const Word* find(std::u16string_view letters) noexcept;
     std::size_t take(std::size_t at);
     std::size_t takeCapitals(std::size_t at);
-    void takeNumber(const ControlWord& found, Kind kind, std::u16string_view letters);
+    void takeNumber(const ControlWord& found, std::u16string_view letters);
     void replacePlainly(const ControlWord& found, std::u16string_view letters, const NumberMap* numbers);
     void replaceNumber(const ControlWord& found, std::int32_t number);
     void nameDefault(const ControlWord& found, std::u16string_view letters, std::int32_t number);
@@ -64,7 +57,6 @@ private:
     std::u16string_view text_;
     References references_;
     TextEdits* edits_ = nullptr;
-    std::array<bool, 128> watched_{};  // first letters of the words to look at
 
     // The last plain replacement: its word, its old number, and the delimiter that it used up.
     std::u16string_view lastLetters_;

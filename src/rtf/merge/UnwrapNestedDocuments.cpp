@@ -1,6 +1,5 @@
 #include "rtf/merge/UnwrapNestedDocuments.h"
 
-#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -12,45 +11,36 @@
 namespace velmor {
 namespace {
 
-constexpr std::size_t openingLength = 6;
-
 bool versionOneStandsAt(std::u16string_view text, std::size_t index) noexcept {
     return index + 5 < text.size() && text[index + 5] == u'1' && documentStandsAt(text, index);
 }
 
-// One of the two braces of a document.
-struct Brace {
-    std::size_t index;
-    std::uint32_t document;
-    bool opens;
-};
+void cutOpening(std::u16string_view text, std::size_t index, TextEdits& edits) {
+    const std::size_t end = index + 6;
+    // A blank after the opening word was its end, and may end the word before.
+    standsAt(text, end, u" ") ? edits.cutJoining(index, end) : edits.cut(index, end);
+}
 
-// The braces of the documents behind `from`, up to the first that is not closed.
-std::vector<Brace> documentBraces(std::u16string_view text, std::size_t from) {
+// The braces of the documents after `from`, up to the first that is not closed.
+TextEdits withoutWrapping(std::u16string_view text, std::size_t from) {
     struct Open {
-        std::int64_t depth;
-        std::uint32_t document;
+        std::size_t depth;
+        std::size_t edits;  // before its own
     };
-    std::vector<Brace> braces;
+    TextEdits edits;
     std::vector<Open> open;
-    std::uint32_t documents = 0;
-    std::int64_t depth = 0;
-    RtfReader scanner(text, from, text.size());
-    while (scanner.nextBrace()) {
-        const std::size_t index = scanner.position();
-        if (scanner.opens()) {
-            if (versionOneStandsAt(text, index)) {
-                open.push_back({depth, documents});
-                braces.push_back({index, documents++, true});
-            }
-            ++depth;
-        } else if (--depth; !open.empty() && open.back().depth == depth) {
-            braces.push_back({index, open.back().document, false});
+    for (RtfReader reader(text, from, text.size()); reader.nextBrace();) {
+        const std::size_t index = reader.position();
+        if (reader.opens() && versionOneStandsAt(text, index)) {
+            open.push_back({reader.depth(), edits.size()});
+            cutOpening(text, index, edits);
+        } else if (reader.closes() && !open.empty() && open.back().depth == reader.depth() + 1) {
+            edits.cut(index, index + 1);
             open.pop_back();
         }
     }
-    if (!open.empty()) std::erase_if(braces, [&](const Brace& brace) { return brace.document >= open[0].document; });
-    return braces;
+    if (!open.empty()) edits.truncate(open.front().edits);
+    return edits;
 }
 
 }  // namespace
@@ -58,20 +48,7 @@ std::vector<Brace> documentBraces(std::u16string_view text, std::size_t from) {
 void Module1::UnwrapNestedDocuments(std::u16string& psText, const CleanOptions& options) {
     const std::size_t host = findHostDocument(psText);
     if (host == noDocument) return;
-    if (options.tolerant) {
-        DocumentUnwrapper(psText, host).edits().apply(psText);
-        return;
-    }
-    TextEdits edits;
-    for (const Brace& brace : documentBraces(psText, host + 1)) {
-        const std::size_t end = brace.index + (brace.opens ? openingLength : 1);
-        // A blank behind the opening word was its end, and may end the word in front.
-        if (brace.opens && standsAt(psText, end, u" ")) {
-            edits.cutJoining(brace.index, end);
-        } else {
-            edits.cut(brace.index, end);
-        }
-    }
+    TextEdits edits = options.tolerant ? DocumentUnwrapper(psText, host).edits() : withoutWrapping(psText, host + 1);
     edits.apply(psText);
 }
 

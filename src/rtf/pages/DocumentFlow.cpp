@@ -17,27 +17,9 @@ constexpr std::u16string_view description = u"{\\*\\korvanesection";
 constexpr std::u16string_view paragraphBorders[] = {u"brdrt", u"brdrb", u"brdrl", u"brdrr", u"brdrbtw", u"brdrbar"};
 constexpr int longestLine = 12;
 
-// The words that matter wherever they stand, by their first two letters.
-bool mayMatter(char16_t first, char16_t second) noexcept {
-    switch (first) {
-        case u'b':  // \bin
-        case u't':  // \titlepg, \trowd
-            return second == u'i' || second == u'r';
-        case u'f':  // \facingp, \footery
-            return second == u'a' || second == u'o';
-        case u'h':  // \headery
-        case u's':  // \sect, \sectd
-            return second == u'e';
-        case u'i':  // \intbl
-            return second == u'n';
-        case u'p':  // \page, \par, \pard, \pgbrdrhead, \pgbrdrt
-            return second == u'a' || second == u'g';
-        case u'r':  // \row
-            return second == u'o';
-        default:
-            return false;
-    }
-}
+// The words that matter wherever they stand.
+const WordSet wordsAnywhere({WordTrait::section}, {Word::bin, Word::facingp, Word::intbl, Word::page, Word::par,
+                                                   Word::pard, Word::row, Word::sect, Word::trowd});
 
 bool shows(std::u16string_view letters) noexcept {
     return wordIs(WordTrait::shown, letters) || wordIs(WordTrait::shownCell, letters);
@@ -144,19 +126,18 @@ void DocumentFlow::openGroup() {
 
 void DocumentFlow::classify(std::size_t index) {
     Reading& reading = readings_.back();
-    std::size_t at = skipWhiteSpace(reading.text, index + 1);
-    const bool starred = standsAt(reading.text, at, u"\\*");
-    if (starred) at = skipWhiteSpace(reading.text, at + 2);
-    if (!standsAt(reading.text, at, u"\\")) return;
-    const std::u16string_view letters = readWord(reading.text, at).letters;
+    const GroupOpening opening = readOpening(reading.text, index);
+    const std::u16string_view letters = opening.letters;
+    if (!standsAt(reading.text, opening.word, u"\\")) return;
+    const WordMeaning meaning = meaningOf(letters);
     Level& level = levels_.back();
     const auto name = headerNamed(letters);
-    if (name && at == index + 1 && !reading.group) {
+    if (name && opening.word == index + 1 && !reading.group) {
         reading.group = OpenGroup{*name, index, levels_.size(), level.body};
         level.passedOver = reading.number != FlowPlace::host;
-    } else if (wordIs(WordTrait::shownGroup, letters) || (letters == u"field" && showsResult(index))) {
+    } else if (meaning.is(WordTrait::shownGroup) || (letters == u"field" && showsResult(index))) {
         content(index);
-    } else if (!starred && letters != u"field" && !wordIs(WordTrait::hiddenGroup, letters)) {
+    } else if (!opening.ignorable && letters != u"field" && !meaning.is(WordTrait::hiddenGroup)) {
         return;
     }
     level.body = false;
@@ -192,8 +173,7 @@ void DocumentFlow::closeGroup() {
 void DocumentFlow::readBackslash() {
     Reading& reading = readings_.back();
     const std::size_t index = reading.at;
-    if (!sections_.awaitsContent() && !sections_.awaitsSectionWords() && index + 2 < reading.text.size() &&
-        !mayMatter(reading.text[index + 1], reading.text[index + 2])) {
+    if (!sections_.awaitsContent() && !sections_.awaitsSectionWords() && !wordsAnywhere.mayHold(reading.text, index)) {
         reading.at = index + 2;
         return;
     }
@@ -203,8 +183,8 @@ void DocumentFlow::readBackslash() {
         reading.at = index + 2;
         return;
     }
-    reading.at = std::max(word.end, word.letters == u"bin" ? skipEscape(reading.text, index) : word.end);
-    if (reading.at == word.end && standsAt(reading.text, word.end, u" ")) ++reading.at;
+    reading.at = word.letters == u"bin" ? std::max(word.end, skipEscape(reading.text, index))
+                                        : endWithBlank(reading.text, word);
     if (!levels_.back().passedOver) take(word, std::min(reading.at, reading.text.size()));
 }
 

@@ -22,28 +22,14 @@ bool holdsAny(GroupSet groups) noexcept {
 
 // Whether a document says something of its section that would become the host's.
 bool holdsSectionWord(std::u16string_view text, bool tolerant) noexcept {
-    RtfReader scanner(text, 0, text.size());
-    while (scanner.nextWord()) {
-        const std::size_t at = scanner.position();
-        if (tolerant && wordIs(WordTrait::section, readWord(text, at).letters)) return true;
-        switch (text[at + 1]) {
-            case u's':
-                if (wordStandsAt(text, at, u"\\sectd")) return true;
-                break;
-            case u't':
-                if (wordStandsAt(text, at, u"\\titlepg")) return true;
-                break;
-            case u'h':
-                if (wordStandsAt(text, at, u"\\headery")) return true;
-                break;
-            case u'f':
-                if (wordStandsAt(text, at, u"\\footery") || wordStandsAt(text, at, u"\\facingp")) return true;
-                break;
-            case u'p':
-                if (standsAt(text, at, u"\\pgbrdr")) return true;
-                break;
-            default:
-                break;
+    static const WordSet sectionWords({WordTrait::section}, {Word::facingp});
+    constexpr std::u16string_view plainly[] = {u"sectd", u"titlepg", u"headery", u"footery", u"facingp"};
+    for (RtfReader reader(text, 0, text.size()); reader.nextWord();) {
+        if (!sectionWords.mayHold(text, reader.position())) continue;
+        const std::u16string_view letters = reader.word().letters;
+        if (tolerant ? sectionWords.holds(meaningOf(letters))
+                     : letters.starts_with(u"pgbrdr") || std::count(std::begin(plainly), std::end(plainly), letters)) {
+            return true;
         }
     }
     return false;

@@ -23,9 +23,8 @@ bool isAmong(const std::u16string_view (&words)[count], std::u16string_view lett
 }
 
 std::size_t findFacing(std::u16string_view text, std::size_t from) noexcept {
-    for (; (from = findText(text, facingWord, from, Comparison::binary)) != text.npos; ++from) {
-        if (wordStandsAt(text, from, facingWord) && !isEscaped(text, from)) break;
-    }
+    RtfSearch search(text);
+    while ((from = search.find(facingWord, from)) != text.npos && !wordStandsAt(text, from, facingWord)) ++from;
     return from;
 }
 
@@ -40,8 +39,9 @@ bool isTable(std::u16string_view text, std::size_t index) {
 
 }  // namespace
 
-JoinedHeaders::JoinedHeaders(std::u16string_view text, const std::vector<Join>& joins, bool tolerant)
-    : text_(text), joins_(joins), tolerant_(tolerant) {
+JoinedHeaders::JoinedHeaders(std::u16string_view text, const std::vector<Join>& joins, bool tolerant,
+                             TextEdits& edits)
+    : text_(text), joins_(joins), tolerant_(tolerant), edits_(edits) {
     const std::size_t host = findHostDocument(text);
     if (host == noDocument) return;
     findFacingPages();
@@ -79,7 +79,7 @@ void JoinedHeaders::letHostFace(std::size_t host) {
             at = next = endWithBlank(text_, word);
         }
     }
-    change(at, at, std::u16string(facingWord));
+    edits_.replaceApartVal(at, at, std::u16string(facingWord));
 }
 
 // ---- Reading
@@ -89,15 +89,15 @@ void JoinedHeaders::read(std::size_t host) {
     const auto joinUpTo = [&](std::size_t index) {
         for (; next != joins_.end() && next->behind <= index; ++next) join(*next);
     };
-    RtfReader scanner(text_, host, text_.size());
-    while (scanner.next()) {
-        const std::size_t index = scanner.position();
+    RtfReader reader(text_, host, text_.size(), true);
+    while (reader.next()) {
+        const std::size_t index = reader.position();
         joinUpTo(index);
-        if (text_[index] != u'\\') {
-            takeBrace(index);
-        } else if (wordStandsAt(text_, index, u"\\bin")) {
-            scanner.goOnAt(skipEscape(text_, index));
-        } else {
+        if (reader.opens()) {
+            openGroup(index, reader.depth());
+        } else if (reader.closes()) {
+            closeGroup(index, reader.depth());
+        } else if (!open_) {
             takeWord(index);
         }
     }
@@ -105,24 +105,21 @@ void JoinedHeaders::read(std::size_t host) {
     closeSection(lastBrace_);
 }
 
-void JoinedHeaders::takeBrace(std::size_t index) {
-    if (text_[index] == u'{') {
-        ++depth_;
-        if (open_ || !standsAt(text_, index + 1, u"\\")) return;
-        const auto name = headerNamed(readWord(text_, index + 1).letters);
-        if (name || standsAt(text_, index + 1, u"\\*")) open_ = OpenGroup{name, index, depth_};
-        return;
-    }
-    if (open_ && open_->depth == depth_) {
+void JoinedHeaders::openGroup(std::size_t index, std::size_t depth) {
+    if (open_ || !standsAt(text_, index + 1, u"\\")) return;
+    const auto name = headerNamed(readWord(text_, index + 1).letters);
+    if (name || standsAt(text_, index + 1, u"\\*")) open_ = OpenGroup{name, index, depth};
+}
+
+void JoinedHeaders::closeGroup(std::size_t index, std::size_t depth) {
+    if (open_ && open_->depth == depth + 1) {
         if (open_->name) take(*open_->name, open_->begin, index + 1);
         open_.reset();
     }
-    if (depth_ > 0) --depth_;
     lastBrace_ = index;
 }
 
 void JoinedHeaders::takeWord(std::size_t index) {
-    if (open_) return;
     if (wordStandsAt(text_, index, u"\\sect")) {
         closeSection(index);
     } else if (wordStandsAt(text_, index, u"\\titlepg")) {
@@ -140,12 +137,12 @@ void JoinedHeaders::take(HeaderName name, std::size_t begin, std::size_t end) {
         if (leftAsMain && !given.main) {
             std::u16string copy;
             appendGroup(copy, {name.kind, HeaderPages::left}, text_.substr(begin, end - begin));
-            change(end, end, std::move(copy));
+            edits_.replaceApartVal(end, end, std::move(copy));
             given.left = true;
         }
         given.main = true;
     } else if (leftAsMain) {
-        change(begin, end, {});
+        edits_.replaceApartVal(begin, end, {});
     } else {
         given.left = true;
     }
@@ -201,14 +198,14 @@ void JoinedHeaders::endSilently(std::size_t end) {
     if (emptied_[HeaderKind::header]) words += u"\\headery0";
     if (emptied_[HeaderKind::footer]) words += u"\\footery0";
     if (words.empty()) return;
-    if (!wordStandsAt(text_, end, u"\\sect")) return change(end, end, std::move(words));
-    change(end, endWithBlank(text_, readWord(text_, end)), u"{" + words + u"\\sect}");
+    if (!wordStandsAt(text_, end, u"\\sect")) return edits_.replaceApartVal(end, end, std::move(words));
+    edits_.replaceApartVal(end, endWithBlank(text_, readWord(text_, end)), u"{" + words + u"\\sect}");
 }
 
 void JoinedHeaders::empty(std::size_t place, HeaderName name) {
     std::u16string text;
     appendGroup(text, name, {});
-    change(place, place, std::move(text));
+    edits_.replaceApartVal(place, place, std::move(text));
 }
 
 }  // namespace velmor

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "rtf/edit/TextEdits.h"
 #include "rtf/pages/HeaderWords.h"
 
 namespace velmor {
@@ -28,18 +29,9 @@ public:
         bool document;  // one follows; otherwise the text goes on with what it has
     };
 
-    struct Change {
-        std::size_t begin;
-        std::size_t end;
-        std::u16string text;
-    };
-
-    // `joins` in ascending order.
+    // `joins` in ascending order. The changes go to `edits`.
     // `tolerant`: \sectd begins each joined document, so that what is said of one holds in it alone.
-    JoinedHeaders(std::u16string_view text, const std::vector<Join>& joins, bool tolerant);
-
-    // In no order; one may lie in another that takes text out.
-    std::vector<Change> changes() && { return std::move(changes_); }
+    JoinedHeaders(std::u16string_view text, const std::vector<Join>& joins, bool tolerant, TextEdits& edits);
 
 private:
     static constexpr std::size_t nowhere = std::u16string_view::npos;
@@ -61,7 +53,8 @@ private:
     void findFacingPages();
     void letHostFace(std::size_t host);
     void read(std::size_t host);
-    void takeBrace(std::size_t index);
+    void openGroup(std::size_t index, std::size_t depth);
+    void closeGroup(std::size_t index, std::size_t depth);
     void takeWord(std::size_t index);
     void take(HeaderName name, std::size_t begin, std::size_t end);
     void join(const Join& join);
@@ -70,9 +63,6 @@ private:
     void closeSection(HeaderKind kind);
     void endSilently(std::size_t end);
     void empty(std::size_t place, HeaderName name);
-    void change(std::size_t begin, std::size_t end, std::u16string text) {
-        changes_.push_back({begin, end, std::move(text)});
-    }
 
     std::u16string_view text_;
     const std::vector<Join>& joins_;
@@ -81,7 +71,6 @@ private:
     bool anyFacing_ = false;
 
     std::size_t document_ = 0;
-    std::size_t depth_ = 0;
     std::optional<OpenGroup> open_;
     PerKind<Pages> given_;    // by the section that is read
     PerKind<Pages> own_;      // by the document, in sections before
@@ -90,7 +79,7 @@ private:
     std::size_t lastBrace_ = 0;
     std::size_t beginning_ = nowhere;  // of the document whose first section this is
     std::size_t title_ = nowhere;      // behind the section's \titlepg
-    std::vector<Change> changes_;
+    TextEdits& edits_;
 };
 
 }  // namespace velmor

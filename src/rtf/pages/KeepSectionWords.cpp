@@ -19,17 +19,14 @@ class SectionWordKeeper {
 public:
     SectionWordKeeper(std::u16string_view text, std::size_t host, bool mergeMode)
         : text_(text), mergeMode_(mergeMode), sectionBegin_(host), place_(0, 0) {
-        RtfReader scanner(text, host, text.size());
-        while (scanner.next()) {
-            const std::size_t index = scanner.position();
-            if (text[index] == u'{') {
-                openGroup(index, host);
-            } else if (text[index] == u'}') {
-                closeGroup(index);
-            } else if (wordStandsAt(text, index, u"\\bin")) {
-                scanner.goOnAt(skipEscape(text, index));
+        RtfReader reader(text, host, text.size(), true);
+        while (reader.next()) {
+            if (reader.opens()) {
+                openGroup(reader.position(), host);
+            } else if (reader.closes()) {
+                closeGroup(reader.position());
             } else {
-                takeWord(readWord(text, index));
+                takeWord(reader.word());
             }
         }
     }

@@ -12,7 +12,6 @@
 #include "rtf/read/ParagraphText.h"
 #include "rtf/read/RowState.h"
 #include "rtf/read/RtfReader.h"
-#include "text/Compare.h"
 
 namespace velmor {
 namespace {
@@ -20,11 +19,6 @@ namespace {
 constexpr std::u16string_view marker = Module1::mergePageBreakMarker;
 constexpr std::u16string_view sectionWord = u"\\sectd";
 constexpr std::size_t nowhere = std::u16string_view::npos;
-
-std::size_t findMarker(std::u16string_view text, std::size_t from) noexcept {
-    while ((from = findText(text, marker, from, Comparison::binary)) != nowhere && isEscaped(text, from)) ++from;
-    return from;
-}
 
 // What one of the joined documents says about its pages. Places are those where each word stands first.
 class PageReader {
@@ -95,7 +89,6 @@ private:
     }
 
     void take(std::size_t index) {
-        row_.word(text_, index, depth_);
         switch (text_[index + 1]) {
             case u'l':
                 landscape_ = landscape_ || (open_ && standsAt(text_, index, u"\\lndscpsxn"));
@@ -193,18 +186,19 @@ private:
 
 void PageReader::read(std::u16string_view text, std::size_t begin) {
     text_ = text;
-    RtfReader scanner(text, begin, text.size());
-    while (scanner.next()) {
-        const std::size_t index = scanner.position();
-        if (text[index] == u'{') {
+    RtfReader reader(text, begin, text.size(), tolerant_);
+    while (reader.next()) {
+        const std::size_t index = reader.position();
+        if (reader.opens()) {
             ++depth_;
-        } else if (text[index] == u'}') {
-            if (depth_ > 0) --depth_;
-            row_.close(depth_);
-            if (!ended_) place_.close(index, depth_);
-        } else {
+            continue;
+        }
+        if (reader.closes() && depth_ > 0) --depth_;
+        row_.take(reader, depth_);
+        if (!reader.closes()) {
             take(index);
-            if (tolerant_ && wordStandsAt(text, index, u"\\bin")) scanner.goOnAt(skipEscape(text, index));
+        } else if (!ended_) {
+            place_.close(index, depth_);
         }
     }
 }
@@ -214,16 +208,10 @@ class MergeBreaks {
 public:
     MergeBreaks(std::u16string_view text, bool tolerant) : text_(text), tolerant_(tolerant) { read(); }
 
-    void separateHeaders() {
-        auto changes = JoinedHeaders(text_, joins_, tolerant_).changes();
-        changes_.insert(changes_.end(), std::make_move_iterator(changes.begin()),
-                        std::make_move_iterator(changes.end()));
-    }
-
-    TextEdits edits();
+    void separateHeaders() { JoinedHeaders(text_, joins_, tolerant_, edits_); }
+    TextEdits edits() && { return std::move(edits_); }
 
 private:
-    void cut(const TextRange& word) { changes_.push_back({word.begin, word.end, {}}); }
     void read();
     void finish(const PageReader& reader);
     void replace(std::size_t at, const PageReader& reader);
@@ -235,20 +223,21 @@ private:
     std::size_t marker_ = nowhere;  // in front of the document that is read
     bool behindRow_ = false;        // that marker
     std::vector<JoinedHeaders::Join> joins_;
-    std::vector<JoinedHeaders::Change> changes_;
+    TextEdits edits_;
 };
 
 // No section can begin in a table row: a marker there ends a paragraph, and no document.
 void MergeBreaks::read() {
-    std::size_t at = findMarker(text_, 0);
+    RtfSearch markers(text_);
+    std::size_t at = markers.find(marker, 0);
     if (at == nowhere) return;
     PageReader reader(0, 0, tolerant_);
-    for (std::size_t begin = 0; begin <= text_.size(); at = findMarker(text_, begin)) {
+    for (std::size_t begin = 0; begin <= text_.size(); at = markers.find(marker, begin)) {
         const bool last = at == nowhere;
         reader.read(text_.substr(0, at), begin);
         begin = last ? text_.size() + 1 : at + marker.size();
         if (!last && reader.inRow()) {
-            changes_.push_back({at, begin, u"\\par"});
+            edits_.replaceApartVal(at, begin, u"\\par");
             continue;
         }
         finish(reader);
@@ -274,7 +263,7 @@ void MergeBreaks::replace(std::size_t at, const PageReader& reader) {
     const std::size_t behind = at + marker.size();
     const std::u16string page = reader.page().words();
     joins_.push_back({at, behind, reader.holdsDocument()});
-    if (!tolerant_) return changes_.push_back({at, behind, u"\\sect" + page});
+    if (!tolerant_) return edits_.replaceApartVal(at, behind, u"\\sect" + page);
     constexpr std::u16string_view fresh = u"\\pard\\plain\\uc1";
     const std::size_t place = reader.place();
     std::u16string words = behindRow_ ? u"\\pard\\par\\sect" : u"\\sect";
@@ -284,11 +273,11 @@ void MergeBreaks::replace(std::size_t at, const PageReader& reader) {
     } else {
         words += fresh;
         if (!showsText(text_.substr(behind, place - behind))) description += fresh;
-        changes_.push_back({place, place, std::move(description)});
+        edits_.replaceApartVal(place, place, std::move(description));
     }
-    changes_.push_back({at, behind, std::move(words)});
+    edits_.replaceApartVal(at, behind, std::move(words));
     const std::size_t section = reader.firstSection();
-    if (section != nowhere) cut({section, endWithBlank(text_, readWord(text_, section))});
+    if (section != nowhere) edits_.cut(section, endWithBlank(text_, readWord(text_, section)));
 }
 
 // A document begins on a page of its own (the host does anyway, yet readers carry such a word on to the
@@ -297,26 +286,11 @@ void MergeBreaks::keepSections(const PageReader& reader) {
     const std::u16string page = reader.documentPage().wordsUnlike(hostPage_);
     for (const auto& word : reader.sectionWords()) {
         if (!word.resets) {
-            cut(word.place);
+            edits_.cut(word.place.begin, word.place.end);
         } else if (!page.empty()) {
-            changes_.push_back({word.place.end, word.place.end, page});
+            edits_.replaceApartVal(word.place.end, word.place.end, page);
         }
     }
-}
-
-// What is put in goes in front of what is taken out there; a change that lies in another one is lost in it.
-TextEdits MergeBreaks::edits() {
-    const auto place = [](const auto& change) { return std::pair(change.begin, change.end); };
-    std::stable_sort(changes_.begin(), changes_.end(),
-                     [&](const auto& left, const auto& right) { return place(left) < place(right); });
-    TextEdits edits;
-    std::size_t behind = 0;
-    for (JoinedHeaders::Change& change : changes_) {
-        if (change.begin < behind) continue;
-        behind = change.end;
-        edits.replaceApartVal(change.begin, change.end, std::move(change.text));
-    }
-    return edits;
 }
 
 }  // namespace
@@ -324,7 +298,7 @@ TextEdits MergeBreaks::edits() {
 void Module1::ApplyMergePageBreaks(std::u16string& psText, const CleanOptions& options, bool pbHeaders) {
     MergeBreaks breaks(psText, options.tolerant);
     if (pbHeaders) breaks.separateHeaders();
-    breaks.edits().apply(psText);
+    std::move(breaks).edits().apply(psText);
 }
 
 }  // namespace velmor

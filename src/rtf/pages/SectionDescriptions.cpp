@@ -32,21 +32,11 @@ SectionDescriptions::SectionDescriptions(std::u16string_view text, bool mergeMod
 // Takes every word and brace up to the limit, until `take` returns false.
 template <typename Take>
 void SectionDescriptions::walk(std::size_t limit, Take take) {
-    depth_ = 0;
     row_ = {};
-    RtfReader scanner(text_, 0, limit);
-    while (scanner.next() && take(scanner.position())) {
-        const std::size_t index = scanner.position();
-        if (text_[index] == u'{') {
-            ++depth_;
-        } else if (text_[index] == u'}') {
-            if (depth_ > 0) --depth_;
-            row_.close(depth_);
-            if (section_) section_->place.close(index, depth_);
-        } else {
-            row_.word(text_, index, depth_);
-            if (wordStandsAt(text_, index, u"\\bin")) scanner.goOnAt(skipEscape(text_, index));
-        }
+    RtfReader reader(text_, 0, limit, true);
+    for (depth_ = 0; reader.next() && take(reader.position()); depth_ = reader.depth()) {
+        row_.take(reader, reader.depth());
+        if (reader.closes() && section_) section_->place.close(reader.position(), reader.depth());
     }
 }
 
@@ -86,9 +76,8 @@ void SectionDescriptions::beginDocument(std::size_t begin) {
 bool SectionDescriptions::takeMarker(std::size_t index) {
     Document& document = *document_;
     if (!document.groups.read(index)) return false;
-    changes_.push_back({index + SectionGroups::nameOffset,
-                        index + SectionGroups::nameOffset + SectionGroups::doneName.size(),
-                        std::u16string(SectionGroups::doneName)});
+    const std::size_t name = index + SectionGroups::nameOffset;
+    edits_.replace(name, name + SectionGroups::doneName.size(), SectionGroups::doneName);
     if (!document.pages.empty()) {
         descriptions_.push_back({document.pages.back(), Beginning::page, document.groups.page().words()});
         document.pages.pop_back();
@@ -142,7 +131,7 @@ void SectionDescriptions::beginSection(const Description& description) {
     endSection();
     std::size_t behind = description.at;
     if (description.beginning != Beginning::document) behind = endWithBlank(text_, readWord(text_, behind));
-    if (description.beginning == Beginning::page) changes_.push_back({description.at, behind, u"\\sect"});
+    if (description.beginning == Beginning::page) edits_.replaceApartVal(description.at, behind, u"\\sect");
     section_ = Section{&description, HoldingPlace(behind, depth_)};
 }
 
@@ -150,29 +139,14 @@ void SectionDescriptions::takeSectionWord(std::size_t index) {
     const bool resets = wordStandsAt(text_, index, u"\\sectd");
     if (!resets && !isPageWord(text_, index)) return;
     section_->resets = section_->resets || resets;
-    changes_.push_back({index, endWithBlank(text_, readWord(text_, index)), {}});
+    edits_.cut(index, endWithBlank(text_, readWord(text_, index)));
 }
 
 void SectionDescriptions::endSection() {
     if (!section_) return;
     const std::size_t at = section_->place.at();
-    changes_.push_back({at, at, (section_->resets ? u"\\sectd" : u"") + section_->description->words});
+    edits_.replaceApartVal(at, at, (section_->resets ? u"\\sectd" : u"") + section_->description->words);
     section_.reset();
-}
-
-TextEdits SectionDescriptions::edits() {
-    std::stable_sort(changes_.begin(), changes_.end(), [](const Change& left, const Change& right) {
-        return std::pair(left.begin, left.end) < std::pair(right.begin, right.end);
-    });
-    TextEdits edits;
-    for (Change& change : changes_) {
-        if (change.text.empty()) {
-            edits.cut(change.begin, change.end);
-        } else {
-            edits.replaceApartVal(change.begin, change.end, std::move(change.text));
-        }
-    }
-    return edits;
 }
 
 }  // namespace velmor

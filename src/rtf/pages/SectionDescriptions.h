@@ -23,7 +23,7 @@ class SectionDescriptions {
 public:
     SectionDescriptions(std::u16string_view text, bool mergeMode);
 
-    TextEdits edits();
+    TextEdits edits() && { return std::move(edits_); }
 
 private:
     enum class Beginning { page, defaults, document };
@@ -32,12 +32,6 @@ private:
         std::size_t at;
         Beginning beginning;
         std::u16string words;
-    };
-
-    struct Change {
-        std::size_t begin;
-        std::size_t end;
-        std::u16string text;
     };
 
     // A document whose markers are read.
@@ -79,7 +73,7 @@ private:
     std::size_t depth_ = 0;
     RowState row_;
     std::optional<Section> section_;
-    std::vector<Change> changes_;
+    TextEdits edits_;
 };
 
 }  // namespace velmor

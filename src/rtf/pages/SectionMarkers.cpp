@@ -21,63 +21,54 @@ class SectionReader {
 public:
     explicit SectionReader(std::u16string_view text) : text_(text), groups_(text, 0, text.size(), {}, false) {}
 
-    void read();
     TextEdits edits();
 
 private:
-    struct Change {
-        std::size_t begin;
-        std::size_t end;
-        std::u16string text;
-    };
-
-    void place(const PageSetup& page);
+    void describe(const std::u16string& words);
+    void writeDescriptions();
 
     std::u16string_view text_;
     SectionGroups groups_;
-    std::vector<std::size_t> pages_;  // not yet made section breaks
-    std::size_t section_ = nowhere;   // the last "\sectd"
-    std::vector<Change> changes_;
+    TextEdits edits_;
+    std::vector<std::size_t> pages_;   // not yet made section breaks
+    std::size_t section_ = nowhere;    // after the last "\sectd"
+    std::u16string descriptions_;      // of that one
 };
 
-void SectionReader::read() {
+TextEdits SectionReader::edits() {
     const std::size_t last = findTextReverse(text_, SectionGroups::opening, Comparison::binary);
-    if (last == nowhere) return;
-    RtfReader scanner(text_, 0, std::min(text_.size(), last + SectionGroups::opening.size()));
-    while (scanner.next()) {
-        const std::size_t index = scanner.position();
-        if (wordStandsAt(text_, index, u"\\page")) {
+    if (last == nowhere) return {};
+    RtfReader reader(text_, 0, std::min(text_.size(), last + SectionGroups::opening.size()));
+    while (reader.next()) {
+        const std::size_t index = reader.position();
+        if (reader.isWord(u"\\page")) {
             pages_.push_back(index);
-        } else if (wordStandsAt(text_, index, u"\\sectd")) {
-            section_ = index;
+        } else if (reader.isWord(u"\\sectd")) {
+            writeDescriptions();
+            section_ = index + 6;
         } else if (standsAt(text_, index, SectionGroups::opening)) {
-            if (!groups_.read(index)) return;
+            if (!groups_.read(index)) break;
             const std::size_t name = index + SectionGroups::nameOffset;
-            const std::u16string done(SectionGroups::doneName);
-            changes_.push_back({name, name + done.size(), done});
-            place(groups_.page());
+            edits_.replace(name, name + SectionGroups::doneName.size(), SectionGroups::doneName);
+            describe(groups_.page().words());
         }
     }
+    writeDescriptions();
+    return std::move(edits_);
 }
 
-void SectionReader::place(const PageSetup& page) {
+// Where several groups describe one "\\sectd", the words of the later ones precede.
+void SectionReader::describe(const std::u16string& words) {
     if (!pages_.empty()) {
-        const std::size_t at = pages_.back();
+        edits_.replaceVal(pages_.back(), pages_.back() + 5, u"\\sect" + words);
         pages_.pop_back();
-        changes_.push_back({at, at + 5, u"\\sect" + page.words()});
     } else if (section_ != nowhere) {
-        changes_.push_back({section_ + 6, section_ + 6, page.words()});
+        descriptions_.insert(0, words);
     }
 }
 
-// Where several groups describe one "\sectd", the words of the later ones precede.
-TextEdits SectionReader::edits() {
-    std::reverse(changes_.begin(), changes_.end());
-    std::stable_sort(changes_.begin(), changes_.end(),
-                     [](const Change& left, const Change& right) { return left.begin < right.begin; });
-    TextEdits edits;
-    for (Change& change : changes_) edits.replaceVal(change.begin, change.end, std::move(change.text));
-    return edits;
+void SectionReader::writeDescriptions() {
+    if (!descriptions_.empty()) edits_.replaceVal(section_, section_, std::exchange(descriptions_, {}));
 }
 
 }  // namespace
@@ -85,11 +76,9 @@ TextEdits SectionReader::edits() {
 void Module1::ApplySectionMarkers(std::u16string& psText, const CleanOptions& options) {
     if (options.tolerant) {
         SectionDescriptions(psText, options.mergeMode).edits().apply(psText);
-        return;
+    } else {
+        SectionReader(psText).edits().apply(psText);
     }
-    SectionReader reader(psText);
-    reader.read();
-    reader.edits().apply(psText);
 }
 
 }  // namespace velmor

@@ -79,11 +79,12 @@ std::size_t findGroupEnd(std::u16string_view text, std::size_t from, bool tolera
 }
 
 bool RtfReader::nextPlainBrace() noexcept {
-    for (; (at_ = findBrace(text_, at_)) < limit_; ++at_) {
-        const bool follows = at_ > 0 && text_[at_ - 1] == u'\\';
-        if (!follows || documentStandsAt(text_, at_)) return takeBrace();
-    }
-    return false;
+    at_ = findBrace(text_, at_);
+    if (at_ >= limit_) return false;
+    counts_ = at_ == 0 || text_[at_ - 1] != u'\\' || documentStandsAt(text_, at_);
+    if (counts_) return takeBrace();
+    position_ = at_++;
+    return true;
 }
 
 bool RtfReader::nextUnescapedBrace() noexcept {

@@ -184,7 +184,14 @@ public:
         return false;
     }
     // A brace that counts in the manner of reading.
-    bool nextBrace() noexcept { return tolerant_ ? nextUnescapedBrace() : nextPlainBrace(); }
+    bool nextBrace() noexcept {
+        while (nextAnyBrace()) {
+            if (counts_) return true;
+        }
+        return false;
+    }
+    // As nextBrace; exact reading stops at the braces that do not count, too.
+    bool nextAnyBrace() noexcept { return tolerant_ ? nextUnescapedBrace() : nextPlainBrace(); }
 
     // Leaves out what precedes the index.
     void goOnAt(std::size_t index) noexcept { at_ = index; }
@@ -193,6 +200,7 @@ public:
     std::size_t position() const noexcept { return position_; }
     bool opens() const noexcept { return text_[position_] == u'{'; }
     bool closes() const noexcept { return text_[position_] == u'}'; }
+    bool counts() const noexcept { return counts_; }
     // The groups that are open after the last brace, of those that began in what was read.
     std::size_t depth() const noexcept { return depth_; }
 
@@ -224,6 +232,7 @@ private:
     std::size_t at_;
     std::size_t limit_;
     bool tolerant_;
+    bool counts_ = true;
     std::size_t position_ = 0;
     std::size_t depth_ = 0;
 };

@@ -75,6 +75,8 @@ constexpr Row table[] = {
     {u"bdbfhdr", documentWord},
     {u"bdrrlswsix", documentWord},
     {u"bin", none, Word::bin},
+    {u"binfsxn", section},
+    {u"binsxn", section},
     {u"bookfold", documentWord},
     {u"bookfoldrev", documentWord},
     {u"bookfoldsheets", documentWord},
@@ -156,6 +158,7 @@ constexpr Row table[] = {
     {u"f", font, Word::f},
     {u"faauto", paragraph},
     {u"facenter", paragraph},
+    {u"facingp", none, Word::facingp},
     {u"fafixed", paragraph},
     {u"fahang", paragraph},
     {u"faroman", paragraph},
@@ -199,6 +202,7 @@ constexpr Row table[] = {
     {u"grfdocevents", documentWord},
     {u"gutter", documentWord},
     {u"gutterprl", documentWord},
+    {u"guttersxn", section},
     {u"header", hiddenGroup | apartGroup},
     {u"headerf", hiddenGroup | apartGroup},
     {u"headerl", hiddenGroup | apartGroup},
@@ -254,6 +258,7 @@ constexpr Row table[] = {
     {u"listtable", hiddenGroup},
     {u"listtext", hiddenGroup},
     {u"lnbrkrule", documentWord},
+    {u"lndscpsxn", section},
     {u"lnongrid", documentWord},
     {u"lquote", shown},
     {u"ls", none, Word::ls},
@@ -269,10 +274,15 @@ constexpr Row table[] = {
     {u"mailmerge", documentGroup},
     {u"makebackup", documentWord},
     {u"margb", documentWord},
+    {u"margbsxn", section},
     {u"margl", documentWord},
+    {u"marglsxn", section},
     {u"margmirror", documentWord},
+    {u"margmirsxn", section},
     {u"margr", documentWord},
+    {u"margrsxn", section},
     {u"margt", documentWord},
+    {u"margtsxn", section},
     {u"mmathFont", moreFont},
     {u"mmathPr", documentGroup},
     {u"msmcap", documentWord},
@@ -313,7 +323,7 @@ constexpr Row table[] = {
     {u"oldas", documentWord},
     {u"oldlinewrap", documentWord},
     {u"otblrul", documentWord},
-    {u"page", shown},
+    {u"page", shown, Word::page},
     {u"paperh", documentWord},
     {u"paperw", documentWord},
     {u"par", endsParagraph, Word::par},
@@ -322,8 +332,10 @@ constexpr Row table[] = {
     {u"passwordhash", documentGroup},
     {u"pc", documentWord},
     {u"pca", documentWord},
+    {u"pghsxn", section},
     {u"pgnstart", documentWord},
     {u"pgptbl", documentGroup},
+    {u"pgwsxn", section},
     {u"pict", shownGroup},
     {u"plain", none, Word::plain},
     {u"pncf", colour},
@@ -433,6 +445,7 @@ constexpr Row table[] = {
     {u"transmf", documentWord},
     {u"trcbpat", moreColour},
     {u"trcfpat", moreColour},
+    {u"trkeep", row, Word::trkeep},
     {u"trowd", shownCell, Word::trowd},
     {u"truncatefontheight", documentWord},
     {u"truncex", documentWord},
@@ -495,7 +508,6 @@ constexpr Row families[] = {
     {u"tr", row},
     {u"vertal", section},
 };
-constexpr std::u16string_view sectionEnding = u"sxn";
 
 constexpr bool isBefore(const Row& left, const Row& right) noexcept {
     return left.letters < right.letters;
@@ -503,7 +515,7 @@ constexpr bool isBefore(const Row& left, const Row& right) noexcept {
 static_assert(std::is_sorted(std::begin(table), std::end(table), isBefore));
 
 Traits traitsOfFamily(std::u16string_view letters) noexcept {
-    Traits traits = letters.ends_with(sectionEnding) ? section : none;
+    Traits traits = none;
     for (const Row& family : families) {
         if (letters[0] == family.letters[0] && letters.starts_with(family.letters)) traits |= family.traits;
     }

@@ -288,7 +288,7 @@ bool Module1::MarkLooseTables(std::u16string& psText, const CleanOptions& option
     MarkerInsertion changes;
     LooseTableFinder(psText, options.tolerant, changes.tables).find(markers);
     if (changes.empty()) return false;
-    psText = changes.apply(psText, guids, false);
+    changes.apply(psText, guids);
     return true;
 }
 

@@ -21,9 +21,8 @@ public:
 
     bool empty() const noexcept { return tables.empty(); }
 
-    // The text with a marker pair, of a new identity, around each table, and without the cuts.
-    // Blanks at its end are left out when trimmed is asked for.
-    std::u16string apply(const std::u16string& text, platform::Guids& guids, bool trimmed) const;
+    // Puts a marker pair, of a new identity, around each table, and takes the cuts out.
+    void apply(std::u16string& text, platform::Guids& guids) const;
 };
 
 }  // namespace velmor

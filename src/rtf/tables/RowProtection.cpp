@@ -6,38 +6,20 @@
 #include "rtf/edit/TextEdits.h"
 #include "rtf/read/RtfReader.h"
 #include "rtf/tables/TableMarkers.h"
-#include "text/Compare.h"
 
 namespace velmor {
 namespace {
-
-constexpr std::size_t nowhere = std::u16string_view::npos;
-
-std::size_t findWord(std::u16string_view text, std::u16string_view word, std::size_t from) noexcept {
-    while ((from = findText(text, word, from, Comparison::binary)) != nowhere && isEscaped(text, from)) ++from;
-    return from;
-}
-
-// Row by row, for a text whose rows do not lie in one another.
-void protectRows(std::u16string_view text, TextEdits& edits) {
-    for (std::size_t at = 0; (at = findWord(text, u"\\trowd", at)) != nowhere;) {
-        const std::size_t row = findWord(text, u"\\row", at);
-        if (row == nowhere) return;
-        const std::u16string_view definition = text.substr(0, row);
-        if (findWord(definition, u"\\trkeep", at) == nowhere) edits.insert(row, u"\\trkeep");
-        at = row + 1;
-    }
-}
 
 struct Row {
     bool begun = false;
     bool kept = false;
 };
 
-// Takes the words and marker groups of a text from left to right.
+// Takes the words of a text from left to right. By the plain rules a word that begins like one of these is that one.
 class RowReader {
 public:
-    RowReader(std::u16string_view text, TextEdits& edits) : text_(text), edits_(edits) {}
+    RowReader(std::u16string_view text, bool tolerant, TextEdits& edits)
+        : text_(text), tolerant_(tolerant), edits_(edits) {}
 
     void take(std::size_t index) {
         if (standsAt(text_, index, u"\\row")) {
@@ -46,7 +28,15 @@ public:
         } else if (standsAt(text_, index, u"\\tr")) {
             row_.kept = row_.begun && (row_.kept || standsAt(text_, index, u"\\trkeep"));
             row_.begun = row_.begun || standsAt(text_, index, u"\\trowd");
-        } else if (standsAt(text_, index, startTableMarker)) {
+        } else if (tolerant_ && index >= 3) {
+            takeMarker(index - 3);
+        }
+    }
+
+private:
+    // A table in a pair of markers is apart from the row around it.
+    void takeMarker(std::size_t index) {
+        if (standsAt(text_, index, startTableMarker)) {
             outer_.push_back(row_);
             row_ = {};
         } else if (!outer_.empty() && standsAt(text_, index, endTableMarker)) {
@@ -55,8 +45,8 @@ public:
         }
     }
 
-private:
     std::u16string_view text_;
+    bool tolerant_;
     TextEdits& edits_;
     Row row_;
     std::vector<Row> outer_;
@@ -65,13 +55,13 @@ private:
 }  // namespace
 
 void Module1::ProtectTableRows(std::u16string& psText, const CleanOptions& options) {
+    static const WordSet rowWords({}, {Word::korvane, Word::row, Word::trowd, Word::trkeep});
     TextEdits edits;
-    if (options.tolerant && findText(psText, startTableMarker, 0, Comparison::binary) != nowhere) {
-        RowReader reader(psText, edits);
-        RtfReader scanner(psText, 0, psText.size());
-        while (scanner.next()) reader.take(scanner.position());
-    } else {
-        protectRows(psText, edits);
+    RowReader rows(psText, options.tolerant, edits);
+    const std::size_t first = RtfSearch(psText).find(u"\\trowd", 0);
+    RtfReader reader(psText, 0, first == psText.npos ? 0 : psText.size());
+    while (reader.nextWord()) {
+        if (rowWords.mayHold(psText, reader.position())) rows.take(reader.position());
     }
     edits.apply(psText);
 }

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "rtf/edit/TextEdits.h"
 #include "rtf/read/Module1.h"
 #include "rtf/read/RtfReader.h"
 #include "rtf/tables/MarkerInsertion.h"
@@ -177,36 +178,6 @@ TextRange rangeWithin(const std::u16string& text, std::int32_t start, std::int32
     return {clamp(start), clamp(end)};
 }
 
-// Moves the text left over its cuts, as they come.
-class MovingLeft {
-public:
-    explicit MovingLeft(std::u16string& text) : text_(text) {}
-
-    void cut(TextRange range) {
-        moveUpTo(range.begin);
-        read_ = range.end;
-    }
-
-    std::size_t finish() {
-        moveUpTo(text_.size());
-        std::fill(text_.begin() + static_cast<std::ptrdiff_t>(written_), text_.end(), u' ');
-        return text_.size() - written_;
-    }
-
-private:
-    void moveUpTo(std::size_t end) {
-        if (read_ != written_) {
-            std::char_traits<char16_t>::move(text_.data() + written_, text_.data() + read_, end - read_);
-        }
-        written_ += end - read_;
-        read_ = end;
-    }
-
-    std::u16string& text_;
-    std::size_t written_ = 0;
-    std::size_t read_ = 0;
-};
-
 }  // namespace
 
 bool addTableMarkers(std::u16string& value, platform::Guids& guids) {
@@ -218,13 +189,14 @@ bool addTableMarkers(std::u16string& value, platform::Guids& guids) {
         if (end == nowhere) break;
     }
     if (reader.changes().empty()) return false;
-    value = reader.changes().apply(value, guids, true);
+    reader.changes().apply(value, guids);
+    value.resize(value.find_last_not_of(u' ') + 1);
     return true;
 }
 
 void RemoveExtraTrowd(std::u16string& value, std::int32_t& plTableStart, std::int32_t& plTableEnd) {
     const TextRange table = rangeWithin(value, plTableStart, plTableEnd);
-    MovingLeft moving(value);
+    TextEdits edits;
     RowTrimmer rows;
     RtfReader reader(value, table.begin, table.end);
     for (Word word; next(reader, false, word);) {
@@ -233,10 +205,13 @@ void RemoveExtraTrowd(std::u16string& value, std::int32_t& plTableStart, std::in
             // A cell that begins with the range precedes the table.
             if (word != Word::cell || index > table.begin) takeRowWord(value, word, index, rows);
         } else if (const auto cut = rows.row(index)) {
-            moving.cut(*cut);
+            edits.replace(cut->begin, cut->end, {});
         }
     }
-    plTableEnd -= static_cast<std::int32_t>(moving.finish());
+    const std::size_t length = value.size();
+    edits.apply(value);
+    plTableEnd -= static_cast<std::int32_t>(length - value.size());
+    value.resize(length, u' ');
 }
 
 }  // namespace velmor

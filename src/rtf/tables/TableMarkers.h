@@ -31,7 +31,7 @@ bool addTableMarkers(std::u16string& value, platform::Guids& guids);
 // their own, and rows with a table marker there. What follows moves left, plTableEnd falls by the
 // number of characters removed, and the freed end of the value is filled with blanks: its length
 // stays, and the caller trims it once. Positions are 1-based; a range that reaches out of the value
-// is cut to it. One pass, no memory.
+// is cut to it. One pass.
 void RemoveExtraTrowd(std::u16string& value, std::int32_t& plTableStart, std::int32_t& plTableEnd);
 
 }  // namespace velmor
