@@ -1,4 +1,4 @@
-// Compares the headers and footers of embedded and of joined documents with those that a reader of each
+// Compares the headers and footers of joined documents with those that a reader of each
 // document sees.
 
 #include <algorithm>
@@ -7,9 +7,6 @@
 #include <cstdlib>
 
 #include "rtf/HeaderDuel.h"
-#include "rtf/LiteralHeaders.h"
-#include "rtf/edit/EmbeddedDocuments.h"
-#include "rtf/pages/HeadersFooters.h"
 
 namespace {
 
@@ -38,9 +35,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     options.tolerant = (data[0] & 1) != 0;
     const test::JoinedDuel duel(choose, options.tolerant);
     require(same(duel.joined, duel.alone), "joined headers", duel.before);
-    at = 1;
-    const test::LiteralHeaders literal(choose, options.tolerant);
-    const auto sections = test::SectionReader::of(test::withHeadersApplied(literal.text, options));
-    require(same(sections, literal.sections), "headers", literal.text);
     return 0;
 }

@@ -5,7 +5,6 @@
 #include <random>
 
 #include "HeaderDuel.h"
-#include "LiteralHeaders.h"
 #include "Pieces.h"
 #include "Seed.h"
 #include "rtf/edit/EmbeddedDocuments.h"
@@ -140,20 +139,7 @@ void expectSame(const std::vector<test::SectionReader::Section>& sections,
     }
 }
 
-TEST(HeadersFootersOf, RandomDocuments) {
-    const unsigned seed = testSeed();
-    std::mt19937 random(seed);
-    for (int round = 0; round < 8000 && !testing::Test::HasFailure(); ++round) {
-        CleanOptions options;
-        options.tolerant = round % 2 == 0;
-        const test::LiteralHeaders literal([&](unsigned count) { return random() % count; }, options.tolerant);
-        const std::u16string text = test::withHeadersApplied(literal.text, options);
-        SCOPED_TRACE(toUtf8(literal.text) + " became " + toUtf8(text) + " seed " + std::to_string(seed));
-        expectSame(test::SectionReader::of(text), literal.sections);
-    }
-}
-
-TEST(JoinedHeaders, EqualThoseOfEachDocumentAlone) {
+TEST(JoinedHeaders, ShowWhatEachDocumentShowsAlone) {
     const unsigned seed = testSeed();
     std::mt19937 random(seed);
     for (int round = 0; round < 3000 && !testing::Test::HasFailure(); ++round) {

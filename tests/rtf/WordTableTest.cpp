@@ -2,10 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include "LiteralHeaders.h"
 #include "NestedTableText.h"
 #include "Pieces.h"
+#include "rtf/edit/EmbeddedDocuments.h"
 #include "rtf/merge/UnwrapNestedDocuments.h"
+#include "rtf/pages/HeadersFooters.h"
 #include "rtf/tables/NestedTables.h"
 #include "text/Encoding.h"
 
@@ -15,8 +16,11 @@ namespace {
 // A header marker after shown content begins a section.
 bool showsInBody(const std::u16string& piece) {
     const std::u16string marker = u"{\\rtf1{\\*\\korvanenewheader}}";
-    const std::u16string text = u"{\\rtf1{\\header h}" + piece + marker + u"{\\rtf1{\\header n}b}c}";
-    return test::withHeadersApplied(text, {}).find(u"\\sbkpage") != std::u16string::npos;
+    std::u16string text = u"{\\rtf1{\\header h}" + piece + marker + u"{\\rtf1{\\header n}b}c}";
+    TableCollection tables(u'\uFDD0');
+    Module1::ExtractEmbeddedDocuments(text, tables, {});
+    Module1::ApplyHeadersFooters(text, tables, {});
+    return text.find(u"\\sbkpage") != text.npos;
 }
 
 // Shown content before a table in its cell ends with \par.
