@@ -108,9 +108,9 @@ private:
 
     void markLooseTables() {
         const bool hasMarkers = groups_.has(Group::tableMarker);
-        const bool mayHaveSome = hasDocuments_ ? hasMarkers || options_.tolerant
-                                               : hasMarkers && findText(text_, u"\\nestrow", 0, Comparison::binary) !=
-                                                                   text_.npos;
+        const bool mayHaveSome = hasDocuments_
+                                     ? hasMarkers || options_.tolerant
+                                     : hasMarkers && findText(text_, u"\\nestrow", 0, Comparison::binary) != text_.npos;
         if (!mayHaveSome) return;
         attempt([&] {
             if (Module1::MarkLooseTables(text_, options_, guids_)) groups_.add(Group::tableMarker);

@@ -19,7 +19,8 @@ public:
     Removal(std::u16string& text, bool tolerant) : text_(text), tolerant_(tolerant) {}
 
     void run() {
-        for (std::size_t at = 0; !stopped_ && (at = RtfSearch(text_).find(opening, next_, Comparison::text)) != nowhere;) {
+        for (std::size_t at = 0;
+             !stopped_ && (at = RtfSearch(text_).find(opening, next_, Comparison::text)) != nowhere;) {
             const std::size_t end = findGroupEnd(text_, at + opening.size(), tolerant_);
             if (end == noGroupEnd) break;
             keep(at);

@@ -30,7 +30,9 @@ public:
     // `text` must outlive apply() and be no part of the text that changes.
     void replace(std::size_t begin, std::size_t end, std::u16string_view text) { add({begin, end, text, Seam::plain}); }
     void insert(std::size_t at, std::u16string_view text) { replace(at, at, text); }
-    void replaceVal(std::size_t begin, std::size_t end, std::u16string text) { replace(begin, end, keep(std::move(text))); }
+    void replaceVal(std::size_t begin, std::size_t end, std::u16string text) {
+        replace(begin, end, keep(std::move(text)));
+    }
     // As replaceVal, and the last word of `text` stays apart from what follows.
     void replaceApartVal(std::size_t begin, std::size_t end, std::u16string text) {
         add({begin, end, keep(std::move(text)), Seam::apart});

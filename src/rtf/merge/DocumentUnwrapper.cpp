@@ -179,8 +179,7 @@ std::size_t DocumentUnwrapper::openGroup(std::size_t index) {
     }
     const GroupOpening opening = readOpening(text_, index);
     const WordMeaning meaning = meaningOf(opening.letters);
-    if (!documents_.empty() && documents_.back().depth + 1 == groups_.size() &&
-        meaning.is(WordTrait::documentGroup)) {
+    if (!documents_.empty() && documents_.back().depth + 1 == groups_.size() && meaning.is(WordTrait::documentGroup)) {
         const std::size_t end = findGroupEnd(text_, index + 1, true);
         if (end != noGroupEnd) {
             edits_.cut(index, end + 1);

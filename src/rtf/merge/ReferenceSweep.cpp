@@ -23,9 +23,9 @@ void ReferenceSweep::begin(std::u16string_view text, const References& reference
 }
 
 void ReferenceSweep::sweep(std::size_t begin, std::size_t end) {
-    static const WordSet words({WordTrait::font, WordTrait::moreFont, WordTrait::colour, WordTrait::moreColour},
-                               {Word::bin, Word::cs, Word::ds, Word::ls, Word::pard, Word::plain, Word::s, Word::ts,
-                                Word::yts});
+    static const WordSet words(
+        {WordTrait::font, WordTrait::moreFont, WordTrait::colour, WordTrait::moreColour},
+        {Word::bin, Word::cs, Word::ds, Word::ls, Word::pard, Word::plain, Word::s, Word::ts, Word::yts});
     for (std::size_t at = begin; at + 1 < end;) {
         if (text_[at] != u'\\') {
             ++at;

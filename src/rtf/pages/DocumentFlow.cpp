@@ -183,8 +183,8 @@ void DocumentFlow::readBackslash() {
         reading.at = index + 2;
         return;
     }
-    reading.at = word.letters == u"bin" ? std::max(word.end, skipEscape(reading.text, index))
-                                        : endWithBlank(reading.text, word);
+    reading.at =
+        word.letters == u"bin" ? std::max(word.end, skipEscape(reading.text, index)) : endWithBlank(reading.text, word);
     if (!levels_.back().passedOver) take(word, std::min(reading.at, reading.text.size()));
 }
 

@@ -39,8 +39,7 @@ bool isTable(std::u16string_view text, std::size_t index) {
 
 }  // namespace
 
-JoinedHeaders::JoinedHeaders(std::u16string_view text, const std::vector<Join>& joins, bool tolerant,
-                             TextEdits& edits)
+JoinedHeaders::JoinedHeaders(std::u16string_view text, const std::vector<Join>& joins, bool tolerant, TextEdits& edits)
     : text_(text), joins_(joins), tolerant_(tolerant), edits_(edits) {
     const std::size_t host = findHostDocument(text);
     if (host == noDocument) return;

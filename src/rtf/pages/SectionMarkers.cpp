@@ -30,9 +30,9 @@ private:
     std::u16string_view text_;
     SectionGroups groups_;
     TextEdits edits_;
-    std::vector<std::size_t> pages_;   // not yet made section breaks
-    std::size_t section_ = nowhere;    // after the last "\sectd"
-    std::u16string descriptions_;      // of that one
+    std::vector<std::size_t> pages_;  // not yet made section breaks
+    std::size_t section_ = nowhere;   // after the last "\sectd"
+    std::u16string descriptions_;     // of that one
 };
 
 TextEdits SectionReader::edits() {

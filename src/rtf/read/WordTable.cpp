@@ -514,6 +514,14 @@ constexpr bool isBefore(const Row& left, const Row& right) noexcept {
 }
 static_assert(std::is_sorted(std::begin(table), std::end(table), isBefore));
 
+// Where the words of each first letter begin; those of the next one end them.
+constexpr auto begins = [] {
+    std::array<std::size_t, u'z' + 2> result{};
+    for (const Row& known : table) ++result[known.letters[0] + 1u];
+    for (std::size_t i = 1; i < result.size(); ++i) result[i] += result[i - 1];
+    return result;
+}();
+
 Traits traitsOfFamily(std::u16string_view letters) noexcept {
     Traits traits = none;
     for (const Row& family : families) {
@@ -525,9 +533,10 @@ Traits traitsOfFamily(std::u16string_view letters) noexcept {
 }  // namespace
 
 WordMeaning meaningOf(std::u16string_view letters) noexcept {
-    if (letters.empty()) return {};
-    const Row* const found = std::lower_bound(std::begin(table), std::end(table), Row{letters, none}, isBefore);
-    const bool isKnown = found != std::end(table) && found->letters == letters;
+    if (letters.empty() || letters[0] > u'z') return {};
+    const Row* const end = table + begins[letters[0] + 1u];
+    const Row* const found = std::lower_bound(table + begins[letters[0]], end, Row{letters, none}, isBefore);
+    const bool isKnown = found != end && found->letters == letters;
     const Traits traits = static_cast<Traits>(traitsOfFamily(letters) | (isKnown ? found->traits : none));
     return {isKnown ? found->word : Word::other, traits};
 }
