@@ -139,7 +139,7 @@ void expectSame(const std::vector<test::SectionReader::Section>& sections,
     }
 }
 
-TEST(JoinedHeaders, ShowWhatEachDocumentShowsAlone) {
+TEST(JoinedHeaders, EqualThoseOfEachDocumentAlone) {
     const unsigned seed = testSeed();
     std::mt19937 random(seed);
     for (int round = 0; round < 3000 && !testing::Test::HasFailure(); ++round) {

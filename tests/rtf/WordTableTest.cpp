@@ -102,7 +102,8 @@ TEST(WordTable, KnowsTheWordsOfADocument) {
 
 TEST(WordTable, KnowsTheWordsOfASection) {
     for (const auto word : test::piecesOf(
-             u"binfsxn|colno|cols|colsr|colsx|colw|endnhere|footery|headery|horzsect|linebetcol|linecont|linemod|"
+             u"binfsxn|binsxn|guttersxn|margbsxn|margmirsxn|margrsxn|margtsxn|pghsxn|pgwsxn|colno|cols|colsr|colsx|"
+             u"colw|endnhere|footery|headery|horzsect|linebetcol|linecont|linemod|"
              u"lineppage|linerestart|linestarts|linex|lndscpsxn|ltrsect|marglsxn|pgbrdrt|pgndec|pgnstarts|rtlsect|"
              u"saftnstart|sbknone|sectd|sectdefaultcl|sectexpand|sectlinegrid|sectrsid|sectspecifyl|sectunlocked|"
              u"sftnbj|stextflow|titlepg|vertalc|vertsect")) {

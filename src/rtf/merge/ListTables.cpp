@@ -128,25 +128,29 @@ void ListTables::renumberPictures(std::u16string_view entry, const EntryItems& l
     }
 }
 
-void ListTables::addList(std::u16string_view entry, const List& list) {
+// The entry with its numbers replaced: `replace` gets each word of it, and the edits.
+template <typename Replace>
+std::u16string ListTables::renumbered(std::u16string_view entry, Replace replace) {
     std::u16string text(entry);
     TextEdits edits;
-    bool hasId = false;
     for (EntryItems items(entry, tolerant_); items.next();) {
         if (items.kind() == EntryItems::Kind::group) renumberPictures(entry, items, edits);
-        if (items.kind() != EntryItems::Kind::word) continue;
-        const ControlWord& word = items.word();
-        if (word.letters == u"listid") {
-            hasId = true;
-            edits.replace(word.numberBegin(), word.end, list.id);
-        } else if (word.letters == u"listtemplateid") {
-            edits.replace(word.numberBegin(), word.end, list.templateId);
-        } else if (word.letters == u"liststyleid") {
-            edits.replace(word.numberBegin(), word.end, idOf(word.number));
-        }
+        if (items.kind() == EntryItems::Kind::word) replace(items.word(), edits);
     }
-    if (!hasId) edits.replaceVal(entry.size() - 1, entry.size() - 1, u"\\listid" + list.id);
     edits.apply(text);
+    return text;
+}
+
+void ListTables::addList(std::u16string_view entry, const List& list) {
+    bool hasId = false;
+    std::u16string text = renumbered(entry, [&](const ControlWord& word, TextEdits& edits) {
+        const auto set = [&](std::u16string_view number) { edits.replace(word.numberBegin(), word.end, number); };
+        hasId = hasId || word.letters == u"listid";
+        if (word.letters == u"listid") set(list.id);
+        if (word.letters == u"listtemplateid") set(list.templateId);
+        if (word.letters == u"liststyleid") set(idOf(word.number));
+    });
+    if (!hasId) text.insert(text.size() - 1, u"\\listid" + list.id);
     lists_.append(u"\r\n").append(text);
 }
 
@@ -174,21 +178,12 @@ void ListTables::addOverride(std::u16string_view entry, std::u16string_view numb
     for (EntryItems items(entry, tolerant_); items.next();) {
         levels += items.kind() == EntryItems::Kind::group && firstWord(items.text()) == u"lfolevel";
     }
-    std::u16string text(entry);
-    TextEdits edits;
-    for (EntryItems items(entry, tolerant_); items.next();) {
-        if (items.kind() == EntryItems::Kind::group) renumberPictures(entry, items, edits);
-        if (items.kind() != EntryItems::Kind::word) continue;
-        const ControlWord& word = items.word();
-        if (word.letters == u"listid") {
-            edits.replace(word.numberBegin(), word.end, idOf(word.number));
-        } else if (word.letters == u"listoverridecount") {
-            edits.replaceVal(word.numberBegin(), word.end, decimal(levels));
-        } else if (word.letters == u"ls") {
-            edits.replace(word.numberBegin(), word.end, number);
-        }
-    }
-    edits.apply(text);
+    const std::u16string text = renumbered(entry, [&](const ControlWord& word, TextEdits& edits) {
+        const auto set = [&](std::u16string_view with) { edits.replace(word.numberBegin(), word.end, with); };
+        if (word.letters == u"listid") set(idOf(word.number));
+        if (word.letters == u"listoverridecount") edits.replaceVal(word.numberBegin(), word.end, decimal(levels));
+        if (word.letters == u"ls") set(number);
+    });
     overrides_.append(u"\r\n").append(text);
 }
 

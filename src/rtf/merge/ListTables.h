@@ -48,6 +48,8 @@ private:
     };
 
     std::u16string settle(FreshNumbers& numbers, std::u16string_view number) const;
+    template <typename Replace>
+    std::u16string renumbered(std::u16string_view entry, Replace replace);
     void addList(std::u16string_view entry, const List& list);
     void renumberPictures(std::u16string_view entry, const EntryItems& level, TextEdits& edits) const;
     void addOverride(std::u16string_view entry, std::u16string_view number);

@@ -8,50 +8,41 @@ namespace {
 struct Opening {
     Group group;
     std::u16string_view word;
+    bool ignorable = false;  // "\*" precedes it
 };
 
-constexpr Opening plainOpenings[] = {
+constexpr Opening openings[] = {
     {Group::fontTable, u"fonttbl"},
     {Group::colourTable, u"colortbl"},
     {Group::listTable, u"listtable"},
+    {Group::listTable, u"listtable", true},
+    {Group::listOverrideTable, u"listoverridetable"},
+    {Group::listOverrideTable, u"listoverridetable", true},
     {Group::styleSheet, u"stylesheet"},
     {Group::header, u"header"},
     {Group::footer, u"footer"},
-    {Group::listOverrideTable, u"listoverridetable"},
+    {Group::newHeader, u"korvanenewheader", true},
+    {Group::newFooter, u"korvanenewfooter", true},
+    {Group::mergePageBreak, u"korvanemergepagebreak", true},
+    {Group::section, u"korvanesection", true},
+    {Group::tableMarker, u"korvane\\", true},
+    {Group::background, u"background", true},
+    {Group::generator, u"generator", true},
 };
-
-constexpr Opening starredOpenings[] = {
-    {Group::newHeader, u"korvanenewheader"},
-    {Group::newFooter, u"korvanenewfooter"},
-    {Group::mergePageBreak, u"korvanemergepagebreak"},
-    {Group::section, u"korvanesection"},
-    {Group::tableMarker, u"korvane\\"},
-    {Group::background, u"background"},
-    {Group::generator, u"generator"},
-    {Group::listTable, u"listtable"},
-    {Group::listOverrideTable, u"listoverridetable"},
-};
-
-template <std::size_t count>
-void noteAmong(const Opening (&openings)[count], std::u16string_view rest, GroupSet& found) {
-    const char16_t first = rest.empty() ? u'\0' : foldUnit(rest[0]);
-    for (const Opening& opening : openings) {
-        if (first == opening.word[0] && equalIgnoringCase(rest.substr(0, opening.word.size()), opening.word)) {
-            found.add(opening.group);
-        }
-    }
-}
 
 }  // namespace
 
 void GroupSet::note(std::u16string_view text, std::size_t index) noexcept {
     constexpr std::size_t longest = 26;
-    const std::u16string_view opening = text.substr(index, longest);
-    if (opening.size() < 3 || opening[1] != u'\\') return;
-    if (opening[2] != u'*') {
-        noteAmong(plainOpenings, opening.substr(2), *this);
-    } else if (opening.size() > 4 && opening[3] == u'\\') {
-        noteAmong(starredOpenings, opening.substr(4), *this);
+    std::u16string_view rest = text.substr(index + 1, longest);
+    const bool ignorable = rest.starts_with(u"\\*");
+    if (ignorable) rest.remove_prefix(2);
+    if (rest.size() < 2 || rest[0] != u'\\') return;
+    rest.remove_prefix(1);
+    const char16_t first = foldUnit(rest[0]);
+    for (const Opening& opening : openings) {
+        if (first != opening.word[0] || ignorable != opening.ignorable) continue;
+        if (equalIgnoringCase(rest.substr(0, opening.word.size()), opening.word)) add(opening.group);
     }
 }
 
