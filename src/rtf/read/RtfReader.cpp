@@ -34,9 +34,9 @@ std::int32_t numberOf(std::u16string_view digits) noexcept {
     return negative ? -value : value;
 }
 
-std::size_t skipEscape(std::u16string_view text, std::size_t index) noexcept {
+std::size_t skipBinary(std::u16string_view text, std::size_t index) noexcept {
     const std::size_t after = index + 2;
-    if (after > text.size() || text[index + 1] != u'b' || !wordStandsAt(text, index, u"\\bin")) return after;
+    if (!wordStandsAt(text, index, u"\\bin")) return after;
     std::size_t at = index + 4;
     std::size_t count = 0;
     for (; at < text.size() && isDecimalDigit(text[at]) && count < text.size(); ++at) {

@@ -94,8 +94,11 @@ inline std::size_t endWithBlank(std::u16string_view text, const ControlWord& wor
     return skipBlank(text, word.end);
 }
 
-// Past the data of the \bin word at the index, or past the backslash and what it escapes.
-std::size_t skipEscape(std::u16string_view text, std::size_t index) noexcept;
+// Past the data of the \bin word at the index, if it is one; else past the backslash and what it escapes.
+std::size_t skipBinary(std::u16string_view text, std::size_t index) noexcept;
+inline std::size_t skipEscape(std::u16string_view text, std::size_t index) noexcept {
+    return index + 1 < text.size() && text[index + 1] == u'b' ? skipBinary(text, index) : index + 2;
+}
 
 // A run of control words, white space or none between them: what sets up a paragraph, or a document's header.
 class WordRun {
