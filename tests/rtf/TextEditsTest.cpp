@@ -51,6 +51,22 @@ TEST(TextEdits, EqualChangesMadeOneByOneFromTheEnd) {
     }
 }
 
+TEST(TextEdits, InAnyOrderKeepTheirPlacesAndLoseWhatLiesInOthers) {
+    std::u16string text = u"abcdef";
+    TextEdits edits;
+    edits.cut(4, 5);
+    edits.insert(2, u"lost");
+    edits.cut(1, 3);
+    edits.insert(1, u"1");
+    edits.replace(1, 2, u"lost");
+    edits.insert(1, u"2");
+    edits.insert(3, u"3");
+    edits.insert(0, u"forgotten");
+    edits.truncate(7);
+    edits.apply(text);
+    EXPECT_EQ(toUtf8(text), "a123df");
+}
+
 // ---- Putting back
 
 TEST(TableCollection, ExpandsAtEveryDepthWithAnyCapacity) {
