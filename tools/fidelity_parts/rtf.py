@@ -225,7 +225,10 @@ def with_page_words(data, page):
 def after_opening(data, words):
     """The document with these words after its opening."""
     opening = re.match(rb"\s*\{\\rtf-?\d*", data)
-    return data[: opening.end()] + words + data[opening.end():] if opening else data
+    if not opening:
+        return data
+    rest = data[opening.end():]
+    return data[: opening.end()] + words + (b" " if rest[:1].isalnum() else b"") + rest
 
 
 def is_whole(data):
