@@ -23,7 +23,7 @@ struct Digits {
     }
 };
 
-// Takes apart what std::to_chars wrote in scientific form.
+// Parses the scientific form of std::to_chars.
 Digits digitsOf(std::string_view scientific) {
     Digits digits;
     std::size_t at = 0;

@@ -10,7 +10,7 @@ namespace velmor::com {
 // Makes the objects of one served class.
 class ClassFactory final : public IClassFactory {
 public:
-    // The class must outlive the factory (it stands in a table). Made with one reference.
+    // The class must outlive the factory (it is in a table). Made with one reference.
     explicit ClassFactory(const ServedClass& served) noexcept : served_(served) {}
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) noexcept override;

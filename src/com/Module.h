@@ -6,10 +6,10 @@
 
 namespace velmor::com {
 
-// The DLL that this code is linked into: what keeps it loaded, and where it lies.
+// The DLL that contains this code: the references that keep it loaded, and its path.
 class Module {
 public:
-    // Counted: every object that is handed out, every lock of a class factory.
+    // Counted are objects with references and locks of class factories.
     static void addObject() noexcept;
     static void removeObject() noexcept;
     static bool unused() noexcept;

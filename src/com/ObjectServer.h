@@ -17,11 +17,11 @@
 //         return all;
 //     }
 //
-// and velmor_com_server_dll(TARGET SOURCE ...) in the build.
+// and velmor_server_dll(TARGET SOURCE ...) in the build.
 
 namespace velmor::com {
 
-// A new object's late-bound interface. An object that cannot be made fails as a member would.
+// A new object's late-bound interface. If the object cannot be made, it fails like a member.
 HRESULT createObjectFrom(automation::ObjectRef (*make)(), REFIID id, void** object) noexcept;
 
 template <automation::ObjectRef (*make)()>

@@ -4,16 +4,16 @@
 
 namespace velmor::com {
 
-// Whose classes: every user's (HKEY_LOCAL_MACHINE, which needs the right to write there), or the current user's alone
-// (HKEY_CURRENT_USER).
+// The owner of the classes: all users (HKEY_LOCAL_MACHINE, which needs the right to write there), or the
+// current user (HKEY_CURRENT_USER).
 enum class Audience { everyone, currentUser };
 
-// Writes the server's classes and its type library: class identifier, plain and versioned class name, the DLL's path,
-// the apartment threading model. Throws Failure; nothing of it is then left, as after unregisterServer.
+// Writes the server's classes and its type library: class identifier, plain and versioned class name, the DLL's
+// path, the apartment threading model. Throws Failure, and then leaves no trace, as after unregisterServer.
 void registerServer(const Server& server, Audience audience);
 
-// Leaves nothing of it, also where only a part was there. A part that cannot be removed does not keep the others;
-// Failure tells the first such.
+// Removes all of it, also an incomplete registration. If a part cannot be removed, the others are removed
+// nevertheless; Failure has the first error.
 void unregisterServer(const Server& server, Audience audience);
 
 }  // namespace velmor::com

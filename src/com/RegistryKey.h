@@ -9,10 +9,10 @@ namespace velmor::com {
 // Throws Failure unless the status is ERROR_SUCCESS.
 void checkRegistry(LSTATUS status);
 
-// A key that is written to and emptied, from making it to the end of the scope.
+// A key for writing and emptying, open until the end of the scope.
 class RegistryKey {
 public:
-    // Makes the key where it is not there. Throws Failure.
+    // Makes the key if it is absent. Throws Failure.
     RegistryKey(HKEY parent, const std::wstring& path);
     RegistryKey(const RegistryKey&) = delete;
     RegistryKey& operator=(const RegistryKey&) = delete;
@@ -22,7 +22,7 @@ public:
     void setDefault(const std::wstring& value) { set(nullptr, value); }
     void set(const wchar_t* name, const std::wstring& value);
 
-    // Removes a key with everything below it; one that is absent is no failure.
+    // Removes a key with its subkeys; an absent key is not an error.
     static void removeTree(HKEY parent, const std::wstring& path);
 
 private:

@@ -11,25 +11,23 @@ namespace velmor {
 
 class privProperties;
 
-// The commands of the handler "TAG", for one tag. A command that is not known, lacks an element or
-// cannot read its file yields "". The value is as the command yields it: not escaped, its tags not
-// evaluated.
+// The commands of the handler "TAG", for one tag. An unknown command, and one that lacks an element or cannot
+// read its file, yields "". The value is not escaped, and its tags are not evaluated.
 class BuiltInCommands {
 public:
     static constexpr std::u16string_view handler = u"TAG";
 
-    // psName: the tag's name, with its final ":". The context's collections must all be there.
+    // psName: the tag's name, with its final ":". All collections of the context must exist.
     BuiltInCommands(platform::Services& services, const ContextRef& context, std::u16string_view psName)
         : services_(services), context_(context), name_(psName) {}
 
-    // By the tag's elements.
+    // With the tag's elements.
     std::u16string run(privProperties& elements) const;
-    // By elements built from its name.
+    // With elements built from its name.
     std::u16string run() const;
 
-    // The value of a tag "TAG>PROPERTY:name=default:" (its final ":" may be missing), without parsing it
-    // in full: a part of psName, or `text`, which takes the property's value. Nothing where only the
-    // full way would tell.
+    // The value of a tag "TAG>PROPERTY:name=default:" (its final ":" may be absent), without a full parse: a
+    // part of psName, or `text`, which receives the property's value. Nothing if it needs the full parse.
     static std::optional<std::u16string_view> property(std::u16string_view psName, const TagContext& context,
                                                        std::u16string& text);
 
@@ -47,7 +45,7 @@ private:
     std::u16string commandValue(privProperties& elements) const;
     std::u16string fullPath(std::u16string_view psFile) const;
     std::u16string listEntry(std::u16string_view psList, privProperties& elements) const;
-    // False, with an entry in the error log, when compressed values give too much.
+    // False, with an entry in the error log, when compressed values exceed their limit.
     bool build(privProperties& elements, std::u16string_view text, bool isTag) const;
     std::u16string processed(std::u16string text) const;
     std::u16string onlyDocument(std::u16string text, std::u16string_view path) const;

@@ -10,8 +10,8 @@ using automation::Variant;
 
 namespace {
 
-// Calls a member of the host's collection, which may let go of everything that holds it meanwhile.
-// One that raises counts as one that has nothing to say.
+// Calls a member of the host's collection, which may release every reference to the collection. An error counts
+// as no result.
 template <class Call>
 auto quietly(automation::ObjectRef collection, Call&& call) -> decltype(call(*collection)) {
     try {

@@ -13,33 +13,33 @@ namespace velmor {
 
 class privProperties;
 
-// A property collection as a tag holds it: our own class, called directly, or an object that the
-// host supplied, called by member name. Copies refer to the same collection. A member of a foreign
-// collection that fails counts as a missing entry; nothing here raises.
+// The property collection of a tag: our own class, called directly, or a host's object, called by member name.
+// Copies refer to the same collection. A failing member of a host's collection counts as an absent entry;
+// nothing here raises.
 class Collection {
 public:
     Collection() = default;  // none
     explicit Collection(std::shared_ptr<privProperties> collection);
-    // Either kind; a null reference gives none.
+    // Either kind; none for a null reference.
     Collection(const automation::ObjectRef& object);
 
     explicit operator bool() const noexcept { return own_ != nullptr || foreign_ != nullptr; }
-    // The very object that was given; null for none.
+    // The given object; null for none.
     automation::ObjectRef object() const;
     operator automation::ObjectRef() const { return object(); }
-    // Our own class; null when there is none or it is the host's.
+    // Our own class; null for none or a host's object.
     const std::shared_ptr<privProperties>& own() const noexcept { return own_; }
 
     std::int32_t Count() const;
-    // The value of the property of that name; nothing when there is no such property.
+    // The value of the property of that name; nothing if it is absent.
     std::optional<automation::Variant> find(std::u16string_view psName) const;
     // The value of that property, else the default.
     automation::Variant get(std::u16string_view psName, const automation::Variant& pvDefault) const;
     std::u16string getText(std::u16string_view psName, const automation::Variant& pvDefault) const;
-    // Appends the text of that property without a copy on the way; false, and nothing appended,
-    // when there is none or the collection is the host's.
+    // Appends the text of that property without an intermediate copy; false, and nothing appended, if it is
+    // absent or the collection is the host's.
     bool appendText(std::u16string_view psName, std::u16string& target) const;
-    // Of the property's text; 0 when it is no text, or the collection is the host's.
+    // The length of the property's text; 0 if it is not a text, or the collection is the host's.
     std::size_t textLength(std::u16string_view psName) const;
     bool truth(std::u16string_view psName, bool pbDefault) const;
     // Adds or replaces; false when the host's collection refused.

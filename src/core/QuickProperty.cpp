@@ -1,4 +1,4 @@
-// The commonest tag by far is answered without building its elements, where the outcome is the same.
+// Answers the most frequent tag without building its elements, if the result is the same.
 
 #include "core/BuiltInCommands.h"
 #include "core/Markup.h"
@@ -21,12 +21,12 @@ bool isPropertyTag(std::u16string_view name) noexcept {
     return name.size() >= kPropertyTag.size() && equalIgnoringCase(name.substr(0, kPropertyTag.size()), kPropertyTag);
 }
 
-// Names that the reader takes as they stand (but for their case).
+// Names that the reader does not change (except their case).
 bool isPlainName(std::u16string_view name) noexcept {
     return !name.empty() && name.front() > u' ' && name.find(u'!') == std::u16string_view::npos;
 }
 
-// A long whose text is the very same.
+// A long with the same text.
 bool isPlainNumber(std::u16string_view value) noexcept {
     if (value.empty() || value.size() > 9 || (value.front() == u'0' && value.size() > 1)) return false;
     for (const char16_t unit : value) {
@@ -35,7 +35,7 @@ bool isPlainNumber(std::u16string_view value) noexcept {
     return true;
 }
 
-// A text that begins like no number, marker or quoted value, and ends like no typed number.
+// A text that neither begins like a number, marker or quoted value, nor ends like a typed number.
 bool isPlainText(std::u16string_view value) noexcept {
     if (value.empty()) return true;
     if (!isLetter(value.front()) || equalIgnoringCase(value.substr(0, 3), u"NUL")) return false;
@@ -43,7 +43,7 @@ bool isPlainText(std::u16string_view value) noexcept {
     return isLetter(last) || isDigit(last);
 }
 
-// The default at `start` in what follows the command; nothing when it needs the reader.
+// The default at `start` in the text after the command; nothing if it needs the reader.
 std::optional<std::u16string_view> plainDefault(std::u16string_view rest, std::size_t start) {
     const std::u16string_view value = rest.substr(start, rest.find(kElementSeparator, start) - start);
     if (const std::size_t end = endOfTag(rest, start); end != rest.npos) {

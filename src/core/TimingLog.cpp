@@ -20,7 +20,7 @@ struct TimingLog::Target {
 
 namespace {
 
-constexpr std::int32_t kNothing = 1;  // no line has this bit: the settings are read, and that is all
+constexpr std::int32_t kNothing = 1;  // no line has this bit: the settings are read, nothing is on
 
 std::u16string_view stageWord(LogType type) noexcept {
     switch (type) {
@@ -80,7 +80,7 @@ TimingLog::Target TimingLog::targetOf(platform::Services& services) {
             machineColumn(services.folders)};
 }
 
-// Threads of one day share one entry, so there are few, and all last as long as the program.
+// Threads of one day share an entry, so there are few, and all exist until the program ends.
 const TimingLog::Target& TimingLog::keep(Target target) {
     static std::mutex mutex;
     static std::forward_list<Target> kept;
@@ -98,7 +98,7 @@ void TimingLog::readNow(platform::Services& services) noexcept {
         target_ = &keep(targetOf(services));
         types_ = types;
     } catch (const std::exception&) {
-        // The thread goes without a log.
+        // The thread has no log.
     }
 }
 
@@ -113,7 +113,7 @@ void TimingLog::write(platform::Services& services, LogType type, double seconds
             .append(u"\r\n");
         appendTextFile(services.files, target_->file, line, true);
     } catch (const std::exception&) {
-        // The line is lost; what it tells of goes on.
+        // The line is lost; the stage continues.
     }
 }
 

@@ -15,9 +15,9 @@ struct TopLevelTags;
 //
 //     05/03/2008 14:22:07 SRV01 EVTAG  0000.016 DATABASE
 //
-// It is switched on by the registry value "Logging Types", a sum of LogType. The value is read, and
-// the file chosen, once on each thread: a later change or day goes unnoticed by it. Nothing here
-// raises, and evaluation never stops because of the log.
+// The registry value "Logging Types", a sum of LogType, turns it on. Each thread reads the value and chooses
+// the file once; later changes of value or day have no effect on it. Nothing here raises, and a failing log
+// never stops evaluation.
 enum class LogType : std::int32_t {
     dispatch = 2,       // EVTAG, each tag that was answered: its handler
     tagCollection = 4,  // TAGCOL, each text searched for tags: its tag's handler, turns of the search
@@ -33,7 +33,7 @@ public:
     }
     // False until the thread's settings are read.
     static bool isOn(LogType type) noexcept { return (types_ & static_cast<std::int32_t>(type)) != 0; }
-    // Without a look at isOn. Control characters in the detail become blanks: a line stays one.
+    // Does not check isOn. Control characters in the detail become blanks, so that an entry is one line.
     static void write(platform::Services& services, LogType type, double seconds, std::u16string_view detail) noexcept;
 
 private:
@@ -43,12 +43,12 @@ private:
     static Target targetOf(platform::Services& services);
     static const Target& keep(Target target);
 
-    // Bare values: what is destroyed at a thread's end would pin the component in memory.
+    // Trivial values: a destructor at a thread's end would keep the component loaded.
     static constinit inline thread_local std::int32_t types_ = 0;  // 0: not yet read
     static constinit inline thread_local const Target* target_ = nullptr;
 };
 
-// Measures one stage from here on if its type is on; else it costs a look at a bit.
+// Measures one stage from its construction if its type is on; otherwise it costs the test of a bit.
 class TimedStage {
 public:
     TimedStage(platform::Services& services, LogType type, bool isWanted = true)
@@ -57,7 +57,7 @@ public:
     }
 
     explicit operator bool() const noexcept { return isOn_; }
-    // Writes the stage's line, unless the type is off. A stage that fails does not come to this.
+    // Writes the stage's line, unless the type is off. A failing stage does not call it.
     void finish(std::u16string_view detail) const noexcept;
 
 private:
@@ -67,8 +67,8 @@ private:
     double start_ = 0;
 };
 
-// The detail of a TAGCOL line: the handler and the turns that the search for top-level tags takes,
-// which are the tags found and the opening markers that are passed without one.
+// The detail of a TAGCOL line: the handler and the turns that the search for top-level tags takes, the number
+// of tags and of skipped opening markers.
 std::u16string searchDetail(std::u16string_view handler, std::u16string_view text, const TopLevelTags& found);
 
 }  // namespace velmor

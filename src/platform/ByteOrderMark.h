@@ -6,10 +6,10 @@
 
 namespace velmor::platform {
 
-// Bytes as UTF-16 code units; a byte left over at the end is dropped.
+// Bytes as UTF-16 code units; an odd last byte is dropped.
 std::u16string unitsOf(std::string_view bytes, bool bigEndian);
 
-// The text behind a byte order mark (UTF-8, UTF-16 in either order); nothing when there is none.
+// The text after a byte order mark (UTF-8, UTF-16 in either order); nothing without a mark.
 std::optional<std::u16string> decodeMarked(std::string_view bytes);
 
 }  // namespace velmor::platform

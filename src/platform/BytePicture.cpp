@@ -30,7 +30,7 @@ constexpr std::array kSignatures{
     Signature{40, " EMF"sv, PictureType::enhancedMetafile},
 };
 
-// Two letters alone begin many a text: the reserved field and the header's size count, too.
+// Many texts begin with these two letters: the reserved field and the header's size are checked too.
 bool isBitmapFile(std::string_view bytes) {
     return bytes.size() >= 18 && bytes.starts_with("BM") && bytes.substr(6, 4) == "\0\0\0\0"sv &&
            bytes.substr(15, 3) == "\0\0\0"sv;

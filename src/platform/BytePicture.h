@@ -12,12 +12,12 @@ namespace velmor::platform {
 // The picture types of the platform's standard pictures.
 enum class PictureType : std::int16_t { bitmap = 1, metafile = 2, icon = 3, enhancedMetafile = 4 };
 
-// What the first bytes say: PNG, JPEG, GIF and BMP are bitmaps; WMF (placeable or plain), EMF and
-// ICO. Nothing when they are none of these. Only the signature is read, the picture is not decoded.
+// The type by the first bytes: PNG, JPEG, GIF and BMP are bitmaps; WMF (placeable or plain), EMF and
+// ICO. Nothing for other bytes. Only the signature is read; the picture is not decoded.
 std::optional<PictureType> pictureType(std::string_view bytes);
 
-// A picture that keeps the bytes of its file, so that saving gives the same file again. One
-// property: `Type`.
+// A picture that keeps the bytes of its file, so that saving gives the same file. Its one property is
+// `Type`.
 class BytePicture : public automation::Object {
 public:
     BytePicture(std::string bytes, PictureType type);
@@ -33,7 +33,7 @@ private:
     PictureType type_;
 };
 
-// A null reference when the bytes are no picture.
+// A null reference when the bytes are not a picture.
 automation::ObjectRef pictureFromBytes(std::string bytes);
 
 // The bytes of a picture made by pictureFromBytes; null for every other object.

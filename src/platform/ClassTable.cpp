@@ -19,7 +19,7 @@ struct Table {
 };
 
 Table& table() {
-    static Table* const instance = new Table;  // outlives whatever asks for objects at the end
+    static Table* const instance = new Table;  // outlives all users at the end of the program
     return *instance;
 }
 

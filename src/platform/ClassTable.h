@@ -6,8 +6,8 @@
 
 namespace velmor::platform {
 
-// The classes of registerClass. A null reference when there is none of that name; Error 429 when
-// its factory fails.
+// Creates an object of a class of registerClass. A null reference when the name is not registered; Error
+// 429 when its factory fails.
 automation::ObjectRef createRegisteredClass(std::u16string_view className);
 
 // Error 429 that names the class and the reason.

@@ -10,7 +10,7 @@ constexpr std::size_t kLargestPlain = std::size_t{1} << 30;
 
 }  // namespace
 
-// Volatile: the compiler may not leave out writes that nobody reads.
+// Volatile, so that the compiler keeps writes that nobody reads.
 CipherKey::~CipherKey() {
     volatile std::uint8_t* const bytes = bytes_.data();
     for (std::size_t i = 0; i < bytes_.size(); ++i) bytes[i] = 0;

@@ -6,7 +6,7 @@
 
 namespace velmor::platform {
 
-using GuidBytes = std::array<std::uint8_t, 16>;  // in the order in which they are written
+using GuidBytes = std::array<std::uint8_t, 16>;  // in written order
 
 // "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}", upper case.
 std::u16string guidText(const GuidBytes& bytes);

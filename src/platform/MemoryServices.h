@@ -14,8 +14,8 @@
 
 namespace velmor::platform {
 
-// A machine in memory, for tests: nothing touches a disk, the time stands still unless it is moved,
-// GUIDs are counted, and what can fail on a real machine fails here on demand.
+// A machine in memory, for tests: it uses no disk, the time changes only on demand, GUIDs are counted, and
+// every failure of a real machine can be requested.
 
 class MemoryRegistry : public Registry {
 public:
@@ -42,7 +42,7 @@ public:
     std::optional<std::string> get(std::u16string_view path) const;  // also of an unreadable file
     std::vector<std::u16string> paths() const;                       // as written, sorted without regard to case
 
-    void failReading(std::u16string_view path);  // it exists, and read() gives nothing
+    void failReading(std::u16string_view path);  // it exists, but read() gives nothing
     void failWriting(std::u16string_view path);  // write, append and remove fail
     bool diskFull = false;                       // every write, append and makeFolder fails
 
@@ -53,7 +53,7 @@ public:
     bool remove(std::u16string_view path) override;
     bool makeFolder(std::u16string_view path) override;
 
-    std::vector<std::u16string> folders;  // what makeFolder was asked for, in order
+    std::vector<std::u16string> folders;  // the arguments of makeFolder, in order
 
 private:
     struct File {
@@ -72,7 +72,7 @@ public:
     void set(automation::Date now) { now_ = now; }
     void set(int year, int month, int day, int hour = 0, int minute = 0, int second = 0);
     void advance(double seconds);  // moves the time and the timer
-    double step = 0;               // each read of the timer moves it on by so many seconds
+    double step = 0;               // seconds by which each read of the timer advances it
 
     automation::Date now() const override { return now_; }
     double timer() const override;
@@ -101,7 +101,7 @@ class MemoryObjects : public Objects {
 public:
     using Factory = std::function<automation::ObjectRef()>;
 
-    // What the factory throws comes out of create() as it is; a null reference becomes Error 429.
+    // create() throws the factory's exceptions unchanged; a null reference becomes Error 429.
     void add(std::u16string_view className, Factory factory);
     void fail(std::u16string_view className);  // registered, but each creation raises Error 429
 
@@ -113,7 +113,7 @@ private:
     std::map<std::u16string, Factory> factories_;
 };
 
-// Pictures that keep the bytes of their file. Only what carries a picture's signature loads.
+// Pictures that keep the bytes of their file. Only files with a picture's signature load.
 class MemoryPictures : public Pictures {
 public:
     explicit MemoryPictures(Files& files) : files_(files) {}
@@ -146,7 +146,7 @@ struct MemoryParts {
     MemoryGuids guids;
 };
 
-// Is a Services; its own members are the parts in memory. Keep it longer than what uses it.
+// A Services whose members are the parts in memory. It must outlive its users.
 struct MemoryServices : MemoryParts, Services {
     MemoryServices();
     MemoryServices(const MemoryServices&) = delete;

@@ -4,23 +4,23 @@
 
 #include "automation/Object.h"
 
-// How a shared library gives objects to the engine where there is no component registration.
+// How a shared library gives objects to the engine on systems without component registration.
 //
-// A class is made known in the registry file, in one of two ways:
+// The registry file names a class in one of two ways:
 //
 //     [HKEY_LOCAL_MACHINE\SOFTWARE\Classes\Sample.Formatter]
 //     "NativeLibrary"="libsample.so"
 //
-// or as a component is registered on Windows, so that an exported registration works as it is:
+// or like a component's registration on Windows, so that an exported registration works unchanged:
 //
 //     [HKEY_LOCAL_MACHINE\SOFTWARE\Classes\Sample.Formatter\CLSID]
 //     @="{01234567-89AB-CDEF-0123-456789ABCDEF}"
 //     [HKEY_LOCAL_MACHINE\SOFTWARE\Classes\CLSID\{01234567-89AB-CDEF-0123-456789ABCDEF}\InprocServer32]
 //     @="C:\\Program Files\\Sample\\sample.dll"
 //
-// An absolute path that exists is taken as it stands. Else the file is looked for by its name in the
-// folder of the registry file, the handler folders, and the component's folder; for "sample.dll"
-// the names are "sample.so" and "libsample.so".
+// An absolute path that exists is used unchanged. Otherwise the file's name is searched in the folder of
+// the registry file, the handler folders, and the component's folder; for "sample.dll" the names are
+// "sample.so" and "libsample.so".
 //
 // The library stays loaded until the program ends. Its objects are C++ objects: it must be built
 // with the same compiler and standard library as the program, and against the same headers;
@@ -41,10 +41,10 @@ enum VelmorCreateOutcome : int {
 
 extern "C" {
 
-// The one function that such a library exports, under this name. It puts a new object into `result`
-// and gives velmorCreated, or leaves `result` alone and gives one of the other outcomes.
+// The only function that such a library exports, under this name. It puts a new object into `result` and
+// returns velmorCreated, or does not change `result` and returns another outcome.
 // `className` is the registered name, `length` code units without a closing zero. abiVersion is the
-// program's velmorNativeAbi; a library that was built for another one gives velmorOtherAbi.
+// program's velmorNativeAbi; a library that was built for another one returns velmorOtherAbi.
 // No exception may leave it.
 //
 //     extern "C" __attribute__((visibility("default"))) int velmorCreateObject(

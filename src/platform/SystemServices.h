@@ -10,28 +10,28 @@
 
 namespace velmor::platform {
 
-// Where the machine's services look. Empty entries mean the machine's usual place.
+// The places of the machine's services. Empty entries mean the usual places.
 struct SystemOptions {
-    // A .reg file to take the registry from.
-    //   Linux: without it the file named by the environment variable VELMOR_REGISTRY, else the
+    // A .reg file that replaces the registry.
+    //   Linux: if it is absent, the file named by the environment variable VELMOR_REGISTRY, else the
     //   first that exists of $XDG_CONFIG_HOME/velmor/registry.reg (without that variable
     //   ~/.config/velmor/registry.reg) and /etc/velmor/registry.reg, else an empty registry.
-    //   Windows: without it the machine's registry, as 32-bit programs see it.
+    //   Windows: if it is absent, the machine's registry, as 32-bit programs see it.
     std::u16string registryFile;
-    // Taken for the folder of the component's own file (Folders::component).
+    // Replaces the folder of the component's file (Folders::component).
     std::u16string componentFolder;
-    // Linux: where libraries of native objects are looked for, behind the registry file's folder
+    // Linux: folders in which libraries of native objects are searched, after the registry file's folder
     // and before the component's (see NativeObject.h).
     std::vector<std::u16string> handlerFolders;
 };
 
 // The machine's own services.
 //
-// Paths on Linux: a path is taken as it stands when such a file exists. Else "\" is taken as "/",
-// and each folder that does not exist as written is looked for without regard to case (of several
-// the first in sorted order), as templates from Windows need it. Reading looks for the file's own
-// name in the same way; writing, appending and removing take the file's own name as written, so
-// that no other file is ever changed. A drive letter is an ordinary name.
+// Paths on Linux: a path is used as written if the file exists. Otherwise "\" counts as "/", and each folder
+// that does not exist as written is searched without regard to case (of several the first in sorted order),
+// for templates from Windows. Reading searches the file's name in the same way; writing, appending and
+// removing use the file's name as written, so that no other file is changed. A drive letter is an ordinary
+// name.
 class SystemServices {
 public:
     // Throws Error 53 when options.registryFile cannot be read.
@@ -42,7 +42,7 @@ public:
 
     Services& services();
 
-    // What could not be read of the registry file, one line each; empty when all is well.
+    // The invalid lines of the registry file, a message for each.
     const std::vector<std::u16string>& warnings() const;
 
 private:
@@ -50,14 +50,14 @@ private:
     std::unique_ptr<Parts> parts_;
 };
 
-// Why the machine's services refused what this thread asked for last, in the system's words.
+// The system's message for the last failure of the machine's services on this thread.
 std::string lastSystemError();
 
 // One for the whole program with the usual places, made by the first call and never destroyed.
 Services& systemServices();
 
-// Makes a class of this program creatable by name, for all SystemServices; a class registered here
-// comes before what the machine knows under that name. A null reference or an exception of the
+// Makes a class of this program creatable by name, for all SystemServices; it takes precedence over the
+// machine's class of that name. A null reference or an exception of the
 // factory becomes Error 429.
 using ObjectFactory = std::function<automation::ObjectRef()>;
 void registerClass(std::u16string_view className, ObjectFactory factory);

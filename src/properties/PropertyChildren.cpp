@@ -1,4 +1,4 @@
-// The child collections of a property: text until somebody looks, a collection from then on.
+// The child collections of a property: text until the first read, then a collection.
 
 #include "properties/Overflow.h"
 #include "properties/privProperties.h"

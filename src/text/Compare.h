@@ -6,10 +6,9 @@
 
 namespace velmor {
 
-// Text comparison maps one UTF-16 code unit to one code unit (simple case mapping from a
-// generated table), so positions and lengths survive it. An ASCII letter equals only its ASCII
-// partner: the Kelvin sign is no "k", the long s is no "s". Units whose case mapping is longer
-// than one unit stay as they are.
+// Text comparison maps one UTF-16 code unit to one code unit (simple case mapping from a generated table), so
+// positions and lengths survive it. An ASCII letter equals only its ASCII partner: the Kelvin sign is not a
+// "k", the long s is not an "s". Units whose case mapping is longer than one unit stay as they are.
 char16_t lowerUnit(char16_t unit) noexcept;
 char16_t upperUnit(char16_t unit) noexcept;
 
@@ -30,13 +29,12 @@ std::size_t hashIgnoringCase(std::u16string_view text) noexcept;
 
 enum class Comparison { binary, text };
 
-// 0-based index of the first `sought` at or after `start`, npos when there is none. An empty
-// `sought` is found at `start` when start <= text.size(). Never copies the text; costs time linear
-// in both, whatever they hold.
+// 0-based index of the first `sought` at or after `start`, npos without one. An empty `sought` is found at
+// `start` when start <= text.size(). Never copies the text; costs time linear in both, whatever they hold.
 std::size_t findText(std::u16string_view text, std::u16string_view sought, std::size_t start,
                      Comparison comparison) noexcept;
 
-// 0-based index of the last `sought` that lies wholly in text; npos when there is none.
+// 0-based index of the last `sought` in text; npos without one.
 std::size_t findTextReverse(std::u16string_view text, std::u16string_view sought, Comparison comparison) noexcept;
 
 }  // namespace velmor

@@ -6,9 +6,9 @@
 
 namespace velmor {
 
-// The one form that errors take inside the engine. Classic automation numbers: 5 invalid
-// procedure call, 6 overflow, 7 out of memory, 13 type mismatch, 429 cannot create the object,
-// 438 no such member. Translated once, at the edge (com/, cli/).
+// The form of errors inside the engine. Classic automation numbers: 5 invalid procedure call, 6 overflow, 7 out
+// of memory, 13 type mismatch, 429 cannot create the object, 438 no such member. Translated once, in com/ and
+// cli/.
 class Error : public std::exception {
 public:
     Error(std::int32_t number, std::u16string source, std::u16string description);

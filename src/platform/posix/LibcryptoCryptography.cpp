@@ -29,7 +29,7 @@ int sizeOf(std::string_view bytes) {
     return static_cast<int>(bytes.size());
 }
 
-// Up to and with the associated bytes.
+// Up to and including the associated bytes.
 Context begin(bool sealing, const CipherKey& key, std::string_view nonce, std::string_view associated) {
     Context context(EVP_CIPHER_CTX_new());
     if (!context) refuseCryptography();
@@ -39,7 +39,7 @@ Context begin(bool sealing, const CipherKey& key, std::string_view nonce, std::s
     return context;
 }
 
-// The library refuses to update with nothing.
+// The library refuses an update without bytes.
 void update(const Context& context, std::string& target, std::string_view source) {
     int size = 0;
     if (!source.empty()) require(EVP_CipherUpdate(context.get(), raw(target), &size, raw(source), sizeOf(source)));

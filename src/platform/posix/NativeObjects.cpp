@@ -23,7 +23,7 @@ std::u16string fileNameOf(std::u16string_view path) {
     return std::u16string(separator == path.npos ? path : path.substr(separator + 1));
 }
 
-// The names under which a library may lie here.
+// The possible file names of a library.
 std::vector<std::u16string> namesFor(std::u16string_view registered) {
     const std::u16string name = fileNameOf(registered);
     if (name.size() <= kWindowsEnding.size()) return {name};
@@ -106,7 +106,7 @@ std::string NativeObjects::findLibrary(std::u16string_view registered) const {
         if (isFile(path)) return *path;
     }
     for (const std::u16string& folder : folders_) {
-        // A relative path is tried whole first, so that a library may lie in a folder below.
+        // A relative path is tried as a whole first, so that a library may be in a subfolder.
         std::vector<std::u16string> names = namesFor(registered);
         if (!registered.starts_with(u'/')) names.insert(names.begin(), std::u16string(registered));
         for (const std::u16string& name : names) {

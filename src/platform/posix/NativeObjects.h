@@ -9,10 +9,10 @@
 namespace velmor::platform {
 
 // Classes of registerClass, and those of shared libraries as NativeObject.h describes. Each
-// object's class is looked up anew; libraries stay loaded. Any thread may ask.
+// object's class is looked up anew; libraries stay loaded. For any thread.
 class NativeObjects : public Objects {
 public:
-    // `folders` is where relative and moved libraries are looked for, in this order.
+    // Relative and moved libraries are searched in `folders`, in this order.
     NativeObjects(const Registry& registry, std::vector<std::u16string> folders);
 
     automation::ObjectRef create(std::u16string_view className) override;

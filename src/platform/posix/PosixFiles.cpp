@@ -17,7 +17,7 @@ namespace velmor::platform {
 namespace {
 
 constexpr std::size_t kLargestFile = (std::size_t{1} << 30) - 1;
-constexpr mode_t kNewFile = 0666;  // less what the umask takes away
+constexpr mode_t kNewFile = 0666;  // before the umask
 
 class Descriptor {
 public:
@@ -52,7 +52,7 @@ bool writeAll(int descriptor, std::string_view bytes) {
     return true;
 }
 
-// Reads on to the end: the size that the system tells is a hint (some files tell none).
+// Reads to the end: the size that the system reports is a hint (some files report none).
 std::optional<std::string> readAll(int descriptor, std::size_t expected) {
     std::string bytes;
     bytes.resize(expected + 1);
@@ -70,7 +70,7 @@ std::optional<std::string> readAll(int descriptor, std::size_t expected) {
     return bytes;
 }
 
-// So that the new name lasts as the bytes do. Not every file system can, so this may fail.
+// Makes the new name as durable as the bytes. Not every file system can, so this may fail.
 void syncFolderOf(const std::string& path) {
     const std::size_t end = path.rfind('/');
     const std::string folder = end == path.npos ? "." : path.substr(0, end + 1);
@@ -78,7 +78,7 @@ void syncFolderOf(const std::string& path) {
     if (descriptor) fsync(descriptor.number());
 }
 
-// Made as any new file is, so that the umask counts; a file that it replaces lends its permissions.
+// Made like any new file, so that the umask counts; it takes the permissions of a file that it replaces.
 int openBeside(const std::string& path, std::string& temporary) {
     for (int attempt = 0; attempt < 100; ++attempt) {
         temporary = path + "." + std::to_string(getpid()) + "-" + std::to_string(attempt) + ".tmp";
@@ -98,7 +98,7 @@ bool writeDirectly(const std::string& path, std::string_view bytes) {
     return file && writeAll(file.number(), bytes) && file.close();
 }
 
-// Holds back the signals that end a program while a temporary file exists, so that none is left.
+// Blocks the signals that end a program while a temporary file exists, so that none remains.
 class SignalHold {
 public:
     SignalHold() {
@@ -115,7 +115,7 @@ private:
     sigset_t before_;
 };
 
-// A new file beside it takes the name once everything is on the disk.
+// A new file in the same folder takes the name when everything is on the disk.
 bool replaceFile(const std::string& path, std::string_view bytes) {
     const SignalHold hold;
     std::string temporary;
@@ -133,8 +133,8 @@ bool replaceFile(const std::string& path, std::string_view bytes) {
     return complete;
 }
 
-// What a chain of symbolic links ends at, also when that does not exist yet: a path, or one of this
-// process's descriptors (/dev/stdout, /dev/fd/63), which may be a pipe or a file opened for appending.
+// The end of a chain of symbolic links, even if it does not exist yet: a path, or one of this process's
+// descriptors (/dev/stdout, /dev/fd/63), which may be a pipe or a file opened for appending.
 struct Target {
     std::string path;
     int descriptor = -1;
@@ -158,8 +158,8 @@ Target followLinks(const std::string& path) {
     return {target.string()};
 }
 
-// A rename would replace it all the same. The system's answer alone is not enough: an administrator
-// may write to every file, and did not mean to when nobody may write to this one.
+// A rename would replace a read-only file. The system's answer alone is not enough: an administrator may
+// write to every file, but not intentionally to one that nobody may write to.
 bool isReadOnly(const std::string& path) {
     struct stat status;
     if (stat(path.c_str(), &status) != 0) return false;
@@ -179,7 +179,7 @@ bool PosixFiles::exists(std::u16string_view path) const {
 std::optional<std::string> PosixFiles::read(std::u16string_view path) const {
     const auto native = pathToRead(path);
     if (!native) return std::nullopt;
-    // Without O_NONBLOCK a pipe without its other end would hold the open; so below.
+    // Without O_NONBLOCK the open would wait for the other end of a pipe; so below.
     const Descriptor file(open(native->c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
     struct stat status;
     if (!file || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;

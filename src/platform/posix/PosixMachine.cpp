@@ -24,7 +24,7 @@ std::u16string withoutLastSeparator(std::u16string folder) {
     return folder;
 }
 
-// The file that the loader took an address of this program from; empty for the program itself.
+// The file from which the loader mapped an address of this program; empty for the program itself.
 struct OwnFile {
     ElfW(Addr) address;
     std::string path;

@@ -15,7 +15,7 @@ public:
 // commonData is $VELMOR_DATA, else /var/lib/velmor; temporary is $TMPDIR, else /tmp.
 class PosixFolders : public Folders {
 public:
-    explicit PosixFolders(std::u16string componentFolder);  // empty: found out
+    explicit PosixFolders(std::u16string componentFolder);  // empty: determined by itself
 
     std::u16string commonData() const override;
     std::u16string temporary() const override;

@@ -6,9 +6,9 @@
 
 namespace velmor::platform {
 
-// The path to read: as it stands when that exists; else with "\" as "/" and, folder by folder,
-// in the spelling that exists. What exists in no spelling keeps its own, so the result may be a
-// path to nothing. Nothing for an empty path and for one that holds a zero character.
+// The path to read: unchanged if it exists; else with "\" as "/" and, folder by folder, in the existing
+// spelling. A part that exists in no spelling keeps its own, so the result may not exist. Nothing for an
+// empty path and for one with a zero character.
 std::optional<std::string> pathToRead(std::u16string_view path);
 
 // The path to change: its folders as in pathToRead, its last part as written.

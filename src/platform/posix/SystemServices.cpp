@@ -16,7 +16,7 @@ namespace velmor::platform {
 namespace {
 
 struct RegistrySource {
-    std::u16string path;  // empty: there is none
+    std::u16string path;  // empty: none
     bool required = false;
 };
 
@@ -104,7 +104,7 @@ std::string lastSystemError() {
 }
 
 Services& systemServices() {
-    static auto* const instance = new SystemServices;  // objects may ask for services to the very end
+    static auto* const instance = new SystemServices;  // objects may use services until the end of the program
     return instance->services();
 }
 

@@ -2,8 +2,8 @@
 
 namespace velmor::platform {
 
-// Enters a single-threaded apartment with the services of OLE for the calling thread, as automation
-// objects expect it, and leaves it again. For programs; a component lives in its host's apartment.
+// Enters a single-threaded apartment with the services of OLE for the calling thread, as automation objects
+// expect, and leaves it again. For programs; a component uses its host's apartment.
 class Apartment {
 public:
     Apartment();

@@ -1,7 +1,7 @@
 #include "platform/Cryptography.h"
 #include "platform/win32/Windows.h"
 
-// Behind Windows.h, which it needs.
+// Needs Windows.h before it.
 #include <bcrypt.h>
 
 namespace velmor::platform {
@@ -13,7 +13,7 @@ void require(NTSTATUS status) {
     if (status < 0) refuseCryptography();
 }
 
-// CNG takes what it only reads by a pointer to what it could change, and no null for nothing.
+// CNG takes input by a non-const pointer, and does not accept null for no input.
 UCHAR* raw(std::string_view bytes) {
     static char nothing = 0;
     return reinterpret_cast<UCHAR*>(bytes.empty() ? &nothing : const_cast<char*>(bytes.data()));

@@ -12,14 +12,14 @@ namespace {
 
 using Pair = AnsiCodePage::Pair;
 
-// The one character that the bytes are; 0 when they are none, or several.
+// The character of the bytes; 0 when they are not exactly one.
 char16_t unitOf(UINT codePage, const char* bytes, int count) {
     wchar_t units[2] = {};
     const int size = MultiByteToWideChar(codePage, MB_ERR_INVALID_CHARS, bytes, count, units, 2);
     return static_cast<char16_t>(size == 1 ? units[0] : 0);
 }
 
-// Whether the system writes the character with this code, where there are several.
+// Whether the system writes the character with this one of several codes.
 bool isWritten(UINT codePage, const Pair& pair) {
     const auto unit = static_cast<wchar_t>(pair.unit);
     char bytes[2] = {};
@@ -36,8 +36,8 @@ void addPairs(UINT codePage, int lead, std::vector<Pair>& pairs) {
     }
 }
 
-// A byte that means nothing by itself. In a code page of two bytes a character, its own number would
-// be that of a letter: it becomes a private character that none of them uses.
+// A byte without a meaning by itself. In a double-byte code page its number would be that of a letter: it
+// becomes a private character that no code page uses.
 char16_t unitOfMeaningless(int byte, bool hasPairs) {
     constexpr int firstUnit = 0xF850, firstByte = 0xA0;
     return static_cast<char16_t>(hasPairs && byte >= firstByte ? firstUnit + byte - firstByte : byte);
@@ -68,7 +68,7 @@ void installCodePage(unsigned codePage) noexcept try {
         useAnsiCodePage(read(number, info.MaxCharSize == 2));
     }
 } catch (const std::exception&) {
-    // Without memory the code page that was there stays.
+    // Without memory the code page stays unchanged.
 }
 
 }  // namespace velmor::platform

@@ -12,7 +12,7 @@ class ComPtr {
 public:
     ComPtr() = default;
     ComPtr(std::nullptr_t) noexcept {}
-    // Adds a reference of its own.
+    // Adds a reference.
     explicit ComPtr(Interface* pointer) noexcept : pointer_(pointer) {
         if (pointer_) pointer_->AddRef();
     }
@@ -32,21 +32,21 @@ public:
         result.pointer_ = pointer;
         return result;
     }
-    // Gives the reference away.
+    // Gives up the reference.
     Interface* detach() noexcept { return std::exchange(pointer_, nullptr); }
 
     Interface* get() const noexcept { return pointer_; }
     Interface* operator->() const noexcept { return pointer_; }
     explicit operator bool() const noexcept { return pointer_ != nullptr; }
 
-    // Where a call stores a reference that it gives; what was held is let go first.
+    // The place for a reference from a call; releases the old one first.
     Interface** put() noexcept {
         *this = nullptr;
         return &pointer_;
     }
     void** putVoid() noexcept { return reinterpret_cast<void**>(put()); }
 
-    // The same object's other interface; none when it has none.
+    // Another interface of the object; none if it lacks it.
     template <class Other>
     ComPtr<Other> as(REFIID id) const noexcept {
         ComPtr<Other> other;

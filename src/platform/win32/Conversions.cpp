@@ -14,7 +14,7 @@ namespace {
 using automation::Variant;
 using automation::VariantType;
 
-// The platform reads a text up to its first U+0000; one that holds any is no number and no date.
+// The platform reads a text up to its first U+0000; a text with one is neither a number nor a date.
 bool isReadable(std::u16string_view text) {
     return text.find(u'\0') == std::u16string_view::npos;
 }

@@ -13,7 +13,7 @@ IDispatch* FaceRegistry::faceOf(const automation::Object& core,
                                 const std::function<std::unique_ptr<RegisteredFace>()>& make) {
     const std::scoped_lock lock(mutex_);
     const auto [place, isNew] = byCore_.try_emplace(&core, nullptr);
-    // A face whose last reference has just gone may still be here, waiting to remove itself.
+    // A face without references may still be registered, directly before it removes itself.
     if (!isNew && place->second->addReferenceIfAlive()) return place->second->identity();
     try {
         std::unique_ptr<RegisteredFace> face = make();
@@ -27,7 +27,7 @@ IDispatch* FaceRegistry::faceOf(const automation::Object& core,
 }
 
 automation::ObjectRef FaceRegistry::coreOf(IUnknown* unknown) {
-    // An object's address as IUnknown is its identity.
+    // An object's IUnknown pointer is its identity.
     const auto identity = ComPtr<IUnknown>(unknown).as<IUnknown>(IID_IUnknown);
     const std::scoped_lock lock(mutex_);
     const auto found = byIdentity_.find(identity.get());

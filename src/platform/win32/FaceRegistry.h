@@ -10,30 +10,30 @@
 
 namespace velmor::platform {
 
-// What an object of ours looks like from outside: a COM object that keeps it alive.
+// The COM object that wraps an object of ours and keeps it alive.
 class RegisteredFace {
 public:
     virtual ~RegisteredFace() = default;
     virtual automation::ObjectRef core() const = 0;
-    virtual IDispatch* identity() noexcept = 0;  // what QueryInterface gives for IUnknown, too
+    virtual IDispatch* identity() noexcept = 0;  // also the result of QueryInterface for IUnknown
     virtual bool addReferenceIfAlive() noexcept = 0;
 };
 
-// Which object is seen under which face. An object has at most one live face; the face keeps the
-// object, the registry keeps neither. Any thread.
+// The faces of objects. An object has at most one live face; the face keeps the object alive, the registry
+// neither. For any thread.
 class FaceRegistry {
 public:
     static FaceRegistry& instance();
 
-    // The object's face with a reference for the caller: the live one, else what `make` gives.
+    // The object's face with a reference for the caller: the live one, else the result of `make`.
     IDispatch* faceOf(const automation::Object& core, const std::function<std::unique_ptr<RegisteredFace>()>& make);
-    // The object under any interface of a live face; null for everything foreign, whatever
-    // interfaces it claims to have.
+    // The object of any interface of a live face; null for foreign objects, whatever interfaces they claim to
+    // have.
     automation::ObjectRef coreOf(IUnknown* unknown);
-    // True while no face lives.
+    // True if no face exists.
     bool isEmpty();
 
-    // By the face itself, when its last reference is gone.
+    // Called by the face itself after its last release.
     void remove(const automation::Object& core, RegisteredFace& face) noexcept;
 
 private:

@@ -11,12 +11,12 @@
 
 namespace velmor::platform {
 
-// Somebody else's automation object, called late-bound.
+// A foreign automation object, called late-bound.
 //
-// How arguments go: as the object's type information says, so that a parameter by reference gets a
-// reference of its own type, and the value it leaves comes back. Without type information objects
-// go by value and everything else as a reference to a variant, as scripts pass their variables. An
-// argument that is `missing` goes as the platform's "parameter not found".
+// Arguments are passed by the object's type information: a parameter by reference gets a reference of its own
+// type, and its new value is returned. Without type information objects are passed by value and everything else
+// as a reference to a variant, as scripts pass their variables. A `missing` argument is passed as the
+// platform's "parameter not found".
 class ForeignObject : public automation::Object {
 public:
     explicit ForeignObject(IDispatch* dispatch) : dispatch_(dispatch) {}
@@ -25,19 +25,19 @@ public:
 
     automation::Variant invoke(std::u16string_view name, automation::InvokeKind kind,
                                std::span<automation::Variant> arguments) override;
-    // From the type information of class or interface, without the underscore that hides a default
-    // interface; "Picture" for the system's pictures; "Object" when there is none.
+    // From the type information of class or interface, without the underscore that hides a default interface;
+    // "Picture" for the system's pictures; "Object" without type information.
     std::u16string typeName() const override;
 
 private:
-    // The variant types of a member's parameters; VT_BYREF tells those by reference.
+    // The variant types of a member's parameters; VT_BYREF marks those by reference.
     using Parameters = std::vector<VARTYPE>;
 
     DISPID identifierOf(std::u16string_view name);
     const Parameters* parametersOf(DISPID id);
 
     ComPtr<IDispatch> dispatch_;
-    std::unordered_map<std::u16string, DISPID> identifiers_;  // by name as asked for
+    std::unordered_map<std::u16string, DISPID> identifiers_;  // by requested name
     std::unordered_map<DISPID, Parameters> parameters_;
     bool typesRead_ = false;
     ComPtr<ITypeInfo> types_;

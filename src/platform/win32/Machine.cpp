@@ -9,7 +9,7 @@
 #include "text/Error.h"
 #include "text/ErrorSource.h"
 
-// Behind Windows.h, which it needs.
+// Needs Windows.h before it.
 #include <shlobj.h>
 
 namespace velmor::platform {
@@ -23,7 +23,7 @@ std::u16string withoutLastSeparator(std::u16string folder) {
     return folder;
 }
 
-// The file, program or component, that this code was loaded from.
+// The file of the program or component that contains this code.
 std::u16string ownFolder() {
     HMODULE module = nullptr;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,

@@ -14,7 +14,7 @@ public:
 
 class MachineFolders : public Folders {
 public:
-    explicit MachineFolders(std::u16string componentFolder);  // empty: found out
+    explicit MachineFolders(std::u16string componentFolder);  // empty: determined by itself
 
     std::u16string commonData() const override;
     std::u16string temporary() const override;

@@ -39,7 +39,7 @@ public:
         return true;
     }
 
-    // May come short when the file shrinks meanwhile.
+    // The result may be short if the file shrinks meanwhile.
     bool readAll(std::string& bytes) {
         std::size_t filled = 0;
         while (filled < bytes.size()) {
@@ -57,7 +57,7 @@ private:
     HANDLE handle_;
 };
 
-// Empty for what is no path.
+// Empty for an invalid path.
 std::wstring nativePath(std::u16string_view path) {
     return holdsZero(path) ? std::wstring() : wide(path);
 }
@@ -71,7 +71,7 @@ std::wstring nameBeside(const std::wstring& path, int attempt) {
     return path + L"." + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(attempt) + L".tmp";
 }
 
-// While it is set, the system removes the file when the program ends, however it ends.
+// While it is set, the system removes the file at the end of the program, however it ends.
 bool removeWhenClosed(const File& file, bool set) {
     FILE_DISPOSITION_INFO disposition{};
     disposition.DeleteFile = set ? TRUE : FALSE;
@@ -86,7 +86,7 @@ bool writeWhole(const std::wstring& path, std::string_view bytes) {
     return (!set || !written || removeWhenClosed(file, false)) && written && file.close();
 }
 
-// A new file beside it takes the name once everything is on the disk.
+// A new file in the same folder takes the name when everything is on the disk.
 bool replaceFile(const std::wstring& path, std::string_view bytes) {
     int attempt = 0;
     while (attempt < 100 && GetFileAttributesW(nameBeside(path, attempt).c_str()) != INVALID_FILE_ATTRIBUTES) ++attempt;

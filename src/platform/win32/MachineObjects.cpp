@@ -9,7 +9,7 @@
 namespace velmor::platform {
 namespace {
 
-// By the registry or, before it, a manifest of the host.
+// From a manifest of the host or the registry; the manifest takes precedence.
 CLSID identifierOf(std::u16string_view className) {
     if (!isClassName(className)) raiseCannotCreate(className, u"it is no class name");
     CLSID identifier{};

@@ -6,7 +6,7 @@
 #include "platform/win32/Faces.h"
 #include "platform/win32/Windows.h"
 
-// Behind Windows.h, which it needs.
+// Needs Windows.h before it.
 #include <ocidl.h>
 #include <olectl.h>
 

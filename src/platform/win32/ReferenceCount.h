@@ -6,13 +6,13 @@
 
 namespace velmor::platform {
 
-// The references to a COM object; it is made with one. Any thread.
+// The references to a COM object, which is made with one. For any thread.
 class ReferenceCount {
 public:
     ULONG add() noexcept { return ++count_; }
-    // Of what is left; at 0 the object goes.
+    // The remaining references; at 0 the object is destroyed.
     ULONG release() noexcept { return --count_; }
-    // False when the last reference is gone already.
+    // False when no reference remains.
     bool addIfAlive() noexcept {
         ULONG count = count_;
         while (count != 0) {

@@ -4,11 +4,11 @@
 
 namespace velmor::platform {
 
-// Owns a VARIANT and what it holds. Starts empty; moved from, it is empty again.
+// Owns a VARIANT and its content. Empty at first and after a move.
 class ScopedVariant {
 public:
     ScopedVariant() noexcept { VariantInit(&value_); }
-    // Takes over what the value holds.
+    // Takes ownership of the value's content.
     explicit ScopedVariant(const VARIANT& value) noexcept : value_(value) {}
     ScopedVariant(const ScopedVariant&) = delete;
     ScopedVariant(ScopedVariant&& other) noexcept : value_(other.detach()) {}
@@ -28,12 +28,12 @@ public:
     VARIANT* get() noexcept { return &value_; }
     const VARIANT* get() const noexcept { return &value_; }
 
-    // Where a call stores a value that it gives; what was held is let go first.
+    // The place for a value from a call; releases the old one first.
     VARIANT* put() noexcept {
         VariantClear(&value_);
         return &value_;
     }
-    // Gives the value away.
+    // Gives up the value.
     VARIANT detach() noexcept {
         const VARIANT given = value_;
         VariantInit(&value_);

@@ -66,7 +66,7 @@ std::string lastSystemError() {
 }
 
 Services& systemServices() {
-    static auto* const instance = new SystemServices;  // objects may ask for services to the very end
+    static auto* const instance = new SystemServices;  // objects may use services until the end of the program
     return instance->services();
 }
 

@@ -35,7 +35,7 @@ automation::Decimal decimalOf(const DECIMAL& source) noexcept {
     return {source.Hi32, source.Lo64, source.scale, (source.sign & DECIMAL_NEG) != 0};
 }
 
-// To Long where it fits, else to Decimal: no digit is lost.
+// To Long if it fits, else to Decimal, without loss.
 Variant widened(std::uint64_t magnitude, bool negative) {
     constexpr std::uint64_t kLargest = std::numeric_limits<std::int32_t>::max();
     if (magnitude <= kLargest + (negative ? 1 : 0)) {

@@ -4,14 +4,14 @@
 #include "platform/win32/ScopedVariant.h"
 #include "platform/win32/Windows.h"
 
-// The parts of VariantBridge that work on bare data: what a VARIANT, a by-reference argument and
-// an array element have in common is a type and a place in memory.
+// The parts of VariantBridge for raw data: a VARIANT, a by-reference argument and an array element all have a
+// type and a place in memory.
 namespace velmor::platform::detail {
 
-// Variants in arrays in variants; more is refused with error 13.
+// The depth of variants in arrays in variants; more is refused with error 13.
 constexpr int kNestingLimit = 64;
 
-// Where the data of a VARIANT lies that is, or becomes, one of that type and no reference.
+// The place of the data in a VARIANT of that type that is not a reference.
 inline void* dataOf(VARIANT& value, VARTYPE type) noexcept {
     return type == VT_DECIMAL ? static_cast<void*>(&value) : &V_I8(&value);
 }
@@ -20,7 +20,7 @@ inline const void* dataOf(const VARIANT& value) noexcept {
 }
 
 automation::Variant readData(VARTYPE type, const void* data, int depth);
-// The data's former contents are not looked at. False when the value is not of that very type.
+// The former content of the data is ignored. False when the value has another type.
 bool writeData(VARTYPE type, void* data, const automation::Variant& value, int depth);
 void fillVariant(const automation::Variant& value, VARIANT& result, int depth);
 automation::Variant copyVariant(const VARIANT& value, int depth);
@@ -33,7 +33,7 @@ inline VARTYPE variantTypeOf(automation::VariantType type) noexcept {
     return static_cast<VARTYPE>(type);
 }
 
-// Carried, never read: a copy of the VARIANT, cleared with the last reference.
+// Kept but never read: a copy of the VARIANT, cleared with the last reference.
 automation::UserDefined keepRecord(const VARIANT& value);
 
 }  // namespace velmor::platform::detail

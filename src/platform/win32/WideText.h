@@ -5,7 +5,7 @@
 
 namespace velmor::platform {
 
-// The system's calls take wchar_t, which is the same sixteen bits here.
+// The system's calls take wchar_t, which has sixteen bits here.
 inline std::wstring wide(std::u16string_view text) {
     return std::wstring(text.begin(), text.end());
 }
@@ -13,7 +13,7 @@ inline std::u16string fromWide(std::wstring_view text) {
     return std::u16string(text.begin(), text.end());
 }
 
-// A zero would end the text early and name something else.
+// A zero would end the text too early.
 inline bool holdsZero(std::u16string_view text) {
     return text.find(u'\0') != text.npos;
 }

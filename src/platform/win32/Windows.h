@@ -1,6 +1,6 @@
 #pragma once
 
-// The one way to <windows.h>. Without GDI and the rarely used parts: otherwise macros rename
+// The only header that includes <windows.h>. Without GDI and the rarely used parts: otherwise macros rename
 // members such as GetObject.
 #ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN

@@ -6,7 +6,7 @@
 
 namespace velmor::Module1 {
 
-// Makes one carriage return and line feed of any run of them. One pass, in place.
+// Replaces each run of line ends (carriage return and line feed) by one. One pass, in place.
 void CollapseBlankLines(std::u16string& psText, const CleanOptions& options);
 
 }  // namespace velmor::Module1

@@ -6,18 +6,18 @@
 
 namespace velmor {
 
-// What cleaning takes from whoever starts it.
+// The services that cleaning needs of its caller.
 class CleanHost {
 public:
     virtual ~CleanHost() = default;
 
     virtual platform::Services& services() noexcept = 0;
 
-    // Whether cleaned() is to be called; no time is measured otherwise.
+    // Whether the time is measured for cleaned().
     virtual bool timesCleaning() const noexcept { return false; }
 
-    // Told once at the end of a run, also when the text was left as it was: the elapsed seconds and
-    // the length of the text.
+    // Called once at the end of a run, also if the text did not change, with the elapsed seconds and the length
+    // of the text.
     virtual void cleaned(double seconds, std::int32_t length) noexcept {
         static_cast<void>(seconds);
         static_cast<void>(length);

@@ -2,15 +2,14 @@
 
 namespace velmor {
 
-// How one run of cleaning behaves. One value for all stages: a stage asks it, none exists twice.
+// The options of one run of cleaning, for all stages.
 struct CleanOptions {
-    // The text is several documents joined with merge page breaks: each keeps its headers, footers
-    // and page.
+    // The text consists of documents joined with merge page breaks; each keeps its headers, footers and page.
     bool mergeMode = false;
 
-    // Prefers what a reader of RTF would see over the plain rules wherever the two differ: braces
-    // behind "\\" count, \bin data is passed over, tables of fonts and colours are read to their end,
-    // a lifted document's character set and formatting stay its own.
+    // Prefers what a reader of RTF shows to the plain rules: braces after "\\" count, \bin data is skipped,
+    // tables of fonts and colours are read to their end, a lifted document keeps its character set and
+    // formatting.
     bool tolerant = false;
 
     // Rows without \trkeep get one, so that none is split across pages.

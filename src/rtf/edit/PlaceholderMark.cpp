@@ -11,7 +11,7 @@ std::optional<char16_t> unusedMark(std::u16string_view text) {
     for (const char16_t unit : text) highest = std::max(highest, unit);
     if (highest < first) return first;
 
-    // From the noncharacters through the private use area; no surrogates, and nothing that RTF reads.
+    // From the noncharacters through the private use area; no surrogates and no syntax of RTF.
     std::vector<bool> used(0x10000);
     for (const char16_t unit : text) used[unit] = true;
     for (unsigned mark = 0xFDEF; mark >= 0xE000; --mark) {

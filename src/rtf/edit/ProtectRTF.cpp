@@ -12,7 +12,7 @@ constexpr bool isSpecial(char16_t unit) {
     return unit == u'\\' || unit == u'{' || unit == u'}';
 }
 
-// Without branches, so that the compiler can look at many units at once.
+// Without branches, so that the compiler can compare many units at once.
 std::size_t growth(std::u16string_view text) {
     std::size_t specials = 0;
     for (const char16_t unit : text) specials += isSpecial(unit);
@@ -34,7 +34,7 @@ std::size_t protectedRTFLength(std::u16string_view psValue) noexcept {
 void ProtectRTFCode(std::u16string& psValue) {
     std::size_t from = psValue.size();
     psValue.resize(protectedRTFLength(psValue));
-    // From the back: what is read lies in front of what is written until nothing is left to escape.
+    // From the end: the read place precedes the written one until all escapes are done.
     for (std::size_t to = psValue.size(); to != from;) {
         const char16_t unit = psValue[--from];
         if (unit == u'\n' && from > 0 && psValue[from - 1] == u'\r') {

@@ -8,11 +8,10 @@ namespace velmor {
 
 class privStrCat;
 
-// Escapes plain text for RTF, in place: "\", "{" and "}" get a backslash in front, and a carriage
-// return with its line feed becomes "\par " (a lone one stays). A text that begins "{\rtf1", in
-// exactly these letters, is a document and stays as it is. Linear; the text grows at most once, and
-// one without anything to escape costs a single look at it. Raises std::bad_alloc or
-// std::length_error only, and then leaves the text as it was.
+// Escapes plain text for RTF, in place: a backslash precedes "\", "{" and "}", and a carriage return with its
+// line feed becomes "\par " (a lone one stays). A text that begins "{\rtf1", in exactly these letters, is a
+// document and stays unchanged. Linear; the text grows at most once, and a text without escapes is only read.
+// Raises only std::bad_alloc or std::length_error, and then leaves the text unchanged.
 void ProtectRTFCode(std::u16string& psValue);
 
 // The length that ProtectRTFCode would give the text. It never exceeds three times the text's own.

@@ -34,13 +34,13 @@ std::u16string* TableCollection::entry(std::size_t number) noexcept {
 
 namespace {
 
-// A text that is being written, and how far.
+// A text that is being written, and the place reached.
 struct Reading {
     std::u16string_view text;
     std::size_t number;
 };
 
-// The number of the placeholder in front of `text`, which loses it.
+// Removes the number of the placeholder at the begin of `text`, and returns it.
 std::size_t takePlaceholder(std::u16string_view& text, char16_t mark) {
     std::size_t number = 0;
     std::size_t at = 1;
@@ -51,8 +51,7 @@ std::size_t takePlaceholder(std::u16string_view& text, char16_t mark) {
 
 }  // namespace
 
-// Every placeholder stands for something that stands nowhere else: then the lengths of all give the
-// length of the result.
+// Each entry has one placeholder only: then the sum of the lengths is the length of the result.
 bool TableCollection::usesEachOnce(std::u16string_view text) const {
     std::vector<bool> used(tableCount + documents_.size());
     const auto look = [&](std::u16string_view part) {
@@ -81,8 +80,8 @@ TableCollection::Placeholder TableCollection::placeholderAt(std::u16string_view 
     return {end, number - tableCount};
 }
 
-// Writes the host, which lies at `from`, and all that is in it. A blank keeps apart what an entry that
-// holds nothing stood between.
+// Writes the host at `from` and everything in it. A blank separates words around the placeholder of an empty
+// entry.
 template <typename Write, typename Written>
 void TableCollection::writeExpanded(std::u16string_view from, Write write, Written written) {
     constexpr std::size_t host = static_cast<std::size_t>(-1);
@@ -133,8 +132,8 @@ void TableCollection::expand(std::u16string& psText) {
     for (std::u16string& table : tables_) table = {};
 }
 
-// In the memory that the text had before documents were taken out of it: fresh memory costs more than
-// moving the host once more.
+// Uses the memory that the text had before documents were lifted: fresh memory costs more than moving the host
+// again.
 void TableCollection::expandInPlace(std::u16string& psText, std::size_t added) {
     using Traits = std::char_traits<char16_t>;
     const std::size_t length = psText.size();

@@ -12,21 +12,20 @@
 
 namespace velmor {
 
-// Tables that all documents of a run share; each has one place, in the host's header.
+// Tables that all documents of a run share; each has one place in the host's header.
 enum class SharedTable : std::uint8_t { fonts, colours, lists, listOverrides, styles };
 
-// What one run of cleaning keeps aside: the documents that were lifted out of the text ("RTF1",
-// "RTF2", ... in the order in which they begin, so a document comes before those inside it), and
-// the shared tables. Each has a placeholder, a short text that stands where it is to return.
+// The entries that one run of cleaning sets aside: the lifted documents ("RTF1", "RTF2", ... in order of their
+// openings, so a document precedes those in it), and the shared tables. Each has a placeholder, a short text at
+// the place to which it returns.
 //
-// A placeholder is opaque: a unit that occurs nowhere in the text under cleaning, a number, that
-// unit again. So no text can pass for one, whatever is removed or put together, and nothing but
-// what this run set aside is ever put back.
+// A placeholder consists of a unit that occurs nowhere in the cleaned text, a number, and that unit again. So
+// no text can look like one, whatever is removed or joined, and only entries of this run are put back.
 class TableCollection {
 public:
     struct Document {
         std::u16string text;  // a whole group, "{\rtf..." to its brace
-        GroupSet groups;      // those in it, without the documents that were lifted out of it
+        GroupSet groups;      // those of the text, without those of documents lifted from it
     };
 
     // `mark` occurs neither in the text nor in anything that will be stored.
@@ -41,9 +40,9 @@ public:
     // `index` as in documents().
     std::u16string placeholder(std::size_t index) const;
 
-    // What stands at a mark in one of the texts of this run.
+    // The placeholder at a mark in one of the texts of this run.
     struct Placeholder {
-        std::size_t end;                      // the index behind it
+        std::size_t end;                      // the index after it
         std::optional<std::size_t> document;  // as in documents(); nothing for a shared table
     };
     Placeholder placeholderAt(std::u16string_view text, std::size_t index) const noexcept;
@@ -54,13 +53,13 @@ public:
     // ---- The shared tables.
 
     std::u16string placeholder(SharedTable table) const;
-    // A table that is never stored returns as nothing.
+    // A table that is never stored leaves no text.
     void store(SharedTable table, std::u16string text) { tables_[static_cast<std::size_t>(table)] = std::move(text); }
 
     // ---- Putting back.
 
-    // Replaces every placeholder, at every depth, by what it stands for; what was kept aside is gone
-    // afterwards. Linear in the result, no recursion. An entry that lies in itself is left out there.
+    // Replaces every placeholder, at every depth, by its entry; the collection is empty afterwards. Linear in
+    // the result, no recursion. An entry within itself is left out.
     void expand(std::u16string& psText);
 
 private:

@@ -6,7 +6,7 @@ namespace velmor {
 namespace {
 
 struct FontEntry {
-    std::size_t number = 0;  // where its digits stand
+    std::size_t number = 0;  // the place of its digits
     std::u16string_view digits;
     std::u16string_view characterSet;
     TextRange characterSetWord;
@@ -39,7 +39,7 @@ FontEntry readFontEntry(std::u16string_view entry, bool tolerant) {
     return font;
 }
 
-// What tells the font from others. Fonts without a name are told by their entries.
+// The key of a font: its name, or its entry if it has no name.
 std::u16string keyOf(const FontEntry& font, std::u16string_view entry, bool tolerant) {
     std::u16string key = font.name;
     if (key.empty()) key.append(1, u'\1').append(entry.substr(font.number + font.digits.size()));
@@ -47,7 +47,7 @@ std::u16string keyOf(const FontEntry& font, std::u16string_view entry, bool tole
     return key;
 }
 
-// The entry in the given character set, if it names none: 1 means whatever the document's page is.
+// The entry with the given character set, if it names none or 1, which means that of the document's code page.
 std::u16string inCharacterSet(std::u16string_view entry, std::u16string_view characterSet, bool tolerant) {
     const FontEntry font = readFontEntry(entry, tolerant);
     std::u16string result(entry);

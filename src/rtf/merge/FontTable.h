@@ -9,9 +9,9 @@
 
 namespace velmor {
 
-// The fonts of all documents of a run, in order of first appearance, numbered from 0. Fonts of equal
-// name (whatever its letter case) are one font, and the first entry is kept; tolerant merging keeps
-// those of different character sets apart.
+// The fonts of all documents of a run, in order of first appearance, numbered from 0. Fonts of equal name
+// (without regard to case) are one font, and the first entry is kept; tolerant merging keeps those of different
+// character sets apart.
 class FontTable {
 public:
     explicit FontTable(const CleanOptions& options) noexcept : tolerant_(options.tolerant) {}

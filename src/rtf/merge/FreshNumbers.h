@@ -6,19 +6,19 @@
 
 namespace velmor {
 
-// Hands out the numbers from 1 on that are not taken, each once.
+// Gives out each free number from 1 once.
 class FreshNumbers {
 public:
-    // False when the number is taken already, or is none (an optional "-" and digits within 32 bits).
+    // False when the number is taken or invalid (it is an optional "-" and digits within 32 bits).
     bool take(std::u16string_view number);
 
     std::int32_t next();
 
-    // Takes a number that documents may refer to in common. False when next() has handed it out.
+    // Takes a number to which several documents may refer. False when next() has given it out.
     bool reserve(std::u16string_view number);
 
 private:
-    std::unordered_map<std::int32_t, bool> taken_;  // whether next() handed it out
+    std::unordered_map<std::int32_t, bool> taken_;  // whether next() gave it out
     std::int32_t last_ = 0;
 };
 

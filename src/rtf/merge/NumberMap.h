@@ -22,16 +22,16 @@ struct EqualIgnoringCase {
     }
 };
 
-// Numbers by name, whatever its letter case.
+// Numbers by name, without regard to case.
 using NameIndex = std::unordered_map<std::u16string, std::int32_t, HashIgnoringCase, EqualIgnoringCase>;
 
-// From a document's numbers, as they are written there ("7" is not "07"), to those of the merged
-// document. Looking up a number of up to five digits costs one array access.
+// Maps a document's numbers, as they are written ("7" is not "07"), to those of the merged document. Looking up
+// a number of up to five digits costs one array access.
 class NumberMap {
 public:
     static constexpr std::int32_t none = -1;
 
-    // Costs what was set since the last time, not the span of the numbers.
+    // The cost depends on the numbers that were set, not on their span.
     void clear() noexcept {
         for (const std::uint32_t index : set_) short_[index] = none;
         set_.clear();
@@ -63,7 +63,7 @@ private:
     }
 
     std::vector<std::int32_t> short_;
-    std::vector<std::uint32_t> set_;  // the places of short_ that hold a value
+    std::vector<std::uint32_t> set_;  // the indices of short_ with a value
     std::unordered_map<std::u16string, std::int32_t> long_;
 };
 

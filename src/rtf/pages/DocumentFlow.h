@@ -11,9 +11,9 @@
 
 namespace velmor {
 
-// Walks the host's text and, where its placeholder stands, each lifted document, in the order in which
-// a reader comes to them, and tells the sections what matters to headers and footers. Escapes and the
-// data of \bin are read as RTF has them. One pass, no recursion.
+// Walks the host's text and, at its placeholder, each lifted document, in the order of reading, and reports to
+// the sections everything about headers and footers. Escapes and the data of \bin are read as in RTF. One pass,
+// no recursion.
 class DocumentFlow {
 public:
     DocumentFlow(std::u16string_view host, const TableCollection& tables, HeaderSections& sections)
@@ -24,8 +24,8 @@ public:
 private:
     struct Level {
         bool body;
-        bool inTable;     // its paragraph is
-        bool passedOver;  // inside a header or footer group that leaves its document
+        bool inTable;     // its paragraph is in a table
+        bool passedOver;  // inside a header or footer group that is removed from its document
     };
 
     struct OpenGroup {
@@ -35,7 +35,7 @@ private:
         bool body;
     };
 
-    // A text that is being read, and how far.
+    // A text that is being read, and the place reached.
     struct Reading {
         std::u16string_view text;
         std::size_t at;

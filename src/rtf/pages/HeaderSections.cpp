@@ -58,7 +58,7 @@ void HeaderSections::leaveDocument() {
     }
 }
 
-// ---- Groups, which restore what a section was before them
+// ---- Groups, whose end restores the section
 
 void HeaderSections::leaveBraces(const FlowPlace& place) {
     for (; !saved_.empty() && saved_.back().depth > place.depth; saved_.pop_back()) {
@@ -75,13 +75,13 @@ void HeaderSections::save(std::size_t depth) {
         saved_.push_back({depth, section_.words, section_.said});
 }
 
-// What starts anew precedes what the host says from here on.
+// The new start precedes the host's later words.
 void HeaderSections::forgetSaid() {
     section_.said = {};
     for (Saved& saved : saved_) saved.said = {};
 }
 
-// The groups in that of the section's start do not take back what the start says.
+// Groups within that of the section's start do not restore the words before the start.
 void HeaderSections::holdInGroups(const HeaderWords& carried) {
     const std::size_t depth = section_.holding.place.depth;
     auto inner = saved_.end();
@@ -135,7 +135,7 @@ void HeaderSections::begin(Start start, std::size_t change, const Holding& holdi
     beginSection(std::move(next));
 }
 
-// The section before it is closed.
+// The previous section is closed.
 void HeaderSections::beginSection(Section next) {
     next.words = section_.words;
     section_ = std::move(next);
@@ -148,7 +148,7 @@ void HeaderSections::placePending(const FlowPlace& place) {
     if (!pending_ || place.inTable || !place.body) return;
     const Start start = *pending_;
     pending_.reset();
-    closeSection();  // what it writes here precedes the new one
+    closeSection();  // its text here precedes the new one
     begin(start, change(place.text, place.begin, place.begin), {place});
 }
 
@@ -166,7 +166,7 @@ void HeaderSections::hostEnd(const FlowPlace& place) {
     placePending(place);
 }
 
-// A break right behind the section's own would leave an empty page.
+// A break directly after the section's own would leave an empty page.
 void HeaderSections::pageBreak(const FlowPlace& place) {
     placePending(place);
     if (justBegan()) {
@@ -232,7 +232,7 @@ void HeaderSections::sectionDefaults(const FlowPlace& place) {
     if (host) section_.said = {};
     if (!host) tellTakers(place, [](HeaderWords& words) { words = {}; });
     if (!host && (section_.start || documents_.back().continues)) {
-        cut(place);  // the section goes on with its page, margins and columns
+        cut(place);  // the section keeps its page, margins and columns
         return;
     }
     if (!host && section_.byDocument) {
@@ -317,7 +317,7 @@ void HeaderSections::take(HeaderName name, std::u16string_view text) {
     if (groups.source == document.text && group.empty()) group = text;
 }
 
-// ---- What is written
+// ---- Writing
 
 HeaderWords HeaderSections::closeSection(bool left) {
     for (const HeaderKind kind : headerKinds) {
@@ -329,7 +329,7 @@ HeaderWords HeaderSections::closeSection(bool left) {
     return carried;
 }
 
-// Says of a section what a new header brings with it.
+// Applies the words of a new header to a section.
 void HeaderSections::add(const HeaderWords& carried, const HeaderWords& said, HeaderWords& words) {
     for (const HeaderKind kind : headerKinds) {
         const bool brings = !carried.distance[kind].empty() && said.distance[kind].empty();
@@ -352,7 +352,7 @@ void HeaderSections::closeSectionAt(const PageBreak& page) {
     if (!left) add(carried, section_.said, section_.words);
 }
 
-// What the taken groups' documents say about the section, which becomes what the section says.
+// The section's words in the documents of the taken groups become the section's words.
 HeaderWords HeaderSections::carry(const Start& start, bool left) {
     HeaderWords carried;
     for (const HeaderKind kind : headerKinds) {
@@ -390,7 +390,7 @@ HeaderWords HeaderSections::writeStart(const Start& start, bool left) {
         const std::size_t moved = change(holding.place.text, holding.place.begin, holding.place.begin);
         changes_[moved].put = std::exchange(words, {});
     }
-    // Words right behind a generator group would be taken for its own.
+    // Words directly after a generator group would be removed with it.
     const std::u16string_view opening = !start.breaks ? u"" : start.asPage ? u"\\page" : u"\\sect";
     std::u16string& put = changes_[start.change].put;
     put = opening;
@@ -398,7 +398,7 @@ HeaderWords HeaderSections::writeStart(const Start& start, bool left) {
     return carried;
 }
 
-// Every page shows the new ones: what a section does not give is that of the section before.
+// Every page shows the new ones: a section inherits the groups that it does not give.
 void HeaderSections::appendNew(std::u16string& text, HeaderKind kind, const NewGroups& groups, bool title) {
     const auto given = [&](HeaderPages pages) { return groups.groups[static_cast<std::size_t>(pages)]; };
     const std::u16string_view main = mainOf(groups.groups);
@@ -415,7 +415,7 @@ void HeaderSections::appendNew(std::u16string& text, HeaderKind kind, const NewG
     for (const auto& [begin, end] : section_.hostGroups[kind]) change(FlowPlace::host, begin, end);
 }
 
-// The new section's first page goes on with the other kind's ordinary one, and so do later ones.
+// The first page of the new section, and of later ones, shows the ordinary group of the other kind.
 void HeaderSections::appendFirstOfOther(std::u16string& text, HeaderKind kind) {
     const bool own = !section_.given[kind][static_cast<std::size_t>(HeaderPages::first)].empty();
     if (own || current_[kind].firstIsMain) return;
@@ -424,7 +424,7 @@ void HeaderSections::appendFirstOfOther(std::u16string& text, HeaderKind kind) {
 }
 
 std::vector<HeaderSections::Change> HeaderSections::finish() {
-    // A page without text and without a header of its own is none.
+    // A page without text and without a new header is removed.
     const auto& start = section_.start;
     if (start && start->breaks && !start->forBreak && !section_.hasContent && !start->takesGroups()) {
         section_.start.reset();

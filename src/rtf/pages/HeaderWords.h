@@ -27,7 +27,7 @@ struct HeaderName {
     }
 };
 
-// What the letters of a group's first word name.
+// The name in the letters of a group's first word.
 constexpr std::optional<HeaderName> headerNamed(std::u16string_view letters) noexcept {
     for (const HeaderKind kind : headerKinds) {
         for (const HeaderPages pages : {HeaderPages::all, HeaderPages::right, HeaderPages::left, HeaderPages::first}) {
@@ -52,11 +52,11 @@ struct PerKind {
     const Value& operator[](HeaderKind kind) const noexcept { return values[static_cast<std::size_t>(kind)]; }
 };
 
-// The words that frame a section's pages: \pgbrdrt and its partners, each with what describes its line.
+// The words of a section's page borders: \pgbrdrt and the like, each with the words for its line.
 inline constexpr std::array<std::u16string_view, 6> frameWords = {u"pgbrdrt", u"pgbrdrb",   u"pgbrdrl",
                                                                   u"pgbrdrr", u"pgbrdropt", u"pgbrdrsnap"};
 
-// The words with which a section says how it shows headers and footers.
+// The words of a section about its headers and footers.
 struct HeaderWords {
     PerKind<std::u16string_view> distance;  // \headery, \footery, with their numbers
     PerKind<bool> border;                   // \pgbrdrhead, \pgbrdrfoot

@@ -7,22 +7,22 @@
 
 namespace velmor::Module1 {
 
-// Stands in front of each document that was joined to the one before it.
+// Precedes each document that was joined to the previous one.
 inline constexpr std::u16string_view mergePageBreakMarker = u"{\\*\\korvanemergepagebreak}";
 
-// Replaces each marker of a joined document by a section break with the page of that document: of its
-// first "\sectd", up to the next "\sect" or "\page", or else of the document's own words up to the
-// next marker. Where no word says, 0 stands.
+// Replaces each marker of a joined document by a section break with the page of that document: of its first
+// "\sectd", up to the next "\sect" or "\page", or else of the document's words up to the next marker. An absent
+// value is 0.
 //
-// A marker whose document has "\sect" but no "\page" behind its "\sectd" stays. One in a table row
-// becomes "\par". Tolerant: every other marker is replaced; absent values are those that RTF sets for a
-// document; "\sectd" and "\pard\plain" keep the section, list, table and formatting in which the text
-// before the break ended from the document, whose own first "\sectd" goes, as it would undo the page; and
-// the page stands where it holds to the section's end, behind the closing braces around the marker.
+// A marker whose document has "\sect" but no "\page" after its "\sectd" stays. One in a table row becomes
+// "\par". Tolerant: every other marker is replaced; absent values are RTF's defaults; "\sectd" and
+// "\pard\plain" end the section, list, table and formatting of the text before the break; the document's first
+// "\sectd" is removed, as it would reset the page; and the page is written where it holds to the section's end,
+// after the closing braces around the marker.
 //
-// Each document keeps its headers and footers (see JoinedHeaders). How the section in front shows them
-// ("\titlepg", say) goes on in a document that does not begin with "\sectd", unless tolerant.
-// `pbHeaders` false: no document has any, which saves looking. One pass for the pages, one for these.
+// Each document keeps its headers and footers (see JoinedHeaders). The section's words about them ("\titlepg",
+// for example) continue in a document that does not begin with "\sectd", unless tolerant. `pbHeaders` false: no
+// document has any. One pass for the pages, one for headers and footers.
 void ApplyMergePageBreaks(std::u16string& psText, const CleanOptions& options, bool pbHeaders = true);
 
 }  // namespace velmor::Module1

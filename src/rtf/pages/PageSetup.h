@@ -14,25 +14,25 @@ struct PageSetup {
     static constexpr std::size_t valueCount = 6;
     using Words = std::array<std::u16string_view, valueCount>;
 
-    // What sets a value for a section, and for a whole document.
+    // The words for a section, and for a whole document.
     static constexpr Words sectionWords = {u"\\pghsxn",   u"\\pgwsxn",   u"\\marglsxn",
                                            u"\\margrsxn", u"\\margtsxn", u"\\margbsxn"};
     static constexpr Words documentWords = {u"\\paperh", u"\\paperw", u"\\margl", u"\\margr", u"\\margt", u"\\margb"};
 
-    // A document's page when it says nothing.
+    // RTF's default page.
     static constexpr std::array<std::int32_t, valueCount> defaults = {15840, 12240, 1800, 1800, 1440, 1440};
 
     std::array<std::int32_t, valueCount> values{};
     bool landscape = false;
 
-    // Height and width change places where they contradict the orientation.
+    // Exchanges height and width if they contradict the orientation.
     void turnLandscape() noexcept;
     void turnPortrait() noexcept;
 
     // The orientation, if it is landscape, and the six values.
     std::u16string words() const;
 
-    // The values that are not the other's.
+    // The values that differ from the other's.
     std::u16string wordsUnlike(const PageSetup& other) const;
 
 private:
@@ -45,8 +45,8 @@ private:
 // it. False when no such unit follows.
 bool numberTextAt(std::u16string_view text, std::size_t index, std::u16string_view& number) noexcept;
 
-// As numberTextAt, for the number of the word at the index. Tolerant: as readers have it, so that text may
-// follow it at once; false when the word has none.
+// As numberTextAt, for the number of the word at the index. Tolerant: as readers do, so that text may follow it
+// directly; false when the word has no number.
 bool wordNumberAt(std::u16string_view text, std::size_t index, std::u16string_view word, bool tolerant,
                   std::u16string_view& number) noexcept;
 

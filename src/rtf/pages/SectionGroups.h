@@ -11,8 +11,8 @@
 
 namespace velmor {
 
-// Finds a word in the groups of a text, whose beginnings and ends ascend. Groups without a brace of
-// their own reach into the next ones: what was looked at for one is not looked at again.
+// Finds a word in the groups of a text, whose begins and ends ascend. Groups without a closing brace extend
+// into the next ones; no text is read twice.
 class GroupWord {
 public:
     explicit GroupWord(std::u16string_view word) noexcept : word_(word) {}
@@ -25,27 +25,27 @@ public:
 private:
     std::u16string_view word_;
     std::size_t next_ = 0;
-    bool isFound_ = false;  // at next_; else no group so far has one in front of it
+    bool isFound_ = false;  // at next_; else no group so far contains it before next_
 };
 
-// The pages that the section marker groups of one document describe. A value that a group does not give
-// is the document's; when that gives none, it is the one of the group before.
+// The pages that the section marker groups of one document describe. A value that a group does not give is the
+// document's, or, if absent there, that of the previous group.
 class SectionGroups {
 public:
     static constexpr std::u16string_view opening = u"{\\*\\korvanesection";
-    // What marks a group as done: its name, from `nameOffset` on, is overwritten.
+    // The name of a done group; it is written over the group's name at `nameOffset`.
     static constexpr std::u16string_view doneName = u"korvanecmplete";
     static constexpr std::size_t nameOffset = 4;
 
-    // The document is [begin, end) of the text; `page` holds the values that no word gives.
+    // The document is [begin, end) of the text; `page` has the defaults.
     SectionGroups(std::u16string_view text, std::size_t begin, std::size_t end, const PageSetup& page, bool tolerant);
 
-    // Reads the group at the index; indices ascend. False when its brace is missing or a value is no
-    // number: nothing is described then.
+    // Reads the group at the index; indices ascend. False when its brace is absent or a value is not a number;
+    // then it describes nothing.
     bool read(std::size_t index);
 
     const PageSetup& page() const noexcept { return page_; }
-    // The closing brace of the group that was read.
+    // The closing brace of the last group.
     std::size_t end() const noexcept { return groupEnd_; }
 
 private:
@@ -55,7 +55,7 @@ private:
         explicit Value(std::u16string_view word) noexcept : word_(word), length_(word.size()) {}
 
         bool isGiven(std::u16string_view text, std::size_t begin, std::size_t end);
-        // Of the group asked for last; nothing when it is no number.
+        // Of the last requested group; nothing when it is not a number.
         std::optional<std::int32_t> number() const noexcept { return number_; }
 
     private:

@@ -6,7 +6,7 @@
 
 namespace velmor {
 
-// Groups that a stage of cleaning waits for.
+// Groups that a stage of cleaning acts on.
 enum class Group : std::uint32_t {
     fontTable,          // {\fonttbl
     colourTable,        // {\colortbl
@@ -24,16 +24,16 @@ enum class Group : std::uint32_t {
     generator        // {\*\generator
 };
 
-// The groups that occur in a text, noted in one pass, so that a stage without its words costs
-// nothing. A group in the set may have gone; one that is not in it does not occur.
+// The groups that occur in a text, noted in one pass, so that a stage without its groups costs nothing. A group
+// of the set may have been removed; a group outside it does not occur.
 class GroupSet {
 public:
     bool has(Group group) const noexcept { return (bits_ & bit(group)) != 0; }
     void add(Group group) noexcept { bits_ |= bit(group); }
     void add(GroupSet other) noexcept { bits_ |= other.bits_; }
 
-    // Notes the group that begins with the brace at `index`, if it is one of them. Letter case is
-    // passed over, and so is whatever stands in front.
+    // Notes the group that begins with the brace at `index`, if it is one of them. Letter case is ignored, and
+    // so is an escape before the brace.
     void note(std::u16string_view text, std::size_t index) noexcept;
 
 private:

@@ -9,13 +9,13 @@ namespace velmor {
 
 class privStrCat;
 
-// The searches that every RTF stage is built from. They look at raw text and know two things about
-// RTF: a backslash escapes what follows it, and a delimiter ends a control word. Positions are
-// 1-based code units, 0 means "not found". Nothing here raises: what cannot be searched is not found.
+// The searches by position. They read raw text with two rules of RTF: a backslash escapes the next character,
+// and a delimiter ends a control word. Positions are 1-based code units, 0 means "not found". Nothing here
+// raises: invalid arguments find nothing.
 //
-// The rules differ from search to search on purpose, and the stages depend on the differences:
+// The rules of the searches differ deliberately, and callers depend on the differences:
 //   FindRTFWord          any sought text; a backslash just before the match may escape it. The
-//                        delimiter is tested only at position 1 or behind backslashes.
+//                        delimiter is tested only at position 1 or after backslashes.
 //   the other searches   only sought texts that begin with a backslash, and only where that
 //                        backslash is not itself escaped. The delimiter is always tested.
 namespace Module1 {
@@ -24,15 +24,15 @@ namespace Module1 {
 inline constexpr std::int32_t binaryCompare = 0;
 inline constexpr std::int32_t textCompare = 1;
 
-// Carriage return, blank, "\", "{" and "}". No line feed, no digit.
+// Carriage return, blank, "\", "{" and "}"; neither line feed nor digits.
 bool isDelimiter(char16_t unit) noexcept;
 
-// First acceptable psFind at or after plStart. Like the builder's Find, a match may begin in the
-// content and run on into the spare tail; then no delimiter follows it.
+// First acceptable psFind at or after plStart. Like the builder's Find, a match may begin in the content and
+// continue into the spare tail; then no delimiter follows it.
 std::int32_t FindRTFWord(std::int32_t plStart, const privStrCat& poText, std::u16string_view psFind,
                          std::int32_t plCompare, bool pbDelimited) noexcept;
 
-// Last acceptable psFind that lies wholly at or before plStart; -1 means the end.
+// Last acceptable psFind that ends at or before plStart; -1 means the end.
 std::int32_t FindRTFWordReverse(const privStrCat& poText, std::u16string_view psFind, std::int32_t plStart,
                                 std::int32_t plCompare, bool pbDelimited) noexcept;
 
@@ -42,9 +42,9 @@ std::int32_t FindRTFWordInText(std::int32_t plStart, std::u16string_view psText,
 std::int32_t FindRTFWordInTextReverse(std::u16string_view psText, std::u16string_view psFind, std::int32_t plStart,
                                       std::int32_t plCompare, bool pbDelimited) noexcept;
 
-// Replaces up to plCount matches of FindRTFWord (no delimiter test; -1: all) from plStart on. A
-// replacement is never searched again, and what runs on into the spare tail is not replaced. Linear, as the edits sweep
-// from left to right.
+// Replaces up to plCount matches of FindRTFWord (no delimiter test; -1: all) from plStart on. A replacement is
+// never searched again, and a match that continues into the spare tail is not replaced. Linear, as the edits
+// sweep from left to right.
 void ReplaceRTFWord(privStrCat& poText, std::u16string_view psFind, std::u16string_view psReplace, std::int32_t plStart,
                     std::int32_t plCount, std::int32_t plCompare) noexcept;
 
@@ -58,19 +58,18 @@ std::int32_t FindFirstOfAny(std::int32_t plStart, std::u16string_view psText, st
                             std::int32_t plCompare) noexcept;
 
 struct GroupExtent {
-    std::int32_t start = 0;  // where the opening text stands
-    std::int32_t end = 0;    // the "}" that closes the group; 0 when none does up to the limit
+    std::int32_t start = 0;  // the place of the opening text
+    std::int32_t end = 0;    // the "}" that closes the group; 0 without one up to the limit
 };
 
-// The first group that begins with psOpening (found without regard to case). A brace counts unless
-// the one character before it is a backslash: behind "\\" it counts as escaped, too. plLimit 0: the
-// end of the text.
+// The first group that begins with psOpening (found without regard to case). A brace counts unless the
+// character before it is a backslash: a brace after "\\" counts as escaped too. plLimit 0: the end of the text.
 GroupExtent FindGroupEnd(std::int32_t plStart, std::u16string_view psText, std::u16string_view psOpening,
                          std::int32_t plLimit) noexcept;
 
-// The number behind the first psWordA in psTextA; only when that word is absent, the one behind
-// psWordB in psTextB. The number is an optional "-" and digits within 32 bits, up to a carriage
-// return, "\", "{", "}" or blank; anything else, or no such end, gives 0.
+// The number of the first psWordA in psTextA; if that word is absent, the number of psWordB in psTextB. The
+// number is an optional "-" and digits within 32 bits, up to a carriage return, "\", "{", "}" or blank;
+// anything else, or an absent end, gives 0.
 std::int32_t GetRTFWordValue(std::u16string_view psTextA, std::u16string_view psWordA, std::u16string_view psTextB,
                              std::u16string_view psWordB) noexcept;
 
