@@ -27,7 +27,7 @@ void Module1::CollapseBlankLines(std::u16string& psText, const CleanOptions& opt
     const std::u16string_view text = psText;
     TextEdits edits;
     std::size_t from = 0;
-    // The data of a picture is no text, and must keep its length.
+    // The data of a picture is not text and must keep its length.
     for (std::size_t at = 0;
          options.tolerant && (at = findText(text, u"\\bin", at, Comparison::binary)) != text.npos;) {
         const std::size_t end = isEscaped(text, at) ? at + 2 : skipEscape(text, at);

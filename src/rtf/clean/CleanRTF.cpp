@@ -55,7 +55,7 @@ public:
         TableCollection tables(*mark);
         const bool merged = attempt([&] { merge(tables); });
         if (merged) attempt([&] { bracketTables(tables); });
-        // Whatever failed: what was set aside returns.
+        // Lifted texts return even after a failure.
         if (!attempt([&] { tables.expand(text_); }) || !merged) return;
         attempt([&] { finish(); });
     }
@@ -70,7 +70,7 @@ private:
         for (const TableCollection::Document& document : tables.documents()) groups_.add(document.groups);
     }
 
-    // Step 3: the tables of each text, while the tables inside them are in documents of their own.
+    // Step 3: the tables of each text, while the tables inside them are still lifted.
     void bracketTables(TableCollection& tables) {
         if (addTableMarkers(text_, guids_)) groups_.add(Group::tableMarker);
         for (TableCollection::Document& document : tables.documents()) {
@@ -80,7 +80,7 @@ private:
 
     // Steps 4 to 9.
     void finish() {
-        // Section markers know joined documents by their merge markers.
+        // Section markers recognise joined documents by their merge markers.
         if (options_.tolerant) applySectionMarkers();
         applyMergePageBreaks();
         if (!options_.tolerant) applySectionMarkers();

@@ -13,7 +13,7 @@ namespace {
 constexpr std::u16string_view opening = u"{\\*\\background";
 constexpr std::size_t nowhere = std::u16string_view::npos;
 
-// Moves the text left over what is removed: [0, done_) is finished, [next_, end) still to come.
+// Moves the text left over the removed parts: [0, done_) is finished, [next_, end) is unread.
 class Removal {
 public:
     Removal(std::u16string& text, bool tolerant) : text_(text), tolerant_(tolerant) {}
@@ -40,7 +40,7 @@ private:
 
     std::u16string_view finished() const noexcept { return std::u16string_view(text_).substr(0, done_); }
 
-    // What was removed may have stood inside an opening, whose group goes as well.
+    // A removal may join the parts of an opening, whose group is removed as well.
     bool removeJoined() {
         if (next_ < text_.size() && wordTakesIn(finished(), text_[next_])) text_[done_++] = u' ';
         const std::size_t before = std::min(done_, opening.size() - 1);

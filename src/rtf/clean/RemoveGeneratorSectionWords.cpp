@@ -25,12 +25,12 @@ bool beginsSectionWord(std::u16string_view text, std::size_t index) noexcept {
                        [&](std::u16string_view word) { return standsAt(text, index, word); });
 }
 
-// No tabs: readers see them.
+// Without tabs: readers show them.
 std::size_t skipBlanks(std::u16string_view text, std::size_t index) noexcept {
     return std::min(text.find_first_not_of(u" \r\n", index), text.size());
 }
 
-// Behind the control word at the index and the white space that follows it.
+// The end of the control word at the index and of the white space after it.
 std::size_t skipWord(std::u16string_view text, std::size_t index) noexcept {
     for (++index; index < text.size() && isLetter(text[index]);) ++index;
     if (index < text.size() && text[index] == u'-') ++index;
@@ -38,8 +38,8 @@ std::size_t skipWord(std::u16string_view text, std::size_t index) noexcept {
     return skipBlanks(text, index);
 }
 
-// Where the run of section words that begins at the index ends. A word reaches to the next
-// backslash or brace, and is none of them when that is too far.
+// The end of the run of section words at the index. A word extends to the next backslash or brace, and does not
+// count if that is too far.
 std::size_t runEnd(std::u16string_view text, std::size_t index) noexcept {
     while (index < text.size() && text[index] == u'\\' && beginsSectionWord(text, index)) {
         const std::u16string_view next = text.substr(index + 1, longestWord);

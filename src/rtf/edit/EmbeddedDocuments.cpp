@@ -21,7 +21,7 @@ std::size_t hostHeaderStart(std::u16string_view text, std::size_t host) noexcept
 
 namespace {
 
-// "{\rtf1", a marker group, "}": nothing but a carrier of the marker.
+// "{\rtf1", a marker group, "}": a document with a marker only.
 constexpr std::u16string_view carriers[] = {u"{\\rtf1{\\*\\korvanenewheader}}", u"{\\rtf1{\\*\\korvanenewfooter}}"};
 constexpr std::size_t carrierLength = carriers[0].size();
 constexpr std::size_t carrierOpening = 6;
@@ -52,7 +52,7 @@ public:
     GroupSet hostGroups() const noexcept { return hostGroups_; }
     bool sawDocument() const noexcept { return sawDocument_; }
 
-    // Forgets the first document without an end, and all behind its opening.
+    // Forgets the first document without an end, and all after its opening.
     void dropUnclosed();
 
 private:
@@ -84,14 +84,14 @@ void DocumentFinder::run() {
         } else if (index > hostAt_ && documentStandsAt(text_, index)) {
             reader.goOnAt(openDocument(index));
         } else {
-            // What is escaped is noted, too: the set may hold more than there is, never less.
+            // Escaped groups are noted too: the set may hold more groups than the text, never fewer.
             groups().note(text_, index);
             depth_ += reader.counts();
         }
     }
 }
 
-// Returns where to go on.
+// Returns the index to continue at.
 std::size_t DocumentFinder::openDocument(std::size_t index) {
     const auto parent = open_.empty() ? host : open_.back().document;
     const auto begin = static_cast<std::uint32_t>(index);
@@ -135,7 +135,7 @@ private:
     struct Part {
         std::uint32_t document = DocumentFinder::host;  // index in found
         std::size_t number = 0;                         // index in the collection
-        std::size_t from = 0;                           // what stands in front is copied
+        std::size_t from = 0;                           // the text before it is copied
     };
 
     void reserve();
@@ -161,7 +161,7 @@ void Lifting::run() {
     while (!open_.empty()) finish();
 }
 
-// Makes the documents, each with the room that it needs: its length without those inside it.
+// Makes the documents, each with the capacity that it needs: its length without the documents in it.
 void Lifting::reserve() {
     std::vector<std::size_t> lengths(found_.size());
     std::size_t count = 0;
@@ -207,7 +207,7 @@ void Lifting::unwrap(const DocumentFinder::Found& carrier) {
     }
 }
 
-// Gives the innermost open document its text up to `end`, and lets it go on at `next`.
+// Gives the innermost open document its text up to `end`, and continues it at `next`.
 void Lifting::copyUpTo(std::size_t end, std::size_t next) {
     Part& part = open_.back();
     std::u16string& text = tables_.documents()[part.number].text;

@@ -11,7 +11,7 @@ namespace {
 
 using Traits = std::char_traits<char16_t>;
 
-// Where a changed text is written: in front of what is still to be read, in the same text.
+// The target of a changed text: the same text, before the unread part.
 class InPlace {
 public:
     explicit InPlace(char16_t* start) noexcept : start_(start), end_(start) {}
@@ -39,7 +39,7 @@ private:
 
 bool wordTakesIn(std::u16string_view text, char16_t next) noexcept {
     if (!isLetter(next) && !isDecimalDigit(next) && next != u'-' && next != u' ') return false;
-    // No word is longer; looking further back would be the square of a text of letters.
+    // No word is longer; reading further back would be quadratic in a text of letters.
     constexpr std::size_t longestWord = 256;
     const std::size_t first = text.size() - std::min(text.size(), longestWord);
     std::size_t at = text.size();
@@ -69,7 +69,7 @@ void TextEdits::order() {
     });
 }
 
-// A blank between words counts for every cut.
+// Every cut may need a blank between words.
 TextEdits::Growth TextEdits::growth(std::size_t length) const noexcept {
     Growth result;
     std::size_t removed = 0, added = 0;

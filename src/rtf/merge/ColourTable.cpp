@@ -20,7 +20,7 @@ std::u16string withoutWhiteSpace(std::u16string_view text) {
 
 }  // namespace
 
-// No brace belongs to a colour, so the first one ends a damaged table, too.
+// A colour contains no brace, so the first brace also ends a damaged table.
 std::optional<TextRange> ColourTable::find(std::u16string_view text, bool tolerant) noexcept {
     const std::size_t begin = RtfSearch(text, tolerant).find(opening, 0);
     const std::size_t end = begin == nowhere ? nowhere : text.find(u'}', begin);
@@ -42,7 +42,7 @@ void ColourTable::add(std::u16string_view table, NumberMap& numbers) {
     if (hasAutomatic) at = skipWhiteSpace(table, at + 1);
     for (;; ++index) {
         const std::size_t end = table.find(u';', at);
-        // A group in the table is damage; its braces must not get into the merged one.
+        // A group in the table is damage; its braces must not be copied to the merged table.
         if (end == nowhere || table.substr(at, end - at).find_first_of(u"{}") != nowhere) return;
         numbers.set(decimal(index), numberOf(table.substr(at, end + 1 - at)));
         at = end + 1;

@@ -11,9 +11,9 @@
 
 namespace velmor {
 
-// The colours of all documents of a run, by definition ("\red255\green0\blue0;"), in order of first
-// appearance, numbered from 1: number 0 is the automatic colour. A document's table is read up to
-// the first line break or blank behind a ";"; tolerant merging reads it to its end.
+// The colours of all documents of a run, by definition ("\red255\green0\blue0;"), in order of first appearance,
+// numbered from 1: number 0 is the automatic colour. A document's table is read up to the first line break or
+// blank after a ";"; tolerant merging reads it to its end.
 class ColourTable {
 public:
     explicit ColourTable(const CleanOptions& options) noexcept : tolerant_(options.tolerant) {}

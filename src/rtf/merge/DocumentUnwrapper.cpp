@@ -13,14 +13,14 @@
 namespace velmor {
 namespace {
 
-// A page break alone is no text: the table goes to the new page.
+// A page break alone is not text: the table begins on the new page.
 bool showsMoreThanPages(std::u16string_view text) noexcept {
     std::size_t at = firstShown(text);
     while (wordStandsAt(text, at, u"\\page")) at += 5 + firstShown(text.substr(at + 5));
     return at < text.size();
 }
 
-// Whether the words that set up a paragraph, from the index on, put it into a table or say that it is in none.
+// Whether the words that set up a paragraph at the index contain \intbl or \itap.
 bool saysTable(std::u16string_view text, std::size_t at) noexcept {
     constexpr int fewWords = 40;
     WordRun run(text, at);
@@ -60,7 +60,7 @@ TextEdits DocumentUnwrapper::edits() && {
     return std::move(edits_);
 }
 
-// Returns where to go on.
+// Returns the index to continue at.
 std::size_t DocumentUnwrapper::takeBackslash(std::size_t index) {
     const ControlWord word = readWord(text_, index);
     if (word.letters.empty()) {
@@ -79,7 +79,7 @@ std::size_t DocumentUnwrapper::takeBackslash(std::size_t index) {
     return endWithBlank(text_, word);
 }
 
-// A byte that means something else in the host becomes the character that it means here.
+// A byte with another meaning in the host becomes its character.
 void DocumentUnwrapper::takeHex(std::size_t index) {
     if (skipped_ > 0) {
         --skipped_;
@@ -144,8 +144,8 @@ void DocumentUnwrapper::takeParagraphWord(const ControlWord& word) {
     }
 }
 
-// The first paragraph, or row, of the open documents. A row would take what stands before the document in
-// the same paragraph into its first cell.
+// The first paragraph, or row, of the open documents. A row would include text that precedes the document in
+// the same paragraph in its first cell.
 void DocumentUnwrapper::beginDocuments(const ControlWord& word, bool row) {
     if (documents_.empty() || documents_.back().begun || documents_.back().story != groups_.back().story) return;
     Document& document = documents_.back();
@@ -199,7 +199,7 @@ void DocumentUnwrapper::openDocument(std::size_t index) {
     Group& group = groups_.emplace_back(around);
     group.font = Group{}.font;
     group.fallback = Group{}.fallback;
-    // The brace stays, and so does its partner: what the document sets ends there.
+    // The braces of the document stay: its settings end there.
     const ControlWord word = readWord(text_, index + 1);
     Document& document = documents_.emplace_back();
     document.depth = groups_.size() - 1;
@@ -210,7 +210,7 @@ void DocumentUnwrapper::openDocument(std::size_t index) {
     document.paragraph = around.paragraph;
     document.level = around.inRow ? std::max(around.level, 1) : around.level;
     if (word.letters.size() != 3) return;
-    // What stands for a \u is counted anew: the document may rely on it.
+    // The document begins with the default number of fallback characters; it may rely on it.
     const std::u16string_view counted = around.fallback == Group{}.fallback ? u"" : u"\\uc1";
     document.opening = {word.begin, endWithBlank(text_, word)};
     document.counted = counted;

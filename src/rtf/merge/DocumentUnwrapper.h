@@ -12,10 +12,10 @@
 
 namespace velmor {
 
-// Tolerant unwrapping: what goes, and what changes, in the documents that lie in a host.
+// Tolerant unwrapping: removals and changes in the embedded documents of a host.
 class DocumentUnwrapper {
 public:
-    // `host` is where the host begins.
+    // `host` is the begin of the host.
     DocumentUnwrapper(std::u16string_view text, std::size_t host);
 
     TextEdits edits() &&;
@@ -26,22 +26,22 @@ private:
         const CodePage* page = nullptr;
         std::size_t begin = 0;
         std::size_t edits = 0;      // before its own
-        TextRange opening;          // its word, when it loses that
-        std::u16string counted;     // what takes the word's place
-        std::uint32_t story = 0;    // of the paragraph in which it lies
-        std::size_t paragraph = 0;  // where that begins
+        TextRange opening;          // its word, if it is removed
+        std::u16string counted;     // the text that replaces the word
+        std::uint32_t story = 0;    // of the paragraph around it
+        std::size_t paragraph = 0;  // the begin of that paragraph
         std::int32_t level = 0;     // and its level
-        bool begun = false;         // its first paragraph or row was seen
+        bool begun = false;         // its first paragraph or row has begun
         bool endsParagraph = false;
     };
 
-    // What RTF restores behind a group; its last two members go on behind one of the same story.
+    // The state that RTF restores after a group; its last two members continue after a group of the same story.
     struct Group {
         std::int32_t font = -1;
-        std::int32_t fallback = 1;  // units that stand for one \u
+        std::int32_t fallback = 1;  // fallback units of one \u
         std::uint32_t story = 0;    // texts with paragraphs of their own: the body, a footnote, ...
         std::int32_t level = 0;     // of the paragraph: 1 in a table, 2 in a table in that
-        std::size_t paragraph = 0;  // where it begins
+        std::size_t paragraph = 0;  // its begin
         bool inRow = false;
     };
 
@@ -67,7 +67,7 @@ private:
     std::vector<Document> documents_;  // the open ones
     std::vector<Group> groups_{Group{}};
     std::uint32_t storyCount_ = 0;
-    std::int32_t skipped_ = 0;  // units still to come that stand for a \u
+    std::int32_t skipped_ = 0;  // remaining fallback units of a \u
     bool charsetsRead_ = false;
     std::vector<std::int32_t> fontsWithCharset_;  // ascending
 };

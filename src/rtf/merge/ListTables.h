@@ -14,17 +14,17 @@
 
 namespace velmor {
 
-// The lists and list overrides of all documents of a run. No two documents share a list, so each
-// counts for itself. The host's keep their numbers; those of other documents get new list ids,
-// template ids and override numbers. docs/cleaning.md has the rules.
+// The lists and list overrides of all documents of a run. Documents share no list, so each document counts for
+// itself. The host's lists keep their numbers; those of other documents get new list ids, template ids and
+// override numbers. docs/cleaning.md has the rules.
 //
-// A document's tables are read first, which settles the numbers, and added when their references to
-// styles are those of the merged document.
+// A document's tables are read first, to determine the numbers, and added when their references to styles have
+// the numbers of the merged document.
 class ListTables {
 public:
     explicit ListTables(const CleanOptions& options) noexcept : tolerant_(options.tolerant) {}
 
-    // The host comes first.
+    // The host is first.
     void beginDocument(bool host);
 
     // "{\*\listtable" or "{\listtable" to its brace; then the same of "listoverridetable".

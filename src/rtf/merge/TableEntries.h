@@ -8,19 +8,19 @@
 
 namespace velmor {
 
-// The first group that begins so (without regard to case, not behind an odd run of backslashes), to
-// behind its closing brace; nothing when there is none, or when it is never closed.
+// The range of the first unescaped group with this opening (without regard to case), including its closing
+// brace; nothing when it is absent or never closed.
 std::optional<TextRange> findTableGroup(std::u16string_view text, std::u16string_view opening, bool tolerant);
 
-// The entries of a table such as {\fonttbl...} or {\stylesheet...}: its groups, and, in tables whose
-// entries are no groups, what ends with ";". White space between entries is passed over.
+// The entries of a table such as {\fonttbl...} or {\stylesheet...}: its groups, and, in tables whose entries
+// are not groups, the texts that end with ";". White space between entries is skipped.
 class TableEntries {
 public:
-    // `table` is the whole group; `from` stands behind its opening word.
+    // `table` is the whole group; `from` is the end of its opening word.
     TableEntries(std::u16string_view table, std::size_t from, bool tolerant) noexcept
         : table_(table.substr(0, table.size() - 1)), at_(from), tolerant_(tolerant) {}
 
-    // Moves to the next entry; false when none is left.
+    // Moves to the next entry; false at the end.
     bool next() noexcept;
 
     // With its braces, or without its ";".
@@ -38,8 +38,8 @@ private:
     bool isGroup_ = false;
 };
 
-// What lies directly in an entry, from left to right: words, inner groups, and units of text (an
-// escape is one). Indices count from the start of the entry.
+// The direct content of an entry, from left to right: words, inner groups, and units of text (an escape is
+// one). Indices count from the start of the entry.
 class EntryItems {
 public:
     enum class Kind { word, group, text };
@@ -51,9 +51,9 @@ public:
     Kind kind() const noexcept { return kind_; }
     const ControlWord& word() const noexcept { return word_; }  // of a word
     std::size_t begin() const noexcept { return begin_; }
-    std::size_t end() const noexcept { return at_; }  // behind the blank that ends a word
+    std::size_t end() const noexcept { return at_; }  // after the blank that ends a word
     std::u16string_view text() const noexcept { return entry_.substr(begin_, at_ - begin_); }
-    // The ";" behind the name.
+    // The ";" after the name.
     bool endsName() const noexcept { return kind_ == Kind::text && entry_[begin_] == u';'; }
 
 private:

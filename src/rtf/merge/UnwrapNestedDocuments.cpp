@@ -17,7 +17,7 @@ bool versionOneStandsAt(std::u16string_view text, std::size_t index) noexcept {
 
 void cutOpening(std::u16string_view text, std::size_t index, TextEdits& edits) {
     const std::size_t end = index + 6;
-    // A blank after the opening word was its end, and may end the word before.
+    // A blank after the opening word ended it, and may end the preceding word.
     standsAt(text, end, u" ") ? edits.cutJoining(index, end) : edits.cut(index, end);
 }
 

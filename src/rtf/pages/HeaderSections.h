@@ -13,7 +13,7 @@
 
 namespace velmor {
 
-// A place in the texts of a run (0-based), and how a reader comes to it.
+// A place in the texts of a run (0-based), with its context.
 struct FlowPlace {
     static constexpr std::uint32_t host = 0;
 
@@ -25,15 +25,15 @@ struct FlowPlace {
     std::size_t depth = 0;  // of the groups around it
 };
 
-// Groups of one kind, by the pages that they are for; empty where there is none. Of several the first one counts.
+// Groups of one kind, by their pages; empty if absent. Of several the first one counts.
 using PageGroups = std::array<std::u16string_view, 4>;
 
-// The groups of one kind that a section starts anew.
+// The groups of one kind in a new section.
 struct NewGroups {
     bool wanted = false;
-    bool searching = false;     // groups that follow may still be taken
-    bool byHost = false;        // the host's own follow; they stay where they are
-    std::uint32_t awaited = 0;  // the next document behind the marker
+    bool searching = false;     // later groups may still be taken
+    bool byHost = false;        // the host's own follow and stay in place
+    std::uint32_t awaited = 0;  // the next document after the marker
     std::uint32_t source = 0;   // the document whose groups are taken
     PageGroups groups{};
     HeaderWords words;
@@ -41,12 +41,11 @@ struct NewGroups {
     bool taken() const noexcept { return source != 0 && !byHost; }
 };
 
-// What the header and footer stage knows of the sections of the whole document while it is told, in
-// reading order, what stands there; and what it changes. Views that it is given must stay valid until
-// the changes were made.
+// The sections of the whole document, as the header and footer stage reads them, and the stage's changes. Given
+// views must stay valid until the changes are made.
 class HeaderSections {
 public:
-    // `braced`: lifted documents return between braces, which restore what a section says of itself.
+    // `braced`: lifted documents return between braces, which restore the section's words.
     explicit HeaderSections(bool braced) noexcept : braced_(braced) {}
 
     struct Change {
@@ -54,14 +53,14 @@ public:
         std::size_t begin;
         std::size_t end;
         std::u16string put;
-        bool cuts;  // also when nothing is put
+        bool cuts;  // even if nothing is inserted
     };
 
-    // ---- What a reader meets. Words that end with a blank include it in their place.
+    // ---- The content in reading order. The place of a word includes the blank that ends it.
 
     void enterDocument(std::uint32_t text);
     void leaveDocument();
-    // The place is behind it; also told of a document's end.
+    // The place is after it; also called for a document's end.
     void leaveGroup(const FlowPlace& place) {
         if (braced_) leaveBraces(place);
     }
@@ -78,12 +77,12 @@ public:
     // Any other word that describes a section.
     void sectionWord(const FlowPlace& place);
     void facingPages(const FlowPlace& place);
-    // A header or footer group that has its end.
+    // A header or footer group with its closing brace.
     void group(HeaderName name, std::u16string_view text, const FlowPlace& place);
     void marker(HeaderKind kind, const FlowPlace& place);
     // A "{\*\korvanesection" group: a later stage turns the last page break into a section break.
     void description();
-    // In front of the host's last brace.
+    // Before the host's last brace.
     void hostEnd(const FlowPlace& place);
 
     // Whether sectionWord would change anything.
@@ -91,7 +90,7 @@ public:
     // False when content would change nothing.
     bool awaitsContent() const noexcept { return pending_ || lastPage_ || !section_.hasContent; }
 
-    // Ends the last section and hands the changes over.
+    // Ends the last section and returns the changes.
     std::vector<Change> finish();
 
 private:
@@ -101,26 +100,26 @@ private:
 
     struct Start {
         PerKind<NewGroups> kinds;
-        std::size_t change = 0;  // where its text goes
+        std::size_t change = 0;  // the change that inserts its text
         bool breaks = false;     // a section begins; otherwise the groups join the one that just began
         bool asPage = false;     // written as a page break, which becomes the section's
-        bool forBreak = false;   // in the place of another break
+        bool forBreak = false;   // replaces another break
 
         void want(HeaderKind kind);
         bool takesGroups() const noexcept;
     };
 
-    // Where what a section says of itself holds to its end (see HoldingPlace).
+    // The place where a section's words hold to its end (see HoldingPlace).
     struct Holding {
         FlowPlace place;
-        bool moved = false;  // behind a brace
+        bool moved = false;  // after a brace
 
         void leave(const FlowPlace& behind) noexcept {
             if (behind.depth < place.depth) *this = {behind, true};
         }
     };
 
-    // What a group's closing brace restores.
+    // The state that a group's closing brace restores.
     struct Saved {
         std::size_t depth;
         HeaderWords words, said;  // as in Section
@@ -128,7 +127,7 @@ private:
 
     struct Section {
         HeaderWords words;            // in force
-        HeaderWords said;             // by the host, in it or behind what starts anew
+        HeaderWords said;             // by the host, in it or after its new start
         PerKind<PageGroups> given{};  // by the host
         bool hasContent = false;
         bool hasPage = false;     // a page break
@@ -136,10 +135,10 @@ private:
         std::optional<Start> start;
         PerKind<std::vector<std::pair<std::size_t, std::size_t>>> hostGroups;
         std::vector<std::size_t> defaults;  // changes after a \sectd of the host that follows the start
-        Holding holding;                    // for what its start brings
+        Holding holding;                    // for the words of its start
     };
 
-    // What the pages behind show of one kind.
+    // The groups of one kind that later pages show.
     struct Current {
         std::u16string_view main;
         bool firstIsMain = false;  // a first page shows the same
@@ -148,7 +147,7 @@ private:
     struct Document {
         std::uint32_t text;
         HeaderWords words;
-        bool continues;  // a section that shows something in front of the document
+        bool continues;  // a section that shows something before the document
     };
 
     struct PageBreak {
@@ -159,13 +158,13 @@ private:
         HeaderWords words;
     };
 
-    // Returns its index; what is put may follow later.
+    // Returns its index; its text may be set later.
     std::size_t change(std::uint32_t text, std::size_t begin, std::size_t end, bool cuts = true);
     std::size_t cut(const FlowPlace& place) { return change(place.text, place.begin, place.end); }
     void placePending(const FlowPlace& place);
     void begin(Start start, std::size_t change, const Holding& holding);
     void beginSection(Section next);
-    // `left`: the groups in which it ends have ended since. Returns what its start brought.
+    // `left`: the groups in which it ends have ended since. Returns the words of its start.
     HeaderWords closeSection(bool left = false);
     void closeSectionAt(const PageBreak& page);
     void leaveBraces(const FlowPlace& place);
@@ -189,7 +188,7 @@ private:
 
     std::vector<Change> changes_;
     Section section_;
-    std::optional<Start> pending_;  // inside a table: begins behind it
+    std::optional<Start> pending_;  // inside a table: begins after it
     std::optional<PageBreak> lastPage_;
     std::vector<Document> documents_;  // open ones
     std::vector<Saved> saved_;         // deeper ones follow

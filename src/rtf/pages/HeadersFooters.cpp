@@ -18,7 +18,7 @@ bool holdsAny(GroupSet groups) noexcept {
     return groups.has(Group::newHeader) || groups.has(Group::newFooter);
 }
 
-// Whether a document says something of its section that would become the host's.
+// Whether a document has words about its section that would affect the host's.
 bool holdsSectionWord(std::u16string_view text, bool tolerant) noexcept {
     static const WordSet sectionWords({WordTrait::section}, {Word::facingp});
     constexpr std::u16string_view plainly[] = {u"sectd", u"titlepg", u"headery", u"footery", u"facingp"};

@@ -12,25 +12,24 @@
 
 namespace velmor {
 
-// Keeps the headers and footers of joined documents apart: a page shows what it would show if its
-// document stood alone. A section inherits, by kind of page, what it does not give, so a document gets
-// empty groups for what the documents in front of it gave and it does not. \facingp holds for the
-// whole text: as soon as one document has it, those without it show their one header on left pages,
-// too.
+// Separates the headers and footers of joined documents: a page shows what it would show if its document were
+// alone. A section inherits the groups that it does not give, by kind of page, so a document gets empty groups
+// for kinds that only previous documents give. \facingp holds for the whole text: if one document has it, those
+// without it show their ordinary header on left pages too.
 //
-// One pass over the text, no recursion. The words of sections (\titlepg, \headery, ...) are expected
-// to be reset between documents.
+// One pass over the text, no recursion. The text between documents must reset the words of sections (\titlepg,
+// \headery, ...).
 class JoinedHeaders {
 public:
-    // Where a section begins because of a join: behind the marker.
+    // The begin of a section at a join: after the marker.
     struct Join {
         std::size_t begin;  // of the marker
         std::size_t behind;
-        bool document;  // one follows; otherwise the text goes on with what it has
+        bool document;  // one follows; otherwise headers and footers continue
     };
 
-    // `joins` in ascending order. The changes go to `edits`.
-    // `tolerant`: \sectd begins each joined document, so that what is said of one holds in it alone.
+    // `joins` in ascending order. The changes go to `edits`. `tolerant`: \sectd begins each joined document, so
+    // that its words hold in it only.
     JoinedHeaders(std::u16string_view text, const std::vector<Join>& joins, bool tolerant, TextEdits& edits);
 
 private:
@@ -58,7 +57,7 @@ private:
     void takeWord(std::size_t index);
     void take(HeaderName name, std::size_t begin, std::size_t end);
     void join(const Join& join);
-    // `end`: where its last words may stand.
+    // `end`: the place for its last words.
     void closeSection(std::size_t end);
     void closeSection(HeaderKind kind);
     void endSilently(std::size_t end);
@@ -67,18 +66,18 @@ private:
     std::u16string_view text_;
     const std::vector<Join>& joins_;
     bool tolerant_;
-    std::vector<bool> facing_;  // by document: left pages are of their own
+    std::vector<bool> facing_;  // by document: left pages have their own
     bool anyFacing_ = false;
 
     std::size_t document_ = 0;
     std::optional<OpenGroup> open_;
-    PerKind<Pages> given_;    // by the section that is read
-    PerKind<Pages> own_;      // by the document, in sections before
-    PerKind<Pages> foreign_;  // what documents in front gave and is inherited
-    PerKind<bool> emptied_;   // the document was given an empty group, and has none of its own so far
+    PerKind<Pages> given_;    // by the current section
+    PerKind<Pages> own_;      // by the document, in previous sections
+    PerKind<Pages> foreign_;  // given by previous documents and inherited
+    PerKind<bool> emptied_;   // the document got an empty group, and has none of its own so far
     std::size_t lastBrace_ = 0;
-    std::size_t beginning_ = nowhere;  // of the document whose first section this is
-    std::size_t title_ = nowhere;      // behind the section's \titlepg
+    std::size_t beginning_ = nowhere;  // of the document, in its first section
+    std::size_t title_ = nowhere;      // after the section's \titlepg
     TextEdits& edits_;
 };
 

@@ -20,7 +20,7 @@ constexpr std::u16string_view marker = Module1::mergePageBreakMarker;
 constexpr std::u16string_view sectionWord = u"\\sectd";
 constexpr std::size_t nowhere = std::u16string_view::npos;
 
-// What one of the joined documents says about its pages. Places are those where each word stands first.
+// The pages of one joined document. Places are those of each word's first occurrence.
 class PageReader {
 public:
     // The document begins at the index, in `depth` open groups.
@@ -30,31 +30,31 @@ public:
         sectionAt_.fill(nowhere);
     }
 
-    // What ends where the text does.
+    // Reads from `begin` to the end of the text.
     void read(std::u16string_view text, std::size_t begin);
 
     std::size_t depth() const noexcept { return depth_; }
     bool inRow() const noexcept { return row_.inRow(); }
-    // Whether no paragraph follows the last table, so that a break would belong to its last row.
+    // Whether the document ends with a row, to which a break would belong.
     bool endsWithRow() const { return lastRow_ != nowhere && !showsText(text_.substr(lastRow_)); }
-    // Where what describes the first section holds to its end.
+    // The place where the words of the first section hold to its end.
     std::size_t place() const noexcept { return place_.at(); }
 
-    // A section ends, and none of its pages does: the described slice of the text has no end.
+    // A section ends without a page break: the described part of the text has no end.
     bool isBroken() const noexcept { return breaks_ && !pages_; }
-    // Where its first section begins; nowhere when another section comes before it.
+    // The begin of its first section; nowhere when another section precedes it.
     std::size_t firstSection() const noexcept { return breaksBefore_ ? nowhere : section_; }
     bool holdsDocument() const noexcept { return document_; }
 
-    // A word of a section that cannot stay as it is.
+    // A word of a section that must be changed.
     struct SectionWord {
         TextRange place;
-        bool resets;  // \sectd of a later section; else one by which the first would run on
+        bool resets;  // \sectd of a later section; else a word that continues the previous page
     };
     // In tolerant cleaning; in ascending order.
     const std::vector<SectionWord>& sectionWords() const noexcept { return sectionWords_; }
 
-    // What \sectd goes back to.
+    // The page that \sectd restores.
     PageSetup documentPage() const {
         PageSetup page;
         for (std::size_t i = 0; i < PageSetup::valueCount; ++i) page.values[i] = documentValue(i);
@@ -63,7 +63,7 @@ public:
 
     PageSetup page() const {
         PageSetup page;
-        // A number that the section's end cuts off is none; a reader would see it.
+        // Exact cleaning ignores a number that ends with the section; a reader would accept it.
         const std::u16string_view settings = tolerant_ ? text_ : text_.substr(0, settingsEnd_);
         for (std::size_t i = 0; i < PageSetup::valueCount; ++i) {
             const bool own = sectionAt_[i] != nowhere;
@@ -116,8 +116,8 @@ private:
         }
     }
 
-    // The first \sectd: what was read before it counts for the document alone. To a reader, one behind
-    // a section break says nothing of the section in front.
+    // The first \sectd: the words before it count for the document only. For a reader, a \sectd after a section
+    // break does not describe the previous section.
     void beginSection(std::size_t index) {
         if (section_ != nowhere || !open_) {
             if (tolerant_) sectionWords_.push_back({wordAt(index), true});
@@ -129,7 +129,7 @@ private:
         landscape_ = portrait_ = false;
     }
 
-    // A page or section ends: so does what the first section says about itself.
+    // A page or section ends, and with it the words of the first section.
     void takeEnd(std::size_t index, bool page) {
         ended_ = ended_ || !page;
         if (section_ == nowhere) {
@@ -169,7 +169,7 @@ private:
     std::array<std::size_t, PageSetup::valueCount> documentAt_;
     std::size_t section_ = nowhere;
     std::size_t settingsEnd_ = nowhere;
-    bool open_ = true;  // what is read belongs to the settings
+    bool open_ = true;  // the current words belong to the settings
     bool landscape_ = false;
     bool portrait_ = false;
     bool pages_ = false;
@@ -179,7 +179,7 @@ private:
     std::vector<SectionWord> sectionWords_;
     std::size_t depth_;
     RowState row_;
-    std::size_t lastRow_ = nowhere;  // behind the last \row, until a paragraph ends
+    std::size_t lastRow_ = nowhere;  // after the last \row, until a paragraph ends
     HoldingPlace place_;
     bool ended_ = false;  // the first section
 };
@@ -220,13 +220,13 @@ private:
     std::u16string_view text_;
     bool tolerant_;
     PageSetup hostPage_;
-    std::size_t marker_ = nowhere;  // in front of the document that is read
-    bool behindRow_ = false;        // that marker
+    std::size_t marker_ = nowhere;  // before the current document
+    bool behindRow_ = false;        // that marker follows a row
     std::vector<JoinedHeaders::Join> joins_;
     TextEdits edits_;
 };
 
-// No section can begin in a table row: a marker there ends a paragraph, and no document.
+// No section can begin in a table row: a marker there ends a paragraph only.
 void MergeBreaks::read() {
     RtfSearch markers(text_);
     std::size_t at = markers.find(marker, 0);
@@ -247,7 +247,7 @@ void MergeBreaks::read() {
     }
 }
 
-// A document is read up to its end, with the marker in front of it, if one is.
+// A document was read to its end; a marker may precede it.
 void MergeBreaks::finish(const PageReader& reader) {
     if (marker_ == nowhere) {
         hostPage_ = reader.documentPage();
@@ -280,8 +280,8 @@ void MergeBreaks::replace(std::size_t at, const PageReader& reader) {
     if (section != nowhere) edits_.cut(section, endWithBlank(text_, readWord(text_, section)));
 }
 
-// A document begins on a page of its own (the host does anyway, yet readers carry such a word on to the
-// next section), and its sections go back to its page, not to the host's.
+// A document begins on a new page (the host does anyway, but readers apply the word to the next section too),
+// and its sections return to its page, not to the host's.
 void MergeBreaks::keepSections(const PageReader& reader) {
     const std::u16string page = reader.documentPage().wordsUnlike(hostPage_);
     for (const auto& word : reader.sectionWords()) {

@@ -13,12 +13,12 @@
 
 namespace velmor {
 
-// Tolerant section markers. Each describes a section: the one that the last "\page" in front of it
-// begins, or that of the last "\sectd", or, where nothing is shown in front of it, the document's first.
-// The words stand where they hold to the section's end, and the section's own page words go.
+// Tolerant section markers. Each describes a section: the one that the last "\page" before it begins, or that
+// of the last "\sectd", or, if nothing shows before it, the document's first. The words are written where they
+// hold to the section's end, and the section's own page words are removed.
 //
-// In merge mode each joined document is a document of its own. A "\page" in a table row begins no
-// section. Two passes, no recursion.
+// In merge mode each joined document counts by itself. A "\page" in a table row begins no section. Two passes,
+// no recursion.
 class SectionDescriptions {
 public:
     SectionDescriptions(std::u16string_view text, bool mergeMode);
@@ -37,14 +37,14 @@ private:
     // A document whose markers are read.
     struct Document {
         SectionGroups groups;
-        std::size_t unread;                // for what is shown
-        bool shows = false;                // something, in front of `unread`
-        std::vector<std::size_t> pages{};  // that begin no section yet
+        std::size_t unread;                // for content
+        bool shows = false;                // something before `unread`
+        std::vector<std::size_t> pages{};  // that do not begin a section yet
         std::size_t defaults;              // the last "\sectd"
         std::size_t described;             // index of the description of `defaults`, or of the document
     };
 
-    // A described section that is read.
+    // The described section at the current place.
     struct Section {
         const Description* description;
         HoldingPlace place;

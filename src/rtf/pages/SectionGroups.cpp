@@ -14,7 +14,7 @@ namespace {
 constexpr PageSetup::Words groupWords = {u"\\paperheight", u"\\paperwidth", u"\\marginl",
                                          u"\\marginr",     u"\\margint",    u"\\marginb"};
 
-// In en-US, wherever it runs: a template gives the same document on every machine.
+// With a point on every machine, so that a template gives the same document.
 std::optional<double> number(std::u16string_view text) {
     const auto parsed = automation::portable::parseNumberText(text);
     if (!parsed) return std::nullopt;
@@ -56,7 +56,7 @@ bool SectionGroups::Value::isGiven(std::u16string_view text, std::size_t begin, 
     if (at == GroupWord::nowhere) return false;
     if (std::exchange(readAt_, at) == at) return true;
     std::u16string_view digits;
-    numberTextAt(text, at + length_, digits);  // up to the group's brace, if not before
+    numberTextAt(text, at + length_, digits);  // at most up to the group's brace
     number_ = twips(digits);
     return true;
 }

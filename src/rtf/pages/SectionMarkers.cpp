@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::size_t nowhere = std::u16string_view::npos;
 
-// What the stage does by the plain rules, collected by the places of the text as it is.
+// The changes of the exact rules, by their places in the unchanged text.
 class SectionReader {
 public:
     explicit SectionReader(std::u16string_view text) : text_(text), groups_(text, 0, text.size(), {}, false) {}
@@ -57,7 +57,7 @@ TextEdits SectionReader::edits() {
     return std::move(edits_);
 }
 
-// Where several groups describe one "\\sectd", the words of the later ones precede.
+// If several groups describe one "\\sectd", the words of the later ones precede.
 void SectionReader::describe(const std::u16string& words) {
     if (!pages_.empty()) {
         edits_.replaceVal(pages_.back(), pages_.back() + 5, u"\\sect" + words);

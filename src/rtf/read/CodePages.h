@@ -10,7 +10,7 @@
 
 namespace velmor {
 
-// A single-byte code page: what its bytes 0x80 to 0xFF mean.
+// A single-byte code page: the meaning of its bytes 0x80 to 0xFF.
 struct CodePage {
     std::int32_t number;
     std::array<char16_t, 128> upperHalf;
@@ -20,27 +20,27 @@ struct CodePage {
 
 inline constexpr std::int32_t windowsLatin = 1252;
 
-// Null for a page of several bytes a character, and for one that is unknown.
+// Null for a multi-byte or unknown code page.
 const CodePage* findCodePage(std::int32_t number) noexcept;
 
-// The character set of fonts in a page of several bytes a character; empty for another page.
+// The font character set of a multi-byte code page; empty for another page.
 std::u16string_view characterSetOf(std::int32_t page) noexcept;
 
-// A byte of `from` that means something else, or nothing by itself, in `to` (null: of several bytes a
-// character) becomes the character that it means, with a "?" for readers without Unicode.
+// Turns each byte of `from` that has another meaning in `to`, or none by itself (null: multi-byte), into its
+// character, with a "?" for readers without Unicode.
 std::u16string withCharacters(std::u16string_view text, const CodePage& from, const CodePage* to);
 
-// As \uN and a blank or what stands for it.
+// As \uN with a blank or its fallback characters.
 std::u16string unicodeWord(char16_t unit, std::int32_t fallback);
 
-// The byte of a \'xx at the index; negative when it is none.
+// The byte of a \'xx at the index; negative when it is invalid.
 std::int32_t byteAt(std::u16string_view text, std::size_t index) noexcept;
 
 // The code page that a word of a document's header names; 0 for another word.
 std::int32_t codePageNamedBy(const ControlWord& word) noexcept;
 
-// The code page of the document whose header begins at `header`, which may lie behind tables that have
-// been put in; 1252 when it names none.
+// The code page of the document whose header begins at `header`, possibly after inserted tables; 1252 when it
+// names none.
 std::int32_t codePageOfDocument(std::u16string_view text, std::size_t header) noexcept;
 
 }  // namespace velmor

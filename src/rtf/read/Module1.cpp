@@ -19,7 +19,7 @@ std::int32_t positionOf(std::size_t index) {
     return index == nowhere ? 0 : static_cast<std::int32_t>(index) + 1;
 }
 
-// Calls what may raise; a failure is "not found".
+// Calls a function that may raise; a failure is "not found".
 template <typename Search>
 auto guarded(Search search) noexcept -> decltype(search()) {
     try {
@@ -29,7 +29,7 @@ auto guarded(Search search) noexcept -> decltype(search()) {
     }
 }
 
-// The part of a builder's search that sees its units, so that one rule serves builder and text.
+// The units of a builder's search, so that one rule serves builder and text.
 struct BuilderUnits {
     const privStrCat& text;
     char16_t operator[](std::size_t index) const { return text.unitAt(static_cast<std::int32_t>(index) + 1); }
@@ -40,8 +40,8 @@ struct TextUnits {
     char16_t operator[](std::size_t index) const { return index < text.size() ? text[index] : u'\0'; }
 };
 
-// Counts the backslashes that end just before an index. As long as the indices ascend, no backslash
-// is looked at twice, so that searching a run of them for one of them stays linear.
+// Counts the backslashes that end just before an index. While the indices ascend, no backslash is read twice,
+// so that searching a run of backslashes stays linear.
 template <typename Units>
 class BackslashRun {
 public:
@@ -73,7 +73,7 @@ std::int32_t findInBuilder(const privStrCat& text, std::u16string_view sought, s
         start = text.Find(sought, start, comparison == Comparison::binary);
         if (start == 0) return 0;
         const auto index = static_cast<std::size_t>(start) - 1;
-        // Behind any other character the delimiter is not asked for: callers rely on it.
+        // After any other character the delimiter is not tested: callers rely on it.
         if (index > 0 && units[index - 1] != u'\\') return start;
         if (run.before(index) % 2 == 0 && delimited(units, index, sought.size(), requireDelimiter)) return start;
     }
@@ -90,7 +90,7 @@ std::size_t findInText(std::u16string_view text, std::u16string_view sought, std
     }
 }
 
-// Whether a backslash stands at the index and begins something: an even run stands before it.
+// Whether the index has an unescaped backslash: an even run of backslashes precedes it.
 template <typename Units>
 bool beginsWord(const Units& units, std::size_t index) {
     std::size_t begin = index;
@@ -132,7 +132,7 @@ std::int32_t FindRTFWordReverse(const privStrCat& poText, std::u16string_view ps
                                 std::int32_t plCompare, bool pbDelimited) noexcept {
     return guarded([&] {
         const BuilderUnits units{poText};
-        // Not -1 again, when the search goes on from in front of the first character.
+        // Not -1 again, if the search continues before the first character.
         std::int32_t start = plStart == -1 ? poText.Length() : plStart;
         while (start > 0) {
             start = poText.FindReverse(psFind, start, plCompare == binaryCompare);
@@ -159,7 +159,7 @@ std::int32_t FindRTFWordInTextReverse(std::u16string_view psText, std::u16string
     const TextUnits units{psText};
     std::size_t end = plStart == -1 ? psText.size() : std::min(psText.size(), static_cast<std::size_t>(plStart));
     while (end > 0) {
-        // Nothing is found just there, as in a builder.
+        // Nothing is found there, as in a builder.
         const std::size_t index =
             psFind.empty() ? end - 1 : findTextReverse(psText.substr(0, end), psFind, comparisonOf(plCompare));
         if (index == nowhere) return 0;
@@ -176,7 +176,7 @@ void ReplaceRTFWord(privStrCat& poText, std::u16string_view psFind, std::u16stri
         std::int32_t remaining = plCount == -1 ? poText.Length() : plCount;
         for (std::int32_t start = plStart; remaining >= 1 && !psFind.empty(); --remaining) {
             start = findInBuilder(poText, psFind, start, comparisonOf(plCompare), false, run);
-            // What runs on into the spare tail is no text to replace, and nor is anything behind it.
+            // A match that continues into the spare tail is not replaced, nor anything after it.
             if (start == 0 || static_cast<std::size_t>(poText.Length() - start) + 1 < psFind.size()) break;
             overwrite(poText, start, psFind.size(), psReplace);
             start += static_cast<std::int32_t>(psReplace.size());

@@ -7,7 +7,7 @@ namespace {
 
 enum class Content { shown, passedOver, open };
 
-// What a group is, by the word that it begins with; `index` is that of its brace.
+// The kind of a group, by its first word; `index` is that of its brace.
 Content contentOf(std::u16string_view text, std::size_t index) noexcept {
     const GroupOpening opening = readOpening(text, index);
     if (!standsAt(text, opening.word, u"\\")) return Content::open;
@@ -16,7 +16,7 @@ Content contentOf(std::u16string_view text, std::size_t index) noexcept {
     return opening.ignorable || meaning.is(WordTrait::hiddenGroup) ? Content::passedOver : Content::open;
 }
 
-// Whether the symbol or word at the index is seen; `index` moves past it.
+// Whether the symbol or word at the index shows; `index` moves past it.
 bool showsWord(std::u16string_view text, std::size_t& index) noexcept {
     const ControlWord word = readWord(text, index);
     const std::size_t symbol = index + 1;

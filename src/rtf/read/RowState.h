@@ -6,8 +6,8 @@
 
 namespace velmor {
 
-// Whether the paragraph that is read lies in a table row: a row's definition is open, or the paragraph
-// says so. Told every word and brace of a text, in order.
+// Whether the current paragraph is in a table row: a row's definition is open, or the paragraph has \intbl. It
+// gets every word and brace of a text, in order.
 class RowState {
 public:
     void take(const RtfReader& reader, std::size_t depth) noexcept {
@@ -31,7 +31,7 @@ private:
     static constexpr std::size_t nowhere = static_cast<std::size_t>(-1);
 
     bool defined_ = false;
-    std::size_t inTable_ = nowhere;  // the depth at which the paragraph says so
+    std::size_t inTable_ = nowhere;  // the depth of the \intbl
 };
 
 }  // namespace velmor

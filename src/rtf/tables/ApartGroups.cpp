@@ -23,7 +23,7 @@ std::size_t ApartGroups::closingBrace(std::size_t word) {
 
 void ApartGroups::find() {
     isFound_ = true;
-    std::vector<std::size_t> open;  // groups, or none for those of other kinds
+    std::vector<std::size_t> open;  // indices of groups, or none for other groups
     RtfReader braces(text_, 0, text_.size(), true);
     while (braces.nextBrace()) {
         const std::size_t index = braces.position();

@@ -8,14 +8,14 @@
 
 namespace velmor {
 
-// Groups of text that stands apart from the paragraphs around it: footnotes, headers, footers, text
-// boxes, and what only readers without nested tables read. Found in one pass when first asked for.
+// Groups whose paragraphs are separate from those around them: footnotes, headers, footers, text boxes, and
+// groups that only readers without nested tables read. Found in one pass on first use.
 class ApartGroups {
 public:
     explicit ApartGroups(std::u16string_view text) noexcept : text_(text) {}
 
-    // The closing brace of the group that begins with the word at the index, behind its brace and
-    // "\*" or not; 0 when none does, or its brace is missing.
+    // The closing brace of the group that begins with the word at the index, with or without "\*"; 0 without
+    // such a group or brace.
     std::size_t closingBrace(std::size_t word);
 
 private:

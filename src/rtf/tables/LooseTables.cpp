@@ -19,28 +19,28 @@ using Level = std::uint32_t;
 
 enum class Kind : std::uint8_t { document, pair, apart };
 
-// Paragraphs of a level or deeper ones.
+// A run of paragraphs of a level or deeper.
 struct Run {
     Level level;
     std::size_t begin;
-    std::size_t end = 0;  // of the last row; 0 when there was none
+    std::size_t end = 0;  // of the last row; 0 without one
 };
 
-// A text with paragraphs of its own: a document, what stands between two markers, a footnote.
+// A text with paragraphs of its own: a document, the text between two markers, a footnote.
 struct Story {
     Kind kind = Kind::document;
     std::size_t depth = 0;      // of the braces
     bool inTable = false;       // a document in a table
     bool inRow = false;         // of the story around it
-    bool first = true;          // the first paragraph has not begun; `paragraph` is where the story begins
-    std::size_t paragraph = 0;  // where the current paragraph begins
+    bool first = true;          // the first paragraph has not begun; `paragraph` is the begin of the story
+    std::size_t paragraph = 0;  // the begin of the current paragraph
     Level level = 0;
-    Level cellLevel = 0;  // of the last nested cell; 0 when none came since the outer cell
+    Level cellLevel = 0;  // of the last nested cell; 0 if none follows the outer cell
     bool rowBegun = false;
     bool hasTables = false;
     bool holdsTables = false;       // of documents, in its current table
     std::vector<Run> runs;          // each deeper than the one before
-    std::vector<TextRange> tables;  // from the current outer one on, inner ones first
+    std::vector<TextRange> tables;  // from the current outer one, inner ones first
 
     bool isInRow() const noexcept { return rowBegun || level > 0; }
 };
@@ -122,7 +122,7 @@ void LooseTableFinder::closeGroups() {
 }
 
 void LooseTableFinder::enterPair(const PairedMarker& marker) {
-    // In no row it is a table beside those of the story.
+    // Outside of a row it is a table of the story's own level.
     if (!story().isInRow()) endTable();
     open(Kind::pair, marker.end);
     at_ = marker.end;
@@ -162,7 +162,7 @@ void LooseTableFinder::close() {
 
 // ---- Words
 
-// True when reading goes on at at_.
+// True when reading continues at at_.
 bool LooseTableFinder::take(std::size_t index) {
     const ControlWord word = readWord(text_, index);
     const WordMeaning meaning = meaningOf(word.letters);
@@ -236,7 +236,7 @@ void LooseTableFinder::takeApartText(std::size_t index) {
 
 // ---- Paragraphs
 
-// What precedes the first paragraph of a document is its header.
+// The text before the first paragraph of a document is its header.
 void LooseTableFinder::beginParagraph(std::size_t index) {
     Story& in = story();
     if (!in.first) return;

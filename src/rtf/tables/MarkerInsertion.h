@@ -9,19 +9,18 @@
 
 namespace velmor {
 
-// Collects, by the places of the text as it is, the tables to bracket and the ranges to cut; then
-// makes the new text in one pass.
+// Collects the tables to bracket and the ranges to remove, by their places in the unchanged text; then makes
+// the new text in one pass.
 class MarkerInsertion {
 public:
-    // Tables, inner ones before those that they lie in. A table may contain, but never cross,
-    // another one.
+    // Tables, inner ones before outer ones. A table may contain another one but not cross it.
     std::vector<TextRange> tables;
-    // Ascending, apart from one another, without the edge of a table in them.
+    // Ascending and separate; no edge of a table is within a range.
     std::vector<TextRange> cuts;
 
     bool empty() const noexcept { return tables.empty(); }
 
-    // Puts a marker pair, of a new identity, around each table, and takes the cuts out.
+    // Puts a marker pair with a new identifier around each table, and removes the cuts.
     void apply(std::u16string& text, platform::Guids& guids) const;
 };
 

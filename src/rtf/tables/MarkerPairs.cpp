@@ -19,7 +19,7 @@ struct Marker {
     std::size_t end;
     bool isStart;
     std::u16string_view identity;
-    std::size_t sameNext = nowhere;  // the next end marker of the identity
+    std::size_t sameNext = nowhere;  // the next end marker with the identifier
 };
 
 std::optional<Marker> markerAt(std::u16string_view text, std::size_t index) {
@@ -46,7 +46,7 @@ std::vector<Marker> findMarkers(std::u16string_view text, bool tolerant) {
     return markers;
 }
 
-// The end markers of each identity, to be asked for from left to right.
+// The end markers of each identifier, for requests from left to right.
 class EndMarkers {
 public:
     explicit EndMarkers(std::vector<Marker>& markers) : markers_(markers) {
@@ -59,7 +59,7 @@ public:
         }
     }
 
-    // The first end marker behind a start marker; nowhere when there is none.
+    // The first end marker after a start marker; nowhere without one.
     std::size_t behind(const Marker& start) {
         const auto found = first_.find(start.identity);
         if (found == first_.end()) return nowhere;
@@ -79,8 +79,8 @@ std::vector<PairedMarker> findMarkerPairs(std::u16string_view text, bool toleran
     std::vector<Marker> markers = findMarkers(text, tolerant);
     EndMarkers ends(markers);
     std::vector<PairedMarker> paired;
-    std::vector<std::size_t> open{text.size()};  // where the tables end that the marker lies in
-    std::size_t passOver = 0;                    // up to here
+    std::vector<std::size_t> open{text.size()};  // the ends of the tables around the marker
+    std::size_t passOver = 0;                    // end of the skipped text
     for (const Marker& marker : markers) {
         if (marker.begin == open.back()) {
             open.pop_back();

@@ -36,7 +36,7 @@ void NestedTableFinder::take(Word word, std::size_t index) {
             return endParagraph(level_, index + 4);
         case Word::cell:
         case Word::row:
-            // Whatever the braces say, a nested table never reaches over these.
+            // Whatever the braces are, a nested table ends before these.
             inRow_ = skipping_ = false;
             return endParagraph(outerLevel, index + (word == Word::cell ? 5 : 4));
         case Word::nestcell:
@@ -74,7 +74,7 @@ void NestedTableFinder::endParagraph(Level level, std::size_t next) {
     paragraph_ = skipClosingBraces(text_, skipBlank(text_, next));
 }
 
-// The row is of its cells' level; one without cells of the level in force.
+// The row has the level of its cells; without cells the level in force.
 void NestedTableFinder::finishRow(std::size_t next) {
     inRow_ = false;
     extendRuns(cellLevel_ != 0 ? cellLevel_ : std::max(level_, lowestNestedLevel));
@@ -84,8 +84,8 @@ void NestedTableFinder::finishRow(std::size_t next) {
     paragraph_ = skipClosingBraces(text_, next);
 }
 
-// The current paragraph continues the runs up to its level and ends the deeper ones. A run that
-// begins now takes in those that it ends: they hold deeper paragraphs, without a break.
+// The current paragraph continues the runs up to its level and ends the deeper ones. A run that begins now
+// includes those that it ends: they are deeper paragraphs without a break.
 void NestedTableFinder::extendRuns(Level level) {
     if (level < lowestNestedLevel) {
         runs_.clear();

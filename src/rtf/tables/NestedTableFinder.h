@@ -10,8 +10,8 @@
 
 namespace velmor {
 
-// Finds the nested tables in an outer table, by the levels of its paragraphs. It is told the table's words and braces
-// from left to right. Time is linear, memory grows with the depth of nesting only.
+// Finds the nested tables in an outer table, by the levels of its paragraphs. It gets the table's words and
+// braces from left to right. Time is linear, memory grows with the depth of nesting only.
 //
 // A paragraph's level is its \itap number, or 1; one that ends a nested cell is at least of level 2, one that ends an
 // outer cell or row of level 1. A nested table has a first row "\nesttableprops", "\trowd" and "\irow0"; it begins with
@@ -19,7 +19,7 @@ namespace velmor {
 // level, and ends after the brace of its row that has "\lastrow". Without one it is not marked.
 class NestedTableFinder {
 public:
-    // Appends to `found`, inner tables before those that they lie in.
+    // Appends to `found`, inner tables before outer ones.
     NestedTableFinder(std::u16string_view text, std::vector<TextRange>& found) noexcept : text_(text), found_(found) {}
 
     // A new range begins; tables that began before it are forgotten.
@@ -29,7 +29,7 @@ public:
     void openBrace() noexcept { ++depth_; }
     void closeBrace(std::size_t index);
 
-    // Whether braces matter at this place; elsewhere they need not be told.
+    // Whether braces matter at this place; others may be omitted.
     bool needsBraces() const noexcept { return inRow_ || skipping_; }
 
 private:
@@ -39,7 +39,7 @@ private:
     struct Run {
         Level level;
         std::size_t begin;
-        std::size_t table;      // where the next table of the level begins
+        std::size_t table;      // the begin of the level's next table
         bool tableSet = true;   // false after a table, until the next paragraph
         bool firstRow = false;  // the table's first row was seen
     };
@@ -52,17 +52,17 @@ private:
     std::u16string_view text_;
     std::vector<TextRange>& found_;
     std::vector<Run> runs_;
-    std::size_t paragraph_ = 0;  // where the current paragraph begins
+    std::size_t paragraph_ = 0;  // the begin of the current paragraph
     Level level_ = 1;            // in force
-    Level cellLevel_ = 0;        // of the last nested cell; 0 when none came since the outer cell
-    std::ptrdiff_t depth_ = 0;   // of the braces that were told
+    Level cellLevel_ = 0;        // of the last nested cell; 0 if none follows the outer cell
+    std::ptrdiff_t depth_ = 0;   // of the given braces
 
     bool inRow_ = false;  // in the properties of a nested row, which end before the paragraph does
     bool rowIsFirst_ = false;
     bool rowIsLast_ = false;
     std::ptrdiff_t rowDepth_ = 0;
 
-    bool skipping_ = false;  // what only readers without nested tables read
+    bool skipping_ = false;  // a group that only readers without nested tables read
     std::ptrdiff_t skipDepth_ = 0;
     std::size_t skipStart_ = 0;
 };

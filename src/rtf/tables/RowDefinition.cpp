@@ -27,7 +27,7 @@ Part partOf(std::u16string_view letters) noexcept {
     }
 }
 
-// Whether a definition whose words stand at `index` as well would end behind them.
+// Whether a definition with the same words at `index` would end after them.
 bool endsDefinitionAt(std::u16string_view text, std::size_t index) noexcept {
     return standsAt(text, index, u"\\") && partOf(readWord(text, index).letters) == Part::endsDefinition;
 }
@@ -36,7 +36,7 @@ bool endsDefinitionAt(std::u16string_view text, std::size_t index) noexcept {
 
 RowDefinition rowDefinitionAt(std::u16string_view text, std::size_t begin, std::size_t limit) noexcept {
     text = text.substr(0, limit);
-    RowDefinition definition{{begin, begin}};  // up to the last word that is about rows
+    RowDefinition definition{{begin, begin}};  // up to the last word about rows
     for (WordRun run(text, begin); run.next();) {
         const ControlWord& word = run.word();
         const Part part = word.begin == begin ? Part::ofRow : partOf(word.letters);

@@ -8,8 +8,8 @@
 
 namespace velmor {
 
-// Told the cells, definitions and ends of a table's rows from left to right, says what stands
-// between a row's last cell and its end and can go.
+// Gets the cells, definitions and ends of a table's rows from left to right, and returns the removable text
+// between a row's last cell and its end.
 class RowTrimmer {
 public:
     void definition() noexcept { definedBehind_ = true; }
@@ -20,7 +20,7 @@ public:
         definedBehind_ = false;
     }
 
-    // A marker stands, or will stand, in front of the index.
+    // A marker precedes the index, or will do so.
     void marker(std::size_t position) noexcept { markerAt_ = std::max(markerAt_, position); }
 
     // The end of the row; the next row begins.
@@ -37,7 +37,7 @@ private:
 
     std::size_t cellEnd_ = 0;  // 0: the row has no cell yet
     std::size_t markerAt_ = 0;
-    bool definedBefore_ = false;  // in front of the last cell
+    bool definedBefore_ = false;  // before the last cell
     bool definedBehind_ = false;
 };
 

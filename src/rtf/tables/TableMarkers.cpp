@@ -29,8 +29,8 @@ std::size_t lastWord(std::u16string_view text, std::u16string_view word) {
     return found == 0 ? nowhere : static_cast<std::size_t>(found) - 1;
 }
 
-// Where the table of a first row begins: at its cells, its \intbl or its \itap where these stand
-// before the row, but behind the table before it.
+// The begin of the table with a first row: its cells, \intbl or \itap if these precede the row, but after the
+// previous table.
 std::size_t findTableStart(std::u16string_view text, std::size_t previousEnd, std::size_t row) {
     const std::u16string_view before = text.substr(previousEnd, row - previousEnd);
     std::size_t start = before.size();
@@ -50,7 +50,7 @@ std::size_t findTableStart(std::u16string_view text, std::size_t previousEnd, st
 const WordSet tableWords({}, {Word::cell, Word::itap, Word::korvane, Word::lastrow, Word::nestcell,
                               Word::nesttableprops, Word::nonesttables, Word::par, Word::pard, Word::row, Word::trowd});
 
-// By the plain rules a word that begins like one of these, and is no other, is that one.
+// In exact cleaning a word with such a beginning, and no other of these words, counts as that word.
 constexpr std::pair<std::u16string_view, Word> beginnings[] = {
     {u"cell", Word::cell}, {u"korvane", Word::korvane}, {u"lastrow", Word::lastrow},
     {u"row", Word::row},   {u"trowd", Word::trowd},
@@ -65,7 +65,7 @@ Word tableWord(std::u16string_view letters) noexcept {
     return found == std::end(beginnings) ? Word::other : found->second;
 }
 
-// Moves to the next word that matters, or brace, if braces are asked for; false when none is left.
+// Moves to the next word that matters, or to the next brace if braces are wanted; false at the end.
 bool next(RtfReader& reader, bool braces, Word& word) noexcept {
     while (braces ? reader.next() : reader.nextWord()) {
         word = Word::other;
@@ -77,7 +77,7 @@ bool next(RtfReader& reader, bool braces, Word& word) noexcept {
     return false;
 }
 
-// Tells a trimmer what stands in its rows, apart from their ends. Definitions of nested rows are not theirs.
+// Passes the words of rows to a trimmer, except the ends. Definitions of nested rows are not theirs.
 void takeRowWord(std::u16string_view text, Word word, std::size_t index, RowTrimmer& rows) {
     if (word == Word::cell) {
         rows.cell(index);
@@ -88,13 +88,13 @@ void takeRowWord(std::u16string_view text, Word word, std::size_t index, RowTrim
     }
 }
 
-// Reads one table after the other, and collects what is to be inserted and cut.
+// Reads one table after the other, and collects insertions and cuts.
 class TableReader {
 public:
     explicit TableReader(std::u16string_view text) : text_(text), nested_(text, changes_.tables) {}
 
-    // Where the table that begins at `start` ends; nothing when its last row is missing: then the
-    // nested tables of its complete parts stay collected.
+    // The end of the table that begins at `start`; nothing when its last row is missing: then the nested tables
+    // of its complete parts stay collected.
     std::size_t read(std::size_t start);
 
     const MarkerInsertion& changes() const { return changes_; }
@@ -124,7 +124,7 @@ std::size_t TableReader::read(std::size_t start) {
     RtfReader reader(text_, start, text_.size());
     for (Word word; next(reader, nested_.needsBraces(), word);) {
         const std::size_t index = reader.position();
-        // The marker parts a definition that begins the table from what stands before it.
+        // The marker separates a definition at the begin of the table from the text before it.
         if (index == start && word == Word::trowd) rows_.definition();
         takeRowWord(text_, word, index, rows_);
         if (word == Word::lastrow) {
@@ -147,7 +147,7 @@ std::size_t TableReader::read(std::size_t start) {
 }
 
 bool TableReader::takeRow(std::size_t start, std::size_t index) {
-    // Tables of earlier rows lie before this row's cells and do not matter.
+    // Tables of earlier rows precede this row's cells and do not matter.
     if (!changes_.tables.empty()) rows_.marker(changes_.tables.back().end);
     if (const auto cut = rows_.row(index)) changes_.cuts.push_back(*cut);
     if (!lastRowSeen_) return false;

@@ -4,7 +4,7 @@
 
 namespace velmor::tables {
 
-// The words that end, set up or number the paragraphs of tables, and the groups apart from these.
+// The words that end, set up or number the paragraphs of tables, and the groups with separate paragraphs.
 inline const WordSet levelWords({WordTrait::apartGroup},
                                 {Word::bin, Word::cell, Word::intbl, Word::itap, Word::nestcell, Word::nestrow,
                                  Word::par, Word::pard, Word::row, Word::sect, Word::trowd});
