@@ -24,7 +24,7 @@ public:
 private:
     struct Level {
         bool body;
-        bool inTable;     // its paragraph is in a table in a table
+        bool inTable;     // its paragraph is in a table
         bool passedOver;  // inside a header or footer group that is removed from its document
     };
 
