@@ -64,6 +64,7 @@ private:
     void dropOverlapping();
     void readTables(std::u16string_view text, bool host);
     bool isWhole(std::u16string_view text) const;
+    void keepWidowControl(std::u16string_view text, bool host);
     std::u16string swept(std::u16string_view text, const Table& table, const References& references);
     void addFonts(std::u16string_view table, bool host);
     std::u16string_view foreignCharacterSet() const;
@@ -84,6 +85,7 @@ private:
     NumberTexts numbers_;
     std::int32_t hostFont_ = NumberMap::none;  // its default, if it names one
     bool hostHasFonts_ = true;
+    bool hostControlsWidows_ = false;
     std::int32_t hostPage_ = windowsLatin;
     std::int32_t page_ = windowsLatin;  // the current document's
     ReferenceSweep sweep_;
@@ -203,6 +205,21 @@ void TableMerge::readTables(std::u16string_view text, bool host) {
     references_.lists = &lists_;
     whole_ = options_.tolerant && !host && isWhole(text);
     references_.defaultStyle = styles_.defaultStyle(whole_);
+    keepWidowControl(text, host);
+}
+
+// \widowctrl of the host holds for the whole text; the paragraphs of a whole document say what holds for them alone.
+void TableMerge::keepWidowControl(std::u16string_view text, bool host) {
+    if (!options_.tolerant || (!host && !whole_)) return;
+    bool controls = false;
+    for (RtfReader words(text, 0, text.size()); !controls && words.nextWord();) {
+        controls = wordStandsAt(text, words.position(), u"\\widowctrl");
+    }
+    if (host) {
+        hostControlsWidows_ = controls;
+    } else if (controls != hostControlsWidows_) {
+        references_.widowControl = controls ? u"\\widctlpar" : u"\\nowidctlpar";
+    }
 }
 
 // Whether the lifted document says how it looks. Any other is a fragment, and looks like its surroundings.
@@ -271,6 +288,7 @@ void TableMerge::placeInHost(std::size_t header) {
 void TableMerge::beginWhole(std::size_t header) {
     std::u16string words = u"\\pard";
     if (references_.defaultStyle != NumberMap::none) words += u"\\s" + decimal(references_.defaultStyle);
+    words += references_.widowControl;
     changes_.push_back({{header, header}, words + u"\\plain"});
 }
 

@@ -45,7 +45,7 @@ std::size_t ReferenceSweep::take(std::size_t at) {
             if (tolerant_) nameDefault(found, u"f", references_.defaultFont);
             break;
         case Word::pard:
-            nameDefault(found, u"s", references_.defaultStyle);
+            nameDefault(found, u"s", references_.defaultStyle, references_.widowControl);
             break;
         default:
             if (!found.number.empty()) takeNumber(found, found.letters);
@@ -127,11 +127,14 @@ void ReferenceSweep::replaceNumber(const ControlWord& found, std::int32_t number
     if (text != found.number) edits_->replace(found.numberBegin(), found.end, text);
 }
 
-// Names the number behind the word, unless the words that follow do.
-void ReferenceSweep::nameDefault(const ControlWord& found, std::u16string_view letters, std::int32_t number) {
-    if (number == NumberMap::none || namesItself(found.end, letters)) return;
-    std::u16string word(u"\\");
-    edits_->replaceVal(found.end, found.end, word.append(letters).append(numbers_.of(number)));
+// Names the number after the word, unless the words that follow do; and more.
+void ReferenceSweep::nameDefault(const ControlWord& found, std::u16string_view letters, std::int32_t number,
+                                 std::u16string_view more) {
+    std::u16string named;
+    const bool lacksNumber = number != NumberMap::none && !namesItself(found.end, letters);
+    if (lacksNumber) named.append(u"\\").append(letters).append(numbers_.of(number));
+    named += more;
+    if (!named.empty()) edits_->replaceVal(found.end, found.end, std::move(named));
 }
 
 bool ReferenceSweep::namesItself(std::size_t at, std::u16string_view letters) const {

@@ -19,8 +19,10 @@ struct References {
     StyleSheet* styles = nullptr;
     ListTables* lists = nullptr;
     std::int32_t defaultStyle = NumberMap::none;  // named where a paragraph names none
-    // Tolerant merging only, for lifted documents: the font that \plain and the beginning mean.
+    // Tolerant merging only, for lifted documents: the font that \plain and the beginning mean, and \widctlpar or
+    // \nowidctlpar where \pard would go back to the other one in the host.
     std::int32_t defaultFont = NumberMap::none;
+    std::u16string_view widowControl{};
 };
 
 // Renumbers a document's references in one pass, whatever the number of fonts, colours, styles and
@@ -49,7 +51,8 @@ private:
     void takeNumber(const ControlWord& found, std::u16string_view letters);
     void replacePlainly(const ControlWord& found, std::u16string_view letters, const NumberMap* numbers);
     void replaceNumber(const ControlWord& found, std::int32_t number);
-    void nameDefault(const ControlWord& found, std::u16string_view letters, std::int32_t number);
+    void nameDefault(const ControlWord& found, std::u16string_view letters, std::int32_t number,
+                     std::u16string_view more = {});
     bool namesItself(std::size_t at, std::u16string_view letters) const;
 
     bool tolerant_;
