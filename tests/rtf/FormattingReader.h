@@ -133,18 +133,12 @@ private:
         return result;
     }
 
-    std::u16string styleLook(const std::u16string& kind, std::u16string number) const {
-        std::u16string look;
-        for (int depth = 0; depth < 12; ++depth) {
-            const auto style = styles_.find(kind + number);
-            // Number 0 exists without a definition.
-            if (style == styles_.end()) return look + (number == u"0" ? u"normal<>" : u"?");
-            look += plainName(style->second.name) + u"<" + resolved(style->second.words) + u">";
-            const auto* base = style->second.number(u"sbasedon");
-            if (base == nullptr || *base == u"222") return look;
-            number = *base;
-        }
-        return look;
+    // A style says all of its look itself, whatever it is based on.
+    std::u16string styleLook(const std::u16string& kind, const std::u16string& number) const {
+        const auto style = styles_.find(kind + number);
+        // Number 0 exists without a definition.
+        if (style == styles_.end()) return number == u"0" ? u"normal<>" : u"?";
+        return plainName(style->second.name) + u"<" + resolved(style->second.words) + u">";
     }
 
     // The words of a style, with references resolved or left out.

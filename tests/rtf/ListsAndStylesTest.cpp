@@ -74,13 +74,21 @@ const MergeCase tolerantCases[] = {
      u"\\paperw9\\pard y\\s1\\s0 z", u"{\\stylesheet\r\n{\\s0\\sb400 Normal;}\r\n{\\s1\\sb0 Normal (2);}}@",
      u"\\pard\\s1\\plain\\paperw9\\pard\\s1 y\\s222\\s1 z"},
     {"a sheet without style 0", u"{\\stylesheet{\\sb400 Normal;}}@", u"{\\stylesheet{\\s3 A;}}\\pard y",
-     u"{\\stylesheet\r\n{\\sb400 Normal;}\r\n{\\s1\\sb0 A;}\r\n{\\s2\\sb0 Normal (2);}}@",
-     u"\\pard\\s2\\plain\\pard\\s2 y"},
+     u"{\\stylesheet\r\n{\\sb400 Normal;}\r\n{\\s1 A;}\r\n{\\s2\\sb0 Normal (2);}}@", u"\\pard\\s2\\plain\\pard\\s2 y"},
     {"no spacing of the host's Normal, nor of their own", u"{\\stylesheet{\\s0\\sb4 Normal;}}@",
      u"{\\stylesheet{\\s0\\sa9\\sl8\\sbauto1 Normal;}{\\s2\\sl7\\sbasedon0 A;}{\\s3\\sbasedon2 B;}}",
      u"{\\stylesheet\r\n{\\s0\\sb4 Normal;}\r\n{\\s1\\sb0\\sa9\\sl8\\sbauto1 Normal (2);}\r\n"
      u"{\\s2\\sa0\\sl7\\sbasedon1 A;}\r\n{\\s3\\sbasedon2 B;}}@",
      u"\\pard\\s1\\plain"},
+    {"no base where readers would show it", u"{\\stylesheet{\\s0\\fs24 Normal;}}@",
+     u"{\\stylesheet{\\s0\\fs22 Normal;}{\\s2\\fs24\\sbasedon0 A;}{\\s3\\fs24\\sbasedon2 \\snext3 B;}}",
+     u"{\\stylesheet\r\n{\\s0\\fs24 Normal;}\r\n{\\s1\\fs22 Normal (2);}\r\n{\\s2\\fs24A;}\r\n"
+     u"{\\s3\\fs24\\sbasedon2 \\snext3 B;}}@",
+     u"\\pard\\s1\\plain"},
+    {"no widow control of the host", u"\\widowctrl @", u"\\paperw9\\pard y", u"\\widowctrl @",
+     u"\\pard\\nowidctlpar\\plain\\paperw9\\pard\\nowidctlpar y"},
+    {"but their own", u"@", u"\\paperw9\\widowctrl\\pard y", u"@",
+     u"\\pard\\widctlpar\\plain\\paperw9\\widowctrl\\pard\\widctlpar y"},
     {"a fragment", u"{\\stylesheet{\\s0\\sb400 Normal;}}@", u"\\pard y", u"{\\stylesheet\r\n{\\s0\\sb400 Normal;}}@",
      u"\\pard y"},
 };

@@ -86,15 +86,18 @@ const Case cases[] = {
      u"{\\rtf1\\sbknone A" RUN(HEADER) RUN(u"{\\rtf1\\titlepg\\headery5{\\header h}{\\headerf f}B}") u"C}",
      "A: " LETTER " sbknone\nBC: " LETTER " pgncont  h/ h/ f 5;// ;\n"},
     {"documents of handlers in the first, a middle and the last section", false,
-     u"{\\rtf1 " RUN(u"{\\rtf1 " RUN(LANDSCAPE) u"A}") RUN(u"\\sect ") u"\\sectd B" RUN(
-         u"{\\rtf1 C" RUN(u"\\page ") RUN(LANDSCAPE) u"D}") RUN(u"\\sect ") u"\\sectd E" RUN(u"{\\rtf1 F" RUN(u"\\page ") RUN(LANDSCAPE) u"G}") u"}",
+     u"{\\rtf1 " RUN(u"{\\rtf1 " RUN(LANDSCAPE) u"A}")
+         RUN(u"\\sect ") u"\\sectd B" RUN(u"{\\rtf1 C" RUN(u"\\page ") RUN(LANDSCAPE) u"D}")
+             RUN(u"\\sect ") u"\\sectd E" RUN(u"{\\rtf1 F" RUN(u"\\page ") RUN(LANDSCAPE) u"G}") u"}",
      "A: " TURNED "\nBC: " LETTER "\nD: " TURNED "\nEF: " LETTER "\nG: " TURNED "\n"},
     {"markers for a header and for the page, in a middle section", false,
-     u"{\\rtf1 A" RUN(u"\\page ") RUN(HEADER) RUN(LANDSCAPE) RUN(u"{\\rtf1{\\header h}B}") RUN(u"\\sect ") u"\\sectd C}",
+     u"{\\rtf1 A" RUN(u"\\page ") RUN(HEADER) RUN(LANDSCAPE) RUN(u"{\\rtf1{\\header h}B}")
+         RUN(u"\\sect ") u"\\sectd C}",
      "A: " LETTER "\nB: " TURNED " pgncont  h/ h/ h ;// ;\nC: " LETTER "  h/ h/ h ;// ;\n"},
     {"joined documents of other sizes", true,
-     u"{\\rtf1\\paperw9000\\paperh8000\\landscape\\sectd\\lndscpsxn A" RUN(u"\\sect ") u"\\sectd\\lndscpsxn B" RUN(MERGE) RUN(
-         u"{\\rtf1\\paperw5000\\paperh7000\\sectd C" RUN(u"\\page ") RUN(LANDSCAPE) u"D" RUN(u"\\sect ") u"\\sectd E}") RUN(MERGE) RUN(u"{\\rtf1 F}") u"}",
+     u"{\\rtf1\\paperw9000\\paperh8000\\landscape\\sectd\\lndscpsxn A" RUN(u"\\sect ") u"\\sectd\\lndscpsxn B" RUN(
+         MERGE) RUN(u"{\\rtf1\\paperw5000\\paperh7000\\sectd C" RUN(u"\\page ")
+                        RUN(LANDSCAPE) u"D" RUN(u"\\sect ") u"\\sectd E}") RUN(MERGE) RUN(u"{\\rtf1 F}") u"}",
      "A: 9000 8000 1800 1800 1440 1440 lndscpsxn\nB: 9000 8000 1800 1800 1440 1440 lndscpsxn\n"
      "C: 5000 7000 1800 1800 1440 1440\nD: 7000 5000 1800 1800 1440 1440 lndscpsxn\n"
      "E: 5000 7000 1800 1800 1440 1440\nF: " LETTER "\n"},

@@ -12,6 +12,7 @@ namespace {
 constexpr std::u16string_view opening = u"{\\stylesheet";
 constexpr std::int32_t noStyle = 222;  // the number that means none
 constexpr std::u16string_view normal = u"{\\s0 Normal;}";
+constexpr std::u16string_view baseWord = u"\\sbasedon";
 
 std::u16string folded(std::u16string_view text) {
     std::u16string result(text);
@@ -40,7 +41,11 @@ StyleKind linkedKind(StyleKind kind) {
     return kind == StyleKind::paragraph ? StyleKind::character : StyleKind::paragraph;
 }
 
+// Looks of writers are shorter; the bound keeps the time for each style constant.
+constexpr std::size_t longestLook = 1000;
+
 std::optional<ControlWord> findWord(std::u16string_view look, std::u16string_view letters) {
+    look = look.substr(0, longestLook);
     for (std::size_t at = 0; (at = look.find(letters, at)) != look.npos; ++at) {
         if (at == 0 || look[at - 1] != u'\\') continue;
         const ControlWord word = readWord(look, at - 1);
@@ -198,8 +203,8 @@ void StyleSheet::settle(Style& style) {
             keeps ? static_cast<std::int32_t>(std::stol(std::string(number.begin(), number.end()))) : fresh_.next();
         if (known->second == 0) {
             hasNormal_ = true;
-            normalLook_ = style.look;
-            if (!style.base.digits.empty()) normalLook_ += u"\\sbasedon";
+            normalLook_ = style.look.substr(0, longestLook);
+            if (!style.base.digits.empty()) normalLook_ += baseWord;
         }
         if (!style.name.empty()) claimName(style);
     }
@@ -215,20 +220,39 @@ void StyleSheet::claimName(Style& style) {
     } while (!lastOfName_.emplace(style.name + style.suffix, 1).second);
 }
 
-// A style says itself what it does not inherit. LibreOffice lets styles inherit the spacing of their base, except from
-// style 0, which has another number now, and that of the host's style 0 where they have no base.
+// The words that keep a style from inheriting spacing. In LibreOffice a style inherits the spacing of its base unless
+// the base is style 0; a document's style 0, which has another number now, inherits that of the host's style 0.
 std::u16string StyleSheet::ownSpacing(const Style& style) const {
     if (!tolerant_ || host_ || style.kind != StyleKind::paragraph) return {};
     const Style* const base = styleOf(style.base, style.kind);
+    const bool isNormal = base == nullptr && (style.number.digits.empty() || style.number.digits == u"0");
     const bool wasNormal = base != nullptr && style.base.digits == u"0" && base->newNumber != 0;
-    if (base != nullptr && !wasNormal) return {};
-    const std::u16string& inherited = wasNormal ? base->look : normalLook_;
+    if (!isNormal && !wasNormal) return {};
+    const std::u16string& inherited = isNormal ? normalLook_ : base->look;
     std::u16string words;
     for (const std::u16string_view letters : {u"sb", u"sa", u"sl"}) {
         const bool lacks = findWord(inherited, letters) && !findWord(style.look, letters);
         if (lacks) words.append(u"\\").append(letters).append(u"0");
     }
     return words;
+}
+
+// Whether LibreOffice would show words of the base instead of the style's own. It removes from every style with a base
+// the words that the host's style 0 has with the same number, and the base's then apply.
+bool StyleSheet::losesWords(const Style& style) const {
+    if (!tolerant_ || host_ || style.kind != StyleKind::paragraph || style.base.digits.empty()) return false;
+    const Style* const base = styleOf(style.base, style.kind);
+    if (base != nullptr && base->newNumber == 0) return false;
+    const auto says = [](std::u16string_view look, const ControlWord& word) {
+        const auto found = findWord(look, word.letters);
+        return found && found->number == word.number;
+    };
+    for (std::size_t at = 0; (at = normalLook_.find(u'\\', at)) != normalLook_.npos; ++at) {
+        const ControlWord word = readWord(normalLook_, at);
+        const bool isLost = !word.letters.empty() && says(style.look, word);
+        if (isLost && (base == nullptr || base == &style || !says(base->look, word))) return true;
+    }
+    return false;
 }
 
 void StyleSheet::append(const Style& style) {
@@ -250,13 +274,24 @@ void StyleSheet::append(const Style& style) {
     } else if (style.newNumber != 0) {
         changes.push_back({1, 1, u"\\s" + number});
     }
-    point(style.base, styleOf(style.base, style.kind), noStyle);
+    if (losesWords(style)) {
+        const std::size_t begin = style.base.at - baseWord.size();
+        changes.push_back({begin, endWithBlank(style.entry, readWord(style.entry, begin)), {}});
+    } else {
+        point(style.base, styleOf(style.base, style.kind), noStyle);
+    }
     point(style.next, styleOf(style.next, StyleKind::paragraph), style.newNumber);
     point(style.link, styleOf(style.link, linkedKind(style.kind)), noStyle);
-    changes.push_back({style.nameEnd, style.nameEnd, style.suffix});
+    if (!style.suffix.empty()) changes.push_back({style.nameEnd, style.nameEnd, style.suffix});
     std::sort(changes.begin(), changes.end(), [](const Change& a, const Change& b) { return a.begin < b.begin; });
     TextEdits edits;
-    for (Change& change : changes) edits.replace(change.begin, change.end, change.text);
+    for (Change& change : changes) {
+        if (change.text.empty()) {
+            edits.cut(change.begin, change.end);
+        } else {
+            edits.replace(change.begin, change.end, change.text);
+        }
+    }
     edits.apply(entry);
     entries_.append(u"\r\n").append(entry);
 }

@@ -75,6 +75,7 @@ private:
     void claimName(Style& style);
     std::u16string nameOf(const Reference& reference, StyleKind preferred) const;
     std::u16string ownSpacing(const Style& style) const;
+    bool losesWords(const Style& style) const;
     void append(const Style& style);
     void addNormalOfHost();
     std::int32_t plainStyle();
