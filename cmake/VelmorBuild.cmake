@@ -121,7 +121,7 @@ function(velmor_test name)
         return()
     endif()
     add_executable(test_${name} ${sources})
-    target_link_libraries(test_${name} PRIVATE ${ARGN} GTest::gtest_main velmor_options)
+    target_link_libraries(test_${name} PRIVATE ${ARGN} velmor_doubles GTest::gtest_main velmor_options)
     target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_compile_definitions(test_${name} PRIVATE
         VELMOR_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}" VELMOR_CORPUS="${PROJECT_SOURCE_DIR}/../shared/corpus")

@@ -43,10 +43,17 @@ bool isTime(const DateFields& fields) {
            fields.second < 60;
 }
 
-void appendNumber(std::u16string& text, int value, bool twoDigits = false) {
-    if (twoDigits && value < 10) text += u'0';
-    const std::string digits = std::to_string(value);
-    text.append(digits.begin(), digits.end());
+void appendNumber(std::u16string& text, int value, std::size_t digits = 1) {
+    const std::string number = std::to_string(value);
+    text.append(digits > number.size() ? digits - number.size() : 0, u'0').append(number.begin(), number.end());
+}
+
+// "2:07:09 PM"
+void appendTime(std::u16string& text, const DateFields& fields) {
+    appendNumber(text, (fields.hour + 11) % 12 + 1);
+    appendNumber(text += u':', fields.minute, 2);
+    appendNumber(text += u':', fields.second, 2);
+    text += fields.hour < 12 ? u" AM" : u" PM";
 }
 
 }  // namespace
@@ -77,19 +84,24 @@ std::optional<std::u16string> dateText(Date date) {
     std::u16string text;
     if (parts->day != 0) {
         appendNumber(text, fields.month);
-        text += u'/';
-        appendNumber(text, fields.day);
-        text += u'/';
-        appendNumber(text, fields.year);
+        appendNumber(text += u'/', fields.day);
+        appendNumber(text += u'/', fields.year);
         if (parts->second == 0) return text;
         text += u' ';
     }
-    appendNumber(text, (fields.hour + 11) % 12 + 1);
-    text += u':';
-    appendNumber(text, fields.minute, true);
-    text += u':';
-    appendNumber(text, fields.second, true);
-    text += fields.hour < 12 ? u" AM" : u" PM";
+    appendTime(text, fields);
+    return text;
+}
+
+std::optional<std::u16string> storedDateText(Date date) {
+    const auto parts = split(date);
+    if (!parts) return std::nullopt;
+    const DateFields fields = fieldsOf(*parts);
+    std::u16string text;
+    appendNumber(text, fields.day);
+    text.append(1, u' ').append(monthNames[static_cast<std::size_t>(fields.month) - 1].substr(0, 3));
+    appendNumber(text += u' ', fields.year, 4);
+    appendTime(text += u' ', fields);
     return text;
 }
 

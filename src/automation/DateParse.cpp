@@ -4,16 +4,15 @@
 #include <vector>
 
 #include "automation/Convert.h"
+#include "automation/NumberText.h"
 #include "automation/Portable.h"
+#include "text/Characters.h"
 #include "text/Compare.h"
 
 namespace velmor::automation::portable {
 
 namespace {
 
-constexpr std::array<std::u16string_view, 12> kMonths{u"January",   u"February", u"March",    u"April",
-                                                      u"May",       u"June",     u"July",     u"August",
-                                                      u"September", u"October",  u"November", u"December"};
 constexpr std::array<std::u16string_view, 7> kWeekdays{u"Sunday",   u"Monday", u"Tuesday", u"Wednesday",
                                                        u"Thursday", u"Friday", u"Saturday"};
 constexpr std::size_t kLongestText = 100;  // no date is longer
@@ -25,19 +24,6 @@ struct Token {
     char16_t separator = 0;  // one of : / - . ,
 };
 using Kind = Token::Kind;
-
-bool isDigit(char16_t unit) {
-    return unit >= u'0' && unit <= u'9';
-}
-
-bool isBlank(char16_t unit) {
-    return unit == u' ' || unit == u'\u00A0' || (unit >= u'\t' && unit <= u'\r');
-}
-
-bool isLetter(char16_t unit) {
-    const auto lower = static_cast<char16_t>(unit | 0x20);
-    return lower >= u'a' && lower <= u'z';
-}
 
 // The 0-based entry whose whole name or first three letters the word is.
 template <std::size_t N>
@@ -53,7 +39,7 @@ std::optional<int> entryOf(const std::array<std::u16string_view, N>& names, std:
 std::optional<Token> wordToken(std::u16string_view word) {
     if (equalIgnoringCase(word, u"AM") || equalIgnoringCase(word, u"A")) return Token{Kind::morning};
     if (equalIgnoringCase(word, u"PM") || equalIgnoringCase(word, u"P")) return Token{Kind::afternoon};
-    if (const auto month = entryOf(kMonths, word)) return Token{Kind::month, *month + 1};
+    if (const auto month = entryOf(monthNames, word)) return Token{Kind::month, *month + 1};
     if (entryOf(kWeekdays, word)) return Token{Kind::weekday};
     return std::nullopt;
 }
@@ -75,7 +61,7 @@ std::optional<std::vector<Token>> tokensOf(std::u16string_view text) {
             const auto word = wordToken(text.substr(start, at - start));
             if (!word) return std::nullopt;
             tokens.push_back(*word);
-        } else if (isBlank(text[at])) {
+        } else if (isNumberBlank(text[at])) {
             ++at;
         } else if (std::u16string_view(u":/-.,").find(text[at]) != std::u16string_view::npos) {
             tokens.push_back({Kind::separator, 0, 0, text[at++]});

@@ -5,6 +5,7 @@
 
 #include "automation/DecimalNumber.h"
 #include "automation/NumberText.h"
+#include "text/Characters.h"
 
 namespace velmor::automation::portable {
 
@@ -12,14 +13,6 @@ namespace {
 
 // Far beyond every type's range, so that adding to it cannot overflow.
 constexpr std::int64_t kExponentLimit = 1'000'000;
-
-bool isBlank(char16_t unit) {
-    return unit == u' ' || unit == u'\u00A0' || (unit >= u'\t' && unit <= u'\r');
-}
-
-bool isDigit(char16_t unit) {
-    return unit >= u'0' && unit <= u'9';
-}
 
 class NumberReader {
 public:
@@ -41,7 +34,7 @@ private:
     void readPrefix() {
         for (; at_ < text_.size(); ++at_) {
             const char16_t unit = text_[at_];
-            if (isBlank(unit) || takeSign(unit) || takeOnce(unit, u'$', currency_)) continue;
+            if (isNumberBlank(unit) || takeSign(unit) || takeOnce(unit, u'$', currency_)) continue;
             if (!takeOnce(unit, u'(', parentheses_)) return;
             open_ = true;
         }
@@ -50,7 +43,7 @@ private:
     void readSuffix() {
         for (; at_ < text_.size(); ++at_) {
             const char16_t unit = text_[at_];
-            if (isBlank(unit) || takeSign(unit) || takeOnce(unit, u'$', currency_)) continue;
+            if (isNumberBlank(unit) || takeSign(unit) || takeOnce(unit, u'$', currency_)) continue;
             if (unit != u')' || !open_) return;
             open_ = false;
         }
@@ -125,11 +118,7 @@ private:
     }
 
     int radixDigit(unsigned shift) const {
-        const char16_t unit = peek();
-        const char16_t lower = static_cast<char16_t>(unit | 0x20);
-        int digit = -1;
-        if (isDigit(unit)) digit = unit - u'0';
-        if (shift == 4 && lower >= u'a' && lower <= u'f') digit = lower - u'a' + 10;
+        const int digit = hexadecimalDigit(peek());
         return digit < (1 << shift) ? digit : -1;
     }
 

@@ -18,7 +18,12 @@ std::u16string numberText(std::int32_t value);
 std::u16string numberText(Currency value);  // up to 4 decimals, no trailing zeros
 std::u16string numberText(Decimal value);   // all digits, no trailing zeros after the point
 
-// A numeric text taken apart. Hexadecimal and octal texts come as their 32 bits in `radixValue`.
+// The blanks that automation ignores in numbers and dates.
+constexpr bool isNumberBlank(char16_t unit) noexcept {
+    return unit == u' ' || unit == u'\u00A0' || (unit >= u'\t' && unit <= u'\r');
+}
+
+// The parts of a numeric text. Hexadecimal and octal texts come as their 32 bits in `radixValue`.
 struct ParsedNumber {
     bool negative = false;
     std::string digits;         // '0'..'9', no leading zeros; empty for zero

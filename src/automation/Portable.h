@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -30,6 +31,13 @@ std::optional<Date> parseDate(std::u16string_view text, std::uint32_t flags = 0)
 // "3/5/2004 2:07:09 PM"; the day alone when the time is 0, the time alone on day 0. Nothing
 // outside the years 100 to 9999.
 std::optional<std::u16string> dateText(Date date);
+// "5 Mar 2004 2:07:09 PM", to whole seconds, with a year of four digits. Nothing outside the years 100
+// to 9999.
+std::optional<std::u16string> storedDateText(Date date);
+
+inline constexpr std::array<std::u16string_view, 12> monthNames{
+    u"January", u"February", u"March",     u"April",   u"May",      u"June",
+    u"July",    u"August",   u"September", u"October", u"November", u"December"};
 
 std::optional<bool> equalValues(const Variant& left, const Variant& right);
 

@@ -97,6 +97,9 @@ struct ToScaled {
     }
     std::optional<std::int64_t> operator()(const Decimal& value) const { return (*this)(numberText(value)); }
     std::optional<std::int64_t> operator()(const std::u16string& value) const {
+        if (const auto plain = plainDecimal(value); plain && *plain == std::trunc(*plain)) {
+            return scaled(static_cast<std::int64_t>(*plain));
+        }
         const auto number = decimalDigitsOf(value);
         return number ? integerOf(*number, decimals) : std::nullopt;
     }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "text/Characters.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
 #include "text/ErrorSource.h"
@@ -13,10 +14,6 @@ namespace {
 
 bool isInAnsi(char16_t unit) {
     return unit < 128 || ansiCode(unit) != '?';
-}
-
-bool isDigit(char16_t unit) {
-    return unit >= u'0' && unit <= u'9';
 }
 
 // Whether a \ucN sets a number of fallback characters other than 1.

@@ -3,23 +3,10 @@
 #include <cstdint>
 
 #include "common/Limits.h"
+#include "text/Characters.h"
 #include "text/Encoding.h"
 
 namespace velmor {
-namespace {
-
-int valueOf(char16_t unit) {
-    if (unit >= u'0' && unit <= u'9') return unit - u'0';
-    const char16_t lower = unit | 0x20;
-    return lower >= u'a' && lower <= u'f' ? lower - u'a' + 10 : -1;
-}
-
-bool isSpace(char16_t unit) {
-    return unit == u' ' || unit == u'\t' || unit == u'\r' || unit == u'\n';
-}
-
-}  // namespace
-
 void appendHexadecimal(std::u16string& target, std::string_view bytes) {
     constexpr std::u16string_view digits = u"0123456789ABCDEF";
     std::size_t place = target.size();
@@ -46,12 +33,12 @@ std::optional<std::string> fromHexadecimal(std::u16string_view encoded) {
     std::string bytes;
     bytes.reserve(encoded.size() / 2);
     for (std::size_t i = 0; i < encoded.size();) {
-        if (isSpace(encoded[i])) {
+        if (isWhiteSpace(encoded[i])) {
             ++i;
             continue;
         }
         if (i + 1 == encoded.size()) return std::nullopt;
-        const int high = valueOf(encoded[i]), low = valueOf(encoded[i + 1]);
+        const int high = hexadecimalDigit(encoded[i]), low = hexadecimalDigit(encoded[i + 1]);
         if (high < 0 || low < 0) return std::nullopt;
         bytes.push_back(static_cast<char>(high << 4 | low));
         i += 2;

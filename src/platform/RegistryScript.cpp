@@ -1,8 +1,10 @@
+#include "platform/RegistryScript.h"
+
 #include <algorithm>
-#include <cstdint>
+#include <optional>
 
 #include "platform/ByteOrderMark.h"
-#include "platform/RegistryFile.h"
+#include "text/Characters.h"
 #include "text/Compare.h"
 #include "text/Encoding.h"
 
@@ -18,7 +20,7 @@ constexpr std::size_t kMostWarnings = 20;
 
 struct Root {
     View name;
-    View key;  // where it is below HKEY_LOCAL_MACHINE
+    View key;  // its path below HKEY_LOCAL_MACHINE
 };
 constexpr Root kRoots[] = {
     {u"HKEY_LOCAL_MACHINE", u""},
@@ -30,32 +32,17 @@ constexpr Root kRoots[] = {
 bool isBlank(char16_t unit) {
     return unit == u' ' || unit == u'\t';
 }
-bool isLineEnd(char16_t unit) {
-    return unit == u'\r' || unit == u'\n';
-}
-
 View trimmed(View text) {
     while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
     while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
     return text;
 }
 
-// No well-formed UTF-8 decodes to more replacement characters than it holds.
-bool isUtf8(std::string_view bytes, View decoded) {
-    std::size_t written = 0;
-    for (std::size_t at = bytes.find("\xef\xbf\xbd"); at != std::string_view::npos;
-         at = bytes.find("\xef\xbf\xbd", at + 3)) {
-        ++written;
-    }
-    return written == static_cast<std::size_t>(std::count(decoded.begin(), decoded.end(), u'\ufffd'));
-}
-
 std::u16string decodeScript(std::string_view bytes) {
     if (auto marked = decodeMarked(bytes)) return std::move(*marked);
     if (bytes.starts_with(kOldHeaderBytes)) return fromAnsi(bytes);
     if (bytes.size() >= 2 && bytes[0] != '\0' && bytes[1] == '\0') return unitsOf(bytes, false);
-    std::u16string text = fromUtf8(bytes);
-    return isUtf8(bytes, text) ? text : fromAnsi(bytes);
+    return textOfUtf8(bytes).value_or(fromAnsi(bytes));
 }
 
 // Ends the reading of one line.
@@ -63,15 +50,11 @@ struct Failure {
     View reason;
 };
 
-int hexadecimalDigit(char16_t unit) {
-    if (unit >= u'0' && unit <= u'9') return unit - u'0';
-    const char16_t lower = unit | 0x20;
-    return lower >= u'a' && lower <= u'f' ? lower - u'a' + 10 : -1;
-}
+using TreeOf = std::function<RegistryTree&(std::u16string& key)>;
 
 class Reader {
 public:
-    Reader(View text, RegistryScript::Target& target) : text_(text), target_(target) {}
+    Reader(View text, const TreeOf& treeOf) : text_(text), treeOf_(treeOf) {}
 
     std::vector<std::u16string> run() {
         if (!readHeader()) return std::move(warnings_);
@@ -89,7 +72,7 @@ public:
     }
 
 private:
-    // A file without the header may be anything: nothing is taken from it.
+    // A file without the header may be anything, so nothing is taken from it.
     bool readHeader() {
         while (at_ < text_.size() && (isBlank(text_[at_]) || isLineEnd(text_[at_]))) ++at_;
         lineStart_ = at_;
@@ -122,18 +105,18 @@ private:
         View path = line.substr(1, end - 1);
         const bool removes = path.starts_with(u'-');
         if (removes) path.remove_prefix(1);
-        known_ = resolveRoot(path);
+        tree_ = resolveRoot(path) ? &treeOf_(key_) : nullptr;
         inKey_ = !removes;
-        if (!known_) return;
+        if (tree_ == nullptr) return;
         if (removes) {
             if (key_.empty()) throw Failure{u"a whole root cannot be deleted"};
-            target_.removeKey(key_);
+            tree_->removeKey(key_);
         } else {
-            target_.addKey(key_);
+            tree_->addKey(key_);
         }
     }
 
-    // Names may hold brackets: the one that counts is followed by the line's end or a comment.
+    // Names may hold brackets. The closing one is followed by the end of the line or a comment.
     static std::size_t closingBracket(View line) {
         for (std::size_t at = line.find(u']'); at != View::npos; at = line.find(u']', at + 1)) {
             const std::size_t next = line.find_first_not_of(u" \t", at + 1);
@@ -142,7 +125,7 @@ private:
         throw Failure{u"the key has no closing bracket"};
     }
 
-    // Sets key_; false when the root is none of ours.
+    // Sets key_; false for a root that is not read.
     bool resolveRoot(View path) {
         if (path.find(u'\0') != View::npos) throw Failure{u"the key's name holds a zero character"};
         const std::size_t end = std::min(path.find(u'\\'), path.size());
@@ -170,15 +153,15 @@ private:
         skipBlanks();
         std::optional<std::u16string> value = readData();
         if (!inKey_) throw Failure{u"the value belongs to no key"};
-        if (!known_) return;
+        if (tree_ == nullptr) return;
         if (value) {
-            target_.set(key_, name, *value);
+            tree_->set(key_, name, *value);
         } else {
-            target_.removeValue(key_, name);
+            tree_->removeValue(key_, name);
         }
     }
 
-    // Nothing for what is no string, a deletion included.
+    // Nothing for a deletion and for data that is no string.
     std::optional<std::u16string> readData() {
         if (atLineEnd()) throw Failure{u"the value has no data"};
         if (text_[at_] == u'"') {
@@ -198,8 +181,8 @@ private:
         return std::nullopt;
     }
 
-    // From quote to quote; a backslash takes the next character as it is. A value that is never
-    // closed ends with the text and fails.
+    // From quote to quote; a backslash takes the next character as it is. A value without a closing
+    // quote fails.
     std::u16string readQuoted() {
         std::u16string value;
         for (++at_; at_ < text_.size(); ++at_) {
@@ -214,14 +197,14 @@ private:
         throw Failure{u"the closing quote is missing"};
     }
 
-    // Some editors write line ends inside a value as they stand, some as "\n" and "\r".
+    // Some editors write line ends inside a value as they are, some as "\n" and "\r".
     static char16_t escaped(char16_t unit) {
         if (unit == u'n') return u'\n';
         if (unit == u'r') return u'\r';
         return unit;
     }
 
-    // "xx,xx,..." behind the colon; a backslash at the end of a line goes on in the next.
+    // "xx,xx,..." after the colon; a backslash at the end of a line continues the data on the next.
     std::u16string readBytes() {
         const std::size_t colon = restOfLine().find(u':');
         if (colon == View::npos) throw Failure{u"the data has no colon"};
@@ -236,9 +219,9 @@ private:
             } else if (unit == u',') {
                 takeByte(bytes, digits, byte);
             } else if (unit == u'\\') {
-                if (!continueLine()) throw Failure{u"a backslash stands within the data"};
+                if (!continueLine()) throw Failure{u"a backslash within the data"};
             } else if (!isBlank(unit)) {
-                throw Failure{u"the data holds what is no hexadecimal digit"};
+                throw Failure{u"the data holds a character that is no hexadecimal digit"};
             }
         }
         if (digits > 0) takeByte(bytes, digits, byte);
@@ -251,7 +234,7 @@ private:
         digits = byte = 0;
     }
 
-    // Stands on the last unit of the line end afterwards.
+    // Moves to the last unit of the line end; false if the line goes on.
     bool continueLine() {
         std::size_t next = at_ + 1;
         while (next < text_.size() && isBlank(text_[next])) ++next;
@@ -269,7 +252,7 @@ private:
 
     void expectEnd() {
         skipBlanks();
-        if (!atLineEnd() && text_[at_] != u';') throw Failure{u"something stands behind the closing quote"};
+        if (!atLineEnd() && text_[at_] != u';') throw Failure{u"text follows the closing quote"};
     }
 
     bool atLineEnd() const { return at_ >= text_.size() || isLineEnd(text_[at_]); }
@@ -298,21 +281,21 @@ private:
     }
 
     View text_;
-    RegistryScript::Target& target_;
+    const TreeOf& treeOf_;
     std::size_t at_ = 0;
     std::size_t lineStart_ = 0;
     std::u16string key_;
     bool old_ = false;
-    bool inKey_ = false;  // a key to which values belong has been read
-    bool known_ = false;  // and its root is one of ours
+    bool inKey_ = false;            // a key was read that values may follow
+    RegistryTree* tree_ = nullptr;  // of that key; null if its root is not read
     std::vector<std::u16string> warnings_;
 };
 
 }  // namespace
 
-std::vector<std::u16string> RegistryScript::run(std::string_view bytes, Target& target) {
+std::vector<std::u16string> runRegistryScript(std::string_view bytes, const TreeOf& treeOf) {
     const std::u16string text = decodeScript(bytes);
-    return Reader(text, target).run();
+    return Reader(text, treeOf).run();
 }
 
 }  // namespace velmor::platform

@@ -58,13 +58,11 @@ void RegistryTree::removeKey(std::u16string_view key) {
     keys_.erase(keys_.lower_bound(begin), keys_.lower_bound(end));
 }
 
-const std::u16string* RegistryTree::value(std::u16string_view key, std::u16string_view name) const {
+std::optional<std::u16string> RegistryTree::value(std::u16string_view key, std::u16string_view name) const {
     const Key* found = find(key);
-    if (!found) return nullptr;
+    if (!found) return std::nullopt;
     const auto place = found->byName.find(lowerCase(name));
-    if (place == found->byName.end()) return nullptr;
-    const auto& text = found->values[place->second].text;
-    return text ? &*text : nullptr;
+    return place == found->byName.end() ? std::nullopt : found->values[place->second].text;
 }
 
 std::vector<std::u16string> RegistryTree::valueNames(std::u16string_view key) const {
@@ -85,7 +83,7 @@ std::vector<std::u16string> RegistryTree::subkeys(std::u16string_view key) const
     while (place != keys_.end() && place->first.starts_with(prefix)) {
         const std::size_t end = std::min(place->first.find(u'\0', prefix.size()), place->first.size());
         if (end > prefix.size()) names.push_back(place->second.path.substr(prefix.size(), end - prefix.size()));
-        // U+0001 follows the separator: the next name that is not below this one.
+        // U+0001 sorts right after the separator: go on with the next key that is not below this one.
         place = keys_.lower_bound(place->first.substr(0, end) + u'\1');
     }
     return names;

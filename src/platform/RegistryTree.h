@@ -8,21 +8,24 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/Services.h"
+
 namespace velmor::platform {
 
-// Keys and their string values, by path. Parts are separated by "\"; one at the end does not
-// count. Keys and names match without regard to case and keep the spelling they came with first.
-// A key's parents exist with it. Nothing is recursive, and a path of n units costs O(n) memory.
-class RegistryTree {
+// A registry in memory. Keys and names keep the spelling that they were first given. A key's parents
+// exist with it. Nothing is recursive, and a path of n units costs O(n) memory.
+class RegistryTree : public Registry {
 public:
     void addKey(std::u16string_view key);
     void set(std::u16string_view key, std::u16string_view name, std::u16string_view value);
     void removeValue(std::u16string_view key, std::u16string_view name);
     void removeKey(std::u16string_view key);  // with everything below it
 
-    const std::u16string* value(std::u16string_view key, std::u16string_view name) const;
-    std::vector<std::u16string> valueNames(std::u16string_view key) const;  // in the order they were set first
-    std::vector<std::u16string> subkeys(std::u16string_view key) const;     // sorted without regard to case
+    std::optional<std::u16string> value(std::u16string_view key, std::u16string_view name) const override;
+    // In the order in which they were first set.
+    std::vector<std::u16string> valueNames(std::u16string_view key) const override;
+    // Sorted without regard to case.
+    std::vector<std::u16string> subkeys(std::u16string_view key) const override;
 
 private:
     struct Value {
@@ -38,7 +41,7 @@ private:
     Key& keyAt(std::u16string_view key);
     const Key* find(std::u16string_view key) const;
 
-    // Lower case, parts separated by U+0000, so that a key is followed directly by what is below it.
+    // Lower case, with U+0000 between the parts, so that a key's subkeys follow it directly.
     std::map<std::u16string, Key, std::less<>> keys_;
 };
 

@@ -12,10 +12,9 @@
 
 namespace velmor::platform {
 
-// Everything that the engine takes from the machine, as one seam: tests run on an implementation
-// in memory (MemoryServices.h), the programs on the machine's own (systemServices). All calls come
-// from the caller's thread. Unless a call says otherwise it reports failure by its result and
-// leaves everything as it was.
+// Everything that the engine takes from the machine. The programs run on the machine's own services
+// (systemServices), tests on an implementation in memory. All calls come from the caller's thread.
+// Unless a call says otherwise, it reports failure by its result and leaves everything as it was.
 
 // Read-only view of HKEY_LOCAL_MACHINE. Keys are paths with "\" between the parts, a trailing "\"
 // is ignored; keys and names match without regard to case. 32-bit programs see the 32-bit view.

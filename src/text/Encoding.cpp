@@ -180,6 +180,11 @@ std::u16string fromUtf8(std::string_view bytes) {
     return text;
 }
 
+std::optional<std::u16string> textOfUtf8(std::string_view bytes) {
+    std::u16string text = fromUtf8(bytes);
+    return toUtf8(text) == bytes ? std::optional(std::move(text)) : std::nullopt;
+}
+
 AnsiCodePage westernCodePage() {
     AnsiCodePage page;
     for (std::size_t i = 0; i < page.upperHalf.size(); ++i) {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,6 +14,8 @@ namespace velmor {
 // Malformed bytes decode to U+FFFD, one for each maximal broken sequence.
 std::string toUtf8(std::u16string_view text);
 std::u16string fromUtf8(std::string_view bytes);
+// The text that toUtf8 writes as these bytes; nothing if there is none.
+std::optional<std::u16string> textOfUtf8(std::string_view bytes);
 
 // The ANSI code page: the system's on Windows, 1252 elsewhere. The five bytes that 1252 leaves
 // undefined pass through as the control characters of the same number. What does not fit becomes

@@ -13,31 +13,6 @@
 
 namespace velmor::platform {
 
-void MemoryRegistry::set(std::u16string_view key, std::u16string_view name, std::u16string_view value) {
-    tree_.set(key, name, value);
-}
-void MemoryRegistry::addKey(std::u16string_view key) {
-    tree_.addKey(key);
-}
-void MemoryRegistry::removeValue(std::u16string_view key, std::u16string_view name) {
-    tree_.removeValue(key, name);
-}
-void MemoryRegistry::removeKey(std::u16string_view key) {
-    tree_.removeKey(key);
-}
-
-std::optional<std::u16string> MemoryRegistry::value(std::u16string_view key, std::u16string_view name) const {
-    ++reads;
-    const std::u16string* found = tree_.value(key, name);
-    return found ? std::optional(*found) : std::nullopt;
-}
-std::vector<std::u16string> MemoryRegistry::valueNames(std::u16string_view key) const {
-    return tree_.valueNames(key);
-}
-std::vector<std::u16string> MemoryRegistry::subkeys(std::u16string_view key) const {
-    return tree_.subkeys(key);
-}
-
 namespace {
 
 std::u16string fileKey(std::u16string_view path) {
