@@ -8,6 +8,7 @@
 #include <string>
 
 #include "platform/MemoryServices.h"
+#include "properties/EntryName.h"
 #include "properties/privProperties.h"
 #include "text/Encoding.h"
 
@@ -45,7 +46,7 @@ bool namesComeBack(const privProperties& collection) {
     for (std::int32_t i = 1; i <= collection.Count(); ++i) {
         const velmor::PropertyRef property = collection.Item(i);
         const std::u16string& name = property->Name();
-        if (name.find_first_of(u":=") != name.npos || privProperties::CleanName(name) != name) return false;
+        if (name.find_first_of(u":=") != name.npos || velmor::cleanName(name) != name) return false;
         const auto* nested = dynamic_cast<const privProperties*>(property->Value().object().get());
         if (nested != nullptr && !namesComeBack(*nested)) return false;
     }

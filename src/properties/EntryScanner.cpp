@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "text/Characters.h"
 #include "text/Compare.h"
 
 namespace velmor {
@@ -11,10 +12,6 @@ constexpr std::u16string_view kOpening = u"<KV:", kClosing = u"</KV>";
 
 bool startsIgnoringCase(std::u16string_view text, std::u16string_view marker) {
     return equalIgnoringCase(text.substr(0, marker.size()), marker);
-}
-
-bool isLetter(char16_t unit) {
-    return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z');
 }
 
 }  // namespace
@@ -29,17 +26,15 @@ bool EntryScanner::delimiterAt(std::size_t position) const noexcept {
     return position <= text_.size() && text_.substr(position).starts_with(delimiter_);
 }
 
-EntryScanner::Name EntryScanner::name(std::size_t from) const noexcept {
+std::size_t EntryScanner::nameEnd(std::size_t from) const noexcept {
     const char16_t first = delimiter_[0];
     const char16_t last = std::max(u'=', first);  // letters, most of a name, have higher codes
-    Name name{npos};
     for (std::size_t i = from; i < text_.size(); ++i) {
         const char16_t unit = text_[i];
         if (unit > last) continue;
-        if (unit == u'=' || (unit == first && delimiterAt(i))) return {i, name.plain};
-        if (unit <= u'!') name.plain = false;
+        if (unit == u'=' || (unit == first && delimiterAt(i))) return i;
     }
-    return name;
+    return npos;
 }
 
 std::size_t EntryScanner::delimiter(std::size_t from) const noexcept {
@@ -64,7 +59,7 @@ std::size_t EntryScanner::next(Closing& closing, std::size_t from) const noexcep
     return closing.found;
 }
 
-// Values are short: this is at the end of most of them before a search has made its plan.
+// Values are short: a plain loop is done before a general search has begun.
 std::size_t EntryScanner::nextPair(char16_t mark, std::size_t from) const noexcept {
     const char16_t second = delimiter_[0];
     for (std::size_t i = from; i + 1 < text_.size(); ++i) {
@@ -75,7 +70,7 @@ std::size_t EntryScanner::nextPair(char16_t mark, std::size_t from) const noexce
 
 std::size_t EntryScanner::tagValueEnd(std::size_t from) {
     if (!tagsFound_) findNestedTags();
-    const std::size_t plainEnd = delimiter(behindDrive(from));
+    const std::size_t plainEnd = delimiter(afterDrive(from));
     std::size_t end = plainEnd;
     for (; nextTag_ < tags_.size() && tags_[nextTag_].begin < end; ++nextTag_) {
         const NestedTag& tag = tags_[nextTag_];
@@ -86,13 +81,13 @@ std::size_t EntryScanner::tagValueEnd(std::size_t from) {
     return end == npos ? plainEnd : end;  // a delimiter may be part of a closing marker
 }
 
-std::size_t EntryScanner::behindDrive(std::size_t from) const noexcept {
-    const std::size_t behind = from + 1 + delimiter_.size();
-    if (behind >= text_.size() || !isLetter(text_[from]) || !delimiterAt(from + 1)) return from;
-    return text_[behind] == u'\\' || text_[behind] == u'/' ? behind : from;
+std::size_t EntryScanner::afterDrive(std::size_t from) const noexcept {
+    const std::size_t next = from + 1 + delimiter_.size();
+    if (next >= text_.size() || !isLetter(text_[from]) || !delimiterAt(from + 1)) return from;
+    return text_[next] == u'\\' || text_[next] == u'/' ? next : from;
 }
 
-// A closing marker belongs to the last opening one that has none yet.
+// A closing marker belongs to the last opening marker without one.
 void EntryScanner::findNestedTags() {
     tagsFound_ = true;
     std::vector<std::size_t> open;

@@ -7,9 +7,9 @@
 
 namespace velmor {
 
-// Finds the places at which entries of the text form end. Positions are 0-based and must not go
-// back from call to call of one member; all calls together then cost time linear in the text,
-// however many openings have no end. The text must end with the delimiter.
+// Finds where the parts of entries end in the text form. Positions are 0-based, and each member must
+// be called with ascending ones; all calls together then take time linear in the text, however many
+// openings have no end. The text must end with the delimiter.
 class EntryScanner {
 public:
     static constexpr std::size_t npos = std::u16string_view::npos;
@@ -18,25 +18,19 @@ public:
     EntryScanner(std::u16string_view text, std::u16string_view delimiter);
 
     std::u16string_view text() const noexcept { return text_; }
-    std::size_t delimiterSize() const noexcept { return delimiter_.size(); }
-    bool delimiterAt(std::size_t position) const noexcept;
-
-    struct Name {
-        std::size_t end;    // the first "=" or delimiter; npos if the text has neither
-        bool plain = true;  // no blank, control character or "!" in it: nothing to clean
-    };
-    Name name(std::size_t from) const noexcept;
+    // The first "=" or delimiter; npos if the text has neither.
+    std::size_t nameEnd(std::size_t from) const noexcept;
     std::size_t delimiter(std::size_t from) const noexcept;
     // The next quote, and the next "#", that a delimiter follows directly.
     std::size_t closingQuote(std::size_t from);
     std::size_t closingHash(std::size_t from);
 
-    // The end of an unquoted value in a tag: the next delimiter that neither follows the letter of
-    // a drive nor is part of a complete nested tag.
+    // The end of an unquoted value in a tag: the next delimiter that neither follows a drive's letter
+    // nor is part of a complete nested tag.
     std::size_t tagValueEnd(std::size_t from);
 
 private:
-    // The last answer holds for every start up to the place that it names.
+    // The last answer holds for every start up to the position that it found.
     struct Closing {
         std::u16string sought;
         std::size_t found = 0;
@@ -47,9 +41,10 @@ private:
         std::size_t end;  // after the closing marker; npos for a tag that is never closed
     };
 
+    bool delimiterAt(std::size_t position) const noexcept;
     std::size_t next(Closing& closing, std::size_t from) const noexcept;
     std::size_t nextPair(char16_t mark, std::size_t from) const noexcept;
-    std::size_t behindDrive(std::size_t from) const noexcept;
+    std::size_t afterDrive(std::size_t from) const noexcept;
     void findNestedTags();
 
     std::u16string_view text_;

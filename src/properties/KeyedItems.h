@@ -2,78 +2,110 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <memory>
-#include <optional>
+#include <string>
 #include <string_view>
-#include <utility>
+#include <unordered_map>
 #include <vector>
 
+#include "automation/Variant.h"
 #include "properties/privProperty.h"
+#include "text/Compare.h"
 
 namespace velmor {
 
 class PropertyEnumerator;
 
 // The platform's ordered collection with keys: entries by 0-based position, and by key those that
-// carry one. A key is the property's name when it was placed, compared without regard to case.
-// By key, by position and at either end: constant time. Elsewhere the references of the shorter
-// side are shifted. Whatever may fail (std::bad_alloc) fails before anything changes.
-// A property is in one such collection at a time; one that it left may still be enumerated.
+// carry one. A key is the property's name, compared without regard to case. Access by key, by
+// position and at either end takes constant time; elsewhere the places of the shorter side are
+// shifted. Whatever may fail (std::bad_alloc) fails before anything changes.
+//
+// An entry that was read from a text stays a pair of spans of that text, and becomes a property when
+// somebody asks for it. Likewise, keys are given out when one is first looked up or an entry is first
+// handed out, so a collection that is read and written again makes neither.
 class KeyedItems : public std::enable_shared_from_this<KeyedItems> {
 public:
     static constexpr std::size_t npos = static_cast<std::size_t>(-1);
 
-    std::size_t size() const noexcept { return order_.size() - first_; }
-    const PropertyRef& at(std::size_t position) const { return order_[first_ + position]; }
-    auto begin() const { return order_.begin() + static_cast<std::ptrdiff_t>(first_); }
-    auto end() const { return order_.end(); }
-    void reserve(std::size_t count);  // room for so many entries in all
+    // A text that entries were read from, and when.
+    struct Source {
+        std::u16string text;
+        automation::Date readAt;
+    };
+    // How a value is written there: typed by typedValue; in quotes; with its quotes substituted.
+    enum class Spelling : std::uint8_t { unquoted, quoted, substituted };
+    struct Entry {
+        PropertyRef property;            // null until somebody asks
+        const Source* source = nullptr;  // null when the entry was not read from a text
+        std::u16string_view name;        // in the source or in the property
+        std::u16string_view value;       // in the source
+        Spelling spelling = Spelling::unquoted;
+        bool keyed = false;
+        bool multiple = false;  // of the property, once it is made
+
+        automation::Variant unreadValue() const;
+        std::int32_t unreadEncoding() const noexcept { return spelling == Spelling::substituted ? 8 : 0; }
+    };
+
+    // The services must outlive the properties.
+    explicit KeyedItems(platform::Services& services) : services_(services) {}
+    // The same properties in another order, given as 0-based positions. Keys go to the first property
+    // of each name in the former order.
+    KeyedItems(KeyedItems& other, const std::vector<std::size_t>& order);
+    KeyedItems(const KeyedItems&) = delete;
+    KeyedItems& operator=(const KeyedItems&) = delete;
+
+    std::size_t size() const noexcept { return order_.size(); }
+    PropertyRef at(std::size_t position);
+    const Entry& entry(std::size_t position) const { return *order_[position]; }
 
     // The entry that carries the key; null if no entry does.
-    privProperty* find(std::u16string_view key) const noexcept;
-    std::size_t positionOf(const privProperty* property) const noexcept;
+    PropertyRef find(std::u16string_view key);
+    std::size_t positionOf(std::u16string_view key);  // npos if no entry carries the key; linear
 
-    // Place an entry at the end or before a position. Return the entry that has the key of that
-    // name already; the new one is then placed without a key. Null: the new one got the key.
-    privProperty* append(PropertyRef property) { return append(std::move(property), std::nullopt); }
-    privProperty* insert(std::size_t position, PropertyRef property);
-
-    // For an entry that is about to be made: its key's hash, once there is a table of keys, whose
-    // place for it is then on its way from memory while the value is read.
-    using Hash = std::optional<std::uint32_t>;
-    Hash announce(std::u16string_view key) const noexcept;
-    privProperty* append(PropertyRef property, Hash hash);
+    // Makes a property and places it before a position, which may be size(). If another entry has the
+    // key of that name already, that entry's Multiple is set and the new one carries no key.
+    PropertyRef insert(std::size_t position, std::u16string_view name, automation::Variant value);
 
     void remove(std::size_t position);
     void move(std::size_t from, std::size_t to);
-    // The same entries in another order.
-    void arrange(std::vector<PropertyRef> order) noexcept;
 
-    // Before the entries enter another collection: from now on this one only enumerates.
-    void releaseKeys() noexcept;
+    // For the reader. What it adds is not handed out until it is asked for.
+
+    const Source& keep(std::u16string text, automation::Date readAt);
+    void addUnread(const Entry& entry) { place(size(), Entry(entry)); }
+    privProperty& addRead(std::u16string name, automation::Variant value, automation::Date readAt);
+    privProperty& last();  // of the last entry, which must exist
 
 private:
     friend class PropertyEnumerator;
+    struct FoldedHash {
+        std::size_t operator()(std::u16string_view key) const noexcept { return hashIgnoringCase(key); }
+    };
+    struct FoldedEqual {
+        bool operator()(std::u16string_view a, std::u16string_view b) const noexcept { return equalIgnoringCase(a, b); }
+    };
+    using Index = std::unordered_map<std::u16string_view, Entry*, FoldedHash, FoldedEqual>;
 
-    bool isNearFront(std::size_t position) const noexcept { return position < size() / 2; }
-    void makeRoom(bool inFront);
-    auto place(std::size_t position) { return order_.begin() + static_cast<std::ptrdiff_t>(first_ + position); }
-    privProperty* findInOrder(std::u16string_view key) const noexcept;
-    std::size_t slotOf(std::uint32_t hash, std::u16string_view key) const noexcept;
-    privProperty* claimKey(privProperty* property, Hash hash);
-    void dropKey(privProperty* property) noexcept;
-    void growTable(std::size_t size);
-    void enter(privProperty* property) noexcept;
+    Entry& place(std::size_t position, Entry&& entry);
+    Entry newEntry(std::u16string name, automation::Variant value, automation::Date now) const;
+    const PropertyRef& made(Entry& entry) const;
+    Entry* keyedEntry(std::u16string_view key) const;
+    Entry* claimKey(Entry& entry);
+    static void markOwner(Entry* owner) noexcept;
+    void claimKeys();
+    void buildIndex();
 
-    std::vector<PropertyRef> order_;  // the first first_ places are free
-    std::size_t first_ = 0;
-    // The table of keys: open addressing with linear probing. The size is a power of two, at most
-    // four fifths are taken. One byte of each hash has an array of its own (0: free slot), so that looking up
-    // a new name touches little memory. Empty while a look
-    // along the order is as quick.
-    std::vector<std::uint8_t> tags_;
-    std::vector<privProperty*> keyedAt_;
-    std::size_t keys_ = 0;
+    platform::Services& services_;
+    std::vector<std::unique_ptr<const Source>> sources_;
+    std::deque<Entry> entries_;  // in no order; an entry never moves
+    std::vector<Entry*> unused_;
+    std::deque<Entry*> order_;
+    std::size_t claimed_ = 0;  // the entries from this position on have not been given their keys
+    Index index_;              // of the keyed entries; unused while a look along the order is as quick
+    bool indexed_ = false;
     std::vector<PropertyEnumerator*> enumerators_;
 };
 

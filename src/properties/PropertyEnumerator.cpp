@@ -18,7 +18,10 @@ PropertyEnumerator::~PropertyEnumerator() {
 }
 
 PropertyRef PropertyEnumerator::next() {
-    return position_ < items_->size() ? items_->at(position_++) : nullptr;
+    if (position_ == items_->size()) return nullptr;
+    const PropertyRef property = items_->at(position_);
+    ++position_;
+    return property;
 }
 
 bool PropertyEnumerator::skip(std::uint32_t count) {

@@ -7,7 +7,7 @@
 #include "common/Compression.h"
 #include "common/Hexadecimal.h"
 #include "platform/Services.h"
-#include "properties/DateText.h"
+#include "properties/EntryName.h"
 #include "properties/PictureText.h"
 #include "properties/Substitution.h"
 #include "properties/TypedText.h"
@@ -22,12 +22,10 @@ using automation::Variant;
 namespace {
 
 constexpr std::size_t kMarkerSize = 4;
-constexpr std::size_t kSample = 64;  // entries by whose length the number of all is guessed
-constexpr std::size_t kMostReserved = std::size_t{1} << 17;
 constexpr std::size_t kBestCompression = 1032;  // of deflate, bytes for a byte
 
-// Encoded bytes hold no quote. Looking for one first costs no more than the way to the next marker,
-// so a run of markers without an end is not decoded again and again up to the end of the text.
+// Encoded bytes hold no quote. Looking for one first costs no more than the distance to the next
+// marker, so unclosed markers in a row are not each decoded up to the end of the text.
 bool holdsQuote(std::u16string_view content) {
     return content.find(u'"') != content.npos;
 }
@@ -36,11 +34,8 @@ std::optional<std::string> bytesOfBase64(std::u16string_view content) {
     return holdsQuote(content) ? std::nullopt : fromBase64(content);
 }
 
-// Text from its bytes; nothing when they are not those of a text, which would not come back.
 std::optional<std::u16string> textOfBytes(const std::optional<std::string>& bytes) {
-    if (!bytes) return std::nullopt;
-    std::u16string text = fromUtf8(*bytes);
-    return toUtf8(text) == *bytes ? std::optional(std::move(text)) : std::nullopt;
+    return bytes ? textOfUtf8(*bytes) : std::nullopt;
 }
 
 std::optional<std::u16string> textOfBase64(std::u16string_view content) {
@@ -51,8 +46,8 @@ std::optional<std::u16string> textOfHexadecimal(std::u16string_view content) {
     return holdsQuote(content) ? std::nullopt : textOfBytes(fromHexadecimal(content));
 }
 
-// One allowance serves all compressed values of a text: many small bombs are one big one. What
-// fails is charged with the most that its bytes could have given.
+// All compressed values of a text share one allowance, since many small bombs are as bad as a big
+// one. A value that fails is charged with the most that its bytes could have given.
 std::optional<std::u16string> textOfCompressed(std::u16string_view content, std::size_t& allowance) {
     const auto compressed = bytesOfBase64(content);
     if (!compressed) return std::nullopt;
@@ -60,11 +55,6 @@ std::optional<std::u16string> textOfCompressed(std::u16string_view content, std:
     const std::size_t worst = std::min(compressed->size(), allowance / kBestCompression + 1) * kBestCompression;
     allowance -= std::min(allowance, bytes ? bytes->size() : worst);
     return textOfBytes(bytes);
-}
-
-std::optional<std::u16string> textOfSubstituted(std::u16string_view content) {
-    if (content.empty() || !isSubstitute(content[0])) return std::nullopt;
-    return withoutSubstitute(content.substr(1), content[0]);
 }
 
 // The text without white space after its last delimiter; all of it when the last entry has no delimiter.
@@ -79,47 +69,40 @@ std::u16string_view withoutBlankEnd(std::u16string_view text, std::size_t from, 
 std::optional<std::u16string> textOfChild(std::u16string_view content) {
     if (content.starts_with(u'-')) return std::u16string(content.substr(1));
     if (content.starts_with(u'+')) return textOfBase64(content.substr(1));
-    return textOfSubstituted(content);
+    return isSubstituted(content) ? std::optional(withoutSubstitute(content)) : std::nullopt;
 }
 
 }  // namespace
 
-PropertyReader::PropertyReader(privProperties& target, Limits limits)
-    : target_(target), limits_(limits), now_(target.services_.clock.now()) {}
+PropertyReader::PropertyReader(KeyedItems& items, platform::Services& services, Limits limits)
+    : items_(items), services_(services), limits_(limits), now_(services.clock.now()) {}
 
 void PropertyReader::read(std::u16string_view text, Form form, std::u16string_view delimiter) {
     form_ = form;
     std::size_t from = 0;
     if (const std::size_t end = form == Form::tag ? text.find(u'>') : text.npos; end != text.npos) {
-        target_.AddLng(upperCase(text.substr(0, end)), 0);
+        items_.addRead(upperCase(text.substr(0, end)), std::int32_t{0}, now_);
         from = end + 1;
     }
     text = withoutBlankEnd(text, from, delimiter);
     if (text.size() == from) return;
-    if (text.ends_with(delimiter)) {
-        readEntries(text, delimiter, from);
-    } else {
-        std::u16string complete;
-        complete.reserve(text.size() + delimiter.size());
-        complete.append(text).append(delimiter);
-        readEntries(complete, delimiter, from);
-    }
+    std::u16string complete;
+    complete.reserve(text.size() + delimiter.size());
+    complete += text;
+    if (!text.ends_with(delimiter)) complete += delimiter;
+    readEntries(items_.keep(std::move(complete), now_), delimiter, from);
 }
 
-void PropertyReader::readEntries(std::u16string_view text, std::u16string_view delimiter, std::size_t from) {
-    Scanner scanner(text, delimiter);
-    std::size_t entries = 0;
-    for (Scanner::Name found; (found = scanner.name(from)).end != Scanner::npos;) {
-        if (++entries == kSample) target_.items_->reserve(std::min(entries * (text.size() / from), kMostReserved));
-        const std::u16string_view spelled = text.substr(from, found.end - from);
-        const Name name{spelled, found.plain, found.plain ? target_.items_->announce(spelled) : std::nullopt};
-        std::size_t end = found.end;
-        if (text[end] == u'=') {
+void PropertyReader::readEntries(const KeyedItems::Source& source, std::u16string_view delimiter, std::size_t from) {
+    source_ = &source;
+    Scanner scanner(source.text, delimiter);
+    for (std::size_t end; (end = scanner.nameEnd(from)) != Scanner::npos; from = end + delimiter.size()) {
+        const Name name = scanner.text().substr(from, end - from);
+        if (scanner.text()[end] == u'=') {
             end = readValue(scanner, name, end + 1);
         } else {
-            add(name, std::int32_t{0});
+            addSpan(name, u"0", Spelling::unquoted);
         }
-        from = end + delimiter.size();
     }
 }
 
@@ -144,7 +127,7 @@ std::size_t PropertyReader::readValue(Scanner& scanner, Name name, std::size_t f
 std::size_t PropertyReader::readQuoted(Scanner& scanner, Name name, std::size_t from) {
     const std::size_t quote = scanner.closingQuote(from + 1);
     if (quote == Scanner::npos) return Scanner::npos;
-    addText(name, scanner.text().substr(from + 1, quote - from - 1));
+    addSpan(name, scanner.text().substr(from + 1, quote - from - 1), Spelling::quoted);
     return quote + 1;
 }
 
@@ -174,12 +157,13 @@ bool PropertyReader::addDecoded(Name name, std::u16string_view marker, std::u16s
     } else if (marker == u"~GZ\"") {
         encoding = 4;
         text = textOfCompressed(content, limits_.decompressed);
-    } else if (marker == u"~CE\"") {
-        encoding = 8;
-        text = textOfSubstituted(content);
+    } else if (marker == u"~CE\"" && isSubstituted(content)) {
+        addSpan(name, content, Spelling::substituted);
+        return true;
     }
-    if (text) addText(name, *text, encoding);
-    return text.has_value();
+    if (!text) return false;
+    add(name, *std::move(text)).Encoding(encoding);
+    return true;
 }
 
 std::size_t PropertyReader::readObject(Scanner& scanner, Name name, std::size_t from) {
@@ -197,22 +181,23 @@ std::size_t PropertyReader::readObject(Scanner& scanner, Name name, std::size_t 
         if (object == nullptr) return Scanner::npos;
         add(name, Variant(std::move(object)));
     } else {
-        addText(name, text.substr(from, end + 1 - from));
+        addSpan(name, text.substr(from, end + 1 - from), Spelling::quoted);
     }
     return end + 1;
 }
 
 ObjectRef PropertyReader::pictureOf(std::u16string_view content) const {
     const auto bytes = bytesOfBase64(content);
-    return bytes ? LoadPictureFromText(target_.services_, *bytes) : nullptr;
+    return bytes ? LoadPictureFromText(services_, *bytes) : nullptr;
 }
 
 ObjectRef PropertyReader::collectionOf(std::u16string_view content) const {
     if (limits_.level >= privProperties::maximumNesting) return nullptr;
     const auto text = textOfBase64(content);
     if (!text) return nullptr;
-    const auto collection = std::make_shared<privProperties>(target_.services_);
-    PropertyReader(*collection, {limits_.level + 1, limits_.decompressed}).read(*text, Form::stored, u":");
+    const auto collection = std::make_shared<privProperties>(services_);
+    PropertyReader(*collection->items_, services_, {limits_.level + 1, limits_.decompressed})
+        .read(*text, Form::stored, u":");
     return collection;
 }
 
@@ -220,7 +205,7 @@ std::size_t PropertyReader::readDate(Scanner& scanner, Name name, std::size_t fr
     const std::size_t hash = scanner.closingHash(from + 1);
     if (hash == Scanner::npos) return Scanner::npos;
     const std::u16string_view content = scanner.text().substr(from + 1, hash - from - 1);
-    const auto date = content.empty() ? automation::Date{} : dateFromText(content);
+    const auto date = content.empty() ? automation::Date{} : dateOfText(content);
     if (!date) return Scanner::npos;
     add(name, Variant(*date));
     return hash + 1;
@@ -229,8 +214,7 @@ std::size_t PropertyReader::readDate(Scanner& scanner, Name name, std::size_t fr
 std::size_t PropertyReader::readPlain(Scanner& scanner, Name name, std::size_t from) {
     const std::size_t end =
         std::min(form_ == Form::stored ? scanner.delimiter(from) : scanner.tagValueEnd(from), scanner.text().size());
-    const std::u16string_view value = scanner.text().substr(from, end - from);
-    add(name, value == u"NUL" ? Variant(automation::Null{}) : typedValue(value));
+    addSpan(name, scanner.text().substr(from, end - from), Spelling::unquoted);
     return end;
 }
 
@@ -248,42 +232,29 @@ bool PropertyReader::keepChild(Name name, bool attributes, std::u16string_view c
 }
 
 privProperty& PropertyReader::ownerOfChild(Name name) {
-    const std::u16string clean = privProperties::CleanName(name.text);
-    if (last_ != nullptr && equalIgnoringCase(last_->nameView(), clean)) return *last_;
-    if (privProperty* const keyed = target_.items_->find(clean)) return *keyed;
-    add(name, std::int32_t{0});
-    return *last_;
+    const std::u16string clean = cleanName(name);
+    if (any_ && equalIgnoringCase(items_.entry(items_.size() - 1).name, clean)) return items_.last();
+    if (const PropertyRef keyed = items_.find(clean)) return *keyed;
+    return add(name, std::int32_t{0});
 }
 
-privProperty& PropertyReader::make(Name name, bool upperCaseName) {
-    const PropertyRef property = std::allocate_shared<privProperty>(
-        pool_.next<privProperty>(), privProperties::propertyKey(), target_.services_, now_);
-    if (upperCaseName || !name.plain) {
-        std::u16string clean = privProperties::CleanName(name.text);
-        property->SetName(upperCaseName ? upperCase(clean) : std::move(clean));
-    } else if (const char16_t* const kept = pool_.keep(name.text)) {
-        property->lendName({kept, name.text.size()});
+// Most entries stay spans of the text. Those of tags are asked for at once, and an odd name is no span.
+void PropertyReader::addSpan(Name name, std::u16string_view value, Spelling spelling) {
+    const KeyedItems::Entry entry{nullptr, source_, withoutLeadingBlanks(name), value, spelling};
+    if (form_ == Form::tag || entry.name.find(u'!') != name.npos) {
+        add(name, entry.unreadValue()).Encoding(entry.unreadEncoding());
     } else {
-        property->SetName(std::u16string(name.text));
+        items_.addUnread(entry);
+        any_ = true;
     }
-    if (privProperty* const first = target_.items_->append(property, name.hash)) first->SetMultiple(true);
-    last_ = property.get();
-    return *property;
 }
 
-void PropertyReader::add(Name name, Variant&& value) {
-    privProperty& property = make(name, form_ == Form::tag && !value.isObject());
-    property.SetValueQuiet(std::move(value));
-}
-
-void PropertyReader::addText(Name name, std::u16string_view text, std::int32_t encoding) {
-    privProperty& property = make(name, form_ == Form::tag);
-    property.Encoding(encoding);
-    if (const char16_t* const kept = pool_.keep(text)) {
-        property.lendText({kept, text.size()});
-    } else {
-        property.SetValueQuiet(Variant(text));
-    }
+// An object's name keeps its spelling, even in a tag.
+privProperty& PropertyReader::add(Name name, Variant value) {
+    std::u16string clean = cleanName(name);
+    if (form_ == Form::tag && !value.isObject()) clean = upperCase(clean);
+    any_ = true;
+    return items_.addRead(std::move(clean), std::move(value), now_);
 }
 
 }  // namespace velmor

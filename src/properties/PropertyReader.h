@@ -1,45 +1,37 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <optional>
-#include <string>
 #include <string_view>
 
 #include "properties/EntryScanner.h"
 #include "properties/KeyedItems.h"
-#include "properties/SlabPool.h"
 #include "properties/privProperties.h"
 
 namespace velmor {
 
-// Reads the text form into a collection: entries "name=value:" and names alone. What is malformed
-// becomes plain text up to the next delimiter, marker kept; what cannot be decoded stays raw.
-// Decoding takes 256 MB at most. Nothing is raised but the lack of memory.
+// Reads the text form into a collection: entries "name=value:" and names alone. A malformed value
+// becomes plain text up to the next delimiter, marker included; a value that cannot be decoded stays
+// raw. Decoding takes 256 MB at most. Only lack of memory raises an error.
 class PropertyReader {
 public:
-    // What one reading may take, values within values included.
+    // For a text and the collections in its values together.
     struct Limits {
-        int level;                  // of collections written within values; beyond it they stay text
+        int level;                  // how many collections the text is nested in
         std::size_t& decompressed;  // bytes that compressed values may still give
     };
-    PropertyReader(privProperties& target, Limits limits);
+    PropertyReader(KeyedItems& items, platform::Services& services, Limits limits);
 
     using Form = privProperties::ReadForm;
     void read(std::u16string_view text, Form form, std::u16string_view delimiter);
 
 private:
     using Scanner = EntryScanner;
-    // As the text spells it.
-    struct Name {
-        std::u16string_view text;
-        bool plain;  // nothing to clean
-        KeyedItems::Hash hash;
-    };
+    using Spelling = KeyedItems::Spelling;
+    using Name = std::u16string_view;  // as the text spells it
 
-    void readEntries(std::u16string_view text, std::u16string_view delimiter, std::size_t from);
-    // Each reads the value at `from`, right after the "=", and returns its end, the place of the
-    // delimiter; npos: the text is not of that form and nothing was added.
+    void readEntries(const KeyedItems::Source& source, std::u16string_view delimiter, std::size_t from);
+    // Each reads the value at `from`, right after the "=", and returns its end, the position of the
+    // delimiter. npos means that the text is not of that form and that nothing was added.
     std::size_t readValue(Scanner& scanner, Name name, std::size_t from);
     std::size_t readQuoted(Scanner& scanner, Name name, std::size_t from);
     std::size_t readMarked(Scanner& scanner, Name name, std::size_t from);
@@ -52,16 +44,16 @@ private:
     automation::ObjectRef collectionOf(std::u16string_view content) const;
     bool keepChild(Name name, bool attributes, std::u16string_view content);
     privProperty& ownerOfChild(Name name);
-    privProperty& make(Name name, bool upperCaseName);
-    void add(Name name, automation::Variant&& value);
-    void addText(Name name, std::u16string_view text, std::int32_t encoding = 0);
+    void addSpan(Name name, std::u16string_view value, Spelling spelling);
+    privProperty& add(Name name, automation::Variant value);
 
-    privProperties& target_;
+    KeyedItems& items_;
+    platform::Services& services_;
     const Limits limits_;
     const automation::Date now_;
-    SlabPool pool_;
+    const KeyedItems::Source* source_ = nullptr;
     Form form_ = Form::stored;
-    privProperty* last_ = nullptr;  // the one read just before
+    bool any_ = false;  // an entry was read
 };
 
 }  // namespace velmor

@@ -1,5 +1,4 @@
-// The estimates of a property's size. Their figures are the system's own: callers compare sizes
-// that were computed this way.
+// The estimates of a property's size. Callers compare only sizes that were computed this way.
 
 #include <cmath>
 
@@ -16,82 +15,48 @@ namespace {
 
 constexpr double kEncodedGrowth = 1.34;
 
-struct TextFacts {
-    std::int64_t length = 0;
-    bool holdsTerminator = false;
+// In bytes, and in characters of the text form besides the name. All other types count 0.
+struct TypeSize {
+    VariantType type;
+    std::int32_t size, stored;
+};
+constexpr TypeSize kTypeSizes[] = {
+    {VariantType::null, 0, 5},          {VariantType::integer, 1, 9},   {VariantType::byte, 1, 0},
+    {VariantType::longInteger, 2, 14},  {VariantType::boolean, 2, 7},   {VariantType::single, 4, 16},
+    {VariantType::doubleFloat, 8, 24},  {VariantType::currency, 8, 24}, {VariantType::date, 8, 25},
+    {VariantType::decimal, 8, 21},      {VariantType::object, 32, 0},
 };
 
-TextFacts factsOf(std::u16string_view text) {
-    return {static_cast<std::int64_t>(text.size()), text.find(u"\":") != text.npos};
+TypeSize sizeOf(VariantType type) {
+    for (const TypeSize& each : kTypeSizes) {
+        if (each.type == type) return each;
+    }
+    return {type, 0, 0};
 }
 
-TextFacts textFacts(const privProperty& property) {
-    if (property.builder()) return factsOf(property.builder()->ReturnVal());
-    return factsOf(*property.plainText());
-}
-
-// Halves to even, as the platform rounds.
-std::int64_t roundedSize(double size) {
-    return static_cast<std::int64_t>(std::nearbyint(size));
+bool isText(const privProperty& property) {
+    return static_cast<VariantType>(property.ValueType()) == VariantType::string;
 }
 
 }  // namespace
 
 std::int32_t privProperty::Size() const {
-    switch (static_cast<VariantType>(ValueType())) {
-        case VariantType::integer:
-        case VariantType::byte:
-            return 1;
-        case VariantType::longInteger:
-        case VariantType::boolean:
-            return 2;
-        case VariantType::single:
-            return 4;
-        case VariantType::doubleFloat:
-        case VariantType::currency:
-        case VariantType::date:
-        case VariantType::decimal:
-            return 8;
-        case VariantType::string:
-            return checkedLong(textFacts(*this).length);
-        case VariantType::object:
-            return 32;
-        default:
-            return 0;
-    }
+    if (isText(*this)) return checkedLong(static_cast<std::int64_t>(ValueStr().size()));
+    return sizeOf(static_cast<VariantType>(ValueType())).size;
 }
 
 std::int32_t privProperty::valueSizeStored() const {
     const auto name = static_cast<std::int64_t>(name_.size());
-    switch (static_cast<VariantType>(ValueType())) {
-        case VariantType::null:
-            return checkedLong(name + 5);
-        case VariantType::integer:
-            return checkedLong(name + 9);
-        case VariantType::longInteger:
-            return checkedLong(name + 14);
-        case VariantType::single:
-            return checkedLong(name + 16);
-        case VariantType::doubleFloat:
-        case VariantType::currency:
-            return checkedLong(name + 24);
-        case VariantType::date:
-            return checkedLong(name + 25);
-        case VariantType::boolean:
-            return checkedLong(name + 7);
-        case VariantType::decimal:
-            return checkedLong(name + 21);
-        case VariantType::string:
-            break;
-        default:
-            return 0;
+    if (!isText(*this)) {
+        const std::int32_t stored = sizeOf(static_cast<VariantType>(ValueType())).stored;
+        return stored == 0 ? 0 : checkedLong(name + stored);
     }
-    const TextFacts text = textFacts(*this);
-    if (Encode()) {
-        const double size = static_cast<double>(text.length) * kEncodedGrowth + static_cast<double>(name) + 7;
-        return checkedLong(roundedSize(size));
-    }
-    return checkedLong(name + text.length + (text.holdsTerminator ? 8 : 4));
+    const std::u16string text = ValueStr();
+    const auto length = static_cast<std::int64_t>(text.size());
+    if (!Encode()) return checkedLong(name + length + (text.find(u"\":") != text.npos ? 8 : 4));
+    // nearbyint rounds halves to even, as the platform does.
+    const double size = static_cast<double>(length) * kEncodedGrowth + static_cast<double>(name) + 7;
+    return checkedLong(static_cast<std::int64_t>(std::nearbyint(size)));
 }
 
 std::int32_t privProperty::SizeStored() {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <list>
 #include <map>
+#include <numeric>
 #include <optional>
 #include <string>
 #include <variant>
@@ -25,12 +26,12 @@ struct DecimalValue {
     }
 };
 using Value = std::variant<double, std::int64_t, std::u16string, DecimalValue>;
-using Place = std::list<PropertyRef>::iterator;
+using Place = std::list<std::size_t>::iterator;
 
 constexpr std::int32_t kLastComparedType = 15;
 
 // What values of one type are compared by; nothing for types and values that never sort after
-// another one.
+// others.
 std::optional<Value> valueOf(const privProperty& property) {
     const Variant value = property.Value();
     if (const auto* text = value.get<std::u16string>()) return *text;
@@ -46,58 +47,63 @@ std::optional<Value> valueOf(const privProperty& property) {
     return !number || std::isnan(*number) ? std::nullopt : std::optional<Value>(*number);
 }
 
-// The insertion among properties of one name. Of each type the values placed ascend, so the first
-// one that sorts after a new one is found by search; a new one goes right before it.
+// The insertion among properties of one name. Of each type the placed values ascend, so a search
+// finds the first one that sorts after a new one; the new one goes right before it.
 class EqualNames {
 public:
-    void insert(const PropertyRef& property) {
+    explicit EqualNames(KeyedItems& items) : items_(items) {}
+
+    void insert(std::size_t position) {
+        const PropertyRef property = items_.at(position);
         if (property->ValueType() > kLastComparedType) {
-            insertBeforeOwnType(property);
+            insertBeforeOwnType(position, property->ValueType());
         } else if (auto value = valueOf(*property)) {
-            insertByValue(property, *std::move(value));
+            insertByValue(position, property->ValueType(), *std::move(value));
         } else {
-            placed_.push_back(property);
+            placed_.push_back(position);
         }
     }
 
-    const std::list<PropertyRef>& placed() const { return placed_; }
+    const std::list<std::size_t>& placed() const { return placed_; }
 
 private:
-    void insertBeforeOwnType(const PropertyRef& property) {
-        const auto [first, isNew] = firstOfType_.try_emplace(property->ValueType(), placed_.end());
-        first->second = placed_.insert(first->second, property);
+    void insertBeforeOwnType(std::size_t position, std::int32_t type) {
+        const auto [first, isNew] = firstOfType_.try_emplace(type, placed_.end());
+        first->second = placed_.insert(first->second, position);
     }
 
-    void insertByValue(const PropertyRef& property, Value value) {
-        auto& values = valuesOfType_[property->ValueType()];
+    void insertByValue(std::size_t position, std::int32_t type, Value value) {
+        auto& values = valuesOfType_[type];
         const auto after = values.upper_bound(value);
-        const Place place = placed_.insert(after == values.end() ? placed_.end() : after->second, property);
+        const Place place = placed_.insert(after == values.end() ? placed_.end() : after->second, position);
         values.emplace_hint(after, std::move(value), place);
     }
 
-    std::list<PropertyRef> placed_;
+    KeyedItems& items_;
+    std::list<std::size_t> placed_;
     std::map<std::int32_t, std::multimap<Value, Place>> valuesOfType_;
     std::map<std::int32_t, Place> firstOfType_;
 };
 
 }  // namespace
 
-// Names alone are a strict order; only among equal names does the insertion have a say.
-std::vector<PropertyRef> sortedProperties(std::vector<PropertyRef> properties) {
-    const auto byName = [](const PropertyRef& a, const PropertyRef& b) { return a->nameView() < b->nameView(); };
-    std::stable_sort(properties.begin(), properties.end(), byName);
-    for (auto group = properties.begin(); group != properties.end();) {
-        const auto end = std::find_if(group, properties.end(), [group](const PropertyRef& each) {
-            return each->nameView() != (*group)->nameView();
-        });
+// Names alone are a strict order; the insertion decides only among equal names.
+std::vector<std::size_t> sortedOrder(KeyedItems& items) {
+    std::vector<std::size_t> order(items.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    const auto name = [&items](std::size_t position) { return items.entry(position).name; };
+    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) { return name(a) < name(b); });
+    for (auto group = order.begin(); group != order.end();) {
+        const auto end =
+            std::find_if(group, order.end(), [&](std::size_t position) { return name(position) != name(*group); });
         if (end - group > 1) {
-            EqualNames sorted;
-            std::for_each(group, end, [&sorted](const PropertyRef& each) { sorted.insert(each); });
+            EqualNames sorted(items);
+            std::for_each(group, end, [&sorted](std::size_t position) { sorted.insert(position); });
             std::copy(sorted.placed().begin(), sorted.placed().end(), group);
         }
         group = end;
     }
-    return properties;
+    return order;
 }
 
 }  // namespace velmor

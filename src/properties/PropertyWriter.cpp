@@ -4,10 +4,11 @@
 #include <charconv>
 
 #include "automation/Convert.h"
+#include "automation/Portable.h"
 #include "common/Base64.h"
 #include "common/Compression.h"
 #include "common/Hexadecimal.h"
-#include "properties/DateText.h"
+#include "properties/EntryName.h"
 #include "properties/PictureText.h"
 #include "properties/Substitution.h"
 #include "text/Encoding.h"
@@ -26,15 +27,16 @@ namespace {
 
 constexpr std::u16string_view kTerminator = u"\":";
 constexpr std::size_t kLongestNested = privProperties::maximumNestedLength;
-constexpr std::size_t kSample = 64;  // entries by whose length the room for all is guessed
+constexpr std::size_t kSample = 64;  // entries whose length tells how much room to reserve
 
 void appendInteger(std::u16string& target, std::int32_t value) {
     std::array<char, 12> digits{};
     target.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr);
 }
 
-bool isZero(const privProperty& property) {
-    return property.ValueType() == 3 && property.ValueLng() == 0;
+bool isZero(const Variant& value) {
+    const auto* number = value.get<std::int32_t>();
+    return number != nullptr && *number == 0;
 }
 
 }  // namespace
@@ -49,67 +51,67 @@ std::u16string PropertyWriter::write(const KeyedItems& items) {
     for (std::size_t i = 0; i < items.size(); ++i) {
         if (i == kSample) out_.reserve(out_.size() / kSample * (items.size() + items.size() / 8));
         if (asTag_ && i == 0) {
-            out_.append(items.at(i)->nameView()).append(1, u'>');
+            out_.append(items.entry(i).name).append(1, u'>');
         } else {
-            writeEntry(*items.at(i));
+            writeEntry(items.entry(i));
         }
         if (out_.size() > privStrCat::maximumLength) throw Error(7, kErrorSource, u"Out of memory");
     }
     return std::move(out_);
 }
 
-void PropertyWriter::writeEntry(const privProperty& property) {
-    writeName(property.nameView());
-    if (asTag_ && isZero(property)) {
-        out_ += u':';  // a name alone is read as the long 0
-    } else {
+void PropertyWriter::writeEntry(const KeyedItems::Entry& entry) {
+    appendName(out_, entry.name);
+    if (entry.property != nullptr) {
+        writeProperty(*entry.property);
+    } else if (entry.spelling == KeyedItems::Spelling::quoted) {
         out_ += u'=';
-        writeValue(property);
+        writeText(entry.value, 0);
+    } else {
+        writeValue(entry.unreadValue(), entry.unreadEncoding());
     }
-    if (property.extras_ != nullptr) writeChildren(property);
 }
 
-// Readers take "!@" for ":". A type prefix, which they drop, keeps them from dropping anything else.
-void PropertyWriter::writeName(std::u16string_view name) {
-    if (name.find(u':') == name.npos) {
-        out_ += name;
-        return;
+void PropertyWriter::writeProperty(const privProperty& property) {
+    if (property.builder() != nullptr) {
+        writeValue(property.Value(), property.Encoding());
+    } else {
+        writeValue(property.rawValue(), property.Encoding());
     }
-    std::u16string escaped;
-    for (const char16_t unit : name) {
-        if (unit == u':') {
-            escaped += u"!@";
-        } else {
-            escaped += unit;
-        }
-    }
-    if (privProperties::CleanName(escaped) != name) out_ += u"!s!";
-    out_ += escaped;
+    if (property.extras_ != nullptr) writeChildren(property);
 }
 
 void PropertyWriter::writeChildren(const privProperty& property) {
     const auto write = [&](const privProperty::Child& child, Child which) {
         if (child.built == nullptr) {
-            writeChild(property.nameView(), child.text, which);
+            writeChild(property.Name(), child.text, which);
         } else {
-            writeChild(property.nameView(), child.stored(level_ + 1), which);
+            writeChild(property.Name(), child.stored(level_ + 1), which);
         }
     };
     write(property.extras_->attributes, Child::attributes);
     write(property.extras_->properties, Child::properties);
 }
 
-void PropertyWriter::writeValue(const privProperty& property) {
-    if (const auto& builder = property.builder()) {
-        return writeText(builder->ReturnVal(), property.Encoding());
+void PropertyWriter::writeValue(const Variant& value, std::int32_t encoding) {
+    if (asTag_ && isZero(value)) {
+        out_ += u':';  // a name alone is read as the long 0
+        return;
     }
-    const Variant& value = property.rawValue();
+    out_ += u'=';
+    if (const auto* text = value.get<std::u16string>()) {
+        writeText(*text, encoding);
+    } else if (!writeTyped(value)) {
+        writeText(automation::toText(value).value_or(std::u16string()), encoding);
+    }
+}
+
+// False for a type that is written as text.
+bool PropertyWriter::writeTyped(const Variant& value) {
     switch (value.type()) {
-        case VariantType::string:
-            return writeText(*value.get<std::u16string>(), property.Encoding());
         case VariantType::null:
             out_ += u"NUL:";
-            return;
+            return true;
         case VariantType::integer:
             return writeNumber(value, u"%:");
         case VariantType::longInteger:
@@ -127,35 +129,34 @@ void PropertyWriter::writeValue(const privProperty& property) {
             return writeDate(*value.get<Date>());
         case VariantType::boolean:
             out_ += *value.get<bool>() ? u"True:" : u"False:";
-            return;
+            return true;
         case VariantType::object:
-            return writeObject(value);
+            writeObject(value);
+            return true;
         default:
-            return writeText(property.ValueStr(), property.Encoding());
+            return false;
     }
 }
 
-void PropertyWriter::writeNumber(const Variant& value, std::u16string_view suffix) {
+bool PropertyWriter::writeNumber(const Variant& value, std::u16string_view suffix) {
     if (const auto* number = value.get<std::int32_t>()) {
         appendInteger(out_, *number);
-    } else if (const auto* small = value.get<std::int16_t>()) {
-        appendInteger(out_, *small);
     } else {
         out_ += automation::toText(value).value_or(std::u16string());
     }
     out_ += suffix;
+    return true;
 }
 
-// A date beyond the calendar is kept as its number of days.
-void PropertyWriter::writeDate(Date date) {
-    if (const auto text = dateText(date)) {
-        out_.append(1, u'#').append(*text).append(u"#:");
-    } else {
-        writeNumber(Variant(date.days), u"#:");
-    }
+// A date outside the calendar is kept as its number of days.
+bool PropertyWriter::writeDate(Date date) {
+    const auto text = automation::portable::storedDateText(date);
+    if (!text) return writeNumber(Variant(date.days), u"#:");
+    out_.append(1, u'#').append(*text).append(u"#:");
+    return true;
 }
 
-// Only a collection, and in a tag a picture, has a text; of any other object the name remains.
+// Only a collection and, in a tag, a picture have a text form. Of any other object the name remains.
 void PropertyWriter::writeObject(const Variant& value) {
     const ObjectRef object = value.object();
     if (asTag_) out_ += PictureToText(services_, value);
@@ -204,7 +205,7 @@ void PropertyWriter::writeText(std::u16string_view text, std::int32_t encoding) 
 void PropertyWriter::writeSubstituted(std::u16string_view text) {
     const auto substitute = substituteFor(text);
     if (!substitute) return writeBase64(text);
-    out_.append(u"~CE\"").append(1, *substitute);
+    out_ += u"~CE\"";
     appendSubstituted(out_, text, *substitute);
     out_ += kTerminator;
 }
@@ -215,7 +216,7 @@ void PropertyWriter::writeBase64(std::u16string_view text) {
     out_ += kTerminator;
 }
 
-// Base64 of base64: every level adds a third, so without a limit a few dozen fill the memory.
+// Every level of nesting encodes the text again and adds a third; a few dozen would fill the memory.
 void PropertyWriter::appendNested(std::u16string_view text) {
     if (text.size() > kLongestNested) {
         throw Error(7, kErrorSource, u"A collection within a collection is too long to be written as text");
@@ -223,18 +224,17 @@ void PropertyWriter::appendNested(std::u16string_view text) {
     appendBase64(out_, toUtf8(text));
 }
 
-// Children are written plainly only without any quote, attributes already without a terminator;
-// readers accept both.
+// Child properties are written plainly only if they hold no quote, attributes if they hold no
+// terminator; readers accept both.
 void PropertyWriter::writeChild(std::u16string_view name, std::u16string_view text, Child which) {
     if (text.empty()) return;
     const bool attributes = which == Child::attributes;
-    writeName(name);
+    appendName(out_, name);
     out_ += attributes ? u"=~AT\"" : u"=~PR\"";
     const bool plain = attributes ? text.find(kTerminator) == text.npos : text.find(u'"') == text.npos;
     if (plain) {
         out_.append(1, u'-').append(text);
     } else if (const auto substitute = substituteFor(text)) {
-        out_ += *substitute;
         appendSubstituted(out_, text, *substitute);
     } else {
         out_ += u'+';

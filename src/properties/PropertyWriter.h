@@ -8,13 +8,13 @@
 
 namespace velmor {
 
-// Writes a collection as text: one entry a property, name, "=", value and ":", followed by an
-// entry of the same name for its attributes and one for its children, where it has some.
+// Writes a collection as text: an entry of name, "=", value and ":" for each property, followed by an
+// entry of the same name for its attributes and one for its children, if it has any.
 class PropertyWriter {
 public:
     using Form = privProperties::TextForm;
 
-    // The level is that of the collection within the one that is written.
+    // level: how many collections the written one is nested in.
     PropertyWriter(platform::Services& services, Form form, int level);
 
     std::u16string write(const KeyedItems& items);
@@ -22,13 +22,14 @@ public:
 private:
     enum class Child { attributes, properties };
 
-    void writeEntry(const privProperty& property);
-    void writeName(std::u16string_view name);
+    void writeEntry(const KeyedItems::Entry& entry);
+    void writeProperty(const privProperty& property);
     void writeChildren(const privProperty& property);
-    void writeValue(const privProperty& property);
+    void writeValue(const automation::Variant& value, std::int32_t encoding);
+    bool writeTyped(const automation::Variant& value);
     void writeObject(const automation::Variant& value);
-    void writeDate(automation::Date date);
-    void writeNumber(const automation::Variant& value, std::u16string_view suffix);
+    bool writeDate(automation::Date date);
+    bool writeNumber(const automation::Variant& value, std::u16string_view suffix);
     void writeText(std::u16string_view text, std::int32_t encoding);
     void writeSubstituted(std::u16string_view text);
     void writeBase64(std::u16string_view text);

@@ -45,14 +45,15 @@ std::optional<char16_t> substituteFor(std::u16string_view text) {
 }
 
 void appendSubstituted(std::u16string& target, std::u16string_view text, char16_t substitute) {
+    target += substitute;
     const std::size_t from = target.size();
     target += text;
     std::replace(target.begin() + static_cast<std::ptrdiff_t>(from), target.end(), u'"', substitute);
 }
 
-std::u16string withoutSubstitute(std::u16string_view text, char16_t substitute) {
-    std::u16string restored(text);
-    std::replace(restored.begin(), restored.end(), substitute, u'"');
+std::u16string withoutSubstitute(std::u16string_view substituted) {
+    std::u16string restored(substituted.substr(1));
+    std::replace(restored.begin(), restored.end(), substituted[0], u'"');
     return restored;
 }
 

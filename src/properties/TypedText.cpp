@@ -1,13 +1,12 @@
 #include "properties/TypedText.h"
 
+#include <algorithm>
 #include <limits>
-#include <optional>
 #include <string>
 
 #include "automation/Convert.h"
 #include "automation/NumberText.h"
 #include "automation/Portable.h"
-#include "text/Compare.h"
 
 namespace velmor {
 
@@ -15,20 +14,10 @@ using automation::Variant;
 
 namespace {
 
-constexpr std::size_t kDigitsThatFit = 9;
+constexpr std::size_t kLongestDate = 64;
 
-// The usual case, written alike everywhere: a sign and up to nine digits.
-std::optional<std::int32_t> plainInteger(std::u16string_view text) {
-    const bool negative = text.starts_with(u'-');
-    if (negative) text.remove_prefix(1);
-    if (text.empty() || text.size() > kDigitsThatFit) return std::nullopt;
-    std::int32_t value = 0;
-    for (const char16_t unit : text) {
-        if (unit < u'0' || unit > u'9') return std::nullopt;
-        value = value * 10 + (unit - u'0');
-    }
-    return negative ? -value : value;
-}
+namespace here = automation;
+namespace portable = automation::portable;
 
 bool isFraction(std::u16string_view number) {
     return number.find(u'.') != number.npos;
@@ -42,58 +31,37 @@ std::u16string withPoint(std::u16string_view number) {
     return text;
 }
 
-using Convert = std::optional<Variant> (*)(const Variant& number);
-
-// One conversion, as it is on every machine and as this machine has it.
-struct Conversion {
-    Convert portableForm, machineForm;
-};
-
-template <auto convert>
-std::optional<Variant> boxed(const Variant& number) {
-    const auto converted = convert(number);
-    return converted ? std::optional<Variant>(*converted) : std::nullopt;
-}
-
+// The number in a type; nothing if it does not fit. This machine is asked only about a text that is
+// no number elsewhere, since its decimal sign may be one of its own.
 template <auto portableForm, auto machineForm>
-constexpr Conversion conversion{boxed<portableForm>, boxed<machineForm>};
-
-namespace here = automation;
-namespace portable = automation::portable;
-constexpr Conversion kLong = conversion<portable::toLong, here::toLong>;
-constexpr Conversion kInteger = conversion<portable::toInteger, here::toInteger>;
-constexpr Conversion kSingle = conversion<portable::toSingle, here::toSingle>;
-constexpr Conversion kDouble = conversion<portable::toDouble, here::toDouble>;
-constexpr Conversion kCurrency = conversion<portable::toCurrency, here::toCurrency>;
-constexpr Conversion kDecimal = conversion<portable::toDecimal, here::toDecimal>;
-
-const Conversion& conversionTo(char16_t type, bool fraction, bool decimal) {
-    switch (type) {
-        case u'&':
-            return fraction ? kDouble : kLong;
-        case u'%':
-            return fraction ? kDouble : kInteger;
-        case u'!':
-            return decimal ? kDecimal : kSingle;
-        case u'$':
-            return kCurrency;
-        default:
-            return kDouble;
-    }
+std::optional<Variant> numberIn(const std::u16string& text) {
+    const Variant value(text);
+    auto number = portableForm(value);
+    if (!number && !portable::parseNumberText(text)) number = machineForm(value);
+    return number ? std::optional<Variant>(*number) : std::nullopt;
 }
 
-// The number in the type that the character asks for; nothing when it does not fit. This machine
-// is asked only about what is no number elsewhere: its decimal sign may be one of its own.
+constexpr auto kDouble = numberIn<portable::toDouble, here::toDouble>;
+
+// The number in the type that the character asks for.
 std::optional<Variant> suffixed(std::u16string_view body, char16_t type) {
-    if (const auto integer = type == u'&' ? plainInteger(body) : std::nullopt) return *integer;
     const bool decimal = type == u'!' && body.starts_with(u'!');
     if (decimal) body.remove_prefix(1);
     const std::u16string text = withPoint(body);
-    const Conversion& to = conversionTo(type, isFraction(text), decimal);
-    const Variant number(text);
-    auto value = to.portableForm(number);
-    if (!value && !portable::parseNumberText(text)) value = to.machineForm(number);
-    return value;
+    const bool fraction = isFraction(text);
+    switch (type) {
+        case u'&':
+            return fraction ? kDouble(text) : numberIn<portable::toLong, here::toLong>(text);
+        case u'%':
+            return fraction ? kDouble(text) : numberIn<portable::toInteger, here::toInteger>(text);
+        case u'!':
+            return decimal ? numberIn<portable::toDecimal, here::toDecimal>(text)
+                           : numberIn<portable::toSingle, here::toSingle>(text);
+        case u'$':
+            return numberIn<portable::toCurrency, here::toCurrency>(text);
+        default:
+            return kDouble(text);
+    }
 }
 
 // A "," may be the decimal sign or a thousands sign, unless a "." tells.
@@ -103,7 +71,14 @@ std::optional<Variant> untyped(std::u16string_view text) {
     const auto number = portable::parseNumber(text);
     if (!number || fraction) return number ? std::optional<Variant>(*number) : std::nullopt;
     if (*number >= std::numeric_limits<std::int32_t>::max()) return std::nullopt;
-    return boxed<portable::toLong>(Variant(text));
+    const auto whole = portable::toLong(Variant(text));
+    return whole ? std::optional<Variant>(*whole) : std::nullopt;
+}
+
+// The written form has a day and a month name.
+bool hasMonthName(std::u16string_view date) {
+    const std::size_t blank = date.find(u' ');
+    return blank != date.npos && blank + 1 < date.size() && date[blank + 1] >= u'A';
 }
 
 }  // namespace
@@ -121,12 +96,20 @@ Variant typedValue(std::u16string_view text) {
         case u'e':
             if (text == u"True" || text == u"False") value = text == u"True";
             break;
+        case u'L':
+            if (text == u"NUL") value = automation::Null{};
+            break;
         default:
-            if (const auto integer = plainInteger(text)) return *integer;
             value = untyped(text);
             break;
     }
     return value ? *std::move(value) : Variant(text);
+}
+
+std::optional<automation::Date> dateOfText(std::u16string_view text) {
+    if (text.size() > kLongestDate) return std::nullopt;
+    const auto date = hasMonthName(text) ? portable::parseDate(text) : std::nullopt;
+    return date ? date : here::parseDate(text);
 }
 
 }  // namespace velmor

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include "automation/Variant.h"
@@ -10,11 +11,16 @@ namespace velmor {
 //
 // A type character at the end asks for a type: "&" long, "%" integer, "!" single ("!" on both
 // sides: decimal), "#" double, "$" currency; with "&" and "%", a number with a decimal sign is a
-// double. One "." or one "," is the decimal sign; only what is no number then is read as this
-// machine writes numbers. Without a type character, a number with a "." is a double, and one below
-// 2147483647 (and not below -2147483648) a long; "," alone is no decimal sign there. True and False
-// (exact case) are booleans. Everything else is a text, spelled as it is: what is no number, and a
-// number that its type cannot hold.
+// double. One "." or one "," is the decimal sign; any other text is then read as this machine writes
+// numbers. Without a type character, a number with a "." is a double, and one below 2147483647 (and
+// not below -2147483648) a long; a "," alone is no decimal sign there. NUL is Null, True and False
+// are booleans (exact case). Every other text stays a text with its spelling, such as a number that
+// its type cannot hold.
 automation::Variant typedValue(std::u16string_view text);
+
+// The date between two "#". The written form, "5 Mar 2004 2:07:09 PM" in any case, is read alike on
+// every machine; any other text if this machine takes it for a date. Nothing for more than 64
+// characters, so a search for the second "#" may try each candidate.
+std::optional<automation::Date> dateOfText(std::u16string_view text);
 
 }  // namespace velmor

@@ -15,15 +15,16 @@ namespace velmor {
 class KeyedItems;
 class PropertyEnumerator;
 
-// An ordered, keyed collection of properties. Order of insertion is kept; a name may occur more
-// than once. Keys ignore case. Only the first property of a name carries the key; the others are
-// reached by index or enumeration, and the first one's Multiple is set. When the keyed one is
-// removed the key goes with it.
+// An ordered, keyed collection of properties. It keeps the order of insertion, and a name may occur
+// more than once. Keys ignore case. Only the first property of a name carries the key; the others
+// are reached by index or enumeration, and Multiple of the first is set. The key goes when the
+// property that carries it is removed.
 //
-// Members suppress errors: a missing name or index yields nothing, the default, or no action.
-// Looking a name up, adding and indexing cost constant time; Remove, Insert and Move may shift
-// references. A collection keeps its own children and, through them, possibly itself alive:
-// a host that stores a collection in itself has to remove it again.
+// Members suppress errors: a missing name or index yields nothing, the default, or no action. Lack
+// of memory raises 7. Looking a name up, adding and indexing take constant time; Remove, Insert and
+// Move may shift references. After Build, entries are only made into properties when they are asked
+// for. A collection keeps its children alive and, if it is stored in itself, itself: the host must
+// then remove it again.
 class privProperties final : public automation::Object {
 public:
     // Collections nested deeper, or in themselves, count as empty when they are written, sized
@@ -38,17 +39,33 @@ public:
     privProperties(const privProperties&) = delete;
     privProperties& operator=(const privProperties&) = delete;
 
-    // A found name with pbReplaceOriginal: the property takes the value. Else a new property at
-    // the end. Either way its Changed is False afterwards. Names are stored as given.
+    // With pbReplaceOriginal, a property of that name takes the value; otherwise a new property is
+    // added at the end. Either way its Changed is False afterwards. Names are stored as given.
     PropertyRef Add(std::u16string_view psName, automation::Variant pvValue, bool pbReplaceOriginal = false);
-    PropertyRef AddStr(std::u16string_view psName, std::u16string psValue, bool pbReplaceOriginal = false);
-    PropertyRef AddLng(std::u16string_view psName, std::int32_t plValue, bool pbReplaceOriginal = false);
-    PropertyRef AddDbl(std::u16string_view psName, double pdValue, bool pbReplaceOriginal = false);
-    PropertyRef AddSng(std::u16string_view psName, float pnValue, bool pbReplaceOriginal = false);
-    PropertyRef AddDate(std::u16string_view psName, automation::Date pdValue, bool pbReplaceOriginal = false);
-    PropertyRef AddBoolean(std::u16string_view psName, bool pbValue, bool pbReplaceOriginal = false);
-    PropertyRef AddInt(std::u16string_view psName, std::int16_t piValue, bool pbReplaceOriginal = false);
-    PropertyRef AddObject(std::u16string_view psName, automation::ObjectRef poValue, bool pbReplaceOriginal = false);
+    PropertyRef AddStr(std::u16string_view psName, std::u16string psValue, bool pbReplaceOriginal = false) {
+        return Add(psName, std::move(psValue), pbReplaceOriginal);
+    }
+    PropertyRef AddLng(std::u16string_view psName, std::int32_t plValue, bool pbReplaceOriginal = false) {
+        return Add(psName, plValue, pbReplaceOriginal);
+    }
+    PropertyRef AddDbl(std::u16string_view psName, double pdValue, bool pbReplaceOriginal = false) {
+        return Add(psName, pdValue, pbReplaceOriginal);
+    }
+    PropertyRef AddSng(std::u16string_view psName, float pnValue, bool pbReplaceOriginal = false) {
+        return Add(psName, pnValue, pbReplaceOriginal);
+    }
+    PropertyRef AddDate(std::u16string_view psName, automation::Date pdValue, bool pbReplaceOriginal = false) {
+        return Add(psName, pdValue, pbReplaceOriginal);
+    }
+    PropertyRef AddBoolean(std::u16string_view psName, bool pbValue, bool pbReplaceOriginal = false) {
+        return Add(psName, pbValue, pbReplaceOriginal);
+    }
+    PropertyRef AddInt(std::u16string_view psName, std::int16_t piValue, bool pbReplaceOriginal = false) {
+        return Add(psName, piValue, pbReplaceOriginal);
+    }
+    PropertyRef AddObject(std::u16string_view psName, automation::ObjectRef poValue, bool pbReplaceOriginal = false) {
+        return Add(psName, std::move(poValue), pbReplaceOriginal);
+    }
 
     // By text: the keyed property of that name, also for a text such as "1". By any other value:
     // the 1-based index. Null for an absent entry.
@@ -61,23 +78,23 @@ public:
     std::int32_t Count() const noexcept;
     void Remove(const automation::Variant& pvIndexKey);
 
-    // Steps through the properties in order and stays right while entries come and go. It keeps
-    // the entries that it was made for: RemoveAll, Sort and Build do not disturb it.
+    // Enumerates the properties in order, also while entries come and go. The enumerator keeps the
+    // entries that it was made for: RemoveAll, Sort and Build do not disturb it.
     std::shared_ptr<PropertyEnumerator> NewEnum() const;
 
-    // Adds a property with the default value when the name is absent. A default that was left out is empty.
+    // Adds a property with the default value if the name is absent. A missing default is empty.
     PropertyRef GetProperty(std::u16string_view psName, const automation::Variant& pvDefaultValue = {});
     automation::Variant GetValue(std::u16string_view psName, const automation::Variant& pvDefaultValue = {}) const;
     std::u16string GetValueStr(std::u16string_view psName, std::u16string_view psDefaultValue = {}) const;
-    // Takes the text out of the property's string builder; one is attached first when there is
-    // none, so that a property without a builder gives "".
+    // Takes the text out of the property's string builder. A property without a builder gets an
+    // empty one first, and so gives "".
     std::u16string GetValueStrCatDump(std::u16string_view psName, std::u16string_view psDefaultValue = {});
     std::int32_t GetValueLng(std::u16string_view psName, std::int32_t plDefaultValue = 0) const;
     std::int16_t GetValueInt(std::u16string_view psName, std::int16_t piDefaultValue = 0) const;
     double GetValueDbl(std::u16string_view psName, double pnDefaultValue = 0) const;
     float GetValueSng(std::u16string_view psName, float pnDefaultValue = 0) const;
     automation::Date GetValueDate(std::u16string_view psName, automation::Date pdDefaultValue = {}) const;
-    // Null when the property is there but holds no object.
+    // Null if the property exists but holds no object.
     automation::ObjectRef GetValueObject(std::u16string_view psName, automation::ObjectRef poDefault = {}) const;
     bool GetValueBoolean(std::u16string_view psName, bool pbDefaultValue = false) const;
 
@@ -151,19 +168,6 @@ public:
     std::int32_t Size() const;
     std::int32_t SizeStored() const;
 
-    // For the reader and the RTF engine. The internal adds clean the name and always make a new
-    // property; the others reuse a property of that name. Null builders are not allowed.
-
-    static std::u16string CleanName(std::u16string_view psName);
-    PropertyRef AddInternal(std::u16string_view psName, automation::Variant pvValue, std::int32_t plEncoding,
-                            bool pbUpperCaseName);
-    PropertyRef AddInternalString(std::u16string_view psName, std::u16string psValue, std::int32_t plEncoding,
-                                  bool pbUpperCaseName);
-    PropertyRef AddInternalObject(std::u16string_view psName, automation::ObjectRef poValue, std::int32_t plEncoding,
-                                  bool pbUpperCaseName);
-    PropertyRef AddStrRefInternal(std::u16string_view psName, const std::u16string& psValue);
-    PropertyRef AddStrCatInternal(std::u16string_view psName, std::shared_ptr<privStrCat> poBuilder);
-
     automation::Variant invoke(std::u16string_view name, automation::InvokeKind kind,
                                std::span<automation::Variant> arguments) override;
     std::u16string typeName() const override { return u"privProperties"; }
@@ -174,18 +178,15 @@ private:
     friend class PropertyWriter;
 
     enum class TextForm { stored, delimited, tagCommand, command };
-    // list: as stored, but unquoted values end as in a tag (EntryScanner::tagValueEnd).
+    // list: as stored, except that unquoted values end as in a tag (EntryScanner::tagValueEnd).
     enum class ReadForm { stored, list, tag };
 
-    static privProperty::Key propertyKey() noexcept { return {}; }
-    PropertyRef newProperty(automation::Date now) const;
-    // Puts a property that is complete at the end; marks the keyed one when the name is taken.
-    void append(const PropertyRef& property);
-    template <class Init>
-    PropertyRef addInternal(std::u16string_view psName, Init&& init);
-    PropertyRef add(std::u16string_view psName, automation::Variant value, bool pbReplaceOriginal);
     PropertyRef itemAt(const automation::Variant& pvIndexKey) const;
     std::size_t positionOf(const automation::Variant& pvIndexKey) const;
+    template <class Take>
+    void forEachMade(Take take) const;
+    template <class SizeOf>
+    std::int32_t sumOfSizes(SizeOf sizeOf) const;
     std::u16string text(TextForm form, int level) const;
     void read(std::u16string_view text, ReadForm form, bool append, std::u16string_view delimiter);
     bool save(TextForm form, std::u16string_view psFileName, std::u16string_view psPassword) const;

@@ -2,9 +2,9 @@
 
 #include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "automation/Object.h"
 #include "automation/Variant.h"
@@ -19,8 +19,8 @@ struct Services;
 }
 
 // One named, typed value of a collection, with time stamps, a changed flag, an encoding for the
-// text form and two child collections that are built when they are first read. Made by its
-// collection only; lives as long as somebody holds it, also after it left the collection.
+// text form and two child collections that are built when they are first read. Only a collection
+// makes properties. A property lives as long as somebody holds it, even after it left the collection.
 //
 // An attached string builder is the value: every getter, the writers, the sizes and sorting read
 // it, and every setter detaches it.
@@ -28,21 +28,22 @@ class privProperty final : public automation::Object {
 public:
     // Only a collection can make the key, so only a collection makes properties.
     class Key {
-        friend class privProperties;
+        friend class KeyedItems;
         Key() = default;
     };
-    // The value is the long 0. The services must outlive the property.
-    privProperty(Key, platform::Services& services, automation::Date now);
+    // The services must outlive the property.
+    privProperty(Key, platform::Services& services, std::u16string name, automation::Variant value,
+                 automation::Date now);
     ~privProperty() override;
     privProperty(const privProperty&) = delete;
     privProperty& operator=(const privProperty&) = delete;
 
-    const std::u16string& Name() const;
+    const std::u16string& Name() const noexcept { return name_; }
 
     automation::Variant Value() const;
     void Value(automation::Variant pvValue);  // let: modified = now, changed = True
     // The object form of the setter: modified = now, but changed stays as it was (on purpose).
-    // A value that is no object is let.
+    // For any other value it is the let form.
     void SetValue(automation::Variant poValue);
 
     std::int32_t ValueType() const;        // the automation type number; 9 for every object
@@ -59,55 +60,46 @@ public:
     std::int32_t Encoding() const noexcept { return encoding_; }
     void Encoding(std::int32_t plEncoding) noexcept;
 
-    // The child collections, built from their kept text on the first call; never null. The same
-    // collection is returned ever after.
+    // The child collections, built from their kept text on the first call; never null. Every call
+    // returns the same collection.
     std::shared_ptr<privProperties> Attributes();
     std::shared_ptr<privProperties> Properties();
 
     // Does nothing: a property cleans up when the last reference goes.
     void Dispose() noexcept {}
 
-    // Typed getters and setters. Getters never raise: what does not convert is 0, "" or False. Only a
-    // text that there is no memory to copy raises 7.
+    // Typed getters and setters. Getters give 0, "" or False for a value that does not convert, and
+    // raise nothing; only ValueStr and Value raise 7 if there is no memory for a copy of the text.
     // Setters store their type, set modified to now and changed to True.
     std::int32_t ValueLng() const;
-    void ValueLng(std::int32_t plValue);
+    void ValueLng(std::int32_t plValue) { Value(plValue); }
     std::u16string ValueStr() const;
-    void ValueStr(std::u16string psValue);
-    void SetValueStrRef(std::u16string_view psValue);
-    // Date 0 where the value is no date, number or text that the platform takes for a date.
+    void ValueStr(std::u16string psValue) { Value(std::move(psValue)); }
+    void SetValueStrRef(std::u16string_view psValue) { Value(psValue); }
+    // Date 0 unless the value is a date, a number or a text that the platform takes for a date.
     automation::Date ValueDate(std::int32_t plLocaleID = 0, std::int32_t plFlags = 0) const;
-    void ValueDateSet(automation::Date pdValue);
+    void ValueDateSet(automation::Date pdValue) { Value(pdValue); }
     // With an argument: whether the value equals it. Without: the truth test of ValueBoolean.
     bool ValueTrue(const automation::Variant& pvTrueValue = automation::Variant::missing()) const;
     bool ValueBoolean() const;
-    void ValueBoolean(bool pbValue);
+    void ValueBoolean(bool pbValue) { Value(pbValue); }
     double ValueDbl() const;
-    void ValueDbl(double pdValue);
+    void ValueDbl(double pdValue) { Value(pdValue); }
     float ValueSng() const;
-    void ValueSng(float pnValue);
+    void ValueSng(float pnValue) { Value(pnValue); }
     std::int16_t ValueInt() const;
-    void ValueInt(std::int16_t piValue);
+    void ValueInt(std::int16_t piValue) { Value(piValue); }
 
     // Estimate in bytes of the value alone; an integer counts 1, a long 2.
     std::int32_t Size() const;
     // Estimate of the characters in the text form, children included. Raises 6 on overflow.
     std::int32_t SizeStored();
 
-    // For the collection, the text form and the RTF engine.
+    // For the collection, the text form and the programs.
 
-    void InitValue(std::u16string psName, automation::Variant&& pvValue, std::int32_t plEncoding, bool pbMultiple,
-                   bool pbUpperCaseName);
-    void InitString(std::u16string psName, std::u16string psValue, std::int32_t plEncoding, bool pbMultiple,
-                    bool pbUpperCaseName);
-    // Keeps the name's spelling, whatever pbUpperCaseName says.
-    void InitObject(std::u16string psName, automation::ObjectRef poValue, std::int32_t plEncoding, bool pbMultiple,
-                    bool pbUpperCaseName);
-    // The quiet setters leave the time stamps and the changed flag alone.
-    void SetValueQuiet(automation::Variant&& pvValue);
-    void SetObjectQuiet(automation::ObjectRef poValue);
-    void SetValueStrQuietChanged(std::u16string psValue);
     void SetMultiple(bool pbMultiple) noexcept { multiple_ = pbMultiple; }
+    // Replaces the value and leaves the time stamps and the changed flag alone.
+    void SetValueQuiet(automation::Variant&& pvValue);
 
     // Whether there is anything in the child collection, built or not.
     bool HasAttributes() const;
@@ -119,23 +111,13 @@ public:
     void SetAttributesStored(std::u16string psText);
     void SetPropertiesStored(std::u16string psText);
 
-    // True when the text does not occur in the value, without regard to case.
-    bool ValueNotIn(std::u16string_view psText) const;
-
     // The attached builder; an empty one is attached first if needed.
     std::shared_ptr<privStrCat> StrCatValue();
-    void SetStrCatValue(std::shared_ptr<privStrCat> poBuilder);
 
-    // Name and value without a copy. They are valid until the property changes; the
-    // value is not current while a builder is attached.
-    std::u16string_view nameView() const noexcept { return name_; }
-    const automation::Variant& rawValue() const;
-    const std::shared_ptr<privStrCat>& builder() const noexcept {
-        static const std::shared_ptr<privStrCat> kNone;
-        return extras_ != nullptr ? extras_->builder : kNone;
-    }
-    // The value when it is a text, attached builders left out.
-    std::optional<std::u16string_view> plainText() const noexcept;
+    // The value without a copy, valid until the property changes. It is not current while a builder
+    // is attached.
+    const automation::Variant& rawValue() const noexcept { return value_; }
+    const privStrCat* builder() const noexcept { return extras_ != nullptr ? extras_->builder.get() : nullptr; }
 
     automation::Variant invoke(std::u16string_view name, automation::InvokeKind kind,
                                std::span<automation::Variant> arguments) override;
@@ -143,8 +125,6 @@ public:
 
 private:
     friend class privProperties;
-    friend class KeyedItems;
-    friend class PropertyReader;
     friend class PropertyWriter;
 
     // A child collection: its text until it is built, the collection from then on.
@@ -162,11 +142,6 @@ private:
         std::shared_ptr<privStrCat> builder;
     };
 
-    void SetName(std::u16string psName);
-    // Take texts that stay where they are for as long as the property lives.
-    void lendName(std::u16string_view name) noexcept { name_ = name; }
-    void lendText(std::u16string_view text) noexcept;
-    bool isLent() const noexcept { return lentText_.data() != nullptr; }
     void touch();
     Extras& extras();
     std::shared_ptr<privProperties> build(Child& child);
@@ -175,21 +150,14 @@ private:
     std::int32_t countChildren(int level);
 
     platform::Services& services_;
-    // A property made from a text has name and value beside it in its slab, until somebody asks
-    // for more than a look at them.
-    std::u16string_view name_;
-    mutable std::unique_ptr<const std::u16string> ownName_;
-    mutable automation::Variant value_;     // Empty while the text is lent
-    mutable std::u16string_view lentText_;  // none when it points nowhere
+    const std::u16string name_;
+    automation::Variant value_;
     std::unique_ptr<Extras> extras_;
     automation::Date created_;
     automation::Date modified_;
     std::uint8_t encoding_ = 0;
     bool multiple_ = false;
     bool changed_ = false;
-    // For the collection that it is in:
-    bool keyed_ = false;  // it carries the key of its name
-    std::uint32_t keyHash_ = 0;
 };
 
 using PropertyRef = std::shared_ptr<privProperty>;

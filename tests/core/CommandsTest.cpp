@@ -136,9 +136,7 @@ TEST(Commands, IncludeReadsFilesAndEntriesOfLists) {
 TEST(Commands, PrivateVariablesAreReadAndDumped) {
     TagTest on;
     on.last = std::make_shared<kvTag>(on.services);
-    const auto builder = std::make_shared<privStrCat>();
-    builder->Append(u"built");
-    on.last->privateVariables()->AddStrCatInternal(u"RTF1", builder);
+    on.last->privateVariables()->GetProperty(u"RTF1")->StrCatValue()->Append(u"built");
     on.last->Value(tagged(u"[PRIVVAR:rtf1:]|[PRIVSTRCATDUMP:rtf1:]|[PRIVVAR:RTF1:]"));
     EXPECT_EQ(on.last->Result(), u"built|built|");
 }

@@ -223,7 +223,7 @@ private:
         const PropertyRef property = to.AddStr(name, random_.text(kPieces, 7));
         // Without an encoding, a text with a terminator is written in one, which is read back.
         static constexpr std::int32_t kEncodings[] = {1, 2, 4, 8, 0};
-        const bool plain = property->ValueNotIn(u"\"") || property->ValueNotIn(u"\":");
+        const bool plain = property->ValueStr().find(u"\":") == std::u16string::npos;
         property->Encoding(kEncodings[random_.below(plain ? 5 : 4)]);
         return property;
     }
