@@ -35,9 +35,9 @@ std::optional<std::u16string> dateText(Date date);
 // to 9999.
 std::optional<std::u16string> storedDateText(Date date);
 
-inline constexpr std::array<std::u16string_view, 12> monthNames{
-    u"January", u"February", u"March",     u"April",   u"May",      u"June",
-    u"July",    u"August",   u"September", u"October", u"November", u"December"};
+inline constexpr std::array<std::u16string_view, 12> monthNames{u"January",   u"February", u"March",    u"April",
+                                                                u"May",       u"June",     u"July",     u"August",
+                                                                u"September", u"October",  u"November", u"December"};
 
 std::optional<bool> equalValues(const Variant& left, const Variant& right);
 

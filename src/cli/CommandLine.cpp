@@ -74,7 +74,7 @@ Examples:
   velmor log VelmorLog-20240305.log
   velmor log --json VelmorLog-20240305.log | jq '.entries[0]')";
 
-// The options as CLI11 sets them, before their conversion.
+// What CLI11 fills in.
 struct Raw {
     EvalOptions eval;
     CleanCommandOptions clean;
@@ -82,8 +82,7 @@ struct Raw {
     PropsOptions props;
     HandlersOptions listed;
     LogOptions log;
-    std::string includePath, registry, encoding;
-    std::vector<std::string> handlers;
+    platform::SystemOptions system;
 };
 
 std::string checkAssignment(const std::string& text) {
@@ -96,12 +95,6 @@ std::string checkEncoding(const std::string& text) {
     return known ? std::string() : "'" + text + "' is not auto, ansi or utf-8";
 }
 
-void addEncoding(CLI::App& command, std::string& encoding) {
-    command.add_option("--encoding", encoding, "How plain text and property files are encoded (default: auto)")
-        ->type_name("auto|ansi|utf-8")
-        ->check(CLI::Validator(checkEncoding, ""));
-}
-
 CLI::Option* addPasswordFile(CLI::App& command, std::string& name) {
     return command.add_option("--password-file", name, "Decipher the property file with this file's first line")
         ->type_name("FILE");
@@ -112,21 +105,36 @@ EncodingChoice encodingOf(const std::string& name) {
     return name == "ansi" ? EncodingChoice::ansi : EncodingChoice::automatic;
 }
 
+void addEncoding(CLI::App& command, EncodingChoice& encoding) {
+    const auto take = [&encoding](const std::string& name) { encoding = encodingOf(name); };
+    command
+        .add_option_function<std::string>("--encoding", take,
+                                          "How plain text and property files are encoded (default: auto)")
+        ->type_name("auto|ansi|utf-8")
+        ->check(CLI::Validator(checkEncoding, ""));
+}
+
 void addRegistry(CLI::App& command, Raw& raw) {
-    command.add_option("--registry", raw.registry, "The registry file (.reg)")->type_name("FILE");
+    const auto take = [&raw](const std::string& name) { raw.system.registryFile = fromUtf8(name); };
+    command.add_option_function<std::string>("--registry", take, "The registry file (.reg)")->type_name("FILE");
 }
 
 void addSystem(CLI::App& command, Raw& raw) {
     addRegistry(command, raw);
 #ifndef _WIN32
-    command.add_option("--handlers", raw.handlers, "A folder with handler libraries; may be repeated")
+    const auto take = [&raw](const std::vector<std::string>& folders) {
+        for (const auto& folder : folders) raw.system.handlerFolders.push_back(fromUtf8(folder));
+    };
+    command
+        .add_option_function<std::vector<std::string>>("--handlers", take,
+                                                       "A folder with handler libraries; may be repeated")
         ->type_name("DIR")
         ->allow_extra_args(false)
         ->take_all();
 #endif
 }
 
-CLI::App* addEval(CLI::App& app, Raw& raw) {
+void addEval(CLI::App& app, Raw& raw, Command& chosen) {
     CLI::App* command = app.add_subcommand("eval", "Evaluate a template");
     command->add_option("TEMPLATE", raw.eval.input, "The template; - or nothing: standard input")->type_name("");
     command->add_option("-o,--output", raw.eval.output, "Write the result to this file, whole or not at all")
@@ -139,16 +147,16 @@ CLI::App* addEval(CLI::App& app, Raw& raw) {
     command->add_option("--properties", raw.eval.propertyFile, "Read properties from this property file")
         ->type_name("FILE");
     addPasswordFile(*command, raw.eval.passwordFile)->needs("--properties");
-    command->add_option("--include-path", raw.includePath, "The folder of included files (the property \"Path\")")
+    command->add_option("--include-path", raw.eval.includePath, "The folder of included files (the property \"Path\")")
         ->type_name("DIR");
     command->add_flag("--exact", raw.eval.exact, "Include RTF exactly as the component does, without its tolerance");
-    addEncoding(*command, raw.encoding);
+    addEncoding(*command, raw.eval.encoding);
     addSystem(*command, raw);
     command->footer(evalFooter);
-    return command;
+    command->final_callback([&raw, &chosen] { chosen = raw.eval; });
 }
 
-CLI::App* addClean(CLI::App& app, Raw& raw) {
+void addClean(CLI::App& app, Raw& raw, Command& chosen) {
     CLI::App* command = app.add_subcommand("clean", "Make one clean RTF document of RTF documents");
     command->add_option("FILE", raw.clean.inputs, "RTF files; -: standard input. Several are joined in this order")
         ->type_name("")
@@ -160,44 +168,44 @@ CLI::App* addClean(CLI::App& app, Raw& raw) {
     command->add_flag("--exact", raw.clean.exact, "Clean exactly as the component does, without its tolerance");
     addRegistry(*command, raw);
     command->footer(cleanFooter);
-    return command;
+    command->final_callback([&raw, &chosen] { chosen = raw.clean; });
 }
 
-CLI::App* addTags(CLI::App& app, Raw& raw) {
+void addTags(CLI::App& app, Raw& raw, Command& chosen) {
     CLI::App* command = app.add_subcommand("tags", "List the tags of a template");
     command->add_option("TEMPLATE", raw.tags.input, "The template; - or nothing: standard input")->type_name("");
     command->add_flag("--json", raw.tags.json, "As JSON");
-    addEncoding(*command, raw.encoding);
+    addEncoding(*command, raw.tags.encoding);
     command->footer(tagsFooter);
-    return command;
+    command->final_callback([&raw, &chosen] { chosen = raw.tags; });
 }
 
-CLI::App* addProps(CLI::App& app, Raw& raw) {
+void addProps(CLI::App& app, Raw& raw, Command& chosen) {
     CLI::App* command = app.add_subcommand("props", "List a property file");
     command->add_option("FILE", raw.props.file.name, "The property file; -: standard input")->type_name("")->required();
     addPasswordFile(*command, raw.props.file.passwordFile);
     command->add_flag("--json", raw.props.json, "As JSON");
-    addEncoding(*command, raw.encoding);
+    addEncoding(*command, raw.props.file.encoding);
     command->footer(propsFooter);
-    return command;
+    command->final_callback([&raw, &chosen] { chosen = raw.props; });
 }
 
-CLI::App* addHandlers(CLI::App& app, Raw& raw) {
+void addHandlers(CLI::App& app, Raw& raw, Command& chosen) {
     CLI::App* command = app.add_subcommand("handlers", "List the registered handlers and their commands");
     command->add_option("NAME", raw.listed.name, "Only this handler")->type_name("");
     command->add_flag("--all", raw.listed.all, "Hidden handlers as well");
     command->add_flag("--json", raw.listed.json, "As JSON");
     addSystem(*command, raw);
     command->footer(handlersFooter);
-    return command;
+    command->final_callback([&raw, &chosen] { chosen = raw.listed; });
 }
 
-CLI::App* addLog(CLI::App& app, Raw& raw) {
+void addLog(CLI::App& app, Raw& raw, Command& chosen) {
     CLI::App* command = app.add_subcommand("log", "Sum up a day's timing log");
     command->add_option("FILE", raw.log.input, "The log; -: standard input")->type_name("")->required();
     command->add_flag("--json", raw.log.json, "As JSON");
     command->footer(logFooter);
-    return command;
+    command->final_callback([&raw, &chosen] { chosen = raw.log; });
 }
 
 // In the order of CLI11, last argument first.
@@ -246,37 +254,15 @@ std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& argu
     app.require_subcommand(1);
     app.footer(programFooter);
     Raw raw;
-    const CLI::App* eval = addEval(app, raw);
-    const CLI::App* clean = addClean(app, raw);
-    addTags(app, raw);
-    const CLI::App* props = addProps(app, raw);
-    const CLI::App* handlers = addHandlers(app, raw);
-    const CLI::App* log = addLog(app, raw);
+    Command chosen;
+    for (const auto add : {addEval, addClean, addTags, addProps, addHandlers, addLog}) add(app, raw, chosen);
     try {
         app.parse(withoutHelpCommand(app, decodedBackwards(arguments)));
     } catch (const CLI::ParseError& outcome) {
         answer(app, outcome);
         return std::nullopt;
     }
-    raw.eval.encoding = raw.tags.encoding = raw.props.file.encoding = encodingOf(raw.encoding);
-    CommandLine result;
-    if (eval->count("--include-path") > 0) raw.eval.includePath = raw.includePath;
-    if (eval->parsed()) {
-        result.command = raw.eval;
-    } else if (clean->parsed()) {
-        result.command = raw.clean;
-    } else if (props->parsed()) {
-        result.command = raw.props;
-    } else if (handlers->parsed()) {
-        result.command = raw.listed;
-    } else if (log->parsed()) {
-        result.command = raw.log;
-    } else {
-        result.command = raw.tags;
-    }
-    result.system.registryFile = fromUtf8(raw.registry);
-    for (const auto& folder : raw.handlers) result.system.handlerFolders.push_back(fromUtf8(folder));
-    return result;
+    return CommandLine{std::move(chosen), std::move(raw.system)};
 }
 
 }  // namespace velmor::cli

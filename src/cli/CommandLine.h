@@ -15,8 +15,10 @@
 
 namespace velmor::cli {
 
+using Command = std::variant<EvalOptions, CleanCommandOptions, TagsOptions, PropsOptions, HandlersOptions, LogOptions>;
+
 struct CommandLine {
-    std::variant<EvalOptions, CleanCommandOptions, TagsOptions, PropsOptions, HandlersOptions, LogOptions> command;
+    Command command;
     platform::SystemOptions system;
 };
 

@@ -22,14 +22,8 @@ bool isRtf(std::string_view bytes) {
     return bytes.starts_with("{\\rtf");
 }
 
-// Nothing when encoding the text again would give other bytes.
-std::optional<std::u16string> fromStrictUtf8(std::string_view bytes) {
-    std::u16string text = fromUtf8(bytes);
-    return toUtf8(text) == bytes ? std::optional(std::move(text)) : std::nullopt;
-}
-
 std::u16string decodeUtf8(std::string_view bytes, const std::string& name) {
-    if (auto text = fromStrictUtf8(bytes)) return *std::move(text);
+    if (auto text = textOfUtf8(bytes)) return *std::move(text);
     throw Failure(exitFile, name + " is not UTF-8 text");
 }
 
@@ -52,7 +46,7 @@ Document decodeMarkedOr(std::string_view bytes, EncodingChoice choice, const std
     if (marked == TextEncoding::utf16BigEndian) return {decodeUtf16(bytes, true, name), *marked};
     if (marked || choice == EncodingChoice::utf8) return {decodeUtf8(bytes, name), TextEncoding::utf8};
     if (choice == EncodingChoice::automatic && !isAscii(bytes)) {
-        if (auto text = fromStrictUtf8(bytes)) return {*std::move(text), TextEncoding::utf8};
+        if (auto text = textOfUtf8(bytes)) return {*std::move(text), TextEncoding::utf8};
     }
     return {fromAnsi(bytes), TextEncoding::ansi};
 }
@@ -67,7 +61,7 @@ std::u16string decodeText(std::string_view bytes, EncodingChoice choice, const s
 
 std::u16string decodeIncluded(std::string_view bytes) {
     if (!isRtf(bytes) && !isAscii(bytes) && !markedEncoding(bytes)) {
-        if (auto text = fromStrictUtf8(bytes)) return *std::move(text);
+        if (auto text = textOfUtf8(bytes)) return *std::move(text);
     }
     return decodeTextFile(bytes);
 }

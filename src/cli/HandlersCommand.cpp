@@ -1,9 +1,8 @@
 #include "cli/HandlersCommand.h"
 
-#include <nlohmann/json.hpp>
-
 #include "cli/Failure.h"
 #include "cli/HandlerCatalogue.h"
+#include "cli/JsonText.h"
 #include "cli/LineText.h"
 #include "cli/Streams.h"
 #include "text/Compare.h"
@@ -11,8 +10,6 @@
 
 namespace velmor::cli {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 constexpr std::size_t kLongestName = 200;
 
@@ -52,15 +49,14 @@ Json commandJson(const HandlerCommand& command) {
             {"parameters", std::move(parameters)}};
 }
 
-std::string handlerJson(const HandlerEntry& handler) {
+Json handlerJson(const HandlerEntry& handler) {
     Json commands = Json::array();
     for (const HandlerCommand& command : handler.commands) commands.push_back(commandJson(command));
-    const Json json = {{"name", toUtf8(handler.name)},
-                       {"class", toUtf8(handler.className)},
-                       {"builtIn", handler.builtIn},
-                       {"available", handler.failure.empty()},
-                       {"commands", std::move(commands)}};
-    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
+    return {{"name", toUtf8(handler.name)},
+            {"class", toUtf8(handler.className)},
+            {"builtIn", handler.builtIn},
+            {"available", handler.failure.empty()},
+            {"commands", std::move(commands)}};
 }
 
 std::string listText(const std::vector<HandlerEntry>& handlers) {
@@ -69,15 +65,10 @@ std::string listText(const std::vector<HandlerEntry>& handlers) {
     return text;
 }
 
-// A line for each handler.
 std::string listJson(const std::vector<HandlerEntry>& handlers) {
-    std::string text = "{\"handlers\": [";
-    const char* separator = "\n";
-    for (const HandlerEntry& handler : handlers) {
-        text += separator + handlerJson(handler);
-        separator = ",\n";
-    }
-    return text + "]}\n";
+    JsonList list("handlers");
+    for (const HandlerEntry& handler : handlers) list.add(handlerJson(handler));
+    return std::move(list).text();
 }
 
 }  // namespace

@@ -6,8 +6,11 @@
 #include <langinfo.h>
 #include <locale.h>
 
+#include <algorithm>
+#include <cuchar>
 #include <cwchar>
 #include <string_view>
+#include <utility>
 #endif
 
 namespace velmor::cli {
@@ -41,35 +44,27 @@ public:
         return name == "UTF-8" || name == "ANSI_X3.4-1968";
     }
 
-    std::optional<std::wstring> decode(const std::string& text) const {
+    // Nothing if the text is not in the locale's encoding.
+    std::optional<std::u16string> decode(std::string_view text) const {
+        constexpr auto noCharacter = static_cast<std::size_t>(-2);
         const locale_t before = uselocale(locale_);
-        std::wstring characters(text.size(), L'\0');
-        const char* rest = text.c_str();
+        std::u16string decoded;
         std::mbstate_t state{};
-        const std::size_t count = std::mbsrtowcs(characters.data(), &rest, characters.size(), &state);
+        std::size_t size = 0;
+        while (size < noCharacter && (!text.empty() || std::mbsinit(&state) == 0)) {
+            char16_t unit = 0;
+            size = std::mbrtoc16(&unit, text.data(), text.size(), &state);
+            decoded += unit;
+            // The second unit of a character takes no bytes.
+            if (size <= text.size()) text.remove_prefix(std::max<std::size_t>(size, 1));
+        }
         uselocale(before);
-        if (count == static_cast<std::size_t>(-1)) return std::nullopt;
-        characters.resize(count);
-        return characters;
+        return size < noCharacter ? std::optional(std::move(decoded)) : std::nullopt;
     }
 
 private:
     locale_t locale_;
 };
-
-std::u16string toUtf16(std::wstring_view characters) {
-    std::u16string text;
-    for (const auto character : characters) {
-        const auto code = static_cast<char32_t>(character);
-        if (code < 0x10000) {
-            text += static_cast<char16_t>(code);
-        } else {
-            text += static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10));
-            text += static_cast<char16_t>(0xDC00 + (code & 0x3FF));
-        }
-    }
-    return text;
-}
 
 }  // namespace
 
@@ -79,11 +74,8 @@ TextEncoding localeEncoding() {
 
 std::optional<std::string> argumentText(const std::string& argument) {
     const UserLocale locale;
-    if (locale.isUtf8()) {
-        return toUtf8(fromUtf8(argument)) == argument ? std::optional(argument) : std::nullopt;
-    }
-    const auto characters = locale.decode(argument);
-    return characters ? std::optional(toUtf8(toUtf16(*characters))) : std::nullopt;
+    const auto text = locale.isUtf8() ? textOfUtf8(argument) : locale.decode(argument);
+    return text ? std::optional(toUtf8(*text)) : std::nullopt;
 }
 
 #endif

@@ -1,8 +1,8 @@
 #include "cli/LogCommand.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 
+#include "cli/JsonText.h"
 #include "cli/LineText.h"
 #include "cli/Streams.h"
 #include "cli/TimingSummary.h"
@@ -11,8 +11,6 @@
 
 namespace velmor::cli {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 constexpr std::size_t kLongestHandler = 40;
 
@@ -49,19 +47,16 @@ std::string summaryText(const TimingSummary& summary) {
 
 std::string summaryJson(const TimingSummary& summary) {
     constexpr double thousand = 1000;
-    std::string text = "{\"entries\": [";
-    const char* separator = "\n";
+    JsonList list("entries");
     for (const TimingEntry& entry : summary.entries) {
-        const Json json = {{"stage", toUtf8(entry.stage)},
-                           {"handler", toUtf8(entry.handler)},
-                           {"calls", entry.calls},
-                           {"total", static_cast<double>(entry.total) / thousand},
-                           {"mean", static_cast<double>(entry.total) / thousand / static_cast<double>(entry.calls)},
-                           {"slowest", static_cast<double>(entry.slowest) / thousand}};
-        text += separator + json.dump(-1, ' ', false, Json::error_handler_t::replace);
-        separator = ",\n";
+        list.add({{"stage", toUtf8(entry.stage)},
+                  {"handler", toUtf8(entry.handler)},
+                  {"calls", entry.calls},
+                  {"total", static_cast<double>(entry.total) / thousand},
+                  {"mean", static_cast<double>(entry.total) / thousand / static_cast<double>(entry.calls)},
+                  {"slowest", static_cast<double>(entry.slowest) / thousand}});
     }
-    return text + "],\n\"unread\": " + std::to_string(summary.unread) + "}\n";
+    return std::move(list).text(",\n\"unread\": " + std::to_string(summary.unread));
 }
 
 }  // namespace

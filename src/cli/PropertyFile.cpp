@@ -18,12 +18,16 @@ std::u16string readPassword(const platform::Files& files, const std::string& nam
 }
 
 // Catches files of another kind, such as JSON or RTF, which would be read as names without values.
-void requireProperties(std::u16string_view text, const std::string& name) {
+void requireProperties(std::u16string_view text, const privProperties& properties, const std::string& name) {
+    const auto refuse = [&](std::int32_t entry) {
+        throw Failure(exitFile, name + " is not a property file: entry " + std::to_string(entry) +
+                                    " does not begin with name=value:");
+    };
     const auto first = text.find_first_not_of(u" \t\r\n\0"sv);
-    if (first == text.npos) return;
     const auto end = text.find_first_of(u"=:<\r\n{[\"", first);
-    if (end == text.npos || end == first || (text[end] != u'=' && text[end] != u':')) {
-        throw Failure(exitFile, name + " is not a property file: it does not begin with name=value:");
+    if (first != text.npos && (end == text.npos || end == first || (text[end] != u'=' && text[end] != u':'))) refuse(1);
+    for (std::int32_t entry = 1; entry <= properties.Count(); ++entry) {
+        if (properties.Item(entry)->Name().find_first_of(u"\r\n") != text.npos) refuse(entry);
     }
 }
 
@@ -34,9 +38,8 @@ void readPropertyFile(privProperties& into, const platform::Files& files, const 
     const std::u16string text = decodeText(readAll(files, file.name), file.encoding, name);
     if (file.passwordFile.empty()) {
         if (isEnciphered(text)) throw Failure(exitFile, name + " is enciphered; use --password-file");
-        requireProperties(text, name);
         into.Build(text);
-        return;
+        return requireProperties(text, into, name);
     }
     if (!isEnciphered(text)) throw Failure(exitFile, name + " is not enciphered; omit --password-file");
     const auto deciphered = textFromEnciphered(text, readPassword(files, file.passwordFile));

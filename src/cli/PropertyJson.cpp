@@ -1,6 +1,5 @@
-#include <nlohmann/json.hpp>
-
 #include "automation/Portable.h"
+#include "cli/JsonText.h"
 #include "cli/PropertyListing.h"
 #include "cli/PropertyValue.h"
 #include "properties/PropertyEnumerator.h"
@@ -10,24 +9,16 @@ namespace velmor::cli {
 namespace {
 
 using automation::Variant;
-using Json = nlohmann::ordered_json;
 
 class Writer {
 public:
     explicit Writer(platform::Services& services) : services_(services) {}
 
     PropertyListing write(const privProperties& collection) {
-        PropertyListing listing;
-        listing.text = "{\"properties\": [";
-        const char* separator = "\n";
+        JsonList list("properties");
         const auto each = collection.NewEnum();
-        while (const PropertyRef property = each->next()) {
-            listing.text += separator + entry(*property, 0).dump(-1, ' ', false, Json::error_handler_t::replace);
-            separator = ",\n";
-        }
-        listing.text += "]}\n";
-        listing.complete = complete_;
-        return listing;
+        while (const PropertyRef property = each->next()) list.add(entry(*property, 0));
+        return {std::move(list).text(), complete_};
     }
 
 private:

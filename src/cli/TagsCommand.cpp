@@ -1,8 +1,7 @@
 #include "cli/TagsCommand.h"
 
-#include <nlohmann/json.hpp>
-
 #include "automation/Convert.h"
+#include "cli/JsonText.h"
 #include "cli/LineText.h"
 #include "cli/Streams.h"
 #include "cli/TagTree.h"
@@ -12,7 +11,6 @@ namespace velmor::cli {
 namespace {
 
 using automation::Variant;
-using Json = nlohmann::ordered_json;
 
 Json valueJson(const Variant& value) {
     if (const auto* number = value.get<std::int32_t>()) return *number;
@@ -21,11 +19,6 @@ Json valueJson(const Variant& value) {
     if (const auto* flag = value.get<bool>()) return *flag;
     if (value.get<automation::Null>()) return nullptr;
     return toUtf8(automation::toText(value).value_or(u""));
-}
-
-// JSON cannot represent a lone surrogate: it becomes U+FFFD.
-std::string dump(const Json& json) {
-    return json.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 // One line for each top-level tag.
@@ -37,7 +30,7 @@ public:
         print(isFirst_ ? "" : ",");
         if (depth_++ == 0) print("\n");
         isFirst_ = true;
-        std::string json = dump(withoutTags(tag));
+        std::string json = jsonText(withoutTags(tag));
         json.back() = ',';
         print(json + "\"tags\":[");
     }
@@ -49,7 +42,8 @@ public:
     }
 
     void end(const UnvisitedTags& unvisited) {
-        print("],\n\"unclosed\": " + dump(unvisited.unclosed) + ",\n\"tooDeep\": " + dump(unvisited.tooDeep) + "}\n");
+        print("],\n\"unclosed\": " + jsonText(unvisited.unclosed) + ",\n\"tooDeep\": " + jsonText(unvisited.tooDeep) +
+              "}\n");
     }
 
 private:

@@ -44,9 +44,8 @@ std::vector<std::u16string> merged(std::vector<std::u16string> first, std::vecto
 }  // namespace
 
 RegistryFile::RegistryFile(std::string_view bytes) {
-    warnings_ = runRegistryScript(bytes, [this](std::u16string& key) -> RegistryTree& {
-        return takeNarrowPart(key) ? narrow_ : wide_;
-    });
+    warnings_ = runRegistryScript(
+        bytes, [this](std::u16string& key) -> RegistryTree& { return takeNarrowPart(key) ? narrow_ : wide_; });
 }
 
 std::optional<std::u16string> RegistryFile::value(std::u16string_view key, std::u16string_view name) const {

@@ -21,10 +21,10 @@ struct TypeSize {
     std::int32_t size, stored;
 };
 constexpr TypeSize kTypeSizes[] = {
-    {VariantType::null, 0, 5},          {VariantType::integer, 1, 9},   {VariantType::byte, 1, 0},
-    {VariantType::longInteger, 2, 14},  {VariantType::boolean, 2, 7},   {VariantType::single, 4, 16},
-    {VariantType::doubleFloat, 8, 24},  {VariantType::currency, 8, 24}, {VariantType::date, 8, 25},
-    {VariantType::decimal, 8, 21},      {VariantType::object, 32, 0},
+    {VariantType::null, 0, 5},         {VariantType::integer, 1, 9},   {VariantType::byte, 1, 0},
+    {VariantType::longInteger, 2, 14}, {VariantType::boolean, 2, 7},   {VariantType::single, 4, 16},
+    {VariantType::doubleFloat, 8, 24}, {VariantType::currency, 8, 24}, {VariantType::date, 8, 25},
+    {VariantType::decimal, 8, 21},     {VariantType::object, 32, 0},
 };
 
 TypeSize sizeOf(VariantType type) {
