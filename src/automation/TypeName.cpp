@@ -4,43 +4,25 @@ namespace velmor::automation {
 
 namespace {
 
+struct TypeName {
+    VariantType type;
+    const char16_t* name;
+};
+constexpr TypeName kTypeNames[] = {
+    {VariantType::empty, u"Empty"},       {VariantType::null, u"Null"},
+    {VariantType::integer, u"Integer"},   {VariantType::longInteger, u"Long"},
+    {VariantType::single, u"Single"},     {VariantType::doubleFloat, u"Double"},
+    {VariantType::currency, u"Currency"}, {VariantType::date, u"Date"},
+    {VariantType::string, u"String"},     {VariantType::object, u"Object"},
+    {VariantType::error, u"Error"},       {VariantType::boolean, u"Boolean"},
+    {VariantType::variant, u"Variant"},   {VariantType::dataObject, u"Unknown"},
+    {VariantType::decimal, u"Decimal"},   {VariantType::byte, u"Byte"},
+    {VariantType::array, u"Variant"},     {VariantType::userDefined, u"UserDefined"},
+};
+
 std::u16string plainTypeName(VariantType type) {
-    switch (type) {
-        case VariantType::empty:
-            return u"Empty";
-        case VariantType::null:
-            return u"Null";
-        case VariantType::integer:
-            return u"Integer";
-        case VariantType::longInteger:
-            return u"Long";
-        case VariantType::single:
-            return u"Single";
-        case VariantType::doubleFloat:
-            return u"Double";
-        case VariantType::currency:
-            return u"Currency";
-        case VariantType::date:
-            return u"Date";
-        case VariantType::string:
-            return u"String";
-        case VariantType::object:
-            return u"Object";
-        case VariantType::error:
-            return u"Error";
-        case VariantType::boolean:
-            return u"Boolean";
-        case VariantType::variant:
-        case VariantType::array:
-            return u"Variant";
-        case VariantType::dataObject:
-            return u"Unknown";
-        case VariantType::decimal:
-            return u"Decimal";
-        case VariantType::byte:
-            return u"Byte";
-        case VariantType::userDefined:
-            return u"UserDefined";
+    for (const TypeName& each : kTypeNames) {
+        if (each.type == type) return each.name;
     }
     return u"Variant";
 }

@@ -22,14 +22,6 @@ std::optional<std::u16string> textOfFile(const platform::Files& files, std::u16s
 
 }  // namespace
 
-bool privProperties::SaveFile(std::u16string_view psFileName, std::u16string_view psPassword) const {
-    return save(TextForm::stored, psFileName, psPassword);
-}
-
-bool privProperties::SaveToFile(std::u16string_view psFileName, std::u16string_view psPassword) const {
-    return save(TextForm::delimited, psFileName, psPassword);
-}
-
 bool privProperties::save(TextForm form, std::u16string_view psFileName, std::u16string_view psPassword) const {
     try {
         std::u16string content = text(form, 0);

@@ -74,8 +74,8 @@ std::optional<std::u16string> textOfChild(std::u16string_view content) {
 
 }  // namespace
 
-PropertyReader::PropertyReader(KeyedItems& items, platform::Services& services, Limits limits)
-    : items_(items), services_(services), limits_(limits), now_(services.clock.now()) {}
+PropertyReader::PropertyReader(KeyedItems& items, platform::Services& services, std::size_t& decompressed)
+    : items_(items), services_(services), decompressed_(decompressed), now_(services.clock.now()) {}
 
 void PropertyReader::read(std::u16string_view text, Form form, std::u16string_view delimiter) {
     form_ = form;
@@ -156,7 +156,7 @@ bool PropertyReader::addDecoded(Name name, std::u16string_view marker, std::u16s
         text = textOfHexadecimal(content);
     } else if (marker == u"~GZ\"") {
         encoding = 4;
-        text = textOfCompressed(content, limits_.decompressed);
+        text = textOfCompressed(content, decompressed_);
     } else if (marker == u"~CE\"" && isSubstituted(content)) {
         addSpan(name, content, Spelling::substituted);
         return true;
@@ -191,13 +191,12 @@ ObjectRef PropertyReader::pictureOf(std::u16string_view content) const {
     return bytes ? LoadPictureFromText(services_, *bytes) : nullptr;
 }
 
+// Base64 makes each level a third longer, so no text that fits in memory nests deep.
 ObjectRef PropertyReader::collectionOf(std::u16string_view content) const {
-    if (limits_.level >= privProperties::maximumNesting) return nullptr;
     const auto text = textOfBase64(content);
     if (!text) return nullptr;
     const auto collection = std::make_shared<privProperties>(services_);
-    PropertyReader(*collection->items_, services_, {limits_.level + 1, limits_.decompressed})
-        .read(*text, Form::stored, u":");
+    PropertyReader(*collection->items_, services_, decompressed_).read(*text, Form::stored, u":");
     return collection;
 }
 

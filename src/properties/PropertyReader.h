@@ -14,12 +14,8 @@ namespace velmor {
 // raw. Decoding takes 256 MB at most. Only lack of memory raises an error.
 class PropertyReader {
 public:
-    // For a text and the collections in its values together.
-    struct Limits {
-        int level;                  // how many collections the text is nested in
-        std::size_t& decompressed;  // bytes that compressed values may still give
-    };
-    PropertyReader(KeyedItems& items, platform::Services& services, Limits limits);
+    // decompressed: bytes that compressed values may still give, here and in the collections in values.
+    PropertyReader(KeyedItems& items, platform::Services& services, std::size_t& decompressed);
 
     using Form = privProperties::ReadForm;
     void read(std::u16string_view text, Form form, std::u16string_view delimiter);
@@ -49,7 +45,7 @@ private:
 
     KeyedItems& items_;
     platform::Services& services_;
-    const Limits limits_;
+    std::size_t& decompressed_;
     const automation::Date now_;
     const KeyedItems::Source* source_ = nullptr;
     Form form_ = Form::stored;

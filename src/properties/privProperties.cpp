@@ -127,44 +127,9 @@ std::u16string privProperties::text(TextForm form, int level) const {
     return visit ? PropertyWriter(services_, form, level).write(*items_) : std::u16string();
 }
 
-std::u16string privProperties::Stored() const {
-    return text(TextForm::stored, 0);
-}
-
-std::u16string privProperties::Delimited() const {
-    return text(TextForm::delimited, 0);
-}
-
-std::u16string privProperties::TagCommand() const {
-    return text(TextForm::tagCommand, 0);
-}
-
-std::u16string privProperties::Command() const {
-    return text(TextForm::command, 0);
-}
-
-void privProperties::Build(std::u16string_view psString, bool pbAppendValues, bool pbTagString,
-                           std::u16string_view psDelimiter) {
-    BuildInternal(psString, pbAppendValues, pbTagString, psDelimiter);
-}
-
-void privProperties::BuildByVal(std::u16string_view psString, bool pbAppendValues, bool pbTagString,
-                                std::u16string_view psDelimiter) {
-    BuildInternal(psString, pbAppendValues, pbTagString, psDelimiter);
-}
-
-void privProperties::BuildByDelimited(std::u16string_view psString, bool pbAppendValues, bool pbTagString,
-                                      std::u16string_view psDelimiter) {
-    BuildInternal(psString, pbAppendValues, pbTagString, psDelimiter);
-}
-
 void privProperties::BuildInternal(std::u16string_view psString, bool pbAppendValues, bool pbTagString,
                                    std::u16string_view psDelimiter) {
     read(psString, pbTagString ? ReadForm::tag : ReadForm::stored, pbAppendValues, psDelimiter);
-}
-
-void privProperties::BuildList(std::u16string_view psString) {
-    read(psString, ReadForm::list, false, u":");
 }
 
 void privProperties::read(std::u16string_view text, ReadForm form, bool append, std::u16string_view delimiter) {
@@ -173,7 +138,7 @@ void privProperties::read(std::u16string_view text, ReadForm form, bool append, 
     try {
         std::size_t ownAllowance = decodingLimit;
         std::size_t& decompressed = decodingAllowance != nullptr ? *decodingAllowance : ownAllowance;
-        PropertyReader(*items_, services_, {0, decompressed}).read(text, form, delimiter.empty() ? u":" : delimiter);
+        PropertyReader(*items_, services_, decompressed).read(text, form, delimiter.empty() ? u":" : delimiter);
     } catch (...) {
         items_ = old;
         throw;
@@ -231,10 +196,6 @@ std::int32_t privProperties::GetPropertyIndex(std::u16string_view psName) const 
     return 0;
 }
 
-std::int32_t privProperties::CountTotal() const {
-    return countTotal(0);
-}
-
 std::int32_t privProperties::countTotal(int level) const {
     const Visit visit(*this, level);
     if (!visit) return 0;
@@ -256,10 +217,6 @@ std::int32_t privProperties::sumOfSizes(SizeOf sizeOf) const {
 
 std::int32_t privProperties::Size() const {
     return sumOfSizes([](const privProperty& property) { return property.Size(); });
-}
-
-std::int32_t privProperties::SizeStored() const {
-    return sizeStored(0);
 }
 
 std::int32_t privProperties::sizeStored(int level) const {

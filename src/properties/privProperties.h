@@ -103,10 +103,10 @@ public:
     // name and ">" and a long 0 as its name alone, Command is its delimited partner.
     // Cost: linear in the text. Text beyond 2^30 - 1 characters raises 7; so does a collection within
     // another one whose own text is longer than maximumNestedLength and has to be encoded.
-    std::u16string Stored() const;
-    std::u16string Delimited() const;
-    std::u16string TagCommand() const;
-    std::u16string Command() const;
+    std::u16string Stored() const { return text(TextForm::stored, 0); }
+    std::u16string Delimited() const { return text(TextForm::delimited, 0); }
+    std::u16string TagCommand() const { return text(TextForm::tagCommand, 0); }
+    std::u16string Command() const { return text(TextForm::command, 0); }
 
     // Read the text form; never raise, whatever the text. White space at its end is no entry. Lack of
     // memory raises 7 and loses no entry that was there. Without pbAppendValues the entries
@@ -114,23 +114,33 @@ public:
     // drives and nested tags do not end a value. An empty delimiter is ":". Cost: linear in the
     // text. The four do the same; they differ in how hosts pass the text.
     void Build(std::u16string_view psString, bool pbAppendValues = false, bool pbTagString = false,
-               std::u16string_view psDelimiter = u":");
+               std::u16string_view psDelimiter = u":") {
+        BuildInternal(psString, pbAppendValues, pbTagString, psDelimiter);
+    }
     void BuildByVal(std::u16string_view psString, bool pbAppendValues = false, bool pbTagString = false,
-                    std::u16string_view psDelimiter = u":");
+                    std::u16string_view psDelimiter = u":") {
+        BuildInternal(psString, pbAppendValues, pbTagString, psDelimiter);
+    }
     void BuildByDelimited(std::u16string_view psString, bool pbAppendValues = false, bool pbTagString = false,
-                          std::u16string_view psDelimiter = u":");
+                          std::u16string_view psDelimiter = u":") {
+        BuildInternal(psString, pbAppendValues, pbTagString, psDelimiter);
+    }
 
     void BuildInternal(std::u16string_view psString, bool pbAppendValues, bool pbTagString,
                        std::u16string_view psDelimiter);
     // Of a list file: unquoted paths and nested tags are one value, as in a tag.
-    void BuildList(std::u16string_view psString);
+    void BuildList(std::u16string_view psString) { read(psString, ReadForm::list, false, u":"); }
 
     // Property files: Stored, or Delimited, as single-byte characters in the ANSI code page. A text
     // that the code page cannot hold, or that would begin like a byte order mark, is written as
     // UTF-8 after its mark instead, so no character is lost. With a password the file holds the
     // enciphered text (common/Cipher.h). The file is replaced whole or not at all; False when not.
-    bool SaveFile(std::u16string_view psFileName, std::u16string_view psPassword = {}) const;
-    bool SaveToFile(std::u16string_view psFileName, std::u16string_view psPassword = {}) const;
+    bool SaveFile(std::u16string_view psFileName, std::u16string_view psPassword = {}) const {
+        return save(TextForm::stored, psFileName, psPassword);
+    }
+    bool SaveToFile(std::u16string_view psFileName, std::u16string_view psPassword = {}) const {
+        return save(TextForm::delimited, psFileName, psPassword);
+    }
     // False when there is no such file or it cannot be read: the collection stays as it is. Else
     // True, and the file's entries replace its own. With another password than the file's, with a
     // changed file, or one that was not enciphered, there are none.
@@ -161,12 +171,12 @@ public:
     // To position plToIndex, lowered to Count and raised to 1.
     void Move(const automation::Variant& pvIndexKey, std::int32_t plToIndex);
     std::int32_t GetPropertyIndex(std::u16string_view psName) const;  // 0 when absent; linear
-    std::int32_t CountTotal() const;                                  // children included; raises 6 on overflow
+    std::int32_t CountTotal() const { return countTotal(0); }         // children included; raises 6 on overflow
 
     // Sums of the properties' own figures, each counted once for having attributes and once more
     // for having child properties, so not at all without (on purpose). Raise 6 on overflow.
     std::int32_t Size() const;
-    std::int32_t SizeStored() const;
+    std::int32_t SizeStored() const { return sizeStored(0); }
 
     automation::Variant invoke(std::u16string_view name, automation::InvokeKind kind,
                                std::span<automation::Variant> arguments) override;

@@ -110,7 +110,7 @@ TEST(RegistryFile, SurvivesEnormousAndBrokenInput) {
     std::string unclosed = kHead, continued = kHead + "@=hex(1):";
     for (int i = 0; i < 50000; ++i) unclosed += "\"a\"=\"\\\n", continued += "41,00,\\\n";
     EXPECT_EQ(RegistryFile(kHead + deep).warnings().size(), 0U);
-    EXPECT_FALSE(RegistryFile(unclosed).warnings().empty());
+    EXPECT_EQ(RegistryFile(unclosed).warnings().size(), 20U);  // the first ones
     EXPECT_EQ(RegistryFile(continued).value(u"SOFTWARE\\K", u""), std::u16string(50000, u'A'));
 
     const std::string pieces[] = {"\"", "\\",      "\n", "[", "]", "=",  "@",    ":",     ",",       "hex(1)",

@@ -26,6 +26,9 @@ TEST_F(PropertyCollection, MarksTheChangesOfSetters) {
     EXPECT_EQ(property->Created(), property->Modified());
     EXPECT_EQ(property->Attributes()->Count(), 0);
     EXPECT_FALSE(property->HasAttributes());
+    EXPECT_EQ(collection->GetValueLng(u"missing", 7), 7);
+    EXPECT_EQ(collection->GetValueObject(u"a", collection), nullptr);  // present, but not an object
+    EXPECT_EQ(collection->Count(), 1);
     services.clock.advance(60);
     property->SetValue(collection);
     EXPECT_FALSE(property->Changed());
@@ -53,6 +56,7 @@ TEST_F(PropertyCollection, ConvertsWithoutRaising) {
     } cases[] = {{u"abc", 0, 0, false, false},
                  {u"3/5/2004", 0, 38051, false, false},
                  {2.5, 2, 2.5, true, true},
+                 {automation::Currency{25000}, 2, 2.5, true, true},
                  {true, -1, 0, true, true},  // a boolean is not a date, although it converts
                  {automation::Null{}, 0, 0, false, false}};
     for (const auto& row : cases) {
@@ -91,7 +95,8 @@ TEST_F(PropertyCollection, EstimatesSizes) {
     } rows[] = {
         {5, 0, 2, 16}, {true, 0, 2, 9}, {std::int16_t{5}, 0, 1, 11}, {1.5F, 0, 4, 18}, {1.5, 0, 8, 26},
         {Date{1}, 0, 8, 27}, {Variant(), 0, 0, 0}, {automation::Null{}, 0, 0, 7}, {ObjectRef(), 0, 32, 0},
-        {u"abc", 0, 3, 9}, {u"a\":", 0, 3, 13}, {u"abc", 1, 3, 13}};
+        {u"abc", 0, 3, 9}, {u"a\":", 0, 3, 13}, {u"abc", 1, 3, 13},
+        {std::u16string(100, u'x'), 1, 100, 143}};
     // clang-format on
     for (const auto& row : rows) {
         const PropertyRef property = collection->Add(u"AB", row.value, true);
@@ -136,13 +141,21 @@ TEST_F(PropertyCollection, FindsTheFirstOfAName) {
     EXPECT_EQ(collection->GetPropertyIndex(u"a"), 1);
 }
 
-TEST_F(PropertyCollection, GivesDefaults) {
-    EXPECT_EQ(collection->GetValueLng(u"missing", 7), 7);
-    EXPECT_EQ(collection->Count(), 0);
-    EXPECT_EQ(collection->GetProperty(u"missing", std::int32_t{7})->ValueLng(), 7);
-    EXPECT_EQ(collection->Count(), 1);
-    EXPECT_EQ(collection->GetValueObject(u"missing", collection), nullptr);  // present, but not an object
-    EXPECT_EQ(collection->GetValueObject(u"other", collection), collection);
+// Entries of a text become properties one by one, and cannot be told from properties that were added.
+TEST_F(PropertyCollection, MakesReadEntriesWhenTheyAreAskedFor) {
+    const automation::Date read = services.clock.now();
+    collection->Build(u"a=1:b=\"x\":A=~CE\"\u00B5\u00B5\":b=~AT\"-y=1:\":");
+    services.clock.advance(60);
+    EXPECT_EQ(collection->GetPropertyIndex(u"B"), 2);
+    const PropertyRef second = collection->Item(3);
+    EXPECT_EQ(second->Created(), read);
+    EXPECT_EQ(second->Encoding(), 8);
+    EXPECT_FALSE(second->Multiple() || collection->Changed());
+    EXPECT_EQ(collection->Insert(1, u"a", u"new")->Name(), u"a");
+    EXPECT_TRUE(collection->Item(u"A")->Multiple());
+    EXPECT_EQ(collection->Item(4), second);
+    collection->RemoveAll();
+    EXPECT_EQ(second->ValueStr(), u"\"");  // it does not need the text
 }
 
 TEST_F(PropertyCollection, InsertsAndMoves) {
@@ -199,28 +212,7 @@ TEST_F(PropertyCollection, EnumeratesDuringChanges) {
     EXPECT_EQ(each->next()->Name(), u"e");  // it keeps its collection
 }
 
-TEST_F(PropertyCollection, ServesItsMembersByName) {
-    const auto call = [](const ObjectRef& object, const char16_t* name, std::vector<Variant> arguments = {},
-                         InvokeKind kind = InvokeKind::method) { return object->invoke(name, kind, arguments); };
-    const auto text = [](const Variant& value) { return toUtf8(automation::toText(value).value_or(u"?")); };
-    const ObjectRef object = collection, added = call(object, u"add", {u"n", u"5"}).object();
-    EXPECT_EQ(text(call(object, u"", {u"N"}, InvokeKind::get)), "5");  // the default member of the default member
-    EXPECT_EQ(text(call(added, u"", {}, InvokeKind::get)), "5");
-    call(added, u"Value", {u"6"}, InvokeKind::let);
-    EXPECT_EQ(text(call(object, u"GetValueLng", {u"n"})), "6");
-    EXPECT_EQ(text(call(object, u"Stored")), "n=\"6\":");
-    call(object, u"BuildByVal", {u"T>x=1:", false, true});
-    EXPECT_EQ(text(call(object, u"Count")), "2");
-    EXPECT_EQ(call(object, u"Item", {u"none"}).object(), nullptr);
-    const ObjectRef each = call(object, u"_NewEnum").object();
-    call(each, u"Skip", {std::int32_t{1}});
-    EXPECT_EQ(text(call(call(each, u"Next").object(), u"Name")), "X");
-    EXPECT_EQ(call(each, u"Next").object(), nullptr);
-    EXPECT_THROW(call(object, u"NoSuch"), Error);
-    EXPECT_THROW(call(object, u"Add", {u"n"}), Error);
-}
-
-// Compared with a plain list in random calls: order, keys and the removal of keys.
+// Compared with a plain list on random calls: order, keys and their removal.
 TEST_F(PropertyCollection, KeepsOrderAndKeys) {
     Random random;
     std::vector<std::pair<PropertyRef, bool>> model;  // with whether it carries the key

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "Random.h"
 #include "properties/Describe.h"
 
 namespace velmor {
@@ -49,36 +48,6 @@ TEST_F(ContainsQuery, AppendsTerms) {
     terms->AddLng(u"ten", 10);
     EXPECT_EQ(terms->ContainsQuery(), u"a NEAR a 10 ten");
     EXPECT_TRUE(terms->Item(1)->Multiple());
-}
-
-TEST_F(ContainsQuery, WritesConditionsThatAreReadBackEqual) {
-    static const std::u16string_view kPieces[] = {u"a",    u"cat",   u" ",      u" ",  u"\"",    u" and ",
-                                                  u" Or ", u" not ", u" near ", u"\t", u"\u00e9"};
-    Random random;
-    for (int i = 0; i < 5000; ++i) {
-        const std::u16string typed = random.text(kPieces, 19);
-        terms->RemoveAll();
-        terms->BuildByContainsQuery(typed);
-        const std::string read = describe(*terms);
-        const std::u16string condition = terms->ContainsQuery();
-        terms->RemoveAll();
-        terms->BuildByContainsQuery(condition);
-        ASSERT_EQ(describe(*terms), read) << toUtf8(typed);
-        ASSERT_EQ(terms->ContainsQuery(), condition);
-    }
-}
-
-TEST_F(ContainsQuery, AcceptsLongSearches) {
-    std::u16string words, quotes;
-    for (int i = 0; i < 100'000; ++i) words.append(u"word").append(i % 2 == 0 ? u" and not " : u" ");
-    terms->BuildByContainsQuery(words);
-    EXPECT_EQ(terms->Count(), 100'000);
-    EXPECT_EQ(terms->ContainsQuery().size(), 100'000 * 4 + 50'000 * (9 + 4) - 4);
-    terms->RemoveAll();
-    terms->BuildByContainsQuery(std::u16string(100'001, u'"') + words);
-    EXPECT_EQ(terms->Count(), 1);
-    terms->BuildByContainsQuery(std::u16string(1'000'000, u'n'));
-    EXPECT_EQ(terms->Item(2)->Name().size(), 1'000'000U);
 }
 
 }  // namespace

@@ -1,11 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <iterator>
-#include <map>
-
-#include "common/Base64.h"
 #include "common/Cipher.h"
-#include "platform/BytePicture.h"
 #include "properties/Describe.h"
 
 namespace velmor {
@@ -67,30 +62,7 @@ TEST_F(PropertyFiles, ThatCannotBeReadOrWrittenChangeNothing) {
     EXPECT_EQ(bytes(), "old=1&:");
 }
 
-// A truncated file gives every complete entry.
-TEST_F(PropertyFiles, GiveTheirCompleteEntriesWhenTruncated) {
-    collection->AddStr(u"Text", u"say \"hi\": \u20ac")->Encoding(8);
-    collection->AddDate(u"When", automation::Date{38051.5});
-    collection->AddStr(u"Packed", u"packed text")->Encoding(4);
-    const PropertyRef owner = collection->AddLng(u"Owner", 5);
-    owner->Attributes()->AddStr(u"x", u"\":");
-    owner->Properties()->AddLng(u"child", 2);
-    collection->AddObject(u"Nested", newProperties(services));
-    const std::string whole = toAnsi(collection->Stored());
-    std::map<std::size_t, std::string> complete;  // by the end of the last entry
-    for (; collection->Count() > 0; collection->Remove(collection->Count())) {
-        complete[collection->Stored().size()] = describe(*collection);
-    }
-    complete[0] = "";
-    for (std::size_t cut = 0; cut <= whole.size(); ++cut) {
-        put(whole.substr(0, cut));
-        ASSERT_TRUE(collection->LoadFromFile(kFile)) << cut;
-        const std::string& expected = std::prev(complete.upper_bound(cut))->second;
-        EXPECT_EQ(describe(*collection).substr(0, expected.size()), expected) << cut;
-    }
-}
-
-TEST_F(PropertyFiles, OpenWithTheirPasswordOnly) {
+TEST_F(PropertyFiles, OpenWithTheirPasswordAlone) {
     collection->AddStr(u"Name", u"Ruth \u0141\xd800");
     const std::string saved = describe(*collection);
     ASSERT_TRUE(collection->SaveFile(kFile, u"pass"));
@@ -113,32 +85,6 @@ TEST_F(PropertyFiles, OpenWithTheirPasswordOnly) {
     put(whole);
     EXPECT_TRUE(collection->LoadFromFile(kFile));  // without a password it is text like any other
     EXPECT_EQ(bytes(), whole);
-}
-
-TEST_F(PropertyFiles, GivePicturesByteForByte) {
-    const std::string picture("GIF89a\x01\x00\x01\x00\x00\xff\x00;", 14);
-    put("Logo=~RO~Picture\"" + toAnsi(base64(picture)) + "\":n=1&:");
-    ASSERT_TRUE(collection->LoadFromFile(kFile));
-    EXPECT_EQ(describe(*collection), "Logo=Picture | n=Long 1");
-    const std::string* const kept = platform::pictureBytes(collection->Item(u"Logo")->Value().object());
-    ASSERT_NE(kept, nullptr);
-    EXPECT_EQ(*kept, picture);
-    EXPECT_EQ(services.files.paths(), std::vector<std::u16string>{kFile});
-    EXPECT_TRUE(collection->SaveFile(kFile));  // the text form keeps a picture's name only
-    EXPECT_EQ(bytes(), "Logo=n=1&:");
-}
-
-TEST_F(PropertyFiles, AreServedByName) {
-    const auto call = [&](std::u16string_view name, std::vector<automation::Variant> arguments) {
-        return collection->invoke(name, automation::InvokeKind::method, arguments);
-    };
-    collection->AddLng(u"a", 1);
-    EXPECT_TRUE(call(u"SaveFile", {kFile}).identical(true));
-    EXPECT_TRUE(call(u"SaveToFile", {kFile, u""}).identical(true));
-    EXPECT_TRUE(call(u"LoadFromFile", {u"C:\\none"}).identical(false));
-    EXPECT_TRUE(call(u"LoadFromFile", {kFile, automation::Variant::missing()}).identical(true));
-    call(u"BuildByContainsQuery", {u"b"});
-    EXPECT_TRUE(call(u"ContainsQuery", {}).identical(u"a OR b"));
 }
 
 }  // namespace

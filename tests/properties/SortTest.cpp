@@ -36,12 +36,6 @@ std::vector<PropertyRef> literallySorted(const privProperties& collection) {
 
 class PropertySorting : public PropertyTest {};
 
-TEST_F(PropertySorting, ComparesNamesByCharacterCode) {
-    for (const char16_t* name : {u"b", u"B", u"a"}) collection->AddLng(name, 0);
-    collection->Sort();
-    EXPECT_EQ(names(*collection), "B a b");
-}
-
 TEST_F(PropertySorting, KeepsTheKeyWithTheFirstOfAName) {
     for (const std::int32_t value : {5, 3, 4}) collection->AddLng(u"b", value);
     for (int times = 0; times < 2; ++times) {
