@@ -24,7 +24,9 @@ public:
         isFirst_ = false;
     }
     // `members`: further members of the object, each with its comma before it.
-    std::string text(std::string_view members = {}) && { return std::move(text_.append("]").append(members).append("}\n")); }
+    std::string text(std::string_view members = {}) && {
+        return std::move(text_.append("]").append(members).append("}\n"));
+    }
 
 private:
     std::string text_;
