@@ -14,7 +14,6 @@ namespace {
 constexpr std::u16string_view markers[] = {u"{\\*\\korvanenewheader", u"{\\*\\korvanenewfooter"};
 constexpr std::u16string_view description = u"{\\*\\korvanesection";
 
-constexpr std::u16string_view paragraphBorders[] = {u"brdrt", u"brdrb", u"brdrl", u"brdrr", u"brdrbtw", u"brdrbar"};
 constexpr int longestLine = 12;
 
 // The words that matter wherever they stand.
@@ -23,11 +22,6 @@ const WordSet wordsAnywhere({WordTrait::section}, {Word::bin, Word::facingp, Wor
 
 bool shows(std::u16string_view letters) noexcept {
     return wordIs(WordTrait::shown, letters) || wordIs(WordTrait::shownCell, letters);
-}
-
-template <std::size_t count>
-bool isAmong(const std::u16string_view (&words)[count], std::u16string_view letters) {
-    return std::find(std::begin(words), std::end(words), letters) != std::end(words);
 }
 
 }  // namespace
@@ -229,7 +223,7 @@ void DocumentFlow::takeFrame(const ControlWord& word) {
         if (!standsAt(reading.text, next, u"\\br")) break;
         const ControlWord line = readWord(reading.text, next);
         const bool describes = line.letters == u"brsp" || line.letters.starts_with(u"brdr");
-        if (!describes || isAmong(paragraphBorders, line.letters)) break;
+        if (!describes || wordIs(WordTrait::edge, line.letters)) break;
         end = line.end;
     }
     reading.at = end + standsAt(reading.text, end, u" ");

@@ -13,15 +13,6 @@ namespace {
 
 constexpr std::u16string_view facingWord = u"\\facingp";
 
-// What may stand in a host's header: its tables; not what begins its text.
-constexpr std::u16string_view tables[] = {u"fonttbl", u"colortbl", u"stylesheet", u"info", u"filetbl", u"upr"};
-constexpr std::u16string_view bodyWords[] = {u"sectd", u"pard", u"plain", u"par", u"sect"};
-
-template <std::size_t count>
-bool isAmong(const std::u16string_view (&words)[count], std::u16string_view letters) {
-    return std::find(std::begin(words), std::end(words), letters) != std::end(words);
-}
-
 std::size_t findFacing(std::u16string_view text, std::size_t from) noexcept {
     RtfSearch search(text);
     while ((from = search.find(facingWord, from)) != text.npos && !wordStandsAt(text, from, facingWord)) ++from;
@@ -29,12 +20,15 @@ std::size_t findFacing(std::u16string_view text, std::size_t from) noexcept {
 }
 
 bool beginsBody(std::u16string_view letters) {
-    return isAmong(bodyWords, letters) || wordIs(WordTrait::shown, letters) || wordIs(WordTrait::shownCell, letters);
+    const WordMeaning meaning = meaningOf(letters);
+    return meaning.is(WordTrait::beginsText) || meaning.is(WordTrait::endsParagraph) ||
+           meaning.is(WordTrait::shown) || meaning.is(WordTrait::shownCell);
 }
 
+// What may stand in a host's header.
 bool isTable(std::u16string_view text, std::size_t index) {
     return standsAt(text, index, u"{\\*") ||
-           (standsAt(text, index, u"{\\") && isAmong(tables, readWord(text, index + 1).letters));
+           (standsAt(text, index, u"{\\") && wordIs(WordTrait::hostTable, readWord(text, index + 1).letters));
 }
 
 }  // namespace

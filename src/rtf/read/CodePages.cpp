@@ -90,7 +90,8 @@ namespace {
 
 // Ends the search for words of the header early in a document whose text lies in groups.
 bool beginsBody(const ControlWord& word) noexcept {
-    return word.letters == u"pard" || word.letters == u"plain" || word.letters == u"sectd" || word.letters == u"trowd";
+    const WordMeaning meaning = meaningOf(word.letters);
+    return meaning.is(WordTrait::beginsText) || meaning.word == Word::trowd;
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 namespace velmor {
 namespace {
 
-using Traits = std::uint16_t;
+using Traits = std::uint32_t;
 
 constexpr Traits bit(WordTrait trait) noexcept {
     return static_cast<Traits>(1u << static_cast<unsigned>(trait));
@@ -30,6 +30,9 @@ constexpr Traits moreFont = bit(WordTrait::moreFont);
 constexpr Traits colour = bit(WordTrait::colour);
 constexpr Traits moreColour = bit(WordTrait::moreColour);
 constexpr Traits listPart = bit(WordTrait::listPart);
+constexpr Traits hostTable = bit(WordTrait::hostTable);
+constexpr Traits beginsText = bit(WordTrait::beginsText);
+constexpr Traits edge = bit(WordTrait::edge);
 
 struct Row {
     std::u16string_view letters;
@@ -82,6 +85,9 @@ constexpr Row table[] = {
     {u"bookfoldsheets", documentWord},
     {u"box", paragraph},
     {u"brdrcf", colour},
+    {u"brdrl", edge},
+    {u"brdrr", edge},
+    {u"brdrt", edge},
     {u"brkfrm", documentWord},
     {u"brsp", paragraph},
     {u"bullet", shown},
@@ -106,7 +112,7 @@ constexpr Row table[] = {
     {u"clcfpatraw", moreColour},
     {u"colno", section},
     {u"colorschememapping", documentGroup},
-    {u"colortbl", hiddenGroup},
+    {u"colortbl", hiddenGroup | hostTable},
     {u"cols", section},
     {u"colsr", section},
     {u"colsx", section},
@@ -166,9 +172,9 @@ constexpr Row table[] = {
     {u"felnbrelev", documentWord},
     {u"fet", documentWord},
     {u"fi", paragraph},
-    {u"filetbl", hiddenGroup | documentGroup},
+    {u"filetbl", hiddenGroup | documentGroup | hostTable},
     {u"fldinst", hiddenGroup},
-    {u"fonttbl", hiddenGroup},
+    {u"fonttbl", hiddenGroup | hostTable},
     {u"footer", hiddenGroup | apartGroup},
     {u"footerf", hiddenGroup | apartGroup},
     {u"footerl", hiddenGroup | apartGroup},
@@ -222,7 +228,7 @@ constexpr Row table[] = {
     {u"ilfomacatclnup", documentWord},
     {u"indmirror", paragraph},
     {u"indrlsweleven", documentWord},
-    {u"info", hiddenGroup | documentGroup},
+    {u"info", hiddenGroup | documentGroup | hostTable},
     {u"intbl", none, Word::intbl},
     {u"itap", none, Word::itap},
     {u"jcompress", documentWord},
@@ -327,7 +333,7 @@ constexpr Row table[] = {
     {u"paperh", documentWord},
     {u"paperw", documentWord},
     {u"par", endsParagraph, Word::par},
-    {u"pard", none, Word::pard},
+    {u"pard", beginsText, Word::pard},
     {u"password", documentGroup},
     {u"passwordhash", documentGroup},
     {u"pc", documentWord},
@@ -337,7 +343,7 @@ constexpr Row table[] = {
     {u"pgptbl", documentGroup},
     {u"pgwsxn", section},
     {u"pict", shownGroup},
-    {u"plain", none, Word::plain},
+    {u"plain", beginsText, Word::plain},
     {u"pncf", colour},
     {u"pnf", moreFont},
     {u"pntext", hiddenGroup},
@@ -416,7 +422,7 @@ constexpr Row table[] = {
     {u"stylelockenforced", documentWord},
     {u"stylelockqfset", documentWord},
     {u"stylelocktheme", documentWord},
-    {u"stylesheet", hiddenGroup},
+    {u"stylesheet", hiddenGroup | hostTable},
     {u"stylesortmethod", documentWord},
     {u"subfontbysize", documentWord},
     {u"swpbdr", documentWord},
@@ -456,6 +462,7 @@ constexpr Row table[] = {
     {u"tx", paragraph},
     {u"u", shown},
     {u"ulc", colour},
+    {u"upr", hostTable},
     {u"useltbaln", documentWord},
     {u"usenormstyforlist", documentWord},
     {u"userprops", documentGroup},
@@ -488,13 +495,16 @@ constexpr Row table[] = {
 // Traits of every word that begins so; but see traitsOfFamily.
 constexpr Row families[] = {
     {u"brdr", paragraph},
+    {u"brdrb", edge},
+    {u"brdrbar", edge},
+    {u"brdrbtw", edge},
     {u"cl", row},
     {u"irow", row},
     {u"pgbrdr", section},
     {u"pgn", section},
     {u"saftn", section},
     {u"sbk", section},
-    {u"sectd", section},
+    {u"sectd", section | beginsText},
     {u"secte", section},
     {u"sectl", section},
     {u"sectspecify", section},

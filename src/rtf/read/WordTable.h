@@ -26,6 +26,9 @@ enum class WordTrait : std::uint8_t {
     colour,         // its number is a colour's
     moreColour,     // so it is; exact cleaning does not renumber it
     listPart,       // the group that begins with it is a list, an override, or a level of one
+    hostTable,      // the group that begins with it belongs to the header of a whole document
+    beginsText,     // the word ends the header of a document
+    edge,           // the word names an edge of a paragraph that gets a border
 };
 
 // The words that stages tell apart by name.
@@ -63,7 +66,7 @@ enum class Word : std::uint8_t {
 // A word of the table. Any other is Word::other, without traits.
 struct WordMeaning {
     Word word = Word::other;
-    std::uint16_t traits = 0;
+    std::uint32_t traits = 0;
 
     bool is(WordTrait trait) const noexcept { return (traits >> static_cast<unsigned>(trait) & 1) != 0; }
 };
@@ -97,7 +100,7 @@ private:
 
     void add(std::u16string_view beginning);
 
-    std::uint16_t traits_ = 0;
+    std::uint32_t traits_ = 0;
     std::uint64_t words_ = 0;
     std::bitset<std::size_t{1} << 15> beginnings_;
 };
