@@ -77,7 +77,7 @@ bool SectionDescriptions::takeMarker(std::size_t index) {
     Document& document = *document_;
     if (!document.groups.read(index)) return false;
     const std::size_t name = index + SectionGroups::nameOffset;
-    edits_.replace(name, name + SectionGroups::doneName.size(), SectionGroups::doneName);
+    edits_.replaceApartVal(name, name + SectionGroups::doneName.size(), std::u16string(SectionGroups::doneName));
     if (!document.pages.empty()) {
         descriptions_.push_back({document.pages.back(), Beginning::page, document.groups.page().words()});
         document.pages.pop_back();

@@ -28,7 +28,7 @@ public:
         } else if (standsAt(text_, index, u"\\tr")) {
             row_.kept = row_.begun && (row_.kept || standsAt(text_, index, u"\\trkeep"));
             row_.begun = row_.begun || standsAt(text_, index, u"\\trowd");
-        } else if (tolerant_ && index >= 3) {
+        } else if (tolerant_ && index >= 3 && !isEscaped(text_, index - 3)) {
             takeMarker(index - 3);
         }
     }
