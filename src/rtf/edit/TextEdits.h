@@ -30,6 +30,8 @@ public:
     // `text` must outlive apply() and be no part of the text that changes.
     void replace(std::size_t begin, std::size_t end, std::u16string_view text) { add({begin, end, text, Seam::plain}); }
     void insert(std::size_t at, std::u16string_view text) { replace(at, at, text); }
+    // Keeps a text until apply() has used the edits up.
+    std::u16string_view keep(std::u16string text) { return kept_.emplace_back(std::move(text)); }
     void replaceVal(std::size_t begin, std::size_t end, std::u16string text) {
         replace(begin, end, keep(std::move(text)));
     }
@@ -93,7 +95,6 @@ private:
     };
 
     void add(Edit edit) { edits_.push_back(edit); }
-    std::u16string_view keep(std::u16string text) { return kept_.emplace_back(std::move(text)); }
     void order();
     struct Growth {
         std::size_t length = 0;  // of the changed text, at most

@@ -38,7 +38,8 @@ void ReferenceSweep::sweep(std::size_t begin, std::size_t end) {
 std::size_t ReferenceSweep::take(std::size_t at) {
     if (text_[at + 1] < u'a') return takeCapitals(at);
     const ControlWord found = readWord(text_, at);
-    switch (meaningOf(found.letters).word) {
+    const WordMeaning meaning = meaningOf(found.letters);
+    switch (meaning.word) {
         case Word::bin:
             return tolerant_ ? skipEscape(text_, at) : found.end;
         case Word::plain:
@@ -48,7 +49,7 @@ std::size_t ReferenceSweep::take(std::size_t at) {
             nameDefault(found, u"s", references_.defaultStyle, references_.widowControl);
             break;
         default:
-            if (!found.number.empty()) takeNumber(found, found.letters);
+            if (!found.number.empty()) takeNumber(found, meaning, found.letters);
     }
     return found.end;
 }
@@ -68,15 +69,14 @@ std::size_t ReferenceSweep::takeCapitals(std::size_t at) {
         const std::u16string_view pattern = capitals == u"CF" ? u"cfpat" : u"cbpat";
         if (capitals.size() == 2 && standsAt(text_, end, u"pat")) {
             ControlWord found = readWord(text_, at);
-            if (found.letters.size() == pattern.size()) takeNumber(found, pattern);
+            if (found.letters.size() == pattern.size()) takeNumber(found, meaningOf(pattern), pattern);
         }
         return end;
     }
     return letters + 1;
 }
 
-void ReferenceSweep::takeNumber(const ControlWord& found, std::u16string_view letters) {
-    const WordMeaning meaning = meaningOf(letters);
+void ReferenceSweep::takeNumber(const ControlWord& found, WordMeaning meaning, std::u16string_view letters) {
     const auto isReference = [&](WordTrait always, WordTrait tolerant) {
         return meaning.is(always) || (tolerant_ && meaning.is(tolerant));
     };

@@ -48,7 +48,7 @@ public:
 private:
     std::size_t take(std::size_t at);
     std::size_t takeCapitals(std::size_t at);
-    void takeNumber(const ControlWord& found, std::u16string_view letters);
+    void takeNumber(const ControlWord& found, WordMeaning meaning, std::u16string_view letters);
     void replacePlainly(const ControlWord& found, std::u16string_view letters, const NumberMap* numbers);
     void replaceNumber(const ControlWord& found, std::int32_t number);
     void nameDefault(const ControlWord& found, std::u16string_view letters, std::int32_t number,

@@ -524,15 +524,7 @@ constexpr bool isBefore(const Row& left, const Row& right) noexcept {
 }
 static_assert(std::is_sorted(std::begin(table), std::end(table), isBefore));
 
-// Where the words of each first letter begin; those of the next one end them.
-constexpr auto begins = [] {
-    std::array<std::size_t, u'z' + 2> result{};
-    for (const Row& known : table) ++result[known.letters[0] + 1u];
-    for (std::size_t i = 1; i < result.size(); ++i) result[i] += result[i - 1];
-    return result;
-}();
-
-Traits traitsOfFamily(std::u16string_view letters) noexcept {
+constexpr Traits traitsOfFamily(std::u16string_view letters) noexcept {
     Traits traits = none;
     for (const Row& family : families) {
         if (letters[0] == family.letters[0] && letters.starts_with(family.letters)) traits |= family.traits;
@@ -540,15 +532,46 @@ Traits traitsOfFamily(std::u16string_view letters) noexcept {
     return letters == u"pgnstart" ? none : traits;
 }
 
+// The rows by hash, each in the first free slot from its own one on, with the traits of their families.
+class Index {
+public:
+    constexpr Index() {
+        for (const Row& known : table) {
+            std::size_t slot = slotOf(known.letters);
+            while (!slots_[slot].letters.empty()) slot = (slot + 1) % slots;
+            slots_[slot] = known;
+            slots_[slot].traits |= traitsOfFamily(known.letters);
+        }
+    }
+
+    // Null for a word without a row.
+    const Row* find(std::u16string_view letters) const noexcept {
+        std::size_t slot = slotOf(letters);
+        while (!slots_[slot].letters.empty() && slots_[slot].letters != letters) slot = (slot + 1) % slots;
+        return slots_[slot].letters.empty() ? nullptr : &slots_[slot];
+    }
+
+private:
+    static constexpr std::size_t slots = 2048;
+    static_assert(std::size(table) < slots / 2);
+
+    static constexpr std::size_t slotOf(std::u16string_view letters) noexcept {
+        const std::size_t size = letters.size();
+        return (letters[0] + letters[size / 2] * 31u + letters[size - 1] * 247u + size * 61u) % slots;
+    }
+
+    std::array<Row, slots> slots_{};
+};
+
+constexpr Index words;
+
 }  // namespace
 
 WordMeaning meaningOf(std::u16string_view letters) noexcept {
-    if (letters.empty() || letters[0] > u'z') return {};
-    const Row* const end = table + begins[letters[0] + 1u];
-    const Row* const found = std::lower_bound(table + begins[letters[0]], end, Row{letters, none}, isBefore);
-    const bool isKnown = found != end && found->letters == letters;
-    const Traits traits = static_cast<Traits>(traitsOfFamily(letters) | (isKnown ? found->traits : none));
-    return {isKnown ? found->word : Word::other, traits};
+    if (letters.empty()) return {};
+    const Row* const known = words.find(letters);
+    return known == nullptr ? WordMeaning{Word::other, traitsOfFamily(letters)}
+                            : WordMeaning{known->word, known->traits};
 }
 
 WordSet::WordSet(std::initializer_list<WordTrait> traits, std::initializer_list<Word> words) {

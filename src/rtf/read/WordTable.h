@@ -71,7 +71,7 @@ struct WordMeaning {
     bool is(WordTrait trait) const noexcept { return (traits >> static_cast<unsigned>(trait) & 1) != 0; }
 };
 
-// `letters` are the word's, without backslash and number. Costs a short binary search.
+// `letters` are the word's, without backslash and number. Costs a look-up by hash.
 WordMeaning meaningOf(std::u16string_view letters) noexcept;
 
 inline bool wordIs(WordTrait trait, std::u16string_view letters) noexcept {

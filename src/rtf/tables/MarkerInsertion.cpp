@@ -40,12 +40,12 @@ void MarkerInsertion::apply(std::u16string& text, platform::Guids& guids) const 
     const auto cutUpTo = [&](std::size_t index) {
         for (; cut != cuts.end() && cut->begin < index; ++cut) edits.replace(cut->begin, cut->end, {});
     };
-    std::vector<std::u16string> open;
+    std::vector<std::u16string_view> open;
     for (const Edge& edge : edgesOf(tables)) {
         cutUpTo(edge.index);
-        if (edge.isStart) open.push_back(guids.next());
-        std::u16string marker(edge.isStart ? startTableMarker : endTableMarker);
-        edits.replaceVal(edge.index, edge.index, marker.append(open.back()).append(1, u'}'));
+        if (edge.isStart) open.push_back(edits.keep(guids.next().append(1, u'}')));
+        edits.insert(edge.index, edge.isStart ? startTableMarker : endTableMarker);
+        edits.insert(edge.index, open.back());
         if (!edge.isStart) open.pop_back();
     }
     cutUpTo(text.size());

@@ -18,8 +18,8 @@ struct Row {
 // Takes the words of a text from left to right. By the plain rules a word that begins like one of these is that one.
 class RowReader {
 public:
-    RowReader(std::u16string_view text, bool tolerant, TextEdits& edits)
-        : text_(text), tolerant_(tolerant), edits_(edits) {}
+    RowReader(std::u16string_view text, bool hasMarkers, TextEdits& edits)
+        : text_(text), hasMarkers_(hasMarkers), edits_(edits) {}
 
     void take(std::size_t index) {
         if (standsAt(text_, index, u"\\row")) {
@@ -28,10 +28,12 @@ public:
         } else if (standsAt(text_, index, u"\\tr")) {
             row_.kept = row_.begun && (row_.kept || standsAt(text_, index, u"\\trkeep"));
             row_.begun = row_.begun || standsAt(text_, index, u"\\trowd");
-        } else if (tolerant_ && index >= 3 && !isEscaped(text_, index - 3)) {
+        } else if (hasMarkers_ && index >= 3 && !isEscaped(text_, index - 3)) {
             takeMarker(index - 3);
         }
     }
+
+    bool inRow() const noexcept { return row_.begun; }
 
 private:
     // A table in a pair of markers is apart from the row around it.
@@ -46,7 +48,7 @@ private:
     }
 
     std::u16string_view text_;
-    bool tolerant_;
+    bool hasMarkers_;
     TextEdits& edits_;
     Row row_;
     std::vector<Row> outer_;
@@ -56,12 +58,17 @@ private:
 
 void Module1::ProtectTableRows(std::u16string& psText, const CleanOptions& options) {
     static const WordSet rowWords({}, {Word::korvane, Word::row, Word::trowd, Word::trkeep});
+    constexpr std::u16string_view definition = u"\\trowd";
+    const bool hasMarkers =
+        options.tolerant && findText(psText, startTableMarker, 0, Comparison::binary) != psText.npos;
     TextEdits edits;
-    RowReader rows(psText, options.tolerant, edits);
-    const std::size_t first = RtfSearch(psText).find(u"\\trowd", 0);
-    RtfReader reader(psText, 0, first == psText.npos ? 0 : psText.size());
+    RowReader rows(psText, hasMarkers, edits);
+    RtfSearch search(psText);
+    RtfReader reader(psText, hasMarkers ? 0 : search.find(definition, 0), psText.size());
     while (reader.nextWord()) {
-        if (rowWords.mayHold(psText, reader.position())) rows.take(reader.position());
+        if (!rowWords.mayHold(psText, reader.position())) continue;
+        rows.take(reader.position());
+        if (!hasMarkers && !rows.inRow()) reader.goOnAt(search.find(definition, reader.position() + 1));
     }
     edits.apply(psText);
 }
