@@ -21,8 +21,8 @@ std::size_t findFacing(std::u16string_view text, std::size_t from) noexcept {
 
 bool beginsBody(std::u16string_view letters) {
     const WordMeaning meaning = meaningOf(letters);
-    return meaning.is(WordTrait::beginsText) || meaning.is(WordTrait::endsParagraph) ||
-           meaning.is(WordTrait::shown) || meaning.is(WordTrait::shownCell);
+    return meaning.is(WordTrait::beginsText) || meaning.is(WordTrait::endsParagraph) || meaning.is(WordTrait::shown) ||
+           meaning.is(WordTrait::shownCell);
 }
 
 // What may stand in a host's header.
