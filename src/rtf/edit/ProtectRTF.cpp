@@ -1,7 +1,6 @@
 #include "rtf/edit/ProtectRTF.h"
 
 #include "text/RtfStart.h"
-#include "text/privStrCat.h"
 
 namespace velmor {
 namespace {
@@ -46,12 +45,6 @@ void ProtectRTFCode(std::u16string& psValue) {
             if (isSpecial(unit)) psValue[--to] = u'\\';
         }
     }
-}
-
-void appendProtectedRTF(privStrCat& poTarget, std::u16string_view psValue) {
-    std::u16string escaped(psValue);
-    ProtectRTFCode(escaped);
-    poTarget.Append(escaped);
 }
 
 }  // namespace velmor
