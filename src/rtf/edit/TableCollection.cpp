@@ -12,10 +12,7 @@
 namespace velmor {
 
 std::u16string TableCollection::placeholderOf(std::size_t number) const {
-    const std::string digits = std::to_string(number);
-    std::u16string text(1, mark_);
-    text.append(digits.begin(), digits.end());
-    return text += mark_;
+    return mark_ + decimal(static_cast<std::int64_t>(number)) + mark_;
 }
 
 std::u16string TableCollection::placeholder(SharedTable table) const {

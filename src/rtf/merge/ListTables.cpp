@@ -89,8 +89,7 @@ void ListTables::readOverrides(std::u16string_view table) {
         if (firstWord(entry) != u"listoverride") return;
         const std::u16string_view number = numberOfWord(entry, u"ls", tolerant_);
         std::u16string settled = settle(overrideNumbers_, number);
-        if (settled[0] != u'-')
-            overridesOfDocument_.set(number, std::stoi(std::string(settled.begin(), settled.end())));
+        if (settled[0] != u'-') overridesOfDocument_.set(number, wholeNumber(settled).value_or(0));
         settledOverrides_.push_back(std::move(settled));
     });
 }
@@ -123,7 +122,7 @@ void ListTables::renumberPictures(std::u16string_view entry, const EntryItems& l
         if (!wordStandsAt(entry, words.position(), u"\\levelpicture")) continue;
         const ControlWord word = readWord(entry, words.position());
         if (word.number.empty() || word.number.size() > 5 || word.number[0] == u'-') continue;
-        const int picture = std::stoi(std::string(word.number.begin(), word.number.end()));
+        const int picture = velmor::numberOf(word.number);
         edits.replaceVal(word.numberBegin(), word.end, decimal(static_cast<std::int32_t>(firstPicture_) + picture));
     }
 }

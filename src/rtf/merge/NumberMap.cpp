@@ -21,9 +21,4 @@ std::u16string_view NumberTexts::of(std::int32_t number) {
     return texts_[index];
 }
 
-std::u16string decimal(std::int32_t number) {
-    const std::string digits = std::to_string(number);
-    return {digits.begin(), digits.end()};
-}
-
 }  // namespace velmor

@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "rtf/read/RtfReader.h"
 #include "text/Compare.h"
 
 namespace velmor {
@@ -78,7 +79,5 @@ private:
     std::deque<std::u16string> texts_;
     std::unordered_map<std::int32_t, std::u16string> long_;
 };
-
-std::u16string decimal(std::int32_t number);
 
 }  // namespace velmor

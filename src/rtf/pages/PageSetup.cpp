@@ -31,8 +31,7 @@ std::u16string PageSetup::wordsUnlike(const PageSetup& other) const {
 }
 
 std::u16string PageSetup::word(Value value) const {
-    const std::string digits = std::to_string(values[value]);
-    return std::u16string(sectionWords[value]).append(digits.begin(), digits.end());
+    return std::u16string(sectionWords[value]) + decimal(values[value]);
 }
 
 bool numberTextAt(std::u16string_view text, std::size_t index, std::u16string_view& number) noexcept {

@@ -45,10 +45,8 @@ std::int32_t byteAt(std::u16string_view text, std::size_t index) noexcept {
 }
 
 std::u16string unicodeWord(char16_t unit, std::int32_t fallback) {
-    const std::string number = std::to_string(static_cast<std::int16_t>(unit));
     const auto count = static_cast<std::size_t>(std::clamp(fallback, 0, 8));
-    std::u16string text(u"\\u");
-    text.append(number.begin(), number.end());
+    std::u16string text = u"\\u" + decimal(static_cast<std::int16_t>(unit));
     return count == 0 ? text + u" " : text.append(count, u'?');
 }
 

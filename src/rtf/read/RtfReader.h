@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "rtf/read/WordTable.h"
@@ -66,6 +67,7 @@ std::optional<std::int32_t> wholeNumber(std::u16string_view text) noexcept;
 
 // The number of a word, with or without a preceding "-"; one beyond 9 digits is cut short, an absent one is 0.
 std::int32_t numberOf(std::u16string_view digits) noexcept;
+std::u16string decimal(std::int64_t number);
 
 // ---- Words
 

@@ -37,11 +37,6 @@ constexpr std::u16string_view levelDigit(std::size_t level) {
     return inTable(level).substr(11);
 }
 
-std::u16string digitsOf(std::size_t number) {
-    const std::string digits = std::to_string(number);
-    return {digits.begin(), digits.end()};
-}
-
 struct Definition {
     RowDefinition row;
     std::size_t place;     // of its cut
@@ -365,7 +360,7 @@ void Conversion::insertDefinition(std::size_t index, const RowDefinition* defini
     // Nested cells are the row's own unless it has others.
     for (; columns < (table.cells != 0 ? table.cells : table.nestedCells); ++columns) {
         right += inch;
-        added.append(u"\\cellx").append(digitsOf(right));
+        added.append(u"\\cellx").append(decimal(static_cast<std::int64_t>(right)));
     }
     if (!added.empty()) edits_.replaceVal(index, index, std::move(added));
 }
