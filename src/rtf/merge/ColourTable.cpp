@@ -1,7 +1,5 @@
 #include "rtf/merge/ColourTable.h"
 
-#include <algorithm>
-
 #include "rtf/read/RtfReader.h"
 
 namespace velmor {

@@ -184,31 +184,15 @@ void DocumentFlow::readBackslash() {
 
 void DocumentFlow::take(const ControlWord& word, std::size_t behind) {
     const auto is = [&](std::u16string_view letters) { return word.letters == letters; };
-    switch (word.letters[0]) {
-        case u'h':
-            if (is(u"headery")) {
-                const std::u16string_view whole = readings_.back().text.substr(word.begin, word.end - word.begin);
-                return sections_.distance(HeaderKind::header, whole, place(word.begin, behind));
-            }
-            return;
-        case u'f':
-            if (is(u"footery")) {
-                const std::u16string_view whole = readings_.back().text.substr(word.begin, word.end - word.begin);
-                return sections_.distance(HeaderKind::footer, whole, place(word.begin, behind));
-            }
-            if (is(u"facingp")) sections_.facingPages(place(word.begin, behind));
-            return;
-        case u'p':
-            if (is(u"pgbrdrhead")) return sections_.border(HeaderKind::header, place(word.begin, behind));
-            if (is(u"pgbrdrfoot")) return sections_.border(HeaderKind::footer, place(word.begin, behind));
-            if (word.letters.starts_with(u"pgbrdr")) return takeFrame(word);
-            break;
-        case u't':
-            if (is(u"titlepg")) return sections_.titlePage(place(word.begin, behind));
-            break;
-        default:
-            break;
-    }
+    const FlowPlace at = place(word.begin, behind);
+    const std::u16string_view whole = TextRange{word.begin, word.end}.of(readings_.back().text);
+    if (is(u"headery")) return sections_.distance(HeaderKind::header, whole, at);
+    if (is(u"footery")) return sections_.distance(HeaderKind::footer, whole, at);
+    if (is(u"facingp")) return sections_.facingPages(at);
+    if (is(u"pgbrdrhead")) return sections_.border(HeaderKind::header, at);
+    if (is(u"pgbrdrfoot")) return sections_.border(HeaderKind::footer, at);
+    if (is(u"titlepg")) return sections_.titlePage(at);
+    if (word.letters.starts_with(u"pgbrdr")) return takeFrame(word);
     if (levels_.back().body) takeBodyWord(word, behind);
 }
 
@@ -228,7 +212,7 @@ void DocumentFlow::takeFrame(const ControlWord& word) {
     }
     reading.at = end + standsAt(reading.text, end, u" ");
     const auto index = static_cast<std::size_t>(known - frameWords.begin());
-    sections_.frame(index, reading.text.substr(word.begin, end - word.begin), place(word.begin, reading.at));
+    sections_.frame(index, TextRange{word.begin, end}.of(reading.text), place(word.begin, reading.at));
 }
 
 void DocumentFlow::takeBodyWord(const ControlWord& word, std::size_t behind) {

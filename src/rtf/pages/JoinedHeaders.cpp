@@ -1,6 +1,5 @@
 #include "rtf/pages/JoinedHeaders.h"
 
-#include <algorithm>
 #include <iterator>
 
 #include "rtf/edit/EmbeddedDocuments.h"

@@ -1,6 +1,5 @@
 #include "rtf/pages/MergePageBreaks.h"
 
-#include <algorithm>
 #include <string_view>
 #include <utility>
 #include <vector>

@@ -1,6 +1,5 @@
 #include "rtf/tables/MarkerPairs.h"
 
-#include <algorithm>
 #include <optional>
 #include <unordered_map>
 
