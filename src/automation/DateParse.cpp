@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::array<std::u16string_view, 7> kWeekdays{u"Sunday",   u"Monday", u"Tuesday", u"Wednesday",
                                                        u"Thursday", u"Friday", u"Saturday"};
-constexpr std::size_t kLongestText = 100;  // no date is longer
+constexpr std::size_t kLongestText = 100;  // the longest date
 
 struct Token {
     enum class Kind { number, month, weekday, morning, afternoon, separator } kind;
@@ -44,7 +44,7 @@ std::optional<Token> wordToken(std::u16string_view word) {
     return std::nullopt;
 }
 
-// Nothing when the text holds what no date does.
+// Nothing when the text contains a part that is not a date's.
 std::optional<std::vector<Token>> tokensOf(std::u16string_view text) {
     std::vector<Token> tokens;
     for (std::size_t at = 0; at < text.size();) {
@@ -145,7 +145,7 @@ private:
         return !endsSeparated(separated) && assignDay();
     }
 
-    // A comma may stand between the day and the time.
+    // A comma may separate the day and the time.
     bool endsSeparated(bool separated) const {
         return separated && !(at_ < tokens_.size() && isSeparator(at_ - 1, u',') && count_ > 0);
     }

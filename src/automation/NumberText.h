@@ -35,8 +35,8 @@ struct ParsedNumber {
 // whole part, an "e" exponent, "&H" and "&O" up to 32 bits. Cost: linear in the text.
 std::optional<ParsedNumber> parseNumberText(std::u16string_view text);
 
-// Nothing when the number is too large, but for the text of the largest double, which is rounded
-// up; what is too small for the type is 0.
+// Nothing when the number is too large, except for the text of the largest double, which is rounded up; what is
+// too small for the type is 0.
 std::optional<double> doubleOf(const ParsedNumber& number);
 // The following take no number in another radix. Both round half to even: the value times 10 to the
 // power of `decimals`; as many decimals (28 at most) as 96 bits can hold.

@@ -22,9 +22,9 @@ class PropertyEnumerator;
 // position and at either end takes constant time; elsewhere the places of the shorter side are
 // shifted. Whatever may fail (std::bad_alloc) fails before anything changes.
 //
-// An entry that was read from a text stays a pair of spans of that text, and becomes a property when
-// somebody asks for it. Likewise, keys are given out when one is first looked up or an entry is first
-// handed out, so a collection that is read and written again makes neither.
+// An entry that was read from a text stays a pair of spans of that text until it is requested as a property.
+// Likewise, keys are given out when one is first looked up or an entry is first returned, so a collection that
+// is only read and written makes neither.
 class KeyedItems : public std::enable_shared_from_this<KeyedItems> {
 public:
     static constexpr std::size_t npos = static_cast<std::size_t>(-1);
@@ -37,7 +37,7 @@ public:
     // How a value is written there: typed by typedValue; in quotes; with its quotes substituted.
     enum class Spelling : std::uint8_t { unquoted, quoted, substituted };
     struct Entry {
-        PropertyRef property;            // null until somebody asks
+        PropertyRef property;            // null until it is requested
         const Source* source = nullptr;  // null when the entry was not read from a text
         std::u16string_view name;        // in the source or in the property
         std::u16string_view value;       // in the source
@@ -72,7 +72,7 @@ public:
     void remove(std::size_t position);
     void move(std::size_t from, std::size_t to);
 
-    // For the reader. What it adds is not handed out until it is asked for.
+    // For the reader. Its entries become properties on request.
 
     const Source& keep(std::u16string text, automation::Date readAt);
     void addUnread(const Entry& entry) { place(size(), Entry(entry)); }

@@ -60,12 +60,12 @@ std::optional<std::u16string> textOfCompressed(std::u16string_view content, std:
 // The text without white space after its last delimiter; all of it when the last entry has no delimiter.
 std::u16string_view withoutBlankEnd(std::u16string_view text, std::size_t from, std::u16string_view delimiter) {
     if (text.ends_with(delimiter)) return text;
-    const std::size_t end = text.find_last_not_of(u" \t\r\n") + 1;  // 0: white space alone
+    const std::size_t end = text.find_last_not_of(u" \t\r\n") + 1;  // 0: only white space
     const std::u16string_view kept = text.substr(0, std::max(end, from));
     return kept.size() == from || kept.ends_with(delimiter) ? kept : text;
 }
 
-// The text of a child entry; its first character tells how it is written.
+// The text of a child entry; its first character gives the encoding.
 std::optional<std::u16string> textOfChild(std::u16string_view content) {
     if (content.starts_with(u'-')) return std::u16string(content.substr(1));
     if (content.starts_with(u'+')) return textOfBase64(content.substr(1));
@@ -217,7 +217,7 @@ std::size_t PropertyReader::readPlain(Scanner& scanner, Name name, std::size_t f
     return end;
 }
 
-// The text stays a text until somebody asks for the collection.
+// The text becomes a collection on request.
 bool PropertyReader::keepChild(Name name, bool attributes, std::u16string_view content) {
     auto text = textOfChild(content);
     if (!text) return false;
@@ -237,7 +237,7 @@ privProperty& PropertyReader::ownerOfChild(Name name) {
     return add(name, std::int32_t{0});
 }
 
-// Most entries stay spans of the text. Those of tags are asked for at once, and an odd name is no span.
+// Most entries stay spans of the text. Those of tags are requested at once, and a changed name is not a span.
 void PropertyReader::addSpan(Name name, std::u16string_view value, Spelling spelling) {
     const KeyedItems::Entry entry{nullptr, source_, withoutLeadingBlanks(name), value, spelling};
     if (form_ == Form::tag || entry.name.find(u'!') != name.npos) {

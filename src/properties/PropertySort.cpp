@@ -30,8 +30,7 @@ using Place = std::list<std::size_t>::iterator;
 
 constexpr std::int32_t kLastComparedType = 15;
 
-// What values of one type are compared by; nothing for types and values that never sort after
-// others.
+// The sort key of values of one type; nothing for types and values that never sort after others.
 std::optional<Value> valueOf(const privProperty& property) {
     const Variant value = property.Value();
     if (const auto* text = value.get<std::u16string>()) return *text;

@@ -27,7 +27,7 @@ namespace {
 
 constexpr std::u16string_view kTerminator = u"\":";
 constexpr std::size_t kLongestNested = privProperties::maximumNestedLength;
-constexpr std::size_t kSample = 64;  // entries whose length tells how much room to reserve
+constexpr std::size_t kSample = 64;  // entries whose length gives the capacity to reserve
 
 void appendInteger(std::u16string& target, std::int32_t value) {
     std::array<char, 12> digits{};
@@ -156,7 +156,7 @@ bool PropertyWriter::writeDate(Date date) {
     return true;
 }
 
-// Only a collection and, in a tag, a picture have a text form. Of any other object the name remains.
+// Only a collection and, in a tag, a picture have a text form. For any other object the name is written.
 void PropertyWriter::writeObject(const Variant& value) {
     const ObjectRef object = value.object();
     if (asTag_) out_ += PictureToText(services_, value);

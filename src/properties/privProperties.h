@@ -15,16 +15,14 @@ namespace velmor {
 class KeyedItems;
 class PropertyEnumerator;
 
-// An ordered, keyed collection of properties. It keeps the order of insertion, and a name may occur
-// more than once. Keys ignore case. Only the first property of a name carries the key; the others
-// are reached by index or enumeration, and Multiple of the first is set. The key goes when the
-// property that carries it is removed.
+// An ordered, keyed collection of properties. It keeps the order of insertion, and a name may occur more than
+// once. Keys ignore case. Only the first property of a name carries the key; the others are reached by index or
+// enumeration, and Multiple of the first is set. The key is removed with its property.
 //
-// Members suppress errors: a missing name or index yields nothing, the default, or no action. Lack
-// of memory raises 7. Looking a name up, adding and indexing take constant time; Remove, Insert and
-// Move may shift references. After Build, entries are only made into properties when they are asked
-// for. A collection keeps its children alive and, if it is stored in itself, itself: the host must
-// then remove it again.
+// Members suppress errors: a missing name or index yields nothing, the default, or no action. Lack of memory
+// raises 7. Looking a name up, adding and indexing take constant time; Remove, Insert and Move may shift
+// references. After Build, entries become properties on request. A collection keeps its children alive and, if
+// it is stored in itself, itself: the host must then remove it again.
 class privProperties final : public automation::Object {
 public:
     // Collections nested deeper, or in themselves, count as empty when they are written, sized
@@ -78,7 +76,7 @@ public:
     std::int32_t Count() const noexcept;
     void Remove(const automation::Variant& pvIndexKey);
 
-    // Enumerates the properties in order, also while entries come and go. The enumerator keeps the
+    // Enumerates the properties in order, also while entries are added and removed. The enumerator keeps the
     // entries that it was made for: RemoveAll, Sort and Build do not disturb it.
     std::shared_ptr<PropertyEnumerator> NewEnum() const;
 
@@ -86,8 +84,8 @@ public:
     PropertyRef GetProperty(std::u16string_view psName, const automation::Variant& pvDefaultValue = {});
     automation::Variant GetValue(std::u16string_view psName, const automation::Variant& pvDefaultValue = {}) const;
     std::u16string GetValueStr(std::u16string_view psName, std::u16string_view psDefaultValue = {}) const;
-    // Takes the text out of the property's string builder. A property without a builder gets an
-    // empty one first, and so gives "".
+    // Moves the text out of the property's string builder. A property without a builder gets an empty one
+    // first, and so gives "".
     std::u16string GetValueStrCatDump(std::u16string_view psName, std::u16string_view psDefaultValue = {});
     std::int32_t GetValueLng(std::u16string_view psName, std::int32_t plDefaultValue = 0) const;
     std::int16_t GetValueInt(std::u16string_view psName, std::int16_t piDefaultValue = 0) const;
@@ -108,11 +106,11 @@ public:
     std::u16string TagCommand() const { return text(TextForm::tagCommand, 0); }
     std::u16string Command() const { return text(TextForm::command, 0); }
 
-    // Read the text form; never raise, whatever the text. White space at its end is no entry. Lack of
-    // memory raises 7 and loses no entry that was there. Without pbAppendValues the entries
-    // are replaced. With pbTagString the text begins with "NAME>", names become upper-case, and
-    // drives and nested tags do not end a value. An empty delimiter is ":". Cost: linear in the
-    // text. The four do the same; they differ in how hosts pass the text.
+    // Read the text form; never raise, whatever the text. White space at its end is ignored. Lack of memory
+    // raises 7 and loses no entry that was there. Without pbAppendValues the entries are replaced. With
+    // pbTagString the text begins with "NAME>", names become upper-case, and drives and nested tags do not end
+    // a value. An empty delimiter is ":". Cost: linear in the text. The four do the same; they differ in how
+    // hosts pass the text.
     void Build(std::u16string_view psString, bool pbAppendValues = false, bool pbTagString = false,
                std::u16string_view psDelimiter = u":") {
         BuildInternal(psString, pbAppendValues, pbTagString, psDelimiter);
@@ -141,14 +139,14 @@ public:
     bool SaveToFile(std::u16string_view psFileName, std::u16string_view psPassword = {}) const {
         return save(TextForm::delimited, psFileName, psPassword);
     }
-    // False when there is no such file or it cannot be read: the collection stays as it is. Else
-    // True, and the file's entries replace its own. With another password than the file's, with a
-    // changed file, or one that was not enciphered, there are none.
+    // False when there is no such file or it cannot be read: the collection stays as it is. Else True, and the
+    // file's entries replace its own. With a wrong password, or for a changed or not enciphered file, these are
+    // none.
     bool LoadFromFile(std::u16string_view psFileName, std::u16string_view psPassword = {});
 
-    // A search condition: each term is a property, named by the word or the quoted phrase; its
-    // value is the operator that joins it to the terms before ("AND", "OR", "NEAR", "AND NOT",
-    // "OR NOT"), the long 0 for the first one. Terms are added to what is there. Linear.
+    // A search condition: each term is a property, named by the word or the quoted phrase; its value is the
+    // operator that joins it to the terms before ("AND", "OR", "NEAR", "AND NOT", "OR NOT"), the long 0 for the
+    // first one. Terms are appended. Linear.
     void BuildByContainsQuery(std::u16string_view psSearchString);
     // The condition as text: a value whose text is longer than one character is an operator.
     std::u16string ContainsQuery() const;

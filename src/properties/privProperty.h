@@ -18,9 +18,9 @@ namespace platform {
 struct Services;
 }
 
-// One named, typed value of a collection, with time stamps, a changed flag, an encoding for the
-// text form and two child collections that are built when they are first read. Only a collection
-// makes properties. A property lives as long as somebody holds it, even after it left the collection.
+// One named, typed value of a collection, with time stamps, a changed flag, an encoding for the text form and
+// two child collections that are built when they are first read. Only a collection makes properties. A property
+// lives while somebody holds it, also after its removal from the collection.
 //
 // An attached string builder is the value: every getter, the writers, the sizes and sorting read
 // it, and every setter detaches it.
@@ -101,7 +101,7 @@ public:
     // Replaces the value and leaves the time stamps and the changed flag alone.
     void SetValueQuiet(automation::Variant&& pvValue);
 
-    // Whether there is anything in the child collection, built or not.
+    // Whether the child collection, built or not, has entries.
     bool HasAttributes() const;
     bool HasProperties() const;
     // The child collection's text: written anew when it was built, else as it was kept.

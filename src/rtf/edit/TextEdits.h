@@ -11,23 +11,22 @@
 
 namespace velmor {
 
-// Collects changes of a text by its places as it is (0-based), then makes them all in one pass: in
-// place as far as the text's capacity goes, else into a new text of the right size. Changes are added in any order;
-// ascending ones cost least. At one place what is inserted comes first, in the order of adding. A change that begins
-// in what another one replaces is lost in it.
+// Collects changes of a text by their places in the unchanged text (0-based), then makes all of them in one
+// pass: in place if the text's capacity is sufficient, else in a new text of the right size. Changes are added
+// in any order; ascending order costs least. At one place insertions precede replacements, in the order of
+// adding. A change that begins in a range which another one replaces is lost.
 class TextEdits {
 public:
     bool empty() const noexcept { return edits_.empty(); }
     std::size_t size() const noexcept { return edits_.size(); }
-    // Forgets those that were added since there were so many.
+    // Forgets the edits after the first `size`.
     void truncate(std::size_t size) { edits_.erase(edits_.begin() + static_cast<std::ptrdiff_t>(size), edits_.end()); }
 
-    // Takes [begin, end) out. Words stay apart: where the control word in front would take in what
-    // follows, one blank is left.
+    // Removes [begin, end). A blank is left where the preceding control word would include the following text.
     void cut(std::size_t begin, std::size_t end) { add({begin, end, {}, Seam::apart}); }
-    // As cut, but what follows may be taken in: it ended a word that goes as well.
+    // As cut, without the blank: the following text ended a word that is removed as well.
     void cutJoining(std::size_t begin, std::size_t end) { add({begin, end, {}, Seam::joined}); }
-    // `text` must outlive apply() and be no part of the text that changes.
+    // `text` must outlive apply() and not be a part of the changed text.
     void replace(std::size_t begin, std::size_t end, std::u16string_view text) { add({begin, end, text, Seam::plain}); }
     void insert(std::size_t at, std::u16string_view text) { replace(at, at, text); }
     // Keeps a text until apply() has used the edits up.
@@ -35,7 +34,7 @@ public:
     void replaceVal(std::size_t begin, std::size_t end, std::u16string text) {
         replace(begin, end, keep(std::move(text)));
     }
-    // As replaceVal, and the last word of `text` stays apart from what follows.
+    // As replaceVal, and a blank separates the last word of `text` from the following text if necessary.
     void replaceApartVal(std::size_t begin, std::size_t end, std::u16string text) {
         add({begin, end, keep(std::move(text)), Seam::apart});
     }
@@ -45,8 +44,8 @@ public:
         insert(at, text.substr(part.begin, part.end - part.begin));
     }
 
-    // A place whose change is known only later: does nothing until it is filled. A cut may then take
-    // in what follows, up to the place of the next edit.
+    // A place whose change is known later: no change until it is filled. A cut may then extend up to the place
+    // of the next edit.
     std::size_t reserve(std::size_t at) {
         insert(at, {});
         return edits_.size() - 1;
@@ -64,13 +63,13 @@ public:
         edits_[place] = {begin, end, keep(std::move(text)), Seam::plain};
     }
 
-    // The edits are used up. Raises std::length_error when the text would grow beyond the limit of a
-    // string builder, or std::bad_alloc; the text is then as it was.
+    // The edits are used up. Raises std::length_error when the text would grow beyond the limit of a string
+    // builder, or std::bad_alloc; the text is then unchanged.
     void apply(std::u16string& text);
 
 private:
-    // Where the text goes on: whether a blank keeps it from the word in front. A plain seam without
-    // text leaves that to the edit before.
+    // The continuation of the text: whether a blank separates it from the preceding word. A plain seam without
+    // text leaves this to the previous edit.
     enum class Seam : std::uint8_t { plain, apart, joined };
 
     struct Edit {
@@ -98,7 +97,7 @@ private:
     void order();
     struct Growth {
         std::size_t length = 0;  // of the changed text, at most
-        std::size_t lead = 0;    // how far writing may come to be ahead of reading
+        std::size_t lead = 0;    // how far writing may be ahead of reading
     };
 
     Growth growth(std::size_t length) const noexcept;
@@ -110,8 +109,7 @@ private:
     bool copiesParts_ = false;
 };
 
-// True when a text that ends so, and goes on with `next`, would have `next` as a part of its last
-// control word, or as the blank that ends it.
+// True when `next` after the text would be a part of the text's last control word, or the blank that ends it.
 bool wordTakesIn(std::u16string_view text, char16_t next) noexcept;
 
 }  // namespace velmor

@@ -170,7 +170,7 @@ void DocumentUnwrapper::keepInTable(const ControlWord& word) {
 
 // ---- Groups
 
-// Returns where to go on.
+// Returns the index to continue at.
 std::size_t DocumentUnwrapper::openGroup(std::size_t index) {
     skipped_ = 0;
     if (documentStandsAt(text_, index)) {

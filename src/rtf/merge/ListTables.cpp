@@ -8,13 +8,13 @@
 namespace velmor {
 namespace {
 
-// Behind "{\*\listtable" or the like.
+// The end of "{\*\listtable" or a similar opening.
 std::size_t behindOpening(std::u16string_view table) {
     const std::size_t star = standsAt(table, 1, u"\\*") ? 3 : 1;
     return readWord(table, star).end;
 }
 
-// The word that an entry begins with, behind "\*".
+// The first word of an entry, after "\*".
 std::u16string_view firstWord(std::u16string_view entry) {
     const std::size_t star = standsAt(entry, 1, u"\\*") ? 3 : 1;
     return standsAt(entry, star, u"\\") ? readWord(entry, star).letters : std::u16string_view();
@@ -27,7 +27,7 @@ std::u16string_view numberOfWord(std::u16string_view entry, std::u16string_view 
     return {};
 }
 
-// Blanks between the groups of an entry are text to some readers, who show it in front of the host's.
+// Blanks between the groups of an entry are text to some readers, which show it before the host's text.
 std::u16string withoutBlanks(std::u16string_view entry) {
     std::u16string result;
     std::vector<bool> drops{false};
@@ -94,7 +94,7 @@ void ListTables::readOverrides(std::u16string_view table) {
     });
 }
 
-// A list that is not in the document's table must not come to mean another document's.
+// A list that is absent from the document's table must not mean another document's list.
 std::u16string_view ListTables::idOf(std::u16string_view id) {
     const auto [known, isNew] = idsOfDocument_.emplace(id, std::u16string());
     if (isNew) known->second = settle(ids_, id);
@@ -115,7 +115,7 @@ void ListTables::addLists(std::u16string_view table) {
     });
 }
 
-// Bullets that are pictures are counted through all documents.
+// Pictures of bullets are counted through all documents.
 void ListTables::renumberPictures(std::u16string_view entry, const EntryItems& level, TextEdits& edits) const {
     if (firstPicture_ == 0) return;
     for (RtfReader words(entry, level.begin(), level.end()); words.nextWord();) {
@@ -195,7 +195,7 @@ std::u16string ListTables::listTable() const {
 std::int32_t ListTables::numberOf(std::u16string_view override) {
     const std::int32_t number = overridesOfDocument_.find(override);
     if (number != NumberMap::none || override == u"0") return number;
-    // Must not come to mean another document's list.
+    // It must not mean another document's list.
     const bool staysFree = (host_ || !hasTables_) && overrideNumbers_.reserve(override);
     return staysFree ? NumberMap::none : 0;
 }

@@ -7,8 +7,8 @@ namespace velmor {
 
 namespace {
 
-// The words in capitals, in the order in which they are turned back. \CFPAT and \CBPAT have become \cfPAT and
-// \cbPAT before their turn comes.
+// The words in capitals, in the order in which they are turned back. \CFPAT and \CBPAT are \cfPAT and \cbPAT by
+// then.
 constexpr std::u16string_view colourCapitals[] = {
     u"CF", u"CB", u"CHCFPAT", u"CHCBPAT", u"PNCF", u"BRDRCF", u"CLCFPAT", u"CLCBPAT", u"AFC", u"HIGHLIGHT", u"ULC",
 };
@@ -65,7 +65,7 @@ std::size_t ReferenceSweep::takeCapitals(std::size_t at) {
         if (!standsAt(text_, letters, capitals)) continue;
         const std::size_t end = letters + capitals.size();
         edits_->replaceVal(letters, end, lowerCase(capitals));
-        // \CFpat has become \cfpat before the numbers of that word's turn come.
+        // \CFpat becomes \cfpat before the numbers of that word are replaced.
         const std::u16string_view pattern = capitals == u"CF" ? u"cfpat" : u"cbpat";
         if (capitals.size() == 2 && standsAt(text_, end, u"pat")) {
             ControlWord found = readWord(text_, at);

@@ -12,28 +12,27 @@
 
 namespace velmor {
 
-// What a document's references come to mean. What is null is left as it is.
+// The new numbers of a document's references. A null member leaves its references unchanged.
 struct References {
     const NumberMap* fonts = nullptr;
     const NumberMap* colours = nullptr;
     StyleSheet* styles = nullptr;
     ListTables* lists = nullptr;
-    std::int32_t defaultStyle = NumberMap::none;  // named where a paragraph names none
+    std::int32_t defaultStyle = NumberMap::none;  // named in paragraphs without a style
     // Tolerant merging only, for lifted documents: the font that \plain and the beginning mean, and \widctlpar or
     // \nowidctlpar where \pard would go back to the other one in the host.
     std::int32_t defaultFont = NumberMap::none;
     std::u16string_view widowControl{};
 };
 
-// Renumbers a document's references in one pass, whatever the number of fonts, colours, styles and
-// lists.
+// Renumbers a document's references in one pass.
 //
-// The outcome for fonts and colours is that of replacing, for one number after the other, the word
-// with its number and one of "\", " ", "}", "{" and carriage return behind it. Such a replacement
-// goes on behind the delimiter, so of adjacent equal references, \f1\f1\b, it takes every other one.
-// Before the numbers of a kind of reference are final they stand behind a word in capitals; all such
-// words are turned back at the end, those that the document brought along, too. Tolerant merging, as
-// styles and lists always do, takes every whole word.
+// In exact merging the result for fonts and colours is that of replacing, for one number after the other, the
+// word with its number and one of "\", " ", "}", "{" and carriage return after it. Such a replacement continues
+// after the delimiter, so of adjacent equal references, \f1\f1\b, it takes every other one. Replaced references
+// have a word in capitals until all numbers of the kind are replaced; all such words are turned back at the
+// end, also those of the document itself. Tolerant merging takes every whole word; for styles and lists exact
+// merging does too.
 class ReferenceSweep {
 public:
     ReferenceSweep(const CleanOptions& options, NumberTexts& numbers) noexcept
@@ -42,7 +41,7 @@ public:
     // A new text; `edits` receives what changes.
     void begin(std::u16string_view text, const References& references, TextEdits& edits);
 
-    // The words that begin in [begin, end), which stands outside of an escape. Ranges ascend.
+    // Renumbers the words that begin in [begin, end), which is outside of an escape. Ranges ascend.
     void sweep(std::size_t begin, std::size_t end);
 
 private:
@@ -61,7 +60,7 @@ private:
     References references_;
     TextEdits* edits_ = nullptr;
 
-    // The last plain replacement: its word, its old number, and the delimiter that it used up.
+    // The last exact replacement: its word, its old number, and its delimiter.
     std::u16string_view lastLetters_;
     std::u16string_view lastNumber_;
     std::size_t usedDelimiter_ = 0;

@@ -16,7 +16,7 @@ constexpr std::u16string_view description = u"{\\*\\korvanesection";
 
 constexpr int longestLine = 12;
 
-// The words that matter wherever they stand.
+// The words that matter everywhere.
 const WordSet wordsAnywhere({WordTrait::section}, {Word::bin, Word::facingp, Word::intbl, Word::page, Word::par,
                                                    Word::pard, Word::row, Word::sect, Word::trowd});
 
@@ -137,7 +137,7 @@ void DocumentFlow::classify(std::size_t index) {
     level.body = false;
 }
 
-// Asked of the outermost field alone, as what is in it is no body.
+// For the outermost field only, as its content is not body text.
 bool DocumentFlow::showsResult(std::size_t index) const {
     if (!levels_.back().body || !sections_.awaitsContent()) return false;
     const std::u16string_view text = readings_.back().text;
@@ -196,7 +196,7 @@ void DocumentFlow::take(const ControlWord& word, std::size_t behind) {
     if (levels_.back().body) takeBodyWord(word, behind);
 }
 
-// With the words that describe its line; no border of a paragraph is among them.
+// With the words that describe its line, but without borders of a paragraph.
 void DocumentFlow::takeFrame(const ControlWord& word) {
     const auto known = std::find(frameWords.begin(), frameWords.end(), word.letters);
     if (known == frameWords.end()) return;

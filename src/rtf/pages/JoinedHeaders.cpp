@@ -56,7 +56,7 @@ void JoinedHeaders::findFacingPages() {
     }
 }
 
-// Readers look for the word in the header of the whole.
+// Readers search the word in the header of the whole text.
 void JoinedHeaders::letHostFace(std::size_t host) {
     std::size_t at = hostHeaderStart(text_, host);
     for (std::size_t next = at; (next = skipWhiteSpace(text_, next)) < text_.size();) {
@@ -120,7 +120,7 @@ void JoinedHeaders::takeWord(std::size_t index) {
 }
 
 void JoinedHeaders::take(HeaderName name, std::size_t begin, std::size_t end) {
-    // Left pages do not differ in this document, but they do in another one.
+    // This document has no left pages of its own, but another document has.
     const bool leftAsMain = anyFacing_ && !facing_[document_];
     Pages& given = given_[name.kind];
     if (name.pages == HeaderPages::first) {
@@ -175,7 +175,7 @@ void JoinedHeaders::closeSection(HeaderKind kind) {
         if (foreign.left && anyFacing_) empty(beginning_, {kind, HeaderPages::left});
         foreign.main = foreign.left = false;
     }
-    // Nobody sees it before a section has a first page of its own.
+    // It does not show before a section has its own first page.
     if (foreign.first && title_ != nowhere) {
         empty(beginning_ != nowhere ? beginning_ : title_, {kind, HeaderPages::first});
         foreign.first = false;
@@ -183,8 +183,8 @@ void JoinedHeaders::closeSection(HeaderKind kind) {
     emptied_[kind] = emptied_[kind] && !own.any();
 }
 
-// Empty headers at the page's edge do not move the text, however far from it the document would have its own. The
-// distance must not reach a later section, which may have one.
+// Empty headers at the page's edge do not move the text, whatever the document's distance is. The distance must
+// not hold in a later section, which may have a header.
 void JoinedHeaders::endSilently(std::size_t end) {
     std::u16string words;
     if (emptied_[HeaderKind::header]) words += u"\\headery0";

@@ -44,7 +44,7 @@ bool SectionDescriptions::joinStandsAt(std::size_t index) const noexcept {
     return mergeMode_ && !row_.inRow() && standsAt(text_, index, Module1::mergePageBreakMarker);
 }
 
-// ---- What the markers describe
+// ---- Reading the markers
 
 void SectionDescriptions::readMarkers(std::size_t limit) {
     beginDocument(0);
@@ -107,7 +107,7 @@ void SectionDescriptions::describeBeginning(std::size_t at, Beginning beginning)
     }
 }
 
-// ---- What is written
+// ---- Writing
 
 void SectionDescriptions::writeDescriptions() {
     std::sort(descriptions_.begin(), descriptions_.end(),

@@ -52,7 +52,7 @@ std::u16string unicodeWord(char16_t unit, std::int32_t fallback) {
 
 std::u16string withCharacters(std::u16string_view text, const CodePage& from, const CodePage* to) {
     std::u16string result;
-    bool standsForOne = false;  // what comes next, for the \u in front
+    bool standsForOne = false;  // the next unit is the fallback of a \u
     for (std::size_t at = 0; at < text.size();) {
         std::size_t end = at + 1;
         const std::int32_t byte = standsAt(text, at, u"\\'") ? byteAt(text, at) : -1;
@@ -86,7 +86,7 @@ std::int32_t codePageNamedBy(const ControlWord& word) noexcept {
 
 namespace {
 
-// Ends the search for words of the header early in a document whose text lies in groups.
+// Ends the search for words of the header early in a document whose text is in groups.
 bool beginsBody(const ControlWord& word) noexcept {
     const WordMeaning meaning = meaningOf(word.letters);
     return meaning.is(WordTrait::beginsText) || meaning.word == Word::trowd;

@@ -61,7 +61,7 @@ GroupOpening readOpening(std::u16string_view text, std::size_t brace) noexcept {
     return opening;
 }
 
-// Units are looked at in blocks, which compilers compare several at a time.
+// Units are read in blocks, which compilers compare several at a time.
 std::size_t findBrace(std::u16string_view text, std::size_t index) noexcept {
     constexpr std::size_t block = 16;
     for (; index + block <= text.size(); index += block) {
@@ -110,7 +110,7 @@ std::size_t RtfSearch::find(std::u16string_view sought, std::size_t from, Compar
     return from;
 }
 
-// The index after the data in which `index` lies; `index` itself when it lies in none.
+// The end of the data around `index`; `index` itself outside of data.
 std::size_t RtfSearch::skipData(std::size_t index) noexcept {
     constexpr std::u16string_view word = u"\\bin";
     const std::u16string_view before = text_.substr(0, index);

@@ -19,7 +19,7 @@ namespace velmor {
 // backslash directly precedes it, so one after "\\" does not count, the brace of a document excepted. The tolerant one
 // reads backslashes in pairs, as readers of RTF do, and passes over the data of \bin.
 
-// A run of a text, from its first index up to the one after it.
+// A range of a text; the end is excluded.
 struct TextRange {
     std::size_t begin = 0;
     std::size_t end = 0;
@@ -43,7 +43,7 @@ inline bool standsAt(std::u16string_view text, std::size_t index, std::u16string
     return index <= text.size() && text.substr(index, word.size()) == word;
 }
 
-// True for the word itself; false where it is the beginning of a longer word.
+// True for the word itself; false for the beginning of a longer word.
 inline bool wordStandsAt(std::u16string_view text, std::size_t index, std::u16string_view word) noexcept {
     const std::size_t end = index + word.size();
     return standsAt(text, index, word) && (end >= text.size() || !isLetter(text[end]));
@@ -54,7 +54,7 @@ inline std::size_t skipWhiteSpace(std::u16string_view text, std::size_t index) n
     return index;
 }
 
-// Past the index and a blank that stands there, which ends a word.
+// Past the index, or past the blank at the index, which ends a word.
 inline std::size_t skipBlank(std::u16string_view text, std::size_t index) noexcept {
     return index + (index < text.size() && text[index] == u' ');
 }
@@ -107,7 +107,7 @@ class WordRun {
 public:
     WordRun(std::u16string_view text, std::size_t from) noexcept : text_(text), at_(from) {}
 
-    // Moves to the next word; false where something else follows.
+    // Moves to the next word; false when something else follows.
     bool next() noexcept {
         at_ = skipWhiteSpace(text_, at_);
         if (at_ >= text_.size() || text_[at_] != u'\\') return false;
@@ -139,7 +139,7 @@ inline bool documentStandsAt(std::u16string_view text, std::size_t index) noexce
 
 // What a group begins with, white space passed over.
 struct GroupOpening {
-    std::size_t word = 0;         // of the first word's backslash; where that would be
+    std::size_t word = 0;         // of the first word's backslash; the place for it
     bool ignorable = false;       // "\*" precedes the word
     std::u16string_view letters;  // none when the group does not begin with a word
 };

@@ -8,14 +8,14 @@
 
 namespace velmor {
 
-// What a control word is to the stages. A word may have several traits.
+// The properties of a control word that stages ask for. A word may have several.
 enum class WordTrait : std::uint8_t {
     shown,          // the word puts something on the page: a character, or a break other than a paragraph's end
     shownCell,      // the word belongs to a row, and a row shows something
-    shownGroup,     // the group that begins with it shows something where it stands
-    hiddenGroup,    // the group that begins with it shows nothing where it stands
+    shownGroup,     // the group that begins with it shows something at its place
+    hiddenGroup,    // the group that begins with it shows nothing at its place
     apartGroup,     // the paragraphs of the group that begins with it are not those of the table around it
-    documentWord,   // the word speaks for a whole document, and means nothing in a part of another one
+    documentWord,   // the word describes a whole document, and has no meaning in a part of another one
     documentGroup,  // so does the group that begins with it
     section,        // the word describes a section: its page, columns, numbers, borders, where it begins
     paragraph,      // the word sets up a paragraph; not its list, and not its characters
@@ -78,7 +78,7 @@ inline bool wordIs(WordTrait trait, std::u16string_view letters) noexcept {
     return meaningOf(letters).is(trait);
 }
 
-// Some words of the table, known by their first three letters: a single look tells most others apart.
+// Some words of the table, indexed by their first three letters: one access excludes most others.
 class WordSet {
 public:
     explicit WordSet(std::initializer_list<WordTrait> traits, std::initializer_list<Word> words = {});
@@ -105,8 +105,8 @@ private:
     std::bitset<std::size_t{1} << 15> beginnings_;
 };
 
-// Whether the control symbol (the unit after its backslash) is seen on the page: an escaped character, a
-// byte ("\'e4"), a non-breaking space or hyphen.
+// Whether a page shows the control symbol (the unit after its backslash): an escaped character, a byte
+// ("\'e4"), a non-breaking space or hyphen.
 constexpr bool isShownSymbol(char16_t symbol) noexcept {
     return std::u16string_view(u"'~_{}\\").find(symbol) != std::u16string_view::npos;
 }

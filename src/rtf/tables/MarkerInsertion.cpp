@@ -10,7 +10,7 @@ namespace {
 
 struct Edge {
     std::size_t index;
-    std::size_t table;  // inner tables have the smaller numbers
+    std::size_t table;  // inner tables have smaller numbers
     bool isStart;
 
     // At one place a table ends before the next one starts; outer tables start before inner ones.

@@ -43,16 +43,16 @@ struct Definition {
     std::size_t previous;  // in the same row
 };
 
-// A pair of markers whose end is ahead, or a group of text that stands apart.
+// An open pair of markers, or an open group with separate paragraphs.
 struct Open {
-    std::size_t end;    // of its own text
-    std::size_t level;  // 0: text that stands apart, which does not change
+    std::size_t end;    // of its text
+    std::size_t level;  // 0: separate paragraphs, which do not change
 
-    // The current paragraph. The places are those of changes that may become necessary.
+    // The current paragraph. The places are reserved for changes that may become necessary.
     std::size_t paragraph;             // begins here
     std::size_t startPlace = none;     // until the first paragraph is set up
-    std::size_t defaultsPlace = none;  // behind the \pard of a paragraph without \intbl
-    std::size_t setUpPlace = none;     // behind a table or row, where the paragraph is to be set up again
+    std::size_t defaultsPlace = none;  // after the \pard of a paragraph without \intbl
+    std::size_t setUpPlace = none;     // after a table or row: the paragraph may have to be set up again
     bool isBehindTable = false;        // and no paragraph has ended since
     std::size_t defaults = none;       // the last \pard
 
@@ -62,7 +62,7 @@ struct Open {
     std::size_t cells = 0;
     std::size_t nestedCells = 0;
     std::size_t definition = none;        // the last one of the row
-    std::size_t nestedDefinition = none;  // where one begins that is in its group already
+    std::size_t nestedDefinition = none;  // the begin of one that is in its group already
     std::size_t lastDefinition = none;    // of the rows before
 
     bool isTable() const noexcept { return level != 0; }
@@ -91,7 +91,7 @@ private:
     void prepareForTable(std::size_t index);
     Open* outerTable() { return open_.empty() || !open_.back().isTable() ? nullptr : &open_.back(); }
 
-    // ---- Words. What a word ends, it may end for the scanner, too: then the text goes on at at_.
+    // ---- Words. A word may move at_ past itself; then reading continues there.
 
     bool take(std::size_t index, std::size_t limit);
     void takeCell(const ControlWord& word);
@@ -119,8 +119,8 @@ private:
     TextEdits edits_;
     std::vector<Open> open_;
     std::vector<Definition> definitions_;
-    std::vector<std::size_t> paragraphPlaces_;  // behind \par and \pard, since the last \intbl or pair
-    std::size_t repeats_ = 64 * text_.size();   // what repeated definitions may still take
+    std::vector<std::size_t> paragraphPlaces_;  // after \par and \pard, since the last \intbl or pair
+    std::size_t repeats_ = 64 * text_.size();   // remaining units for repeated definitions
     std::size_t at_ = 0;
 };
 
@@ -143,7 +143,7 @@ void Conversion::readUpTo(std::size_t limit) {
 }
 
 void Conversion::enter(const PairedMarker& marker) {
-    // A pair that leaves text which stands apart belongs neither there nor to the table around it.
+    // A pair that crosses the end of a separate group belongs neither to it nor to the table around it.
     if (!open_.empty() && marker.tableEnd > open_.back().end) return;
     const Open* outer = outerTable();
     const std::size_t level = outer == nullptr ? 1 : std::min(highestLevel, outer->level + 1);
@@ -167,8 +167,8 @@ void Conversion::leave(const PairedMarker& marker) {
     }
 }
 
-// What stands before a table in its cell becomes a paragraph of its own. An empty one keeps two
-// tables apart, which would else be shown as one.
+// Text before a table in its cell becomes a paragraph. An empty paragraph separates two tables, which would
+// otherwise be shown as one.
 void Conversion::prepareForTable(std::size_t index) {
     const Open& outer = open_.back();
     if (!outer.isBehindTable && !showsText(text_.substr(outer.paragraph, index - outer.paragraph))) return;
@@ -178,7 +178,7 @@ void Conversion::prepareForTable(std::size_t index) {
 
 // ---- Words
 
-// True when at_ moved on.
+// True when at_ was moved.
 bool Conversion::take(std::size_t index, std::size_t limit) {
     if (!tables::levelWords.mayHold(text_, index)) return false;
     const ControlWord word = readWord(text_, index);
@@ -250,7 +250,7 @@ void Conversion::takeLevel(const ControlWord& word) {
     }
     const bool hasInTable = word.begin >= 6 && standsAt(text_, word.begin - 6, inTableWord);
     if (!hasInTable || !standsAt(text_, word.end, u"\\")) edits_.insert(word.begin, inTableWord);
-    // White space gives way, unless it would be missed behind the number; all else stays.
+    // White space is replaced, unless it must follow the number; other text stays.
     const char16_t next = word.end < text_.size() ? text_[word.end] : u'\0';
     const char16_t second = word.end + 1 < text_.size() ? text_[word.end + 1] : u'\0';
     const bool givesWay = !isNegative && isWhiteSpace(next) && !isDecimalDigit(second) && second != u' ';
@@ -314,7 +314,7 @@ void Conversion::takeRow(const ControlWord& word) {
     if (table.isNested()) table.startPlace = table.setUpPlace = edits_.reserve(afterBraces(end));
 }
 
-// The definition that holds for the row. Those that stand in the row leave it.
+// The definition in force for the row. The row's own definitions are removed from it.
 std::size_t Conversion::definitionOfRow() {
     const Open& table = open_.back();
     if (table.nestedDefinition != none) {
@@ -331,7 +331,7 @@ std::size_t Conversion::definitionOfRow() {
 void Conversion::nestRow(const ControlWord& word, const RowDefinition* definition) {
     const std::size_t row = word.begin;
     const std::size_t keep = row - std::min(row, keepTogether.size());
-    // What keeps the row together may stand right in front of its end; it is a part of the definition.
+    // A \trkeep may directly precede the row's end; it is a part of the definition.
     const bool isKept = standsAt(text_, keep, keepTogether) && !isEscaped(text_, keep) &&
                         keep >= open_.back().paragraph && (definition == nullptr || keep >= definition->range.end);
     if (isKept) edits_.cut(keep, row);
@@ -341,11 +341,11 @@ void Conversion::nestRow(const ControlWord& word, const RowDefinition* definitio
     insertDefinition(row, definition);
     if (isKept) edits_.insert(row, keepTogether);
     if (word.letters == u"row") edits_.insert(row + 1, u"nest");
-    // The blank that ends the word would be text behind the brace.
+    // The blank that ends the word would be text after the brace.
     edits_.insert(word.end + standsAt(text_, word.end, u" "), u"}");
 }
 
-// Readers drop the cells for which a row has no column, so it gets the missing ones: an inch each.
+// Readers drop cells without a column, so the row gets the missing columns, of one inch each.
 void Conversion::insertDefinition(std::size_t index, const RowDefinition* definition) {
     const Open& table = open_.back();
     std::size_t columns = 0, right = 0;
@@ -357,7 +357,7 @@ void Conversion::insertDefinition(std::size_t index, const RowDefinition* defini
         edits_.insert(index, u"\\trowd");
     }
     std::u16string added;
-    // Nested cells are the row's own unless it has others.
+    // Nested cells belong to the row unless it has others.
     for (; columns < (table.cells != 0 ? table.cells : table.nestedCells); ++columns) {
         right += inch;
         added.append(u"\\cellx").append(decimal(static_cast<std::int64_t>(right)));
@@ -365,7 +365,7 @@ void Conversion::insertDefinition(std::size_t index, const RowDefinition* defini
     if (!added.empty()) edits_.replaceVal(index, index, std::move(added));
 }
 
-// What rows without a definition repeat could make a long text of a short one without end.
+// Rows that repeat a definition could enlarge a text without limit.
 bool Conversion::mayRepeat(TextRange definition) {
     if (definition.begin >= open_.back().rowBegin) return true;
     const std::size_t length = definition.end - definition.begin;
@@ -376,7 +376,7 @@ bool Conversion::mayRepeat(TextRange definition) {
 
 // ---- Paragraphs
 
-// Braces end groups that began before the place, and with them whatever is set up in these.
+// Braces end groups that began before the place, and the settings in them.
 std::size_t Conversion::afterBraces(std::size_t index) const {
     std::size_t end = skipClosingBraces(text_, index);
     while (end > index && text_[end - 1] != u'}') --end;
@@ -388,11 +388,11 @@ void Conversion::beginParagraph(std::size_t index) {
     open_.back().isBehindTable = false;
 }
 
-// Gives the paragraph that ends what it lacks to be one of its table.
+// Gives the ending paragraph the words that it needs to be in its table.
 void Conversion::endParagraph(bool endsInRow) {
     Open& table = open_.back();
     if (table.startPlace != none) edits_.fillApart(table.startPlace, inTable(table.level));
-    if (table.setUpPlace != none) setUpAgain();  // which may be the same place
+    if (table.setUpPlace != none) setUpAgain();  // possibly at the same place
     if (table.defaultsPlace != none) {
         const std::size_t level = table.inRow || endsInRow ? table.level : table.level - 1;
         if (level != 0) edits_.fill(table.defaultsPlace, inTable(level));
@@ -400,7 +400,7 @@ void Conversion::endParagraph(bool endsInRow) {
     table.startPlace = table.defaultsPlace = table.setUpPlace = none;
 }
 
-// Behind a table the paragraph is set up in any case, behind a row only if words would be missed.
+// After a table the paragraph is always set up again, after a row only if it has settings.
 void Conversion::setUpAgain() {
     const Open& table = open_.back();
     std::u16string words = table.defaults == none ? u"" : paragraphWords(text_, table.defaults);

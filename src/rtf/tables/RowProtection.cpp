@@ -15,7 +15,7 @@ struct Row {
     bool kept = false;
 };
 
-// Takes the words of a text from left to right. By the plain rules a word that begins like one of these is that one.
+// Takes the words of a text from left to right. In exact cleaning a word with such a beginning counts as that word.
 class RowReader {
 public:
     RowReader(std::u16string_view text, bool hasMarkers, TextEdits& edits)
@@ -36,7 +36,7 @@ public:
     bool inRow() const noexcept { return row_.begun; }
 
 private:
-    // A table in a pair of markers is apart from the row around it.
+    // A table in a pair of markers is separate from the row around it.
     void takeMarker(std::size_t index) {
         if (standsAt(text_, index, startTableMarker)) {
             outer_.push_back(row_);
