@@ -58,9 +58,11 @@ void TextEdits::order() {
         const bool inserts = left.begin == left.end;
         return inserts ? right.begin != right.end : right.begin != right.end && left.end > right.end;
     };
-    if (!std::is_sorted(edits_.begin(), edits_.end(), comesFirst)) {
-        std::stable_sort(edits_.begin(), edits_.end(), comesFirst);
-    }
+    const auto isOutOfPlace = [&](const Edit& left, const Edit& right) {
+        return right.begin < left.end || comesFirst(right, left);
+    };
+    if (std::adjacent_find(edits_.begin(), edits_.end(), isOutOfPlace) == edits_.end()) return;
+    std::stable_sort(edits_.begin(), edits_.end(), comesFirst);
     std::uint32_t end = 0;
     std::erase_if(edits_, [&](const Edit& edit) {
         const bool isLost = edit.begin < end;

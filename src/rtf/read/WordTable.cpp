@@ -525,10 +525,19 @@ constexpr bool isBefore(const Row& left, const Row& right) noexcept {
 }
 static_assert(std::is_sorted(std::begin(table), std::end(table), isBefore));
 
+// Where the families of each first letter begin; those of the next letter end them.
+constexpr auto familiesFrom = [] {
+    std::array<std::uint8_t, u'z' + 2> begins{};
+    for (const Row& family : families) ++begins[family.letters[0] + 1u];
+    for (std::size_t i = 1; i < begins.size(); ++i) begins[i] = static_cast<std::uint8_t>(begins[i] + begins[i - 1]);
+    return begins;
+}();
+static_assert(std::is_sorted(std::begin(families), std::end(families), isBefore));
+
 constexpr Traits traitsOfFamily(std::u16string_view letters) noexcept {
     Traits traits = none;
-    for (const Row& family : families) {
-        if (letters[0] == family.letters[0] && letters.starts_with(family.letters)) traits |= family.traits;
+    for (std::size_t i = familiesFrom[letters[0]]; i < familiesFrom[letters[0] + 1u]; ++i) {
+        if (letters.starts_with(families[i].letters)) traits |= families[i].traits;
     }
     return letters == u"pgnstart" ? none : traits;
 }
