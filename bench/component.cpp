@@ -21,6 +21,7 @@
 #else
 #include "core/kvTag.h"
 #include "platform/MemoryServices.h"
+#include "text/privStrCat.h"
 #endif
 
 namespace velmor::bench {
@@ -82,7 +83,7 @@ public:
     std::size_t evaluate(const std::u16string& text) {
         const auto tag = std::make_shared<kvTag>(services_);
         tag->Value(text);
-        return tag->resultText()->size();
+        return tag->resultBuilder()->contiguous().size();
     }
 
 private:

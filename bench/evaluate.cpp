@@ -1,5 +1,6 @@
 // Evaluates templates. The floor is a loop over the same bytes.
 
+#include <ctemplate/template.h>
 #include <sys/resource.h>
 
 #include <cstdio>
@@ -12,6 +13,7 @@
 #include "core/kvTags.h"
 #include "platform/MemoryServices.h"
 #include "properties/privProperties.h"
+#include "text/privStrCat.h"
 
 namespace velmor::bench {
 namespace {
@@ -77,11 +79,11 @@ const Workload& workload(Shape shape, std::size_t tags) {
     return *kept;
 }
 
-TextRef evaluate(Workload& given) {
+std::shared_ptr<const privStrCat> evaluate(Workload& given) {
     const auto tag = std::make_shared<kvTag>(given.services);
     tag->Properties(Collection(given.properties));
     tag->Value(given.text);
-    return tag->resultText();
+    return tag->resultBuilder();
 }
 
 void ours(benchmark::State& state, Shape shape) {
@@ -137,7 +139,7 @@ void nestedOurs(benchmark::State& state) {
         const auto tag = std::make_shared<kvTag>(services);
         tag->Properties(Collection(properties));
         tag->Value(text);
-        benchmark::DoNotOptimize(tag->resultText());
+        benchmark::DoNotOptimize(tag->resultBuilder());
     }
 }
 
@@ -146,10 +148,33 @@ void nestedPeer(benchmark::State& state) {
     for (auto _ : state) benchmark::DoNotOptimize(evaluate(given));
 }
 
+// The same chains of ctemplate: each template includes the next one.
+void nestedTemplates(benchmark::State& state) {
+    constexpr int levels = 16;
+    const auto name = [](int level) { return "p" + std::to_string(level); };
+    for (int i = 0; i < levels; ++i) {
+        ctemplate::StringToTemplateCache(name(i), i == levels - 1 ? "end" : "level {{>NEXT}}", ctemplate::DO_NOT_STRIP);
+    }
+    ctemplate::StringToTemplateCache("rows", "{{#ROW}}row {{>NEXT}}\r\n{{/ROW}}", ctemplate::DO_NOT_STRIP);
+    ctemplate::TemplateDictionary rows("rows");
+    for (std::int64_t i = 0; i < state.range(0); ++i) {
+        ctemplate::TemplateDictionary* at = rows.AddSectionDictionary("ROW");
+        for (int level = 0; level < levels; ++level) {
+            at = at->AddIncludeDictionary("NEXT");
+            at->SetFilename(name(level));
+        }
+    }
+    for (auto _ : state) {
+        std::string result;
+        ctemplate::ExpandTemplate("rows", ctemplate::DO_NOT_STRIP, &rows, &result);
+        benchmark::DoNotOptimize(result.data());
+    }
+}
+
 void printMemory(std::size_t tags) {
     auto& given = const_cast<Workload&>(workload(Shape::distinct, tags));
     const std::size_t before = peakMemory();
-    const TextRef result = evaluate(given);
+    const auto result = evaluate(given);
     const double above = static_cast<double>(peakMemory() - before);
     const double characters = 2.0 * static_cast<double>(given.text.size());
     std::printf(
@@ -172,5 +197,9 @@ int main(int argc, char** argv) {
     addBesideDistinct("owned", Shape::owned, 100000);
     benchmark::RegisterBenchmark("nested16/ours", nestedOurs)->Arg(5000)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("nested16/peer", nestedPeer)->Arg(5000)->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("nested16 of ctemplate/ours", nestedOurs)->Arg(5000)->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("nested16 of ctemplate/peer", nestedTemplates)
+        ->Arg(5000)
+        ->Unit(benchmark::kMillisecond);
     return runWithRatios(argc, argv);
 }

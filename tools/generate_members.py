@@ -18,7 +18,7 @@ import sys
 SOURCES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "src")
 
 # The core can return these texts without a copy.
-SHARED_TEXTS = {("kvTag", "Result"): "resultText"}
+SHARED_TEXTS = {("kvTag", "Result"): "resultBuilder"}
 
 ATTRIBUTES = r'\[((?:[^\]"]|"[^"]*")*)\]'
 MEMBER = re.compile(r"\s*" + ATTRIBUTES + r"\s*HRESULT\s+(\w+)\(((?:[^;\"]|\"[^\"]*\")*?)\);")

@@ -1,6 +1,5 @@
 #include "cli/Documents.h"
 
-#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -13,10 +12,6 @@
 
 namespace velmor::cli {
 namespace {
-
-bool isAscii(std::string_view bytes) {
-    return std::none_of(bytes.begin(), bytes.end(), [](char byte) { return static_cast<unsigned char>(byte) > 127; });
-}
 
 bool isRtf(std::string_view bytes) {
     return bytes.starts_with("{\\rtf");

@@ -16,13 +16,14 @@ class kvTag;
 class kvTags;
 class privProperties;
 class privProperty;
+class privStrCat;
 }  // namespace velmor
 
 namespace velmor::com {
 
 // What a member gives, as the platform wants it. A type that is not listed does not compile.
 void give(BSTR& place, const std::u16string& value);
-void give(BSTR& place, const std::shared_ptr<const std::u16string>& value);  // shared, never null
+void give(BSTR& place, const std::shared_ptr<const privStrCat>& value);  // never null
 void give(VARIANT& place, const automation::Variant& value);
 void give(IDispatch*& place, const automation::ObjectRef& value);
 inline void give(long& place, std::int32_t value) {

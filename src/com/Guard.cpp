@@ -10,6 +10,7 @@
 #include "text/Encoding.h"
 #include "text/Error.h"
 #include "text/ErrorSource.h"
+#include "text/privStrCat.h"
 
 namespace velmor::com {
 
@@ -46,8 +47,8 @@ void give(BSTR& place, const std::u16string& value) {
     place = platform::makeBstr(value);
 }
 
-void give(BSTR& place, const std::shared_ptr<const std::u16string>& value) {
-    give(place, *value);
+void give(BSTR& place, const std::shared_ptr<const privStrCat>& value) {
+    place = platform::makeBstr(value->contiguous());
 }
 
 void give(VARIANT& place, const automation::Variant& value) {

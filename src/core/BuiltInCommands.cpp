@@ -139,13 +139,11 @@ void BuiltInCommands::logError(std::u16string_view message, std::u16string_view 
 std::u16string BuiltInCommands::setProperty(privProperties& elements) const {
     const PropertyRef parameter = elements.Item(kFirstParameter);
     if (!parameter) return {};
-    const std::u16string text = parameter->ValueStr();
-    const bool preprocess = elements.GetValueBoolean(u"PREPROCESS", true);
-    if (preprocess && text.find(kOpeningMarker) != std::u16string::npos) {
-        put(parameter->Name(), Variant(processed(text)));
-    } else {
-        put(parameter->Name(), parameter->Value());
-    }
+    Variant value = parameter->Value();
+    const auto* const text = value.get<std::u16string>();
+    const bool hasTags = text != nullptr && text->find(kOpeningMarker) != std::u16string::npos;
+    if (hasTags && elements.GetValueBoolean(u"PREPROCESS", true)) value = Variant(processed(*text));
+    put(parameter->Name(), std::move(value));
     return {};
 }
 

@@ -1,6 +1,7 @@
 #include "core/ErrorLog.h"
 
 #include "properties/privProperties.h"
+#include "text/Error.h"
 
 namespace velmor {
 
@@ -45,6 +46,17 @@ void addErrorLogEntry(platform::Services& services, privProperties& log, const E
         addOrCount(services, log, entry);
     } catch (const std::exception&) {
         // No memory for the entry: evaluation goes on.
+    }
+}
+
+void logFailure(platform::Services& services, privProperties& log, std::u16string_view handler,
+                std::u16string_view tagName) noexcept {
+    try {
+        throw;
+    } catch (const Error& error) {
+        addErrorLogEntry(services, log, {handler, error.description(), error.number(), tagName, {}});
+    } catch (const std::exception&) {
+        addErrorLogEntry(services, log, {handler, u"Out of memory", 7, tagName, {}});
     }
 }
 

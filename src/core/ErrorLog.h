@@ -24,6 +24,11 @@ struct ErrorLogEntry {
 // counts the others. Never raises: an entry that finds no memory is left out.
 void addErrorLogEntry(platform::Services& services, privProperties& log, const ErrorLogEntry& entry) noexcept;
 
+// Adds an entry for the exception that is being handled: its text and number, the tag's name as its
+// tag data.
+void logFailure(platform::Services& services, privProperties& log, std::u16string_view handler,
+                std::u16string_view tagName) noexcept;
+
 // Hears of every entry that this thread adds while the listener lives, including those that the log
 // only counts. The listener made last hears alone.
 class ErrorListener {

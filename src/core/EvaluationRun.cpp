@@ -25,11 +25,6 @@ std::u16string_view limitMessage(EvaluationLimit limit) noexcept {
     return u"More than 1,073,741,823 characters in one evaluation";
 }
 
-EvaluationRun& EvaluationRun::current() noexcept {
-    static thread_local EvaluationRun run;
-    return run;
-}
-
 std::optional<EvaluationLimit> EvaluationRun::countDispatch() noexcept {
     if (tooDeep_) return EvaluationLimit::levels;
     if (characters_ > kMaximumCharacters) return EvaluationLimit::characters;
@@ -42,6 +37,16 @@ std::optional<EvaluationLimit> EvaluationRun::countCharacters(std::size_t count)
     characters_ += static_cast<std::int64_t>(count);
     if (characters_ <= kMaximumCharacters) return std::nullopt;
     return EvaluationLimit::characters;
+}
+
+std::optional<EvaluationLimit> EvaluationRun::countValue(std::size_t size) noexcept {
+    if (const auto limit = countCharacters(size)) return limit;
+    return apart_ == 0 || hold(size) ? std::nullopt : std::optional(EvaluationLimit::held);
+}
+
+std::size_t EvaluationRun::longestValue() const noexcept {
+    const auto left = static_cast<std::size_t>(std::max<std::int64_t>(kMaximumCharacters - characters_, 0));
+    return apart_ > 0 ? std::min(left, holdable()) : left;
 }
 
 bool EvaluationRun::hold(std::size_t count) noexcept {
@@ -61,6 +66,12 @@ bool EvaluationRun::store(std::size_t size, std::size_t replaced) noexcept {
     return true;
 }
 
+bool EvaluationRun::keep(std::size_t bytes) noexcept {
+    if (bytes > keepable_) return false;
+    keepable_ -= bytes;
+    return true;
+}
+
 bool EvaluationRun::isFirst(EvaluationLimit limit) noexcept {
     const unsigned bit = 1u << static_cast<unsigned>(limit);
     const bool first = (reported_ & bit) == 0;
@@ -73,7 +84,7 @@ EvaluationLevel::EvaluationLevel() noexcept : run_(EvaluationRun::current()) {
         run_ = EvaluationRun();
         run_.logEntries_ = &logEntries_;
     }
-    ++run_.level_;
+    run_.tooDeep_ |= ++run_.level_ > kMaximumLevels;
 }
 
 EvaluationLevel::~EvaluationLevel() {
@@ -106,10 +117,8 @@ TextApart::~TextApart() {
     run_.held_ = before_ + run_.stored_;
 }
 
-std::optional<EvaluationLimit> EvaluationLevel::refused() noexcept {
-    if (run_.level_ <= kMaximumLevels) return std::nullopt;
-    run_.tooDeep_ = true;
-    return EvaluationLimit::levels;
+std::optional<EvaluationLimit> EvaluationLevel::refused() const noexcept {
+    return run_.level_ > kMaximumLevels ? std::optional(EvaluationLimit::levels) : std::nullopt;
 }
 
 }  // namespace velmor

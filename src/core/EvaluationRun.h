@@ -24,6 +24,8 @@ inline constexpr std::int64_t kMaximumCharacters = (std::int64_t{1} << 30) - 1;
 // levels below the outermost, the results of texts that are evaluated on their own, and the
 // properties that it sets. An outermost text allows four times its own length more.
 inline constexpr std::int64_t kMaximumHeld = std::int64_t{1} << 25;
+// Bytes of the values in which tags were evaluated, kept for a reader of Tags.
+inline constexpr std::size_t kMaximumKept = std::size_t{1} << 27;
 // Bytes that the compressed values in tags and list files give, all together.
 inline constexpr std::size_t kMaximumDecoded = std::size_t{1} << 25;
 // Entries in the error log; one more counts the others.
@@ -50,31 +52,29 @@ struct LogEntryCount {
 // the same thread (in a handler, say) belong to that one.
 class EvaluationRun {
 public:
-    static EvaluationRun& current() noexcept;
+    static EvaluationRun& current() noexcept { return current_; }
 
     int level() const noexcept { return level_; }
     // Counts one more dispatched tag; the limit that forbids it, if one does. Once there are too
     // many levels every dispatch is refused until the run is back in the outermost text, so that
     // texts which contain themselves several times end at once.
     std::optional<EvaluationLimit> countDispatch() noexcept;
-    // How many more characters the limit allows.
-    std::size_t charactersLeft() const noexcept {
-        return characters_ < kMaximumCharacters ? static_cast<std::size_t>(kMaximumCharacters - characters_) : 0;
-    }
     // Counts characters. Once they exceed the limit every dispatch is refused: a huge text would
     // otherwise be made over and over.
     std::optional<EvaluationLimit> countCharacters(std::size_t count) noexcept;
+    // The same for a new value, which is held in addition while it is part of a text of its own.
+    std::optional<EvaluationLimit> countValue(std::size_t size) noexcept;
+    // The size of the longest value that no limit forbids.
+    std::size_t longestValue() const noexcept;
     // The outermost text begins.
     void beginText(std::size_t size) noexcept { heldMost_ = kMaximumHeld + 4 * static_cast<std::int64_t>(size); }
     // Holds so many characters more, until they are released; false, and nothing held, beyond the limit.
     bool hold(std::size_t count) noexcept;
     void release(std::size_t count) noexcept { held_ -= static_cast<std::int64_t>(count); }
-    std::int64_t held() const noexcept { return held_; }
-    std::size_t holdable() const noexcept { return static_cast<std::size_t>(heldMost_ - held_); }
     // A property takes the place of another; both sizes in characters. False beyond the limit.
     bool store(std::size_t size, std::size_t replaced) noexcept;
-    // True while the values that tags yield are part of a text of its own, not of the result.
-    bool isApart() const noexcept { return apart_ > 0; }
+    // Keeps so many bytes until the evaluation ends; false, and nothing kept, beyond the limit.
+    bool keep(std::size_t bytes) noexcept;
     std::size_t& decodable() noexcept { return decodable_; }
 
     // Empty at the beginning and between two tags. Holds views of the text under evaluation.
@@ -89,6 +89,10 @@ private:
     friend class EvaluationLevel;
     friend class TextApart;
 
+    static thread_local EvaluationRun current_;
+
+    std::size_t holdable() const noexcept { return static_cast<std::size_t>(heldMost_ - held_); }
+
     int level_ = 0;
     bool tooDeep_ = false;
     unsigned reported_ = 0;
@@ -98,10 +102,13 @@ private:
     std::int64_t heldMost_ = kMaximumHeld;
     std::int64_t stored_ = 0;  // the part of held_ that lies in properties
     std::size_t decodable_ = kMaximumDecoded;
-    int apart_ = 0;
+    std::size_t keepable_ = kMaximumKept;
+    int apart_ = 0;  // texts of their own that are being evaluated
     OutermostTag outermostTag_;
     LogEntryCount* logEntries_ = nullptr;
 };
+
+constinit inline thread_local EvaluationRun EvaluationRun::current_{};
 
 // Held by each evaluation loop while it runs.
 class EvaluationLevel {
@@ -112,7 +119,7 @@ public:
     EvaluationLevel& operator=(const EvaluationLevel&) = delete;
 
     // The limit when this level is one too many.
-    std::optional<EvaluationLimit> refused() noexcept;
+    std::optional<EvaluationLimit> refused() const noexcept;
 
 private:
     EvaluationRun& run_;

@@ -57,28 +57,6 @@ std::size_t findOpeningMarker(std::u16string_view text, std::size_t start) noexc
     return std::u16string_view::npos;
 }
 
-namespace {
-
-// The innermost unclosed marker is known; each one's `close` holds the index of the one around it
-// until it gets its own.
-void findMarkerPairs(std::u16string_view text, std::vector<TagSpan>& pairs) {
-    constexpr std::uint32_t kNone = TagSpan::kUnclosed;
-    std::uint32_t innermost = kNone;
-    for (MarkerPlace place = findMarker(text, 0); place.position < text.size();
-         place = findMarker(text, place.position + 1)) {
-        const auto position = static_cast<std::uint32_t>(place.position);
-        if (place.opening) {
-            pairs.push_back({position, innermost});
-            innermost = static_cast<std::uint32_t>(pairs.size() - 1);
-        } else if (innermost != kNone) {
-            innermost = std::exchange(pairs[innermost].close, position);
-        }
-    }
-    while (innermost != kNone) innermost = std::exchange(pairs[innermost].close, kNone);
-}
-
-}  // namespace
-
 std::size_t endOfTag(std::u16string_view text, std::size_t start) noexcept {
     if (start >= text.size() || text[start] != u'<' || !isOpening(text.data() + start, text.size() - start)) {
         return text.npos;
@@ -91,22 +69,28 @@ std::size_t endOfTag(std::u16string_view text, std::size_t start) noexcept {
     return text.npos;
 }
 
+// The innermost unclosed marker is known; each one's `close` holds the index of the one around it
+// until it gets its own.
 std::vector<TagSpan> findMarkerPairs(std::u16string_view text) {
+    constexpr std::uint32_t kNone = TagSpan::kUnclosed;
     std::vector<TagSpan> pairs;
-    findMarkerPairs(text, pairs);
+    std::uint32_t innermost = kNone;
+    for (MarkerPlace place = findMarker(text, 0); place.position < text.size();
+         place = findMarker(text, place.position + 1)) {
+        const auto position = static_cast<std::uint32_t>(place.position);
+        if (place.opening) {
+            pairs.push_back({position, innermost});
+            innermost = static_cast<std::uint32_t>(pairs.size() - 1);
+        } else if (innermost != kNone) {
+            innermost = std::exchange(pairs[innermost].close, position);
+        }
+    }
+    while (innermost != kNone) innermost = std::exchange(pairs[innermost].close, kNone);
     return pairs;
 }
 
 TopLevelTags findTopLevelTags(std::u16string_view text) {
-    TopLevelTags found;
-    findTopLevelTags(text, found);
-    return found;
-}
-
-void findTopLevelTags(std::u16string_view text, TopLevelTags& found) {
-    found.tags.clear();
-    found.firstStray = TopLevelTags::kNone;
-    findMarkerPairs(text, found.tags);
+    TopLevelTags found{findMarkerPairs(text)};
     std::size_t kept = 0;
     std::size_t resume = 0;
     bool inTag = false;  // what lies before `resume` belongs to a tag
@@ -120,6 +104,7 @@ void findTopLevelTags(std::u16string_view text, TopLevelTags& found) {
         if (!inTag && found.firstStray == TopLevelTags::kNone) found.firstStray = pair.open;
     }
     found.tags.resize(kept);
+    return found;
 }
 
 }  // namespace velmor

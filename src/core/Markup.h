@@ -33,7 +33,7 @@ struct TagSpan {
 
     bool complete() const noexcept { return close != kUnclosed; }
     std::size_t end() const noexcept { return close + kClosingMarker.size(); }
-    // What stands between the markers.
+    // The text between the markers.
     std::u16string_view inner(std::u16string_view text) const noexcept {
         const std::size_t begin = open + kOpeningMarker.size();
         return text.substr(begin, close - begin);
@@ -52,17 +52,15 @@ struct TopLevelTags {
     static constexpr std::uint32_t kNone = 0xFFFFFFFF;
 
     std::vector<TagSpan> tags;
-    // The first opening marker that stands in none of the tags: one that is never closed, or was
-    // passed over.
+    // The first opening marker that is in none of the tags: one that is never closed, or was passed
+    // over.
     std::uint32_t firstStray = kNone;
 };
 
-// The top-level tags: what a search from left to right meets that goes on behind each tag found.
-// Behind an opening marker that is never closed the search goes on 5 units after that marker's
+// The top-level tags: what a search from left to right meets that goes on after each tag found.
+// After an opening marker that is never closed the search goes on 5 units after that marker's
 // start, so a marker that follows it at once is passed over (and with it the tag that begins
 // there). Linear for every input.
 TopLevelTags findTopLevelTags(std::u16string_view text);
-// The same into the memory of an earlier answer.
-void findTopLevelTags(std::u16string_view text, TopLevelTags& found);
 
 }  // namespace velmor

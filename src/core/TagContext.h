@@ -9,11 +9,14 @@
 
 namespace velmor {
 
-// Texts that tags share with their tag lists.
+class privStrCat;
+
+// Texts and results that tags share with their tag lists.
 using TextRef = std::shared_ptr<const std::u16string>;
+using BuilderRef = std::shared_ptr<privStrCat>;
 
 // What a tag hands down to its child tags: references to the same collections and objects, and
-// the protection flag as it stood when they were copied.
+// the protection flag as it was when they were copied.
 struct TagContext {
     Collection properties;
     Collection variables;

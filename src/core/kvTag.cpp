@@ -4,13 +4,13 @@
 
 #include "automation/Convert.h"
 #include "common/kvLibrary.h"
+#include "core/Dispatch.h"
 #include "core/ErrorLog.h"
 #include "core/Evaluation.h"
 #include "core/TagList.h"
 #include "core/TimingLog.h"
 #include "core/kvTags.h"
 #include "direct/kvDirectTag.h"
-#include "handlers/ITag4.h"
 #include "properties/privProperties.h"
 #include "rtf/edit/ProtectRTF.h"
 #include "rtf/tables/TableMarkers.h"
@@ -198,7 +198,15 @@ void kvTag::guarded(Call&& call) noexcept {
     try {
         call();
     } catch (const std::exception&) {
-        logFailure();
+        enterFailure();
+    }
+}
+
+void kvTag::enterFailure() noexcept {
+    try {
+        logFailure(services_, *ErrorLog(), handlerName(name_), name_);
+    } catch (const std::bad_alloc&) {
+        // No memory for the log: the entry is left out.
     }
 }
 
@@ -224,7 +232,7 @@ void kvTag::Value(std::u16string psValue) {
         if (psValue.starts_with(kRtfStart)) ProtectRTF(true);
         addTableMarkers(psValue, services_.guids);
         auto value = std::make_shared<const std::u16string>(std::move(psValue));
-        tags_ = findTags(value);
+        tags_ = listTags(value, searchTags(services_, handlerName(name_), *value));
         value_ = std::move(value);
         tagsBuilt_ = true;
         resultGenerated_ = false;
@@ -233,25 +241,12 @@ void kvTag::Value(std::u16string psValue) {
 }
 
 void kvTag::BuildTagCollection() {
-    guarded([&] { tags_ = findTags(value_); });
+    guarded([&] { tags_ = listTags(value_, searchTags(services_, handlerName(name_), *value_)); });
 }
 
-std::shared_ptr<kvTags> kvTag::findTags(const TextRef& value) {
-    const TimedStage search(services_, LogType::tagCollection);
-    TopLevelTags found;
-    if (value->size() <= static_cast<std::size_t>(kMaximumCharacters)) found = findTopLevelTags(*value);
-    const std::u16string detail = search ? searchDetail(ownHandler(), *value, found) : std::u16string();
-    std::unique_ptr<TagList> list;
-    if (!found.tags.empty()) list = std::make_unique<TagList>(services_, value, std::move(found), sharedContext());
-    search.finish(detail);
-    return list ? std::make_shared<kvTags>(std::move(list)) : std::make_shared<kvTags>();
-}
-
-// As dispatch takes it from the name; "" for a template.
-std::u16string kvTag::ownHandler() const {
-    const std::size_t separator = name_.find(kHandlerSeparator);
-    if (separator == std::u16string::npos) return {};
-    return HandlerAddress::parse(std::u16string_view(name_).substr(0, separator)).name;
+std::shared_ptr<kvTags> kvTag::listTags(const TextRef& value, const TopLevelTags& found) {
+    if (found.tags.empty()) return std::make_shared<kvTags>();
+    return std::make_shared<kvTags>(std::make_unique<TagList>(services_, value, *value, found, sharedContext()));
 }
 
 std::shared_ptr<kvTags> kvTag::Tags() const {
@@ -332,7 +327,7 @@ std::u16string kvTag::GetProcessedElementsValue(std::u16string_view psName, cons
 std::u16string kvTag::ProcessValue(std::u16string_view psValue) {
     const std::shared_ptr<Object> alive = keep();
     std::u16string result;
-    guarded([&] { result = evaluateText(services_, sharedContext(), ownHandler(), std::u16string(psValue)); });
+    guarded([&] { result = evaluateText(services_, sharedContext(), handlerName(name_), std::u16string(psValue)); });
     return result;
 }
 

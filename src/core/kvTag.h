@@ -20,7 +20,7 @@ class kvDirectTag;
 class kvTags;
 class privProperties;
 class privStrCat;
-struct HandlerAddress;
+struct TopLevelTags;
 
 // One template or one tag under evaluation.
 //
@@ -125,7 +125,8 @@ public:
 
     // --- text/ResultSource.h ---
 
-    const privStrCat& resultBuilder() override;
+    // The result without a copy; stays as it is when the tag goes on to another value.
+    std::shared_ptr<const privStrCat> resultBuilder() override;
     std::u16string result() override { return Result(); }
 
     // --- direct/DirectOwner.h ---
@@ -138,8 +139,10 @@ public:
 
     // --- for the engine's other rooms ---
 
-    // Result without a copy; stays as it is when the tag goes on to another value.
-    TextRef resultText();
+    // Appends the result, for which it makes no builder of its own. Raises std::bad_alloc.
+    void appendResult(privStrCat& target);
+    // The elements, if somebody may have changed them; else null.
+    std::shared_ptr<privProperties> changedElements() const { return elements_; }
     // True for a tag made by another tag.
     bool isChild() const;
     // The internal collection that PRIVVAR and PRIVSTRCATDUMP read; created on first use.
@@ -168,18 +171,14 @@ private:
     const Collection& ensure(Collection TagContext::*member);
     std::u16string processed(std::u16string text);
 
+    bool isRunning() const { return answering_ && evaluation_ != nullptr; }
+    void ensureResult();
     void evaluate();
     void evaluateValue();
-    void dispatch();
-    void answerByHandler(const HandlerAddress& address);
-    void answerWithoutHandler(const HandlerAddress& address, std::u16string_view messageProperty,
-                              std::u16string_view defaultMessage, std::u16string_view error);
-    void takeAnswer(std::u16string value);
-    std::u16string ownHandler() const;
-    void becomeEmpty();
-    // Of the exception that is being handled; without a handler, of the tag's own.
-    void logFailure(std::u16string_view handler = {}) noexcept;
-    std::shared_ptr<kvTags> findTags(const TextRef& value);
+    void answerItself();
+    void takeResult(TextRef result);
+    void enterFailure() noexcept;
+    std::shared_ptr<kvTags> listTags(const TextRef& value, const TopLevelTags& found);
 
     platform::Services& services_;
     std::u16string name_;
@@ -188,8 +187,8 @@ private:
     std::shared_ptr<TagContext> context_;
     std::shared_ptr<privProperties> elements_;
     std::shared_ptr<kvDirectTag> direct_;
-    TextRef result_;
-    std::unique_ptr<privStrCat> resultBuilder_;
+    TextRef result_;                          // of a value without tags; null when the builder holds it
+    BuilderRef resultBuilder_;                // null until evaluation or somebody makes it
     const Evaluation* evaluation_ = nullptr;  // while it runs
     std::uint32_t changes_ = 0;               // of name and value
     bool tagsBuilt_ = false;

@@ -49,7 +49,7 @@ public:
     explicit TagEnumerator(std::shared_ptr<kvTags> tags) : tags_(std::move(tags)) {}
 
     std::shared_ptr<kvTag> next();   // null at the end
-    bool skip(std::uint32_t count);  // false when fewer were left; then it stands at the end
+    bool skip(std::uint32_t count);  // false when fewer were left; then it is at the end
     void reset() noexcept { position_ = 0; }
     std::shared_ptr<TagEnumerator> clone() const;  // at the same place
 

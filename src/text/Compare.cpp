@@ -20,9 +20,9 @@ std::uint64_t foldFour(const char16_t* text) noexcept {
     std::memcpy(&units, text, sizeof units);
     constexpr std::uint64_t lanes = 0x0001000100010001;
     if ((units & 0xFF80 * lanes) == 0) {
-        const std::uint64_t fromA = units + (0x80 - u'A') * lanes;        // bit 0x80: A or above
-        const std::uint64_t behindZ = units + (0x80 - u'Z' - 1) * lanes;  // bit 0x80: above Z
-        return units | (fromA & ~behindZ & 0x80 * lanes) >> 2;
+        const std::uint64_t fromA = units + (0x80 - u'A') * lanes;       // bit 0x80: A or above
+        const std::uint64_t aboveZ = units + (0x80 - u'Z' - 1) * lanes;  // bit 0x80: above Z
+        return units | (fromA & ~aboveZ & 0x80 * lanes) >> 2;
     }
     char16_t folded[4];
     std::transform(text, text + 4, folded, foldUnit);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bitset>
+#include <type_traits>
 #include <utility>
 
 namespace velmor {
@@ -105,15 +106,38 @@ std::string toPairs(const CodePage& page, std::u16string_view text) {
     return bytes;
 }
 
+// Of a character beyond ASCII.
 void appendUtf8(std::string& bytes, char32_t code) {
-    if (code < 0x80) {
-        bytes += static_cast<char>(code);
-        return;
-    }
     const int following = code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
     const unsigned lead = following == 1 ? 0xC0 : following == 2 ? 0xE0 : 0xF0;
     bytes += static_cast<char>(lead | (code >> (6 * following)));
     for (int i = following - 1; i >= 0; --i) bytes += static_cast<char>(0x80 | ((code >> (6 * i)) & 0x3F));
+}
+
+// How many characters at the start are ASCII. Blocks without an early exit are read at once.
+template <typename Text>
+std::size_t asciiLength(Text text) noexcept {
+    using Unit = std::make_unsigned_t<std::conditional_t<sizeof(text[0]) == 1, char, std::int16_t>>;
+    constexpr std::size_t block = 64;
+    std::size_t length = 0;
+    const auto isAsciiBlock = [&](std::size_t size) {
+        Unit all = 0;
+        for (std::size_t i = 0; i < size; ++i) all = static_cast<Unit>(all | static_cast<Unit>(text[length + i]));
+        return all < 0x80;
+    };
+    while (length + block <= text.size() && isAsciiBlock(block)) length += block;
+    while (length < text.size() && isAsciiBlock(1)) ++length;
+    return length;
+}
+
+// Appends the ASCII characters that a text begins with, and takes them from it.
+template <typename Target, typename Text>
+void moveAscii(Target& target, Text& text) {
+    const std::size_t start = target.size();
+    const std::size_t length = asciiLength(text);
+    target.resize(start + length);
+    std::copy_n(text.begin(), length, target.begin() + static_cast<std::ptrdiff_t>(start));
+    text.remove_prefix(length);
 }
 
 bool isHigh(char16_t unit) noexcept {
@@ -151,15 +175,19 @@ Decoded decodeUtf8(std::string_view bytes) noexcept {
 
 }  // namespace
 
+bool isAscii(std::string_view bytes) noexcept {
+    return asciiLength(bytes) == bytes.size();
+}
+
 std::string toUtf8(std::u16string_view text) {
     std::string bytes;
     bytes.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        char32_t code = text[i];
-        if (isHigh(text[i]) && i + 1 < text.size() && isLow(text[i + 1])) {
-            code = 0x10000 + ((code - 0xD800) << 10) + (text[++i] - 0xDC00u);
-        }
+    for (moveAscii(bytes, text); !text.empty(); moveAscii(bytes, text)) {
+        char32_t code = text[0];
+        const bool isPair = isHigh(text[0]) && text.size() > 1 && isLow(text[1]);
+        if (isPair) code = 0x10000 + ((code - 0xD800) << 10) + (text[1] - 0xDC00u);
         appendUtf8(bytes, code);
+        text.remove_prefix(isPair ? 2 : 1);
     }
     return bytes;
 }
@@ -167,7 +195,7 @@ std::string toUtf8(std::u16string_view text) {
 std::u16string fromUtf8(std::string_view bytes) {
     std::u16string text;
     text.reserve(bytes.size());
-    while (!bytes.empty()) {
+    for (moveAscii(text, bytes); !bytes.empty(); moveAscii(text, bytes)) {
         const auto [code, size] = decodeUtf8(bytes);
         if (code < 0x10000) {
             text += static_cast<char16_t>(code);

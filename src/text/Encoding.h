@@ -17,6 +17,8 @@ std::u16string fromUtf8(std::string_view bytes);
 // The text that toUtf8 writes as these bytes; nothing if there is none.
 std::optional<std::u16string> textOfUtf8(std::string_view bytes);
 
+bool isAscii(std::string_view bytes) noexcept;
+
 // The ANSI code page: the system's on Windows, 1252 elsewhere. The five bytes that 1252 leaves
 // undefined pass through as the control characters of the same number. What does not fit becomes
 // "?"; there is no best fit, so a look-alike never becomes a backslash or a brace.

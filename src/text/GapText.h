@@ -28,6 +28,8 @@ public:
     // text.size() <= roomAtEnd(), and text is not ours.
     void appendInRoom(std::u16string_view text) { store_.append(text); }
     void append(std::u16string_view text);
+    // Of an empty text.
+    void reserve(std::size_t size) { store_.reserve(size); }
     void replace(std::size_t index, std::size_t count, std::u16string_view text);
     void erase(std::size_t index, std::size_t count) noexcept;
     void overwrite(std::size_t index, std::u16string_view text);

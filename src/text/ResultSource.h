@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 namespace velmor {
@@ -10,7 +11,7 @@ class privStrCat;
 class ResultSource {
 public:
     virtual ~ResultSource() = default;
-    virtual const privStrCat& resultBuilder() = 0;  // evaluates first if need be
+    virtual std::shared_ptr<const privStrCat> resultBuilder() = 0;  // evaluates first if need be
     virtual std::u16string result() = 0;
 };
 

@@ -78,15 +78,6 @@ public:
         while (passed < places && !own.anyOf<1>(place + passed)) ++passed;
         return passed;
     }
-    // The same for the places that precede `place`, backwards.
-    std::size_t previous(const char16_t* place, std::size_t places) const noexcept {
-        const Filter own = *this;
-        std::size_t passed = 0;
-        while (places - passed >= block && !own.anyOf<block>(place - passed - block)) passed += block;
-        while (places - passed >= small && !own.anyOf<small>(place - passed - small)) passed += small;
-        while (passed < places && !own.anyOf<1>(place - passed - 1)) ++passed;
-        return passed;
-    }
 
 private:
     static constexpr std::size_t block = 64;
@@ -230,21 +221,9 @@ std::size_t findForward(std::u16string_view text, std::u16string_view sought, st
 
 template <typename Units>
 std::size_t findBackward(std::u16string_view text, std::u16string_view sought) noexcept {
-    const auto thorough = [&](std::size_t end) {
-        using Text = Reader<Units, true>;
-        const std::size_t hit = findTwoWay(Text{text.substr(0, end)}, Text{sought});
-        return hit == npos ? npos : end - hit - sought.size();
-    };
-    const Filter<Units> filter(sought);
-    if (!filter.usable()) return thorough(text.size());
-    Budget budget(sought.size());
-    const std::size_t end = text.size() - sought.size() + 1;
-    for (std::size_t place = end;; --place) {  // places before it are still unseen
-        place -= filter.previous(text.data() + place, place);
-        if (place == 0) return npos;
-        if (standsAt<Units>(sought, text.data() + place - 1)) return place - 1;
-        if (budget.isSpent(end - place)) return thorough(place - 1 + sought.size() - 1);
-    }
+    using Text = Reader<Units, true>;
+    const std::size_t hit = findTwoWay(Text{text}, Text{sought});
+    return hit == npos ? npos : text.size() - hit - sought.size();
 }
 
 }  // namespace

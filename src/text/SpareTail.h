@@ -1,56 +1,45 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "text/GapText.h"
 
 namespace velmor {
 
-// The stale characters that follow a builder's content. Everything after them is blank.
-//
-// Each removal prepends the last characters of the content. A sweep of removals far from the end
-// prepends many suffixes of the same text, so that text is copied once and each removal is stored as
-// a pair of numbers.
+// The stale characters that follow a builder's content. Everything after them is blank. Each removal
+// prepends to them, so they are stored in reverse order.
 class SpareTail {
 public:
-    std::size_t size() const noexcept { return size_; }
-    // Holds no characters and does not depend on the content.
-    bool isIdle() const noexcept { return (size_ | unchanged_) == 0; }
+    std::size_t size() const noexcept { return reversed_.size(); }
     // Copies the first `count` characters that follow the content.
-    void copyTo(std::size_t count, char16_t* target) const noexcept;
+    void copyTo(std::size_t count, char16_t* target) const noexcept {
+        const std::size_t stale = std::min(count, size());
+        std::fill(std::copy_n(reversed_.rbegin(), stale, target), target + count, u' ');
+    }
 
-    // Call before removing `count` characters that `rest` characters follow: prepends the content's
-    // last `count` characters. Changes nothing if it throws.
-    void keepLast(const GapText& content, std::size_t count, std::size_t rest);
+    // Prepends the content's last `count` characters. Changes nothing if it throws.
+    void keepLast(const GapText& content, std::size_t count) {
+        const auto [left, right] = content.range(content.size() - count, count);
+        const std::size_t before = size();
+        reversed_.resize(before + count);
+        const auto start = reversed_.begin() + static_cast<std::ptrdiff_t>(before);
+        std::reverse_copy(left.begin(), left.end(), std::reverse_copy(right.begin(), right.end(), start));
+    }
     // Removes the first `count` characters, or all if there are fewer.
-    void drop(std::size_t count) noexcept;
-    // Tells that only the content's last `rest` characters are certain to be unchanged.
-    void contentChanged(std::size_t rest) noexcept { unchanged_ = unchanged_ < rest ? unchanged_ : rest; }
-    void clear() noexcept { *this = SpareTail(); }
+    void drop(std::size_t count) noexcept { reversed_.resize(size() - std::min(count, size())); }
+    void clear() noexcept { reversed_ = {}; }
 
     // Applies the same change of case as the whole content.
     template <typename Map>
     void transform(Map map) {
-        for (char16_t& unit : texts_) unit = map(unit);
+        std::transform(reversed_.begin(), reversed_.end(), reversed_.begin(), map);
     }
 
 private:
-    // The last `count` units of texts_ before `end`.
-    struct Run {
-        std::uint32_t end;
-        std::uint32_t count;
-    };
-
-    void copyEnd(const GapText& content, std::size_t count);
-
-    std::u16string texts_;       // former suffixes of the content
-    std::vector<Run> runs_;      // the stale characters, in reverse order; ends never decrease
-    std::size_t size_ = 0;       // the sum of the counts
-    std::size_t unchanged_ = 0;  // number of trailing units that texts_ and the content still share
+    std::u16string reversed_;
 };
 
 }  // namespace velmor

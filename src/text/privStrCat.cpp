@@ -50,9 +50,8 @@ std::size_t privStrCat::blanksFor(std::size_t lengthBefore, std::size_t added) c
 void privStrCat::replaceUnits(std::size_t index, std::size_t count, std::u16string_view text) {
     if (text.empty()) return eraseUnits(index, count);
     quickRoom_ = 0;
-    const std::size_t rest = content_.size() - index - count;
     const std::size_t blanks = blanksFor(content_.size() - count, text.size());
-    tail_.keepLast(content_, count, rest);
+    tail_.keepLast(content_, count);
     try {
         content_.replace(index, count, text);
     } catch (const std::bad_alloc&) {
@@ -60,19 +59,22 @@ void privStrCat::replaceUnits(std::size_t index, std::size_t count, std::u16stri
         throw;
     }
     capacity_ += blanks;
-    tail_.contentChanged(rest);
     tail_.drop(text.size());
 }
 
 void privStrCat::eraseUnits(std::size_t index, std::size_t count) {
     quickRoom_ = 0;
-    tail_.keepLast(content_, count, content_.size() - index - count);
+    tail_.keepLast(content_, count);
     content_.erase(index, count);
 }
 
 void privStrCat::overwriteUnits(std::size_t index, std::u16string_view text) {
     content_.overwrite(index, text);
-    tail_.contentChanged(content_.size() - index - text.size());
+}
+
+void privStrCat::truncate(std::size_t length) noexcept {
+    quickRoom_ = 0;
+    content_.erase(length, content_.size() - length);
 }
 
 void privStrCat::release() noexcept {
@@ -96,9 +98,13 @@ std::u16string privStrCat::spareTail() const {
 
 // ---- Building
 
-void privStrCat::appendSlowly(std::u16string_view text) noexcept {
-    unlessMemoryRunsOut([&] { insertUnits(content_.size(), text); });
-    quickRoom_ = tail_.isIdle() ? std::min(capacity_ - content_.size(), content_.roomAtEnd()) : 0;
+void privStrCat::Append(std::u16string_view psString) noexcept {
+    unlessMemoryRunsOut([&] { add(psString); });
+}
+
+void privStrCat::addSlowly(std::u16string_view text) {
+    insertUnits(content_.size(), text);
+    quickRoom_ = tail_.size() == 0 ? std::min(capacity_ - content_.size(), content_.roomAtEnd()) : 0;
 }
 
 void privStrCat::AppendVal(std::u16string psString) noexcept {
@@ -109,7 +115,6 @@ void privStrCat::AppendVal(std::u16string psString) noexcept {
         content_.adopt(std::move(psString));
         quickRoom_ = 0;
         capacity_ += blanks;
-        tail_.contentChanged(0);
         tail_.drop(added);
     });
 }

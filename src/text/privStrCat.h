@@ -43,14 +43,7 @@ public:
 
     // ---- Building. No member up to DumpVal raises; without memory it does nothing.
 
-    void Append(std::u16string_view psString) noexcept {
-        if (psString.size() <= quickRoom_) {
-            content_.appendInRoom(psString);
-            quickRoom_ -= psString.size();
-        } else {
-            appendSlowly(psString);
-        }
-    }
+    void Append(std::u16string_view psString) noexcept;
     // Takes the text over, without a copy, when the content is empty: AppendVal(std::move(text)).
     void AppendVal(std::u16string psString) noexcept;
     void Prepend(std::u16string_view psString) noexcept;
@@ -161,7 +154,21 @@ public:
     // Characters appended; 0 when the file cannot be read.
     std::int32_t LoadFromFileAppend(std::u16string_view psFileName) noexcept;
 
-    // ---- For the engine: reading the content in place.
+    // ---- For the engine.
+
+    // Append, which raises std::bad_alloc.
+    void add(std::u16string_view text) {
+        if (text.size() <= quickRoom_) {
+            content_.appendInRoom(text);
+            quickRoom_ -= text.size();
+        } else {
+            addSlowly(text);
+        }
+    }
+    // Memory for a content of that length; the buffer does not grow. Raises std::bad_alloc.
+    void reserve(std::size_t length) { content_.reserve(length); }
+    // Removes what follows the first `length` units, which must be there. The tail does not keep it.
+    void truncate(std::size_t length) noexcept;
 
     // The content in one piece. After an edit it costs the shorter side of that edit's place, so do not
     // call it between the edits of a sweep. Valid until the next change.
@@ -179,7 +186,7 @@ public:
 private:
     static constexpr std::size_t keptBufferBytes = 5000;
 
-    void appendSlowly(std::u16string_view text) noexcept;
+    void addSlowly(std::u16string_view text);
     std::size_t blanksFor(std::size_t lengthBefore, std::size_t added) const;
     void replaceUnits(std::size_t index, std::size_t count, std::u16string_view text);
     void insertUnits(std::size_t index, std::u16string_view text) { replaceUnits(index, 0, text); }

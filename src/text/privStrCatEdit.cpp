@@ -18,11 +18,11 @@ std::int32_t privStrCat::Insert(std::u16string_view psString, std::int32_t plPos
 
 std::int32_t privStrCat::InsertTagResult(ResultSource& poTag, std::int32_t plPosition) {
     if (plPosition < 2 || plPosition > Length()) return Insert(poTag.result(), plPosition);
-    const std::size_t width = poTag.resultBuilder().content_.size();
+    const std::size_t width = poTag.resultBuilder()->content_.size();
     std::u16string result = poTag.result();
     if (result.size() > width) result.resize(width);
     if (result.size() < width && plPosition <= Length()) {  // evaluating may have changed this text
-        // The rest of the width keeps what stood there when the content moved right.
+        // The rest of the width keeps what was there when the content moved right.
         result += bufferCopy(toIndex(plPosition), width).substr(result.size());
     }
     return Insert(result, plPosition);
@@ -152,11 +152,7 @@ void privStrCat::modifyCase(std::int32_t plStart, std::int32_t plLength, Map map
     if (plStart < 1 || plStart >= Length()) return;
     const std::size_t count = rangeCount(plStart, plLength);
     content_.transform(toIndex(plStart), count, map);
-    if (count == content_.size()) {
-        tail_.transform(map);
-    } else {
-        tail_.contentChanged(content_.size() - toIndex(plStart) - count);
-    }
+    if (count == content_.size()) tail_.transform(map);
 }
 
 void privStrCat::ModifyUCaseStr(std::int32_t plStart, std::int32_t plLength) {

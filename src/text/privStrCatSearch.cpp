@@ -115,10 +115,10 @@ std::int32_t privStrCat::FindCount(std::u16string_view psFind, std::int32_t plSt
 std::int32_t privStrCat::WordCount() const noexcept {
     if (BufferLength() == 0) return 0;
     const std::size_t units = content_.size() == 0 ? 1 : (content_.size() + 1) / 2;
-    char16_t behind[2] = {u'\0', u'\0'};  // U+0000 where nothing is: not a word character
-    tail_.copyTo(std::min<std::size_t>(2, capacity_ - content_.size()), behind);
+    char16_t after[2] = {u'\0', u'\0'};  // U+0000 where nothing is: not a word character
+    tail_.copyTo(std::min<std::size_t>(2, capacity_ - content_.size()), after);
     const auto bufferUnit = [&](std::size_t index) {
-        return index < content_.size() ? content_[index] : behind[index - content_.size()];
+        return index < content_.size() ? content_[index] : after[index - content_.size()];
     };
     std::int32_t words = 0;
     bool inWord = false;

@@ -2,6 +2,7 @@
 
 #include "Random.h"
 #include "core/EvaluationDuel.h"
+#include "core/TestTags.h"
 
 namespace velmor {
 namespace {
@@ -16,6 +17,18 @@ TEST(Evaluation, EqualsTheLiteralLoop) {
         compared += duel.compared();
     }
     EXPECT_GT(compared, 20000);
+}
+
+// The first, without its final colon, is sought with one: it is found at the second's place.
+TEST(Evaluation, ChangesPlacesWhateverANameHolds) {
+    for (const int pairs : {0, 3, 125, 126}) {
+        test::TagTest on;
+        std::int32_t calls = 0;
+        on.addHandler(u"H", 3, [&](kvTag&) { return automation::Variant(++calls); });
+        std::u16string tag = u"<KV:H>x";
+        for (int i = 0; i < pairs; ++i) tag += u"<KV:</KV>";
+        EXPECT_EQ(on.evaluate(tag + u"</KV>-" + tag + u":</KV>"), u"2-1") << pairs;
+    }
 }
 
 }  // namespace

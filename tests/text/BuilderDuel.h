@@ -15,11 +15,11 @@ constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
 
 // A tag's result whose builder has a wrong length.
 struct FixedResult : ResultSource {
-    FixedResult(std::u16string_view width, std::u16string_view result) : text(result) { builder.Append(width); }
-    const privStrCat& resultBuilder() override { return builder; }
+    FixedResult(std::u16string_view width, std::u16string_view result) : text(result) { builder->Append(width); }
+    std::shared_ptr<const privStrCat> resultBuilder() override { return builder; }
     std::u16string result() override { return text; }
 
-    privStrCat builder;
+    std::shared_ptr<privStrCat> builder = std::make_shared<privStrCat>();
     std::u16string text;
 };
 

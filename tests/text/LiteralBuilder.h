@@ -142,7 +142,7 @@ public:
     Long InsertTagResult(ResultSource& source, Long position) {
         const Text result = source.result();
         if (position < 2 || position > length_) return Insert(result, position);
-        const Long width = source.resultBuilder().Length();
+        const Long width = source.resultBuilder()->Length();
         put(opened(position, width), View(result).substr(0, at(width)));
         return length_;
     }

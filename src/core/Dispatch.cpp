@@ -1,0 +1,204 @@
+#include "core/Dispatch.h"
+
+#include <algorithm>
+
+#include "core/BuiltInCommands.h"
+#include "core/ErrorLog.h"
+#include "core/TagList.h"
+#include "core/TimingLog.h"
+#include "core/kvTag.h"
+#include "handlers/ITag4.h"
+#include "rtf/edit/ProtectRTF.h"
+#include "rtf/tables/TableMarkers.h"
+#include "text/Compare.h"
+
+namespace velmor {
+
+namespace {
+
+// One tag on its way to its answer.
+class Dispatch {
+public:
+    explicit Dispatch(const TagRequest& request)
+        : request_(request), handler_(request.name.substr(0, request.name.find(kHandlerSeparator))) {}
+
+    TagAnswer run();
+
+private:
+    void answerBuiltIn();
+    void answerByHandler();
+    void answerWithoutHandler(std::u16string_view messageProperty, std::u16string_view defaultMessage,
+                              std::u16string_view error);
+    void takeValue();
+    void takePart(std::u16string_view part);
+    void fitAndCount(bool protect);
+    bool isProtected() const { return request_.tag ? request_.tag->ProtectRTF() : request_.context->protectRtf; }
+    void report(EvaluationLimit limit) {
+        reportLimit(request_.services, *request_.context, limit, address_.name, request_.name);
+    }
+
+    const TagRequest& request_;
+    const std::u16string_view handler_;  // as it is written
+    HandlerAddress address_;
+    TagAnswer answer_;
+};
+
+TagAnswer Dispatch::run() {
+    const TimedStage stage(request_.services, LogType::dispatch);
+    answer_.hasValue = answer_.isSearched = true;  // the empty text
+    if (handler_.size() == request_.name.size()) {
+        stage.finish({});
+        return std::move(answer_);
+    }
+    if (equalIgnoringCase(handler_, BuiltInCommands::handler)) {
+        address_.name = BuiltInCommands::handler;
+    } else {
+        address_ = HandlerAddress::parse(handler_);
+    }
+    if (const auto limit = EvaluationRun::current().countDispatch()) {
+        report(*limit);
+        return std::move(answer_);
+    }
+    answer_.hasValue = answer_.isSearched = false;
+    try {
+        if (address_.name == BuiltInCommands::handler) {
+            answerBuiltIn();
+        } else {
+            answerByHandler();
+        }
+        stage.finish(address_.name);
+    } catch (const std::exception&) {
+        logFailure(request_.services, *request_.context->errorLog, address_.name, request_.name);
+    }
+    return std::move(answer_);
+}
+
+void Dispatch::answerBuiltIn() {
+    const std::shared_ptr<privProperties> elements = request_.tag ? request_.tag->changedElements() : nullptr;
+    if (!elements) {
+        const auto value = BuiltInCommands::property(request_.name, *request_.context, answer_.text);
+        if (value && value->data() != answer_.text.data()) return takePart(*value);
+        if (value) return takeValue();
+    }
+    const std::u16string name = storedName(request_.name);
+    const BuiltInCommands commands(request_.services, request_.context, name);
+    answer_.text = elements ? commands.run(*elements) : commands.run();
+    takeValue();
+}
+
+void Dispatch::answerByHandler() {
+    const std::u16string className = address_.className(request_.services.registry);
+    if (className.empty()) {
+        answerWithoutHandler(u"kvTag.No Handler Message", u"system handler not found",
+                             u"Tag Handler not found. The handler's class name is not registered");
+        return;
+    }
+    const ITag4 handler = ITag4::create(request_.services.objects, className);
+    if (!ITag4::answersTags(handler.Interface())) {
+        answerWithoutHandler(u"kvTag.Old Handler Message", u"system handler too old",
+                             u"Tag Handler is for an old version of Quillmark. Handler Class: " + className);
+        return;
+    }
+    answer_.text = handler.GetTagValue(request_.tag);
+    takeValue();
+    handler.Dispose();
+}
+
+void Dispatch::answerWithoutHandler(std::u16string_view messageProperty, std::u16string_view defaultMessage,
+                                    std::u16string_view error) {
+    const Collection& properties = request_.context->properties;
+    if (properties.truth(u"kvTag.No Handler Show Message", false)) {
+        answer_.text = properties.getText(messageProperty, automation::Variant(defaultMessage));
+        answer_.text.append(u": ").append(address_.name);
+        answer_.hasValue = true;
+    }
+    addErrorLogEntry(request_.services, *request_.context->errorLog, {address_.name, error, 0, {}, {}});
+}
+
+// The value is answer_.text.
+void Dispatch::takeValue() {
+    answer_.isRtf = answer_.text.starts_with(kRtfStart);
+    fitAndCount(isProtected());
+    answer_.tags = searchTags(request_.services, address_.name, answer_.text);
+    answer_.hasValue = answer_.isSearched = true;
+}
+
+// The value is a part of the tag's own text, and stays there where it can.
+void Dispatch::takePart(std::u16string_view part) {
+    const bool isRtf = part.starts_with(kRtfStart);
+    const bool isFit = request_.isFit || !isProtected() || protectedRTFLength(part) == part.size();
+    answer_.text.clear();
+    if (isRtf || !isFit || part.empty() || TimingLog::isOn(LogType::tagCollection)) {
+        answer_.text = part;
+        return takeValue();
+    }
+    answer_.hasValue = answer_.isSearched = true;
+    if (const auto limit = EvaluationRun::current().countCharacters(part.size())) return report(*limit);
+    answer_.part = part;
+    // It is one whole tag or holds no marker, so tags deep within each other are not sought anew at
+    // each level.
+    if (part.starts_with(u'<')) {
+        answer_.tags.tags.push_back({0, static_cast<std::uint32_t>(part.size() - kClosingMarker.size())});
+    }
+}
+
+// Fits the value into RTF where `protect` asks for it, and counts its characters. Beyond a limit it is
+// empty, and no memory was taken for its escapes.
+void Dispatch::fitAndCount(bool protect) {
+    std::u16string& value = answer_.text;
+    EvaluationRun& run = EvaluationRun::current();
+    const std::size_t longest = run.longestValue();
+    std::size_t length = value.size();
+    // Looked at again only where the escapes could be what goes beyond the limit.
+    if (protect && length > longest / 3) length = protectedRTFLength(value);
+    if (length <= longest) {
+        fitIntoRtf(request_.services, protect, value);
+        length = value.size();
+    }
+    const auto limit = run.countValue(length);
+    if (!limit) return;
+    std::u16string().swap(value);
+    report(*limit);
+}
+
+}  // namespace
+
+bool needsObject(std::u16string_view name) noexcept {
+    const std::size_t separator = name.find(kHandlerSeparator);
+    return separator != name.npos && !equalIgnoringCase(name.substr(0, separator), BuiltInCommands::handler);
+}
+
+TagAnswer dispatch(const TagRequest& request) {
+    return Dispatch(request).run();
+}
+
+std::u16string handlerName(std::u16string_view name) {
+    const std::size_t separator = name.find(kHandlerSeparator);
+    if (separator == name.npos) return {};
+    return HandlerAddress::parse(name.substr(0, separator)).name;
+}
+
+TopLevelTags searchTags(platform::Services& services, std::u16string_view handler, std::u16string_view text) {
+    const TimedStage search(services, LogType::tagCollection);
+    TopLevelTags found;
+    if (text.size() <= static_cast<std::size_t>(kMaximumCharacters)) found = findTopLevelTags(text);
+    if (search) search.finish(searchDetail(handler, text, found));
+    return found;
+}
+
+bool fitIntoRtf(platform::Services& services, bool protect, std::u16string& value) {
+    const bool isRtf = value.starts_with(kRtfStart);
+    if (protect || isRtf) {
+        ProtectRTFCode(value);
+        addTableMarkers(value, services.guids);
+    }
+    return isRtf;
+}
+
+void reportLimit(platform::Services& services, const TagContext& context, EvaluationLimit limit,
+                 std::u16string_view handler, std::u16string_view tagName) {
+    if (!EvaluationRun::current().isFirst(limit)) return;
+    addErrorLogEntry(services, *context.errorLog, {handler, limitMessage(limit), 0, tagName, {}});
+}
+
+}  // namespace velmor
