@@ -2,12 +2,13 @@
 """Writes the code that serves the public classes' members, from the IDL.
 
     tools/generate_members.py face CLASS IDL FOLDER     FOLDER/CLASSFace.h and FOLDER/CLASSFace.cpp
-    tools/generate_members.py table CLASS IDL FILE      FILE: CLASS::invoke, the members by name
+    tools/generate_members.py table CLASS IDL FILE      FILE: CLASS::invoke and CLASSMembers(), the members by name
     tools/generate_members.py check CLASS IDL PAGE      whether the page's section CLASS shows each member as it is
 
 A face hands each member of the vtable on to the core class's function of the same name: a get and a let are overloads, a
-set of a VARIANT is "Set" and the name. A table does the same for late-bound calls inside the program. The types, the
-optional arguments and their defaults are those of the IDL. What the generator does not understand it refuses, and a member without a help string, too.
+set of a VARIANT is "Set" and the name. A table does the same for late-bound calls, of hosts and inside the program. The
+types, the optional arguments and their defaults are those of the IDL. What the generator does not understand it refuses,
+and a member without a help string, too.
 """
 
 import glob
@@ -25,17 +26,25 @@ MEMBER = re.compile(r"\s*" + ATTRIBUTES + r"\s*HRESULT\s+(\w+)\(((?:[^;\"]|\"[^\
 PARAMETER = re.compile(r"\s*" + ATTRIBUTES + r"\s*(\w+)\s*(\**)\s*(\w+)\s*(?:,|$)")
 ATTRIBUTE = re.compile(r'\s*(\w+)(?:\(("[^"]*"|[^)]*)\))?\s*(?:,|$)')
 
-# The types of a core class: from a face, from a late-bound call.
+# The core class of a public class that has another name.
+CORE_CLASSES = {"ITag4": "EmptyHandler"}
+
+# The types of a core class: from a face, from a late-bound call. Objects by reference are read, never replaced.
 FROM_HOST = {
-    "BSTR": "TextArgument({})", "VARIANT": "valueOf({})", "VARIANT_BOOL": "isTrue({})", "DATE": "automation::Date{{{}}}",
-    "IDispatch*": "objectOf({})", "long": "{}", "short": "{}", "double": "{}", "float": "{}",
+    "BSTR": "textOf({})", "VARIANT": "valueOf({})", "VARIANT_BOOL": "isTrue({})", "DATE": "automation::Date{{{}}}",
+    "IDispatch*": "objectOf({})", "IDispatch**": "objectOf({0} ? *{0} : nullptr)",
+    "long": "{}", "short": "{}", "double": "{}", "float": "{}",
 }
 FROM_CALL = {
-    "BSTR": "text", "VARIANT": "variant", "VARIANT_BOOL": "boolean", "DATE": "date", "IDispatch*": "object",
+    "BSTR": "textArgument", "IDispatch**": "object", "VARIANT": "variant", "VARIANT_BOOL": "boolean", "DATE": "date", "IDispatch*": "object",
     "long": "longInteger", "short": "integer", "double": "doubleFloat", "float": "single",
 }
-REFERENCES = {"BSTR": "TextReference", "long": "LongReference"}
-RESULTS = set(FROM_HOST) | {"IUnknown*"}
+# By-reference values: made from a host's place, from an argument.
+REFERENCES = {
+    "BSTR": ("automation::TextReference {0}In(textAt({0}));", "automation::TextReference {0}(args.textArgument({1})); "),
+    "long": ("std::int32_t {0}In = numberAt({0});", "std::int32_t {0} = args.longOr({1}, 0); "),
+}
+RESULTS = set(FROM_HOST) - {"IDispatch**"} | {"IUnknown*"}
 
 
 class Refused(Exception):
@@ -70,8 +79,10 @@ class Parameter:
         self.is_result = "retval" in said
         self.optional = "optional" in said
         self.default = said.get("defaultvalue")
-        self.by_reference = "in" in said and "out" in said
+        self.by_reference = "in" in said and "out" in said and self.declared != "IDispatch**"
         self.type = self.declared[:-1] if self.by_reference or self.is_result else self.declared
+        if not self.is_result and re.fullmatch(r"_\w+\*", self.type):
+            self.type = "IDispatch*"
         known = REFERENCES if self.by_reference else RESULTS if self.is_result else FROM_HOST
         if self.type not in known and not (self.is_result and re.fullmatch(r"_\w+\*", self.type)):
             raise Refused(f"{what}: type {self.declared}")
@@ -80,7 +91,7 @@ class Parameter:
         """The C++ value of an omitted late-bound argument."""
         value = self.default
         if self.type == "BSTR":
-            return f"std::u16string(u{value})" if value else "std::u16string()"
+            return "automation::TextArgument(std::u16string_view(u" + (value or '""') + "))"
         if self.type == "VARIANT":
             return f"Variant(u{value})" if value else "Variant::missing()"
         if self.type == "VARIANT_BOOL":
@@ -94,12 +105,14 @@ class Parameter:
             return self.name
         if self.type == "VARIANT" and not self.default:
             return f"[{self.name}]"
+        if self.type == "IDispatch**":
+            return f"[{self.name}]"
         value = {"VARIANT_BOOL": {"0": "False", "-1": "True"}, "IDispatch*": {"0": "Nothing"}}.get(self.type, {})
         return f"[{self.name} = {value.get(self.default, self.default or 0)}]"
 
     def from_call(self, index):
         given = f"args.{FROM_CALL[self.type]}({index})"
-        if not self.optional or (self.type == "IDispatch*" or self.initial() == "Variant::missing()"):
+        if not self.optional or self.type.startswith("IDispatch") or self.initial() == "Variant::missing()":
             return given  # Arguments gives Nothing, and a missing value, by itself
         return f"(args.has({index}) ? {given} : {self.initial()})"
 
@@ -113,6 +126,7 @@ class Member:
         if not said.get("helpstring") or len(said["helpstring"]) < 3:
             raise Refused(f"{what} has no help string")
         self.kind = next((kind for kind in ("propget", "propput", "propputref") if kind in said), "method")
+        self.id = {"DISPID_VALUE": "0", "DISPID_NEWENUM": "-4"}.get(said["id"], said["id"])
         self.is_default = said["id"] == "DISPID_VALUE"
         self.is_enumerator = said["id"] == "DISPID_NEWENUM"
         parameters = [Parameter(each, what) for each in consume(PARAMETER, match.group(3), what)]
@@ -121,6 +135,9 @@ class Member:
         self.references = [each for each in self.parameters if each.by_reference]
         if any(each.is_result for each in self.parameters) or (self.result and self.references):
             raise Refused(f"{what}: its parameters")
+
+    def gives_object(self):
+        return self.result is not None and self.result.type.endswith("*")
 
     def vtable_name(self):
         return {"propget": "get_", "propput": "put_", "propputref": "putref_"}.get(self.kind, "") + self.name
@@ -148,14 +165,15 @@ class Interface:
         if not body:
             raise Refused(f"no interface _{class_name}")
         self.name = class_name
+        self.core = CORE_CLASSES.get(class_name, class_name)
         self.members = [Member(each, "_" + class_name) for each in consume(MEMBER, body.group(1), class_name)]
 
     def headers(self):
         """Of the core class and of the classes that its members return."""
         given = {each.result.type[1:-1] for each in self.members if each.result and each.result.type.startswith("_")}
-        with open(header_of(self.name), encoding="ascii") as header:
+        with open(header_of(self.core), encoding="ascii") as header:
             given |= set(re.findall(r"std::shared_ptr<(\w+)> NewEnum\(", header.read()))
-        found = [header_of(each) for each in sorted(given | {self.name})]
+        found = [header_of(each) for each in sorted(given | {self.core})]
         return [os.path.relpath(each, SOURCES) for each in found if each]
 
 
@@ -172,10 +190,11 @@ def face_header(interface):
     lines = [f"    HRESULT STDMETHODCALLTYPE {each.vtable_name()}({each.signature()}) noexcept override;"
              for each in interface.members]
     return "\n".join([
-        "#pragma once", "", '#include "com/Face.h"', f'#include "{os.path.relpath(header_of(name), SOURCES)}"',
-        '#include "kvVelmor3.h"', "", "namespace velmor::com {", "",
-        f"class {name}Face final : public Face<_{name}, {name}, IID__{name}, CLSID_{name}> {{", "public:",
-        "    using Face::Face;", "", *lines, "};", "", "}  // namespace velmor::com", ""])
+        "#pragma once", "", '#include "com/Face.h"', f'#include "{os.path.relpath(header_of(interface.core), SOURCES)}"',
+        '#include "kvVelmor3.h"', "", "namespace velmor {", "", f"const automation::MemberIndex& {name}Members();",
+        "", "namespace com {", "",
+        f"class {name}Face final : public Face<_{name}, {interface.core}, {name}Members, IID__{name}, CLSID_{name}> {{",
+        "public:", "    using Face::Face;", "", *lines, "};", "", "}  // namespace com", "}  // namespace velmor", ""])
 
 
 def face_member(interface, member):
@@ -187,14 +206,14 @@ def face_member(interface, member):
     if member.result:
         call = f"Enumerator::of({call})" if member.is_enumerator else call
         return [head, f"    return guard({member.result.name}, [&] {{ return {call}; }});", "}", ""]
-    before = [f"{REFERENCES[each.type]} {each.name}In({each.name}{', Needed::no' if each.optional else ''});"
-              for each in member.references]
-    after = [f"{each.name}In.putBack();" for each in member.references]
+    needed = [f"needed({each.name});" for each in member.references if not each.optional]
+    before = needed + [REFERENCES[each.type][0].format(each.name) for each in member.references]
+    after = [f"putBack({each.name}, {each.name}In);" for each in member.references]
     return [head, f"    return guard([&] {{ {' '.join([*before, call + ';', *after])} }});", "}", ""]
 
 
 def face_source(interface):
-    lines = [f'#include "com/{interface.name}Face.h"', "", '#include "com/Enumerator.h"', '#include "com/Receive.h"']
+    lines = [f'#include "com/{interface.name}Face.h"', "", '#include "com/Enumerator.h"']
     lines += [f'#include "{each}"' for each in interface.headers()]
     lines += ["", "namespace velmor::com {", ""]
     for member in interface.members:
@@ -206,17 +225,21 @@ def table_row(member, name):
     kind = {"propget": "get", "propput": "let", "propputref": "set"}.get(member.kind, "method")
     counted = member.parameters[:-1] if kind in ("let", "set") else member.parameters
     required = sum(not each.optional for each in counted)
-    arguments, before = [], []
+    arguments, before, after = [], [], []
     for index, each in enumerate(member.parameters):
         if each.by_reference:
-            before.append(f"automation::{REFERENCES[each.type]} {each.name}(args, {index}); ")
+            before.append(REFERENCES[each.type][1].format(each.name, index))
+            after.append(f" args.putBack({index}, {each.name});")
             arguments.append(each.name)
         else:
             arguments.append(each.from_call(index))
     call = f"self.{member.core_name()}({', '.join(arguments)})"
-    body = f"return automation::answer({call});" if member.result else f"{''.join(before)}{call}; return Variant();"
+    body = f"return automation::answer({call});" if member.result else (
+        f"{''.join(before)}{call};{''.join(after)} return Variant();")
+    names = "".join(each.name + " " for each in member.parameters)
     return (f'        {{u"{name}", MemberKind::{kind}, {required}, {len(counted)},\n'
-            f"         []([[maybe_unused]] Self& self, [[maybe_unused]] Arguments& args) -> Variant {{ {body} }}}},")
+            f"         []([[maybe_unused]] Self& self, [[maybe_unused]] Arguments& args) -> Variant {{ {body} }},\n"
+            f'         {str(member.gives_object()).lower()}, {member.id}, u"{names}"}},')
 
 
 def table_source(interface):
@@ -226,12 +249,15 @@ def table_source(interface):
         rows += [table_row(member, name) for name in ([member.name, "_NewEnum"] if member.is_enumerator else [member.name])]
     lines = ['#include "automation/DispatchTable.h"'] + [f'#include "{each}"' for each in interface.headers()]
     lines += ["", "namespace velmor {", "", "using automation::Arguments;", "using automation::Date;",
-              "using automation::MemberKind;", "using automation::Variant;", "",
-              f"Variant {interface.name}::invoke(std::u16string_view name, automation::InvokeKind kind,"
-              " std::span<Variant> arguments) {",
-              f"    using Self = {interface.name};",
+              "using automation::MemberKind;", "using automation::Variant;", "", "namespace {", "",
+              f"using Self = {interface.core};", "", "const automation::DispatchTable<Self>& table() {",
               f'    static const automation::DispatchTable<Self> members(u"{default}", {{', *rows, "    });",
-              "    return members.invoke(*this, name, kind, arguments);", "}", "", "}  // namespace velmor", ""]
+              "    return members;", "}", "", "}  // namespace", "",
+              f"const automation::MemberIndex& {interface.name}Members();",
+              f"const automation::MemberIndex& {interface.name}Members() {{ return table().members(); }}", "",
+              f"Variant {interface.core}::invoke(std::u16string_view name, automation::InvokeKind kind,"
+              " std::span<Variant> arguments) {",
+              "    return table().invoke(*this, name, kind, arguments);", "}", "", "}  // namespace velmor", ""]
     return "\n".join(lines)
 
 

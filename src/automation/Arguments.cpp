@@ -1,21 +1,16 @@
 #include "automation/Arguments.h"
 
-#include <optional>
-
 #include "automation/Convert.h"
 #include "automation/Errors.h"
 
 namespace velmor::automation {
 
-namespace {
-
 template <class T>
-T orMismatch(std::optional<T> converted) {
-    if (!converted) raiseTypeMismatch();
-    return *std::move(converted);
+T Arguments::fit(std::size_t index, std::optional<T> (*convert)(const Variant&)) const {
+    if (std::optional<T> converted = convert(variant(index))) return *std::move(converted);
+    constexpr std::int32_t overflow = 6, typeMismatch = 13;
+    throw ArgumentError(toDouble(variant(index)) ? overflow : typeMismatch, index);
 }
-
-}  // namespace
 
 bool Arguments::has(std::size_t index) const noexcept {
     return index < values_.size() && !values_[index].isMissing();
@@ -26,20 +21,13 @@ const Variant& Arguments::variant(std::size_t index) const noexcept {
     return index < values_.size() ? values_[index] : kMissing;
 }
 
-Variant Arguments::variantOr(std::size_t index, Variant otherwise) const {
-    return has(index) ? values_[index] : std::move(otherwise);
-}
-
-std::u16string Arguments::text(std::size_t index) const {
-    return orMismatch(toText(variant(index)));
-}
-
-std::u16string Arguments::textOr(std::size_t index, std::u16string_view otherwise) const {
-    return has(index) ? text(index) : std::u16string(otherwise);
+TextArgument Arguments::textArgument(std::size_t index) const {
+    if (const auto* text = variant(index).get<std::u16string>()) return TextArgument(std::u16string_view(*text));
+    return TextArgument(fit(index, toText));
 }
 
 std::int32_t Arguments::longInteger(std::size_t index) const {
-    return orMismatch(toLong(variant(index)));
+    return fit(index, toLong);
 }
 
 std::int32_t Arguments::longOr(std::size_t index, std::int32_t otherwise) const {
@@ -47,45 +35,43 @@ std::int32_t Arguments::longOr(std::size_t index, std::int32_t otherwise) const 
 }
 
 std::int16_t Arguments::integer(std::size_t index) const {
-    return orMismatch(toInteger(variant(index)));
-}
-
-std::int16_t Arguments::integerOr(std::size_t index, std::int16_t otherwise) const {
-    return has(index) ? integer(index) : otherwise;
+    return fit(index, toInteger);
 }
 
 double Arguments::doubleFloat(std::size_t index) const {
-    return orMismatch(toDouble(variant(index)));
-}
-
-double Arguments::doubleOr(std::size_t index, double otherwise) const {
-    return has(index) ? doubleFloat(index) : otherwise;
+    return fit(index, toDouble);
 }
 
 float Arguments::single(std::size_t index) const {
-    return orMismatch(toSingle(variant(index)));
+    return fit(index, toSingle);
 }
 
 Date Arguments::date(std::size_t index) const {
-    return orMismatch(toDate(variant(index)));
+    return fit(index, toDate);
 }
 
 bool Arguments::boolean(std::size_t index) const {
-    return orMismatch(toBoolean(variant(index)));
-}
-
-bool Arguments::boolean(std::size_t index, bool otherwise) const {
-    return has(index) ? boolean(index) : otherwise;
+    return fit(index, toBoolean);
 }
 
 ObjectRef Arguments::object(std::size_t index) const {
-    if (!has(index)) return nullptr;
-    if (!values_[index].isObject()) raiseTypeMismatch();
-    return values_[index].object();
+    if (!has(index) || variant(index).get<Null>()) return nullptr;
+    if (!variant(index).isObject()) throw ArgumentError(13, index);
+    return variant(index).object();
 }
 
 void Arguments::set(std::size_t index, Variant value) {
     if (index < values_.size()) values_[index] = std::move(value);
+}
+
+void Arguments::putBack(std::size_t index, TextReference& text) {
+    std::u16string* const made = text.made();
+    if (!made || index >= values_.size()) return;
+    if (values_[index].isString() || *made != std::u16string_view(textArgument(index))) set(index, std::move(*made));
+}
+
+void Arguments::putBack(std::size_t index, std::int32_t number) {
+    if (has(index) && number != longInteger(index)) set(index, number);
 }
 
 }  // namespace velmor::automation

@@ -15,23 +15,6 @@ namespace {
 
 const PlatformConversions* installed = nullptr;
 
-// The value itself, or an object's default value, which is then kept in `kept`. Null when the object
-// has none.
-const Variant* plainValue(const Variant& value, Variant& kept) {
-    const Variant* plain = &value;
-    for (int level = 0; plain->isObject(); ++level) {
-        const ObjectRef object = plain->object();
-        if (!object || level == defaultValueLimit) return nullptr;
-        try {
-            kept = object->invoke(u"", InvokeKind::get, {});
-        } catch (const Error&) {
-            return nullptr;
-        }
-        plain = &kept;
-    }
-    return plain;
-}
-
 bool isConvertible(const Variant& value) {
     switch (value.type()) {
         case VariantType::null:
@@ -100,6 +83,21 @@ void installPlatformConversions(const PlatformConversions* conversions) noexcept
 
 const PlatformConversions* platformConversions() noexcept {
     return installed;
+}
+
+const Variant* plainValue(const Variant& value, Variant& kept) {
+    const Variant* plain = &value;
+    for (int level = 0; plain->isObject(); ++level) {
+        const ObjectRef object = plain->object();
+        if (!object || level == defaultValueLimit) return nullptr;
+        try {
+            kept = object->invoke(u"", InvokeKind::get, {});
+        } catch (const Error&) {
+            return nullptr;
+        }
+        plain = &kept;
+    }
+    return plain;
 }
 
 std::optional<std::int32_t> toLong(const Variant& value) {

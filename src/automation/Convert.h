@@ -14,8 +14,10 @@ namespace velmor::automation {
 // the user's locale (PlatformConversions.h). An object converts through its default value where it
 // has one. Cost: linear in a text, constant for the rest.
 
-// Default members can give objects in turn; a chain longer than this leads nowhere.
+// The value itself, or an object's default value, which is then kept in `kept`. Null when the object
+// has none: default members can give objects in turn, and a longer chain leads nowhere.
 inline constexpr int defaultValueLimit = 8;
+const Variant* plainValue(const Variant& value, Variant& kept);
 
 // Integers: rounded half to even, out of range fails, texts must be numeric. "&H" and "&O" texts
 // wrap at 32 bits, for an Integer at 16.

@@ -7,7 +7,22 @@
 
 namespace velmor::automation {
 
-MemberIndex::MemberIndex(std::vector<Entry> entries) : entries_(std::move(entries)) {
+namespace {
+
+bool isAssignment(InvokeKind kind) noexcept {
+    return kind == InvokeKind::let || kind == InvokeKind::set;
+}
+
+void refuseMissing(std::span<const Variant> required) {
+    for (std::size_t index = 0; index < required.size(); ++index) {
+        if (required[index].isMissing()) throw ArgumentError(450, index);
+    }
+}
+
+}  // namespace
+
+MemberIndex::MemberIndex(std::u16string_view defaultMember, std::vector<Entry> entries)
+    : default_(defaultMember), entries_(std::move(entries)) {
     byHash_.reserve(entries_.size());
     for (std::size_t row = 0; row < entries_.size(); ++row) {
         byHash_.emplace_back(hashIgnoringCase(entries_[row].name), row);
@@ -15,24 +30,48 @@ MemberIndex::MemberIndex(std::vector<Entry> entries) : entries_(std::move(entrie
     std::sort(byHash_.begin(), byHash_.end());
 }
 
-std::size_t MemberIndex::resolve(std::u16string_view name, InvokeKind kind, std::span<const Variant> arguments) const {
+MemberIndex::Found MemberIndex::resolve(std::u16string_view name, InvokeKind kind,
+                                        std::span<const Variant> arguments) const {
     const std::u16string_view asked = name.empty() ? default_ : name;
-    const std::size_t row = find(asked, kind, arguments);
-    if (row == npos) raiseNoSuchMember(asked);
-    const bool assigns = kind == InvokeKind::let || kind == InvokeKind::set;
+    const bool assigns = isAssignment(kind);
     if (assigns && arguments.empty()) raiseWrongArguments();
     const std::size_t count = arguments.size() - (assigns ? 1 : 0);
-    if (count > entries_[row].maximum || count < entries_[row].required) raiseWrongArguments();
-    const auto required = arguments.first(entries_[row].required);
-    if (std::any_of(required.begin(), required.end(), [](const Variant& each) { return each.isMissing(); })) {
-        raiseWrongArguments();
+    const std::size_t row = find(asked, kind);
+    if (row != npos && count <= entries_[row].maximum) {
+        if (count < entries_[row].required) throw ArgumentError(450, count);
+        refuseMissing(arguments.first(entries_[row].required));
+        return {row, arguments.size()};
     }
-    return row;
+    const std::size_t getter = find(asked, InvokeKind::get);
+    if (getter != npos && entries_[getter].givesObject) {
+        const std::size_t own = entries_[getter].maximum;
+        if (assigns ? count >= own : own == 0) return {getter, own};
+    }
+    if (row == npos) raiseNoSuchMember(asked);
+    raiseWrongArguments();
 }
 
 std::size_t MemberIndex::find(std::u16string_view name) const noexcept {
     for (const auto kind : {MemberKind::get, MemberKind::method, MemberKind::let, MemberKind::set}) {
         if (const std::size_t row = find(name, kind); row != npos) return row;
+    }
+    return npos;
+}
+
+std::size_t MemberIndex::findId(std::int32_t id) const noexcept {
+    const auto found = std::find_if(entries_.begin(), entries_.end(), [&](const Entry& each) { return each.id == id; });
+    return found == entries_.end() ? npos : static_cast<std::size_t>(found - entries_.begin());
+}
+
+std::size_t MemberIndex::parameter(std::int32_t id, std::u16string_view name) const noexcept {
+    for (const Entry& member : entries_) {
+        if (member.id != id) continue;
+        std::u16string_view left = member.parameters;
+        for (std::size_t index = 0; !left.empty(); ++index) {
+            const std::size_t end = left.find(u' ');
+            if (equalIgnoringCase(left.substr(0, end), name)) return index;
+            left.remove_prefix(end + 1);
+        }
     }
     return npos;
 }
@@ -47,24 +86,20 @@ std::size_t MemberIndex::find(std::u16string_view name, MemberKind kind) const n
     return npos;
 }
 
-std::size_t MemberIndex::find(std::u16string_view name, InvokeKind kind,
-                              std::span<const Variant> arguments) const noexcept {
-    const auto either = [&](MemberKind first, MemberKind second) {
-        const std::size_t row = find(name, first);
-        return row != npos ? row : find(name, second);
-    };
-    switch (kind) {
-        case InvokeKind::method:
-            return either(MemberKind::method, MemberKind::get);
-        case InvokeKind::get:
-            return either(MemberKind::get, MemberKind::method);
-        case InvokeKind::set:
-            return either(MemberKind::set, MemberKind::let);
-        case InvokeKind::let:
-            break;
-    }
-    const bool object = !arguments.empty() && arguments.back().isObject();
-    return object ? either(MemberKind::let, MemberKind::set) : find(name, MemberKind::let);
+std::size_t MemberIndex::find(std::u16string_view name, InvokeKind kind) const noexcept {
+    constexpr MemberKind both[][2] = {{MemberKind::method, MemberKind::get},
+                                      {MemberKind::get, MemberKind::method},
+                                      {MemberKind::let, MemberKind::set},
+                                      {MemberKind::set, MemberKind::let}};
+    const auto& [first, second] = both[static_cast<std::size_t>(kind)];
+    const std::size_t row = find(name, first);
+    return row != npos ? row : find(name, second);
+}
+
+Variant invokeDefault(const Variant& given, InvokeKind kind, std::span<Variant> arguments) {
+    const ObjectRef object = given.object();
+    if (!object) raiseNoSuchMember({});
+    return object->invoke(u"", kind, arguments);
 }
 
 }  // namespace velmor::automation

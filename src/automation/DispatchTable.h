@@ -29,9 +29,11 @@ namespace velmor::automation {
 //     }
 //
 // Names are found without regard to case, in logarithmic time and without an allocation. Gets and
-// methods answer for each other; a set is taken by a let and, when the new value is an object, a
-// let by a set. The argument counts of a row leave out the new value of a let or set, which is
-// always there and last (Arguments::newValue).
+// methods answer for each other, and so do lets and sets. The argument counts of a row leave out the
+// new value of a let or set, which is always there and last (Arguments::newValue).
+//
+// `tag.Tags(1)` and `tag.Properties("x") = 1` call the default member of what `Tags` and `Properties`
+// give: the arguments that a member does not take itself go on to the object that it gives.
 
 enum class MemberKind : std::uint8_t { method, get, let, set };
 
@@ -43,31 +45,42 @@ public:
         MemberKind kind;
         std::uint8_t required;
         std::uint8_t maximum;
+        bool givesObject;
+        std::int32_t id;
+        std::u16string_view parameters;
     };
     static constexpr std::size_t npos = static_cast<std::size_t>(-1);
 
     // The names must outlive the index (they are literals).
-    explicit MemberIndex(std::vector<Entry> entries);
+    MemberIndex(std::u16string_view defaultMember, std::vector<Entry> entries);
 
-    // The member that the empty name calls.
-    void setDefault(std::u16string_view name) noexcept { default_ = name; }
+    struct Found {
+        std::size_t row;
+        std::size_t own;  // the arguments that the member takes itself
+    };
+    // The row to call. Raises 438 for an unknown name, and 450 when the arguments do not fit.
+    Found resolve(std::u16string_view name, InvokeKind kind, std::span<const Variant> arguments) const;
 
-    // The row to call. Raises 438 for an unknown name and 450 when the arguments do not fit.
-    std::size_t resolve(std::u16string_view name, InvokeKind kind, std::span<const Variant> arguments) const;
-
-    // Any row of that name, as the table spells it; npos for an unknown name.
+    // Any row of that name; npos for an unknown name.
     std::size_t find(std::u16string_view name) const noexcept;
+    // The same by the member's identifier.
+    std::size_t findId(std::int32_t id) const noexcept;
     const Entry& entry(std::size_t index) const noexcept { return entries_[index]; }
-    std::size_t size() const noexcept { return entries_.size(); }
+
+    // The position of a parameter of the members with that identifier; npos for an unknown name.
+    std::size_t parameter(std::int32_t id, std::u16string_view name) const noexcept;
 
 private:
     std::size_t find(std::u16string_view name, MemberKind kind) const noexcept;
-    std::size_t find(std::u16string_view name, InvokeKind kind, std::span<const Variant> arguments) const noexcept;
+    std::size_t find(std::u16string_view name, InvokeKind kind) const noexcept;
 
+    std::u16string_view default_;
     std::vector<Entry> entries_;
     std::vector<std::pair<std::size_t, std::size_t>> byHash_;  // hash of the name, row; sorted
-    std::u16string_view default_;
 };
+
+// Hands arguments on to the default member of what a member gave; 438 where that is no object.
+Variant invokeDefault(const Variant& given, InvokeKind kind, std::span<Variant> arguments);
 
 // What a member gives, as a value: an object of any class as a reference.
 template <class Value>
@@ -79,51 +92,6 @@ Variant answer(Value&& value) {
     }
 }
 
-// A by-reference text for a member that reads it, or changes it in place. The argument is changed only by the second,
-// and is held once meanwhile.
-class TextReference {
-public:
-    TextReference(Arguments& arguments, std::size_t index)
-        : arguments_(arguments), index_(index), text_(arguments.text(index)) {}
-    TextReference(const TextReference&) = delete;
-    TextReference& operator=(const TextReference&) = delete;
-    ~TextReference() {
-        if (lent_) arguments_.setText(index_, std::move(text_));
-    }
-
-    operator std::u16string_view() const noexcept { return text_; }
-    operator std::u16string&() {
-        arguments_.setText(index_, {});
-        lent_ = true;
-        return text_;
-    }
-
-private:
-    Arguments& arguments_;
-    std::size_t index_;
-    std::u16string text_;
-    bool lent_ = false;
-};
-
-// The same for a long; 0 where it was left out.
-class LongReference {
-public:
-    LongReference(Arguments& arguments, std::size_t index)
-        : arguments_(arguments), index_(index), number_(arguments.longOr(index, 0)) {}
-    LongReference(const LongReference&) = delete;
-    LongReference& operator=(const LongReference&) = delete;
-    ~LongReference() {
-        if (arguments_.has(index_)) arguments_.setLong(index_, number_);
-    }
-
-    operator std::int32_t&() noexcept { return number_; }
-
-private:
-    Arguments& arguments_;
-    std::size_t index_;
-    std::int32_t number_;
-};
-
 template <class Target>
 class DispatchTable {
 public:
@@ -133,39 +101,39 @@ public:
         std::uint8_t required;  // arguments that cannot be left out
         std::uint8_t maximum;   // all arguments, the optional ones included
         Variant (*call)(Target& self, Arguments& arguments);
+        // For hosts that ask for identifiers and pass arguments by name.
+        bool givesObject = false;
+        std::int32_t id = -1;
+        std::u16string_view parameters = {};  // their names in order, with a blank after each
     };
 
     DispatchTable(std::initializer_list<Row> rows) : DispatchTable({}, rows) {}
-    // With the name of the default member.
+    // With the name of the default member, which the empty name calls.
     DispatchTable(std::u16string_view defaultMember, std::initializer_list<Row> rows)
-        : index_(entriesOf(rows)), calls_(callsOf(rows)) {
-        index_.setDefault(defaultMember);
+        : index_(defaultMember, entriesOf(rows)) {
+        for (const Row& row : rows) calls_.push_back(row.call);
     }
 
     Variant invoke(Target& self, std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) const {
-        const std::size_t row = index_.resolve(name, kind, arguments);
-        Arguments typed(arguments);
-        return calls_[row](self, typed);
+        const auto [row, own] = index_.resolve(name, kind, arguments);
+        Arguments typed(arguments.first(own));
+        Variant given = calls_[row](self, typed);
+        return own == arguments.size() ? given : invokeDefault(given, kind, arguments.subspan(own));
     }
 
     const MemberIndex& members() const noexcept { return index_; }
 
 private:
-    using Call = Variant (*)(Target&, Arguments&);
-
     static std::vector<MemberIndex::Entry> entriesOf(std::initializer_list<Row> rows) {
         std::vector<MemberIndex::Entry> entries;
-        for (const Row& row : rows) entries.push_back({row.name, row.kind, row.required, row.maximum});
+        for (const Row& row : rows) {
+            entries.push_back({row.name, row.kind, row.required, row.maximum, row.givesObject, row.id, row.parameters});
+        }
         return entries;
-    }
-    static std::vector<Call> callsOf(std::initializer_list<Row> rows) {
-        std::vector<Call> calls;
-        for (const Row& row : rows) calls.push_back(row.call);
-        return calls;
     }
 
     MemberIndex index_;
-    std::vector<Call> calls_;
+    std::vector<Variant (*)(Target&, Arguments&)> calls_;
 };
 
 }  // namespace velmor::automation

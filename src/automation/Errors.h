@@ -1,10 +1,24 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 #include "text/Error.h"
 
 namespace velmor::automation {
+
+// A call of a member with an argument that it does not take: raised before the member runs. 13 for one of another type,
+// 6 for a number out of range, 450 for one that must not be left out.
+class ArgumentError : public Error {
+public:
+    ArgumentError(std::int32_t number, std::size_t argument);
+
+    std::size_t argument() const noexcept { return argument_; }  // its position, from 0
+
+private:
+    std::size_t argument_;
+};
 
 // The errors that automation itself raises, with the texts that scripts know.
 [[noreturn]] void raiseTypeMismatch();                          // 13

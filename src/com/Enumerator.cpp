@@ -30,7 +30,7 @@ HRESULT Enumerator::Next(ULONG count, VARIANT* values, ULONG* fetched) noexcept 
     ULONG given = 0;
     const HRESULT code = guard(IID_IEnumVARIANT, [&] {
         while (given < count) {
-            const automation::ObjectRef object = sequence_->next();
+            const automation::ObjectRef object = items_->nextObject();
             if (!object) return;
             platform::toVariant(object, values[given]);
             ++given;
@@ -46,16 +46,16 @@ HRESULT Enumerator::Next(ULONG count, VARIANT* values, ULONG* fetched) noexcept 
 
 HRESULT Enumerator::Skip(ULONG count) noexcept {
     bool all = false;
-    const HRESULT code = guard(IID_IEnumVARIANT, [&] { all = sequence_->skip(count); });
+    const HRESULT code = guard(IID_IEnumVARIANT, [&] { all = items_->skip(count); });
     return FAILED(code) ? code : (all ? S_OK : S_FALSE);
 }
 
 HRESULT Enumerator::Reset() noexcept {
-    return guard(IID_IEnumVARIANT, [&] { sequence_->reset(); });
+    return guard(IID_IEnumVARIANT, [&] { items_->reset(); });
 }
 
 HRESULT Enumerator::Clone(IEnumVARIANT** copy) noexcept {
-    return guard(IID_IEnumVARIANT, copy, [&]() -> IEnumVARIANT* { return new Enumerator(sequence_->clone()); });
+    return guard(IID_IEnumVARIANT, copy, [&]() -> IEnumVARIANT* { return new Enumerator(items_->clone()); });
 }
 
 }  // namespace velmor::com

@@ -3,12 +3,12 @@
 #include <new>
 
 #include "com/ClassFactory.h"
-#include "com/Failure.h"
 #include "com/Module.h"
 #include "com/Registration.h"
 #include "com/Server.h"
 #include "com/TypeLibrary.h"
 #include "platform/win32/Conversions.h"
+#include "platform/win32/Failure.h"
 #include "platform/win32/Windows.h"
 
 using namespace velmor::com;
@@ -28,12 +28,8 @@ template <class Body>
 HRESULT outcomeOf(Body&& body) noexcept try {
     body();
     return S_OK;
-} catch (const Failure& failure) {
-    return failure.code;
-} catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
 } catch (...) {
-    return E_UNEXPECTED;
+    return velmor::platform::raisedNow().code;
 }
 
 }  // namespace
@@ -45,7 +41,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
         platform::installConversions();
         platform::registerFaceProvider(server().faces);
     } else if (reason == DLL_PROCESS_DETACH && !processEnds) {
-        TypeLibrary::instance().release();
+        releaseTypeLibrary();
     }
     return TRUE;
 }

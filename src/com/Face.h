@@ -3,29 +3,64 @@
 #include <memory>
 #include <utility>
 
-#include "com/DualObject.h"
-#include "platform/win32/FaceRegistry.h"
+#include "com/Guard.h"
+#include "com/TypeLibrary.h"
+#include "platform/win32/Face.h"
 
 namespace velmor::com {
 
-// The face of a core object: keeps it alive, and is the only one that it has. Derived classes
-// translate members, and have no rule of their own.
-template <class Interface, class Core, const IID& interfaceId, const CLSID& classId>
-class Face : public DualObject<Interface, interfaceId, classId>, public platform::RegisteredFace {
+// The face of a core object: keeps it alive, and is the only one that it has. Its members are those of the class's
+// table, late-bound, and of the dual interface. Derived classes translate members, and have no rule of their own.
+template <class Interface, class Core, const automation::MemberIndex& (*memberIndex)(), const IID& interfaceId,
+          const CLSID& classId>
+class Face : public platform::Face<Interface, interfaceId> {
 public:
     explicit Face(std::shared_ptr<Core> core) : core_(std::move(core)) {}
 
     automation::ObjectRef core() const final { return core_; }
-    IDispatch* identity() noexcept final { return static_cast<Interface*>(this); }
-    bool addReferenceIfAlive() noexcept final { return this->references_.addIfAlive(); }
+
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) noexcept override {
+        if (!count) return E_POINTER;
+        *count = 1;
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) noexcept override {
+        return index == 0 ? giveTypeInfo(interfaceId, info) : Base::GetTypeInfo(index, locale, info);
+    }
+    HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** info) noexcept override { return giveTypeInfo(classId, info); }
+
+    // Hosts want the platform's enumerators.
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID reserved, LCID locale, WORD flags, DISPPARAMS* arguments,
+                                     VARIANT* result, EXCEPINFO* exception, UINT* faulty) noexcept override {
+        if constexpr (requires { &Interface::get_NewEnum; }) {
+            if (id == DISPID_NEWENUM && result) {
+                VariantInit(result);
+                const HRESULT code = this->get_NewEnum(&result->punkVal);
+                if (SUCCEEDED(code)) result->vt = VT_UNKNOWN;
+                return code;
+            }
+        }
+        return Base::Invoke(id, reserved, locale, flags, arguments, result, exception, faulty);
+    }
 
 protected:
-    void released() noexcept override {
-        platform::FaceRegistry::instance().remove(*core_, *this);
-        delete this;
+    // com::guard for the members of the interface. The object lives to the member's end, whatever
+    // handlers and the host's objects release meanwhile.
+    template <class... Arguments>
+    HRESULT guard(Arguments&&... arguments) noexcept {
+        const platform::ComPtr<Interface> alive(this);
+        return com::guard(interfaceId, std::forward<Arguments>(arguments)...);
     }
 
     const std::shared_ptr<Core> core_;
+
+private:
+    using Base = platform::Face<Interface, interfaceId>;
+
+    platform::MemberNames& members() noexcept override {
+        static platform::TableNames names(memberIndex());
+        return names;
+    }
 };
 
 // The face of a core object with a reference for the caller; null for null.

@@ -1,6 +1,5 @@
-#include "com/Faces.h"
+// The core classes and their faces.
 
-#include "com/Give.h"
 #include "com/kvDirectTagFace.h"
 #include "com/kvLibraryFace.h"
 #include "com/kvTagFace.h"
@@ -20,7 +19,7 @@ IDispatch* faceWhen(const automation::ObjectRef& object) {
 
 }  // namespace
 
-IDispatch* ComponentFaces::faceOf(const automation::ObjectRef& object) {
+IDispatch* coreFaceOf(const automation::ObjectRef& object) {
     if (IDispatch* face = faceWhen<kvTagFace, kvTag>(object)) return face;
     if (IDispatch* face = faceWhen<privPropertyFace, privProperty>(object)) return face;
     if (IDispatch* face = faceWhen<privPropertiesFace, privProperties>(object)) return face;

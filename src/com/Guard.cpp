@@ -1,16 +1,7 @@
 #include "com/Guard.h"
 
-#include <exception>
-#include <new>
-
-#include "com/Failure.h"
 #include "platform/win32/ComPtr.h"
-#include "platform/win32/Faces.h"
-#include "platform/win32/VariantBridge.h"
-#include "text/Encoding.h"
-#include "text/Error.h"
 #include "text/ErrorSource.h"
-#include "text/privStrCat.h"
 
 namespace velmor::com {
 
@@ -32,56 +23,13 @@ void record(REFIID interfaceId, const std::u16string& description) noexcept {
     if (const auto error = created.as<IErrorInfo>(IID_IErrorInfo)) SetErrorInfo(0, error.get());
 }
 
-// Empty if there is no memory for it.
-std::u16string descriptionOf(const std::exception& error) noexcept {
-    try {
-        return fromUtf8(error.what());
-    } catch (const std::bad_alloc&) {
-        return {};
-    }
-}
-
 }  // namespace
 
-void give(BSTR& place, const std::u16string& value) {
-    place = platform::makeBstr(value);
-}
-
-void give(BSTR& place, const std::shared_ptr<const privStrCat>& value) {
-    place = platform::makeBstr(value->contiguous());
-}
-
-void give(VARIANT& place, const automation::Variant& value) {
-    platform::toVariant(value, place);
-}
-
-void give(IDispatch*& place, const automation::ObjectRef& value) {
-    place = platform::faceOf(value);
-}
-
-void replaceText(BSTR& place, const std::u16string& value) {
-    const BSTR text = platform::makeBstr(value);
-    SysFreeString(place);
-    place = text;
-}
-
 HRESULT translateException(REFIID interfaceId) noexcept {
+    const platform::Raised raised = platform::raisedNow();
     SetErrorInfo(0, nullptr);  // an earlier failure's record
-    try {
-        throw;
-    } catch (const Error& error) {
-        record(interfaceId, error.description());
-        return platform::hresultOf(error);
-    } catch (const Failure& failure) {
-        return failure.code;
-    } catch (const std::bad_alloc&) {
-        return E_OUTOFMEMORY;
-    } catch (const std::exception& error) {
-        record(interfaceId, descriptionOf(error));
-        return E_FAIL;
-    } catch (...) {
-        return E_FAIL;
-    }
+    if (!raised.description.empty()) record(interfaceId, raised.description);
+    return raised.code;
 }
 
 }  // namespace velmor::com

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <string>
 #include <utility>
 
-#include "com/Failure.h"
-#include "com/Give.h"
+#include "com/Values.h"
 #include "platform/win32/Windows.h"
 
 namespace velmor::com {
@@ -38,13 +36,10 @@ void clear(Out& place) noexcept {
 template <class Out, class Body>
 HRESULT guard(REFIID interfaceId, Out* pResult, Body&& body) noexcept {
     return guard(interfaceId, [&] {
-        check(pResult ? S_OK : E_POINTER);
+        needed(pResult);
         clear(*pResult);
         give(*pResult, std::forward<Body>(body)());
     });
 }
-
-// Gives a by-reference text its new value.
-void replaceText(BSTR& place, const std::u16string& value);
 
 }  // namespace velmor::com

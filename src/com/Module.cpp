@@ -2,8 +2,8 @@
 
 #include <atomic>
 
-#include "com/Failure.h"
 #include "platform/win32/FaceRegistry.h"
+#include "platform/win32/Failure.h"
 
 namespace velmor::com {
 
@@ -36,7 +36,7 @@ std::wstring Module::path() {
     std::wstring path(MAX_PATH, L'\0');
     for (;;) {
         const DWORD length = GetModuleFileNameW(handle(), path.data(), static_cast<DWORD>(path.size()));
-        if (length == 0) throw Failure{HRESULT_FROM_WIN32(GetLastError())};
+        if (length == 0) throw platform::Failure{HRESULT_FROM_WIN32(GetLastError())};
         if (length < path.size()) {
             path.resize(length);
             return path;

@@ -1,9 +1,9 @@
 #include "com/ObjectServer.h"
 
-#include "com/Failure.h"
 #include "com/Guard.h"
 #include "platform/win32/ComPtr.h"
 #include "platform/win32/Faces.h"
+#include "platform/win32/Failure.h"
 
 namespace velmor::com {
 
@@ -12,8 +12,8 @@ HRESULT createObjectFrom(automation::ObjectRef (*make)(), REFIID id, void** obje
     *object = nullptr;
     return guard(IID_IClassFactory, [&] {
         const auto face = platform::ComPtr<IDispatch>::attach(platform::faceOf(make()));
-        if (!face) throw Failure{E_FAIL};
-        check(face->QueryInterface(id, object));
+        if (!face) throw platform::Failure{E_FAIL};
+        platform::check(face->QueryInterface(id, object));
     });
 }
 

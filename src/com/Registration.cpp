@@ -2,16 +2,14 @@
 
 #include <string>
 
-#include "com/Failure.h"
 #include "com/Module.h"
 #include "com/RegistryKey.h"
-#include "platform/win32/ComPtr.h"
+#include "com/TypeLibrary.h"
+#include "platform/win32/Failure.h"
 
 namespace velmor::com {
 
 namespace {
-
-using platform::ComPtr;
 
 RegistryKey classesOf(Audience audience) {
     return RegistryKey(audience == Audience::everyone ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER, L"Software\\Classes");
@@ -72,15 +70,9 @@ void removeClass(HKEY classes, const ServedClass& served) {
     RegistryKey::removeTree(classes, versionedName(served));
 }
 
-ComPtr<ITypeLib> ownTypeLibrary() {
-    ComPtr<ITypeLib> library;
-    check(LoadTypeLibEx(Module::path().c_str(), REGKIND_NONE, library.put()));
-    return library;
-}
-
 TLIBATTR attributesOf(ITypeLib& library) {
     TLIBATTR* lent = nullptr;
-    check(library.GetLibAttr(&lent));
+    platform::check(library.GetLibAttr(&lent));
     const TLIBATTR attributes = *lent;
     library.ReleaseTLibAttr(lent);
     return attributes;
@@ -89,18 +81,18 @@ TLIBATTR attributesOf(ITypeLib& library) {
 void writeTypeLibrary(HKEY classes) {
     const ClassesRoot root(classes);
     std::wstring path = Module::path();
-    check(RegisterTypeLib(ownTypeLibrary().get(), path.data(), nullptr));
+    platform::check(RegisterTypeLib(typeLibrary().get(), path.data(), nullptr));
 }
 
 void removeTypeLibrary(HKEY classes) {
     const ClassesRoot root(classes);
-    const TLIBATTR own = attributesOf(*ownTypeLibrary().get());
+    const TLIBATTR own = attributesOf(*typeLibrary().get());
     BSTR path = nullptr;
     const bool registered =
         SUCCEEDED(QueryPathOfRegTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, &path));
     SysFreeString(path);
     if (!registered) return;
-    check(UnRegisterTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, own.syskind));
+    platform::check(UnRegisterTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, own.syskind));
 }
 
 void writeServer(HKEY classes, const Server& server) {
@@ -114,7 +106,7 @@ HRESULT outcomeOf(Step&& step) {
     try {
         step();
         return S_OK;
-    } catch (const Failure& failure) {
+    } catch (const platform::Failure& failure) {
         return failure.code;
     }
 }
@@ -137,11 +129,11 @@ void registerServer(const Server& server, Audience audience) {
     const RegistryKey classes = classesOf(audience);
     const HRESULT written = outcomeOf([&] { writeServer(classes.get(), server); });
     if (FAILED(written)) removeServer(classes.get(), server);  // as far as it goes: the first failure tells more
-    check(written);
+    platform::check(written);
 }
 
 void unregisterServer(const Server& server, Audience audience) {
-    check(removeServer(classesOf(audience).get(), server));
+    platform::check(removeServer(classesOf(audience).get(), server));
 }
 
 }  // namespace velmor::com

@@ -1,6 +1,6 @@
 #include "com/RegistryKey.h"
 
-#include "com/Failure.h"
+#include "platform/win32/Failure.h"
 
 namespace velmor::com {
 
@@ -12,7 +12,7 @@ constexpr REGSAM kRights = KEY_WRITE | KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE 
 }  // namespace
 
 void checkRegistry(LSTATUS status) {
-    if (status != ERROR_SUCCESS) throw Failure{HRESULT_FROM_WIN32(static_cast<DWORD>(status))};
+    if (status != ERROR_SUCCESS) throw platform::Failure{HRESULT_FROM_WIN32(static_cast<DWORD>(status))};
 }
 
 RegistryKey::RegistryKey(HKEY parent, const std::wstring& path) {

@@ -24,7 +24,7 @@ struct Server {
     // Of the type library in the DLL's resources; null for none.
     const GUID* typeLibrary = nullptr;
     // For objects that pass the boundary; null where every object goes out under an adapter.
-    platform::FaceProvider* faces = nullptr;
+    platform::FaceProvider faces = nullptr;
 };
 
 // Defined once in each DLL.

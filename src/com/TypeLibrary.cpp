@@ -1,55 +1,46 @@
 #include "com/TypeLibrary.h"
 
-#include <utility>
+#include <mutex>
 
-#include "com/Failure.h"
+#include "com/Guard.h"
 #include "com/Module.h"
 
 namespace velmor::com {
 
-TypeLibrary& TypeLibrary::instance() {
-    // Never destroyed: at the end of the process nothing may be called any more. DllMain calls
-    // release() when the DLL alone goes.
-    static TypeLibrary& library = *new TypeLibrary;
+namespace {
+
+using platform::ComPtr;
+
+// Never destroyed: at the end of the process nothing may be called any more.
+struct Loaded {
+    std::mutex mutex;
+    ComPtr<ITypeLib> library;
+};
+Loaded& loaded() {
+    static Loaded& only = *new Loaded;
+    return only;
+}
+
+}  // namespace
+
+ComPtr<ITypeLib> typeLibrary() {
+    const std::lock_guard lock(loaded().mutex);
+    ComPtr<ITypeLib>& library = loaded().library;
+    if (!library) platform::check(LoadTypeLibEx(Module::path().c_str(), REGKIND_NONE, library.put()));
     return library;
 }
 
-ITypeLib& TypeLibrary::loaded() {
-    if (!library_) check(LoadTypeLibEx(Module::path().c_str(), REGKIND_NONE, library_.put()));
-    return *library_.get();
+HRESULT giveTypeInfo(REFGUID id, ITypeInfo** info) noexcept {
+    return guard(IID_IDispatch, info, [&] {
+        ITypeInfo* found = nullptr;
+        platform::check(typeLibrary()->GetTypeInfoOfGuid(id, &found));
+        return found;
+    });
 }
 
-TypeLibrary::Entry& TypeLibrary::entry(REFGUID id) {
-    for (Entry& known : entries_) {
-        if (IsEqualGUID(known.id, id)) return known;
-    }
-    ComPtr<ITypeInfo> info;
-    check(loaded().GetTypeInfoOfGuid(id, info.put()));
-    return entries_.emplace_back(Entry{id, std::move(info), nullptr});
-}
-
-ComPtr<ITypeLib> TypeLibrary::library() {
-    const std::lock_guard lock(mutex_);
-    loaded();
-    return library_;
-}
-
-ComPtr<ITypeInfo> TypeLibrary::typeInfo(REFGUID id) {
-    const std::lock_guard lock(mutex_);
-    return entry(id).info;
-}
-
-const InterfaceTable& TypeLibrary::table(REFIID id) {
-    const std::lock_guard lock(mutex_);
-    Entry& known = entry(id);
-    if (!known.table) known.table = std::make_unique<InterfaceTable>(*known.info.get());
-    return *known.table;
-}
-
-void TypeLibrary::release() noexcept {
-    const std::lock_guard lock(mutex_);
-    entries_.clear();
-    library_ = nullptr;
+void releaseTypeLibrary() noexcept {
+    const std::lock_guard lock(loaded().mutex);
+    loaded().library = nullptr;
 }
 
 }  // namespace velmor::com

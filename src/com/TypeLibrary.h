@@ -1,44 +1,17 @@
 #pragma once
 
-#include <memory>
-#include <mutex>
-#include <vector>
-
-#include "com/InterfaceTable.h"
 #include "platform/win32/ComPtr.h"
 #include "platform/win32/Windows.h"
 
 namespace velmor::com {
 
-using platform::ComPtr;
+// The component's type library, out of its own resources: for compilers and browsers. Loaded on first use. Any thread.
+platform::ComPtr<ITypeLib> typeLibrary();  // throws Failure
 
-// The component's type library, out of its own resources. Loaded on first use. Any thread.
-class TypeLibrary {
-public:
-    static TypeLibrary& instance();
+// Of an interface as late binding sees it, or of a class.
+HRESULT giveTypeInfo(REFGUID id, ITypeInfo** info) noexcept;
 
-    ComPtr<ITypeLib> library();  // throws Failure, as do the others
-    // An interface as late binding sees it, or a class.
-    ComPtr<ITypeInfo> typeInfo(REFGUID id);
-    // Lives until release().
-    const InterfaceTable& table(REFIID id);
-
-    // Lets everything go, just before the DLL is unloaded.
-    void release() noexcept;
-
-private:
-    struct Entry {
-        GUID id;
-        ComPtr<ITypeInfo> info;
-        std::unique_ptr<InterfaceTable> table;
-    };
-
-    ITypeLib& loaded();
-    Entry& entry(REFGUID id);
-
-    std::mutex mutex_;
-    ComPtr<ITypeLib> library_;
-    std::vector<Entry> entries_;
-};
+// Lets the library go, just before the DLL is unloaded.
+void releaseTypeLibrary() noexcept;
 
 }  // namespace velmor::com

@@ -1,14 +1,11 @@
 #include "core/kvTags.h"
 
 #include "automation/Convert.h"
-#include "automation/DispatchTable.h"
 #include "core/TagList.h"
 #include "core/kvTag.h"
 
 namespace velmor {
 
-using automation::Arguments;
-using automation::MemberKind;
 using automation::Variant;
 
 kvTags::kvTags() = default;
@@ -40,7 +37,7 @@ void kvTags::cleanUp() {
     if (tags_) tags_->cleanUp();
 }
 
-std::shared_ptr<kvTag> TagEnumerator::next() {
+automation::ObjectRef TagEnumerator::nextObject() {
     const std::shared_ptr<kvTag> tag = tags_->Item(position_ + 1);
     if (tag) ++position_;
     return tag;
@@ -52,27 +49,8 @@ bool TagEnumerator::skip(std::uint32_t count) {
     return count <= left;
 }
 
-std::shared_ptr<TagEnumerator> TagEnumerator::clone() const {
+std::shared_ptr<automation::Enumeration> TagEnumerator::clone() const {
     return std::make_shared<TagEnumerator>(*this);
-}
-
-Variant TagEnumerator::invoke(std::u16string_view name, automation::InvokeKind kind, std::span<Variant> arguments) {
-    static const automation::DispatchTable<TagEnumerator> kMembers({
-        {u"Next", MemberKind::method, 0, 0,
-         [](TagEnumerator& self, Arguments&) -> Variant { return automation::ObjectRef(self.next()); }},
-        {u"Skip", MemberKind::method, 1, 1,
-         [](TagEnumerator& self, Arguments& args) -> Variant {
-             return self.skip(static_cast<std::uint32_t>(std::max(0, args.longInteger(0))));
-         }},
-        {u"Reset", MemberKind::method, 0, 0,
-         [](TagEnumerator& self, Arguments&) -> Variant {
-             self.reset();
-             return {};
-         }},
-        {u"Clone", MemberKind::method, 0, 0,
-         [](TagEnumerator& self, Arguments&) -> Variant { return automation::ObjectRef(self.clone()); }},
-    });
-    return kMembers.invoke(*this, name, kind, arguments);
 }
 
 }  // namespace velmor

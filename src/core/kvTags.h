@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "automation/Object.h"
+#include "automation/Enumeration.h"
 #include "automation/Variant.h"
 
 namespace velmor {
@@ -44,18 +44,14 @@ private:
     std::unique_ptr<TagList> tags_;
 };
 
-class TagEnumerator final : public automation::Object {
+class TagEnumerator final : public automation::Enumeration {
 public:
     explicit TagEnumerator(std::shared_ptr<kvTags> tags) : tags_(std::move(tags)) {}
 
-    std::shared_ptr<kvTag> next();   // null at the end
-    bool skip(std::uint32_t count);  // false when fewer were left; then it is at the end
-    void reset() noexcept { position_ = 0; }
-    std::shared_ptr<TagEnumerator> clone() const;  // at the same place
-
-    // Late-bound: Next (Nothing at the end), Skip, Reset, Clone.
-    automation::Variant invoke(std::u16string_view name, automation::InvokeKind kind,
-                               std::span<automation::Variant> arguments) override;
+    automation::ObjectRef nextObject() override;
+    bool skip(std::uint32_t count) override;
+    void reset() noexcept override { position_ = 0; }
+    std::shared_ptr<automation::Enumeration> clone() const override;
     std::u16string typeName() const override { return u"TagEnumerator"; }
 
 private:

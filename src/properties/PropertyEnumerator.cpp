@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "automation/DispatchTable.h"
 #include "properties/KeyedItems.h"
 
 namespace velmor {
@@ -34,31 +33,8 @@ void PropertyEnumerator::reset() {
     position_ = 0;
 }
 
-std::shared_ptr<PropertyEnumerator> PropertyEnumerator::clone() const {
+std::shared_ptr<automation::Enumeration> PropertyEnumerator::clone() const {
     return std::make_shared<PropertyEnumerator>(items_, position_);
-}
-
-automation::Variant PropertyEnumerator::invoke(std::u16string_view name, automation::InvokeKind kind,
-                                               std::span<automation::Variant> arguments) {
-    using automation::Arguments;
-    using automation::MemberKind;
-    using automation::ObjectRef;
-    using automation::Variant;
-    using Self = PropertyEnumerator;
-    static const automation::DispatchTable<Self> members({
-        {u"Next", MemberKind::method, 0, 0, [](Self& self, Arguments&) { return Variant(ObjectRef(self.next())); }},
-        {u"Skip", MemberKind::method, 1, 1,
-         [](Self& self, Arguments& args) -> Variant {
-             return self.skip(static_cast<std::uint32_t>(std::max(args.longInteger(0), 0)));
-         }},
-        {u"Reset", MemberKind::method, 0, 0,
-         [](Self& self, Arguments&) {
-             self.reset();
-             return Variant();
-         }},
-        {u"Clone", MemberKind::method, 0, 0, [](Self& self, Arguments&) { return Variant(ObjectRef(self.clone())); }},
-    });
-    return members.invoke(*this, name, kind, arguments);
 }
 
 }  // namespace velmor

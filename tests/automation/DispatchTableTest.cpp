@@ -16,7 +16,7 @@ public:
     Variant invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) override {
         const auto keep = [](Sample& self, Arguments& args) { return self.value_ = args.newValue(); };
         const auto sum = [](Sample&, Arguments& args) { return Variant(args.longInteger(0) + args.longOr(1, 100)); };
-        const auto append = [](Sample&, Arguments& args) { return args.setText(0, args.text(0) + u"!"), Variant(); };
+        const auto append = [](Sample&, Arguments& args) { return args.set(0, args.text(0) + u"!"), Variant(); };
         static const DispatchTable<Sample> kMembers(
             u"Value", {
                           {u"Value", MemberKind::get, 0, 0, [](Sample& self, Arguments&) { return self.value_; }},
@@ -24,8 +24,10 @@ public:
                           {u"Item", MemberKind::get, 1, 2, sum},
                           {u"Item", MemberKind::set, 1, 1, keep},
                           {u"Append", MemberKind::method, 1, 1, append},
-                          {u"Flag", MemberKind::method, 0, 1,
-                           [](Sample&, Arguments& args) { return Variant(args.boolean(0, true)); }},
+                          {u"Short", MemberKind::method, 0, 1,
+                           [](Sample&, Arguments& args) { return Variant(args.has(0) ? args.integer(0) : 7); }},
+                          {u"Self", MemberKind::get, 0, 0,
+                           [](Sample& self, Arguments&) { return Variant(self.shared_from_this()); }, true},
                       });
         return kMembers.invoke(*this, name, kind, arguments);
     }
@@ -47,13 +49,14 @@ TEST(DispatchTable, FindsMembersAndPassesArguments) {
     } cases[] = {
         // clang-format off
         {u"VALUE", InvokeKind::let, {u"x"}, "x"}, {u"value", InvokeKind::get, {}, "x"}, {u"", InvokeKind::get, {}, "x"},
-        // A get and a method replace each other, and so do a let and a set of an object.
-        {u"Item", InvokeKind::method, {kOne}, "101"}, {u"Flag", InvokeKind::get, {}, "True"},
+        // A get and a method replace each other, and so do a let and a set.
+        {u"Item", InvokeKind::method, {kOne}, "101"}, {u"Short", InvokeKind::get, {}, "7"},
         {u"Value", InvokeKind::set, {kNothing}, "?"}, {u"Item", InvokeKind::let, {kOne, kNothing}, "?"},
         {u"Item", InvokeKind::get, {kOne, Variant::missing()}, "101"}, {u"Item", InvokeKind::get, {kOne, u" 2 "}, "3"},
         {u"append", InvokeKind::method, {5}, ""}, {u"Nothing", InvokeKind::get, {}, "438"},
         {u"Append", InvokeKind::let, {kOne}, "438"},
-        {u"Item", InvokeKind::let, {kOne, kOne}, "438"},  // accepts objects only
+        {u"Self", InvokeKind::let, {u"z"}, "z"}, {u"Self", InvokeKind::get, {kOne}, "450"},  // of the default member
+        {u"Short", InvokeKind::get, {70000}, "6"},
         {u"Item", InvokeKind::get, {}, "450"}, {u"Item", InvokeKind::get, {Variant::missing(), kOne}, "450"},
         {u"Item", InvokeKind::get, {kOne, kOne, kOne}, "450"}, {u"Value", InvokeKind::let, {}, "450"},
         {u"Value", InvokeKind::get, {kOne}, "450"}, {u"Item", InvokeKind::get, {u"abc"}, "13"},

@@ -47,16 +47,6 @@ Value Value::reference(VARIANT& variable) {
     return value;
 }
 
-void Value::refine() {
-    if (get()->vt != (VT_BYREF | VT_VARIANT)) return;
-    VARIANT& variable = *get()->pvarVal;
-    if (variable.vt == VT_BSTR || variable.vt == VT_I4) {
-        as(VT_BYREF | variable.vt).byref = &variable.llVal;
-    } else {
-        *this = copyOf(variable);
-    }
-}
-
 Value Value::to(VARTYPE type) const {
     Value converted;
     EXPECT_HRESULT_SUCCEEDED(VariantChangeType(converted.get(), const_cast<VARIANT*>(get()), VARIANT_ALPHABOOL, type));

@@ -44,8 +44,6 @@ public:
     static Value copyOf(const VARIANT& value);
     static Value missing();
     static Value reference(VARIANT& variable);  // as scripts pass their variables
-    // Turns such a reference into one to its text or long, any other into its value.
-    void refine();
     // Converted; the test fails if that is impossible.
     Value to(VARTYPE type) const;
 

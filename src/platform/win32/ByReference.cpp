@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "automation/Convert.h"
-#include "platform/win32/ComPtr.h"
+#include "platform/win32/VariantBridge.h"
 #include "platform/win32/VariantData.h"
 
 namespace velmor::platform {
@@ -12,19 +12,6 @@ namespace velmor::platform {
 namespace {
 
 constexpr VARTYPE kVariantReference = VT_BYREF | VT_VARIANT;
-
-// What an object's default members give in the end.
-HRESULT takeDefaultValue(ScopedVariant& value, LCID locale) noexcept {
-    for (int level = 0; isInterface(value->vt); ++level) {
-        const auto object = ComPtr<IUnknown>(value->punkVal).as<IDispatch>(IID_IDispatch);
-        if (!object || level == automation::defaultValueLimit) return DISP_E_TYPEMISMATCH;
-        DISPPARAMS none{};
-        const HRESULT code =
-            object->Invoke(DISPID_VALUE, IID_NULL, locale, DISPATCH_PROPERTYGET, &none, value.put(), nullptr, nullptr);
-        if (FAILED(code)) return DISP_E_TYPEMISMATCH;
-    }
-    return S_OK;
-}
 
 // Puts the value, which is of that type, in the place of what is there, and lets go of that.
 void replaceData(VARTYPE type, void* data, ScopedVariant& value) noexcept {
@@ -45,39 +32,29 @@ VARIANT& variableOf(VARIANT& argument) noexcept {
     return V_VT(&argument) == kVariantReference && V_VARIANTREF(&argument) ? *V_VARIANTREF(&argument) : argument;
 }
 
-bool isNullReference(VARIANT& argument) noexcept {
-    const VARIANT& variable = variableOf(argument);
-    return V_ISBYREF(&variable) && V_BYREF(&variable) == nullptr;
-}
-
-HRESULT assignVariable(VARIANT& variable, ScopedVariant value, LCID locale) noexcept {
-    if (isNullReference(variable)) return DISP_E_TYPEMISMATCH;
+HRESULT assignReference(VARIANT& argument, const automation::Variant& value) {
+    VARIANT& variable = variableOf(argument);
+    if (V_ISBYREF(&variable) && V_BYREF(&variable) == nullptr) return DISP_E_TYPEMISMATCH;
+    if (!V_ISBYREF(&argument)) return DISP_E_TYPEMISMATCH;
     if (!V_ISBYREF(&variable) || V_VT(&variable) == kVariantReference) {
-        const VARIANT moved = value.detach();
-        const ScopedVariant former(std::exchange(variable, moved));
+        const ScopedVariant former(std::exchange(variable, toVariant(value).detach()));
         return S_OK;
     }
     const auto type = static_cast<VARTYPE>(V_VT(&variable) & ~VT_BYREF);
-    if (sizeOfData(type) == 0) return DISP_E_TYPEMISMATCH;
-    if (V_VT(value.get()) != type) {
-        ScopedVariant converted;
-        if (const HRESULT code = convertVariant(converted, *value, locale, type); FAILED(code)) return code;
-        value = std::move(converted);
-    }
-    replaceData(type, V_BYREF(&variable), value);
+    ScopedVariant converted;
+    if (const HRESULT code = convertVariant(value, type, converted); FAILED(code)) return code;
+    replaceData(type, V_BYREF(&variable), converted);
     return S_OK;
 }
 
-HRESULT convertVariant(ScopedVariant& result, const VARIANT& source, LCID locale, VARTYPE type) noexcept {
+HRESULT convertVariant(const automation::Variant& value, VARTYPE type, ScopedVariant& result) {
     if (sizeOfData(type) == 0 || (type & VT_ARRAY) != 0) return DISP_E_TYPEMISMATCH;
-    ScopedVariant value;
-    HRESULT code = VariantCopyInd(value.get(), const_cast<VARIANT*>(&source));
-    if (SUCCEEDED(code) && !isInterface(type)) code = takeDefaultValue(value, locale);
-    if (SUCCEEDED(code) && value->vt == type) {
-        result = std::move(value);
-        return S_OK;
-    }
-    return FAILED(code) ? code : VariantChangeTypeEx(result.put(), value.get(), locale, VARIANT_ALPHABOOL, type);
+    automation::Variant kept;
+    const automation::Variant* const plain = isInterface(type) ? &value : automation::plainValue(value, kept);
+    if (!plain) return DISP_E_TYPEMISMATCH;
+    result = toVariant(*plain);
+    if (V_VT(result.get()) == type) return S_OK;
+    return VariantChangeTypeEx(result.get(), result.get(), LOCALE_USER_DEFAULT, VARIANT_ALPHABOOL, type);
 }
 
 bool isInterface(VARTYPE type) noexcept {

@@ -1,27 +1,25 @@
 #pragma once
 
+#include "automation/Variant.h"
 #include "platform/win32/ScopedVariant.h"
 #include "platform/win32/Windows.h"
 
 // Arguments by reference, as late-bound callers pass them: a typed reference (VT_BYREF), or a
-// reference to a VARIANT (VT_BYREF | VT_VARIANT), which stands for the VARIANT it refers to, its
+// reference to a VARIANT (VT_BYREF | VT_VARIANT), which means the VARIANT that it refers to, its
 // variable. A variable may be a typed reference itself.
 namespace velmor::platform {
 
-// The variable that a reference to a VARIANT stands for; for everything else, the argument itself.
+// The variable that a reference to a VARIANT means; for everything else, the argument itself.
 VARIANT& variableOf(VARIANT& argument) noexcept;
 
-// True where the argument, or the variable that it stands for, is a reference to nothing.
-bool isNullReference(VARIANT& argument) noexcept;
+// Stores the new value of a by-reference argument. A typed reference keeps its type: the value is
+// converted, and what was there is released. DISP_E_TYPEMISMATCH or DISP_E_OVERFLOW where it does not
+// convert, or the argument is no reference; everything is then as it was. Throws Error 7.
+HRESULT assignReference(VARIANT& argument, const automation::Variant& value);
 
-// Moves the value into the variable. A typed reference keeps its type: the value is converted, and
-// what stood there is released. DISP_E_TYPEMISMATCH or DISP_E_OVERFLOW where it does not convert;
-// the variable is then as it was.
-HRESULT assignVariable(VARIANT& variable, ScopedVariant value, LCID locale) noexcept;
-
-// The platform's conversion of a value or a typed reference. An object converts through its default
-// value; a chain of objects without an end is a type mismatch. `result` may not be the source.
-HRESULT convertVariant(ScopedVariant& result, const VARIANT& source, LCID locale, VARTYPE type) noexcept;
+// The value in that type, as the platform converts it; an object converts through its default value.
+// DISP_E_TYPEMISMATCH or DISP_E_OVERFLOW where it does not convert. Throws Error 7.
+HRESULT convertVariant(const automation::Variant& value, VARTYPE type, ScopedVariant& result);
 
 // True for the types of interface pointers.
 bool isInterface(VARTYPE type) noexcept;

@@ -1,6 +1,9 @@
 #include <array>
+#include <new>
 
+#include "platform/win32/Failure.h"
 #include "platform/win32/VariantBridge.h"
+#include "text/Encoding.h"
 
 namespace velmor::platform {
 
@@ -65,6 +68,18 @@ std::int32_t errorNumberOf(HRESULT result) noexcept {
     const auto* const known = knownResult(result);
     if (known != nullptr) return known->number;
     return isControlResult(result) ? result & 0xFFFF : static_cast<std::int32_t>(result);
+}
+
+Raised raisedNow() noexcept try { throw; } catch (const Error& error) {
+    return {hresultOf(error), error.source(), error.description()};
+} catch (const Failure& failure) {
+    return {failure.code, {}, {}};
+} catch (const std::bad_alloc&) {
+    return {E_OUTOFMEMORY, {}, {}};
+} catch (const std::exception& error) {
+    return {E_FAIL, {}, fromUtf8(error.what())};
+} catch (...) {
+    return {};
 }
 
 Error errorOf(HRESULT result, EXCEPINFO* exception) {

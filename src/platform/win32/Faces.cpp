@@ -6,11 +6,11 @@ namespace velmor::platform {
 
 namespace {
 
-FaceProvider* registered = nullptr;
+FaceProvider registered = nullptr;
 
 }  // namespace
 
-void registerFaceProvider(FaceProvider* provider) noexcept {
+void registerFaceProvider(FaceProvider provider) noexcept {
     registered = provider;
 }
 
@@ -18,7 +18,7 @@ IDispatch* faceOf(const automation::ObjectRef& object) {
     if (!object) return nullptr;
     if (IDispatch* foreign = foreignOf(object)) return foreign;
     if (registered != nullptr) {
-        if (IDispatch* face = registered->faceOf(object)) return face;
+        if (IDispatch* face = registered(object)) return face;
     }
     return adapterOf(object);
 }

@@ -8,17 +8,12 @@ namespace velmor::platform {
 // How objects pass the boundary. An object of ours goes out under a face; a face that comes back
 // gives the same object; an object of somebody else is wrapped and goes out as itself again.
 
-// com/ registers the faces of the component's own classes through this.
-class FaceProvider {
-public:
-    virtual ~FaceProvider() = default;
-    // The object's one face, with a reference for the caller; null when it is not of a class that
-    // the provider has a face for.
-    virtual IDispatch* faceOf(const automation::ObjectRef& object) = 0;
-};
+// com/ registers the faces of the component's own classes through this: the object's one face, with a reference for the
+// caller; null when it is not of a class that there is a face for.
+using FaceProvider = IDispatch* (*)(const automation::ObjectRef& object);
 
-// Null withdraws it. The provider must outlive its registration.
-void registerFaceProvider(FaceProvider* provider) noexcept;
+// Null withdraws it.
+void registerFaceProvider(FaceProvider provider) noexcept;
 
 // The interface under which any object goes out, with a reference for the caller: the provider's
 // face, the foreign object itself, or a generic adapter. Null for null. Throws Error 7.

@@ -65,31 +65,23 @@ private:
     VARIANT& passedAt(std::size_t index) { return passed_[passed_.size() - 1 - index]; }
 
     void pass(std::size_t index, VARTYPE declared) {
+        const Variant& given = arguments_[index];
         ScopedVariant& value = values_[index];
-        toVariant(arguments_[index], *value);
         VARIANT& passed = passedAt(index);
-        const bool missing = arguments_[index].isMissing();
-        const bool simple = missing || arguments_[index].isObject();
-        if (declared == VT_EMPTY && !simple) declared = kVariantReference;
-        if ((declared & VT_BYREF) == 0 || (missing && declared != kVariantReference)) {
+        if (declared == VT_EMPTY && !given.isMissing() && !given.isObject()) declared = kVariantReference;
+        if ((declared & VT_BYREF) == 0 || (given.isMissing() && declared != kVariantReference)) {
+            toVariant(given, *value);
             passed = *value;  // still owned by `value`
         } else if (declared == kVariantReference) {
+            toVariant(given, *value);
             V_VT(&passed) = kVariantReference;
             V_VARIANTREF(&passed) = value.get();
         } else {
-            passByReference(value, declared, passed);
+            const auto type = static_cast<VARTYPE>(declared & ~VT_BYREF);
+            if (FAILED(convertVariant(given, type, value))) automation::raiseTypeMismatch();
+            V_VT(&passed) = declared;
+            V_BYREF(&passed) = &V_BYREF(value.get());  // every simple value begins at the same place
         }
-    }
-
-    static void passByReference(ScopedVariant& value, VARTYPE declared, VARIANT& passed) {
-        const auto type = static_cast<VARTYPE>(declared & ~VT_BYREF);
-        if (V_VT(value.get()) != type) {
-            ScopedVariant converted;
-            if (FAILED(convertVariant(converted, *value, LOCALE_USER_DEFAULT, type))) automation::raiseTypeMismatch();
-            value = std::move(converted);
-        }
-        V_VT(&passed) = declared;
-        V_BYREF(&passed) = &V_BYREF(value.get());  // every simple value begins at the same place
     }
 
     std::span<Variant> arguments_;

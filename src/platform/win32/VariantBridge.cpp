@@ -1,6 +1,5 @@
 #include "platform/win32/VariantBridge.h"
 
-#include "platform/win32/ByReference.h"
 #include "platform/win32/VariantData.h"
 #include "text/ErrorSource.h"
 
@@ -31,11 +30,6 @@ ScopedVariant toVariant(const Variant& value) {
 
 Variant fromVariant(const VARIANT& value) {
     return detail::copyVariant(value, 0);
-}
-
-bool assignReference(VARIANT& target, const Variant& value) {
-    if (!V_ISBYREF(&target)) return false;
-    return SUCCEEDED(assignVariable(variableOf(target), toVariant(value), LOCALE_USER_DEFAULT));
 }
 
 }  // namespace velmor::platform

@@ -31,12 +31,6 @@ ScopedVariant toVariant(const automation::Variant& value);
 // Throws Error 13 for a type that is no variant type, 7 without memory.
 automation::Variant fromVariant(const VARIANT& value);
 
-// Stores the new value of a by-reference argument in what `target` refers to (VT_BYREF), converted
-// to the type referred to as the platform converts; the old contents are released. A target that
-// is no reference, or a reference to a type that the value does not convert to, stays as it was:
-// false.
-bool assignReference(VARIANT& target, const automation::Variant& value);
-
 // Errors. Numbers 1 to 65535 are HRESULTs of the control facility (0x800A....), others are taken as
 // they are; the platform's own failures come in as the numbers that scripts know them by.
 HRESULT hresultOf(const Error& error) noexcept;

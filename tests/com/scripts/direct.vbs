@@ -17,33 +17,26 @@ Check Kept.Item("_Account").Value Is Account, "Boolean True"
 Check Kept.GetValue("Account.ID"), "Long 1"
 Check Direct.GetObject("VelmorTest.Account", 1) Is Account, "Boolean True"
 Check Direct.GetObject("VelmorTest.Account", 13), "Nothing"
-Check Direct.GetObject("VelmorTest.Account", , "none") Is Account, "Boolean True"
-Check Direct.GetObject("Account", 8) Is Account, "Boolean False"
-Check Kept.GetValue("Account.ID"), "Long 7"
-Check Direct.GetObject("Nobody", 1), "Nothing"
 Set Account = Direct.GetObject("VelmorTest.Account")
 Set Other = Direct.GetObjectName("Buyer", "Account", 0, "Other")
 Check Other Is Account, "Boolean False"
 Check Direct.GetObjectName("Buyer", "Account", 6) Is Other, "Boolean True"
 Check Kept.GetValue("Buyer_Account.ID"), "Long 6"
-Check Journal.Text, "'open 1;open 13;open 8;open 5;open 6;'"
+Check Journal.Text, "'open 1;open 13;open 5;open 6;'"
 Direct.RemoveObject "VelmorTest.Account"
 Direct.RemoveObject "Account", "Buyer"
 Check Kept.Count, "Long 0"
-Check Direct.GetObjectName("Buyer", "VelmorTest.Account", 0, "none"), "Nothing"
 
 ' Items come from the database.
 Journal.Clear
 Set Item = Direct.GetObjectItem(7, 42)
 Check Item.Value, "Long 42"
 Check Direct.GetObjectItem(7, 0, "none") Is Item, "Boolean True"
-Check Direct.GetObjectItem(7).Value, "Long 5"
 Check Direct.GetObjectItemName("N", 7).Value, "Long 5"
-Check Direct.GetObjectItemName("N", 7, 0, "Other").Value, "Long 6"
-Check Kept.GetValue("N_kvObjectItem_7.ID"), "Long 6"
-Check Journal.Text, "'item 7 42;item 7 5;item 7 5;item 7 6;'"
+Check Direct.GetObjectItemName("M", 7, 0, "Other").Value, "Long 6"
+Check Kept.GetValue("M_kvObjectItem_7.ID"), "Long 6"
+Check Journal.Text, "'item 7 42;item 7 5;item 7 6;'"
 Direct.RemoveObjectItem 7
-Check Kept.Count, "Long 2"
 Kept.RemoveAll
 Direct.RemoveObjectItem
 
@@ -51,13 +44,8 @@ Direct.RemoveObjectItem
 Set Item = CreateObject("VelmorTest.Item")
 Direct.SetObject Item
 Check Kept.Item("_kvObjectItem").Value Is Item, "Boolean True"
-Check Kept.GetValue("kvObjectItem.ID"), "Long 17"
 Direct.SetObjectName "N", Account
 Check Direct.GetObjectName("N", "Account", 0, "none") Is Account, "Boolean True"
-Check Kept.GetValue("N_Account.ID"), "Long 0"
-Direct.SetObject Nothing
-Direct.SetObject CreateObject("VelmorTest.Bare")
-Direct.RemoveObjectItem 0, ""
 Check Kept.Count, "Long 2"
 
 ' The error log goes to the database, and stays.
@@ -68,27 +56,15 @@ Tag.LogError "H", "text", CLng(9), "data"
 Tag.ErrorLog.Item(1).Properties.Item("DateTime").Value = "then"
 Direct.RecordErrorLog
 Check Journal.Text, "'H;text|Tag Data: data|Err Data: -|Tag Error Date: then;9;64;'"
-Journal.Clear
-Tag.Value = "<KV:FAILING>X:</KV>"
-Check Tag.Result, "''"
-Tag.ErrorLog.Item(2).Properties.Remove "DateTime"
-Tag.ErrorLog.Remove 1
-Journal.Clear
-Direct.RecordErrorLog 1
-Check Journal.Text, "'FAILING;GetTagValue fails on purpose|Tag Data: FAILING>X:|Err Data: -|Tag Error Date: 0;1234;64;'"
 
 ' Databases and classes without the members asked for.
 Set Tag = CreateObject("kvVelmor3.kvTag")
-Tag.Direct.RecordErrorLog
-Check Tag.Direct.GetObject("Account", 1), "Nothing"
 Set Tag.Database = CreateObject("VelmorTest.Bare")
 Set Direct = Tag.NewTag.Direct
 Tag.LogError "H", "text"
 Direct.RecordErrorLog
 Check Direct.GetObject("Account", 1), "Nothing"
 Check Direct.GetObject("VelmorTest.Bare", 1), "Nothing"
-Check Direct.GetObject("No.Such", 1), "Nothing"
-Check Direct.GetObject("", 1), "Nothing"
 Check Direct.GetObjectItem(1, 1), "Nothing"
 Check Tag.Properties.Count, "Long 0"
 Done

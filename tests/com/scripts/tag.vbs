@@ -12,10 +12,7 @@ Check Tag.CommandValue, "'V'"
 Check Tag.CommandValueProcessed, "'V'"
 Check Tag.Elements.Count, "Long 4"
 Check Tag.GetProcessedElementsValue("b", "none"), "'7'"
-Check Tag.GetProcessedElementsValue("absent", 5), "'5'"
 Check Tag.GetProcessedElementsValue("absent"), "''"
-Tag.Name = "TAG>INCLUDE=<KV:TAG>@VERSION:</KV>.kvl:"
-Check Tag.CommandValueProcessed, "'1.kvl'"
 
 ' A template and its tags.
 Check Tag.Tags Is Nothing, "Boolean True"
@@ -26,46 +23,30 @@ Tag.BuildTagCollection
 Check Tag.Tags.Count, "Long 2"
 Check Tag.Tags.Item(2).Name, "'TAG>PROPERTY:x=zz:'"
 Check Tag.Tags.Item(1) Is Tag.Tags.Item(1), "Boolean True"
-Check Tag.Tags.Item(0), "Nothing"
 Check Tag.Tags.Item(3), "Nothing"
-Check Tag.Tags.Item(-1), "Nothing"
-Check Tag.Tags.Item("x"), "Nothing"
 Check Tag.Tags.NewEnum, "Unknown"
 
 ' Collections, their own and shared.
 Tag.Properties.Add "p", "<KV:TAG>@VERSION:</KV>."
 Check Tag.GetProcessedPropertiesValue("P"), "'1.'"
 Check Tag.GetProcessedPropertiesValue("none"), "''"
-Check Tag.GetProcessedPropertiesValue("none", "default"), "'default'"
 Tag.Variables.Add "v", 12
 Check Tag.GetProcessedVariablesValue("V", "no"), "'12'"
 Check Tag.GetProcessedVariablesValue("w"), "''"
-Check Tag.GetProcessedVariablesValue("w", "default"), "'default'"
 Set Other = CreateObject("kvVelmor3.kvTag")
 Set Other.Properties = Tag.Properties
 Set Other.Variables = Tag.Variables
-Other.Value = "<KV:TAG>PROPERTY:p=:</KV>"
-Check Other.Result, "'1.'"
 Check Other.GetProcessedVariablesValue("v"), "'12'"
 Check Other.Properties Is Tag.Properties, "Boolean True"
-Set Child = Other.Properties.Add("tag", Tag)
-Check Child.Value Is Tag, "Boolean True"
-Tag.Properties.Remove "tag"
-Set Other.Properties = Nothing
-Check Other.Properties.Count, "Long 0"
 Check Tag.ProcessName("TAG>SETPROPERTY:s=set:"), "''"
 Check Tag.ProcessValue("[<KV:TAG>PROPERTY:s=:</KV>]"), "'[set]'"
 Set Child = Tag.NewTag
 Check Child.Properties Is Tag.Properties, "Boolean True"
-Child.Value = "<KV:TAG>PROPERTY:s=:</KV>"
-Check Child.Result, "'set'"
 Set Base = CreateObject("VelmorTest.Database")
-Check Tag.Database, "Nothing"
 Set Tag.Database = Base
 Check Tag.Database Is Base, "Boolean True"
 
 ' RTF, in place.
-Check Tag.ProtectRTF, "Boolean False"
 Text = "a{b}c\d" & vbCrLf
 Tag.ProtectRTFCode Text
 Check Text, "'a\{b\}c\\d\par '"
@@ -76,7 +57,6 @@ Number = CLng(1)
 Last = CLng(21)
 Tag.RemoveExtraTrowd Number, Last
 Check Last, "Long 15"
-Check Number, "Long 1"
 Check Tag.Value, "'x\cell\row rest      '"
 Tag.Value = "{\rtf1 \trowd\irow0\lastrow\cellx1\intbl A\cell\row }"
 Text = Tag.Value
@@ -86,16 +66,13 @@ Check Left(Text, 30), "'{\rtf1 {\*\korvane\starttable{'"
 
 ' Cleaning: an embedded document's font joins the host's table.
 Text = "{\rtf1{\fonttbl{\f0 Arial;}}a {\rtf1{\fonttbl{\f0 Courier;}}\f0 b}}"
-Check Tag.CleanRTFMergeMode, "Boolean False"
 Check Tag.CleanRTFByVal(Text), "'{\rtf1{\colortbl;\red0\green0\blue0;\red255\green255\blue255;\red255\green0\blue0;\red0\green255\blue0;\red0\green0\blue255;}{\fonttbl|{\f0 Arial;}|{\f1 Courier;}}a \f1 b}'"
-Check Text, "'{\rtf1{\fonttbl{\f0 Arial;}}a {\rtf1{\fonttbl{\f0 Courier;}}\f0 b}}'"
 Tag.CleanRTF Text
 Check Text, "'{\rtf1{\colortbl;\red0\green0\blue0;\red255\green255\blue255;\red255\green0\blue0;\red0\green255\blue0;\red0\green0\blue255;}{\fonttbl|{\f0 Arial;}|{\f1 Courier;}}a \f1 b}'"
 Set Lib = Tag.Library
 Folder = Lib.TemporaryFolder
 Text = Lib.TemporaryName("velmor", ".rtf")
 Check Lib.AppendText(Text, "{\rtf1 a}"), "Boolean True"
-Check Tag.CleanRTFFile(Folder & "\none.rtf"), "Boolean False"
 Check Tag.CleanRTFFile(Text, Text & "2"), "Boolean True"
 Check Lib.ReadTextFile(Text & "2") = Tag.CleanRTFByVal("{\rtf1 a}"), "Boolean True"
 Check Tag.CleanRTFFile(Text), "Boolean True"
@@ -105,14 +82,9 @@ Check Tag.CleanRTFMergeMode, "Boolean True"
 ' The error log.
 Number = CLng(7)
 Tag.LogError "H", "wrong", Number, "tag", "err"
-Check Number, "Long 7"
 Tag.LogError "H", "again"
 Check Tag.ErrorLog.Count, "Long 2"
-Check Tag.ErrorLog.Item(1).Value, "'wrong'"
 Check Tag.ErrorLog.Item(1).Properties.GetValue("Err"), "Long 7"
-Check Tag.ErrorLog.Item(1).Properties.GetValue("TagData"), "'tag'"
-Check Tag.ErrorLog.Item(1).Properties.GetValue("ErrData"), "'err'"
-Check Tag.ErrorLog.Item(2).Properties.Count, "Long 1"
 Check Tag.Direct Is Tag.Direct, "Boolean True"
 Check Tag.Library Is Tag.Library, "Boolean False"
 
@@ -121,7 +93,6 @@ Set Handler = CreateObject("kvVelmor3.ITag4")
 Check Handler.Interface, "Long 0"
 Check Handler.GetTagValue(Tag), "''"
 Check Handler.CommandList, "''"
-Check Handler.CommandList("H", Base), "''"
 Check Handler.ParameterList("C"), "''"
 Check Handler.SyntaxString("C", "H"), "''"
 Check Handler.CommandDescription("C", "H", Base), "''"
@@ -131,6 +102,5 @@ Check Handler.ParameterValueList("C", "P"), "''"
 Set Child = Tag.Properties
 Tag.Dispose False
 Check Tag.Database, "Nothing"
-Check Tag.Properties Is Child, "Boolean False"
 Tag.Dispose
 Done

@@ -1,14 +1,18 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <type_traits>
 
-#include "automation/Object.h"
-#include "automation/Variant.h"
-#include "kvVelmor3.h"
+#include "automation/Arguments.h"
+#include "platform/win32/Faces.h"
+#include "platform/win32/Failure.h"
+#include "platform/win32/VariantBridge.h"
 #include "platform/win32/Windows.h"
+//
+#include "kvVelmor3.h"  // after windows.h
 
 namespace velmor {
 class kvDirectTag;
@@ -20,6 +24,36 @@ class privStrCat;
 }  // namespace velmor
 
 namespace velmor::com {
+
+// What a member gets, as the engine wants it. Nothing is taken over from the caller.
+
+using platform::objectOf;
+
+inline automation::TextArgument textOf(BSTR text) noexcept {
+    return automation::TextArgument(platform::viewOf(text));
+}
+inline automation::Variant valueOf(const VARIANT& value) {
+    return platform::fromVariant(value);
+}
+inline bool isTrue(VARIANT_BOOL value) noexcept {
+    return value != VARIANT_FALSE;
+}
+
+// A by-reference value, and what the member made of it. A null reference is refused where it is needed; else it is the
+// empty text or 0.
+inline void needed(const void* place) {
+    platform::check(place ? S_OK : E_POINTER);
+}
+inline automation::TextArgument textAt(const BSTR* place) noexcept {
+    return textOf(place ? *place : nullptr);
+}
+inline std::int32_t numberAt(const long* place) noexcept {
+    return place ? *place : 0;
+}
+void putBack(BSTR* place, automation::TextReference& text);
+inline void putBack(long* place, std::int32_t number) noexcept {
+    if (place) *place = number;
+}
 
 // What a member gives, as the platform wants it. A type that is not listed does not compile.
 void give(BSTR& place, const std::u16string& value);
@@ -44,8 +78,7 @@ inline void give(double& place, automation::Date value) {
 inline void give(float& place, float value) {
     place = value;
 }
-template <class Interface>
-requires std::is_base_of_v<IUnknown, Interface>
+template <std::derived_from<IUnknown> Interface>
 void give(Interface*& place, Interface* value) {
     place = value;  // the reference goes with it
 }
@@ -56,5 +89,9 @@ void give(_kvDirectTag*& place, const std::shared_ptr<kvDirectTag>& value);
 void give(_kvTags*& place, const std::shared_ptr<kvTags>& value);
 void give(_privProperties*& place, const std::shared_ptr<privProperties>& value);
 void give(_privProperty*& place, const std::shared_ptr<privProperty>& value);
+
+// The face of any core object, for everything that passes the boundary as a Variant; null for an object of another
+// class. (Faces.cpp)
+IDispatch* coreFaceOf(const automation::ObjectRef& object);
 
 }  // namespace velmor::com
