@@ -96,10 +96,10 @@ TEST_F(Damage, TheTimingLogIsWrittenAndNeverStopsEvaluation) {
             CoUninitialize();
         }).join();
     }
-    const std::filesystem::directory_iterator logs(data / "Logs");
-    EXPECT_TRUE(std::regex_match(logs->path().filename().string(), std::regex("VelmorLog-20\\d{6}\\.log")));
+    const std::filesystem::path log = std::filesystem::directory_iterator(data / "Logs")->path();
+    EXPECT_TRUE(std::regex_match(log.filename().string(), std::regex("VelmorLog-20\\d{6}\\.log")));
     std::string line;
-    std::getline(std::ifstream(logs->path(), std::ios::binary), line);
+    std::getline(std::ifstream(log, std::ios::binary), line);
     EXPECT_TRUE(std::regex_match(
         line, std::regex("\\d\\d/\\d\\d/20\\d\\d \\d\\d:\\d\\d:\\d\\d \\S+ TAGCOL 0000\\.\\d{3}  1\r")))
         << line;

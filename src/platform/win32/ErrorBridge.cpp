@@ -56,6 +56,23 @@ std::u16string descriptionOf(HRESULT result) {
     return known != nullptr ? known->description : u"Automation error";
 }
 
+// Of the exception being handled. Throws where there is no memory for the texts.
+Raised describeException() {
+    try {
+        throw;
+    } catch (const Error& error) {
+        return {hresultOf(error), error.source(), error.description()};
+    } catch (const Failure& failure) {
+        return {failure.code, {}, {}};
+    } catch (const std::bad_alloc&) {
+        return {E_OUTOFMEMORY, {}, {}};
+    } catch (const std::exception& error) {
+        return {E_FAIL, {}, fromUtf8(error.what())};
+    } catch (...) {
+        return {};
+    }
+}
+
 }  // namespace
 
 HRESULT hresultOf(const Error& error) noexcept {
@@ -70,16 +87,12 @@ std::int32_t errorNumberOf(HRESULT result) noexcept {
     return isControlResult(result) ? result & 0xFFFF : static_cast<std::int32_t>(result);
 }
 
-Raised raisedNow() noexcept try { throw; } catch (const Error& error) {
-    return {hresultOf(error), error.source(), error.description()};
-} catch (const Failure& failure) {
-    return {failure.code, {}, {}};
-} catch (const std::bad_alloc&) {
-    return {E_OUTOFMEMORY, {}, {}};
-} catch (const std::exception& error) {
-    return {E_FAIL, {}, fromUtf8(error.what())};
-} catch (...) {
-    return {};
+Raised raisedNow() noexcept {
+    try {
+        return describeException();
+    } catch (...) {
+        return {E_OUTOFMEMORY, {}, {}};
+    }
 }
 
 Error errorOf(HRESULT result, EXCEPINFO* exception) {

@@ -15,7 +15,8 @@ inline void check(HRESULT code) {
     if (FAILED(code)) throw Failure{code};
 }
 
-// An exception as a host gets it. The texts are empty where there is nothing to say, or no memory for it.
+// An exception as a host gets it. The texts are empty where there is nothing to say; without memory for them it is
+// E_OUTOFMEMORY.
 struct Raised {
     HRESULT code = E_FAIL;
     std::u16string source, description;

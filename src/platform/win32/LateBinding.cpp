@@ -80,7 +80,8 @@ private:
     Variant valueAt(const VARIANTARG& place) const {
         try {
             return fromVariant(place);
-        } catch (const Error&) {
+        } catch (const Error& error) {
+            if (error.number() != 13) throw;
             throw automation::ArgumentError(13, values_.size());
         }
     }
@@ -150,9 +151,10 @@ std::u16string_view TableNames::nameOf(DISPID member) const {
 }
 
 DISPID NamesOnDemand::identifierOf(std::u16string_view name) {
-    const auto [known, isNew] = identifiers_.try_emplace(lowerCase(name), static_cast<DISPID>(names_.size() + 1));
-    if (isNew) names_.emplace_back(name);
-    return known->second;
+    std::u16string key = lowerCase(name);
+    if (const auto known = identifiers_.find(key); known != identifiers_.end()) return known->second;
+    names_.emplace_back(name);
+    return identifiers_.emplace(std::move(key), static_cast<DISPID>(names_.size())).first->second;
 }
 
 std::u16string_view NamesOnDemand::nameOf(DISPID member) const {

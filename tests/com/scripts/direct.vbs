@@ -46,7 +46,6 @@ Direct.SetObject Item
 Check Kept.Item("_kvObjectItem").Value Is Item, "Boolean True"
 Direct.SetObjectName "N", Account
 Check Direct.GetObjectName("N", "Account", 0, "none") Is Account, "Boolean True"
-Check Kept.Count, "Long 2"
 
 ' The error log goes to the database, and stays.
 Journal.Clear
