@@ -138,7 +138,12 @@ private:
         const auto style = styles_.find(kind + number);
         // Number 0 exists without a definition.
         if (style == styles_.end()) return number == u"0" ? u"normal<>" : u"?";
-        return plainName(style->second.name) + u"<" + resolved(style->second.words) + u">";
+        // A paragraph style that is based on no other one has the default font if it names none.
+        const auto* base = style->second.number(u"sbasedon");
+        const bool isBased = base != nullptr && *base != u"0" && styles_.count(kind + *base) != 0;
+        const bool namesFont = kind != u"s" || isBased || style->second.number(u"f") != nullptr;
+        const std::u16string words = (namesFont ? u"" : u"\\f" + defaultFont_) + style->second.words;
+        return plainName(style->second.name) + u"<" + resolved(words) + u">";
     }
 
     // The words of a style, with references resolved or left out.

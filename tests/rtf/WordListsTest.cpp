@@ -24,8 +24,8 @@ TEST(WordLists, References) {
         u"T;}}{\\*\\listoverridetable{\\listoverride\\ls9}}";
     const auto reference = [&](std::u16string_view word, std::u16string_view before, bool tolerant) {
         const std::u16string written = u"\\" + std::u16string(word) + std::u16string(before) + u" ";
-        const std::u16string text =
-            test::merged(u"{\\rtf1{\\fonttbl}{\\rtf1\\deff0" + tables + u"!" + written + u"}}", tolerant);
+        const std::u16string text = test::merged(
+            u"{\\rtf1\\deff9{\\fonttbl{\\f9 A;}}{\\rtf1\\deff9" + tables + u"!" + written + u"}}", tolerant);
         const std::size_t begin = text.find(u'!') + 2 + word.size();
         return narrow(text.substr(begin, text.find(u' ', begin) - begin));
     };

@@ -8,6 +8,7 @@
 #include "rtf/edit/EmbeddedDocuments.h"
 #include "rtf/edit/TextEdits.h"
 #include "rtf/merge/ColourTable.h"
+#include "rtf/merge/DefaultTabs.h"
 #include "rtf/merge/FontTable.h"
 #include "rtf/merge/ListTables.h"
 #include "rtf/merge/ReferenceSweep.h"
@@ -62,19 +63,22 @@ private:
     std::optional<Table> findStarred(std::u16string_view text, std::u16string_view starred,
                                      std::u16string_view plain) const;
     void dropOverlapping();
-    void readTables(std::u16string_view text, bool host);
+    void readTables(std::u16string_view text, std::size_t header, bool host);
     bool isWhole(std::u16string_view text) const;
     void keepWidowControl(std::u16string_view text, bool host);
     std::u16string swept(std::u16string_view text, const Table& table, const References& references);
     void addFonts(std::u16string_view table, bool host);
     std::u16string_view foreignCharacterSet() const;
     void mergeStylesAndLists(std::u16string_view text);
+    void settleDefaultFont();
     void takeOut();
     void placeInHost(std::size_t header);
     void change(std::u16string& text);
     void beginWhole(std::size_t header);
+    void keepTabs(std::u16string& text) const;
     std::int32_t readersFont();
-    void keepDefaultFont(std::u16string_view text, std::size_t header, bool host);
+    void renumberHostsFont();
+    void nameDefaultFont(std::size_t header);
 
     TableCollection& collection_;
     CleanOptions options_;
@@ -86,12 +90,16 @@ private:
     std::int32_t hostFont_ = NumberMap::none;  // its default, if it names one
     bool hostHasFonts_ = true;
     bool hostControlsWidows_ = false;
+    std::int32_t hostTab_ = 0;
+    std::int32_t hostWidth_ = 0;
     std::int32_t hostPage_ = windowsLatin;
     std::int32_t page_ = windowsLatin;  // the current document's
     ReferenceSweep sweep_;
 
     // Of the current document.
     bool whole_ = false;
+    std::optional<ControlWord> defaultFontWord_;  // its \deff
+    std::int32_t defaultFont_ = NumberMap::none;
     DocumentTables tables_;
     NumberMap fontNumbers_, colourNumbers_;
     References references_;
@@ -186,7 +194,7 @@ std::u16string TableMerge::swept(std::u16string_view text, const Table& table, c
     return page == nullptr ? result : withCharacters(result, *page, findCodePage(hostPage_));
 }
 
-void TableMerge::readTables(std::u16string_view text, bool host) {
+void TableMerge::readTables(std::u16string_view text, std::size_t header, bool host) {
     references_ = {};
     fontNumbers_.clear();
     colourNumbers_.clear();
@@ -198,12 +206,13 @@ void TableMerge::readTables(std::u16string_view text, bool host) {
         colours_.add(part(text, *tables_.colours), colourNumbers_);
         references_.colours = &colourNumbers_;
     }
+    whole_ = options_.tolerant && !host && isWhole(text);
+    defaultFontWord_ = options_.tolerant ? findDefaultFont(text, header) : std::nullopt;
     styles_.beginDocument(host);
     lists_.beginDocument(host);
     mergeStylesAndLists(text);
     references_.styles = &styles_;
     references_.lists = &lists_;
-    whole_ = options_.tolerant && !host && isWhole(text);
     references_.defaultStyle = styles_.defaultStyle(whole_);
     keepWidowControl(text, host);
 }
@@ -253,7 +262,9 @@ void TableMerge::mergeStylesAndLists(std::u16string_view text) {
     if (tables_.lists) lists_.readLists(part(text, *tables_.lists));
     if (tables_.overrides) lists_.readOverrides(part(text, *tables_.overrides));
     references.lists = &lists_;
-    if (tables_.styles) styles_.add(swept(text, *tables_.styles, references));
+    if (tables_.styles) styles_.readSheet(swept(text, *tables_.styles, references));
+    if (whole_) settleDefaultFont();
+    if (tables_.styles) styles_.addStyles(references_.defaultFont);
     references.lists = nullptr;
     references.styles = &styles_;
     if (tables_.lists) lists_.addLists(swept(text, *tables_.lists, references));
@@ -292,35 +303,47 @@ void TableMerge::beginWhole(std::size_t header) {
     changes_.push_back({{header, header}, words + u"\\plain"});
 }
 
+// A joined document has a page of its own, an embedded one that of the host.
+void TableMerge::keepTabs(std::u16string& text) const {
+    const std::int32_t distance = defaultTabOf(text);
+    if (distance == hostTab_) return;
+    keepDefaultTabs(text, distance, options_.mergeMode ? textWidthOf(text) : hostWidth_);
+}
+
 // What readers show where a document names no default font: that of its style 0, else Times New Roman.
 std::int32_t TableMerge::readersFont() {
     const std::int32_t font = styles_.fontOfNormal();
-    if (font != NumberMap::none) return font;
+    if (font != NumberMap::none || fonts_.empty()) return font;  // the host's, too, where there are no fonts
     NumberMap number;
     fonts_.add(timesNewRoman, number, foreignCharacterSet());
     return number.find(u"0");
 }
 
-// A lifted document's default font is named at its beginning, and where \plain goes back to it. The
-// host's is renumbered where it stands.
-void TableMerge::keepDefaultFont(std::u16string_view text, std::size_t header, bool host) {
-    if (!options_.tolerant || !(host || tables_.fonts)) return;
-    const std::optional<ControlWord> word = findDefaultFont(text, header);
+// What the document shows where it names no font. Styles are read, and not yet added.
+void TableMerge::settleDefaultFont() {
+    const bool isNamed = defaultFontWord_ && tables_.fonts;
+    defaultFont_ = isNamed ? fontNumbers_.find(defaultFontWord_->number) : NumberMap::none;
+    if (defaultFont_ == NumberMap::none) defaultFont_ = readersFont();
+    if (defaultFont_ != hostFont_) references_.defaultFont = defaultFont_;
+}
+
+void TableMerge::renumberHostsFont() {
+    if (!options_.tolerant) return;
     if (!tables_.fonts) {
         hostHasFonts_ = false;
-        if (word) fontNumbers_.set(word->number, hostFont_ = 0);
+        if (defaultFontWord_) fontNumbers_.set(defaultFontWord_->number, hostFont_ = 0);
         references_.fonts = &fontNumbers_;
-        return;
+    } else if (defaultFontWord_) {
+        hostFont_ = fontNumbers_.find(defaultFontWord_->number);
     }
-    if (host) {
-        if (word) hostFont_ = fontNumbers_.find(word->number);
-        return;
-    }
-    const std::int32_t font = word ? fontNumbers_.find(word->number) : readersFont();
-    if (font == NumberMap::none) return;
-    const TextRange place = word ? TextRange{word->begin, word->end} : TextRange{header, header};
-    changes_.push_back({place, u"\\f" + decimal(font)});
-    if (font != hostFont_) references_.defaultFont = font;
+}
+
+// A whole document's default font is named at its beginning, and where \plain goes back to it.
+void TableMerge::nameDefaultFont(std::size_t header) {
+    if (defaultFont_ == NumberMap::none) return;
+    const TextRange atBeginning{header, header};
+    const TextRange place = defaultFontWord_ ? TextRange{defaultFontWord_->begin, defaultFontWord_->end} : atBeginning;
+    changes_.push_back({place, u"\\f" + decimal(defaultFont_)});
 }
 
 void TableMerge::change(std::u16string& text) {
@@ -352,10 +375,14 @@ void TableMerge::mergeHost(std::u16string& text) {
     // The blank that ends the opening word would be text behind a table.
     if (options_.tolerant && standsAt(text, header, u" ")) ++header;
     if (options_.tolerant) hostPage_ = page_ = codePageOfDocument(text, header);
+    if (options_.tolerant && !collection_.documents().empty()) {
+        hostTab_ = defaultTabOf(text);
+        hostWidth_ = textWidthOf(text);
+    }
     findTables(text, collection_.hostGroups());
-    readTables(text, true);
+    readTables(text, header, true);
     placeInHost(header);
-    keepDefaultFont(text, header, true);
+    renumberHostsFont();
     change(text);
 }
 
@@ -363,11 +390,14 @@ void TableMerge::mergeLifted(TableCollection::Document& document) {
     const std::size_t header = hostHeaderStart(document.text, 0);
     if (options_.tolerant) page_ = codePageOfDocument(document.text, header);
     findTables(document.text, document.groups);
-    readTables(document.text, false);
+    readTables(document.text, header, false);
     takeOut();
-    if (whole_) beginWhole(header);
-    keepDefaultFont(document.text, header, false);
+    if (whole_) {
+        beginWhole(header);
+        nameDefaultFont(header);
+    }
     change(document.text);
+    if (whole_) keepTabs(document.text);
 }
 
 void TableMerge::store() {

@@ -117,16 +117,31 @@ StyleSheet::Style StyleSheet::read(std::u16string_view entry) const {
     return style;
 }
 
-void StyleSheet::add(std::u16string_view sheet) {
+void StyleSheet::readSheet(std::u16string sheet) {
     hasSheet_ = true;
+    sheet_ = std::move(sheet);
     if (!host_) addNormalOfHost();
-    for (TableEntries entries(sheet, opening.size(), tolerant_); entries.next();) {
+    for (TableEntries entries(sheet_, opening.size(), tolerant_); entries.next();) {
         if (entries.isGroup()) styles_.push_back(read(entries.text()));
     }
     findNumbers();
+}
+
+void StyleSheet::addStyles(std::int32_t font) {
+    if (font != NumberMap::none) nameFont(font);
     for (std::size_t i = 0; i < styles_.size(); ++i) settleFromBase(i);
     for (const Style& style : styles_) {
         if (style.isNew) append(style);
+    }
+}
+
+// The default font, where a style neither names a font nor is based on one that may.
+void StyleSheet::nameFont(std::int32_t font) {
+    for (Style& style : styles_) {
+        const bool inherits = style.base.digits != u"0" && styleOf(style.base, style.kind) != nullptr;
+        if (style.kind != StyleKind::paragraph || inherits || findWord(style.look, u"f")) continue;
+        style.font = u"\\f" + decimal(font);
+        style.look += style.font;
     }
 }
 
@@ -268,7 +283,7 @@ void StyleSheet::append(const Style& style) {
         const std::int32_t number = to == nullptr ? otherwise : to->newNumber;
         changes.push_back({reference.at, reference.at + reference.digits.size(), decimal(number)});
     };
-    const std::u16string number = decimal(style.newNumber) + ownSpacing(style);
+    const std::u16string number = decimal(style.newNumber) + style.font + ownSpacing(style);
     if (!style.number.digits.empty()) {
         changes.push_back({style.number.at, style.number.at + style.number.digits.size(), number});
     } else if (style.newNumber != 0) {

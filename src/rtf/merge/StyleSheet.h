@@ -26,9 +26,12 @@ public:
     // The host comes first.
     void beginDocument(bool host);
 
-    // Adds the styles of the document's sheet, "{\stylesheet" to its brace, whose references to
-    // fonts, colours and lists are those of the merged document already.
-    void add(std::u16string_view sheet);
+    // Reads the document's sheet, "{\stylesheet" to its brace, whose references to fonts, colours and lists are
+    // those of the merged document already.
+    void readSheet(std::u16string sheet);
+
+    // Adds the styles that were read. `font`: what those mean that name none; NumberMap::none leaves them so.
+    void addStyles(std::int32_t font);
 
     // The number of the document's style; NumberMap::none when the reference stays as it is.
     std::int32_t numberOf(StyleKind kind, std::u16string_view number);
@@ -62,12 +65,14 @@ private:
         std::int32_t newNumber = NumberMap::none;
         bool isNew = false;
         std::u16string suffix;
+        std::u16string font;  // the word that names the document's default font, where the style needs it
     };
 
     void noteWord(Style& style, const EntryItems& items) const;
     Style read(std::u16string_view entry) const;
     static std::u16string_view nameIn(const Style& style);
     void findNumbers();
+    void nameFont(std::int32_t font);
     void settleFromBase(std::size_t index);
     void settle(Style& style);
     std::u16string keyOf(const Style& style) const;
@@ -93,7 +98,8 @@ private:
 
     // Of the current document.
     std::int32_t defaultStyle_ = NumberMap::none;  // which it does not define itself
-    std::vector<Style> styles_;
+    std::u16string sheet_;
+    std::vector<Style> styles_;            // parts of the sheet
     std::array<NumberMap, kinds> places_;  // in styles_
 };
 
