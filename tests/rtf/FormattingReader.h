@@ -137,23 +137,38 @@ private:
     std::u16string styleLook(const std::u16string& kind, const std::u16string& number) const {
         const auto style = styles_.find(kind + number);
         // Number 0 exists without a definition.
-        if (style == styles_.end()) return number == u"0" ? u"normal<>" : u"?";
-        // A paragraph style that is based on no other one has the default font if it names none.
-        const auto* base = style->second.number(u"sbasedon");
-        const bool isBased = base != nullptr && *base != u"0" && styles_.count(kind + *base) != 0;
-        const bool namesFont = kind != u"s" || isBased || style->second.number(u"f") != nullptr;
-        const std::u16string words = (namesFont ? u"" : u"\\f" + defaultFont_) + style->second.words;
-        return plainName(style->second.name) + u"<" + resolved(words) + u">";
+        const std::u16string font = kind == u"s" ? u"\\f" + valueOf(u"f", fontOfStyle(number)) : u"";
+        if (style == styles_.end()) return number == u"0" ? u"normal<" + font + u">" : u"?";
+        const std::u16string look = font + resolved(style->second.words, kind == u"s");
+        return plainName(style->second.name) + u"<" + look + u">";
+    }
+
+    // A style "Normal" that says nothing but its font is the same as none.
+    static bool isBareNormal(std::u16string_view look) {
+        return look.substr(0, 9) == u"normal<\\f" && look.find(u'\\', 9) == look.npos;
+    }
+
+    // A paragraph style that names no font has that of the style that it is based on; the first has the default font.
+    std::u16string fontOfStyle(std::u16string number) const {
+        for (std::size_t level = 0; level < styles_.size(); ++level) {
+            const auto style = styles_.find(u"s" + number);
+            if (style == styles_.end()) break;
+            if (const auto* font = style->second.number(u"f")) return *font;
+            const auto* base = style->second.number(u"sbasedon");
+            if (base == nullptr) break;
+            number = *base;
+        }
+        return defaultFont_;
     }
 
     // The words of a style, with references resolved or left out.
-    std::u16string resolved(const std::u16string& words) const {
+    std::u16string resolved(const std::u16string& words, bool withoutFont) const {
         static const Words left = {u"s", u"cs", u"ds", u"ts", u"sbasedon", u"snext", u"slink"};
         std::u16string result;
         for (std::size_t at = 0; at < words.size();) {
             const ControlWord word = readWord(words, at);
             at = word.end;
-            if (left.count(word.letters) != 0) continue;
+            if (left.count(word.letters) != 0 || (withoutFont && word.letters == u"f")) continue;
             result.append(u"\\").append(word.letters);
             result += valueOf(std::u16string(word.letters), std::u16string(word.number));
         }
@@ -213,7 +228,7 @@ private:
             for (const auto& [word, number] : values) {
                 if (word == u"s" && number == u"0" && !withNormal_) continue;
                 const std::u16string value = valueOf(word, number);
-                if (value != u"normal<>") text += word + u"=" + value + u" ";
+                if (!isBareNormal(value)) text += word + u"=" + value + u" ";
             }
             look = looks_.emplace(values, text).first;
         }

@@ -143,11 +143,11 @@ TEST(MergeTables, TolerantMergingKeepsForeignText) {
          u"\\deff0{\\fonttbl\r\n{\\f0 A;}\r\n{\\f1 B;}\r\n{\\f2 C;}}{\\stylesheet\r\n{\\s1\\f1 P;}\r\n{\\s2\\sbasedon1 "
          u"Q;}"
          u"\r\n{\\s3\\f2 R;}}x{\\rtf1\\pard\\plain\\f1y}"},
-        // Default tabs of another distance than the host's are written into the paragraphs, behind their own ones.
+        // Default tabs of another distance than the host's are written into the paragraphs, after their own ones.
         {u"\\margl9000\\margr0{\\fonttbl{\\f0 A;}}\\deff0{\\rtf1\\deff0{\\fonttbl{\\f0 A;}}\\deftab1000\\tab"
          u"\\pard\\li1500\\tx2500 x{\\tab}\\pard y{\\pard z}\\tab\\pard\\ls1 a}",
-         u"{\\fonttbl\r\n{\\f0 "
-         u"A;}}\\margl9000\\margr0\\deff0{\\rtf1\\pard\\tx1000\\tx2000\\tx3000\\plain\\f0\\deftab1000\\tab"
+         u"\\margl9000\\margr0{\\fonttbl\r\n{\\f0 "
+         u"A;}}\\deff0{\\rtf1\\pard\\tx1000\\tx2000\\tx3000\\plain\\f0\\deftab1000\\tab"
          u"\\pard\\li1500\\tx2500\\tx3000 x{\\tab}\\pard\\tx1000\\tx2000\\tx3000 y{\\pard z}\\tab\\pard\\ls1 a}"},
         {u"{\\fonttbl}x{\\rtf1\\paperw9 y}", u"{\\fonttbl}x{\\rtf1\\pard\\plain\\paperw9 y}"},
     };
