@@ -234,10 +234,6 @@ bool MarkedText::ByKeyAndOrder::operator()(Node node, std::uint64_t key) const n
     return text->nodes_[node].key < key;
 }
 
-bool MarkedText::ByKeyAndOrder::operator()(std::uint64_t key, Node node) const noexcept {
-    return key < text->nodes_[node].key;
-}
-
 void MarkedText::index(Node node, Node opener, std::uint64_t key) {
     if (nodes_[node].opener != kNone && nodes_[node].key == key) {
         nodes_[node].opener = opener;
@@ -359,8 +355,9 @@ std::optional<MarkedText::Place> MarkedText::find(std::u16string_view name) cons
                           equalIgnoringCase(name.substr(name.size() - kOpeningMarker.size()), kOpeningMarker);
     const std::u16string_view between = endsOpen ? name.substr(0, name.size() - kOpeningMarker.size()) : name;
     if (countMarkers(between) > kMostWithin) return findPlainly(name);
-    const auto [first, end] = index_.equal_range(keyOf(Hash::of(between), endsOpen));
-    for (auto node = first; node != end; ++node) {
+    // Not equal_range, which takes time linear in the number of equal keys.
+    const std::uint64_t key = keyOf(Hash::of(between), endsOpen);
+    for (auto node = index_.lower_bound(key); node != index_.end() && nodes_[*node].key == key; ++node) {
         if (isOpening(*node) == endsOpen && holds(nodes_[*node].opener, *node, between)) return placeEndingWith(*node);
     }
     return std::nullopt;

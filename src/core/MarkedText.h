@@ -82,7 +82,6 @@ private:
         const MarkedText* text;
         bool operator()(Node left, Node right) const noexcept;
         bool operator()(Node node, std::uint64_t key) const noexcept;
-        bool operator()(std::uint64_t key, Node node) const noexcept;
     };
     // Markers that are not closed yet, in a sweep over the nodes.
     struct Unclosed {
