@@ -69,7 +69,7 @@ std::u16string evaluateText(platform::Services& services, const ContextRef& cont
     TagList tags(services, source, *source, found, isRtf ? protectedContext(context) : context, false);
     const auto result = std::make_shared<privStrCat>();
     Evaluation(tags, result).run();
-    return result->DumpVal();
+    return std::u16string(result->contiguous());
 }
 
 Evaluation::Evaluation(TagList& tags, const BuilderRef& target)

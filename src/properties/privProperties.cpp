@@ -84,7 +84,11 @@ std::u16string privProperties::GetValueStr(std::u16string_view psName, std::u16s
 
 std::u16string privProperties::GetValueStrCatDump(std::u16string_view psName, std::u16string_view psDefaultValue) {
     const PropertyRef found = Item(psName);
-    return found == nullptr ? std::u16string(psDefaultValue) : found->StrCatValue()->DumpVal();
+    if (found == nullptr) return std::u16string(psDefaultValue);
+    privStrCat& builder = *found->StrCatValue();
+    std::u16string text = builder.DumpVal();
+    if (text.empty() && builder.Length() > 0) throw std::bad_alloc();  // the builder itself never raises
+    return text;
 }
 
 std::int32_t privProperties::GetValueLng(std::u16string_view psName, std::int32_t plDefaultValue) const {

@@ -43,7 +43,7 @@ privProperty::~privProperty() {
 }
 
 Variant privProperty::Value() const {
-    return builder() != nullptr ? Variant(builder()->ReturnVal()) : value_;
+    return builder() != nullptr ? Variant(builder()->contiguous()) : value_;
 }
 
 void privProperty::Value(Variant pvValue) {
@@ -77,7 +77,7 @@ std::int32_t privProperty::ValueLng() const {
 }
 
 std::u16string privProperty::ValueStr() const {
-    if (builder() != nullptr) return builder()->ReturnVal();
+    if (builder() != nullptr) return std::u16string(builder()->contiguous());
     if (const auto* text = value_.get<std::u16string>()) return *text;
     return automation::toText(value_).value_or(std::u16string());
 }

@@ -53,6 +53,7 @@ TEST(Allocation, FailuresAreReportedAndHarmNothing) {
     on.set(u"free", u"<KV:");
     on.addHandler(u"H", 5, [](kvTag& tag) { return automation::Variant(tag.CommandName() + u" from the handler H"); });
     for (const auto* shortened : {u"{\\rtf1 [PROPERTY:a=:] and <KV:H>some command:</KV>}",
+                                  u"[SETPROPERTY:c=[PROPERTY:a=:] more: d=7:]<[PROPERTY:c=:]|[PROPERTY:d=:]>",
                                   u"[PROPERTY:free=:][PROPERTY:a=:] [PROPERTY:a] <KV:missing>:</KV>"}) {
         const std::u16string text = test::tagged(shortened);
         const std::u16string expected = on.evaluate(shortened);
