@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "automation/Errors.h"
 #include "automation/NumberText.h"
 #include "automation/PlatformConversions.h"
 #include "automation/Portable.h"
@@ -28,30 +29,12 @@ bool isConvertible(const Variant& value) {
     }
 }
 
-// A whole number of up to nine digits and no sign reads the same in every locale.
-bool isPlainDigits(const Variant& value) {
-    const auto* text = value.get<std::u16string>();
-    if (text == nullptr || text->empty() || text->size() > 9) return false;
-    return std::all_of(text->begin(), text->end(), [](char16_t unit) { return unit >= u'0' && unit <= u'9'; });
-}
-
-bool isWholeNumber(VariantType type) {
-    return type == VariantType::integer || type == VariantType::longInteger || type == VariantType::byte ||
-           type == VariantType::boolean || type == VariantType::empty;
-}
-
-// Pairs that no locale has a say in; many values are of these, and the platform takes its time.
-bool isSameEverywhere(const Variant& value, VariantType target) {
-    if (isWholeNumber(value.type())) return true;
-    return target != VariantType::date && isPlainDigits(value);
-}
-
 template <class Target>
 std::optional<Target> convertPlain(const Variant& value, VariantType target,
                                    std::optional<Target> (*portableForm)(const Variant&)) {
     if (const auto* same = value.get<Target>()) return *same;
     if (!isConvertible(value)) return std::nullopt;
-    if (installed == nullptr || isSameEverywhere(value, target)) return portableForm(value);
+    if (installed == nullptr) return portableForm(value);
     const auto converted = installed->convert(value, target);
     const auto* result = converted ? converted->get<Target>() : nullptr;
     return result != nullptr ? std::optional(*result) : std::nullopt;
@@ -134,6 +117,12 @@ std::optional<Date> toDate(const Variant& value) {
 
 std::optional<std::u16string> toText(const Variant& value) {
     return convert(value, VariantType::string, portable::toText);
+}
+
+std::u16string textOrError(const Variant& value) {
+    std::optional<std::u16string> text = toText(value);
+    if (!text) raiseTypeMismatch();
+    return *std::move(text);
 }
 
 bool isNumeric(const Variant& value) {

@@ -36,6 +36,8 @@ std::optional<Date> toDate(const Variant& value);  // numbers are days, texts ar
 // below 0.0001. Null, errors, objects without a default value and arrays fail.
 std::optional<std::u16string> toText(const Variant& value);
 
+std::u16string textOrError(const Variant& value);  // raises 13 instead
+
 // True when the platform would take the value as a number (IsNumeric). Texts: outer blanks, one
 // sign before or after, parentheses for negative, one "$", "," within the whole part, an "e"
 // exponent, "&H" and "&O".
@@ -60,9 +62,6 @@ std::optional<bool> equalValues(const Variant& left, const Variant& right);
 // True for true, yes, y, t, on (any case, outer blanks aside) and for every number and numeric text
 // that is not 0; false for the rest.
 bool truth(const Variant& value);
-
-// As the automation function TypeName: "String", "Long", "Nothing", "Variant()", ...
-std::u16string typeNameOf(const Variant& value);
 
 // Calendar fields of a date, rounded to whole seconds. Outside the years 100 to 9999: those of day 0.
 struct DateFields {

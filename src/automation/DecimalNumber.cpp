@@ -57,27 +57,22 @@ std::uint32_t Magnitude::divide(std::uint32_t divisor) noexcept {
 
 namespace {
 
-// The digits with 28 decimals, so that two of them compare as texts of equal length do.
+// The digits with 28 decimals, all of one length, so that they compare as texts.
 std::string alignedDigits(const Decimal& decimal) {
+    constexpr std::size_t decimals = 28, most = 29 + decimals;
     std::string digits = Magnitude::of(decimal).digits();
-    digits.append(28u - std::min<std::size_t>(28, decimal.scale), '0');
-    digits.erase(0, std::min(digits.find_first_not_of('0'), digits.size()));
-    return digits;
+    digits.append(decimals - std::min<std::size_t>(decimals, decimal.scale), '0');
+    return std::string(most - digits.size(), '0') + digits;
 }
 
 }  // namespace
 
 int compareDecimals(const Decimal& left, const Decimal& right) {
-    const std::string leftDigits = alignedDigits(left);
-    const std::string rightDigits = alignedDigits(right);
-    if (leftDigits.empty() && rightDigits.empty()) return 0;
-    const bool leftNegative = left.negative && !leftDigits.empty();
-    const bool rightNegative = right.negative && !rightDigits.empty();
-    if (leftNegative != rightNegative) return leftNegative ? -1 : 1;
-    int order = leftDigits.size() < rightDigits.size() ? -1 : leftDigits.size() > rightDigits.size() ? 1 : 0;
-    if (order == 0) order = leftDigits.compare(rightDigits);
-    order = order < 0 ? -1 : order > 0 ? 1 : 0;
-    return leftNegative ? -order : order;
+    const std::string leftDigits = alignedDigits(left), rightDigits = alignedDigits(right);
+    const int order = leftDigits.compare(rightDigits);
+    const bool bothZero = order == 0 && leftDigits.find_first_not_of('0') == leftDigits.npos;
+    if (left.negative != right.negative && !bothZero) return left.negative ? -1 : 1;
+    return left.negative ? (order < 0) - (order > 0) : (order > 0) - (order < 0);
 }
 
 }  // namespace velmor::automation::portable

@@ -25,4 +25,14 @@ private:
 [[noreturn]] void raiseNoSuchMember(std::u16string_view name);  // 438, the name after the text
 [[noreturn]] void raiseWrongArguments();                        // 450
 
+// For calls of foreign objects: an error counts as no answer.
+template <class Call>
+auto quietly(Call&& call) -> decltype(call()) {
+    try {
+        return call();
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
 }  // namespace velmor::automation

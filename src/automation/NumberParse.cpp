@@ -139,15 +139,11 @@ std::string roundedDigits(const std::string& digits, std::int64_t count) {
     if (count < 0) return "0";
     const auto kept = static_cast<std::size_t>(count);
     if (kept >= digits.size()) return std::string(digits).append(kept - digits.size(), '0');
-    std::string whole(1, '0');
-    whole.append(digits, 0, kept);
+    std::string whole = digits.substr(0, kept);
     const bool half = digits[kept] == '5' && kept + 1 == digits.size();
-    const bool odd = (whole.back() - '0') % 2 == 1;
-    if (half ? !odd : digits[kept] < '5') return whole;
-    std::size_t at = whole.size() - 1;
-    while (whole[at] == '9') whole[at--] = '0';
-    ++whole[at];
-    return whole;
+    const bool odd = kept > 0 && (whole.back() - '0') % 2 == 1;
+    const bool up = half ? odd : digits[kept] >= '5';
+    return up ? nextNumber(std::move(whole)) : "0" + whole;
 }
 
 }  // namespace

@@ -18,6 +18,9 @@ std::u16string numberText(std::int32_t value);
 std::u16string numberText(Currency value);  // up to 4 decimals, no trailing zeros
 std::u16string numberText(Decimal value);   // all digits, no trailing zeros after the point
 
+// The digits of the whole number after this one.
+std::string nextNumber(std::string digits);
+
 // The blanks that automation ignores in numbers and dates.
 constexpr bool isNumberBlank(char16_t unit) noexcept {
     return unit == u' ' || unit == u'\u00A0' || (unit >= u'\t' && unit <= u'\r');

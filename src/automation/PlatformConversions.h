@@ -10,8 +10,7 @@ namespace velmor::automation {
 
 // The conversions of Convert.h as the machine's own automation library does them. What installs
 // one (platform/win32 at start) keeps it alive for good; where none is installed the portable form
-// is used. Values handed over are plain: no objects, no arrays, no data objects, no records; nor
-// does it see what no locale has a say in (whole numbers and booleans, texts of a few digits).
+// is used. Values handed over are plain: no objects, no arrays, no data objects, no records.
 class PlatformConversions {
 public:
     virtual ~PlatformConversions() = default;

@@ -15,7 +15,6 @@ namespace velmor::automation::portable {
 
 std::optional<std::int32_t> toLong(const Variant& value);
 std::optional<std::int16_t> toInteger(const Variant& value);
-std::optional<std::uint8_t> toByte(const Variant& value);
 std::optional<double> toDouble(const Variant& value);
 std::optional<float> toSingle(const Variant& value);
 std::optional<bool> toBoolean(const Variant& value);

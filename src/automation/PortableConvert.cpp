@@ -15,31 +15,6 @@ namespace velmor::automation::portable {
 
 namespace {
 
-// The usual case: a sign, up to 15 digits and a point among them. Whole number and power of ten are
-// exact in a double, so their quotient is the nearest one.
-std::optional<double> plainDecimal(std::u16string_view text) {
-    static constexpr double kPowers[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                         1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-    const bool negative = text.starts_with(u'-');
-    if (negative) text.remove_prefix(1);
-    if (text.empty() || text.size() > 16) return std::nullopt;
-    std::int64_t whole = 0;
-    std::size_t digits = 0, point = text.size();
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == u'.' && point == text.size()) {
-            point = i;
-        } else if (text[i] >= u'0' && text[i] <= u'9') {
-            whole = whole * 10 + (text[i] - u'0');
-            ++digits;
-        } else {
-            return std::nullopt;
-        }
-    }
-    if (digits == 0 || digits > 15) return std::nullopt;
-    const double value = static_cast<double>(whole) / kPowers[digits - std::min(point, digits)];
-    return negative ? -value : value;
-}
-
 constexpr double kCurrencyUnit = 10000;
 constexpr double kFirstDay = -657434;  // 1 January 100
 constexpr double kBehindLastDay = 2958466;
@@ -97,9 +72,6 @@ struct ToScaled {
     }
     std::optional<std::int64_t> operator()(const Decimal& value) const { return (*this)(numberText(value)); }
     std::optional<std::int64_t> operator()(const std::u16string& value) const {
-        if (const auto plain = plainDecimal(value); plain && *plain == std::trunc(*plain)) {
-            return scaled(static_cast<std::int64_t>(*plain));
-        }
         const auto number = decimalDigitsOf(value);
         return number ? integerOf(*number, decimals) : std::nullopt;
     }
@@ -182,11 +154,6 @@ std::optional<std::int16_t> toInteger(const Variant& value) {
     return number->negative ? narrowed<std::int16_t>(-std::int64_t{bits}) : bits;
 }
 
-std::optional<std::uint8_t> toByte(const Variant& value) {
-    if (const auto* boolean = value.get<bool>()) return static_cast<std::uint8_t>(*boolean ? 255 : 0);
-    return toWhole<std::uint8_t>(value);
-}
-
 std::optional<double> toDouble(const Variant& value) {
     return value.visit(ToDouble{});
 }
@@ -237,7 +204,6 @@ std::optional<std::u16string> toText(const Variant& value) {
 }
 
 std::optional<double> parseNumber(std::u16string_view text) {
-    if (const auto plain = plainDecimal(text)) return plain;
     const auto number = parseNumberText(text);
     return number ? doubleOf(*number) : std::nullopt;
 }

@@ -6,21 +6,7 @@ namespace velmor::automation::portable {
 namespace {
 
 bool isNumber(const Variant& value) {
-    switch (value.type()) {
-        case VariantType::empty:
-        case VariantType::integer:
-        case VariantType::longInteger:
-        case VariantType::single:
-        case VariantType::doubleFloat:
-        case VariantType::currency:
-        case VariantType::date:
-        case VariantType::boolean:
-        case VariantType::decimal:
-        case VariantType::byte:
-            return true;
-        default:
-            return false;
-    }
+    return !value.isString() && toDouble(value);
 }
 
 template <class Number>

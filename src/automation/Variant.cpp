@@ -1,5 +1,7 @@
 #include "automation/Variant.h"
 
+#include <algorithm>
+
 namespace velmor::automation {
 
 namespace {
@@ -7,14 +9,27 @@ namespace {
 // DISP_E_PARAMNOTFOUND.
 constexpr ErrorCode kParameterNotFound{static_cast<std::int32_t>(0x80020004u)};
 
-// In the order of Variant's alternatives.
-constexpr VariantType kTypes[] = {
-    VariantType::empty,      VariantType::null,        VariantType::integer,  VariantType::longInteger,
-    VariantType::single,     VariantType::doubleFloat, VariantType::currency, VariantType::date,
-    VariantType::string,     VariantType::object,      VariantType::error,    VariantType::boolean,
-    VariantType::dataObject, VariantType::decimal,     VariantType::byte,     VariantType::userDefined,
-    VariantType::array,
+struct TypeName {
+    VariantType type;
+    const char16_t* name;
 };
+// Those of Variant's alternatives in their order, then the type of an array's elements.
+constexpr TypeName kTypes[] = {
+    {VariantType::empty, u"Empty"},        {VariantType::null, u"Null"},
+    {VariantType::integer, u"Integer"},    {VariantType::longInteger, u"Long"},
+    {VariantType::single, u"Single"},      {VariantType::doubleFloat, u"Double"},
+    {VariantType::currency, u"Currency"},  {VariantType::date, u"Date"},
+    {VariantType::string, u"String"},      {VariantType::object, u"Object"},
+    {VariantType::error, u"Error"},        {VariantType::boolean, u"Boolean"},
+    {VariantType::dataObject, u"Unknown"}, {VariantType::decimal, u"Decimal"},
+    {VariantType::byte, u"Byte"},          {VariantType::userDefined, u"UserDefined"},
+    {VariantType::array, u"Variant"},      {VariantType::variant, u"Variant"},
+};
+
+std::u16string plainTypeName(VariantType type) {
+    const auto* const found = std::ranges::find(kTypes, type, &TypeName::type);
+    return found == std::end(kTypes) ? u"Variant" : found->name;
+}
 
 }  // namespace
 
@@ -35,13 +50,22 @@ std::int32_t Variant::typeCode() const noexcept {
 }
 
 VariantType Variant::type() const noexcept {
-    static_assert(std::size(kTypes) == std::variant_size_v<decltype(value_)>);
-    return kTypes[value_.index()];
+    static_assert(std::size(kTypes) == std::variant_size_v<decltype(value_)> + 1);
+    return kTypes[value_.index()].type;
 }
 
 ObjectRef Variant::object() const noexcept {
     const auto* reference = get<ObjectRef>();
     return reference == nullptr ? nullptr : *reference;
+}
+
+std::u16string typeNameOf(const Variant& value) {
+    if (const auto* array = value.get<std::shared_ptr<const Array>>()) {
+        return plainTypeName(*array ? (*array)->elementType : VariantType::variant) + u"()";
+    }
+    if (!value.isObject()) return plainTypeName(value.type());
+    const ObjectRef object = value.object();
+    return object ? object->typeName() : u"Nothing";
 }
 
 }  // namespace velmor::automation

@@ -157,4 +157,14 @@ private:
         value_;
 };
 
+// Calls a method of a late-bound object.
+template <class... Values>
+Variant call(Object& object, std::u16string_view method, Values&&... values) {
+    Variant arguments[] = {Variant(std::forward<Values>(values))...};
+    return object.invoke(method, InvokeKind::method, arguments);
+}
+
+// As the automation function TypeName: "String", "Long", "Nothing", "Variant()", ...
+std::u16string typeNameOf(const Variant& value);
+
 }  // namespace velmor::automation
