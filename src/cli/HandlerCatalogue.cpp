@@ -1,6 +1,5 @@
 #include "cli/HandlerCatalogue.h"
 
-#include "handlers/BuiltInCatalogue.h"
 #include "handlers/ITag4.h"
 #include "handlers/kvTagInfo.h"
 #include "properties/privProperties.h"
@@ -26,7 +25,7 @@ void addHandlers(std::vector<HandlerEntry>& target, const privProperties& list, 
         HandlerEntry handler;
         handler.name = prefix + list.Item(index)->Name();
         handler.className = list.Item(index)->ValueStr();
-        handler.builtIn = handler.className.empty() && equalIgnoringCase(handler.name, BuiltInCatalogue::handler);
+        handler.builtIn = handler.className.empty() && equalIgnoringCase(handler.name, kBuiltInHandler);
         target.push_back(std::move(handler));
     }
 }

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "core/TagContext.h"
+#include "handlers/ITag4.h"
 #include "platform/Services.h"
 
 namespace velmor {
@@ -15,7 +16,7 @@ class privProperties;
 // read its file, yields "". The value is not escaped, and its tags are not evaluated.
 class BuiltInCommands {
 public:
-    static constexpr std::u16string_view handler = u"TAG";
+    static constexpr std::u16string_view handler = kBuiltInHandler;
 
     // psName: the tag's name, with its final ":". All collections of the context must exist.
     BuiltInCommands(platform::Services& services, const ContextRef& context, std::u16string_view psName)

@@ -3,11 +3,9 @@
 #include <vector>
 
 #include "automation/Convert.h"
+#include "automation/Errors.h"
 #include "automation/Variant.h"
-#include "handlers/BuiltInCatalogue.h"
 #include "text/Compare.h"
-#include "text/Error.h"
-#include "text/ErrorSource.h"
 
 namespace velmor {
 
@@ -18,12 +16,6 @@ namespace {
 
 constexpr std::int32_t kLowestWithCatalogue = 2;
 constexpr std::int32_t kLowestWithDatabase = 4;
-
-std::u16string textOf(const Variant& answer) {
-    std::optional<std::u16string> text = automation::toText(answer);
-    if (!text) throw Error(13, kErrorSource, u"Type mismatch");
-    return *std::move(text);
-}
 
 }  // namespace
 
@@ -43,7 +35,7 @@ std::u16string HandlerAddress::registryKey() const {
 
 std::u16string HandlerAddress::className(const platform::Registry& registry) const {
     // The key's default value is not a handler, and a tag with the built-in handler's name means the built-in one.
-    if (name.empty() || name == BuiltInCatalogue::handler) return {};
+    if (name.empty() || name == kBuiltInHandler) return {};
     return registry.value(registryKey(), name).value_or(std::u16string());
 }
 
@@ -53,13 +45,12 @@ ITag4 ITag4::create(platform::Objects& objects, std::u16string_view className) {
 
 std::int32_t ITag4::Interface() const {
     const std::optional<std::int32_t> level = automation::toLong(handler_->invoke(u"Interface", InvokeKind::get, {}));
-    if (!level) throw Error(13, kErrorSource, u"Type mismatch");
+    if (!level) automation::raiseTypeMismatch();
     return *level;
 }
 
 std::u16string ITag4::GetTagValue(const automation::ObjectRef& tag) const {
-    Variant arguments[] = {Variant(tag)};
-    return textOf(handler_->invoke(u"GetTagValue", InvokeKind::method, arguments));
+    return automation::textOrError(automation::call(*handler_, u"GetTagValue", tag));
 }
 
 void ITag4::Dispose() const {
@@ -67,36 +58,13 @@ void ITag4::Dispose() const {
 }
 
 std::u16string ITag4::catalogue(std::u16string_view member, std::initializer_list<std::u16string_view> texts,
-                                const automation::ObjectRef& database, std::int32_t lowestLevel) const {
+                                std::u16string_view psHandler, const automation::ObjectRef& database) const {
     const std::int32_t level = Interface();
-    if (level < lowestLevel) return {};
+    if (level < (member == u"ParameterValueList" ? kLowestWithDatabase : kLowestWithCatalogue)) return {};
     std::vector<Variant> arguments(texts.begin(), texts.end());
+    arguments.emplace_back(psHandler);
     if (level >= kLowestWithDatabase) arguments.emplace_back(database);
-    return textOf(handler_->invoke(member, InvokeKind::get, arguments));
-}
-
-std::u16string ITag4::CommandList(std::u16string_view psHandler, const automation::ObjectRef& database) const {
-    return catalogue(u"CommandList", {psHandler}, database, kLowestWithCatalogue);
-}
-
-std::u16string ITag4::ParameterList(std::u16string_view psCommand, std::u16string_view psHandler,
-                                    const automation::ObjectRef& database) const {
-    return catalogue(u"ParameterList", {psCommand, psHandler}, database, kLowestWithCatalogue);
-}
-
-std::u16string ITag4::SyntaxString(std::u16string_view psCommand, std::u16string_view psHandler,
-                                   const automation::ObjectRef& database) const {
-    return catalogue(u"SyntaxString", {psCommand, psHandler}, database, kLowestWithCatalogue);
-}
-
-std::u16string ITag4::CommandDescription(std::u16string_view psCommand, std::u16string_view psHandler,
-                                         const automation::ObjectRef& database) const {
-    return catalogue(u"CommandDescription", {psCommand, psHandler}, database, kLowestWithCatalogue);
-}
-
-std::u16string ITag4::ParameterValueList(std::u16string_view psCommand, std::u16string_view psParameter,
-                                         std::u16string_view psHandler, const automation::ObjectRef& database) const {
-    return catalogue(u"ParameterValueList", {psCommand, psParameter, psHandler}, database, kLowestWithDatabase);
+    return automation::textOrError(handler_->invoke(member, InvokeKind::get, arguments));
 }
 
 }  // namespace velmor

@@ -13,6 +13,9 @@ namespace velmor {
 inline constexpr std::u16string_view kHandlersKey = u"SOFTWARE\\Korvane\\Quillmark\\Handlers";
 inline constexpr std::u16string_view kSubHandlersKey = u"SOFTWARE\\Korvane\\Quillmark\\SubHandlers";
 
+// The handler that is not registered: its commands are built in.
+inline constexpr std::u16string_view kBuiltInHandler = u"TAG";
+
 // Where a tag's handler is registered. "NAME" is under Handlers, "GROUP-NAME" (the first "-"
 // separates) under the group's key of SubHandlers.
 struct HandlerAddress {
@@ -53,21 +56,12 @@ public:
     std::u16string GetTagValue(const automation::ObjectRef& tag) const;
     void Dispose() const;  // only when the level says so
 
-    // "" where the level says that the member is not called.
-    std::u16string CommandList(std::u16string_view psHandler, const automation::ObjectRef& database) const;
-    std::u16string ParameterList(std::u16string_view psCommand, std::u16string_view psHandler,
-                                 const automation::ObjectRef& database) const;
-    std::u16string SyntaxString(std::u16string_view psCommand, std::u16string_view psHandler,
-                                const automation::ObjectRef& database) const;
-    std::u16string CommandDescription(std::u16string_view psCommand, std::u16string_view psHandler,
-                                      const automation::ObjectRef& database) const;
-    std::u16string ParameterValueList(std::u16string_view psCommand, std::u16string_view psParameter,
-                                      std::u16string_view psHandler, const automation::ObjectRef& database) const;
+    // The answer of a catalogue member (CommandList, ParameterList, SyntaxString, CommandDescription,
+    // ParameterValueList); "" where the level says that it is not called.
+    std::u16string catalogue(std::u16string_view member, std::initializer_list<std::u16string_view> texts,
+                             std::u16string_view psHandler, const automation::ObjectRef& database) const;
 
 private:
-    std::u16string catalogue(std::u16string_view member, std::initializer_list<std::u16string_view> texts,
-                             const automation::ObjectRef& database, std::int32_t lowestLevel) const;
-
     automation::ObjectRef handler_;
 };
 

@@ -1,6 +1,8 @@
 #include "handlers/kvTagInfo.h"
 
-#include "handlers/BuiltInCatalogue.h"
+#include <algorithm>
+
+#include "automation/Errors.h"
 #include "handlers/ITag4.h"
 #include "properties/privProperties.h"
 #include "text/Compare.h"
@@ -9,10 +11,26 @@
 
 namespace velmor {
 
-using automation::ObjectRef;
-using automation::Variant;
+using automation::quietly;
 
 namespace {
+
+// The built-in commands that a template may contain.
+struct Command {
+    std::u16string_view name, parameters, syntax;
+};
+constexpr std::u16string_view kCommandList = u"SETPROPERTY:INCLUDE:SETPATH:PROPERTY:";
+constexpr Command kCommands[] = {
+    {u"SETPROPERTY", u"PREPROCESS:", u"TAG>SETPROPERTY:name=value:[PREPROCESS=(true):]"},
+    {u"INCLUDE", u"", u"TAG>INCLUDE=[path\\]includefile:"},
+    {u"SETPATH", u"", u"TAG>SETPATH=path:"},
+    {u"PROPERTY", u"", u"TAG>PROPERTY:name=default:"},
+};
+
+Command commandOf(std::u16string_view name) noexcept {
+    const auto* const found = std::ranges::find(kCommands, name, &Command::name);
+    return found == std::end(kCommands) ? Command{} : *found;
+}
 
 std::u16string_view before(std::u16string_view text, char16_t end) noexcept {
     return text.substr(0, text.find(end));
@@ -24,16 +42,6 @@ HandlerAddress addressOf(std::u16string_view psHandlerName) {
 
 std::u16string commandName(std::u16string_view psCommand) {
     return upperCase(before(before(psCommand, u':'), u'='));
-}
-
-// An error of the registry or of a handler counts as no answer.
-template <class Call>
-auto quietly(Call&& call) -> decltype(call()) {
-    try {
-        return call();
-    } catch (const std::exception&) {
-        return {};
-    }
 }
 
 }  // namespace
@@ -79,7 +87,7 @@ void kvTagInfo::addHandlers(privProperties& list, std::u16string_view psSubHandl
         }
     }
     // Replaces a registered handler of that name, which no tag can call.
-    if (psSubHandler.empty() && isListed(BuiltInCatalogue::handler)) list.AddStr(BuiltInCatalogue::handler, {}, true);
+    if (psSubHandler.empty() && isListed(kBuiltInHandler)) list.AddStr(kBuiltInHandler, {}, true);
 }
 
 std::u16string kvTagInfo::HandlerListString2(std::u16string_view psSubHandler, bool pbFiltered) const {
@@ -115,53 +123,39 @@ void kvTagInfo::Database(automation::ObjectRef poDatabase) {
     database_ = std::move(poDatabase);
 }
 
-template <class Question>
-std::u16string kvTagInfo::ask(std::u16string_view psHandlerName, std::u16string_view builtInAnswer,
-                              Question&& question) const {
+std::u16string kvTagInfo::ask(std::u16string_view psHandlerName, std::u16string_view member,
+                              std::u16string_view builtInAnswer,
+                              std::initializer_list<std::u16string_view> texts) const {
     return quietly([&]() -> std::u16string {
         const HandlerAddress address = addressOf(psHandlerName);
-        if (address.group.empty() && address.name == BuiltInCatalogue::handler) return std::u16string(builtInAnswer);
+        if (address.group.empty() && address.name == kBuiltInHandler) return std::u16string(builtInAnswer);
         const std::u16string className = address.className(services_.registry);
         if (className.empty()) return {};
-        return question(ITag4::create(services_.objects, className), address.name);
+        return ITag4::create(services_.objects, className).catalogue(member, texts, address.name, database_);
     });
 }
 
 std::u16string kvTagInfo::CommandList(std::u16string_view psHandlerName) const {
-    return ask(psHandlerName, BuiltInCatalogue::commandList,
-               [&](const ITag4& handler, const std::u16string& name) { return handler.CommandList(name, database_); });
+    return ask(psHandlerName, u"CommandList", kCommandList, {});
 }
 
 std::u16string kvTagInfo::ParameterList(std::u16string_view psHandlerName, std::u16string_view psCommand) const {
     const std::u16string command = commandName(psCommand);
-    return ask(psHandlerName, BuiltInCatalogue::parameterList(command),
-               [&](const ITag4& handler, const std::u16string& name) {
-                   return handler.ParameterList(command, name, database_);
-               });
+    return ask(psHandlerName, u"ParameterList", commandOf(command).parameters, {command});
 }
 
 std::u16string kvTagInfo::CommandSyntax(std::u16string_view psHandlerName, std::u16string_view psCommand) const {
     const std::u16string command = commandName(psCommand);
-    return ask(psHandlerName, BuiltInCatalogue::syntax(command), [&](const ITag4& handler, const std::u16string& name) {
-        return handler.SyntaxString(command, name, database_);
-    });
+    return ask(psHandlerName, u"SyntaxString", commandOf(command).syntax, {command});
 }
 
 std::u16string kvTagInfo::CommandDescription(std::u16string_view psHandlerName, std::u16string_view psCommand) const {
-    const std::u16string command = commandName(psCommand);
-    return ask(psHandlerName, {}, [&](const ITag4& handler, const std::u16string& name) {
-        return handler.CommandDescription(command, name, database_);
-    });
+    return ask(psHandlerName, u"CommandDescription", {}, {commandName(psCommand)});
 }
 
 std::u16string kvTagInfo::ParameterValueList(std::u16string_view psHandlerName, std::u16string_view psCommand,
                                              std::u16string_view psParameter) const {
-    const std::u16string command = commandName(psCommand);
-    return ask(psHandlerName, {}, [&](const ITag4& handler, const std::u16string& name) {
-        return handler.ParameterValueList(command, psParameter, name, database_);
-    });
+    return ask(psHandlerName, u"ParameterValueList", {}, {commandName(psCommand), psParameter});
 }
-
-// --- late binding ---
 
 }  // namespace velmor

@@ -64,8 +64,8 @@ private:
     void addHandlers(privProperties& list, std::u16string_view psSubHandler, bool pbFiltered,
                      bool pbIncludeSubHandlers) const;
     bool isHidden(const std::u16string& key, std::u16string_view name) const;
-    template <class Question>
-    std::u16string ask(std::u16string_view psHandlerName, std::u16string_view builtInAnswer, Question&& question) const;
+    std::u16string ask(std::u16string_view psHandlerName, std::u16string_view member, std::u16string_view builtInAnswer,
+                       std::initializer_list<std::u16string_view> texts) const;
 
     platform::Services& services_;
     automation::ObjectRef database_;

@@ -38,12 +38,12 @@ TEST(Handler, IsCalledByItsLevel) {
 TEST(Handler, CatalogueMembersFollowTheLevel) {
     Calls calls;
     const auto at = [&](std::int32_t level) { return ITag4(std::make_shared<ScriptedHandler>(level, answer, calls)); };
-    EXPECT_EQ(at(1).CommandList(u"H", nullptr), u"");
-    EXPECT_EQ(at(2).CommandList(u"H", nullptr), u"arguments: 1");
-    EXPECT_EQ(at(3).SyntaxString(u"C", u"H", nullptr), u"arguments: 2");
-    EXPECT_EQ(at(4).CommandDescription(u"C", u"H", nullptr), u"arguments: 3");
-    EXPECT_EQ(at(3).ParameterValueList(u"C", u"P", u"H", nullptr), u"");
-    EXPECT_EQ(at(4).ParameterValueList(u"C", u"P", u"H", nullptr), u"arguments: 4");
+    EXPECT_EQ(at(1).catalogue(u"CommandList", {}, u"H", nullptr), u"");
+    EXPECT_EQ(at(2).catalogue(u"CommandList", {}, u"H", nullptr), u"arguments: 1");
+    EXPECT_EQ(at(3).catalogue(u"SyntaxString", {u"C"}, u"H", nullptr), u"arguments: 2");
+    EXPECT_EQ(at(4).catalogue(u"CommandDescription", {u"C"}, u"H", nullptr), u"arguments: 3");
+    EXPECT_EQ(at(3).catalogue(u"ParameterValueList", {u"C", u"P"}, u"H", nullptr), u"");
+    EXPECT_EQ(at(4).catalogue(u"ParameterValueList", {u"C", u"P"}, u"H", nullptr), u"arguments: 4");
 }
 
 TEST(Handler, MissingHandlersGiveNothingOrAMessage) {
