@@ -2,14 +2,16 @@
 
 #include "automation/Convert.h"
 #include "automation/Errors.h"
-#include "direct/ErrorLogRecord.h"
+#include "properties/privProperties.h"
 #include "text/Compare.h"
-#include "text/Error.h"
 
 namespace velmor {
 
+using automation::call;
 using automation::InvokeKind;
 using automation::ObjectRef;
+using automation::quietly;
+using automation::textOrError;
 using automation::Variant;
 
 namespace {
@@ -36,20 +38,28 @@ ObjectRef objectOf(const Variant& answer) {
 // Resolves a name without a "." through the database's type definitions. "" if they do not know it.
 std::u16string definedClass(const ObjectRef& database, std::u16string_view psClassName) {
     const ObjectRef system = objectOf(database->invoke(u"System", InvokeKind::get, {}));
-    Variant arguments[] = {Variant(psClassName)};
-    const ObjectRef definition = objectOf(system->invoke(u"GetObjectTypeDef", InvokeKind::method, arguments));
+    const ObjectRef definition = objectOf(call(*system, u"GetObjectTypeDef", psClassName));
     if (!automation::toBoolean(definition->invoke(u"IsDefined", InvokeKind::get, {})).value_or(false)) return {};
     return automation::toText(definition->invoke(u"ClassName", InvokeKind::get, {})).value_or(std::u16string());
 }
 
-// An error of the host's objects ends the member.
-template <class Call>
-auto quietly(Call&& call) -> decltype(call()) {
-    try {
-        return call();
-    } catch (const std::exception&) {
-        return {};
-    }
+std::u16string objectName(std::u16string_view key) {
+    return std::u16string(u"_").append(key);
+}
+
+std::u16string identifierName(std::u16string_view key) {
+    return std::u16string(key).append(u".ID");
+}
+
+void logEvent(automation::Object& database, privProperty& entry) {
+    constexpr std::int32_t category = 64;  // the host database's own number
+    const PropertiesRef details = entry.Properties();
+    std::u16string message = entry.ValueStr();
+    message += u"\r\nTag Data: " + textOrError(details->GetValue(u"TagData", u"-"));
+    message += u"\r\nErr Data: " + textOrError(details->GetValue(u"ErrData", u"-"));
+    message += u"\r\nTag Error Date: " + textOrError(details->GetValue(u"DateTime", 0));
+    const std::int32_t number = automation::toLong(details->GetValue(u"Err", 0)).value_or(0);
+    call(database, u"LogEvent", entry.Name(), message, number, category);
 }
 
 }  // namespace
@@ -57,17 +67,32 @@ auto quietly(Call&& call) -> decltype(call()) {
 // The objects that a member uses. It holds references, as the host's objects may dispose the tag meanwhile.
 struct kvDirectTag::Access {
     std::shared_ptr<DirectOwner> owner;
-    ObjectCache cache;
+    ObjectRef properties;  // the tag's own collection, or a host's
     ObjectRef database;
 
-    std::int32_t identifier(std::int32_t plID, std::u16string_view psIDName) const {
+    ObjectRef object(std::u16string_view key) const {
+        return call(*properties, u"GetValueObject", objectName(key)).object();
+    }
+    std::int32_t identifier(std::u16string_view key) const {
+        return automation::toLong(call(*properties, u"GetValueLng", identifierName(key), 0)).value_or(0);
+    }
+    void put(std::u16string_view key, const ObjectRef& object, std::int32_t identifier) const {
+        call(*properties, u"AddObject", objectName(key), object, true);
+        call(*properties, u"AddLng", identifierName(key), identifier, true);
+    }
+    void remove(std::u16string_view key) const {
+        call(*properties, u"Remove", objectName(key));
+        call(*properties, u"Remove", identifierName(key));
+    }
+
+    std::int32_t requested(std::int32_t plID, std::u16string_view psIDName) const {
         if (plID != 0) return plID;
         return automation::toLong(Variant(owner->directElement(psIDName))).value_or(0);
     }
     // Null when the kept object has another identifier.
     ObjectRef kept(const std::u16string& key, std::int32_t identifier) const {
-        const ObjectRef object = cache.object(key);
-        return identifier == 0 || cache.identifier(key) == identifier ? object : nullptr;
+        const ObjectRef found = object(key);
+        return identifier == 0 || this->identifier(key) == identifier ? found : nullptr;
     }
     const ObjectRef& hostDatabase() const {
         if (!database) automation::raiseTypeMismatch();
@@ -79,16 +104,16 @@ struct kvDirectTag::Access {
 kvDirectTag::Access kvDirectTag::access() {
     const std::shared_ptr<DirectOwner> owner = owner_.lock();
     if (!owner) automation::raiseTypeMismatch();
-    if (!cache_) {
-        cache_ = ObjectCache(owner->directProperties());
+    if (!properties_) {
+        properties_ = owner->directProperties();
         database_ = owner->directDatabase();
     }
-    return {owner, cache_, database_};
+    return {owner, properties_, database_};
 }
 
 void kvDirectTag::cleanUp() noexcept {
     owner_.reset();
-    cache_ = {};
+    properties_.reset();
     database_.reset();
 }
 
@@ -96,9 +121,9 @@ ObjectRef kvDirectTag::getObject(const std::u16string& key, std::u16string_view 
                                  std::u16string_view psIDName) {
     return quietly([&]() -> ObjectRef {
         const Access on = access();
-        std::int32_t identifier = on.identifier(plID, psIDName);
+        std::int32_t identifier = on.requested(plID, psIDName);
         if (ObjectRef object = on.kept(key, identifier)) return object;
-        if (identifier == 0) identifier = on.cache.identifier(key);
+        if (identifier == 0) identifier = on.identifier(key);
         if (identifier == 0) return nullptr;
 
         const bool isClass = psClassName.find(u'.') != psClassName.npos;
@@ -111,7 +136,7 @@ ObjectRef kvDirectTag::getObject(const std::u16string& key, std::u16string_view 
         Variant opened[] = {Variant(identifier)};
         const Variant isOpen = object->invoke(u"OpenItem", InvokeKind::method, opened);
         if (!automation::toBoolean(isOpen).value_or(false)) return nullptr;
-        on.cache.put(key, object, automation::toLong(opened[0]).value_or(identifier));
+        on.put(key, object, automation::toLong(opened[0]).value_or(identifier));
         return object;
     });
 }
@@ -129,11 +154,10 @@ ObjectRef kvDirectTag::getItem(const std::u16string& key, std::int32_t plObjectT
                                std::u16string_view psIDName) {
     return quietly([&]() -> ObjectRef {
         const Access on = access();
-        const std::int32_t identifier = on.identifier(plID, psIDName);
+        const std::int32_t identifier = on.requested(plID, psIDName);
         if (ObjectRef object = on.kept(key, identifier)) return object;
-        Variant arguments[] = {Variant(plObjectType), Variant(identifier)};
-        const ObjectRef object = on.hostDatabase()->invoke(u"GetObjectItem", InvokeKind::method, arguments).object();
-        if (object) on.cache.put(key, object, identifier);
+        const ObjectRef object = call(*on.hostDatabase(), u"GetObjectItem", plObjectType, identifier).object();
+        if (object) on.put(key, object, identifier);
         return object;
     });
 }
@@ -158,7 +182,7 @@ void kvDirectTag::SetObjectName(std::u16string_view psName, const ObjectRef& poO
         if (upperType == u"KVOBJECTITEMS" || upperType == u"KVOBJECTITEM") {
             identifier = automation::toLong(poObject->invoke(u"ItemAccount", InvokeKind::get, {})).value_or(0);
         }
-        on.cache.put(psName.empty() ? type : named(psName, type), poObject, identifier);
+        on.put(psName.empty() ? type : named(psName, type), poObject, identifier);
         return true;
     });
 }
@@ -170,13 +194,18 @@ void kvDirectTag::SetObject(const ObjectRef& poObject) {
 void kvDirectTag::RecordErrorLog(std::int32_t) {
     quietly([&] {
         const Access on = access();
-        recordErrorLog(*on.owner->directErrorLog(), *on.hostDatabase());
+        const ObjectRef database = on.hostDatabase();
+        // The database may add to the log meanwhile.
+        std::vector<PropertyRef> entries;
+        const auto log = on.owner->directErrorLog();
+        for (std::int32_t index = 1; index <= log->Count(); ++index) entries.push_back(log->Item(index));
+        for (const PropertyRef& entry : entries) logEvent(*database, *entry);
         return true;
     });
 }
 
 void kvDirectTag::remove(const std::u16string& key) {
-    quietly([&] { return access().cache.remove(key), true; });
+    quietly([&] { return access().remove(key), true; });
 }
 
 void kvDirectTag::RemoveObjectItem(std::int32_t plObjectType, std::u16string_view psName) {

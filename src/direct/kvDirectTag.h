@@ -8,7 +8,6 @@
 #include "automation/Object.h"
 #include "automation/Variant.h"
 #include "direct/DirectOwner.h"
-#include "direct/ObjectCache.h"
 
 namespace velmor {
 
@@ -78,7 +77,7 @@ private:
     void remove(const std::u16string& key);
 
     std::weak_ptr<DirectOwner> owner_;
-    ObjectCache cache_;  // once fetched
+    automation::ObjectRef properties_;  // once fetched
     automation::ObjectRef database_;
 };
 
