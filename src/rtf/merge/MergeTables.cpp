@@ -220,10 +220,11 @@ void TableMerge::readTables(std::u16string_view text, std::size_t header, bool h
 // \widowctrl of the host holds for the whole text; the paragraphs of a whole document say what holds for them alone.
 void TableMerge::keepWidowControl(std::u16string_view text, bool host) {
     if (!options_.tolerant || (!host && !whole_)) return;
-    bool controls = false;
-    for (RtfReader words(text, 0, text.size()); !controls && words.nextWord();) {
-        controls = wordStandsAt(text, words.position(), u"\\widowctrl");
-    }
+    constexpr std::u16string_view word = u"\\widowctrl";
+    RtfSearch search(text);
+    std::size_t at = search.find(word, 0);
+    while (at != text.npos && !wordStandsAt(text, at, word)) at = search.find(word, at + 1);
+    const bool controls = at != text.npos;
     if (host) {
         hostControlsWidows_ = controls;
     } else if (controls != hostControlsWidows_) {

@@ -98,8 +98,8 @@ std::int32_t codePageOfDocument(std::u16string_view text, std::size_t header) no
     std::int32_t page = windowsLatin;
     for (std::size_t at = header; (at = skipWhiteSpace(text, at)) < text.size();) {
         if (text[at] == u'{') {
-            const std::size_t end = findGroupEnd(text, at + 1, true);
-            if (end == noGroupEnd) break;
+            const std::size_t end = documentStandsAt(text, at) ? noGroupEnd : findGroupEnd(text, at + 1, true);
+            if (end == noGroupEnd) break;  // embedded documents follow the header
             at = end + 1;
             continue;
         }

@@ -273,8 +273,7 @@ bool Conversion::takeDefinition(std::size_t index, std::size_t limit) {
         table.nestedDefinition = index;
         return false;
     }
-    const RowDefinition row = definitions_.empty() ? rowDefinitionAt(text_, index, limit)
-                                                   : rowDefinitionLike(text_, index, limit, definitions_.back().row);
+    const RowDefinition row = rowDefinitionAt(text_, index, limit);
     definitions_.push_back({row, edits_.reserve(index), table.definition});
     table.definition = definitions_.size() - 1;
     at_ = row.range.end;

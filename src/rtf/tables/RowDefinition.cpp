@@ -1,17 +1,14 @@
 #include "rtf/tables/RowDefinition.h"
 
-#include <cstring>
-
-#include "rtf/read/RtfReader.h"
-
 namespace velmor {
 namespace {
 
-enum class Part { ofRow, other, endsRun, endsDefinition };
+enum class Part { other, column, endsRun, endsDefinition };
 
 Part partOf(std::u16string_view letters) noexcept {
-    const WordMeaning meaning = meaningOf(letters);
-    switch (meaning.word) {
+    switch (meaningOf(letters).word) {
+        case Word::cellx:
+            return Part::column;
         case Word::cell:
         case Word::nestcell:
         case Word::intbl:
@@ -22,44 +19,46 @@ Part partOf(std::u16string_view letters) noexcept {
         case Word::trowd:
             return Part::endsDefinition;
         default:
-            if (letters.starts_with(u"par")) return Part::endsDefinition;
-            return meaning.is(WordTrait::row) ? Part::ofRow : Part::other;
+            return letters.starts_with(u"par") ? Part::endsDefinition : Part::other;
     }
 }
 
-// Whether a definition with the same words at `index` would end after them.
-bool endsDefinitionAt(std::u16string_view text, std::size_t index) noexcept {
-    return standsAt(text, index, u"\\") && partOf(readWord(text, index).letters) == Part::endsDefinition;
+// The end of the last word about rows in a run of words that begins with such a word.
+std::size_t endOfRowWords(std::u16string_view run, std::size_t begin) noexcept {
+    std::size_t end = begin;
+    for (WordRun words(run, begin); words.next();) {
+        const ControlWord& word = words.word();
+        if (word.begin == begin || wordIs(WordTrait::row, word.letters)) end = endWithBlank(run, word);
+    }
+    return end;
 }
 
 }  // namespace
 
 RowDefinition rowDefinitionAt(std::u16string_view text, std::size_t begin, std::size_t limit) noexcept {
+    static const WordSet partWords({}, {Word::cell, Word::cellx, Word::intbl, Word::itap, Word::nestcell, Word::nestrow,
+                                        Word::par, Word::row, Word::trowd});
     text = text.substr(0, limit);
-    RowDefinition definition{{begin, begin}};  // up to the last word about rows
+    RowDefinition definition{{begin, begin}};
     for (WordRun run(text, begin); run.next();) {
         const ControlWord& word = run.word();
-        const Part part = word.begin == begin ? Part::ofRow : partOf(word.letters);
-        if (part == Part::endsDefinition) definition.range.end = word.begin;
-        if (part == Part::endsDefinition || part == Part::endsRun) break;
-        if (word.letters == u"cellx") {
+        if (word.begin == begin || !partWords.mayHold(text, word.begin)) continue;
+        const Part part = partOf(word.letters);
+        if (part == Part::endsDefinition) {
+            definition.range.end = word.begin;
+            return definition;
+        }
+        if (part == Part::endsRun) {
+            text = text.substr(0, word.begin);
+            break;
+        }
+        if (part == Part::column) {
             ++definition.columns;
             definition.lastColumn = word.begin;
         }
-        if (part == Part::ofRow) definition.range.end = endWithBlank(text, word);
     }
+    definition.range.end = endOfRowWords(text, begin);
     return definition;
-}
-
-RowDefinition rowDefinitionLike(std::u16string_view text, std::size_t begin, std::size_t limit,
-                                const RowDefinition& known) noexcept {
-    const std::size_t length = known.range.end - known.range.begin;
-    const std::u16string_view readable = text.substr(0, limit);
-    const bool isSame =
-        begin + length < readable.size() &&
-        std::memcmp(text.data() + begin, text.data() + known.range.begin, length * sizeof(char16_t)) == 0;
-    if (!isSame || !endsDefinitionAt(readable, begin + length)) return rowDefinitionAt(text, begin, limit);
-    return {{begin, begin + length}, known.columns, known.lastColumn - known.range.begin + begin};
 }
 
 }  // namespace velmor

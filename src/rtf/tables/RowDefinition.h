@@ -19,8 +19,4 @@ struct RowDefinition {
 // Reads up to `limit`.
 RowDefinition rowDefinitionAt(std::u16string_view text, std::size_t begin, std::size_t limit) noexcept;
 
-// The same, given a definition that may be repeated here: programs repeat it after the cells.
-RowDefinition rowDefinitionLike(std::u16string_view text, std::size_t begin, std::size_t limit,
-                                const RowDefinition& known) noexcept;
-
 }  // namespace velmor
