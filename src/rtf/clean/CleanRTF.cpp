@@ -8,7 +8,6 @@
 #include "rtf/clean/RemoveDuplicateGenerators.h"
 #include "rtf/clean/RemoveGeneratorSectionWords.h"
 #include "rtf/edit/EmbeddedDocuments.h"
-#include "rtf/edit/PlaceholderMark.h"
 #include "rtf/edit/TableCollection.h"
 #include "rtf/merge/MergeTables.h"
 #include "rtf/merge/UnwrapNestedDocuments.h"
@@ -50,7 +49,7 @@ public:
         : text_(text), options_(options), guids_(guids) {}
 
     void clean() {
-        const auto mark = unusedMark(text_);
+        const auto mark = TableCollection::unusedMark(text_);
         if (!mark) return;
         TableCollection tables(*mark);
         const bool merged = attempt([&] { merge(tables); });

@@ -25,7 +25,7 @@ namespace Module1 {
 // its closing brace stays, and so does everything after its opening. Notes the groups of each text.
 //
 // True when a document follows the host's opening. One pass, no recursion, and no more memory than the lifted
-// documents; without memory an exception leaves the text unchanged.
+// documents (twice as much for those that hold others); without memory an exception leaves the text unchanged.
 bool ExtractEmbeddedDocuments(std::u16string& psText, TableCollection& poTables, const CleanOptions& options);
 
 }  // namespace Module1

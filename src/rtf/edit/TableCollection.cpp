@@ -10,6 +10,33 @@
 #include "text/privStrCat.h"
 
 namespace velmor {
+namespace {
+
+// Removes the placeholder at the begin of `text`, and returns its number.
+std::size_t takePlaceholder(std::u16string_view& text, char16_t mark) {
+    std::size_t number = 0;
+    std::size_t at = 1;
+    for (; at < text.size() && text[at] != mark; ++at) number = number * 10 + (text[at] - u'0');
+    text.remove_prefix(std::min(at + 1, text.size()));
+    return number;
+}
+
+}  // namespace
+
+std::optional<char16_t> TableCollection::unusedMark(std::u16string_view text) {
+    constexpr char16_t first = 0xFDD0;
+    char16_t highest = 0;
+    for (const char16_t unit : text) highest = std::max(highest, unit);
+    if (highest < first) return first;
+
+    // From the noncharacters through the private use area; no surrogates and no syntax of RTF.
+    std::vector<bool> used(0x10000);
+    for (const char16_t unit : text) used[unit] = true;
+    for (unsigned mark = 0xFDEF; mark >= 0xE000; --mark) {
+        if (!used[mark]) return static_cast<char16_t>(mark);
+    }
+    return std::nullopt;
+}
 
 std::u16string TableCollection::placeholderOf(std::size_t number) const {
     return mark_ + decimal(static_cast<std::int64_t>(number)) + mark_;
@@ -23,51 +50,6 @@ std::u16string TableCollection::placeholder(std::size_t index) const {
     return placeholderOf(tableCount + index);
 }
 
-std::u16string* TableCollection::entry(std::size_t number) noexcept {
-    if (number < tableCount) return &tables_[number];
-    number -= tableCount;
-    return number < documents_.size() ? &documents_[number].text : nullptr;
-}
-
-namespace {
-
-// A text that is being written, and the place reached.
-struct Reading {
-    std::u16string_view text;
-    std::size_t number;
-};
-
-// Removes the number of the placeholder at the begin of `text`, and returns it.
-std::size_t takePlaceholder(std::u16string_view& text, char16_t mark) {
-    std::size_t number = 0;
-    std::size_t at = 1;
-    for (; at < text.size() && text[at] != mark; ++at) number = number * 10 + (text[at] - u'0');
-    text.remove_prefix(std::min(at + 1, text.size()));
-    return number;
-}
-
-}  // namespace
-
-// Each entry has one placeholder only: then the sum of the lengths is the length of the result.
-bool TableCollection::usesEachOnce(std::u16string_view text) const {
-    std::vector<bool> used(tableCount + documents_.size());
-    const auto look = [&](std::u16string_view part) {
-        for (std::size_t at; (at = findText(part, {&mark_, 1}, 0, Comparison::binary)) != part.npos;) {
-            part.remove_prefix(at);
-            const std::size_t number = takePlaceholder(part, mark_);
-            if (number >= used.size()) continue;
-            if (used[number]) return false;
-            used[number] = true;
-        }
-        return true;
-    };
-    if (!look(text)) return false;
-    for (const std::u16string& table : tables_) {
-        if (!look(table)) return false;
-    }
-    return std::all_of(documents_.begin(), documents_.end(), [&](const Document& one) { return look(one.text); });
-}
-
 TableCollection::Placeholder TableCollection::placeholderAt(std::u16string_view text,
                                                             std::size_t index) const noexcept {
     std::u16string_view rest = text.substr(index);
@@ -77,72 +59,81 @@ TableCollection::Placeholder TableCollection::placeholderAt(std::u16string_view 
     return {end, number - tableCount};
 }
 
-// Writes the host at `from` and everything in it. A blank separates words around the placeholder of an empty
-// entry.
-template <typename Write, typename Written>
-void TableCollection::writeExpanded(std::u16string_view from, Write write, Written written) {
-    constexpr std::size_t host = static_cast<std::size_t>(-1);
-    std::vector<bool> open(tableCount + documents_.size());
-    std::vector<Reading> readings{{from, host}};
-    bool apart = false;
-    while (!readings.empty()) {
-        Reading& reading = readings.back();
-        const std::size_t found = findText(reading.text, {&mark_, 1}, 0, Comparison::binary);
-        const std::size_t end = std::min(found, reading.text.size());
-        if (end != 0) {
-            if (std::exchange(apart, false) && wordTakesIn(written(), reading.text[0])) write(u" ");
-            write(reading.text.substr(0, end));
-            reading.text.remove_prefix(end);
-        }
-        if (reading.text.empty()) {
-            if (reading.number != host) open[reading.number] = false;
-            readings.pop_back();
-            continue;
-        }
-        const std::size_t number = takePlaceholder(reading.text, mark_);
-        const std::u16string* const text = entry(number);
-        if (text == nullptr || open[number]) continue;
-        apart = apart || text->empty();
-        open[number] = true;
-        readings.push_back({*text, number});
-    }
+const std::u16string* TableCollection::entry(std::size_t number) const noexcept {
+    if (number < tableCount) return &tables_[number];
+    number -= tableCount;
+    return number < documents_.size() ? &documents_[number].text : nullptr;
 }
+
+// The parts of a text and of the entries at its placeholders, in the order of the result.
+class TableCollection::Parts {
+public:
+    Parts(const TableCollection& tables, std::u16string_view text)
+        : tables_(tables), open_(tableCount + tables.documents_.size()), readings_{{text, open_.size()}} {}
+
+    // Moves to the next part; false when none is left.
+    bool next() {
+        followsEmpty_ = false;
+        while (!readings_.empty()) {
+            std::u16string_view& rest = readings_.back().rest;
+            part_ = rest.substr(0, findText(rest, {&tables_.mark_, 1}, 0, Comparison::binary));
+            rest.remove_prefix(part_.size());
+            if (!part_.empty()) return true;
+            rest.empty() ? leave() : enter(takePlaceholder(rest, tables_.mark_));
+        }
+        return false;
+    }
+
+    std::u16string_view part() const noexcept { return part_; }
+    bool isOfEntry() const noexcept { return readings_.size() > 1; }
+    // Whether the placeholder of an empty entry precedes the part.
+    bool followsEmpty() const noexcept { return followsEmpty_; }
+
+private:
+    struct Reading {
+        std::u16string_view rest;
+        std::size_t number;
+    };
+
+    void enter(std::size_t number) {
+        const std::u16string* const text = tables_.entry(number);
+        if (text == nullptr || open_[number]) return;
+        followsEmpty_ |= text->empty();
+        open_[number] = true;
+        readings_.push_back({*text, number});
+    }
+
+    void leave() {
+        if (isOfEntry()) open_[readings_.back().number] = false;
+        readings_.pop_back();
+    }
+
+    const TableCollection& tables_;
+    std::vector<bool> open_;
+    std::vector<Reading> readings_;
+    std::u16string_view part_;
+    bool followsEmpty_ = false;
+};
 
 void TableCollection::expand(std::u16string& psText) {
-    const std::size_t length = psText.size();
     std::size_t added = 0;
-    for (const std::u16string& table : tables_) added += table.size();
-    for (const Document& document : documents_) added += document.text.size();
-    if (added <= psText.capacity() - length && usesEachOnce(psText)) {
-        expandInPlace(psText, added);
-    } else {
-        std::u16string result;
-        result.reserve(std::min(length + added, privStrCat::maximumLength));
-        const auto write = [&](std::u16string_view part) {
-            if (part.size() > privStrCat::maximumLength - result.size()) throw std::length_error("TableCollection");
-            result.append(part);
-        };
-        writeExpanded(psText, write, [&] { return std::u16string_view(result); });
-        psText = std::move(result);
+    for (Parts parts(*this, psText); parts.next();) {
+        if (parts.isOfEntry()) added += parts.part().size();
+        if (added > privStrCat::maximumLength - psText.size()) throw std::length_error("TableCollection");
     }
-    documents_.clear();
-    for (std::u16string& table : tables_) table = {};
-}
-
-// Uses the memory that the text had before documents were lifted: fresh memory costs more than moving the host
-// again.
-void TableCollection::expandInPlace(std::u16string& psText, std::size_t added) {
-    using Traits = std::char_traits<char16_t>;
+    // The text is read at the end of its memory while the result is written from the begin.
     const std::size_t length = psText.size();
-    psText.resize(length + added);
-    Traits::move(psText.data() + added, psText.data(), length);
-    char16_t* target = psText.data();
-    const auto write = [&](std::u16string_view part) {
-        target = Traits::move(target, part.data(), part.size()) + part.size();
-    };
-    writeExpanded({psText.data() + added, length}, write,
-                  [&] { return std::u16string_view(psText.data(), static_cast<std::size_t>(target - psText.data())); });
-    psText.resize(static_cast<std::size_t>(target - psText.data()));
+    makeRoomBefore(psText, added);
+    std::size_t size = 0;
+    for (Parts parts(*this, {psText.data() + added, length}); parts.next();) {
+        const std::u16string_view part = parts.part();
+        if (parts.followsEmpty() && wordTakesIn({psText.data(), size}, part[0])) psText[size++] = u' ';
+        std::char_traits<char16_t>::move(psText.data() + size, part.data(), part.size());
+        size += part.size();
+    }
+    psText.resize(size);
+    documents_.clear();
+    tables_ = {};
 }
 
 }  // namespace velmor

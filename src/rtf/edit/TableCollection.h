@@ -31,6 +31,10 @@ public:
     // `mark` occurs neither in the text nor in anything that will be stored.
     explicit TableCollection(char16_t mark) : mark_(mark) {}
 
+    // Such a mark for a text: a noncharacter, or a private or unassigned unit if the text contains those. Nothing when
+    // the text contains all of them.
+    static std::optional<char16_t> unusedMark(std::u16string_view text);
+
     char16_t mark() const noexcept { return mark_; }
 
     // ---- The lifted documents, in order. References stay valid.
@@ -59,18 +63,18 @@ public:
     // ---- Putting back.
 
     // Replaces every placeholder, at every depth, by its entry; the collection is empty afterwards. Linear in
-    // the result, no recursion. An entry within itself is left out.
+    // the result, no recursion. An entry within itself is left out. Works in the memory that the text had before
+    // documents were lifted, if that is enough. Raises std::length_error beyond the limit of a string builder, or
+    // std::bad_alloc; the text is then unchanged.
     void expand(std::u16string& psText);
 
 private:
     static constexpr std::size_t tableCount = 5;
 
+    class Parts;
+
     std::u16string placeholderOf(std::size_t number) const;
-    std::u16string* entry(std::size_t number) noexcept;
-    bool usesEachOnce(std::u16string_view text) const;
-    template <typename Write, typename Written>
-    void writeExpanded(std::u16string_view from, Write write, Written written);
-    void expandInPlace(std::u16string& psText, std::size_t added);
+    const std::u16string* entry(std::size_t number) const noexcept;
 
     char16_t mark_;
     std::deque<Document> documents_;

@@ -11,30 +11,6 @@ namespace {
 
 using Traits = std::char_traits<char16_t>;
 
-// The target of a changed text: the same text, before the unread part.
-class InPlace {
-public:
-    explicit InPlace(char16_t* start) noexcept : start_(start), end_(start) {}
-
-    std::u16string_view written() const noexcept { return {start_, static_cast<std::size_t>(end_ - start_)}; }
-    void put(std::u16string_view text) noexcept { end_ = Traits::move(end_, text.data(), text.size()) + text.size(); }
-
-private:
-    char16_t* start_;
-    char16_t* end_;
-};
-
-class Appended {
-public:
-    explicit Appended(std::u16string& text) noexcept : text_(text) {}
-
-    std::u16string_view written() const noexcept { return text_; }
-    void put(std::u16string_view text) { text_.append(text); }
-
-private:
-    std::u16string& text_;
-};
-
 }  // namespace
 
 bool wordTakesIn(std::u16string_view text, char16_t next) noexcept {
@@ -50,6 +26,19 @@ bool wordTakesIn(std::u16string_view text, char16_t next) noexcept {
     while (letters > first && isLetter(text[letters - 1])) --letters;
     const bool isWord = letters != at && letters > first && text[letters - 1] == u'\\' && !isEscaped(text, letters - 1);
     return isWord && (next == u' ' || isDecimalDigit(next) || !hasNumber);
+}
+
+void makeRoomBefore(std::u16string& text, std::size_t length) {
+    if (length == 0) return;
+    const std::size_t old = text.size();
+    if (length <= text.capacity() - old) {
+        text.resize(old + length);
+        Traits::move(text.data() + length, text.data(), old);
+    } else {
+        std::u16string moved;
+        moved.reserve(old + length);
+        text = std::move(moved.append(length, u' ').append(text));
+    }
 }
 
 void TextEdits::order() {
@@ -84,45 +73,44 @@ TextEdits::Growth TextEdits::growth(std::size_t length) const noexcept {
     return result;
 }
 
-template <typename Target>
-void TextEdits::write(std::u16string_view from, Target& target) const {
+// Writes the changed text, and returns its length. The target may precede `from` in the same memory.
+std::size_t TextEdits::write(std::u16string_view from, char16_t* target) const {
+    std::size_t written = 0;
+    const auto put = [&](std::u16string_view text) {
+        Traits::move(target + written, text.data(), text.size());
+        written += text.size();
+    };
     std::size_t at = 0;
     bool apart = false;
     const auto writeRest = [&](std::size_t end) {
         if (at == end) return;
-        if (apart && wordTakesIn(target.written(), from[at])) target.put(u" ");
+        if (apart && wordTakesIn({target, written}, from[at])) put(u" ");
         apart = false;
-        target.put(from.substr(at, end - at));
+        put(from.substr(at, end - at));
     };
     for (const Edit& edit : edits_) {
         writeRest(edit.begin);
-        if (edit.length != 0) target.put({edit.text, edit.length});
+        if (edit.length != 0) put({edit.text, edit.length});
         if (edit.seam != Seam::plain || edit.length != 0) apart = edit.seam == Seam::apart;
         at = edit.end;
     }
     writeRest(from.size());
+    return written;
 }
 
 void TextEdits::apply(std::u16string& text) {
     if (edits_.empty()) return;
     order();
     const Growth growth = this->growth(text.size());
-    const std::size_t length = text.size();
     if (growth.length > privStrCat::maximumLength) throw std::length_error("TextEdits");
-    if (!copiesParts_ && growth.lead <= text.capacity() - length) {
-        if (growth.lead != 0) {
-            text.resize(length + growth.lead);
-            Traits::move(text.data() + growth.lead, text.data(), length);
-        }
-        InPlace target(text.data());
-        write({text.data() + growth.lead, length}, target);
-        text.resize(target.written().size());
-    } else {
-        std::u16string changed;
-        changed.reserve(growth.length);
-        Appended target(changed);
-        write(text, target);
+    if (copiesParts_) {
+        std::u16string changed(growth.length, u' ');
+        changed.resize(write(text, changed.data()));
         text = std::move(changed);
+    } else {
+        const std::size_t length = text.size();
+        makeRoomBefore(text, growth.lead);
+        text.resize(write({text.data() + growth.lead, length}, text.data()));
     }
     edits_.clear();
     kept_.clear();

@@ -12,9 +12,9 @@
 namespace velmor {
 
 // Collects changes of a text by their places in the unchanged text (0-based), then makes all of them in one
-// pass: in place if the text's capacity is sufficient, else in a new text of the right size. Changes are added
-// in any order; ascending order costs least. At one place insertions precede replacements, in the order of
-// adding. A change that begins in a range which another one replaces is lost.
+// pass: in place if the text's capacity is sufficient, else in new memory. Changes are added in any order;
+// ascending order costs least. At one place insertions precede replacements, in the order of adding. A change
+// that begins in a range which another one replaces is lost.
 class TextEdits {
 public:
     bool empty() const noexcept { return edits_.empty(); }
@@ -101,13 +101,15 @@ private:
     };
 
     Growth growth(std::size_t length) const noexcept;
-    template <typename Target>
-    void write(std::u16string_view from, Target& target) const;
+    std::size_t write(std::u16string_view from, char16_t* target) const;
 
     std::vector<Edit> edits_;
     std::deque<std::u16string> kept_;
     bool copiesParts_ = false;
 };
+
+// Moves the text `length` units to the right, in its own memory if that is enough. The units before it are undefined.
+void makeRoomBefore(std::u16string& text, std::size_t length);
 
 // True when `next` after the text would be a part of the text's last control word, or the blank that ends it.
 bool wordTakesIn(std::u16string_view text, char16_t next) noexcept;
