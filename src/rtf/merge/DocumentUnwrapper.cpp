@@ -97,49 +97,45 @@ void DocumentUnwrapper::takeHex(std::size_t index) {
 }
 
 void DocumentUnwrapper::takeWord(const ControlWord& word) {
+    static const WordSet words(
+        {WordTrait::documentWord, WordTrait::endsParagraph},
+        {Word::f, Word::intbl, Word::itap, Word::pard, Word::plain, Word::trowd, Word::u, Word::uc});
+    const WordMeaning meaning = words.mayHold(text_, word.begin) ? meaningOf(word.letters) : WordMeaning{};
     Group& group = groups_.back();
-    takeParagraphWord(word);
+    takeParagraphWord(word, meaning);
     if (skipped_ > 0) {
         --skipped_;
-    } else if (word.letters == u"u") {
+    } else if (meaning.word == Word::u) {
         skipped_ = std::clamp(group.fallback, 0, 255);
-    } else if (word.letters == u"uc") {
+    } else if (meaning.word == Word::uc) {
         group.fallback = numberOf(word.number);
-    } else if (word.letters == u"f") {
+    } else if (meaning.word == Word::f) {
         group.font = numberOf(word.number);
-    } else if (word.letters == u"plain") {
+    } else if (meaning.word == Word::plain) {
         group.font = hostFont_;
     } else if (documents_.empty()) {
         if (word.letters == u"deff") hostFont_ = numberOf(word.number);
-    } else {
-        if (documents_.back().depth + 1 == groups_.size()) takeHeaderWord(word);
+    } else if (meaning.is(WordTrait::documentWord) && documents_.back().depth + 1 == groups_.size()) {
+        takeHeaderWord(word);
     }
 }
 
 void DocumentUnwrapper::takeHeaderWord(const ControlWord& word) {
-    if (!wordIs(WordTrait::documentWord, word.letters)) return;
     if (const std::int32_t page = codePageNamedBy(word)) documents_.back().page = findCodePage(page);
     edits_.cut(word.begin, endWithBlank(text_, word));
 }
 
 // ---- Paragraphs
 
-void DocumentUnwrapper::takeParagraphWord(const ControlWord& word) {
+void DocumentUnwrapper::takeParagraphWord(const ControlWord& word, WordMeaning meaning) {
     Group& group = groups_.back();
-    const WordMeaning meaning = meaningOf(word.letters);
+    group.level.take(word, meaning.word);
     if (meaning.is(WordTrait::endsParagraph)) {
         beginDocuments(word, meaning.word != Word::par && meaning.word != Word::sect);
         group.paragraph = word.end;
-        if (meaning.word == Word::row) group.inRow = false;
     } else if (meaning.word == Word::trowd) {
         beginDocuments(word, true);
-        group.inRow = true;
-    } else if (meaning.word == Word::intbl) {
-        group.level = std::max(group.level, 1);
-    } else if (meaning.word == Word::itap) {
-        group.level = word.number.empty() ? 1 : numberOf(word.number);
     } else if (meaning.word == Word::pard) {
-        group.level = 0;
         keepInTable(word);
     }
 }
@@ -160,9 +156,9 @@ void DocumentUnwrapper::beginDocuments(const ControlWord& word, bool row) {
 // The paragraphs of a document in a cell stay there.
 void DocumentUnwrapper::keepInTable(const ControlWord& word) {
     if (documents_.empty() || documents_.back().story != groups_.back().story) return;
-    const std::int32_t level = documents_.back().level;
+    const Level level = documents_.back().level;
     if (level == 0 || saysTable(text_, word.end)) return;
-    groups_.back().level = level;
+    groups_.back().level.paragraph = level;
     std::u16string words = u"\\intbl";
     if (level > 1) words += u"\\itap" + decimal(level);
     edits_.replaceVal(word.end, word.end, std::move(words));
@@ -208,7 +204,7 @@ void DocumentUnwrapper::openDocument(std::size_t index) {
     document.edits = edits_.size();
     document.story = around.story;
     document.paragraph = around.paragraph;
-    document.level = around.inRow ? std::max(around.level, 1) : around.level;
+    document.level = std::max(around.level.paragraph, Level{around.level.rowBegun});
     if (word.letters.size() != 3) return;
     // The document begins with the default number of fallback characters; it may rely on it.
     const std::u16string_view counted = around.fallback == Group{}.fallback ? u"" : u"\\uc1";
@@ -228,7 +224,7 @@ void DocumentUnwrapper::closeGroup() {
         groups_.pop_back();
         if (closed.story == groups_.back().story) {
             groups_.back().paragraph = closed.paragraph;
-            groups_.back().inRow = closed.inRow;
+            groups_.back().level.rowBegun = closed.level.rowBegun;
         }
     }
     if (documents_.empty() || documents_.back().depth != groups_.size()) return;

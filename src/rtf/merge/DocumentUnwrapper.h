@@ -9,6 +9,7 @@
 #include "rtf/edit/TextEdits.h"
 #include "rtf/read/CodePages.h"
 #include "rtf/read/RtfReader.h"
+#include "rtf/read/TableLevel.h"
 
 namespace velmor {
 
@@ -30,26 +31,26 @@ private:
         std::u16string counted;     // the text that replaces the word
         std::uint32_t story = 0;    // of the paragraph around it
         std::size_t paragraph = 0;  // the begin of that paragraph
-        std::int32_t level = 0;     // and its level
+        Level level = 0;            // and its level
         bool begun = false;         // its first paragraph or row has begun
         bool endsParagraph = false;
     };
 
-    // The state that RTF restores after a group; its last two members continue after a group of the same story.
+    // The state that RTF restores after a group. The paragraph, and the row around it, go on after a group of the same
+    // story.
     struct Group {
         std::int32_t font = -1;
         std::int32_t fallback = 1;  // fallback units of one \u
         std::uint32_t story = 0;    // texts with paragraphs of their own: the body, a footnote, ...
-        std::int32_t level = 0;     // of the paragraph: 1 in a table, 2 in a table in that
-        std::size_t paragraph = 0;  // its begin
-        bool inRow = false;
+        std::size_t paragraph = 0;  // the begin of the current one
+        TableLevel level;           // and its level
     };
 
     std::size_t takeBackslash(std::size_t index);
     void takeHex(std::size_t index);
     void takeWord(const ControlWord& word);
     void takeHeaderWord(const ControlWord& word);
-    void takeParagraphWord(const ControlWord& word);
+    void takeParagraphWord(const ControlWord& word, WordMeaning meaning);
     void beginDocuments(const ControlWord& word, bool row);
     void keepInTable(const ControlWord& word);
     std::size_t openGroup(std::size_t index);

@@ -200,6 +200,10 @@ public:
 
     // Leaves out what precedes the index.
     void goOnAt(std::size_t index) noexcept { at_ = index; }
+    // Reads what begins before another limit.
+    void limitTo(std::size_t limit) noexcept { limit_ = limit < text_.size() ? limit : text_.size(); }
+    // The index at which reading goes on. It may exceed the limit.
+    std::size_t at() const noexcept { return at_; }
 
     std::u16string_view text() const noexcept { return text_; }
     std::size_t position() const noexcept { return position_; }

@@ -60,6 +60,8 @@ enum class Word : std::uint8_t {
     trkeep,
     trowd,
     ts,
+    u,
+    uc,
     yts,
 };
 

@@ -1,43 +1,32 @@
 #include "rtf/tables/ApartGroups.h"
 
-#include <algorithm>
-
-#include "rtf/read/RtfReader.h"
-
 namespace velmor {
 namespace {
 
-constexpr std::size_t none = static_cast<std::size_t>(-1);
-
-bool isBefore(const TextRange& group, std::size_t word) noexcept {
-    return group.begin < word;
+// The first word of the group that begins with the brace, if its paragraphs are separate; else 0.
+std::size_t firstWordOfApartGroup(std::u16string_view text, std::size_t brace) noexcept {
+    const std::size_t word = brace + (standsAt(text, brace + 1, u"\\*") ? 3 : 1);
+    return standsAt(text, word, u"\\") && wordIs(WordTrait::apartGroup, readWord(text, word).letters) ? word : 0;
 }
 
 }  // namespace
 
-std::size_t ApartGroups::closingBrace(std::size_t word) {
-    if (!isFound_) find();
-    const auto found = std::lower_bound(groups_.begin(), groups_.end(), word, isBefore);
-    return found == groups_.end() || found->begin != word ? 0 : found->end;
-}
-
-void ApartGroups::find() {
-    isFound_ = true;
-    std::vector<std::size_t> open;  // indices of groups, or none for other groups
-    RtfReader braces(text_, 0, text_.size(), true);
-    while (braces.nextBrace()) {
-        const std::size_t index = braces.position();
+std::vector<TextRange> findApartGroups(std::u16string_view text) {
+    constexpr std::size_t other = static_cast<std::size_t>(-1);
+    std::vector<TextRange> groups;
+    std::vector<std::size_t> open;  // indices in groups
+    for (RtfReader braces(text, 0, text.size(), true); braces.nextBrace();) {
         if (braces.opens()) {
-            const std::size_t word = index + (standsAt(text_, index + 1, u"\\*") ? 3 : 1);
-            const bool isApart =
-                standsAt(text_, word, u"\\") && wordIs(WordTrait::apartGroup, readWord(text_, word).letters);
-            open.push_back(isApart ? groups_.size() : none);
-            if (isApart) groups_.push_back({word, 0});
+            const std::size_t word = firstWordOfApartGroup(text, braces.position());
+            open.push_back(word != 0 ? groups.size() : other);
+            if (word != 0) groups.push_back({word, 0});
         } else if (!open.empty()) {
-            if (open.back() != none) groups_[open.back()].end = index;
+            if (open.back() != other) groups[open.back()].end = braces.position();
             open.pop_back();
         }
     }
+    std::erase_if(groups, [](const TextRange& group) { return group.end == 0; });
+    return groups;
 }
 
 }  // namespace velmor

@@ -8,22 +8,9 @@
 
 namespace velmor {
 
-// Groups whose paragraphs are separate from those around them: footnotes, headers, footers, text boxes, and
-// groups that only readers without nested tables read. Found in one pass on first use.
-class ApartGroups {
-public:
-    explicit ApartGroups(std::u16string_view text) noexcept : text_(text) {}
-
-    // The closing brace of the group that begins with the word at the index, with or without "\*"; 0 without
-    // such a group or brace.
-    std::size_t closingBrace(std::size_t word);
-
-private:
-    void find();
-
-    std::u16string_view text_;
-    std::vector<TextRange> groups_;  // from the first word to the closing brace, ascending
-    bool isFound_ = false;
-};
+// The groups whose paragraphs are separate from those around them: footnotes, headers, footers, text boxes, and
+// groups that only readers without nested tables read. Each range begins with the group's first word, with or without
+// "\*" before it, and ends with the closing brace; groups without one are left out. Ascending. One pass.
+std::vector<TextRange> findApartGroups(std::u16string_view text);
 
 }  // namespace velmor

@@ -1,12 +1,12 @@
 #include "rtf/tables/LooseTables.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <string_view>
 #include <vector>
 
 #include "rtf/read/ParagraphText.h"
 #include "rtf/read/RtfReader.h"
+#include "rtf/read/TableLevel.h"
 #include "rtf/tables/MarkerInsertion.h"
 #include "rtf/tables/MarkerPairs.h"
 #include "rtf/tables/TableWords.h"
@@ -15,9 +15,7 @@
 namespace velmor {
 namespace {
 
-using Level = std::uint32_t;
-
-enum class Kind : std::uint8_t { document, pair, apart };
+enum class Kind { document, pair, apart };
 
 // A run of paragraphs of a level or deeper.
 struct Run {
@@ -34,21 +32,19 @@ struct Story {
     bool inRow = false;         // of the story around it
     bool first = true;          // the first paragraph has not begun; `paragraph` is the begin of the story
     std::size_t paragraph = 0;  // the begin of the current paragraph
-    Level level = 0;
-    Level cellLevel = 0;  // of the last nested cell; 0 if none follows the outer cell
-    bool rowBegun = false;
+    TableLevel level;
     bool hasTables = false;
     bool holdsTables = false;       // of documents, in its current table
     std::vector<Run> runs;          // each deeper than the one before
     std::vector<TextRange> tables;  // from the current outer one, inner ones first
 
-    bool isInRow() const noexcept { return rowBegun || level > 0; }
+    bool isInRow() const noexcept { return level.rowBegun || level.paragraph > 0; }
 };
 
 class LooseTableFinder {
 public:
     LooseTableFinder(std::u16string_view text, bool tolerant, std::vector<TextRange>& found)
-        : text_(text), tolerant_(tolerant), found_(found) {
+        : text_(text), tolerant_(tolerant), found_(found), reader_(text, 0, 0, true) {
         open(Kind::apart, 0);
     }
 
@@ -72,9 +68,9 @@ private:
     void open(Kind kind, std::size_t begin);
     void close();
 
-    bool take(std::size_t index);
+    void take(const ControlWord& word);
     void takeTableWord(const ControlWord& word, Word meaning);
-    void takeRow(const ControlWord& word);
+    void endRow(const ControlWord& word, bool isNested);
     void takeApartText(std::size_t index);
     void beginParagraph(std::size_t index);
     void endParagraph(Level level, const ControlWord& word);
@@ -85,47 +81,40 @@ private:
     std::u16string_view text_;
     bool tolerant_;
     std::vector<TextRange>& found_;
+    RtfReader reader_;  // the data of \bin is no text in either manner
     std::vector<Story> stories_;
-    std::size_t depth_ = 0;
     std::size_t brace_ = 0;  // the last one that opened a group
-    std::size_t at_ = 0;
 };
 
 // ---- Stories
 
 void LooseTableFinder::readUpTo(std::size_t limit) {
-    while (at_ < limit) {
-        RtfReader scanner(text_, at_, limit);
-        at_ = limit;
-        while (scanner.next()) {
-            const std::size_t index = scanner.position();
-            if (text_[index] == u'{') {
-                openBrace(index);
-            } else if (text_[index] == u'}') {
-                depth_ -= depth_ > 0;
-                closeGroups();
-            } else if (tables::levelWords.mayHold(text_, index) && take(index)) {
-                break;
-            }
+    reader_.limitTo(limit);
+    while (reader_.next()) {
+        if (reader_.opens()) {
+            openBrace(reader_.position());
+        } else if (reader_.closes()) {
+            closeGroups();
+        } else if (tables::levelWords.mayHold(text_, reader_.position())) {
+            take(reader_.word());
         }
     }
 }
 
 void LooseTableFinder::openBrace(std::size_t index) {
-    ++depth_;
     brace_ = index;
     if (documentStandsAt(text_, index)) open(Kind::document, readWord(text_, index + 1).end);
 }
 
 void LooseTableFinder::closeGroups() {
-    while (stories_.size() > 1 && story().kind != Kind::pair && story().depth > depth_) close();
+    while (stories_.size() > 1 && story().kind != Kind::pair && story().depth > reader_.depth()) close();
 }
 
 void LooseTableFinder::enterPair(const PairedMarker& marker) {
-    // Outside of a row it is a table of the story's own level.
+    // Outside of a row the pair is a table of the story's own level.
     if (!story().isInRow()) endTable();
     open(Kind::pair, marker.end);
-    at_ = marker.end;
+    reader_.goOnAt(marker.end);
 }
 
 void LooseTableFinder::leavePair(const PairedMarker& marker) {
@@ -134,13 +123,13 @@ void LooseTableFinder::leavePair(const PairedMarker& marker) {
     close();
     closeGroups();
     if (!inRow) story().paragraph = skipClosingBraces(text_, marker.end);
-    at_ = marker.end;
+    reader_.goOnAt(marker.end);
 }
 
 void LooseTableFinder::open(Kind kind, std::size_t begin) {
     Story opened;
     opened.kind = kind;
-    opened.depth = depth_;
+    opened.depth = reader_.depth();
     opened.paragraph = begin;
     if (!stories_.empty() && kind != Kind::apart) {
         beginParagraph(begin);
@@ -162,76 +151,37 @@ void LooseTableFinder::close() {
 
 // ---- Words
 
-// True when reading continues at at_.
-bool LooseTableFinder::take(std::size_t index) {
-    const ControlWord word = readWord(text_, index);
+void LooseTableFinder::take(const ControlWord& word) {
     const WordMeaning meaning = meaningOf(word.letters);
-    if (!tables::levelWords.holds(meaning)) return false;
-    if (meaning.word == Word::bin) {
-        at_ = skipEscape(text_, index);
-        return true;
-    }
     if (meaning.is(WordTrait::apartGroup)) {
-        takeApartText(index);
-    } else {
+        takeApartText(word.begin);
+    } else if (tables::levelWords.holds(meaning)) {
         takeTableWord(word, meaning.word);
     }
-    return false;
 }
 
 void LooseTableFinder::takeTableWord(const ControlWord& word, Word meaning) {
-    const bool isNested = meaning == Word::trowd && tables::isNestedDefinition(text_, word.begin);
-    if (!isNested) beginParagraph(word.begin);
-    Story& in = story();
-    switch (meaning) {
-        case Word::cell:
-            in.cellLevel = 0;
-            in.rowBegun = true;
-            return endParagraph(1, word);
-        case Word::nestcell:
-            in.cellLevel = std::max(in.level, Level{2});
-            return endParagraph(in.cellLevel, word);
-        case Word::row:
-        case Word::nestrow:
-            return takeRow(word);
-        case Word::trowd:
-            in.rowBegun |= !isNested;
-            return;
-        case Word::intbl:
-            in.level = std::max(in.level, Level{1});
-            return;
-        case Word::itap:
-            in.level = tables::levelOf(word);
-            return;
-        case Word::pard:
-            in.level = 0;
-            return;
-        case Word::par:
-            return endParagraph(std::max(in.level, Level{in.rowBegun}), word);
-        default:
-            return;
-    }
+    if (meaning == Word::trowd && tables::isNestedDefinition(text_, word.begin)) return;
+    beginParagraph(word.begin);
+    if (const auto level = story().level.take(word, meaning)) endParagraph(*level, word);
+    if (meaning == Word::cell) story().level.rowBegun = true;  // its definition may follow
+    if (meaning == Word::row || meaning == Word::nestrow) endRow(word, meaning == Word::nestrow);
 }
 
-void LooseTableFinder::takeRow(const ControlWord& word) {
-    Story& in = story();
-    const bool isNested = word.letters == u"nestrow";
-    const Level nestedLevel = in.cellLevel != 0 ? in.cellLevel : std::max(in.level, Level{2});
-    endParagraph(isNested ? nestedLevel : 1, word);
-    std::size_t end = word.end + standsAt(text_, word.end, u" ");
+void LooseTableFinder::endRow(const ControlWord& word, bool isNested) {
+    std::size_t end = endWithBlank(text_, word);
     if (isNested) {
         const std::size_t brace = skipWhiteSpace(text_, end);
         if (standsAt(text_, brace, u"}")) end = brace + 1;
     } else {
-        in.rowBegun = false;
-        in.level = in.cellLevel = 0;
+        story().level = {};
     }
-    if (!in.runs.empty()) in.runs.back().end = end;
+    if (!story().runs.empty()) story().runs.back().end = end;
 }
 
 void LooseTableFinder::takeApartText(std::size_t index) {
     const bool beginsGroup = index == brace_ + 1 || (index == brace_ + 3 && standsAt(text_, brace_ + 1, u"\\*"));
-    if (depth_ > 0 && beginsGroup) open(Kind::apart, index);
+    if (reader_.depth() > 0 && beginsGroup) open(Kind::apart, index);
 }
 
 // ---- Paragraphs
@@ -246,18 +196,12 @@ void LooseTableFinder::beginParagraph(std::size_t index) {
 
 void LooseTableFinder::endParagraph(Level level, const ControlWord& word) {
     extendRuns(level);
-    story().paragraph = skipClosingBraces(text_, word.end + standsAt(text_, word.end, u" "));
+    story().paragraph = skipClosingBraces(text_, endWithBlank(text_, word));
 }
 
 void LooseTableFinder::extendRuns(Level level) {
-    Story& in = story();
     if (level == 0) return endTable();
-    std::size_t begin = in.paragraph;
-    for (; !in.runs.empty() && in.runs.back().level > level; in.runs.pop_back()) {
-        begin = in.runs.back().begin;
-        endRun(in.runs.back());
-    }
-    if (in.runs.empty() || in.runs.back().level < level) in.runs.push_back({level, begin});
+    tables::continueRuns(story().runs, level, story().paragraph, [&](const Run& run) { endRun(run); });
 }
 
 void LooseTableFinder::endRun(const Run& run) {

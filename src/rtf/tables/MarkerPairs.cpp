@@ -18,7 +18,7 @@ struct Marker {
     std::size_t end;
     bool isStart;
     std::u16string_view identity;
-    std::size_t sameNext = nowhere;  // the next end marker with the identifier
+    std::size_t tableEnd = nowhere;  // the begin of the next end marker with the identifier
 };
 
 std::optional<Marker> markerAt(std::u16string_view text, std::size_t index) {
@@ -45,38 +45,22 @@ std::vector<Marker> findMarkers(std::u16string_view text, bool tolerant) {
     return markers;
 }
 
-// The end markers of each identifier, for requests from left to right.
-class EndMarkers {
-public:
-    explicit EndMarkers(std::vector<Marker>& markers) : markers_(markers) {
-        for (std::size_t i = markers.size(); i-- > 0;) {
-            if (markers[i].isStart) continue;
-            const auto [first, isNew] = first_.try_emplace(markers[i].identity, i);
-            if (isNew) continue;
-            markers[i].sameNext = first->second;
-            first->second = i;
+void findTableEnds(std::vector<Marker>& markers) {
+    std::unordered_map<std::u16string_view, std::size_t> ends;
+    for (auto marker = markers.rbegin(); marker != markers.rend(); ++marker) {
+        if (!marker->isStart) {
+            ends[marker->identity] = marker->begin;
+        } else if (const auto end = ends.find(marker->identity); end != ends.end()) {
+            marker->tableEnd = end->second;
         }
     }
-
-    // The first end marker after a start marker; nowhere without one.
-    std::size_t behind(const Marker& start) {
-        const auto found = first_.find(start.identity);
-        if (found == first_.end()) return nowhere;
-        std::size_t& end = found->second;
-        while (end != nowhere && markers_[end].begin < start.end) end = markers_[end].sameNext;
-        return end == nowhere ? nowhere : markers_[end].begin;
-    }
-
-private:
-    const std::vector<Marker>& markers_;
-    std::unordered_map<std::u16string_view, std::size_t> first_;
-};
+}
 
 }  // namespace
 
 std::vector<PairedMarker> findMarkerPairs(std::u16string_view text, bool tolerant) {
     std::vector<Marker> markers = findMarkers(text, tolerant);
-    EndMarkers ends(markers);
+    findTableEnds(markers);
     std::vector<PairedMarker> paired;
     std::vector<std::size_t> open{text.size()};  // the ends of the tables around the marker
     std::size_t passOver = 0;                    // end of the skipped text
@@ -85,10 +69,9 @@ std::vector<PairedMarker> findMarkerPairs(std::u16string_view text, bool toleran
             open.pop_back();
             paired.push_back({marker.begin, marker.end, false, marker.begin});
         } else if (marker.isStart && marker.begin >= passOver) {
-            const std::size_t end = ends.behind(marker);
-            if (end < open.back()) {
-                open.push_back(end);
-                paired.push_back({marker.begin, marker.end, true, end});
+            if (marker.tableEnd < open.back()) {
+                open.push_back(marker.tableEnd);
+                paired.push_back({marker.begin, marker.end, true, marker.tableEnd});
             } else if (!tolerant) {
                 passOver = open.back();
             }

@@ -1,22 +1,20 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <string_view>
 #include <vector>
 
 #include "rtf/read/RtfReader.h"
-#include "rtf/tables/TableWords.h"
+#include "rtf/read/TableLevel.h"
 
 namespace velmor {
 
 // Finds the nested tables in an outer table, by the levels of its paragraphs. It gets the table's words and
 // braces from left to right. Time is linear, memory grows with the depth of nesting only.
 //
-// A paragraph's level is its \itap number, or 1; one that ends a nested cell is at least of level 2, one that ends an
-// outer cell or row of level 1. A nested table has a first row "\nesttableprops", "\trowd" and "\irow0"; it begins with
-// the first of the unbroken run of paragraphs of its level or deeper, but after the table that ended before it on its
-// level, and ends after the brace of its row that has "\lastrow". Without one it is not marked.
+// A nested table has a first row "\nesttableprops", "\trowd" and "\irow0"; it begins with the first of the unbroken run
+// of paragraphs of its level or deeper, but after the table that ended before it on its level, and ends after the brace
+// of its row that has "\lastrow". Without one it is not marked.
 class NestedTableFinder {
 public:
     // Appends to `found`, inner tables before outer ones.
@@ -25,7 +23,7 @@ public:
     // A new range begins; tables that began before it are forgotten.
     void begin(std::size_t index);
 
-    void take(Word word, std::size_t index);
+    void take(const ControlWord& word, Word meaning);
     void openBrace() noexcept { ++depth_; }
     void closeBrace(std::size_t index);
 
@@ -33,29 +31,26 @@ public:
     bool needsBraces() const noexcept { return inRow_ || skipping_; }
 
 private:
-    using Level = std::uint32_t;
+    static constexpr std::size_t none = static_cast<std::size_t>(-1);
 
     // An unbroken run of paragraphs of `level` or deeper.
     struct Run {
         Level level;
         std::size_t begin;
-        std::size_t table;      // the begin of the level's next table
-        bool tableSet = true;   // false after a table, until the next paragraph
-        bool firstRow = false;  // the table's first row was seen
+        std::size_t table = none;  // the begin of the level's next table; none after a table, until a paragraph follows
+        bool firstRow = false;     // the table's first row was seen
     };
 
     void endParagraph(Level level, std::size_t next);
     void finishRow(std::size_t next);
     void extendRuns(Level level);
-    void completeTable(Run& run, std::size_t end);
 
     std::u16string_view text_;
     std::vector<TextRange>& found_;
     std::vector<Run> runs_;
     std::size_t paragraph_ = 0;  // the begin of the current paragraph
-    Level level_ = 1;            // in force
-    Level cellLevel_ = 0;        // of the last nested cell; 0 if none follows the outer cell
-    std::ptrdiff_t depth_ = 0;   // of the given braces
+    TableLevel level_;
+    std::ptrdiff_t depth_ = 0;  // of the given braces
 
     bool inRow_ = false;  // in the properties of a nested row, which end before the paragraph does
     bool rowIsFirst_ = false;

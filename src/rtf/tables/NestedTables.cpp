@@ -1,6 +1,7 @@
 #include "rtf/tables/NestedTables.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -72,7 +73,8 @@ struct Open {
 // Reads the text once, from left to right, and collects the changes.
 class Conversion {
 public:
-    Conversion(std::u16string_view text, bool tolerant) : text_(text), tolerant_(tolerant), apartGroups_(text) {}
+    Conversion(std::u16string_view text, bool tolerant)
+        : text_(text), tolerant_(tolerant), reader_(text, 0, 0, tolerant) {}
 
     TextEdits collect() {
         for (const PairedMarker& marker : findMarkerPairs(text_, tolerant_)) {
@@ -86,20 +88,21 @@ private:
     // ---- Pairs
 
     void readUpTo(std::size_t limit);
+    void leaveOut(std::size_t limit);
     void enter(const PairedMarker& marker);
     void leave(const PairedMarker& marker);
     void prepareForTable(std::size_t index);
     Open* outerTable() { return open_.empty() || !open_.back().isTable() ? nullptr : &open_.back(); }
 
-    // ---- Words. A word may move at_ past itself; then reading continues there.
+    // ---- Words
 
-    bool take(std::size_t index, std::size_t limit);
+    void take(const ControlWord& word, std::size_t limit);
     void takeCell(const ControlWord& word);
     void takeInTable(const ControlWord& word);
     void takeLevel(const ControlWord& word);
     void takeParagraphDefaults(const ControlWord& word);
-    bool takeDefinition(std::size_t index, std::size_t limit);
-    bool takeApartText(const ControlWord& word);
+    void takeDefinition(std::size_t index, std::size_t limit);
+    void takeApartText(const ControlWord& word);
     void takeRow(const ControlWord& word);
     std::size_t definitionOfRow();
     void nestRow(const ControlWord& word, const RowDefinition* definition);
@@ -115,30 +118,37 @@ private:
 
     std::u16string_view text_;
     bool tolerant_;
-    ApartGroups apartGroups_;
+    RtfReader reader_;
+    std::optional<std::vector<TextRange>> apartGroups_;  // found on first use
+    std::size_t nextApartGroup_ = 0;
     TextEdits edits_;
     std::vector<Open> open_;
     std::vector<Definition> definitions_;
     std::vector<std::size_t> paragraphPlaces_;  // after \par and \pard, since the last \intbl or pair
     std::size_t repeats_ = 64 * text_.size();   // remaining units for repeated definitions
-    std::size_t at_ = 0;
 };
 
 // ---- Pairs
 
 void Conversion::readUpTo(std::size_t limit) {
-    while (at_ < limit) {
-        if (open_.empty()) {
-            at_ = limit;
-        } else if (!open_.back().isTable()) {
-            at_ = std::min(limit, open_.back().end);
-            if (at_ == open_.back().end) open_.pop_back();
-        } else {
-            RtfReader scanner(text_, at_, limit);
-            at_ = limit;
-            while (scanner.nextWord() && !take(scanner.position(), limit)) {
-            }
+    reader_.limitTo(limit);
+    while (reader_.at() < limit) {
+        const bool isInTable = !open_.empty() && open_.back().isTable();
+        if (isInTable && reader_.nextWord()) {
+            if (tables::levelWords.mayHold(text_, reader_.position())) take(reader_.word(), limit);
+        } else if (!isInTable) {
+            leaveOut(limit);
         }
+    }
+}
+
+// The text outside of all tables, or of a group with separate paragraphs.
+void Conversion::leaveOut(std::size_t limit) {
+    if (!open_.empty() && open_.back().end < limit) {
+        reader_.goOnAt(open_.back().end);
+        open_.pop_back();
+    } else {
+        reader_.goOnAt(limit);
     }
 }
 
@@ -149,7 +159,7 @@ void Conversion::enter(const PairedMarker& marker) {
     const std::size_t level = outer == nullptr ? 1 : std::min(highestLevel, outer->level + 1);
     if (outer != nullptr) prepareForTable(marker.begin);
     paragraphPlaces_.clear();
-    at_ = marker.end;
+    reader_.goOnAt(marker.end);
     Open& table = open_.emplace_back(Open{marker.tableEnd, level, marker.end});
     if (table.isNested()) table.startPlace = edits_.reserve(marker.end);
 }
@@ -159,7 +169,7 @@ void Conversion::leave(const PairedMarker& marker) {
     for (const std::size_t place : paragraphPlaces_) edits_.fill(place, inTable(open_.back().level));
     paragraphPlaces_.clear();
     open_.pop_back();
-    at_ = marker.end;
+    reader_.goOnAt(marker.end);
     if (Open* outer = outerTable()) {
         beginParagraph(marker.end);
         outer->setUpPlace = edits_.reserve(afterBraces(marker.end));
@@ -178,10 +188,7 @@ void Conversion::prepareForTable(std::size_t index) {
 
 // ---- Words
 
-// True when at_ was moved.
-bool Conversion::take(std::size_t index, std::size_t limit) {
-    if (!tables::levelWords.mayHold(text_, index)) return false;
-    const ControlWord word = readWord(text_, index);
+void Conversion::take(const ControlWord& word, std::size_t limit) {
     const WordMeaning meaning = meaningOf(word.letters);
     switch (meaning.word) {
         case Word::cell:
@@ -193,7 +200,8 @@ bool Conversion::take(std::size_t index, std::size_t limit) {
             takeRow(word);
             break;
         case Word::trowd:
-            return takeDefinition(index, limit);
+            takeDefinition(word.begin, limit);
+            break;
         case Word::intbl:
             takeInTable(word);
             break;
@@ -212,14 +220,9 @@ bool Conversion::take(std::size_t index, std::size_t limit) {
         case Word::pard:
             takeParagraphDefaults(word);
             break;
-        case Word::bin:
-            if (!tolerant_) break;
-            at_ = skipEscape(text_, index);
-            return true;
         default:
-            return meaning.is(WordTrait::apartGroup) && takeApartText(word);
+            if (meaning.is(WordTrait::apartGroup)) takeApartText(word);
     }
-    return false;
 }
 
 void Conversion::takeCell(const ControlWord& word) {
@@ -265,27 +268,27 @@ void Conversion::takeParagraphDefaults(const ControlWord& word) {
     paragraphPlaces_.push_back(table.defaultsPlace);
 }
 
-bool Conversion::takeDefinition(std::size_t index, std::size_t limit) {
+void Conversion::takeDefinition(std::size_t index, std::size_t limit) {
     Open& table = open_.back();
     table.inRow = true;
-    if (!table.isNested()) return false;
+    if (!table.isNested()) return;
     if (tables::isNestedDefinition(text_, index)) {
         table.nestedDefinition = index;
-        return false;
+        return;
     }
     const RowDefinition row = rowDefinitionAt(text_, index, limit);
     definitions_.push_back({row, edits_.reserve(index), table.definition});
     table.definition = definitions_.size() - 1;
-    at_ = row.range.end;
-    return true;
+    reader_.goOnAt(row.range.end);
 }
 
-bool Conversion::takeApartText(const ControlWord& word) {
-    const std::size_t end = apartGroups_.closingBrace(word.begin);
-    if (end == 0 || end > open_.back().end) return false;
-    at_ = word.end;
-    open_.push_back(Open{end, 0, word.end});
-    return true;
+void Conversion::takeApartText(const ControlWord& word) {
+    if (!apartGroups_) apartGroups_ = findApartGroups(text_);
+    std::size_t& next = nextApartGroup_;
+    while (next < apartGroups_->size() && (*apartGroups_)[next].begin < word.begin) ++next;
+    if (next == apartGroups_->size() || (*apartGroups_)[next].begin != word.begin) return;
+    const std::size_t end = (*apartGroups_)[next].end;
+    if (end <= open_.back().end) open_.push_back(Open{end, 0, word.end});
 }
 
 void Conversion::takeRow(const ControlWord& word) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <utility>
 
 #include "rtf/edit/TextEdits.h"
 #include "rtf/read/Module1.h"
@@ -50,29 +49,32 @@ std::size_t findTableStart(std::u16string_view text, std::size_t previousEnd, st
 const WordSet tableWords({}, {Word::cell, Word::itap, Word::korvane, Word::lastrow, Word::nestcell,
                               Word::nesttableprops, Word::nonesttables, Word::par, Word::pard, Word::row, Word::trowd});
 
-// In exact cleaning a word with such a beginning, and no other of these words, counts as that word.
-constexpr std::pair<std::u16string_view, Word> beginnings[] = {
-    {u"cell", Word::cell}, {u"korvane", Word::korvane}, {u"lastrow", Word::lastrow},
-    {u"row", Word::row},   {u"trowd", Word::trowd},
+struct TableWord {
+    Word meaning = Word::other;
+    ControlWord word;
 };
 
-Word tableWord(std::u16string_view letters) noexcept {
-    const WordMeaning meaning = meaningOf(letters);
-    if (tableWords.holds(meaning)) return meaning.word;
-    if (letters.starts_with(u"cellx")) return Word::other;
-    const auto found = std::find_if(std::begin(beginnings), std::end(beginnings),
-                                    [&](const auto& beginning) { return letters.starts_with(beginning.first); });
-    return found == std::end(beginnings) ? Word::other : found->second;
+// A word with such a beginning, and no other of these words, counts as that word.
+constexpr std::u16string_view beginnings[] = {u"cell", u"korvane", u"lastrow", u"row", u"trowd"};
+
+TableWord tableWord(ControlWord word) noexcept {
+    const WordMeaning meaning = meaningOf(word.letters);
+    if (tableWords.holds(meaning)) return {meaning.word, word};
+    if (word.letters.starts_with(u"cellx")) return {};
+    const auto begins = [&](std::u16string_view beginning) { return word.letters.starts_with(beginning); };
+    const auto* const found = std::find_if(std::begin(beginnings), std::end(beginnings), begins);
+    if (found == std::end(beginnings)) return {};
+    return {meaningOf(*found).word, {word.begin, *found, {}, word.begin + 1 + found->size()}};
 }
 
 // Moves to the next word that matters, or to the next brace if braces are wanted; false at the end.
-bool next(RtfReader& reader, bool braces, Word& word) noexcept {
+bool next(RtfReader& reader, bool braces, TableWord& word) noexcept {
     while (braces ? reader.next() : reader.nextWord()) {
-        word = Word::other;
+        word = {};
         if (reader.opens() || reader.closes()) return true;
         if (!tableWords.mayHold(reader.text(), reader.position())) continue;
-        word = tableWord(reader.word().letters);
-        if (word != Word::other) return true;
+        word = tableWord(reader.word());
+        if (word.meaning != Word::other) return true;
     }
     return false;
 }
@@ -122,15 +124,15 @@ std::size_t TableReader::read(std::size_t start) {
     rows_ = {};
     nested_.begin(start);
     RtfReader reader(text_, start, text_.size());
-    for (Word word; next(reader, nested_.needsBraces(), word);) {
+    for (TableWord read; next(reader, nested_.needsBraces(), read);) {
         const std::size_t index = reader.position();
         // The marker separates a definition at the begin of the table from the text before it.
-        if (index == start && word == Word::trowd) rows_.definition();
-        takeRowWord(text_, word, index, rows_);
-        if (word == Word::lastrow) {
+        if (index == start && read.meaning == Word::trowd) rows_.definition();
+        takeRowWord(text_, read.meaning, index, rows_);
+        if (read.meaning == Word::lastrow) {
             lastRowSeen_ = true;
             ++lastRows_;
-        } else if (word == Word::row && takeRow(start, index)) {
+        } else if (read.meaning == Word::row && takeRow(start, index)) {
             return changes_.tables.back().end;
         }
         if (reader.opens()) {
@@ -138,7 +140,7 @@ std::size_t TableReader::read(std::size_t start) {
         } else if (reader.closes()) {
             nested_.closeBrace(index);
         } else {
-            nested_.take(word, index);
+            nested_.take(read.word, read.meaning);
         }
     }
     changes_.cuts.resize(cuts);
@@ -199,11 +201,11 @@ void RemoveExtraTrowd(std::u16string& value, std::int32_t& plTableStart, std::in
     TextEdits edits;
     RowTrimmer rows;
     RtfReader reader(value, table.begin, table.end);
-    for (Word word; next(reader, false, word);) {
+    for (TableWord read; next(reader, false, read);) {
         const std::size_t index = reader.position();
-        if (word != Word::row) {
+        if (read.meaning != Word::row) {
             // A cell that begins with the range precedes the table.
-            if (word != Word::cell || index > table.begin) takeRowWord(value, word, index, rows);
+            if (read.meaning != Word::cell || index > table.begin) takeRowWord(value, read.meaning, index, rows);
         } else if (const auto cut = rows.row(index)) {
             edits.replace(cut->begin, cut->end, {});
         }

@@ -1,19 +1,16 @@
 #pragma once
 
+#include <vector>
+
 #include "rtf/read/RtfReader.h"
+#include "rtf/read/TableLevel.h"
 
 namespace velmor::tables {
 
 // The words that end, set up or number the paragraphs of tables, and the groups with separate paragraphs.
 inline const WordSet levelWords({WordTrait::apartGroup},
-                                {Word::bin, Word::cell, Word::intbl, Word::itap, Word::nestcell, Word::nestrow,
-                                 Word::par, Word::pard, Word::row, Word::sect, Word::trowd});
-
-// The level of a paragraph with the word \itap.
-inline std::uint32_t levelOf(const ControlWord& itap) noexcept {
-    if (itap.number.empty()) return 1;
-    return itap.number[0] == u'-' ? 0 : static_cast<std::uint32_t>(numberOf(itap.number));
-}
+                                {Word::cell, Word::intbl, Word::itap, Word::nestcell, Word::nestrow, Word::par,
+                                 Word::pard, Word::row, Word::sect, Word::trowd});
 
 // Whether a row begins at the index with "\trowd", white space or none, and "\irow0".
 inline bool firstRowStandsAt(std::u16string_view text, std::size_t index) noexcept {
@@ -27,6 +24,19 @@ inline bool isNestedDefinition(std::u16string_view text, std::size_t index) noex
     if (index < properties.size()) return false;
     index -= properties.size();
     return standsAt(text, index, properties) && !isEscaped(text, index);
+}
+
+// A paragraph of a level continues the runs of paragraphs up to its level and ends the deeper ones. Each run is
+// deeper than the one before, and includes the paragraphs of deeper runs. Returns the begin of what the paragraph
+// adds to the last run: that of the runs that it ended, or its own.
+template <typename Run, typename Ended>
+std::size_t continueRuns(std::vector<Run>& runs, Level level, std::size_t paragraph, Ended ended) {
+    for (; !runs.empty() && runs.back().level > level; runs.pop_back()) {
+        paragraph = runs.back().begin;
+        ended(runs.back());
+    }
+    if (runs.empty() || runs.back().level < level) runs.push_back({level, paragraph});
+    return paragraph;
 }
 
 }  // namespace velmor::tables
