@@ -54,8 +54,8 @@ public:
     void sectionMarkers() {
         PageSetup page;
         const std::u16string marker = u"{\\*\\korvanesection";
-        const PageSetup::Words groupWords = {u"\\paperheight", u"\\paperwidth", u"\\marginl",
-                                             u"\\marginr",     u"\\margint",    u"\\marginb"};
+        const PageSetup::Words groupWords = {u"paperheight", u"paperwidth", u"marginl",
+                                             u"marginr",     u"margint",    u"marginb"};
         for (std::size_t at = find(text, marker, 0); at != none; at = find(text, marker, at + 1)) {
             const std::size_t end = text.find(u'}', at);
             if (end == none) continue;
@@ -274,9 +274,10 @@ private:
     static constexpr std::u16string_view endless = u"...";
 
     // The text after the first such word, without white space around it; nothing without the word.
-    static std::optional<std::u16string> numberBehind(const std::u16string& where, std::u16string_view sought,
+    static std::optional<std::u16string> numberBehind(const std::u16string& where, std::u16string_view letters,
                                                       bool wholeWord) {
-        std::size_t at = word(where, std::u16string(sought), 0, wholeWord);
+        const std::u16string sought = u"\\" + std::u16string(letters);
+        std::size_t at = word(where, sought, 0, wholeWord);
         if (at == none) return std::nullopt;
         at = std::min(where.find_first_not_of(u" \r\n\t", at + sought.size()), where.size());
         const std::size_t end = where.find_first_of(u"\r\\{} ", at);

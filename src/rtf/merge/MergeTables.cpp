@@ -236,7 +236,7 @@ void TableMerge::keepWidowControl(std::u16string_view text, bool host) {
 bool TableMerge::isWhole(std::u16string_view text) const {
     if (tables_.fonts || tables_.styles) return true;
     for (RtfReader scanner(text, 0, text.size()); scanner.nextWord();) {
-        const auto stands = [&](std::u16string_view word) { return standsAt(text, scanner.position(), word); };
+        const auto stands = [&](std::u16string_view word) { return standsAt(text, scanner.position() + 1, word); };
         if (std::any_of(PageSetup::documentWords.begin(), PageSetup::documentWords.end(), stands)) return true;
         if (std::any_of(PageSetup::sectionWords.begin(), PageSetup::sectionWords.end(), stands)) return true;
     }

@@ -78,8 +78,7 @@ public:
 
 private:
     std::int32_t valueAt(std::u16string_view text, std::size_t index, std::u16string_view word) const {
-        std::u16string_view number;
-        return wordNumberAt(text, index, word, tolerant_, number) ? wholeNumber(number).value_or(0) : 0;
+        return wholeNumber(wordNumberAt(text, index, word, tolerant_).value_or(u"")).value_or(0);
     }
 
     std::int32_t documentValue(std::size_t i) const {
@@ -152,14 +151,10 @@ private:
     TextRange wordAt(std::size_t index) const { return {index, endWithBlank(text_, readWord(text_, index))}; }
 
     void takeValue(std::size_t index) {
-        for (std::size_t i = 0; i < PageSetup::valueCount; ++i) {
-            if (open_ && sectionAt_[i] == nowhere && standsAt(text_, index, PageSetup::sectionWords[i])) {
-                sectionAt_[i] = index;
-            }
-            if (documentAt_[i] == nowhere && wordStandsAt(text_, index, PageSetup::documentWords[i])) {
-                documentAt_[i] = index;
-            }
-        }
+        const std::u16string_view letters = readWord(text_, index).letters;
+        const auto own = PageSetup::sectionValue(letters), whole = PageSetup::documentValue(letters);
+        if (own && open_ && sectionAt_[*own] == nowhere) sectionAt_[*own] = index;
+        if (whole && documentAt_[*whole] == nowhere) documentAt_[*whole] = index;
     }
 
     std::u16string_view text_;

@@ -1,10 +1,29 @@
 #include "rtf/pages/PageSetup.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "rtf/read/RtfReader.h"
 
 namespace velmor {
+namespace {
+
+template <typename Matches>
+std::optional<PageSetup::Value> find(const PageSetup::Words& words, Matches matches) noexcept {
+    const auto found = std::find_if(words.begin(), words.end(), matches);
+    if (found == words.end()) return std::nullopt;
+    return static_cast<PageSetup::Value>(found - words.begin());
+}
+
+}  // namespace
+
+std::optional<PageSetup::Value> PageSetup::sectionValue(std::u16string_view letters) noexcept {
+    return find(sectionWords, [&](std::u16string_view word) { return letters.starts_with(word); });
+}
+
+std::optional<PageSetup::Value> PageSetup::documentValue(std::u16string_view letters) noexcept {
+    return find(documentWords, [&](std::u16string_view word) { return letters == word; });
+}
 
 void PageSetup::turnLandscape() noexcept {
     landscape = true;
@@ -31,23 +50,23 @@ std::u16string PageSetup::wordsUnlike(const PageSetup& other) const {
 }
 
 std::u16string PageSetup::word(Value value) const {
-    return std::u16string(sectionWords[value]) + decimal(values[value]);
+    return u"\\" + std::u16string(sectionWords[value]) + decimal(values[value]);
 }
 
-bool numberTextAt(std::u16string_view text, std::size_t index, std::u16string_view& number) noexcept {
+std::optional<std::u16string_view> numberTextAt(std::u16string_view text, std::size_t index) noexcept {
     index = skipWhiteSpace(text, index);
     const std::size_t end = text.find_first_of(u"\r\\{} ", index);
-    if (end == text.npos) return false;
-    number = text.substr(index, end - index);
+    if (end == text.npos) return std::nullopt;
+    std::u16string_view number = text.substr(index, end - index);
     while (!number.empty() && isWhiteSpace(number.back())) number.remove_suffix(1);
-    return true;
+    return number;
 }
 
-bool wordNumberAt(std::u16string_view text, std::size_t index, std::u16string_view word, bool tolerant,
-                  std::u16string_view& number) noexcept {
-    if (!tolerant) return numberTextAt(text, index + word.size(), number);
-    number = readWord(text, index).number;
-    return !number.empty();
+std::optional<std::u16string_view> wordNumberAt(std::u16string_view text, std::size_t index, std::u16string_view word,
+                                                bool tolerant) noexcept {
+    if (!tolerant) return numberTextAt(text, index + 1 + word.size());
+    const std::u16string_view number = readWord(text, index).number;
+    return number.empty() ? std::nullopt : std::optional(number);
 }
 
 }  // namespace velmor

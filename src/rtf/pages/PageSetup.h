@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -15,9 +16,11 @@ struct PageSetup {
     using Words = std::array<std::u16string_view, valueCount>;
 
     // The words for a section, and for a whole document.
-    static constexpr Words sectionWords = {u"\\pghsxn",   u"\\pgwsxn",   u"\\marglsxn",
-                                           u"\\margrsxn", u"\\margtsxn", u"\\margbsxn"};
-    static constexpr Words documentWords = {u"\\paperh", u"\\paperw", u"\\margl", u"\\margr", u"\\margt", u"\\margb"};
+    static constexpr Words sectionWords = {u"pghsxn", u"pgwsxn", u"marglsxn", u"margrsxn", u"margtsxn", u"margbsxn"};
+    static constexpr Words documentWords = {u"paperh", u"paperw", u"margl", u"margr", u"margt", u"margb"};
+    // The value that a word with these letters gives. Further letters may follow the word for a section.
+    static std::optional<Value> sectionValue(std::u16string_view letters) noexcept;
+    static std::optional<Value> documentValue(std::u16string_view letters) noexcept;
 
     // RTF's default page.
     static constexpr std::array<std::int32_t, valueCount> defaults = {15840, 12240, 1800, 1800, 1440, 1440};
@@ -41,13 +44,13 @@ private:
     std::u16string word(Value value) const;
 };
 
-// The text between the index and the next unit that ends a word's number, without white space around
-// it. False when no such unit follows.
-bool numberTextAt(std::u16string_view text, std::size_t index, std::u16string_view& number) noexcept;
+// The text between the index and the next unit that ends a word's number, without white space around it; nothing
+// when no such unit follows.
+std::optional<std::u16string_view> numberTextAt(std::u16string_view text, std::size_t index) noexcept;
 
-// As numberTextAt, for the number of the word at the index. Tolerant: as readers do, so that text may follow it
-// directly; false when the word has no number.
-bool wordNumberAt(std::u16string_view text, std::size_t index, std::u16string_view word, bool tolerant,
-                  std::u16string_view& number) noexcept;
+// The number of the word at the index, as numberTextAt. Tolerant: as readers do, so that text may follow it directly;
+// nothing when the word has no number.
+std::optional<std::u16string_view> wordNumberAt(std::u16string_view text, std::size_t index, std::u16string_view word,
+                                                bool tolerant) noexcept;
 
 }  // namespace velmor

@@ -1,18 +1,13 @@
 #include "rtf/pages/SectionGroups.h"
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
-#include <utility>
 
 #include "automation/NumberText.h"
 #include "rtf/read/RtfReader.h"
 
 namespace velmor {
 namespace {
-
-constexpr PageSetup::Words groupWords = {u"\\paperheight", u"\\paperwidth", u"\\marginl",
-                                         u"\\marginr",     u"\\margint",    u"\\marginb"};
 
 // With a point on every machine, so that a template gives the same document.
 std::optional<double> number(std::u16string_view text) {
@@ -38,44 +33,35 @@ std::optional<std::int32_t> twips(std::u16string_view text) {
 
 }  // namespace
 
-std::size_t GroupWord::find(std::u16string_view text, std::size_t begin, std::size_t end) {
-    if (next_ < begin) {
-        next_ = begin;
-        isFound_ = false;
-    }
-    if (!isFound_ && next_ < end) {
-        RtfReader scanner(text, next_, end);
-        while (!isFound_ && scanner.nextWord()) isFound_ = standsAt(text, scanner.position(), word_);
-        next_ = isFound_ ? scanner.position() : end;
-    }
-    return isFound_ ? next_ : nowhere;
+SectionGroups::SectionGroups(std::u16string_view text, std::size_t begin, std::size_t end, bool tolerant)
+    : text_(text), tolerant_(tolerant) {
+    if (tolerant) page_.values = PageSetup::defaults;
+    readDocument(begin, end);
 }
 
-bool SectionGroups::Value::isGiven(std::u16string_view text, std::size_t begin, std::size_t end) {
-    const std::size_t at = word_.find(text, begin, end);
-    if (at == GroupWord::nowhere) return false;
-    if (std::exchange(readAt_, at) == at) return true;
-    std::u16string_view digits;
-    numberTextAt(text, at + length_, digits);  // at most up to the group's brace
-    number_ = twips(digits);
-    return true;
-}
-
-SectionGroups::SectionGroups(std::u16string_view text, std::size_t begin, std::size_t end, const PageSetup& page,
-                             bool tolerant)
-    : text_(text), begin_(begin), end_(end), page_(page), tolerant_(tolerant) {
-    for (const std::u16string_view word : groupWords) values_.emplace_back(word);
+// The first word for each value counts, even without a number.
+void SectionGroups::readDocument(std::size_t begin, std::size_t end) {
+    std::array<bool, PageSetup::valueCount> seen{};
+    RtfReader reader(text_, begin, end, tolerant_);
+    for (std::size_t left = seen.size(); left > 0 && reader.nextWord();) {
+        const ControlWord word = reader.word();
+        const auto value = PageSetup::documentValue(word.letters);
+        if (!value || seen[*value]) continue;
+        seen[*value] = true;
+        --left;
+        documentNumbers_[*value] = wordNumberAt(text_, word.begin, word.letters, tolerant_);
+    }
 }
 
 bool SectionGroups::read(std::size_t index) {
-    if (groupEnd_ <= index) groupEnd_ = text_.find(u'}', index);
+    if (groupEnd_ <= index) readGroup(index);
     if (groupEnd_ == text_.npos) return false;
     for (std::size_t value = 0; value < PageSetup::valueCount; ++value) {
         if (!readValue(value, index)) return false;
     }
-    if (landscape_.find(text_, index, groupEnd_) != GroupWord::nowhere) {
+    if (first(PageSetup::valueCount, index) != nullptr) {
         page_.turnLandscape();
-    } else if (portrait_.find(text_, index, groupEnd_) != GroupWord::nowhere) {
+    } else if (first(PageSetup::valueCount + 1, index) != nullptr) {
         page_.turnPortrait();
     } else {
         page_.landscape = false;
@@ -83,41 +69,32 @@ bool SectionGroups::read(std::size_t index) {
     return true;
 }
 
-bool SectionGroups::readValue(std::size_t value, std::size_t begin) {
-    std::optional<std::int32_t> read;
-    if (values_[value].isGiven(text_, begin, groupEnd_)) {
-        read = values_[value].number();
-    } else {
-        const auto& digits = documentNumber(value);
-        if (!digits) return true;
-        read = rounded(number(*digits));
+void SectionGroups::readGroup(std::size_t begin) {
+    groupEnd_ = text_.find(u'}', begin);
+    if (groupEnd_ == text_.npos) return;
+    for (RtfReader reader(text_, begin, groupEnd_, tolerant_); reader.nextWord();) {
+        const ControlWord word = reader.word();
+        for (std::size_t i = 0; i < words.size(); ++i) {
+            if (!word.letters.starts_with(words[i])) continue;
+            found_[i].push_back({word.begin, twips(*numberTextAt(text_, word.begin + 1 + words[i].size()))});
+        }
     }
+}
+
+// The first occurrence at or after the index; null when there is none.
+const SectionGroups::Word* SectionGroups::first(std::size_t word, std::size_t begin) {
+    std::deque<Word>& found = found_[word];
+    while (!found.empty() && found.front().at < begin) found.pop_front();
+    return found.empty() ? nullptr : &found.front();
+}
+
+bool SectionGroups::readValue(std::size_t value, std::size_t begin) {
+    const Word* const given = first(value, begin);
+    const auto& document = documentNumbers_[value];
+    if (given == nullptr && !document) return true;
+    const std::optional<std::int32_t> read = given != nullptr ? given->twips : rounded(number(*document));
     if (read) page_.values[value] = *read;
     return read.has_value();
-}
-
-// The document's first words do not change while its groups are read.
-const std::optional<std::u16string_view>& SectionGroups::documentNumber(std::size_t value) {
-    if (!documentRead_) findDocumentWords();
-    return documentNumbers_[value];
-}
-
-void SectionGroups::findDocumentWords() {
-    documentRead_ = true;
-    std::array<bool, PageSetup::valueCount> seen{};
-    RtfReader scanner(text_, begin_, end_);
-    while (scanner.nextWord()) {
-        const std::size_t index = scanner.position();
-        if (text_[index + 1] != u'p' && text_[index + 1] != u'm') continue;
-        for (std::size_t i = 0; i < PageSetup::valueCount; ++i) {
-            const std::u16string_view word = PageSetup::documentWords[i];
-            if (seen[i] || !wordStandsAt(text_, index, word)) continue;
-            seen[i] = true;
-            std::u16string_view digits;
-            if (wordNumberAt(text_, index, word, tolerant_, digits)) documentNumbers_[i] = digits;
-        }
-        if (std::find(seen.begin(), seen.end(), false) == seen.end()) return;
-    }
 }
 
 }  // namespace velmor

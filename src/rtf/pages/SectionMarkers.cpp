@@ -1,13 +1,17 @@
 #include "rtf/pages/SectionMarkers.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "rtf/edit/TextEdits.h"
-#include "rtf/pages/SectionDescriptions.h"
+#include "rtf/pages/HoldingPlace.h"
+#include "rtf/pages/MergePageBreaks.h"
 #include "rtf/pages/SectionGroups.h"
+#include "rtf/read/ParagraphText.h"
+#include "rtf/read/RowState.h"
 #include "rtf/read/RtfReader.h"
 #include "text/Compare.h"
 
@@ -16,69 +20,203 @@ namespace {
 
 constexpr std::size_t nowhere = std::u16string_view::npos;
 
-// The changes of the exact rules, by their places in the unchanged text.
-class SectionReader {
+// Each marker describes a section: the one that the last "\page" before it begins, or that of the last "\sectd",
+// or, tolerant, if nothing shows before it, the document's first. Two passes in tolerant cleaning, else one.
+class SectionMarkers {
 public:
-    explicit SectionReader(std::u16string_view text) : text_(text), groups_(text, 0, text.size(), {}, false) {}
+    SectionMarkers(std::u16string_view text, const CleanOptions& options)
+        : text_(text), tolerant_(options.tolerant), joined_(options.tolerant && options.mergeMode) {
+        const std::size_t last = findTextReverse(text, SectionGroups::opening, Comparison::binary);
+        if (last == nowhere) return;
+        readMarkers(last + 1);
+        if (descriptions_.empty()) return;
+        tolerant_ ? writeUpToSectionEnds() : writeInPlace();
+    }
 
-    TextEdits edits();
+    TextEdits edits() && { return std::move(edits_); }
 
 private:
-    void describe(const std::u16string& words);
-    void writeDescriptions();
+    enum class Beginning { page, defaults, document };
+
+    struct Description {
+        std::size_t at;
+        Beginning beginning;
+        std::u16string words;
+    };
+
+    // The document whose markers are read: a joined one, or else the whole text.
+    struct Document {
+        SectionGroups groups;
+        std::size_t unread;                // for content
+        bool shows = false;                // something before `unread`
+        std::vector<std::size_t> pages{};  // that do not begin a section yet
+        std::size_t defaults = nowhere;    // the last "\sectd"
+        std::size_t described = nowhere;   // index of the description of `defaults`, or of the document
+    };
+
+    // The described section at the current place.
+    struct Section {
+        const Description* description;
+        HoldingPlace place;
+        bool resets = false;  // it had a "\sectd"
+    };
+
+    template <typename Take>
+    void walk(std::size_t limit, Take take);
+    bool joinStandsAt(std::size_t index) const noexcept;
+
+    void readMarkers(std::size_t limit);
+    void beginDocument(std::size_t begin);
+    bool takeMarker(std::size_t index);
+    bool showsTextUpTo(std::size_t index);
+    void describe(std::size_t at, Beginning beginning);
+
+    void writeInPlace();
+    void writeUpToSectionEnds();
+    void beginSection(const Description& description, std::size_t depth);
+    void takeSectionWord(std::size_t index);
+    void endSection();
 
     std::u16string_view text_;
-    SectionGroups groups_;
+    bool tolerant_;
+    bool joined_;
+    std::optional<Document> document_;
+    std::vector<Description> descriptions_;
+    RowState row_;
+    std::optional<Section> section_;
     TextEdits edits_;
-    std::vector<std::size_t> pages_;  // not yet made section breaks
-    std::size_t section_ = nowhere;   // after the last "\sectd"
-    std::u16string descriptions_;     // of that one
 };
 
-TextEdits SectionReader::edits() {
-    const std::size_t last = findTextReverse(text_, SectionGroups::opening, Comparison::binary);
-    if (last == nowhere) return {};
-    RtfReader reader(text_, 0, std::min(text_.size(), last + SectionGroups::opening.size()));
-    while (reader.next()) {
-        const std::size_t index = reader.position();
-        if (reader.isWord(u"\\page")) {
-            pages_.push_back(index);
-        } else if (reader.isWord(u"\\sectd")) {
-            writeDescriptions();
-            section_ = index + 6;
+// Takes every word and brace up to the limit, with the depth before it, until `take` returns false.
+template <typename Take>
+void SectionMarkers::walk(std::size_t limit, Take take) {
+    row_ = {};
+    RtfReader reader(text_, 0, limit, tolerant_);
+    for (std::size_t depth = 0; reader.next() && take(reader.position(), depth); depth = reader.depth()) {
+        row_.take(reader, reader.depth());
+        if (reader.closes() && section_) section_->place.close(reader.position(), reader.depth());
+    }
+}
+
+bool SectionMarkers::joinStandsAt(std::size_t index) const noexcept {
+    return joined_ && !row_.inRow() && standsAt(text_, index, Module1::mergePageBreakMarker);
+}
+
+// ---- Reading the markers
+
+void SectionMarkers::readMarkers(std::size_t limit) {
+    beginDocument(0);
+    walk(limit, [&](std::size_t index, std::size_t) {
+        if (wordStandsAt(text_, index, u"\\page")) {
+            if (!tolerant_ || !row_.inRow()) document_->pages.push_back(index);
+        } else if (wordStandsAt(text_, index, u"\\sectd")) {
+            document_->defaults = index;
+            document_->described = nowhere;
+        } else if (joinStandsAt(index)) {
+            beginDocument(index + Module1::mergePageBreakMarker.size());
         } else if (standsAt(text_, index, SectionGroups::opening)) {
-            if (!groups_.read(index)) break;
-            const std::size_t name = index + SectionGroups::nameOffset;
-            edits_.replace(name, name + SectionGroups::doneName.size(), SectionGroups::doneName);
-            describe(groups_.page().words());
+            return takeMarker(index);
         }
-    }
-    writeDescriptions();
-    return std::move(edits_);
+        return true;
+    });
 }
 
-// If several groups describe one "\\sectd", the words of the later ones precede.
-void SectionReader::describe(const std::u16string& words) {
-    if (!pages_.empty()) {
-        edits_.replaceVal(pages_.back(), pages_.back() + 5, u"\\sect" + words);
-        pages_.pop_back();
-    } else if (section_ != nowhere) {
-        descriptions_.insert(0, words);
+void SectionMarkers::beginDocument(std::size_t begin) {
+    const std::size_t next =
+        joined_ ? findText(text_, Module1::mergePageBreakMarker, begin, Comparison::binary) : nowhere;
+    document_.emplace(Document{SectionGroups(text_, begin, std::min(next, text_.size()), tolerant_), begin});
+}
+
+// False when the stage ends here.
+bool SectionMarkers::takeMarker(std::size_t index) {
+    Document& document = *document_;
+    if (!document.groups.read(index)) return false;
+    const std::size_t name = index + SectionGroups::nameOffset;
+    edits_.replace(name, name + SectionGroups::doneName.size(), SectionGroups::doneName);
+    if (!document.pages.empty()) {
+        descriptions_.push_back({document.pages.back(), Beginning::page, document.groups.page().words()});
+        document.pages.pop_back();
+    } else if (document.defaults != nowhere) {
+        describe(document.defaults, Beginning::defaults);
+    } else if (tolerant_ && !showsTextUpTo(index)) {
+        describe(document.groups.end() + 1, Beginning::document);
+    }
+    return true;
+}
+
+bool SectionMarkers::showsTextUpTo(std::size_t index) {
+    Document& document = *document_;
+    document.shows = document.shows || showsText(text_.substr(document.unread, index - document.unread));
+    document.unread = index;
+    return document.shows;
+}
+
+// Of several markers the last one counts; in exact cleaning its words precede the others.
+void SectionMarkers::describe(std::size_t at, Beginning beginning) {
+    if (document_->described == nowhere) {
+        document_->described = descriptions_.size();
+        descriptions_.push_back({at, beginning, {}});
+    }
+    std::u16string& words = descriptions_[document_->described].words;
+    words.replace(0, tolerant_ ? words.size() : 0, document_->groups.page().words());
+}
+
+// ---- Writing
+
+void SectionMarkers::writeInPlace() {
+    for (const Description& description : descriptions_) {
+        const bool page = description.beginning == Beginning::page;
+        const std::size_t end = description.at + 1 + readWord(text_, description.at).letters.size();
+        edits_.replaceVal(page ? description.at : end, end, (page ? u"\\sect" : u"") + description.words);
     }
 }
 
-void SectionReader::writeDescriptions() {
-    if (!descriptions_.empty()) edits_.replaceVal(section_, section_, std::exchange(descriptions_, {}));
+void SectionMarkers::writeUpToSectionEnds() {
+    std::sort(descriptions_.begin(), descriptions_.end(),
+              [](const Description& left, const Description& right) { return left.at < right.at; });
+    auto next = descriptions_.begin();
+    walk(text_.size(), [&](std::size_t index, std::size_t depth) {
+        const bool begins = next != descriptions_.end() && next->at <= index;
+        const bool isBeginning = begins && next->beginning != Beginning::document;
+        if (begins) beginSection(*next++, depth);
+        if (!isBeginning && (joinStandsAt(index) || wordStandsAt(text_, index, u"\\sect"))) {
+            endSection();
+        } else if (!isBeginning && section_) {
+            takeSectionWord(index);
+        }
+        return true;
+    });
+    endSection();
+}
+
+void SectionMarkers::beginSection(const Description& description, std::size_t depth) {
+    endSection();
+    std::size_t begin = description.at;
+    if (description.beginning != Beginning::document) begin = endWithBlank(text_, readWord(text_, begin));
+    if (description.beginning == Beginning::page) edits_.replaceApartVal(description.at, begin, u"\\sect");
+    section_ = Section{&description, HoldingPlace(begin, depth)};
+}
+
+// The described page replaces the section's own.
+void SectionMarkers::takeSectionWord(std::size_t index) {
+    const ControlWord word = readWord(text_, index);
+    const bool resets = word.letters == u"sectd";
+    if (!resets && word.letters != u"lndscpsxn" && !PageSetup::sectionValue(word.letters)) return;
+    section_->resets = section_->resets || resets;
+    edits_.cut(index, endWithBlank(text_, word));
+}
+
+void SectionMarkers::endSection() {
+    if (!section_) return;
+    const std::size_t at = section_->place.at();
+    edits_.replaceApartVal(at, at, (section_->resets ? u"\\sectd" : u"") + section_->description->words);
+    section_.reset();
 }
 
 }  // namespace
 
 void Module1::ApplySectionMarkers(std::u16string& psText, const CleanOptions& options) {
-    if (options.tolerant) {
-        SectionDescriptions(psText, options.mergeMode).edits().apply(psText);
-    } else {
-        SectionReader(psText).edits().apply(psText);
-    }
+    SectionMarkers(psText, options).edits().apply(psText);
 }
 
 }  // namespace velmor
