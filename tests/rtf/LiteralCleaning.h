@@ -102,7 +102,7 @@ public:
             while (beginsSectionWord(run) && std::min(text.find_first_of(u"\\{}", run + 1), text.size()) - run <= 15) {
                 std::size_t behind = run + 1;
                 while (behind < text.size() && letter(text[behind])) ++behind;
-                behind += text[behind] == u'-';
+                behind += behind + 1 < text.size() && text[behind] == u'-' && digit(text[behind + 1]);
                 while (behind < text.size() && digit(text[behind])) ++behind;
                 text.erase(run, behindWhite(behind) - run);
             }

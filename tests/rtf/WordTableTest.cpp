@@ -112,6 +112,19 @@ TEST(WordTable, KnowsTheWordsOfASection) {
     for (const auto word : test::piecesOf(u"sect|sectnum|column|line|pgnstart|margl|pard|headers")) {
         EXPECT_FALSE(wordIs(WordTrait::section, word)) << toUtf8(word);
     }
+    const std::pair<WordTrait, const char16_t*> parts[] = {
+        {WordTrait::sectionPage,
+         u"binfsxn|binsxn|guttersxn|lndscpsxn|margbsxn|marglsxn|margmirsxn|margrsxn|margtsxn|pghsxn|pgwsxn"},
+        {WordTrait::columns, u"colno|cols|colsr|colsx|colw|linebetcol"},
+        {WordTrait::sectionStart, u"linerestart|linestarts|pgnrestart|pgnstarts|sbkodd|sectd|titlepg"},
+        {WordTrait::generatorRest,
+         u"boxed|brdrs|brsp|colno|colsx|colw|footery|guttersxn|headery|linebetcol|lndscpsxn|"
+         u"margl|pgbrdrt|pghsxn|pgwsxn|titlepg"},
+    };
+    for (const auto& [trait, words] : parts) {
+        for (const auto word : test::piecesOf(words)) EXPECT_TRUE(wordIs(trait, word)) << toUtf8(word);
+        EXPECT_FALSE(wordIs(trait, u"pgnstart"));
+    }
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 #include "rtf/clean/RemoveGeneratorSectionWords.h"
 
 #include <algorithm>
-#include <iterator>
 #include <string_view>
 
 #include "rtf/edit/TextEdits.h"
@@ -15,37 +14,21 @@ constexpr std::u16string_view opening = u"{\\*\\generator Korvane RTF Control";
 constexpr std::size_t longestGroup = 69;
 constexpr std::size_t longestWord = 15;
 
-constexpr std::u16string_view sectionWords[] = {
-    u"\\box",    u"\\marg",   u"\\brdr",   u"\\brsp",    u"\\cols",    u"\\colw",    u"\\pgbrd",     u"\\colno",
-    u"\\pgwsxn", u"\\pghsxn", u"\\gutter", u"\\headery", u"\\footery", u"\\titlepg", u"\\lndscpsxn", u"\\linebetcol",
-};
-
-bool beginsSectionWord(std::u16string_view text, std::size_t index) noexcept {
-    return std::any_of(std::begin(sectionWords), std::end(sectionWords),
-                       [&](std::u16string_view word) { return standsAt(text, index, word); });
-}
-
 // Without tabs: readers show them.
 std::size_t skipBlanks(std::u16string_view text, std::size_t index) noexcept {
     return std::min(text.find_first_not_of(u" \r\n", index), text.size());
 }
 
-// The end of the control word at the index and of the white space after it.
-std::size_t skipWord(std::u16string_view text, std::size_t index) noexcept {
-    for (++index; index < text.size() && isLetter(text[index]);) ++index;
-    if (index < text.size() && text[index] == u'-') ++index;
-    while (index < text.size() && text[index] >= u'0' && text[index] <= u'9') ++index;
-    return skipBlanks(text, index);
-}
-
 // The end of the run of section words at the index. A word extends to the next backslash or brace, and does not
 // count if that is too far.
 std::size_t runEnd(std::u16string_view text, std::size_t index) noexcept {
-    while (index < text.size() && text[index] == u'\\' && beginsSectionWord(text, index)) {
+    while (standsAt(text, index, u"\\")) {
+        const ControlWord word = readWord(text, index);
+        if (!wordIs(WordTrait::generatorRest, word.letters)) return index;
         const std::u16string_view next = text.substr(index + 1, longestWord);
         const bool atEnd = index + 1 + next.size() == text.size();
         if (next.find_first_of(u"\\{}") == next.npos && !(atEnd && next.size() < longestWord)) return index;
-        index = skipWord(text, index);
+        index = skipBlanks(text, word.end);
     }
     return index;
 }

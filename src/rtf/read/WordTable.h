@@ -29,6 +29,11 @@ enum class WordTrait : std::uint8_t {
     hostTable,      // the group that begins with it belongs to the header of a whole document
     beginsText,     // the word ends the header of a document
     edge,           // the word names an edge of a paragraph that gets a border
+    borderLine,     // the word describes the line of a border, or its distance
+    sectionPage,    // the word gives a section its page
+    columns,        // the word gives a section its columns
+    sectionStart,   // the word says how a section begins; in one that continues another it must be absent
+    generatorRest,  // every word that begins so is removed after the system's generator group
 };
 
 // The words that stages tell apart by name.
@@ -57,12 +62,25 @@ enum class Word : std::uint8_t {
     row,
     s,
     sect,
+    sectd,
     trkeep,
     trowd,
     ts,
     u,
     uc,
     yts,
+    // Headers, footers and page borders of a section, in the order in which stages write them.
+    headery,
+    footery,
+    titlepg,
+    pgbrdrt,
+    pgbrdrb,
+    pgbrdrl,
+    pgbrdrr,
+    pgbrdropt,
+    pgbrdrsnap,
+    pgbrdrhead,
+    pgbrdrfoot,
 };
 
 // A word of the table. Any other is Word::other, without traits.
