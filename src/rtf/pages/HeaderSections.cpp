@@ -4,17 +4,6 @@
 #include <utility>
 
 namespace velmor {
-namespace {
-
-void appendWords(std::u16string& text, const HeaderWords& words) {
-    for (const HeaderKind kind : headerKinds) text += words.distance[kind];
-    if (words.title) text += u"\\titlepg";
-    for (const std::u16string_view side : words.frame) text += side;
-    if (words.border[HeaderKind::header]) text += u"\\pgbrdrhead";
-    if (words.border[HeaderKind::footer]) text += u"\\pgbrdrfoot";
-}
-
-}  // namespace
 
 void HeaderSections::Start::want(HeaderKind kind) {
     kinds[kind] = {};
@@ -26,16 +15,7 @@ bool HeaderSections::Start::takesGroups() const noexcept {
                        [](const NewGroups& groups) { return groups.byHost || groups.source != 0; });
 }
 
-std::size_t HeaderSections::change(std::uint32_t text, std::size_t begin, std::size_t end, bool cuts) {
-    changes_.push_back({text, begin, end, {}, cuts});
-    return changes_.size() - 1;
-}
-
 // ---- Documents
-
-HeaderWords& HeaderSections::wordsOf(const FlowPlace& place) {
-    return place.text == FlowPlace::host ? section_.words : documents_.back().words;
-}
 
 void HeaderSections::enterDocument(std::uint32_t text) {
     documents_.push_back({text, {}, braced_ && section_.hasContent});
@@ -65,8 +45,8 @@ void HeaderSections::leaveBraces(const FlowPlace& place) {
         section_.words = saved_.back().words;
         section_.said = saved_.back().said;
     }
-    if (lastPage_) lastPage_->holding.leave(place);
-    if (section_.start) section_.holding.leave(place);
+    if (lastPage_) lastPage_->holding.leave(place.holding());
+    if (section_.start) section_.holding.leave(place.holding());
 }
 
 // The words in force are about to change, in a group of this depth.
@@ -83,14 +63,14 @@ void HeaderSections::forgetSaid() {
 
 // Groups within that of the section's start do not restore the words before the start.
 void HeaderSections::holdInGroups(const HeaderWords& carried) {
-    const std::size_t depth = section_.holding.place.depth;
+    const std::size_t depth = section_.holding.depth;
     auto inner = saved_.end();
     while (inner != saved_.begin() && (inner - 1)->depth > depth) --inner;
     if (inner == saved_.begin() || (inner - 1)->depth < depth) {
         const HeaderWords before = inner == saved_.end() ? section_.words : inner->words;
         inner = saved_.insert(inner, {depth, before, {}}) + 1;
     }
-    for (; inner != saved_.end(); ++inner) add(carried, inner->said, inner->words);
+    for (; inner != saved_.end(); ++inner) inner->words.add(carried, inner->said);
 }
 
 // ---- Where sections begin
@@ -100,34 +80,39 @@ bool HeaderSections::justBegan() const noexcept {
 }
 
 void HeaderSections::marker(HeaderKind kind, const FlowPlace& place) {
-    const std::size_t taken = cut(place);
-    if (!place.body) return;
-    if (pending_) return pending_->want(kind);
-    if (section_.start && !section_.hasContent) return section_.start->want(kind);
+    const bool began = section_.start && !section_.hasContent;
+    if (place.body && !pending_ && !began) return beginAtMarker(kind, place);
+    cut(place);
+    if (place.body) (pending_ ? *pending_ : *section_.start).want(kind);
+}
+
+void HeaderSections::beginAtMarker(HeaderKind kind, const FlowPlace& place) {
     Start start;
     start.want(kind);
     if (!section_.hasContent) {
-        start.change = taken;
+        start.place = place;
         section_.start = start;
-        section_.holding = {place};
-        forgetSaid();
-    } else if (place.inTable) {
+        section_.holding = place.holding();
+        return forgetSaid();
+    }
+    if (!place.inTable && !lastPage_) {
+        closeSection();
+        return begin(start, place, place.holding());
+    }
+    cut(place);
+    if (place.inTable) {
         pending_ = start;
-    } else if (lastPage_) {
+    } else {
         start.asPage = lastPage_->described;
         start.forBreak = true;
-        const Holding holding = lastPage_->holding;
-        const std::size_t page = cut(lastPage_->place);
-        closeSectionAt(*lastPage_);
-        begin(start, page, holding);
-    } else {
-        closeSection();
-        begin(start, taken, {place});
+        const PageBreak page = *lastPage_;
+        closeSectionAt(page);
+        begin(start, page.place, page.holding);
     }
 }
 
-void HeaderSections::begin(Start start, std::size_t change, const Holding& holding) {
-    start.change = change;
+void HeaderSections::begin(Start start, const FlowPlace& place, const HoldingPlace& holding) {
+    start.place = place;
     start.breaks = true;
     Section next;
     next.start = start;
@@ -144,47 +129,39 @@ void HeaderSections::beginSection(Section next) {
     for (Document& document : documents_) document.continues = false;
 }
 
-void HeaderSections::placePending(const FlowPlace& place) {
+void HeaderSections::paragraphEnd(const FlowPlace& place) {
     if (!pending_ || place.inTable || !place.body) return;
     const Start start = *pending_;
     pending_.reset();
     closeSection();  // its text here precedes the new one
-    begin(start, change(place.text, place.begin, place.begin), {place});
+    FlowPlace before = place;
+    before.end = before.begin;
+    begin(start, before, place.holding());
 }
 
 void HeaderSections::content(const FlowPlace& place) {
-    placePending(place);
+    paragraphEnd(place);
     section_.hasContent = true;
     lastPage_.reset();
 }
 
-void HeaderSections::paragraphEnd(const FlowPlace& place) {
-    placePending(place);
-}
-
-void HeaderSections::hostEnd(const FlowPlace& place) {
-    placePending(place);
-}
-
 // A break directly after the section's own would leave an empty page.
+bool HeaderSections::dropsBreak(const FlowPlace& place) {
+    paragraphEnd(place);
+    if (!justBegan()) return false;
+    cut(place);
+    section_.start->forBreak = true;
+    return true;
+}
+
 void HeaderSections::pageBreak(const FlowPlace& place) {
-    placePending(place);
-    if (justBegan()) {
-        cut(place);
-        section_.start->forBreak = true;
-        return;
-    }
+    if (dropsBreak(place)) return;
     section_.hasContent = section_.hasPage = true;
-    if (!place.inTable) lastPage_ = PageBreak{place, false, {place}, section_.holding, section_.words};
+    if (!place.inTable) lastPage_ = PageBreak{place, false, place.holding(), section_.holding, section_.words};
 }
 
 void HeaderSections::sectionBreak(const FlowPlace& place) {
-    placePending(place);
-    if (justBegan()) {
-        cut(place);
-        section_.start->forBreak = true;
-        return;
-    }
+    if (dropsBreak(place)) return;
     closeSection();
     Section next;
     next.byDocument = place.text != FlowPlace::host;
@@ -211,58 +188,43 @@ void HeaderSections::tellTakers(const FlowPlace& place, Set set) {
     }
 }
 
-template <typename Set>
-void HeaderSections::setWord(const FlowPlace& place, Set set) {
-    if (place.body && place.text == FlowPlace::host) save(place.depth);
-    if (place.body) set(wordsOf(place));
+void HeaderSections::headerWord(Word word, std::u16string_view written, const FlowPlace& place) {
     if (place.text != FlowPlace::host) {
         cut(place);
-        tellTakers(place, set);
+        if (place.body) documents_.back().words[word] = written;
+        tellTakers(place, [&](HeaderWords& words) { words[word] = written; });
     } else if (place.body) {
-        set(section_.said);
+        save(place.depth);
+        section_.words[word] = section_.said[word] = written;
         lastPage_.reset();
     }
 }
 
 void HeaderSections::sectionDefaults(const FlowPlace& place) {
-    const bool host = place.text == FlowPlace::host;
     lastPage_.reset();
-    if (host) save(place.depth);
-    wordsOf(place) = {};
-    if (host) section_.said = {};
-    if (!host) tellTakers(place, [](HeaderWords& words) { words = {}; });
-    if (!host && (section_.start || documents_.back().continues)) {
-        cut(place);  // the section keeps its page, margins and columns
-        return;
-    }
-    if (!host && section_.byDocument) {
+    if (place.text != FlowPlace::host) return documentDefaults(place);
+    save(place.depth);
+    section_.words = section_.said = {};
+    if (section_.start) section_.defaults.push_back(place);
+}
+
+void HeaderSections::documentDefaults(const FlowPlace& place) {
+    documents_.back().words = {};
+    tellTakers(place, [](HeaderWords& words) { words = {}; });
+    // The section keeps its page, margins and columns.
+    if (section_.start || documents_.back().continues) return cut(place);
+    if (section_.byDocument) {
         save(place.depth);
-        section_.words.title = false;
+        section_.words[Word::titlepg] = {};
     }
-    if (host && !section_.start) return;
-    const std::size_t behind = place.begin + std::u16string_view(u"\\sectd").size();
-    const std::size_t at = change(place.text, std::min(behind, place.end), place.end, false);
-    if (host) {
-        section_.defaults.push_back(at);
-    } else {
-        appendWords(changes_[at].put, section_.words);
-    }
+    putWordsAfter(place);
 }
 
-void HeaderSections::distance(HeaderKind kind, std::u16string_view word, const FlowPlace& place) {
-    setWord(place, [&](HeaderWords& words) { words.distance[kind] = word; });
-}
-
-void HeaderSections::border(HeaderKind kind, const FlowPlace& place) {
-    setWord(place, [&](HeaderWords& words) { words.border[kind] = true; });
-}
-
-void HeaderSections::frame(std::size_t index, std::u16string_view word, const FlowPlace& place) {
-    setWord(place, [&](HeaderWords& words) { words.frame[index] = word; });
-}
-
-void HeaderSections::titlePage(const FlowPlace& place) {
-    setWord(place, [](HeaderWords& words) { words.title = true; });
+// The words in force, instead of the blank that ends the \sectd.
+void HeaderSections::putWordsAfter(const FlowPlace& defaults) {
+    const std::size_t end = defaults.begin + std::u16string_view(u"\\sectd").size();
+    std::u16string words = section_.words.text();
+    if (!words.empty()) edits_[defaults.text].replaceApartVal(std::min(end, defaults.end), defaults.end, words);
 }
 
 void HeaderSections::sectionWord(const FlowPlace& place) {
@@ -289,15 +251,12 @@ void HeaderSections::group(HeaderName name, std::u16string_view text, const Flow
 }
 
 void HeaderSections::keepHostGroup(HeaderName name, std::u16string_view text, const FlowPlace& place) {
-    FlowPlace before = place;
-    before.end = before.begin;
-    placePending(before);
+    paragraphEnd(place);
     lastPage_.reset();
     if (name.pages != HeaderPages::left) current_[name.kind].firstIsMain = false;
-    const HeaderPages pages = std::max(name.pages, HeaderPages::right);  // the right ones are all, or all but left ones
-    std::u16string_view& given = section_.given[name.kind][static_cast<std::size_t>(pages)];
+    std::u16string_view& given = section_.given[name.kind][static_cast<std::size_t>(ordinary(name.pages))];
     if (given.empty()) given = text;
-    section_.hostGroups[name.kind].push_back({place.begin, place.end});
+    section_.hostGroups[name.kind].push_back(place);
     if (!section_.start || !section_.start->kinds[name.kind].wanted) return;
     section_.start->kinds[name.kind].byHost = true;
     section_.start->kinds[name.kind].searching = false;
@@ -325,31 +284,18 @@ HeaderWords HeaderSections::closeSection(bool left) {
         if (!main.empty()) current_[kind].main = main;
     }
     const HeaderWords carried = section_.start ? writeStart(*section_.start, left) : HeaderWords();
-    for (const std::size_t behind : section_.defaults) appendWords(changes_[behind].put, section_.words);
+    for (const FlowPlace& defaults : section_.defaults) putWordsAfter(defaults);
     return carried;
-}
-
-// Applies the words of a new header to a section.
-void HeaderSections::add(const HeaderWords& carried, const HeaderWords& said, HeaderWords& words) {
-    for (const HeaderKind kind : headerKinds) {
-        const bool brings = !carried.distance[kind].empty() && said.distance[kind].empty();
-        if (brings) words.distance[kind] = carried.distance[kind];
-        words.border[kind] = words.border[kind] || carried.border[kind];
-    }
-    for (std::size_t i = 0; i < frameWords.size(); ++i) {
-        if (!carried.frame[i].empty() && said.frame[i].empty()) words.frame[i] = carried.frame[i];
-    }
-    words.title = words.title || carried.title;
 }
 
 // The section ends at a page break; groups around it may have ended since.
 void HeaderSections::closeSectionAt(const PageBreak& page) {
-    const bool left = section_.holding.place.depth < page.sectionHolding.place.depth;
+    const bool left = section_.holding.depth < page.sectionHolding.depth;
     section_.holding = page.sectionHolding;
     const HeaderWords words = std::exchange(section_.words, page.words);
     const HeaderWords carried = closeSection(left);
     section_.words = words;
-    if (!left) add(carried, section_.said, section_.words);
+    if (!left) section_.words.add(carried, section_.said);
 }
 
 // The section's words in the documents of the taken groups become the section's words.
@@ -357,25 +303,17 @@ HeaderWords HeaderSections::carry(const Start& start, bool left) {
     HeaderWords carried;
     for (const HeaderKind kind : headerKinds) {
         const NewGroups& groups = start.kinds[kind];
-        if (!groups.taken()) continue;
-        carried.distance[kind] = groups.words.distance[kind];
-        carried.border[kind] = groups.words.border[kind];
-        HeaderWords shared;
-        shared.frame = groups.words.frame;
-        shared.title = groups.words.title;
-        add(shared, {}, carried);
+        if (groups.taken()) carried.add(groups.words.about(kind), {});
     }
     if (braced_ && !left) holdInGroups(carried);
-    add(carried, section_.said, section_.words);
+    section_.words.add(carried, section_.said);
     return carried;
 }
 
 HeaderWords HeaderSections::writeStart(const Start& start, bool left) {
-    const bool hadTitle = section_.words.title;
-    std::u16string words = start.breaks ? u"\\sbkpage\\pgncont" : u"";
+    const bool hadTitle = hasTitle();
     const HeaderWords carried = carry(start, left);
-    appendWords(words, carried);
-    const bool title = section_.words.title;
+    const bool title = hasTitle();
     std::u16string groups;
     for (const HeaderKind kind : headerKinds) {
         const NewGroups& newGroups = start.kinds[kind];
@@ -385,16 +323,15 @@ HeaderWords HeaderSections::writeStart(const Start& start, bool left) {
             appendFirstOfOther(groups, kind);
         }
     }
-    const Holding& holding = section_.holding;
+    std::u16string words = (start.breaks ? u"\\sbkpage\\pgncont" : u"") + carried.text();
+    const HoldingPlace& holding = section_.holding;
     if (holding.moved && !words.empty()) {
-        const std::size_t moved = change(holding.place.text, holding.place.begin, holding.place.begin);
-        changes_[moved].put = std::exchange(words, {});
+        edits_[holding.text].replaceApartVal(holding.at, holding.at, std::exchange(words, {}));
     }
     // Words directly after a generator group would be removed with it.
-    const std::u16string_view opening = !start.breaks ? u"" : start.asPage ? u"\\page" : u"\\sect";
-    std::u16string& put = changes_[start.change].put;
-    put = opening;
+    std::u16string put = !start.breaks ? u"" : start.asPage ? u"\\page" : u"\\sect";
     put += start.breaks ? words + groups : groups + words;
+    edits_[start.place.text].replaceApartVal(start.place.begin, start.place.end, std::move(put));
     return carried;
 }
 
@@ -402,35 +339,35 @@ HeaderWords HeaderSections::writeStart(const Start& start, bool left) {
 void HeaderSections::appendNew(std::u16string& text, HeaderKind kind, const NewGroups& groups, bool title) {
     const auto given = [&](HeaderPages pages) { return groups.groups[static_cast<std::size_t>(pages)]; };
     const std::u16string_view main = mainOf(groups.groups);
-    if (main.empty()) appendGroup(text, {kind, HeaderPages::all}, {});
+    if (main.empty()) text += groupFor({kind, HeaderPages::all}, {});
     for (const HeaderPages pages : {HeaderPages::all, HeaderPages::right, HeaderPages::left}) {
         if (!given(pages).empty()) text += given(pages);
     }
-    if (facing_ && given(HeaderPages::left).empty()) appendGroup(text, {kind, HeaderPages::left}, main);
-    const bool ownFirst = groups.words.title || !title;
+    if (facing_ && given(HeaderPages::left).empty()) text += groupFor({kind, HeaderPages::left}, main);
+    const bool ownFirst = !groups.words[Word::titlepg].empty() || !title;
     const std::u16string_view first = ownFirst ? given(HeaderPages::first) : main;
-    if (title || !first.empty()) appendGroup(text, {kind, HeaderPages::first}, first);
+    if (title || !first.empty()) text += groupFor({kind, HeaderPages::first}, first);
     current_[kind] = {main, title && !ownFirst};
-
-    for (const auto& [begin, end] : section_.hostGroups[kind]) change(FlowPlace::host, begin, end);
+    for (const FlowPlace& group : section_.hostGroups[kind]) cut(group);
 }
 
 // The first page of the new section, and of later ones, shows the ordinary group of the other kind.
 void HeaderSections::appendFirstOfOther(std::u16string& text, HeaderKind kind) {
     const bool own = !section_.given[kind][static_cast<std::size_t>(HeaderPages::first)].empty();
     if (own || current_[kind].firstIsMain) return;
-    appendGroup(text, {kind, HeaderPages::first}, current_[kind].main);
+    text += groupFor({kind, HeaderPages::first}, current_[kind].main);
     current_[kind].firstIsMain = true;
 }
 
-std::vector<HeaderSections::Change> HeaderSections::finish() {
+HeaderSections::Edits HeaderSections::finish() {
     // A page without text and without a new header is removed.
     const auto& start = section_.start;
     if (start && start->breaks && !start->forBreak && !section_.hasContent && !start->takesGroups()) {
+        cut(start->place);
         section_.start.reset();
     }
     closeSection();
-    return std::move(changes_);
+    return std::move(edits_);
 }
 
 }  // namespace velmor

@@ -3,12 +3,15 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "rtf/edit/TextEdits.h"
 #include "rtf/pages/HeaderWords.h"
+#include "rtf/pages/HoldingPlace.h"
 #include "rtf/read/RtfReader.h"
 
 namespace velmor {
@@ -23,6 +26,8 @@ struct FlowPlace {
     bool body = true;  // not in a header, a note, a picture, a field, ...
     bool inTable = false;
     std::size_t depth = 0;  // of the groups around it
+
+    HoldingPlace holding() const noexcept { return {begin, depth, text}; }
 };
 
 // Groups of one kind, by their pages; empty if absent. Of several the first one counts.
@@ -48,13 +53,7 @@ public:
     // `braced`: lifted documents return between braces, which restore the section's words.
     explicit HeaderSections(bool braced) noexcept : braced_(braced) {}
 
-    struct Change {
-        std::uint32_t text;
-        std::size_t begin;
-        std::size_t end;
-        std::u16string put;
-        bool cuts;  // even if nothing is inserted
-    };
+    using Edits = std::map<std::uint32_t, TextEdits>;  // by text
 
     // ---- The content in reading order. The place of a word includes the blank that ends it.
 
@@ -65,15 +64,13 @@ public:
         if (braced_) leaveBraces(place);
     }
     void content(const FlowPlace& place);
+    // Also called where nothing else of the host follows but its last brace.
     void paragraphEnd(const FlowPlace& place);
     void pageBreak(const FlowPlace& place);
     void sectionBreak(const FlowPlace& place);
     void sectionDefaults(const FlowPlace& place);
-    void distance(HeaderKind kind, std::u16string_view word, const FlowPlace& place);
-    void border(HeaderKind kind, const FlowPlace& place);
-    // `word` is one of the frame's, with its line.
-    void frame(std::size_t index, std::u16string_view word, const FlowPlace& place);
-    void titlePage(const FlowPlace& place);
+    // `written` is the word as it stands; `place` includes the line of a page border, too.
+    void headerWord(Word word, std::u16string_view written, const FlowPlace& place);
     // Any other word that describes a section.
     void sectionWord(const FlowPlace& place);
     void facingPages(const FlowPlace& place);
@@ -82,16 +79,13 @@ public:
     void marker(HeaderKind kind, const FlowPlace& place);
     // A "{\*\korvanesection" group: a later stage turns the last page break into a section break.
     void description();
-    // Before the host's last brace.
-    void hostEnd(const FlowPlace& place);
-
     // Whether sectionWord would change anything.
     bool awaitsSectionWords() const noexcept { return !documents_.empty() && documents_.back().continues; }
     // False when content would change nothing.
     bool awaitsContent() const noexcept { return pending_ || lastPage_ || !section_.hasContent; }
 
     // Ends the last section and returns the changes.
-    std::vector<Change> finish();
+    Edits finish();
 
 private:
     static std::u16string_view mainOf(const PageGroups& groups) noexcept {
@@ -100,23 +94,13 @@ private:
 
     struct Start {
         PerKind<NewGroups> kinds;
-        std::size_t change = 0;  // the change that inserts its text
-        bool breaks = false;     // a section begins; otherwise the groups join the one that just began
-        bool asPage = false;     // written as a page break, which becomes the section's
-        bool forBreak = false;   // replaces another break
+        FlowPlace place;        // its text replaces this
+        bool breaks = false;    // a section begins; otherwise the groups join the one that just began
+        bool asPage = false;    // written as a page break, which becomes the section's
+        bool forBreak = false;  // replaces another break
 
         void want(HeaderKind kind);
         bool takesGroups() const noexcept;
-    };
-
-    // The place where a section's words hold to its end (see HoldingPlace).
-    struct Holding {
-        FlowPlace place;
-        bool moved = false;  // after a brace
-
-        void leave(const FlowPlace& behind) noexcept {
-            if (behind.depth < place.depth) *this = {behind, true};
-        }
     };
 
     // The state that a group's closing brace restores.
@@ -133,9 +117,9 @@ private:
         bool hasPage = false;     // a page break
         bool byDocument = false;  // a lifted document's break began it
         std::optional<Start> start;
-        PerKind<std::vector<std::pair<std::size_t, std::size_t>>> hostGroups;
-        std::vector<std::size_t> defaults;  // changes after a \sectd of the host that follows the start
-        Holding holding;                    // for the words of its start
+        PerKind<std::vector<FlowPlace>> hostGroups;
+        std::vector<FlowPlace> defaults;  // each \sectd of the host that follows the start
+        HoldingPlace holding;             // for the words of its start
     };
 
     // The groups of one kind that later pages show.
@@ -153,16 +137,15 @@ private:
     struct PageBreak {
         FlowPlace place;
         bool described;
-        Holding holding;         // of the section that it may begin
-        Holding sectionHolding;  // of the one that it ends
+        HoldingPlace holding;         // of the section that it may begin
+        HoldingPlace sectionHolding;  // of the one that it ends
         HeaderWords words;
     };
 
-    // Returns its index; its text may be set later.
-    std::size_t change(std::uint32_t text, std::size_t begin, std::size_t end, bool cuts = true);
-    std::size_t cut(const FlowPlace& place) { return change(place.text, place.begin, place.end); }
-    void placePending(const FlowPlace& place);
-    void begin(Start start, std::size_t change, const Holding& holding);
+    void cut(const FlowPlace& place) { edits_[place.text].cut(place.begin, place.end); }
+    void putWordsAfter(const FlowPlace& defaults);
+    void beginAtMarker(HeaderKind kind, const FlowPlace& place);
+    void begin(Start start, const FlowPlace& place, const HoldingPlace& holding);
     void beginSection(Section next);
     // `left`: the groups in which it ends have ended since. Returns the words of its start.
     HeaderWords closeSection(bool left = false);
@@ -170,23 +153,22 @@ private:
     void leaveBraces(const FlowPlace& place);
     void save(std::size_t depth);
     void forgetSaid();
-    HeaderWords& wordsOf(const FlowPlace& place);
+    bool dropsBreak(const FlowPlace& place);
+    void documentDefaults(const FlowPlace& place);
     template <typename Set>
     void tellTakers(const FlowPlace& place, Set set);
-    template <typename Set>
-    void setWord(const FlowPlace& place, Set set);
     void take(HeaderName name, std::u16string_view text);
     void keepHostGroup(HeaderName name, std::u16string_view text, const FlowPlace& place);
     Start* target() noexcept { return pending_ ? &*pending_ : section_.start ? &*section_.start : nullptr; }
     bool justBegan() const noexcept;
+    bool hasTitle() noexcept { return !section_.words[Word::titlepg].empty(); }
     void holdInGroups(const HeaderWords& carried);
-    static void add(const HeaderWords& carried, const HeaderWords& said, HeaderWords& words);
     HeaderWords carry(const Start& start, bool left);
     HeaderWords writeStart(const Start& start, bool left);
     void appendNew(std::u16string& text, HeaderKind kind, const NewGroups& groups, bool title);
     void appendFirstOfOther(std::u16string& text, HeaderKind kind);
 
-    std::vector<Change> changes_;
+    Edits edits_;
     Section section_;
     std::optional<Start> pending_;  // inside a table: begins after it
     std::optional<PageBreak> lastPage_;

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "rtf/read/WordTable.h"
 
 namespace velmor {
 
@@ -14,6 +17,11 @@ inline constexpr std::array headerKinds = {HeaderKind::header, HeaderKind::foote
 
 // The pages that a header or footer group is for: {\header, {\headerr, {\headerl, {\headerf.
 enum class HeaderPages : std::uint8_t { all, right, left, first };
+
+// The right pages for all: readers treat a group for all pages as one for right pages, which left ones may differ from.
+constexpr HeaderPages ordinary(HeaderPages pages) noexcept {
+    return std::max(pages, HeaderPages::right);
+}
 
 struct HeaderName {
     HeaderKind kind;
@@ -38,32 +46,39 @@ constexpr std::optional<HeaderName> headerNamed(std::u16string_view letters) noe
     return std::nullopt;
 }
 
-// Appends a copy of a group, for the pages of `name`; an empty group when there is none.
-void appendGroup(std::u16string& text, HeaderName name, std::u16string_view group);
+// A copy of a group, for the pages of `name`; an empty group when there is none.
+std::u16string groupFor(HeaderName name, std::u16string_view group);
 
 // One value for the headers and one for the footers.
 template <typename Value>
 struct PerKind {
     std::array<Value, 2> values{};
 
-    bool operator==(const PerKind&) const = default;
-
     Value& operator[](HeaderKind kind) noexcept { return values[static_cast<std::size_t>(kind)]; }
     const Value& operator[](HeaderKind kind) const noexcept { return values[static_cast<std::size_t>(kind)]; }
 };
 
-// The words of a section's page borders: \pgbrdrt and the like, each with the words for its line.
-inline constexpr std::array<std::u16string_view, 6> frameWords = {u"pgbrdrt", u"pgbrdrb",   u"pgbrdrl",
-                                                                  u"pgbrdrr", u"pgbrdropt", u"pgbrdrsnap"};
+// The words of a section about its headers, footers and page borders, as they are written; empty if absent. The word
+// for a page border includes those for its line.
+class HeaderWords {
+public:
+    static constexpr bool has(Word word) noexcept { return word >= Word::headery; }
 
-// The words of a section about its headers and footers.
-struct HeaderWords {
-    PerKind<std::u16string_view> distance;  // \headery, \footery, with their numbers
-    PerKind<bool> border;                   // \pgbrdrhead, \pgbrdrfoot
-    std::array<std::u16string_view, frameWords.size()> frame{};
-    bool title = false;  // \titlepg: the first page has its own
+    std::u16string_view& operator[](Word word) noexcept { return words_[indexOf(word)]; }
+    std::u16string_view operator[](Word word) const noexcept { return words_[indexOf(word)]; }
 
-    bool operator==(const HeaderWords&) const = default;
+    // Without those about the other kind alone.
+    HeaderWords about(HeaderKind kind) const noexcept;
+    // Takes over the words that `said` lacks.
+    void add(const HeaderWords& more, const HeaderWords& said) noexcept;
+    std::u16string text() const;
+
+private:
+    static constexpr auto first = static_cast<std::size_t>(Word::headery);
+    static constexpr auto last = static_cast<std::size_t>(Word::pgbrdrfoot);
+    static constexpr std::size_t indexOf(Word word) noexcept { return static_cast<std::size_t>(word) - first; }
+
+    std::array<std::u16string_view, last - first + 1> words_{};
 };
 
 }  // namespace velmor

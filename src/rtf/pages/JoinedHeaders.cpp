@@ -1,6 +1,7 @@
 #include "rtf/pages/JoinedHeaders.h"
 
-#include <iterator>
+#include <algorithm>
+#include <utility>
 
 #include "rtf/edit/EmbeddedDocuments.h"
 #include "rtf/read/RtfReader.h"
@@ -10,24 +11,16 @@
 namespace velmor {
 namespace {
 
-constexpr std::u16string_view facingWord = u"\\facingp";
-
-std::size_t findFacing(std::u16string_view text, std::size_t from) noexcept {
-    RtfSearch search(text);
-    while ((from = search.find(facingWord, from)) != text.npos && !wordStandsAt(text, from, facingWord)) ++from;
-    return from;
-}
-
-bool beginsBody(std::u16string_view letters) {
-    const WordMeaning meaning = meaningOf(letters);
+bool beginsBody(WordMeaning meaning) noexcept {
     return meaning.is(WordTrait::beginsText) || meaning.is(WordTrait::endsParagraph) || meaning.is(WordTrait::shown) ||
            meaning.is(WordTrait::shownCell);
 }
 
 // What may stand in a host's header.
 bool isTable(std::u16string_view text, std::size_t index) {
-    return standsAt(text, index, u"{\\*") ||
-           (standsAt(text, index, u"{\\") && wordIs(WordTrait::hostTable, readWord(text, index + 1).letters));
+    if (!standsAt(text, index, u"{")) return false;
+    const GroupOpening opening = readOpening(text, index);
+    return opening.ignorable || wordIs(WordTrait::hostTable, opening.letters);
 }
 
 }  // namespace
@@ -36,50 +29,41 @@ JoinedHeaders::JoinedHeaders(std::u16string_view text, const std::vector<Join>& 
     : text_(text), joins_(joins), tolerant_(tolerant), edits_(edits) {
     const std::size_t host = findHostDocument(text);
     if (host == noDocument) return;
-    findFacingPages();
+    for (const Join& join : joins) {
+        if (join.document) facing_.push_back(false);
+        if (join.facing) facing_.back() = anyFacing_ = true;
+    }
     if (anyFacing_) letHostFace(host);
     read(host);
-}
-
-void JoinedHeaders::findFacingPages() {
-    facing_.push_back(false);
-    auto next = joins_.begin();
-    for (std::size_t at = 0; next != joins_.end() || at != nowhere;) {
-        const std::size_t found = at == nowhere ? nowhere : findFacing(text_, at);
-        for (; next != joins_.end() && next->behind <= found; ++next) {
-            if (next->document) facing_.push_back(false);
-        }
-        at = found;
-        if (found == nowhere) continue;
-        facing_.back() = anyFacing_ = true;
-        ++at;
-    }
 }
 
 // Readers search the word in the header of the whole text.
 void JoinedHeaders::letHostFace(std::size_t host) {
     std::size_t at = hostHeaderStart(text_, host);
-    for (std::size_t next = at; (next = skipWhiteSpace(text_, next)) < text_.size();) {
-        if (isTable(text_, next)) {
-            const std::size_t end = findGroupEnd(text_, next + 1, true);
-            if (end == noGroupEnd) break;
-            at = next = end + 1;
+    WordRun header(text_, at);
+    for (;;) {
+        if (header.next()) {
+            const WordMeaning meaning = meaningOf(header.word().letters);
+            if (meaning.word == Word::facingp) return;
+            if (beginsBody(meaning)) break;
+            at = endWithBlank(text_, header.word());
         } else {
-            const ControlWord word = readWord(text_, next);
-            if (text_[next] != u'\\' || word.letters.empty() || beginsBody(word.letters)) break;
-            if (word.letters == facingWord.substr(1)) return;
-            at = next = endWithBlank(text_, word);
+            const bool table = isTable(text_, header.end());
+            const std::size_t end = table ? findGroupEnd(text_, header.end() + 1, true) : noGroupEnd;
+            if (end == noGroupEnd) break;
+            at = end + 1;
         }
+        header.goOnAt(at);
     }
-    edits_.replaceApartVal(at, at, std::u16string(facingWord));
+    edits_.replaceApartVal(at, at, u"\\facingp");
 }
 
 // ---- Reading
 
 void JoinedHeaders::read(std::size_t host) {
-    auto next = joins_.begin();
+    auto next = joins_.begin() + 1;
     const auto joinUpTo = [&](std::size_t index) {
-        for (; next != joins_.end() && next->behind <= index; ++next) join(*next);
+        for (; next != joins_.end() && next->after <= index; ++next) join(*next);
     };
     RtfReader reader(text_, host, text_.size(), true);
     while (reader.next()) {
@@ -90,7 +74,7 @@ void JoinedHeaders::read(std::size_t host) {
         } else if (reader.closes()) {
             closeGroup(index, reader.depth());
         } else if (!open_) {
-            takeWord(index);
+            takeWord(reader.word());
         }
     }
     joinUpTo(text_.size());
@@ -111,33 +95,25 @@ void JoinedHeaders::closeGroup(std::size_t index, std::size_t depth) {
     lastBrace_ = index;
 }
 
-void JoinedHeaders::takeWord(std::size_t index) {
-    if (wordStandsAt(text_, index, u"\\sect")) {
-        closeSection(index);
-    } else if (wordStandsAt(text_, index, u"\\titlepg")) {
-        title_ = endWithBlank(text_, readWord(text_, index));
+void JoinedHeaders::takeWord(const ControlWord& word) {
+    if (word.letters == u"sect") {
+        closeSection(word.begin);
+    } else if (word.letters == u"titlepg") {
+        title_ = endWithBlank(text_, word);
     }
 }
 
 void JoinedHeaders::take(HeaderName name, std::size_t begin, std::size_t end) {
     // This document has no left pages of its own, but another document has.
-    const bool leftAsMain = anyFacing_ && !facing_[document_];
-    Pages& given = given_[name.kind];
-    if (name.pages == HeaderPages::first) {
-        given.first = true;
-    } else if (name.pages != HeaderPages::left) {
-        if (leftAsMain && !given.main) {
-            std::u16string copy;
-            appendGroup(copy, {name.kind, HeaderPages::left}, text_.substr(begin, end - begin));
-            edits_.replaceApartVal(end, end, std::move(copy));
-            given.left = true;
+    if (anyFacing_ && !facing_[document_]) {
+        if (name.pages == HeaderPages::left) return edits_.cut(begin, end);
+        const HeaderName left{name.kind, HeaderPages::left};
+        if (name.pages != HeaderPages::first && source({name.kind, HeaderPages::all}) != Source::thisSection) {
+            edits_.replaceApartVal(end, end, groupFor(left, text_.substr(begin, end - begin)));
+            source(left) = Source::thisSection;
         }
-        given.main = true;
-    } else if (leftAsMain) {
-        edits_.replaceApartVal(begin, end, {});
-    } else {
-        given.left = true;
     }
+    source(name) = Source::thisSection;
 }
 
 // ---- Sections
@@ -147,12 +123,9 @@ void JoinedHeaders::join(const Join& join) {
     if (open_) return;
     closeSection(join.begin);
     if (!join.document) return;
-    beginning_ = join.behind;
+    beginning_ = join.after;
     for (const HeaderKind kind : headerKinds) {
-        Pages& foreign = foreign_[kind];
-        const Pages& own = own_[kind];
-        foreign = {foreign.main || own.main, foreign.left || own.left, foreign.first || own.first};
-        own_[kind] = {};
+        std::replace(shown_[kind].begin(), shown_[kind].end(), Source::thisDocument, Source::previousDocument);
         emptied_[kind] = false;
     }
 }
@@ -164,23 +137,21 @@ void JoinedHeaders::closeSection(std::size_t end) {
 }
 
 void JoinedHeaders::closeSection(HeaderKind kind) {
-    const Pages given = std::exchange(given_[kind], {});
-    Pages& own = own_[kind];
-    Pages& foreign = foreign_[kind];
-    own = {own.main || given.main, own.left || given.left, own.first || given.first};
-    foreign = {foreign.main && !given.main, foreign.left && !given.left, foreign.first && !given.first};
-    if (beginning_ != nowhere) {
-        if (foreign.main) empty(beginning_, {kind, HeaderPages::all});
-        emptied_[kind] = foreign.main;
-        if (foreign.left && anyFacing_) empty(beginning_, {kind, HeaderPages::left});
-        foreign.main = foreign.left = false;
+    const bool begins = beginning_ != nowhere;
+    for (const HeaderPages pages : {HeaderPages::all, HeaderPages::left, HeaderPages::first}) {
+        Source& giver = source({kind, pages});
+        // A first page does not show before a section has one of its own.
+        const bool shows = pages == HeaderPages::first ? title_ != nowhere : begins;
+        if (giver != Source::previousDocument || !shows) continue;
+        giver = Source::nobody;
+        emptied_[kind] = emptied_[kind] || pages == HeaderPages::all;
+        const std::size_t place = begins ? beginning_ : title_;
+        if (pages != HeaderPages::left || anyFacing_) edits_.replaceApartVal(place, place, groupFor({kind, pages}, {}));
     }
-    // It does not show before a section has its own first page.
-    if (foreign.first && title_ != nowhere) {
-        empty(beginning_ != nowhere ? beginning_ : title_, {kind, HeaderPages::first});
-        foreign.first = false;
+    for (Source& giver : shown_[kind]) {
+        if (giver == Source::thisSection) giver = Source::thisDocument;
+        if (giver == Source::thisDocument) emptied_[kind] = false;
     }
-    emptied_[kind] = emptied_[kind] && !own.any();
 }
 
 // Empty headers at the page's edge do not move the text, whatever the document's distance is. The distance must
@@ -192,12 +163,6 @@ void JoinedHeaders::endSilently(std::size_t end) {
     if (words.empty()) return;
     if (!wordStandsAt(text_, end, u"\\sect")) return edits_.replaceApartVal(end, end, std::move(words));
     edits_.replaceApartVal(end, endWithBlank(text_, readWord(text_, end)), u"{" + words + u"\\sect}");
-}
-
-void JoinedHeaders::empty(std::size_t place, HeaderName name) {
-    std::u16string text;
-    appendGroup(text, name, {});
-    edits_.replaceApartVal(place, place, std::move(text));
 }
 
 }  // namespace velmor

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "rtf/edit/TextEdits.h"
@@ -21,27 +22,24 @@ namespace velmor {
 // \headery, ...).
 class JoinedHeaders {
 public:
-    // The begin of a section at a join: after the marker.
+    // A part of the text that begins with a section: the host, or what follows a marker.
     struct Join {
         std::size_t begin;  // of the marker
-        std::size_t behind;
-        bool document;  // one follows; otherwise headers and footers continue
+        std::size_t after;
+        bool document;  // it is one; otherwise headers and footers continue
+        bool facing;    // it has \facingp
     };
 
-    // `joins` in ascending order. The changes go to `edits`. `tolerant`: \sectd begins each joined document, so
-    // that its words hold in it only.
+    // `joins` are in ascending order, the host first. The changes go to `edits`. `tolerant`: \sectd begins each joined
+    // document, so that its words hold in it only.
     JoinedHeaders(std::u16string_view text, const std::vector<Join>& joins, bool tolerant, TextEdits& edits);
 
 private:
     static constexpr std::size_t nowhere = std::u16string_view::npos;
 
-    struct Pages {
-        bool main = false;  // all pages, or the right ones
-        bool left = false;
-        bool first = false;
-
-        bool any() const noexcept { return main || left || first; }
-    };
+    // Who gives a group that a section shows.
+    enum class Source : std::uint8_t { nobody, previousDocument, thisDocument, thisSection };
+    using Sources = std::array<Source, 4>;  // by pages; the right ones for all
 
     struct OpenGroup {
         std::optional<HeaderName> name;  // absent in an ignorable destination
@@ -49,19 +47,20 @@ private:
         std::size_t depth;
     };
 
-    void findFacingPages();
     void letHostFace(std::size_t host);
     void read(std::size_t host);
     void openGroup(std::size_t index, std::size_t depth);
     void closeGroup(std::size_t index, std::size_t depth);
-    void takeWord(std::size_t index);
+    void takeWord(const ControlWord& word);
     void take(HeaderName name, std::size_t begin, std::size_t end);
+    Source& source(HeaderName name) noexcept {
+        return shown_[name.kind][static_cast<std::size_t>(ordinary(name.pages))];
+    }
     void join(const Join& join);
     // `end`: the place for its last words.
     void closeSection(std::size_t end);
     void closeSection(HeaderKind kind);
     void endSilently(std::size_t end);
-    void empty(std::size_t place, HeaderName name);
 
     std::u16string_view text_;
     const std::vector<Join>& joins_;
@@ -71,10 +70,8 @@ private:
 
     std::size_t document_ = 0;
     std::optional<OpenGroup> open_;
-    PerKind<Pages> given_;    // by the current section
-    PerKind<Pages> own_;      // by the document, in previous sections
-    PerKind<Pages> foreign_;  // given by previous documents and inherited
-    PerKind<bool> emptied_;   // the document got an empty group, and has none of its own so far
+    PerKind<Sources> shown_;
+    PerKind<bool> emptied_;  // the document got an empty group, and has none of its own so far
     std::size_t lastBrace_ = 0;
     std::size_t beginning_ = nowhere;  // of the document, in its first section
     std::size_t title_ = nowhere;      // after the section's \titlepg

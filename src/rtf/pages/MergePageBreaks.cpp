@@ -19,36 +19,49 @@ constexpr std::u16string_view marker = Module1::mergePageBreakMarker;
 constexpr std::u16string_view sectionWord = u"\\sectd";
 constexpr std::size_t nowhere = std::u16string_view::npos;
 
-// The pages of one joined document. Places are those of each word's first occurrence.
-class PageReader {
+// One joined document, and its page. Of each word the first occurrence counts.
+class JoinedDocument {
 public:
     // The document begins at the index, in `depth` open groups.
-    PageReader(std::size_t begin, std::size_t depth, bool tolerant)
-        : tolerant_(tolerant), depth_(depth), place_(begin, depth) {
+    JoinedDocument(std::u16string_view text, std::size_t begin, std::size_t depth, bool tolerant)
+        : text_(text), tolerant_(tolerant), place_{begin, depth} {
         documentAt_.fill(nowhere);
         sectionAt_.fill(nowhere);
     }
 
-    // Reads from `begin` to the end of the text.
-    void read(std::u16string_view text, std::size_t begin);
+    // Takes the word or brace that the reader is at.
+    void take(const RtfReader& reader) {
+        row_.take(reader, reader.depth());
+        if (reader.opens()) {
+            document_ = document_ || documentStandsAt(text_, reader.position());
+        } else if (!reader.closes()) {
+            takeWord(reader.word());
+        } else if (!ended_) {
+            place_.leave({reader.position() + 1, reader.depth()});
+        }
+    }
 
-    std::size_t depth() const noexcept { return depth_; }
+    void endAt(std::size_t index) { text_ = text_.substr(0, index); }
+
+    // ---- What was read
+
     bool inRow() const noexcept { return row_.inRow(); }
     // Whether the document ends with a row, to which a break would belong.
     bool endsWithRow() const { return lastRow_ != nowhere && !showsText(text_.substr(lastRow_)); }
     // The place where the words of the first section hold to its end.
-    std::size_t place() const noexcept { return place_.at(); }
+    std::size_t place() const noexcept { return place_.at; }
 
     // A section ends without a page break: the described part of the text has no end.
     bool isBroken() const noexcept { return breaks_ && !pages_; }
-    // The begin of its first section; nowhere when another section precedes it.
-    std::size_t firstSection() const noexcept { return breaksBefore_ ? nowhere : section_; }
+    // The first \sectd. Tolerant: nowhere when it does not describe the first section.
+    std::size_t firstSection() const noexcept { return section_; }
     bool holdsDocument() const noexcept { return document_; }
+    bool hasFacingPages() const noexcept { return facing_; }
 
     // A word of a section that must be changed.
     struct SectionWord {
-        TextRange place;
-        bool resets;  // \sectd of a later section; else a word that continues the previous page
+        TextRange place;  // with the blank that ends it
+        bool resets;      // \sectd of a later section; else a word that continues the previous page
     };
     // In tolerant cleaning; in ascending order.
     const std::vector<SectionWord>& sectionWords() const noexcept { return sectionWords_; }
@@ -68,11 +81,7 @@ public:
             const bool own = sectionAt_[i] != nowhere;
             page.values[i] = own ? valueAt(settings, sectionAt_[i], PageSetup::sectionWords[i]) : documentValue(i);
         }
-        if (landscape_) {
-            page.turnLandscape();
-        } else if (portrait_) {
-            page.turnPortrait();
-        }
+        if (landscape_ || portrait_) page.turn(landscape_);
         return page;
     }
 
@@ -86,75 +95,65 @@ private:
         return tolerant_ ? PageSetup::defaults[i] : 0;
     }
 
-    void take(std::size_t index) {
-        switch (text_[index + 1]) {
-            case u'l':
-                landscape_ = landscape_ || (open_ && standsAt(text_, index, u"\\lndscpsxn"));
+    void takeWord(const ControlWord& word) {
+        switch (meaningOf(word.letters).word) {
+            case Word::facingp:
+                facing_ = true;
                 break;
-            case u'm':
-                takeValue(index);
+            case Word::page:
+            case Word::sect:
+                takeEnd(word);
                 break;
-            case u'p':
-                portrait_ = portrait_ || (open_ && standsAt(text_, index, u"\\portrait"));
-                if (wordStandsAt(text_, index, u"\\page")) takeEnd(index, true);
-                if (wordStandsAt(text_, index, u"\\par")) lastRow_ = nowhere;
-                takeValue(index);
+            case Word::par:
+                lastRow_ = nowhere;
                 break;
-            case u'r':
-                if (wordStandsAt(text_, index, u"\\row")) lastRow_ = index + 4;
-                document_ = document_ || (index > 0 && documentStandsAt(text_, index - 1));
+            case Word::row:
+                lastRow_ = word.end;
                 break;
-            case u's':
-                if (wordStandsAt(text_, index, sectionWord)) beginSection(index);
-                if (wordStandsAt(text_, index, u"\\sect")) takeEnd(index, false);
-                takeRunningOn(index);
+            case Word::sectd:
+                beginSection(word);
                 break;
             default:
+                takeSetting(word);
                 break;
         }
     }
 
     // The first \sectd: the words before it count for the document only. For a reader, a \sectd after a section
     // break does not describe the previous section.
-    void beginSection(std::size_t index) {
-        if (section_ != nowhere || !open_) {
-            if (tolerant_) sectionWords_.push_back({wordAt(index), true});
-            return;
-        }
+    void beginSection(const ControlWord& word) {
+        if (section_ != nowhere || !open_) return takeSectionWord(word, true);
         sectionWords_.clear();
-        section_ = index;
+        section_ = word.begin;
         sectionAt_.fill(nowhere);
         landscape_ = portrait_ = false;
     }
 
     // A page or section ends, and with it the words of the first section.
-    void takeEnd(std::size_t index, bool page) {
+    void takeEnd(const ControlWord& word) {
+        const bool page = word.letters == u"page";
         ended_ = ended_ || !page;
         if (section_ == nowhere) {
-            breaksBefore_ = breaksBefore_ || !page;
-            open_ = open_ && !(tolerant_ && breaksBefore_);
+            if (tolerant_ && !page) open_ = false;
             return;
         }
         (page ? pages_ : breaks_) = true;
-        if (open_) settingsEnd_ = index;
+        if (open_) settingsEnd_ = word.begin;
         open_ = false;
     }
 
-    void takeRunningOn(std::size_t index) {
-        if (!tolerant_ || !open_) return;
-        for (const std::u16string_view word : {u"\\sbknone", u"\\sbkcol"}) {
-            if (wordStandsAt(text_, index, word)) sectionWords_.push_back({wordAt(index), false});
-        }
+    void takeSetting(const ControlWord& word) {
+        const auto whole = PageSetup::documentValue(word.letters), own = PageSetup::sectionValue(word.letters);
+        if (whole && documentAt_[*whole] == nowhere) documentAt_[*whole] = word.begin;
+        if (!open_) return;
+        if (own && sectionAt_[*own] == nowhere) sectionAt_[*own] = word.begin;
+        landscape_ = landscape_ || word.letters.starts_with(u"lndscpsxn");
+        portrait_ = portrait_ || word.letters.starts_with(u"portrait");
+        if (word.letters == u"sbknone" || word.letters == u"sbkcol") takeSectionWord(word, false);
     }
 
-    // With the blank that ends it.
-    TextRange wordAt(std::size_t index) const { return {index, endWithBlank(text_, readWord(text_, index))}; }
-
-    void takeValue(std::size_t index) {
-        const std::u16string_view letters = readWord(text_, index).letters;
-        const auto own = PageSetup::sectionValue(letters), whole = PageSetup::documentValue(letters);
-        if (own && open_ && sectionAt_[*own] == nowhere) sectionAt_[*own] = index;
-        if (whole && documentAt_[*whole] == nowhere) documentAt_[*whole] = index;
+    void takeSectionWord(const ControlWord& word, bool resets) {
+        if (tolerant_) sectionWords_.push_back({{word.begin, endWithBlank(text_, word)}, resets});
     }
 
     std::u16string_view text_;
@@ -168,117 +167,101 @@ private:
     bool portrait_ = false;
     bool pages_ = false;
     bool breaks_ = false;
-    bool breaksBefore_ = false;
     bool document_ = false;
+    bool facing_ = false;
     std::vector<SectionWord> sectionWords_;
-    std::size_t depth_;
     RowState row_;
     std::size_t lastRow_ = nowhere;  // after the last \row, until a paragraph ends
     HoldingPlace place_;
     bool ended_ = false;  // the first section
 };
 
-void PageReader::read(std::u16string_view text, std::size_t begin) {
-    text_ = text;
-    RtfReader reader(text, begin, text.size(), tolerant_);
-    while (reader.next()) {
-        const std::size_t index = reader.position();
-        if (reader.opens()) {
-            ++depth_;
-            continue;
-        }
-        if (reader.closes() && depth_ > 0) --depth_;
-        row_.take(reader, depth_);
-        if (!reader.closes()) {
-            take(index);
-        } else if (!ended_) {
-            place_.close(index, depth_);
-        }
-    }
-}
-
 // The breaks of a whole text.
 class MergeBreaks {
 public:
     MergeBreaks(std::u16string_view text, bool tolerant) : text_(text), tolerant_(tolerant) { read(); }
 
-    void separateHeaders() { JoinedHeaders(text_, joins_, tolerant_, edits_); }
+    void separateHeaders() {
+        if (!joins_.empty()) JoinedHeaders(text_, joins_, tolerant_, edits_);
+    }
     TextEdits edits() && { return std::move(edits_); }
 
 private:
     void read();
-    void finish(const PageReader& reader);
-    void replace(std::size_t at, const PageReader& reader);
-    void keepSections(const PageReader& reader);
+    void finish(const JoinedDocument& document);
+    void replaceMarker(const JoinedDocument& document);
+    void keepSections(const JoinedDocument& document);
 
     std::u16string_view text_;
     bool tolerant_;
     PageSetup hostPage_;
     std::size_t marker_ = nowhere;  // before the current document
-    bool behindRow_ = false;        // that marker follows a row
+    bool followsRow_ = false;       // that marker follows a row
     std::vector<JoinedHeaders::Join> joins_;
     TextEdits edits_;
 };
 
 // No section can begin in a table row: a marker there ends a paragraph only.
 void MergeBreaks::read() {
-    RtfSearch markers(text_);
-    std::size_t at = markers.find(marker, 0);
-    if (at == nowhere) return;
-    PageReader reader(0, 0, tolerant_);
-    for (std::size_t begin = 0; begin <= text_.size(); at = markers.find(marker, begin)) {
-        const bool last = at == nowhere;
-        reader.read(text_.substr(0, at), begin);
-        begin = last ? text_.size() + 1 : at + marker.size();
-        if (!last && reader.inRow()) {
-            edits_.replaceApartVal(at, begin, u"\\par");
-            continue;
+    if (RtfSearch(text_).find(marker, 0) == nowhere) return;
+    JoinedDocument document(text_, 0, 0, tolerant_);
+    for (RtfReader reader(text_, 0, text_.size(), tolerant_); reader.next();) {
+        const std::size_t at = reader.position(), end = at + marker.size();
+        if (!standsAt(text_, at, marker)) {
+            document.take(reader);
+        } else if (document.inRow()) {
+            edits_.replaceApartVal(at, end, u"\\par");
+        } else {
+            document.endAt(at);
+            finish(document);
+            marker_ = at;
+            followsRow_ = document.endsWithRow();
+            document = JoinedDocument(text_, end, reader.depth() - 1, tolerant_);
         }
-        finish(reader);
-        marker_ = at;
-        behindRow_ = reader.endsWithRow();
-        reader = PageReader(begin, reader.depth(), tolerant_);
     }
+    finish(document);
 }
 
 // A document was read to its end; a marker may precede it.
-void MergeBreaks::finish(const PageReader& reader) {
+void MergeBreaks::finish(const JoinedDocument& document) {
     if (marker_ == nowhere) {
-        hostPage_ = reader.documentPage();
-    } else if (tolerant_ || !reader.isBroken()) {
-        replace(marker_, reader);
+        hostPage_ = document.documentPage();
+        joins_.push_back({0, 0, true, document.hasFacingPages()});
+    } else if (tolerant_ || !document.isBroken()) {
+        replaceMarker(document);
     } else {
+        joins_.back().facing = joins_.back().facing || document.hasFacingPages();
         return;
     }
-    keepSections(reader);
+    keepSections(document);
 }
 
-void MergeBreaks::replace(std::size_t at, const PageReader& reader) {
-    const std::size_t behind = at + marker.size();
-    const std::u16string page = reader.page().words();
-    joins_.push_back({at, behind, reader.holdsDocument()});
-    if (!tolerant_) return edits_.replaceApartVal(at, behind, u"\\sect" + page);
+void MergeBreaks::replaceMarker(const JoinedDocument& document) {
+    const std::size_t at = marker_, after = at + marker.size();
+    const std::u16string page = document.page().words();
+    joins_.push_back({at, after, document.holdsDocument(), document.hasFacingPages()});
+    if (!tolerant_) return edits_.replaceApartVal(at, after, u"\\sect" + page);
     constexpr std::u16string_view fresh = u"\\pard\\plain\\uc1";
-    const std::size_t place = reader.place();
-    std::u16string words = behindRow_ ? u"\\pard\\par\\sect" : u"\\sect";
+    const std::size_t place = document.place();
+    std::u16string words = followsRow_ ? u"\\pard\\par\\sect" : u"\\sect";
     std::u16string description = u"\\sectd" + page;
-    if (place == behind) {
+    if (place == after) {
         words += description + std::u16string(fresh);
     } else {
         words += fresh;
-        if (!showsText(text_.substr(behind, place - behind))) description += fresh;
+        if (!showsText(text_.substr(after, place - after))) description += fresh;
         edits_.replaceApartVal(place, place, std::move(description));
     }
-    edits_.replaceApartVal(at, behind, std::move(words));
-    const std::size_t section = reader.firstSection();
+    edits_.replaceApartVal(at, after, std::move(words));
+    const std::size_t section = document.firstSection();
     if (section != nowhere) edits_.cut(section, endWithBlank(text_, readWord(text_, section)));
 }
 
 // A document begins on a new page (the host does anyway, but readers apply the word to the next section too),
 // and its sections return to its page, not to the host's.
-void MergeBreaks::keepSections(const PageReader& reader) {
-    const std::u16string page = reader.documentPage().wordsUnlike(hostPage_);
-    for (const auto& word : reader.sectionWords()) {
+void MergeBreaks::keepSections(const JoinedDocument& document) {
+    const std::u16string page = document.documentPage().wordsUnlike(hostPage_);
+    for (const auto& word : document.sectionWords()) {
         if (!word.resets) {
             edits_.cut(word.place.begin, word.place.end);
         } else if (!page.empty()) {

@@ -25,14 +25,11 @@ std::optional<PageSetup::Value> PageSetup::documentValue(std::u16string_view let
     return find(documentWords, [&](std::u16string_view word) { return letters == word; });
 }
 
-void PageSetup::turnLandscape() noexcept {
-    landscape = true;
-    if (values[height] > values[width]) std::swap(values[height], values[width]);
-}
-
-void PageSetup::turnPortrait() noexcept {
-    landscape = false;
-    if (values[width] > values[height]) std::swap(values[height], values[width]);
+void PageSetup::turn(bool toLandscape) noexcept {
+    landscape = toLandscape;
+    if (toLandscape ? values[height] > values[width] : values[width] > values[height]) {
+        std::swap(values[height], values[width]);
+    }
 }
 
 std::u16string PageSetup::words() const {

@@ -29,8 +29,7 @@ struct PageSetup {
     bool landscape = false;
 
     // Exchanges height and width if they contradict the orientation.
-    void turnLandscape() noexcept;
-    void turnPortrait() noexcept;
+    void turn(bool toLandscape) noexcept;
 
     // The orientation, if it is landscape, and the six values.
     std::u16string words() const;

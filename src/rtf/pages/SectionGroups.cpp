@@ -59,13 +59,9 @@ bool SectionGroups::read(std::size_t index) {
     for (std::size_t value = 0; value < PageSetup::valueCount; ++value) {
         if (!readValue(value, index)) return false;
     }
-    if (first(PageSetup::valueCount, index) != nullptr) {
-        page_.turnLandscape();
-    } else if (first(PageSetup::valueCount + 1, index) != nullptr) {
-        page_.turnPortrait();
-    } else {
-        page_.landscape = false;
-    }
+    page_.landscape = first(PageSetup::valueCount, index) != nullptr;
+    const bool portrait = first(PageSetup::valueCount + 1, index) != nullptr;
+    if (page_.landscape || portrait) page_.turn(page_.landscape);
     return true;
 }
 

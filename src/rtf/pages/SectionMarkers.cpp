@@ -94,7 +94,7 @@ void SectionMarkers::walk(std::size_t limit, Take take) {
     RtfReader reader(text_, 0, limit, tolerant_);
     for (std::size_t depth = 0; reader.next() && take(reader.position(), depth); depth = reader.depth()) {
         row_.take(reader, reader.depth());
-        if (reader.closes() && section_) section_->place.close(reader.position(), reader.depth());
+        if (reader.closes() && section_) section_->place.leave({reader.position() + 1, reader.depth()});
     }
 }
 
@@ -194,7 +194,7 @@ void SectionMarkers::beginSection(const Description& description, std::size_t de
     std::size_t begin = description.at;
     if (description.beginning != Beginning::document) begin = endWithBlank(text_, readWord(text_, begin));
     if (description.beginning == Beginning::page) edits_.replaceApartVal(description.at, begin, u"\\sect");
-    section_ = Section{&description, HoldingPlace(begin, depth)};
+    section_ = Section{&description, HoldingPlace{begin, depth}};
 }
 
 // The described page replaces the section's own.
@@ -208,7 +208,7 @@ void SectionMarkers::takeSectionWord(std::size_t index) {
 
 void SectionMarkers::endSection() {
     if (!section_) return;
-    const std::size_t at = section_->place.at();
+    const std::size_t at = section_->place.at;
     edits_.replaceApartVal(at, at, (section_->resets ? u"\\sectd" : u"") + section_->description->words);
     section_.reset();
 }
