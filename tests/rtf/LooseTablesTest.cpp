@@ -18,7 +18,7 @@ std::u16string marked(std::u16string text, bool tolerant) {
     options.tolerant = tolerant;
     test::CountedGuids guids;
     Module1::MarkLooseTables(text, options, guids);
-    return text;
+    return test::withNumberedIdentities(std::move(text));
 }
 
 struct Case {

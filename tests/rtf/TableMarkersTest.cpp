@@ -16,7 +16,7 @@ using test::CountedGuids;
 std::u16string marked(std::u16string text) {
     CountedGuids guids;
     addTableMarkers(text, guids);
-    return test::withoutMarkers(text);
+    return test::withoutMarkers(test::withNumberedIdentities(std::move(text)));
 }
 
 const std::pair<std::u16string, std::u16string> markCases[] = {

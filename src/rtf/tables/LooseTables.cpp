@@ -7,8 +7,8 @@
 #include "rtf/read/ParagraphText.h"
 #include "rtf/read/RtfReader.h"
 #include "rtf/read/TableLevel.h"
-#include "rtf/tables/MarkerInsertion.h"
 #include "rtf/tables/MarkerPairs.h"
+#include "rtf/tables/TableMarkers.h"
 #include "rtf/tables/TableWords.h"
 #include "text/Compare.h"
 
@@ -229,11 +229,12 @@ bool Module1::MarkLooseTables(std::u16string& psText, const CleanOptions& option
     if (findText(psText, u"row", 0, Comparison::binary) == std::u16string_view::npos) return false;
     const std::vector<PairedMarker> markers = findMarkerPairs(psText, options.tolerant);
     if (markers.empty() && !options.tolerant) return false;
-    MarkerInsertion changes;
-    LooseTableFinder(psText, options.tolerant, changes.tables).find(markers);
-    if (changes.empty()) return false;
-    changes.apply(psText, guids);
-    return true;
+    std::vector<TextRange> tables;
+    LooseTableFinder(psText, options.tolerant, tables).find(markers);
+    TextEdits edits;
+    insertTableMarkers(tables, guids, edits);
+    edits.apply(psText);
+    return !tables.empty();
 }
 
 }  // namespace velmor

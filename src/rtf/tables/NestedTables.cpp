@@ -276,7 +276,8 @@ void Conversion::takeDefinition(std::size_t index, std::size_t limit) {
         table.nestedDefinition = index;
         return;
     }
-    const RowDefinition row = rowDefinitionAt(text_, index, limit);
+    const RowDefinition row = definitions_.empty() ? rowDefinitionAt(text_, index, limit)
+                                                   : rowDefinitionLike(text_, index, limit, definitions_.back().row);
     definitions_.push_back({row, edits_.reserve(index), table.definition});
     table.definition = definitions_.size() - 1;
     reader_.goOnAt(row.range.end);

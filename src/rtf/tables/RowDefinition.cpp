@@ -1,5 +1,7 @@
 #include "rtf/tables/RowDefinition.h"
 
+#include <algorithm>
+
 namespace velmor {
 namespace {
 
@@ -59,6 +61,16 @@ RowDefinition rowDefinitionAt(std::u16string_view text, std::size_t begin, std::
     }
     definition.range.end = endOfRowWords(text, begin);
     return definition;
+}
+
+RowDefinition rowDefinitionLike(std::u16string_view text, std::size_t begin, std::size_t limit,
+                                const RowDefinition& known) noexcept {
+    const std::u16string_view words = known.range.of(text);
+    const std::size_t end = begin + words.size();
+    const bool isSame = end < limit && text[end] == u'\\' && std::equal(words.begin(), words.end(), &text[begin]);
+    const bool endsHere = isSame && partOf(readWord(text.substr(0, limit), end).letters) == Part::endsDefinition;
+    if (!endsHere) return rowDefinitionAt(text, begin, limit);
+    return {{begin, end}, known.columns, known.lastColumn - known.range.begin + begin};
 }
 
 }  // namespace velmor

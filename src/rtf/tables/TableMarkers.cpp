@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
-#include "rtf/edit/TextEdits.h"
 #include "rtf/read/Module1.h"
 #include "rtf/read/RtfReader.h"
-#include "rtf/tables/MarkerInsertion.h"
 #include "rtf/tables/NestedTableFinder.h"
 #include "rtf/tables/RowTrimmer.h"
 #include "rtf/tables/TableWords.h"
@@ -90,16 +88,18 @@ void takeRowWord(std::u16string_view text, Word word, std::size_t index, RowTrim
     }
 }
 
-// Reads one table after the other, and collects insertions and cuts.
+// Reads one table after the other, and collects them, inner ones before outer ones.
 class TableReader {
 public:
-    explicit TableReader(std::u16string_view text) : text_(text), nested_(text, changes_.tables) {}
+    explicit TableReader(std::u16string_view text) : text_(text), nested_(text, tables_) {}
 
     // The end of the table that begins at `start`; nothing when its last row is missing: then the nested tables
     // of its complete parts stay collected.
     std::size_t read(std::size_t start);
 
-    const MarkerInsertion& changes() const { return changes_; }
+    const std::vector<TextRange>& tables() const noexcept { return tables_; }
+    // The removals from the rows of these tables.
+    TextEdits& edits() noexcept { return edits_; }
 
 private:
     // True when the row ends the table.
@@ -107,7 +107,8 @@ private:
     bool isTableEnd();
 
     std::u16string_view text_;
-    MarkerInsertion changes_;
+    std::vector<TextRange> tables_;
+    TextEdits edits_;
     NestedTableFinder nested_;
     RowTrimmer rows_;
     std::size_t known_ = 0;         // tables before the current part
@@ -117,8 +118,8 @@ private:
 };
 
 std::size_t TableReader::read(std::size_t start) {
-    const std::size_t cuts = changes_.cuts.size();
-    known_ = changes_.tables.size();
+    const std::size_t cuts = edits_.size();
+    known_ = tables_.size();
     nestedTables_ = lastRows_ = 0;
     lastRowSeen_ = false;
     rows_ = {};
@@ -133,7 +134,7 @@ std::size_t TableReader::read(std::size_t start) {
             lastRowSeen_ = true;
             ++lastRows_;
         } else if (read.meaning == Word::row && takeRow(start, index)) {
-            return changes_.tables.back().end;
+            return tables_.back().end;
         }
         if (reader.opens()) {
             nested_.openBrace();
@@ -143,29 +144,29 @@ std::size_t TableReader::read(std::size_t start) {
             nested_.take(read.word, read.meaning);
         }
     }
-    changes_.cuts.resize(cuts);
-    changes_.tables.resize(known_);
+    edits_.truncate(cuts);
+    tables_.resize(known_);
     return nowhere;
 }
 
 bool TableReader::takeRow(std::size_t start, std::size_t index) {
     // Tables of earlier rows precede this row's cells and do not matter.
-    if (!changes_.tables.empty()) rows_.marker(changes_.tables.back().end);
-    if (const auto cut = rows_.row(index)) changes_.cuts.push_back(*cut);
+    if (!tables_.empty()) rows_.marker(tables_.back().end);
+    if (const auto cut = rows_.row(index)) edits_.replace(cut->begin, cut->end, {});
     if (!lastRowSeen_) return false;
     if (!isTableEnd()) {
         nested_.begin(index);
         return false;
     }
     const std::size_t end = index + 4;
-    changes_.tables.push_back({start, end + standsAt(text_, end, u" ")});
+    tables_.push_back({start, end + standsAt(text_, end, u" ")});
     return true;
 }
 
 // A table ends with the row of its last "\lastrow" word, unless all of these words so far belong to
 // nested tables. A part without nested tables ends it in any case.
 bool TableReader::isTableEnd() {
-    const std::size_t found = changes_.tables.size() - known_;
+    const std::size_t found = tables_.size() - known_;
     nestedTables_ += found;
     known_ += found;
     lastRowSeen_ = false;
@@ -182,6 +183,19 @@ TextRange rangeWithin(const std::u16string& text, std::int32_t start, std::int32
 
 }  // namespace
 
+void insertTableMarkers(const std::vector<TextRange>& tables, platform::Guids& guids, TextEdits& edits) {
+    std::vector<std::u16string_view> identities;
+    for (const TextRange& table : tables) {
+        identities.push_back(edits.keep(guids.next().append(1, u'}')));
+        edits.insert(table.end, endTableMarker);
+        edits.insert(table.end, identities.back());
+    }
+    for (std::size_t i = tables.size(); i-- > 0;) {
+        edits.insert(tables[i].begin, startTableMarker);
+        edits.insert(tables[i].begin, identities[i]);
+    }
+}
+
 bool addTableMarkers(std::u16string& value, platform::Guids& guids) {
     std::size_t row = findFirstRow(value, 0);
     if (row == nowhere || findText(value, startTableMarker, 0, Comparison::binary) != nowhere) return false;
@@ -190,8 +204,9 @@ bool addTableMarkers(std::u16string& value, platform::Guids& guids) {
         end = reader.read(findTableStart(value, end, row));
         if (end == nowhere) break;
     }
-    if (reader.changes().empty()) return false;
-    reader.changes().apply(value, guids);
+    if (reader.tables().empty()) return false;
+    insertTableMarkers(reader.tables(), guids, reader.edits());
+    reader.edits().apply(value);
     value.resize(value.find_last_not_of(u' ') + 1);
     return true;
 }

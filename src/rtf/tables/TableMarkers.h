@@ -3,8 +3,10 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/Services.h"
+#include "rtf/edit/TextEdits.h"
 
 namespace velmor {
 
@@ -15,6 +17,10 @@ inline constexpr std::u16string_view startTableMarker = u"{\\*\\korvane\\startta
 inline constexpr std::u16string_view endTableMarker = u"{\\*\\korvane\\endtable";
 inline constexpr std::int32_t startTableMarkerLength = 61;
 inline constexpr std::int32_t endTableMarkerLength = 59;
+
+// Puts a marker pair with a new identifier around each table. Tables, inner ones before outer ones; a table may contain
+// another one but not cross it. At one place a table ends before the next one begins.
+void insertTableMarkers(const std::vector<TextRange>& tables, platform::Guids& guids, TextEdits& edits);
 
 // Brackets every table of the value, nested ones included, and removes the definitions that are repeated after
 // the cells of a row (RemoveExtraTrowd). If anything was inserted, blanks at the value's end are removed. A
