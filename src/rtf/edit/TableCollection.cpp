@@ -121,17 +121,12 @@ void TableCollection::expand(std::u16string& psText) {
         if (parts.isOfEntry()) added += parts.part().size();
         if (added > privStrCat::maximumLength - psText.size()) throw std::length_error("TableCollection");
     }
-    // The text is read at the end of its memory while the result is written from the begin.
-    const std::size_t length = psText.size();
-    makeRoomBefore(psText, added);
-    std::size_t size = 0;
-    for (Parts parts(*this, {psText.data() + added, length}); parts.next();) {
-        const std::u16string_view part = parts.part();
-        if (parts.followsEmpty() && wordTakesIn({psText.data(), size}, part[0])) psText[size++] = u' ';
-        std::char_traits<char16_t>::move(psText.data() + size, part.data(), part.size());
-        size += part.size();
+    Rewriting result(psText, added, false);
+    for (Parts parts(*this, result.source()); parts.next();) {
+        if (parts.followsEmpty() && wordTakesIn(result.written(), parts.part()[0])) result.put(u" ");
+        result.put(parts.part());
     }
-    psText.resize(size);
+    result.finish();
     documents_.clear();
     tables_ = {};
 }

@@ -7,11 +7,6 @@
 #include "text/privStrCat.h"
 
 namespace velmor {
-namespace {
-
-using Traits = std::char_traits<char16_t>;
-
-}  // namespace
 
 bool wordTakesIn(std::u16string_view text, char16_t next) noexcept {
     if (!isLetter(next) && !isDecimalDigit(next) && next != u'-' && next != u' ') return false;
@@ -28,17 +23,23 @@ bool wordTakesIn(std::u16string_view text, char16_t next) noexcept {
     return isWord && (next == u' ' || isDecimalDigit(next) || !hasNumber);
 }
 
-void makeRoomBefore(std::u16string& text, std::size_t length) {
-    if (length == 0) return;
-    const std::size_t old = text.size();
-    if (length <= text.capacity() - old) {
-        text.resize(old + length);
-        Traits::move(text.data() + length, text.data(), old);
+Rewriting::Rewriting(std::u16string& text, std::size_t lead, bool keepsSource) : text_(text) {
+    const std::size_t length = text.size();
+    if (!keepsSource && lead <= text.capacity() - length) {
+        text.resize(length + lead);
+        if (lead != 0) std::char_traits<char16_t>::move(text.data() + lead, text.data(), length);
+        source_ = {text.data() + lead, length};
+        target_ = text.data();
     } else {
-        std::u16string moved;
-        moved.reserve(old + length);
-        text = std::move(moved.append(length, u' ').append(text));
+        fresh_.resize(length + lead);
+        source_ = text;
+        target_ = fresh_.data();
     }
+}
+
+void Rewriting::finish() {
+    if (!fresh_.empty()) text_.swap(fresh_);
+    text_.resize(length_);
 }
 
 void TextEdits::order() {
@@ -73,29 +74,23 @@ TextEdits::Growth TextEdits::growth(std::size_t length) const noexcept {
     return result;
 }
 
-// Writes the changed text, and returns its length. The target may precede `from` in the same memory.
-std::size_t TextEdits::write(std::u16string_view from, char16_t* target) const {
-    std::size_t written = 0;
-    const auto put = [&](std::u16string_view text) {
-        Traits::move(target + written, text.data(), text.size());
-        written += text.size();
-    };
+void TextEdits::write(Rewriting& target) const {
+    const std::u16string_view from = target.source();
     std::size_t at = 0;
     bool apart = false;
     const auto writeRest = [&](std::size_t end) {
         if (at == end) return;
-        if (apart && wordTakesIn({target, written}, from[at])) put(u" ");
+        if (apart && wordTakesIn(target.written(), from[at])) target.put(u" ");
         apart = false;
-        put(from.substr(at, end - at));
+        target.put(from.substr(at, end - at));
     };
     for (const Edit& edit : edits_) {
         writeRest(edit.begin);
-        if (edit.length != 0) put({edit.text, edit.length});
+        if (edit.length != 0) target.put({edit.text, edit.length});
         if (edit.seam != Seam::plain || edit.length != 0) apart = edit.seam == Seam::apart;
         at = edit.end;
     }
     writeRest(from.size());
-    return written;
 }
 
 void TextEdits::apply(std::u16string& text) {
@@ -103,15 +98,9 @@ void TextEdits::apply(std::u16string& text) {
     order();
     const Growth growth = this->growth(text.size());
     if (growth.length > privStrCat::maximumLength) throw std::length_error("TextEdits");
-    if (copiesParts_) {
-        std::u16string changed(growth.length, u' ');
-        changed.resize(write(text, changed.data()));
-        text = std::move(changed);
-    } else {
-        const std::size_t length = text.size();
-        makeRoomBefore(text, growth.lead);
-        text.resize(write({text.data() + growth.lead, length}, text.data()));
-    }
+    Rewriting target(text, growth.lead, copiesParts_);
+    write(target);
+    target.finish();
     edits_.clear();
     kept_.clear();
     copiesParts_ = false;

@@ -11,6 +11,30 @@
 
 namespace velmor {
 
+// A text while it is read and written anew, in its own memory if that is enough. Without memory the constructor raises,
+// and the text is unchanged.
+class Rewriting {
+public:
+    // Writing is at most `lead` units ahead of reading. A source that is kept stays readable where it is.
+    Rewriting(std::u16string& text, std::size_t lead, bool keepsSource);
+
+    std::u16string_view source() const noexcept { return source_; }
+    std::u16string_view written() const noexcept { return {target_, length_}; }
+    void put(std::u16string_view part) noexcept {
+        std::char_traits<char16_t>::move(target_ + length_, part.data(), part.size());
+        length_ += part.size();
+    }
+    // What was written becomes the text.
+    void finish();
+
+private:
+    std::u16string& text_;
+    std::u16string fresh_;
+    std::u16string_view source_;
+    char16_t* target_;
+    std::size_t length_ = 0;
+};
+
 // Collects changes of a text by their places in the unchanged text (0-based), then makes all of them in one
 // pass: in place if the text's capacity is sufficient, else in new memory. Changes are added in any order;
 // ascending order costs least. At one place insertions precede replacements, in the order of adding. A change
@@ -101,15 +125,12 @@ private:
     };
 
     Growth growth(std::size_t length) const noexcept;
-    std::size_t write(std::u16string_view from, char16_t* target) const;
+    void write(Rewriting& target) const;
 
     std::vector<Edit> edits_;
     std::deque<std::u16string> kept_;
     bool copiesParts_ = false;
 };
-
-// Moves the text `length` units to the right, in its own memory if that is enough. The units before it are undefined.
-void makeRoomBefore(std::u16string& text, std::size_t length);
 
 // True when `next` after the text would be a part of the text's last control word, or the blank that ends it.
 bool wordTakesIn(std::u16string_view text, char16_t next) noexcept;
