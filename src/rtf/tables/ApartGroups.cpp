@@ -1,15 +1,11 @@
 #include "rtf/tables/ApartGroups.h"
 
 namespace velmor {
-namespace {
 
-// The first word of the group that begins with the brace, if its paragraphs are separate; else 0.
 std::size_t firstWordOfApartGroup(std::u16string_view text, std::size_t brace) noexcept {
     const std::size_t word = brace + (standsAt(text, brace + 1, u"\\*") ? 3 : 1);
     return standsAt(text, word, u"\\") && wordIs(WordTrait::apartGroup, readWord(text, word).letters) ? word : 0;
 }
-
-}  // namespace
 
 std::vector<TextRange> findApartGroups(std::u16string_view text) {
     constexpr std::size_t other = static_cast<std::size_t>(-1);

@@ -7,6 +7,7 @@
 #include "rtf/read/ParagraphText.h"
 #include "rtf/read/RtfReader.h"
 #include "rtf/read/TableLevel.h"
+#include "rtf/tables/ApartGroups.h"
 #include "rtf/tables/MarkerPairs.h"
 #include "rtf/tables/TableMarkers.h"
 #include "rtf/tables/TableWords.h"
@@ -48,8 +49,8 @@ public:
         open(Kind::apart, 0);
     }
 
-    void find(const std::vector<PairedMarker>& markers) {
-        for (const PairedMarker& marker : markers) {
+    void find(const std::vector<TableMarker>& markers) {
+        for (const TableMarker& marker : markers) {
             readUpTo(marker.begin);
             marker.isStart ? enterPair(marker) : leavePair(marker);
         }
@@ -63,15 +64,13 @@ private:
     void readUpTo(std::size_t limit);
     void openBrace(std::size_t index);
     void closeGroups();
-    void enterPair(const PairedMarker& marker);
-    void leavePair(const PairedMarker& marker);
+    void enterPair(const TableMarker& marker);
+    void leavePair(const TableMarker& marker);
     void open(Kind kind, std::size_t begin);
     void close();
 
     void take(const ControlWord& word);
-    void takeTableWord(const ControlWord& word, Word meaning);
     void endRow(const ControlWord& word, bool isNested);
-    void takeApartText(std::size_t index);
     void beginParagraph(std::size_t index);
     void endParagraph(Level level, const ControlWord& word);
     void extendRuns(Level level);
@@ -83,7 +82,6 @@ private:
     std::vector<TextRange>& found_;
     RtfReader reader_;  // the data of \bin is no text in either manner
     std::vector<Story> stories_;
-    std::size_t brace_ = 0;  // the last one that opened a group
 };
 
 // ---- Stories
@@ -102,22 +100,25 @@ void LooseTableFinder::readUpTo(std::size_t limit) {
 }
 
 void LooseTableFinder::openBrace(std::size_t index) {
-    brace_ = index;
-    if (documentStandsAt(text_, index)) open(Kind::document, readWord(text_, index + 1).end);
+    if (documentStandsAt(text_, index)) {
+        open(Kind::document, readWord(text_, index + 1).end);
+    } else if (const std::size_t word = firstWordOfApartGroup(text_, index)) {
+        open(Kind::apart, word);
+    }
 }
 
 void LooseTableFinder::closeGroups() {
     while (stories_.size() > 1 && story().kind != Kind::pair && story().depth > reader_.depth()) close();
 }
 
-void LooseTableFinder::enterPair(const PairedMarker& marker) {
+void LooseTableFinder::enterPair(const TableMarker& marker) {
     // Outside of a row the pair is a table of the story's own level.
     if (!story().isInRow()) endTable();
     open(Kind::pair, marker.end);
     reader_.goOnAt(marker.end);
 }
 
-void LooseTableFinder::leavePair(const PairedMarker& marker) {
+void LooseTableFinder::leavePair(const TableMarker& marker) {
     while (story().kind != Kind::pair) close();
     const bool inRow = story().inRow;
     close();
@@ -152,15 +153,9 @@ void LooseTableFinder::close() {
 // ---- Words
 
 void LooseTableFinder::take(const ControlWord& word) {
-    const WordMeaning meaning = meaningOf(word.letters);
-    if (meaning.is(WordTrait::apartGroup)) {
-        takeApartText(word.begin);
-    } else if (tables::levelWords.holds(meaning)) {
-        takeTableWord(word, meaning.word);
-    }
-}
-
-void LooseTableFinder::takeTableWord(const ControlWord& word, Word meaning) {
+    const WordMeaning known = meaningOf(word.letters);
+    if (!tables::levelWords.holds(known) || known.is(WordTrait::apartGroup)) return;
+    const Word meaning = known.word;
     if (meaning == Word::trowd && tables::isNestedDefinition(text_, word.begin)) return;
     beginParagraph(word.begin);
     if (const auto level = story().level.take(word, meaning)) endParagraph(*level, word);
@@ -177,11 +172,6 @@ void LooseTableFinder::endRow(const ControlWord& word, bool isNested) {
         story().level = {};
     }
     if (!story().runs.empty()) story().runs.back().end = end;
-}
-
-void LooseTableFinder::takeApartText(std::size_t index) {
-    const bool beginsGroup = index == brace_ + 1 || (index == brace_ + 3 && standsAt(text_, brace_ + 1, u"\\*"));
-    if (reader_.depth() > 0 && beginsGroup) open(Kind::apart, index);
 }
 
 // ---- Paragraphs
@@ -227,7 +217,7 @@ void LooseTableFinder::endTable() {
 
 bool Module1::MarkLooseTables(std::u16string& psText, const CleanOptions& options, platform::Guids& guids) {
     if (findText(psText, u"row", 0, Comparison::binary) == std::u16string_view::npos) return false;
-    const std::vector<PairedMarker> markers = findMarkerPairs(psText, options.tolerant);
+    const std::vector<TableMarker> markers = findMarkerPairs(psText, options.tolerant);
     if (markers.empty() && !options.tolerant) return false;
     std::vector<TextRange> tables;
     LooseTableFinder(psText, options.tolerant, tables).find(markers);

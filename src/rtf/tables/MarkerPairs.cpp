@@ -13,29 +13,21 @@ namespace {
 constexpr std::size_t nowhere = std::u16string_view::npos;
 constexpr std::size_t longestIdentity = 255;
 
-struct Marker {
-    std::size_t begin;
-    std::size_t end;
-    bool isStart;
-    std::u16string_view identity;
-    std::size_t tableEnd = nowhere;  // the begin of the next end marker with the identifier
-};
-
-std::optional<Marker> markerAt(std::u16string_view text, std::size_t index) {
+std::optional<TableMarker> markerAt(std::u16string_view text, std::size_t index) {
     const bool isStart = standsAt(text, index, startTableMarker);
     if (!isStart && !standsAt(text, index, endTableMarker)) return std::nullopt;
     const std::size_t brace = index + (isStart ? startTableMarker : endTableMarker).size();
     if (!standsAt(text, brace, u"{")) return std::nullopt;
-    const std::u16string_view behind = text.substr(brace + 1, longestIdentity + 1);
-    const std::size_t length = behind.find_first_of(u"{}");
-    if (length == nowhere || behind[length] == u'{') return std::nullopt;
+    const std::u16string_view rest = text.substr(brace + 1, longestIdentity + 1);
+    const std::size_t length = rest.find_first_of(u"{}");
+    if (length == nowhere || rest[length] == u'{') return std::nullopt;
     const std::size_t end = brace + length + 2;
-    return Marker{index, end + standsAt(text, end, u"}"), isStart, behind.substr(0, length)};
+    return TableMarker{index, end + standsAt(text, end, u"}"), isStart, rest.substr(0, length)};
 }
 
-std::vector<Marker> findMarkers(std::u16string_view text, bool tolerant) {
+std::vector<TableMarker> findMarkers(std::u16string_view text, bool tolerant) {
     constexpr std::u16string_view opening = u"{\\*\\korvane\\";
-    std::vector<Marker> markers;
+    std::vector<TableMarker> markers;
     RtfSearch search(text, tolerant);
     for (std::size_t at = 0; (at = search.find(opening, at)) != nowhere;) {
         const auto marker = markerAt(text, at);
@@ -45,7 +37,7 @@ std::vector<Marker> findMarkers(std::u16string_view text, bool tolerant) {
     return markers;
 }
 
-void findTableEnds(std::vector<Marker>& markers) {
+void findTableEnds(std::vector<TableMarker>& markers) {
     std::unordered_map<std::u16string_view, std::size_t> ends;
     for (auto marker = markers.rbegin(); marker != markers.rend(); ++marker) {
         if (!marker->isStart) {
@@ -58,20 +50,20 @@ void findTableEnds(std::vector<Marker>& markers) {
 
 }  // namespace
 
-std::vector<PairedMarker> findMarkerPairs(std::u16string_view text, bool tolerant) {
-    std::vector<Marker> markers = findMarkers(text, tolerant);
+std::vector<TableMarker> findMarkerPairs(std::u16string_view text, bool tolerant) {
+    std::vector<TableMarker> markers = findMarkers(text, tolerant);
     findTableEnds(markers);
-    std::vector<PairedMarker> paired;
+    std::vector<TableMarker> paired;
     std::vector<std::size_t> open{text.size()};  // the ends of the tables around the marker
     std::size_t passOver = 0;                    // end of the skipped text
-    for (const Marker& marker : markers) {
+    for (const TableMarker& marker : markers) {
         if (marker.begin == open.back()) {
             open.pop_back();
-            paired.push_back({marker.begin, marker.end, false, marker.begin});
+            paired.push_back(marker);
         } else if (marker.isStart && marker.begin >= passOver) {
             if (marker.tableEnd < open.back()) {
                 open.push_back(marker.tableEnd);
-                paired.push_back({marker.begin, marker.end, true, marker.tableEnd});
+                paired.push_back(marker);
             } else if (!tolerant) {
                 passOver = open.back();
             }

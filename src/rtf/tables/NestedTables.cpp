@@ -54,7 +54,7 @@ struct Open {
     std::size_t startPlace = none;     // until the first paragraph is set up
     std::size_t defaultsPlace = none;  // after the \pard of a paragraph without \intbl
     std::size_t setUpPlace = none;     // after a table or row: the paragraph may have to be set up again
-    bool isBehindTable = false;        // and no paragraph has ended since
+    bool followsTable = false;         // and no paragraph has ended since
     std::size_t defaults = none;       // the last \pard
 
     // The current row.
@@ -77,7 +77,7 @@ public:
         : text_(text), tolerant_(tolerant), reader_(text, 0, 0, tolerant) {}
 
     TextEdits collect() {
-        for (const PairedMarker& marker : findMarkerPairs(text_, tolerant_)) {
+        for (const TableMarker& marker : findMarkerPairs(text_, tolerant_)) {
             readUpTo(marker.begin);
             marker.isStart ? enter(marker) : leave(marker);
         }
@@ -89,8 +89,8 @@ private:
 
     void readUpTo(std::size_t limit);
     void leaveOut(std::size_t limit);
-    void enter(const PairedMarker& marker);
-    void leave(const PairedMarker& marker);
+    void enter(const TableMarker& marker);
+    void leave(const TableMarker& marker);
     void prepareForTable(std::size_t index);
     Open* outerTable() { return open_.empty() || !open_.back().isTable() ? nullptr : &open_.back(); }
 
@@ -152,7 +152,7 @@ void Conversion::leaveOut(std::size_t limit) {
     }
 }
 
-void Conversion::enter(const PairedMarker& marker) {
+void Conversion::enter(const TableMarker& marker) {
     // A pair that crosses the end of a separate group belongs neither to it nor to the table around it.
     if (!open_.empty() && marker.tableEnd > open_.back().end) return;
     const Open* outer = outerTable();
@@ -164,7 +164,7 @@ void Conversion::enter(const PairedMarker& marker) {
     if (table.isNested()) table.startPlace = edits_.reserve(marker.end);
 }
 
-void Conversion::leave(const PairedMarker& marker) {
+void Conversion::leave(const TableMarker& marker) {
     if (open_.empty() || open_.back().end != marker.begin) return;
     for (const std::size_t place : paragraphPlaces_) edits_.fill(place, inTable(open_.back().level));
     paragraphPlaces_.clear();
@@ -173,7 +173,7 @@ void Conversion::leave(const PairedMarker& marker) {
     if (Open* outer = outerTable()) {
         beginParagraph(marker.end);
         outer->setUpPlace = edits_.reserve(afterBraces(marker.end));
-        outer->isBehindTable = true;
+        outer->followsTable = true;
     }
 }
 
@@ -181,7 +181,7 @@ void Conversion::leave(const PairedMarker& marker) {
 // otherwise be shown as one.
 void Conversion::prepareForTable(std::size_t index) {
     const Open& outer = open_.back();
-    if (!outer.isBehindTable && !showsText(text_.substr(outer.paragraph, index - outer.paragraph))) return;
+    if (!outer.followsTable && !showsText(text_.substr(outer.paragraph, index - outer.paragraph))) return;
     endParagraph(false);
     edits_.insert(index, paragraphEnd);
 }
@@ -388,7 +388,7 @@ std::size_t Conversion::afterBraces(std::size_t index) const {
 
 void Conversion::beginParagraph(std::size_t index) {
     open_.back().paragraph = index;
-    open_.back().isBehindTable = false;
+    open_.back().followsTable = false;
 }
 
 // Gives the ending paragraph the words that it needs to be in its table.
@@ -407,7 +407,7 @@ void Conversion::endParagraph(bool endsInRow) {
 void Conversion::setUpAgain() {
     const Open& table = open_.back();
     std::u16string words = table.defaults == none ? u"" : paragraphWords(text_, table.defaults);
-    if (words.empty() && !table.isBehindTable) return;
+    if (words.empty() && !table.followsTable) return;
     words.insert(0, u"\\pard").append(inTable(table.level));
     edits_.fillApartVal(table.setUpPlace, std::move(words));
 }

@@ -12,12 +12,12 @@ namespace velmor {
 // between a row's last cell and its end.
 class RowTrimmer {
 public:
-    void definition() noexcept { definedBehind_ = true; }
+    void definition() noexcept { definedAfter_ = true; }
 
     void cell(std::size_t position) noexcept {
         cellEnd_ = position + cellLength;
-        definedBefore_ = definedBefore_ || definedBehind_;
-        definedBehind_ = false;
+        definedBefore_ = definedBefore_ || definedAfter_;
+        definedAfter_ = false;
     }
 
     // A marker precedes the index, or will do so.
@@ -26,7 +26,7 @@ public:
     // The end of the row; the next row begins.
     std::optional<TextRange> row(std::size_t position) noexcept {
         const TextRange range{cellEnd_, position};
-        const bool onlyDefinition = definedBehind_ && !definedBefore_;
+        const bool onlyDefinition = definedAfter_ && !definedBefore_;
         const bool removable = cellEnd_ != 0 && position > cellEnd_ + 1 && !onlyDefinition && markerAt_ < cellEnd_;
         *this = {};
         return removable ? std::optional(range) : std::nullopt;
@@ -38,7 +38,7 @@ private:
     std::size_t cellEnd_ = 0;  // 0: the row has no cell yet
     std::size_t markerAt_ = 0;
     bool definedBefore_ = false;  // before the last cell
-    bool definedBehind_ = false;
+    bool definedAfter_ = false;
 };
 
 }  // namespace velmor
