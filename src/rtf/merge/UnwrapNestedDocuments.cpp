@@ -22,7 +22,7 @@ void cutOpening(std::u16string_view text, std::size_t index, TextEdits& edits) {
 }
 
 // The braces of the documents after `from`, up to the first that is not closed.
-TextEdits withoutWrapping(std::u16string_view text, std::size_t from) {
+TextEdits unwrapPlainly(std::u16string_view text, std::size_t from) {
     struct Open {
         std::size_t depth;
         std::size_t edits;  // before its own
@@ -48,7 +48,7 @@ TextEdits withoutWrapping(std::u16string_view text, std::size_t from) {
 void Module1::UnwrapNestedDocuments(std::u16string& psText, const CleanOptions& options) {
     const std::size_t host = findHostDocument(psText);
     if (host == noDocument) return;
-    TextEdits edits = options.tolerant ? DocumentUnwrapper(psText, host).edits() : withoutWrapping(psText, host + 1);
+    TextEdits edits = options.tolerant ? unwrapTolerantly(psText, host) : unwrapPlainly(psText, host + 1);
     edits.apply(psText);
 }
 
