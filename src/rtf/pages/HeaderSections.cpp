@@ -76,7 +76,7 @@ void HeaderSections::holdInGroups(const HeaderWords& carried) {
 // ---- Where sections begin
 
 bool HeaderSections::justBegan() const noexcept {
-    return section_.start && section_.start->breaks && !section_.hasContent && !section_.hasPage;
+    return section_.start && section_.start->breaks && !section_.hasContent;
 }
 
 void HeaderSections::marker(HeaderKind kind, const FlowPlace& place) {

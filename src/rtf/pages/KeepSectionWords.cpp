@@ -68,7 +68,7 @@ private:
     SectionWords inForce_;  // deeper ones follow
     // Of documents that ended, in the section that is read.
     SectionWords ended_;
-    SectionWords around_;     // those in force where the last of them stands
+    SectionWords around_;     // those in force around the last of them
     bool canEnd_ = false;     // the section can end in the last of them
     std::u16string resumed_;  // what the next section says anew if it does not begin with "\sectd"
     RowState row_;

@@ -39,7 +39,7 @@ private:
 
     struct Word {
         std::size_t at;
-        std::optional<std::int32_t> twips;  // nothing when the number is none
+        std::optional<std::int32_t> twips;  // nothing when the text is not a number
     };
 
     void readDocument(std::size_t begin, std::size_t end);

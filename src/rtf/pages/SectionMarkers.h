@@ -14,9 +14,9 @@ namespace velmor::Module1 {
 // 50 it is in centimetres. An invalid number, or one that is too large, ends the stage at its group; earlier
 // changes stay. Without any word the value is 0; tolerant, RTF's default.
 //
-// Tolerant: the words stand where they hold to the section's end, and the section's own page words are removed. A
-// group that nothing precedes describes the first section, and a "\page" in a table row begins none. In merge mode,
-// where the stage comes before ApplyMergePageBreaks, a group acts on its own document alone. Linear.
+// Tolerant: the words are written where they hold to the section's end, and the section's own page words are
+// removed. A group that nothing precedes describes the first section; a "\page" in a table row begins no section. In
+// merge mode, where the stage comes before ApplyMergePageBreaks, a group acts on its own document alone. Linear.
 void ApplySectionMarkers(std::u16string& psText, const CleanOptions& options);
 
 }  // namespace velmor::Module1
