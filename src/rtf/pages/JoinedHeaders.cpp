@@ -124,9 +124,8 @@ void JoinedHeaders::join(const Join& join) {
     closeSection(join.begin);
     if (!join.document) return;
     beginning_ = join.after;
-    for (const HeaderKind kind : headerKinds) {
-        std::replace(shown_[kind].begin(), shown_[kind].end(), Source::thisDocument, Source::previousDocument);
-        emptied_[kind] = false;
+    for (Sources& shown : shown_.values) {
+        std::replace(shown.begin(), shown.end(), Source::thisDocument, Source::previousDocument);
     }
 }
 

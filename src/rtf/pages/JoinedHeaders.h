@@ -71,7 +71,7 @@ private:
     std::size_t document_ = 0;
     std::optional<OpenGroup> open_;
     PerKind<Sources> shown_;
-    PerKind<bool> emptied_;  // the document got an empty group, and has none of its own so far
+    PerKind<bool> emptied_;  // sections show an empty group of this stage
     std::size_t lastBrace_ = 0;
     std::size_t beginning_ = nowhere;  // of the document, in its first section
     std::size_t title_ = nowhere;      // after the section's \titlepg
