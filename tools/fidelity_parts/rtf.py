@@ -71,7 +71,7 @@ class State:
         word, number = token.word, token.number
         on = number != 0
         if self.fresh and (word in DESTINATIONS or word is None):
-            self.body = self.body and word is None
+            self.body = False
         self.fresh = False
         if word == b"pard":
             self.table = self.list = False
@@ -128,6 +128,11 @@ def shows(data, token, state):
     return token.word is None and not token.brace and state.body and data[token.start: token.end].strip() != b""
 
 
+def is_in_paragraph(data, token, state):
+    """Whether the token is text, or a blank, of the body."""
+    return token.word is None and not token.brace and state.body and data[token.start: token.end].strip(b"\r\n") != b""
+
+
 def end_place(data):
     """The place for a tag at the document's end, None when the document has no end."""
     end = closing_brace(data)
@@ -137,7 +142,7 @@ def end_place(data):
     for token, state, page in walk(data[:end]):
         if token.word in (b"par", b"sect", b"row", b"page"):
             is_open = False
-        elif shows(data, token, state):
+        elif is_in_paragraph(data, token, state):
             is_open = True
     before = (b"\\par " if is_open else b"") + (b"\\pard " if state.table or state.list else b"")
     return Place(end, before, b"", {**page, **state.section})
@@ -208,6 +213,17 @@ def as_joined(data, is_left, is_added):
             kept = token.start + 1 + len(token.word)
     joined = b"".join(out) + data[kept:]
     return joined if is_added or not adds_spacing(joined) else after_opening(joined, b"\\htmautsp")
+
+
+def with_page_before_object(data):
+    """The document with an empty page before it if an object is the first thing in it; else None."""
+    for token, state, _ in walk(data):
+        if shows(data, token, state) or state.body and token.word == b"par":
+            return None
+        if token.word == b"object":
+            at = data.rfind(b"\\pard", 0, token.start)
+            return data[:at] + b"\\pard\\plain\\~\\page " + data[at:] if at >= 0 else None
+    return None
 
 
 def with_whole_page(data):
