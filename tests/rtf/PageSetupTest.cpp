@@ -84,6 +84,8 @@ const Case cases[] = {
      "AB: " LETTER "\nC: 8000 15840 1800 1800 1440 1440\nD: " LETTER "\n"},
     {"and columns that end with it", false, u"{\\rtf1 A{\\rtf1 B\\sect\\sectd\\cols2 C}D\\sect E}",
      "AB: " LETTER "\nC: " LETTER " cols2\nD: " LETTER " sbknone\nE: " LETTER "\n"},
+    {"and a section that continues its page", false, u"{\\rtf1 A{\\rtf1 B\\sect\\sectd\\sbknone C}D\\sect E}",
+     "AB: " LETTER "\nCD: " LETTER " sbknone\nE: " LETTER "\n"},
     {"but not in a row", false, u"{\\rtf1 \\trowd\\intbl A{\\rtf1 B\\sect\\sectd\\cols2 C}D\\cell\\row\\pard E}",
      "AB: " LETTER "\nCDE: " LETTER "\n"},
     {"a header marker", false,

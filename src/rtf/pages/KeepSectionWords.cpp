@@ -57,6 +57,7 @@ private:
     void takeWord(const ControlWord& word);
     void endSection(std::size_t index);
     void endSectionInDocument();
+    void keepBreak();
     std::u16string textOf(const SectionWords& words, bool (*choose)(WordMeaning)) const;
     bool showsSince(std::size_t begin, std::size_t end) const { return showsText(text_.substr(begin, end - begin)); }
 
@@ -145,13 +146,22 @@ void SectionWordKeeper::endSectionInDocument() {
     const auto page = [](WordMeaning word) { return word.is(WordTrait::sectionPage); };
     const auto columns = [](WordMeaning word) { return word.is(WordTrait::columns); };
     const bool samePage = textOf(ended_, page) == textOf(around_, page);
-    if (samePage && textOf(ended_, columns) == textOf(around_, columns)) return;
+    if (samePage && textOf(ended_, columns) == textOf(around_, columns)) return keepBreak();
     edits_.replaceApartVal(after_ - 1, after_ - 1, u"\\sect");
     const auto goesOn = [](WordMeaning word) { return !word.is(WordTrait::sectionStart); };
     edits_.replaceApartVal(place_.at, place_.at,
                            u"\\sectd" + textOf(around_, goesOn) + (samePage ? u"\\sbknone" : u"\\sbkpage"));
     const auto begins = [](WordMeaning word) { return word.is(WordTrait::sectionStart) && word.word != Word::sectd; };
     resumed_ = u"\\sbkpage" + textOf(around_, begins);
+}
+
+// The host's text goes on in the document's last section, which begins as it does in the document.
+void SectionWordKeeper::keepBreak() {
+    const auto isBreak = [](WordMeaning word) { return word.is(WordTrait::sectionStart) && word.word != Word::sectd; };
+    const std::u16string own = textOf(ended_, isBreak), hosts = textOf(around_, isBreak);
+    if (own == hosts) return;
+    edits_.replaceApartVal(place_.at, place_.at, own.empty() ? u"\\sbkpage" : own);
+    resumed_ = hosts.empty() ? u"\\sbkpage" : hosts;
 }
 
 std::u16string SectionWordKeeper::textOf(const SectionWords& words, bool (*choose)(WordMeaning)) const {
