@@ -85,6 +85,20 @@ const MergeCase tolerantCases[] = {
      u"{\\stylesheet\r\n{\\s0\\fs24 Normal;}\r\n{\\s1\\fs22 Normal (2);}\r\n{\\s2\\fs24A;}\r\n"
      u"{\\s3\\fs24\\sbasedon2 \\snext3 B;}}@",
      u"\\pard\\s1\\plain"},
+    {"no base that gives a character style a size", u"{\\stylesheet{\\s0\\fs20 Normal;}}@",
+     u"{\\stylesheet{\\s0 Normal;}{\\*\\cs1\\additive Font;}{\\*\\cs2\\super\\sbasedon1 Mark;}}",
+     u"{\\stylesheet\r\n{\\s0\\fs20 Normal;}\r\n{\\s1 Normal (2);}\r\n{\\*\\cs2\\additive Font;}\r\n"
+     u"{\\*\\cs3\\super Mark;}}@",
+     u"\\pard\\s1\\plain"},
+    {"a character style that is one of paragraphs", u"@", u"{\\stylesheet{\\s3 A;}}\\s3\\cs3 y",
+     u"{\\stylesheet\r\n{\\s1 A;}}@", u"\\pard\\plain\\s1\\cs222 y"},
+    {"a host's Normal that is not style 0", u"{\\stylesheet{\\s3\\fs20 Normal;}}@", u"\\paperw9 y",
+     u"{\\stylesheet\r\n{\\s3\\fs20 Normal;}\r\n{\\s1 Normal (2);}}@", u"\\pard\\s1\\plain\\paperw9 y"},
+    {"lists beside paragraphs that describe their own", u"{\\*\\pn\\pnlvlblt}{\\*\\pnseclvl1}@",
+     u"{\\*\\listtable{\\list\\listid5}}{\\*\\listoverridetable{\\listoverride\\listid5\\ls1}}\\ls1 y",
+     u"{\\*\\listtable\r\n{\\list\\listid2}}{\\*\\listoverridetable\r\n{\\listoverride\\listid2\\ls2}}"
+     u"{\\*\\pn\\pnlvlblt}{\\*\\pnseclvl1}@",
+     u"\\ls2 y"},
     {"no widow control of the host", u"\\widowctrl @", u"\\paperw9\\pard y", u"\\widowctrl @",
      u"\\pard\\nowidctlpar\\plain\\paperw9\\pard\\nowidctlpar y"},
     {"but their own", u"@", u"\\paperw9\\widowctrl\\pard y", u"@",

@@ -133,6 +133,22 @@ TEST(MergeTables, TolerantMergingKeepsForeignText) {
          u"{\\fonttbl\r\n{\\f0 A;}\r\n{\\f1 Times New Roman;}\r\n{\\f2\\fcharset128 Times New Roman;}}"
          u"x{\\rtf1\\pard\\plain\\f1y\\plain\\f1}{\\rtf1\\pard\\plain\\f0\\plain\\f0 z}"
          u"{\\rtf1\\pard\\plain\\f2\\ansicpg932y}"},
+        // A table that precedes \\deff does not hide it.
+        {u"\\deff0{\\fonttbl{\\f0 A;}}{\\rtf1{\\fonttbl{\\f0 C;}{\\f1 B;}}\\deff1 x}",
+         u"\\deff0{\\fonttbl\r\n{\\f0 A;}\r\n{\\f1 C;}\r\n{\\f2 B;}}{\\rtf1\\pard\\plain\\f2 x}"},
+        // The host's theme fonts keep their numbers, and equal ones of other documents are those.
+        {u"{\\fonttbl{\\f3 A;}{\\fhiminor\\f31506 A;}}\\stshfhich31506{\\rtf1\\deff0{\\fonttbl{\\f0 B;}"
+         u"{\\fhiminor\\f31506 A;}{\\fbiminor\\f31507 A;}}\\f31506\\f31507 x}",
+         u"{\\fonttbl\r\n{\\f0 A;}\r\n{\\fhiminor\\f31506 A;}\r\n{\\f1 B;}}\\stshfhich31506"
+         u"{\\rtf1\\pard\\plain\\f1\\f31506\\f0 x}"},
+        // A size in the host's header is not that of \\plain.
+        {u"\\deff0\\fs20{\\fonttbl{\\f0 A;}}x{\\rtf1\\deff0{\\fonttbl{\\f0 A;}}y\\plain z\\plain\\fs18}",
+         u"\\deff0\\fs20{\\fonttbl\r\n{\\f0 A;}}x{\\rtf1\\pard\\plain\\fs24\\f0y\\plain\\fs24 z\\plain\\fs18}"},
+        // No table style pads the first row of another document.
+        {u"{\\fonttbl}\\trowd\\cellx9\\cell\\row{\\rtf1{\\stylesheet{\\*\\ts1\\tsrowd\\trpaddl9 T;}}\\trowd\\row}"
+         u"{\\rtf1\\trowd\\trgaph9\\cellx9\\row}",
+         u"{\\fonttbl}{\\stylesheet\r\n{\\*\\ts1\\tsrowd\\trpaddl9 T;}}\\trowd\\trpaddl0\\trpaddr0\\cellx9\\cell\\row"
+         u"{\\rtf1\\pard\\plain\\trowd\\row}{\\rtf1\\trowd\\trgaph9\\cellx9\\row}"},
         // A fragment takes the formatting of its place.
         {u"{\\fonttbl{\\f5 A;}}\\b x{\\rtf1{\\colortbl;}y}", u"{\\fonttbl\r\n{\\f0 A;}}\\b x{\\rtf1y}"},
         {u"{\\fonttbl{\\f5 A;}}\\b x{\\rtf1\\marglsxn9 y}",

@@ -58,23 +58,49 @@ std::u16string inCharacterSet(std::u16string_view entry, std::u16string_view cha
     return result.insert(at, std::u16string(u"\\fcharset").append(characterSet));
 }
 
+// The fonts of a theme have these numbers in every document that has a theme.
+constexpr std::int32_t firstThemeFont = 31500, lastThemeFont = 31507;
+
+bool isThemeFont(std::u16string_view digits) {
+    const std::int32_t number = numberOf(digits);
+    return number >= firstThemeFont && number <= lastThemeFont;
+}
+
 }  // namespace
+
+// The number of a font, and whether it is new.
+std::pair<std::int32_t, bool> FontTable::settle(const std::u16string& key, std::u16string_view digits, bool isHost) {
+    if (tolerant_ && isThemeFont(digits)) {
+        const std::u16string themeKey = (key + u'\1').append(digits);
+        const auto known = numbers_.find(themeKey);
+        if (known != numbers_.end()) return {known->second, false};
+        const std::int32_t number = numberOf(digits);
+        if (isHost) {
+            numbers_.emplace(themeKey, number);
+            numbers_.emplace(key, number);
+            return {number, true};
+        }
+    }
+    const auto [known, isNew] = numbers_.emplace(key, nextNumber_);
+    if (isNew && ++nextNumber_ == firstThemeFont && tolerant_) nextNumber_ = lastThemeFont + 1;
+    return {known->second, isNew};
+}
 
 void FontTable::add(std::u16string_view table, NumberMap& numbers, std::u16string_view characterSet) {
     constexpr std::u16string_view opening = u"{\\fonttbl";
+    const bool isHost = numbers_.empty();
     for (TableEntries entries(table, opening.size(), tolerant_); entries.next();) {
         std::u16string_view entry = entries.text();
         std::u16string changed;
         if (!characterSet.empty()) entry = changed = inCharacterSet(entry, characterSet, tolerant_);
         const FontEntry font = readFontEntry(entry, tolerant_);
         if (font.digits.empty()) continue;
-        const auto next = static_cast<std::int32_t>(numbers_.size());
-        const auto [known, isNew] = numbers_.emplace(keyOf(font, entry, tolerant_), next);
-        numbers.set(font.digits, known->second);
+        const auto [number, isNew] = settle(keyOf(font, entry, tolerant_), font.digits, isHost);
+        numbers.set(font.digits, number);
         if (!isNew) continue;
         const std::u16string_view opened = entries.isGroup() ? u"" : u"{";
         if (entries.isGroup()) entry.remove_suffix(1);
-        entries_.append(u"\r\n").append(opened).append(entry, 0, font.number).append(decimal(next));
+        entries_.append(u"\r\n").append(opened).append(entry, 0, font.number).append(decimal(number));
         entries_.append(entry.substr(font.number + font.digits.size())).append(font.isEnded ? u"}" : u";}");
     }
 }

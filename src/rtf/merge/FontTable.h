@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "rtf/edit/CleanOptions.h"
 #include "rtf/merge/NumberMap.h"
@@ -11,7 +12,7 @@ namespace velmor {
 
 // The fonts of all documents of a run, in order of first appearance, numbered from 0. Fonts of equal name
 // (without regard to case) are one font, and the first entry is kept; tolerant merging keeps those of different
-// character sets apart.
+// character sets apart, and keeps the numbers of the host's theme fonts, which programs know by their numbers.
 class FontTable {
 public:
     explicit FontTable(const CleanOptions& options) noexcept : tolerant_(options.tolerant) {}
@@ -26,8 +27,11 @@ public:
     std::u16string text() const { return u"{\\fonttbl" + entries_ + u"}"; }
 
 private:
+    std::pair<std::int32_t, bool> settle(const std::u16string& key, std::u16string_view digits, bool isHost);
+
     bool tolerant_;
     NameIndex numbers_;
+    std::int32_t nextNumber_ = 0;
     std::u16string entries_;
 };
 

@@ -6,13 +6,14 @@
 
 namespace velmor {
 
-// Gives out each free number from 1 once.
+// Gives out each free number once, from 1 or after a given one.
 class FreshNumbers {
 public:
     // False when the number is taken or invalid (it is an optional "-" and digits within 32 bits).
     bool take(std::u16string_view number);
 
     std::int32_t next();
+    void beginAfter(std::int32_t number) noexcept { last_ = number; }
 
     // Takes a number to which several documents may refer. False when next() has given it out.
     bool reserve(std::u16string_view number);

@@ -57,6 +57,11 @@ void forEach(std::u16string_view table, bool tolerant, Take take) {
 
 }  // namespace
 
+void ListTables::leaveOut(std::int32_t number) noexcept {
+    ids_.beginAfter(number);
+    overrideNumbers_.beginAfter(number);
+}
+
 void ListTables::beginDocument(bool host) {
     host_ = host;
     hasTables_ = false;

@@ -24,6 +24,10 @@ class ListTables {
 public:
     explicit ListTables(const CleanOptions& options) noexcept : tolerant_(options.tolerant) {}
 
+    // Readers number the lists that paragraphs describe themselves ({\*\pn...}) from 1, as if they were in the tables.
+    // Before the host: no list of another document gets a number up to the given one.
+    void leaveOut(std::int32_t number) noexcept;
+
     // The host is first.
     void beginDocument(bool host);
 

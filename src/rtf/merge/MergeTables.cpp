@@ -12,10 +12,12 @@
 #include "rtf/merge/FontTable.h"
 #include "rtf/merge/ListTables.h"
 #include "rtf/merge/ReferenceSweep.h"
+#include "rtf/merge/RowPadding.h"
 #include "rtf/merge/StyleSheet.h"
 #include "rtf/merge/TableEntries.h"
 #include "rtf/pages/PageSetup.h"
 #include "rtf/read/CodePages.h"
+#include "rtf/read/DocumentHeader.h"
 #include "rtf/read/RtfReader.h"
 #include "text/Compare.h"
 
@@ -71,12 +73,14 @@ private:
     std::u16string_view foreignCharacterSet() const;
     void mergeStylesAndLists(std::u16string_view text);
     void settleDefaultFont();
+    void leaveOutOwnLists(std::u16string_view host);
     void takeOut();
     void placeInHost(std::size_t header);
     void change(std::u16string& text);
     void beginWhole(std::size_t header);
     void keepTabs(std::u16string& text) const;
     std::int32_t readersFont();
+    void noteHostsSize(std::u16string_view text, std::size_t header);
     void renumberHostsFont();
     void nameDefaultFont(std::size_t header);
 
@@ -90,6 +94,7 @@ private:
     std::int32_t hostFont_ = NumberMap::none;  // its default, if it names one
     bool hostHasFonts_ = true;
     bool hostControlsWidows_ = false;
+    std::int32_t plainSize_ = NumberMap::none;  // RTF's own, where the host's \plain means another one
     std::int32_t hostTab_ = 0;
     std::int32_t hostWidth_ = 0;
     std::int32_t hostPage_ = windowsLatin;
@@ -126,12 +131,23 @@ TextRange placeOf(std::u16string_view text, TextRange table, bool tolerant) {
     return end == noGroupEnd ? table : TextRange{begin - pair.size(), end + 1};
 }
 
-// The \deff among the words that a document's header begins with.
-std::optional<ControlWord> findDefaultFont(std::u16string_view text, std::size_t header) {
-    for (WordRun run(text, header); run.next();) {
-        if (run.word().letters == u"deff" && !run.word().number.empty()) return run.word();
+// The word of a document's header with these letters and a number.
+std::optional<ControlWord> findHeaderWord(std::u16string_view text, std::size_t header, std::u16string_view letters) {
+    for (DocumentHeader words(text, header); words.next();) {
+        if (words.word().letters == letters && !words.word().number.empty()) return words.word();
     }
     return std::nullopt;
+}
+
+// How many paragraphs describe their list themselves.
+std::int32_t countOwnLists(std::u16string_view text) {
+    constexpr std::u16string_view group = u"{\\*\\pn";
+    RtfSearch search(text, true);
+    std::int32_t count = 0;
+    for (std::size_t at = 0; (at = search.find(group, at)) != text.npos; at += group.size()) {
+        count += wordStandsAt(text, at + 3, u"\\pn");
+    }
+    return count;
 }
 
 // The braces that are open behind a damaged table, if the text closes them: they stay, tolerant, as their partners do.
@@ -207,13 +223,14 @@ void TableMerge::readTables(std::u16string_view text, std::size_t header, bool h
         references_.colours = &colourNumbers_;
     }
     whole_ = options_.tolerant && !host && isWhole(text);
-    defaultFontWord_ = options_.tolerant ? findDefaultFont(text, header) : std::nullopt;
+    defaultFontWord_ = options_.tolerant ? findHeaderWord(text, header, u"deff") : std::nullopt;
     styles_.beginDocument(host);
     lists_.beginDocument(host);
     mergeStylesAndLists(text);
     references_.styles = &styles_;
     references_.lists = &lists_;
     references_.defaultStyle = styles_.defaultStyle(whole_);
+    if (whole_) references_.defaultSize = plainSize_;
     keepWidowControl(text, host);
 }
 
@@ -296,12 +313,19 @@ void TableMerge::placeInHost(std::size_t header) {
     place(tables_.overrides, std::max({colours, fonts, lists}), SharedTable::listOverrides);
 }
 
+void TableMerge::leaveOutOwnLists(std::u16string_view host) {
+    std::int32_t count = countOwnLists(host);
+    for (const TableCollection::Document& document : collection_.documents()) count += countOwnLists(document.text);
+    lists_.leaveOut(count);
+}
+
 // The text of a whole document begins with RTF's own formatting of paragraphs and characters.
 void TableMerge::beginWhole(std::size_t header) {
     std::u16string words = u"\\pard";
     if (references_.defaultStyle != NumberMap::none) words += u"\\s" + decimal(references_.defaultStyle);
-    words += references_.widowControl;
-    changes_.push_back({{header, header}, words + u"\\plain"});
+    words.append(references_.widowControl).append(u"\\plain");
+    if (references_.defaultSize != NumberMap::none) words += u"\\fs" + decimal(references_.defaultSize);
+    changes_.push_back({{header, header}, std::move(words)});
 }
 
 // A joined document has a page of its own, an embedded one that of the host.
@@ -326,6 +350,15 @@ void TableMerge::settleDefaultFont() {
     defaultFont_ = isNamed ? fontNumbers_.find(defaultFontWord_->number) : NumberMap::none;
     if (defaultFont_ == NumberMap::none) defaultFont_ = readersFont();
     if (defaultFont_ != hostFont_) references_.defaultFont = defaultFont_;
+}
+
+// Readers give the size that the host's header names before its tables to styles that name none, and do not change it
+// at \plain.
+void TableMerge::noteHostsSize(std::u16string_view text, std::size_t header) {
+    constexpr std::int32_t rtfSize = 24;
+    const auto size = tables_.fonts ? findHeaderWord(text, header, u"fs") : std::nullopt;
+    const bool changesPlain = size && size->begin < tables_.fonts->group.begin && numberOf(size->number) != rtfSize;
+    if (changesPlain) plainSize_ = rtfSize;
 }
 
 void TableMerge::renumberHostsFont() {
@@ -379,8 +412,10 @@ void TableMerge::mergeHost(std::u16string& text) {
     if (options_.tolerant && !collection_.documents().empty()) {
         hostTab_ = defaultTabOf(text);
         hostWidth_ = textWidthOf(text);
+        leaveOutOwnLists(text);
     }
     findTables(text, collection_.hostGroups());
+    if (options_.tolerant) noteHostsSize(text, header);
     readTables(text, header, true);
     placeInHost(header);
     renumberHostsFont();
@@ -416,6 +451,7 @@ namespace Module1 {
 void MergeDocumentTables(std::u16string& psText, TableCollection& poTables, const CleanOptions& options) {
     TableMerge merge(poTables, options);
     try {
+        if (options.tolerant) keepRowPadding(psText, poTables);
         merge.mergeHost(psText);
         for (TableCollection::Document& document : poTables.documents()) merge.mergeLifted(document);
     } catch (...) {

@@ -43,10 +43,8 @@ std::size_t ReferenceSweep::take(std::size_t at) {
         case Word::bin:
             return tolerant_ ? skipEscape(text_, at) : found.end;
         case Word::plain:
-            if (tolerant_) nameDefault(found, u"f", references_.defaultFont);
-            break;
         case Word::pard:
-            nameDefault(found, u"s", references_.defaultStyle, references_.widowControl);
+            nameDefaults(found);
             break;
         default:
             if (!found.number.empty()) takeNumber(found, meaning, found.letters);
@@ -127,14 +125,23 @@ void ReferenceSweep::replaceNumber(const ControlWord& found, std::int32_t number
     if (text != found.number) edits_->replace(found.numberBegin(), found.end, text);
 }
 
-// Names the number after the word, unless the words that follow do; and more.
-void ReferenceSweep::nameDefault(const ControlWord& found, std::u16string_view letters, std::int32_t number,
-                                 std::u16string_view more) {
-    std::u16string named;
-    const bool lacksNumber = number != NumberMap::none && !namesItself(found.end, letters);
-    if (lacksNumber) named.append(u"\\").append(letters).append(numbers_.of(number));
-    named += more;
-    if (!named.empty()) edits_->replaceVal(found.end, found.end, std::move(named));
+// Names after \pard or \plain what it goes back to.
+void ReferenceSweep::nameDefaults(const ControlWord& found) {
+    std::u16string words;
+    if (found.letters == u"pard") {
+        words = defaultWord(found, u"s", references_.defaultStyle);
+        words += references_.widowControl;
+    } else {
+        words = defaultWord(found, u"f", references_.defaultFont);
+        words += defaultWord(found, u"fs", references_.defaultSize);
+    }
+    if (!words.empty()) edits_->replaceVal(found.end, found.end, std::move(words));
+}
+
+// Nothing when the words that follow name a number.
+std::u16string ReferenceSweep::defaultWord(const ControlWord& found, std::u16string_view letters, std::int32_t number) {
+    if (number == NumberMap::none || namesItself(found.end, letters)) return {};
+    return std::u16string(u"\\").append(letters).append(numbers_.of(number));
 }
 
 bool ReferenceSweep::namesItself(std::size_t at, std::u16string_view letters) const {

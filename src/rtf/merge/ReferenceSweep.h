@@ -19,9 +19,10 @@ struct References {
     StyleSheet* styles = nullptr;
     ListTables* lists = nullptr;
     std::int32_t defaultStyle = NumberMap::none;  // named in paragraphs without a style
-    // Tolerant merging only, for lifted documents: the font that \plain and the beginning mean, and \widctlpar or
+    // Tolerant merging only, for lifted documents: the font and the size that \plain means, and \widctlpar or
     // \nowidctlpar where \pard would go back to the other one in the host.
     std::int32_t defaultFont = NumberMap::none;
+    std::int32_t defaultSize = NumberMap::none;
     std::u16string_view widowControl{};
 };
 
@@ -50,8 +51,8 @@ private:
     void takeNumber(const ControlWord& found, WordMeaning meaning, std::u16string_view letters);
     void replacePlainly(const ControlWord& found, std::u16string_view letters, const NumberMap* numbers);
     void replaceNumber(const ControlWord& found, std::int32_t number);
-    void nameDefault(const ControlWord& found, std::u16string_view letters, std::int32_t number,
-                     std::u16string_view more = {});
+    void nameDefaults(const ControlWord& found);
+    std::u16string defaultWord(const ControlWord& found, std::u16string_view letters, std::int32_t number);
     bool namesItself(std::size_t at, std::u16string_view letters) const;
 
     bool tolerant_;

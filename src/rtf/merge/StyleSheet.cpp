@@ -221,6 +221,8 @@ void StyleSheet::settle(Style& style) {
             normalLook_ = style.look.substr(0, longestLook);
             if (!style.base.digits.empty()) normalLook_ += baseWord;
         }
+        const bool isNormal = known->second == 0 || (host_ && style.name == u"normal");
+        changesPlain_ = changesPlain_ || (isNormal && !(style.look.empty() && style.base.digits.empty()));
         if (!style.name.empty()) claimName(style);
     }
     style.newNumber = known->second;
@@ -270,6 +272,17 @@ bool StyleSheet::losesWords(const Style& style) const {
     return false;
 }
 
+// Whether LibreOffice would give the character style RTF's size: it gives every style with a base the defaults of the
+// words that style 0 has and the style has not. The document's own style 0 has no size.
+bool StyleSheet::gainsSize(const Style& style) const {
+    if (!tolerant_ || host_ || style.kind != StyleKind::character || style.base.digits.empty()) return false;
+    const Style* const base = styleOf(style.base, style.kind);
+    const Style* const own = ownNormal();
+    const auto hasSize = [](std::u16string_view look) { return findWord(look, u"fs").has_value(); };
+    const bool isOnlyBase = base == nullptr || base->look.empty() || base->look == u"\\additive";
+    return isOnlyBase && hasSize(normalLook_) && !hasSize(style.look) && (own == nullptr || !hasSize(own->look));
+}
+
 void StyleSheet::append(const Style& style) {
     std::u16string entry(style.entry);
     struct Change {
@@ -289,7 +302,7 @@ void StyleSheet::append(const Style& style) {
     } else if (style.newNumber != 0) {
         changes.push_back({1, 1, u"\\s" + number});
     }
-    if (losesWords(style)) {
+    if (losesWords(style) || gainsSize(style)) {
         const std::size_t begin = style.base.at - baseWord.size();
         changes.push_back({begin, endWithBlank(style.entry, readWord(style.entry, begin)), {}});
     } else {
@@ -312,7 +325,11 @@ void StyleSheet::append(const Style& style) {
 }
 
 std::int32_t StyleSheet::numberOf(StyleKind kind, std::u16string_view number) {
-    if (const Style* style = styleOf({0, number}, kind)) return style->newNumber;
+    if (const Style* style = styleOf({0, number}, kind)) {
+        // Text of a character style that is one of paragraphs looks as if it named none.
+        const bool isParagraphs = kind == StyleKind::character && style->kind == StyleKind::paragraph;
+        return isParagraphs && tolerant_ && !host_ ? noStyle : style->newNumber;
+    }
     if (number == u"0") return kind == StyleKind::paragraph ? defaultStyle_ : NumberMap::none;
     // Must not come to mean another document's style.
     const bool staysFree = (host_ || !hasSheet_) && fresh_.reserve(number);
@@ -321,21 +338,21 @@ std::int32_t StyleSheet::numberOf(StyleKind kind, std::u16string_view number) {
 
 std::int32_t StyleSheet::defaultStyle(bool whole) {
     if (host_) return NumberMap::none;
-    const std::int32_t place = places_[static_cast<std::size_t>(StyleKind::paragraph)].find(u"0");
-    if (place != NumberMap::none) {
-        const std::int32_t number = styles_[static_cast<std::size_t>(place)].newNumber;
-        return number == 0 ? NumberMap::none : number;
-    }
-    if (whole && !normalLook_.empty()) defaultStyle_ = plainStyle();
+    if (const Style* const style = ownNormal()) return style->newNumber == 0 ? NumberMap::none : style->newNumber;
+    if (whole && changesPlain_) defaultStyle_ = plainStyle();
     return defaultStyle_;
 }
 
-std::int32_t StyleSheet::fontOfNormal() const {
+const StyleSheet::Style* StyleSheet::ownNormal() const {
     const std::int32_t place = places_[static_cast<std::size_t>(StyleKind::paragraph)].find(u"0");
-    if (place == NumberMap::none) return NumberMap::none;
-    const auto font = findWord(styles_[static_cast<std::size_t>(place)].look, u"f");
+    return place == NumberMap::none ? nullptr : &styles_[static_cast<std::size_t>(place)];
+}
+
+std::int32_t StyleSheet::fontOfNormal() const {
+    const Style* const style = ownNormal();
+    const auto font = style == nullptr ? std::nullopt : findWord(style->look, u"f");
     const bool isNumber = font && !font->number.empty() && font->number.size() < 7 && font->number[0] != u'-';
-    return isNumber ? std::stoi(std::string(font->number.begin(), font->number.end())) : NumberMap::none;
+    return isNumber ? velmor::numberOf(font->number) : NumberMap::none;
 }
 
 // One for all documents that need it.

@@ -81,6 +81,8 @@ private:
     std::u16string nameOf(const Reference& reference, StyleKind preferred) const;
     std::u16string ownSpacing(const Style& style) const;
     bool losesWords(const Style& style) const;
+    bool gainsSize(const Style& style) const;
+    const Style* ownNormal() const;
     void append(const Style& style);
     void addNormalOfHost();
     std::int32_t plainStyle();
@@ -90,6 +92,7 @@ private:
     bool hasSheet_ = false;
     bool hasNormal_ = false;     // style 0 is there
     std::u16string normalLook_;  // the host's style 0; empty when it changes nothing
+    bool changesPlain_ = false;  // the host's style 0, or the one named "Normal", changes something
 
     std::unordered_map<std::u16string, std::int32_t> numbersByKey_;
     NameIndex lastOfName_;  // the highest suffix given to a name; 1 without one

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "rtf/read/DocumentHeader.h"
 #include "rtf/read/RtfReader.h"
 
 namespace velmor {
@@ -84,30 +85,10 @@ std::int32_t codePageNamedBy(const ControlWord& word) noexcept {
     return word.letters == u"pca" ? 850 : 0;
 }
 
-namespace {
-
-// Ends the search for words of the header early in a document whose text is in groups.
-bool beginsBody(const ControlWord& word) noexcept {
-    const WordMeaning meaning = meaningOf(word.letters);
-    return meaning.is(WordTrait::beginsText) || meaning.word == Word::trowd;
-}
-
-}  // namespace
-
 std::int32_t codePageOfDocument(std::u16string_view text, std::size_t header) noexcept {
     std::int32_t page = windowsLatin;
-    for (std::size_t at = header; (at = skipWhiteSpace(text, at)) < text.size();) {
-        if (text[at] == u'{') {
-            const std::size_t end = documentStandsAt(text, at) ? noGroupEnd : findGroupEnd(text, at + 1, true);
-            if (end == noGroupEnd) break;  // embedded documents follow the header
-            at = end + 1;
-            continue;
-        }
-        if (text[at] != u'\\') break;
-        const ControlWord word = readWord(text, at);
-        if (word.letters.empty() || beginsBody(word)) break;
-        if (const std::int32_t named = codePageNamedBy(word)) page = named;
-        at = word.end;
+    for (DocumentHeader words(text, header); words.next();) {
+        if (const std::int32_t named = codePageNamedBy(words.word())) page = named;
     }
     return page;
 }

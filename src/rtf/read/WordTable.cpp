@@ -534,7 +534,7 @@ constexpr Row families[] = {
     {u"pgn", section},
     {u"pgwsxn", generatorRest},
     {u"saftn", section},
-    {u"sbk", section | sectionStart},
+    {u"sbk", section | sectionStart, Word::sbk},
     {u"sectd", section},
     {u"secte", section},
     {u"sectl", section},

@@ -61,6 +61,7 @@ enum class Word : std::uint8_t {
     plain,
     row,
     s,
+    sbk,
     sect,
     sectd,
     trkeep,
