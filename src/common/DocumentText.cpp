@@ -49,7 +49,7 @@ std::string encodeRtf(std::u16string_view text) {
 }
 
 [[noreturn]] void refuseCharacter(std::u16string_view text, std::size_t index) {
-    const bool pair = (text[index] & 0xFC00) == 0xD800 && index + 1 < text.size();
+    const bool pair = isHighSurrogate(text[index]) && index + 1 < text.size();
     const std::u16string character(text.substr(index, pair ? 2 : 1));
     throw Error(5, kErrorSource,
                 u"The text contains '" + character + u"' (position " + fromUtf8(std::to_string(index + 1)) +

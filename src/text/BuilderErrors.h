@@ -1,8 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <limits>
 #include <new>
+#include <utility>
 
 #include "text/Error.h"
 
@@ -19,9 +19,7 @@ inline void requireArgument(bool valid) {
 }
 
 inline std::int32_t checked(std::int64_t value) {
-    if (value < std::numeric_limits<std::int32_t>::min() || value > std::numeric_limits<std::int32_t>::max()) {
-        raiseBuilderError(6, u"Overflow");
-    }
+    if (!std::in_range<std::int32_t>(value)) raiseBuilderError(6, u"Overflow");
     return static_cast<std::int32_t>(value);
 }
 

@@ -18,6 +18,13 @@ constexpr bool isLineEnd(char16_t unit) noexcept {
 constexpr bool isWhiteSpace(char16_t unit) noexcept {
     return unit == u' ' || unit == u'\t' || isLineEnd(unit);
 }
+// The first and the second unit of a pair that makes one character.
+constexpr bool isHighSurrogate(char16_t unit) noexcept {
+    return (unit & 0xFC00) == 0xD800;
+}
+constexpr bool isLowSurrogate(char16_t unit) noexcept {
+    return (unit & 0xFC00) == 0xDC00;
+}
 // The value of a hexadecimal digit in either case; -1 for any other unit.
 constexpr int hexadecimalDigit(char16_t unit) noexcept {
     if (isDigit(unit)) return unit - u'0';

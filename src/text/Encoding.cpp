@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <bitset>
-#include <type_traits>
 #include <utility>
+
+#include "text/Characters.h"
 
 namespace velmor {
 
@@ -114,39 +115,6 @@ void appendUtf8(std::string& bytes, char32_t code) {
     for (int i = following - 1; i >= 0; --i) bytes += static_cast<char>(0x80 | ((code >> (6 * i)) & 0x3F));
 }
 
-// How many characters at the start are ASCII. Blocks without an early exit are read at once.
-template <typename Text>
-std::size_t asciiLength(Text text) noexcept {
-    using Unit = std::make_unsigned_t<std::conditional_t<sizeof(text[0]) == 1, char, std::int16_t>>;
-    constexpr std::size_t block = 64;
-    std::size_t length = 0;
-    const auto isAsciiBlock = [&](std::size_t size) {
-        Unit all = 0;
-        for (std::size_t i = 0; i < size; ++i) all = static_cast<Unit>(all | static_cast<Unit>(text[length + i]));
-        return all < 0x80;
-    };
-    while (length + block <= text.size() && isAsciiBlock(block)) length += block;
-    while (length < text.size() && isAsciiBlock(1)) ++length;
-    return length;
-}
-
-// Appends the ASCII characters that a text begins with, and takes them from it.
-template <typename Target, typename Text>
-void moveAscii(Target& target, Text& text) {
-    const std::size_t start = target.size();
-    const std::size_t length = asciiLength(text);
-    target.resize(start + length);
-    std::copy_n(text.begin(), length, target.begin() + static_cast<std::ptrdiff_t>(start));
-    text.remove_prefix(length);
-}
-
-bool isHigh(char16_t unit) noexcept {
-    return (unit & 0xFC00) == 0xD800;
-}
-bool isLow(char16_t unit) noexcept {
-    return (unit & 0xFC00) == 0xDC00;
-}
-
 // One character, or as much of one as there is.
 struct Decoded {
     char32_t code;
@@ -176,18 +144,21 @@ Decoded decodeUtf8(std::string_view bytes) noexcept {
 }  // namespace
 
 bool isAscii(std::string_view bytes) noexcept {
-    return asciiLength(bytes) == bytes.size();
+    return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return static_cast<std::uint8_t>(byte) < 0x80; });
 }
 
 std::string toUtf8(std::u16string_view text) {
     std::string bytes;
     bytes.reserve(text.size());
-    for (moveAscii(bytes, text); !text.empty(); moveAscii(bytes, text)) {
-        char32_t code = text[0];
-        const bool isPair = isHigh(text[0]) && text.size() > 1 && isLow(text[1]);
-        if (isPair) code = 0x10000 + ((code - 0xD800) << 10) + (text[1] - 0xDC00u);
-        appendUtf8(bytes, code);
-        text.remove_prefix(isPair ? 2 : 1);
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] < 0x80) {
+            bytes += static_cast<char>(text[i]);
+        } else if (isHighSurrogate(text[i]) && i + 1 < text.size() && isLowSurrogate(text[i + 1])) {
+            appendUtf8(bytes, 0x10000 + ((text[i] - 0xD800u) << 10) + (text[i + 1] - 0xDC00u));
+            ++i;
+        } else {
+            appendUtf8(bytes, text[i]);
+        }
     }
     return bytes;
 }
@@ -195,7 +166,7 @@ std::string toUtf8(std::u16string_view text) {
 std::u16string fromUtf8(std::string_view bytes) {
     std::u16string text;
     text.reserve(bytes.size());
-    for (moveAscii(text, bytes); !bytes.empty(); moveAscii(text, bytes)) {
+    while (!bytes.empty()) {
         const auto [code, size] = decodeUtf8(bytes);
         if (code < 0x10000) {
             text += static_cast<char16_t>(code);
@@ -252,22 +223,6 @@ std::string toAnsi(std::u16string_view text) {
 std::uint16_t ansiCode(char16_t unit) noexcept {
     if (!ansi().isUtf8) return ansi().page.codeOf(unit);
     return static_cast<std::uint8_t>(toUtf8({&unit, 1})[0]);
-}
-
-std::string_view wholeAnsi(std::string_view bytes) noexcept {
-    std::size_t at = 0;
-    if (ansi().isUtf8) {
-        for (at = bytes.size() - std::min<std::size_t>(bytes.size(), 3); at < bytes.size(); ++at) {
-            const std::uint8_t lead = byteAt(bytes, at);
-            const std::size_t size = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-            if (size > bytes.size() - at) return bytes.substr(0, at);
-        }
-        return bytes;
-    }
-    const CodePage& page = ansi().page;
-    if (!page.hasPairs()) return bytes;
-    while (at + 1 < bytes.size()) at += page.pairAt(bytes, at) ? 2 : 1;
-    return bytes.substr(0, at < bytes.size() && page.isLead(byteAt(bytes, at)) ? at : bytes.size());
 }
 
 }  // namespace velmor

@@ -26,8 +26,6 @@ std::u16string fromAnsi(std::string_view bytes);
 std::string toAnsi(std::u16string_view text);
 // The code of one character: its byte, or both of its bytes, the first one high; of UTF-8 the first.
 std::uint16_t ansiCode(char16_t unit) noexcept;
-// The bytes without the beginning of a character that the end of the bytes cuts off.
-std::string_view wholeAnsi(std::string_view bytes) noexcept;
 
 // A code page of one or two bytes a character.
 struct AnsiCodePage {

@@ -13,30 +13,30 @@ namespace velmor {
 // prepends to them, so they are stored in reverse order.
 class SpareTail {
 public:
-    std::size_t size() const noexcept { return reversed_.size(); }
-    // Copies the first `count` characters that follow the content.
-    void copyTo(std::size_t count, char16_t* target) const noexcept {
-        const std::size_t stale = std::min(count, size());
-        std::fill(std::copy_n(reversed_.rbegin(), stale, target), target + count, u' ');
+    // Appends the first `count` characters that follow the content.
+    void appendTo(std::u16string& text, std::size_t count) const {
+        const std::size_t stale = std::min(count, reversed_.size());
+        text.append(reversed_.rbegin(), reversed_.rbegin() + static_cast<std::ptrdiff_t>(stale));
+        text.append(count - stale, u' ');
     }
 
     // Prepends the content's last `count` characters. Changes nothing if it throws.
     void keepLast(const GapText& content, std::size_t count) {
+        if (count == 0) return;
         const auto [left, right] = content.range(content.size() - count, count);
-        const std::size_t before = size();
+        const std::size_t before = reversed_.size();
         reversed_.resize(before + count);
         const auto start = reversed_.begin() + static_cast<std::ptrdiff_t>(before);
         std::reverse_copy(left.begin(), left.end(), std::reverse_copy(right.begin(), right.end(), start));
     }
     // Removes the first `count` characters, or all if there are fewer.
-    void drop(std::size_t count) noexcept { reversed_.resize(size() - std::min(count, size())); }
+    void drop(std::size_t count) noexcept {
+        if (!reversed_.empty()) reversed_.resize(reversed_.size() - std::min(count, reversed_.size()));
+    }
     void clear() noexcept { reversed_ = {}; }
 
     // Applies the same change of case as the whole content.
-    template <typename Map>
-    void transform(Map map) {
-        std::transform(reversed_.begin(), reversed_.end(), reversed_.begin(), map);
-    }
+    void map(std::u16string (*change)(std::u16string_view)) { reversed_ = change(reversed_); }
 
 private:
     std::u16string reversed_;

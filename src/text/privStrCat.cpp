@@ -32,25 +32,19 @@ void privStrCat::swap(privStrCat& other) noexcept {
     std::swap(tail_, other.tail_);
     std::swap(capacity_, other.capacity_);
     std::swap(growthRate_, other.growthRate_);
-    std::swap(quickRoom_, other.quickRoom_);
 }
 
 // ---- The buffer
 
-// The blanks by which the buffer grows for `added` characters; 0 when they fit.
-std::size_t privStrCat::blanksFor(std::size_t lengthBefore, std::size_t added) const {
-    if (added > maximumLength) throw std::bad_alloc();
-    if (lengthBefore + added <= capacity_) return 0;
+std::size_t privStrCat::growthFor(std::size_t added) const {
     const std::size_t blanks = std::max(added, static_cast<std::size_t>(growthRate_));
-    if (capacity_ + blanks > maximumLength) throw std::bad_alloc();
+    if (added > maximumLength || capacity_ + blanks > maximumLength) throw std::bad_alloc();
     return blanks;
 }
 
 // Removes, then inserts: what the tail keeps of the one, it loses to the other. All or nothing.
 void privStrCat::replaceUnits(std::size_t index, std::size_t count, std::u16string_view text) {
-    if (text.empty()) return eraseUnits(index, count);
-    quickRoom_ = 0;
-    const std::size_t blanks = blanksFor(content_.size() - count, text.size());
+    const std::size_t blanks = text.empty() ? 0 : blanksFor(content_.size() - count, text.size());
     tail_.keepLast(content_, count);
     try {
         content_.replace(index, count, text);
@@ -62,34 +56,23 @@ void privStrCat::replaceUnits(std::size_t index, std::size_t count, std::u16stri
     tail_.drop(text.size());
 }
 
-void privStrCat::eraseUnits(std::size_t index, std::size_t count) {
-    quickRoom_ = 0;
-    tail_.keepLast(content_, count);
-    content_.erase(index, count);
-}
-
-void privStrCat::overwriteUnits(std::size_t index, std::u16string_view text) {
-    content_.overwrite(index, text);
-}
-
-void privStrCat::truncate(std::size_t length) noexcept {
-    quickRoom_ = 0;
-    content_.erase(length, content_.size() - length);
-}
-
 void privStrCat::release() noexcept {
     content_ = GapText();
     tail_.clear();
-    capacity_ = quickRoom_ = 0;
+    capacity_ = 0;
 }
 
-// Part of content and tail. index <= content_.size().
 std::u16string privStrCat::bufferCopy(std::size_t index, std::size_t count) const {
-    std::u16string text(count, u'\0');
-    const std::size_t inContent = std::min(count, content_.size() - index);
-    content_.copyTo(index, inContent, text.data());
-    tail_.copyTo(count - inContent, text.data() + inContent);
+    const auto [left, right] = content_.range(index, std::min(count, content_.size() - index));
+    std::u16string text;
+    text.reserve(count);
+    text.append(left).append(right);
+    tail_.appendTo(text, count - text.size());
     return text;
+}
+
+std::u16string privStrCat::part(std::int32_t start, std::int32_t count) const {
+    return reportingErrors([&] { return bufferCopy(toIndex(start), toSize(count)); });
 }
 
 std::u16string privStrCat::spareTail() const {
@@ -102,25 +85,19 @@ void privStrCat::Append(std::u16string_view psString) noexcept {
     unlessMemoryRunsOut([&] { add(psString); });
 }
 
-void privStrCat::addSlowly(std::u16string_view text) {
-    insertUnits(content_.size(), text);
-    quickRoom_ = tail_.size() == 0 ? std::min(capacity_ - content_.size(), content_.roomAtEnd()) : 0;
-}
-
 void privStrCat::AppendVal(std::u16string psString) noexcept {
     if (content_.size() != 0 || psString.empty()) return Append(psString);
     unlessMemoryRunsOut([&] {
         const std::size_t added = psString.size();
         const std::size_t blanks = blanksFor(0, added);
         content_.adopt(std::move(psString));
-        quickRoom_ = 0;
         capacity_ += blanks;
         tail_.drop(added);
     });
 }
 
 void privStrCat::Prepend(std::u16string_view psString) noexcept {
-    unlessMemoryRunsOut([&] { insertUnits(0, psString); });
+    unlessMemoryRunsOut([&] { replaceUnits(0, 0, psString); });
 }
 
 void privStrCat::PrependVal(std::u16string psString) noexcept {
@@ -141,7 +118,7 @@ void privStrCat::SurroundVal(std::u16string psPrepend, std::u16string psAppend) 
 }
 
 void privStrCat::ReturnStr(std::u16string& psReturn) const noexcept {
-    unlessMemoryRunsOut([&] { psReturn = content_.copy(0, content_.size()); });
+    unlessMemoryRunsOut([&] { psReturn = bufferCopy(0, content_.size()); });
 }
 
 std::u16string privStrCat::ReturnVal() const noexcept {
@@ -156,7 +133,7 @@ void privStrCat::DumpStr(std::u16string& psReturn) noexcept {
             psReturn = content_.release();
             release();
         } else {
-            std::u16string text = content_.copy(0, content_.size());
+            std::u16string text = bufferCopy(0, content_.size());
             eraseUnits(0, content_.size());
             psReturn = std::move(text);
         }
@@ -188,50 +165,44 @@ std::u16string privStrCat::SubString(std::int32_t plStart, std::int32_t plLength
     const bool toTheEnd = plLength == 0 || sum(plStart, plLength) > Length() + 1;
     const std::int32_t count = toTheEnd ? sum(difference(Length(), plStart), 1) : plLength;
     requireArgument(plStart >= 1 && count >= 0);
-    return reportingErrors([&] { return content_.copy(toIndex(plStart), toSize(count)); });
+    return part(plStart, count);
 }
 
 std::u16string privStrCat::LeftStr(std::int32_t plLength) const {
-    const std::int32_t count = std::clamp(plLength, 0, Length());
-    return reportingErrors([&] { return content_.copy(0, toSize(count)); });
+    return part(1, std::clamp(plLength, 0, Length()));
 }
 
 std::u16string privStrCat::RightStr(std::int32_t plLength) const {
     const std::int32_t count = std::clamp(plLength, 0, Length());
-    return reportingErrors([&] { return content_.copy(toSize(Length() - count), toSize(count)); });
+    return part(Length() - count + 1, count);
 }
 
 std::u16string privStrCat::LeftStrLessBy(std::int32_t plLength) const {
     if (plLength > Length()) return {};
-    const std::int32_t count = std::min(difference(Length(), plLength), BufferLength());
-    return reportingErrors([&] { return bufferCopy(0, toSize(count)); });
+    return part(1, std::min(difference(Length(), plLength), BufferLength()));
 }
 
 std::u16string privStrCat::LCaseStr() const {
-    std::u16string text = LeftStr(Length());
-    std::transform(text.begin(), text.end(), text.begin(), lowerUnit);
-    return text;
+    return reportingErrors([&] { return lowerCase(contiguous()); });
 }
 
 std::u16string privStrCat::UCaseStr() const {
-    std::u16string text = LeftStr(Length());
-    std::transform(text.begin(), text.end(), text.begin(), upperUnit);
-    return text;
+    return reportingErrors([&] { return upperCase(contiguous()); });
 }
 
-// How many characters of the range that MidStr and the case members share.
-std::size_t privStrCat::rangeCount(std::int32_t plStart, std::int32_t plLength) const {
+// How many characters of the range that MidStr and the case members share; 0 outside 1 <= plStart < Length().
+std::int32_t privStrCat::rangeCount(std::int32_t plStart, std::int32_t plLength) const {
+    if (plStart < 1 || plStart >= Length()) return 0;
     const bool toTheEnd = plLength == -1 || difference(sum(plStart, plLength), 1) > Length();
     const std::int32_t count = toTheEnd ? Length() - plStart + 1 : plLength;
     requireArgument(count >= 0);
-    return toSize(count);
+    return count;
 }
 
 std::u16string privStrCat::MidStr(std::int32_t plStart, std::int32_t plLength) const {
-    if (plStart < 1 || plStart >= Length()) return {};
-    const std::size_t count = rangeCount(plStart, plLength);
-    const bool whole = plStart == 1 && count == content_.size();
-    return reportingErrors([&] { return whole ? bufferCopy(0, capacity_) : content_.copy(toIndex(plStart), count); });
+    const std::int32_t count = rangeCount(plStart, plLength);
+    if (count == 0) return {};
+    return part(plStart, count == Length() ? BufferLength() : count);
 }
 
 }  // namespace velmor

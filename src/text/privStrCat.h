@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -158,23 +157,19 @@ public:
 
     // Append, which raises std::bad_alloc.
     void add(std::u16string_view text) {
-        if (text.size() <= quickRoom_) {
-            content_.appendInRoom(text);
-            quickRoom_ -= text.size();
-        } else {
-            addSlowly(text);
-        }
+        const std::size_t blanks = blanksFor(content_.size(), text.size());
+        content_.append(text);
+        capacity_ += blanks;
+        tail_.drop(text.size());
     }
     // Memory for a content of that length; the buffer does not grow. Raises std::bad_alloc.
     void reserve(std::size_t length) { content_.reserve(length); }
     // Removes what follows the first `length` units, which must be there. The tail does not keep it.
-    void truncate(std::size_t length) noexcept;
+    void truncate(std::size_t length) { content_.truncate(length); }
 
-    // The content in one piece. After an edit it costs the shorter side of that edit's place, so do not
-    // call it between the edits of a sweep. Valid until the next change.
-    std::u16string_view contiguous() const noexcept { return content_.contiguous(); }
-    // The content in two pieces, either of which may be empty. Costs nothing.
-    std::array<std::u16string_view, 2> pieces() const noexcept { return {content_.first(), content_.second()}; }
+    // The content in one piece, until the next change. After an edit it costs what follows the place of that
+    // edit, so do not call it between the edits of a sweep. Raises std::bad_alloc.
+    std::u16string_view contiguous() const { return content_.contiguous(); }
     // The unit at a position; U+0000 outside the content.
     char16_t unitAt(std::int32_t position) const noexcept {
         const std::size_t index = static_cast<std::size_t>(position) - 1;
@@ -186,33 +181,31 @@ public:
 private:
     static constexpr std::size_t keptBufferBytes = 5000;
 
-    void addSlowly(std::u16string_view text);
-    std::size_t blanksFor(std::size_t lengthBefore, std::size_t added) const;
+    // The blanks by which the buffer grows for `added` characters; 0 when they fit.
+    std::size_t blanksFor(std::size_t lengthBefore, std::size_t added) const {
+        return added <= capacity_ - lengthBefore ? 0 : growthFor(added);
+    }
+    std::size_t growthFor(std::size_t added) const;
     void replaceUnits(std::size_t index, std::size_t count, std::u16string_view text);
-    void insertUnits(std::size_t index, std::u16string_view text) { replaceUnits(index, 0, text); }
-    void eraseUnits(std::size_t index, std::size_t count);
-    void overwriteUnits(std::size_t index, std::u16string_view text);
+    void eraseUnits(std::size_t index, std::size_t count) { replaceUnits(index, count, {}); }
     bool isLarge() const noexcept { return capacity_ * sizeof(char16_t) > keptBufferBytes; }
     void release() noexcept;
 
     // 0-based; npos if absent.
     std::size_t findFrom(std::u16string_view sought, std::size_t start, Comparison comparison) const;
     std::size_t findAcross(std::u16string_view sought, std::size_t start, std::size_t end, Comparison comparison) const;
+    // Of content and tail; index <= content_.size().
     std::u16string bufferCopy(std::size_t index, std::size_t count) const;
+    std::u16string part(std::int32_t start, std::int32_t count) const;  // its copy from a position
     std::int32_t replaceAll(const std::u16string& sought, const std::u16string& replacement, std::int32_t start,
                             std::int32_t limit, bool binary);
-    std::size_t trimmableFromLeft(std::u16string_view characters) const noexcept;
-    std::size_t trimmableFromRight(std::u16string_view characters) const noexcept;
-    std::size_t rangeCount(std::int32_t plStart, std::int32_t plLength) const;
-    template <typename Map>
-    void modifyCase(std::int32_t plStart, std::int32_t plLength, Map map);
+    std::int32_t rangeCount(std::int32_t plStart, std::int32_t plLength) const;
+    void modifyCase(std::int32_t plStart, std::int32_t plLength, std::u16string (*map)(std::u16string_view));
 
     mutable GapText content_;  // closing the gap changes no text
     SpareTail tail_;
     std::size_t capacity_ = 0;  // content_.size() + tail_.size() <= capacity_ <= maximumLength; the rest is blank
     std::int32_t growthRate_ = 512;
-    // Number of units that fit without growth while the tail holds nothing stale; 0 if unknown.
-    std::size_t quickRoom_ = 0;
 };
 
 }  // namespace velmor

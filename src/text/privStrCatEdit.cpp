@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <utility>
 
 #include "text/BuilderErrors.h"
 #include "text/privStrCat.h"
@@ -11,14 +12,14 @@ std::int32_t privStrCat::Insert(std::u16string_view psString, std::int32_t plPos
     } else if (plPosition > Length()) {
         Append(psString);
     } else {
-        reportingErrors([&] { insertUnits(toIndex(plPosition), psString); });
+        reportingErrors([&] { replaceUnits(toIndex(plPosition), 0, psString); });
     }
     return Length();
 }
 
 std::int32_t privStrCat::InsertTagResult(ResultSource& poTag, std::int32_t plPosition) {
     if (plPosition < 2 || plPosition > Length()) return Insert(poTag.result(), plPosition);
-    const std::size_t width = poTag.resultBuilder()->content_.size();
+    const std::size_t width = toSize(poTag.resultBuilder()->Length());
     std::u16string result = poTag.result();
     if (result.size() > width) result.resize(width);
     if (result.size() < width && plPosition <= Length()) {  // evaluating may have changed this text
@@ -66,7 +67,7 @@ std::int32_t privStrCat::replaceAll(const std::u16string& sought, const std::u16
             ++count;
             if (limit >= 0 && count >= limit) break;
         } else {
-            overwriteUnits(toIndex(hit), replacement);
+            content_.replace(toIndex(hit), replacement.size(), replacement);
             eraseUnits(toIndex(hit) + shared, sought.size() - shared);
         }
         start = hit + static_cast<std::int32_t>(replacement.size());
@@ -78,7 +79,7 @@ void privStrCat::ModifyMidStr(std::int32_t plPosition, std::u16string_view psStr
     const std::int64_t end = std::int64_t{plPosition} + static_cast<std::int64_t>(psString.size());
     if (checked(end) < Length()) {
         requireArgument(plPosition >= 1);
-        reportingErrors([&] { overwriteUnits(toIndex(plPosition), psString); });
+        reportingErrors([&] { content_.replace(toIndex(plPosition), psString.size(), psString); });
     } else if (plPosition > 0 && plPosition < Length()) {
         const std::size_t index = toIndex(plPosition);
         const std::size_t count = std::min(psString.size(), content_.size() - index);
@@ -113,28 +114,18 @@ std::u16string privStrCat::TrimRightStr() const {
     return reportingErrors([&] { return std::u16string(withoutBlanksBehind(contiguous())); });
 }
 
-std::size_t privStrCat::trimmableFromLeft(std::u16string_view characters) const noexcept {
-    std::size_t count = 0;
-    while (count < content_.size() && characters.find(content_[count]) != characters.npos) ++count;
-    return count;
-}
-
-std::size_t privStrCat::trimmableFromRight(std::u16string_view characters) const noexcept {
-    const std::size_t length = content_.size();
-    std::size_t count = 0;
-    while (count < length && characters.find(content_[length - 1 - count]) != characters.npos) ++count;
-    return count;
-}
-
 void privStrCat::ModifyTrimLeftStr(std::u16string_view psTrimCharacters) {
-    const std::size_t count = trimmableFromLeft(psTrimCharacters);
-    if (count == content_.size()) return;
-    reportingErrors([&] { eraseUnits(0, count); });
+    reportingErrors([&] {
+        const std::size_t kept = contiguous().find_first_not_of(psTrimCharacters);
+        if (kept != std::u16string_view::npos) eraseUnits(0, kept);
+    });
 }
 
 void privStrCat::ModifyTrimRightStr(std::u16string_view psTrimCharacters) {
-    const std::size_t count = trimmableFromRight(psTrimCharacters);
-    reportingErrors([&] { eraseUnits(content_.size() - count, count); });
+    reportingErrors([&] {
+        const std::size_t kept = contiguous().find_last_not_of(psTrimCharacters) + 1;  // 0 when there is none
+        eraseUnits(kept, content_.size() - kept);
+    });
 }
 
 void privStrCat::ModifyTrimStr(std::u16string_view psTrimCharacters) {
@@ -147,20 +138,24 @@ void privStrCat::ModifyTrimStr(std::u16string_view psTrimCharacters) {
 
 // ---- Case
 
-template <typename Map>
-void privStrCat::modifyCase(std::int32_t plStart, std::int32_t plLength, Map map) {
-    if (plStart < 1 || plStart >= Length()) return;
-    const std::size_t count = rangeCount(plStart, plLength);
-    content_.transform(toIndex(plStart), count, map);
-    if (count == content_.size()) tail_.transform(map);
+void privStrCat::modifyCase(std::int32_t plStart, std::int32_t plLength, std::u16string (*map)(std::u16string_view)) {
+    const std::int32_t count = rangeCount(plStart, plLength);
+    if (count == 0) return;
+    reportingErrors([&] {
+        const std::u16string changed = map(part(plStart, count));
+        SpareTail tail = tail_;
+        if (count == Length()) tail.map(map);
+        content_.replace(toIndex(plStart), toSize(count), changed);
+        tail_ = std::move(tail);
+    });
 }
 
 void privStrCat::ModifyUCaseStr(std::int32_t plStart, std::int32_t plLength) {
-    modifyCase(plStart, plLength, upperUnit);
+    modifyCase(plStart, plLength, upperCase);
 }
 
 void privStrCat::ModifyLCaseStr(std::int32_t plStart, std::int32_t plLength) {
-    modifyCase(plStart, plLength, lowerUnit);
+    modifyCase(plStart, plLength, lowerCase);
 }
 
 }  // namespace velmor

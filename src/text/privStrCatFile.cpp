@@ -1,8 +1,9 @@
+#include <array>
 #include <exception>
 #include <filesystem>
 #include <fstream>
-#include <new>
 #include <optional>
+#include <string>
 #include <utility>
 
 #include "text/Encoding.h"
@@ -12,8 +13,6 @@ namespace velmor {
 
 namespace {
 
-constexpr std::size_t chunkBytes = 65536;
-
 std::filesystem::path toPath(std::u16string_view name) {
 #ifdef _WIN32
     return std::filesystem::path(name);
@@ -22,34 +21,19 @@ std::filesystem::path toPath(std::u16string_view name) {
 #endif
 }
 
-// A guess that spares the text from being copied as it grows; the file itself is the judge.
-std::size_t expectedSize(const std::filesystem::path& path) {
-    std::error_code failure;
-    const std::uintmax_t size = std::filesystem::file_size(path, failure);
-    return failure || size > privStrCat::maximumLength ? 0 : static_cast<std::size_t>(size);
-}
-
 // The file's text, or nothing when it cannot be read as a whole or held.
 std::optional<std::u16string> readFile(std::u16string_view name) {
     if (name.find(u'\0') != name.npos) return std::nullopt;
-    const std::filesystem::path path = toPath(name);
-    std::ifstream file(path, std::ios::binary);
-    if (!file) return std::nullopt;
-    std::u16string text;
-    text.reserve(expectedSize(path));
-    std::string chunk;
+    std::ifstream file(toPath(name), std::ios::binary);
+    std::string bytes;
+    std::array<char, 65536> chunk;
     while (file) {
-        const std::size_t kept = chunk.size();  // the beginning of a character
-        chunk.resize(kept + chunkBytes);
-        file.read(chunk.data() + kept, chunkBytes);
-        chunk.resize(kept + static_cast<std::size_t>(file.gcount()));
-        const std::string_view whole = file ? wholeAnsi(chunk) : chunk;
-        text += fromAnsi(whole);
-        chunk.erase(0, whole.size());
-        if (text.size() > privStrCat::maximumLength) return std::nullopt;
+        file.read(chunk.data(), chunk.size());
+        bytes.append(chunk.data(), static_cast<std::size_t>(file.gcount()));
+        if (bytes.size() > privStrCat::maximumLength) return std::nullopt;
     }
     if (file.bad() || !file.eof()) return std::nullopt;
-    return text;
+    return fromAnsi(bytes);
 }
 
 std::optional<std::u16string> readFileOrNothing(std::u16string_view name) noexcept {
@@ -67,7 +51,6 @@ std::int32_t privStrCat::LoadFromFile(std::u16string_view psFileName) noexcept {
         content_.adopt(std::move(*text));
         tail_.clear();
         capacity_ = content_.size();
-        quickRoom_ = 0;
     }
     return Length();
 }

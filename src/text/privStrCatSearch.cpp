@@ -35,7 +35,7 @@ std::size_t privStrCat::findAcross(std::u16string_view sought, std::size_t start
 
 std::size_t privStrCat::findFrom(std::u16string_view sought, std::size_t start, Comparison comparison) const {
     const std::size_t overlap = sought.size() - 1;
-    const auto [first, second] = pieces();
+    const std::u16string_view first = content_.first(), second = content_.second();
     const std::size_t split = first.size();
     if (start < split) {
         const std::size_t hit = findText(first, sought, start, comparison);
@@ -102,7 +102,7 @@ std::int32_t privStrCat::FindCount(std::u16string_view psFind, std::int32_t plSt
                                    bool pbBinaryCompare, bool pbIsRTFtag) const {
     const std::int32_t end = plEndPosition == 0 ? Length() : plEndPosition;
     const std::u16string sought = reportingErrors([&] { return std::u16string(psFind); });  // before the gap moves
-    EscapeScan escapes(pbIsRTFtag ? contiguous() : std::u16string_view());
+    EscapeScan escapes(reportingErrors([&] { return pbIsRTFtag ? contiguous() : std::u16string_view(); }));
     std::int32_t count = 0;
     std::int32_t hit = Find(sought, plStartPosition, pbBinaryCompare);
     while (hit != 0 && hit <= end) {
@@ -115,8 +115,9 @@ std::int32_t privStrCat::FindCount(std::u16string_view psFind, std::int32_t plSt
 std::int32_t privStrCat::WordCount() const noexcept {
     if (BufferLength() == 0) return 0;
     const std::size_t units = content_.size() == 0 ? 1 : (content_.size() + 1) / 2;
-    char16_t after[2] = {u'\0', u'\0'};  // U+0000 where nothing is: not a word character
-    tail_.copyTo(std::min<std::size_t>(2, capacity_ - content_.size()), after);
+    std::u16string after;
+    tail_.appendTo(after, std::min<std::size_t>(2, capacity_ - content_.size()));
+    after.resize(2);  // U+0000 where nothing is: not a word character
     const auto bufferUnit = [&](std::size_t index) {
         return index < content_.size() ? content_[index] : after[index - content_.size()];
     };
