@@ -1,4 +1,4 @@
-#include "properties/PropertySort.h"
+// privProperties::Sort.
 
 #include <algorithm>
 #include <cmath>
@@ -12,6 +12,8 @@
 
 #include "automation/Convert.h"
 #include "automation/DecimalNumber.h"
+#include "properties/KeyedItems.h"
+#include "properties/privProperties.h"
 
 namespace velmor {
 
@@ -84,9 +86,9 @@ private:
     std::map<std::int32_t, Place> firstOfType_;
 };
 
-}  // namespace
-
-// Names alone are a strict order; the insertion decides only among equal names.
+// The sorted order, as the present 0-based positions. It is that of an insertion one by one: before the first
+// property placed that sorts after the new one, else at the end. Names alone are a strict order; the insertion
+// decides only among equal names.
 std::vector<std::size_t> sortedOrder(KeyedItems& items) {
     std::vector<std::size_t> order(items.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
@@ -103,6 +105,13 @@ std::vector<std::size_t> sortedOrder(KeyedItems& items) {
         group = end;
     }
     return order;
+}
+
+}  // namespace
+
+void privProperties::Sort() {
+    if (items_->size() < 2) return;
+    items_ = std::make_shared<KeyedItems>(*items_, sortedOrder(*items_));
 }
 
 }  // namespace velmor

@@ -10,7 +10,6 @@
 #include "properties/Overflow.h"
 #include "properties/PropertyEnumerator.h"
 #include "properties/PropertyReader.h"
-#include "properties/PropertySort.h"
 #include "properties/PropertyWriter.h"
 #include "text/Compare.h"
 #include "text/privStrCat.h"
@@ -91,26 +90,6 @@ std::u16string privProperties::GetValueStrCatDump(std::u16string_view psName, st
     return text;
 }
 
-std::int32_t privProperties::GetValueLng(std::u16string_view psName, std::int32_t plDefaultValue) const {
-    const PropertyRef found = Item(psName);
-    return found == nullptr ? plDefaultValue : found->ValueLng();
-}
-
-std::int16_t privProperties::GetValueInt(std::u16string_view psName, std::int16_t piDefaultValue) const {
-    const PropertyRef found = Item(psName);
-    return found == nullptr ? piDefaultValue : found->ValueInt();
-}
-
-double privProperties::GetValueDbl(std::u16string_view psName, double pnDefaultValue) const {
-    const PropertyRef found = Item(psName);
-    return found == nullptr ? pnDefaultValue : found->ValueDbl();
-}
-
-float privProperties::GetValueSng(std::u16string_view psName, float pnDefaultValue) const {
-    const PropertyRef found = Item(psName);
-    return found == nullptr ? pnDefaultValue : found->ValueSng();
-}
-
 Date privProperties::GetValueDate(std::u16string_view psName, Date pdDefaultValue) const {
     const PropertyRef found = Item(psName);
     return found == nullptr ? pdDefaultValue : found->ValueDate();
@@ -119,11 +98,6 @@ Date privProperties::GetValueDate(std::u16string_view psName, Date pdDefaultValu
 ObjectRef privProperties::GetValueObject(std::u16string_view psName, ObjectRef poDefault) const {
     const PropertyRef found = Item(psName);
     return found == nullptr ? poDefault : found->Value().object();
-}
-
-bool privProperties::GetValueBoolean(std::u16string_view psName, bool pbDefaultValue) const {
-    const PropertyRef found = Item(psName);
-    return found == nullptr ? pbDefaultValue : found->ValueBoolean();
 }
 
 std::u16string privProperties::text(TextForm form, int level) const {
@@ -169,11 +143,6 @@ bool privProperties::Changed() const {
     bool changed = false;
     forEachMade([&](const privProperty& property) { changed = changed || property.Changed(); });
     return changed;
-}
-
-void privProperties::Sort() {
-    if (items_->size() < 2) return;
-    items_ = std::make_shared<KeyedItems>(*items_, sortedOrder(*items_));
 }
 
 PropertyRef privProperties::Insert(std::int32_t plIndex, std::u16string_view psName, Variant pvValue,

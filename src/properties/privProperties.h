@@ -87,14 +87,24 @@ public:
     // Moves the text out of the property's string builder. A property without a builder gets an empty one
     // first, and so gives "".
     std::u16string GetValueStrCatDump(std::u16string_view psName, std::u16string_view psDefaultValue = {});
-    std::int32_t GetValueLng(std::u16string_view psName, std::int32_t plDefaultValue = 0) const;
-    std::int16_t GetValueInt(std::u16string_view psName, std::int16_t piDefaultValue = 0) const;
-    double GetValueDbl(std::u16string_view psName, double pnDefaultValue = 0) const;
-    float GetValueSng(std::u16string_view psName, float pnDefaultValue = 0) const;
+    std::int32_t GetValueLng(std::u16string_view psName, std::int32_t plDefaultValue = 0) const {
+        return valueOr(psName, plDefaultValue, &privProperty::ValueLng);
+    }
+    std::int16_t GetValueInt(std::u16string_view psName, std::int16_t piDefaultValue = 0) const {
+        return valueOr(psName, piDefaultValue, &privProperty::ValueInt);
+    }
+    double GetValueDbl(std::u16string_view psName, double pnDefaultValue = 0) const {
+        return valueOr(psName, pnDefaultValue, &privProperty::ValueDbl);
+    }
+    float GetValueSng(std::u16string_view psName, float pnDefaultValue = 0) const {
+        return valueOr(psName, pnDefaultValue, &privProperty::ValueSng);
+    }
     automation::Date GetValueDate(std::u16string_view psName, automation::Date pdDefaultValue = {}) const;
     // Null if the property exists but holds no object.
     automation::ObjectRef GetValueObject(std::u16string_view psName, automation::ObjectRef poDefault = {}) const;
-    bool GetValueBoolean(std::u16string_view psName, bool pbDefaultValue = false) const;
+    bool GetValueBoolean(std::u16string_view psName, bool pbDefaultValue = false) const {
+        return valueOr(psName, pbDefaultValue, &privProperty::ValueBoolean);
+    }
 
     // The text form. Stored writes every entry as name, "=", value, ":"; Delimited is the same
     // without substitution characters in plain values; TagCommand gives the first entry as its
@@ -189,6 +199,11 @@ private:
     // list: as stored, except that unquoted values end as in a tag (EntryScanner::tagValueEnd).
     enum class ReadForm { stored, list, tag };
 
+    template <class Value>
+    Value valueOr(std::u16string_view psName, Value otherwise, Value (privProperty::*get)() const) const {
+        const PropertyRef found = Item(psName);
+        return found == nullptr ? otherwise : (*found.*get)();
+    }
     PropertyRef itemAt(const automation::Variant& pvIndexKey) const;
     std::size_t positionOf(const automation::Variant& pvIndexKey) const;
     template <class Take>

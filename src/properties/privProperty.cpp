@@ -2,10 +2,10 @@
 
 #include <new>
 #include <utility>
+#include <vector>
 
 #include "automation/Convert.h"
 #include "platform/Services.h"
-#include "properties/DeferredRelease.h"
 #include "properties/privProperties.h"
 #include "text/privStrCat.h"
 
@@ -27,6 +27,27 @@ auto orZero(const privProperty& property) {
     } catch (const std::bad_alloc&) {
         return Converted{};
     }
+}
+
+using Waiting = std::vector<std::shared_ptr<void>>;
+thread_local Waiting* waiting = nullptr;
+
+// Releases a reference without recursion: releases during another one are postponed until it is done. However
+// deep collections nest, destroying them takes constant stack.
+void releaseFlat(std::shared_ptr<void> reference) {
+    if (reference == nullptr) return;
+    if (waiting != nullptr) {
+        waiting->push_back(std::move(reference));
+        return;
+    }
+    Waiting list;
+    waiting = &list;
+    reference.reset();
+    while (!list.empty()) {
+        const std::shared_ptr<void> next = std::move(list.back());
+        list.pop_back();
+    }
+    waiting = nullptr;
 }
 
 }  // namespace
