@@ -1,4 +1,4 @@
-#include "cli/CleanCommand.h"
+#include "cli/Commands.h"
 
 #include <memory>
 #include <utility>
@@ -47,14 +47,12 @@ private:
         std::vector<std::u16string> texts;
         for (const std::string& input : inputs) texts.push_back(read(input));
         for (std::size_t i = 0; i < texts.size() && !holdsTag_; ++i) clean(texts[i], false);
-        DocumentJoiner joiner(std::move(texts.front()), inputName(inputs.front()));
-        for (std::size_t i = 1; i < texts.size(); ++i) {
-            const std::size_t lost = joiner.add(texts[i], inputName(inputs[i]));
-            if (lost == 0) continue;
-            tell(inputName(inputs[i]) + ": " + std::to_string(lost) + (lost == 1 ? " character" : " characters") +
+        std::vector<std::string> names;
+        for (const std::string& input : inputs) names.push_back(inputName(input));
+        return joinDocuments(std::move(texts), names, [this](const std::string& name, std::size_t lost) {
+            tell(name + ": " + std::to_string(lost) + (lost == 1 ? " character" : " characters") +
                  " outside the document left out");
-        }
-        return std::move(joiner).joined();
+        });
     }
 
     void clean(std::u16string& text, bool mergeMode) {

@@ -2,9 +2,10 @@
 
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <memory>
 #include <sstream>
 
-#include "cli/Failure.h"
+#include "cli/Commands.h"
 #include "cli/Locale.h"
 #include "text/Encoding.h"
 
@@ -74,25 +75,22 @@ Examples:
   velmor log VelmorLog-20240305.log
   velmor log --json VelmorLog-20240305.log | jq '.entries[0]')";
 
-// What CLI11 fills in.
-struct Raw {
-    EvalOptions eval;
-    CleanCommandOptions clean;
-    TagsOptions tags;
-    PropsOptions props;
-    HandlersOptions listed;
-    LogOptions log;
-    platform::SystemOptions system;
-};
+// Makes the command of that name; CLI11 fills in its options, and then it is the one to run.
+template <typename Options>
+std::pair<CLI::App*, Options&> addCommand(CLI::App& app, CommandLine& line, const char* name, const char* description,
+                                          const char* footer, ExitCode (*run)(platform::Services&, const Options&)) {
+    CLI::App* const command = app.add_subcommand(name, description);
+    const auto options = std::make_shared<Options>();
+    command->footer(footer);
+    command->final_callback([&line, options, run] {
+        line.run = [options, run](platform::Services& services) { return run(services, *options); };
+    });
+    return {command, *options};
+}
 
 std::string checkAssignment(const std::string& text) {
     const auto equals = text.find('=');
     return equals == text.npos || equals == 0 ? "'" + text + "' does not have the form name=value" : std::string();
-}
-
-std::string checkEncoding(const std::string& text) {
-    const bool known = text == "auto" || text == "ansi" || text == "utf-8";
-    return known ? std::string() : "'" + text + "' is not auto, ansi or utf-8";
 }
 
 CLI::Option* addPasswordFile(CLI::App& command, std::string& name) {
@@ -100,30 +98,31 @@ CLI::Option* addPasswordFile(CLI::App& command, std::string& name) {
         ->type_name("FILE");
 }
 
-EncodingChoice encodingOf(const std::string& name) {
-    if (name == "utf-8") return EncodingChoice::utf8;
-    return name == "ansi" ? EncodingChoice::ansi : EncodingChoice::automatic;
-}
-
 void addEncoding(CLI::App& command, EncodingChoice& encoding) {
-    const auto take = [&encoding](const std::string& name) { encoding = encodingOf(name); };
+    const auto take = [&encoding](const std::string& name) {
+        if (name != "auto" && name != "ansi" && name != "utf-8") {
+            throw CLI::ValidationError("--encoding", "'" + name + "' is not auto, ansi or utf-8");
+        }
+        encoding = name == "auto"   ? EncodingChoice::automatic
+                   : name == "ansi" ? EncodingChoice::ansi
+                                    : EncodingChoice::utf8;
+    };
     command
         .add_option_function<std::string>("--encoding", take,
                                           "How plain text and property files are encoded (default: auto)")
-        ->type_name("auto|ansi|utf-8")
-        ->check(CLI::Validator(checkEncoding, ""));
+        ->type_name("auto|ansi|utf-8");
 }
 
-void addRegistry(CLI::App& command, Raw& raw) {
-    const auto take = [&raw](const std::string& name) { raw.system.registryFile = fromUtf8(name); };
+void addRegistry(CLI::App& command, platform::SystemOptions& system) {
+    const auto take = [&system](const std::string& name) { system.registryFile = fromUtf8(name); };
     command.add_option_function<std::string>("--registry", take, "The registry file (.reg)")->type_name("FILE");
 }
 
-void addSystem(CLI::App& command, Raw& raw) {
-    addRegistry(command, raw);
+void addSystem(CLI::App& command, platform::SystemOptions& system) {
+    addRegistry(command, system);
 #ifndef _WIN32
-    const auto take = [&raw](const std::vector<std::string>& folders) {
-        for (const auto& folder : folders) raw.system.handlerFolders.push_back(fromUtf8(folder));
+    const auto take = [&system](const std::vector<std::string>& folders) {
+        for (const auto& folder : folders) system.handlerFolders.push_back(fromUtf8(folder));
     };
     command
         .add_option_function<std::vector<std::string>>("--handlers", take,
@@ -134,78 +133,68 @@ void addSystem(CLI::App& command, Raw& raw) {
 #endif
 }
 
-void addEval(CLI::App& app, Raw& raw, Command& chosen) {
-    CLI::App* command = app.add_subcommand("eval", "Evaluate a template");
-    command->add_option("TEMPLATE", raw.eval.input, "The template; - or nothing: standard input")->type_name("");
-    command->add_option("-o,--output", raw.eval.output, "Write the result to this file, whole or not at all")
+void addEval(CLI::App& app, CommandLine& line) {
+    const auto [command, options] = addCommand(app, line, "eval", "Evaluate a template", evalFooter, runEval);
+    command->add_option("TEMPLATE", options.input, "The template; - or nothing: standard input")->type_name("");
+    command->add_option("-o,--output", options.output, "Write the result to this file, whole or not at all")
         ->type_name("OUT");
-    command->add_option("--property", raw.eval.properties, "Set a property to a text; may be repeated")
+    command->add_option("--property", options.properties, "Set a property to a text; may be repeated")
         ->type_name("name=value")
         ->allow_extra_args(false)
         ->take_all()
         ->check(CLI::Validator(checkAssignment, ""));
-    command->add_option("--properties", raw.eval.propertyFile, "Read properties from this property file")
+    command->add_option("--properties", options.propertyFile, "Read properties from this property file")
         ->type_name("FILE");
-    addPasswordFile(*command, raw.eval.passwordFile)->needs("--properties");
-    command->add_option("--include-path", raw.eval.includePath, "The folder of included files (the property \"Path\")")
+    addPasswordFile(*command, options.passwordFile)->needs("--properties");
+    command->add_option("--include-path", options.includePath, "The folder of included files (the property \"Path\")")
         ->type_name("DIR");
-    command->add_flag("--exact", raw.eval.exact, "Include RTF exactly as the component does, without its tolerance");
-    addEncoding(*command, raw.eval.encoding);
-    addSystem(*command, raw);
-    command->footer(evalFooter);
-    command->final_callback([&raw, &chosen] { chosen = raw.eval; });
+    command->add_flag("--exact", options.exact, "Include RTF exactly as the component does, without its tolerance");
+    addEncoding(*command, options.encoding);
+    addSystem(*command, line.system);
 }
 
-void addClean(CLI::App& app, Raw& raw, Command& chosen) {
-    CLI::App* command = app.add_subcommand("clean", "Make one clean RTF document of RTF documents");
-    command->add_option("FILE", raw.clean.inputs, "RTF files; -: standard input. Several are joined in this order")
+void addClean(CLI::App& app, CommandLine& line) {
+    const auto [command, options] =
+        addCommand(app, line, "clean", "Make one clean RTF document of RTF documents", cleanFooter, runClean);
+    command->add_option("FILE", options.inputs, "RTF files; -: standard input. Several are joined in this order")
         ->type_name("")
         ->required();
-    command->add_option("-o,--output", raw.clean.output, "Write the document to this file, whole or not at all")
+    command->add_option("-o,--output", options.output, "Write the document to this file, whole or not at all")
         ->type_name("OUT");
-    command->add_flag("--merge", raw.clean.merge,
+    command->add_flag("--merge", options.merge,
                       "Merge mode also for one file, which holds documents that were joined before");
-    command->add_flag("--exact", raw.clean.exact, "Clean exactly as the component does, without its tolerance");
-    addRegistry(*command, raw);
-    command->footer(cleanFooter);
-    command->final_callback([&raw, &chosen] { chosen = raw.clean; });
+    command->add_flag("--exact", options.exact, "Clean exactly as the component does, without its tolerance");
+    addRegistry(*command, line.system);
 }
 
-void addTags(CLI::App& app, Raw& raw, Command& chosen) {
-    CLI::App* command = app.add_subcommand("tags", "List the tags of a template");
-    command->add_option("TEMPLATE", raw.tags.input, "The template; - or nothing: standard input")->type_name("");
-    command->add_flag("--json", raw.tags.json, "As JSON");
-    addEncoding(*command, raw.tags.encoding);
-    command->footer(tagsFooter);
-    command->final_callback([&raw, &chosen] { chosen = raw.tags; });
+void addTags(CLI::App& app, CommandLine& line) {
+    const auto [command, options] = addCommand(app, line, "tags", "List the tags of a template", tagsFooter, runTags);
+    command->add_option("TEMPLATE", options.input, "The template; - or nothing: standard input")->type_name("");
+    command->add_flag("--json", options.json, "As JSON");
+    addEncoding(*command, options.encoding);
 }
 
-void addProps(CLI::App& app, Raw& raw, Command& chosen) {
-    CLI::App* command = app.add_subcommand("props", "List a property file");
-    command->add_option("FILE", raw.props.file.name, "The property file; -: standard input")->type_name("")->required();
-    addPasswordFile(*command, raw.props.file.passwordFile);
-    command->add_flag("--json", raw.props.json, "As JSON");
-    addEncoding(*command, raw.props.file.encoding);
-    command->footer(propsFooter);
-    command->final_callback([&raw, &chosen] { chosen = raw.props; });
+void addProps(CLI::App& app, CommandLine& line) {
+    const auto [command, options] = addCommand(app, line, "props", "List a property file", propsFooter, runProps);
+    command->add_option("FILE", options.file.name, "The property file; -: standard input")->type_name("")->required();
+    addPasswordFile(*command, options.file.passwordFile);
+    command->add_flag("--json", options.json, "As JSON");
+    addEncoding(*command, options.file.encoding);
 }
 
-void addHandlers(CLI::App& app, Raw& raw, Command& chosen) {
-    CLI::App* command = app.add_subcommand("handlers", "List the registered handlers and their commands");
-    command->add_option("NAME", raw.listed.name, "Only this handler")->type_name("");
-    command->add_flag("--all", raw.listed.all, "Hidden handlers as well");
-    command->add_flag("--json", raw.listed.json, "As JSON");
-    addSystem(*command, raw);
-    command->footer(handlersFooter);
-    command->final_callback([&raw, &chosen] { chosen = raw.listed; });
+void addHandlers(CLI::App& app, CommandLine& line) {
+    const auto [command, options] = addCommand(app, line, "handlers", "List the registered handlers and their commands",
+                                               handlersFooter, runHandlers);
+    command->add_option("NAME", options.name, "Only this handler")->type_name("");
+    command->add_flag("--all", options.all, "Hidden handlers as well");
+    command->add_flag("--json", options.json, "As JSON");
+    addSystem(*command, line.system);
 }
 
-void addLog(CLI::App& app, Raw& raw, Command& chosen) {
-    CLI::App* command = app.add_subcommand("log", "Sum up a day's timing log");
-    command->add_option("FILE", raw.log.input, "The log; -: standard input")->type_name("")->required();
-    command->add_flag("--json", raw.log.json, "As JSON");
-    command->footer(logFooter);
-    command->final_callback([&raw, &chosen] { chosen = raw.log; });
+void addLog(CLI::App& app, CommandLine& line) {
+    const auto [command, options] = addCommand(app, line, "log", "Sum up a day's timing log", logFooter, runLog);
+    command->add_option("FILE", options.input, "The log; -: standard input")->type_name("")->required();
+    command->add_flag("--json", options.json, "As JSON");
 }
 
 // In the order of CLI11, last argument first.
@@ -253,16 +242,15 @@ std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& argu
     app.allow_windows_style_options(false);
     app.require_subcommand(1);
     app.footer(programFooter);
-    Raw raw;
-    Command chosen;
-    for (const auto add : {addEval, addClean, addTags, addProps, addHandlers, addLog}) add(app, raw, chosen);
+    CommandLine line;
+    for (const auto add : {addEval, addClean, addTags, addProps, addHandlers, addLog}) add(app, line);
     try {
         app.parse(withoutHelpCommand(app, decodedBackwards(arguments)));
     } catch (const CLI::ParseError& outcome) {
         answer(app, outcome);
         return std::nullopt;
     }
-    return CommandLine{std::move(chosen), std::move(raw.system)};
+    return line;
 }
 
 }  // namespace velmor::cli

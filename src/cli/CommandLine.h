@@ -1,24 +1,17 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
-#include "cli/CleanCommand.h"
-#include "cli/EvalCommand.h"
-#include "cli/HandlersCommand.h"
-#include "cli/LogCommand.h"
-#include "cli/PropsCommand.h"
-#include "cli/TagsCommand.h"
+#include "cli/Failure.h"
 #include "platform/SystemServices.h"
 
 namespace velmor::cli {
 
-using Command = std::variant<EvalOptions, CleanCommandOptions, TagsOptions, PropsOptions, HandlersOptions, LogOptions>;
-
 struct CommandLine {
-    Command command;
+    std::function<ExitCode(platform::Services&)> run;  // the command with its options
     platform::SystemOptions system;
 };
 

@@ -37,27 +37,25 @@ void requireDocument(std::u16string& text, bool addVersion, const std::string& n
     }
 }
 
-DocumentJoiner::DocumentJoiner(std::u16string first, const std::string& name) : text_(std::move(first)) {
-    const std::size_t end = closingBrace(text_, findHostDocument(text_), name);
-    tail_ = text_.substr(end);
-    text_.resize(end);
-}
-
-std::size_t DocumentJoiner::add(std::u16string_view text, const std::string& name) {
-    const std::size_t begin = findHostDocument(text);
-    const std::size_t end = closingBrace(text, begin, name) + 1;
-    const std::size_t added = Module1::mergePageBreakMarker.size() + (end - begin);
-    if (text_.size() + tail_.size() + added > maximalLength) {
-        throw Failure(exitFile, "with " + name + " the joined document is too large");
+std::u16string joinDocuments(std::vector<std::u16string> texts, const std::vector<std::string>& names,
+                             const std::function<void(const std::string& name, std::size_t count)>& lost) {
+    std::u16string joined = std::move(texts.front());
+    const std::size_t last = closingBrace(joined, findHostDocument(joined), names.front());
+    const std::u16string tail = joined.substr(last);
+    joined.resize(last);
+    for (std::size_t i = 1; i < texts.size(); ++i) {
+        const std::u16string_view text = texts[i];
+        const std::size_t begin = findHostDocument(text);
+        const std::size_t end = closingBrace(text, begin, names[i]) + 1;
+        const std::size_t added = Module1::mergePageBreakMarker.size() + (end - begin);
+        if (joined.size() + tail.size() + added > maximalLength) {
+            throw Failure(exitFile, "with " + names[i] + " the joined document is too large");
+        }
+        joined.append(Module1::mergePageBreakMarker).append(text.substr(begin, end - begin));
+        const std::size_t left = countVisible(text.substr(0, begin)) + countVisible(text.substr(end));
+        if (left > 0) lost(names[i], left);
     }
-    text_ += Module1::mergePageBreakMarker;
-    text_ += text.substr(begin, end - begin);
-    return countVisible(text.substr(0, begin)) + countVisible(text.substr(end));
-}
-
-std::u16string DocumentJoiner::joined() && {
-    text_ += tail_;
-    return std::move(text_);
+    return joined += tail;
 }
 
 }  // namespace velmor::cli

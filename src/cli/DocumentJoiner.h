@@ -1,8 +1,9 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
-#include <string_view>
+#include <vector>
 
 namespace velmor::cli {
 
@@ -12,23 +13,13 @@ namespace velmor::cli {
 void requireDocument(std::u16string& text, bool addVersion, const std::string& name);
 
 // Joins documents for cleaning in merge mode: each further document is inserted before the closing
-// brace of the first, preceded by the marker group of a merge page break. Linear in the texts.
+// brace of the first, preceded by the marker group of a merge page break. Linear in the texts. Calls
+// `lost` with how many characters around a further document were left out, white space and NULs aside.
+// (The first document keeps the characters around it.)
 //
-// The texts have passed requireDocument. Throws Failure (exitFile) for a document without a closing
-// brace, and for a joined text that exceeds the length of a text.
-class DocumentJoiner {
-public:
-    DocumentJoiner(std::u16string first, const std::string& name);
-
-    // Returns how many characters around the document were left out, white space and NULs aside. (The
-    // first document keeps the characters around it.)
-    std::size_t add(std::u16string_view text, const std::string& name);
-
-    std::u16string joined() &&;
-
-private:
-    std::u16string text_;  // without the first document's closing brace and
-    std::u16string tail_;  // what follows it
-};
+// The texts have passed requireDocument; `names` are for messages. Throws Failure (exitFile) for a document
+// without a closing brace, and for a joined text that exceeds the length of a text.
+std::u16string joinDocuments(std::vector<std::u16string> texts, const std::vector<std::string>& names,
+                             const std::function<void(const std::string& name, std::size_t count)>& lost);
 
 }  // namespace velmor::cli

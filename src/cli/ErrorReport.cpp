@@ -12,11 +12,6 @@ namespace {
 
 constexpr std::size_t maximalLines = 1000;
 
-// Names and texts come from the template and may be as long as the template.
-std::string shown(std::u16string_view text) {
-    return toUtf8(onOneLine(text, 200));
-}
-
 std::u16string keyOf(const ErrorLogEntry& entry) {
     std::u16string key(entry.handler);
     key.append(1, u'\0').append(entry.message).append(1, u'\0').append(entry.errorData);

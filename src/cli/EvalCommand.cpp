@@ -1,11 +1,10 @@
-#include "cli/EvalCommand.h"
+#include "cli/Commands.h"
 
 #include <memory>
 
 #include "cli/ErrorReport.h"
 #include "cli/PropertyFile.h"
 #include "cli/Streams.h"
-#include "cli/TemplateFolders.h"
 #include "common/TextFile.h"
 #include "core/kvTag.h"
 #include "properties/privProperties.h"
@@ -14,6 +13,24 @@
 
 namespace velmor::cli {
 namespace {
+
+// The machine's folders, except that the template's folder replaces the component's: files without a
+// path are searched there.
+class TemplateFolders final : public platform::Folders {
+public:
+    TemplateFolders(const platform::Folders& machine, std::u16string folder)
+        : machine_(machine), folder_(std::move(folder)) {}
+
+    std::u16string commonData() const override { return machine_.commonData(); }
+    std::u16string temporary() const override { return machine_.temporary(); }
+    std::u16string component() const override { return folder_; }
+    std::u16string machineName() const override { return machine_.machineName(); }
+    char16_t separator() const override { return machine_.separator(); }
+
+private:
+    const platform::Folders& machine_;
+    std::u16string folder_;
+};
 
 void setProperty(privProperties& properties, const std::string& assignment) {
     const auto equals = assignment.find('=');

@@ -1,92 +1,148 @@
-#include "cli/HandlersCommand.h"
+#include "cli/Commands.h"
 
-#include "cli/Failure.h"
-#include "cli/HandlerCatalogue.h"
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "cli/JsonText.h"
 #include "cli/LineText.h"
 #include "cli/Streams.h"
+#include "handlers/ITag4.h"
+#include "handlers/kvTagInfo.h"
+#include "properties/privProperties.h"
 #include "text/Compare.h"
 #include "text/Encoding.h"
+#include "text/Error.h"
 
 namespace velmor::cli {
 namespace {
 
-constexpr std::size_t kLongestName = 200;
+struct Handler {
+    std::u16string name;       // as it is written in tags
+    std::u16string className;  // "" for the built-in handler
+    std::u16string failure;    // why no object of its class can be created; "" when one can
 
-std::string shown(std::u16string_view text) {
-    return toUtf8(onOneLine(text, kLongestName));
+    bool isBuiltIn() const { return className.empty() && equalIgnoringCase(name, kBuiltInHandler); }
+};
+
+// The items of a list, each of which ends with ":".
+std::vector<std::u16string> itemsOf(std::u16string_view list) {
+    std::vector<std::u16string> items;
+    while (!list.empty()) {
+        const std::size_t end = std::min(list.find(u':'), list.size());
+        if (end > 0) items.emplace_back(list.substr(0, end));
+        list.remove_prefix(std::min(end + 1, list.size()));
+    }
+    return items;
 }
 
-std::string handlerText(const HandlerEntry& handler) {
-    std::string text = shown(handler.name) + "  " + (handler.builtIn ? "(built in)" : shown(handler.className));
-    text += handler.failure.empty() ? "\n" : "  (not available)\n";
-    for (const HandlerCommand& command : handler.commands) {
-        text += "  " + shown(command.name) + "  " + shown(command.syntax) + "\n";
-        if (!command.description.empty()) text += "      " + shown(command.description) + "\n";
-        for (const HandlerParameter& parameter : command.parameters) {
-            text += "      " + shown(parameter.name);
+void addHandlers(std::vector<Handler>& target, const privProperties& list, const std::u16string& prefix) {
+    for (std::int32_t index = 1; index <= list.Count(); ++index) {
+        target.push_back({prefix + list.Item(index)->Name(), list.Item(index)->ValueStr(), {}});
+    }
+}
+
+// Handlers without a group first, then group by group.
+std::vector<Handler> readHandlers(platform::Services& services, bool all) {
+    const kvTagInfo info(services);
+    std::vector<Handler> handlers;
+    addHandlers(handlers, *info.HandlerList2({}, !all), {});
+    for (const std::u16string& group : services.registry.subkeys(kSubHandlersKey)) {
+        addHandlers(handlers, *info.HandlerList2(group, !all), group + u'-');
+    }
+    return handlers;
+}
+
+std::u16string failureToCreate(platform::Services& services, const Handler& handler) {
+    if (handler.isBuiltIn()) return {};
+    const std::u16string className = HandlerAddress::parse(handler.name).className(services.registry);
+    if (className.empty()) return u"its class name is empty";
+    try {
+        ITag4::create(services.objects, className);
+        return {};
+    } catch (const Error& error) {
+        return error.description();
+    }
+}
+
+Json parametersJson(const kvTagInfo& info, const std::u16string& handler, const std::u16string& command) {
+    Json parameters = Json::array();
+    for (const std::u16string& item : itemsOf(info.ParameterList(handler, command))) {
+        const std::u16string name = item.substr(0, item.find(u'='));
+        Json values = Json::array();
+        for (const std::u16string& value : itemsOf(info.ParameterValueList(handler, command, name))) {
+            values.push_back(toUtf8(value));
+        }
+        parameters.push_back({{"name", toUtf8(name)}, {"values", std::move(values)}});
+    }
+    return parameters;
+}
+
+// Asks the handler for its commands.
+Json handlerJson(platform::Services& services, const Handler& handler) {
+    const kvTagInfo info(services);
+    Json commands = Json::array();
+    for (const std::u16string& name : itemsOf(handler.failure.empty() ? info.CommandList(handler.name) : u"")) {
+        commands.push_back({{"name", toUtf8(name)},
+                            {"syntax", toUtf8(info.CommandSyntax(handler.name, name))},
+                            {"description", toUtf8(info.CommandDescription(handler.name, name))},
+                            {"parameters", parametersJson(info, handler.name, name)}});
+    }
+    return {{"name", toUtf8(handler.name)},
+            {"class", toUtf8(handler.className)},
+            {"builtIn", handler.isBuiltIn()},
+            {"available", handler.failure.empty()},
+            {"commands", std::move(commands)}};
+}
+
+std::string shown(const Json& text) {
+    return cli::shown(fromUtf8(text.get<std::string>()));
+}
+
+std::string listText(const Json& handler) {
+    std::string text = shown(handler["name"]) + "  " + (handler["builtIn"] ? "(built in)" : shown(handler["class"]));
+    text += handler["available"] ? "\n" : "  (not available)\n";
+    for (const Json& command : handler["commands"]) {
+        text += "  " + shown(command["name"]) + "  " + shown(command["syntax"]) + "\n";
+        if (command["description"] != "") text += "      " + shown(command["description"]) + "\n";
+        for (const Json& parameter : command["parameters"]) {
+            text += "      " + shown(parameter["name"]);
             const char* separator = " = ";
-            for (const std::u16string& value : parameter.values) {
-                text += separator + shown(value);
-                separator = ", ";
-            }
+            for (const Json& value : parameter["values"]) text += std::exchange(separator, ", ") + shown(value);
             text += "\n";
         }
     }
     return text;
 }
 
-Json commandJson(const HandlerCommand& command) {
-    Json parameters = Json::array();
-    for (const HandlerParameter& parameter : command.parameters) {
-        Json values = Json::array();
-        for (const std::u16string& value : parameter.values) values.push_back(toUtf8(value));
-        parameters.push_back({{"name", toUtf8(parameter.name)}, {"values", std::move(values)}});
+void printHandlers(platform::Services& services, const std::vector<Handler>& handlers, bool json) {
+    if (!json) {
+        std::string text;
+        for (const Handler& handler : handlers) text += listText(handlerJson(services, handler));
+        return writeAll(services.files, "-", text);
     }
-    return {{"name", toUtf8(command.name)},
-            {"syntax", toUtf8(command.syntax)},
-            {"description", toUtf8(command.description)},
-            {"parameters", std::move(parameters)}};
-}
-
-Json handlerJson(const HandlerEntry& handler) {
-    Json commands = Json::array();
-    for (const HandlerCommand& command : handler.commands) commands.push_back(commandJson(command));
-    return {{"name", toUtf8(handler.name)},
-            {"class", toUtf8(handler.className)},
-            {"builtIn", handler.builtIn},
-            {"available", handler.failure.empty()},
-            {"commands", std::move(commands)}};
-}
-
-std::string listText(const std::vector<HandlerEntry>& handlers) {
-    std::string text;
-    for (const HandlerEntry& handler : handlers) text += handlerText(handler);
-    return text;
-}
-
-std::string listJson(const std::vector<HandlerEntry>& handlers) {
     JsonList list("handlers");
-    for (const HandlerEntry& handler : handlers) list.add(handlerJson(handler));
-    return std::move(list).text();
+    for (const Handler& handler : handlers) list.add(handlerJson(services, handler));
+    list.end();
 }
 
 }  // namespace
 
 ExitCode runHandlers(platform::Services& services, const HandlersOptions& options) {
     const bool isOne = !options.name.empty();
-    std::vector<HandlerEntry> handlers = readHandlers(services, options.all || isOne);
+    std::vector<Handler> handlers = readHandlers(services, options.all || isOne);
     if (isOne) {
         const std::u16string name = fromUtf8(options.name);
-        std::erase_if(handlers, [&](const HandlerEntry& entry) { return !equalIgnoringCase(entry.name, name); });
+        std::erase_if(handlers, [&](const Handler& handler) { return !equalIgnoringCase(handler.name, name); });
         if (handlers.empty()) throw Failure(exitFile, options.name + ": this handler is not registered");
     }
-    for (HandlerEntry& handler : handlers) readCommands(services, handler);
-    writeAll(services.files, "-", options.json ? listJson(handlers) : listText(handlers));
+    for (Handler& handler : handlers) handler.failure = failureToCreate(services, handler);
+    printHandlers(services, handlers, options.json);
     ExitCode code = exitDone;
-    for (const HandlerEntry& handler : handlers) {
+    for (const Handler& handler : handlers) {
         if (handler.failure.empty()) continue;
-        report(shown(handler.name) + ": " + shown(handler.failure));
+        report(cli::shown(handler.name) + ": " + cli::shown(handler.failure));
         code = exitReported;
     }
     return code;

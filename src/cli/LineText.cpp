@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 
+#include "text/Characters.h"
 #include "text/Encoding.h"
 
 namespace velmor::cli {
@@ -30,7 +31,7 @@ bool isControl(char16_t unit) {
 }
 
 bool isPair(std::u16string_view text) {
-    return text.size() > 1 && (text[0] & 0xFC00) == 0xD800 && (text[1] & 0xFC00) == 0xDC00;
+    return text.size() > 1 && isHighSurrogate(text[0]) && isLowSurrogate(text[1]);
 }
 
 }  // namespace
@@ -50,6 +51,10 @@ std::u16string onOneLine(std::u16string_view text, std::size_t longest) {
     }
     if (end < text.size()) line += u"... (" + fromUtf8(std::to_string(text.size())) + u" characters)";
     return line;
+}
+
+std::string shown(std::u16string_view text) {
+    return toUtf8(onOneLine(text, 200));
 }
 
 std::u16string padded(std::u16string text, std::size_t width) {

@@ -1,16 +1,124 @@
-#include "cli/LogCommand.h"
+#include "cli/Commands.h"
 
 #include <algorithm>
+#include <optional>
+#include <unordered_map>
+#include <vector>
 
 #include "cli/JsonText.h"
 #include "cli/LineText.h"
 #include "cli/Streams.h"
-#include "cli/TimingSummary.h"
 #include "common/TextFile.h"
 #include "text/Encoding.h"
 
 namespace velmor::cli {
 namespace {
+
+struct TimingEntry {
+    std::u16string stage;    // EVTAG, TAGCOL, CLNRTF or GENRES
+    std::u16string handler;  // "" where the line names none
+    std::int64_t calls = 0;
+    std::int64_t total = 0;  // milliseconds
+    std::int64_t slowest = 0;
+};
+
+struct TimingSummary {
+    std::vector<TimingEntry> entries;  // the longest total first
+    std::size_t unread = 0;            // lines that are not log lines
+};
+
+struct Line {
+    std::u16string_view stage, handler;
+    std::int64_t milliseconds = 0;
+};
+
+constexpr std::u16string_view kStages[] = {u"EVTAG ", u"TAGCOL", u"CLNRTF", u"GENRES"};
+constexpr std::u16string_view kDate = u"dd/dd/dddd dd:dd:dd ";  // each d a digit
+constexpr std::size_t kStageWidth = 6;
+
+bool isDigit(char16_t unit) noexcept {
+    return unit >= u'0' && unit <= u'9';
+}
+
+bool startsLike(std::u16string_view text, std::u16string_view pattern) noexcept {
+    if (text.size() < pattern.size()) return false;
+    const auto fits = [](char16_t mark, char16_t unit) { return mark == u'd' ? isDigit(unit) : mark == unit; };
+    return std::equal(pattern.begin(), pattern.end(), text.begin(), fits);
+}
+
+// Reads "0000.000", possibly with more leading digits, and removes it and the blank that follows.
+std::optional<std::int64_t> takeMilliseconds(std::u16string_view& text) noexcept {
+    constexpr std::size_t mostDigits = 8;  // three years: no log is long enough for their sum to overflow
+    const std::size_t point = text.substr(0, mostDigits + 1).find(u'.');
+    if (point == text.npos || point < 4 || !startsLike(text.substr(point), u".ddd ")) return {};
+    std::int64_t number = 0;
+    for (std::size_t i = 0; i < point + 4; ++i) {
+        if (i == point) continue;
+        if (!isDigit(text[i])) return {};
+        number = number * 10 + (text[i] - u'0');
+    }
+    text.remove_prefix(point + 5);
+    return number;
+}
+
+// What follows the machine's name, which may hold blanks: a stage and a time.
+std::optional<Line> parseStage(std::u16string_view text) noexcept {
+    Line line;
+    line.stage = text.substr(0, kStageWidth);
+    if (std::find(std::begin(kStages), std::end(kStages), line.stage) == std::end(kStages)) return {};
+    text.remove_prefix(kStageWidth);
+    if (!text.starts_with(u' ')) return {};
+    text.remove_prefix(1);
+    const auto milliseconds = takeMilliseconds(text);
+    if (!milliseconds) return {};
+    line.milliseconds = *milliseconds;
+    if (line.stage == kStages[0]) {
+        line.stage.remove_suffix(1);
+        line.handler = text;
+    } else if (line.stage == kStages[1]) {
+        line.handler = text.substr(0, text.rfind(u' '));  // before the number of markers
+    }
+    return line;
+}
+
+std::optional<Line> parseLine(std::u16string_view text) noexcept {
+    if (!startsLike(text, kDate)) return {};
+    for (std::size_t blank = kDate.size() - 1; blank != text.npos; blank = text.find(u' ', blank + 1)) {
+        if (const auto line = parseStage(text.substr(blank + 1))) return line;
+    }
+    return {};
+}
+
+std::u16string_view withoutReturn(std::u16string_view line) noexcept {
+    if (line.ends_with(u'\r')) line.remove_suffix(1);
+    return line;
+}
+
+// Reads the lines that core/TimingLog.h describes, also where a copy has lost the carriage returns. Linear.
+TimingSummary summarize(std::u16string_view log) {
+    TimingSummary summary;
+    std::unordered_map<std::u16string, std::size_t> places;
+    while (!log.empty()) {
+        const std::size_t end = log.find(u'\n');
+        const auto line = end == log.npos ? std::nullopt : parseLine(withoutReturn(log.substr(0, end)));
+        log.remove_prefix(end == log.npos ? log.size() : end + 1);
+        if (!line) {
+            ++summary.unread;
+            continue;
+        }
+        std::u16string key(line->stage);
+        key.append(u" ").append(line->handler);
+        const auto place = places.try_emplace(std::move(key), summary.entries.size());
+        if (place.second) summary.entries.push_back({std::u16string(line->stage), std::u16string(line->handler)});
+        TimingEntry& entry = summary.entries[place.first->second];
+        ++entry.calls;
+        entry.total += line->milliseconds;
+        entry.slowest = std::max(entry.slowest, line->milliseconds);
+    }
+    std::stable_sort(summary.entries.begin(), summary.entries.end(),
+                     [](const TimingEntry& left, const TimingEntry& right) { return left.total > right.total; });
+    return summary;
+}
 
 constexpr std::size_t kLongestHandler = 40;
 
@@ -45,7 +153,7 @@ std::string summaryText(const TimingSummary& summary) {
     return text;
 }
 
-std::string summaryJson(const TimingSummary& summary) {
+void printJson(const TimingSummary& summary) {
     constexpr double thousand = 1000;
     JsonList list("entries");
     for (const TimingEntry& entry : summary.entries) {
@@ -56,14 +164,18 @@ std::string summaryJson(const TimingSummary& summary) {
                   {"mean", static_cast<double>(entry.total) / thousand / static_cast<double>(entry.calls)},
                   {"slowest", static_cast<double>(entry.slowest) / thousand}});
     }
-    return std::move(list).text(",\n\"unread\": " + std::to_string(summary.unread));
+    list.end(",\n\"unread\": " + std::to_string(summary.unread));
 }
 
 }  // namespace
 
 ExitCode runLog(platform::Services& services, const LogOptions& options) {
     const TimingSummary summary = summarize(decodeTextFile(readAll(services.files, options.input)));
-    writeAll(services.files, "-", options.json ? summaryJson(summary) : summaryText(summary));
+    if (options.json) {
+        printJson(summary);
+    } else {
+        writeAll(services.files, "-", summaryText(summary));
+    }
     if (summary.unread == 0) return exitDone;
     report(inputName(options.input) + ": " + std::to_string(summary.unread) +
            (summary.unread == 1 ? " line is not a complete line" : " lines are not complete lines") +

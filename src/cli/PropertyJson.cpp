@@ -14,11 +14,12 @@ class Writer {
 public:
     explicit Writer(platform::Services& services) : services_(services) {}
 
-    PropertyListing write(const privProperties& collection) {
+    bool write(const privProperties& collection) {
         JsonList list("properties");
         const auto each = collection.NewEnum();
         while (const PropertyRef property = each->next()) list.add(entry(*property, 0));
-        return {std::move(list).text(), complete_};
+        list.end();
+        return complete_;
     }
 
 private:
@@ -69,7 +70,7 @@ private:
 
 }  // namespace
 
-PropertyListing propertyJson(platform::Services& services, const privProperties& collection) {
+bool printPropertyJson(platform::Services& services, const privProperties& collection) {
     return Writer(services).write(collection);
 }
 

@@ -5,6 +5,7 @@
 #include "cli/LineText.h"
 #include "cli/PropertyListing.h"
 #include "cli/PropertyValue.h"
+#include "cli/Streams.h"
 #include "properties/PropertyEnumerator.h"
 #include "text/Encoding.h"
 
@@ -18,26 +19,22 @@ struct Row {
     std::u16string name, type, value;
 };
 
-std::u16string shown(std::u16string_view text) {
-    return onOneLine(text, kLongestText);
-}
-
 class Table {
 public:
     explicit Table(platform::Services& services) : services_(services) {}
 
-    PropertyListing write(const privProperties& collection) {
+    bool write(const privProperties& collection) {
         add(collection, u"", 0);
         std::size_t width = 4;
         for (const Row& row : rows_) width = std::max(width, std::min(row.name.size(), kWidestName));
         rows_.insert(rows_.begin(), {u"NAME", u"TYPE", u"VALUE"});
-        PropertyListing listing{{}, complete_};
         for (const Row& row : rows_) {
             std::u16string line = padded(row.name, width) + u"  " + padded(row.type, 10) + u"  " + row.value;
             line.erase(line.find_last_not_of(u' ') + 1);
-            listing.text += toUtf8(line) + "\n";
+            print(toUtf8(line) + "\n");
         }
-        return listing;
+        finishPrinting();
+        return complete_;
     }
 
 private:
@@ -52,7 +49,8 @@ private:
 
     void add(privProperty& property, const std::u16string& prefix, int level) {
         const privProperties* const nested = nestedCollection(property);
-        rows_.push_back({prefix + shown(property.Name()), fromUtf8(typeName(property)), value(property)});
+        rows_.push_back(
+            {prefix + onOneLine(property.Name(), kLongestText), fromUtf8(typeName(property)), value(property)});
         const std::u16string inner = std::u16string(2 * static_cast<std::size_t>(level) + 2, u' ');
         if (nested != nullptr) add(*nested, inner, level + 1);
         if (property.HasAttributes()) add(*property.Attributes(), inner + u"@", level + 1);
@@ -61,7 +59,7 @@ private:
 
     std::u16string value(const privProperty& property) {
         const automation::Variant& value = property.rawValue();
-        if (const auto* text = value.get<std::u16string>()) return shown(*text);
+        if (const auto* text = value.get<std::u16string>()) return onOneLine(*text, kLongestText);
         if (const auto* date = value.get<automation::Date>()) return fromUtf8(dateText(*date, ' '));
         if (const auto* nested = nestedCollection(property)) return count(nested->Count(), u"property", u"properties");
         if (const auto picture = pictureBase64(services_, value)) {
@@ -82,7 +80,7 @@ private:
 
 }  // namespace
 
-PropertyListing propertyTable(platform::Services& services, const privProperties& collection) {
+bool printPropertyTable(platform::Services& services, const privProperties& collection) {
     return Table(services).write(collection);
 }
 

@@ -1,4 +1,4 @@
-#include "cli/PropsCommand.h"
+#include "cli/Commands.h"
 
 #include <memory>
 
@@ -10,10 +10,8 @@ namespace velmor::cli {
 ExitCode runProps(platform::Services& services, const PropsOptions& options) {
     const auto collection = std::make_shared<privProperties>(services);
     readPropertyFile(*collection, services.files, options.file);
-    const PropertyListing listing =
-        options.json ? propertyJson(services, *collection) : propertyTable(services, *collection);
-    writeAll(services.files, "-", listing.text);
-    if (listing.complete) return exitDone;
+    const auto list = options.json ? printPropertyJson : printPropertyTable;
+    if (list(services, *collection)) return exitDone;
     report(inputName(options.file.name) + ": more than " + std::to_string(privProperties::maximumNesting) +
            " levels of nesting; the deeper ones are not listed");
     return exitReported;

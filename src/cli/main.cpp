@@ -1,13 +1,50 @@
+#include <new>
 #include <string>
 #include <vector>
 
-#include "cli/Program.h"
+#include "cli/CommandLine.h"
+#include "cli/Failure.h"
+#include "cli/Streams.h"
 #include "text/Encoding.h"
 
 #ifdef _WIN32
-
 #include "platform/win32/Apartment.h"
 #include "platform/win32/Conversions.h"
+#endif
+
+namespace velmor::cli {
+namespace {
+
+ExitCode runOnMachine(const CommandLine& line) {
+    makeStreamsBinary();
+    for (const auto& folder : line.system.handlerFolders) requireFolder(toUtf8(folder));
+    platform::SystemServices machine(line.system);
+    for (const auto& warning : machine.warnings()) report(toUtf8(warning));
+    const ExitCode code = line.run(machine.services());
+    return code == exitDone && !machine.warnings().empty() ? exitReported : code;
+}
+
+// The program without its main. The arguments come without the program's name, in the encoding of parseCommandLine.
+int runProgram(const std::vector<std::string>& arguments) {
+    try {
+        const auto line = parseCommandLine(arguments);
+        return line ? runOnMachine(*line) : exitDone;
+    } catch (const Failure& failure) {
+        report(failure.what());
+        return failure.code();
+    } catch (const std::bad_alloc&) {
+        report("out of memory");
+        return exitFile;
+    } catch (const std::exception& error) {
+        report(error.what());
+        return exitFile;
+    }
+}
+
+}  // namespace
+}  // namespace velmor::cli
+
+#ifdef _WIN32
 
 // The C library does not expand "*" in arguments: a property's value may contain one.
 extern "C" {

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/Documents.h"
+#include "cli/Failure.h"
+#include "cli/PropertyFile.h"
+#include "platform/Services.h"
+
+namespace velmor::cli {
+
+// The commands, each with its options. All texts are UTF-8; an input that is empty or "-" is standard
+// input, an output standard output. A command throws Failure when it cannot do its work.
+
+struct EvalOptions {
+    std::string input, output;
+    EncodingChoice encoding = EncodingChoice::automatic;
+    std::string propertyFile;                // in the text form of a property collection; empty: none
+    std::string passwordFile;                // of the property file; empty: none
+    std::vector<std::string> properties;     // "name=value": texts, which replace those of the file
+    std::optional<std::string> includePath;  // the property "Path", which replaces either
+    bool exact = false;                      // not tolerant, whatever the properties are
+};
+// Evaluates a template and writes the result. Sets the property "kvTag.RTF Tolerant" when it is absent.
+// When "Path" is absent, included files are searched in the template's folder (for standard input, in the
+// current folder). Reports the entries of the error log.
+ExitCode runEval(platform::Services& services, const EvalOptions& options);
+
+struct CleanCommandOptions {
+    std::vector<std::string> inputs;  // at least one
+    std::string output;
+    bool merge = false;  // merge mode for one input too; several inputs always use it
+    bool exact = false;  // not tolerant
+};
+// Joins several inputs, cleans the document and writes it. Reports documents that are not changed and
+// text that joining leaves out.
+ExitCode runClean(platform::Services& services, const CleanCommandOptions& options);
+
+struct TagsOptions {
+    std::string input;
+    EncodingChoice encoding = EncodingChoice::automatic;
+    bool json = false;
+};
+// Lists the tags of a template on standard output without evaluating them, and reports opening markers
+// that are never closed.
+ExitCode runTags(platform::Services& services, const TagsOptions& options);
+
+struct PropsOptions {
+    PropertyFile file;
+    bool json = false;
+};
+// Lists a property file on standard output.
+ExitCode runProps(platform::Services& services, const PropsOptions& options);
+
+struct HandlersOptions {
+    std::string name;  // only this handler; empty: every one
+    bool all = false;  // hidden ones as well
+    bool json = false;
+};
+// Lists the registered handlers, those of groups included, and their commands. A handler that cannot be
+// created is listed and reported. Throws when no handler has the given name.
+ExitCode runHandlers(platform::Services& services, const HandlersOptions& options);
+
+struct LogOptions {
+    std::string input;
+    bool json = false;
+};
+// Sums up a day's timing log, a line for each stage and handler. Lines that are not log lines, and an
+// incomplete last line, are counted and reported.
+ExitCode runLog(platform::Services& services, const LogOptions& options);
+
+}  // namespace velmor::cli
