@@ -1,10 +1,13 @@
 // The component in the process of a host: handlers and host objects that misbehave, objects that are passed as bare
-// interface pointers, classes that are registered anew, and threads.
+// interface pointers, classes that are registered anew, threads, and the log.
 
 #include <gtest/gtest.h>
 
 #include <array>
+#include <filesystem>
+#include <fstream>
 #include <functional>
+#include <regex>
 #include <thread>
 
 #include "Host.h"
@@ -55,30 +58,10 @@ const struct {
     Stage::Act act;
 } acts[] = {
     {L"nothing", [](Stage&, const ComPtr<IDispatch>&) {}},
-    {L"release", [](Stage& on, const ComPtr<IDispatch>&) { on.tag = nullptr; }},
     {L"dispose",
      [](Stage& on, const ComPtr<IDispatch>& child) {
          if (child) get(child.get(), L"Dispose");
          EXPECT_EQ(on.tag->Dispose(VARIANT_TRUE), S_OK);
-     }},
-    {L"replace",
-     [](Stage& on, const ComPtr<IDispatch>& child) {
-         for (IDispatch* each : {static_cast<IDispatch*>(on.tag.get()), child.get()}) {
-             if (!each) continue;
-             for (const wchar_t* member : {L"Properties", L"Variables", L"Database"}) {
-                 call(each, member, DISPATCH_PROPERTYPUTREF, values(static_cast<IDispatch*>(nullptr)));
-             }
-             call(each, L"Value", DISPATCH_PROPERTYPUT, values(L"other"));
-             call(each, L"Name", DISPATCH_PROPERTYPUT, values(L"OTHER>X:"));
-         }
-     }},
-    {L"empty",
-     [](Stage& on, const ComPtr<IDispatch>& child) {
-         for (const wchar_t* member : {L"Properties", L"Variables", L"Elements", L"ErrorLog"}) {
-             get(get(on.tag.get(), member).object().get(), L"RemoveAll");
-             if (child) get(get(child.get(), member).object().get(), L"RemoveAll");
-         }
-         EXPECT_EQ(on.tag->BuildTagCollection(), S_OK);
      }},
     {L"re-enter",
      [](Stage& on, const ComPtr<IDispatch>& child) {
@@ -153,10 +136,6 @@ TEST(Process, AnUnknownThatIsADispatchIsAnObject) {
 }
 
 constexpr wchar_t kHandlers[] = L"SOFTWARE\\Korvane\\Quillmark\\Handlers";
-constexpr int kClasses = 2000;
-constexpr int kThreads = 8;
-constexpr int kTags = 2 * kClasses / kThreads;  // so that each class is used by two threads
-
 void setText(const std::wstring& key, const wchar_t* name, const std::wstring& text) {
     EXPECT_EQ(RegSetKeyValueW(HKEY_LOCAL_MACHINE, key.c_str(), name, REG_SZ, text.c_str(),
                               static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))),
@@ -190,39 +169,49 @@ TEST(Process, AClassThatIsRegisteredAnewIsFound) {
     RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kHandlers, L"MOVING");
 }
 
-// A template with tags of some of the classes, from one of them, and its result.
-struct ManyTags {
-    std::wstring text, result;
-
-    explicit ManyTags(int first) {
-        for (int i = 0; i < kTags; ++i) {
-            const std::wstring number = std::to_wstring((first + i) % kClasses);
-            text += L"<KV:MANY-" + number + L">C" + number + L":</KV>";
-            result += L"L5[C" + number + L"]";
-        }
-    }
-};
-
 TEST(Process, ThreadsWorkInApartmentsOfTheirOwn) {
-    const std::wstring group = L"SOFTWARE\\Korvane\\Quillmark\\SubHandlers\\MANY";
-    for (int i = 0; i < kClasses; ++i) {
-        const std::wstring number = std::to_wstring(i);
-        setText(group, number.c_str(), L"VelmorTest.Many" + number);
-        nameClass(L"VelmorTest.Many" + number, L"VelmorTest.Level5");
+    std::wstring tags, expected;
+    for (int i = 0; i < 500; ++i) {
+        tags += L"<KV:LEVEL3>a:</KV><KV:LEVEL5>" + std::to_wstring(i) + L":</KV>";
+        expected += L"L3[A]L5[" + std::to_wstring(i) + L"]";
     }
-    std::array<std::wstring, kThreads> results;
+    std::array<std::wstring, 8> results;
     std::vector<std::thread> threads;
-    for (int i = 0; i < kThreads; ++i) {
-        threads.emplace_back([&, i] {
+    for (std::wstring& result : results) {
+        threads.emplace_back([&tags, &result] {
             EXPECT_HRESULT_SUCCEEDED(CoInitialize(nullptr));
-            results[i] = resultOf(newTag(), ManyTags(i * kClasses / kThreads).text.c_str());
+            result = resultOf(newTag(), tags.c_str());
             CoUninitialize();
         });
     }
     for (std::thread& thread : threads) thread.join();
-    for (int i = 0; i < kThreads; ++i) EXPECT_TRUE(results[i] == ManyTags(i * kClasses / kThreads).result) << i;
-    for (int i = 0; i < kClasses; ++i) removeClass(L"VelmorTest.Many" + std::to_wstring(i));
-    RegDeleteKeyW(HKEY_LOCAL_MACHINE, group.c_str());
+    for (const std::wstring& result : results) EXPECT_TRUE(result == expected);
+}
+
+// A thread reads the settings once, so the log has a thread of its own.
+TEST(Process, TheTimingLogIsWrittenAndNeverStopsEvaluation) {
+    const std::filesystem::path data =
+        get(get(newTag().get(), L"Library").object().get(), L"CommonDataFolder").text() + L"\\Pellmar";
+    const std::wstring options = L"SOFTWARE\\Korvane\\Quillmark\\Options";
+    setText(options, L"Logging Types", L"30");
+    for (const bool isObstructed : {true, false}) {
+        std::filesystem::remove_all(data);
+        if (isObstructed) std::ofstream(data) << "a file in the folder's place";
+        std::thread([] {
+            ASSERT_HRESULT_SUCCEEDED(CoInitialize(nullptr));
+            EXPECT_EQ(resultOf(newTag(), L"<KV:LEVEL3>X:</KV>"), L"L3[X]");
+            CoUninitialize();
+        }).join();
+    }
+    RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, options.c_str(), L"Logging Types");
+    const std::filesystem::path log = std::filesystem::directory_iterator(data / "Logs")->path();
+    EXPECT_TRUE(std::regex_match(log.filename().string(), std::regex("VelmorLog-20\\d{6}\\.log")));
+    std::string line;
+    std::getline(std::ifstream(log, std::ios::binary), line);
+    EXPECT_TRUE(std::regex_match(
+        line, std::regex("\\d\\d/\\d\\d/20\\d\\d \\d\\d:\\d\\d:\\d\\d \\S+ TAGCOL 0000\\.\\d{3}  1\r")))
+        << line;
+    std::filesystem::remove_all(data);
 }
 
 }  // namespace

@@ -2,32 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <new>
-
+#include "Allocations.h"
 #include "core/TestTags.h"
-
-namespace {
-
-thread_local long allocationsLeft = -1;  // before the one that fails; negative: none does
-
-}  // namespace
-
-[[gnu::noinline]] void* operator new(std::size_t size) {
-    if (allocationsLeft >= 0 && allocationsLeft-- == 0) throw std::bad_alloc();
-    void* const memory = std::malloc(size == 0 ? 1 : size);
-    if (memory == nullptr) throw std::bad_alloc();
-    return memory;
-}
-[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return std::malloc(size == 0 ? 1 : size);
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace velmor {
 namespace {
@@ -35,16 +11,16 @@ namespace {
 using test::TagTest;
 
 // Evaluates with the allocation failing that `before` others precede; false when that many are not made.
-bool evaluateFailing(kvTag& tag, const std::u16string& text, long before) {
+bool evaluateFailing(kvTag& tag, const std::u16string& text, int before) {
     std::u16string copy = text;
-    allocationsLeft = before;
+    const test::LimitedAllocations limited(before, true);
     try {
         tag.Value(std::move(copy));
         tag.Result();
     } catch (const std::bad_alloc&) {
         // For the copy that Result returns.
     }
-    return std::exchange(allocationsLeft, -1) < 0;
+    return test::allocationFailed;
 }
 
 TEST(Allocation, FailuresAreReportedAndHarmNothing) {
@@ -57,7 +33,7 @@ TEST(Allocation, FailuresAreReportedAndHarmNothing) {
                                   u"[PROPERTY:free=:][PROPERTY:a=:] [PROPERTY:a] <KV:missing>:</KV>"}) {
         const std::u16string text = test::tagged(shortened);
         const std::u16string expected = on.evaluate(shortened);
-        long failures = 0;
+        int failures = 0;
         for (const auto tag = on.make(u"");; ++failures) {
             tag->ErrorLog()->RemoveAll();
             if (!evaluateFailing(*tag, text, failures)) break;

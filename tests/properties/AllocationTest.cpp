@@ -1,7 +1,5 @@
 // The collection without memory: every allocation of an operation fails in turn.
-#include <new>
-
-#include "properties/Allocations.h"
+#include "Allocations.h"
 #include "properties/Describe.h"
 
 namespace velmor {
@@ -35,7 +33,7 @@ TEST_P(PropertyAllocation, FailsWithoutLosingAnything) {
         fill();
         const std::string before = contents(*collection);
         try {
-            const LimitedAllocations limited(allocations);
+            const test::LimitedAllocations limited(allocations);
             GetParam()(*collection);
             failed = false;
         } catch (const std::bad_alloc&) {

@@ -2,37 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <new>
 #include <string>
 
+#include "Allocations.h"
 #include "automation/Variant.h"
 #include "platform/win32/ComPtr.h"
 #include "platform/win32/Faces.h"
 #include "platform/win32/VariantBridge.h"
 #include "platform/win32/WideText.h"
 #include "text/Error.h"
-
-namespace {
-
-int left = -1;  // allocations until one fails; none does while it is negative
-bool failed = false;
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-    if (left == 0) failed = true;
-    void* const memory = left == 0 ? nullptr : std::malloc(size ? size : 1);
-    if (!memory) throw std::bad_alloc();
-    if (left > 0) --left;
-    return memory;
-}
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace velmor::platform {
 namespace {
@@ -62,18 +40,16 @@ std::u16string ask(const ComPtr<IDispatch>& face, std::wstring name) {
 
 TEST(Allocation, FailuresLeaveAnAdapterUsable) {
     const wchar_t* const members[] = {L"AnswersWithItsName", L"RaisesItsNameAsAnError"};
-    for (int allowed = 0; allowed == 0 || failed; ++allowed) {
+    for (int allowed = 0; allowed == 0 || test::allocationFailed; ++allowed) {
         ASSERT_LT(allowed, 1000);
         const auto object = std::make_shared<Named>();
         ComPtr<IDispatch> kept;
-        left = allowed;
-        failed = false;
         try {
+            const test::LimitedAllocations limited(allowed);
             kept = ComPtr<IDispatch>::attach(adapterOf(object));
             for (const wchar_t* member : members) ask(kept, member);
         } catch (const std::bad_alloc&) {
         }
-        left = -1;
         const auto face = ComPtr<IDispatch>::attach(adapterOf(object));
         EXPECT_TRUE(!kept || kept.get() == face.get());
         for (const wchar_t* member : {members[1], members[0], L"Other"}) EXPECT_EQ(ask(face, member), fromWide(member));

