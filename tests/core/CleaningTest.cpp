@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <thread>
 
-#include "automation/Convert.h"
 #include "core/kvTag.h"
 #include "platform/MemoryServices.h"
 
@@ -19,21 +18,6 @@ protected:
 };
 
 const char16_t* const document = u"{\\rtf1 a\r\n\r\n{\\*\\korvanemergepagebreak}b}";
-
-TEST_F(Cleaning, WorksInPlaceAsACopyAndByName) {
-    const auto tag = std::make_shared<kvTag>(machine);
-    const std::u16string copy = tag->CleanRTFByVal(document);
-    std::u16string text = document;
-    tag->CleanRTF(text);
-    EXPECT_EQ(text, copy);
-    EXPECT_EQ(copy.find(u"\r\n\r\n"), copy.npos);
-    EXPECT_NE(copy.find(u"{\\*\\korvanemergepagebreak}"), copy.npos);
-
-    Variant argument(document);
-    EXPECT_EQ(automation::toText(tag->invoke(u"cleanrtfbyval", InvokeKind::method, {&argument, 1})), copy);
-    tag->invoke(u"CleanRTF", InvokeKind::method, {&argument, 1});
-    EXPECT_EQ(automation::toText(argument), copy);
-}
 
 TEST_F(Cleaning, TakesTheMergeModeOfTheTag) {
     const auto tag = std::make_shared<kvTag>(machine);

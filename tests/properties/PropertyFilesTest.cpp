@@ -87,5 +87,16 @@ TEST_F(PropertyFiles, OpenWithTheirPasswordAlone) {
     EXPECT_EQ(bytes(), whole);
 }
 
+// Every later version on both systems reads files that each system once wrote.
+TEST_F(PropertyFiles, OfBothSystemsAreRead) {
+    for (const char* const enciphered :
+         {"VelmorCipher1:no9OBTrju+In9V8dzTYvRCFu32/N1DbCRkueK8TmcEsalOaQLJ5A0tyAwFy5KuBL/uYiE58xfYjTK4I9cVdApA==",
+          "VelmorCipher1:DFKvItvKqT0tkNF45lj0UEqGg5B46Jemflj4aNWs0UX0pSt8NfpfWiv1VJkwBfwDWFMe8Fpnx4lIgESun/ugOQ=="}) {
+        put(enciphered);
+        EXPECT_TRUE(collection->LoadFromFile(kFile, u"pass \u00e9\u4e00"));
+        EXPECT_EQ(describe(*collection), toUtf8(u"Name=String Ruth \u0141 | n=Long 5"));
+    }
+}
+
 }  // namespace
 }  // namespace velmor
