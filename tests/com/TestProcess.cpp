@@ -58,10 +58,30 @@ const struct {
     Stage::Act act;
 } acts[] = {
     {L"nothing", [](Stage&, const ComPtr<IDispatch>&) {}},
+    {L"release", [](Stage& on, const ComPtr<IDispatch>&) { on.tag = nullptr; }},
     {L"dispose",
      [](Stage& on, const ComPtr<IDispatch>& child) {
          if (child) get(child.get(), L"Dispose");
          EXPECT_EQ(on.tag->Dispose(VARIANT_TRUE), S_OK);
+     }},
+    {L"replace",
+     [](Stage& on, const ComPtr<IDispatch>& child) {
+         for (IDispatch* each : {static_cast<IDispatch*>(on.tag.get()), child.get()}) {
+             if (!each) continue;
+             for (const wchar_t* member : {L"Properties", L"Variables", L"Database"}) {
+                 call(each, member, DISPATCH_PROPERTYPUTREF, values(static_cast<IDispatch*>(nullptr)));
+             }
+             call(each, L"Value", DISPATCH_PROPERTYPUT, values(L"other"));
+             call(each, L"Name", DISPATCH_PROPERTYPUT, values(L"OTHER>X:"));
+         }
+     }},
+    {L"empty",
+     [](Stage& on, const ComPtr<IDispatch>& child) {
+         for (const wchar_t* member : {L"Properties", L"Variables", L"Elements", L"ErrorLog"}) {
+             get(get(on.tag.get(), member).object().get(), L"RemoveAll");
+             if (child) get(get(child.get(), member).object().get(), L"RemoveAll");
+         }
+         EXPECT_EQ(on.tag->BuildTagCollection(), S_OK);
      }},
     {L"re-enter",
      [](Stage& on, const ComPtr<IDispatch>& child) {
@@ -136,6 +156,10 @@ TEST(Process, AnUnknownThatIsADispatchIsAnObject) {
 }
 
 constexpr wchar_t kHandlers[] = L"SOFTWARE\\Korvane\\Quillmark\\Handlers";
+constexpr int kClasses = 2000;
+constexpr int kThreads = 8;
+constexpr int kTags = 2 * kClasses / kThreads;  // so that each class is used by two threads
+
 void setText(const std::wstring& key, const wchar_t* name, const std::wstring& text) {
     EXPECT_EQ(RegSetKeyValueW(HKEY_LOCAL_MACHINE, key.c_str(), name, REG_SZ, text.c_str(),
                               static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t))),
@@ -169,23 +193,39 @@ TEST(Process, AClassThatIsRegisteredAnewIsFound) {
     RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kHandlers, L"MOVING");
 }
 
-TEST(Process, ThreadsWorkInApartmentsOfTheirOwn) {
-    std::wstring tags, expected;
-    for (int i = 0; i < 500; ++i) {
-        tags += L"<KV:LEVEL3>a:</KV><KV:LEVEL5>" + std::to_wstring(i) + L":</KV>";
-        expected += L"L3[A]L5[" + std::to_wstring(i) + L"]";
+// A template with tags of some of the classes, from one of them, and its result.
+struct ManyTags {
+    std::wstring text, result;
+
+    explicit ManyTags(int first) {
+        for (int i = 0; i < kTags; ++i) {
+            const std::wstring number = std::to_wstring((first + i) % kClasses);
+            text += L"<KV:MANY-" + number + L">C" + number + L":</KV>";
+            result += L"L5[C" + number + L"]";
+        }
     }
-    std::array<std::wstring, 8> results;
+};
+
+TEST(Process, ThreadsWorkInApartmentsOfTheirOwn) {
+    const std::wstring group = L"SOFTWARE\\Korvane\\Quillmark\\SubHandlers\\MANY";
+    for (int i = 0; i < kClasses; ++i) {
+        const std::wstring number = std::to_wstring(i);
+        setText(group, number.c_str(), L"VelmorTest.Many" + number);
+        nameClass(L"VelmorTest.Many" + number, L"VelmorTest.Level5");
+    }
+    std::array<std::wstring, kThreads> results;
     std::vector<std::thread> threads;
-    for (std::wstring& result : results) {
-        threads.emplace_back([&tags, &result] {
+    for (int i = 0; i < kThreads; ++i) {
+        threads.emplace_back([&, i] {
             EXPECT_HRESULT_SUCCEEDED(CoInitialize(nullptr));
-            result = resultOf(newTag(), tags.c_str());
+            results[i] = resultOf(newTag(), ManyTags(i * kClasses / kThreads).text.c_str());
             CoUninitialize();
         });
     }
     for (std::thread& thread : threads) thread.join();
-    for (const std::wstring& result : results) EXPECT_TRUE(result == expected);
+    for (int i = 0; i < kThreads; ++i) EXPECT_TRUE(results[i] == ManyTags(i * kClasses / kThreads).result) << i;
+    for (int i = 0; i < kClasses; ++i) removeClass(L"VelmorTest.Many" + std::to_wstring(i));
+    RegDeleteKeyW(HKEY_LOCAL_MACHINE, group.c_str());
 }
 
 // A thread reads the settings once, so the log has a thread of its own.
