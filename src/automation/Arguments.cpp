@@ -1,13 +1,10 @@
 #include "automation/Arguments.h"
 
-#include "automation/Convert.h"
 #include "automation/Errors.h"
 
 namespace velmor::automation {
 
-template <class T>
-T Arguments::fit(std::size_t index, std::optional<T> (*convert)(const Variant&)) const {
-    if (std::optional<T> converted = convert(variant(index))) return *std::move(converted);
+void Arguments::raiseUnfit(std::size_t index) const {
     constexpr std::int32_t overflow = 6, typeMismatch = 13;
     throw ArgumentError(toDouble(variant(index)) ? overflow : typeMismatch, index);
 }
@@ -24,34 +21,6 @@ const Variant& Arguments::variant(std::size_t index) const noexcept {
 TextArgument Arguments::textArgument(std::size_t index) const {
     if (const auto* text = variant(index).get<std::u16string>()) return TextArgument(std::u16string_view(*text));
     return TextArgument(fit(index, toText));
-}
-
-std::int32_t Arguments::longInteger(std::size_t index) const {
-    return fit(index, toLong);
-}
-
-std::int32_t Arguments::longOr(std::size_t index, std::int32_t otherwise) const {
-    return has(index) ? longInteger(index) : otherwise;
-}
-
-std::int16_t Arguments::integer(std::size_t index) const {
-    return fit(index, toInteger);
-}
-
-double Arguments::doubleFloat(std::size_t index) const {
-    return fit(index, toDouble);
-}
-
-float Arguments::single(std::size_t index) const {
-    return fit(index, toSingle);
-}
-
-Date Arguments::date(std::size_t index) const {
-    return fit(index, toDate);
-}
-
-bool Arguments::boolean(std::size_t index) const {
-    return fit(index, toBoolean);
 }
 
 ObjectRef Arguments::object(std::size_t index) const {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <utility>
 
-#include "automation/Variant.h"
+#include "automation/Convert.h"
 
 namespace velmor::automation {
 
@@ -63,13 +63,15 @@ public:
 
     std::u16string text(std::size_t index) const { return textArgument(index); }
     TextArgument textArgument(std::size_t index) const;  // views the argument where that is a text
-    std::int32_t longInteger(std::size_t index) const;
-    std::int32_t longOr(std::size_t index, std::int32_t otherwise) const;
-    std::int16_t integer(std::size_t index) const;
-    double doubleFloat(std::size_t index) const;
-    float single(std::size_t index) const;
-    Date date(std::size_t index) const;
-    bool boolean(std::size_t index) const;
+    std::int32_t longInteger(std::size_t index) const { return fit(index, toLong); }
+    std::int32_t longOr(std::size_t index, std::int32_t otherwise) const {
+        return has(index) ? longInteger(index) : otherwise;
+    }
+    std::int16_t integer(std::size_t index) const { return fit(index, toInteger); }
+    double doubleFloat(std::size_t index) const { return fit(index, toDouble); }
+    float single(std::size_t index) const { return fit(index, toSingle); }
+    Date date(std::size_t index) const { return fit(index, toDate); }
+    bool boolean(std::size_t index) const { return fit(index, toBoolean); }
 
     // The object; null for Nothing, for Null and for an argument left out.
     ObjectRef object(std::size_t index) const;
@@ -87,7 +89,12 @@ public:
 
 private:
     template <class T>
-    T fit(std::size_t index, std::optional<T> (*convert)(const Variant&)) const;
+    T fit(std::size_t index, std::optional<T> (*convert)(const Variant&)) const {
+        std::optional<T> converted = convert(variant(index));
+        if (!converted) raiseUnfit(index);
+        return *std::move(converted);
+    }
+    [[noreturn]] void raiseUnfit(std::size_t index) const;
 
     std::span<Variant> values_;
 };

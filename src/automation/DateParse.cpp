@@ -157,8 +157,8 @@ private:
     }
 
     bool takeElement(const Token& token) {
-        if (token.kind == Kind::month && month_ == 0) {
-            month_ = token.value;
+        if (token.kind == Kind::month && !month_) {
+            month_ = token;
             return true;
         }
         if (token.kind != Kind::number || count_ == numbers_.size()) return false;
@@ -167,40 +167,29 @@ private:
     }
 
     bool assignDay() {
-        const Token& a = numbers_[0];
-        const Token& b = numbers_[1];
-        const Token& c = numbers_[2];
-        if (month_ != 0) {
-            if (count_ == 1) return accept(currentYearToken(), month_, a) || accept(a, month_, kFirst);
-            return count_ == 2 && (accept(b, month_, a) || accept(a, month_, b));
+        const auto& [a, b, c] = numbers_;
+        const Token first{Kind::number, 1, 1}, thisYear{Kind::number, currentYear(), 4};
+        if (month_) {
+            if (count_ == 1) return accept(thisYear, *month_, a) || accept(a, *month_, first);
+            return count_ == 2 && (accept(b, *month_, a) || accept(a, *month_, b));
         }
         if (count_ == 2) {
-            return accept(currentYearToken(), a, b) || accept(currentYearToken(), b, a) || accept(b, a, kFirst) ||
-                   accept(a, b, kFirst);
+            return accept(thisYear, a, b) || accept(thisYear, b, a) || accept(b, a, first) || accept(a, b, first);
         }
         if (count_ != 3) return false;
         return accept(c, a, b) || accept(c, b, a) || accept(a, b, c) || accept(a, c, b);
     }
 
-    static Token currentYearToken() { return {Kind::number, currentYear(), 4}; }
-
     bool accept(const Token& year, const Token& month, const Token& day) {
-        return month.digits <= 2 && accept(year, month.value, day);
-    }
-
-    bool accept(const Token& year, int month, const Token& day) {
-        if (day.digits > 2) return false;
+        if (month.digits > 2 || day.digits > 2) return false;
         DateFields fields = fields_;
         fields.year = year.digits > 2 ? year.value : year.value + (year.value < 30 ? 2000 : 1900);
-        fields.month = month;
+        fields.month = month.value;
         fields.day = day.value;
-        const DateFields midnight{fields.year, fields.month, fields.day};
-        if (!dateFromFields(midnight)) return false;
+        if (!dateFromFields({fields.year, fields.month, fields.day})) return false;
         fields_ = fields;
         return true;
     }
-
-    static constexpr Token kFirst{Kind::number, 1, 1};
 
     std::vector<Token> tokens_;
     std::size_t at_ = 0;
@@ -208,7 +197,7 @@ private:
     bool hasTime_ = false, hasDay_ = false;
     std::array<Token, 3> numbers_{};
     std::size_t count_ = 0;
-    int month_ = 0;
+    std::optional<Token> month_;  // by its name
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "text/Error.h"
@@ -20,7 +21,10 @@ private:
     std::size_t argument_;
 };
 
-// The errors that automation itself raises, with the texts that scripts know.
+// The text that scripts know for an automation error's number.
+std::u16string errorText(std::int32_t number);
+
+// The errors that automation itself raises, with these texts.
 [[noreturn]] void raiseTypeMismatch();                          // 13
 [[noreturn]] void raiseNoSuchMember(std::u16string_view name);  // 438, the name after the text
 [[noreturn]] void raiseWrongArguments();                        // 450

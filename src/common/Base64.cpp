@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <utility>
 
 #include "common/Limits.h"
 #include "text/Encoding.h"
@@ -31,40 +32,18 @@ char16_t digit(std::uint32_t bits) {
     return static_cast<char16_t>(kDigits[bits & 63]);
 }
 
-std::uint32_t byteAt(std::string_view bytes, std::size_t index) {
-    return static_cast<std::uint8_t>(bytes[index]);
-}
-
-// True if only white space follows the digits, and either no padding or exactly what the last group lacks.
-bool endsWell(std::u16string_view rest, std::size_t digitsOfLastGroup) {
-    std::size_t padding = 0;
-    for (const char16_t unit : rest) {
-        const std::uint8_t value = valueOf(unit);
-        if (value != kPadding && value != kSpace) return false;
-        padding += value == kPadding;
-    }
-    return digitsOfLastGroup != 1 && (padding == 0 || (digitsOfLastGroup != 0 && padding == 4 - digitsOfLastGroup));
-}
-
 }  // namespace
 
 void appendBase64(std::u16string& target, std::string_view bytes) {
     std::size_t place = target.size();
     target.resize(place + (bytes.size() + 2) / 3 * 4, u'=');
-    std::size_t i = 0;
-    for (; i + 3 <= bytes.size(); i += 3) {
-        const std::uint32_t group = byteAt(bytes, i) << 16 | byteAt(bytes, i + 1) << 8 | byteAt(bytes, i + 2);
-        target[place++] = digit(group >> 18);
-        target[place++] = digit(group >> 12);
-        target[place++] = digit(group >> 6);
-        target[place++] = digit(group);
+    std::uint32_t bits = 0;
+    int pending = 0;
+    for (const char byte : bytes) {
+        bits = bits << 8 | static_cast<std::uint8_t>(byte);
+        for (pending += 8; pending >= 6; pending -= 6) target[place++] = digit(bits >> (pending - 6));
     }
-    if (i == bytes.size()) return;
-    const bool two = i + 2 == bytes.size();
-    const std::uint32_t group = byteAt(bytes, i) << 16 | (two ? byteAt(bytes, i + 1) << 8 : 0);
-    target[place++] = digit(group >> 18);
-    target[place++] = digit(group >> 12);
-    if (two) target[place] = digit(group >> 6);
+    if (pending > 0) target[place] = digit(bits << (6 - pending));
 }
 
 std::u16string base64(std::string_view bytes) {
@@ -79,29 +58,25 @@ std::u16string base64OfText(std::u16string_view text) {
 
 std::optional<std::string> fromBase64(std::u16string_view encoded) {
     if (encoded.size() / 4 * 3 > decodingLimit) return std::nullopt;
-    std::string bytes(encoded.size() / 4 * 3 + 3, '\0');
-    std::size_t written = 0, digits = 0, i = 0;
-    std::uint32_t group = 0;
-    for (; i < encoded.size(); ++i) {
-        const std::uint8_t value = valueOf(encoded[i]);
+    std::string bytes;
+    bytes.reserve(encoded.size() / 4 * 3 + 3);
+    std::size_t digits = 0, padding = 0;
+    std::uint32_t bits = 0;
+    for (const char16_t unit : encoded) {
+        const std::uint8_t value = valueOf(unit);
         if (value == kSpace) continue;
-        if (value == kPadding) break;
-        if (value == kForeign) return std::nullopt;
-        group = group << 6 | value;
-        if (++digits % 4 == 0) {
-            bytes[written++] = static_cast<char>(group >> 16);
-            bytes[written++] = static_cast<char>(group >> 8);
-            bytes[written++] = static_cast<char>(group);
-            group = 0;
+        if (value == kForeign || (padding > 0 && value != kPadding)) return std::nullopt;
+        if (value == kPadding) {
+            ++padding;
+            continue;
         }
+        bits = bits << 6 | value;
+        // The last three of four digits complete a byte each.
+        if (const std::size_t place = digits++ % 4; place > 0) bytes += static_cast<char>(bits >> (6 - 2 * place));
     }
     const std::size_t last = digits % 4;
-    if (!endsWell(encoded.substr(i), last)) return std::nullopt;
-    if (last != 0) group <<= 6 * (4 - last);
-    if (last >= 2) bytes[written++] = static_cast<char>(group >> 16);
-    if (last == 3) bytes[written++] = static_cast<char>(group >> 8);
-    bytes.resize(written);
-    return bytes;
+    const bool isPadded = padding == 0 || (last != 0 && padding == 4 - last);
+    return last != 1 && isPadded ? std::optional(std::move(bytes)) : std::nullopt;
 }
 
 std::optional<std::u16string> textFromBase64(std::u16string_view encoded) {

@@ -3,10 +3,9 @@
 #include <zlib.h>
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <limits>
-#include <new>
+#include <memory>
 #include <vector>
 
 #include "common/Base64.h"
@@ -28,36 +27,6 @@ constexpr std::size_t kGreatestRatio = 1032;
 Bytef* inputOf(std::string_view bytes) {
     return reinterpret_cast<Bytef*>(const_cast<char*>(bytes.data()));
 }
-
-class Deflater {
-public:
-    // Short texts get a small window and a small table: clearing the usual ones would cost more
-    // than the text itself.
-    explicit Deflater(std::size_t size) {
-        const int window = std::clamp(static_cast<int>(std::bit_width(size)), 9, 15);
-        const int memory = std::min(window - 7, 8);
-        if (deflateInit2(&stream_, Z_DEFAULT_COMPRESSION, Z_DEFLATED, window, memory, Z_DEFAULT_STRATEGY) != Z_OK) {
-            outOfMemory();
-        }
-    }
-    ~Deflater() { deflateEnd(&stream_); }
-    Deflater(const Deflater&) = delete;
-    Deflater& operator=(const Deflater&) = delete;
-
-    std::string run(std::string_view bytes) {
-        std::string result(deflateBound(&stream_, static_cast<uLong>(bytes.size())), '\0');
-        stream_.next_in = inputOf(bytes);
-        stream_.avail_in = static_cast<uInt>(bytes.size());
-        stream_.next_out = reinterpret_cast<Bytef*>(result.data());
-        stream_.avail_out = static_cast<uInt>(result.size());
-        if (deflate(&stream_, Z_FINISH) != Z_STREAM_END) outOfMemory();
-        result.resize(stream_.total_out);
-        return result;
-    }
-
-private:
-    z_stream stream_{};
-};
 
 class Inflater {
 public:
@@ -123,7 +92,22 @@ std::optional<std::string> decode(std::string_view compressed, std::size_t first
 
 std::string compressBytes(std::string_view bytes) {
     if (bytes.size() > std::numeric_limits<uInt>::max() / 2) outOfMemory();
-    return Deflater(bytes.size()).run(bytes);
+    // Short texts get a small window and a small table: clearing the usual ones would cost more than the text itself.
+    const int window = std::clamp(static_cast<int>(std::bit_width(bytes.size())), 9, 15);
+    const int memory = std::min(window - 7, 8);
+    z_stream stream{};
+    if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, window, memory, Z_DEFAULT_STRATEGY) != Z_OK) {
+        outOfMemory();
+    }
+    const std::unique_ptr<z_stream, int (*)(z_streamp)> end(&stream, &deflateEnd);
+    std::string result(deflateBound(&stream, static_cast<uLong>(bytes.size())), '\0');
+    stream.next_in = inputOf(bytes);
+    stream.avail_in = static_cast<uInt>(bytes.size());
+    stream.next_out = reinterpret_cast<Bytef*>(result.data());
+    stream.avail_out = static_cast<uInt>(result.size());
+    if (deflate(&stream, Z_FINISH) != Z_STREAM_END) outOfMemory();
+    result.resize(stream.total_out);
+    return result;
 }
 
 std::u16string compressedText(std::u16string_view text) {

@@ -14,20 +14,11 @@ class EmptyHandler final : public automation::Object {
 public:
     std::int32_t Interface() const noexcept { return 0; }
     std::u16string GetTagValue(const automation::ObjectRef&) const { return {}; }
-    std::u16string CommandList(std::u16string_view, const automation::ObjectRef&) const { return {}; }
-    std::u16string ParameterList(std::u16string_view, std::u16string_view, const automation::ObjectRef&) const {
-        return {};
-    }
-    std::u16string SyntaxString(std::u16string_view, std::u16string_view, const automation::ObjectRef&) const {
-        return {};
-    }
-    std::u16string CommandDescription(std::u16string_view, std::u16string_view, const automation::ObjectRef&) const {
-        return {};
-    }
-    std::u16string ParameterValueList(std::u16string_view, std::u16string_view, std::u16string_view,
-                                      const automation::ObjectRef&) const {
-        return {};
-    }
+    std::u16string CommandList(const auto&...) const { return {}; }
+    std::u16string ParameterList(const auto&...) const { return {}; }
+    std::u16string SyntaxString(const auto&...) const { return {}; }
+    std::u16string CommandDescription(const auto&...) const { return {}; }
+    std::u16string ParameterValueList(const auto&...) const { return {}; }
 
     automation::Variant invoke(std::u16string_view name, automation::InvokeKind kind,
                                std::span<automation::Variant> arguments) override;

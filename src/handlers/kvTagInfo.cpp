@@ -100,22 +100,6 @@ std::u16string kvTagInfo::HandlerListString2(std::u16string_view psSubHandler, b
     return names;
 }
 
-std::u16string kvTagInfo::HandlerListString() const {
-    return HandlerListString2({}, false);
-}
-
-std::shared_ptr<privProperties> kvTagInfo::HandlerList() const {
-    return HandlerList2({}, false);
-}
-
-std::u16string kvTagInfo::HandlerListFilteredString() const {
-    return HandlerListString2();
-}
-
-std::shared_ptr<privProperties> kvTagInfo::HandlerListFiltered() const {
-    return HandlerList2();
-}
-
 // --- questions ---
 
 void kvTagInfo::Database(automation::ObjectRef poDatabase) {

@@ -33,17 +33,17 @@ public:
     std::u16string CommandList(std::u16string_view psHandlerName) const;
     std::u16string ParameterList(std::u16string_view psHandlerName, std::u16string_view psCommand = {}) const;
 
-    std::u16string HandlerListString() const;  // of all handlers
+    std::u16string HandlerListString() const { return HandlerListString2({}, false); }  // of all handlers
     std::u16string HandlerListString2(std::u16string_view psSubHandler = {}, bool pbFiltered = true) const;
-    std::shared_ptr<privProperties> HandlerList() const;
+    std::shared_ptr<privProperties> HandlerList() const { return HandlerList2({}, false); }
     // The handlers of the group; for an empty group name, those outside any group and the built-in
     // one. Each property is named after a handler and holds its class name ("" for the built-in one).
     // pbIncludeSubHandlers adds the names of the groups, each with "". pbFiltered leaves out handlers
     // whose own key below the handlers' key has a value "Hide" other than "0".
     std::shared_ptr<privProperties> HandlerList2(std::u16string_view psSubHandler = {}, bool pbFiltered = true,
                                                  bool pbIncludeSubHandlers = false) const;
-    std::u16string HandlerListFilteredString() const;
-    std::shared_ptr<privProperties> HandlerListFiltered() const;
+    std::u16string HandlerListFilteredString() const { return HandlerListString2(); }
+    std::shared_ptr<privProperties> HandlerListFiltered() const { return HandlerList2(); }
 
     std::u16string CommandSyntax(std::u16string_view psHandlerName, std::u16string_view psCommand) const;
     std::u16string CommandDescription(std::u16string_view psHandlerName, std::u16string_view psCommand) const;
