@@ -168,9 +168,13 @@ class Interface:
         self.core = CORE_CLASSES.get(class_name, class_name)
         self.members = [Member(each, "_" + class_name) for each in consume(MEMBER, body.group(1), class_name)]
 
+    def returned(self):
+        """The classes of the objects that members return."""
+        return {each.result.type[1:-1] for each in self.members if each.result and each.result.type.startswith("_")}
+
     def headers(self):
         """Of the core class and of the classes that its members return."""
-        given = {each.result.type[1:-1] for each in self.members if each.result and each.result.type.startswith("_")}
+        given = self.returned()
         with open(header_of(self.core), encoding="ascii") as header:
             given |= set(re.findall(r"std::shared_ptr<(\w+)> NewEnum\(", header.read()))
         found = [header_of(each) for each in sorted(given | {self.core})]
@@ -193,7 +197,7 @@ def face_header(interface):
         "#pragma once", "", '#include "com/Face.h"', f'#include "{os.path.relpath(header_of(interface.core), SOURCES)}"',
         '#include "kvVelmor3.h"', "", "namespace velmor {", "", f"const automation::MemberIndex& {name}Members();",
         "", "namespace com {", "",
-        f"class {name}Face final : public Face<_{name}, {interface.core}, {name}Members, IID__{name}, CLSID_{name}> {{",
+        f"class {name}Face final : public Face<_{name}, {interface.core}, {name}Members, CLSID_{name}> {{",
         "public:", "    using Face::Face;", "", *lines, "};", "", "}  // namespace com", "}  // namespace velmor", ""])
 
 
@@ -204,7 +208,8 @@ def face_member(interface, member):
     call = f"core_->{core}({arguments})"
     head = f"HRESULT {interface.name}Face::{member.vtable_name()}({member.signature()}) noexcept {{"
     if member.result:
-        call = f"Enumerator::of({call})" if member.is_enumerator else call
+        if member.result.type.startswith("_"):
+            call = f"faceFor<{member.result.type[1:-1]}Face>({call})"
         return [head, f"    return guard({member.result.name}, [&] {{ return {call}; }});", "}", ""]
     needed = [f"needed({each.name});" for each in member.references if not each.optional]
     before = needed + [REFERENCES[each.type][0].format(each.name) for each in member.references]
@@ -213,7 +218,7 @@ def face_member(interface, member):
 
 
 def face_source(interface):
-    lines = [f'#include "com/{interface.name}Face.h"', "", '#include "com/Enumerator.h"']
+    lines = [f'#include "com/{each}Face.h"' for each in sorted({interface.name} | interface.returned())]
     lines += [f'#include "{each}"' for each in interface.headers()]
     lines += ["", "namespace velmor::com {", ""]
     for member in interface.members:

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "Formatter.h"
-#include "com/ObjectServer.h"
+#include "com/Server.h"
 
 namespace {
 
@@ -16,7 +16,7 @@ const velmor::com::ServedClass classes[] = {
      L"Sample.Formatter",
      L"1.0",
      L"Formats dates and numbers in document templates",
-     &velmor::com::createObject<makeFormatter>},
+     &makeFormatter},
 };
 
 }  // namespace

@@ -44,9 +44,8 @@ bool Variant::isMissing() const noexcept {
 
 std::int32_t Variant::typeCode() const noexcept {
     const auto code = static_cast<std::int32_t>(type());
-    const auto* array = get<std::shared_ptr<const Array>>();
-    if (array == nullptr) return code;
-    return code + static_cast<std::int32_t>(*array ? (*array)->elementType : VariantType::variant);
+    const auto* array = get<Array>();
+    return array == nullptr ? code : code + static_cast<std::int32_t>(array->elementType);
 }
 
 VariantType Variant::type() const noexcept {
@@ -60,9 +59,7 @@ ObjectRef Variant::object() const noexcept {
 }
 
 std::u16string typeNameOf(const Variant& value) {
-    if (const auto* array = value.get<std::shared_ptr<const Array>>()) {
-        return plainTypeName(*array ? (*array)->elementType : VariantType::variant) + u"()";
-    }
+    if (const auto* array = value.get<Array>()) return plainTypeName(array->elementType) + u"()";
     if (!value.isObject()) return plainTypeName(value.type());
     const ObjectRef object = value.object();
     return object ? object->typeName() : u"Nothing";

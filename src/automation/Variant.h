@@ -70,23 +70,15 @@ struct DataObject {
 };
 // An opaque record of the host; carried, never read.
 struct UserDefined {
-    std::shared_ptr<void> record;
+    std::shared_ptr<void> held;
     bool operator==(const UserDefined&) const = default;
 };
 
-class Variant;
-
-// A (possibly many-dimensional) array; elements in the platform's order, the first index running
-// fastest. Copying a Variant copies the reference: arrays are values that nobody edits in place.
+// An opaque array of the host, with the type of its elements; carried, never read.
 struct Array {
-    struct Bound {
-        std::int32_t lower = 0;
-        std::int32_t count = 0;
-        bool operator==(const Bound&) const = default;
-    };
     VariantType elementType = VariantType::variant;
-    std::vector<Bound> bounds;
-    std::vector<Variant> elements;
+    std::shared_ptr<void> held;
+    bool operator==(const Array&) const = default;
 };
 
 // One closed value type with a C++ type for each automation type. There are no implicit
@@ -114,7 +106,7 @@ public:
     Variant(ObjectRef value) : value_(std::move(value)) {}  // a null reference is Nothing
     template <std::derived_from<Object> T>
     Variant(std::shared_ptr<T> value) : value_(ObjectRef(std::move(value))) {}
-    Variant(std::shared_ptr<const Array> value) : value_(std::move(value)) {}
+    Variant(Array value) : value_(std::move(value)) {}
     template <class T>
     Variant(T*) = delete;  // no pointer becomes a boolean
 
@@ -153,7 +145,7 @@ public:
 
 private:
     std::variant<Empty, Null, std::int16_t, std::int32_t, float, double, Currency, Date, std::u16string, ObjectRef,
-                 ErrorCode, bool, DataObject, Decimal, std::uint8_t, UserDefined, std::shared_ptr<const Array>>
+                 ErrorCode, bool, DataObject, Decimal, std::uint8_t, UserDefined, Array>
         value_;
 };
 

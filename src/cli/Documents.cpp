@@ -6,7 +6,6 @@
 #include "cli/Failure.h"
 #include "cli/Locale.h"
 #include "common/TextFile.h"
-#include "platform/ByteOrderMark.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
 
@@ -24,7 +23,7 @@ std::u16string decodeUtf8(std::string_view bytes, const std::string& name) {
 
 std::u16string decodeUtf16(std::string_view bytes, bool bigEndian, const std::string& name) {
     if (bytes.size() % 2 != 0) throw Failure(exitFile, name + " is not UTF-16 text: it ends with half a character");
-    return platform::unitsOf(bytes, bigEndian);
+    return fromUtf16(bytes, bigEndian);
 }
 
 std::optional<TextEncoding> markedEncoding(std::string_view bytes) {

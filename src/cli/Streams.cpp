@@ -21,8 +21,6 @@
 namespace velmor::cli {
 namespace {
 
-constexpr std::size_t maximalInput = (std::size_t{1} << 30) - 1;
-
 bool isStandardStream(const std::string& name) {
     return name.empty() || name == "-";
 }
@@ -36,7 +34,7 @@ std::string readStream(std::FILE* stream, const std::string& name) {
     std::array<char, 65536> block{};
     while (const std::size_t count = std::fread(block.data(), 1, block.size(), stream)) {
         bytes.append(block.data(), count);
-        if (bytes.size() > maximalInput) refuseReading(name, "it is too large");
+        if (bytes.size() > platform::Files::largestFile) refuseReading(name, "it is too large");
     }
     if (std::ferror(stream)) refuseReading(name, std::strerror(errno));
     return bytes;

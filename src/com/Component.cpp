@@ -1,40 +1,49 @@
-// The component's own classes.
+// The component's own classes and their faces.
 
 #include <memory>
 #include <type_traits>
 
-#include "com/Guard.h"
 #include "com/ITag4Face.h"
 #include "com/Server.h"
+#include "com/kvDirectTagFace.h"
+#include "com/kvLibraryFace.h"
 #include "com/kvTagFace.h"
 #include "com/kvTagInfoFace.h"
+#include "com/kvTagsFace.h"
+#include "com/privPropertiesFace.h"
+#include "com/privPropertyFace.h"
 #include "platform/SystemServices.h"
-#include "platform/win32/ComPtr.h"
 
 namespace velmor::com {
 
 namespace {
 
-using platform::ComPtr;
-
-template <class FaceClass, class Core>
-HRESULT create(REFIID id, void** object) noexcept {
-    return guard(IID_IClassFactory, [&] {
-        std::shared_ptr<Core> core;
-        if constexpr (std::is_default_constructible_v<Core>) {
-            core = std::make_shared<Core>();
-        } else {
-            core = std::make_shared<Core>(platform::systemServices());
-        }
-        platform::check(ComPtr<FaceClass>::attach(faceFor<FaceClass>(core))->QueryInterface(id, object));
-    });
+template <class Core>
+automation::ObjectRef make() {
+    if constexpr (std::is_default_constructible_v<Core>) {
+        return std::make_shared<Core>();
+    } else {
+        return std::make_shared<Core>(platform::systemServices());
+    }
 }
 
 const ServedClass classes[] = {
-    {CLSID_kvTag, L"kvVelmor3.kvTag", L"3.0", L"Velmor template or tag", &create<kvTagFace, kvTag>},
-    {CLSID_kvTagInfo, L"kvVelmor3.kvTagInfo", L"3.0", L"Velmor handler catalogue", &create<kvTagInfoFace, kvTagInfo>},
-    {CLSID_ITag4, L"kvVelmor3.ITag4", L"3.0", L"Velmor tag handler interface", &create<ITag4Face, EmptyHandler>},
+    {CLSID_kvTag, L"kvVelmor3.kvTag", L"3.0", L"Velmor template or tag", &make<kvTag>},
+    {CLSID_kvTagInfo, L"kvVelmor3.kvTagInfo", L"3.0", L"Velmor handler catalogue", &make<kvTagInfo>},
+    {CLSID_ITag4, L"kvVelmor3.ITag4", L"3.0", L"Velmor tag handler interface", &make<EmptyHandler>},
 };
+
+template <class... Faces>
+IDispatch* firstFaceOf(const automation::ObjectRef& object) {
+    IDispatch* face = nullptr;
+    (void)((face = faceFor<Faces>(std::dynamic_pointer_cast<typename Faces::CoreClass>(object))) || ...);
+    return face;
+}
+
+IDispatch* coreFaceOf(const automation::ObjectRef& object) {
+    return firstFaceOf<kvTagFace, privPropertyFace, privPropertiesFace, kvTagsFace, kvDirectTagFace, kvLibraryFace,
+                       kvTagInfoFace, ITag4Face>(object);
+}
 
 }  // namespace
 

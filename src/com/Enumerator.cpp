@@ -1,28 +1,25 @@
-#include "com/Enumerator.h"
-
+#include "automation/Enumeration.h"
 #include "com/Guard.h"
+#include "platform/win32/ComObject.h"
 #include "platform/win32/VariantBridge.h"
 
 namespace velmor::com {
 
-HRESULT Enumerator::QueryInterface(REFIID id, void** object) noexcept {
-    if (!object) return E_POINTER;
-    *object = nullptr;
-    if (!IsEqualIID(id, IID_IUnknown) && !IsEqualIID(id, IID_IEnumVARIANT)) return E_NOINTERFACE;
-    *object = static_cast<IEnumVARIANT*>(this);
-    AddRef();
-    return S_OK;
-}
+namespace {
 
-ULONG Enumerator::AddRef() noexcept {
-    return references_.add();
-}
+// A host's "For Each".
+class Enumerator final : public platform::ComObject<IEnumVARIANT> {
+public:
+    explicit Enumerator(std::shared_ptr<automation::Enumeration> items) : items_(std::move(items)) {}
 
-ULONG Enumerator::Release() noexcept {
-    const ULONG left = references_.release();
-    if (left == 0) delete this;
-    return left;
-}
+    HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* values, ULONG* fetched) noexcept override;
+    HRESULT STDMETHODCALLTYPE Skip(ULONG count) noexcept override;
+    HRESULT STDMETHODCALLTYPE Reset() noexcept override;
+    HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT** copy) noexcept override;
+
+private:
+    std::shared_ptr<automation::Enumeration> items_;
+};
 
 HRESULT Enumerator::Next(ULONG count, VARIANT* values, ULONG* fetched) noexcept {
     if (fetched) *fetched = 0;
@@ -56,6 +53,12 @@ HRESULT Enumerator::Reset() noexcept {
 
 HRESULT Enumerator::Clone(IEnumVARIANT** copy) noexcept {
     return guard(IID_IEnumVARIANT, copy, [&]() -> IEnumVARIANT* { return new Enumerator(items_->clone()); });
+}
+
+}  // namespace
+
+void give(IUnknown*& place, std::shared_ptr<automation::Enumeration> items) {
+    place = new Enumerator(std::move(items));
 }
 
 }  // namespace velmor::com

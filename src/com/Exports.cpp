@@ -2,18 +2,43 @@
 
 #include <new>
 
-#include "com/ClassFactory.h"
-#include "com/Module.h"
+#include "com/Guard.h"
 #include "com/Registration.h"
 #include "com/Server.h"
 #include "com/TypeLibrary.h"
+#include "platform/win32/ComObject.h"
+#include "platform/win32/ComPtr.h"
 #include "platform/win32/Conversions.h"
 #include "platform/win32/Failure.h"
 #include "platform/win32/Windows.h"
 
+using namespace velmor;
 using namespace velmor::com;
 
 namespace {
+
+// Makes the objects of one served class.
+class ClassFactory final : public platform::ComObject<IClassFactory> {
+public:
+    explicit ClassFactory(const ServedClass& served) noexcept : served_(served) {}
+
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID id, void** object) noexcept override {
+        if (!object) return E_POINTER;
+        *object = nullptr;
+        if (outer) return CLASS_E_NOAGGREGATION;
+        return guard(IID_IClassFactory, [&] {
+            const auto face = platform::ComPtr<IDispatch>::attach(platform::faceOf(served_.make()));
+            platform::check(face ? face->QueryInterface(id, object) : E_FAIL);
+        });
+    }
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) noexcept override {
+        platform::ReferenceCount::objects += lock ? 1 : -1;
+        return S_OK;
+    }
+
+private:
+    const ServedClass& served_;
+};
 
 HRESULT giveFactory(const ServedClass& served, REFIID id, void** object) noexcept {
     IClassFactory* factory = new (std::nothrow) ClassFactory(served);
@@ -29,14 +54,13 @@ HRESULT outcomeOf(Body&& body) noexcept try {
     body();
     return S_OK;
 } catch (...) {
-    return velmor::platform::raisedNow().code;
+    return platform::raisedNow().code;
 }
 
 }  // namespace
 
 // The conversions are installed here, before any thread converts: later that would not be safe.
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
-    using namespace velmor;
     if (reason == DLL_PROCESS_ATTACH) {
         platform::installConversions();
         platform::registerFaceProvider(server().faces);
@@ -56,7 +80,7 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID id, void** object) {
 }
 
 STDAPI DllCanUnloadNow() {
-    return Module::unused() ? S_OK : S_FALSE;
+    return platform::ReferenceCount::objects == 0 ? S_OK : S_FALSE;
 }
 
 STDAPI DllRegisterServer() {

@@ -3,18 +3,50 @@
 #include <memory>
 #include <utility>
 
+#include "automation/DispatchTable.h"
+#include "automation/Errors.h"
 #include "com/Guard.h"
 #include "com/TypeLibrary.h"
 #include "platform/win32/Face.h"
 
 namespace velmor::com {
 
+// What hosts call the members of a table by.
+class TableNames final : public platform::MemberNames {
+public:
+    explicit TableNames(const automation::MemberIndex& members) noexcept : members_(members) {}
+
+    DISPID identifierOf(std::u16string_view name) override {
+        const std::size_t row = members_.find(name);
+        return row == npos ? DISPID_UNKNOWN : members_.entry(row).id;
+    }
+    DISPID parameterOf(DISPID member, std::u16string_view name) const override {
+        const std::size_t position = members_.parameter(member, name);
+        return position == npos ? DISPID_UNKNOWN : static_cast<DISPID>(position);
+    }
+    bool hasParameter(DISPID member, DISPID position) const override {
+        const std::size_t row = members_.findId(member);
+        return row != npos && position >= 0 && position < members_.entry(row).maximum;
+    }
+    std::u16string_view nameOf(DISPID member) const override {
+        const std::size_t row = members_.findId(member);
+        if (row == npos) automation::raiseNoSuchMember({});
+        return members_.entry(row).name;
+    }
+
+private:
+    static constexpr std::size_t npos = automation::MemberIndex::npos;
+
+    const automation::MemberIndex& members_;
+};
+
 // The face of a core object: keeps it alive, and is the only one that it has. Its members are those of the class's
 // table, late-bound, and of the dual interface. Derived classes translate members, and have no rule of their own.
-template <class Interface, class Core, const automation::MemberIndex& (*memberIndex)(), const IID& interfaceId,
-          const CLSID& classId>
-class Face : public platform::Face<Interface, interfaceId> {
+template <class Interface, class Core, const automation::MemberIndex& (*memberIndex)(), const CLSID& classId>
+class Face : public platform::Face<Interface> {
 public:
+    using CoreClass = Core;
+
     explicit Face(std::shared_ptr<Core> core) : core_(std::move(core)) {}
 
     automation::ObjectRef core() const final { return core_; }
@@ -25,7 +57,7 @@ public:
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) noexcept override {
-        return index == 0 ? giveTypeInfo(interfaceId, info) : Base::GetTypeInfo(index, locale, info);
+        return index == 0 ? giveTypeInfo(__uuidof(Interface), info) : Base::GetTypeInfo(index, locale, info);
     }
     HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** info) noexcept override { return giveTypeInfo(classId, info); }
 
@@ -49,16 +81,16 @@ protected:
     template <class... Arguments>
     HRESULT guard(Arguments&&... arguments) noexcept {
         const platform::ComPtr<Interface> alive(this);
-        return com::guard(interfaceId, std::forward<Arguments>(arguments)...);
+        return com::guard(__uuidof(Interface), std::forward<Arguments>(arguments)...);
     }
 
     const std::shared_ptr<Core> core_;
 
 private:
-    using Base = platform::Face<Interface, interfaceId>;
+    using Base = platform::Face<Interface>;
 
     platform::MemberNames& members() noexcept override {
-        static platform::TableNames names(memberIndex());
+        static TableNames names(memberIndex());
         return names;
     }
 };
@@ -68,8 +100,7 @@ template <class FaceClass, class Core>
 FaceClass* faceFor(const std::shared_ptr<Core>& core) {
     if (!core) return nullptr;
     const auto make = [&] { return std::make_unique<FaceClass>(core); };
-    IDispatch* face = platform::FaceRegistry::instance().faceOf(*core, make);
-    return static_cast<FaceClass*>(face);
+    return static_cast<FaceClass*>(platform::liveFaceOf(*core, make));
 }
 
 }  // namespace velmor::com

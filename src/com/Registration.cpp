@@ -2,24 +2,55 @@
 
 #include <string>
 
-#include "com/Module.h"
-#include "com/RegistryKey.h"
 #include "com/TypeLibrary.h"
+#include "platform/Machine.h"
 #include "platform/win32/Failure.h"
+#include "platform/win32/WideText.h"
 
 namespace velmor::com {
 
 namespace {
 
-RegistryKey classesOf(Audience audience) {
-    return RegistryKey(audience == Audience::everyone ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER, L"Software\\Classes");
+void checkRegistry(LSTATUS status) {
+    if (status != ERROR_SUCCESS) throw platform::Failure{HRESULT_FROM_WIN32(static_cast<DWORD>(status))};
 }
+
+// The registry's classes of one audience.
+class Classes {
+public:
+    explicit Classes(Audience audience) {
+        // RegDeleteTree wants more than KEY_WRITE of the key that it is given.
+        constexpr REGSAM rights = KEY_WRITE | KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE | DELETE;
+        const HKEY root = audience == Audience::everyone ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
+        checkRegistry(RegCreateKeyExW(root, L"Software\\Classes", 0, nullptr, 0, rights, nullptr, &key_, nullptr));
+    }
+    Classes(const Classes&) = delete;
+    Classes& operator=(const Classes&) = delete;
+    ~Classes() { RegCloseKey(key_); }
+
+    HKEY get() const noexcept { return key_; }
+    // Makes the key if it is absent.
+    void set(const std::wstring& key, const std::wstring& value, const wchar_t* name = nullptr) const {
+        const auto bytes = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
+        checkRegistry(RegSetKeyValueW(key_, key.c_str(), name, REG_SZ, value.c_str(), bytes));
+    }
+    // With its subkeys; an absent key is not an error.
+    void remove(const std::wstring& key) const {
+        const LSTATUS status = RegDeleteTreeW(key_, key.c_str());
+        if (status != ERROR_FILE_NOT_FOUND) checkRegistry(status);
+    }
+
+private:
+    HKEY key_ = nullptr;
+};
 
 // The platform registers type libraries below HKEY_CLASSES_ROOT, a merged view of every user's classes and the current
 // user's. While this lives, the process sees one of them there.
 class ClassesRoot {
 public:
-    explicit ClassesRoot(HKEY classes) { checkRegistry(RegOverridePredefKey(HKEY_CLASSES_ROOT, classes)); }
+    explicit ClassesRoot(const Classes& classes) {
+        checkRegistry(RegOverridePredefKey(HKEY_CLASSES_ROOT, classes.get()));
+    }
     ClassesRoot(const ClassesRoot&) = delete;
     ClassesRoot& operator=(const ClassesRoot&) = delete;
     ~ClassesRoot() { RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr); }
@@ -40,34 +71,27 @@ std::wstring versionedName(const ServedClass& served) {
     return std::wstring(served.className) + L"." + version.substr(0, version.find(L'.'));
 }
 
-void writeName(HKEY classes, const std::wstring& name, const ServedClass& served) {
-    RegistryKey key(classes, name);
-    key.setDefault(served.description);
-    RegistryKey(key.get(), L"CLSID").setDefault(textOf(served.id));
+void writeClass(const Classes& classes, const ServedClass& served, const GUID* typeLibrary) {
+    const std::wstring key = classKey(served), name = served.className, versioned = versionedName(served);
+    classes.set(key, served.description);
+    classes.set(key + L"\\InprocServer32", platform::wide(platform::ownFile()));
+    classes.set(key + L"\\InprocServer32", L"Apartment", L"ThreadingModel");
+    classes.set(key + L"\\ProgID", versioned);
+    classes.set(key + L"\\VersionIndependentProgID", name);
+    classes.set(key + L"\\Version", served.version);
+    classes.set(key + L"\\Programmable", L"");
+    if (typeLibrary) classes.set(key + L"\\TypeLib", textOf(*typeLibrary));
+    for (const std::wstring& each : {name, versioned}) {
+        classes.set(each, served.description);
+        classes.set(each + L"\\CLSID", textOf(served.id));
+    }
+    classes.set(name + L"\\CurVer", versioned);
 }
 
-void writeClass(HKEY classes, const ServedClass& served, const GUID* typeLibrary) {
-    const std::wstring versioned = versionedName(served);
-    RegistryKey key(classes, classKey(served));
-    key.setDefault(served.description);
-    RegistryKey library(key.get(), L"InprocServer32");
-    library.setDefault(Module::path());
-    library.set(L"ThreadingModel", L"Apartment");
-    RegistryKey(key.get(), L"ProgID").setDefault(versioned);
-    RegistryKey(key.get(), L"VersionIndependentProgID").setDefault(served.className);
-    RegistryKey(key.get(), L"Version").setDefault(served.version);
-    RegistryKey(key.get(), L"Programmable");
-    if (typeLibrary) RegistryKey(key.get(), L"TypeLib").setDefault(textOf(*typeLibrary));
-
-    writeName(classes, served.className, served);
-    RegistryKey(classes, std::wstring(served.className) + L"\\CurVer").setDefault(versioned);
-    writeName(classes, versioned, served);
-}
-
-void removeClass(HKEY classes, const ServedClass& served) {
-    RegistryKey::removeTree(classes, classKey(served));
-    RegistryKey::removeTree(classes, served.className);
-    RegistryKey::removeTree(classes, versionedName(served));
+void removeClass(const Classes& classes, const ServedClass& served) {
+    classes.remove(classKey(served));
+    classes.remove(served.className);
+    classes.remove(versionedName(served));
 }
 
 TLIBATTR attributesOf(ITypeLib& library) {
@@ -78,15 +102,15 @@ TLIBATTR attributesOf(ITypeLib& library) {
     return attributes;
 }
 
-void writeTypeLibrary(HKEY classes) {
+void writeTypeLibrary(const Classes& classes) {
     const ClassesRoot root(classes);
-    std::wstring path = Module::path();
-    platform::check(RegisterTypeLib(typeLibrary().get(), path.data(), nullptr));
+    std::wstring path = platform::wide(platform::ownFile());
+    platform::check(RegisterTypeLib(&typeLibrary(), path.data(), nullptr));
 }
 
-void removeTypeLibrary(HKEY classes) {
+void removeTypeLibrary(const Classes& classes) {
     const ClassesRoot root(classes);
-    const TLIBATTR own = attributesOf(*typeLibrary().get());
+    const TLIBATTR own = attributesOf(typeLibrary());
     BSTR path = nullptr;
     const bool registered =
         SUCCEEDED(QueryPathOfRegTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, &path));
@@ -95,7 +119,7 @@ void removeTypeLibrary(HKEY classes) {
     platform::check(UnRegisterTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, own.syskind));
 }
 
-void writeServer(HKEY classes, const Server& server) {
+void writeServer(const Classes& classes, const Server& server) {
     for (const ServedClass& served : server.classes) writeClass(classes, served, server.typeLibrary);
     if (server.typeLibrary) writeTypeLibrary(classes);
 }
@@ -112,7 +136,7 @@ HRESULT outcomeOf(Step&& step) {
 }
 
 // The first failure; every step is taken.
-HRESULT removeServer(HKEY classes, const Server& server) {
+HRESULT removeServer(const Classes& classes, const Server& server) {
     HRESULT outcome = S_OK;
     const auto take = [&](auto&& step) {
         const HRESULT code = outcomeOf(step);
@@ -126,14 +150,14 @@ HRESULT removeServer(HKEY classes, const Server& server) {
 }  // namespace
 
 void registerServer(const Server& server, Audience audience) {
-    const RegistryKey classes = classesOf(audience);
-    const HRESULT written = outcomeOf([&] { writeServer(classes.get(), server); });
-    if (FAILED(written)) removeServer(classes.get(), server);  // as far as it goes: the first failure tells more
+    const Classes classes(audience);
+    const HRESULT written = outcomeOf([&] { writeServer(classes, server); });
+    if (FAILED(written)) removeServer(classes, server);  // as far as it goes: the first failure tells more
     platform::check(written);
 }
 
 void unregisterServer(const Server& server, Audience audience) {
-    platform::check(removeServer(classesOf(audience).get(), server));
+    platform::check(removeServer(Classes(audience), server));
 }
 
 }  // namespace velmor::com

@@ -7,16 +7,27 @@
 
 namespace velmor::com {
 
-// An in-process server in one table. A DLL made by velmor_server_dll defines server(); the entry
-// points (Exports.cpp, Server.def), class factories and registration follow from it.
+// An in-process server in one table. A DLL made by velmor_server_dll(TARGET SOURCE ...) defines server(); the entry
+// points (Exports.cpp, Server.def), class factories and registration follow from it. A handler written against
+// automation::Object becomes a component with one more source file:
+//
+//     automation::ObjectRef makeDates() { return std::make_shared<DateHandler>(); }
+//
+//     const velmor::com::ServedClass classes[] = {
+//         {{0x.., ..}, L"Sample.Dates", L"1.0", L"Dates", &makeDates},
+//     };
+//     const velmor::com::Server& velmor::com::server() noexcept {
+//         static const Server all{classes};
+//         return all;
+//     }
 
 struct ServedClass {
     CLSID id;
     const wchar_t* className;    // under which it is created: "Maker.Class", without a version
     const wchar_t* version;      // "3.0"; its whole part makes the versioned name "Maker.Class.3"
     const wchar_t* description;  // what a registry editor shows
-    // A new object's interface; what IClassFactory::CreateInstance promises.
-    HRESULT (*create)(REFIID id, void** object) noexcept;
+    // A new object. It goes out by platform::faceOf.
+    automation::ObjectRef (*make)();
 };
 
 struct Server {

@@ -1,46 +1,40 @@
 #include "com/TypeLibrary.h"
 
-#include <mutex>
+#include <atomic>
 
 #include "com/Guard.h"
-#include "com/Module.h"
+#include "platform/Machine.h"
+#include "platform/win32/ComPtr.h"
+#include "platform/win32/WideText.h"
 
 namespace velmor::com {
 
 namespace {
 
-using platform::ComPtr;
-
-// Never destroyed: at the end of the process nothing may be called any more.
-struct Loaded {
-    std::mutex mutex;
-    ComPtr<ITypeLib> library;
-};
-Loaded& loaded() {
-    static Loaded& only = *new Loaded;
-    return only;
-}
+std::atomic<ITypeLib*> loaded{nullptr};
 
 }  // namespace
 
-ComPtr<ITypeLib> typeLibrary() {
-    const std::lock_guard lock(loaded().mutex);
-    ComPtr<ITypeLib>& library = loaded().library;
-    if (!library) platform::check(LoadTypeLibEx(Module::path().c_str(), REGKIND_NONE, library.put()));
-    return library;
+ITypeLib& typeLibrary() {
+    if (!loaded) {
+        platform::ComPtr<ITypeLib> library;
+        platform::check(LoadTypeLibEx(platform::wide(platform::ownFile()).c_str(), REGKIND_NONE, library.put()));
+        ITypeLib* none = nullptr;
+        if (loaded.compare_exchange_strong(none, library.get())) library.detach();
+    }
+    return *loaded;
 }
 
 HRESULT giveTypeInfo(REFGUID id, ITypeInfo** info) noexcept {
     return guard(IID_IDispatch, info, [&] {
         ITypeInfo* found = nullptr;
-        platform::check(typeLibrary()->GetTypeInfoOfGuid(id, &found));
+        platform::check(typeLibrary().GetTypeInfoOfGuid(id, &found));
         return found;
     });
 }
 
 void releaseTypeLibrary() noexcept {
-    const std::lock_guard lock(loaded().mutex);
-    loaded().library = nullptr;
+    if (ITypeLib* const library = loaded.exchange(nullptr)) library->Release();
 }
 
 }  // namespace velmor::com

@@ -15,12 +15,10 @@
 #include "kvVelmor3.h"  // after windows.h
 
 namespace velmor {
-class kvDirectTag;
-class kvTag;
-class kvTags;
-class privProperties;
-class privProperty;
 class privStrCat;
+namespace automation {
+class Enumeration;
+}
 }  // namespace velmor
 
 namespace velmor::com {
@@ -79,19 +77,10 @@ inline void give(float& place, float value) {
     place = value;
 }
 template <std::derived_from<IUnknown> Interface>
-void give(Interface*& place, Interface* value) {
+void give(Interface*& place, std::type_identity_t<Interface>* value) {
     place = value;  // the reference goes with it
 }
 
-// A core object's face; nothing for null. (Faces.cpp)
-void give(_kvTag*& place, const std::shared_ptr<kvTag>& value);
-void give(_kvDirectTag*& place, const std::shared_ptr<kvDirectTag>& value);
-void give(_kvTags*& place, const std::shared_ptr<kvTags>& value);
-void give(_privProperties*& place, const std::shared_ptr<privProperties>& value);
-void give(_privProperty*& place, const std::shared_ptr<privProperty>& value);
-
-// The face of any core object, for everything that passes the boundary as a Variant; null for an object of another
-// class. (Faces.cpp)
-IDispatch* coreFaceOf(const automation::ObjectRef& object);
+void give(IUnknown*& place, std::shared_ptr<automation::Enumeration> items);  // (Enumerator.cpp)
 
 }  // namespace velmor::com

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "platform/ByteOrderMark.h"
 #include "text/Encoding.h"
 
 namespace velmor {
@@ -17,7 +16,7 @@ void useTextFileDecoder(std::u16string (*decode)(std::string_view bytes)) noexce
 }
 
 std::u16string decodeTextFile(std::string_view bytes) {
-    auto marked = platform::decodeMarked(bytes);
+    auto marked = decodeMarked(bytes);
     return marked ? std::move(*marked) : fromAnsi(bytes);
 }
 

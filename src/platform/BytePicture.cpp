@@ -1,17 +1,21 @@
 #include "platform/BytePicture.h"
 
 #include <array>
+#include <cstdint>
+#include <optional>
 #include <utility>
 
+#include "automation/Errors.h"
 #include "automation/Variant.h"
 #include "text/Compare.h"
-#include "text/Error.h"
-#include "text/ErrorSource.h"
 
 namespace velmor::platform {
 namespace {
 
 using namespace std::string_view_literals;
+
+// The picture types of the platform's standard pictures.
+enum class PictureType : std::int16_t { bitmap = 1, metafile = 2, icon = 3, enhancedMetafile = 4 };
 
 struct Signature {
     std::size_t offset;
@@ -36,8 +40,6 @@ bool isBitmapFile(std::string_view bytes) {
            bytes.substr(15, 3) == "\0\0\0"sv;
 }
 
-}  // namespace
-
 std::optional<PictureType> pictureType(std::string_view bytes) {
     for (const Signature& signature : kSignatures) {
         if (bytes.size() > signature.offset && bytes.substr(signature.offset).starts_with(signature.bytes)) {
@@ -48,17 +50,29 @@ std::optional<PictureType> pictureType(std::string_view bytes) {
     return std::nullopt;
 }
 
-BytePicture::BytePicture(std::string bytes, PictureType type) : bytes_(std::move(bytes)), type_(type) {}
+class BytePicture : public automation::Object {
+public:
+    BytePicture(std::string bytes, PictureType type) : bytes_(std::move(bytes)), type_(type) {}
 
-automation::Variant BytePicture::invoke(std::u16string_view name, automation::InvokeKind kind,
-                                        std::span<automation::Variant> arguments) {
-    const bool reads = kind == automation::InvokeKind::get || kind == automation::InvokeKind::method;
-    if (!reads || !equalIgnoringCase(name, u"Type")) {
-        throw Error(438, kErrorSource, u"Object doesn't support this property or method: " + std::u16string(name));
+    const std::string& bytes() const noexcept { return bytes_; }
+
+    automation::Variant invoke(std::u16string_view name, automation::InvokeKind kind,
+                               std::span<automation::Variant> arguments) override {
+        const bool reads = kind == automation::InvokeKind::get || kind == automation::InvokeKind::method;
+        if (!reads || !equalIgnoringCase(name, u"Type")) {
+            automation::raiseNoSuchMember(name);
+        }
+        if (!arguments.empty()) automation::raiseWrongArguments();
+        return static_cast<std::int16_t>(type_);
     }
-    if (!arguments.empty()) throw Error(450, kErrorSource, u"Wrong number of arguments");
-    return static_cast<std::int16_t>(type_);
-}
+    std::u16string typeName() const override { return u"Picture"; }
+
+private:
+    std::string bytes_;
+    PictureType type_;
+};
+
+}  // namespace
 
 automation::ObjectRef pictureFromBytes(std::string bytes) {
     const auto type = pictureType(bytes);

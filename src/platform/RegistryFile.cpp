@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/RegistryScript.h"
 #include "text/Compare.h"
 
 namespace velmor::platform {

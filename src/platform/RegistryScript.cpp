@@ -1,9 +1,7 @@
-#include "platform/RegistryScript.h"
-
 #include <algorithm>
 #include <optional>
 
-#include "platform/ByteOrderMark.h"
+#include "platform/RegistryFile.h"
 #include "text/Characters.h"
 #include "text/Compare.h"
 #include "text/Encoding.h"
@@ -29,19 +27,15 @@ constexpr Root kRoots[] = {
     {u"HKCR", u"SOFTWARE\\Classes"},
 };
 
-bool isBlank(char16_t unit) {
-    return unit == u' ' || unit == u'\t';
-}
 View trimmed(View text) {
-    while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
-    while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
-    return text;
+    text.remove_prefix(std::min(text.find_first_not_of(u" \t"), text.size()));
+    return text.substr(0, text.find_last_not_of(u" \t") + 1);
 }
 
 std::u16string decodeScript(std::string_view bytes) {
     if (auto marked = decodeMarked(bytes)) return std::move(*marked);
     if (bytes.starts_with(kOldHeaderBytes)) return fromAnsi(bytes);
-    if (bytes.size() >= 2 && bytes[0] != '\0' && bytes[1] == '\0') return unitsOf(bytes, false);
+    if (bytes.size() >= 2 && bytes[0] != '\0' && bytes[1] == '\0') return fromUtf16(bytes, false);
     return textOfUtf8(bytes).value_or(fromAnsi(bytes));
 }
 
@@ -58,7 +52,7 @@ public:
 
     std::vector<std::u16string> run() {
         if (!readHeader()) return std::move(warnings_);
-        while (at_ < text_.size()) {
+        for (skipLine(); at_ < text_.size(); skipLine()) {
             lineStart_ = at_;
             try {
                 readLine();
@@ -66,7 +60,6 @@ public:
                 warn(failure.reason);
                 at_ = lineStart_;
             }
-            skipLine();
         }
         return std::move(warnings_);
     }
@@ -74,21 +67,16 @@ public:
 private:
     // A file without the header may be anything, so nothing is taken from it.
     bool readHeader() {
-        while (at_ < text_.size() && (isBlank(text_[at_]) || isLineEnd(text_[at_]))) ++at_;
-        lineStart_ = at_;
+        lineStart_ = at_ = std::min(text_.find_first_not_of(u" \t\r\n"), text_.size());
         const View header = trimmed(restOfLine());
         old_ = header == kOldHeader;
-        if (!old_ && header != kHeader) {
-            if (!trimmed(text_).empty()) warn(u"the file does not begin as a registry file does");
-            return false;
-        }
-        skipLine();
-        return true;
+        if (old_ || header == kHeader) return true;
+        if (!header.empty()) warn(u"the file does not begin as a registry file does");
+        return false;
     }
 
     void readLine() {
-        skipBlanks();
-        if (atLineEnd() || text_[at_] == u';') return;
+        if (atEnd()) return;
         if (text_[at_] == u'[') {
             readKey();
         } else if (text_[at_] == u'@' || text_[at_] == u'"') {
@@ -101,19 +89,15 @@ private:
     void readKey() {
         const View line = restOfLine();
         inKey_ = false;
-        const std::size_t end = closingBracket(line);
-        View path = line.substr(1, end - 1);
+        View path = line.substr(1, closingBracket(line) - 1);
         const bool removes = path.starts_with(u'-');
         if (removes) path.remove_prefix(1);
         tree_ = resolveRoot(path) ? &treeOf_(key_) : nullptr;
         inKey_ = !removes;
         if (tree_ == nullptr) return;
-        if (removes) {
-            if (key_.empty()) throw Failure{u"a whole root cannot be deleted"};
-            tree_->removeKey(key_);
-        } else {
-            tree_->addKey(key_);
-        }
+        if (!removes) return tree_->addKey(key_);
+        if (key_.empty()) throw Failure{u"a whole root cannot be deleted"};
+        tree_->removeKey(key_);
     }
 
     // Names may hold brackets. The closing one is followed by the end of the line or a comment.
@@ -147,11 +131,9 @@ private:
         } else {
             name = readQuoted();
         }
-        skipBlanks();
-        if (atLineEnd() || text_[at_] != u'=') throw Failure{u"the value's name is not followed by \"=\""};
+        if (atEnd() || text_[at_] != u'=') throw Failure{u"the value's name is not followed by \"=\""};
         ++at_;
-        skipBlanks();
-        std::optional<std::u16string> value = readData();
+        const std::optional<std::u16string> value = readData();
         if (!inKey_) throw Failure{u"the value belongs to no key"};
         if (tree_ == nullptr) return;
         if (value) {
@@ -163,21 +145,21 @@ private:
 
     // Nothing for a deletion and for data that is no string.
     std::optional<std::u16string> readData() {
-        if (atLineEnd()) throw Failure{u"the value has no data"};
-        if (text_[at_] == u'"') {
+        skipBlanks();
+        const View rest = trimmed(restOfLine());
+        if (rest.empty()) throw Failure{u"the value has no data"};
+        if (rest.starts_with(u'"')) {
             std::u16string value = readQuoted();
-            expectEnd();
+            if (!atEnd()) throw Failure{u"text follows the closing quote"};
             return value;
         }
-        const View rest = trimmed(restOfLine());
-        if (rest.starts_with(u"hex(1):") || rest.starts_with(u"hex(2):")) return readBytes();
         if (rest.starts_with(u"hex")) {
-            readBytes();
-            return std::nullopt;
+            std::u16string value = textOf(readBytes());
+            const bool isString = rest.starts_with(u"hex(1):") || rest.starts_with(u"hex(2):");
+            return isString ? std::optional(std::move(value)) : std::nullopt;
         }
-        if (!rest.starts_with(u"dword:") && trimmed(rest.substr(0, rest.find(u';'))) != u"-") {
-            throw Failure{u"the data is of no known kind"};
-        }
+        const bool removes = trimmed(rest.substr(0, rest.find(u';'))) == u"-";
+        if (!removes && !rest.starts_with(u"dword:")) throw Failure{u"the data is of no known kind"};
         return std::nullopt;
     }
 
@@ -198,72 +180,60 @@ private:
     }
 
     // Some editors write line ends inside a value as they are, some as "\n" and "\r".
-    static char16_t escaped(char16_t unit) {
-        if (unit == u'n') return u'\n';
-        if (unit == u'r') return u'\r';
-        return unit;
-    }
+    static char16_t escaped(char16_t unit) { return unit == u'n' ? u'\n' : unit == u'r' ? u'\r' : unit; }
 
     // "xx,xx,..." after the colon; a backslash at the end of a line continues the data on the next.
-    std::u16string readBytes() {
+    std::string readBytes() {
         const std::size_t colon = restOfLine().find(u':');
         if (colon == View::npos) throw Failure{u"the data has no colon"};
         at_ += colon + 1;
         std::string bytes;
         int digits = 0, byte = 0;
-        for (; !atLineEnd() && text_[at_] != u';'; ++at_) {
-            const char16_t unit = text_[at_];
-            if (const int digit = hexadecimalDigit(unit); digit >= 0) {
+        const auto takeByte = [&] {
+            if (digits == 0) throw Failure{u"a byte is missing"};
+            bytes += static_cast<char>(byte);
+            digits = byte = 0;
+        };
+        for (; !atEnd(); ++at_) {
+            if (const int digit = hexadecimalDigit(text_[at_]); digit >= 0) {
                 if (++digits > 2) throw Failure{u"a byte has more than two digits"};
                 byte = byte * 16 + digit;
-            } else if (unit == u',') {
-                takeByte(bytes, digits, byte);
-            } else if (unit == u'\\') {
-                if (!continueLine()) throw Failure{u"a backslash within the data"};
-            } else if (!isBlank(unit)) {
+            } else if (text_[at_] == u',') {
+                takeByte();
+            } else if (text_[at_] != u'\\') {
                 throw Failure{u"the data holds a character that is no hexadecimal digit"};
+            } else if (!continueLine()) {
+                throw Failure{u"a backslash within the data"};
             }
         }
-        if (digits > 0) takeByte(bytes, digits, byte);
-        return textOf(bytes);
-    }
-
-    static void takeByte(std::string& bytes, int& digits, int& byte) {
-        if (digits == 0) throw Failure{u"a byte is missing"};
-        bytes += static_cast<char>(byte);
-        digits = byte = 0;
+        if (digits > 0) takeByte();
+        return bytes;
     }
 
     // Moves to the last unit of the line end; false if the line goes on.
     bool continueLine() {
-        std::size_t next = at_ + 1;
-        while (next < text_.size() && isBlank(text_[next])) ++next;
+        std::size_t next = std::min(text_.find_first_not_of(u" \t", at_ + 1), text_.size());
         if (next < text_.size() && !isLineEnd(text_[next])) return false;
-        if (next + 1 < text_.size() && text_[next] == u'\r' && text_[next + 1] == u'\n') ++next;
+        if (text_.substr(next).starts_with(u"\r\n")) ++next;
         at_ = std::min(next, text_.size() - 1);
         return true;
     }
 
     // The registry's strings end with a zero that does not belong to the text.
     std::u16string textOf(std::string_view bytes) const {
-        const std::u16string text = old_ ? fromAnsi(bytes) : unitsOf(bytes, false);
+        const std::u16string text = old_ ? fromAnsi(bytes) : fromUtf16(bytes, false);
         return text.substr(0, text.find(u'\0'));
     }
 
-    void expectEnd() {
+    void skipBlanks() { at_ = std::min(text_.find_first_not_of(u" \t", at_), text_.size()); }
+    // After blanks: whether the line ends, or a comment begins.
+    bool atEnd() {
         skipBlanks();
-        if (!atLineEnd() && text_[at_] != u';') throw Failure{u"text follows the closing quote"};
+        return at_ == text_.size() || isLineEnd(text_[at_]) || text_[at_] == u';';
     }
-
-    bool atLineEnd() const { return at_ >= text_.size() || isLineEnd(text_[at_]); }
-    void skipBlanks() {
-        while (at_ < text_.size() && isBlank(text_[at_])) ++at_;
-    }
-    View restOfLine() const {
-        return text_.substr(at_, std::min(text_.find_first_of(u"\r\n", at_), text_.size()) - at_);
-    }
+    View restOfLine() const { return text_.substr(at_, text_.find_first_of(u"\r\n", at_) - at_); }
     void skipLine() {
-        at_ = std::min(text_.find_first_of(u"\r\n", at_), text_.size());
+        at_ += restOfLine().size();
         if (at_ < text_.size() && text_[at_] == u'\r') ++at_;
         if (at_ < text_.size() && text_[at_] == u'\n') ++at_;
     }
@@ -271,13 +241,8 @@ private:
     // Counts lines only for the few warnings that are kept.
     void warn(View reason) {
         if (warnings_.size() == kMostWarnings) return;
-        const View before = text_.substr(0, lineStart_);
-        const auto feeds = std::count(before.begin(), before.end(), u'\n');
-        std::u16string text = u"line ";
-        for (const char digit : std::to_string(feeds + 1)) text += static_cast<char16_t>(digit);
-        text += u": ";
-        text += reason;
-        warnings_.push_back(std::move(text));
+        const auto feeds = std::ranges::count(text_.substr(0, lineStart_), u'\n');
+        warnings_.push_back(u"line " + fromUtf8(std::to_string(feeds + 1)) + u": " + std::u16string(reason));
     }
 
     View text_;

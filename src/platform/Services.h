@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -33,9 +34,11 @@ public:
 // Files by path. On Linux "\" in a path is taken as "/" when the path as it stands does not exist.
 class Files {
 public:
+    static constexpr std::size_t largestFile = (std::size_t{1} << 30) - 1;  // that is read
+
     virtual ~Files() = default;
     virtual bool exists(std::u16string_view path) const = 0;  // a regular file, not a folder
-    // All bytes; nothing when the file is missing, unreadable or larger than 2^30 - 1 bytes.
+    // All bytes; nothing when the file is missing, unreadable or larger than largestFile.
     virtual std::optional<std::string> read(std::u16string_view path) const = 0;
     // Replaces the file whole or not at all (a temporary file beside it, then a rename); a
     // read-only file (Linux: one that the caller or nobody may write to) is not replaced.

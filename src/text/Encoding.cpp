@@ -184,6 +184,22 @@ std::optional<std::u16string> textOfUtf8(std::string_view bytes) {
     return toUtf8(text) == bytes ? std::optional(std::move(text)) : std::nullopt;
 }
 
+std::u16string fromUtf16(std::string_view bytes, bool bigEndian) {
+    std::u16string text(bytes.size() / 2, u'\0');
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const std::uint8_t first = byteAt(bytes, 2 * i), second = byteAt(bytes, 2 * i + 1);
+        text[i] = static_cast<char16_t>(bigEndian ? first << 8 | second : second << 8 | first);
+    }
+    return text;
+}
+
+std::optional<std::u16string> decodeMarked(std::string_view bytes) {
+    if (bytes.starts_with("\xef\xbb\xbf")) return fromUtf8(bytes.substr(3));
+    if (bytes.starts_with("\xff\xfe")) return fromUtf16(bytes.substr(2), false);
+    if (bytes.starts_with("\xfe\xff")) return fromUtf16(bytes.substr(2), true);
+    return std::nullopt;
+}
+
 AnsiCodePage westernCodePage() {
     AnsiCodePage page;
     for (std::size_t i = 0; i < page.upperHalf.size(); ++i) {

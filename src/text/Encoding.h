@@ -17,6 +17,11 @@ std::u16string fromUtf8(std::string_view bytes);
 // The text that toUtf8 writes as these bytes; nothing if there is none.
 std::optional<std::u16string> textOfUtf8(std::string_view bytes);
 
+// The code units of UTF-16; an odd last byte is dropped.
+std::u16string fromUtf16(std::string_view bytes, bool bigEndian);
+// The text after a byte order mark (UTF-8, UTF-16 in either order); nothing without a mark.
+std::optional<std::u16string> decodeMarked(std::string_view bytes);
+
 bool isAscii(std::string_view bytes) noexcept;
 
 // The ANSI code page: the system's on Windows, 1252 elsewhere. The five bytes that 1252 leaves

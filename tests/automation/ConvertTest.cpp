@@ -28,7 +28,7 @@ Variant holder(std::optional<Variant> value) {
     return Variant(std::make_shared<Holder>(std::move(value)));
 }
 
-const Variant kArray = std::make_shared<const Array>(), kNothing = ObjectRef();
+const Variant kArray = Array{}, kNothing = ObjectRef();
 constexpr auto kNaN = std::numeric_limits<double>::quiet_NaN();
 
 // The result of a conversion as text; "-" if it fails.
@@ -89,9 +89,7 @@ TEST(Convert, RecognisesNumbersAndTruthValues) {
 }
 
 TEST(Convert, NamesTypes) {
-    auto strings = std::make_shared<Array>();
-    strings->elementType = VariantType::string;
-    const Variant array = std::shared_ptr<const Array>(strings);
+    const Variant array = Array{VariantType::string, nullptr};
     check(typeNameOf, {{kNothing, "Nothing"}, {holder({}), "Holder"}, {array, "String()"}, {1, "Long"}});
     for (const auto& [value, code] : {std::pair(array, 8192 + 8), {Variant(1), 3}, {kNothing, 9}, {DataObject{}, 13}}) {
         EXPECT_EQ(value.typeCode(), code);

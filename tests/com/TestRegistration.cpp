@@ -6,7 +6,6 @@
 #include <iterator>
 
 #include "Host.h"
-#include "com/RegistryKey.h"
 #include "core/Version.h"
 
 using namespace host;
@@ -116,14 +115,6 @@ TEST_F(Registration, LeavesNoTraceWhenItFails) {
     EXPECT_EQ(install(TRUE, currentUser), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
     expectAbsent(HKEY_CURRENT_USER);
     expectWritten(HKEY_LOCAL_MACHINE);
-}
-
-// Deleting a tree of keys needs more than the right to write.
-TEST(RegistryKeys, CanBeEmptied) {
-    const velmor::com::RegistryKey key(HKEY_CURRENT_USER, L"Software\\Velmor test");
-    velmor::com::RegistryKey(key.get(), L"a\\b").setDefault(L"c");
-    EXPECT_EQ(RegDeleteTreeW(key.get(), nullptr), 0);
-    EXPECT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\Velmor test"), 0);
 }
 
 TEST_F(Registration, OnlyPublishedClassesHaveAFactory) {

@@ -128,7 +128,7 @@ TEST_F(DirectTag, ReturnsNothingWhenTheHostFails) {
                             u"text",
                             automation::ErrorCode(5),
                             Variant::missing(),
-                            std::make_shared<const automation::Array>(),
+                            automation::Array{},
                             u"{00020905-0000-0000-C000-000000000046}"};
     const auto good = host.answers;
     for (const std::u16string member :

@@ -10,9 +10,9 @@
 #include <set>
 
 #include "automation/Variant.h"
+#include "platform/Machine.h"
 #include "platform/MemoryServices.h"
 #include "platform/SystemServices.h"
-#include "platform/posix/NativeObjects.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
 
@@ -201,11 +201,11 @@ TEST_F(NativeClasses, AreLookedUpAnewForEachObject) {
     machine("");  // copies the libraries to their places
     fs::copy_file(folder_ / "lib/broken.so", folder_ / "lib/late.so");
     MemoryRegistry registry;
-    NativeObjects objects(registry, {path(u"lib")});
+    const auto objects = machineObjects(registry, {path(u"lib")});
     const auto create = [&](std::u16string_view library) {
         registry.set(u"SOFTWARE\\Classes\\Test.Echo", u"NativeLibrary", library);
         try {
-            return objects.create(u"Test.Echo") != nullptr;
+            return objects->create(u"Test.Echo") != nullptr;
         } catch (const Error&) {
             return false;
         }

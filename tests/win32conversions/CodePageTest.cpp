@@ -1,6 +1,6 @@
 // Code pages of two bytes a character, compared with the system's conversions.
 
-#include "platform/win32/CodePage.h"
+#include "platform/win32/Conversions.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,11 @@
-#include "platform/posix/NativeObjects.h"
-
 #include <dlfcn.h>
 
 #include <exception>
 #include <filesystem>
 #include <utility>
 
-#include "platform/ClassTable.h"
+#include "platform/Machine.h"
+#include "platform/NativeObject.h"
 #include "platform/posix/PosixPaths.h"
 #include "text/Compare.h"
 #include "text/Encoding.h"
@@ -56,65 +55,78 @@ std::u16string loaderMessage() {
     return message ? fromUtf8(message) : u"the library cannot be loaded";
 }
 
+// Classes of shared libraries as NativeObject.h describes. Each
+// object's class is looked up anew; libraries stay loaded. For any thread.
+class NativeObjects : public Objects {
+public:
+    NativeObjects(const Registry& registry, std::vector<std::u16string> folders)
+        : registry_(registry), folders_(std::move(folders)) {}
+
+    automation::ObjectRef create(std::u16string_view className) override {
+        VelmorCreateObject* const entry = entryFor(className);
+        automation::ObjectRef object;
+        int outcome = velmorCreationFailed;
+        try {
+            outcome = entry(velmorNativeAbi, className.data(), className.size(), &object);
+        } catch (const std::exception& error) {
+            raiseCannotCreate(className, fromUtf8(error.what()));
+        }
+        if (outcome != velmorCreated || !object) raiseCannotCreate(className, reasonFor(outcome));
+        return object;
+    }
+
+private:
+    VelmorCreateObject* entryFor(std::u16string_view className) const {
+        const std::u16string registered = registeredLibrary(className);
+        if (registered.empty()) raiseCannotCreate(className, u"the class is not registered");
+        const std::string path = findLibrary(registered);
+        if (path.empty()) raiseCannotCreate(className, u"there is no library for \"" + registered + u"\"");
+        // Loading the same file again gives the same library.
+        void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+        if (!library) raiseCannotCreate(className, loaderMessage());
+        void* entry = dlsym(library, "velmorCreateObject");
+        if (!entry) raiseCannotCreate(className, u"the library has no velmorCreateObject");
+        return reinterpret_cast<VelmorCreateObject*>(entry);
+    }
+
+    // Empty when it is not registered.
+    std::u16string registeredLibrary(std::u16string_view className) const {
+        std::u16string key(kClasses);
+        key += className;
+        if (auto library = registry_.value(key, u"NativeLibrary")) return std::move(*library);
+        const auto identifier = registry_.value(key + u"\\CLSID", u"");
+        if (!identifier || identifier->empty()) return {};
+        key = kClasses;
+        key += u"CLSID\\" + *identifier + u"\\InprocServer32";
+        return registry_.value(key, u"").value_or(std::u16string());
+    }
+
+    // Empty when it is not found.
+    std::string findLibrary(std::u16string_view registered) const {
+        if (registered.starts_with(u'/')) {
+            const auto path = pathToRead(registered);
+            if (isFile(path)) return *path;
+        }
+        for (const std::u16string& folder : folders_) {
+            // A relative path is tried as a whole first, so that a library may be in a subfolder.
+            std::vector<std::u16string> names = namesFor(registered);
+            if (!registered.starts_with(u'/')) names.insert(names.begin(), std::u16string(registered));
+            for (const std::u16string& name : names) {
+                const auto path = pathToRead(folder + u"/" + name);
+                if (isFile(path) && !path->ends_with(".dll")) return *path;
+            }
+        }
+        return {};
+    }
+
+    const Registry& registry_;
+    std::vector<std::u16string> folders_;
+};
+
 }  // namespace
 
-NativeObjects::NativeObjects(const Registry& registry, std::vector<std::u16string> folders)
-    : registry_(registry), folders_(std::move(folders)) {}
-
-automation::ObjectRef NativeObjects::create(std::u16string_view className) {
-    if (auto object = createRegisteredClass(className)) return object;
-    VelmorCreateObject* const entry = entryFor(className);
-    automation::ObjectRef object;
-    int outcome = velmorCreationFailed;
-    try {
-        outcome = entry(velmorNativeAbi, className.data(), className.size(), &object);
-    } catch (const std::exception& error) {
-        raiseCannotCreate(className, fromUtf8(error.what()));
-    }
-    if (outcome != velmorCreated || !object) raiseCannotCreate(className, reasonFor(outcome));
-    return object;
-}
-
-VelmorCreateObject* NativeObjects::entryFor(std::u16string_view className) const {
-    if (!isClassName(className)) raiseCannotCreate(className, u"it is no class name");
-    const std::u16string registered = registeredLibrary(className);
-    if (registered.empty()) raiseCannotCreate(className, u"the class is not registered");
-    const std::string path = findLibrary(registered);
-    if (path.empty()) raiseCannotCreate(className, u"there is no library for \"" + registered + u"\"");
-    // Loading the same file again gives the same library.
-    void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (!library) raiseCannotCreate(className, loaderMessage());
-    void* entry = dlsym(library, "velmorCreateObject");
-    if (!entry) raiseCannotCreate(className, u"the library has no velmorCreateObject");
-    return reinterpret_cast<VelmorCreateObject*>(entry);
-}
-
-std::u16string NativeObjects::registeredLibrary(std::u16string_view className) const {
-    std::u16string key(kClasses);
-    key += className;
-    if (auto library = registry_.value(key, u"NativeLibrary")) return std::move(*library);
-    const auto identifier = registry_.value(key + u"\\CLSID", u"");
-    if (!identifier || identifier->empty()) return {};
-    key = kClasses;
-    key += u"CLSID\\" + *identifier + u"\\InprocServer32";
-    return registry_.value(key, u"").value_or(std::u16string());
-}
-
-std::string NativeObjects::findLibrary(std::u16string_view registered) const {
-    if (registered.starts_with(u'/')) {
-        const auto path = pathToRead(registered);
-        if (isFile(path)) return *path;
-    }
-    for (const std::u16string& folder : folders_) {
-        // A relative path is tried as a whole first, so that a library may be in a subfolder.
-        std::vector<std::u16string> names = namesFor(registered);
-        if (!registered.starts_with(u'/')) names.insert(names.begin(), std::u16string(registered));
-        for (const std::u16string& name : names) {
-            const auto path = pathToRead(folder + u"/" + name);
-            if (isFile(path) && !path->ends_with(".dll")) return *path;
-        }
-    }
-    return {};
+std::unique_ptr<Objects> machineObjects(const Registry& registry, std::vector<std::u16string> folders) {
+    return std::make_unique<NativeObjects>(registry, std::move(folders));
 }
 
 }  // namespace velmor::platform

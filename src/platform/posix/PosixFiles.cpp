@@ -1,5 +1,3 @@
-#include "platform/posix/PosixFiles.h"
-
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/stat.h>
@@ -11,12 +9,12 @@
 #include <filesystem>
 #include <utility>
 
+#include "platform/Machine.h"
 #include "platform/posix/PosixPaths.h"
 
 namespace velmor::platform {
 namespace {
 
-constexpr std::size_t kLargestFile = (std::size_t{1} << 30) - 1;
 constexpr mode_t kNewFile = 0666;  // before the umask
 
 class Descriptor {
@@ -63,7 +61,7 @@ std::optional<std::string> readAll(int descriptor, std::size_t expected) {
         if (count < 0) return std::nullopt;
         if (count == 0) break;
         filled += static_cast<std::size_t>(count);
-        if (filled > kLargestFile) return std::nullopt;
+        if (filled > Files::largestFile) return std::nullopt;
         if (filled == bytes.size()) bytes.resize(std::max<std::size_t>(bytes.size() * 2, 4096));
     }
     bytes.resize(filled);
@@ -169,56 +167,68 @@ bool isReadOnly(const std::string& path) {
     return refused;
 }
 
+// SystemServices.h describes the paths.
+class PosixFiles : public Files {
+public:
+    bool exists(std::u16string_view path) const override {
+        const auto native = pathToRead(path);
+        return native && isRegular(*native);
+    }
+
+    std::optional<std::string> read(std::u16string_view path) const override {
+        const auto native = pathToRead(path);
+        if (!native) return std::nullopt;
+        // Without O_NONBLOCK the open would wait for the other end of a pipe; so below.
+        const Descriptor file(open(native->c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+        struct stat status;
+        if (!file || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+        if (static_cast<std::uint64_t>(status.st_size) > Files::largestFile) return std::nullopt;
+        return readAll(file.number(), static_cast<std::size_t>(status.st_size));
+    }
+
+    // A symbolic link is followed; permissions of a replaced file are kept. Other than
+    // regular files (a terminal, a pipe, /dev/null), and descriptors of this process (/dev/stdout), are
+    // written to directly. Signals that end the program wait until a regular file is written.
+    bool write(std::u16string_view path, std::string_view bytes) override {
+        const auto native = pathToChange(path);
+        if (!native) return false;
+        const auto [target, descriptor] = followLinks(*native);
+        if (descriptor >= 0) return writeAll(descriptor, bytes);
+        if (isReadOnly(target)) return false;
+        return pathExists(target) && !isRegular(target) ? writeDirectly(target, bytes) : replaceFile(target, bytes);
+    }
+
+    bool create(std::u16string_view path) override {
+        const auto native = pathToChange(path);
+        return native && Descriptor(open(native->c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    }
+
+    bool append(std::u16string_view path, std::string_view bytes) override {
+        const auto native = pathToChange(path);
+        if (!native) return false;
+        Descriptor file(
+            open(native->c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, kNewFile));
+        return file && writeAll(file.number(), bytes) && file.close();
+    }
+
+    bool remove(std::u16string_view path) override {
+        const auto native = pathToChange(path);
+        return native && unlink(native->c_str()) == 0;
+    }
+
+    bool makeFolder(std::u16string_view path) override {
+        const auto native = pathToRead(path);
+        if (!native) return false;
+        std::error_code failure;
+        std::filesystem::create_directories(*native, failure);
+        return std::filesystem::is_directory(*native, failure);
+    }
+};
+
 }  // namespace
 
-bool PosixFiles::exists(std::u16string_view path) const {
-    const auto native = pathToRead(path);
-    return native && isRegular(*native);
-}
-
-std::optional<std::string> PosixFiles::read(std::u16string_view path) const {
-    const auto native = pathToRead(path);
-    if (!native) return std::nullopt;
-    // Without O_NONBLOCK the open would wait for the other end of a pipe; so below.
-    const Descriptor file(open(native->c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-    struct stat status;
-    if (!file || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
-    if (static_cast<std::uint64_t>(status.st_size) > kLargestFile) return std::nullopt;
-    return readAll(file.number(), static_cast<std::size_t>(status.st_size));
-}
-
-bool PosixFiles::write(std::u16string_view path, std::string_view bytes) {
-    const auto native = pathToChange(path);
-    if (!native) return false;
-    const auto [target, descriptor] = followLinks(*native);
-    if (descriptor >= 0) return writeAll(descriptor, bytes);
-    if (isReadOnly(target)) return false;
-    return pathExists(target) && !isRegular(target) ? writeDirectly(target, bytes) : replaceFile(target, bytes);
-}
-
-bool PosixFiles::create(std::u16string_view path) {
-    const auto native = pathToChange(path);
-    return native && Descriptor(open(native->c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-}
-
-bool PosixFiles::append(std::u16string_view path, std::string_view bytes) {
-    const auto native = pathToChange(path);
-    if (!native) return false;
-    Descriptor file(open(native->c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, kNewFile));
-    return file && writeAll(file.number(), bytes) && file.close();
-}
-
-bool PosixFiles::remove(std::u16string_view path) {
-    const auto native = pathToChange(path);
-    return native && unlink(native->c_str()) == 0;
-}
-
-bool PosixFiles::makeFolder(std::u16string_view path) {
-    const auto native = pathToRead(path);
-    if (!native) return false;
-    std::error_code failure;
-    std::filesystem::create_directories(*native, failure);
-    return std::filesystem::is_directory(*native, failure);
+std::unique_ptr<Files> machineFiles() {
+    return std::make_unique<PosixFiles>();
 }
 
 }  // namespace velmor::platform

@@ -1,17 +1,21 @@
-#include "platform/posix/PosixMachine.h"
-
+#include <dlfcn.h>
 #include <limits.h>
 #include <link.h>
 #include <sys/random.h>
 #include <time.h>
 #include <unistd.h>
 
-#include <chrono>
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
+#include <system_error>
 
 #include "automation/Convert.h"
+#include "platform/BytePicture.h"
 #include "platform/GuidText.h"
+#include "platform/Machine.h"
+#include "platform/RegistryFile.h"
+#include "platform/SystemServices.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
 #include "text/ErrorSource.h"
@@ -19,87 +23,123 @@
 namespace velmor::platform {
 namespace {
 
+// Empty when it is not set.
+std::u16string environmentVariable(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? fromUtf8(value) : std::u16string();
+}
+
 std::u16string withoutLastSeparator(std::u16string folder) {
     while (folder.size() > 1 && folder.back() == u'/') folder.pop_back();
     return folder;
 }
 
-// The file from which the loader mapped an address of this program; empty for the program itself.
-struct OwnFile {
-    ElfW(Addr) address;
-    std::string path;
+// commonData is $VELMOR_DATA, else /var/lib/velmor; temporary is $TMPDIR, else /tmp.
+class PosixFolders : public Folders {
+public:
+    explicit PosixFolders(std::u16string componentFolder)
+        : component_(withoutLastSeparator(std::move(componentFolder))) {}
+
+    std::u16string commonData() const override {
+        auto folder = environmentVariable("VELMOR_DATA");
+        return folder.empty() ? u"/var/lib/velmor" : withoutLastSeparator(std::move(folder));
+    }
+    std::u16string temporary() const override {
+        auto folder = environmentVariable("TMPDIR");
+        return folder.empty() ? u"/tmp" : withoutLastSeparator(std::move(folder));
+    }
+    std::u16string component() const override { return component_; }
+    std::u16string machineName() const override {
+        char name[HOST_NAME_MAX + 1] = {};
+        return gethostname(name, HOST_NAME_MAX) == 0 ? fromUtf8(name) : std::u16string();
+    }
+    char16_t separator() const override { return u'/'; }
+
+private:
+    std::u16string component_;
 };
 
-bool holdsAddress(const dl_phdr_info& object, ElfW(Addr) address) {
-    for (int i = 0; i < object.dlpi_phnum; ++i) {
-        const auto& part = object.dlpi_phdr[i];
-        const ElfW(Addr) start = object.dlpi_addr + part.p_vaddr;
-        if (part.p_type == PT_LOAD && address >= start && address - start < part.p_memsz) return true;
+// Pictures that keep the bytes of their file: PNG, JPEG, GIF, BMP, WMF, EMF and ICO.
+class PosixPictures : public Pictures {
+public:
+    explicit PosixPictures(Files& files) : files_(files) {}
+
+    automation::ObjectRef load(std::u16string_view path) override {
+        auto bytes = files_.read(path);
+        return bytes ? pictureFromBytes(std::move(*bytes)) : nullptr;
     }
-    return false;
-}
+    bool save(const automation::ObjectRef& picture, std::u16string_view path) override {
+        const std::string* bytes = pictureBytes(picture);
+        return bytes && files_.write(path, *bytes);
+    }
 
-int takeOwnFile(dl_phdr_info* object, std::size_t, void* result) {
-    auto* own = static_cast<OwnFile*>(result);
-    if (!holdsAddress(*object, own->address)) return 0;
-    own->path = object->dlpi_name;
-    return 1;
-}
+private:
+    Files& files_;
+};
 
-// The engine may be part of a program or of a shared library that a program loads.
-std::u16string ownFolder() {
-    OwnFile own{reinterpret_cast<ElfW(Addr)>(&ownFolder), {}};
-    dl_iterate_phdr(&takeOwnFile, &own);
-    std::error_code failure;
-    const auto file = std::filesystem::canonical(own.path.empty() ? "/proc/self/exe" : own.path, failure);
-    return failure ? u"." : fromUtf8(file.parent_path().string());
-}
+// Random GUIDs (version 4).
+class PosixGuids : public Guids {
+public:
+    std::u16string next() override {
+        GuidBytes bytes;
+        if (getentropy(bytes.data(), bytes.size()) != 0) throw Error(5, kErrorSource, u"No random numbers");
+        bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0f) | 0x40);
+        bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3f) | 0x80);
+        return guidText(bytes);
+    }
+};
 
 }  // namespace
 
-automation::Date PosixClock::now() const {
-    timespec time{};
-    clock_gettime(CLOCK_REALTIME, &time);
+std::u16string usualRegistryFile(const Files& files) {
+    if (auto named = environmentVariable("VELMOR_REGISTRY"); !named.empty()) return named;
+    std::u16string folder = environmentVariable("XDG_CONFIG_HOME");
+    if (folder.empty()) folder = environmentVariable("HOME") + u"/.config";
+    for (std::u16string path : {folder + u"/velmor/registry.reg", std::u16string(u"/etc/velmor/registry.reg")}) {
+        if (files.exists(path)) return path;
+    }
+    return {};
+}
+
+std::unique_ptr<Registry> machineRegistry() {
+    return std::make_unique<RegistryFile>();
+}
+
+automation::Date localTime() {
+    const time_t now = time(nullptr);
     tm local{};
-    if (!localtime_r(&time.tv_sec, &local)) return {};
+    if (!localtime_r(&now, &local)) return {};
     const auto date = automation::dateFromFields({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
                                                   local.tm_min, local.tm_sec < 60 ? local.tm_sec : 59});
     return date.value_or(automation::Date{});
 }
 
-double PosixClock::timer() const {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+std::unique_ptr<Folders> machineFolders(std::u16string componentFolder) {
+    return std::make_unique<PosixFolders>(std::move(componentFolder));
 }
 
-PosixFolders::PosixFolders(std::u16string componentFolder)
-    : component_(componentFolder.empty() ? ownFolder() : withoutLastSeparator(std::move(componentFolder))) {}
-
-std::u16string PosixFolders::commonData() const {
-    auto folder = environmentVariable("VELMOR_DATA");
-    return folder.empty() ? u"/var/lib/velmor" : withoutLastSeparator(std::move(folder));
+std::unique_ptr<Pictures> machinePictures(Files& files) {
+    return std::make_unique<PosixPictures>(files);
 }
 
-std::u16string PosixFolders::temporary() const {
-    auto folder = environmentVariable("TMPDIR");
-    return folder.empty() ? u"/tmp" : withoutLastSeparator(std::move(folder));
+std::unique_ptr<Guids> machineGuids() {
+    return std::make_unique<PosixGuids>();
 }
 
-std::u16string PosixFolders::machineName() const {
-    char name[HOST_NAME_MAX + 1] = {};
-    return gethostname(name, HOST_NAME_MAX) == 0 ? fromUtf8(name) : std::u16string();
+// The engine may be part of a program, whose name is empty here, or of a shared library.
+std::u16string ownFile() {
+    Dl_info found{};
+    link_map* object = nullptr;
+    const bool known =
+        dladdr1(reinterpret_cast<void*>(&ownFile), &found, reinterpret_cast<void**>(&object), RTLD_DL_LINKMAP) != 0;
+    const char* const name = known && object->l_name[0] != '\0' ? object->l_name : "/proc/self/exe";
+    std::error_code failure;
+    const auto file = std::filesystem::canonical(name, failure);
+    return failure ? std::u16string() : fromUtf8(file.string());
 }
 
-std::u16string PosixGuids::next() {
-    GuidBytes bytes;
-    if (getentropy(bytes.data(), bytes.size()) != 0) throw Error(5, kErrorSource, u"No random numbers");
-    bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0f) | 0x40);
-    bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3f) | 0x80);
-    return guidText(bytes);
-}
-
-std::u16string environmentVariable(const char* name) {
-    const char* value = std::getenv(name);
-    return value ? fromUtf8(value) : std::u16string();
+std::string lastSystemError() {
+    return std::generic_category().message(errno);
 }
 
 }  // namespace velmor::platform

@@ -1,8 +1,7 @@
-#include "platform/win32/CodePage.h"
-
 #include <algorithm>
 #include <exception>
 
+#include "platform/win32/Conversions.h"
 #include "platform/win32/Windows.h"
 #include "text/Encoding.h"
 

@@ -3,9 +3,7 @@
 #include <optional>
 
 #include "automation/PlatformConversions.h"
-#include "platform/win32/CodePage.h"
 #include "platform/win32/VariantBridge.h"
-#include "platform/win32/VariantData.h"
 
 namespace velmor::platform {
 
@@ -29,7 +27,7 @@ public:
         if (text != nullptr && !isReadable(*text)) return std::nullopt;
         ScopedVariant converted = toVariant(value);
         const HRESULT result = VariantChangeTypeEx(converted.get(), converted.get(), LOCALE_USER_DEFAULT,
-                                                   VARIANT_ALPHABOOL, detail::variantTypeOf(target));
+                                                   VARIANT_ALPHABOOL, static_cast<VARTYPE>(target));
         return SUCCEEDED(result) ? std::optional(fromVariant(*converted)) : std::nullopt;
     }
 

@@ -1,6 +1,7 @@
-#include <array>
+#include <algorithm>
 #include <new>
 
+#include "automation/Errors.h"
 #include "platform/win32/Failure.h"
 #include "platform/win32/VariantBridge.h"
 #include "text/Encoding.h"
@@ -14,31 +15,16 @@ constexpr HRESULT kControlFacility = static_cast<HRESULT>(0x800A0000u);
 struct KnownResult {
     HRESULT result;
     std::int32_t number;
-    const char16_t* description;
 };
-
-constexpr std::array kKnownResults{
-    KnownResult{DISP_E_MEMBERNOTFOUND, 438, u"Object doesn't support this property or method"},
-    KnownResult{DISP_E_UNKNOWNNAME, 438, u"Object doesn't support this property or method"},
-    KnownResult{DISP_E_BADPARAMCOUNT, 450, u"Wrong number of arguments or invalid property assignment"},
-    KnownResult{DISP_E_PARAMNOTOPTIONAL, 450, u"Wrong number of arguments or invalid property assignment"},
-    KnownResult{DISP_E_TYPEMISMATCH, 13, u"Type mismatch"},
-    KnownResult{DISP_E_BADVARTYPE, 13, u"Type mismatch"},
-    KnownResult{DISP_E_OVERFLOW, 6, u"Overflow"},
-    KnownResult{DISP_E_BADINDEX, 9, u"Subscript out of range"},
-    KnownResult{E_OUTOFMEMORY, 7, u"Out of memory"},
-    KnownResult{E_INVALIDARG, 5, u"Invalid procedure call or argument"},
-    KnownResult{E_NOINTERFACE, 430, u"Class does not support Automation or does not support expected interface"},
-    KnownResult{REGDB_E_CLASSNOTREG, 429, u"ActiveX component can't create object"},
-    KnownResult{CO_E_CLASSSTRING, 429, u"ActiveX component can't create object"},
+constexpr KnownResult kKnownResults[] = {
+    {DISP_E_MEMBERNOTFOUND, 438}, {DISP_E_UNKNOWNNAME, 438},
+    {DISP_E_BADPARAMCOUNT, 450},  {DISP_E_PARAMNOTOPTIONAL, 450},
+    {DISP_E_TYPEMISMATCH, 13},    {DISP_E_BADVARTYPE, 13},
+    {DISP_E_OVERFLOW, 6},         {DISP_E_BADINDEX, 9},
+    {E_OUTOFMEMORY, 7},           {E_INVALIDARG, 5},
+    {E_NOINTERFACE, 430},         {REGDB_E_CLASSNOTREG, 429},
+    {CO_E_CLASSSTRING, 429},
 };
-
-const KnownResult* knownResult(HRESULT result) noexcept {
-    for (const KnownResult& known : kKnownResults) {
-        if (known.result == result) return &known;
-    }
-    return nullptr;
-}
 
 bool isControlResult(HRESULT result) noexcept {
     return (static_cast<std::uint32_t>(result) & 0xFFFF0000u) == static_cast<std::uint32_t>(kControlFacility);
@@ -52,8 +38,8 @@ std::u16string takeText(BSTR& text) {
 }
 
 std::u16string descriptionOf(HRESULT result) {
-    const auto* const known = knownResult(result);
-    return known != nullptr ? known->description : u"Automation error";
+    const auto* const known = std::ranges::find(kKnownResults, result, &KnownResult::result);
+    return automation::errorText(known == std::end(kKnownResults) ? 0 : known->number);
 }
 
 // Of the exception being handled. Throws where there is no memory for the texts.
@@ -82,8 +68,8 @@ HRESULT hresultOf(const Error& error) noexcept {
 }
 
 std::int32_t errorNumberOf(HRESULT result) noexcept {
-    const auto* const known = knownResult(result);
-    if (known != nullptr) return known->number;
+    const auto* const known = std::ranges::find(kKnownResults, result, &KnownResult::result);
+    if (known != std::end(kKnownResults)) return known->number;
     return isControlResult(result) ? result & 0xFFFF : static_cast<std::int32_t>(result);
 }
 

@@ -1,47 +1,29 @@
 #pragma once
 
+#include "platform/win32/ComObject.h"
 #include "platform/win32/ComPtr.h"
-#include "platform/win32/FaceRegistry.h"
+#include "platform/win32/Faces.h"
 #include "platform/win32/LateBinding.h"
-#include "platform/win32/ReferenceCount.h"
 #include "platform/win32/Windows.h"
 //
 #include <ocidl.h>  // IProvideClassInfo; after windows.h
 
 namespace velmor::platform {
 
-// What every object of ours shows outside: its one identity, a reference count, late binding, and the name of its
-// class. Made with one reference, for its maker.
-template <class Interface, const IID& interfaceId>
-class Face : public Interface, public ISupportErrorInfo, public IProvideClassInfo, public RegisteredFace {
+// What every object of ours shows outside: its one identity, late binding, and the name of its class.
+template <class Interface>
+class Face : public ComObject<Interface, ISupportErrorInfo, IProvideClassInfo>, public RegisteredFace {
 public:
-    Face() = default;
-    Face(const Face&) = delete;
-    Face& operator=(const Face&) = delete;
-
     IDispatch* identity() noexcept final { return static_cast<Interface*>(this); }
-    bool addReferenceIfAlive() noexcept final { return references_.addIfAlive(); }
+    bool addReferenceIfAlive() noexcept final { return this->references_.addIfAlive(); }
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) noexcept override {
-        if (!object) return E_POINTER;
-        *object = nullptr;
-        if (IsEqualIID(id, IID_IUnknown) || IsEqualIID(id, IID_IDispatch) || IsEqualIID(id, interfaceId)) {
-            *object = static_cast<Interface*>(this);
-        } else if (IsEqualIID(id, IID_ISupportErrorInfo)) {
-            *object = static_cast<ISupportErrorInfo*>(this);
-        } else if (IsEqualIID(id, IID_IProvideClassInfo)) {
-            *object = static_cast<IProvideClassInfo*>(this);
-        } else {
-            return E_NOINTERFACE;
-        }
-        AddRef();
-        return S_OK;
+        return Base::QueryInterface(IsEqualIID(id, IID_IDispatch) ? __uuidof(Interface) : id, object);
     }
-    ULONG STDMETHODCALLTYPE AddRef() noexcept override { return references_.add(); }
     ULONG STDMETHODCALLTYPE Release() noexcept override {
-        const ULONG left = references_.release();
+        const ULONG left = this->references_.release();
         if (left > 0) return left;
-        FaceRegistry::instance().remove(*core(), *this);
+        removeFace(*core(), *this);
         delete this;
         return 0;
     }
@@ -66,16 +48,14 @@ public:
     }
 
     HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID id) noexcept override {
-        return IsEqualIID(id, interfaceId) || IsEqualIID(id, IID_IDispatch) ? S_OK : S_FALSE;
+        return IsEqualIID(id, __uuidof(Interface)) || IsEqualIID(id, IID_IDispatch) ? S_OK : S_FALSE;
     }
 
 protected:
-    ~Face() override = default;
-
     virtual MemberNames& members() noexcept = 0;
 
 private:
-    ReferenceCount references_;
+    using Base = ComObject<Interface, ISupportErrorInfo, IProvideClassInfo>;
 };
 
 }  // namespace velmor::platform

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <memory>
+
 #include "automation/Object.h"
 #include "platform/win32/Windows.h"
 
@@ -15,12 +18,27 @@ using FaceProvider = IDispatch* (*)(const automation::ObjectRef& object);
 // Null withdraws it.
 void registerFaceProvider(FaceProvider provider) noexcept;
 
+// The COM object that wraps an object of ours and keeps it alive.
+class RegisteredFace {
+public:
+    virtual ~RegisteredFace() = default;
+    virtual automation::ObjectRef core() const = 0;
+    virtual IDispatch* identity() noexcept = 0;  // also the result of QueryInterface for IUnknown
+    virtual bool addReferenceIfAlive() noexcept = 0;
+};
+
+// The object's face with a reference for the caller: the live one, of which there is at most one, else the result of
+// `make`. For any thread, like the other functions here.
+IDispatch* liveFaceOf(const automation::Object& core, const std::function<std::unique_ptr<RegisteredFace>()>& make);
+// Called by the face itself after its last release.
+void removeFace(const automation::Object& core, RegisteredFace& face) noexcept;
+
 // The interface under which any object goes out, with a reference for the caller: the provider's
 // face, the foreign object itself, or a generic adapter. Null for null. Throws Error 7.
 IDispatch* faceOf(const automation::ObjectRef& object);
 
 // The object for an interface that came in (no reference is taken over): the core object behind a
-// face or an adapter, else the wrapped foreign object. Null for null.
+// live face, whatever interface of it, else the wrapped foreign object. Null for null.
 automation::ObjectRef objectOf(IDispatch* dispatch);
 
 // A foreign object as a late-bound Object; it keeps a reference of its own. (ForeignObject.cpp)

@@ -1,14 +1,14 @@
-#include "platform/win32/ForeignObject.h"
-
 #include <algorithm>
+#include <unordered_map>
+#include <vector>
 
 #include "automation/Errors.h"
-#include "platform/win32/ByReference.h"
+#include "platform/win32/ComPtr.h"
 #include "platform/win32/Faces.h"
 #include "platform/win32/VariantBridge.h"
 #include "platform/win32/WideText.h"
 
-// Behind Windows.h, which it needs.
+// Needs Windows.h before it.
 #include <ocidl.h>
 
 namespace velmor::platform {
@@ -21,7 +21,7 @@ constexpr VARTYPE kVariantReference = VT_BYREF | VT_VARIANT;
 
 // A DECIMAL has none: it lies across the type of its VARIANT.
 bool hasReferenceOfItsOwn(VARTYPE type) {
-    return sizeOfData(type) != 0 && (type & VT_ARRAY) == 0 && type != VT_DECIMAL;
+    return widthOf(type) != 0 && type != VT_DECIMAL;
 }
 
 // How an argument for a parameter of that type goes.
@@ -129,6 +129,37 @@ ComPtr<ITypeInfo> withMembers(ComPtr<ITypeInfo> types) {
 struct FreeDescription {
     ITypeInfo& types;
     void operator()(FUNCDESC* description) const { types.ReleaseFuncDesc(description); }
+};
+
+// A foreign automation object, called late-bound.
+//
+// Arguments are passed by the object's type information: a parameter by reference gets a reference of its own
+// type, and its new value is returned. Without type information objects are passed by value and everything else
+// as a reference to a variant, as scripts pass their variables. A `missing` argument is passed as the
+// platform's "parameter not found".
+class ForeignObject : public automation::Object {
+public:
+    explicit ForeignObject(IDispatch* dispatch) : dispatch_(dispatch) {}
+
+    const ComPtr<IDispatch>& dispatch() const noexcept { return dispatch_; }
+
+    Variant invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) override;
+    // From the type information of class or interface, without the underscore that hides a default interface;
+    // "Picture" for the system's pictures; "Object" without type information.
+    std::u16string typeName() const override;
+
+private:
+    // The variant types of a member's parameters; VT_BYREF marks those by reference.
+    using Parameters = std::vector<VARTYPE>;
+
+    DISPID identifierOf(std::u16string_view name);
+    const Parameters* parametersOf(DISPID id);
+
+    ComPtr<IDispatch> dispatch_;
+    std::unordered_map<std::u16string, DISPID> identifiers_;  // by requested name
+    std::unordered_map<DISPID, Parameters> parameters_;
+    bool typesRead_ = false;
+    ComPtr<ITypeInfo> types_;
 };
 
 }  // namespace

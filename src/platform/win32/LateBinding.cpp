@@ -1,20 +1,18 @@
 #include "platform/win32/LateBinding.h"
 
 #include <algorithm>
+#include <vector>
 
 #include "automation/Errors.h"
-#include "platform/win32/ByReference.h"
 #include "platform/win32/Failure.h"
 #include "platform/win32/VariantBridge.h"
 #include "platform/win32/WideText.h"
-#include "text/Compare.h"
 
 namespace velmor::platform {
 
 namespace {
 
 using automation::InvokeKind;
-using automation::MemberIndex;
 using automation::Variant;
 
 std::u16string_view viewOfName(LPCOLESTR name) noexcept {
@@ -128,41 +126,6 @@ HRESULT run(automation::Object& object, std::u16string_view name, CallArguments&
 }
 
 }  // namespace
-
-DISPID TableNames::identifierOf(std::u16string_view name) {
-    const std::size_t row = members_.find(name);
-    return row == MemberIndex::npos ? DISPID_UNKNOWN : members_.entry(row).id;
-}
-
-DISPID TableNames::parameterOf(DISPID member, std::u16string_view name) const {
-    const std::size_t position = members_.parameter(member, name);
-    return position == MemberIndex::npos ? DISPID_UNKNOWN : static_cast<DISPID>(position);
-}
-
-bool TableNames::hasParameter(DISPID member, DISPID position) const {
-    const std::size_t row = members_.findId(member);
-    return row != MemberIndex::npos && position >= 0 && position < members_.entry(row).maximum;
-}
-
-std::u16string_view TableNames::nameOf(DISPID member) const {
-    const std::size_t row = members_.findId(member);
-    if (row == MemberIndex::npos) automation::raiseNoSuchMember({});
-    return members_.entry(row).name;
-}
-
-DISPID NamesOnDemand::identifierOf(std::u16string_view name) {
-    std::u16string key = lowerCase(name);
-    if (const auto known = identifiers_.find(key); known != identifiers_.end()) return known->second;
-    names_.emplace_back(name);
-    return identifiers_.emplace(std::move(key), static_cast<DISPID>(names_.size())).first->second;
-}
-
-std::u16string_view NamesOnDemand::nameOf(DISPID member) const {
-    if (member == DISPID_VALUE) return {};
-    if (member == DISPID_NEWENUM) return u"NewEnum";
-    if (member < 1 || static_cast<std::size_t>(member) > names_.size()) automation::raiseNoSuchMember({});
-    return names_[static_cast<std::size_t>(member) - 1];
-}
 
 HRESULT findNames(MemberNames& members, LPOLESTR* names, UINT count, DISPID* ids) noexcept try {
     if (!names || !ids || count == 0) return E_INVALIDARG;

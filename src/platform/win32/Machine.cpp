@@ -1,11 +1,15 @@
-#include "platform/win32/Machine.h"
+#include "platform/Machine.h"
 
-#include <chrono>
-#include <utility>
+#include <array>
 
 #include "automation/Convert.h"
+#include "platform/SystemServices.h"
+#include "platform/win32/ComPtr.h"
+#include "platform/win32/Faces.h"
+#include "platform/win32/VariantBridge.h"
 #include "platform/win32/WideText.h"
 #include "platform/win32/Windows.h"
+#include "text/Encoding.h"
 #include "text/Error.h"
 #include "text/ErrorSource.h"
 
@@ -23,57 +27,99 @@ std::u16string withoutLastSeparator(std::u16string folder) {
     return folder;
 }
 
-// The file of the program or component that contains this code.
-std::u16string ownFolder() {
-    HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<const wchar_t*>(&ownFolder), &module);
-    std::wstring path(kLongestPath, L'\0');
-    path.resize(GetModuleFileNameW(module, path.data(), kLongestPath));
-    const std::size_t separator = path.find_last_of(L"\\/");
-    return separator == path.npos ? u"." : withoutLastSeparator(fromWide(path.substr(0, separator + 1)));
-}
+class MachineFolders : public Folders {
+public:
+    explicit MachineFolders(std::u16string componentFolder)
+        : component_(withoutLastSeparator(std::move(componentFolder))) {}
+
+    std::u16string commonData() const override {
+        wchar_t path[MAX_PATH] = {};
+        if (FAILED(SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, 0, path))) return {};
+        return withoutLastSeparator(fromWide(path));
+    }
+    std::u16string temporary() const override {
+        wchar_t path[MAX_PATH + 2] = {};
+        const DWORD length = GetTempPathW(MAX_PATH + 2, path);
+        return length == 0 || length > MAX_PATH + 1 ? std::u16string() : withoutLastSeparator(fromWide({path, length}));
+    }
+    std::u16string component() const override { return component_; }
+    std::u16string machineName() const override {
+        wchar_t name[MAX_COMPUTERNAME_LENGTH + 1] = {};
+        DWORD length = MAX_COMPUTERNAME_LENGTH + 1;
+        return GetComputerNameW(name, &length) ? fromWide({name, length}) : std::u16string();
+    }
+    char16_t separator() const override { return u'\\'; }
+
+private:
+    std::u16string component_;
+};
+
+// The system's registered automation classes. COM must have been initialised on the calling thread. Each object's class
+// is looked up anew, in a manifest of the host, then in the registry.
+class MachineObjects : public Objects {
+public:
+    automation::ObjectRef create(std::u16string_view className) override {
+        CLSID identifier{};
+        if (FAILED(CLSIDFromProgID(wide(className).c_str(), &identifier))) {
+            raiseCannotCreate(className, u"the class is not registered");
+        }
+        ComPtr<IDispatch> dispatch;
+        const HRESULT result = CoCreateInstance(identifier, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER,
+                                                IID_IDispatch, dispatch.putVoid());
+        if (FAILED(result)) raiseCannotCreate(className, errorOf(result, nullptr).description());
+        return objectOf(dispatch.get());
+    }
+};
+
+class MachineGuids : public Guids {
+public:
+    std::u16string next() override {
+        GUID guid{};
+        wchar_t text[39] = {};
+        const bool made = SUCCEEDED(CoCreateGuid(&guid)) && StringFromGUID2(guid, text, 39) == 39;
+        if (!made) throw Error(5, kErrorSource, u"No new GUID");
+        return fromWide({text, 38});
+    }
+};
 
 }  // namespace
 
-automation::Date MachineClock::now() const {
+automation::Date localTime() {
     SYSTEMTIME time{};
     GetLocalTime(&time);
     return automation::dateFromFields({time.wYear, time.wMonth, time.wDay, time.wHour, time.wMinute, time.wSecond})
         .value_or(automation::Date{});
 }
 
-double MachineClock::timer() const {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+std::unique_ptr<Folders> machineFolders(std::u16string componentFolder) {
+    return std::make_unique<MachineFolders>(std::move(componentFolder));
 }
 
-MachineFolders::MachineFolders(std::u16string componentFolder)
-    : component_(componentFolder.empty() ? ownFolder() : withoutLastSeparator(std::move(componentFolder))) {}
-
-std::u16string MachineFolders::commonData() const {
-    wchar_t path[MAX_PATH] = {};
-    if (FAILED(SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, 0, path))) return {};
-    return withoutLastSeparator(fromWide(path));
+std::unique_ptr<Objects> machineObjects(const Registry&, std::vector<std::u16string>) {
+    return std::make_unique<MachineObjects>();
 }
 
-std::u16string MachineFolders::temporary() const {
-    wchar_t path[MAX_PATH + 2] = {};
-    const DWORD length = GetTempPathW(MAX_PATH + 2, path);
-    return length == 0 || length > MAX_PATH + 1 ? std::u16string() : withoutLastSeparator(fromWide({path, length}));
+std::unique_ptr<Guids> machineGuids() {
+    return std::make_unique<MachineGuids>();
 }
 
-std::u16string MachineFolders::machineName() const {
-    wchar_t name[MAX_COMPUTERNAME_LENGTH + 1] = {};
-    DWORD length = MAX_COMPUTERNAME_LENGTH + 1;
-    return GetComputerNameW(name, &length) ? fromWide({name, length}) : std::u16string();
+std::u16string ownFile() {
+    HMODULE module = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       reinterpret_cast<const wchar_t*>(&ownFile), &module);
+    std::wstring path(kLongestPath, L'\0');
+    path.resize(GetModuleFileNameW(module, path.data(), kLongestPath));
+    return fromWide(path);
 }
 
-std::u16string MachineGuids::next() {
-    GUID guid{};
-    wchar_t text[39] = {};
-    if (FAILED(CoCreateGuid(&guid)) || StringFromGUID2(guid, text, 39) != 39)
-        throw Error(5, kErrorSource, u"No new GUID");
-    return fromWide({text, 38});
+std::string lastSystemError() {
+    const DWORD number = GetLastError();
+    std::array<wchar_t, 512> text{};
+    const DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, number, 0,
+                                        text.data(), static_cast<DWORD>(text.size()), nullptr);
+    std::u16string message(reinterpret_cast<const char16_t*>(text.data()), length);
+    while (!message.empty() && (message.back() <= u' ' || message.back() == u'.')) message.pop_back();
+    return message.empty() ? "error " + std::to_string(number) : toUtf8(message);
 }
 
 }  // namespace velmor::platform

@@ -1,15 +1,14 @@
-#include "platform/win32/MachineFiles.h"
-
 #include <algorithm>
+#include <filesystem>
 #include <utility>
 
+#include "platform/Machine.h"
 #include "platform/win32/WideText.h"
 #include "platform/win32/Windows.h"
 
 namespace velmor::platform {
 namespace {
 
-constexpr std::int64_t kLargestFile = (std::int64_t{1} << 30) - 1;
 constexpr DWORD kLargestStep = 1 << 26;
 constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
@@ -117,52 +116,54 @@ bool isReadOnly(const std::wstring& path) {
     return refused;
 }
 
+class MachineFiles : public Files {
+public:
+    bool exists(std::u16string_view path) const override {
+        const DWORD attributes = GetFileAttributesW(nativePath(path).c_str());
+        return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+    }
+
+    std::optional<std::string> read(std::u16string_view path) const override {
+        File file(nativePath(path), GENERIC_READ, OPEN_EXISTING);
+        LARGE_INTEGER size{};
+        if (!file || !file.isOnDisk() || !GetFileSizeEx(file.get(), &size)) return std::nullopt;
+        if (static_cast<std::uint64_t>(size.QuadPart) > largestFile) return std::nullopt;
+        std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
+        return file.readAll(bytes) ? std::optional(std::move(bytes)) : std::nullopt;
+    }
+
+    // A device (NUL, CON) is written to directly.
+    bool write(std::u16string_view path, std::string_view bytes) override {
+        const std::wstring native = nativePath(path);
+        if (native.empty() || isFolder(native) || isReadOnly(native)) return false;
+        if (!isDevice(native)) return replaceFile(native, bytes);
+        File file(native, GENERIC_WRITE, OPEN_EXISTING);
+        return file && file.writeAll(bytes) && file.close();
+    }
+
+    bool create(std::u16string_view path) override {
+        return static_cast<bool>(File(nativePath(path), GENERIC_WRITE, CREATE_NEW));
+    }
+
+    bool append(std::u16string_view path, std::string_view bytes) override {
+        File file(nativePath(path), FILE_APPEND_DATA, OPEN_ALWAYS);
+        return file && file.writeAll(bytes) && file.close();
+    }
+
+    bool remove(std::u16string_view path) override { return DeleteFileW(nativePath(path).c_str()) != FALSE; }
+
+    bool makeFolder(std::u16string_view path) override {
+        const std::filesystem::path native = nativePath(path);
+        std::error_code failure;
+        std::filesystem::create_directories(native, failure);
+        return std::filesystem::is_directory(native, failure);
+    }
+};
+
 }  // namespace
 
-bool MachineFiles::exists(std::u16string_view path) const {
-    const DWORD attributes = GetFileAttributesW(nativePath(path).c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
-}
-
-std::optional<std::string> MachineFiles::read(std::u16string_view path) const {
-    File file(nativePath(path), GENERIC_READ, OPEN_EXISTING);
-    LARGE_INTEGER size{};
-    if (!file || !file.isOnDisk() || !GetFileSizeEx(file.get(), &size)) return std::nullopt;
-    if (size.QuadPart > kLargestFile) return std::nullopt;
-    std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
-    return file.readAll(bytes) ? std::optional(std::move(bytes)) : std::nullopt;
-}
-
-bool MachineFiles::write(std::u16string_view path, std::string_view bytes) {
-    const std::wstring native = nativePath(path);
-    if (native.empty() || isFolder(native) || isReadOnly(native)) return false;
-    if (!isDevice(native)) return replaceFile(native, bytes);
-    File file(native, GENERIC_WRITE, OPEN_EXISTING);
-    return file && file.writeAll(bytes) && file.close();
-}
-
-bool MachineFiles::create(std::u16string_view path) {
-    return static_cast<bool>(File(nativePath(path), GENERIC_WRITE, CREATE_NEW));
-}
-
-bool MachineFiles::append(std::u16string_view path, std::string_view bytes) {
-    File file(nativePath(path), FILE_APPEND_DATA, OPEN_ALWAYS);
-    return file && file.writeAll(bytes) && file.close();
-}
-
-bool MachineFiles::remove(std::u16string_view path) {
-    return DeleteFileW(nativePath(path).c_str()) != FALSE;
-}
-
-bool MachineFiles::makeFolder(std::u16string_view path) {
-    std::wstring native = nativePath(path);
-    std::replace(native.begin(), native.end(), L'/', L'\\');
-    // Each parent in turn: those that exist and a drive's or server's name fail harmlessly.
-    for (std::size_t at = native.find(L'\\', 1); at != native.npos; at = native.find(L'\\', at + 1)) {
-        CreateDirectoryW(native.substr(0, at).c_str(), nullptr);
-    }
-    if (!native.empty()) CreateDirectoryW(native.c_str(), nullptr);
-    return isFolder(native);
+std::unique_ptr<Files> machineFiles() {
+    return std::make_unique<MachineFiles>();
 }
 
 }  // namespace velmor::platform

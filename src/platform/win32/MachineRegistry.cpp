@@ -1,5 +1,4 @@
-#include "platform/win32/MachineRegistry.h"
-
+#include "platform/Machine.h"
 #include "platform/win32/WideText.h"
 #include "platform/win32/Windows.h"
 
@@ -35,53 +34,63 @@ bool isText(DWORD type) {
 }
 
 std::optional<std::u16string> readText(HKEY key, const std::wstring& name) {
+    constexpr DWORD texts = RRF_RT_REG_SZ | RRF_RT_REG_EXPAND_SZ | RRF_NOEXPAND;
     std::wstring data(128, L'\0');
     while (true) {
-        DWORD type = 0, bytes = static_cast<DWORD>(data.size() * sizeof(wchar_t));
-        const LSTATUS status =
-            RegQueryValueExW(key, name.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(data.data()), &bytes);
-        if (status != ERROR_SUCCESS && status != ERROR_MORE_DATA) return std::nullopt;
-        if (!isText(type)) return std::nullopt;
-        const bool complete = status == ERROR_SUCCESS;
-        data.resize((bytes + sizeof(wchar_t) - 1) / sizeof(wchar_t));
-        // The closing zero does not belong to the text, and may be absent.
-        if (complete) return fromWide(data.substr(0, data.find(L'\0')));
+        DWORD bytes = static_cast<DWORD>(data.size() * sizeof(wchar_t));
+        const LSTATUS status = RegGetValueW(key, nullptr, name.c_str(), texts, nullptr, data.data(), &bytes);
+        if (status == ERROR_SUCCESS) return fromWide(data.substr(0, data.find(L'\0')));
+        if (status != ERROR_MORE_DATA) return std::nullopt;
+        data.resize(bytes / sizeof(wchar_t) + 1);
     }
 }
+
+// HKEY_LOCAL_MACHINE, in the view of 32-bit programs.
+class MachineRegistry : public Registry {
+public:
+    std::optional<std::u16string> value(std::u16string_view key, std::u16string_view name) const override {
+        const Key open(key);
+        if (!open || holdsZero(name)) return std::nullopt;
+        return readText(open.get(), wide(name));
+    }
+
+    std::vector<std::u16string> valueNames(std::u16string_view key) const override {
+        std::vector<std::u16string> names;
+        const Key open(key);
+        std::wstring name(kLongestName, L'\0');
+        for (DWORD i = 0; open; ++i) {
+            DWORD length = kLongestName, type = 0;
+            if (RegEnumValueW(open.get(), i, name.data(), &length, nullptr, &type, nullptr, nullptr) != ERROR_SUCCESS)
+                break;
+            if (isText(type)) names.push_back(fromWide({name.data(), length}));
+        }
+        return names;
+    }
+
+    std::vector<std::u16string> subkeys(std::u16string_view key) const override {
+        std::vector<std::u16string> names;
+        const Key open(key);
+        std::wstring name(kLongestName, L'\0');
+        for (DWORD i = 0; open; ++i) {
+            DWORD length = kLongestName;
+            if (RegEnumKeyExW(open.get(), i, name.data(), &length, nullptr, nullptr, nullptr, nullptr) !=
+                ERROR_SUCCESS) {
+                break;
+            }
+            names.push_back(fromWide({name.data(), length}));
+        }
+        return names;
+    }
+};
 
 }  // namespace
 
-std::optional<std::u16string> MachineRegistry::value(std::u16string_view key, std::u16string_view name) const {
-    const Key open(key);
-    if (!open || holdsZero(name)) return std::nullopt;
-    return readText(open.get(), wide(name));
+std::u16string usualRegistryFile(const Files&) {
+    return {};
 }
 
-std::vector<std::u16string> MachineRegistry::valueNames(std::u16string_view key) const {
-    std::vector<std::u16string> names;
-    const Key open(key);
-    std::wstring name(kLongestName, L'\0');
-    for (DWORD i = 0; open; ++i) {
-        DWORD length = kLongestName, type = 0;
-        if (RegEnumValueW(open.get(), i, name.data(), &length, nullptr, &type, nullptr, nullptr) != ERROR_SUCCESS)
-            break;
-        if (isText(type)) names.push_back(fromWide({name.data(), length}));
-    }
-    return names;
-}
-
-std::vector<std::u16string> MachineRegistry::subkeys(std::u16string_view key) const {
-    std::vector<std::u16string> names;
-    const Key open(key);
-    std::wstring name(kLongestName, L'\0');
-    for (DWORD i = 0; open; ++i) {
-        DWORD length = kLongestName;
-        if (RegEnumKeyExW(open.get(), i, name.data(), &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) {
-            break;
-        }
-        names.push_back(fromWide({name.data(), length}));
-    }
-    return names;
+std::unique_ptr<Registry> machineRegistry() {
+    return std::make_unique<MachineRegistry>();
 }
 
 }  // namespace velmor::platform

@@ -5,8 +5,8 @@
 
 #include "automation/Convert.h"
 #include "platform/BytePicture.h"
-#include "platform/ClassTable.h"
 #include "platform/GuidText.h"
+#include "platform/Machine.h"
 #include "text/Compare.h"
 #include "text/Error.h"
 #include "text/ErrorSource.h"

@@ -1,0 +1,144 @@
+#include "platform/SystemServices.h"
+
+#include <chrono>
+#include <mutex>
+#include <unordered_map>
+#include <utility>
+
+#include "platform/Machine.h"
+#include "platform/RegistryFile.h"
+#include "text/Compare.h"
+#include "text/Encoding.h"
+#include "text/Error.h"
+#include "text/ErrorSource.h"
+
+namespace velmor::platform {
+namespace {
+
+class SystemClock : public Clock {
+public:
+    automation::Date now() const override { return localTime(); }
+    double timer() const override {
+        return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+    }
+};
+
+// The classes of registerClass by their names in lower case. Filled at start, read from any apartment.
+struct ClassTable {
+    std::mutex mutex;
+    std::unordered_map<std::u16string, ObjectFactory> factories;
+};
+ClassTable& classTable() {
+    static ClassTable* const instance = new ClassTable;  // outlives all users at the end of the program
+    return *instance;
+}
+
+class SystemObjects : public Objects {
+public:
+    explicit SystemObjects(std::unique_ptr<Objects> machine) : machine_(std::move(machine)) {}
+
+    automation::ObjectRef create(std::u16string_view className) override {
+        if (const ObjectFactory factory = factoryOf(className)) return make(className, factory);
+        if (!isClassName(className)) raiseCannotCreate(className, u"it is no class name");
+        return machine_->create(className);
+    }
+
+private:
+    static ObjectFactory factoryOf(std::u16string_view className) {
+        const std::scoped_lock lock(classTable().mutex);
+        const auto place = classTable().factories.find(lowerCase(className));
+        return place == classTable().factories.end() ? nullptr : place->second;
+    }
+    static automation::ObjectRef make(std::u16string_view className, const ObjectFactory& factory) {
+        automation::ObjectRef object;
+        try {
+            object = factory();
+        } catch (const std::exception& error) {
+            raiseCannotCreate(className, fromUtf8(error.what()));
+        }
+        if (!object) raiseCannotCreate(className, u"its factory made none");
+        return object;
+    }
+
+    std::unique_ptr<Objects> machine_;
+};
+
+std::u16string folderOf(const std::u16string& path) {
+    const std::size_t separator = path.find_last_of(u"/\\");
+    if (separator == path.npos) return u".";
+    return separator == 0 ? u"/" : path.substr(0, separator);
+}
+
+}  // namespace
+
+struct SystemServices::Parts {
+    explicit Parts(const SystemOptions& options)
+        : registryFile(options.registryFile.empty() ? usualRegistryFile(*files) : options.registryFile),
+          registry(loadRegistry(!options.registryFile.empty())),
+          folders(machineFolders(options.componentFolder.empty() ? folderOf(ownFile()) : options.componentFolder)),
+          objects(machineObjects(*registry, libraryFolders(options))) {}
+
+    std::unique_ptr<Registry> loadRegistry(bool required) {
+        if (registryFile.empty()) return machineRegistry();
+        const auto bytes = files->read(registryFile);
+        if (!bytes) {
+            std::u16string message = u"The registry file \"" + registryFile + u"\" cannot be read";
+            if (required) throw Error(53, kErrorSource, std::move(message));
+            warnings.push_back(std::move(message));
+            return machineRegistry();
+        }
+        auto loaded = std::make_unique<RegistryFile>(*bytes);
+        for (const auto& warning : loaded->warnings()) warnings.push_back(registryFile + u": " + warning);
+        return loaded;
+    }
+
+    std::vector<std::u16string> libraryFolders(const SystemOptions& options) const {
+        std::vector<std::u16string> result = options.handlerFolders;
+        if (!registryFile.empty()) result.insert(result.begin(), folderOf(registryFile));
+        result.push_back(folders->component());
+        return result;
+    }
+
+    std::vector<std::u16string> warnings;
+    std::unique_ptr<Files> files = machineFiles();
+    std::u16string registryFile;  // empty: none
+    std::unique_ptr<Registry> registry;
+    SystemClock clock;
+    std::unique_ptr<Folders> folders;
+    SystemObjects objects;
+    std::unique_ptr<Pictures> pictures = machinePictures(*files);
+    std::unique_ptr<Guids> guids = machineGuids();
+    Services services{*registry, *files, clock, *folders, objects, *pictures, *guids};
+};
+
+SystemServices::SystemServices(const SystemOptions& options) : parts_(std::make_unique<Parts>(options)) {}
+SystemServices::~SystemServices() = default;
+
+Services& SystemServices::services() {
+    return parts_->services;
+}
+
+const std::vector<std::u16string>& SystemServices::warnings() const {
+    return parts_->warnings;
+}
+
+void registerClass(std::u16string_view className, ObjectFactory factory) {
+    const std::scoped_lock lock(classTable().mutex);
+    classTable().factories[lowerCase(className)] = std::move(factory);
+}
+
+bool isClassName(std::u16string_view className) {
+    return !className.empty() && className.find_first_of(std::u16string_view(u"{}\\/:!\0", 7)) == className.npos;
+}
+
+void raiseCannotCreate(std::u16string_view className, std::u16string_view reason) {
+    throw Error(429, kErrorSource,
+                std::u16string(u"Cannot create object \"").append(className) + u"\": " + std::u16string(reason));
+}
+
+Services& systemServices() {
+    static auto* const instance = new SystemServices;  // objects may use services until the end of the program
+    return instance->services();
+}
+
+}  // namespace velmor::platform
