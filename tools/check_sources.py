@@ -16,7 +16,8 @@ ALLOWED["common"] = ALLOWED["platform"] + ["platform"]
 ALLOWED["properties"] = ALLOWED["common"] + ["common"]
 ALLOWED["rtf"] = ALLOWED["handlers"] = ALLOWED["direct"] = ALLOWED["properties"] + ["properties"]
 ALLOWED["core"] = ALLOWED["rtf"] + ["rtf", "handlers", "direct"]
-ALLOWED["com"] = ALLOWED["cli"] = ALLOWED["core"] + ["core"]
+ALLOWED["check"] = ALLOWED["core"] + ["core"]
+ALLOWED["com"] = ALLOWED["cli"] = ALLOWED["check"] + ["check"]
 
 # The rooms within rtf, in the same manner.
 RTF_ALLOWED = {"read": [], "edit": ["read"]}

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <map>
 #include <memory>
 #include <sstream>
 
@@ -22,6 +23,7 @@ Examples:
   velmor eval invoice.rtf -o out.rtf --properties invoice.properties
   echo 'Dear <KV:TAG>PROPERTY:name=all:</KV>' | velmor eval --property name=Zoe
   velmor clean out.rtf terms.rtf -o letter.rtf
+  velmor check invoice.rtf
   velmor tags --json invoice.rtf
   velmor props invoice.properties
   velmor handlers
@@ -45,6 +47,17 @@ Examples:
   velmor clean evaluated.rtf -o out.rtf
   velmor clean letter.rtf terms.rtf appendix.rtf -o mailing.rtf
   velmor eval invoice.rtf --properties invoice.properties | velmor clean - > out.rtf)";
+
+constexpr const char* checkFooter = R"(
+Nothing is evaluated; included files are checked as well. Each mistake is a line with its place and its
+code, KV101 for example; docs/diagnostics.md describes the codes. With properties, those that a template
+reads and nothing sets are mistakes, too.
+
+Examples:
+  velmor check letter.rtf invoice.rtf
+  velmor check invoice.rtf --properties invoice.properties --registry handlers.reg
+  velmor check --format sarif letter.rtf > letter.sarif
+  velmor check letter.rtf --fix repaired.rtf)";
 
 constexpr const char* tagsFooter = R"(
 Each tag is listed with the position of its opening marker, from 1.
@@ -133,23 +146,44 @@ void addSystem(CLI::App& command, platform::SystemOptions& system) {
 #endif
 }
 
+// The properties that a template is evaluated with, and how its files are found and read.
+void addTemplateOptions(CLI::App& command, TemplateOptions& options) {
+    command.add_option("--property", options.properties, "Set a property to a text; may be repeated")
+        ->type_name("name=value")
+        ->allow_extra_args(false)
+        ->take_all()
+        ->check(CLI::Validator(checkAssignment, ""));
+    command.add_option("--properties", options.propertyFile, "Read properties from this property file")
+        ->type_name("FILE");
+    addPasswordFile(command, options.passwordFile)->needs("--properties");
+    command.add_option("--include-path", options.includePath, "The folder of included files (the property \"Path\")")
+        ->type_name("DIR");
+    addEncoding(command, options.encoding);
+}
+
 void addEval(CLI::App& app, CommandLine& line) {
     const auto [command, options] = addCommand(app, line, "eval", "Evaluate a template", evalFooter, runEval);
     command->add_option("TEMPLATE", options.input, "The template; - or nothing: standard input")->type_name("");
     command->add_option("-o,--output", options.output, "Write the result to this file, whole or not at all")
         ->type_name("OUT");
-    command->add_option("--property", options.properties, "Set a property to a text; may be repeated")
-        ->type_name("name=value")
-        ->allow_extra_args(false)
-        ->take_all()
-        ->check(CLI::Validator(checkAssignment, ""));
-    command->add_option("--properties", options.propertyFile, "Read properties from this property file")
-        ->type_name("FILE");
-    addPasswordFile(*command, options.passwordFile)->needs("--properties");
-    command->add_option("--include-path", options.includePath, "The folder of included files (the property \"Path\")")
-        ->type_name("DIR");
+    addTemplateOptions(*command, options);
     command->add_flag("--exact", options.exact, "Include RTF exactly as the component does, without its tolerance");
-    addEncoding(*command, options.encoding);
+    addSystem(*command, line.system);
+}
+
+void addCheck(CLI::App& app, CommandLine& line) {
+    const auto [command, options] = addCommand(app, line, "check", "Find the mistakes of templates without evaluating them",
+                                               checkFooter, runCheck);
+    command->add_option("TEMPLATE", options.inputs, "The templates; - or nothing: standard input")->type_name("");
+    const std::map<std::string, CheckFormat> formats = {{"text", CheckFormat::text},
+                                                        {"json", CheckFormat::json},
+                                                        {"sarif", CheckFormat::sarif},
+                                                        {"github", CheckFormat::github}};
+    command->add_option("--format", options.format, "How to print what was found (default: text)")
+        ->type_name("text|json|sarif|github")
+        ->transform(CLI::Transformer(formats));
+    command->add_option("--fix", options.fixed, "Write the template with repaired tags to this file")->type_name("OUT");
+    addTemplateOptions(*command, options);
     addSystem(*command, line.system);
 }
 
@@ -228,7 +262,7 @@ void answer(const CLI::App& app, const CLI::ParseError& outcome) {
     std::string what = outcome.what();
     if (app.get_subcommands().empty()) {
         const auto unknown = app.remaining();
-        what = unknown.empty() ? "no command; there are eval, clean, tags, props, handlers and log"
+        what = unknown.empty() ? "no command; there are eval, clean, check, tags, props, handlers and log"
                                : "there is no command '" + unknown.front() + "'";
     }
     throw Failure(exitUsage, what + " (velmor --help says more)");
@@ -243,7 +277,7 @@ std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& argu
     app.require_subcommand(1);
     app.footer(programFooter);
     CommandLine line;
-    for (const auto add : {addEval, addClean, addTags, addProps, addHandlers, addLog}) add(app, line);
+    for (const auto add : {addEval, addClean, addCheck, addTags, addProps, addHandlers, addLog}) add(app, line);
     try {
         app.parse(withoutHelpCommand(app, decodedBackwards(arguments)));
     } catch (const CLI::ParseError& outcome) {

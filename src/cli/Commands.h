@@ -1,12 +1,12 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "cli/Documents.h"
 #include "cli/Failure.h"
 #include "cli/PropertyFile.h"
+#include "cli/TemplateInput.h"
 #include "platform/Services.h"
 
 namespace velmor::cli {
@@ -14,19 +14,21 @@ namespace velmor::cli {
 // The commands, each with its options. All texts are UTF-8; an input that is empty or "-" is standard
 // input, an output standard output. A command throws Failure when it cannot do its work.
 
-struct EvalOptions {
-    std::string input, output;
-    EncodingChoice encoding = EncodingChoice::automatic;
-    std::string propertyFile;                // in the text form of a property collection; empty: none
-    std::string passwordFile;                // of the property file; empty: none
-    std::vector<std::string> properties;     // "name=value": texts, which replace those of the file
-    std::optional<std::string> includePath;  // the property "Path", which replaces either
-    bool exact = false;                      // not tolerant, whatever the properties are
+struct EvalOptions : TemplateOptions {
+    std::string output;
 };
-// Evaluates a template and writes the result. Sets the property "kvTag.RTF Tolerant" when it is absent.
-// When "Path" is absent, included files are searched in the template's folder (for standard input, in the
-// current folder). Reports the entries of the error log.
+// Evaluates a template and writes the result. Reports the entries of the error log.
 ExitCode runEval(platform::Services& services, const EvalOptions& options);
+
+enum class CheckFormat { text, json, sarif, github };
+struct CheckOptions : TemplateOptions {
+    std::vector<std::string> inputs;  // take the place of `input`
+    CheckFormat format = CheckFormat::text;
+    std::string fixed;  // where the repaired template goes; empty: nowhere
+};
+// Prints the mistakes of templates without evaluating them; with `fixed`, those of the one template after its tags
+// were repaired.
+ExitCode runCheck(platform::Services& services, const CheckOptions& options);
 
 struct CleanCommandOptions {
     std::vector<std::string> inputs;  // at least one

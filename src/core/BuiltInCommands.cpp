@@ -34,10 +34,6 @@ bool isAbsolute(std::u16string_view path, char16_t separator) noexcept {
     return path.size() > 2 && path[1] == u':' && (path[2] == u'\\' || path[2] == u'/');
 }
 
-bool isListFile(std::u16string_view path) {
-    return path.size() >= 4 && equalIgnoringCase(path.substr(path.size() - 4), u".kvl");
-}
-
 constexpr std::u16string_view kWhiteSpaceAndNul(u" \t\r\n\v\f\0", 7);
 
 // "{\rtf" with another version number, or none, becomes "{\rtf1".
@@ -61,8 +57,8 @@ struct BuiltInCommands::Command {
     std::u16string (BuiltInCommands::*answer)(privProperties& elements) const;
 };
 
-const BuiltInCommands::Command* BuiltInCommands::find(std::u16string_view psCommand) noexcept {
-    static constexpr Command kCommands[] = {
+const std::vector<BuiltInCommands::Command>& BuiltInCommands::commands() {
+    static const std::vector<Command> all = {
         {u"@DESCRIPTION", u"Pellmar Quillmarc", nullptr},  // the "c" is meant
         {u"@VERSION", u"1", nullptr},
         {u"@DLL VERSION", kVersionText, nullptr},
@@ -78,10 +74,30 @@ const BuiltInCommands::Command* BuiltInCommands::find(std::u16string_view psComm
         {u"PRIVVAR", u"", &BuiltInCommands::privateVariable},
         {u"PRIVSTRCATDUMP", u"", &BuiltInCommands::dumpPrivateVariable},
     };
-    for (const Command& command : kCommands) {
+    return all;
+}
+
+const BuiltInCommands::Command* BuiltInCommands::find(std::u16string_view psCommand) {
+    for (const Command& command : commands()) {
         if (command.name == psCommand) return &command;
     }
     return nullptr;
+}
+
+std::vector<std::u16string> BuiltInCommands::names() {
+    std::vector<std::u16string> names;
+    for (const Command& command : commands()) names.emplace_back(command.name);
+    return names;
+}
+
+std::u16string BuiltInCommands::pathOf(std::u16string_view psFile, std::u16string folder, char16_t separator) {
+    if (isAbsolute(psFile, separator)) return std::u16string(psFile);
+    if (!folder.ends_with(u'\\') && !folder.ends_with(separator)) folder += separator;
+    return folder.append(psFile);
+}
+
+bool BuiltInCommands::isListFile(std::u16string_view path) {
+    return path.size() >= 4 && equalIgnoringCase(path.substr(path.size() - 4), u".kvl");
 }
 
 std::u16string BuiltInCommands::run() const {
@@ -157,11 +173,8 @@ std::u16string BuiltInCommands::commandValue(privProperties& elements) const {
 }
 
 std::u16string BuiltInCommands::fullPath(std::u16string_view psFile) const {
-    const char16_t separator = services_.folders.separator();
-    if (isAbsolute(psFile, separator)) return std::u16string(psFile);
-    std::u16string path = context_->properties.getText(kPathProperty, Variant(services_.folders.component()));
-    if (!path.ends_with(u'\\') && !path.ends_with(separator)) path += separator;
-    return path.append(psFile);
+    std::u16string folder = context_->properties.getText(kPathProperty, Variant(services_.folders.component()));
+    return pathOf(psFile, std::move(folder), services_.folders.separator());
 }
 
 std::u16string BuiltInCommands::include(privProperties& elements) const {

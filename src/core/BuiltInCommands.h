@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/TagContext.h"
 #include "handlers/ITag4.h"
@@ -32,9 +33,17 @@ public:
     static std::optional<std::u16string_view> property(std::u16string_view psName, const TagContext& context,
                                                        std::u16string& text);
 
+    // The names of all commands, in upper case.
+    static std::vector<std::u16string> names();
+    // Where INCLUDE finds a file: in the folder, unless its name has a path of its own.
+    static std::u16string pathOf(std::u16string_view psFile, std::u16string folder, char16_t separator);
+    // Whether INCLUDE takes one entry of the file rather than its text.
+    static bool isListFile(std::u16string_view path);
+
 private:
     struct Command;
-    static const Command* find(std::u16string_view psCommand) noexcept;
+    static const std::vector<Command>& commands();
+    static const Command* find(std::u16string_view psCommand);
 
     std::u16string setProperty(privProperties& elements) const;
     std::u16string property(privProperties& elements) const;

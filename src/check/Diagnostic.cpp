@@ -1,0 +1,69 @@
+#include "check/Diagnostic.h"
+
+#include <algorithm>
+
+#include "rtf/read/RtfReader.h"
+
+namespace velmor {
+
+namespace {
+
+struct Rule {
+    DiagnosticCode code;
+    Severity severity;
+    std::u16string_view title;
+};
+
+constexpr Rule kRules[] = {
+    {DiagnosticCode::swallowsTags, Severity::error, u"A tag is closed by the marker of another"},
+    {DiagnosticCode::neverClosed, Severity::error, u"An opening marker is never closed"},
+    {DiagnosticCode::closingWithoutOpening, Severity::error, u"A closing marker has no opening marker"},
+    {DiagnosticCode::cutByRtf, Severity::error, u"Formatting cuts a tag"},
+    {DiagnosticCode::lineBreakInTag, Severity::warning, u"A line break of the source lies in a tag"},
+    {DiagnosticCode::curlyQuote, Severity::warning, u"A tag contains a curly quote"},
+    {DiagnosticCode::escapedCharacter, Severity::warning, u"A tag contains an escaped character"},
+    {DiagnosticCode::noHandler, Severity::error, u"A tag names no handler"},
+    {DiagnosticCode::damagedMarker, Severity::warning, u"A text resembles a marker"},
+    {DiagnosticCode::unknownHandler, Severity::error, u"A handler is not registered"},
+    {DiagnosticCode::unknownCommand, Severity::error, u"A handler does not have the command"},
+    {DiagnosticCode::unknownParameter, Severity::warning, u"A command does not have the parameter"},
+    {DiagnosticCode::unsuitableValue, Severity::warning, u"A parameter does not take the value"},
+    {DiagnosticCode::unsetProperty, Severity::error, u"Nothing sets a property that has no default"},
+    {DiagnosticCode::similarPropertySet, Severity::warning, u"A property is not set, but one of a similar name is"},
+    {DiagnosticCode::missingInclude, Severity::error, u"An included file does not exist"},
+    {DiagnosticCode::missingEntry, Severity::error, u"A list file does not have the entry"},
+    {DiagnosticCode::includeCircle, Severity::error, u"Files include each other in a circle"},
+    {DiagnosticCode::binaryInclude, Severity::error, u"A binary file is included as text"},
+    {DiagnosticCode::tooDeep, Severity::error, u"Tags are nested too deep"},
+    {DiagnosticCode::damagedGroups, Severity::error, u"Braces of an RTF document do not match"},
+    {DiagnosticCode::damagedTable, Severity::warning, u"A table row is damaged"},
+};
+
+const Rule& ruleOf(DiagnosticCode code) noexcept {
+    return *std::find_if(std::begin(kRules), std::end(kRules), [&](const Rule& rule) { return rule.code == code; });
+}
+
+}  // namespace
+
+Severity severityOf(DiagnosticCode code) noexcept {
+    return ruleOf(code).severity;
+}
+
+std::u16string codeText(DiagnosticCode code) {
+    return u"KV" + decimal(static_cast<std::int64_t>(code));
+}
+
+std::u16string_view titleOf(DiagnosticCode code) noexcept {
+    return ruleOf(code).title;
+}
+
+const std::vector<DiagnosticCode>& allDiagnosticCodes() {
+    static const std::vector<DiagnosticCode> codes = [] {
+        std::vector<DiagnosticCode> all;
+        for (const Rule& rule : kRules) all.push_back(rule.code);
+        return all;
+    }();
+    return codes;
+}
+
+}  // namespace velmor

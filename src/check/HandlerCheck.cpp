@@ -1,0 +1,110 @@
+#include "check/HandlerCheck.h"
+
+#include <algorithm>
+
+#include "check/Suggestion.h"
+#include "core/BuiltInCommands.h"
+#include "handlers/ITag4.h"
+#include "text/Compare.h"
+
+namespace velmor {
+
+namespace {
+
+// The items of a list, each of which ends with ":".
+std::vector<std::u16string> itemsOf(std::u16string_view list) {
+    std::vector<std::u16string> items;
+    for (std::size_t begin = 0; begin < list.size();) {
+        const std::size_t end = std::min(list.find(u':', begin), list.size());
+        if (end > begin) items.emplace_back(list.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return items;
+}
+
+bool contains(const std::vector<std::u16string>& names, std::u16string_view name) {
+    return std::any_of(names.begin(), names.end(), [&](const auto& each) { return equalIgnoringCase(each, name); });
+}
+
+}  // namespace
+
+void HandlerCheck::check(const TagParts& tag) {
+    if (!isLiteral(tag.handler()) || !isLiteral(tag.command())) return;
+    Handler& handler = handlerOf(tag.handler());
+    if (!handler.isKnown) {
+        found_.add(DiagnosticCode::unknownHandler, tag.file(), tag.tag(), u"no handler " + tag.handler() + u" is registered",
+                   didYouMean(tag.handler(), allHandlers()));
+        return;
+    }
+    if (handler.commands.empty()) return;
+    if (!contains(handler.commands, tag.command())) {
+        const std::u16string message = tag.command().empty()
+                                           ? u"the tag names no command of " + tag.handler()
+                                           : u"handler " + tag.handler() + u" has no command " + tag.command();
+        found_.add(DiagnosticCode::unknownCommand, tag.file(), tag.tag(), message,
+                   didYouMean(tag.command(), handler.commands));
+        return;
+    }
+    checkParameters(tag, parametersOf(handler, tag));
+}
+
+HandlerCheck::Handler& HandlerCheck::handlerOf(const std::u16string& name) {
+    const auto [place, isNew] = handlers_.try_emplace(name);
+    Handler& handler = place->second;
+    if (!isNew) return handler;
+    if (name == BuiltInCommands::handler) {
+        handler.isKnown = true;
+        handler.commands = BuiltInCommands::names();
+    } else {
+        handler.isKnown = info_.TagRegistered(name);
+        if (handler.isKnown) handler.commands = itemsOf(info_.CommandList(name));
+    }
+    return handler;
+}
+
+const std::vector<HandlerCheck::Parameter>& HandlerCheck::parametersOf(Handler& handler, const TagParts& tag) {
+    const auto [place, isNew] = handler.parameters.try_emplace(tag.command());
+    if (!isNew) return place->second;
+    for (const std::u16string& item : itemsOf(info_.ParameterList(tag.handler(), tag.command()))) {
+        const std::u16string name = item.substr(0, item.find(u'='));
+        place->second.push_back({name, itemsOf(info_.ParameterValueList(tag.handler(), tag.command(), name))});
+    }
+    return place->second;
+}
+
+std::vector<std::u16string> HandlerCheck::allHandlers() {
+    std::vector<std::u16string> names = itemsOf(info_.HandlerListString());
+    for (const std::u16string& group : services_.registry.subkeys(kSubHandlersKey)) {
+        for (const std::u16string& name : itemsOf(info_.HandlerListString2(group, false))) {
+            names.push_back(group + u'-' + name);
+        }
+    }
+    return names;
+}
+
+// The built-in commands take a name of the author's first, where they take parameters.
+void HandlerCheck::checkParameters(const TagParts& tag, const std::vector<Parameter>& parameters) {
+    if (parameters.empty()) return;
+    const bool isBuiltIn = tag.handler() == BuiltInCommands::handler;
+    std::vector<std::u16string> names;
+    for (const Parameter& parameter : parameters) names.push_back(parameter.name);
+    for (std::int32_t index = TagParts::kFirstParameter + (isBuiltIn ? 1 : 0); index <= tag.elements().Count(); ++index) {
+        const PropertyRef element = tag.elements().Item(index);
+        const std::u16string name = element->Name();
+        if (name.empty() || !isLiteral(name)) continue;
+        if (!contains(names, name)) {
+            found_.add(DiagnosticCode::unknownParameter, tag.file(), tag.tag(),
+                       u"command " + tag.command() + u" has no parameter " + name, didYouMean(name, names));
+            continue;
+        }
+        const auto known = std::find_if(parameters.begin(), parameters.end(),
+                                        [&](const Parameter& each) { return equalIgnoringCase(each.name, name); });
+        const std::u16string value = element->ValueStr();
+        if (known->values.empty() || !isLiteral(value) || contains(known->values, value)) continue;
+        found_.add(DiagnosticCode::unsuitableValue, tag.file(), tag.tag(),
+                   u"parameter " + name + u" does not take the value \"" + value + u"\"",
+                   didYouMean(value, known->values));
+    }
+}
+
+}  // namespace velmor

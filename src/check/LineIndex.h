@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace velmor {
+
+// Lines and columns of a text. A line ends with CR LF, CR or LF. Built in one pass; a look-up costs the logarithm of
+// the number of lines.
+class LineIndex {
+public:
+    explicit LineIndex(std::u16string_view text);
+
+    // Line and column of a 0-based index, both from 1.
+    std::pair<std::size_t, std::size_t> at(std::size_t index) const noexcept;
+
+private:
+    std::vector<std::size_t> starts_{0};
+};
+
+}  // namespace velmor

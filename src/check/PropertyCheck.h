@@ -1,0 +1,52 @@
+#pragma once
+
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "check/DiagnosticList.h"
+#include "check/TagParts.h"
+
+namespace velmor {
+
+// A property that a template reads.
+struct PropertyUse {
+    std::u16string name;
+    bool hasDefault = false;
+    automation::Variant value;  // the default; tags in it are not evaluated
+};
+
+// Notes the properties that a template reads and sets; finds, when all of its files are read, those that nothing sets.
+class PropertyCheck {
+public:
+    // `given`: the properties that the host sets; null when they are not known. Nothing is then reported.
+    PropertyCheck(std::shared_ptr<privProperties> given, DiagnosticList& found)
+        : given_(std::move(given)), found_(found) {}
+
+    void read(const TagParts& tag);
+    void set(const TagParts& tag);
+
+    // The value that a property has wherever the template reads it; nothing when that is not known.
+    std::optional<std::u16string> knownValue(std::u16string_view name) const;
+    bool isSetByTemplate(std::u16string_view name) const;
+
+    // Each file that a tag came from must still be there.
+    void reportUnset();
+    // In the order of their first use, each name once, without regard to case.
+    std::vector<PropertyUse> uses() const;
+
+private:
+    struct Read {
+        const TemplateFile* file;
+        const TemplateTag* tag;
+        PropertyUse use;
+    };
+
+    std::shared_ptr<privProperties> given_;
+    DiagnosticList& found_;
+    std::vector<Read> reads_;
+    std::set<std::u16string> set_;  // in upper case
+};
+
+}  // namespace velmor

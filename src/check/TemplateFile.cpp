@@ -1,0 +1,37 @@
+#include "check/TemplateFile.h"
+
+#include <utility>
+
+namespace velmor {
+
+TemplateFile::TemplateFile(std::u16string name, std::u16string source, std::vector<SourcePlace> includedFrom)
+    : name_(std::move(name)),
+      source_(std::move(source)),
+      includedFrom_(std::move(includedFrom)),
+      lines_(source_),
+      stories_(readStories(source_)) {
+    for (std::uint32_t story = 0; story < stories_.size(); ++story) findTags(story);
+}
+
+void TemplateFile::findTags(std::uint32_t story) {
+    std::vector<std::uint32_t> around;
+    const auto leave = [&] {
+        tags_[around.back()].next = static_cast<std::uint32_t>(tags_.size());
+        around.pop_back();
+    };
+    for (const TagSpan& span : findMarkerPairs(stories_[story].text())) {
+        while (!around.empty() && tags_[around.back()].span.close < span.open) leave();
+        const std::uint32_t parent = around.empty() ? TemplateTag::kNone : around.back();
+        const auto index = static_cast<std::uint32_t>(tags_.size());
+        tags_.push_back({story, span, parent, static_cast<std::uint32_t>(around.size()), index + 1});
+        if (span.complete()) around.push_back(index);
+    }
+    while (!around.empty()) leave();
+}
+
+SourcePlace TemplateFile::placeOf(std::size_t index) const {
+    const auto [line, column] = lines_.at(index);
+    return {name_, index + 1, line, column};
+}
+
+}  // namespace velmor

@@ -1,0 +1,249 @@
+#include "check/VisibleText.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "rtf/read/CodePages.h"
+#include "rtf/read/WordTable.h"
+#include "text/RtfStart.h"
+
+namespace velmor {
+
+// ---- A story
+
+void Story::add(char16_t unit, TextRange source) {
+    text_ += unit;
+    begins_.push_back(static_cast<std::uint32_t>(source.begin));
+    ends_.push_back(static_cast<std::uint32_t>(source.end));
+}
+
+void Story::endParagraph(bool inTable) {
+    Paragraph ended = next_;
+    ended.end = text_.size();
+    if (inTable) {
+        if (next_.table == 0) ended.table = next_.table = ++tables_;
+    } else {
+        ended.table = next_.table = 0;
+        next_.row = next_.cell = 1;
+        ++next_.number;
+    }
+    paragraphs_.push_back(ended);
+}
+
+void Story::endCell() {
+    endParagraph(true);
+    ++next_.cell;
+}
+
+void Story::endRow() {
+    ++next_.row;
+    next_.cell = 1;
+}
+
+std::u16string Story::placeOf(std::size_t index) const {
+    if (name_.empty()) return {};
+    const auto found = std::upper_bound(paragraphs_.begin(), paragraphs_.end(), index,
+                                        [](std::size_t at, const Paragraph& each) { return at < each.end; });
+    const Paragraph& place = found == paragraphs_.end() ? next_ : *found;
+    if (place.table == 0) return name_ + u", paragraph " + decimal(place.number);
+    return name_ + u", table " + decimal(place.table) + u", row " + decimal(place.row) + u", cell " +
+           decimal(place.cell);
+}
+
+// ---- Reading
+
+namespace {
+
+// What some words and bytes show.
+struct ShownWord {
+    std::u16string_view letters;
+    char16_t unit;
+};
+constexpr ShownWord kShownWords[] = {
+    {u"lquote", u'\x2018'}, {u"rquote", u'\x2019'}, {u"ldblquote", u'\x201C'}, {u"rdblquote", u'\x201D'},
+    {u"bullet", u'\x2022'}, {u"endash", u'\x2013'}, {u"emdash", u'\x2014'},    {u"tab", u'\t'},
+    {u"line", u'\n'},       {u"emspace", u' '},     {u"enspace", u' '},        {u"qmspace", u' '},
+};
+constexpr char16_t kObject = u'\xFFFC';
+
+std::u16string storyName(std::u16string_view letters) {
+    if (letters.starts_with(u"header")) return u"header";
+    if (letters.starts_with(u"footer")) return u"footer";
+    if (letters == u"footnote") return u"footnote";
+    if (letters == u"annotation") return u"comment";
+    if (letters == u"shptxt" || letters == u"dptxbxtext") return u"text box";
+    if (letters == u"shprslt") return u"drawing";
+    if (letters == u"fldinst") return u"field code";
+    return u"group \\" + std::u16string(letters);
+}
+
+class StoryReader {
+public:
+    explicit StoryReader(std::u16string_view source)
+        : source_(source), page_(findCodePage(codePageOfDocument(source, kRtfStart.size()))) {}
+
+    std::vector<Story> read();
+
+private:
+    struct Group {
+        std::size_t story;
+        std::int32_t fallback = 1;  // the characters after \uN that are not read
+        bool inTable = false;
+        bool hidden = false;
+    };
+
+    void open();
+    void close();
+    void takeWord(const ControlWord& word);
+    void takePlain(std::size_t begin, std::size_t end);
+    std::size_t takeSymbol(std::size_t index);
+    void show(char16_t unit, TextRange source);
+    void endParagraph(Word word, TextRange source);
+    Group& group() { return groups_.back(); }
+    Story& story() { return stories_[group().story]; }
+
+    std::u16string_view source_;
+    const CodePage* page_;  // null for one of several bytes a character
+    std::vector<Story> stories_{Story(u"page text")};
+    std::vector<Group> groups_{Group{0}};
+    std::size_t at_ = 0;       // how far the source is read
+    std::int32_t toSkip_ = 0;  // characters that stand in for a \uN
+};
+
+std::vector<Story> StoryReader::read() {
+    RtfReader reader(source_, 0, source_.size(), true);
+    while (reader.next()) {
+        if (reader.position() < at_) continue;
+        takePlain(at_, reader.position());
+        at_ = reader.position() + 1;
+        if (reader.opens()) {
+            open();
+        } else if (reader.closes()) {
+            close();
+        } else {
+            takeWord(reader.word());
+        }
+        reader.goOnAt(at_);
+    }
+    takePlain(at_, source_.size());
+    return std::move(stories_);
+}
+
+void StoryReader::open() {
+    const std::size_t brace = at_ - 1;
+    toSkip_ = 0;
+    Group inner = group();
+    const GroupOpening opening = readOpening(source_, brace);
+    const WordMeaning meaning = meaningOf(opening.letters);
+    const bool isPicture = opening.letters == u"pict" || opening.letters == u"objdata";
+    const bool isApart = meaning.is(WordTrait::apartGroup);
+    const bool isHidden = !isApart && (meaning.is(WordTrait::hiddenGroup) || isPicture ||
+                                       (opening.ignorable && opening.letters != u"shppict"));
+    if (isPicture || (isHidden && !inner.hidden)) {
+        const std::size_t end = std::min(findGroupEnd(source_, at_, true), source_.size());
+        const std::size_t angle = source_.substr(0, end).find(u'<', at_);
+        if (isPicture || angle == source_.npos) {
+            at_ = std::min(end + 1, source_.size());
+            return;
+        }
+    }
+    if (isApart || isHidden) {
+        inner = {stories_.size(), 1, false, isHidden || inner.hidden};
+        stories_.emplace_back(storyName(opening.letters));
+    }
+    groups_.push_back(inner);
+}
+
+void StoryReader::close() {
+    toSkip_ = 0;
+    if (groups_.size() > 1) groups_.pop_back();
+}
+
+void StoryReader::show(char16_t unit, TextRange source) {
+    if (toSkip_ > 0) {
+        --toSkip_;
+        return story().extend(source.end);
+    }
+    story().add(unit, source);
+}
+
+void StoryReader::endParagraph(Word word, TextRange source) {
+    story().add(u'\n', source);
+    if (word == Word::row || word == Word::nestrow) {
+        if (word == Word::row) story().endRow();
+    } else if (word == Word::cell) {
+        story().endCell();
+    } else {
+        story().endParagraph(group().inTable || word == Word::nestcell);
+    }
+}
+
+void StoryReader::takeWord(const ControlWord& word) {
+    const TextRange range{word.begin, endWithBlank(source_, word)};
+    at_ = std::max(range.end, skipBinary(source_, word.begin));
+    const WordMeaning meaning = meaningOf(word.letters);
+    if (word.letters == u"u" && !word.number.empty()) {
+        toSkip_ = 0;
+        show(static_cast<char16_t>(numberOf(word.number)), {word.begin, word.end});
+        toSkip_ = group().fallback;
+        return;
+    }
+    if (word.letters == u"uc") group().fallback = std::max(0, numberOf(word.number));
+    if (meaning.word == Word::intbl) group().inTable = true;
+    if (meaning.word == Word::pard) group().inTable = false;
+    if (meaning.is(WordTrait::endsParagraph)) return endParagraph(meaning.word, range);
+    for (const ShownWord& each : kShownWords) {
+        if (each.letters == word.letters) return show(each.unit, range);
+    }
+    if (meaning.is(WordTrait::shown)) show(kObject, range);
+}
+
+// Text without braces and words; symbols are in it.
+void StoryReader::takePlain(std::size_t begin, std::size_t end) {
+    for (std::size_t i = begin; i < end;) {
+        const char16_t unit = source_[i];
+        if (unit == u'\\') {
+            i = takeSymbol(i);
+            continue;
+        }
+        if (unit != u'\r' && unit != u'\n' && unit != u'\0') show(unit, {i, i + 1});
+        ++i;
+    }
+}
+
+std::size_t StoryReader::takeSymbol(std::size_t index) {
+    const std::size_t end = std::min(index + 2, source_.size());
+    const char16_t symbol = end == index + 2 ? source_[index + 1] : u'\0';
+    if (symbol == u'\'') {
+        const std::int32_t byte = byteAt(source_, index);
+        const std::size_t after = std::min(index + 4, source_.size());
+        if (byte < 0) return end;
+        show(page_ != nullptr ? page_->meaning(static_cast<std::uint8_t>(byte)) : u'\xFFFD', {index, after});
+        return after;
+    }
+    if (symbol == u'\r' || symbol == u'\n') {
+        endParagraph(Word::par, {index, end});
+    } else if (symbol == u'~') {
+        show(u'\xA0', {index, end});
+    } else if (symbol == u'_') {
+        show(u'\x2011', {index, end});
+    } else if (isShownSymbol(symbol)) {
+        show(symbol, {index, end});
+    }
+    return end;
+}
+
+std::vector<Story> plainStory(std::u16string_view source) {
+    std::vector<Story> stories{Story({})};
+    for (std::size_t i = 0; i < source.size(); ++i) stories[0].add(source[i], {i, i + 1});
+    return stories;
+}
+
+}  // namespace
+
+std::vector<Story> readStories(std::u16string_view source) {
+    const bool isRtf = source.size() >= kRtfStart.size() && documentStandsAt(source, 0);
+    return isRtf ? StoryReader(source).read() : plainStory(source);
+}
+
+}  // namespace velmor

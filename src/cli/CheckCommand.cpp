@@ -1,0 +1,49 @@
+#include "check/TagRepair.h"
+#include "check/TemplateCheck.h"
+#include "cli/Commands.h"
+#include "cli/DiagnosticText.h"
+#include "cli/Streams.h"
+#include "text/Encoding.h"
+
+namespace velmor::cli {
+namespace {
+
+CheckResult checkTemplate(platform::Services& services, const CheckOptions& options, const std::string& name) {
+    TemplateOptions one = options;
+    one.input = name;
+    TemplateInput input(services, one);
+    std::shared_ptr<privProperties> given;
+    if (options.namesProperties() || options.includePath) {
+        given = std::make_shared<privProperties>(input.services());
+        input.addProperties(*given);
+    }
+    const std::u16string shownName = fromUtf8(name.empty() ? "-" : name);
+    Document& document = input.document();
+    if (!options.fixed.empty()) {
+        const RepairedTemplate repaired = repairTags(TemplateFile(shownName, document.text, {}));
+        document.text = repaired.source;
+        writeAll(services.files, options.fixed, encodeResult(document.text, document.encoding));
+        report(std::to_string(repaired.repaired) + " tags repaired, " + std::to_string(repaired.left) +
+               " left as they are");
+    }
+    return TemplateCheck(input.services(), given).run(shownName, std::move(document.text));
+}
+
+}  // namespace
+
+ExitCode runCheck(platform::Services& services, const CheckOptions& options) {
+    if (!options.fixed.empty() && options.inputs.size() > 1) throw Failure(exitUsage, "--fix takes one template");
+    std::vector<Diagnostic> diagnostics;
+    std::size_t more = 0;
+    for (const std::string& name : options.inputs.empty() ? std::vector<std::string>{""} : options.inputs) {
+        CheckResult result = checkTemplate(services, options, name);
+        std::move(result.diagnostics.begin(), result.diagnostics.end(), std::back_inserter(diagnostics));
+        more += result.more;
+    }
+    print(diagnosticsText(diagnostics, more, options.format));
+    finishPrinting();
+    if (more > 0) report(std::to_string(more) + " more were found");
+    return diagnostics.empty() ? exitDone : exitReported;
+}
+
+}  // namespace velmor::cli

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "check/Diagnostic.h"
+#include "cli/Commands.h"
+
+namespace velmor::cli {
+
+// Diagnostics as UTF-8: a line each for an editor's error list, JSON, SARIF 2.1.0, or workflow commands of GitHub.
+// `more` were found and are not among them.
+std::string diagnosticsText(const std::vector<Diagnostic>& diagnostics, std::size_t more, CheckFormat format);
+
+}  // namespace velmor::cli

@@ -1,0 +1,53 @@
+#include "cli/TemplateInput.h"
+
+#include "cli/PropertyFile.h"
+#include "cli/Streams.h"
+#include "common/TextFile.h"
+#include "properties/privProperty.h"
+#include "text/Encoding.h"
+
+namespace velmor::cli {
+namespace {
+
+void setProperty(privProperties& properties, const std::string& assignment) {
+    const auto equals = assignment.find('=');
+    properties.AddStr(fromUtf8(assignment.substr(0, equals)), fromUtf8(assignment.substr(equals + 1)), true);
+}
+
+// Does not change a value that the properties set, unless `exact`.
+void makeTolerant(privProperties& properties, bool exact) {
+    constexpr std::u16string_view name = u"kvTag.RTF Tolerant";
+    if (exact || !properties.Item(name)) properties.AddBoolean(name, !exact, true);
+}
+
+std::u16string folderOf(const std::string& input, char16_t separator) {
+    const std::u16string path = input == "-" ? u"" : fromUtf8(input);
+    const auto last = path.find_last_of(separator == u'\\' ? u"\\/:" : u"/");
+    if (last == path.npos) return u".";
+    const bool isRoot = last == 0 || path[last] == u':' || (last > 0 && path[last - 1] == u':');
+    return path.substr(0, isRoot ? last + 1 : last);
+}
+
+}  // namespace
+
+TemplateInput::TemplateInput(platform::Services& machine, const TemplateOptions& options)
+    : options_(options),
+      folders_(machine.folders, folderOf(options.input, machine.folders.separator())),
+      services_{machine.registry, machine.files,    machine.clock, folders_,
+                machine.objects,  machine.pictures, machine.guids} {
+    if (options.encoding != EncodingChoice::ansi) useTextFileDecoder(&decodeIncluded);
+    document_ = decodeTemplate(readAll(machine.files, options.input), options.encoding, inputName(options.input));
+}
+
+void TemplateInput::addProperties(privProperties& properties) const {
+    if (!options_.propertyFile.empty()) {
+        readPropertyFile(properties, services_.files,
+                         {options_.propertyFile, options_.passwordFile, options_.encoding});
+    }
+    for (const auto& assignment : options_.properties) setProperty(properties, assignment);
+    makeTolerant(properties, options_.exact);
+    if (options_.includePath) requireFolder(*options_.includePath);
+    if (options_.includePath) properties.AddStr(u"Path", fromUtf8(*options_.includePath), true);
+}
+
+}  // namespace velmor::cli

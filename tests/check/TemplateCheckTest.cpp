@@ -1,0 +1,193 @@
+// The mistakes of templates, each in its smallest form.
+
+#include "check/TemplateCheck.h"
+
+#include <gtest/gtest.h>
+
+#include "check/TagRepair.h"
+#include "platform/MemoryServices.h"
+#include "text/Encoding.h"
+
+namespace velmor {
+namespace {
+
+class Catalogue final : public automation::Object {
+public:
+    automation::Variant invoke(std::u16string_view name, automation::InvokeKind,
+                               std::span<automation::Variant> arguments) override {
+        if (name == u"Interface") return std::int32_t{4};
+        if (name == u"CommandList") return u"DATE:TEXT:";
+        if (name == u"ParameterList") return u"CASE:";
+        if (name == u"ParameterValueList" && arguments.size() > 1) return u"UPPER:LOWER:";
+        return u"";
+    }
+    std::u16string typeName() const override { return u"Catalogue"; }
+};
+
+class Checked {
+public:
+    Checked() {
+        services.registry.set(u"SOFTWARE\\Korvane\\Quillmark\\Handlers", u"FORMAT", u"Test.Format");
+        services.objects.add(u"Test.Format", [] { return std::make_shared<Catalogue>(); });
+    }
+
+    void add(std::u16string_view name, std::string_view bytes) {
+        services.files.write(std::u16string(services.folders.component()) + services.folders.separator() +
+                                 std::u16string(name),
+                             bytes);
+    }
+
+    // "LINE:COLUMN CODE" of each diagnostic, with the file if it is not the template, and the hint in parentheses.
+    std::string operator()(const std::u16string& text) {
+        std::string lines;
+        TemplateCheck check(services, given);
+        for (const Diagnostic& each : check.run(u"t", text).diagnostics) {
+            if (!lines.empty()) lines += ", ";
+            if (each.place.file != u"t") lines += "included ";
+            lines += std::to_string(each.place.line) + ":" + std::to_string(each.place.column) + " " +
+                     toUtf8(codeText(each.code));
+            if (!each.hint.empty()) lines += " (" + toUtf8(each.hint) + ")";
+            last = each;
+        }
+        return lines;
+    }
+
+    platform::MemoryServices services;
+    std::shared_ptr<privProperties> given;
+    Diagnostic last{};
+};
+
+struct Row {
+    std::u16string text;
+    std::string expected;
+};
+
+TEST(TemplateCheck, FindsMistakesOfMarkup) {
+    const Row rows[] = {
+        {u"Dear <KV:TAG>PROPERTY:a=:</KV>, <KV:TAG>PROPERTY:b=x <KV:TAG>PROPERTY:c=:</KV>:</KV>", ""},
+        {u"a\r\nb <KV:TAG>PROPERTY:a=:", "2:3 KV102"},
+        {u"a</KV>", "1:2 KV103"},
+        {u"<KV:TAG>PROPERTY:a=x: and <KV:TAG>PROPERTY:b=:</KV> more </KV>", "1:1 KV101"},
+        {u"<KV:TAG>PROPERTY:a=x: one\ntwo </KV>", "1:1 KV101"},
+        {u"<KV:TAG>SETPROPERTY:\n  a=x\n  y:\n  PREPROCESS=False:\n</KV>", ""},
+        {u"<KV:TAG>SETPROPERTY:a=\"one: <KV:TAG>PROPERTY:b=:</KV>\":</KV>", ""},
+        {u"<KV:PROPERTY:a=:</KV>", "1:1 KV108"},
+        {u"<KV:TAG>PROPERTY:a=:<KV>", "1:1 KV102, 1:21 KV109 (the closing marker is </KV>)"},
+        {u"<KV:TAG>PROPERTY:a=\x201Cx\x201D:</KV>", "1:1 KV106"},
+    };
+    for (const Row& row : rows) EXPECT_EQ(Checked()(row.text), row.expected) << toUtf8(row.text);
+}
+
+TEST(TemplateCheck, SeesRtfAsItsAuthorDoes) {
+    const Row rows[] = {
+        {u"{\\rtf1 <KV:TAG>PROPERTY:a=:</KV>}", ""},
+        {u"{\\rtf1 <KV:TAG>PROP}{\\b ERTY:a=:</KV>}", "1:8 KV104, 1:24 KV601"},
+        {u"{\\rtf1{<K}{\\b V:TAG>PROPERTY:a=:</KV>}}", "1:8 KV104"},
+        {u"{\\rtf1 <KV:TAG>PROPERTY:a=\r\n:</KV>}", "1:8 KV105"},
+        {u"{\\rtf1 <KV:TAG>PROPERTY:a=\\'93x\\rdblquote :</KV>}", "1:8 KV106"},
+        {u"{\\rtf1 <KV:TAG>PROPERTY:a=\\'e4\\u228?:</KV>}", "1:8 KV107"},
+        {u"{\\rtf1{\\*\\x <KV:TAG>PROPERTY:a=:}{\\pict 3c}{\\header <KV:H>a:</KV>}}", "1:14 KV102, 1:57 KV201"},
+        {u"{\\rtf1 {a}", "1:1 KV601"},
+        {u"{\\rtf1\\trowd\\cellx1\\intbl a\\cell b\\cell\\row}", "1:40 KV602"},
+    };
+    for (const Row& row : rows) EXPECT_EQ(Checked()(row.text), row.expected) << toUtf8(row.text);
+}
+
+TEST(TemplateCheck, SaysWhereTheAuthorSeesIt) {
+    const std::u16string broken = u"<KV:TAG>PROPERTY:a=: ";
+    const Row rows[] = {
+        {u"{\\rtf1 a\\par b\\par " + broken + u"}", "page text, paragraph 3"},
+        {u"{\\rtf1 a\\par\\trowd\\intbl a\\cell b\\cell\\row\\pard\\intbl a\\cell " + broken + u"\\cell\\row}",
+         "page text, table 1, row 2, cell 2"},
+        {u"{\\rtf1{\\footerf a\\par " + broken + u"}}", "footer, paragraph 2"},
+        {u"{\\rtf1 a{\\footnote " + broken + u"}}", "footnote, paragraph 1"},
+    };
+    for (const Row& row : rows) {
+        Checked checked;
+        checked(row.text);
+        EXPECT_EQ(toUtf8(checked.last.seenAt), row.expected);
+        EXPECT_EQ(toUtf8(checked.last.context).substr(0, 20), toUtf8(broken).substr(0, 20));
+    }
+}
+
+TEST(TemplateCheck, AsksTheCatalogue) {
+    const Row rows[] = {
+        {u"<KV:FORMAT>DATE:CASE=upper:</KV>", ""},
+        {u"<KV:FROMAT>DATE:</KV>", "1:1 KV201 (did you mean FORMAT?)"},
+        {u"<KV:FORMAT>DAET:</KV>", "1:1 KV202 (did you mean DATE?)"},
+        {u"<KV:TAG>PROPRETY:a=:</KV>", "1:1 KV202 (did you mean PROPERTY?)"},
+        {u"<KV:FORMAT>DATE:KASE=UPPER:</KV>", "1:1 KV203 (did you mean CASE?)"},
+        {u"<KV:FORMAT>DATE:CASE=LOVER:</KV>", "1:1 KV204 (did you mean LOWER?)"},
+        {u"<KV:TAG>SETPROPERTY:a=b:PREPROCES=False:</KV>", "1:1 KV203 (did you mean PREPROCESS?)"},
+    };
+    for (const Row& row : rows) EXPECT_EQ(Checked()(row.text), row.expected) << toUtf8(row.text);
+}
+
+TEST(TemplateCheck, KnowsWhichPropertiesAreSet) {
+    const Row rows[] = {
+        {u"<KV:TAG>PROPERTY:Name=x:</KV><KV:TAG>PROPERTY:other=:</KV>", ""},
+        {u"<KV:TAG>PROPERTY:Other:</KV>", "1:1 KV301"},
+        {u"<KV:TAG>PROPERTY:Citi=:</KV><KV:TAG>PROPERTY:CITY=:</KV>", "1:1 KV302 (did you mean City?)"},
+        {u"<KV:TAG>SETPROPERTY:Other=1:</KV><KV:TAG>PROPERTY:Other:</KV>", ""},
+    };
+    for (const Row& row : rows) {
+        Checked checked;
+        checked.given = std::make_shared<privProperties>(checked.services);
+        checked.given->AddStr(u"City", u"x");
+        EXPECT_EQ(checked(row.text), row.expected) << toUtf8(row.text);
+        checked.given = nullptr;
+        EXPECT_EQ(checked(row.text), "") << toUtf8(row.text);
+    }
+}
+
+TEST(TemplateCheck, FollowsIncludedFiles) {
+    const Row rows[] = {
+        {u"<KV:TAG>INCLUDE=none.txt:</KV>", "1:1 KV401"},
+        {u"<KV:TAG>INCLUDE=broken.txt:</KV>", "included 1:3 KV102"},
+        {u"<KV:TAG>INCLUDE=circle.txt:</KV>", "included 1:1 KV403"},
+        {u"<KV:TAG>INCLUDE=picture.png:</KV>", "1:1 KV404"},
+        {u"<KV:TAG>INCLUDE=list.kvl:KEY=oen:</KV>", "1:1 KV402 (did you mean one?)"},
+        {u"<KV:TAG>INCLUDE=list.kvl:INDEX=2:</KV>", ""},
+        {u"<KV:TAG>INCLUDE=list.kvl:INDEX=3:</KV>", "1:1 KV402"},
+        {u"<KV:TAG>INCLUDE=<KV:TAG>PROPERTY:file=none.txt:</KV>:</KV>", ""},
+        {u"<KV:TAG>SETPATH=elsewhere:</KV><KV:TAG>INCLUDE=broken.txt:</KV>", "1:36 KV401"},
+    };
+    for (const Row& row : rows) {
+        Checked checked;
+        checked.add(u"broken.txt", "a <KV:TAG>PROPERTY:a=:");
+        checked.add(u"circle.txt", "<KV:TAG>INCLUDE=circle.txt:</KV>");
+        checked.add(u"picture.png", std::string("\x89PNG\r\n\x1a\n\0", 9));
+        checked.add(u"list.kvl", "one=1:two=2:");
+        EXPECT_EQ(checked(row.text), row.expected) << toUtf8(row.text);
+        for (const SourcePlace& place : checked.last.includedFrom) EXPECT_EQ(toUtf8(place.file), "t");
+    }
+}
+
+TEST(TagRepair, MakesTagsWholeAndLeavesTheRest) {
+    const struct {
+        std::u16string text;
+        std::u16string expected;
+    } rows[] = {
+        {u"{\\rtf1 \\'e4<KV:TAG>PROPERTY:a=:</KV>\\u228?}", u""},
+        {u"{\\rtf1 a <K{\\*\\x 1}V:T}{\\b AG>P\r\n:</K\\i0 V> b}", u"{\\rtf1 a {\\*\\x 1}}{\\b \\i0 <KV:TAG>P:</KV> b}"},
+        {u"{\\rtf1 <KV:H>a=\\'93x\\u8221?:b=\\'e4:</KV>}", u"{\\rtf1 <KV:H>a=\"x\":b=\xE4:</KV>}"},
+        {u"{\\rtf1 <KV:H>a\\par b:</KV> <KV:H>\\{:</KV> <KV:H>\\u1234?:</KV>}", u""},
+        {u"<KV:H>a=\x201Cx\x2019:</KV>", u"<KV:H>a=\"x':</KV>"},
+    };
+    for (const auto& row : rows) {
+        const std::u16string fixed = repairTags(TemplateFile(u"t", row.text, {})).source;
+        EXPECT_EQ(toUtf8(fixed), toUtf8(row.expected.empty() ? row.text : row.expected));
+    }
+}
+
+TEST(TemplateCheck, KeepsTheFirstThousandAndCountsTheOthers) {
+    std::u16string text;
+    for (int i = 0; i < 1200; ++i) text += u"<KV:";
+    Checked checked;
+    const CheckResult result = TemplateCheck(checked.services, nullptr).run(u"t", text);
+    EXPECT_EQ(result.diagnostics.size(), 1000u);
+    EXPECT_EQ(result.more, 200u);
+}
+
+}  // namespace
+}  // namespace velmor
