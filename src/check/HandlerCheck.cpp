@@ -11,17 +11,6 @@ namespace velmor {
 
 namespace {
 
-// The items of a list, each of which ends with ":".
-std::vector<std::u16string> itemsOf(std::u16string_view list) {
-    std::vector<std::u16string> items;
-    for (std::size_t begin = 0; begin < list.size();) {
-        const std::size_t end = std::min(list.find(u':', begin), list.size());
-        if (end > begin) items.emplace_back(list.substr(begin, end - begin));
-        begin = end + 1;
-    }
-    return items;
-}
-
 bool contains(const std::vector<std::u16string>& names, std::u16string_view name) {
     return std::any_of(names.begin(), names.end(), [&](const auto& each) { return equalIgnoringCase(each, name); });
 }
@@ -57,7 +46,7 @@ HandlerCheck::Handler& HandlerCheck::handlerOf(const std::u16string& name) {
         handler.commands = BuiltInCommands::names();
     } else {
         handler.isKnown = info_.TagRegistered(name);
-        if (handler.isKnown) handler.commands = itemsOf(info_.CommandList(name));
+        if (handler.isKnown) handler.commands = catalogueItems(info_.CommandList(name));
     }
     return handler;
 }
@@ -65,17 +54,17 @@ HandlerCheck::Handler& HandlerCheck::handlerOf(const std::u16string& name) {
 const std::vector<HandlerCheck::Parameter>& HandlerCheck::parametersOf(Handler& handler, const TagParts& tag) {
     const auto [place, isNew] = handler.parameters.try_emplace(tag.command());
     if (!isNew) return place->second;
-    for (const std::u16string& item : itemsOf(info_.ParameterList(tag.handler(), tag.command()))) {
+    for (const std::u16string& item : catalogueItems(info_.ParameterList(tag.handler(), tag.command()))) {
         const std::u16string name = item.substr(0, item.find(u'='));
-        place->second.push_back({name, itemsOf(info_.ParameterValueList(tag.handler(), tag.command(), name))});
+        place->second.push_back({name, catalogueItems(info_.ParameterValueList(tag.handler(), tag.command(), name))});
     }
     return place->second;
 }
 
 std::vector<std::u16string> HandlerCheck::allHandlers() {
-    std::vector<std::u16string> names = itemsOf(info_.HandlerListString());
+    std::vector<std::u16string> names = catalogueItems(info_.HandlerListString());
     for (const std::u16string& group : services_.registry.subkeys(kSubHandlersKey)) {
-        for (const std::u16string& name : itemsOf(info_.HandlerListString2(group, false))) {
+        for (const std::u16string& name : catalogueItems(info_.HandlerListString2(group, false))) {
             names.push_back(group + u'-' + name);
         }
     }

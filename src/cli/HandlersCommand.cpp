@@ -26,17 +26,6 @@ struct Handler {
     bool isBuiltIn() const { return className.empty() && equalIgnoringCase(name, kBuiltInHandler); }
 };
 
-// The items of a list, each of which ends with ":".
-std::vector<std::u16string> itemsOf(std::u16string_view list) {
-    std::vector<std::u16string> items;
-    while (!list.empty()) {
-        const std::size_t end = std::min(list.find(u':'), list.size());
-        if (end > 0) items.emplace_back(list.substr(0, end));
-        list.remove_prefix(std::min(end + 1, list.size()));
-    }
-    return items;
-}
-
 void addHandlers(std::vector<Handler>& target, const privProperties& list, const std::u16string& prefix) {
     for (std::int32_t index = 1; index <= list.Count(); ++index) {
         target.push_back({prefix + list.Item(index)->Name(), list.Item(index)->ValueStr(), {}});
@@ -68,10 +57,10 @@ std::u16string failureToCreate(platform::Services& services, const Handler& hand
 
 Json parametersJson(const kvTagInfo& info, const std::u16string& handler, const std::u16string& command) {
     Json parameters = Json::array();
-    for (const std::u16string& item : itemsOf(info.ParameterList(handler, command))) {
+    for (const std::u16string& item : catalogueItems(info.ParameterList(handler, command))) {
         const std::u16string name = item.substr(0, item.find(u'='));
         Json values = Json::array();
-        for (const std::u16string& value : itemsOf(info.ParameterValueList(handler, command, name))) {
+        for (const std::u16string& value : catalogueItems(info.ParameterValueList(handler, command, name))) {
             values.push_back(toUtf8(value));
         }
         parameters.push_back({{"name", toUtf8(name)}, {"values", std::move(values)}});
@@ -83,7 +72,7 @@ Json parametersJson(const kvTagInfo& info, const std::u16string& handler, const 
 Json handlerJson(platform::Services& services, const Handler& handler) {
     const kvTagInfo info(services);
     Json commands = Json::array();
-    for (const std::u16string& name : itemsOf(handler.failure.empty() ? info.CommandList(handler.name) : u"")) {
+    for (const std::u16string& name : catalogueItems(handler.failure.empty() ? info.CommandList(handler.name) : u"")) {
         commands.push_back({{"name", toUtf8(name)},
                             {"syntax", toUtf8(info.CommandSyntax(handler.name, name))},
                             {"description", toUtf8(info.CommandDescription(handler.name, name))},

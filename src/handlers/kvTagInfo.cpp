@@ -46,6 +46,16 @@ std::u16string commandName(std::u16string_view psCommand) {
 
 }  // namespace
 
+std::vector<std::u16string> catalogueItems(std::u16string_view list) {
+    std::vector<std::u16string> items;
+    while (!list.empty()) {
+        const std::size_t end = std::min(list.find(u':'), list.size());
+        if (end > 0) items.emplace_back(list.substr(0, end));
+        list.remove_prefix(std::min(end + 1, list.size()));
+    }
+    return items;
+}
+
 bool kvTagInfo::TagRegistered(std::u16string_view psHandlerName) const {
     return quietly([&] { return !addressOf(psHandlerName).className(services_.registry).empty(); });
 }

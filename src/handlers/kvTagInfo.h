@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "automation/Object.h"
 #include "automation/Variant.h"
@@ -11,6 +12,9 @@
 namespace velmor {
 
 class privProperties;
+
+// The items of one of the catalogue's lists.
+std::vector<std::u16string> catalogueItems(std::u16string_view list);
 
 // The catalogue of handlers: which are registered, and their commands. Reads the
 // registry on every call. Each member that needs a handler creates it, calls it and releases it.
