@@ -47,11 +47,11 @@ struct SourcePlace {
 struct Diagnostic {
     DiagnosticCode code;
     SourcePlace place;
-    std::size_t length = 0;       // of the faulty part, in UTF-16 code units of the file; at least 1
-    std::u16string message;       // without the place; no line ends
-    std::u16string hint;          // "did you mean FORMAT?"; empty if there is none
-    std::u16string seenAt;        // "page text, paragraph 4", as the author sees the place; empty in plain text
-    std::u16string context;       // the text around it as the author sees it
+    std::size_t length = 0;  // of the faulty part, in UTF-16 code units of the file; at least 1
+    std::u16string message;  // without the place; no line ends
+    std::u16string hint;     // "did you mean FORMAT?"; empty if there is none
+    std::u16string seenAt;   // "page text, paragraph 4", as the author sees the place; empty in plain text
+    std::u16string context;  // the text around it as the author sees it
     std::vector<SourcePlace> includedFrom;  // the tags that included the file, the nearest first
 };
 

@@ -46,8 +46,14 @@ void DiagnosticList::add(DiagnosticCode code, const TemplateFile& file, const Te
 void DiagnosticList::addInSource(DiagnosticCode code, const TemplateFile& file, TextRange range,
                                  std::u16string message) {
     if (isFull()) return;
-    diagnostics_.push_back({code, file.placeOf(range.begin), std::max<std::size_t>(1, range.end - range.begin),
-                            std::move(message), {}, {}, contextAt(file.source(), range.begin), file.includedFrom()});
+    diagnostics_.push_back({code,
+                            file.placeOf(range.begin),
+                            std::max<std::size_t>(1, range.end - range.begin),
+                            std::move(message),
+                            {},
+                            {},
+                            contextAt(file.source(), range.begin),
+                            file.includedFrom()});
 }
 
 }  // namespace velmor

@@ -21,8 +21,8 @@ void HandlerCheck::check(const TagParts& tag) {
     if (!isLiteral(tag.handler()) || !isLiteral(tag.command())) return;
     Handler& handler = handlerOf(tag.handler());
     if (!handler.isKnown) {
-        found_.add(DiagnosticCode::unknownHandler, tag.file(), tag.tag(), u"no handler " + tag.handler() + u" is registered",
-                   didYouMean(tag.handler(), allHandlers()));
+        found_.add(DiagnosticCode::unknownHandler, tag.file(), tag.tag(),
+                   u"no handler " + tag.handler() + u" is registered", didYouMean(tag.handler(), allHandlers()));
         return;
     }
     if (handler.commands.empty()) return;
@@ -77,7 +77,8 @@ void HandlerCheck::checkParameters(const TagParts& tag, const std::vector<Parame
     const bool isBuiltIn = tag.handler() == BuiltInCommands::handler;
     std::vector<std::u16string> names;
     for (const Parameter& parameter : parameters) names.push_back(parameter.name);
-    for (std::int32_t index = TagParts::kFirstParameter + (isBuiltIn ? 1 : 0); index <= tag.elements().Count(); ++index) {
+    for (std::int32_t index = TagParts::kFirstParameter + (isBuiltIn ? 1 : 0); index <= tag.elements().Count();
+         ++index) {
         const PropertyRef element = tag.elements().Item(index);
         const std::u16string name = element->Name();
         if (name.empty() || !isLiteral(name)) continue;

@@ -14,7 +14,8 @@ namespace velmor {
 // not name. A handler that describes nothing is believed. Each handler is asked once for each of its commands.
 class HandlerCheck {
 public:
-    HandlerCheck(platform::Services& services, DiagnosticList& found) : services_(services), info_(services), found_(found) {}
+    HandlerCheck(platform::Services& services, DiagnosticList& found)
+        : services_(services), info_(services), found_(found) {}
 
     void check(const TagParts& tag);
 

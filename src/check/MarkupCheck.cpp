@@ -19,10 +19,9 @@ struct Resemblance {
 constexpr std::u16string_view kOpeningHint = u"the opening marker is <KV:";
 constexpr std::u16string_view kClosingHint = u"the closing marker is </KV>";
 constexpr Resemblance kResemblances[] = {
-    {u"<KV>", kClosingHint},    {u"<\\KV>", kClosingHint},  {u"</KV:", kClosingHint},
-    {u"</KV >", kClosingHint},  {u"</ KV>", kClosingHint},  {u"&lt;/KV&gt;", kClosingHint},
-    {u"<KV;", kOpeningHint},    {u"< KV:", kOpeningHint},   {u"<KV :", kOpeningHint},
-    {u"&lt;KV:", kOpeningHint},
+    {u"<KV>", kClosingHint},   {u"<\\KV>", kClosingHint},      {u"</KV:", kClosingHint}, {u"</KV >", kClosingHint},
+    {u"</ KV>", kClosingHint}, {u"&lt;/KV&gt;", kClosingHint}, {u"<KV;", kOpeningHint},  {u"< KV:", kOpeningHint},
+    {u"<KV :", kOpeningHint},  {u"&lt;KV:", kOpeningHint},
 };
 
 std::u16string number(std::size_t value) {

@@ -56,7 +56,8 @@ void RtfCheck::takeBrace(const RtfReader& reader) {
     open_.pop_back();
     isEnded_ = open_.empty();
     if (!isEnded_) return;
-    const std::size_t next = file_.source().find_first_not_of(std::u16string_view(u" \t\r\n\0", 5), reader.position() + 1);
+    const std::size_t next =
+        file_.source().find_first_not_of(std::u16string_view(u" \t\r\n\0", 5), reader.position() + 1);
     if (next == file_.source().npos) return;
     found_.addInSource(DiagnosticCode::damagedGroups, file_, {reader.position(), reader.position() + 1},
                        u"this brace ends the document, and text follows");
@@ -85,9 +86,9 @@ void RtfCheck::takeWord(const ControlWord& word) {
 
 void RtfCheck::endRow(const ControlWord& word) {
     if (cells_ > defined_) {
-        const std::u16string what = hasDefinition_ ? u"the row has " + decimal(cells_) + u" cells, but its definition has " +
-                                                         decimal(defined_)
-                                                   : std::u16string(u"the row has no definition");
+        const std::u16string what =
+            hasDefinition_ ? u"the row has " + decimal(cells_) + u" cells, but its definition has " + decimal(defined_)
+                           : std::u16string(u"the row has no definition");
         found_.addInSource(DiagnosticCode::damagedTable, file_, {word.begin, word.end}, what);
     }
     cells_ = 0;

@@ -26,8 +26,12 @@ std::u16string binaryKind(std::string_view bytes) {
         std::u16string_view kind;
     };
     static constexpr Beginning kBeginnings[] = {
-        {"\x89PNG", u"a PNG picture"},        {"\xFF\xD8\xFF", u"a JPEG picture"}, {"GIF8", u"a GIF picture"},
-        {"BM", u"a bitmap"},                  {"%PDF", u"a PDF document"},         {"PK\x03\x04", u"a ZIP archive"},
+        {"\x89PNG", u"a PNG picture"},
+        {"\xFF\xD8\xFF", u"a JPEG picture"},
+        {"GIF8", u"a GIF picture"},
+        {"BM", u"a bitmap"},
+        {"%PDF", u"a PDF document"},
+        {"PK\x03\x04", u"a ZIP archive"},
         {"\xD0\xCF\x11\xE0", u"a binary document"},
     };
     for (const Beginning& each : kBeginnings) {
@@ -95,7 +99,8 @@ std::optional<std::u16string> TemplateCheck::knownText(std::u16string text) cons
         constexpr std::u16string_view kReads = u"TAG>PROPERTY:";
         const std::u16string_view inner = span.inner(text);
         if (!equalIgnoringCase(inner.substr(0, kReads.size()), kReads)) return std::nullopt;
-        const std::u16string_view name = inner.substr(kReads.size(), inner.find_first_of(u"=:", kReads.size()) - kReads.size());
+        const std::u16string_view name =
+            inner.substr(kReads.size(), inner.find_first_of(u"=:", kReads.size()) - kReads.size());
         const std::optional<std::u16string> value = properties_.knownValue(name);
         if (!value) return std::nullopt;
         known.append(text, at, span.open - at).append(*value);
@@ -152,7 +157,8 @@ void TemplateCheck::checkIncludedFile(const TagParts& tag, const std::u16string&
     if (BuiltInCommands::isListFile(path)) checkListFile(tag, path, text);
     if (!checked_.insert(path).second) return;
     if (including_.size() >= static_cast<std::size_t>(kMaximumLevels)) {
-        found_.add(DiagnosticCode::tooDeep, tag.file(), tag.tag(), u"files include each other deeper than evaluation goes");
+        found_.add(DiagnosticCode::tooDeep, tag.file(), tag.tag(),
+                   u"files include each other deeper than evaluation goes");
         return;
     }
     std::vector<SourcePlace> includedFrom = tag.file().includedFrom();

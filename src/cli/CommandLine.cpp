@@ -172,8 +172,8 @@ void addEval(CLI::App& app, CommandLine& line) {
 }
 
 void addCheck(CLI::App& app, CommandLine& line) {
-    const auto [command, options] = addCommand(app, line, "check", "Find the mistakes of templates without evaluating them",
-                                               checkFooter, runCheck);
+    const auto [command, options] =
+        addCommand(app, line, "check", "Find the mistakes of templates without evaluating them", checkFooter, runCheck);
     command->add_option("TEMPLATE", options.inputs, "The templates; - or nothing: standard input")->type_name("");
     const std::map<std::string, CheckFormat> formats = {{"text", CheckFormat::text},
                                                         {"json", CheckFormat::json},

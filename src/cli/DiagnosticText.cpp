@@ -65,8 +65,8 @@ std::string uriOf(std::u16string_view path) {
     std::string uri;
     for (const char each : toUtf8(path)) {
         const auto byte = static_cast<unsigned char>(each);
-        const bool isLetterOrDigit = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
-                                     (byte >= '0' && byte <= '9');
+        const bool isLetterOrDigit =
+            (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9');
         if (isLetterOrDigit || kPlain.find(each) != kPlain.npos) {
             uri += each;
         } else if (each == '\\') {
@@ -143,10 +143,10 @@ std::string escaped(std::string_view text, std::string_view special) {
 }
 
 std::string workflowCommand(const Diagnostic& diagnostic) {
-    return std::string("::") + severityText(diagnostic.code) + " file=" +
-           escaped(toUtf8(diagnostic.place.file), "%\r\n:,") + ",line=" + std::to_string(diagnostic.place.line) +
-           ",col=" + std::to_string(diagnostic.place.column) + ",title=" + toUtf8(codeText(diagnostic.code)) +
-           "::" + escaped(messageText(diagnostic), "%\r\n") + "\n";
+    return std::string("::") + severityText(diagnostic.code) +
+           " file=" + escaped(toUtf8(diagnostic.place.file), "%\r\n:,") +
+           ",line=" + std::to_string(diagnostic.place.line) + ",col=" + std::to_string(diagnostic.place.column) +
+           ",title=" + toUtf8(codeText(diagnostic.code)) + "::" + escaped(messageText(diagnostic), "%\r\n") + "\n";
 }
 
 }  // namespace
