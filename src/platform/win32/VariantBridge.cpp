@@ -49,7 +49,9 @@ Variant objectFor(IUnknown* unknown) {
 // A number of a type that has no counterpart, without loss.
 Variant widened(VARTYPE type, const void* data) {
     ScopedVariant value;
-    V_VT(value.get()) = type == VT_UINT ? VARTYPE{VT_UI4} : type;  // some systems take a VT_UINT as signed
+    // Not every system tells an unsigned 32-bit number that is no Long from a negative one.
+    V_VT(value.get()) = type == VT_UI4 || type == VT_UINT ? VARTYPE{VT_UI8} : type;
+    V_UI8(value.get()) = 0;
     std::memcpy(dataOf(*value, type), data, widthOf(type));
     for (const VARTYPE wider : {VARTYPE{type == VT_I1 ? VT_I2 : VT_I4}, VARTYPE{VT_DECIMAL}}) {
         if (SUCCEEDED(VariantChangeType(value.get(), value.get(), 0, wider))) return fromVariant(*value);
