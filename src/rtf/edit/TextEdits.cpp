@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 #include "rtf/read/RtfReader.h"
 #include "text/privStrCat.h"
@@ -23,23 +24,25 @@ bool wordTakesIn(std::u16string_view text, char16_t next) noexcept {
     return isWord && (next == u' ' || isDecimalDigit(next) || !hasNumber);
 }
 
-Rewriting::Rewriting(std::u16string& text, std::size_t lead, bool keepsSource) : text_(text) {
+Rewriting::Rewriting(std::u16string& text, std::size_t lead, bool keepsSource)
+    : text_(text), inPlace_(!keepsSource && lead <= text.capacity() - text.size()) {
     const std::size_t length = text.size();
-    if (!keepsSource && lead <= text.capacity() - length) {
+    if (inPlace_) {
         text.resize(length + lead);
         if (lead != 0) std::char_traits<char16_t>::move(text.data() + lead, text.data(), length);
         source_ = {text.data() + lead, length};
-        target_ = text.data();
     } else {
-        fresh_.resize(length + lead);
+        fresh_.reserve(length + lead);
         source_ = text;
-        target_ = fresh_.data();
     }
 }
 
 void Rewriting::finish() {
-    if (!fresh_.empty()) text_.swap(fresh_);
-    text_.resize(length_);
+    if (inPlace_) {
+        text_.resize(length_);
+    } else {
+        text_ = std::move(fresh_);
+    }
 }
 
 void TextEdits::order() {

@@ -19,9 +19,15 @@ public:
     Rewriting(std::u16string& text, std::size_t lead, bool keepsSource);
 
     std::u16string_view source() const noexcept { return source_; }
-    std::u16string_view written() const noexcept { return {target_, length_}; }
-    void put(std::u16string_view part) noexcept {
-        std::char_traits<char16_t>::move(target_ + length_, part.data(), part.size());
+    std::u16string_view written() const noexcept {
+        return inPlace_ ? std::u16string_view(text_).substr(0, length_) : fresh_;
+    }
+    void put(std::u16string_view part) {
+        if (!inPlace_) {
+            fresh_.append(part);
+            return;
+        }
+        std::char_traits<char16_t>::move(text_.data() + length_, part.data(), part.size());
         length_ += part.size();
     }
     // What was written becomes the text.
@@ -31,8 +37,8 @@ private:
     std::u16string& text_;
     std::u16string fresh_;
     std::u16string_view source_;
-    char16_t* target_;
-    std::size_t length_ = 0;
+    bool inPlace_;
+    std::size_t length_ = 0;  // of what was written in place
 };
 
 // Collects changes of a text by their places in the unchanged text (0-based), then makes all of them in one

@@ -88,7 +88,7 @@ private:
     // ---- Pairs
 
     void readUpTo(std::size_t limit);
-    void leaveOut(std::size_t limit);
+    void readTable(std::size_t limit);
     void enter(const TableMarker& marker);
     void leave(const TableMarker& marker);
     void prepareForTable(std::size_t index);
@@ -133,22 +133,23 @@ private:
 void Conversion::readUpTo(std::size_t limit) {
     reader_.limitTo(limit);
     while (reader_.at() < limit) {
-        const bool isInTable = !open_.empty() && open_.back().isTable();
-        if (isInTable && reader_.nextWord()) {
-            if (tables::levelWords.mayHold(text_, reader_.position())) take(reader_.word(), limit);
-        } else if (!isInTable) {
-            leaveOut(limit);
+        if (!open_.empty() && open_.back().isTable()) {
+            readTable(limit);
+        } else if (!open_.empty() && open_.back().end < limit) {
+            reader_.goOnAt(open_.back().end);
+            open_.pop_back();
+        } else {
+            reader_.goOnAt(limit);
         }
     }
 }
 
-// The text outside of all tables, or of a group with separate paragraphs.
-void Conversion::leaveOut(std::size_t limit) {
-    if (!open_.empty() && open_.back().end < limit) {
-        reader_.goOnAt(open_.back().end);
-        open_.pop_back();
-    } else {
-        reader_.goOnAt(limit);
+// Reads up to the limit, or to the first word of a group with separate paragraphs.
+void Conversion::readTable(std::size_t limit) {
+    while (reader_.nextWord()) {
+        if (!tables::levelWords.mayHold(text_, reader_.position())) continue;
+        take(reader_.word(), limit);
+        if (!open_.back().isTable()) return;
     }
 }
 
