@@ -80,7 +80,9 @@ std::u16string storyName(std::u16string_view letters) {
 class StoryReader {
 public:
     explicit StoryReader(std::u16string_view source)
-        : source_(source), page_(findCodePage(codePageOfDocument(source, kRtfStart.size()))) {}
+        : source_(source), page_(findCodePage(codePageOfDocument(source, kRtfStart.size()))) {
+        stories_.emplace_back(u"page text");
+    }
 
     std::vector<Story> read();
 
@@ -104,7 +106,7 @@ private:
 
     std::u16string_view source_;
     const CodePage* page_;  // null for one of several bytes a character
-    std::vector<Story> stories_{Story(u"page text")};
+    std::vector<Story> stories_;
     std::vector<Group> groups_{Group{0}};
     std::size_t at_ = 0;       // how far the source is read
     std::int32_t toSkip_ = 0;  // characters that stand in for a \uN
@@ -234,7 +236,8 @@ std::size_t StoryReader::takeSymbol(std::size_t index) {
 }
 
 std::vector<Story> plainStory(std::u16string_view source) {
-    std::vector<Story> stories{Story({})};
+    std::vector<Story> stories;
+    stories.emplace_back(std::u16string());
     for (std::size_t i = 0; i < source.size(); ++i) stories[0].add(source[i], {i, i + 1});
     return stories;
 }

@@ -40,8 +40,7 @@ ExitCode runCheck(platform::Services& services, const CheckOptions& options) {
         std::move(result.diagnostics.begin(), result.diagnostics.end(), std::back_inserter(diagnostics));
         more += result.more;
     }
-    print(diagnosticsText(diagnostics, more, options.format));
-    finishPrinting();
+    printDiagnostics(diagnostics, more, options.format);
     if (more > 0) report(std::to_string(more) + " more were found");
     return diagnostics.empty() ? exitDone : exitReported;
 }

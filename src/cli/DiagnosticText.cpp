@@ -2,6 +2,7 @@
 
 #include "cli/JsonText.h"
 #include "cli/LineText.h"
+#include "cli/Streams.h"
 #include "text/Encoding.h"
 
 namespace velmor::cli {
@@ -50,10 +51,10 @@ Json jsonOf(const Diagnostic& diagnostic) {
     return json;
 }
 
-std::string jsonList(const std::vector<Diagnostic>& diagnostics, std::size_t more) {
+void printJson(const std::vector<Diagnostic>& diagnostics, std::size_t more) {
     JsonList list("diagnostics");
     for (const Diagnostic& diagnostic : diagnostics) list.add(jsonOf(diagnostic));
-    return std::move(list).text(",\n\"more\": " + std::to_string(more));
+    list.end(",\n\"more\": " + std::to_string(more));
 }
 
 // ---- SARIF
@@ -151,14 +152,14 @@ std::string workflowCommand(const Diagnostic& diagnostic) {
 
 }  // namespace
 
-std::string diagnosticsText(const std::vector<Diagnostic>& diagnostics, std::size_t more, CheckFormat format) {
-    if (format == CheckFormat::json) return jsonList(diagnostics, more);
-    if (format == CheckFormat::sarif) return sarifText(diagnostics);
-    std::string text;
+void printDiagnostics(const std::vector<Diagnostic>& diagnostics, std::size_t more, CheckFormat format) {
+    if (format == CheckFormat::json) return printJson(diagnostics, more);
+    if (format == CheckFormat::sarif) print(sarifText(diagnostics));
     for (const Diagnostic& diagnostic : diagnostics) {
-        text += format == CheckFormat::github ? workflowCommand(diagnostic) : lineOf(diagnostic);
+        if (format == CheckFormat::text) print(lineOf(diagnostic));
+        if (format == CheckFormat::github) print(workflowCommand(diagnostic));
     }
-    return text;
+    finishPrinting();
 }
 
 }  // namespace velmor::cli

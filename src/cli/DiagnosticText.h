@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string>
+#include <cstddef>
 #include <vector>
 
 #include "check/Diagnostic.h"
@@ -8,8 +8,8 @@
 
 namespace velmor::cli {
 
-// Diagnostics as UTF-8: a line each for an editor's error list, JSON, SARIF 2.1.0, or workflow commands of GitHub.
+// Prints diagnostics: a line each for an editor's error list, JSON, SARIF 2.1.0, or workflow commands of GitHub.
 // `more` were found and are not among them.
-std::string diagnosticsText(const std::vector<Diagnostic>& diagnostics, std::size_t more, CheckFormat format);
+void printDiagnostics(const std::vector<Diagnostic>& diagnostics, std::size_t more, CheckFormat format);
 
 }  // namespace velmor::cli

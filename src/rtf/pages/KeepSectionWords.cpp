@@ -157,7 +157,7 @@ void SectionWordKeeper::endSectionInDocument() {
 
 // The host's text goes on in the document's last section, which begins as it does in the document.
 void SectionWordKeeper::keepBreak() {
-    const auto isBreak = [](WordMeaning word) { return word.word == Word::sbk; };
+    const auto isBreak = [](WordMeaning word) { return word.is(WordTrait::sectionBreak); };
     const std::u16string own = textOf(ended_, isBreak), hosts = textOf(around_, isBreak);
     if (own == hosts) return;
     edits_.replaceApartVal(place_.at, place_.at, own.empty() ? u"\\sbkpage" : own);

@@ -37,6 +37,7 @@ constexpr Traits borderLine = bit(WordTrait::borderLine);
 constexpr Traits sectionPage = bit(WordTrait::sectionPage);
 constexpr Traits columns = bit(WordTrait::columns);
 constexpr Traits sectionStart = bit(WordTrait::sectionStart);
+constexpr Traits sectionBreak = bit(WordTrait::sectionBreak);
 constexpr Traits generatorRest = bit(WordTrait::generatorRest);
 
 struct Row {
@@ -534,7 +535,7 @@ constexpr Row families[] = {
     {u"pgn", section},
     {u"pgwsxn", generatorRest},
     {u"saftn", section},
-    {u"sbk", section | sectionStart, Word::sbk},
+    {u"sbk", section | sectionStart | sectionBreak},
     {u"sectd", section},
     {u"secte", section},
     {u"sectl", section},

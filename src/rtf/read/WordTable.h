@@ -33,6 +33,7 @@ enum class WordTrait : std::uint8_t {
     sectionPage,    // the word gives a section its page
     columns,        // the word gives a section its columns
     sectionStart,   // the word says how a section begins; in one that continues another it must be absent
+    sectionBreak,   // the word says on which page or in which column a section begins
     generatorRest,  // every word that begins so is removed after the system's generator group
 };
 
@@ -61,7 +62,6 @@ enum class Word : std::uint8_t {
     plain,
     row,
     s,
-    sbk,
     sect,
     sectd,
     trkeep,
