@@ -96,7 +96,8 @@ TEST(TemplateCheck, SaysWhereTheAuthorSeesIt) {
     const std::u16string broken = u"<KV:TAG>PROPERTY:a=: ";
     const Row rows[] = {
         {u"{\\rtf1 a\\par b\\par " + broken + u"}", "page text, paragraph 3"},
-        {u"{\\rtf1 a\\par\\trowd\\cellx1\\cellx2\\intbl a\\cell b\\cell\\row\\pard\\intbl a\\cell " + broken + u"\\cell\\row}",
+        {u"{\\rtf1 a\\par\\trowd\\cellx1\\cellx2\\intbl a\\cell b\\cell\\row\\pard\\intbl a\\cell " + broken +
+             u"\\cell\\row}",
          "page text, table 1, row 2, cell 2"},
         {u"{\\rtf1{\\footerf a\\par " + broken + u"}}", "footer, paragraph 2"},
         {u"{\\rtf1 a{\\footnote " + broken + u"}}", "footnote, paragraph 1"},
