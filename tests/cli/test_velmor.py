@@ -345,6 +345,27 @@ class Clean(VelmorTest):
                     self.assertEqual(out.count(b"{\\*\\korvanemergepagebreak}{\\rtf1"), 2)
 
 
+class Check(VelmorTest):
+    def test_places_formats_and_repair(self):
+        template = b"{\\rtf1 \\'e4 <KV:TAG>PROP{\\b }ERTY:Citi=:</KV> <KV:TAG>INCLUDE=x.txt:</KV>}"
+        self.write("in/letter.rtf", template)
+        self.write("in/x.txt", b"<KV:NONE>X:</KV>")
+        expected = ("in/letter.rtf:1:13: error KV104: formatting cuts the tag, which is not evaluated as it is seen [page "
+                    'text, paragraph 1] "<KV:TAG>PROPERTY:Citi=:</KV> <KV:TAG>INC..."\n'
+                    "in/x.txt:1:1: error KV201: no handler NONE is registered (included from in/letter.rtf:1:47)\n")
+        self.assertEqual(self.velmor("check", "in/letter.rtf", expect=REPORTED).decode(), expected)
+        found = json.loads(self.velmor("check", "in/letter.rtf", "--property", "City=x", "--format", "json",
+                                       "--fix", "in/fixed.rtf", expect=REPORTED))
+        self.assertEqual([each["code"] for each in found["diagnostics"]], ["KV302", "KV201"])
+        self.assertEqual(self.read("in/fixed.rtf"),
+                         template.replace(b"<KV:TAG>PROP{\\b }ERTY", b"{\\b }<KV:TAG>PROPERTY"))
+        sarif = json.loads(self.velmor("check", "in/letter.rtf", "--format", "sarif", expect=REPORTED))["runs"][0]
+        self.assertEqual({result["ruleId"] for result in sarif["results"]}, {"KV104", "KV201"})
+        self.assertTrue({"KV104", "KV201"} <= {rule["id"] for rule in sarif["tool"]["driver"]["rules"]})
+        self.assertEqual(self.velmor("check", stdin=b"Dear <KV:TAG>PROPERTY:a=:</KV>"), b"")
+        self.velmor("check", "in/letter.rtf", "in/x.txt", "--fix", "x", expect=USAGE)
+
+
 class Tags(VelmorTest):
     TEMPLATE = (b'ab<KV:TAG>INCLUDE=C:\\x\\<KV:TAG>PROPERTY:f=a.txt:</KV>:KEY=5:q="5":r=1.5:t=True:bare:</KV>'
                 b"<KV:GRP-NAME>X:</KV><KV:nohandler</KV> <KV:OPEN>")
