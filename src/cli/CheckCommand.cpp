@@ -23,8 +23,8 @@ CheckResult checkTemplate(platform::Services& services, const CheckOptions& opti
         const RepairedTemplate repaired = repairTags(TemplateFile(shownName, document.text, {}));
         document.text = repaired.source;
         writeAll(services.files, options.fixed, encodeResult(document.text, document.encoding));
-        report("repaired tags: " + std::to_string(repaired.repaired) + ", faulty tags left as they are: " +
-               std::to_string(repaired.left));
+        report("repaired tags: " + std::to_string(repaired.repaired) +
+               ", faulty tags left as they are: " + std::to_string(repaired.left));
     }
     return TemplateCheck(input.services(), given).run(shownName, std::move(document.text));
 }
