@@ -237,7 +237,7 @@ std::size_t StoryReader::takeSymbol(std::size_t index) {
 
 std::vector<Story> plainStory(std::u16string_view source) {
     std::vector<Story> stories;
-    stories.emplace_back(std::u16string());
+    stories.emplace_back(u"");
     for (std::size_t i = 0; i < source.size(); ++i) stories[0].add(source[i], {i, i + 1});
     return stories;
 }

@@ -23,7 +23,7 @@ public:
         std::uint32_t cell = 0;
     };
 
-    explicit Story(std::u16string name) : name_(std::move(name)) {}
+    explicit Story(std::u16string_view name) : name_(name) {}
 
     // Line ends within it are ends of paragraphs, lines and cells.
     const std::u16string& text() const noexcept { return text_; }
