@@ -10,6 +10,9 @@ from dataclasses import dataclass
 BATCH = 25
 SECONDS_TO_START, SECONDS_EACH = 60, 40
 
+# A symbol font has its characters at two codes. PDF gives a glyph one of them, the same in the whole document.
+SYMBOLS = {0xF000 + code: code for code in range(0x20, 0x100)}
+
 
 @dataclass(frozen=True)
 class Word:
@@ -134,5 +137,5 @@ def line_words(line):
 def make_word(chars, loose):
     """One word of its characters."""
     runs = tuple(dict.fromkeys(run for _, run in chars))
-    text = "".join(char["c"] for char, _ in chars)
+    text = "".join(char["c"] for char, _ in chars).translate(SYMBOLS)
     return Word(text, runs, *chars[0][0]["origin"], loose)
