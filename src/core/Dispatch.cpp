@@ -50,7 +50,7 @@ TagAnswer Dispatch::run() {
         stage.finish({});
         return std::move(answer_);
     }
-    if (equalIgnoringCase(handler_, BuiltInCommands::handler)) {
+    if (!request_.tag || equalIgnoringCase(handler_, BuiltInCommands::handler)) {
         address_.name = BuiltInCommands::handler;
     } else {
         address_ = HandlerAddress::parse(handler_);

@@ -65,8 +65,7 @@ std::u16string evaluateText(platform::Services& services, const ContextRef& cont
     addTableMarkers(text, services.guids);
     const TopLevelTags found = searchTags(services, {}, text);
     if (found.tags.empty()) return text;
-    const auto source = std::make_shared<const std::u16string>(std::move(text));
-    TagList tags(services, source, *source, found, isRtf ? protectedContext(context) : context, false);
+    TagList tags(services, text, found, isRtf ? protectedContext(context) : context);
     const auto result = std::make_shared<privStrCat>();
     Evaluation(tags, result).run();
     return std::u16string(result->contiguous());
@@ -187,7 +186,7 @@ void Evaluation::answerHere(std::size_t index, const BuilderRef& results) {
     tags_.beginTag(index);
     const EvaluationLevel level;
     TagAnswer answer = dispatch({tags_.services(), tags_.context(), tags_.rawName(index), nullptr, isFit_});
-    std::unique_ptr<TagList> nested;
+    KeptListRef nested;
     if (answer.tags.tags.empty()) {
         results->add(answer.value());
     } else {
@@ -196,21 +195,22 @@ void Evaluation::answerHere(std::size_t index, const BuilderRef& results) {
     tags_.settle(index, start, sizeOf(*results) - start, std::move(nested));
 }
 
-std::unique_ptr<TagList> Evaluation::evaluateTagsOf(TagAnswer& answer, std::size_t index, const BuilderRef& results) {
+KeptListRef Evaluation::evaluateTagsOf(TagAnswer& answer, std::size_t index, const BuilderRef& results) {
     const HeldText held(answer.text.size());
     if (!held.fits()) {
         report(EvaluationLimit::held, index);
         return nullptr;
     }
     const bool isPart = !answer.part.empty();
-    const TextRef source = isPart ? tags_.source() : std::make_shared<const std::u16string>(std::move(answer.text));
-    auto nested = std::make_unique<TagList>(
-        tags_.services(), source, isPart ? answer.part : std::u16string_view(*source), answer.tags,
-        answer.isRtf ? protectedContext(tags_.context()) : tags_.context(), tags_.isKept());
-    Evaluation(*nested, results).run(isPart);
-    if (!tags_.isKept()) return nullptr;
-    if (EvaluationRun::current().keep(nested->keptBytes(!isPart))) return nested;
-    report(EvaluationLimit::kept, index);
+    const ContextRef context = answer.isRtf ? protectedContext(tags_.context()) : tags_.context();
+    if (KeptListRef kept = tags_.keepNested(answer.value(), isPart, answer.tags, context)) {
+        std::u16string().swap(answer.text);
+        Evaluation(*kept, results).run(isPart);
+        return kept;
+    }
+    if (tags_.isKept()) report(EvaluationLimit::kept, index);
+    TagList list(tags_.services(), answer.value(), answer.tags, context);
+    Evaluation(list, results).run(isPart);
     return nullptr;
 }
 

@@ -49,7 +49,7 @@ private:
     void answer(std::size_t index, const BuilderRef& results);
     void answerByObject(std::size_t index, privStrCat& results);
     void answerHere(std::size_t index, const BuilderRef& results);
-    std::unique_ptr<TagList> evaluateTagsOf(TagAnswer& answer, std::size_t index, const BuilderRef& results);
+    KeptListRef evaluateTagsOf(TagAnswer& answer, std::size_t index, const BuilderRef& results);
     void report(EvaluationLimit limit, std::size_t index);
 
     void runLiterally(std::size_t from);

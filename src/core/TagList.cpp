@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "core/EvaluationRun.h"
 #include "core/kvTag.h"
 #include "core/kvTags.h"
 #include "text/privStrCat.h"
@@ -14,20 +15,46 @@ std::u16string storedName(std::u16string_view rawName) {
     return name;
 }
 
-TagList::TagList(platform::Services& services, TextRef source, std::u16string_view text, const TopLevelTags& tags,
-                 ContextRef context, bool isKept)
+void EndKeptList::operator()(TagList* list) const noexcept {
+    list->~TagList();
+}
+
+TagList::TagList(platform::Services& services, std::u16string_view text, const TopLevelTags& tags, ContextRef context,
+                 KeptLists* lists)
     : services_(services),
-      source_(std::move(source)),
       text_(text),
-      tags_(tags.tags.size()),
+      lists_(lists),
+      tags_(tags.tags.size(), lists ? &lists->memory : std::pmr::get_default_resource()),
       firstStray_(tags.firstStray),
-      context_(std::move(context)),
-      isKept_(isKept) {
+      context_(std::move(context)) {
     for (std::size_t index = 0; index < tags_.size(); ++index) tags_[index].span = tags.tags[index];
 }
 
 TagList::~TagList() {
     cleanUp();
+}
+
+KeptListRef TagList::make(platform::Services& services, std::u16string_view text, const TopLevelTags& tags,
+                          ContextRef context, KeptLists& lists) {
+    void* const place = lists.memory.allocate(sizeof(TagList), alignof(TagList));
+    return KeptListRef(new (place) TagList(services, text, tags, std::move(context), &lists));
+}
+
+KeptListRef TagList::keep(platform::Services& services, KeptLists& lists, const TopLevelTags& tags,
+                          ContextRef context) {
+    return make(services, *lists.source, tags, std::move(context), lists);
+}
+
+KeptListRef TagList::keepNested(std::u16string_view value, bool isPart, const TopLevelTags& tags,
+                                const ContextRef& context) {
+    const std::size_t textBytes = isPart ? 0 : value.size() * sizeof(char16_t);
+    const std::size_t bytes = sizeof(TagList) + tags.tags.size() * sizeof(ListedTag) + textBytes;
+    if (!isKept() || !EvaluationRun::current().keep(bytes)) return nullptr;
+    if (!isPart) {
+        auto* const copy = static_cast<char16_t*>(lists_->memory.allocate(textBytes, alignof(char16_t)));
+        value = {copy, value.copy(copy, value.size())};
+    }
+    return make(services_, value, tags, context, *lists_);
 }
 
 std::shared_ptr<kvTag> TagList::item(std::size_t index) {
@@ -50,21 +77,14 @@ void TagList::adoptOutcome(ListedTag& entry) {
         entry.object->adoptOutcome(result, std::make_shared<kvTags>(), result);
         return;
     }
-    TextRef value = entry.nested->ownSource();
-    entry.object->adoptOutcome(std::move(value), std::make_shared<kvTags>(std::move(entry.nested)), result);
+    TextRef value = std::make_shared<const std::u16string>(entry.nested->text());
+    auto tags = std::make_shared<kvTags>(lists_->shared_from_this(), std::move(entry.nested));
+    entry.object->adoptOutcome(std::move(value), std::move(tags), result);
 }
 
-// The text as a text of its own.
-TextRef TagList::ownSource() {
-    if (text_.size() == source_->size()) return source_;
-    source_ = std::make_shared<const std::u16string>(text_);
-    text_ = *source_;
-    return source_;
-}
-
-void TagList::settle(std::size_t index, std::size_t start, std::size_t length, std::unique_ptr<TagList> nested) {
+void TagList::settle(std::size_t index, std::size_t start, std::size_t length, KeptListRef nested) {
     running_ = kNone;
-    if (!isKept_) return;
+    if (!isKept()) return;
     ListedTag& entry = tags_[index];
     entry.resultStart = static_cast<std::uint32_t>(start);
     entry.resultLength = static_cast<std::uint32_t>(length);
@@ -103,7 +123,8 @@ void TagList::cleanUp() {
     toBeCleanedUp_ = evaluations_ != 0;
     if (toBeCleanedUp_) return;
     // What is released may come back to this list.
-    const std::vector<ListedTag> tags = std::exchange(tags_, {});
+    const std::pmr::vector<ListedTag> tags = std::move(tags_);
+    tags_.clear();
     context_.reset();
     for (const ListedTag& entry : tags) {
         if (entry.object) entry.object->releaseShared();

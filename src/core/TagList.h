@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <memory_resource>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,6 +16,21 @@ namespace velmor {
 class kvTag;
 class TagList;
 
+// What the lists of one text and of the values within it are kept in. Its memory is released at once, when the last
+// of them is gone.
+class KeptLists : public std::enable_shared_from_this<KeptLists> {
+public:
+    explicit KeptLists(TextRef text) : source(std::move(text)) {}
+
+    const TextRef source;  // the outermost text
+    std::pmr::monotonic_buffer_resource memory;
+};
+
+struct EndKeptList {
+    void operator()(TagList* list) const noexcept;
+};
+using KeptListRef = std::unique_ptr<TagList, EndKeptList>;
+
 // A top-level tag of a value.
 struct ListedTag {
     static constexpr std::uint32_t kNotEvaluated = 0xFFFFFFFF;
@@ -22,18 +38,23 @@ struct ListedTag {
     TagSpan span;
     std::uint32_t resultStart = kNotEvaluated;  // in the list's results, of a tag without an object
     std::uint32_t resultLength = 0;
-    std::unique_ptr<TagList> nested;  // of the value that it became, if that had tags and is kept
-    std::shared_ptr<kvTag> object;    // once somebody asked for it
+    KeptListRef nested;             // of the value that it became, if that had tags and is kept
+    std::shared_ptr<kvTag> object;  // once somebody asked for it
 };
 
 // The top-level tags of one value. Most tags are evaluated without a kvTag object: readers and
 // handlers get one when they ask for it, and always the same one.
 class TagList {
 public:
-    // The text is the source or a part of it. Nobody will ask for the tags of a list that is not kept
-    // once it is evaluated.
-    TagList(platform::Services& services, TextRef source, std::u16string_view text, const TopLevelTags& tags,
-            ContextRef context, bool isKept = true);
+    // A list that nobody will ask for its tags once it is evaluated. The text must last as long.
+    TagList(platform::Services& services, std::u16string_view text, const TopLevelTags& tags, ContextRef context)
+        : TagList(services, text, tags, std::move(context), nullptr) {}
+    // A list that is kept: of the outermost text ...
+    static KeptListRef keep(platform::Services& services, KeptLists& lists, const TopLevelTags& tags,
+                            ContextRef context);
+    // ... and of a value that one of its tags became, which may be a part of its text. Null when too much is kept by
+    // now, and in a list that is not kept.
+    KeptListRef keepNested(std::u16string_view value, bool isPart, const TopLevelTags& tags, const ContextRef& context);
     ~TagList();
     TagList(const TagList&) = delete;
     TagList& operator=(const TagList&) = delete;
@@ -43,14 +64,9 @@ public:
     std::size_t firstStray() const noexcept { return firstStray_; }
     const TagSpan& span(std::size_t index) const noexcept { return tags_[index].span; }
     std::u16string_view text() const noexcept { return text_; }
-    const TextRef& source() const noexcept { return source_; }
     const ContextRef& context() const noexcept { return context_; }
     platform::Services& services() const noexcept { return services_; }
-    bool isKept() const noexcept { return isKept_; }
-    // What keeping it takes.
-    std::size_t keptBytes(bool hasOwnText) const noexcept {
-        return sizeof *this + tags_.size() * sizeof(ListedTag) + (hasOwnText ? text_.size() * sizeof(char16_t) : 0);
-    }
+    bool isKept() const noexcept { return lists_ != nullptr; }
 
     // As it is written between the markers; a tag's name is that with a ":" at its end.
     std::u16string_view rawName(std::size_t index) const noexcept { return tags_[index].span.inner(text_); }
@@ -71,7 +87,7 @@ public:
     // A tag is being answered without an object of its own ...
     void beginTag(std::size_t index) noexcept { running_ = index; }
     // ... and has its result.
-    void settle(std::size_t index, std::size_t start, std::size_t length, std::unique_ptr<TagList> nested);
+    void settle(std::size_t index, std::size_t start, std::size_t length, KeptListRef nested);
     // The same for a tag that was answered by its object, which goes when nobody else holds it and
     // nothing would be lost.
     void settleObject(std::size_t index, std::size_t start, std::size_t length);
@@ -82,20 +98,22 @@ public:
 private:
     static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
+    TagList(platform::Services& services, std::u16string_view text, const TopLevelTags& tags, ContextRef context,
+            KeptLists* lists);
+    static KeptListRef make(platform::Services& services, std::u16string_view text, const TopLevelTags& tags,
+                            ContextRef context, KeptLists& lists);
     void adoptOutcome(ListedTag& entry);
-    TextRef ownSource();
     bool isSpare(const kvTag& tag, std::size_t index) const;
 
     platform::Services& services_;
-    TextRef source_;
-    std::u16string_view text_;
-    std::vector<ListedTag> tags_;
+    const std::u16string_view text_;
+    KeptLists* const lists_;  // null when it is not kept
+    std::pmr::vector<ListedTag> tags_;
     const std::uint32_t firstStray_;
     ContextRef context_;
     BuilderRef results_;
     std::size_t running_ = kNone;
     int evaluations_ = 0;  // running ones
-    const bool isKept_;
     bool toBeCleanedUp_ = false;
 };
 

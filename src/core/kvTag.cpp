@@ -246,7 +246,8 @@ void kvTag::BuildTagCollection() {
 
 std::shared_ptr<kvTags> kvTag::listTags(const TextRef& value, const TopLevelTags& found) {
     if (found.tags.empty()) return std::make_shared<kvTags>();
-    return std::make_shared<kvTags>(std::make_unique<TagList>(services_, value, *value, found, sharedContext()));
+    const auto lists = std::make_shared<KeptLists>(value);
+    return std::make_shared<kvTags>(lists, TagList::keep(services_, *lists, found, sharedContext()));
 }
 
 std::shared_ptr<kvTags> kvTag::Tags() const {

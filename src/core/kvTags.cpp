@@ -1,7 +1,6 @@
 #include "core/kvTags.h"
 
 #include "automation/Convert.h"
-#include "core/TagList.h"
 #include "core/kvTag.h"
 
 namespace velmor {
@@ -10,7 +9,7 @@ using automation::Variant;
 
 kvTags::kvTags() = default;
 
-kvTags::kvTags(std::unique_ptr<TagList> tags) : tags_(std::move(tags)) {}
+kvTags::kvTags(std::shared_ptr<KeptLists> lists, KeptListRef tags) : lists_(std::move(lists)), tags_(std::move(tags)) {}
 
 kvTags::~kvTags() = default;
 

@@ -7,19 +7,19 @@
 
 #include "automation/Enumeration.h"
 #include "automation/Variant.h"
+#include "core/TagList.h"
 
 namespace velmor {
 
 class kvTag;
 class TagEnumerator;
-class TagList;
 
 // The top-level tags of one value, in order of appearance, from 1. Parents own their children; a
 // child made for a reader of this collection stays the same object.
 class kvTags : public automation::Object {
 public:
     kvTags();
-    explicit kvTags(std::unique_ptr<TagList> tags);
+    kvTags(std::shared_ptr<KeptLists> lists, KeptListRef tags);
     ~kvTags() override;
 
     // By 1-based index; a text is a key, and no tag has one. Null when there is none; never raises.
@@ -41,7 +41,8 @@ public:
     TagList& list() noexcept { return *tags_; }
 
 private:
-    std::unique_ptr<TagList> tags_;
+    std::shared_ptr<KeptLists> lists_;  // that the list is kept in
+    KeptListRef tags_;
 };
 
 class TagEnumerator final : public automation::Enumeration {

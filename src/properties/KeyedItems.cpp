@@ -168,8 +168,8 @@ void KeyedItems::claimKeys() {
 // Gives the entry the key of its name. If another entry has that key, returns it instead.
 KeyedItems::Entry* KeyedItems::claimKey(Entry& entry) {
     if (!indexed_ && order_.size() > kMostWithoutIndex) buildIndex();
-    if (Entry* const owner = keyedEntry(entry.name)) return owner;
-    if (indexed_) index_.emplace(entry.name, &entry);
+    Entry* const owner = indexed_ ? index_.try_emplace(entry.name, &entry).first->second : keyedEntry(entry.name);
+    if (owner != nullptr && owner != &entry) return owner;
     entry.keyed = true;
     return nullptr;
 }

@@ -82,7 +82,8 @@ public:
 private:
     friend class PropertyEnumerator;
     struct FoldedHash {
-        std::size_t operator()(std::u16string_view key) const noexcept { return hashIgnoringCase(key); }
+        // Not noexcept: libstdc++ then stores the hashes instead of computing them anew along a bucket.
+        std::size_t operator()(std::u16string_view key) const { return hashIgnoringCase(key); }
     };
     struct FoldedEqual {
         bool operator()(std::u16string_view a, std::u16string_view b) const noexcept { return equalIgnoringCase(a, b); }
