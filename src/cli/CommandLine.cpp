@@ -161,12 +161,37 @@ void addTemplateOptions(CLI::App& command, TemplateOptions& options) {
     addEncoding(command, options.encoding);
 }
 
+// Options that set a property of core/EvaluationRules.h.
+void addRules(CLI::App& command, TemplateOptions& options) {
+    const auto add = [&](const char* option, const char* property, const char* description, const char* type) {
+        const auto take = [&options, property](const std::string& value) { options.rules[property] = value; };
+        return command.add_option_function<std::string>(option, take, description)->type_name(type);
+    };
+    add("--missing", "kvTag.Missing",
+        "What becomes of a tag whose property, file or handler is absent (default: empty)", "empty|keep|mark|fail")
+        ->check(CLI::IsMember({"empty", "keep", "mark", "fail"}));
+    add("--data-tags", "kvTag.Data Tags", "What becomes of tags in values and in handlers' answers (default: allow)",
+        "allow|report|refuse")
+        ->check(CLI::IsMember({"allow", "report", "refuse"}));
+    add("--include-root", "kvTag.Include Root", "Include files of this folder only", "DIR")
+        ->check(CLI::ExistingDirectory);
+    add("--max-depth", "kvTag.Max Depth", "Most levels of tags within tags (at most 100)", "N")
+        ->check(CLI::PositiveNumber);
+    add("--max-tags", "kvTag.Max Tags", "Most tags that are evaluated", "N")->check(CLI::PositiveNumber);
+    add("--max-output", "kvTag.Max Output", "Most characters of the result", "N")->check(CLI::PositiveNumber);
+}
+
 void addEval(CLI::App& app, CommandLine& line) {
     const auto [command, options] = addCommand(app, line, "eval", "Evaluate a template", evalFooter, runEval);
     command->add_option("TEMPLATE", options.input, "The template; - or nothing: standard input")->type_name("");
     command->add_option("-o,--output", options.output, "Write the result to this file, whole or not at all")
         ->type_name("OUT");
     addTemplateOptions(*command, options);
+    addRules(*command, options);
+    command->add_flag_callback(
+        "--sandbox", [&options = options, &line] { options.sandbox = line.system.registryOnlyIfNamed = true; },
+        "For a template that nobody has read: --data-tags refuse, --include-root its folder, and no handlers but those "
+        "of --registry");
     command->add_flag("--exact", options.exact, "Include RTF exactly as the component does, without its tolerance");
     addSystem(*command, line.system);
 }

@@ -18,6 +18,7 @@ ExitCode runEval(platform::Services& services, const EvalOptions& options) {
     tag->Value(std::move(document.text));
     const std::u16string result = tag->Result();
     const bool reported = errors.print();
+    if (tag->hasFailed()) throw Failure(exitFile, "nothing was written: the evaluation failed");
     writeAll(services.files, options.output, encodeResult(result, document.encoding));
     tag->Dispose();
     return reported ? exitReported : exitDone;

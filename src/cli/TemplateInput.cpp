@@ -46,8 +46,18 @@ void TemplateInput::addProperties(privProperties& properties) const {
     }
     for (const auto& assignment : options_.properties) setProperty(properties, assignment);
     makeTolerant(properties, options_.exact);
+    if (options_.sandbox) addSandbox(properties);
+    for (const auto& [name, value] : options_.rules) properties.AddStr(fromUtf8(name), fromUtf8(value), true);
     if (options_.includePath) requireFolder(*options_.includePath);
     if (options_.includePath) properties.AddStr(u"Path", fromUtf8(*options_.includePath), true);
+}
+
+// For templates and data that nobody has read: tags in data are text, and only files of the template's folder are
+// included. (The registry is that of the command line alone: see main.)
+void TemplateInput::addSandbox(privProperties& properties) const {
+    properties.AddStr(u"kvTag.Data Tags", u"refuse", true);
+    properties.AddStr(u"kvTag.Include Root",
+                      options_.includePath ? fromUtf8(*options_.includePath) : folders_.component(), true);
 }
 
 }  // namespace velmor::cli

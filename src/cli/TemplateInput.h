@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <utility>
@@ -33,11 +34,13 @@ private:
 struct TemplateOptions {
     std::string input;  // empty or "-": standard input
     EncodingChoice encoding = EncodingChoice::automatic;
-    std::string propertyFile;                // in the text form of a property collection; empty: none
-    std::string passwordFile;                // of the property file; empty: none
-    std::vector<std::string> properties;     // "name=value": texts, which replace those of the file
-    std::optional<std::string> includePath;  // the property "Path", which replaces either
-    bool exact = false;                      // not tolerant, whatever the properties are
+    std::string propertyFile;                  // in the text form of a property collection; empty: none
+    std::string passwordFile;                  // of the property file; empty: none
+    std::vector<std::string> properties;       // "name=value": texts, which replace those of the file
+    std::optional<std::string> includePath;    // the property "Path", which replaces either
+    bool exact = false;                        // not tolerant, whatever the properties are
+    std::map<std::string, std::string> rules;  // properties that replace all others, as core/EvaluationRules.h has them
+    bool sandbox = false;                      // see addSandbox
 
     bool namesProperties() const noexcept { return !propertyFile.empty() || !properties.empty(); }
 };
@@ -57,6 +60,8 @@ public:
     void addProperties(privProperties& properties) const;
 
 private:
+    void addSandbox(privProperties& properties) const;
+
     const TemplateOptions& options_;
     TemplateFolders folders_;
     platform::Services services_;

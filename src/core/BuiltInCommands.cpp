@@ -4,6 +4,7 @@
 #include "common/TextFile.h"
 #include "core/ErrorLog.h"
 #include "core/Evaluation.h"
+#include "core/EvaluationRules.h"
 #include "core/Markup.h"
 #include "core/Options.h"
 #include "core/Version.h"
@@ -54,7 +55,7 @@ std::u16string textOf(const PropertyRef& property) {
 struct BuiltInCommands::Command {
     std::u16string_view name;
     std::u16string_view text;
-    std::u16string (BuiltInCommands::*answer)(privProperties& elements) const;
+    CommandAnswer (BuiltInCommands::*answer)(privProperties& elements) const;
 };
 
 const std::vector<BuiltInCommands::Command>& BuiltInCommands::commands() {
@@ -100,17 +101,17 @@ bool BuiltInCommands::isListFile(std::u16string_view path) {
     return path.size() >= 4 && equalIgnoringCase(path.substr(path.size() - 4), u".kvl");
 }
 
-std::u16string BuiltInCommands::run() const {
+CommandAnswer BuiltInCommands::run() const {
     const HeldText held(kCopiesOfName * name_.size());
     if (!held.fits()) {
         reportLimit(services_, *context_, EvaluationLimit::held, handler, name_);
         return {};
     }
     privProperties elements(services_);
-    return build(elements, name_, true) ? run(elements) : std::u16string();
+    return build(elements, name_, true) ? run(elements) : CommandAnswer();
 }
 
-std::u16string BuiltInCommands::run(privProperties& elements) const {
+CommandAnswer BuiltInCommands::run(privProperties& elements) const {
     const PropertyRef first = elements.Item(kHandlerElement);
     if (!first || upperCase(first->Name()) != handler) return u"!Incorrect Handler!";
     const PropertyRef name = elements.Item(kCommandElement);
@@ -152,20 +153,39 @@ void BuiltInCommands::logError(std::u16string_view message, std::u16string_view 
     addErrorLogEntry(services_, *context_->errorLog, {handler, message, 0, name_, errorData});
 }
 
-std::u16string BuiltInCommands::setProperty(privProperties& elements) const {
+CommandAnswer BuiltInCommands::setProperty(privProperties& elements) const {
     const PropertyRef parameter = elements.Item(kFirstParameter);
     if (!parameter) return {};
     Variant value = parameter->Value();
     const auto* const text = value.get<std::u16string>();
     const bool hasTags = text != nullptr && text->find(kOpeningMarker) != std::u16string::npos;
     if (hasTags && elements.GetValueBoolean(u"PREPROCESS", true)) value = Variant(processed(*text));
-    put(parameter->Name(), std::move(value));
+    if (EvaluationRules::isRule(parameter->Name())) {
+        logError(u"A tag does not set this property", parameter->Name());
+    } else {
+        put(parameter->Name(), std::move(value));
+    }
     return {};
 }
 
-std::u16string BuiltInCommands::property(privProperties& elements) const {
+// In tags the reader gives names in upper case.
+std::u16string_view BuiltInCommands::asWritten(const std::u16string& psName) const {
+    const std::size_t place = findText(name_, psName, 0, Comparison::text);
+    return place == name_.npos ? std::u16string_view(psName) : name_.substr(place, psName.size());
+}
+
+CommandAnswer BuiltInCommands::property(privProperties& elements) const {
     const PropertyRef parameter = elements.Item(kFirstParameter);
-    return parameter ? context_->properties.getText(parameter->Name(), parameter->Value()) : std::u16string();
+    if (!parameter) return {};
+    const Collection& properties = context_->properties;
+    CommandAnswer answer(properties.getText(parameter->Name(), parameter->Value()));
+    if (!EvaluationRun::current().rules().looksAtValues()) return answer;
+    if (properties.find(parameter->Name())) {
+        answer.origin = Origin::property;
+    } else if (answer.text.empty() || name_.find(u'=') == name_.npos) {
+        return CommandAnswer::missing(asWritten(parameter->Name()));
+    }
+    return answer;
 }
 
 std::u16string BuiltInCommands::commandValue(privProperties& elements) const {
@@ -177,16 +197,28 @@ std::u16string BuiltInCommands::fullPath(std::u16string_view psFile) const {
     return pathOf(psFile, std::move(folder), services_.folders.separator());
 }
 
-std::u16string BuiltInCommands::include(privProperties& elements) const {
+CommandAnswer BuiltInCommands::include(privProperties& elements) const {
     const std::u16string file = commandValue(elements);
     const std::u16string path = fullPath(file);
-    if (!services_.files.exists(path)) return {};
+    if (!mayInclude(path)) return CommandAnswer::missing(file);
     std::optional<std::u16string> text = readTextFile(services_.files, path);
     if (!text) {
         logError(u"The file could not be read", path);
-        return {};
+        return CommandAnswer::missing(file);
     }
-    return isListFile(file) ? listEntry(*text, elements) : onlyDocument(*std::move(text), path);
+    if (isListFile(file)) return listEntry(*text, elements);
+    return onlyDocument(*std::move(text), path);
+}
+
+// Whether the file exists and may be included.
+bool BuiltInCommands::mayInclude(std::u16string_view path) const {
+    const EvaluationRules& rules = EvaluationRun::current().rules();
+    if (rules.admitsPath(path)) {
+        if (!services_.files.exists(path)) return false;
+        if (rules.admitsFile(services_, path)) return true;
+    }
+    logError(u"The file is not in the folder that files may be included from", path);
+    return false;
 }
 
 // Of a file that is an RTF document. What follows its closing brace is no part of it.
@@ -204,34 +236,46 @@ std::u16string BuiltInCommands::onlyDocument(std::u16string text, std::u16string
     return text;
 }
 
-std::u16string BuiltInCommands::listEntry(std::u16string_view psList, privProperties& elements) const {
+CommandAnswer BuiltInCommands::listEntry(std::u16string_view psList, privProperties& elements) const {
     privProperties list(services_);
     if (!build(list, psList, false)) return {};
+    std::u16string sought = u"1";
+    PropertyRef entry;
     if (const PropertyRef index = elements.Item(std::u16string_view(u"INDEX"))) {
-        return textOf(list.Item(automation::toLong(Variant(processed(textOf(index)))).value_or(0)));
+        sought = processed(textOf(index));
+        entry = list.Item(automation::toLong(Variant(sought)).value_or(0));
+    } else if (const PropertyRef key = elements.Item(std::u16string_view(u"KEY"))) {
+        sought = processed(textOf(key));
+        entry = list.Item(std::u16string_view(sought));
+    } else {
+        entry = list.Item(1);
     }
-    if (const PropertyRef key = elements.Item(std::u16string_view(u"KEY"))) {
-        return textOf(list.Item(std::u16string_view(processed(textOf(key)))));
-    }
-    return textOf(list.Item(1));
+    return entry ? CommandAnswer(entry->ValueStr()) : CommandAnswer::missing(sought);
 }
 
-std::u16string BuiltInCommands::setPath(privProperties& elements) const {
+CommandAnswer BuiltInCommands::setPath(privProperties& elements) const {
     std::u16string path = commandValue(elements);
     put(kPathProperty, Variant(path));
     return path;
 }
 
-std::u16string BuiltInCommands::privateVariable(privProperties& elements) const {
-    const PropertyRef parameter = elements.Item(kFirstParameter);
-    if (!parameter) return {};
-    return context_->privateVariables->GetValueStr(parameter->Name(), parameter->ValueStr());
+CommandAnswer BuiltInCommands::privateAnswer(privProperty& parameter, std::u16string value) const {
+    CommandAnswer answer(std::move(value));
+    if (context_->privateVariables->Item(parameter.Name())) answer.origin = Origin::handler;
+    return answer;
 }
 
-std::u16string BuiltInCommands::dumpPrivateVariable(privProperties& elements) const {
+CommandAnswer BuiltInCommands::privateVariable(privProperties& elements) const {
     const PropertyRef parameter = elements.Item(kFirstParameter);
     if (!parameter) return {};
-    return context_->privateVariables->GetValueStrCatDump(parameter->Name(), parameter->ValueStr());
+    return privateAnswer(*parameter, context_->privateVariables->GetValueStr(parameter->Name(), parameter->ValueStr()));
+}
+
+CommandAnswer BuiltInCommands::dumpPrivateVariable(privProperties& elements) const {
+    const PropertyRef parameter = elements.Item(kFirstParameter);
+    if (!parameter) return {};
+    return privateAnswer(*parameter,
+                         context_->privateVariables->GetValueStrCatDump(parameter->Name(), parameter->ValueStr()));
 }
 
 }  // namespace velmor

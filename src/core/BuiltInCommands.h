@@ -12,6 +12,24 @@
 namespace velmor {
 
 class privProperties;
+class privProperty;
+
+// What a command gives.
+struct CommandAnswer {
+    CommandAnswer() = default;
+    CommandAnswer(std::u16string value) : text(std::move(value)) {}
+    CommandAnswer(const char16_t* value) : text(value) {}
+    // Nothing, because what has that name is absent.
+    static CommandAnswer missing(std::u16string_view name) {
+        CommandAnswer answer;
+        answer.absent = name;
+        return answer;
+    }
+
+    std::u16string text;
+    Origin origin = Origin::author;
+    std::u16string absent;
+};
 
 // The commands of the handler "TAG", for one tag. An unknown command, and one that lacks an element or cannot
 // read its file, yields "". The value is not escaped, and its tags are not evaluated.
@@ -24,9 +42,9 @@ public:
         : services_(services), context_(context), name_(psName) {}
 
     // With the tag's elements.
-    std::u16string run(privProperties& elements) const;
+    CommandAnswer run(privProperties& elements) const;
     // With elements built from its name.
-    std::u16string run() const;
+    CommandAnswer run() const;
 
     // The value of a tag "TAG>PROPERTY:name=default:" (its final ":" may be absent), without a full parse: a
     // part of psName, or `text`, which receives the property's value. Nothing if it needs the full parse.
@@ -45,20 +63,23 @@ private:
     static const std::vector<Command>& commands();
     static const Command* find(std::u16string_view psCommand);
 
-    std::u16string setProperty(privProperties& elements) const;
-    std::u16string property(privProperties& elements) const;
-    std::u16string include(privProperties& elements) const;
-    std::u16string setPath(privProperties& elements) const;
-    std::u16string privateVariable(privProperties& elements) const;
-    std::u16string dumpPrivateVariable(privProperties& elements) const;
+    CommandAnswer setProperty(privProperties& elements) const;
+    CommandAnswer property(privProperties& elements) const;
+    CommandAnswer include(privProperties& elements) const;
+    CommandAnswer setPath(privProperties& elements) const;
+    CommandAnswer privateVariable(privProperties& elements) const;
+    CommandAnswer dumpPrivateVariable(privProperties& elements) const;
 
+    CommandAnswer privateAnswer(privProperty& parameter, std::u16string value) const;
+    std::u16string_view asWritten(const std::u16string& psName) const;
     std::u16string commandValue(privProperties& elements) const;
     std::u16string fullPath(std::u16string_view psFile) const;
-    std::u16string listEntry(std::u16string_view psList, privProperties& elements) const;
+    CommandAnswer listEntry(std::u16string_view psList, privProperties& elements) const;
     // False, with an entry in the error log, when compressed values exceed their limit.
     bool build(privProperties& elements, std::u16string_view text, bool isTag) const;
     std::u16string processed(std::u16string text) const;
     std::u16string onlyDocument(std::u16string text, std::u16string_view path) const;
+    bool mayInclude(std::u16string_view path) const;
     void logError(std::u16string_view message, std::u16string_view errorData) const;
     void put(std::u16string_view psName, automation::Variant value) const;
 

@@ -4,6 +4,7 @@
 
 #include "core/BuiltInCommands.h"
 #include "core/ErrorLog.h"
+#include "core/EvaluationRules.h"
 #include "core/TagList.h"
 #include "core/TimingLog.h"
 #include "core/kvTag.h"
@@ -30,14 +31,18 @@ private:
     void answerWithoutHandler(std::u16string_view messageProperty, std::u16string_view defaultMessage,
                               std::u16string_view error);
     void takeValue();
+    void takeData(Origin origin);
     void takePart(std::u16string_view part);
     void fitAndCount(bool protect);
+    void answerAbsent(std::u16string_view name);
+    void logValue(std::u16string_view message, std::u16string_view errorData);
     bool isProtected() const { return request_.tag ? request_.tag->ProtectRTF() : request_.context->protectRtf; }
     void report(EvaluationLimit limit) {
         reportLimit(request_.services, *request_.context, limit, address_.name, request_.name);
     }
 
     const TagRequest& request_;
+    const EvaluationRules& rules_ = EvaluationRun::current().rules();
     const std::u16string_view handler_;  // as it is written
     HandlerAddress address_;
     TagAnswer answer_;
@@ -55,11 +60,14 @@ TagAnswer Dispatch::run() {
     } else {
         address_ = HandlerAddress::parse(handler_);
     }
+    if (EvaluationRun::current().hasFailed()) return std::move(answer_);
     if (const auto limit = EvaluationRun::current().countDispatch()) {
         report(*limit);
         return std::move(answer_);
     }
     answer_.hasValue = answer_.isSearched = false;
+    answer_.origin = request_.context->origin;
+    EvaluationRun::current().keepsTag(false);
     try {
         if (address_.name == BuiltInCommands::handler) {
             answerBuiltIn();
@@ -78,12 +86,17 @@ void Dispatch::answerBuiltIn() {
     if (!elements) {
         const auto value = BuiltInCommands::property(request_.name, *request_.context, answer_.text);
         if (value && value->data() != answer_.text.data()) return takePart(*value);
-        if (value) return takeValue();
+        if (value) return takeData(Origin::property);
     }
     const std::u16string name = storedName(request_.name);
     const BuiltInCommands commands(request_.services, request_.context, name);
-    answer_.text = elements ? commands.run(*elements) : commands.run();
-    takeValue();
+    CommandAnswer answer = elements ? commands.run(*elements) : commands.run();
+    answer_.text = std::move(answer.text);
+    if (!answer.absent.empty() && rules_.missing != EvaluationRules::Missing::empty) {
+        logValue(u"There is no value", answer.absent);
+        return answerAbsent(answer.absent);
+    }
+    takeData(answer.origin);
 }
 
 void Dispatch::answerByHandler() {
@@ -100,7 +113,7 @@ void Dispatch::answerByHandler() {
         return;
     }
     answer_.text = handler.GetTagValue(request_.tag);
-    takeValue();
+    takeData(Origin::handler);
     handler.Dispose();
 }
 
@@ -113,6 +126,44 @@ void Dispatch::answerWithoutHandler(std::u16string_view messageProperty, std::u1
         answer_.hasValue = true;
     }
     addErrorLogEntry(request_.services, *request_.context->errorLog, {address_.name, error, 0, {}, {}});
+    if (rules_.missing != EvaluationRules::Missing::empty) answerAbsent(address_.name);
+}
+
+void Dispatch::answerAbsent(std::u16string_view name) {
+    answer_.text.clear();
+    answer_.hasValue = answer_.isSearched = true;
+    switch (rules_.missing) {
+        case EvaluationRules::Missing::keep:
+            answer_.text.append(kOpeningMarker).append(request_.name).append(kClosingMarker);
+            hideMarkers(answer_.text);
+            EvaluationRun::current().keepsTag(true);
+            return;
+        case EvaluationRules::Missing::fail:
+            return EvaluationRun::current().fail();
+        default:
+            answer_.text.append(u"[").append(name).append(u"?]");
+            hideMarkers(answer_.text);
+            takeValue();
+    }
+}
+
+void Dispatch::logValue(std::u16string_view message, std::u16string_view errorData) {
+    addErrorLogEntry(request_.services, *request_.context->errorLog,
+                     {address_.name, message, 0, request_.name, errorData});
+}
+
+// The value comes from there, unless it is the author's.
+void Dispatch::takeData(Origin origin) {
+    if (!rules_.looksAtValues()) return takeValue();
+    if (answer_.origin == Origin::author) answer_.origin = origin;
+    takeValue();
+    const ContextRef context = contextOf(answer_.origin, request_.context);
+    const bool hasTags = !answer_.tags.tags.empty();
+    if (hasTags && admitsTags(request_.services, *context, address_.name, request_.name)) return;
+    if (answer_.origin == Origin::author || rules_.dataTags != EvaluationRules::DataTags::refuse) return;
+    // Pieces of markers, too: they could form one with the text around them.
+    hideMarkers(answer_.text);
+    answer_.tags = {};
 }
 
 // The value is answer_.text.
@@ -184,6 +235,18 @@ TopLevelTags searchTags(platform::Services& services, std::u16string_view handle
     if (text.size() <= static_cast<std::size_t>(kMaximumCharacters)) found = findTopLevelTags(text);
     if (search) search.finish(searchDetail(handler, text, found));
     return found;
+}
+
+bool admitsTags(platform::Services& services, const TagContext& context, std::u16string_view handler,
+                std::u16string_view tagName) {
+    using DataTags = EvaluationRules::DataTags;
+    const DataTags rule = EvaluationRun::current().rules().dataTags;
+    if (context.origin == Origin::author || rule == DataTags::allow) return true;
+    addErrorLogEntry(
+        services, *context.errorLog,
+        {handler, rule == DataTags::refuse ? u"Tags in a value were left as text" : u"Tags in a value were evaluated",
+         0, tagName, context.origin == Origin::property ? u"from a property" : u"from a handler"});
+    return rule == DataTags::report;
 }
 
 bool fitIntoRtf(platform::Services& services, bool protect, std::u16string& value) {

@@ -34,6 +34,7 @@ struct TagAnswer {
     std::u16string text;
     std::u16string_view part;  // of the tag's name, which is the value then; else empty
     TopLevelTags tags;
+    Origin origin = Origin::author;  // of the value
 
     std::u16string_view value() const noexcept { return part.empty() ? std::u16string_view(text) : part; }
 };
@@ -55,6 +56,11 @@ TopLevelTags searchTags(platform::Services& services, std::u16string_view handle
 // Escapes and brackets tables for a text that goes into RTF; true when the text is itself a complete
 // RTF document.
 bool fitIntoRtf(platform::Services& services, bool protect, std::u16string& value);
+
+// Whether the tags of a text with this context are evaluated. Writes the entry that the rules ask for if the text is
+// not the author's.
+bool admitsTags(platform::Services& services, const TagContext& context, std::u16string_view handler,
+                std::u16string_view tagName = {});
 
 // Writes the limit's one entry of this run.
 void reportLimit(platform::Services& services, const TagContext& context, EvaluationLimit limit,

@@ -5,6 +5,7 @@
 
 #include "core/BuiltInCommands.h"
 #include "core/ErrorLog.h"
+#include "core/EvaluationRules.h"
 #include "core/Markup.h"
 #include "core/kvTag.h"
 #include "rtf/tables/TableMarkers.h"
@@ -61,14 +62,17 @@ std::u16string evaluateText(platform::Services& services, const ContextRef& cont
         reportLimit(services, *context, *limit, handler, {});
         return {};
     }
+    const RulesInForce rules(context->properties);
     const bool isRtf = text.starts_with(kRtfStart);
     addTableMarkers(text, services.guids);
     const TopLevelTags found = searchTags(services, {}, text);
-    if (found.tags.empty()) return text;
+    if (found.tags.empty() || !admitsTags(services, *context, handler)) return text;
     TagList tags(services, text, found, isRtf ? protectedContext(context) : context);
     const auto result = std::make_shared<privStrCat>();
     Evaluation(tags, result).run();
-    return std::u16string(result->contiguous());
+    std::u16string evaluated(run.hasFailed() ? std::u16string_view() : result->contiguous());
+    showMarkers(evaluated);
+    return evaluated;
 }
 
 Evaluation::Evaluation(TagList& tags, const BuilderRef& target)
@@ -165,6 +169,11 @@ void Evaluation::answer(std::size_t index, const BuilderRef& results) {
         } else {
             answerHere(index, results);
         }
+        if (sizeOf(*results) > static_cast<std::size_t>(rules_.maximumOutput)) {
+            results->truncate(start);
+            tags_.settle(index, start, 0, nullptr);
+            report(EvaluationLimit::output, index);
+        }
     } catch (const std::exception&) {
         // Only memory fails here: the tag yields nothing.
         results->truncate(start);
@@ -178,6 +187,7 @@ void Evaluation::answerByObject(std::size_t index, privStrCat& results) {
     const bool isMadeHere = !tags_.object(index);
     const std::size_t start = sizeOf(results);
     tags_.item(index)->appendResult(results);
+    if (EvaluationRun::current().keepsTag()) keepTag(index, start, results);
     if (isMadeHere) tags_.settleObject(index, start, sizeOf(results) - start);
 }
 
@@ -187,12 +197,24 @@ void Evaluation::answerHere(std::size_t index, const BuilderRef& results) {
     const EvaluationLevel level;
     TagAnswer answer = dispatch({tags_.services(), tags_.context(), tags_.rawName(index), nullptr, isFit_});
     KeptListRef nested;
-    if (answer.tags.tags.empty()) {
+    if (EvaluationRun::current().keepsTag()) {
+        keepTag(index, start, *results);
+    } else if (answer.tags.tags.empty()) {
         results->add(answer.value());
     } else {
         nested = evaluateTagsOf(answer, index, results);
     }
     tags_.settle(index, start, sizeOf(*results) - start, std::move(nested));
+}
+
+// The result is the tag as it is written.
+void Evaluation::keepTag(std::size_t index, std::size_t start, privStrCat& results) {
+    EvaluationRun::current().keepsTag(false);
+    results.truncate(start);
+    const TagSpan& span = tags_.span(index);
+    std::u16string written(tags_.text().substr(span.open, span.end() - span.open));
+    hideMarkers(written);
+    results.add(written);
 }
 
 KeptListRef Evaluation::evaluateTagsOf(TagAnswer& answer, std::size_t index, const BuilderRef& results) {
@@ -202,7 +224,8 @@ KeptListRef Evaluation::evaluateTagsOf(TagAnswer& answer, std::size_t index, con
         return nullptr;
     }
     const bool isPart = !answer.part.empty();
-    const ContextRef context = answer.isRtf ? protectedContext(tags_.context()) : tags_.context();
+    const ContextRef context =
+        contextOf(answer.origin, answer.isRtf ? protectedContext(tags_.context()) : tags_.context());
     if (KeptListRef kept = tags_.keepNested(answer.value(), isPart, answer.tags, context)) {
         std::u16string().swap(answer.text);
         Evaluation(*kept, results).run(isPart);

@@ -50,11 +50,13 @@ private:
     void answerByObject(std::size_t index, privStrCat& results);
     void answerHere(std::size_t index, const BuilderRef& results);
     KeptListRef evaluateTagsOf(TagAnswer& answer, std::size_t index, const BuilderRef& results);
+    void keepTag(std::size_t index, std::size_t start, privStrCat& results);
     void report(EvaluationLimit limit, std::size_t index);
 
     void runLiterally(std::size_t from);
 
     TagList& tags_;
+    const EvaluationRules& rules_ = EvaluationRun::current().rules();
     const BuilderRef& target_;
     const std::size_t base_;    // where this text begins in the target
     std::size_t position_ = 0;  // how far the source is finished

@@ -3,32 +3,53 @@
 #include <algorithm>
 
 #include "common/Limits.h"
+#include "core/EvaluationRules.h"
 #include "properties/privProperty.h"
+#include "text/Encoding.h"
 
 namespace velmor {
 
-std::u16string_view limitMessage(EvaluationLimit limit) noexcept {
+namespace {
+
+// With "," between thousands.
+std::u16string grouped(std::int64_t number) {
+    std::u16string text = fromUtf8(std::to_string(number));
+    for (std::size_t at = text.size(); at > 3;) text.insert(at -= 3, u",");
+    return text;
+}
+
+}  // namespace
+
+std::u16string limitMessage(EvaluationLimit limit) {
+    const EvaluationRules& rules = EvaluationRun::current().rules();
     switch (limit) {
         case EvaluationLimit::levels:
-            return u"Tags are nested beyond 100 levels";
+            return u"Tags are nested beyond " + grouped(rules.maximumLevels) + u" levels";
         case EvaluationLimit::dispatches:
-            return u"More than 10,000,000 tags in one evaluation";
+            return u"More than " + grouped(rules.maximumTags) + u" tags in one evaluation";
         case EvaluationLimit::held:
             return u"More than 33,554,432 characters held at once in one evaluation";
         case EvaluationLimit::decoded:
             return u"More than 33,554,432 bytes of compressed values in one evaluation";
         case EvaluationLimit::kept:
             return u"The values of further tags within tags are not kept";
+        case EvaluationLimit::output:
+            return u"More than " + grouped(rules.maximumOutput) + u" characters in the result";
         case EvaluationLimit::characters:
             break;
     }
     return u"More than 1,073,741,823 characters in one evaluation";
 }
 
+const EvaluationRules& EvaluationRun::rules() const noexcept {
+    static const EvaluationRules none;
+    return rules_ == nullptr ? none : *rules_;
+}
+
 std::optional<EvaluationLimit> EvaluationRun::countDispatch() noexcept {
     if (tooDeep_) return EvaluationLimit::levels;
     if (characters_ > kMaximumCharacters) return EvaluationLimit::characters;
-    if (dispatches_ >= kMaximumDispatches) return EvaluationLimit::dispatches;
+    if (dispatches_ >= rules().maximumTags) return EvaluationLimit::dispatches;
     ++dispatches_;
     return std::nullopt;
 }
@@ -84,7 +105,7 @@ EvaluationLevel::EvaluationLevel() noexcept : run_(EvaluationRun::current()) {
         run_ = EvaluationRun();
         run_.logEntries_ = &logEntries_;
     }
-    run_.tooDeep_ |= ++run_.level_ > kMaximumLevels;
+    run_.tooDeep_ |= ++run_.level_ > run_.rules().maximumLevels;
 }
 
 EvaluationLevel::~EvaluationLevel() {
@@ -118,7 +139,7 @@ TextApart::~TextApart() {
 }
 
 std::optional<EvaluationLimit> EvaluationLevel::refused() const noexcept {
-    return run_.level_ > kMaximumLevels ? std::optional(EvaluationLimit::levels) : std::nullopt;
+    return run_.level_ > run_.rules().maximumLevels ? std::optional(EvaluationLimit::levels) : std::nullopt;
 }
 
 }  // namespace velmor

@@ -9,6 +9,7 @@
 namespace velmor {
 
 class privProperty;
+struct EvaluationRules;
 
 // Limits of one top-level evaluation, far above what documents use. A tag beyond a limit yields
 // the empty text, each limit that is met writes one entry to the error log, and evaluation goes on.
@@ -31,10 +32,10 @@ inline constexpr std::size_t kMaximumDecoded = std::size_t{1} << 25;
 // Entries in the error log; one more counts the others.
 inline constexpr std::int64_t kMaximumLogEntries = 10'000;
 
-enum class EvaluationLimit { levels, dispatches, characters, held, decoded, kept };
+enum class EvaluationLimit { levels, dispatches, characters, held, decoded, kept, output };
 
 // What an error-log entry says of the limit.
-std::u16string_view limitMessage(EvaluationLimit limit) noexcept;
+std::u16string limitMessage(EvaluationLimit limit);
 
 // The tag of the outermost text that is being answered.
 struct OutermostTag {
@@ -77,6 +78,18 @@ public:
     bool keep(std::size_t bytes) noexcept;
     std::size_t& decodable() noexcept { return decodable_; }
 
+    // What the outermost text's host asks for.
+    const EvaluationRules& rules() const noexcept;
+    void rules(const EvaluationRules* rules) noexcept { rules_ = rules; }
+    // No tag is answered any more, and the outermost result is empty.
+    void fail() noexcept { failed_ = true; }
+    bool hasFailed() const noexcept { return failed_; }
+    bool hidesMarkers() const noexcept { return hidesMarkers_; }
+    void hidesMarkers(bool hides) noexcept { hidesMarkers_ = hides; }
+    // Whether the tag that was dispatched last stays as it is written.
+    bool keepsTag() const noexcept { return keepsTag_; }
+    void keepsTag(bool keeps) noexcept { keepsTag_ = keeps; }
+
     // Empty at the beginning and between two tags. Holds views of the text under evaluation.
     const OutermostTag& outermostTag() const noexcept { return outermostTag_; }
     void outermostTag(const OutermostTag& tag) noexcept { outermostTag_ = tag; }
@@ -95,6 +108,9 @@ private:
 
     int level_ = 0;
     bool tooDeep_ = false;
+    bool failed_ = false;
+    bool hidesMarkers_ = false;
+    bool keepsTag_ = false;
     unsigned reported_ = 0;
     std::int64_t dispatches_ = 0;
     std::int64_t characters_ = 0;
@@ -106,6 +122,7 @@ private:
     int apart_ = 0;  // texts of their own that are being evaluated
     OutermostTag outermostTag_;
     LogEntryCount* logEntries_ = nullptr;
+    const EvaluationRules* rules_ = nullptr;
 };
 
 constinit inline thread_local EvaluationRun EvaluationRun::current_{};

@@ -1,6 +1,7 @@
 // Answers the most frequent tag without building its elements, if the result is the same.
 
 #include "core/BuiltInCommands.h"
+#include "core/EvaluationRules.h"
 #include "core/Markup.h"
 #include "text/Compare.h"
 
@@ -71,7 +72,10 @@ std::optional<std::u16string_view> BuiltInCommands::property(std::u16string_view
     const std::optional<std::u16string_view> value = bare ? u"0" : plainDefault(rest, equals + 1);
     if (!value) return std::nullopt;
     text.clear();
-    return context.properties.appendText(name, text) ? std::u16string_view(text) : *value;
+    if (context.properties.appendText(name, text)) return text;
+    // Without a default the tag may be one for EvaluationRules::missing.
+    if ((bare || value->empty()) && EvaluationRun::current().rules().looksAtValues()) return std::nullopt;
+    return *value;
 }
 
 }  // namespace velmor

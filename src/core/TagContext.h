@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -15,6 +16,13 @@ class privStrCat;
 using TextRef = std::shared_ptr<const std::u16string>;
 using BuilderRef = std::shared_ptr<privStrCat>;
 
+// Where a text's tags come from. What data includes is data.
+enum class Origin : std::uint8_t {
+    author,    // the template, or a file that it includes
+    property,  // a value of the property collection
+    handler,   // a handler's answer, or a text that a handler has evaluated
+};
+
 // What a tag hands down to its child tags: references to the same collections and objects, and
 // the protection flag as it was when they were copied.
 struct TagContext {
@@ -24,6 +32,7 @@ struct TagContext {
     std::shared_ptr<privProperties> errorLog;
     automation::ObjectRef database;
     bool protectRtf = false;
+    Origin origin = Origin::author;  // tracked only where a rule asks for it
 };
 
 using ContextRef = std::shared_ptr<const TagContext>;

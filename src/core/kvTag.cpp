@@ -7,6 +7,7 @@
 #include "core/Dispatch.h"
 #include "core/ErrorLog.h"
 #include "core/Evaluation.h"
+#include "core/EvaluationRules.h"
 #include "core/TagList.h"
 #include "core/TimingLog.h"
 #include "core/kvTags.h"
@@ -325,10 +326,18 @@ std::u16string kvTag::GetProcessedElementsValue(std::u16string_view psName, cons
     return processed(element ? element->ValueStr() : automation::toText(pvDefault).value_or(std::u16string()));
 }
 
+// A handler may have any text evaluated. What is part of its own tag is as trustworthy as that tag.
+ContextRef kvTag::contextFor(std::u16string_view text) {
+    const ContextRef context = sharedContext();
+    const bool isOwn = name_.find(text) != std::u16string::npos || context->origin != Origin::author;
+    return !isChild_ || isOwn ? context : contextOf(Origin::handler, context);
+}
+
 std::u16string kvTag::ProcessValue(std::u16string_view psValue) {
     const std::shared_ptr<Object> alive = keep();
     std::u16string result;
-    guarded([&] { result = evaluateText(services_, sharedContext(), handlerName(name_), std::u16string(psValue)); });
+    guarded(
+        [&] { result = evaluateText(services_, contextFor(psValue), handlerName(name_), std::u16string(psValue)); });
     return result;
 }
 

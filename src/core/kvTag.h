@@ -143,6 +143,8 @@ public:
     void appendResult(privStrCat& target);
     // The elements, if somebody may have changed them; else null.
     std::shared_ptr<privProperties> changedElements() const { return elements_; }
+    // Whether a rule ("kvTag.Missing") had the evaluation fail; the result is empty then.
+    bool hasFailed() const noexcept { return hasFailed_; }
     // True for a tag made by another tag.
     bool isChild() const;
     // The internal collection that PRIVVAR and PRIVSTRCATDUMP read; created on first use.
@@ -170,11 +172,13 @@ private:
     const std::shared_ptr<privProperties>& ensure(std::shared_ptr<privProperties> TagContext::*member);
     const Collection& ensure(Collection TagContext::*member);
     std::u16string processed(std::u16string text);
+    std::shared_ptr<const TagContext> contextFor(std::u16string_view text);
 
     bool isRunning() const { return answering_ && evaluation_ != nullptr; }
     void ensureResult();
     void evaluate();
     void evaluateValue();
+    void finishResult();
     void answerItself();
     void takeResult(TextRef result);
     void enterFailure() noexcept;
@@ -195,6 +199,7 @@ private:
     bool resultGenerated_ = false;
     bool answering_ = false;  // the evaluation of this tag is running
     bool isChild_ = false;
+    bool hasFailed_ = false;
     bool cleanMergeMode_ = false;
 };
 

@@ -5,6 +5,7 @@
 #include "core/Dispatch.h"
 #include "core/ErrorLog.h"
 #include "core/Evaluation.h"
+#include "core/EvaluationRules.h"
 #include "core/TagList.h"
 #include "core/TimingLog.h"
 #include "core/kvTag.h"
@@ -70,6 +71,7 @@ void kvTag::evaluate() {
     const TimedStage stage(services_, LogType::result, !isChild_);
     const EvaluationLevel level;
     try {
+        const RulesInForce rules(context_->properties);
         if (const auto limit = level.refused()) {
             reportLimit(services_, *sharedContext(), *limit, handlerName(name_), name_);
             takeResult(std::make_shared<const std::u16string>());
@@ -79,12 +81,31 @@ void kvTag::evaluate() {
         if (!tagsBuilt_) answerItself();
         const std::uint32_t changes = changes_;
         evaluateValue();
+        finishResult();
         // A handler that set this tag's value meanwhile has armed it again.
         resultGenerated_ = changes == changes_;
         stage.finish({});
+    } catch (const RuleError&) {
+        enterFailure();
+        takeResult(std::make_shared<const std::u16string>());
+        hasFailed_ = resultGenerated_ = true;
     } catch (const std::exception&) {
         enterFailure();
         resultGenerated_ = true;
+    }
+}
+
+// What the rules of an outermost text ask for at its end.
+void kvTag::finishResult() {
+    const EvaluationRun& run = EvaluationRun::current();
+    if (run.level() != 1) return;
+    hasFailed_ = run.hasFailed();
+    if (hasFailed_) return takeResult(std::make_shared<const std::u16string>());
+    if (run.hidesMarkers() && resultBuilder_) resultBuilder_->exchangeUnits(kHidden, u'<');
+    if (run.hidesMarkers() && result_) {
+        std::u16string result = *result_;
+        showMarkers(result);
+        takeResult(std::make_shared<const std::u16string>(std::move(result)));
     }
 }
 
@@ -121,6 +142,7 @@ void kvTag::answerItself() {
     TagAnswer answer = dispatch({services_, context, name, std::static_pointer_cast<kvTag>(shared_from_this()), false});
     if (!answer.hasValue) return;
     if (answer.isRtf) ProtectRTF(true);
+    if (context_->origin != answer.origin) ownContext().origin = answer.origin;
     auto value = std::make_shared<const std::u16string>(answer.part.empty() ? std::move(answer.text)
                                                                             : std::u16string(answer.part));
     if (answer.isSearched) {

@@ -47,6 +47,8 @@ public:
     virtual bool create(std::u16string_view path) { return !exists(path) && write(path, {}); }
     virtual bool append(std::u16string_view path, std::string_view bytes) = 0;  // makes the file
     virtual bool remove(std::u16string_view path) = 0;
+    // The file or folder without links, "." and ".."; nothing if it does not exist.
+    virtual std::optional<std::u16string> realPath(std::u16string_view path) const = 0;
     virtual bool makeFolder(std::u16string_view path) = 0;  // parents too; true when it is there
 };
 

@@ -73,17 +73,19 @@ std::u16string folderOf(const std::u16string& path) {
 
 struct SystemServices::Parts {
     explicit Parts(const SystemOptions& options)
-        : registryFile(options.registryFile.empty() ? usualRegistryFile(*files) : options.registryFile),
-          registry(loadRegistry(!options.registryFile.empty())),
+        : registryFile(options.registryFile.empty() && !options.registryOnlyIfNamed ? usualRegistryFile(*files)
+                                                                                    : options.registryFile),
+          registry(loadRegistry(options)),
           folders(machineFolders(options.componentFolder.empty() ? folderOf(ownFile()) : options.componentFolder)),
           objects(machineObjects(*registry, libraryFolders(options))) {}
 
-    std::unique_ptr<Registry> loadRegistry(bool required) {
+    std::unique_ptr<Registry> loadRegistry(const SystemOptions& options) {
+        if (registryFile.empty() && options.registryOnlyIfNamed) return std::make_unique<RegistryTree>();
         if (registryFile.empty()) return machineRegistry();
         const auto bytes = files->read(registryFile);
         if (!bytes) {
             std::u16string message = u"The registry file \"" + registryFile + u"\" cannot be read";
-            if (required) throw Error(53, kErrorSource, std::move(message));
+            if (!options.registryFile.empty()) throw Error(53, kErrorSource, std::move(message));
             warnings.push_back(std::move(message));
             return machineRegistry();
         }

@@ -23,6 +23,8 @@ struct SystemOptions {
     // Linux: folders in which libraries of native objects are searched, after the registry file's folder
     // and before the component's (see NativeObject.h).
     std::vector<std::u16string> handlerFolders;
+    // Without registryFile the registry is empty.
+    bool registryOnlyIfNamed = false;
 };
 
 // The machine's own services.

@@ -79,6 +79,12 @@ std::u16string privStrCat::spareTail() const {
     return bufferCopy(content_.size(), capacity_ - content_.size());
 }
 
+void privStrCat::exchangeUnits(char16_t before, char16_t after) {
+    std::u16string text(contiguous());
+    std::replace(text.begin(), text.end(), before, after);
+    content_.adopt(std::move(text));
+}
+
 // ---- Building
 
 void privStrCat::Append(std::u16string_view psString) noexcept {

@@ -167,6 +167,9 @@ public:
     // Removes what follows the first `length` units, which must be there. The tail does not keep it.
     void truncate(std::size_t length) { content_.truncate(length); }
 
+    // Every unit `before` becomes `after`. Raises std::bad_alloc.
+    void exchangeUnits(char16_t before, char16_t after);
+
     // The content in one piece, until the next change. After an edit it costs what follows the place of that
     // edit, so do not call it between the edits of a sweep. Raises std::bad_alloc.
     std::u16string_view contiguous() const { return content_.contiguous(); }

@@ -187,6 +187,26 @@ class Eval(VelmorTest):
                             expect=REPORTED)
         self.assertEqual(shown, b"system handler not found: NONE")
 
+    def test_rules(self):
+        self.write("in/a.txt", b"a")
+        self.write("out.txt", b"out")
+        self.write("in/letter.txt", b"<KV:TAG>INCLUDE=a.txt:</KV>[<KV:TAG>INCLUDE=../out.txt:</KV>]"
+                   b"[<KV:TAG>INCLUDE=link.txt:</KV>][<KV:TAG>PROPERTY:name=:</KV>][<KV:TAG>PROPERTY:data=:</KV>]")
+        links = not RUNNER
+        if links:
+            os.symlink(self.path("out.txt"), self.path("in/link.txt"))
+        data = "data=<KV:TAG>PROPERTY:Path=:</KV>"
+        self.assertEqual(self.velmor("eval", "in/letter.txt", "--sandbox", "--missing", "mark", "--property", data,
+                                     expect=REPORTED).decode(),
+                         "a[[../out.txt?]][[link.txt?]][[name?]][<KV:TAG>PROPERTY:Path=:</KV>]")
+        self.assertEqual(self.messages.count("not in the folder"), 2 if links else 1, self.messages)
+        self.assertIn("left as text; from a property", self.messages)
+        self.velmor("eval", "in/letter.txt", "--missing", "fail", "-o", "none.txt", expect=FILE)
+        self.assertIn("in/letter.txt':1:", self.messages)
+        self.assertFalse(os.path.exists(self.path("none.txt")))
+        for wrong in (["--missing", "never"], ["--max-depth", "0"], ["--include-root", "nowhere"]):
+            self.velmor("eval", *wrong, expect=USAGE)
+
     def test_self_inclusion_ends(self):
         self.write("loop.txt", b"x<KV:TAG>INCLUDE=loop.txt:</KV><KV:TAG>INCLUDE=loop.txt:</KV>y")
         self.write("loop.rtf", b"{\\rtf1 x<KV:TAG>INCLUDE=loop.rtf:</KV><KV:TAG>INCLUDE=loop.rtf:</KV>y}")

@@ -68,7 +68,7 @@ TEST(Commands, TheShortCutEqualsTheFullParse) {
         const std::u16string quick(*found);
         ++taken;
         if (!name.ends_with(u':')) name += u':';
-        ASSERT_EQ(quick, BuiltInCommands(on.services, ContextRef(context), name).run()) << toUtf8(name);
+        ASSERT_EQ(quick, BuiltInCommands(on.services, ContextRef(context), name).run().text) << toUtf8(name);
     }
     EXPECT_GT(taken, 5000);
 }

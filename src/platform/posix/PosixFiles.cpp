@@ -11,6 +11,7 @@
 
 #include "platform/Machine.h"
 #include "platform/posix/PosixPaths.h"
+#include "text/Encoding.h"
 
 namespace velmor::platform {
 namespace {
@@ -214,6 +215,13 @@ public:
     bool remove(std::u16string_view path) override {
         const auto native = pathToChange(path);
         return native && unlink(native->c_str()) == 0;
+    }
+
+    std::optional<std::u16string> realPath(std::u16string_view path) const override {
+        const auto native = pathToRead(path);
+        std::error_code failure;
+        const auto found = std::filesystem::canonical(native ? *native : std::string(), failure);
+        return failure ? std::nullopt : std::optional(fromUtf8(found.string()));
     }
 
     bool makeFolder(std::u16string_view path) override {

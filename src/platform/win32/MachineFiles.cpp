@@ -152,6 +152,18 @@ public:
 
     bool remove(std::u16string_view path) override { return DeleteFileW(nativePath(path).c_str()) != FALSE; }
 
+    std::optional<std::u16string> realPath(std::u16string_view path) const override {
+        constexpr std::wstring_view prefix = L"\\\\?\\";
+        const HANDLE handle = CreateFileW(nativePath(path).c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
+                                          FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+        if (handle == INVALID_HANDLE_VALUE) return std::nullopt;
+        std::wstring found(32768, L'\0');  // the longest path there is
+        found.resize(GetFinalPathNameByHandleW(handle, found.data(), static_cast<DWORD>(found.size()), 0));
+        CloseHandle(handle);
+        if (found.empty()) return std::nullopt;
+        return fromWide(found.starts_with(prefix) ? std::wstring_view(found).substr(prefix.size()) : found);
+    }
+
     bool makeFolder(std::u16string_view path) override {
         const std::filesystem::path native = nativePath(path);
         std::error_code failure;

@@ -77,6 +77,20 @@ bool MemoryFiles::remove(std::u16string_view path) {
     return !refusesChange(key) && files_.erase(key) > 0;
 }
 
+std::optional<std::u16string> MemoryFiles::realPath(std::u16string_view path) const {
+    std::vector<std::u16string> parts;
+    for (std::size_t start = 0; start <= path.size();) {
+        const std::size_t end = std::min(path.find_first_of(u"\\/", start), path.size());
+        const std::u16string part = upperCase(path.substr(start, end - start));
+        if (part == u".." && !parts.empty()) parts.pop_back();
+        if (part != u".." && part != u"." && (part != u"" || parts.empty())) parts.push_back(part);
+        start = end + 1;
+    }
+    std::u16string whole;
+    for (const std::u16string& part : parts) whole.append(whole.empty() ? u"" : u"\\").append(part);
+    return whole;
+}
+
 bool MemoryFiles::makeFolder(std::u16string_view path) {
     if (diskFull || refusesChange(fileKey(path))) return false;
     folders.emplace_back(path);

@@ -43,6 +43,7 @@ public:
     bool write(std::u16string_view path, std::string_view bytes) override;
     bool append(std::u16string_view path, std::string_view bytes) override;
     bool remove(std::u16string_view path) override;
+    std::optional<std::u16string> realPath(std::u16string_view path) const override;  // there are no links
     bool makeFolder(std::u16string_view path) override;
 
     std::vector<std::u16string> folders;  // the arguments of makeFolder, in order

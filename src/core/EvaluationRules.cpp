@@ -1,0 +1,105 @@
+#include "core/EvaluationRules.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "automation/Convert.h"
+#include "text/Compare.h"
+#include "text/ErrorSource.h"
+
+namespace velmor {
+
+using automation::Variant;
+
+namespace {
+
+constexpr std::u16string_view kMissing = u"kvTag.Missing";
+constexpr std::u16string_view kDataTags = u"kvTag.Data Tags";
+constexpr std::u16string_view kIncludeRoot = u"kvTag.Include Root";
+constexpr std::u16string_view kMaxDepth = u"kvTag.Max Depth";
+constexpr std::u16string_view kMaxTags = u"kvTag.Max Tags";
+constexpr std::u16string_view kMaxOutput = u"kvTag.Max Output";
+
+// The choice whose name the property gives, in the order of the names; the first one if it is absent.
+template <class Choice, std::size_t count>
+Choice choice(const Collection& properties, std::u16string_view name, const std::u16string_view (&names)[count]) {
+    const std::u16string value = properties.getText(name, Variant(names[0]));
+    const auto found = std::find_if(std::begin(names), std::end(names),
+                                    [&](std::u16string_view each) { return equalIgnoringCase(each, value); });
+    if (found == std::end(names)) throw RuleError(name, value);
+    return static_cast<Choice>(found - std::begin(names));
+}
+
+// A number from 1 on, at most the built-in limit; that one if the property is absent.
+std::int64_t limit(const Collection& properties, std::u16string_view name, std::int64_t highest) {
+    const std::optional<Variant> value = properties.find(name);
+    if (!value) return highest;
+    const std::optional<std::int32_t> number = automation::toLong(*value);
+    if (!number || *number < 1) throw RuleError(name, automation::toText(*value).value_or(u""));
+    return std::min<std::int64_t>(*number, highest);
+}
+
+}  // namespace
+
+RuleError::RuleError(std::u16string_view name, std::u16string_view value)
+    : Error(5, kErrorSource, std::u16string(u"\"").append(value).append(u"\" is not a value of ").append(name)) {}
+
+EvaluationRules EvaluationRules::of(const Collection& properties) {
+    EvaluationRules rules;
+    if (!properties) return rules;
+    rules.missing = choice<Missing>(properties, kMissing, {u"empty", u"keep", u"mark", u"fail"});
+    rules.dataTags = choice<DataTags>(properties, kDataTags, {u"allow", u"report", u"refuse"});
+    rules.includeRoot = properties.getText(kIncludeRoot, Variant(u""));
+    rules.maximumLevels = limit(properties, kMaxDepth, kMaximumLevels);
+    rules.maximumTags = limit(properties, kMaxTags, kMaximumDispatches);
+    rules.maximumOutput = limit(properties, kMaxOutput, kMaximumCharacters);
+    return rules;
+}
+
+bool EvaluationRules::isRule(std::u16string_view psName) noexcept {
+    constexpr std::u16string_view names[] = {kMissing, kDataTags, kIncludeRoot, kMaxDepth, kMaxTags, kMaxOutput};
+    return std::any_of(std::begin(names), std::end(names),
+                       [&](std::u16string_view name) { return equalIgnoringCase(name, psName); });
+}
+
+// The mere look for a file of another machine tells that machine who looks.
+bool EvaluationRules::admitsPath(std::u16string_view path) const noexcept {
+    return includeRoot.empty() || !(path.starts_with(u"\\\\") || path.starts_with(u"//"));
+}
+
+bool EvaluationRules::admitsFile(const platform::Services& services, std::u16string_view path) const {
+    if (includeRoot.empty()) return true;
+    const std::optional<std::u16string> root = services.files.realPath(includeRoot);
+    const std::optional<std::u16string> file = services.files.realPath(path);
+    const char16_t separator = services.folders.separator();
+    if (!root || !file || !file->starts_with(*root)) return false;
+    return root->ends_with(separator) || (file->size() > root->size() && (*file)[root->size()] == separator);
+}
+
+RulesInForce::RulesInForce(const Collection& properties) : isOutermost_(EvaluationRun::current().level() == 1) {
+    if (!isOutermost_) return;
+    rules_ = EvaluationRules::of(properties);
+    EvaluationRun::current().rules(&rules_);
+}
+
+RulesInForce::~RulesInForce() {
+    if (isOutermost_) EvaluationRun::current().rules(nullptr);
+}
+
+void hideMarkers(std::u16string& text) noexcept {
+    std::replace(text.begin(), text.end(), u'<', kHidden);
+    EvaluationRun::current().hidesMarkers(true);
+}
+
+void showMarkers(std::u16string& text) noexcept {
+    if (EvaluationRun::current().hidesMarkers()) std::replace(text.begin(), text.end(), kHidden, u'<');
+}
+
+ContextRef contextOf(Origin origin, const ContextRef& context) {
+    if (context->origin == origin) return context;
+    auto changed = std::make_shared<TagContext>(*context);
+    changed->origin = origin;
+    return changed;
+}
+
+}  // namespace velmor
