@@ -1,7 +1,6 @@
 #include "CustomerTag.h"
 
 #include "automation/DispatchTable.h"
-#include "automation/Errors.h"
 #include "text/Error.h"
 
 namespace sample {
@@ -18,7 +17,7 @@ constexpr std::int32_t kLevel = 5;
 
 ObjectRef objectOf(const Variant& answer) {
     ObjectRef object = answer.object();
-    if (!object) velmor::automation::raiseTypeMismatch();
+    if (!object) throw velmor::Error(13);
     return object;
 }
 
@@ -40,7 +39,7 @@ Variant CustomerTag::invoke(std::u16string_view name, InvokeKind kind, std::span
         {u"Interface", MemberKind::get, 0, 0, [](CustomerTag&, Arguments&) -> Variant { return kLevel; }},
         {u"GetTagValue", MemberKind::method, 1, 1,
          [](CustomerTag&, Arguments& args) -> Variant {
-             if (!args.object(0)) velmor::automation::raiseTypeMismatch();
+             if (!args.object(0)) throw velmor::Error(13);
              return valueFor(args.object(0));
          }},
         {u"CommandList", MemberKind::get, 0, 2, [](CustomerTag&, Arguments&) -> Variant { return u"NAME:CITY:"; }},

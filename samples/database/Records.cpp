@@ -1,7 +1,7 @@
 #include "Records.h"
 
 #include "automation/DispatchTable.h"
-#include "automation/Errors.h"
+#include "text/Error.h"
 
 namespace sample {
 
@@ -46,11 +46,11 @@ Variant TypeCatalogue::invoke(std::u16string_view name, InvokeKind kind, std::sp
 
 void Customer::Database(const ObjectRef& object) {
     database_ = std::dynamic_pointer_cast<sample::Database>(object);
-    if (!database_) velmor::automation::raiseTypeMismatch();
+    if (!database_) throw velmor::Error(13);
 }
 
 bool Customer::OpenItem(std::int32_t plID) {
-    if (!database_) velmor::automation::raiseTypeMismatch();
+    if (!database_) throw velmor::Error(13);
     Statement select(database_->connection(), "SELECT name, city FROM customers WHERE id = ?");
     if (!select.bind(0, plID).step()) return false;
     name_ = select.text(0);

@@ -6,7 +6,6 @@
 #include "Patterns.h"
 #include "automation/Convert.h"
 #include "automation/DispatchTable.h"
-#include "automation/Errors.h"
 #include "text/Compare.h"
 #include "text/Error.h"
 
@@ -104,7 +103,7 @@ Variant Formatter::invoke(std::u16string_view name, InvokeKind kind, std::span<V
 }
 
 std::u16string Formatter::GetTagValue(const ObjectRef& poTag) {
-    if (!poTag) raiseTypeMismatch();
+    if (!poTag) throw velmor::Error(13);
     tag_ = poTag;
     const auto name = toText(call(tag_, u"CommandName", InvokeKind::get)).value_or(u"");
     const Command* command = findCommand(name);

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "automation/Errors.h"
 #include "automation/NumberText.h"
 #include "automation/PlatformConversions.h"
 #include "automation/Portable.h"
@@ -121,7 +120,7 @@ std::optional<std::u16string> toText(const Variant& value) {
 
 std::u16string textOrError(const Variant& value) {
     std::optional<std::u16string> text = toText(value);
-    if (!text) raiseTypeMismatch();
+    if (!text) throw Error(13);
     return *std::move(text);
 }
 

@@ -34,7 +34,7 @@ MemberIndex::Found MemberIndex::resolve(std::u16string_view name, InvokeKind kin
                                         std::span<const Variant> arguments) const {
     const std::u16string_view asked = name.empty() ? default_ : name;
     const bool assigns = isAssignment(kind);
-    if (assigns && arguments.empty()) raiseWrongArguments();
+    if (assigns && arguments.empty()) throw Error(450);
     const std::size_t count = arguments.size() - (assigns ? 1 : 0);
     const std::size_t row = find(asked, kind);
     if (row != npos && count <= entries_[row].maximum) {
@@ -48,7 +48,7 @@ MemberIndex::Found MemberIndex::resolve(std::u16string_view name, InvokeKind kin
         if (assigns ? count >= own : own == 0) return {getter, own};
     }
     if (row == npos) raiseNoSuchMember(asked);
-    raiseWrongArguments();
+    throw Error(450);
 }
 
 std::size_t MemberIndex::find(std::u16string_view name) const noexcept {

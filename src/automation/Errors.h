@@ -2,8 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
+#include <utility>
 
 #include "text/Error.h"
 
@@ -13,7 +13,7 @@ namespace velmor::automation {
 // 6 for a number out of range, 450 for one that must not be left out.
 class ArgumentError : public Error {
 public:
-    ArgumentError(std::int32_t number, std::size_t argument);
+    ArgumentError(std::int32_t number, std::size_t argument) : Error(number), argument_(argument) {}
 
     std::size_t argument() const noexcept { return argument_; }  // its position, from 0
 
@@ -21,13 +21,12 @@ private:
     std::size_t argument_;
 };
 
-// The text that scripts know for an automation error's number.
-std::u16string errorText(std::int32_t number);
-
-// The errors that automation itself raises, with these texts.
-[[noreturn]] void raiseTypeMismatch();                          // 13
-[[noreturn]] void raiseNoSuchMember(std::u16string_view name);  // 438, the name after the text
-[[noreturn]] void raiseWrongArguments();                        // 450
+// Raises 438, with the name after the text.
+[[noreturn]] inline void raiseNoSuchMember(std::u16string_view name) {
+    std::u16string description = errorText(438);
+    if (!name.empty()) description.append(u": '").append(name).append(u"'");
+    throw Error(438, std::move(description));
+}
 
 // For calls of foreign objects: an error counts as no answer.
 template <class Call>

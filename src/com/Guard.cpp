@@ -1,7 +1,7 @@
 #include "com/Guard.h"
 
 #include "platform/win32/ComPtr.h"
-#include "text/ErrorSource.h"
+#include "text/Error.h"
 
 namespace velmor::com {
 

@@ -5,7 +5,6 @@
 #include "platform/Cryptography.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
-#include "text/ErrorSource.h"
 
 namespace velmor {
 namespace {
@@ -39,9 +38,9 @@ std::optional<std::string> payloadOf(std::u16string_view enciphered) {
 }  // namespace
 
 std::u16string encipheredText(std::u16string_view text, std::u16string_view password) {
-    if (password.empty()) throw Error(5, kErrorSource, u"The password is empty");
+    if (password.empty()) throw Error(5, u"The password is empty");
     const std::string plain = toUtf8(text);
-    if (plain.size() > kLargestPlain) throw Error(7, kErrorSource, u"Out of memory");
+    if (plain.size() > kLargestPlain) throw Error(7);
     std::string payload = platform::randomBytes(kHeaderSize);
     platform::CipherKey key;
     deriveKey(key, password, payload);

@@ -11,17 +11,12 @@
 #include "common/Base64.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
-#include "text/ErrorSource.h"
 
 namespace velmor {
 namespace {
 
 // No deflate stream grows by more than this when it is decoded.
 constexpr std::size_t kGreatestRatio = 1032;
-
-[[noreturn]] void outOfMemory() {
-    throw Error(7, kErrorSource, u"Out of memory");
-}
 
 // zlib only reads what next_in points to.
 Bytef* inputOf(std::string_view bytes) {
@@ -33,7 +28,7 @@ public:
     explicit Inflater(std::string_view bytes) {
         stream_.next_in = inputOf(bytes);
         stream_.avail_in = static_cast<uInt>(bytes.size());
-        if (inflateInit(&stream_) != Z_OK) outOfMemory();
+        if (inflateInit(&stream_) != Z_OK) throw Error(7);
     }
     ~Inflater() { inflateEnd(&stream_); }
     Inflater(const Inflater&) = delete;
@@ -45,7 +40,7 @@ public:
         stream_.next_out = reinterpret_cast<Bytef*>(space);
         stream_.avail_out = static_cast<uInt>(size);
         const int outcome = inflate(&stream_, Z_NO_FLUSH);
-        if (outcome == Z_MEM_ERROR) outOfMemory();
+        if (outcome == Z_MEM_ERROR) throw Error(7);
         ended_ = outcome == Z_STREAM_END;
         const std::size_t filled = size - stream_.avail_out;
         if (!ended_ && (outcome != Z_OK || filled == 0)) return std::nullopt;
@@ -91,13 +86,13 @@ std::optional<std::string> decode(std::string_view compressed, std::size_t first
 }  // namespace
 
 std::string compressBytes(std::string_view bytes) {
-    if (bytes.size() > std::numeric_limits<uInt>::max() / 2) outOfMemory();
+    if (bytes.size() > std::numeric_limits<uInt>::max() / 2) throw Error(7);
     // Short texts get a small window and a small table: clearing the usual ones would cost more than the text itself.
     const int window = std::clamp(static_cast<int>(std::bit_width(bytes.size())), 9, 15);
     const int memory = std::min(window - 7, 8);
     z_stream stream{};
     if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, window, memory, Z_DEFAULT_STRATEGY) != Z_OK) {
-        outOfMemory();
+        throw Error(7);
     }
     const std::unique_ptr<z_stream, int (*)(z_streamp)> end(&stream, &deflateEnd);
     std::string result(deflateBound(&stream, static_cast<uLong>(bytes.size())), '\0');
@@ -105,7 +100,7 @@ std::string compressBytes(std::string_view bytes) {
     stream.avail_in = static_cast<uInt>(bytes.size());
     stream.next_out = reinterpret_cast<Bytef*>(result.data());
     stream.avail_out = static_cast<uInt>(result.size());
-    if (deflate(&stream, Z_FINISH) != Z_STREAM_END) outOfMemory();
+    if (deflate(&stream, Z_FINISH) != Z_STREAM_END) throw Error(7);
     result.resize(stream.total_out);
     return result;
 }

@@ -6,7 +6,6 @@
 #include "text/Characters.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
-#include "text/ErrorSource.h"
 #include "text/RtfStart.h"
 
 namespace velmor {
@@ -51,9 +50,8 @@ std::string encodeRtf(std::u16string_view text) {
 [[noreturn]] void refuseCharacter(std::u16string_view text, std::size_t index) {
     const bool pair = isHighSurrogate(text[index]) && index + 1 < text.size();
     const std::u16string character(text.substr(index, pair ? 2 : 1));
-    throw Error(5, kErrorSource,
-                u"The text contains '" + character + u"' (position " + fromUtf8(std::to_string(index + 1)) +
-                    u"), which the ANSI code page lacks");
+    throw Error(5, u"The text contains '" + character + u"' (position " + fromUtf8(std::to_string(index + 1)) +
+                       u"), which the ANSI code page lacks");
 }
 
 std::string encodePlain(std::u16string_view text) {

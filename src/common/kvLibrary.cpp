@@ -6,12 +6,11 @@
 #include "common/TemporaryFile.h"
 #include "common/TextFile.h"
 #include "text/Error.h"
-#include "text/ErrorSource.h"
 
 namespace velmor {
 
 std::u16string kvLibrary::decoded(std::optional<std::u16string> text) {
-    if (!text) throw Error(5, kErrorSource, u"The text cannot be decoded");
+    if (!text) throw Error(5, u"The text cannot be decoded");
     return std::move(*text);
 }
 

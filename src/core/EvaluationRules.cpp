@@ -5,7 +5,6 @@
 
 #include "automation/Convert.h"
 #include "text/Compare.h"
-#include "text/ErrorSource.h"
 
 namespace velmor {
 
@@ -42,7 +41,7 @@ std::int64_t limit(const Collection& properties, std::u16string_view name, std::
 }  // namespace
 
 RuleError::RuleError(std::u16string_view name, std::u16string_view value)
-    : Error(5, kErrorSource, std::u16string(u"\"").append(value).append(u"\" is not a value of ").append(name)) {}
+    : Error(5, std::u16string(u"\"").append(value).append(u"\" is not a value of ").append(name)) {}
 
 EvaluationRules EvaluationRules::of(const Collection& properties) {
     EvaluationRules rules;

@@ -31,7 +31,7 @@ std::u16string itemKey(std::int32_t plObjectType) {
 // A member that must answer with an object.
 ObjectRef objectOf(const Variant& answer) {
     ObjectRef object = answer.object();
-    if (!object) automation::raiseTypeMismatch();
+    if (!object) throw Error(13);
     return object;
 }
 
@@ -95,7 +95,7 @@ struct kvDirectTag::Access {
         return identifier == 0 || this->identifier(key) == identifier ? found : nullptr;
     }
     const ObjectRef& hostDatabase() const {
-        if (!database) automation::raiseTypeMismatch();
+        if (!database) throw Error(13);
         return database;
     }
 };
@@ -103,7 +103,7 @@ struct kvDirectTag::Access {
 // Raises when the tag is gone.
 kvDirectTag::Access kvDirectTag::access() {
     const std::shared_ptr<DirectOwner> owner = owner_.lock();
-    if (!owner) automation::raiseTypeMismatch();
+    if (!owner) throw Error(13);
     if (!properties_) {
         properties_ = owner->directProperties();
         database_ = owner->directDatabase();

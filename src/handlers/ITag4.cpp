@@ -3,9 +3,9 @@
 #include <vector>
 
 #include "automation/Convert.h"
-#include "automation/Errors.h"
 #include "automation/Variant.h"
 #include "text/Compare.h"
+#include "text/Error.h"
 
 namespace velmor {
 
@@ -45,7 +45,7 @@ ITag4 ITag4::create(platform::Objects& objects, std::u16string_view className) {
 
 std::int32_t ITag4::Interface() const {
     const std::optional<std::int32_t> level = automation::toLong(handler_->invoke(u"Interface", InvokeKind::get, {}));
-    if (!level) automation::raiseTypeMismatch();
+    if (!level) throw Error(13);
     return *level;
 }
 

@@ -7,7 +7,6 @@
 #include "properties/privProperties.h"
 #include "text/Compare.h"
 #include "text/Error.h"
-#include "text/ErrorSource.h"
 
 namespace velmor {
 
@@ -113,7 +112,7 @@ std::u16string kvTagInfo::HandlerListString2(std::u16string_view psSubHandler, b
 // --- questions ---
 
 void kvTagInfo::Database(automation::ObjectRef poDatabase) {
-    if (!poDatabase || poDatabase->typeName() != u"kvDatabase") throw Error(13, kErrorSource, u"Type Mismatch");
+    if (!poDatabase || poDatabase->typeName() != u"kvDatabase") throw Error(13, u"Type Mismatch");
     database_ = std::move(poDatabase);
 }
 

@@ -62,7 +62,7 @@ public:
         if (!reads || !equalIgnoringCase(name, u"Type")) {
             automation::raiseNoSuchMember(name);
         }
-        if (!arguments.empty()) automation::raiseWrongArguments();
+        if (!arguments.empty()) throw Error(450);
         return static_cast<std::int16_t>(type_);
     }
     std::u16string typeName() const override { return u"Picture"; }

@@ -1,7 +1,6 @@
 #include "platform/Cryptography.h"
 
 #include "text/Error.h"
-#include "text/ErrorSource.h"
 
 namespace velmor::platform {
 namespace {
@@ -16,13 +15,9 @@ CipherKey::~CipherKey() {
     for (std::size_t i = 0; i < bytes_.size(); ++i) bytes[i] = 0;
 }
 
-void refuseCryptography() {
-    throw Error(17, kErrorSource, u"Can't perform requested operation");
-}
-
 void requireSealable(std::string_view nonce, std::string_view plain) {
-    if (nonce.size() != cipherNonceSize) throw Error(5, kErrorSource, u"Invalid procedure call or argument");
-    if (plain.size() > kLargestPlain) throw Error(7, kErrorSource, u"Out of memory");
+    if (nonce.size() != cipherNonceSize) throw Error(5);
+    if (plain.size() > kLargestPlain) throw Error(7);
 }
 
 }  // namespace velmor::platform

@@ -46,9 +46,7 @@ std::string seal(const CipherKey& key, std::string_view nonce, std::string_view 
 std::optional<std::string> unseal(const CipherKey& key, std::string_view nonce, std::string_view associated,
                                   std::string_view sealed);
 
-// For the two implementations: raises 17.
-[[noreturn]] void refuseCryptography();
-// Raises 7 beyond the limit, 5 for a nonce of the wrong size.
+// For the two implementations. Raises 7 beyond the limit, 5 for a nonce of the wrong size.
 void requireSealable(std::string_view nonce, std::string_view plain);
 
 }  // namespace velmor::platform

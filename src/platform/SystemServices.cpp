@@ -10,7 +10,6 @@
 #include "text/Compare.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
-#include "text/ErrorSource.h"
 
 namespace velmor::platform {
 namespace {
@@ -85,7 +84,7 @@ struct SystemServices::Parts {
         const auto bytes = files->read(registryFile);
         if (!bytes) {
             std::u16string message = u"The registry file \"" + registryFile + u"\" cannot be read";
-            if (!options.registryFile.empty()) throw Error(53, kErrorSource, std::move(message));
+            if (!options.registryFile.empty()) throw Error(53, std::move(message));
             warnings.push_back(std::move(message));
             return machineRegistry();
         }
@@ -134,8 +133,7 @@ bool isClassName(std::u16string_view className) {
 }
 
 void raiseCannotCreate(std::u16string_view className, std::u16string_view reason) {
-    throw Error(429, kErrorSource,
-                std::u16string(u"Cannot create object \"").append(className) + u"\": " + std::u16string(reason));
+    throw Error(429, std::u16string(u"Cannot create object \"").append(className) + u"\": " + std::u16string(reason));
 }
 
 Services& systemServices() {

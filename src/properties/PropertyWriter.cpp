@@ -13,7 +13,6 @@
 #include "properties/Substitution.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
-#include "text/ErrorSource.h"
 #include "text/privStrCat.h"
 
 namespace velmor {
@@ -55,7 +54,7 @@ std::u16string PropertyWriter::write(const KeyedItems& items) {
         } else {
             writeEntry(items.entry(i));
         }
-        if (out_.size() > privStrCat::maximumLength) throw Error(7, kErrorSource, u"Out of memory");
+        if (out_.size() > privStrCat::maximumLength) throw Error(7);
     }
     return std::move(out_);
 }
@@ -219,7 +218,7 @@ void PropertyWriter::writeBase64(std::u16string_view text) {
 // Every level of nesting encodes the text again and adds a third; a few dozen would fill the memory.
 void PropertyWriter::appendNested(std::u16string_view text) {
     if (text.size() > kLongestNested) {
-        throw Error(7, kErrorSource, u"A collection within a collection is too long to be written as text");
+        throw Error(7, u"A collection within a collection is too long to be written as text");
     }
     appendBase64(out_, toUtf8(text));
 }

@@ -177,7 +177,7 @@ TEST_F(DirectTag, RecordsTheErrorLog) {
     EXPECT_EQ(call(u"RecordErrorLog", {}), "Empty");
     host.meanwhile = [this](Arguments arguments) {
         tag->LogError(u"AGAIN", u"while recording");
-        if (describe(arguments[0]) == "String STOP") automation::raiseTypeMismatch();
+        if (describe(arguments[0]) == "String STOP") throw Error(13);
     };
     std::int32_t number = 429;
     tag->LogError(u"A", u"gone", number, u"A>X:", u"more");

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "platform/Cryptography.h"
+#include "text/Error.h"
 
 namespace velmor::platform {
 namespace {
@@ -14,7 +15,7 @@ struct FreeContext {
 using Context = std::unique_ptr<EVP_CIPHER_CTX, FreeContext>;
 
 void require(int outcome) {
-    if (outcome != 1) refuseCryptography();
+    if (outcome != 1) throw Error(17);
 }
 
 const unsigned char* raw(std::string_view bytes) {
@@ -32,7 +33,7 @@ int sizeOf(std::string_view bytes) {
 // Up to and including the associated bytes.
 Context begin(bool sealing, const CipherKey& key, std::string_view nonce, std::string_view associated) {
     Context context(EVP_CIPHER_CTX_new());
-    if (!context) refuseCryptography();
+    if (!context) throw Error(17);
     require(EVP_CipherInit_ex(context.get(), EVP_aes_256_gcm(), nullptr, key.bytes().data(), raw(nonce), sealing));
     int size = 0;
     require(EVP_CipherUpdate(context.get(), nullptr, &size, raw(associated), sizeOf(associated)));

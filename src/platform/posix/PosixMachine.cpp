@@ -18,7 +18,6 @@
 #include "platform/SystemServices.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
-#include "text/ErrorSource.h"
 
 namespace velmor::platform {
 namespace {
@@ -82,7 +81,7 @@ class PosixGuids : public Guids {
 public:
     std::u16string next() override {
         GuidBytes bytes;
-        if (getentropy(bytes.data(), bytes.size()) != 0) throw Error(5, kErrorSource, u"No random numbers");
+        if (getentropy(bytes.data(), bytes.size()) != 0) throw Error(5, u"No random numbers");
         bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0f) | 0x40);
         bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3f) | 0x80);
         return guidText(bytes);

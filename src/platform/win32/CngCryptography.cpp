@@ -1,5 +1,6 @@
 #include "platform/Cryptography.h"
 #include "platform/win32/Windows.h"
+#include "text/Error.h"
 
 // Needs Windows.h before it.
 #include <bcrypt.h>
@@ -10,7 +11,7 @@ namespace {
 constexpr NTSTATUS kTagMismatch = static_cast<NTSTATUS>(0xC000A002);
 
 void require(NTSTATUS status) {
-    if (status < 0) refuseCryptography();
+    if (status < 0) throw Error(17);
 }
 
 // CNG takes input by a non-const pointer, and does not accept null for no input.

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <new>
 
-#include "automation/Errors.h"
 #include "platform/win32/Failure.h"
 #include "platform/win32/VariantBridge.h"
 #include "text/Encoding.h"
@@ -39,7 +38,7 @@ std::u16string takeText(BSTR& text) {
 
 std::u16string descriptionOf(HRESULT result) {
     const auto* const known = std::ranges::find(kKnownResults, result, &KnownResult::result);
-    return automation::errorText(known == std::end(kKnownResults) ? 0 : known->number);
+    return errorText(known == std::end(kKnownResults) ? 0 : known->number);
 }
 
 // Of the exception being handled. Throws where there is no memory for the texts.

@@ -78,7 +78,7 @@ private:
             V_VARIANTREF(&passed) = value.get();
         } else {
             const auto type = static_cast<VARTYPE>(declared & ~VT_BYREF);
-            if (FAILED(convertVariant(given, type, value))) automation::raiseTypeMismatch();
+            if (FAILED(convertVariant(given, type, value))) throw Error(13);
             V_VT(&passed) = declared;
             V_BYREF(&passed) = &V_BYREF(value.get());  // every simple value begins at the same place
         }

@@ -11,7 +11,6 @@
 #include "platform/win32/Windows.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
-#include "text/ErrorSource.h"
 
 // Needs Windows.h before it.
 #include <shlobj.h>
@@ -77,7 +76,7 @@ public:
         GUID guid{};
         wchar_t text[39] = {};
         const bool made = SUCCEEDED(CoCreateGuid(&guid)) && StringFromGUID2(guid, text, 39) == 39;
-        if (!made) throw Error(5, kErrorSource, u"No new GUID");
+        if (!made) throw Error(5, u"No new GUID");
         return fromWide({text, 38});
     }
 };

@@ -4,10 +4,8 @@
 #include <cstring>
 
 #include "automation/Convert.h"
-#include "automation/Errors.h"
 #include "platform/win32/ComPtr.h"
 #include "platform/win32/Faces.h"
-#include "text/ErrorSource.h"
 
 namespace velmor::platform {
 
@@ -21,10 +19,6 @@ constexpr int kNestingLimit = 64;  // of references to variants
 // The place of the data in a VARIANT of that type that is not a reference.
 void* dataOf(VARIANT& value, VARTYPE type) noexcept {
     return type == VT_DECIMAL ? static_cast<void*>(&value) : &V_I8(&value);
-}
-
-[[noreturn]] void raiseOutOfMemory() {
-    throw Error(7, kErrorSource, automation::errorText(7));
 }
 
 template <class T>
@@ -56,7 +50,7 @@ Variant widened(VARTYPE type, const void* data) {
     for (const VARTYPE wider : {VARTYPE{type == VT_I1 ? VT_I2 : VT_I4}, VARTYPE{VT_DECIMAL}}) {
         if (SUCCEEDED(VariantChangeType(value.get(), value.get(), 0, wider))) return fromVariant(*value);
     }
-    automation::raiseTypeMismatch();
+    throw Error(13);
 }
 
 Variant read(VARTYPE type, const void* data) {
@@ -123,7 +117,7 @@ struct Writer {
 
     void copy(const std::shared_ptr<void>& held) const {
         auto* const kept = static_cast<ScopedVariant*>(held.get());
-        if (kept && FAILED(VariantCopy(&target, kept->get()))) raiseOutOfMemory();
+        if (kept && FAILED(VariantCopy(&target, kept->get()))) throw Error(7);
     }
 };
 
@@ -132,7 +126,7 @@ struct Writer {
 BSTR makeBstr(std::u16string_view text) {
     const auto* const units = reinterpret_cast<const OLECHAR*>(text.data());
     const BSTR copy = SysAllocStringLen(units, static_cast<UINT>(text.size()));
-    if (copy == nullptr) raiseOutOfMemory();
+    if (copy == nullptr) throw Error(7);
     return copy;
 }
 
@@ -157,14 +151,14 @@ Variant fromVariant(const VARIANT& value) {
     const VARIANT* source = &value;
     for (int depth = 0; V_VT(source) == kVariantReference; ++depth) {
         source = V_VARIANTREF(source);
-        if (source == nullptr || depth == kNestingLimit) automation::raiseTypeMismatch();
+        if (source == nullptr || depth == kNestingLimit) throw Error(13);
     }
     const auto type = static_cast<VARTYPE>(V_VT(source) & VT_TYPEMASK);
     const bool isArray = (V_VT(source) & VT_ARRAY) != 0;
-    if (V_ISBYREF(source) && V_BYREF(source) == nullptr) automation::raiseTypeMismatch();
+    if (V_ISBYREF(source) && V_BYREF(source) == nullptr) throw Error(13);
     if (isArray || type == VT_RECORD) {
         auto kept = std::make_shared<ScopedVariant>();
-        if (FAILED(VariantCopyInd(kept->get(), const_cast<VARIANT*>(source)))) automation::raiseTypeMismatch();
+        if (FAILED(VariantCopyInd(kept->get(), const_cast<VARIANT*>(source)))) throw Error(13);
         if (!isArray) return automation::UserDefined{std::move(kept)};
         return automation::Array{static_cast<automation::VariantType>(type), std::move(kept)};
     }

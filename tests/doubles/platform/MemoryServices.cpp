@@ -9,7 +9,6 @@
 #include "platform/Machine.h"
 #include "text/Compare.h"
 #include "text/Error.h"
-#include "text/ErrorSource.h"
 
 namespace velmor::platform {
 
@@ -99,7 +98,7 @@ bool MemoryFiles::makeFolder(std::u16string_view path) {
 
 void MemoryClock::set(int year, int month, int day, int hour, int minute, int second) {
     const auto date = automation::dateFromFields({year, month, day, hour, minute, second});
-    if (!date) throw Error(5, kErrorSource, u"No such date");
+    if (!date) throw Error(5, u"No such date");
     now_ = *date;
 }
 
@@ -123,7 +122,7 @@ void MemoryObjects::fail(std::u16string_view className) {
 automation::ObjectRef MemoryObjects::create(std::u16string_view className) {
     const auto place = isClassName(className) ? factories_.find(lowerCase(className)) : factories_.end();
     automation::ObjectRef object = place == factories_.end() ? nullptr : place->second();
-    if (!object) throw Error(429, kErrorSource, u"Cannot create object \"" + std::u16string(className) + u"\"");
+    if (!object) throw Error(429, u"Cannot create object \"" + std::u16string(className) + u"\"");
     created.emplace_back(className);
     return object;
 }
