@@ -21,7 +21,6 @@ std::unique_ptr<Folders> machineFolders(std::u16string componentFolder);
 // relative path, or that were moved, are searched in `folders`, in this order. For any thread.
 std::unique_ptr<Objects> machineObjects(const Registry& registry, std::vector<std::u16string> folders);
 std::unique_ptr<Pictures> machinePictures(Files& files);
-std::unique_ptr<Guids> machineGuids();
 
 // A name that may be a registered class name: not empty, no braced identifier, no moniker, no path.
 bool isClassName(std::u16string_view className);

@@ -1,6 +1,6 @@
 #include "platform/RegistryFile.h"
 
-#include <algorithm>
+#include <set>
 #include <utility>
 
 #include "text/Compare.h"
@@ -28,18 +28,6 @@ std::u16string plainKey(std::u16string_view key) {
     return plain;
 }
 
-// The names of both lists, each once, those of the first list first.
-std::vector<std::u16string> merged(std::vector<std::u16string> first, std::vector<std::u16string> second) {
-    if (first.empty()) return second;
-    std::vector<std::u16string> known;
-    for (const auto& name : first) known.push_back(lowerCase(name));
-    std::sort(known.begin(), known.end());
-    for (auto& name : second) {
-        if (!std::binary_search(known.begin(), known.end(), lowerCase(name))) first.push_back(std::move(name));
-    }
-    return first;
-}
-
 }  // namespace
 
 RegistryFile::RegistryFile(std::string_view bytes) {
@@ -53,14 +41,16 @@ std::optional<std::u16string> RegistryFile::value(std::u16string_view key, std::
     return found ? found : wide_.value(plain, name);
 }
 
-std::vector<std::u16string> RegistryFile::valueNames(std::u16string_view key) const {
-    const std::u16string plain = plainKey(key);
-    return merged(narrow_.valueNames(plain), wide_.valueNames(plain));
-}
-
-std::vector<std::u16string> RegistryFile::subkeys(std::u16string_view key) const {
-    const std::u16string plain = plainKey(key);
-    return merged(narrow_.subkeys(plain), wide_.subkeys(plain));
+// Each name once, those of the 32-bit part first.
+std::vector<std::u16string> RegistryFile::names(std::u16string_view key, List list) const {
+    std::vector<std::u16string> found;
+    std::set<std::u16string> known;
+    for (const RegistryTree* tree : {&narrow_, &wide_}) {
+        for (std::u16string& name : (tree->*list)(plainKey(key))) {
+            if (known.insert(lowerCase(name)).second) found.push_back(std::move(name));
+        }
+    }
+    return found;
 }
 
 }  // namespace velmor::platform

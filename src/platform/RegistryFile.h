@@ -35,10 +35,17 @@ public:
     const std::vector<std::u16string>& warnings() const noexcept { return warnings_; }
 
     std::optional<std::u16string> value(std::u16string_view key, std::u16string_view name) const override;
-    std::vector<std::u16string> valueNames(std::u16string_view key) const override;
-    std::vector<std::u16string> subkeys(std::u16string_view key) const override;
+    std::vector<std::u16string> valueNames(std::u16string_view key) const override {
+        return names(key, &RegistryTree::valueNames);
+    }
+    std::vector<std::u16string> subkeys(std::u16string_view key) const override {
+        return names(key, &RegistryTree::subkeys);
+    }
 
 private:
+    using List = std::vector<std::u16string> (RegistryTree::*)(std::u16string_view key) const;
+    std::vector<std::u16string> names(std::u16string_view key, List list) const;
+
     RegistryTree narrow_;  // what was written below WOW6432Node, without that part
     RegistryTree wide_;
     std::vector<std::u16string> warnings_;

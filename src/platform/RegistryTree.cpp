@@ -36,17 +36,13 @@ void RegistryTree::addKey(std::u16string_view key) {
 }
 
 void RegistryTree::set(std::u16string_view key, std::u16string_view name, std::u16string_view value) {
-    Key& target = keyAt(key);
-    const auto [place, isNew] = target.byName.try_emplace(lowerCase(name), target.values.size());
-    if (isNew) target.values.push_back({std::u16string(name), std::nullopt});
-    target.values[place->second].text = value;
+    const Value added{++valuesSet_, std::u16string(name), {}};
+    keyAt(key).values.try_emplace(lowerCase(name), added).first->second.text = value;
 }
 
 void RegistryTree::removeValue(std::u16string_view key, std::u16string_view name) {
     const auto target = keys_.find(sortKey(key));
-    if (target == keys_.end()) return;
-    const auto place = target->second.byName.find(lowerCase(name));
-    if (place != target->second.byName.end()) target->second.values[place->second].text.reset();
+    if (target != keys_.end()) target->second.values.erase(lowerCase(name));
 }
 
 void RegistryTree::removeKey(std::u16string_view key) {
@@ -61,17 +57,17 @@ void RegistryTree::removeKey(std::u16string_view key) {
 std::optional<std::u16string> RegistryTree::value(std::u16string_view key, std::u16string_view name) const {
     const Key* found = find(key);
     if (!found) return std::nullopt;
-    const auto place = found->byName.find(lowerCase(name));
-    return place == found->byName.end() ? std::nullopt : found->values[place->second].text;
+    const auto place = found->values.find(lowerCase(name));
+    return place == found->values.end() ? std::nullopt : std::optional(place->second.text);
 }
 
 std::vector<std::u16string> RegistryTree::valueNames(std::u16string_view key) const {
+    const Key* found = find(key);
+    if (!found) return {};
+    std::map<std::size_t, std::u16string_view> inOrder;
+    for (const auto& [lowerName, value] : found->values) inOrder[value.order] = value.name;
     std::vector<std::u16string> names;
-    if (const Key* found = find(key)) {
-        for (const Value& value : found->values) {
-            if (value.text) names.push_back(value.name);
-        }
-    }
+    for (const auto& [order, name] : inOrder) names.emplace_back(name);
     return names;
 }
 

@@ -29,20 +29,21 @@ public:
 
 private:
     struct Value {
+        std::size_t order;  // of being set first
         std::u16string name;
-        std::optional<std::u16string> text;  // nothing: removed
+        std::u16string text;
     };
     struct Key {
-        std::u16string path;  // as written
-        std::vector<Value> values;
-        std::unordered_map<std::u16string, std::size_t> byName;  // lower case
+        std::u16string path;                               // as written
+        std::unordered_map<std::u16string, Value> values;  // by name in lower case
     };
 
     Key& keyAt(std::u16string_view key);
     const Key* find(std::u16string_view key) const;
 
     // Lower case, with U+0000 between the parts, so that a key's subkeys follow it directly.
-    std::map<std::u16string, Key, std::less<>> keys_;
+    std::map<std::u16string, Key> keys_;
+    std::size_t valuesSet_ = 0;
 };
 
 }  // namespace velmor::platform

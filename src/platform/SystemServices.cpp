@@ -5,6 +5,8 @@
 #include <unordered_map>
 #include <utility>
 
+#include "platform/Cryptography.h"
+#include "platform/GuidText.h"
 #include "platform/Machine.h"
 #include "platform/RegistryFile.h"
 #include "text/Compare.h"
@@ -19,6 +21,17 @@ public:
     automation::Date now() const override { return localTime(); }
     double timer() const override {
         return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+    }
+};
+
+// Random GUIDs (version 4).
+class SystemGuids : public Guids {
+public:
+    std::u16string next() override {
+        std::string bytes = randomBytes(16);
+        bytes[6] = static_cast<char>((bytes[6] & 0x0f) | 0x40);
+        bytes[8] = static_cast<char>((bytes[8] & 0x3f) | 0x80);
+        return guidText(bytes);
     }
 };
 
@@ -108,8 +121,8 @@ struct SystemServices::Parts {
     std::unique_ptr<Folders> folders;
     SystemObjects objects;
     std::unique_ptr<Pictures> pictures = machinePictures(*files);
-    std::unique_ptr<Guids> guids = machineGuids();
-    Services services{*registry, *files, clock, *folders, objects, *pictures, *guids};
+    SystemGuids guids;
+    Services services{*registry, *files, clock, *folders, objects, *pictures, guids};
 };
 
 SystemServices::SystemServices(const SystemOptions& options) : parts_(std::make_unique<Parts>(options)) {}

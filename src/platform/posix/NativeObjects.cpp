@@ -38,16 +38,9 @@ bool isFile(const std::optional<std::string>& path) {
 }
 
 std::u16string_view reasonFor(int outcome) {
-    switch (outcome) {
-        case velmorUnknownClass:
-            return u"the library does not know the class";
-        case velmorOtherAbi:
-            return u"the library was built for another version";
-        case velmorCreated:
-            return u"the library made no object";
-        default:
-            return u"the library could not make it";
-    }
+    if (outcome == velmorUnknownClass) return u"the library does not know the class";
+    if (outcome == velmorOtherAbi) return u"the library was built for another version";
+    return outcome == velmorCreated ? u"the library made no object" : u"the library could not make it";
 }
 
 std::u16string loaderMessage() {

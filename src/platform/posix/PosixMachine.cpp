@@ -1,7 +1,6 @@
 #include <dlfcn.h>
 #include <limits.h>
 #include <link.h>
-#include <sys/random.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -11,13 +10,11 @@
 #include <system_error>
 
 #include "automation/Convert.h"
-#include "platform/BytePicture.h"
-#include "platform/GuidText.h"
+#include "platform/BytePictures.h"
 #include "platform/Machine.h"
 #include "platform/RegistryFile.h"
 #include "platform/SystemServices.h"
 #include "text/Encoding.h"
-#include "text/Error.h"
 
 namespace velmor::platform {
 namespace {
@@ -58,36 +55,6 @@ private:
     std::u16string component_;
 };
 
-// Pictures that keep the bytes of their file: PNG, JPEG, GIF, BMP, WMF, EMF and ICO.
-class PosixPictures : public Pictures {
-public:
-    explicit PosixPictures(Files& files) : files_(files) {}
-
-    automation::ObjectRef load(std::u16string_view path) override {
-        auto bytes = files_.read(path);
-        return bytes ? pictureFromBytes(std::move(*bytes)) : nullptr;
-    }
-    bool save(const automation::ObjectRef& picture, std::u16string_view path) override {
-        const std::string* bytes = pictureBytes(picture);
-        return bytes && files_.write(path, *bytes);
-    }
-
-private:
-    Files& files_;
-};
-
-// Random GUIDs (version 4).
-class PosixGuids : public Guids {
-public:
-    std::u16string next() override {
-        GuidBytes bytes;
-        if (getentropy(bytes.data(), bytes.size()) != 0) throw Error(5, u"No random numbers");
-        bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0f) | 0x40);
-        bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3f) | 0x80);
-        return guidText(bytes);
-    }
-};
-
 }  // namespace
 
 std::u16string usualRegistryFile(const Files& files) {
@@ -118,11 +85,7 @@ std::unique_ptr<Folders> machineFolders(std::u16string componentFolder) {
 }
 
 std::unique_ptr<Pictures> machinePictures(Files& files) {
-    return std::make_unique<PosixPictures>(files);
-}
-
-std::unique_ptr<Guids> machineGuids() {
-    return std::make_unique<PosixGuids>();
+    return std::make_unique<BytePictures>(files);
 }
 
 // The engine may be part of a program, whose name is empty here, or of a shared library.

@@ -1,10 +1,8 @@
 #include "platform/posix/PosixPaths.h"
 
-#include <dirent.h>
-#include <sys/stat.h>
-
 #include <algorithm>
-#include <memory>
+#include <system_error>
+#include <utility>
 
 #include "text/Compare.h"
 #include "text/Encoding.h"
@@ -12,72 +10,55 @@
 namespace velmor::platform {
 namespace {
 
+namespace fs = std::filesystem;
+
 std::optional<std::string> nativePath(std::u16string_view path) {
     if (path.empty() || path.find(u'\0') != path.npos) return std::nullopt;
     return toUtf8(path);
 }
 
-struct CloseFolder {
-    void operator()(DIR* folder) const { closedir(folder); }
-};
-
-// The first entry, in sorted order, that equals the name without regard to case.
-std::optional<std::string> entryIgnoringCase(const std::string& folder, const std::string& name) {
-    const std::unique_ptr<DIR, CloseFolder> entries(opendir(folder.empty() ? "." : folder.c_str()));
-    if (!entries) return std::nullopt;
-    const std::u16string sought = fromUtf8(name);
-    std::optional<std::string> best;
-    while (const dirent* entry = readdir(entries.get())) {
-        const std::string_view found = entry->d_name;
-        if ((!best || found < *best) && equalIgnoringCase(fromUtf8(found), sought)) best = found;
+// The first entry, in sorted order, that equals the name without regard to case; the name itself if there is none.
+fs::path entryIgnoringCase(const fs::path& folder, const fs::path& name) {
+    const std::u16string sought = fromUtf8(name.native());
+    std::optional<fs::path> best;
+    std::error_code failure;
+    fs::directory_iterator entry(folder.empty() ? "." : folder, failure);
+    for (; !failure && entry != fs::directory_iterator(); entry.increment(failure)) {
+        fs::path found = entry->path().filename();
+        if (equalIgnoringCase(fromUtf8(found.native()), sought) && (!best || found < *best)) best = std::move(found);
     }
-    return best;
+    return best.value_or(name);
 }
 
-// Appends the path's parts to `result`, each in the spelling that exists.
-std::string inExistingSpelling(const std::string& path) {
-    std::string result;
-    std::size_t at = 0;
-    bool missing = false;
-    while (at < path.size()) {
-        const std::size_t end = std::min(path.find('/', at), path.size());
-        std::string part = path.substr(at, end - at);
-        if (!part.empty() && !missing && !pathExists(result + part)) {
-            const auto entry = entryIgnoringCase(result, part);
-            missing = !entry;
-            if (entry) part = *entry;
-        }
-        result += part;
-        if (end < path.size()) result += '/';
-        at = end + 1;
+// The path with each part in the spelling that exists.
+fs::path inExistingSpelling(const fs::path& path) {
+    fs::path result;
+    for (const fs::path& part : path) {
+        result /= pathExists(result / part) ? part : entryIgnoringCase(result, part);
     }
     return result;
 }
 
 }  // namespace
 
-bool pathExists(const std::string& path) {
-    struct stat status;
-    return stat(path.c_str(), &status) == 0;
+bool pathExists(const fs::path& path) {
+    std::error_code failure;
+    return fs::exists(path, failure);
 }
 
 std::optional<std::string> pathToRead(std::u16string_view path) {
     auto native = nativePath(path);
     if (!native || pathExists(*native)) return native;
     std::replace(native->begin(), native->end(), '\\', '/');
-    return pathExists(*native) ? native : inExistingSpelling(*native);
+    return inExistingSpelling(*native);
 }
 
 std::optional<std::string> pathToChange(std::u16string_view path) {
     auto native = nativePath(path);
     if (!native || pathExists(*native)) return native;
     std::replace(native->begin(), native->end(), '\\', '/');
-    const std::size_t end = native->find_last_not_of('/');
-    const std::size_t separator = end == native->npos ? native->npos : native->rfind('/', end);
-    if (separator == native->npos) return native;
-    std::string folder = native->substr(0, separator + 1);
-    if (!pathExists(folder)) folder = inExistingSpelling(folder);
-    return folder + native->substr(separator + 1);
+    const fs::path whole = *native;
+    return inExistingSpelling(whole.parent_path()) / whole.filename();
 }
 
 }  // namespace velmor::platform

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,6 +15,6 @@ std::optional<std::string> pathToRead(std::u16string_view path);
 // The path to change: its folders as in pathToRead, its last part as written.
 std::optional<std::string> pathToChange(std::u16string_view path);
 
-bool pathExists(const std::string& path);
+bool pathExists(const std::filesystem::path& path);
 
 }  // namespace velmor::platform

@@ -10,7 +10,6 @@
 #include "platform/win32/WideText.h"
 #include "platform/win32/Windows.h"
 #include "text/Encoding.h"
-#include "text/Error.h"
 
 // Needs Windows.h before it.
 #include <shlobj.h>
@@ -70,17 +69,6 @@ public:
     }
 };
 
-class MachineGuids : public Guids {
-public:
-    std::u16string next() override {
-        GUID guid{};
-        wchar_t text[39] = {};
-        const bool made = SUCCEEDED(CoCreateGuid(&guid)) && StringFromGUID2(guid, text, 39) == 39;
-        if (!made) throw Error(5, u"No new GUID");
-        return fromWide({text, 38});
-    }
-};
-
 }  // namespace
 
 automation::Date localTime() {
@@ -96,10 +84,6 @@ std::unique_ptr<Folders> machineFolders(std::u16string componentFolder) {
 
 std::unique_ptr<Objects> machineObjects(const Registry&, std::vector<std::u16string>) {
     return std::make_unique<MachineObjects>();
-}
-
-std::unique_ptr<Guids> machineGuids() {
-    return std::make_unique<MachineGuids>();
 }
 
 std::u16string ownFile() {

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "automation/Convert.h"
-#include "platform/BytePicture.h"
 #include "platform/GuidText.h"
 #include "platform/Machine.h"
 #include "text/Compare.h"
@@ -127,23 +126,12 @@ automation::ObjectRef MemoryObjects::create(std::u16string_view className) {
     return object;
 }
 
-automation::ObjectRef MemoryPictures::load(std::u16string_view path) {
-    auto bytes = files_.read(path);
-    if (failLoading || !bytes) return nullptr;
-    return pictureFromBytes(std::move(*bytes));
-}
-
-bool MemoryPictures::save(const automation::ObjectRef& picture, std::u16string_view path) {
-    const std::string* bytes = pictureBytes(picture);
-    return !failSaving && bytes && files_.write(path, *bytes);
-}
-
 std::u16string MemoryGuids::next() {
     const std::uint32_t n = ++count_;
-    GuidBytes bytes{};
-    for (int i = 0; i < 4; ++i) bytes[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(n >> (24 - 8 * i));
-    bytes[6] = 0x40;
-    bytes[8] = 0x80;
+    std::string bytes(16, '\0');
+    for (int i = 0; i < 4; ++i) bytes[static_cast<std::size_t>(i)] = static_cast<char>(n >> (24 - 8 * i));
+    bytes[6] = '\x40';
+    bytes[8] = '\x80';
     return guidText(bytes);
 }
 

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/BytePictures.h"
 #include "platform/RegistryTree.h"
 #include "platform/Services.h"
 
@@ -106,18 +107,18 @@ private:
     std::map<std::u16string, Factory> factories_;
 };
 
-// Pictures that keep the bytes of their file. Only files with a picture's signature load.
-class MemoryPictures : public Pictures {
+class MemoryPictures : public BytePictures {
 public:
-    explicit MemoryPictures(Files& files) : files_(files) {}
+    using BytePictures::BytePictures;
     bool failLoading = false;
     bool failSaving = false;
 
-    automation::ObjectRef load(std::u16string_view path) override;
-    bool save(const automation::ObjectRef& picture, std::u16string_view path) override;
-
-private:
-    Files& files_;
+    automation::ObjectRef load(std::u16string_view path) override {
+        return failLoading ? nullptr : BytePictures::load(path);
+    }
+    bool save(const automation::ObjectRef& picture, std::u16string_view path) override {
+        return !failSaving && BytePictures::save(picture, path);
+    }
 };
 
 // {00000001-0000-4000-8000-000000000000}, {00000002-...: counted from 1.

@@ -1,4 +1,4 @@
-#include "platform/BytePicture.h"
+#include "platform/BytePictures.h"
 
 #include <array>
 #include <cstdint>
@@ -50,6 +50,7 @@ std::optional<PictureType> pictureType(std::string_view bytes) {
     return std::nullopt;
 }
 
+// Its one property is its type.
 class BytePicture : public automation::Object {
 public:
     BytePicture(std::string bytes, PictureType type) : bytes_(std::move(bytes)), type_(type) {}
@@ -74,15 +75,15 @@ private:
 
 }  // namespace
 
-automation::ObjectRef pictureFromBytes(std::string bytes) {
-    const auto type = pictureType(bytes);
-    if (!type) return nullptr;
-    return std::make_shared<BytePicture>(std::move(bytes), *type);
+automation::ObjectRef BytePictures::load(std::u16string_view path) {
+    auto bytes = files_.read(path);
+    const auto type = bytes ? pictureType(*bytes) : std::nullopt;
+    return type ? std::make_shared<BytePicture>(std::move(*bytes), *type) : nullptr;
 }
 
-const std::string* pictureBytes(const automation::ObjectRef& picture) {
+bool BytePictures::save(const automation::ObjectRef& picture, std::u16string_view path) {
     const auto* known = dynamic_cast<const BytePicture*>(picture.get());
-    return known ? &known->bytes() : nullptr;
+    return known && files_.write(path, known->bytes());
 }
 
 }  // namespace velmor::platform
