@@ -12,48 +12,40 @@ class Enumerator final : public platform::ComObject<IEnumVARIANT> {
 public:
     explicit Enumerator(std::shared_ptr<automation::Enumeration> items) : items_(std::move(items)) {}
 
-    HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* values, ULONG* fetched) noexcept override;
-    HRESULT STDMETHODCALLTYPE Skip(ULONG count) noexcept override;
-    HRESULT STDMETHODCALLTYPE Reset() noexcept override;
-    HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT** copy) noexcept override;
+    HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* values, ULONG* fetched) noexcept override {
+        if (fetched) *fetched = 0;
+        if (!values || (!fetched && count != 1)) return E_POINTER;
+        ULONG given = 0;
+        const HRESULT code = guard(IID_IEnumVARIANT, [&] {
+            while (given < count) {
+                const automation::ObjectRef object = items_->nextObject();
+                if (!object) return;
+                platform::toVariant(object, values[given]);
+                ++given;
+            }
+        });
+        if (FAILED(code)) {
+            while (given > 0) VariantClear(&values[--given]);
+            return code;
+        }
+        if (fetched) *fetched = given;
+        return given == count ? S_OK : S_FALSE;
+    }
+    HRESULT STDMETHODCALLTYPE Skip(ULONG count) noexcept override {
+        bool all = false;
+        const HRESULT code = guard(IID_IEnumVARIANT, [&] { all = items_->skip(count); });
+        return FAILED(code) ? code : (all ? S_OK : S_FALSE);
+    }
+    HRESULT STDMETHODCALLTYPE Reset() noexcept override {
+        return guard(IID_IEnumVARIANT, [&] { items_->reset(); });
+    }
+    HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT** copy) noexcept override {
+        return guard(IID_IEnumVARIANT, copy, [&]() -> IEnumVARIANT* { return new Enumerator(items_->clone()); });
+    }
 
 private:
     std::shared_ptr<automation::Enumeration> items_;
 };
-
-HRESULT Enumerator::Next(ULONG count, VARIANT* values, ULONG* fetched) noexcept {
-    if (fetched) *fetched = 0;
-    if (!values || (!fetched && count != 1)) return E_POINTER;
-    ULONG given = 0;
-    const HRESULT code = guard(IID_IEnumVARIANT, [&] {
-        while (given < count) {
-            const automation::ObjectRef object = items_->nextObject();
-            if (!object) return;
-            platform::toVariant(object, values[given]);
-            ++given;
-        }
-    });
-    if (FAILED(code)) {
-        while (given > 0) VariantClear(&values[--given]);
-        return code;
-    }
-    if (fetched) *fetched = given;
-    return given == count ? S_OK : S_FALSE;
-}
-
-HRESULT Enumerator::Skip(ULONG count) noexcept {
-    bool all = false;
-    const HRESULT code = guard(IID_IEnumVARIANT, [&] { all = items_->skip(count); });
-    return FAILED(code) ? code : (all ? S_OK : S_FALSE);
-}
-
-HRESULT Enumerator::Reset() noexcept {
-    return guard(IID_IEnumVARIANT, [&] { items_->reset(); });
-}
-
-HRESULT Enumerator::Clone(IEnumVARIANT** copy) noexcept {
-    return guard(IID_IEnumVARIANT, copy, [&]() -> IEnumVARIANT* { return new Enumerator(items_->clone()); });
-}
 
 }  // namespace
 

@@ -48,15 +48,6 @@ HRESULT giveFactory(const ServedClass& served, REFIID id, void** object) noexcep
     return code;
 }
 
-// regsvr32 shows the result; there is no error record to fill.
-template <class Body>
-HRESULT outcomeOf(Body&& body) noexcept try {
-    body();
-    return S_OK;
-} catch (...) {
-    return platform::raisedNow().code;
-}
-
 }  // namespace
 
 // The conversions are installed here, before any thread converts: later that would not be safe.
@@ -84,16 +75,16 @@ STDAPI DllCanUnloadNow() {
 }
 
 STDAPI DllRegisterServer() {
-    return outcomeOf([] { registerServer(server(), Audience::everyone); });
+    return platform::outcomeOf([] { registerServer(server(), Audience::everyone); });
 }
 
 STDAPI DllUnregisterServer() {
-    return outcomeOf([] { unregisterServer(server(), Audience::everyone); });
+    return platform::outcomeOf([] { unregisterServer(server(), Audience::everyone); });
 }
 
 // "regsvr32 /n /i:user": for the current user alone.
 STDAPI DllInstall(BOOL install, LPCWSTR command) {
     if (!command || !*command) return install ? DllRegisterServer() : DllUnregisterServer();
     if (_wcsicmp(command, L"user") != 0) return E_INVALIDARG;
-    return outcomeOf([&] { (install ? registerServer : unregisterServer)(server(), Audience::currentUser); });
+    return platform::outcomeOf([&] { (install ? registerServer : unregisterServer)(server(), Audience::currentUser); });
 }

@@ -124,22 +124,11 @@ void writeServer(const Classes& classes, const Server& server) {
     if (server.typeLibrary) writeTypeLibrary(classes);
 }
 
-// The result of a step that throws Failure.
-template <class Step>
-HRESULT outcomeOf(Step&& step) {
-    try {
-        step();
-        return S_OK;
-    } catch (const platform::Failure& failure) {
-        return failure.code;
-    }
-}
-
 // The first failure; every step is taken.
 HRESULT removeServer(const Classes& classes, const Server& server) {
     HRESULT outcome = S_OK;
     const auto take = [&](auto&& step) {
-        const HRESULT code = outcomeOf(step);
+        const HRESULT code = platform::outcomeOf(step);
         if (SUCCEEDED(outcome)) outcome = code;
     };
     for (const ServedClass& served : server.classes) take([&] { removeClass(classes, served); });
@@ -151,7 +140,7 @@ HRESULT removeServer(const Classes& classes, const Server& server) {
 
 void registerServer(const Server& server, Audience audience) {
     const Classes classes(audience);
-    const HRESULT written = outcomeOf([&] { writeServer(classes, server); });
+    const HRESULT written = platform::outcomeOf([&] { writeServer(classes, server); });
     if (FAILED(written)) removeServer(classes, server);  // as far as it goes: the first failure tells more
     platform::check(written);
 }

@@ -58,23 +58,16 @@ void give(BSTR& place, const std::u16string& value);
 void give(BSTR& place, const std::shared_ptr<const privStrCat>& value);  // never null
 void give(VARIANT& place, const automation::Variant& value);
 void give(IDispatch*& place, const automation::ObjectRef& value);
-inline void give(long& place, std::int32_t value) {
-    place = value;
-}
-inline void give(short& place, std::int16_t value) {
+template <class Number>
+requires std::is_arithmetic_v<Number>
+void give(Number& place, std::type_identity_t<Number> value) {
     place = value;
 }
 inline void give(short& place, bool value) {
     place = value ? VARIANT_TRUE : VARIANT_FALSE;
 }
-inline void give(double& place, double value) {
-    place = value;
-}
 inline void give(double& place, automation::Date value) {
     place = value.days;
-}
-inline void give(float& place, float value) {
-    place = value;
 }
 template <std::derived_from<IUnknown> Interface>
 void give(Interface*& place, std::type_identity_t<Interface>* value) {

@@ -37,7 +37,7 @@ void removeFace(const automation::Object& core, RegisteredFace& face) noexcept;
 // face, the foreign object itself, or a generic adapter. Null for null. Throws Error 7.
 IDispatch* faceOf(const automation::ObjectRef& object);
 
-// The object for an interface that came in (no reference is taken over): the core object behind a
+// The object for an interface that came in (no reference is taken over): the core object of a
 // live face, whatever interface of it, else the wrapped foreign object. Null for null.
 automation::ObjectRef objectOf(IDispatch* dispatch);
 

@@ -25,4 +25,13 @@ struct Raised {
 // The exception being handled. Numbers of the engine become 0x800A0000 + number. (ErrorBridge.cpp)
 Raised raisedNow() noexcept;
 
+// The result of a step, without the texts of its exception.
+template <class Step>
+HRESULT outcomeOf(Step&& step) noexcept try {
+    step();
+    return S_OK;
+} catch (...) {
+    return raisedNow().code;
+}
+
 }  // namespace velmor::platform

@@ -90,16 +90,8 @@ private:
 };
 
 WORD flagsOf(InvokeKind kind) {
-    switch (kind) {
-        case InvokeKind::let:
-            return DISPATCH_PROPERTYPUT;
-        case InvokeKind::set:
-            return DISPATCH_PROPERTYPUTREF;
-        case InvokeKind::method:
-        case InvokeKind::get:
-            break;
-    }
-    return DISPATCH_METHOD | DISPATCH_PROPERTYGET;
+    if (kind == InvokeKind::let) return DISPATCH_PROPERTYPUT;
+    return kind == InvokeKind::set ? DISPATCH_PROPERTYPUTREF : DISPATCH_METHOD | DISPATCH_PROPERTYGET;
 }
 
 std::u16string nameOf(ITypeInfo& types) {

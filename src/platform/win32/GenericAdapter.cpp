@@ -44,17 +44,17 @@ public:
 
     automation::ObjectRef core() const override { return object_; }
 
-    STDMETHODIMP GetClassInfo(ITypeInfo** info) noexcept override try {
+    STDMETHODIMP GetClassInfo(ITypeInfo** info) noexcept override {
         if (!info) return E_POINTER;
         *info = nullptr;
-        std::wstring name = wide(object_->typeName());
-        ComPtr<ICreateTypeLib2> library;
-        ComPtr<ICreateTypeInfo> made;
-        check(CreateTypeLib2(SYS_WIN32, L"", library.put()));
-        check(library->CreateTypeInfo(name.data(), TKIND_COCLASS, made.put()));
-        return made->QueryInterface(IID_ITypeInfo, reinterpret_cast<void**>(info));
-    } catch (...) {
-        return raisedNow().code;
+        return outcomeOf([&] {
+            std::wstring name = wide(object_->typeName());
+            ComPtr<ICreateTypeLib2> library;
+            ComPtr<ICreateTypeInfo> made;
+            check(CreateTypeLib2(SYS_WIN32, L"", library.put()));
+            check(library->CreateTypeInfo(name.data(), TKIND_COCLASS, made.put()));
+            check(made->QueryInterface(IID_ITypeInfo, reinterpret_cast<void**>(info)));
+        });
     }
 
 private:

@@ -91,14 +91,8 @@ private:
 };
 
 HRESULT codeOf(const automation::ArgumentError& error) noexcept {
-    switch (error.number()) {
-        case 6:
-            return DISP_E_OVERFLOW;
-        case 13:
-            return DISP_E_TYPEMISMATCH;
-        default:
-            return DISP_E_PARAMNOTOPTIONAL;
-    }
+    if (error.number() == 6) return DISP_E_OVERFLOW;
+    return error.number() == 13 ? DISP_E_TYPEMISMATCH : DISP_E_PARAMNOTOPTIONAL;
 }
 
 // Without memory the text is null.

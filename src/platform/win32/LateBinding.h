@@ -14,12 +14,12 @@ namespace velmor::platform {
 class MemberNames {
 public:
     virtual ~MemberNames() = default;
-    // DISPID_UNKNOWN for a name that is none.
+    // DISPID_UNKNOWN for an unknown name.
     virtual DISPID identifierOf(std::u16string_view name) = 0;
-    // The position of a parameter; DISPID_UNKNOWN for a name that is none.
+    // The position of a parameter; DISPID_UNKNOWN for an unknown name.
     virtual DISPID parameterOf(DISPID member, std::u16string_view name) const = 0;
     virtual bool hasParameter(DISPID member, DISPID position) const = 0;
-    // Raises 438 for an identifier that is none.
+    // Raises 438 for an unknown identifier.
     virtual std::u16string_view nameOf(DISPID member) const = 0;
 };
 

@@ -28,11 +28,6 @@ public:
     VARIANT* get() noexcept { return &value_; }
     const VARIANT* get() const noexcept { return &value_; }
 
-    // The place for a value from a call; releases the old one first.
-    VARIANT* put() noexcept {
-        VariantClear(&value_);
-        return &value_;
-    }
     // Gives up the value.
     VARIANT detach() noexcept {
         const VARIANT given = value_;

@@ -54,40 +54,22 @@ Variant widened(VARTYPE type, const void* data) {
 }
 
 Variant read(VARTYPE type, const void* data) {
-    switch (type) {
-        case VT_EMPTY:
-            return Variant();
-        case VT_NULL:
-            return automation::Null{};
-        case VT_I2:
-            return load<std::int16_t>(data);
-        case VT_I4:
-            return load<std::int32_t>(data);
-        case VT_R4:
-            return load<float>(data);
-        case VT_R8:
-            return load<double>(data);
-        case VT_CY:
-            return automation::Currency{load<std::int64_t>(data)};
-        case VT_DATE:
-            return automation::Date{load<double>(data)};
-        case VT_BSTR:
-            return viewOf(load<BSTR>(data));
-        case VT_DISPATCH:
-            return objectOf(load<IDispatch*>(data));
-        case VT_ERROR:
-            return automation::ErrorCode{load<std::int32_t>(data)};
-        case VT_BOOL:
-            return load<VARIANT_BOOL>(data) != VARIANT_FALSE;
-        case VT_UNKNOWN:
-            return objectFor(load<IUnknown*>(data));
-        case VT_DECIMAL:
-            return decimalOf(load<DECIMAL>(data));
-        case VT_UI1:
-            return load<std::uint8_t>(data);
-        default:
-            return widened(type, data);
-    }
+    if (type == VT_EMPTY) return Variant();
+    if (type == VT_NULL) return automation::Null{};
+    if (type == VT_I2) return load<std::int16_t>(data);
+    if (type == VT_I4) return load<std::int32_t>(data);
+    if (type == VT_R4) return load<float>(data);
+    if (type == VT_R8) return load<double>(data);
+    if (type == VT_CY) return automation::Currency{load<std::int64_t>(data)};
+    if (type == VT_DATE) return automation::Date{load<double>(data)};
+    if (type == VT_BSTR) return viewOf(load<BSTR>(data));
+    if (type == VT_DISPATCH) return objectOf(load<IDispatch*>(data));
+    if (type == VT_ERROR) return automation::ErrorCode{load<std::int32_t>(data)};
+    if (type == VT_BOOL) return load<VARIANT_BOOL>(data) != VARIANT_FALSE;
+    if (type == VT_UNKNOWN) return objectFor(load<IUnknown*>(data));
+    if (type == VT_DECIMAL) return decimalOf(load<DECIMAL>(data));
+    if (type == VT_UI1) return load<std::uint8_t>(data);
+    return widened(type, data);
 }
 
 // Writes the data of a VARIANT whose type is set later.
