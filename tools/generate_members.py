@@ -195,7 +195,7 @@ def face_header(interface):
              for each in interface.members]
     return "\n".join([
         "#pragma once", "", '#include "com/Face.h"', f'#include "{os.path.relpath(header_of(interface.core), SOURCES)}"',
-        '#include "kvVelmor3.h"', "", "namespace velmor {", "", f"const automation::MemberIndex& {name}Members();",
+        '#include "kvVelmor3.h"', "", "namespace velmor {", "", f"const automation::DispatchTable& {name}Members();",
         "", "namespace com {", "",
         f"class {name}Face final : public Face<_{name}, {interface.core}, {name}Members, CLSID_{name}> {{",
         "public:", "    using Face::Face;", "", *lines, "};", "", "}  // namespace com", "}  // namespace velmor", ""])
@@ -255,14 +255,14 @@ def table_source(interface):
     lines = ['#include "automation/DispatchTable.h"'] + [f'#include "{each}"' for each in interface.headers()]
     lines += ["", "namespace velmor {", "", "using automation::Arguments;", "using automation::Date;",
               "using automation::MemberKind;", "using automation::Variant;", "", "namespace {", "",
-              f"using Self = {interface.core};", "", "const automation::DispatchTable<Self>& table() {",
-              f'    static const automation::DispatchTable<Self> members(u"{default}", {{', *rows, "    });",
-              "    return members;", "}", "", "}  // namespace", "",
-              f"const automation::MemberIndex& {interface.name}Members();",
-              f"const automation::MemberIndex& {interface.name}Members() {{ return table().members(); }}", "",
+              f"using Self = {interface.core};", "", "}  // namespace", "",
+              f"const automation::DispatchTable& {interface.name}Members();",
+              f"const automation::DispatchTable& {interface.name}Members() {{",
+              f'    static const automation::DispatchTable members(u"{default}", {{', *rows, "    });",
+              "    return members;", "}", "",
               f"Variant {interface.core}::invoke(std::u16string_view name, automation::InvokeKind kind,"
               " std::span<Variant> arguments) {",
-              "    return table().invoke(*this, name, kind, arguments);", "}", "", "}  // namespace velmor", ""]
+              f"    return {interface.name}Members().invoke(*this, name, kind, arguments);", "}", "", "}  // namespace velmor", ""]
     return "\n".join(lines)
 
 

@@ -35,7 +35,7 @@ Variant valueFor(const ObjectRef& tag) {
 }  // namespace
 
 Variant CustomerTag::invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) {
-    static const velmor::automation::DispatchTable<CustomerTag> kMembers({
+    static const velmor::automation::DispatchTable kMembers({
         {u"Interface", MemberKind::get, 0, 0, [](CustomerTag&, Arguments&) -> Variant { return kLevel; }},
         {u"GetTagValue", MemberKind::method, 1, 1,
          [](CustomerTag&, Arguments& args) -> Variant {

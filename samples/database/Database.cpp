@@ -54,7 +54,7 @@ void Database::LogEvent(std::u16string_view psName, std::u16string_view psMessag
 }
 
 Variant Database::invoke(std::u16string_view name, velmor::automation::InvokeKind kind, std::span<Variant> arguments) {
-    static const velmor::automation::DispatchTable<Database> kMembers({
+    static const velmor::automation::DispatchTable kMembers({
         {u"Open", MemberKind::method, 1, 1,
          [](Database& self, Arguments& args) -> Variant { return self.Open(args.text(0)), Variant(); }},
         {u"Close", MemberKind::method, 0, 0,

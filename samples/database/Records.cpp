@@ -13,7 +13,7 @@ using velmor::automation::ObjectRef;
 using velmor::automation::Variant;
 
 Variant ObjectItem::invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) {
-    static const DispatchTable<ObjectItem> kMembers({
+    static const DispatchTable kMembers({
         {u"ItemAccount", MemberKind::get, 0, 0, [](ObjectItem& self, Arguments&) -> Variant { return self.account_; }},
         {u"Name", MemberKind::get, 0, 0, [](ObjectItem& self, Arguments&) -> Variant { return self.name_; }},
     });
@@ -21,7 +21,7 @@ Variant ObjectItem::invoke(std::u16string_view name, InvokeKind kind, std::span<
 }
 
 Variant TypeDefinition::invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) {
-    static const DispatchTable<TypeDefinition> kMembers({
+    static const DispatchTable kMembers({
         {u"IsDefined", MemberKind::get, 0, 0,
          [](TypeDefinition& self, Arguments&) -> Variant { return !self.className_.empty(); }},
         {u"ClassName", MemberKind::get, 0, 0,
@@ -37,7 +37,7 @@ ObjectRef TypeCatalogue::GetObjectTypeDef(std::u16string_view psName) const {
 }
 
 Variant TypeCatalogue::invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) {
-    static const DispatchTable<TypeCatalogue> kMembers({
+    static const DispatchTable kMembers({
         {u"GetObjectTypeDef", MemberKind::method, 1, 1,
          [](TypeCatalogue& self, Arguments& args) -> Variant { return self.GetObjectTypeDef(args.text(0)); }},
     });
@@ -59,7 +59,7 @@ bool Customer::OpenItem(std::int32_t plID) {
 }
 
 Variant Customer::invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) {
-    static const DispatchTable<Customer> kMembers({
+    static const DispatchTable kMembers({
         {u"Database", MemberKind::set, 0, 0,
          [](Customer& self, Arguments& args) -> Variant { return self.Database(args.object(0)), Variant(); }},
         {u"OpenItem", MemberKind::method, 1, 1,

@@ -77,7 +77,7 @@ Variant values(const Arguments& args) {
 }
 
 // The last two arguments of the catalogue's members are the handler's name and the host's database.
-const DispatchTable<Formatter> members({
+const DispatchTable members({
     {u"Interface", MemberKind::get, 0, 0, [](Formatter&, Arguments&) { return Variant(interfaceLevel); }},
     {u"GetTagValue", MemberKind::method, 1, 1,
      [](Formatter& self, Arguments& args) { return Variant(self.GetTagValue(args.object(0))); }},

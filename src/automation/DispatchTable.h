@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <initializer_list>
 #include <span>
 #include <string>
 #include <string_view>
@@ -18,7 +17,7 @@ namespace velmor::automation {
 
 // A class declares its late-bound members once, as rows, and serves Object::invoke from them:
 //
-//     const DispatchTable<kvTags> kMembers(u"Item", {
+//     const DispatchTable kMembers(u"Item", {
 //         {u"Item", MemberKind::get, 1, 1, [](kvTags& self, Arguments& args) -> Variant { ... }},
 //         {u"Count", MemberKind::get, 0, 0, [](kvTags& self, Arguments&) -> Variant { ... }},
 //         {u"Value", MemberKind::let, 0, 0, [](kvTags& self, Arguments& args) -> Variant { ... }},
@@ -37,50 +36,67 @@ namespace velmor::automation {
 
 enum class MemberKind : std::uint8_t { method, get, let, set };
 
-// The part of the table that does not depend on the class.
-class MemberIndex {
+class DispatchTable {
 public:
-    struct Entry {
+    // A member's function: a lambda without captures, of the class and the arguments, is one.
+    class Call {
+    public:
+        template <class Member>
+        Call(Member member) : function_(functionOf(+member, member)) {}
+
+        Variant operator()(Object& self, Arguments& arguments) const { return function_(self, arguments); }
+
+    private:
+        using Function = Variant (*)(Object&, Arguments&);
+        template <class Target, class Member>
+        static Function functionOf(Variant (*)(Target&, Arguments&), Member) {
+            return [](Object& self, Arguments& arguments) { return Member()(static_cast<Target&>(self), arguments); };
+        }
+        Function function_;
+    };
+    struct Row {
         std::u16string_view name;
         MemberKind kind;
-        std::uint8_t required;
-        std::uint8_t maximum;
-        bool givesObject;
-        std::int32_t id;
-        std::u16string_view parameters;
+        std::uint8_t required;  // arguments that cannot be left out
+        std::uint8_t maximum;   // all arguments, the optional ones included
+        Call call;
+        // For hosts that ask for identifiers and pass arguments by name.
+        bool givesObject = false;
+        std::int32_t id = -1;
+        std::u16string_view parameters = {};  // their names in order, with a blank after each
     };
     static constexpr std::size_t npos = static_cast<std::size_t>(-1);
 
-    // The names must outlive the index (they are literals).
-    MemberIndex(std::u16string_view defaultMember, std::vector<Entry> entries);
+    // The names must outlive the table (they are literals).
+    explicit DispatchTable(std::vector<Row> rows) : DispatchTable({}, std::move(rows)) {}
+    // With the name of the default member, which the empty name calls.
+    DispatchTable(std::u16string_view defaultMember, std::vector<Row> rows);
 
-    struct Found {
-        std::size_t row;
-        std::size_t own;  // the arguments that the member takes itself
-    };
-    // The row to call. Raises 438 for an unknown name, and 450 when the arguments do not fit.
-    Found resolve(std::u16string_view name, InvokeKind kind, std::span<const Variant> arguments) const;
+    // Raises 438 for an unknown name, and 450 when the arguments do not fit. The object must be of the class.
+    Variant invoke(Object& self, std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) const;
 
     // Any row of that name; npos for an unknown name.
     std::size_t find(std::u16string_view name) const noexcept;
     // The same by the member's identifier.
     std::size_t findId(std::int32_t id) const noexcept;
-    const Entry& entry(std::size_t index) const noexcept { return entries_[index]; }
+    const Row& row(std::size_t index) const noexcept { return rows_[index]; }
 
     // The position of a parameter of the members with that identifier; npos for an unknown name.
     std::size_t parameter(std::int32_t id, std::u16string_view name) const noexcept;
 
 private:
+    struct Found {
+        std::size_t row;
+        std::size_t own;  // the arguments that the member takes itself
+    };
+    Found resolve(std::u16string_view name, InvokeKind kind, std::span<const Variant> arguments) const;
     std::size_t find(std::u16string_view name, MemberKind kind) const noexcept;
     std::size_t find(std::u16string_view name, InvokeKind kind) const noexcept;
 
     std::u16string_view default_;
-    std::vector<Entry> entries_;
+    std::vector<Row> rows_;
     std::vector<std::pair<std::size_t, std::size_t>> byHash_;  // hash of the name, row; sorted
 };
-
-// Hands arguments on to the default member of what a member gave; 438 where that is no object.
-Variant invokeDefault(const Variant& given, InvokeKind kind, std::span<Variant> arguments);
 
 // What a member gives, as a value: an object of any class as a reference.
 template <class Value>
@@ -91,49 +107,5 @@ Variant answer(Value&& value) {
         return std::forward<Value>(value);
     }
 }
-
-template <class Target>
-class DispatchTable {
-public:
-    struct Row {
-        std::u16string_view name;
-        MemberKind kind;
-        std::uint8_t required;  // arguments that cannot be left out
-        std::uint8_t maximum;   // all arguments, the optional ones included
-        Variant (*call)(Target& self, Arguments& arguments);
-        // For hosts that ask for identifiers and pass arguments by name.
-        bool givesObject = false;
-        std::int32_t id = -1;
-        std::u16string_view parameters = {};  // their names in order, with a blank after each
-    };
-
-    DispatchTable(std::initializer_list<Row> rows) : DispatchTable({}, rows) {}
-    // With the name of the default member, which the empty name calls.
-    DispatchTable(std::u16string_view defaultMember, std::initializer_list<Row> rows)
-        : index_(defaultMember, entriesOf(rows)) {
-        for (const Row& row : rows) calls_.push_back(row.call);
-    }
-
-    Variant invoke(Target& self, std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) const {
-        const auto [row, own] = index_.resolve(name, kind, arguments);
-        Arguments typed(arguments.first(own));
-        Variant given = calls_[row](self, typed);
-        return own == arguments.size() ? given : invokeDefault(given, kind, arguments.subspan(own));
-    }
-
-    const MemberIndex& members() const noexcept { return index_; }
-
-private:
-    static std::vector<MemberIndex::Entry> entriesOf(std::initializer_list<Row> rows) {
-        std::vector<MemberIndex::Entry> entries;
-        for (const Row& row : rows) {
-            entries.push_back({row.name, row.kind, row.required, row.maximum, row.givesObject, row.id, row.parameters});
-        }
-        return entries;
-    }
-
-    MemberIndex index_;
-    std::vector<Variant (*)(Target&, Arguments&)> calls_;
-};
 
 }  // namespace velmor::automation

@@ -8,7 +8,7 @@ namespace velmor::automation {
 
 Variant Enumeration::invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) {
     using Self = Enumeration;
-    static const DispatchTable<Self> members({
+    static const DispatchTable members({
         {u"Next", MemberKind::method, 0, 0, [](Self& self, Arguments&) -> Variant { return self.nextObject(); }},
         {u"Skip", MemberKind::method, 1, 1,
          [](Self& self, Arguments& args) -> Variant {

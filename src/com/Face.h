@@ -14,11 +14,11 @@ namespace velmor::com {
 // What hosts call the members of a table by.
 class TableNames final : public platform::MemberNames {
 public:
-    explicit TableNames(const automation::MemberIndex& members) noexcept : members_(members) {}
+    explicit TableNames(const automation::DispatchTable& members) noexcept : members_(members) {}
 
     DISPID identifierOf(std::u16string_view name) override {
         const std::size_t row = members_.find(name);
-        return row == npos ? DISPID_UNKNOWN : members_.entry(row).id;
+        return row == npos ? DISPID_UNKNOWN : members_.row(row).id;
     }
     DISPID parameterOf(DISPID member, std::u16string_view name) const override {
         const std::size_t position = members_.parameter(member, name);
@@ -26,23 +26,23 @@ public:
     }
     bool hasParameter(DISPID member, DISPID position) const override {
         const std::size_t row = members_.findId(member);
-        return row != npos && position >= 0 && position < members_.entry(row).maximum;
+        return row != npos && position >= 0 && position < members_.row(row).maximum;
     }
     std::u16string_view nameOf(DISPID member) const override {
         const std::size_t row = members_.findId(member);
         if (row == npos) automation::raiseNoSuchMember({});
-        return members_.entry(row).name;
+        return members_.row(row).name;
     }
 
 private:
-    static constexpr std::size_t npos = automation::MemberIndex::npos;
+    static constexpr std::size_t npos = automation::DispatchTable::npos;
 
-    const automation::MemberIndex& members_;
+    const automation::DispatchTable& members_;
 };
 
 // The face of a core object: keeps it alive, and is the only one that it has. Its members are those of the class's
 // table, late-bound, and of the dual interface. Derived classes translate members, and have no rule of their own.
-template <class Interface, class Core, const automation::MemberIndex& (*memberIndex)(), const CLSID& classId>
+template <class Interface, class Core, const automation::DispatchTable& (*memberTable)(), const CLSID& classId>
 class Face : public platform::Face<Interface> {
 public:
     using CoreClass = Core;
@@ -90,7 +90,7 @@ private:
     using Base = platform::Face<Interface>;
 
     platform::MemberNames& members() noexcept override {
-        static TableNames names(memberIndex());
+        static TableNames names(memberTable());
         return names;
     }
 };

@@ -17,7 +17,7 @@ public:
         const auto keep = [](Sample& self, Arguments& args) { return self.value_ = args.newValue(); };
         const auto sum = [](Sample&, Arguments& args) { return Variant(args.longInteger(0) + args.longOr(1, 100)); };
         const auto append = [](Sample&, Arguments& args) { return args.set(0, args.text(0) + u"!"), Variant(); };
-        static const DispatchTable<Sample> kMembers(
+        static const DispatchTable kMembers(
             u"Value", {
                           {u"Value", MemberKind::get, 0, 0, [](Sample& self, Arguments&) { return self.value_; }},
                           {u"Value", MemberKind::let, 0, 0, keep},
