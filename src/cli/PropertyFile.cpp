@@ -3,6 +3,7 @@
 #include "cli/Failure.h"
 #include "cli/Streams.h"
 #include "common/Cipher.h"
+#include "text/Encoding.h"
 
 namespace velmor::cli {
 namespace {
@@ -42,9 +43,9 @@ void readPropertyFile(privProperties& into, const platform::Files& files, const 
         return requireProperties(text, into, name);
     }
     if (!isEnciphered(text)) throw Failure(exitFile, name + " is not enciphered; omit --password-file");
-    const auto deciphered = textFromEnciphered(text, readPassword(files, file.passwordFile));
-    if (!deciphered) throw Failure(exitFile, "cannot open " + name + ": the password is wrong, or the file is damaged");
-    into.BuildByDelimited(*deciphered);
+    const auto utf8 = deciphered(text, readPassword(files, file.passwordFile));
+    if (!utf8) throw Failure(exitFile, "cannot open " + name + ": the password is wrong, or the file is damaged");
+    into.BuildByDelimited(fromUtf8(*utf8));
 }
 
 }  // namespace velmor::cli

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "common/Limits.h"
-#include "text/Encoding.h"
 
 namespace velmor {
 namespace {
@@ -34,26 +33,17 @@ char16_t digit(std::uint32_t bits) {
 
 }  // namespace
 
-void appendBase64(std::u16string& target, std::string_view bytes) {
-    std::size_t place = target.size();
-    target.resize(place + (bytes.size() + 2) / 3 * 4, u'=');
+std::u16string base64(std::string_view bytes) {
+    std::u16string text((bytes.size() + 2) / 3 * 4, u'=');
+    std::size_t place = 0;
     std::uint32_t bits = 0;
     int pending = 0;
     for (const char byte : bytes) {
         bits = bits << 8 | static_cast<std::uint8_t>(byte);
-        for (pending += 8; pending >= 6; pending -= 6) target[place++] = digit(bits >> (pending - 6));
+        for (pending += 8; pending >= 6; pending -= 6) text[place++] = digit(bits >> (pending - 6));
     }
-    if (pending > 0) target[place] = digit(bits << (6 - pending));
-}
-
-std::u16string base64(std::string_view bytes) {
-    std::u16string text;
-    appendBase64(text, bytes);
+    if (pending > 0) text[place] = digit(bits << (6 - pending));
     return text;
-}
-
-std::u16string base64OfText(std::u16string_view text) {
-    return base64(toUtf8(text));
 }
 
 std::optional<std::string> fromBase64(std::u16string_view encoded) {
@@ -77,11 +67,6 @@ std::optional<std::string> fromBase64(std::u16string_view encoded) {
     const std::size_t last = digits % 4;
     const bool isPadded = padding == 0 || (last != 0 && padding == 4 - last);
     return last != 1 && isPadded ? std::optional(std::move(bytes)) : std::nullopt;
-}
-
-std::optional<std::u16string> textFromBase64(std::u16string_view encoded) {
-    const auto bytes = fromBase64(encoded);
-    return bytes ? std::optional(fromUtf8(*bytes)) : std::nullopt;
 }
 
 }  // namespace velmor

@@ -46,21 +46,18 @@ std::u16string encipheredText(std::u16string_view text, std::u16string_view pass
     deriveKey(key, password, payload);
     const std::string nonce = payload.substr(kSaltSize);
     payload += platform::seal(key, nonce, markerBytes(), plain);
-    std::u16string enciphered(kMarker);
-    appendBase64(enciphered, payload);
-    return enciphered;
+    return std::u16string(kMarker) + base64(payload);
 }
 
-std::optional<std::u16string> textFromEnciphered(std::u16string_view enciphered, std::u16string_view password) {
+std::optional<std::string> deciphered(std::u16string_view enciphered, std::u16string_view password) {
     if (password.empty()) return std::nullopt;
     const auto payload = payloadOf(enciphered);
     if (!payload) return std::nullopt;
     const std::string_view header = std::string_view(*payload).substr(0, kHeaderSize);
     platform::CipherKey key;
     deriveKey(key, password, header);
-    const auto plain =
-        platform::unseal(key, header.substr(kSaltSize), markerBytes(), std::string_view(*payload).substr(kHeaderSize));
-    return plain ? std::optional(fromUtf8(*plain)) : std::nullopt;
+    const std::string_view sealed = std::string_view(*payload).substr(kHeaderSize);
+    return platform::unseal(key, header.substr(kSaltSize), markerBytes(), sealed);
 }
 
 bool isEnciphered(std::u16string_view text) noexcept {

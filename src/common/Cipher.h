@@ -18,9 +18,9 @@ namespace velmor {
 // An empty password raises 5; text of more than 256 MB (as UTF-8) raises 7.
 std::u16string encipheredText(std::u16string_view text, std::u16string_view password);
 
-// Nothing when the password is wrong or a character was changed, added or removed; white space at the
-// end is ignored.
-std::optional<std::u16string> textFromEnciphered(std::u16string_view enciphered, std::u16string_view password);
+// The text's UTF-8; nothing when the password is wrong or a character was changed, added or removed. White space at
+// the end is ignored.
+std::optional<std::string> deciphered(std::u16string_view enciphered, std::u16string_view password);
 
 // Whether the text begins with the marker.
 bool isEnciphered(std::u16string_view text) noexcept;

@@ -76,16 +76,9 @@ std::string encodeUtf16(std::u16string_view text, bool bigEndian) {
 
 std::string encodeDocument(std::u16string_view text, TextEncoding encoding) {
     if (text.starts_with(kRtfStart)) return encodeRtf(text);
-    switch (encoding) {
-        case TextEncoding::utf8:
-            return toUtf8(text);
-        case TextEncoding::utf16:
-            return encodeUtf16(text, false);
-        case TextEncoding::utf16BigEndian:
-            return encodeUtf16(text, true);
-        default:
-            return encodePlain(text);
-    }
+    if (encoding == TextEncoding::ansi) return encodePlain(text);
+    if (encoding == TextEncoding::utf8) return toUtf8(text);
+    return encodeUtf16(text, encoding == TextEncoding::utf16BigEndian);
 }
 
 }  // namespace velmor

@@ -4,28 +4,19 @@
 
 #include "common/Limits.h"
 #include "text/Characters.h"
-#include "text/Encoding.h"
 
 namespace velmor {
-void appendHexadecimal(std::u16string& target, std::string_view bytes) {
-    constexpr std::u16string_view digits = u"0123456789ABCDEF";
-    std::size_t place = target.size();
-    target.resize(place + bytes.size() * 2);
-    for (const char byte : bytes) {
-        const auto value = static_cast<std::uint8_t>(byte);
-        target[place++] = digits[value >> 4];
-        target[place++] = digits[value & 15];
-    }
-}
 
 std::u16string hexadecimal(std::string_view bytes) {
+    constexpr std::u16string_view digits = u"0123456789ABCDEF";
     std::u16string text;
-    appendHexadecimal(text, bytes);
+    text.reserve(bytes.size() * 2);
+    for (const char byte : bytes) {
+        const auto value = static_cast<std::uint8_t>(byte);
+        text += digits[value >> 4];
+        text += digits[value & 15];
+    }
     return text;
-}
-
-std::u16string hexadecimalOfText(std::u16string_view text) {
-    return hexadecimal(toUtf8(text));
 }
 
 std::optional<std::string> fromHexadecimal(std::u16string_view encoded) {
@@ -44,11 +35,6 @@ std::optional<std::string> fromHexadecimal(std::u16string_view encoded) {
         i += 2;
     }
     return bytes;
-}
-
-std::optional<std::u16string> textFromHexadecimal(std::u16string_view encoded) {
-    const auto bytes = fromHexadecimal(encoded);
-    return bytes ? std::optional(fromUtf8(*bytes)) : std::nullopt;
 }
 
 }  // namespace velmor

@@ -31,10 +31,6 @@ std::optional<std::u16string> readTextFile(const platform::Files& files, std::u1
     return bytes ? std::optional(textFileDecoder(*bytes)) : std::nullopt;
 }
 
-bool writeTextFile(platform::Files& files, std::u16string_view path, std::u16string_view text) {
-    return files.write(path, toAnsi(text));
-}
-
 bool appendTextFile(platform::Files& files, std::u16string_view path, std::u16string_view text, bool pbCreate) {
     if (!pbCreate && !files.exists(path)) return false;
     return files.append(path, toAnsi(text));

@@ -23,10 +23,7 @@ std::string encodeTextFile(std::u16string_view text);
 // Nothing when the file is missing or unreadable; an empty file gives "".
 std::optional<std::u16string> readTextFile(const platform::Files& files, std::u16string_view path);
 
-// Replaces the file with the text in the ANSI code page; a character that it lacks becomes "?".
-bool writeTextFile(platform::Files& files, std::u16string_view path, std::u16string_view text);
-
-// Adds the text, in the ANSI code page, to the end of the file. If the file is
+// Adds the text to the end of the file in the ANSI code page; a character that it lacks becomes "?". If the file is
 // absent, it is made if pbCreate is true, and the call fails otherwise.
 bool appendTextFile(platform::Files& files, std::u16string_view path, std::u16string_view text, bool pbCreate);
 

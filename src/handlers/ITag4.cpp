@@ -29,14 +29,11 @@ HandlerAddress HandlerAddress::parse(std::u16string_view psHandler) {
     return address;
 }
 
-std::u16string HandlerAddress::registryKey() const {
-    return group.empty() ? std::u16string(kHandlersKey) : std::u16string(kSubHandlersKey) + u'\\' + group;
-}
-
 std::u16string HandlerAddress::className(const platform::Registry& registry) const {
     // The key's default value is not a handler, and a tag with the built-in handler's name means the built-in one.
     if (name.empty() || name == kBuiltInHandler) return {};
-    return registry.value(registryKey(), name).value_or(std::u16string());
+    const std::u16string key(group.empty() ? kHandlersKey : kSubHandlersKey);
+    return registry.value(key + u'\\' + group, name).value_or(std::u16string());
 }
 
 ITag4 ITag4::create(platform::Objects& objects, std::u16string_view className) {

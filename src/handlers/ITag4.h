@@ -25,7 +25,6 @@ struct HandlerAddress {
     // From the handler part of a tag; upper-cases it.
     static HandlerAddress parse(std::u16string_view psHandler);
 
-    std::u16string registryKey() const;
     // The registered class name; "" when absent, and always for the built-in handler's name.
     std::u16string className(const platform::Registry& registry) const;
 };

@@ -51,10 +51,9 @@ std::size_t EntryScanner::closingHash(std::size_t from) {
 }
 
 std::size_t EntryScanner::next(Closing& closing, std::size_t from) const noexcept {
-    if (!closing.asked || closing.found < from) {
+    if (closing.found < from) {
         closing.found = delimiter_.size() == 1 ? nextPair(closing.sought[0], from)
                                                : findText(text_, closing.sought, from, Comparison::binary);
-        closing.asked = true;
     }
     return closing.found;
 }

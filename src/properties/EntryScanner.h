@@ -34,7 +34,6 @@ private:
     struct Closing {
         std::u16string sought;
         std::size_t found = 0;
-        bool asked = false;
     };
     struct NestedTag {
         std::size_t begin;

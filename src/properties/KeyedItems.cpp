@@ -20,14 +20,8 @@ constexpr std::size_t kMostWithoutIndex = 8;
 }  // namespace
 
 Variant KeyedItems::Entry::unreadValue() const {
-    switch (spelling) {
-        case Spelling::quoted:
-            return Variant(value);
-        case Spelling::substituted:
-            return Variant(withoutSubstitute(value));
-        default:
-            return typedValue(value);
-    }
+    if (spelling == Spelling::unquoted) return typedValue(value);
+    return spelling == Spelling::quoted ? Variant(value) : Variant(withoutSubstitute(value));
 }
 
 KeyedItems::KeyedItems(KeyedItems& other, const std::vector<std::size_t>& order) : services_(other.services_) {

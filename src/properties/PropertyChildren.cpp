@@ -11,63 +11,38 @@ privProperty::Extras& privProperty::extras() {
     return *extras_;
 }
 
-std::shared_ptr<privProperties> privProperty::build(Child& child) {
-    if (child.built == nullptr) {
-        child.built = std::make_shared<privProperties>(services_);
-        child.built->Build(child.text);
-        child.text = {};
+std::shared_ptr<privProperties> privProperty::built(Child which) {
+    Children& children = extras().of(which);
+    if (children.built == nullptr) {
+        children.built = std::make_shared<privProperties>(services_);
+        children.built->Build(children.text);
+        children.text = {};
     }
-    return child.built;
+    return children.built;
 }
 
-std::shared_ptr<privProperties> privProperty::Attributes() {
-    return build(extras().attributes);
+bool privProperty::has(Child which) const {
+    if (extras_ == nullptr) return false;
+    const Children& children = extras_->of(which);
+    return children.built != nullptr ? children.built->Count() > 0 : !children.text.empty();
 }
 
-std::shared_ptr<privProperties> privProperty::Properties() {
-    return build(extras().properties);
-}
-
-bool privProperty::Child::holdsAnything() const {
-    return built != nullptr ? built->Count() > 0 : !text.empty();
-}
-
-std::u16string privProperty::Child::stored(int level) const {
-    return built != nullptr ? built->text(privProperties::TextForm::stored, level) : text;
-}
-
-bool privProperty::HasAttributes() const {
-    return extras_ != nullptr && extras_->attributes.holdsAnything();
-}
-
-bool privProperty::HasProperties() const {
-    return extras_ != nullptr && extras_->properties.holdsAnything();
-}
-
-std::u16string privProperty::AttributesStored() const {
-    return extras_ != nullptr ? extras_->attributes.stored(1) : std::u16string();
-}
-
-std::u16string privProperty::PropertiesStored() const {
-    return extras_ != nullptr ? extras_->properties.stored(1) : std::u16string();
-}
-
-void privProperty::SetAttributesStored(std::u16string psText) {
-    extras().attributes = {std::move(psText), nullptr};
-}
-
-void privProperty::SetPropertiesStored(std::u16string psText) {
-    extras().properties = {std::move(psText), nullptr};
+void privProperty::keepChild(Child which, std::u16string text) {
+    extras().of(which) = {std::move(text), nullptr};
 }
 
 // At the limit children count as empty; they are not even built, for text can nest deeper than
 // anything that is worth a count.
+std::int32_t privProperty::withChildren(std::int32_t own, int level, std::int32_t (privProperties::*sum)(int) const) {
+    if (extras_ == nullptr || level >= privProperties::maximumNesting) return own;
+    for (const Child which : {Child::attributes, Child::properties}) {
+        if (has(which)) own = checkedLong(std::int64_t{own} + (*built(which).*sum)(level + 1));
+    }
+    return own;
+}
+
 std::int32_t privProperty::countChildren(int level) {
-    if (extras_ == nullptr || level >= privProperties::maximumNesting) return 0;
-    std::int32_t count = 0;
-    if (HasAttributes()) count = Attributes()->countTotal(level + 1);
-    if (HasProperties()) count = checkedLong(std::int64_t{count} + Properties()->countTotal(level + 1));
-    return count;
+    return withChildren(0, level, &privProperties::countTotal);
 }
 
 }  // namespace velmor

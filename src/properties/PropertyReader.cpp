@@ -107,20 +107,11 @@ void PropertyReader::readEntries(const KeyedItems::Source& source, std::u16strin
 }
 
 std::size_t PropertyReader::readValue(Scanner& scanner, Name name, std::size_t from) {
+    const char16_t first = from < scanner.text().size() ? scanner.text()[from] : u'\0';
     std::size_t end = Scanner::npos;
-    switch (from < scanner.text().size() ? scanner.text()[from] : u'\0') {
-        case u'"':
-            end = readQuoted(scanner, name, from);
-            break;
-        case u'~':
-            end = readMarked(scanner, name, from);
-            break;
-        case u'#':
-            end = readDate(scanner, name, from);
-            break;
-        default:
-            break;
-    }
+    if (first == u'"') end = readQuoted(scanner, name, from);
+    if (first == u'~') end = readMarked(scanner, name, from);
+    if (first == u'#') end = readDate(scanner, name, from);
     return end != Scanner::npos ? end : readPlain(scanner, name, from);
 }
 
@@ -135,14 +126,19 @@ std::size_t PropertyReader::readMarked(Scanner& scanner, Name name, std::size_t 
     const std::u16string_view marker = scanner.text().substr(from, kMarkerSize);
     if (marker == u"~RO~") return readObject(scanner, name, from);
     if (marker.size() < kMarkerSize || marker.back() != u'"') return Scanner::npos;
-    const bool attributes = marker == u"~AT\"";
-    const bool child = attributes || marker == u"~PR\"";
     const std::size_t begin = from + kMarkerSize;
     const std::size_t quote = scanner.closingQuote(begin);
     if (quote == Scanner::npos) return Scanner::npos;
     const std::u16string_view content = scanner.text().substr(begin, quote - begin);
-    if (child ? keepChild(name, attributes, content) : addDecoded(name, marker, content)) return quote + 1;
-    return Scanner::npos;
+    bool read = false;
+    if (marker == u"~AT\"") {
+        read = keepChild(name, Child::attributes, content);
+    } else if (marker == u"~PR\"") {
+        read = keepChild(name, Child::properties, content);
+    } else {
+        read = addDecoded(name, marker, content);
+    }
+    return read ? quote + 1 : Scanner::npos;
 }
 
 bool PropertyReader::addDecoded(Name name, std::u16string_view marker, std::u16string_view content) {
@@ -218,15 +214,10 @@ std::size_t PropertyReader::readPlain(Scanner& scanner, Name name, std::size_t f
 }
 
 // The text becomes a collection on request.
-bool PropertyReader::keepChild(Name name, bool attributes, std::u16string_view content) {
+bool PropertyReader::keepChild(Name name, Child which, std::u16string_view content) {
     auto text = textOfChild(content);
     if (!text) return false;
-    privProperty& owner = ownerOfChild(name);
-    if (attributes) {
-        owner.SetAttributesStored(*std::move(text));
-    } else {
-        owner.SetPropertiesStored(*std::move(text));
-    }
+    ownerOfChild(name).keepChild(which, *std::move(text));
     return true;
 }
 

@@ -23,6 +23,7 @@ public:
 private:
     using Scanner = EntryScanner;
     using Spelling = KeyedItems::Spelling;
+    using Child = privProperty::Child;
     using Name = std::u16string_view;  // as the text spells it
 
     void readEntries(const KeyedItems::Source& source, std::u16string_view delimiter, std::size_t from);
@@ -38,7 +39,7 @@ private:
     bool addDecoded(Name name, std::u16string_view marker, std::u16string_view content);
     automation::ObjectRef pictureOf(std::u16string_view content) const;
     automation::ObjectRef collectionOf(std::u16string_view content) const;
-    bool keepChild(Name name, bool attributes, std::u16string_view content);
+    bool keepChild(Name name, Child which, std::u16string_view content);
     privProperty& ownerOfChild(Name name);
     void addSpan(Name name, std::u16string_view value, Spelling spelling);
     privProperty& add(Name name, automation::Variant value);

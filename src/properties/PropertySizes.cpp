@@ -64,11 +64,7 @@ std::int32_t privProperty::SizeStored() {
 }
 
 std::int32_t privProperty::sizeStored(int level) {
-    std::int32_t size = valueSizeStored();
-    if (extras_ == nullptr || level >= privProperties::maximumNesting) return size;
-    if (HasAttributes()) size = checkedLong(std::int64_t{size} + Attributes()->sizeStored(level + 1));
-    if (HasProperties()) size = checkedLong(std::int64_t{size} + Properties()->sizeStored(level + 1));
-    return size;
+    return withChildren(valueSizeStored(), level, &privProperties::sizeStored);
 }
 
 }  // namespace velmor

@@ -6,46 +6,41 @@
 #include <list>
 #include <map>
 #include <numeric>
-#include <optional>
-#include <string>
-#include <variant>
+#include <utility>
 
-#include "automation/Convert.h"
 #include "automation/DecimalNumber.h"
+#include "automation/Portable.h"
 #include "properties/KeyedItems.h"
 #include "properties/privProperties.h"
 
 namespace velmor {
 
+using automation::Currency;
+using automation::Decimal;
 using automation::Variant;
+using automation::portable::compareDecimals;
+using automation::portable::toDouble;
 
 namespace {
 
-struct DecimalValue {
-    automation::Decimal value;
-    bool operator<(const DecimalValue& other) const {
-        return automation::portable::compareDecimals(value, other.value) < 0;
-    }
-};
-using Value = std::variant<double, std::int64_t, std::u16string, DecimalValue>;
 using Place = std::list<std::size_t>::iterator;
 
 constexpr std::int32_t kLastComparedType = 15;
 
-// The sort key of values of one type; nothing for types and values that never sort after others.
-std::optional<Value> valueOf(const privProperty& property) {
-    const Variant value = property.Value();
-    if (const auto* text = value.get<std::u16string>()) return *text;
-    if (const auto* amount = value.get<automation::Currency>()) return amount->scaled;
-    if (const auto* decimal = value.get<automation::Decimal>()) return DecimalValue{*decimal};
-    if (const auto* date = value.get<automation::Date>()) {
-        return std::isnan(date->days) ? std::nullopt : std::optional<Value>(date->days);
+// The order of values of one type.
+struct SortsBefore {
+    bool operator()(const Variant& left, const Variant& right) const {
+        if (const auto* text = left.get<std::u16string>()) return *text < *right.get<std::u16string>();
+        if (const auto* amount = left.get<Currency>()) return amount->scaled < right.get<Currency>()->scaled;
+        if (const auto* number = left.get<Decimal>()) return compareDecimals(*number, *right.get<Decimal>()) < 0;
+        return toDouble(left) < toDouble(right);
     }
-    const bool numeric = value.get<std::int16_t>() != nullptr || value.get<std::int32_t>() != nullptr ||
-                         value.get<float>() != nullptr || value.get<double>() != nullptr ||
-                         value.get<bool>() != nullptr;
-    const auto number = numeric ? automation::toDouble(value) : std::nullopt;
-    return !number || std::isnan(*number) ? std::nullopt : std::optional<Value>(*number);
+};
+
+// Other types, and other values, never sort after others.
+bool isOrdered(const Variant& value) {
+    const auto number = value.isString() ? 0 : toDouble(value);
+    return number && !std::isnan(*number);
 }
 
 // The insertion among properties of one name. Of each type the placed values ascend, so a search
@@ -58,8 +53,8 @@ public:
         const PropertyRef property = items_.at(position);
         if (property->ValueType() > kLastComparedType) {
             insertBeforeOwnType(position, property->ValueType());
-        } else if (auto value = valueOf(*property)) {
-            insertByValue(position, property->ValueType(), *std::move(value));
+        } else if (Variant value = property->Value(); isOrdered(value)) {
+            insertByValue(position, property->ValueType(), std::move(value));
         } else {
             placed_.push_back(position);
         }
@@ -73,7 +68,7 @@ private:
         first->second = placed_.insert(first->second, position);
     }
 
-    void insertByValue(std::size_t position, std::int32_t type, Value value) {
+    void insertByValue(std::size_t position, std::int32_t type, Variant value) {
         auto& values = valuesOfType_[type];
         const auto after = values.upper_bound(value);
         const Place place = placed_.insert(after == values.end() ? placed_.end() : after->second, position);
@@ -82,7 +77,7 @@ private:
 
     KeyedItems& items_;
     std::list<std::size_t> placed_;
-    std::map<std::int32_t, std::multimap<Value, Place>> valuesOfType_;
+    std::map<std::int32_t, std::multimap<Variant, Place, SortsBefore>> valuesOfType_;
     std::map<std::int32_t, Place> firstOfType_;
 };
 

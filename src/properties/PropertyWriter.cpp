@@ -1,5 +1,6 @@
 #include "properties/PropertyWriter.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 
@@ -32,6 +33,15 @@ void appendInteger(std::u16string& target, std::int32_t value) {
     std::array<char, 12> digits{};
     target.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr);
 }
+
+struct NumberForm {
+    VariantType type;
+    std::u16string_view suffix;
+};
+constexpr NumberForm kNumbers[] = {
+    {VariantType::integer, u"%:"},     {VariantType::longInteger, u"&:"}, {VariantType::single, u"!:"},
+    {VariantType::doubleFloat, u"#:"}, {VariantType::currency, u"$:"},    {VariantType::decimal, u"!:"},
+};
 
 bool isZero(const Variant& value) {
     const auto* number = value.get<std::int32_t>();
@@ -81,15 +91,11 @@ void PropertyWriter::writeProperty(const privProperty& property) {
 }
 
 void PropertyWriter::writeChildren(const privProperty& property) {
-    const auto write = [&](const privProperty::Child& child, Child which) {
-        if (child.built == nullptr) {
-            writeChild(property.Name(), child.text, which);
-        } else {
-            writeChild(property.Name(), child.stored(level_ + 1), which);
-        }
-    };
-    write(property.extras_->attributes, Child::attributes);
-    write(property.extras_->properties, Child::properties);
+    for (const Child which : {Child::attributes, Child::properties}) {
+        const auto& children = property.extras_->of(which);
+        const std::u16string written = children.built ? children.built->text(Form::stored, level_ + 1) : u"";
+        writeChild(property.Name(), children.built ? written : children.text, which);
+    }
 }
 
 void PropertyWriter::writeValue(const Variant& value, std::int32_t encoding) {
@@ -107,52 +113,38 @@ void PropertyWriter::writeValue(const Variant& value, std::int32_t encoding) {
 
 // False for a type that is written as text.
 bool PropertyWriter::writeTyped(const Variant& value) {
-    switch (value.type()) {
-        case VariantType::null:
-            out_ += u"NUL:";
-            return true;
-        case VariantType::integer:
-            return writeNumber(value, u"%:");
-        case VariantType::longInteger:
-            return writeNumber(value, u"&:");
-        case VariantType::single:
-            return writeNumber(value, u"!:");
-        case VariantType::doubleFloat:
-            return writeNumber(value, u"#:");
-        case VariantType::currency:
-            return writeNumber(value, u"$:");
-        case VariantType::decimal:
-            out_ += u'!';
-            return writeNumber(value, u"!:");
-        case VariantType::date:
-            return writeDate(*value.get<Date>());
-        case VariantType::boolean:
-            out_ += *value.get<bool>() ? u"True:" : u"False:";
-            return true;
-        case VariantType::object:
-            writeObject(value);
-            return true;
-        default:
-            return false;
+    const auto* const number = std::ranges::find(kNumbers, value.type(), &NumberForm::type);
+    if (number != std::end(kNumbers)) {
+        if (number->type == VariantType::decimal) out_ += u'!';
+        writeNumber(value, number->suffix);
+    } else if (const auto* date = value.get<Date>()) {
+        writeDate(*date);
+    } else if (value.isObject()) {
+        writeObject(value);
+    } else if (const auto* flag = value.get<bool>()) {
+        out_ += *flag ? u"True:" : u"False:";
+    } else if (value.type() == VariantType::null) {
+        out_ += u"NUL:";
+    } else {
+        return false;
     }
+    return true;
 }
 
-bool PropertyWriter::writeNumber(const Variant& value, std::u16string_view suffix) {
+void PropertyWriter::writeNumber(const Variant& value, std::u16string_view suffix) {
     if (const auto* number = value.get<std::int32_t>()) {
         appendInteger(out_, *number);
     } else {
         out_ += automation::toText(value).value_or(std::u16string());
     }
     out_ += suffix;
-    return true;
 }
 
 // A date outside the calendar is kept as its number of days.
-bool PropertyWriter::writeDate(Date date) {
+void PropertyWriter::writeDate(Date date) {
     const auto text = automation::portable::storedDateText(date);
     if (!text) return writeNumber(Variant(date.days), u"#:");
     out_.append(1, u'#').append(*text).append(u"#:");
-    return true;
 }
 
 // Only a collection and, in a tag, a picture have a text form. For any other object the name is written.
@@ -176,43 +168,22 @@ void PropertyWriter::writeObject(const Variant& value) {
 }
 
 void PropertyWriter::writeText(std::u16string_view text, std::int32_t encoding) {
-    switch (encoding) {
-        case 1:
-            return writeBase64(text);
-        case 2:
-            out_ += u"~HX\"";
-            appendHexadecimal(out_, toUtf8(text));
-            out_ += kTerminator;
-            return;
-        case 4:
-            out_.append(u"~GZ\"").append(compressedText(text)).append(kTerminator);
-            return;
-        case 8:
-            return writeSubstituted(text);
-        default:
-            break;
-    }
-    if (text.find(kTerminator) == text.npos) {
-        out_.append(1, u'"').append(text).append(kTerminator);
-    } else if (delimited_) {
-        writeBase64(text);
+    if (encoding == 2) return writeEncoded(u"~HX\"", hexadecimal(toUtf8(text)));
+    if (encoding == 4) return writeEncoded(u"~GZ\"", base64(compressBytes(toUtf8(text))));
+    const bool isPlain = encoding == 0 && text.find(kTerminator) == text.npos;
+    if (isPlain) return writeEncoded(u"\"", text);
+    const bool isSubstituted = encoding == 8 || (encoding == 0 && !delimited_);
+    if (const auto substitute = isSubstituted ? substituteFor(text) : std::nullopt) {
+        out_ += u"~CE\"";
+        appendSubstituted(out_, text, *substitute);
+        out_ += kTerminator;
     } else {
-        writeSubstituted(text);
+        writeEncoded(u"~64\"", base64(toUtf8(text)));
     }
 }
 
-void PropertyWriter::writeSubstituted(std::u16string_view text) {
-    const auto substitute = substituteFor(text);
-    if (!substitute) return writeBase64(text);
-    out_ += u"~CE\"";
-    appendSubstituted(out_, text, *substitute);
-    out_ += kTerminator;
-}
-
-void PropertyWriter::writeBase64(std::u16string_view text) {
-    out_ += u"~64\"";
-    appendBase64(out_, toUtf8(text));
-    out_ += kTerminator;
+void PropertyWriter::writeEncoded(std::u16string_view marker, std::u16string_view encoded) {
+    out_.append(marker).append(encoded).append(kTerminator);
 }
 
 // Every level of nesting encodes the text again and adds a third; a few dozen would fill the memory.
@@ -220,7 +191,7 @@ void PropertyWriter::appendNested(std::u16string_view text) {
     if (text.size() > kLongestNested) {
         throw Error(7, u"A collection within a collection is too long to be written as text");
     }
-    appendBase64(out_, toUtf8(text));
+    out_ += base64(toUtf8(text));
 }
 
 // Child properties are written plainly only if they hold no quote, attributes if they hold no

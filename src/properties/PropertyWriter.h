@@ -20,7 +20,7 @@ public:
     std::u16string write(const KeyedItems& items);
 
 private:
-    enum class Child { attributes, properties };
+    using Child = privProperty::Child;
 
     void writeEntry(const KeyedItems::Entry& entry);
     void writeProperty(const privProperty& property);
@@ -28,11 +28,10 @@ private:
     void writeValue(const automation::Variant& value, std::int32_t encoding);
     bool writeTyped(const automation::Variant& value);
     void writeObject(const automation::Variant& value);
-    bool writeDate(automation::Date date);
-    bool writeNumber(const automation::Variant& value, std::u16string_view suffix);
+    void writeDate(automation::Date date);
+    void writeNumber(const automation::Variant& value, std::u16string_view suffix);
     void writeText(std::u16string_view text, std::int32_t encoding);
-    void writeSubstituted(std::u16string_view text);
-    void writeBase64(std::u16string_view text);
+    void writeEncoded(std::u16string_view marker, std::u16string_view encoded);
     void appendNested(std::u16string_view text);
     void writeChild(std::u16string_view name, std::u16string_view text, Child which);
 

@@ -70,17 +70,6 @@ PropertyRef privProperties::GetProperty(std::u16string_view psName, const Varian
     return Add(psName, pvDefaultValue.isMissing() ? Variant() : pvDefaultValue);
 }
 
-Variant privProperties::GetValue(std::u16string_view psName, const Variant& pvDefaultValue) const {
-    const PropertyRef found = Item(psName);
-    if (found != nullptr) return found->Value();
-    return pvDefaultValue.isMissing() ? Variant() : pvDefaultValue;
-}
-
-std::u16string privProperties::GetValueStr(std::u16string_view psName, std::u16string_view psDefaultValue) const {
-    const PropertyRef found = Item(psName);
-    return found == nullptr ? std::u16string(psDefaultValue) : found->ValueStr();
-}
-
 std::u16string privProperties::GetValueStrCatDump(std::u16string_view psName, std::u16string_view psDefaultValue) {
     const PropertyRef found = Item(psName);
     if (found == nullptr) return std::u16string(psDefaultValue);
@@ -101,7 +90,7 @@ ObjectRef privProperties::GetValueObject(std::u16string_view psName, ObjectRef p
 }
 
 std::u16string privProperties::text(TextForm form, int level) const {
-    const Visit visit(*this, level);
+    const auto visit = enter(level);
     return visit ? PropertyWriter(services_, form, level).write(*items_) : std::u16string();
 }
 
@@ -170,7 +159,7 @@ std::int32_t privProperties::GetPropertyIndex(std::u16string_view psName) const 
 }
 
 std::int32_t privProperties::countTotal(int level) const {
-    const Visit visit(*this, level);
+    const auto visit = enter(level);
     if (!visit) return 0;
     std::int64_t count = Count();
     forEachMade([&](privProperty& property) { count = checkedLong(count + property.countChildren(level)); });
@@ -193,7 +182,7 @@ std::int32_t privProperties::Size() const {
 }
 
 std::int32_t privProperties::sizeStored(int level) const {
-    const Visit visit(*this, level);
+    const auto visit = enter(level);
     if (!visit) return 0;
     return sumOfSizes([level](privProperty& property) { return property.sizeStored(level); });
 }

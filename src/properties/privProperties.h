@@ -82,8 +82,13 @@ public:
 
     // Adds a property with the default value if the name is absent. A missing default is empty.
     PropertyRef GetProperty(std::u16string_view psName, const automation::Variant& pvDefaultValue = {});
-    automation::Variant GetValue(std::u16string_view psName, const automation::Variant& pvDefaultValue = {}) const;
-    std::u16string GetValueStr(std::u16string_view psName, std::u16string_view psDefaultValue = {}) const;
+    automation::Variant GetValue(std::u16string_view psName, const automation::Variant& pvDefaultValue = {}) const {
+        return valueOr(psName, pvDefaultValue.isMissing() ? automation::Variant() : pvDefaultValue,
+                       &privProperty::Value);
+    }
+    std::u16string GetValueStr(std::u16string_view psName, std::u16string_view psDefaultValue = {}) const {
+        return valueOr(psName, std::u16string(psDefaultValue), &privProperty::ValueStr);
+    }
     // Moves the text out of the property's string builder. A property without a builder gets an empty one
     // first, and so gives "".
     std::u16string GetValueStrCatDump(std::u16string_view psName, std::u16string_view psDefaultValue = {});
@@ -221,24 +226,16 @@ private:
     // True while this collection is being written, sized or counted. Reached again, it counts as empty.
     mutable bool visiting_ = false;
 
-    // Enters a collection for writing, sizing or counting, unless it is already entered or too
-    // deep; then it counts as empty.
-    class Visit {
-    public:
-        Visit(const privProperties& collection, int level)
-            : collection_(level <= maximumNesting && !collection.visiting_ ? &collection : nullptr) {
-            if (collection_ != nullptr) collection_->visiting_ = true;
-        }
-        ~Visit() {
-            if (collection_ != nullptr) collection_->visiting_ = false;
-        }
-        Visit(const Visit&) = delete;
-        Visit& operator=(const Visit&) = delete;
-        explicit operator bool() const noexcept { return collection_ != nullptr; }
-
-    private:
-        const privProperties* collection_;
+    // Enters the collection for writing, sizing or counting, until the result is destroyed. Null if it is already
+    // entered or too deep; then it counts as empty.
+    struct Leave {
+        void operator()(bool* visiting) const noexcept { *visiting = false; }
     };
+    std::unique_ptr<bool, Leave> enter(int level) const {
+        if (visiting_ || level > maximumNesting) return nullptr;
+        visiting_ = true;
+        return std::unique_ptr<bool, Leave>(&visiting_);
+    }
 };
 
 using PropertiesRef = std::shared_ptr<privProperties>;

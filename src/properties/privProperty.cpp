@@ -1,6 +1,8 @@
 #include "properties/privProperty.h"
 
+#include <algorithm>
 #include <new>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -59,8 +61,7 @@ privProperty::privProperty(Key, platform::Services& services, std::u16string nam
 privProperty::~privProperty() {
     if (auto* const object = value_.get<ObjectRef>()) releaseFlat(std::move(*object));
     if (extras_ == nullptr) return;
-    releaseFlat(std::move(extras_->attributes.built));
-    releaseFlat(std::move(extras_->properties.built));
+    for (Children& each : extras_->children) releaseFlat(std::move(each.built));
 }
 
 Variant privProperty::Value() const {
@@ -104,26 +105,17 @@ std::u16string privProperty::ValueStr() const {
 }
 
 Date privProperty::ValueDate(std::int32_t plLocaleID, std::int32_t plFlags) const {
+    constexpr VariantType numbers[] = {VariantType::integer,     VariantType::longInteger, VariantType::single,
+                                       VariantType::doubleFloat, VariantType::currency,    VariantType::date,
+                                       VariantType::decimal};
     const Variant value = Value();
-    switch (value.type()) {
-        case VariantType::integer:
-        case VariantType::longInteger:
-        case VariantType::single:
-        case VariantType::doubleFloat:
-        case VariantType::currency:
-        case VariantType::date:
-        case VariantType::decimal:
-            return automation::toDate(value).value_or(Date{});
-        case VariantType::string: {
-            const std::u16string& text = *value.get<std::u16string>();
-            if (!automation::isDateText(text)) return {};
-            return automation::parseDate(text, static_cast<std::uint32_t>(plLocaleID),
-                                         static_cast<std::uint32_t>(plFlags))
-                .value_or(Date{});
-        }
-        default:
-            return {};
+    std::optional<Date> date;
+    if (std::ranges::count(numbers, value.type()) > 0) date = automation::toDate(value);
+    if (const auto* text = value.get<std::u16string>(); text != nullptr && automation::parseDate(*text)) {
+        date =
+            automation::parseDate(*text, static_cast<std::uint32_t>(plLocaleID), static_cast<std::uint32_t>(plFlags));
     }
+    return date.value_or(Date{});
 }
 
 bool privProperty::ValueTrue(const Variant& pvTrueValue) const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -62,8 +64,8 @@ public:
 
     // The child collections, built from their kept text on the first call; never null. Every call
     // returns the same collection.
-    std::shared_ptr<privProperties> Attributes();
-    std::shared_ptr<privProperties> Properties();
+    std::shared_ptr<privProperties> Attributes() { return built(Child::attributes); }
+    std::shared_ptr<privProperties> Properties() { return built(Child::properties); }
 
     // Does nothing: a property cleans up when the last reference goes.
     void Dispose() noexcept {}
@@ -102,14 +104,11 @@ public:
     void SetValueQuiet(automation::Variant&& pvValue);
 
     // Whether the child collection, built or not, has entries.
-    bool HasAttributes() const;
-    bool HasProperties() const;
-    // The child collection's text: written anew when it was built, else as it was kept.
-    std::u16string AttributesStored() const;
-    std::u16string PropertiesStored() const;
-    // Keep text for the child collection without building it; a built one is let go.
-    void SetAttributesStored(std::u16string psText);
-    void SetPropertiesStored(std::u16string psText);
+    bool HasAttributes() const { return has(Child::attributes); }
+    bool HasProperties() const { return has(Child::properties); }
+    enum class Child { attributes, properties };
+    // Keeps text for the child collection without building it; a built one is let go.
+    void keepChild(Child which, std::u16string text);
 
     // The attached builder; an empty one is attached first if needed.
     std::shared_ptr<privStrCat> StrCatValue();
@@ -128,26 +127,26 @@ private:
     friend class PropertyWriter;
 
     // A child collection: its text until it is built, the collection from then on.
-    struct Child {
+    struct Children {
         std::u16string text;
         std::shared_ptr<privProperties> built;
-
-        bool holdsAnything() const;
-        std::u16string stored(int level) const;
     };
     // What few properties have.
     struct Extras {
-        Child attributes;
-        Child properties;
+        std::array<Children, 2> children;  // by Child
         std::shared_ptr<privStrCat> builder;
+
+        Children& of(Child which) { return children[static_cast<std::size_t>(which)]; }
     };
 
     void touch();
     Extras& extras();
-    std::shared_ptr<privProperties> build(Child& child);
+    std::shared_ptr<privProperties> built(Child which);
+    bool has(Child which) const;
     std::int32_t valueSizeStored() const;
     std::int32_t sizeStored(int level);
     std::int32_t countChildren(int level);
+    std::int32_t withChildren(std::int32_t own, int level, std::int32_t (privProperties::*sum)(int) const);
 
     platform::Services& services_;
     const std::u16string name_;

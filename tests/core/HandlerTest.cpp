@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "common/Base64.h"
 #include "common/Compression.h"
 #include "core/ErrorLog.h"
 #include "core/EvaluationRun.h"
@@ -234,7 +235,7 @@ TEST(Limits, StopTheGrowthOfSmallTemplates) {
     EXPECT_EQ(on.evaluate(doubling + u"[@VERSION:]>}").substr(0, 20), u"{\\rtf1 <1>}");
     EXPECT_EQ(on.errors(), Errors{u"TAG: More than 33,554,432 characters held at once in one evaluation"});
 
-    const std::u16string bomb = u"[PROPERTY:x=~GZ\"" + compressedText(std::u16string(33'554'433, u'x')) + u"\":]";
+    const std::u16string bomb = u"[PROPERTY:x=~GZ\"" + base64(compressBytes(std::string(33'554'433, 'x'))) + u"\":]";
     EXPECT_EQ(on.evaluate(u"<" + bomb + u"[@VERSION:]" + bomb + u">"), u"<1>");
     EXPECT_EQ(on.errors(), Errors{u"TAG: More than 33,554,432 bytes of compressed values in one evaluation"});
 

@@ -27,8 +27,8 @@ inline std::string describe(privProperty& property) {
     const auto* nested = dynamic_cast<privProperties*>(property.Value().object().get());
     all += nested != nullptr ? "[" + toUtf8(nested->Stored()) + "]" : describe(property.Value());
     if (property.Encoding() != 0) all += " e" + std::to_string(property.Encoding());
-    if (property.HasAttributes()) all += " @{" + toUtf8(property.AttributesStored()) + "}";
-    if (property.HasProperties()) all += " {" + toUtf8(property.PropertiesStored()) + "}";
+    if (property.HasAttributes()) all += " @{" + toUtf8(property.Attributes()->Stored()) + "}";
+    if (property.HasProperties()) all += " {" + toUtf8(property.Properties()->Stored()) + "}";
     return all;
 }
 

@@ -101,8 +101,8 @@ TEST_F(PropertyText, WritesTextsThatHoldATerminator) {
         {u"\u00B5\u00B6\u00B7\u00B8\u00B9\u00BA\u00BB\u00BC\u00BD\u00BE\"", 8,
          u"~CE\"\u00BF\u00B5\u00B6\u00B7\u00B8\u00B9\u00BA\u00BB\u00BC\u00BD\u00BE\u00BF\":",
          u"~CE\"\u00BF\u00B5\u00B6\u00B7\u00B8\u00B9\u00BA\u00BB\u00BC\u00BD\u00BE\u00BF\":"},
-        {kAllSubstitutes, 0, u"~64\"" + base64OfText(kAllSubstitutes) + u"\":",
-         u"~64\"" + base64OfText(kAllSubstitutes) + u"\":"},
+        {kAllSubstitutes, 0, u"~64\"" + base64(toUtf8(kAllSubstitutes)) + u"\":",
+         u"~64\"" + base64(toUtf8(kAllSubstitutes)) + u"\":"},
         {u"ab", 8, u"~CE\"\u00B5ab\":", u"~CE\"\u00B5ab\":"},
         {u"ab", 1, u"~64\"YWI=\":", u"~64\"YWI=\":"},
         {u"a\u00E9", 2, u"~HX\"61C3A9\":", u"~HX\"61C3A9\":"},
@@ -124,12 +124,12 @@ TEST_F(PropertyText, WritesChildren) {
     property->Properties()->AddLng(u"p", 3);
     EXPECT_EQ(toUtf8(collection->Stored()), "n=1&:n=~AT\"-a=2&:\":n=~PR\"-p=3&:\":");
     // A quote without a colon: plain for attributes, substituted for properties.
-    property->SetAttributesStored(u"a=\"b");
-    property->SetPropertiesStored(u"p=\"q");
+    property->keepChild(privProperty::Child::attributes, u"a=\"b");
+    property->keepChild(privProperty::Child::properties, u"p=\"q");
     EXPECT_EQ(toUtf8(collection->Stored()), toUtf8(u"n=1&:n=~AT\"-a=\"b\":n=~PR\"\u00B5p=\u00B5q\":"));
-    property->SetAttributesStored(kAllSubstitutes);
-    property->SetPropertiesStored(u"");
-    EXPECT_EQ(toUtf8(collection->Stored()), toUtf8(u"n=1&:n=~AT\"+" + base64OfText(kAllSubstitutes) + u"\":"));
+    property->keepChild(privProperty::Child::attributes, kAllSubstitutes);
+    property->keepChild(privProperty::Child::properties, u"");
+    EXPECT_EQ(toUtf8(collection->Stored()), toUtf8(u"n=1&:n=~AT\"+" + base64(toUtf8(kAllSubstitutes)) + u"\":"));
 }
 
 TEST_F(PropertyText, WritesObjects) {
@@ -142,7 +142,7 @@ TEST_F(PropertyText, WritesObjects) {
     ASSERT_NE(picture, nullptr);
     collection->AddObject(u"Logo", picture);
     EXPECT_EQ(toUtf8(collection->Stored()),
-              toUtf8(u"Sub=~RO~kvProperties\"" + base64OfText(inner->Delimited()) + u"\":None=Logo="));
+              toUtf8(u"Sub=~RO~kvProperties\"" + base64(toUtf8(inner->Delimited())) + u"\":None=Logo="));
 
     // A tag contains pictures, which are read again.
     const PropertiesRef tag = newProperties(services);
