@@ -12,10 +12,8 @@ namespace {
 
 using velmor::automation::Date;
 using velmor::automation::DateFields;
+using velmor::automation::portable::monthNames;
 
-constexpr std::array<std::u16string_view, 12> monthNames = {u"January",   u"February", u"March",    u"April",
-                                                            u"May",       u"June",     u"July",     u"August",
-                                                            u"September", u"October",  u"November", u"December"};
 constexpr std::array<std::u16string_view, 7> dayNames = {u"Saturday",  u"Sunday",   u"Monday", u"Tuesday",
                                                          u"Wednesday", u"Thursday", u"Friday"};
 

@@ -1,11 +1,8 @@
 #include "automation/Convert.h"
 
 #include <algorithm>
-#include <array>
 
-#include "automation/NumberText.h"
 #include "automation/PlatformConversions.h"
-#include "automation/Portable.h"
 #include "text/Compare.h"
 #include "text/Error.h"
 
@@ -16,45 +13,16 @@ namespace {
 const PlatformConversions* installed = nullptr;
 
 bool isConvertible(const Variant& value) {
-    switch (value.type()) {
-        case VariantType::null:
-        case VariantType::error:
-        case VariantType::dataObject:
-        case VariantType::userDefined:
-        case VariantType::array:
-            return false;
-        default:
-            return true;
-    }
-}
-
-template <class Target>
-std::optional<Target> convertPlain(const Variant& value, VariantType target,
-                                   std::optional<Target> (*portableForm)(const Variant&)) {
-    if (const auto* same = value.get<Target>()) return *same;
-    if (!isConvertible(value)) return std::nullopt;
-    if (installed == nullptr) return portableForm(value);
-    const auto converted = installed->convert(value, target);
-    const auto* result = converted ? converted->get<Target>() : nullptr;
-    return result != nullptr ? std::optional(*result) : std::nullopt;
-}
-
-template <class Target>
-std::optional<Target> convert(const Variant& value, VariantType target,
-                              std::optional<Target> (*portableForm)(const Variant&)) {
-    Variant kept;
-    const Variant* const plain = plainValue(value, kept);
-    return plain != nullptr ? convertPlain(*plain, target, portableForm) : std::nullopt;
+    constexpr VariantType others[] = {VariantType::null, VariantType::error, VariantType::dataObject,
+                                      VariantType::userDefined, VariantType::array};
+    return std::ranges::count(others, value.type()) == 0;
 }
 
 bool isTrueWord(std::u16string_view text) {
     while (!text.empty() && text.front() == u' ') text.remove_prefix(1);
     while (!text.empty() && text.back() == u' ') text.remove_suffix(1);
-    constexpr std::array<std::u16string_view, 5> kWords{u"true", u"yes", u"y", u"t", u"on"};
-    for (const auto word : kWords) {
-        if (equalIgnoringCase(text, word)) return true;
-    }
-    return false;
+    constexpr std::u16string_view kWords[] = {u"true", u"yes", u"y", u"t", u"on"};
+    return std::ranges::any_of(kWords, [&](std::u16string_view word) { return equalIgnoringCase(text, word); });
 }
 
 }  // namespace
@@ -82,71 +50,34 @@ const Variant* plainValue(const Variant& value, Variant& kept) {
     return plain;
 }
 
-std::optional<std::int32_t> toLong(const Variant& value) {
-    return convert(value, VariantType::longInteger, portable::toLong);
+template <auto portableForm>
+auto converted(const Variant& value) -> decltype(portableForm(value)) {
+    using Target = typename decltype(portableForm(value))::value_type;
+    Variant kept;
+    const Variant* const plain = plainValue(value, kept);
+    if (plain == nullptr) return std::nullopt;
+    if (const auto* same = plain->get<Target>()) return *same;
+    if (!isConvertible(*plain)) return std::nullopt;
+    if (installed == nullptr) return portableForm(*plain);
+    const auto result = installed->convert(*plain, Variant(Target{}).type());
+    const auto* target = result ? result->get<Target>() : nullptr;
+    return target != nullptr ? std::optional(*target) : std::nullopt;
 }
 
-std::optional<std::int16_t> toInteger(const Variant& value) {
-    return convert(value, VariantType::integer, portable::toInteger);
-}
-
-std::optional<double> toDouble(const Variant& value) {
-    return convert(value, VariantType::doubleFloat, portable::toDouble);
-}
-
-std::optional<float> toSingle(const Variant& value) {
-    return convert(value, VariantType::single, portable::toSingle);
-}
-
-std::optional<bool> toBoolean(const Variant& value) {
-    return convert(value, VariantType::boolean, portable::toBoolean);
-}
-
-std::optional<Currency> toCurrency(const Variant& value) {
-    return convert(value, VariantType::currency, portable::toCurrency);
-}
-
-std::optional<Decimal> toDecimal(const Variant& value) {
-    return convert(value, VariantType::decimal, portable::toDecimal);
-}
-
-std::optional<Date> toDate(const Variant& value) {
-    return convert(value, VariantType::date, portable::toDate);
-}
-
-std::optional<std::u16string> toText(const Variant& value) {
-    return convert(value, VariantType::string, portable::toText);
-}
+template std::optional<std::int32_t> converted<portable::toLong>(const Variant& value);
+template std::optional<std::int16_t> converted<portable::toInteger>(const Variant& value);
+template std::optional<double> converted<portable::toDouble>(const Variant& value);
+template std::optional<float> converted<portable::toSingle>(const Variant& value);
+template std::optional<bool> converted<portable::toBoolean>(const Variant& value);
+template std::optional<Currency> converted<portable::toCurrency>(const Variant& value);
+template std::optional<Decimal> converted<portable::toDecimal>(const Variant& value);
+template std::optional<Date> converted<portable::toDate>(const Variant& value);
+template std::optional<std::u16string> converted<portable::toText>(const Variant& value);
 
 std::u16string textOrError(const Variant& value) {
     std::optional<std::u16string> text = toText(value);
     if (!text) throw Error(13);
     return *std::move(text);
-}
-
-bool isNumeric(const Variant& value) {
-    Variant kept;
-    const Variant* const plain = plainValue(value, kept);
-    if (plain == nullptr || !isConvertible(*plain) || plain->type() == VariantType::date) return false;
-    const auto* text = plain->get<std::u16string>();
-    return text == nullptr || parseNumber(*text).has_value();
-}
-
-std::optional<double> parseNumber(std::u16string_view text) {
-    if (installed == nullptr) return portable::parseNumber(text);
-    const Variant value(text);
-    if (const auto number = toDouble(value)) return number;
-    // The platform may take "&HFFFFFFFF" for a Long alone.
-    const auto number = toLong(value);
-    return number ? std::optional<double>(*number) : std::nullopt;
-}
-
-bool isDateText(std::u16string_view text) {
-    return parseDate(text).has_value();
-}
-
-std::optional<Date> parseDate(std::u16string_view text) {
-    return parseDate(text, 0, 0);
 }
 
 std::optional<Date> parseDate(std::u16string_view text, std::uint32_t localeId, std::uint32_t flags) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "automation/Portable.h"
 #include "automation/Variant.h"
 
 namespace velmor::automation {
@@ -19,40 +20,34 @@ namespace velmor::automation {
 inline constexpr int defaultValueLimit = 8;
 const Variant* plainValue(const Variant& value, Variant& kept);
 
+template <auto portableForm>
+auto converted(const Variant& value) -> decltype(portableForm(value));
+
 // Integers: rounded half to even, out of range fails, texts must be numeric. "&H" and "&O" texts
 // wrap at 32 bits, for an Integer at 16.
-std::optional<std::int32_t> toLong(const Variant& value);
-std::optional<std::int16_t> toInteger(const Variant& value);
-std::optional<double> toDouble(const Variant& value);
-std::optional<float> toSingle(const Variant& value);
-std::optional<bool> toBoolean(const Variant& value);
-std::optional<Currency> toCurrency(const Variant& value);
-std::optional<Decimal> toDecimal(const Variant& value);
-std::optional<Date> toDate(const Variant& value);  // numbers are days, texts are parsed
+inline constexpr auto toLong = converted<portable::toLong>;
+inline constexpr auto toInteger = converted<portable::toInteger>;
+inline constexpr auto toDouble = converted<portable::toDouble>;
+inline constexpr auto toSingle = converted<portable::toSingle>;
+inline constexpr auto toBoolean = converted<portable::toBoolean>;
+inline constexpr auto toCurrency = converted<portable::toCurrency>;
+inline constexpr auto toDecimal = converted<portable::toDecimal>;
+inline constexpr auto toDate = converted<portable::toDate>;  // numbers are days, texts are parsed
 
 // Text: Empty gives "", true gives "True", a date "3/5/2004 2:07:09 PM" (the day or the time alone
 // where the other is 0), a number its shortest text of 15 (single: 7) significant digits, ties away
 // from zero, without a minus zero, in exponent form ("1E+15", "1.5E-05") from 1E+15 (1E+07) on and
 // below 0.0001. Null, errors, objects without a default value and arrays fail.
-std::optional<std::u16string> toText(const Variant& value);
+inline constexpr auto toText = converted<portable::toText>;
 
 std::u16string textOrError(const Variant& value);  // raises 13 instead
 
-// True when the platform would take the value as a number (IsNumeric). Texts: outer blanks, one
-// sign before or after, parentheses for negative, one "$", "," within the whole part, an "e"
-// exponent, "&H" and "&O".
-bool isNumeric(const Variant& value);
-std::optional<double> parseNumber(std::u16string_view text);
-
-// True when the platform would take the text as a date (IsDate). Natively: m/d/yyyy (d/m/yyyy where
-// only that is a date), yyyy-mm-dd, day, month name and year in any usual order, with "/", "-", ","
-// or blanks between them; h:nn, h:nn:ss, "." for ":", with or without AM or PM; or both. Without a
-// year it is the current one; years of two digits are 1930 to 2029.
-bool isDateText(std::u16string_view text);
-std::optional<Date> parseDate(std::u16string_view text);
-// With the caller's locale (0: the user's) and flags, as VarDateFromStr. Natively the en-US rules
-// hold for every locale, and of the flags 1 keeps only the time and 2 only the day.
-std::optional<Date> parseDate(std::u16string_view text, std::uint32_t localeId, std::uint32_t flags);
+// The date that the platform takes the text for, with the caller's locale (0: the user's) and flags, as
+// VarDateFromStr. Natively: m/d/yyyy (d/m/yyyy where only that is a date), yyyy-mm-dd, day, month name and year in any
+// usual order, with "/", "-", "," or blanks between them; h:nn, h:nn:ss, "." for ":", with or without AM or PM; or
+// both. Without a year it is the current one; years of two digits are 1930 to 2029. These en-US rules hold for every
+// locale, and of the flags 1 keeps only the time and 2 only the day.
+std::optional<Date> parseDate(std::u16string_view text, std::uint32_t localeId = 0, std::uint32_t flags = 0);
 
 // The platform's equality of two values (as "=" in a script). Nothing where it would raise. Texts
 // are compared unit by unit; a text equals no number, not even the one that it spells; Null equals

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <concepts>
 #include <limits>
-#include <type_traits>
 
 #include "automation/DecimalNumber.h"
 #include "automation/NumberText.h"
@@ -17,7 +16,7 @@ namespace {
 
 constexpr double kCurrencyUnit = 10000;
 constexpr double kFirstDay = -657434;  // 1 January 100
-constexpr double kBehindLastDay = 2958466;
+constexpr double kAfterLastDay = 2958466;
 
 template <class Integer>
 std::optional<Integer> narrowed(std::int64_t value) {
@@ -54,12 +53,8 @@ struct ToScaled {
 
     std::optional<std::int64_t> operator()(Empty) const { return 0; }
     std::optional<std::int64_t> operator()(bool value) const { return scaled(value ? -1 : 0); }
-    template <std::integral Integer>
-    std::optional<std::int64_t> operator()(const Integer& value) const {
-        return scaled(value);
-    }
-    template <std::floating_point Float>
-    std::optional<std::int64_t> operator()(const Float& value) const {
+    std::optional<std::int64_t> operator()(const std::integral auto& value) const { return scaled(value); }
+    std::optional<std::int64_t> operator()(const std::floating_point auto& value) const {
         return scaledDouble(value, decimals);
     }
     std::optional<std::int64_t> operator()(Date value) const { return (*this)(value.days); }
@@ -75,10 +70,7 @@ struct ToScaled {
         const auto number = decimalDigitsOf(value);
         return number ? integerOf(*number, decimals) : std::nullopt;
     }
-    template <class Other>
-    std::optional<std::int64_t> operator()(const Other&) const {
-        return std::nullopt;
-    }
+    std::optional<std::int64_t> operator()(const auto&) const { return std::nullopt; }
 
 private:
     std::int64_t scaled(std::int64_t value) const { return decimals == 0 ? value : value * 10000; }
@@ -87,38 +79,27 @@ private:
 struct ToDouble {
     std::optional<double> operator()(Empty) const { return 0; }
     std::optional<double> operator()(bool value) const { return value ? -1 : 0; }
-    template <class Number>
-    requires std::is_arithmetic_v<Number> std::optional<double>
-    operator()(const Number& value) const { return static_cast<double>(value); }
+    std::optional<double> operator()(const std::integral auto& value) const { return value; }
+    std::optional<double> operator()(const std::floating_point auto& value) const { return value; }
     std::optional<double> operator()(Date value) const { return value.days; }
     std::optional<double> operator()(Currency value) const { return static_cast<double>(value.scaled) / kCurrencyUnit; }
     std::optional<double> operator()(const Decimal& value) const { return parseNumber(numberText(value)); }
     std::optional<double> operator()(const std::u16string& value) const { return parseNumber(value); }
-    template <class Other>
-    std::optional<double> operator()(const Other&) const {
-        return std::nullopt;
-    }
+    std::optional<double> operator()(const auto&) const { return std::nullopt; }
 };
 
 struct ToText {
     std::optional<std::u16string> operator()(Empty) const { return u""; }
     std::optional<std::u16string> operator()(bool value) const { return value ? u"True" : u"False"; }
-    template <std::integral Integer>
-    std::optional<std::u16string> operator()(const Integer& value) const {
+    std::optional<std::u16string> operator()(const std::integral auto& value) const {
         return numberText(std::int32_t{value});
     }
-    template <std::floating_point Float>
-    std::optional<std::u16string> operator()(const Float& value) const {
-        return numberText(value);
-    }
+    std::optional<std::u16string> operator()(const std::floating_point auto& value) const { return numberText(value); }
     std::optional<std::u16string> operator()(Date value) const { return dateText(value); }
     std::optional<std::u16string> operator()(Currency value) const { return numberText(value); }
     std::optional<std::u16string> operator()(const Decimal& value) const { return numberText(value); }
     std::optional<std::u16string> operator()(const std::u16string& value) const { return value; }
-    template <class Other>
-    std::optional<std::u16string> operator()(const Other&) const {
-        return std::nullopt;
-    }
+    std::optional<std::u16string> operator()(const auto&) const { return std::nullopt; }
 };
 
 std::optional<bool> booleanOf(std::u16string_view text) {
@@ -195,7 +176,7 @@ std::optional<Decimal> toDecimal(const Variant& value) {
 std::optional<Date> toDate(const Variant& value) {
     if (const auto* text = value.get<std::u16string>()) return parseDate(*text);
     const auto days = toDouble(value);
-    if (!days || !(*days > kFirstDay - 1 && *days < kBehindLastDay)) return std::nullopt;
+    if (!days || !(*days > kFirstDay - 1 && *days < kAfterLastDay)) return std::nullopt;
     return Date{*days};
 }
 

@@ -16,7 +16,6 @@ namespace {
 
 constexpr std::size_t kLongestDate = 64;
 
-namespace here = automation;
 namespace portable = automation::portable;
 
 bool isFraction(std::u16string_view number) {
@@ -33,15 +32,13 @@ std::u16string withPoint(std::u16string_view number) {
 
 // The number in a type; nothing if it does not fit. This machine is asked only about a text that is
 // no number elsewhere, since its decimal sign may be one of its own.
-template <auto portableForm, auto machineForm>
+template <auto portableForm>
 std::optional<Variant> numberIn(const std::u16string& text) {
     const Variant value(text);
     auto number = portableForm(value);
-    if (!number && !portable::parseNumberText(text)) number = machineForm(value);
+    if (!number && !portable::parseNumberText(text)) number = automation::converted<portableForm>(value);
     return number ? std::optional<Variant>(*number) : std::nullopt;
 }
-
-constexpr auto kDouble = numberIn<portable::toDouble, here::toDouble>;
 
 // The number in the type that the character asks for.
 std::optional<Variant> suffixed(std::u16string_view body, char16_t type) {
@@ -49,19 +46,12 @@ std::optional<Variant> suffixed(std::u16string_view body, char16_t type) {
     if (decimal) body.remove_prefix(1);
     const std::u16string text = withPoint(body);
     const bool fraction = isFraction(text);
-    switch (type) {
-        case u'&':
-            return fraction ? kDouble(text) : numberIn<portable::toLong, here::toLong>(text);
-        case u'%':
-            return fraction ? kDouble(text) : numberIn<portable::toInteger, here::toInteger>(text);
-        case u'!':
-            return decimal ? numberIn<portable::toDecimal, here::toDecimal>(text)
-                           : numberIn<portable::toSingle, here::toSingle>(text);
-        case u'$':
-            return numberIn<portable::toCurrency, here::toCurrency>(text);
-        default:
-            return kDouble(text);
-    }
+    if (decimal) return numberIn<portable::toDecimal>(text);
+    if (type == u'!') return numberIn<portable::toSingle>(text);
+    if (type == u'$') return numberIn<portable::toCurrency>(text);
+    if (type == u'&' && !fraction) return numberIn<portable::toLong>(text);
+    if (type == u'%' && !fraction) return numberIn<portable::toInteger>(text);
+    return numberIn<portable::toDouble>(text);
 }
 
 // A "," may be the decimal sign or a thousands sign, unless a "." tells.
@@ -109,7 +99,7 @@ Variant typedValue(std::u16string_view text) {
 std::optional<automation::Date> dateOfText(std::u16string_view text) {
     if (text.size() > kLongestDate) return std::nullopt;
     const auto date = hasMonthName(text) ? portable::parseDate(text) : std::nullopt;
-    return date ? date : here::parseDate(text);
+    return date ? date : automation::parseDate(text);
 }
 
 }  // namespace velmor
