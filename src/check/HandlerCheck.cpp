@@ -74,27 +74,30 @@ std::vector<std::u16string> HandlerCheck::allHandlers() {
 // The built-in commands take a name of the author's first, where they take parameters.
 void HandlerCheck::checkParameters(const TagParts& tag, const std::vector<Parameter>& parameters) {
     if (parameters.empty()) return;
-    const bool isBuiltIn = tag.handler() == BuiltInCommands::handler;
-    std::vector<std::u16string> names;
-    for (const Parameter& parameter : parameters) names.push_back(parameter.name);
-    for (std::int32_t index = TagParts::kFirstParameter + (isBuiltIn ? 1 : 0); index <= tag.elements().Count();
-         ++index) {
-        const PropertyRef element = tag.elements().Item(index);
-        const std::u16string name = element->Name();
-        if (name.empty() || !isLiteral(name)) continue;
-        if (!contains(names, name)) {
-            found_.add(DiagnosticCode::unknownParameter, tag.file(), tag.tag(),
-                       u"command " + tag.command() + u" has no parameter " + name, didYouMean(name, names));
-            continue;
-        }
-        const auto known = std::find_if(parameters.begin(), parameters.end(),
-                                        [&](const Parameter& each) { return equalIgnoringCase(each.name, name); });
-        const std::u16string value = element->ValueStr();
-        if (known->values.empty() || !isLiteral(value) || contains(known->values, value)) continue;
-        found_.add(DiagnosticCode::unsuitableValue, tag.file(), tag.tag(),
-                   u"parameter " + name + u" does not take the value \"" + value + u"\"",
-                   didYouMean(value, known->values));
+    const std::size_t first = tag.handler() == BuiltInCommands::handler ? 1 : 0;
+    for (std::size_t index = first; index < tag.parameters().size(); ++index) {
+        checkParameter(tag, tag.parameters()[index], parameters);
     }
+}
+
+void HandlerCheck::checkParameter(const TagParts& tag, const TagElement& element,
+                                  const std::vector<Parameter>& parameters) {
+    const std::u16string name = element.name();
+    if (name.empty() || !isLiteral(name)) return;
+    const auto known = std::find_if(parameters.begin(), parameters.end(),
+                                    [&](const Parameter& each) { return equalIgnoringCase(each.name, name); });
+    if (known == parameters.end()) {
+        std::vector<std::u16string> names;
+        for (const Parameter& parameter : parameters) names.push_back(parameter.name);
+        found_.add(DiagnosticCode::unknownParameter, tag.file(), tag.tag(),
+                   u"command " + tag.command() + u" has no parameter " + name, didYouMean(name, names));
+        return;
+    }
+    if (known->values.empty()) return;
+    const std::u16string value = element.value(services_);
+    if (!isLiteral(value) || contains(known->values, value)) return;
+    found_.add(DiagnosticCode::unsuitableValue, tag.file(), tag.tag(),
+               u"parameter " + name + u" does not take the value \"" + value + u"\"", didYouMean(value, known->values));
 }
 
 }  // namespace velmor

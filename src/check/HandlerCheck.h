@@ -35,6 +35,7 @@ private:
     const std::vector<Parameter>& parametersOf(Handler& handler, const TagParts& tag);
     std::vector<std::u16string> allHandlers();
     void checkParameters(const TagParts& tag, const std::vector<Parameter>& parameters);
+    void checkParameter(const TagParts& tag, const TagElement& element, const std::vector<Parameter>& parameters);
 
     platform::Services& services_;
     const kvTagInfo info_;

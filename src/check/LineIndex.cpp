@@ -5,9 +5,9 @@
 namespace velmor {
 
 LineIndex::LineIndex(std::u16string_view text) {
-    for (std::size_t i = text.find_first_of(u"\r\n"); i < text.size(); i = text.find_first_of(u"\r\n", i)) {
-        i += text.substr(i, 2) == u"\r\n" ? 2 : 1;
-        starts_.push_back(i);
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool isEnd = text[i] == u'\n' || (text[i] == u'\r' && text.substr(i + 1, 1) != u"\n");
+        if (isEnd) starts_.push_back(i + 1);
     }
 }
 

@@ -80,6 +80,7 @@ private:
     void checkMarkers(const Story& story);
     void checkResemblance(const Story& story, std::size_t index);
     void checkTag(std::size_t index);
+    bool isPlain(std::size_t index) const;
     std::size_t elementsEnd(std::size_t index) const;
     void reportSwallowing(const TemplateTag& tag, std::size_t index);
     SourceFaults faultsOf(std::size_t index) const;
@@ -103,7 +104,8 @@ std::vector<bool> MarkupCheck::run() {
 void MarkupCheck::checkMarkers(const Story& story) {
     const std::u16string_view text = story.text();
     std::size_t depth = 0;
-    for (std::size_t at = text.find_first_of(u"<&"); at < text.size(); at = text.find_first_of(u"<&", at + 1)) {
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (text[at] != u'<' && text[at] != u'&') continue;
         const MarkerPlace place = findMarker(text.substr(at, kClosingMarker.size()), 0);
         if (place.position != 0) {
             checkResemblance(story, at);
@@ -132,13 +134,27 @@ void MarkupCheck::checkTag(std::size_t index) {
     const TemplateTag& tag = file_.tags()[index];
     isSound_[index] = false;
     if (!tag.span.complete()) return report(DiagnosticCode::neverClosed, tag, u"the tag is never closed");
-    if (elementsEnd(index) < tag.span.close) return reportSwallowing(tag, index);
-    reportFaults(tag, faultsOf(index));
+    if (!isPlain(index)) {
+        if (elementsEnd(index) < tag.span.close) return reportSwallowing(tag, index);
+        reportFaults(tag, faultsOf(index));
+    }
     const std::u16string_view inner = file_.innerOf(tag);
     if (inner.substr(0, inner.find(u'<')).find(kHandlerSeparator) == inner.npos) {
         return report(DiagnosticCode::noHandler, tag, u"tag names no handler: \">\" is missing");
     }
     isSound_[index] = true;
+}
+
+// Most tags hold no other one and nothing that needs a closer look.
+bool MarkupCheck::isPlain(std::size_t index) const {
+    const TemplateTag& tag = file_.tags()[index];
+    const Story& story = file_.storyOf(tag);
+    if (tag.next != index + 1) return false;
+    for (std::size_t at = tag.span.open; at < tag.span.close; ++at) {
+        if (story.text()[at] == u'\n' || story.text()[at] >= kCurlyQuotes.front()) return false;
+    }
+    const TextRange source = story.source(tag.span.open, tag.span.end());
+    return source.end - source.begin == tag.span.end() - tag.span.open;
 }
 
 // Where the tag's elements end: before its closing marker when the name of an element holds a tag, or a line end

@@ -8,15 +8,13 @@
 namespace velmor {
 
 void PropertyCheck::read(const TagParts& tag) {
-    const std::u16string name = tag.parameterName();
-    if (name.empty() || !isLiteral(name)) return;
-    const PropertyRef parameter = tag.elements().Item(TagParts::kFirstParameter);
-    reads_.push_back({&tag.file(), &tag.tag(), {name, tag.parameterHasValue(), parameter->Value()}});
+    if (!tag.parameters().empty()) reads_.push_back({&tag.file(), &tag.tag()});
 }
 
 void PropertyCheck::set(const TagParts& tag) {
-    const PropertyRef parameter = tag.elements().Item(TagParts::kFirstParameter);
-    if (parameter && isLiteral(parameter->Name())) set_.insert(upperCase(parameter->Name()));
+    if (tag.parameters().empty()) return;
+    const std::u16string name = tag.parameters().front().name();
+    if (isLiteral(name)) set_.insert(upperCase(name));
 }
 
 bool PropertyCheck::isSetByTemplate(std::u16string_view name) const {
@@ -28,21 +26,27 @@ std::optional<std::u16string> PropertyCheck::knownValue(std::u16string_view name
     return property ? std::optional<std::u16string>(property->ValueStr()) : std::nullopt;
 }
 
+// Of a property without a default, or with an empty one.
+bool PropertyCheck::isUnset(const TagElement& parameter) const {
+    const std::u16string name = parameter.name();
+    const bool isRequired = !parameter.hasValue() || parameter.isEmptyText();
+    return isRequired && isLiteral(name) && !name.empty() && !isSetByTemplate(name) && !given_->Item(name);
+}
+
 void PropertyCheck::reportUnset() {
     if (!given_) return;
     std::vector<std::u16string> names(set_.begin(), set_.end());
     for (std::int32_t index = 1; index <= given_->Count(); ++index) names.push_back(given_->Item(index)->Name());
     std::map<std::u16string, std::u16string> hints;
     for (const Read& read : reads_) {
-        const PropertyUse& use = read.use;
-        const auto* const text = use.value.get<std::u16string>();
-        const bool hasText = use.hasDefault && !(text != nullptr && text->empty());
-        if (hasText || isSetByTemplate(use.name) || given_->Item(use.name)) continue;
-        const auto [hint, isNew] = hints.try_emplace(use.name);
-        if (isNew) hint->second = didYouMean(use.name, names);
-        if (use.hasDefault && hint->second.empty()) continue;
-        found_.add(use.hasDefault ? DiagnosticCode::similarPropertySet : DiagnosticCode::unsetProperty, *read.file,
-                   *read.tag, u"nothing sets the property " + use.name, hint->second);
+        const TagParts tag(*read.file, *read.tag);
+        const TagElement& parameter = tag.parameters().front();
+        if (!isUnset(parameter)) continue;
+        const auto [hint, isNew] = hints.try_emplace(parameter.name());
+        if (isNew) hint->second = didYouMean(hint->first, names);
+        if (parameter.hasValue() && hint->second.empty()) continue;
+        const auto code = parameter.hasValue() ? DiagnosticCode::similarPropertySet : DiagnosticCode::unsetProperty;
+        found_.add(code, tag.file(), tag.tag(), u"nothing sets the property " + hint->first, hint->second);
     }
 }
 
@@ -50,7 +54,11 @@ std::vector<PropertyUse> PropertyCheck::uses() const {
     std::vector<PropertyUse> uses;
     std::set<std::u16string> seen;
     for (const Read& read : reads_) {
-        if (seen.insert(upperCase(read.use.name)).second) uses.push_back(read.use);
+        const TagParts tag(*read.file, *read.tag);
+        const TagElement& parameter = tag.parameters().front();
+        const std::u16string name = parameter.name();
+        if (name.empty() || !isLiteral(name) || !seen.insert(upperCase(name)).second) continue;
+        uses.push_back({name, parameter.hasValue(), parameter.read(services_)->Value()});
     }
     return uses;
 }

@@ -1,28 +1,30 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "check/DiagnosticList.h"
 #include "check/TagParts.h"
+#include "properties/privProperties.h"
 
 namespace velmor {
 
 // A property that a template reads.
 struct PropertyUse {
-    std::u16string name;
+    std::u16string name;  // as the template first writes it
     bool hasDefault = false;
-    automation::Variant value;  // the default; tags in it are not evaluated
+    automation::Variant value;  // the first default; tags in it are not evaluated
 };
 
 // Notes the properties that a template reads and sets; finds, when all of its files are read, those that nothing sets.
 class PropertyCheck {
 public:
     // `given`: the properties that the host sets; null when they are not known. Nothing is then reported.
-    PropertyCheck(std::shared_ptr<privProperties> given, DiagnosticList& found)
-        : given_(std::move(given)), found_(found) {}
+    PropertyCheck(platform::Services& services, std::shared_ptr<privProperties> given, DiagnosticList& found)
+        : services_(services), given_(std::move(given)), found_(found) {}
 
     void read(const TagParts& tag);
     void set(const TagParts& tag);
@@ -33,16 +35,19 @@ public:
 
     // Each file that a tag came from must still be there.
     void reportUnset();
-    // In the order of their first use, each name once, without regard to case.
+    // In the order of their first use, each name once, without regard to case. Each file that a tag came from must
+    // still be there.
     std::vector<PropertyUse> uses() const;
 
 private:
     struct Read {
         const TemplateFile* file;
         const TemplateTag* tag;
-        PropertyUse use;
     };
 
+    bool isUnset(const TagElement& parameter) const;
+
+    platform::Services& services_;
     std::shared_ptr<privProperties> given_;
     DiagnosticList& found_;
     std::vector<Read> reads_;

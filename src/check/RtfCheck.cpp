@@ -64,7 +64,8 @@ void RtfCheck::takeBrace(const RtfReader& reader) {
 }
 
 void RtfCheck::takeWord(const ControlWord& word) {
-    if (nested_ != 0) return;
+    static const WordSet set({}, {Word::trowd, Word::cellx, Word::cell, Word::row});
+    if (nested_ != 0 || !set.mayHold(file_.source(), word.begin)) return;
     switch (meaningOf(word.letters).word) {
         case Word::trowd:
             defined_ = 0;

@@ -4,42 +4,78 @@
 
 #include "core/Markup.h"
 #include "core/TagList.h"
+#include "properties/EntryName.h"
+#include "properties/EntryScanner.h"
+#include "properties/privProperties.h"
 #include "text/Compare.h"
 
 namespace velmor {
 
-TagParts::TagParts(platform::Services& services, const TemplateFile& file, const TemplateTag& tag)
-    : file_(file), tag_(tag), elements_(std::make_shared<privProperties>(services)) {
+namespace {
+
+constexpr std::u16string_view kSeparator = u":";
+constexpr std::size_t kMarkerSize = 4;  // "~64\""
+
+// The end of the value at `from`, as the reader of properties finds it.
+std::size_t valueEnd(EntryScanner& scanner, std::size_t from) {
+    const std::u16string_view text = scanner.text();
+    std::size_t end = EntryScanner::npos;
+    if (text[from] == u'"') end = scanner.closingQuote(from + 1);
+    if (text[from] == u'~') end = scanner.closingQuote(std::min(from + kMarkerSize, text.size()));
+    if (text[from] == u'#') end = scanner.closingHash(from + 1);
+    return end == EntryScanner::npos ? std::min(scanner.tagValueEnd(from), text.size()) : end + 1;
+}
+
+}  // namespace
+
+std::u16string TagElement::name() const {
+    return cleanName(text_.substr(0, nameSize_));
+}
+
+bool TagElement::isEmptyText() const noexcept {
+    const std::u16string_view value = text_.substr(nameSize_);
+    return value == u"=" || value == u"=\"\"";
+}
+
+PropertyRef TagElement::read(platform::Services& services) const {
+    privProperties one(services);
+    one.BuildList(storedName(text_));
+    return one.Item(1);
+}
+
+TagParts::TagParts(const TemplateFile& file, const TemplateTag& tag) : file_(file), tag_(tag) {
     const std::u16string_view inner = file.innerOf(tag);
-    elements_->BuildByVal(storedName(inner), false, true, u":");
-    handler_ = upperCase(inner.substr(0, inner.find(kHandlerSeparator)));
-    if (const PropertyRef command = elements_->Item(2)) command_ = upperCase(command->Name());
+    const std::size_t separator = inner.find(kHandlerSeparator);
+    handler_ = upperCase(inner.substr(0, separator));
+    std::u16string_view elements = inner.substr(separator + 1);
+    if (!elements.ends_with(kSeparator)) elements = closed_ = storedName(elements);
+    readElements(elements);
 }
 
-std::u16string TagParts::commandValue() const {
-    const PropertyRef command = elements_->Item(2);
-    return command ? command->ValueStr() : std::u16string();
+void TagParts::readElements(std::u16string_view text) {
+    EntryScanner scanner(text, kSeparator);
+    std::size_t from = 0;
+    for (std::size_t nameEnd; (nameEnd = scanner.nameEnd(from)) != EntryScanner::npos;) {
+        const std::size_t end = text[nameEnd] == u'=' ? valueEnd(scanner, nameEnd + 1) : nameEnd;
+        const TagElement element(text.substr(from, end - from), nameEnd - from);
+        if (from == 0) {
+            commandElement_ = element;
+            command_ = upperCase(element.name());
+        } else {
+            parameters_.push_back(element);
+        }
+        from = end + kSeparator.size();
+    }
 }
 
-// Of the first parameter's name between the markers.
-TextRange TagParts::parameterRange() const {
-    const std::u16string_view inner = file_.innerOf(tag_);
-    const std::size_t command = std::min(inner.find(kElementSeparator, inner.find(kHandlerSeparator)), inner.size());
-    const std::size_t begin = std::min(inner.find_first_not_of(u" \t\r\n:", command), inner.size());
-    return {begin, std::min(inner.find_first_of(u"=:", begin), inner.size())};
+std::u16string TagParts::commandValue(platform::Services& services) const {
+    return command_.empty() ? std::u16string() : commandElement_.value(services);
 }
 
-std::u16string TagParts::parameterName() const {
-    const PropertyRef parameter = elements_->Item(kFirstParameter);
-    if (!parameter) return {};
-    const std::u16string_view written = parameterRange().of(file_.innerOf(tag_));
-    return equalIgnoringCase(written, parameter->Name()) ? std::u16string(written) : parameter->Name();
-}
-
-bool TagParts::parameterHasValue() const {
-    const std::u16string_view inner = file_.innerOf(tag_);
-    const TextRange name = parameterRange();
-    return name.end < inner.size() && inner[name.end] == u'=';
+const TagElement* TagParts::find(std::u16string_view name) const {
+    const auto found = std::find_if(parameters_.begin(), parameters_.end(),
+                                    [&](const TagElement& each) { return equalIgnoringCase(each.name(), name); });
+    return found == parameters_.end() ? nullptr : &*found;
 }
 
 bool isLiteral(std::u16string_view text) noexcept {

@@ -1,22 +1,42 @@
 #pragma once
 
-#include <memory>
-#include <optional>
+#include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "check/TemplateFile.h"
 #include "platform/Services.h"
-#include "properties/privProperties.h"
+#include "properties/privProperty.h"
 
 namespace velmor {
 
-// A sound tag's elements, parsed as evaluation parses them, but from the text that the author sees.
+// An element of a tag, "name" or "name=value", as the author sees it.
+class TagElement {
+public:
+    // `text` without the separator that follows.
+    TagElement(std::u16string_view text, std::size_t nameSize) : text_(text), nameSize_(nameSize) {}
+
+    // As the author writes it, without white space before it.
+    std::u16string name() const;
+    // Whether a "=" follows the name: a name alone has the value 0.
+    bool hasValue() const noexcept { return nameSize_ < text_.size(); }
+    bool isEmptyText() const noexcept;
+    // As evaluation reads it; never null.
+    PropertyRef read(platform::Services& services) const;
+    std::u16string value(platform::Services& services) const { return read(services)->ValueStr(); }
+
+private:
+    std::u16string_view text_;
+    std::size_t nameSize_;
+};
+
+// A sound tag's elements, separated as evaluation separates them, but in the text that the author sees.
 class TagParts {
 public:
-    static constexpr std::int32_t kFirstParameter = 3;
-
-    TagParts(platform::Services& services, const TemplateFile& file, const TemplateTag& tag);
+    TagParts(const TemplateFile& file, const TemplateTag& tag);
+    TagParts(const TagParts&) = delete;
+    TagParts& operator=(const TagParts&) = delete;
 
     const TemplateFile& file() const noexcept { return file_; }
     const TemplateTag& tag() const noexcept { return tag_; }
@@ -24,22 +44,23 @@ public:
     const std::u16string& handler() const noexcept { return handler_; }
     // In upper case; empty when there is none.
     const std::u16string& command() const noexcept { return command_; }
-    std::u16string commandValue() const;
-    // The elements; the first parameter has the index kFirstParameter.
-    privProperties& elements() const noexcept { return *elements_; }
-    // The first parameter's name as the author writes it: its elements are in upper case.
-    std::u16string parameterName() const;
-    // Whether a "=" follows it: a name alone has the value 0.
-    bool parameterHasValue() const;
+    // "" when there is no command.
+    std::u16string commandValue(platform::Services& services) const;
+    // The elements after the command.
+    const std::vector<TagElement>& parameters() const noexcept { return parameters_; }
+    // Null when no parameter has the name.
+    const TagElement* find(std::u16string_view name) const;
 
 private:
-    TextRange parameterRange() const;
+    void readElements(std::u16string_view text);
 
     const TemplateFile& file_;
     const TemplateTag& tag_;
     std::u16string handler_;
     std::u16string command_;
-    std::shared_ptr<privProperties> elements_;
+    std::u16string closed_;  // the text, when it does not end with a separator itself
+    std::vector<TagElement> parameters_;
+    TagElement commandElement_{{}, 0};
 };
 
 // True when a text is known before evaluation: it holds no tag.

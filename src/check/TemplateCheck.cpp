@@ -53,7 +53,7 @@ bool contains(const std::vector<std::u16string>& texts, std::u16string_view text
 CheckResult TemplateCheck::run(std::u16string name, std::u16string text) {
     checkFile(std::move(name), std::move(text), {});
     properties_.reportUnset();
-    CheckResult result{std::move(found_).take(), found_.more(), properties_.uses()};
+    CheckResult result{std::move(found_).take(), found_.more()};
     const auto fileOrder = [&](const Diagnostic& each) {
         return std::find_if(files_.begin(), files_.end(),
                             [&](const TemplateFile& file) { return file.name() == each.place.file; }) -
@@ -75,7 +75,7 @@ void TemplateCheck::checkFile(std::u16string name, std::u16string text, std::vec
         if (tag.depth + file.includedFrom().size() == kMaximumLevels) {
             found_.add(DiagnosticCode::tooDeep, file, tag, u"tags are nested deeper than evaluation goes");
         }
-        if (isSound[index] && tag.depth < kMaximumLevels) checkTag(TagParts(services_, file, tag));
+        if (isSound[index] && tag.depth < kMaximumLevels) checkTag(TagParts(file, tag));
     }
 }
 
@@ -111,7 +111,7 @@ std::optional<std::u16string> TemplateCheck::knownText(std::u16string text) cons
 }
 
 void TemplateCheck::setPath(const TagParts& tag) {
-    path_ = knownText(tag.commandValue());
+    path_ = knownText(tag.commandValue(services_));
     isPathKnown_ = path_.has_value();
 }
 
@@ -124,7 +124,7 @@ std::optional<std::u16string> TemplateCheck::fullPath(std::u16string_view file) 
 }
 
 void TemplateCheck::checkInclude(const TagParts& tag) {
-    const std::optional<std::u16string> file = knownText(tag.commandValue());
+    const std::optional<std::u16string> file = knownText(tag.commandValue(services_));
     if (!file) return;
     if (file->empty()) {
         found_.add(DiagnosticCode::missingInclude, tag.file(), tag.tag(), u"the tag names no file");
@@ -171,11 +171,12 @@ void TemplateCheck::checkIncludedFile(const TagParts& tag, const std::u16string&
 void TemplateCheck::checkListFile(const TagParts& tag, const std::u16string& path, std::u16string_view text) {
     privProperties list(services_);
     list.BuildList(text);
-    const PropertyRef index = tag.elements().Item(std::u16string_view(u"INDEX"));
-    const PropertyRef key = tag.elements().Item(std::u16string_view(u"KEY"));
-    if (const PropertyRef& choice = index ? index : key; choice && isLiteral(choice->ValueStr())) {
-        const std::u16string value = choice->ValueStr();
-        const std::optional<std::int32_t> position = index ? automation::toLong(index->Value()) : std::nullopt;
+    const TagElement* const index = tag.find(u"INDEX");
+    const TagElement* const choice = index != nullptr ? index : tag.find(u"KEY");
+    if (choice == nullptr) return;
+    const PropertyRef chosen = choice->read(services_);
+    if (const std::u16string value = chosen->ValueStr(); isLiteral(value)) {
+        const std::optional<std::int32_t> position = index ? automation::toLong(chosen->Value()) : std::nullopt;
         if (index && !position) {
             found_.add(DiagnosticCode::unsuitableValue, tag.file(), tag.tag(), u"INDEX is not a number: " + value);
             return;

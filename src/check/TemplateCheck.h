@@ -18,7 +18,6 @@ namespace velmor {
 struct CheckResult {
     std::vector<Diagnostic> diagnostics;  // file by file, each in the order of its text
     std::size_t more = 0;                 // that were found and are not among them
-    std::vector<PropertyUse> properties;  // that the template reads
 };
 
 // Finds the mistakes of a template and of the files that it includes, without evaluating anything. Handlers are asked
@@ -27,10 +26,12 @@ class TemplateCheck {
 public:
     // `given`: the properties that the host will set; null when they are not known.
     TemplateCheck(platform::Services& services, std::shared_ptr<privProperties> given)
-        : services_(services), given_(given), handlers_(services, found_), properties_(given, found_) {}
+        : services_(services), given_(given), handlers_(services, found_), properties_(services, given, found_) {}
 
     // `name` of the template, for messages. Called once.
     CheckResult run(std::u16string name, std::u16string text);
+    // The properties that the template reads, after `run`.
+    std::vector<PropertyUse> properties() const { return properties_.uses(); }
 
 private:
     void checkFile(std::u16string name, std::u16string text, std::vector<SourcePlace> includedFrom);

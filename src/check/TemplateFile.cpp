@@ -8,7 +8,6 @@ TemplateFile::TemplateFile(std::u16string name, std::u16string source, std::vect
     : name_(std::move(name)),
       source_(std::move(source)),
       includedFrom_(std::move(includedFrom)),
-      lines_(source_),
       stories_(readStories(source_)) {
     for (std::uint32_t story = 0; story < stories_.size(); ++story) findTags(story);
 }
@@ -30,7 +29,8 @@ void TemplateFile::findTags(std::uint32_t story) {
 }
 
 SourcePlace TemplateFile::placeOf(std::size_t index) const {
-    const auto [line, column] = lines_.at(index);
+    if (!lines_) lines_.emplace(source_);
+    const auto [line, column] = lines_->at(index);
     return {name_, index + 1, line, column};
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -50,7 +51,7 @@ private:
     std::u16string name_;
     std::u16string source_;
     std::vector<SourcePlace> includedFrom_;
-    LineIndex lines_;
+    mutable std::optional<LineIndex> lines_;  // once a place was asked for
     std::vector<Story> stories_;
     std::vector<TemplateTag> tags_;
 };

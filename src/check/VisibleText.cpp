@@ -12,9 +12,32 @@ namespace velmor {
 // ---- A story
 
 void Story::add(char16_t unit, TextRange source) {
+    runs_.push_back({static_cast<std::uint32_t>(text_.size()), static_cast<std::uint32_t>(source.begin),
+                     static_cast<std::uint32_t>(source.end)});
     text_ += unit;
-    begins_.push_back(static_cast<std::uint32_t>(source.begin));
-    ends_.push_back(static_cast<std::uint32_t>(source.end));
+}
+
+void Story::addAsWritten(std::u16string_view text, std::size_t begin) {
+    runs_.push_back({static_cast<std::uint32_t>(text_.size()), static_cast<std::uint32_t>(begin),
+                     static_cast<std::uint32_t>(begin + text.size())});
+    text_ += text;
+}
+
+bool Story::runHolds(std::size_t run, std::size_t index) const noexcept {
+    return run < runs_.size() && runs_[run].at <= index &&
+           index < (run + 1 < runs_.size() ? runs_[run + 1].at : text_.size());
+}
+
+TextRange Story::source(std::size_t index) const noexcept {
+    if (!runHolds(lastRun_, index) && !runHolds(++lastRun_, index)) {
+        const auto next = std::upper_bound(runs_.begin(), runs_.end(), index,
+                                           [](std::size_t at, const Run& run) { return at < run.at; });
+        lastRun_ = static_cast<std::size_t>(next - runs_.begin()) - 1;
+    }
+    const Run& run = runs_[lastRun_];
+    const std::size_t begin = run.begin + (index - run.at);
+    const bool isLast = !runHolds(lastRun_, index + 1);
+    return {begin, isLast ? run.end : begin + 1};
 }
 
 void Story::endParagraph(bool inTable) {
@@ -181,7 +204,11 @@ void StoryReader::endParagraph(Word word, TextRange source) {
 }
 
 void StoryReader::takeWord(const ControlWord& word) {
+    static const WordSet set({WordTrait::shown, WordTrait::endsParagraph},
+                             {Word::intbl, Word::pard, Word::u, Word::uc, Word::bin});
     const TextRange range{word.begin, endWithBlank(source_, word)};
+    at_ = range.end;
+    if (!set.mayHold(source_, word.begin) && word.letters != u"enspace") return;
     at_ = std::max(range.end, skipBinary(source_, word.begin));
     const WordMeaning meaning = meaningOf(word.letters);
     if (word.letters == u"u" && !word.number.empty()) {
@@ -200,16 +227,25 @@ void StoryReader::takeWord(const ControlWord& word) {
     if (meaning.is(WordTrait::shown)) show(kObject, range);
 }
 
+bool isPlain(char16_t unit) {
+    return unit != u'\\' && unit != u'\r' && unit != u'\n' && unit != u'\0';
+}
+
 // Text without braces and words; symbols are in it.
 void StoryReader::takePlain(std::size_t begin, std::size_t end) {
     for (std::size_t i = begin; i < end;) {
-        const char16_t unit = source_[i];
-        if (unit == u'\\') {
+        if (source_[i] == u'\\') {
             i = takeSymbol(i);
-            continue;
+        } else if (!isPlain(source_[i])) {
+            ++i;
+        } else if (toSkip_ > 0) {
+            show(source_[i], {i, i + 1});
+            ++i;
+        } else {
+            const std::size_t first = i;
+            while (i < end && isPlain(source_[i])) ++i;
+            story().addAsWritten(source_.substr(first, i - first), first);
         }
-        if (unit != u'\r' && unit != u'\n' && unit != u'\0') show(unit, {i, i + 1});
-        ++i;
     }
 }
 
@@ -238,7 +274,7 @@ std::size_t StoryReader::takeSymbol(std::size_t index) {
 std::vector<Story> plainStory(std::u16string_view source) {
     std::vector<Story> stories;
     stories.emplace_back(u"");
-    for (std::size_t i = 0; i < source.size(); ++i) stories[0].add(source[i], {i, i + 1});
+    stories[0].addAsWritten(source, 0);
     return stories;
 }
 

@@ -27,25 +27,39 @@ public:
 
     // Line ends within it are ends of paragraphs, lines and cells.
     const std::u16string& text() const noexcept { return text_; }
-    // The range of the source that became the unit.
-    TextRange source(std::size_t index) const noexcept { return {begins_[index], ends_[index]}; }
+    // The range of the source that became the unit. Costs the logarithm of the number of formatting changes, and less
+    // near the unit that was asked for last.
+    TextRange source(std::size_t index) const noexcept;
     // From the first to the last of [begin, end), which must not be empty.
-    TextRange source(std::size_t begin, std::size_t end) const noexcept { return {begins_[begin], ends_[end - 1]}; }
+    TextRange source(std::size_t begin, std::size_t end) const noexcept {
+        return {source(begin).begin, source(end - 1).end};
+    }
     // "page text, paragraph 4", "header, table 1, row 2, cell 3"; empty in plain text.
     std::u16string placeOf(std::size_t index) const;
 
     void add(char16_t unit, TextRange source);
-    // The last unit's source goes on up to `end`.
-    void extend(std::size_t end) noexcept { ends_.back() = static_cast<std::uint32_t>(end); }
+    // Text that is written in the source as it is shown.
+    void addAsWritten(std::u16string_view text, std::size_t begin);
+    // The source of the last unit, which took more than one unit of it, goes on up to `end`.
+    void extend(std::size_t end) noexcept { runs_.back().end = static_cast<std::uint32_t>(end); }
     void endParagraph(bool inTable);
     void endCell();
     void endRow();
 
 private:
+    // Units that follow each other in the source, each written with one unit, or a single unit.
+    struct Run {
+        std::uint32_t at;  // in the text
+        std::uint32_t begin;
+        std::uint32_t end;
+    };
+
+    bool runHolds(std::size_t run, std::size_t index) const noexcept;
+
     std::u16string name_;
     std::u16string text_;
-    std::vector<std::uint32_t> begins_;
-    std::vector<std::uint32_t> ends_;
+    std::vector<Run> runs_;
+    mutable std::size_t lastRun_ = 0;  // that was asked for
     std::vector<Paragraph> paragraphs_;
     Paragraph next_{0, 1, 0, 1, 1};
     std::uint32_t tables_ = 0;
