@@ -156,6 +156,7 @@ void addTemplateOptions(CLI::App& command, TemplateOptions& options) {
     command.add_option("--properties", options.propertyFile, "Read properties from this property file")
         ->type_name("FILE");
     addPasswordFile(command, options.passwordFile)->needs("--properties");
+    command.add_option("--data", options.dataFile, "Read properties from this JSON file")->type_name("FILE");
     command.add_option("--include-path", options.includePath, "The folder of included files (the property \"Path\")")
         ->type_name("DIR");
     addEncoding(command, options.encoding);

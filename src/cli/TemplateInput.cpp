@@ -1,5 +1,6 @@
 #include "cli/TemplateInput.h"
 
+#include "cli/DataFile.h"
 #include "cli/PropertyFile.h"
 #include "cli/Streams.h"
 #include "common/TextFile.h"
@@ -44,6 +45,7 @@ void TemplateInput::addProperties(privProperties& properties) const {
         readPropertyFile(properties, services_.files,
                          {options_.propertyFile, options_.passwordFile, options_.encoding});
     }
+    if (!options_.dataFile.empty()) readDataFile(properties, services_.files, options_.dataFile);
     for (const auto& assignment : options_.properties) setProperty(properties, assignment);
     makeTolerant(properties, options_.exact);
     if (options_.sandbox) addSandbox(properties);

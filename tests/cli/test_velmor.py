@@ -386,6 +386,24 @@ class Check(VelmorTest):
         self.assertEqual(self.velmor("check", stdin=b"Dear <KV:TAG>PROPERTY:a=:</KV>"), b"")
         self.velmor("check", "in/letter.rtf", "in/x.txt", "--fix", "x", expect=USAGE)
 
+    def test_data(self):
+        self.write("t.txt", b"".join(b"<KV:TAG>PROPERTY:%s=none:</KV> " % name for name in [
+            b"text", b"whole", b"large", b"part", b"yes", b"no", b"inner"]))
+        data = {"text": "caf\u00e9", "whole": -5, "large": 5000000000, "part": 0.5, "yes": True, "no": None,
+                "inner": {"a": [1, {"b": 2}]}}
+        self.write("t.json", json.dumps([data, {"text": "second"}]).encode())
+        self.assertEqual(self.velmor("eval", "t.txt", "--data", "t.json", "--property", "yes=1").decode(),
+                         "caf\u00e9 -5 5000000000 0.5 1   ")
+        self.assertEqual(self.velmor("check", "--data", "t.json", stdin=b"<KV:TAG>PROPERTY:txt:</KV>", expect=REPORTED),
+                         b"-:1:1: error KV301: nothing sets the property txt; did you mean text?\n")
+        for content, said in [
+            (b"", "1:1: this is not JSON"), (b'{"a":1,\r\n "\xc3\xa4" 1}', "2:6: this is not JSON"),
+            (b"[]", "1:2: the array is empty"), (b"\n[1]", "2:2: this is not a JSON object"),
+            (b'{"a":' * 200 + b"1" + b"}" * 200, "1:1: the data nests deeper than 100 levels"),
+        ]:
+            self.write("wrong.json", content)
+            self.check_failures([(["check", "t.txt", "--data", "wrong.json"], FILE, "'wrong.json':" + said)])
+
 
 class Tags(VelmorTest):
     TEMPLATE = (b'ab<KV:TAG>INCLUDE=C:\\x\\<KV:TAG>PROPERTY:f=a.txt:</KV>:KEY=5:q="5":r=1.5:t=True:bare:</KV>'
