@@ -40,6 +40,15 @@ TextRange Story::source(std::size_t index) const noexcept {
     return {begin, isLast ? run.end : begin + 1};
 }
 
+std::size_t Story::unitAt(std::size_t source) const noexcept {
+    const auto run = std::upper_bound(runs_.begin(), runs_.end(), source,
+                                      [](std::size_t at, const Run& each) { return at < each.end; });
+    if (run == runs_.end()) return text_.size();
+    const std::size_t next = run + 1 == runs_.end() ? text_.size() : (run + 1)->at;
+    const std::size_t offset = source > run->begin ? source - run->begin : 0;
+    return std::min(run->at + offset, next - 1);
+}
+
 void Story::endParagraph(bool inTable) {
     Paragraph ended = next_;
     ended.end = text_.size();

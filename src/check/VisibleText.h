@@ -34,6 +34,8 @@ public:
     TextRange source(std::size_t begin, std::size_t end) const noexcept {
         return {source(begin).begin, source(end - 1).end};
     }
+    // The first unit whose source ends after the 0-based index of the source; the text's size when there is none.
+    std::size_t unitAt(std::size_t source) const noexcept;
     // "page text, paragraph 4", "header, table 1, row 2, cell 3"; empty in plain text.
     std::u16string placeOf(std::size_t index) const;
 

@@ -1,3 +1,4 @@
+#include "check/Annotation.h"
 #include "check/TagRepair.h"
 #include "check/TemplateCheck.h"
 #include "cli/Commands.h"
@@ -26,13 +27,24 @@ CheckResult checkTemplate(platform::Services& services, const CheckOptions& opti
         report("repaired tags: " + std::to_string(repaired.repaired) +
                ", faulty tags left as they are: " + std::to_string(repaired.left));
     }
-    return TemplateCheck(input.services(), given).run(shownName, std::move(document.text));
+    CheckResult result = TemplateCheck(input.services(), given).run(shownName, document.text);
+    if (!options.annotated.empty()) {
+        if (!documentStandsAt(document.text, 0)) {
+            throw Failure(exitFile, inputName(name) + " is not an RTF document: only RTF can hold comments");
+        }
+        const TemplateFile file(shownName, std::move(document.text), {});
+        writeAll(services.files, options.annotated,
+                 encodeResult(annotated(file, result.diagnostics), document.encoding));
+    }
+    return result;
 }
 
 }  // namespace
 
 ExitCode runCheck(platform::Services& services, const CheckOptions& options) {
-    if (!options.fixed.empty() && options.inputs.size() > 1) throw Failure(exitUsage, "--fix takes one template");
+    if (options.inputs.size() > 1 && !(options.fixed.empty() && options.annotated.empty())) {
+        throw Failure(exitUsage, "--fix and --annotate take one template");
+    }
     std::vector<Diagnostic> diagnostics;
     std::size_t more = 0;
     for (const std::string& name : options.inputs.empty() ? std::vector<std::string>{""} : options.inputs) {

@@ -57,7 +57,8 @@ Examples:
   velmor check letter.rtf invoice.rtf
   velmor check invoice.rtf --properties invoice.properties --registry handlers.reg
   velmor check --format sarif letter.rtf > letter.sarif
-  velmor check letter.rtf --fix repaired.rtf)";
+  velmor check letter.rtf --fix repaired.rtf
+  velmor check letter.rtf --annotate comments.rtf)";
 
 constexpr const char* tagsFooter = R"(
 Each tag is listed with the position of its opening marker, from 1.
@@ -209,6 +210,8 @@ void addCheck(CLI::App& app, CommandLine& line) {
         ->type_name("text|json|sarif|github")
         ->transform(CLI::Transformer(formats));
     command->add_option("--fix", options.fixed, "Write the template with repaired tags to this file")->type_name("OUT");
+    command->add_option("--annotate", options.annotated, "Write a copy of the RTF template with comments to this file")
+        ->type_name("OUT");
     addTemplateOptions(*command, options);
     addSystem(*command, line.system);
 }

@@ -24,10 +24,11 @@ enum class CheckFormat { text, json, sarif, github };
 struct CheckOptions : TemplateOptions {
     std::vector<std::string> inputs;  // take the place of `input`
     CheckFormat format = CheckFormat::text;
-    std::string fixed;  // where the repaired template goes; empty: nowhere
+    std::string fixed;      // where the repaired template goes; empty: nowhere
+    std::string annotated;  // where the copy with comments goes; empty: nowhere
 };
 // Prints the mistakes of templates without evaluating them; with `fixed`, those of the one template after its tags
-// were repaired.
+// were repaired, which `annotated` then has as comments.
 ExitCode runCheck(platform::Services& services, const CheckOptions& options);
 
 struct CleanCommandOptions {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "check/Annotation.h"
 #include "check/TagRepair.h"
 #include "platform/MemoryServices.h"
 #include "text/Encoding.h"
@@ -178,6 +179,33 @@ TEST(TagRepair, MakesTagsWholeAndLeavesTheRest) {
     for (const auto& row : rows) {
         const std::u16string fixed = repairTags(TemplateFile(u"t", row.text, {})).source;
         EXPECT_EQ(toUtf8(fixed), toUtf8(row.expected.empty() ? row.text : row.expected));
+    }
+}
+
+TEST(Annotation, LiesOutsideOfTagsInThePageText) {
+    const struct {
+        std::u16string text;
+        std::u16string expected;  // "@" for a comment
+    } rows[] = {
+        {u"{\\rtf1 a {\\b b <KV:TAG>P}{\\i ROPERTY:a=<KV:H>:</KV>:</KV>}}",
+         u"{\\rtf1 a {\\b b @@<KV:TAG>P}{\\i ROPERTY:a=<KV:H>:</KV>:</KV>}}"},
+        {u"{\\rtf1{\\header <KV:H>:</KV>}\\par a}", u"{\\rtf1{\\header <KV:H>:</KV>}\\par @a}"},
+        {u"{\\rtf1 a\\par{\\footer <KV:H>:</KV>}\\par}", u"{\\rtf1 @a\\par{\\footer <KV:H>:</KV>}\\par}"},
+        {u"{\\rtf1{\\footer <KV:H>:</KV>}} a", u"{\\rtf1{\\footer <KV:H>:</KV>}@} a"},
+        {u"{\\rtf1 <KV:TAG>INCLUDE=x.txt:</KV>}", u"{\\rtf1 @<KV:TAG>INCLUDE=x.txt:</KV>}"},
+    };
+    for (const auto& row : rows) {
+        Checked checked;
+        checked.add(u"x.txt", "<KV:H>:</KV>");
+        std::vector<Diagnostic> found = TemplateCheck(checked.services, nullptr).run(u"t", row.text).diagnostics;
+        std::erase_if(found, [](const Diagnostic& each) { return each.code == DiagnosticCode::damagedGroups; });
+        std::u16string text = annotated(TemplateFile(u"t", row.text, {}), found);
+        constexpr std::u16string_view kBegin = u"{\\*\\atnid velmor}";
+        for (std::size_t at; (at = text.find(kBegin)) != text.npos;) {
+            const std::size_t last = text.find(u'}', text.find(u"\\annotation", at));
+            text.replace(at, last + 1 - at, u"@");
+        }
+        EXPECT_EQ(toUtf8(text), toUtf8(row.expected));
     }
 }
 

@@ -376,10 +376,12 @@ class Check(VelmorTest):
         found = self.velmor("check", "in/letter.rtf", expect=REPORTED).decode().replace("\\", "/")
         self.assertEqual(found, expected)
         found = json.loads(self.velmor("check", "in/letter.rtf", "--property", "City=x", "--format", "json",
-                                       "--fix", "in/fixed.rtf", expect=REPORTED))
+                                       "--fix", "in/fixed.rtf", "--annotate", "in/comments.rtf", expect=REPORTED))
         self.assertEqual([each["code"] for each in found["diagnostics"]], ["KV302", "KV201"])
         self.assertEqual(self.read("in/fixed.rtf"),
                          template.replace(b"<KV:TAG>PROP{\\b }ERTY", b"{\\b }<KV:TAG>PROPERTY"))
+        self.assertEqual(self.read("in/comments.rtf").count(b"{\\*\\annotation"), 2)
+        self.velmor("check", "in/x.txt", "--annotate", "x", expect=FILE)
         sarif = json.loads(self.velmor("check", "in/letter.rtf", "--format", "sarif", expect=REPORTED))["runs"][0]
         self.assertEqual({result["ruleId"] for result in sarif["results"]}, {"KV104", "KV201"})
         self.assertTrue({"KV104", "KV201"} <= {rule["id"] for rule in sarif["tool"]["driver"]["rules"]})
