@@ -37,6 +37,12 @@ constexpr Rule kRules[] = {
     {DiagnosticCode::tooDeep, Severity::error, u"Tags are nested too deep"},
     {DiagnosticCode::damagedGroups, Severity::error, u"Braces of an RTF document do not match"},
     {DiagnosticCode::damagedTable, Severity::warning, u"A table row is damaged"},
+    {DiagnosticCode::unresolvedFont, Severity::error, u"A font is not in the font table"},
+    {DiagnosticCode::unresolvedColour, Severity::error, u"A colour is not in the colour table"},
+    {DiagnosticCode::unresolvedStyle, Severity::error, u"A style is not in the style sheet"},
+    {DiagnosticCode::unresolvedList, Severity::error, u"A list is not in the table of list overrides"},
+    {DiagnosticCode::markerLeft, Severity::error, u"A tag or a marker is left in a finished document"},
+    {DiagnosticCode::strayBinary, Severity::error, u"A finished document holds binary data"},
 };
 
 const Rule& ruleOf(DiagnosticCode code) noexcept {

@@ -8,7 +8,8 @@
 
 namespace velmor {
 
-// What `check` finds. The numbers are stable: users and editors filter by them. docs/diagnostics.md describes each.
+// What `check` and `verify` find. The numbers are stable: users and editors filter by them. docs/diagnostics.md
+// describes each.
 enum class DiagnosticCode : std::uint16_t {
     swallowsTags = 101,
     neverClosed = 102,
@@ -32,6 +33,12 @@ enum class DiagnosticCode : std::uint16_t {
     tooDeep = 501,
     damagedGroups = 601,
     damagedTable = 602,
+    unresolvedFont = 701,
+    unresolvedColour = 702,
+    unresolvedStyle = 703,
+    unresolvedList = 704,
+    markerLeft = 705,
+    strayBinary = 706,
 };
 
 enum class Severity : std::uint8_t { warning, error };

@@ -11,11 +11,11 @@ constexpr std::size_t kLongestContext = 40;
 
 // The beginning of the text at an index, on one line.
 std::u16string contextAt(std::u16string_view text, std::size_t index) {
-    std::u16string context(text.substr(index, kLongestContext));
+    std::u16string context(text.substr(std::min(index, text.size()), kLongestContext));
     for (char16_t& unit : context) {
         if (unit < u' ') unit = u' ';
     }
-    if (text.size() - index > kLongestContext) context += u"...";
+    if (context.size() == kLongestContext && index + kLongestContext < text.size()) context += u"...";
     return context;
 }
 
@@ -46,13 +46,9 @@ void DiagnosticList::add(DiagnosticCode code, const TemplateFile& file, const Te
 void DiagnosticList::addInSource(DiagnosticCode code, const TemplateFile& file, TextRange range,
                                  std::u16string message) {
     if (isFull()) return;
-    diagnostics_.push_back({code,
-                            file.placeOf(range.begin),
-                            std::max<std::size_t>(1, range.end - range.begin),
-                            std::move(message),
-                            {},
-                            {},
-                            contextAt(file.source(), range.begin),
+    const auto [story, unit] = file.seenAt(range.begin);
+    diagnostics_.push_back({code, file.placeOf(range.begin), std::max<std::size_t>(1, range.end - range.begin),
+                            std::move(message), std::u16string(), story.placeOf(unit), contextAt(story.text(), unit),
                             file.includedFrom()});
 }
 

@@ -28,6 +28,20 @@ void TemplateFile::findTags(std::uint32_t story) {
     while (!around.empty()) leave();
 }
 
+TemplateFile::Seen TemplateFile::seenAt(std::size_t index) const {
+    const Story* nearest = &stories_.front();
+    std::size_t begin = source_.size();
+    for (const Story& story : stories_) {
+        const std::size_t unit = story.unitAt(index);
+        if (unit == story.text().size() || story.source(unit).begin >= begin) continue;
+        nearest = &story;
+        begin = story.source(unit).begin;
+    }
+    const std::size_t unit = nearest->unitAt(index);
+    const bool isLineEnd = unit > 0 && (unit == nearest->text().size() || nearest->text()[unit] == u'\n');
+    return {*nearest, unit - (isLineEnd ? 1 : 0)};
+}
+
 SourcePlace TemplateFile::placeOf(std::size_t index) const {
     if (!lines_) lines_.emplace(source_);
     const auto [line, column] = lines_->at(index);

@@ -40,6 +40,12 @@ public:
     const Story& storyOf(const TemplateTag& tag) const noexcept { return stories_[tag.story]; }
     // Between the markers, as the author sees it. The tag must be complete.
     std::u16string_view innerOf(const TemplateTag& tag) const noexcept { return tag.span.inner(storyOf(tag).text()); }
+    // What an author sees at a 0-based index of the source: the next character after it, whichever story has it.
+    struct Seen {
+        const Story& story;
+        std::size_t unit;
+    };
+    Seen seenAt(std::size_t index) const;
     // Of a 0-based index of the source.
     SourcePlace placeOf(std::size_t index) const;
     // Of the tag's opening marker.

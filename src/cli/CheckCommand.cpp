@@ -1,4 +1,5 @@
 #include "check/Annotation.h"
+#include "check/OutputCheck.h"
 #include "check/TagRepair.h"
 #include "check/TemplateCheck.h"
 #include "cli/Commands.h"
@@ -39,22 +40,38 @@ CheckResult checkTemplate(platform::Services& services, const CheckOptions& opti
     return result;
 }
 
+ExitCode print(const std::vector<CheckResult>& results, CheckFormat format) {
+    std::vector<Diagnostic> diagnostics;
+    std::size_t more = 0;
+    for (const CheckResult& result : results) {
+        diagnostics.insert(diagnostics.end(), result.diagnostics.begin(), result.diagnostics.end());
+        more += result.more;
+    }
+    printDiagnostics(diagnostics, more, format);
+    if (more > 0) report(std::to_string(more) + " more were found");
+    return diagnostics.empty() ? exitDone : exitReported;
+}
+
 }  // namespace
 
 ExitCode runCheck(platform::Services& services, const CheckOptions& options) {
     if (options.inputs.size() > 1 && !(options.fixed.empty() && options.annotated.empty())) {
         throw Failure(exitUsage, "--fix and --annotate take one template");
     }
-    std::vector<Diagnostic> diagnostics;
-    std::size_t more = 0;
+    std::vector<CheckResult> results;
     for (const std::string& name : options.inputs.empty() ? std::vector<std::string>{""} : options.inputs) {
-        CheckResult result = checkTemplate(services, options, name);
-        std::move(result.diagnostics.begin(), result.diagnostics.end(), std::back_inserter(diagnostics));
-        more += result.more;
+        results.push_back(checkTemplate(services, options, name));
     }
-    printDiagnostics(diagnostics, more, options.format);
-    if (more > 0) report(std::to_string(more) + " more were found");
-    return diagnostics.empty() ? exitDone : exitReported;
+    return print(results, options.format);
+}
+
+ExitCode runVerify(platform::Services& services, const VerifyOptions& options) {
+    std::vector<CheckResult> results;
+    for (const std::string& name : options.inputs) {
+        Document document = decodeTemplate(readAll(services.files, name), EncodingChoice::automatic, inputName(name));
+        results.push_back(checkOutput(fromUtf8(name.empty() ? "-" : name), std::move(document.text)));
+    }
+    return print(results, options.format);
 }
 
 }  // namespace velmor::cli

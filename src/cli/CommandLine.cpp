@@ -24,6 +24,7 @@ Examples:
   echo 'Dear <KV:TAG>PROPERTY:name=all:</KV>' | velmor eval --property name=Zoe
   velmor clean out.rtf terms.rtf -o letter.rtf
   velmor check invoice.rtf
+  velmor verify letter.rtf
   velmor tags --json invoice.rtf
   velmor props invoice.properties
   velmor handlers
@@ -59,6 +60,14 @@ Examples:
   velmor check --format sarif letter.rtf > letter.sarif
   velmor check letter.rtf --fix repaired.rtf
   velmor check letter.rtf --annotate comments.rtf)";
+
+constexpr const char* verifyFooter = R"(
+Looks for tags and markers that are left, references that the document's tables do not have, damaged
+groups and tables, and binary data. Each fault is a line as in check.
+
+Examples:
+  velmor verify out.rtf
+  velmor clean out.rtf terms.rtf | velmor verify -)";
 
 constexpr const char* tagsFooter = R"(
 Each tag is listed with the position of its opening marker, from 1.
@@ -198,22 +207,33 @@ void addEval(CLI::App& app, CommandLine& line) {
     addSystem(*command, line.system);
 }
 
-void addCheck(CLI::App& app, CommandLine& line) {
-    const auto [command, options] =
-        addCommand(app, line, "check", "Find the mistakes of templates without evaluating them", checkFooter, runCheck);
-    command->add_option("TEMPLATE", options.inputs, "The templates; - or nothing: standard input")->type_name("");
+void addFormat(CLI::App& command, CheckFormat& format) {
     const std::map<std::string, CheckFormat> formats = {{"text", CheckFormat::text},
                                                         {"json", CheckFormat::json},
                                                         {"sarif", CheckFormat::sarif},
                                                         {"github", CheckFormat::github}};
-    command->add_option("--format", options.format, "How to print what was found (default: text)")
+    command.add_option("--format", format, "How to print what was found (default: text)")
         ->type_name("text|json|sarif|github")
         ->transform(CLI::Transformer(formats));
+}
+
+void addCheck(CLI::App& app, CommandLine& line) {
+    const auto [command, options] =
+        addCommand(app, line, "check", "Find the mistakes of templates without evaluating them", checkFooter, runCheck);
+    command->add_option("TEMPLATE", options.inputs, "The templates; - or nothing: standard input")->type_name("");
+    addFormat(*command, options.format);
     command->add_option("--fix", options.fixed, "Write the template with repaired tags to this file")->type_name("OUT");
     command->add_option("--annotate", options.annotated, "Write a copy of the RTF template with comments to this file")
         ->type_name("OUT");
     addTemplateOptions(*command, options);
     addSystem(*command, line.system);
+}
+
+void addVerify(CLI::App& app, CommandLine& line) {
+    const auto [command, options] =
+        addCommand(app, line, "verify", "Find what is wrong with finished documents", verifyFooter, runVerify);
+    command->add_option("FILE", options.inputs, "The documents; -: standard input")->type_name("")->required();
+    addFormat(*command, options.format);
 }
 
 void addClean(CLI::App& app, CommandLine& line) {
@@ -291,7 +311,7 @@ void answer(const CLI::App& app, const CLI::ParseError& outcome) {
     std::string what = outcome.what();
     if (app.get_subcommands().empty()) {
         const auto unknown = app.remaining();
-        what = unknown.empty() ? "no command; there are eval, clean, check, tags, props, handlers and log"
+        what = unknown.empty() ? "no command; there are eval, clean, check, verify, tags, props, handlers and log"
                                : "there is no command '" + unknown.front() + "'";
     }
     throw Failure(exitUsage, what + " (velmor --help says more)");
@@ -306,7 +326,8 @@ std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& argu
     app.require_subcommand(1);
     app.footer(programFooter);
     CommandLine line;
-    for (const auto add : {addEval, addClean, addCheck, addTags, addProps, addHandlers, addLog}) add(app, line);
+    for (const auto add : {addEval, addClean, addCheck, addVerify, addTags, addProps, addHandlers, addLog})
+        add(app, line);
     try {
         app.parse(withoutHelpCommand(app, decodedBackwards(arguments)));
     } catch (const CLI::ParseError& outcome) {

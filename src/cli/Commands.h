@@ -31,6 +31,13 @@ struct CheckOptions : TemplateOptions {
 // were repaired, which `annotated` then has as comments.
 ExitCode runCheck(platform::Services& services, const CheckOptions& options);
 
+struct VerifyOptions {
+    std::vector<std::string> inputs;  // at least one
+    CheckFormat format = CheckFormat::text;
+};
+// Prints what is wrong with finished documents.
+ExitCode runVerify(platform::Services& services, const VerifyOptions& options);
+
 struct CleanCommandOptions {
     std::vector<std::string> inputs;  // at least one
     std::string output;

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "check/Annotation.h"
+#include "check/OutputCheck.h"
 #include "check/TagRepair.h"
 #include "platform/MemoryServices.h"
 #include "text/Encoding.h"
@@ -25,6 +26,19 @@ public:
     std::u16string typeName() const override { return u"Catalogue"; }
 };
 
+// "LINE:COLUMN CODE" of each diagnostic, with the file if it is not the template, and the hint in parentheses.
+std::string lines(const std::vector<Diagnostic>& found) {
+    std::string lines;
+    for (const Diagnostic& each : found) {
+        if (!lines.empty()) lines += ", ";
+        if (each.place.file != u"t") lines += "included ";
+        lines += std::to_string(each.place.line) + ":" + std::to_string(each.place.column) + " " +
+                 toUtf8(codeText(each.code));
+        if (!each.hint.empty()) lines += " (" + toUtf8(each.hint) + ")";
+    }
+    return lines;
+}
+
 class Checked {
 public:
     Checked() {
@@ -37,19 +51,11 @@ public:
             std::u16string(services.folders.component()) + services.folders.separator() + std::u16string(name), bytes);
     }
 
-    // "LINE:COLUMN CODE" of each diagnostic, with the file if it is not the template, and the hint in parentheses.
     std::string operator()(const std::u16string& text) {
-        std::string lines;
         TemplateCheck check(services, given);
-        for (const Diagnostic& each : check.run(u"t", text).diagnostics) {
-            if (!lines.empty()) lines += ", ";
-            if (each.place.file != u"t") lines += "included ";
-            lines += std::to_string(each.place.line) + ":" + std::to_string(each.place.column) + " " +
-                     toUtf8(codeText(each.code));
-            if (!each.hint.empty()) lines += " (" + toUtf8(each.hint) + ")";
-            last = each;
-        }
-        return lines;
+        const std::vector<Diagnostic> found = check.run(u"t", text).diagnostics;
+        if (!found.empty()) last = found.back();
+        return lines(found);
     }
 
     platform::MemoryServices services;
@@ -89,6 +95,10 @@ TEST(TemplateCheck, SeesRtfAsItsAuthorDoes) {
         {u"{\\rtf1{\\*\\x <KV:TAG>PROPERTY:a=:}{\\pict 3c}{\\header <KV:H>a:</KV>}}", "1:13 KV102, 1:53 KV201"},
         {u"{\\rtf1 {a}", "1:1 KV601"},
         {u"{\\rtf1\\trowd\\cellx1\\intbl a\\cell b\\cell\\row}", "1:40 KV602"},
+        {u"{\\rtf1\\trowd\\cellx1\\cellx2\\intbl a\\cell\\row\\intbl b\\cell}", "1:40 KV602, 1:52 KV602"},
+        {u"{\\rtf1\\trowd\\cellx1\\intbl\\itap2 a\\nestcell{\\*\\nesttableprops\\trowd\\cellx1\\cellx2\\nestrow}"
+         u"\\pard\\intbl\\cell\\row}",
+         "1:81 KV602"},
     };
     for (const Row& row : rows) EXPECT_EQ(Checked()(row.text), row.expected) << toUtf8(row.text);
 }
@@ -161,6 +171,25 @@ TEST(TemplateCheck, FollowsIncludedFiles) {
         checked.add(u"list.kvl", "one=1:two=2:");
         EXPECT_EQ(checked(row.text), row.expected) << toUtf8(row.text);
         for (const SourcePlace& place : checked.last.includedFrom) EXPECT_EQ(toUtf8(place.file), "t");
+    }
+}
+
+TEST(OutputCheck, FindsWhatIsWrongWithADocument) {
+    const Row rows[] = {
+        {u"{\\rtf1{\\fonttbl{\\f0 A;}{\\f7\\fnil B{\\*\\falt C};}}\\plain\\f7 a\\af1 b\\f1}", "1:60 KV701"},
+        {u"{\\rtf1{\\colortbl;\\red1;}{\\stylesheet{\\s1\\cf2 A;}{\\*\\cs3 B;}}\\cf1\\cb0\\s1\\s0\\cs3 a}",
+         "1:41 KV702"},
+        {u"{\\rtf1{\\stylesheet{\\s1\\sbasedon0 A;}}\\s2\\cs1 a}", "1:38 KV703, 1:41 KV703"},
+        {u"{\\rtf1{\\*\\listoverridetable{\\listoverride\\listid9\\ls2}}\\ls2\\ls0\\ls1 a}", "1:64 KV704"},
+        {u"{\\rtf1 <KV:T>:</KV>{\\*\\korvanemergepagebreak}{\\rtf1}{\\*\\korvane\\starttable}}",
+         "1:8 KV705, 1:20 KV705, 1:46 KV705"},
+        {u"{\\rtf1 a\x1\x2"
+         u"b\\bin3 \x1\x2\x3}\x1",
+         "1:9 KV706, 1:21 KV601"},
+        {u"a</KV>\x7", "1:2 KV705, 1:7 KV706"},
+    };
+    for (const Row& row : rows) {
+        EXPECT_EQ(lines(checkOutput(u"t", row.text).diagnostics), row.expected) << toUtf8(row.text);
     }
 }
 

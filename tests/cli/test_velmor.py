@@ -388,6 +388,12 @@ class Check(VelmorTest):
         self.assertEqual(self.velmor("check", stdin=b"Dear <KV:TAG>PROPERTY:a=:</KV>"), b"")
         self.velmor("check", "in/letter.rtf", "in/x.txt", "--fix", "x", expect=USAGE)
 
+    def test_verify(self):
+        self.assertEqual(self.velmor("verify", "-", stdin=b"{\\rtf1 a}"), b"")
+        self.write("out.rtf", b"{\\rtf1 a <KV:T>X:</KV>\\ls3}")
+        found = self.velmor("verify", "out.rtf", "--format", "json", expect=REPORTED)
+        self.assertEqual([each["code"] for each in json.loads(found)["diagnostics"]], ["KV705", "KV704"])
+
     def test_data(self):
         self.write("t.txt", b"".join(b"<KV:TAG>PROPERTY:%s=none:</KV> " % name for name in [
             b"text", b"whole", b"large", b"part", b"yes", b"no", b"inner"]))

@@ -1,0 +1,182 @@
+#include "check/OutputCheck.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+#include "check/OutputTables.h"
+#include "check/RtfCheck.h"
+
+namespace velmor {
+
+namespace {
+
+struct ReferenceName {
+    DiagnosticCode code;
+    std::u16string_view name;
+};
+
+ReferenceName nameOf(ReferenceKind kind) {
+    switch (kind) {
+        case ReferenceKind::font:
+            return {DiagnosticCode::unresolvedFont, u"font "};
+        case ReferenceKind::colour:
+            return {DiagnosticCode::unresolvedColour, u"colour "};
+        case ReferenceKind::list:
+            return {DiagnosticCode::unresolvedList, u"list "};
+        case ReferenceKind::paragraphStyle:
+            return {DiagnosticCode::unresolvedStyle, u"paragraph style "};
+        case ReferenceKind::characterStyle:
+            return {DiagnosticCode::unresolvedStyle, u"character style "};
+        case ReferenceKind::sectionStyle:
+            return {DiagnosticCode::unresolvedStyle, u"section style "};
+        default:
+            return {DiagnosticCode::unresolvedStyle, u"table style "};
+    }
+}
+
+class OutputCheck {
+public:
+    OutputCheck(const TemplateFile& file, DiagnosticList& found)
+        : file_(file), source_(file.source()), isRtf_(documentStandsAt(source_, 0)), found_(found) {}
+
+    void run();
+
+private:
+    void checkMarkers();
+    void checkBytes();
+    void readTables();
+    void checkWords();
+    void checkGroup(std::size_t brace);
+    void checkReference(const ControlWord& word);
+    void report(DiagnosticCode code, TextRange range, std::u16string message) {
+        found_.addInSource(code, file_, range, std::move(message));
+    }
+
+    const TemplateFile& file_;
+    const std::u16string& source_;
+    const bool isRtf_;
+    DiagnosticList& found_;
+    OutputTables tables_;
+    std::vector<std::pair<TextRange, GroupSet>> ranges_;  // of the tables, in order
+    std::size_t nextRange_ = 0;
+    std::set<std::pair<ReferenceKind, std::int32_t>> reported_;
+};
+
+void OutputCheck::run() {
+    checkMarkers();
+    checkBytes();
+    if (!isRtf_) return;
+    checkRtf(file_, found_);
+    readTables();
+    checkWords();
+}
+
+void OutputCheck::checkMarkers() {
+    for (const Story& story : file_.stories()) {
+        std::size_t depth = 0;
+        for (MarkerPlace at = findMarker(story.text(), 0); at.position < story.text().size();
+             at = findMarker(story.text(), at.position + 1)) {
+            if (depth == 0) {
+                const std::size_t length = at.opening ? kOpeningMarker.size() : kClosingMarker.size();
+                found_.add(DiagnosticCode::markerLeft, file_, story, {at.position, at.position + length},
+                           u"a tag is left in the document");
+            }
+            if (at.opening) {
+                ++depth;
+            } else if (depth > 0) {
+                --depth;
+            }
+        }
+    }
+}
+
+// Control characters that no text holds, a report for each run. Writers may put NULs after a document.
+void OutputCheck::checkBytes() {
+    const std::size_t end = isRtf_ ? std::min(findGroupEnd(source_, 1, true), source_.size()) : source_.size();
+    for (std::size_t at = 0; at < end; ++at) {
+        if (isRtf_ && source_[at] == u'\\') {
+            at = skipEscape(source_, at) - 1;
+            continue;
+        }
+        const bool isBinary = source_[at] < u' ' && source_[at] != u'\f' && !isWhiteSpace(source_[at]);
+        if (!isBinary) continue;
+        const std::size_t begin = at;
+        while (at + 1 < end && source_[at + 1] < u' ') ++at;
+        report(DiagnosticCode::strayBinary, {begin, at + 1}, u"the text holds binary data");
+    }
+}
+
+void OutputCheck::readTables() {
+    RtfReader reader(source_, 0, source_.size(), true);
+    while (reader.nextBrace()) {
+        if (!reader.opens()) continue;
+        GroupSet kind;
+        kind.note(source_, reader.position());
+        const bool isTable = kind.has(Group::fontTable) || kind.has(Group::colourTable) ||
+                             kind.has(Group::styleSheet) || kind.has(Group::listOverrideTable);
+        if (!isTable) continue;
+        const std::size_t end = std::min(findGroupEnd(source_, reader.position() + 1, true), source_.size() - 1) + 1;
+        const TextRange range{reader.position(), end};
+        tables_.read(kind, range.of(source_));
+        ranges_.emplace_back(range, kind);
+        reader.goOnAt(end);
+    }
+}
+
+void OutputCheck::checkWords() {
+    static const WordSet set({WordTrait::font, WordTrait::moreFont, WordTrait::colour, WordTrait::moreColour},
+                             {Word::s, Word::cs, Word::ds, Word::ts, Word::yts, Word::ls});
+    RtfReader reader(source_, 0, source_.size(), true);
+    while (reader.next()) {
+        if (reader.opens()) {
+            checkGroup(reader.position());
+        } else if (!reader.closes() && set.mayHold(source_, reader.position())) {
+            checkReference(reader.word());
+        }
+    }
+}
+
+// A group that cleaning would have removed or marked as done. Those that mark tables stay.
+void OutputCheck::checkGroup(std::size_t brace) {
+    GroupSet kind;
+    kind.note(source_, brace);
+    const bool isMarker = kind.has(Group::newHeader) || kind.has(Group::newFooter) || kind.has(Group::mergePageBreak) ||
+                          kind.has(Group::section);
+    if (isMarker)
+        report(DiagnosticCode::markerLeft, {brace, brace + 1}, u"a marker of cleaning is left in the document");
+    if (brace > 0 && documentStandsAt(source_, brace)) {
+        report(DiagnosticCode::markerLeft, {brace, brace + 1}, u"a document lies within the document");
+    }
+}
+
+// The words of a table that number its entries are no references.
+void OutputCheck::checkReference(const ControlWord& word) {
+    const ReferenceKind kind = referenceKind(meaningOf(word.letters));
+    if (kind == ReferenceKind::none || word.number.empty()) return;
+    while (nextRange_ < ranges_.size() && ranges_[nextRange_].first.end <= word.begin) ++nextRange_;
+    if (nextRange_ < ranges_.size() && ranges_[nextRange_].first.begin <= word.begin) {
+        const bool isStyleSheet = ranges_[nextRange_].second.has(Group::styleSheet);
+        if (!isStyleSheet || (kind != ReferenceKind::font && kind != ReferenceKind::colour)) return;
+    }
+    const std::int32_t number = numberOf(word.number);
+    if (tables_.defines(kind, number) || !reported_.emplace(kind, number).second) return;
+    const ReferenceName name = nameOf(kind);
+    report(name.code, {word.begin, word.end},
+           std::u16string(name.name) + decimal(number) + u" is not in the document's tables");
+}
+
+}  // namespace
+
+CheckResult checkOutput(std::u16string name, std::u16string text) {
+    const TemplateFile file(std::move(name), std::move(text), {});
+    DiagnosticList found;
+    OutputCheck(file, found).run();
+    CheckResult result{std::move(found).take(), found.more()};
+    std::stable_sort(
+        result.diagnostics.begin(), result.diagnostics.end(),
+        [](const Diagnostic& left, const Diagnostic& right) { return left.place.offset < right.place.offset; });
+    return result;
+}
+
+}  // namespace velmor
