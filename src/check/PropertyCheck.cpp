@@ -58,7 +58,7 @@ std::vector<PropertyUse> PropertyCheck::uses() const {
         const TagElement& parameter = tag.parameters().front();
         const std::u16string name = parameter.name();
         if (name.empty() || !isLiteral(name) || !seen.insert(upperCase(name)).second) continue;
-        uses.push_back({name, parameter.hasValue(), parameter.read(services_)->Value()});
+        uses.push_back({name, isSetByTemplate(name), parameter.hasValue() ? parameter.read(services_) : nullptr});
     }
     return uses;
 }

@@ -14,9 +14,9 @@ namespace velmor {
 
 // A property that a template reads.
 struct PropertyUse {
-    std::u16string name;  // as the template first writes it
-    bool hasDefault = false;
-    automation::Variant value;  // the first default; tags in it are not evaluated
+    std::u16string name;   // as the template first writes it
+    bool isSet = false;    // by the template itself
+    PropertyRef standard;  // the first default, tags in it not evaluated; null when none is given
 };
 
 // Notes the properties that a template reads and sets; finds, when all of its files are read, those that nothing sets.

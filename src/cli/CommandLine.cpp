@@ -61,6 +61,15 @@ Examples:
   velmor check letter.rtf --fix repaired.rtf
   velmor check letter.rtf --annotate comments.rtf)";
 
+constexpr const char* schemaFooter = R"(
+Names, defaults and types are those of the tags that read properties, in the template and in the files
+that it includes.
+
+Examples:
+  velmor schema invoice.rtf > invoice.schema.json
+  velmor schema --sample invoice.rtf > sample.json
+  velmor eval invoice.rtf --data sample.json -o out.rtf)";
+
 constexpr const char* verifyFooter = R"(
 Looks for tags and markers that are left, references that the document's tables do not have, damaged
 groups and tables, and binary data. Each fault is a line as in check.
@@ -229,6 +238,14 @@ void addCheck(CLI::App& app, CommandLine& line) {
     addSystem(*command, line.system);
 }
 
+void addSchema(CLI::App& app, CommandLine& line) {
+    const auto [command, options] =
+        addCommand(app, line, "schema", "Print a JSON Schema of a template's properties", schemaFooter, runSchema);
+    command->add_option("TEMPLATE", options.input, "The template; - or nothing: standard input")->type_name("");
+    command->add_flag("--sample", options.sample, "Print sample data for eval --data instead");
+    addTemplateOptions(*command, options);
+}
+
 void addVerify(CLI::App& app, CommandLine& line) {
     const auto [command, options] =
         addCommand(app, line, "verify", "Find what is wrong with finished documents", verifyFooter, runVerify);
@@ -311,8 +328,9 @@ void answer(const CLI::App& app, const CLI::ParseError& outcome) {
     std::string what = outcome.what();
     if (app.get_subcommands().empty()) {
         const auto unknown = app.remaining();
-        what = unknown.empty() ? "no command; there are eval, clean, check, verify, tags, props, handlers and log"
-                               : "there is no command '" + unknown.front() + "'";
+        what = unknown.empty()
+                   ? "no command; there are eval, clean, check, schema, verify, tags, props, handlers and log"
+                   : "there is no command '" + unknown.front() + "'";
     }
     throw Failure(exitUsage, what + " (velmor --help says more)");
 }
@@ -326,7 +344,7 @@ std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& argu
     app.require_subcommand(1);
     app.footer(programFooter);
     CommandLine line;
-    for (const auto add : {addEval, addClean, addCheck, addVerify, addTags, addProps, addHandlers, addLog})
+    for (const auto add : {addEval, addClean, addCheck, addSchema, addVerify, addTags, addProps, addHandlers, addLog})
         add(app, line);
     try {
         app.parse(withoutHelpCommand(app, decodedBackwards(arguments)));

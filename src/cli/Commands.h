@@ -31,6 +31,13 @@ struct CheckOptions : TemplateOptions {
 // were repaired, which `annotated` then has as comments.
 ExitCode runCheck(platform::Services& services, const CheckOptions& options);
 
+struct SchemaOptions : TemplateOptions {
+    bool sample = false;
+};
+// Prints a JSON Schema of the properties that a template reads, or sample data. Reports included files that are
+// missing.
+ExitCode runSchema(platform::Services& services, const SchemaOptions& options);
+
 struct VerifyOptions {
     std::vector<std::string> inputs;  // at least one
     CheckFormat format = CheckFormat::text;

@@ -1,3 +1,4 @@
+#include "cli/PropertyJson.h"
 #include "automation/Portable.h"
 #include "cli/JsonText.h"
 #include "cli/PropertyListing.h"
@@ -22,6 +23,20 @@ public:
         return complete_;
     }
 
+    Json value(const privProperty& property, int level) {
+        const Variant& value = property.rawValue();
+        if (const auto* number = value.get<std::int32_t>()) return *number;
+        if (const auto* number = value.get<std::int16_t>()) return *number;
+        if (const auto* number = value.get<double>()) return *number;
+        if (value.get<float>() != nullptr) return decimalOf(value);
+        if (const auto* flag = value.get<bool>()) return *flag;
+        if (const auto* date = value.get<automation::Date>()) return dateText(*date, 'T');
+        if (const auto* nested = nestedCollection(property)) return entries(*nested, level + 1);
+        if (auto picture = pictureBase64(services_, value)) return *std::move(picture);
+        const auto text = automation::portable::toText(value);
+        return text ? Json(toUtf8(*text)) : Json(nullptr);
+    }
+
 private:
     Json entries(const privProperties& collection, int level) {
         Json list = Json::array();
@@ -43,20 +58,6 @@ private:
         return made;
     }
 
-    Json value(const privProperty& property, int level) {
-        const Variant& value = property.rawValue();
-        if (const auto* number = value.get<std::int32_t>()) return *number;
-        if (const auto* number = value.get<std::int16_t>()) return *number;
-        if (const auto* number = value.get<double>()) return *number;
-        if (value.get<float>() != nullptr) return decimalOf(value);
-        if (const auto* flag = value.get<bool>()) return *flag;
-        if (const auto* date = value.get<automation::Date>()) return dateText(*date, 'T');
-        if (const auto* nested = nestedCollection(property)) return entries(*nested, level + 1);
-        if (auto picture = pictureBase64(services_, value)) return *std::move(picture);
-        const auto text = automation::portable::toText(value);
-        return text ? Json(toUtf8(*text)) : Json(nullptr);
-    }
-
     // The number that the digits of a single spell: 0.1, not 0.10000000149.
     static Json decimalOf(const Variant& value) {
         const auto text = automation::portable::toText(value);
@@ -69,6 +70,10 @@ private:
 };
 
 }  // namespace
+
+Json jsonOfValue(platform::Services& services, const privProperty& property) {
+    return Writer(services).value(property, 0);
+}
 
 bool printPropertyJson(platform::Services& services, const privProperties& collection) {
     return Writer(services).write(collection);

@@ -388,6 +388,20 @@ class Check(VelmorTest):
         self.assertEqual(self.velmor("check", stdin=b"Dear <KV:TAG>PROPERTY:a=:</KV>"), b"")
         self.velmor("check", "in/letter.rtf", "in/x.txt", "--fix", "x", expect=USAGE)
 
+    def test_schema(self):
+        self.write("t.txt", b"<KV:TAG>PROPERTY:Name:</KV> <KV:TAG>PROPERTY:n=5:</KV> <KV:TAG>PROPERTY:NAME=x:</KV>"
+                            b"<KV:TAG>SETPROPERTY:own=1:</KV><KV:TAG>PROPERTY:own:</KV> <KV:TAG>INCLUDE=x.txt:</KV>")
+        self.write("x.txt", b"<KV:TAG>PROPERTY:yes=True:</KV> <KV:TAG>PROPERTY:text=caf\xc3\xa9:</KV>")
+        schema = json.loads(self.velmor("schema", "t.txt"))
+        self.assertEqual(schema["properties"], {
+            "Name": {}, "n": {"type": "number", "default": 5}, "own": {}, "yes": {"type": "boolean", "default": True},
+            "text": {"type": "string", "default": "caf\u00e9"}})
+        self.assertEqual(schema["required"], ["Name"])
+        self.write("t.json", self.velmor("schema", "t.txt", "--sample"))
+        self.assertEqual(self.velmor("eval", "t.txt", "--data", "t.json", "--encoding", "utf-8").decode(),
+                         "Name 5 Name1 True caf\u00e9")
+        self.velmor("schema", stdin=b"<KV:TAG>INCLUDE=none.txt:</KV>", expect=REPORTED)
+
     def test_verify(self):
         self.assertEqual(self.velmor("verify", "-", stdin=b"{\\rtf1 a}"), b"")
         self.write("out.rtf", b"{\\rtf1 a <KV:T>X:</KV>\\ls3}")
