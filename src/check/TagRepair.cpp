@@ -18,7 +18,10 @@ char16_t straight(char16_t unit) noexcept {
 
 class TagRepair {
 public:
-    explicit TagRepair(const TemplateFile& file) : file_(file), isRtf_(documentStandsAt(file.source(), 0)) {}
+    explicit TagRepair(const TemplateFile& file)
+        : file_(file),
+          isRtf_(documentStandsAt(file.source(), 0)),
+          end_(isRtf_ ? findGroupEnd(file.source(), 1, true) : file.source().size()) {}
 
     RepairedTemplate run();
 
@@ -30,6 +33,7 @@ private:
 
     const TemplateFile& file_;
     const bool isRtf_;
+    const std::size_t end_;  // of the document: its last brace
     TextEdits edits_;
     RepairedTemplate result_;
 };
@@ -48,7 +52,8 @@ void TagRepair::repair(const TemplateTag& tag) {
     const Story& story = file_.storyOf(tag);
     const TextRange source = story.source(tag.span.open, tag.span.end());
     std::optional<std::u16string> text = repaired(story, tag.span.open, tag.span.end());
-    if (!text) {
+    const bool leavesDocument = source.begin < end_ && end_ < source.end;
+    if (!text || leavesDocument) {
         ++result_.left;
     } else if (*text != source.of(file_.source())) {
         ++result_.repaired;

@@ -199,10 +199,11 @@ TEST(TagRepair, MakesTagsWholeAndLeavesTheRest) {
         std::u16string expected;
     } rows[] = {
         {u"{\\rtf1 \\'e4<KV:TAG>PROPERTY:a=:</KV>\\u228?}", u""},
-        {u"{\\rtf1 a <K{\\*\\x 1}V:T}{\\b AG>P\r\n:</K\\i0 V> b}",
-         u"{\\rtf1 a {\\*\\x 1}}{\\b \\i0 <KV:TAG>P:</KV> b}"},
+        {u"{\\rtf1{a <K{\\*\\x 1}V:T}{\\b AG>P\r\n:</K\\i0 V> b}}",
+         u"{\\rtf1{a {\\*\\x 1}}{\\b \\i0 <KV:TAG>P:</KV> b}}"},
         {u"{\\rtf1 <KV:H>a=\\'93x\\u8221?:b=\\'e4:</KV>}", u"{\\rtf1 <KV:H>a=\"x\":b=\xE4:</KV>}"},
         {u"{\\rtf1 <KV:H>a\\par b:</KV> <KV:H>\\{:</KV> <KV:H>\\u1234?:</KV>}", u""},
+        {u"{\\rtf1 a<KV:H>}:</KV>", u""},
         {u"<KV:H>a=\x201Cx\x2019:</KV>", u"<KV:H>a=\"x':</KV>"},
     };
     for (const auto& row : rows) {
