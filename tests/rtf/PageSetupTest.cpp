@@ -86,6 +86,14 @@ const Case cases[] = {
      "AB: " LETTER "\nC: " LETTER " cols2\nD: " LETTER " sbknone\nE: " LETTER "\n"},
     {"and a section that continues its page", false, u"{\\rtf1 A{\\rtf1 B\\sect\\sectd\\sbknone C}D\\sect E}",
      "AB: " LETTER "\nCD: " LETTER " sbknone\nE: " LETTER "\n"},
+    {"and columns in a document in a document", false,
+     u"{\\rtf1 A{\\rtf1 {B{\\rtf1 C\\sect\\sectd\\cols2 D}}E}F\\sect\\sectd G}",
+     "ABC: " LETTER "\nD: " LETTER " cols2\nEF: " LETTER " sbknone\nG: " LETTER "\n"},
+    {"and a section of the host's page", false,
+     u"{\\rtf1\\sectd\\lndscpsxn\\pgwsxn9000\\margrsxn400\\pgwsxn9001 A{\\rtf1 B\\sect\\sectd C\\sect\\sectd "
+     u"\\pghsxn7000 D}E}",
+     "AB: 9001 15840 1800 400 1440 1440 lndscpsxn\nC: 9001 15840 1800 400 1440 1440 lndscpsxn\n"
+     "D: 12240 7000 1800 400 1440 1440\nE: 9001 15840 1800 400 1440 1440 lndscpsxn\n"},
     {"but not in a row", false, u"{\\rtf1 \\trowd\\intbl A{\\rtf1 B\\sect\\sectd\\cols2 C}D\\cell\\row\\pard E}",
      "AB: " LETTER "\nCDE: " LETTER "\n"},
     {"a header marker", false,

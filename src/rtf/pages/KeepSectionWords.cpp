@@ -1,6 +1,7 @@
 #include "rtf/pages/KeepSectionWords.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -16,6 +17,61 @@
 
 namespace velmor {
 namespace {
+
+constexpr std::u16string_view onNewPage = u"\\sbkpage";
+
+// A word that describes a section.
+struct SectionWord {
+    std::u16string_view written;
+    std::size_t depth;  // of the groups around it
+    WordMeaning meaning;
+};
+using SectionWords = std::vector<SectionWord>;
+
+std::u16string_view lettersOf(const SectionWord& word) noexcept {
+    return readWord(word.written, 0).letters;
+}
+
+std::u16string textOf(const SectionWords& words) {
+    std::u16string text;
+    for (const SectionWord& word : words) text += word.written;
+    return text;
+}
+
+std::u16string textOf(SectionWords words, WordTrait trait) {
+    std::erase_if(words, [&](const SectionWord& word) { return !word.meaning.is(trait); });
+    return textOf(words);
+}
+
+// The words for the page, each with its last number.
+SectionWords pageOf(const SectionWords& words) {
+    SectionWords page;
+    for (const SectionWord& word : words) {
+        if (!word.meaning.is(WordTrait::sectionPage)) continue;
+        std::erase_if(page, [&](const SectionWord& other) { return lettersOf(other) == lettersOf(word); });
+        page.push_back(word);
+    }
+    std::sort(page.begin(), page.end(),
+              [](const auto& left, const auto& right) { return left.written < right.written; });
+    return page;
+}
+
+// What a page word of a section gives. The three words for the paper give it together.
+std::u16string_view pageValueOf(std::u16string_view letters) noexcept {
+    return letters == u"pghsxn" || letters == u"lndscpsxn" ? u"pgwsxn" : letters;
+}
+
+// Whether the words begin with those that reset all.
+bool resets(const SectionWords& words) noexcept {
+    return !words.empty() && words.front().meaning.word == Word::sectd;
+}
+
+// The word that says on which page or in which column the section begins.
+std::u16string_view breakOf(const SectionWords& words) {
+    const auto found = std::find_if(words.rbegin(), words.rend(),
+                                    [](const SectionWord& word) { return word.meaning.is(WordTrait::sectionBreak); });
+    return found == words.rend() ? onNewPage : found->written;
+}
 
 class SectionWordKeeper {
 public:
@@ -38,27 +94,22 @@ public:
     TextEdits edits() && { return std::move(edits_); }
 
 private:
-    struct SectionWord {
-        TextRange place;
-        std::size_t depth;
-        WordMeaning meaning;
-    };
-    using SectionWords = std::vector<SectionWord>;
-
     struct Document {
         std::size_t depth;  // of what it holds
         bool ownsSection;
-        bool inBody;  // a section can end in it
+        bool inBody;                         // a section can end in it
+        std::optional<SectionWords> page{};  // around it; absent until it is asked for
     };
 
     void openGroup(std::size_t index);
     void closeGroup(std::size_t index);
     void closeDocument(std::size_t index);
     void takeWord(const ControlWord& word);
+    void resetSection(const ControlWord& word, WordMeaning meaning);
+    SectionWords wordsAround(const Document& document) const;
     void endSection(std::size_t index);
     void endSectionInDocument();
-    void keepBreak();
-    std::u16string textOf(const SectionWords& words, bool (*choose)(WordMeaning)) const;
+    SectionWords goingOn(std::u16string_view sectionBreak) const;
     bool showsSince(std::size_t begin, std::size_t end) const { return showsText(text_.substr(begin, end - begin)); }
 
     std::u16string_view text_;
@@ -69,7 +120,7 @@ private:
     SectionWords inForce_;  // deeper ones follow
     // Of documents that ended, in the section that is read.
     SectionWords ended_;
-    SectionWords around_;     // those in force around the last of them
+    SectionWords around_;     // those around the last of them
     bool canEnd_ = false;     // the section can end in the last of them
     std::u16string resumed_;  // what the next section says anew if it does not begin with "\sectd"
     RowState row_;
@@ -102,11 +153,11 @@ void SectionWordKeeper::closeDocument(std::size_t index) {
     const Document document = documents_.back();
     documents_.pop_back();
     if (!document.ownsSection) return;
-    if (!ended_.empty() && showsSince(after_, index)) ended_.clear();
+    if (!ended_.empty() && showsSince(after_, index)) canEnd_ ? endSectionInDocument() : ended_.clear();
     const auto own = std::find_if(inForce_.begin(), inForce_.end(),
                                   [&](const SectionWord& word) { return word.depth >= document.depth; });
-    ended_.insert(ended_.begin(), own, inForce_.end());
-    around_.assign(inForce_.begin(), own);
+    if (!resets(ended_)) ended_.insert(ended_.begin(), own, inForce_.end());
+    around_ = wordsAround(document);
     canEnd_ = document.inBody && !mergeMode_;
     after_ = index + 1;
     place_ = {after_, depth_};
@@ -122,18 +173,44 @@ void SectionWordKeeper::takeWord(const ControlWord& word) {
         }
         resumed_.clear();
         for (Document& document : documents_) document.ownsSection = true;
+    } else if (meaning.word == Word::sectd) {
+        resetSection(word, meaning);
     } else if (meaning.is(WordTrait::section)) {
-        // What \sectd resets is of no use; what groups around it say holds again after them.
-        const bool resets = meaning.word == Word::sectd;
-        while (resets && !inForce_.empty() && inForce_.back().depth == depth_) inForce_.pop_back();
-        inForce_.push_back({{word.begin, word.end}, depth_, meaning});
+        inForce_.push_back({TextRange{word.begin, word.end}.of(text_), depth_, meaning});
     }
+}
+
+// What \sectd resets is of no use; what groups around it say holds again after them. In a document it also resets the
+// page to that of the host's header; so the page of the host's section follows it.
+void SectionWordKeeper::resetSection(const ControlWord& word, WordMeaning meaning) {
+    while (!inForce_.empty() && inForce_.back().depth == depth_) inForce_.pop_back();
+    inForce_.push_back({TextRange{word.begin, word.end}.of(text_), depth_, meaning});
+    if (mergeMode_ || documents_.empty() || !documents_.back().inBody) return;
+    Document& document = documents_.back();
+    if (!document.page) document.page = pageOf(wordsAround(document));
+    SectionWords page = *document.page;
+    for (WordRun own(text_, word.end); own.next() && own.word().letters != u"sectd";) {
+        const std::u16string_view given = pageValueOf(own.word().letters);
+        std::erase_if(page, [&](const SectionWord& around) { return pageValueOf(lettersOf(around)) == given; });
+    }
+    for (const SectionWord& around : page) inForce_.push_back({around.written, depth_, around.meaning});
+    edits_.replaceVal(word.end, word.end, textOf(page));
+}
+
+SectionWords SectionWordKeeper::wordsAround(const Document& document) const {
+    SectionWords words;
+    for (const SectionWord& word : inForce_) {
+        if (word.depth >= document.depth) break;
+        words.push_back(word);
+        if (word.meaning.word == Word::sectd) words.clear();
+    }
+    return words;
 }
 
 void SectionWordKeeper::endSection(std::size_t index) {
     if (ended_.empty()) return;
     if (!showsSince(after_, index)) {
-        edits_.replaceApartVal(place_.at, place_.at, textOf(ended_, [](WordMeaning) { return true; }));
+        edits_.replaceApartVal(place_.at, place_.at, textOf(ended_));
     } else if (canEnd_) {
         endSectionInDocument();
     }
@@ -141,35 +218,29 @@ void SectionWordKeeper::endSection(std::size_t index) {
 }
 
 // Text of the host follows the document in its last section. When that has another page or other columns than the
-// text around the document, it ends with the document, and the host's section goes on in a new one.
+// text around the document, it ends with the document, and the host's section goes on in a new one. Else the text goes
+// on in the document's section, which begins as it does in the document. `ended_` is then what goes on, since the host
+// may be a document itself.
 void SectionWordKeeper::endSectionInDocument() {
-    const auto page = [](WordMeaning word) { return word.is(WordTrait::sectionPage); };
-    const auto columns = [](WordMeaning word) { return word.is(WordTrait::columns); };
-    const bool samePage = textOf(ended_, page) == textOf(around_, page);
-    if (samePage && textOf(ended_, columns) == textOf(around_, columns)) return keepBreak();
-    edits_.replaceApartVal(after_ - 1, after_ - 1, u"\\sect");
-    const auto goesOn = [](WordMeaning word) { return !word.is(WordTrait::sectionStart); };
-    edits_.replaceApartVal(place_.at, place_.at,
-                           u"\\sectd" + textOf(around_, goesOn) + (samePage ? u"\\sbknone" : u"\\sbkpage"));
-    const auto begins = [](WordMeaning word) { return word.is(WordTrait::sectionStart) && word.word != Word::sectd; };
-    resumed_ = u"\\sbkpage" + textOf(around_, begins);
+    if (!resets(ended_)) ended_.insert(ended_.begin(), around_.begin(), around_.end());
+    const bool samePage = textOf(pageOf(ended_)) == textOf(pageOf(around_));
+    const bool sameSection = samePage && textOf(ended_, WordTrait::columns) == textOf(around_, WordTrait::columns);
+    const std::u16string_view begins = sameSection ? breakOf(ended_) : samePage ? u"\\sbknone" : onNewPage;
+    ended_ = goingOn(begins);
+    if (!sameSection) edits_.replaceApartVal(after_ - 1, after_ - 1, u"\\sect");
+    if (sameSection && begins == breakOf(around_)) return;
+    edits_.replaceApartVal(place_.at, place_.at, sameSection ? std::u16string(begins) : textOf(ended_));
+    resumed_ = std::u16string(onNewPage) + textOf(around_, WordTrait::sectionStart);
 }
 
-// The host's text goes on in the document's last section, which begins as it does in the document.
-void SectionWordKeeper::keepBreak() {
-    const auto isBreak = [](WordMeaning word) { return word.is(WordTrait::sectionBreak); };
-    const std::u16string own = textOf(ended_, isBreak), hosts = textOf(around_, isBreak);
-    if (own == hosts) return;
-    edits_.replaceApartVal(place_.at, place_.at, own.empty() ? u"\\sbkpage" : own);
-    resumed_ = hosts.empty() ? u"\\sbkpage" : hosts;
-}
-
-std::u16string SectionWordKeeper::textOf(const SectionWords& words, bool (*choose)(WordMeaning)) const {
-    std::u16string text;
-    for (const SectionWord& word : words) {
-        if (choose(word.meaning)) text += word.place.of(text_);
+// The words around the last document, in a section that begins so.
+SectionWords SectionWordKeeper::goingOn(std::u16string_view sectionBreak) const {
+    SectionWords words{{u"\\sectd", depth_, meaningOf(u"sectd")}};
+    for (const SectionWord& word : around_) {
+        if (!word.meaning.is(WordTrait::sectionStart)) words.push_back(word);
     }
-    return text;
+    words.push_back({sectionBreak, depth_, meaningOf(sectionBreak.substr(1))});
+    return words;
 }
 
 }  // namespace
