@@ -14,6 +14,7 @@ RTF_PAGE = {b"paperw": 12240, b"paperh": 15840, b"margl": 1800, b"margr": 1800, 
 SECTION_PAGE = {b"pgwsxn": b"paperw", b"pghsxn": b"paperh", b"marglsxn": b"margl", b"margrsxn": b"margr",
                 b"margtsxn": b"margt", b"margbsxn": b"margb", b"guttersxn": b"gutter", b"lndscpsxn": b"landscape"}
 COLUMNS = frozenset((b"cols", b"colsx", b"colno", b"colw", b"colsr", b"linebetcol"))
+NUMBERING = frozenset((b"pnlvl", b"pnlvlbody", b"pnlvlblt", b"pnlvlcont"))  # in {\*\pn: of the paragraph around it
 PAGE_FIELD = re.compile(rb"\\chpgn|\\sectnum|fldinst[^}]*?(PAGE|SECTION)", re.S)
 CLOCK_FIELD = re.compile(rb"\\chtime|\\chdate|\\chdpl|\\chdpa|fldinst[^}]*?(TIME|DATE)", re.S)
 
@@ -56,7 +57,7 @@ class State:
     """The state of a group: whether its text is body text, and its paragraph."""
 
     def __init__(self):
-        self.body, self.fresh, self.table, self.list = True, True, False, False
+        self.body, self.fresh, self.table, self.list, self.numbers_outside = True, True, False, False, False
         self.section = {}
 
     def copy(self):
@@ -77,8 +78,10 @@ class State:
             self.table = self.list = False
         elif word in (b"intbl", b"trowd") or word == b"itap":
             self.table = on
-        elif word in (b"ls", b"pnlvl", b"pnlvlbody", b"pnlvlblt"):
+        elif word == b"ls":
             self.list = on
+        elif word in NUMBERING:
+            self.numbers_outside = on
         elif word == b"sectd":
             self.section = {}
         elif word in SECTION_PAGE:
@@ -110,10 +113,11 @@ def walk(data):
         if token.brace == b"{":
             states.append(states[-1].copy())
         elif token.brace == b"}":
-            states.pop()
+            closed = states.pop()
             if not states:
                 return
             states[-1].fresh = False
+            states[-1].list |= closed.numbers_outside
         else:
             is_ignorable = states[-1].fresh and data[token.start: token.end] == b"\\*"
             is_text = token.word is None and not is_ignorable
@@ -189,6 +193,16 @@ def on_page(data, page):
             out.append(data[kept:token.start] + b"\\nopage ")  # a word that readers ignore
             kept = token.end
     return with_page_words(b"".join(out) + data[kept:], page)
+
+
+def with_columns_ended(data):
+    """The document with text on the same page after its last section, if that has columns."""
+    end = end_place(data)
+    if not end.columns:
+        return data
+    if end.before.startswith(b"\\par "):
+        end.before = b""  # \sect ends the paragraph
+    return end.put(data, b"\\sect\\sectd\\sbknone\\pard\\plain\\~")
 
 
 def adds_spacing(data):
