@@ -9,13 +9,14 @@ CLOCK = re.compile(r"\d")
 
 
 class Numbers:
-    """The numbers that may replace a page number or a number of pages.
+    """The numbers that may replace a page number, a number of pages or that of a note.
 
-    A document whose pages follow others counts on from them, and the number of pages is that of the whole."""
+    A document whose pages follow others counts on from them, and the number of pages is that of the whole. Its notes
+    count on from at most `notes` others."""
 
-    def __init__(self, offset=0, pages=0, total=0, has_fields=False, has_clock=False):
+    def __init__(self, offset=0, pages=0, total=0, has_fields=False, has_clock=False, notes=0):
         self.offset, self.pages, self.total = offset, pages, total
-        self.has_fields, self.has_clock = has_fields, has_clock
+        self.has_fields, self.has_clock, self.notes = has_fields, has_clock, notes
 
     def like(self, expected, actual):
         """Whether one text may replace the other."""
@@ -23,13 +24,16 @@ class Numbers:
             return True
         if self.has_clock and CLOCK.sub("0", expected) == CLOCK.sub("0", actual):
             return True
-        if not self.has_fields or DIGITS.sub("0", expected) != DIGITS.sub("0", actual):
+        if not (self.has_fields or self.notes) or DIGITS.sub("0", expected) != DIGITS.sub("0", actual):
             return False
         pairs = zip(DIGITS.findall(expected), DIGITS.findall(actual))
         return all(int(b) in self._may_be(int(a)) for a, b in pairs)
 
     def _may_be(self, number):
-        return {number, number + self.offset} | ({self.total} if number == self.pages else set())
+        may_be = set(range(number, number + self.notes + 1))
+        if self.has_fields:
+            may_be |= {number + self.offset} | ({self.total} if number == self.pages else set())
+        return may_be
 
 
 def look(word, place):
@@ -117,7 +121,12 @@ def compare_flow(expected, actual, may_move):
                 expected[a + i][1].like(left[a + i], right[c + i]) for i in range(b - a)):
             kind = "equal"
         if kind == "equal":
-            found += [(a + i, text) for i in range(b - a) for text in flow_word(expected[a + i], actual[c + i])]
+            unlike = [(a + i, text) for i in range(b - a) for text in flow_word(expected[a + i], actual[c + i])]
+            if may_move:
+                lost += [at for at, _ in unlike]
+                new += [(at, actual[c + at - a]) for at, _ in unlike]
+            else:
+                found += unlike
         else:
             lost += range(a, b)
             new += [(a, word) for word in actual[c:d]]
@@ -140,8 +149,8 @@ def without_moved(expected, lost, new):
     """Words that are lost here and new there are the same words, moved."""
     still = []
     for at in lost:
-        word, _, counts = expected[at]
-        partner = next((item for item in new if item[1].text == word.text
+        word, numbers, counts = expected[at]
+        partner = next((item for item in new if numbers.like(word.text, item[1].text)
                         and (counts is None or is_same(word, item[1], counts))), None)
         if partner:
             new.remove(partner)

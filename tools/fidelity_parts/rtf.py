@@ -13,6 +13,7 @@ DOCUMENT_PAGE = frozenset((b"paperw", b"paperh", b"margl", b"margr", b"margt", b
 RTF_PAGE = {b"paperw": 12240, b"paperh": 15840, b"margl": 1800, b"margr": 1800, b"margt": 1440, b"margb": 1440}
 SECTION_PAGE = {b"pgwsxn": b"paperw", b"pghsxn": b"paperh", b"marglsxn": b"margl", b"margrsxn": b"margr",
                 b"margtsxn": b"margt", b"margbsxn": b"margb", b"guttersxn": b"gutter", b"lndscpsxn": b"landscape"}
+SEVERAL = re.compile(rb"\\cols([2-9]|1\d)")
 COLUMNS = frozenset((b"cols", b"colsx", b"colno", b"colw", b"colsr", b"linebetcol"))
 NUMBERING = frozenset((b"pnlvl", b"pnlvlbody", b"pnlvlblt", b"pnlvlcont"))  # in {\*\pn: of the paragraph around it
 PAGE_FIELD = re.compile(rb"\\chpgn|\\sectnum|fldinst[^}]*?(PAGE|SECTION)", re.S)
@@ -22,14 +23,14 @@ CLOCK_FIELD = re.compile(rb"\\chtime|\\chdate|\\chdpl|\\chdpa|fldinst[^}]*?(TIME
 class Token:
     """One token: its place, and its control word and number if it has them."""
 
-    __slots__ = ("start", "end", "word", "number", "brace")
+    __slots__ = ("start", "end", "word", "number", "text", "brace")
 
     def __init__(self, match):
         self.start, self.end = match.span()
         self.word = match.group(1)
         self.number = int(match.group(2)) if match.group(2) else None
-        first = match.group(0)
-        self.brace = first if first in (b"{", b"}") else b""
+        self.text = match.group(0)
+        self.brace = self.text if self.text in (b"{", b"}") else b""
 
 
 def tokens(data):
@@ -86,18 +87,19 @@ class State:
             self.section = {}
         elif word in SECTION_PAGE:
             self.section[SECTION_PAGE[word]] = 1 if number is None else number
-        elif word in COLUMNS and number != 1:
-            self.section[b"cols"] = 1
+        elif word in COLUMNS:
+            self.section[b"columns"] = self.section.get(b"columns", b"") + token.text
         elif word in DOCUMENT_PAGE:
             page[word] = 1 if number is None else number
 
 
 class Place:
-    """A place for a tag: the offset, what must precede and follow the tag, and the page there."""
+    """A place for a tag: the offset, what must precede and follow the tag, and the page and the columns there."""
 
     def __init__(self, offset, before, after, page):
         self.offset, self.before, self.after = offset, before, after
-        self.columns = page.pop(b"cols", 0)
+        columns = page.pop(b"columns", b"")
+        self.columns = columns if SEVERAL.search(columns) else b""
         self.page = page
 
     def put(self, data, text):
@@ -183,16 +185,17 @@ def without_headers(data):
     return b"".join(out) + (data[kept:] if skip_from is None else b"")
 
 
-def on_page(data, page):
+def on_page(data, page, columns):
     """The document on another page: its own page words and the columns of its first section are replaced."""
     out, kept, is_first = [], 0, True
     for token in tokens(data):
         is_first = is_first and token.word != b"sect"
-        drop = token.word in DOCUMENT_PAGE or is_first and (token.word in SECTION_PAGE or token.word in COLUMNS)
+        drop = token.word in DOCUMENT_PAGE or is_first and (
+            token.word in SECTION_PAGE or token.word in COLUMNS or columns and token.word == b"sectd")
         if drop:
             out.append(data[kept:token.start] + b"\\nopage ")  # a word that readers ignore
             kept = token.end
-    return with_page_words(b"".join(out) + data[kept:], page)
+    return after_opening(with_page_words(b"".join(out) + data[kept:], page), columns)
 
 
 def with_columns_ended(data):
