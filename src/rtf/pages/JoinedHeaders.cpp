@@ -4,27 +4,10 @@
 #include <utility>
 
 #include "rtf/edit/EmbeddedDocuments.h"
+#include "rtf/read/DocumentHeader.h"
 #include "rtf/read/RtfReader.h"
-#include "rtf/read/WordTable.h"
-#include "text/Compare.h"
 
 namespace velmor {
-namespace {
-
-bool beginsBody(WordMeaning meaning) noexcept {
-    return meaning.is(WordTrait::beginsText) || meaning.is(WordTrait::endsParagraph) || meaning.is(WordTrait::shown) ||
-           meaning.is(WordTrait::shownCell);
-}
-
-// What may stand in a host's header.
-bool isTable(std::u16string_view text, std::size_t index) {
-    if (!standsAt(text, index, u"{")) return false;
-    const GroupOpening opening = readOpening(text, index);
-    return opening.ignorable || wordIs(WordTrait::hostTable, opening.letters);
-}
-
-}  // namespace
-
 JoinedHeaders::JoinedHeaders(std::u16string_view text, const std::vector<Join>& joins, bool tolerant, TextEdits& edits)
     : text_(text), joins_(joins), tolerant_(tolerant), edits_(edits) {
     const std::size_t host = findHostDocument(text);
@@ -39,21 +22,9 @@ JoinedHeaders::JoinedHeaders(std::u16string_view text, const std::vector<Join>& 
 
 // Readers search the word in the header of the whole text.
 void JoinedHeaders::letHostFace(std::size_t host) {
-    std::size_t at = hostHeaderStart(text_, host);
-    WordRun header(text_, at);
-    for (;;) {
-        if (header.next()) {
-            const WordMeaning meaning = meaningOf(header.word().letters);
-            if (meaning.word == Word::facingp) return;
-            if (beginsBody(meaning)) break;
-            at = endWithBlank(text_, header.word());
-        } else {
-            const bool table = isTable(text_, header.end());
-            const std::size_t end = table ? findGroupEnd(text_, header.end() + 1, true) : noGroupEnd;
-            if (end == noGroupEnd) break;
-            at = end + 1;
-        }
-        header.goOnAt(at);
+    const std::size_t header = hostHeaderStart(text_, host), at = skipBlank(text_, header);
+    for (DocumentHeader words(text_, header); words.next();) {
+        if (words.word().letters == u"facingp") return;
     }
     edits_.replaceApartVal(at, at, u"\\facingp");
 }

@@ -30,7 +30,6 @@ constexpr Traits moreFont = bit(WordTrait::moreFont);
 constexpr Traits colour = bit(WordTrait::colour);
 constexpr Traits moreColour = bit(WordTrait::moreColour);
 constexpr Traits listPart = bit(WordTrait::listPart);
-constexpr Traits hostTable = bit(WordTrait::hostTable);
 constexpr Traits beginsText = bit(WordTrait::beginsText);
 constexpr Traits edge = bit(WordTrait::edge);
 constexpr Traits borderLine = bit(WordTrait::borderLine);
@@ -121,7 +120,7 @@ constexpr Row table[] = {
     {u"clcfpatraw", moreColour},
     {u"colno", section | columns},
     {u"colorschememapping", documentGroup},
-    {u"colortbl", hiddenGroup | hostTable},
+    {u"colortbl", hiddenGroup},
     {u"cols", section | columns},
     {u"colsr", section | columns},
     {u"colsx", section | columns},
@@ -181,9 +180,9 @@ constexpr Row table[] = {
     {u"felnbrelev", documentWord},
     {u"fet", documentWord},
     {u"fi", paragraph},
-    {u"filetbl", hiddenGroup | documentGroup | hostTable},
+    {u"filetbl", hiddenGroup | documentGroup},
     {u"fldinst", hiddenGroup},
-    {u"fonttbl", hiddenGroup | hostTable},
+    {u"fonttbl", hiddenGroup},
     {u"footer", hiddenGroup | apartGroup},
     {u"footerf", hiddenGroup | apartGroup},
     {u"footerl", hiddenGroup | apartGroup},
@@ -237,7 +236,7 @@ constexpr Row table[] = {
     {u"ilfomacatclnup", documentWord},
     {u"indmirror", paragraph},
     {u"indrlsweleven", documentWord},
-    {u"info", hiddenGroup | documentGroup | hostTable},
+    {u"info", hiddenGroup | documentGroup},
     {u"intbl", none, Word::intbl},
     {u"itap", none, Word::itap},
     {u"jcompress", documentWord},
@@ -442,7 +441,7 @@ constexpr Row table[] = {
     {u"stylelockenforced", documentWord},
     {u"stylelockqfset", documentWord},
     {u"stylelocktheme", documentWord},
-    {u"stylesheet", hiddenGroup | hostTable},
+    {u"stylesheet", hiddenGroup},
     {u"stylesortmethod", documentWord},
     {u"subfontbysize", documentWord},
     {u"swpbdr", documentWord},
@@ -483,7 +482,6 @@ constexpr Row table[] = {
     {u"u", shown, Word::u},
     {u"uc", none, Word::uc},
     {u"ulc", colour},
-    {u"upr", hostTable},
     {u"useltbaln", documentWord},
     {u"usenormstyforlist", documentWord},
     {u"userprops", documentGroup},

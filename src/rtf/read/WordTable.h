@@ -26,7 +26,6 @@ enum class WordTrait : std::uint8_t {
     colour,         // its number is a colour's
     moreColour,     // so it is; exact cleaning does not renumber it
     listPart,       // the group that begins with it is a list, an override, or a level of one
-    hostTable,      // the group that begins with it belongs to the header of a whole document
     beginsText,     // the word ends the header of a document
     edge,           // the word names an edge of a paragraph that gets a border
     borderLine,     // the word describes the line of a border, or its distance
