@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "rtf/edit/TextEdits.h"
-#include "rtf/merge/NumberMap.h"
+#include "rtf/pages/PageSetup.h"
 #include "rtf/read/RtfReader.h"
 
 namespace velmor {
@@ -13,12 +13,11 @@ namespace {
 
 constexpr std::int32_t readersDistance = 720;
 constexpr std::int32_t smallestDistance = 100;  // less would be very many stops
-constexpr std::int32_t readersWidth = 12240, readersMargin = 1800;
 
 std::optional<std::int32_t> firstNumberOf(std::u16string_view text, std::u16string_view word) {
     RtfSearch search(text);
-    for (std::size_t at = 0; (at = search.find(word, at)) != text.npos; ++at) {
-        const std::u16string_view number = wordStandsAt(text, at, word) ? readWord(text, at).number : u"";
+    for (std::size_t at = 0; (at = search.findWord(word, at)) != text.npos; ++at) {
+        const std::u16string_view number = readWord(text, at).number;
         if (!number.empty()) return numberOf(number);
     }
     return std::nullopt;
@@ -100,12 +99,13 @@ std::int32_t defaultTabOf(std::u16string_view text) {
 }
 
 std::int32_t textWidthOf(std::u16string_view text) {
-    const auto number = [&](std::u16string_view word, std::int32_t otherwise) {
-        return std::int64_t{firstNumberOf(text, word).value_or(otherwise)};
+    const auto number = [&](PageSetup::Value value) {
+        const std::u16string word = u"\\" + std::u16string(PageSetup::documentWords[value]);
+        return std::int64_t{firstNumberOf(text, word).value_or(PageSetup::defaults[value])};
     };
-    const std::int64_t width = number(u"\\paperw", readersWidth) - number(u"\\margl", readersMargin);
+    const std::int64_t width = number(PageSetup::width) - number(PageSetup::left) - number(PageSetup::right);
     constexpr std::int64_t widest = 31680;
-    return static_cast<std::int32_t>(std::clamp<std::int64_t>(width - number(u"\\margr", readersMargin), 0, widest));
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(width, 0, widest));
 }
 
 void keepDefaultTabs(std::u16string& text, std::int32_t distance, std::int32_t width) {

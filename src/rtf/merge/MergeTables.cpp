@@ -144,9 +144,7 @@ std::int32_t countOwnLists(std::u16string_view text) {
     constexpr std::u16string_view group = u"{\\*\\pn";
     RtfSearch search(text, true);
     std::int32_t count = 0;
-    for (std::size_t at = 0; (at = search.find(group, at)) != text.npos; at += group.size()) {
-        count += wordStandsAt(text, at + 3, u"\\pn");
-    }
+    for (std::size_t at = 0; (at = search.findWord(group, at)) != text.npos; at += group.size()) ++count;
     return count;
 }
 
@@ -237,11 +235,7 @@ void TableMerge::readTables(std::u16string_view text, std::size_t header, bool h
 // \widowctrl of the host holds for the whole text; the paragraphs of a whole document say what holds for them alone.
 void TableMerge::keepWidowControl(std::u16string_view text, bool host) {
     if (!options_.tolerant || (!host && !whole_)) return;
-    constexpr std::u16string_view word = u"\\widowctrl";
-    RtfSearch search(text);
-    std::size_t at = search.find(word, 0);
-    while (at != text.npos && !wordStandsAt(text, at, word)) at = search.find(word, at + 1);
-    const bool controls = at != text.npos;
+    const bool controls = RtfSearch(text).findWord(u"\\widowctrl") != text.npos;
     if (host) {
         hostControlsWidows_ = controls;
     } else if (controls != hostControlsWidows_) {

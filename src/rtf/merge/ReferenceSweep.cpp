@@ -78,26 +78,13 @@ void ReferenceSweep::takeNumber(const ControlWord& found, WordMeaning meaning, s
     const auto isReference = [&](WordTrait always, WordTrait tolerant) {
         return meaning.is(always) || (tolerant_ && meaning.is(tolerant));
     };
-    const auto replaceStyle = [&](StyleKind style) {
-        if (references_.styles != nullptr) replaceNumber(found, references_.styles->numberOf(style, found.number));
-    };
     if (isReference(WordTrait::font, WordTrait::moreFont)) replacePlainly(found, letters, references_.fonts);
     if (isReference(WordTrait::colour, WordTrait::moreColour)) replacePlainly(found, letters, references_.colours);
-    switch (meaning.word) {
-        case Word::s:
-            return replaceStyle(StyleKind::paragraph);
-        case Word::cs:
-            return replaceStyle(StyleKind::character);
-        case Word::ds:
-            return replaceStyle(StyleKind::section);
-        case Word::ts:
-        case Word::yts:
-            return replaceStyle(StyleKind::table);
-        case Word::ls:
-            if (references_.lists != nullptr) replaceNumber(found, references_.lists->numberOf(found.number));
-            return;
-        default:
-            return;
+    const auto style = meaning.word == Word::yts ? StyleKind::table : styleKindOf(meaning.word);
+    if (style && references_.styles != nullptr) {
+        replaceNumber(found, references_.styles->numberOf(*style, found.number));
+    } else if (meaning.word == Word::ls && references_.lists != nullptr) {
+        replaceNumber(found, references_.lists->numberOf(found.number));
     }
 }
 

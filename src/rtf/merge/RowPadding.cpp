@@ -21,9 +21,7 @@ bool saysPadding(std::u16string_view text, std::size_t row) {
 
 void padFirstRow(std::u16string& text) {
     constexpr std::u16string_view row = u"\\trowd";
-    RtfSearch rows(text, true);
-    std::size_t at = rows.find(row, 0);
-    while (at != text.npos && !wordStandsAt(text, at, row)) at = rows.find(row, at + 1);
+    const std::size_t at = RtfSearch(text, true).findWord(row);
     if (at != text.npos && !saysPadding(text, at + row.size())) text.insert(at + row.size(), u"\\trpaddl0\\trpaddr0");
 }
 

@@ -27,15 +27,6 @@ std::u16string_view trimmed(std::u16string_view text) {
     return text;
 }
 
-// The words that number a style, by kind.
-std::optional<StyleKind> kindOf(std::u16string_view letters) {
-    if (letters == u"s") return StyleKind::paragraph;
-    if (letters == u"cs") return StyleKind::character;
-    if (letters == u"ds") return StyleKind::section;
-    if (letters == u"ts") return StyleKind::table;
-    return std::nullopt;
-}
-
 // Where a reference looks first: another kind than its own for \slink, paragraphs for \snext.
 StyleKind linkedKind(StyleKind kind) {
     return kind == StyleKind::paragraph ? StyleKind::character : StyleKind::paragraph;
@@ -55,6 +46,21 @@ std::optional<ControlWord> findWord(std::u16string_view look, std::u16string_vie
 }
 
 }  // namespace
+
+std::optional<StyleKind> styleKindOf(Word word) noexcept {
+    switch (word) {
+        case Word::s:
+            return StyleKind::paragraph;
+        case Word::cs:
+            return StyleKind::character;
+        case Word::ds:
+            return StyleKind::section;
+        case Word::ts:
+            return StyleKind::table;
+        default:
+            return std::nullopt;
+    }
+}
 
 StyleSheet::StyleSheet(const CleanOptions& options) : tolerant_(options.tolerant) {
     fresh_.take(decimal(noStyle));
@@ -77,7 +83,7 @@ void StyleSheet::noteWord(Style& style, const EntryItems& items) const {
     const Reference reference{word.numberBegin(), word.number};
     const bool numbered = !word.number.empty();
     if (numbered && style.number.digits.empty()) {
-        if (const auto kind = kindOf(word.letters)) {
+        if (const auto kind = styleKindOf(meaningOf(word.letters).word)) {
             style.kind = *kind;
             style.number = reference;
             return;
@@ -285,41 +291,28 @@ bool StyleSheet::gainsSize(const Style& style) const {
 
 void StyleSheet::append(const Style& style) {
     std::u16string entry(style.entry);
-    struct Change {
-        std::size_t begin, end;
-        std::u16string text;
-    };
-    std::vector<Change> changes;
+    TextEdits edits;
     // A reference to no style of the document must not come to mean another document's.
     const auto point = [&](const Reference& reference, const Style* to, std::int32_t otherwise) {
         if (reference.digits.empty() || (to == nullptr && host_)) return;
         const std::int32_t number = to == nullptr ? otherwise : to->newNumber;
-        changes.push_back({reference.at, reference.at + reference.digits.size(), decimal(number)});
+        edits.replaceVal(reference.at, reference.at + reference.digits.size(), decimal(number));
     };
     const std::u16string number = decimal(style.newNumber) + style.font + ownSpacing(style);
     if (!style.number.digits.empty()) {
-        changes.push_back({style.number.at, style.number.at + style.number.digits.size(), number});
+        edits.replaceVal(style.number.at, style.number.at + style.number.digits.size(), number);
     } else if (style.newNumber != 0) {
-        changes.push_back({1, 1, u"\\s" + number});
+        edits.replaceVal(1, 1, u"\\s" + number);
     }
     if (losesWords(style) || gainsSize(style)) {
         const std::size_t begin = style.base.at - baseWord.size();
-        changes.push_back({begin, endWithBlank(style.entry, readWord(style.entry, begin)), {}});
+        edits.cut(begin, endWithBlank(style.entry, readWord(style.entry, begin)));
     } else {
         point(style.base, styleOf(style.base, style.kind), noStyle);
     }
     point(style.next, styleOf(style.next, StyleKind::paragraph), style.newNumber);
     point(style.link, styleOf(style.link, linkedKind(style.kind)), noStyle);
-    if (!style.suffix.empty()) changes.push_back({style.nameEnd, style.nameEnd, style.suffix});
-    std::sort(changes.begin(), changes.end(), [](const Change& a, const Change& b) { return a.begin < b.begin; });
-    TextEdits edits;
-    for (Change& change : changes) {
-        if (change.text.empty()) {
-            edits.cut(change.begin, change.end);
-        } else {
-            edits.replace(change.begin, change.end, change.text);
-        }
-    }
+    if (!style.suffix.empty()) edits.insert(style.nameEnd, style.suffix);
     edits.apply(entry);
     entries_.append(u"\r\n").append(entry);
 }

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -11,10 +12,14 @@
 #include "rtf/merge/FreshNumbers.h"
 #include "rtf/merge/NumberMap.h"
 #include "rtf/merge/TableEntries.h"
+#include "rtf/read/WordTable.h"
 
 namespace velmor {
 
 enum class StyleKind : std::uint8_t { paragraph, character, section, table };
+
+// The kind of style that the word numbers.
+std::optional<StyleKind> styleKindOf(Word word) noexcept;
 
 // The styles of all documents of a run. The host's keep their names and numbers. A style of another
 // document that equals one already here is that one; any other gets a number of its own, and, when

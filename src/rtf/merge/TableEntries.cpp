@@ -72,7 +72,7 @@ void EntryItems::readEscape() noexcept {
     word_ = readWord(entry_, at_);
     if (!word_.letters.empty()) {
         kind_ = Kind::word;
-        at_ = word_.end + (word_.end < entry_.size() && entry_[word_.end] == u' ');
+        at_ = endWithBlank(entry_, word_);
     } else {
         const bool isByte = standsAt(entry_, at_, u"\\'");
         at_ = std::min(entry_.size(), at_ + (isByte ? 4u : 2u));

@@ -110,6 +110,12 @@ std::size_t RtfSearch::find(std::u16string_view sought, std::size_t from, Compar
     return from;
 }
 
+std::size_t RtfSearch::findWord(std::u16string_view word, std::size_t from) noexcept {
+    std::size_t at = find(word, from);
+    while (at != text_.npos && !wordStandsAt(text_, at, word)) at = find(word, at + 1);
+    return at;
+}
+
 // The end of the data around `index`; `index` itself outside of data.
 std::size_t RtfSearch::skipData(std::size_t index) noexcept {
     constexpr std::u16string_view word = u"\\bin";

@@ -255,6 +255,8 @@ public:
 
     // The first `sought` at or after the index; npos when there is none. Indices ascend.
     std::size_t find(std::u16string_view sought, std::size_t from, Comparison comparison = Comparison::binary) noexcept;
+    // The same for a whole word.
+    std::size_t findWord(std::u16string_view word, std::size_t from = 0) noexcept;
 
 private:
     std::size_t skipData(std::size_t index) noexcept;
