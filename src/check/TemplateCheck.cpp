@@ -13,6 +13,8 @@
 
 namespace velmor {
 
+using automation::Variant;
+
 namespace {
 
 constexpr std::u16string_view kPathProperty = u"Path";
@@ -83,9 +85,25 @@ void TemplateCheck::checkTag(const TagParts& tag) {
     handlers_.check(tag);
     if (tag.handler() != BuiltInCommands::handler) return;
     if (tag.command() == u"PROPERTY") properties_.read(tag);
-    if (tag.command() == u"SETPROPERTY") properties_.set(tag);
+    if (tag.command() == u"SETPROPERTY") {
+        properties_.set(tag);
+        checkPreprocess(tag);
+    }
     if (tag.command() == u"SETPATH") setPath(tag);
     if (tag.command() == u"INCLUDE") checkInclude(tag);
+}
+
+// A value that is no truth value counts as False, which those that mean it do as well.
+void TemplateCheck::checkPreprocess(const TagParts& tag) {
+    const TagElement* const element = tag.find(u"PREPROCESS");
+    const PropertyRef value = element != nullptr ? element->read(services_) : nullptr;
+    if (!value || !isLiteral(value->ValueStr())) return;
+    const std::u16string lower = lowerCase(value->ValueStr());
+    const bool isTruthValue = value->ValueBoolean() || automation::toBoolean(value->Value()) || lower == u"no" ||
+                              lower == u"n" || lower == u"f" || lower == u"off";
+    if (isTruthValue) return;
+    found_.add(DiagnosticCode::unsuitableValue, tag.file(), tag.tag(),
+               u"PREPROCESS is neither True nor False: " + value->ValueStr());
 }
 
 // ---- Included files
@@ -174,19 +192,18 @@ void TemplateCheck::checkListFile(const TagParts& tag, const std::u16string& pat
     const TagElement* const index = tag.find(u"INDEX");
     const TagElement* const choice = index != nullptr ? index : tag.find(u"KEY");
     if (choice == nullptr) return;
-    const PropertyRef chosen = choice->read(services_);
-    if (const std::u16string value = chosen->ValueStr(); isLiteral(value)) {
-        const std::optional<std::int32_t> position = index ? automation::toLong(chosen->Value()) : std::nullopt;
-        if (index && !position) {
-            found_.add(DiagnosticCode::unsuitableValue, tag.file(), tag.tag(), u"INDEX is not a number: " + value);
-            return;
-        }
-        if (index ? list.Item(*position) != nullptr : list.Item(value) != nullptr) return;
-        std::vector<std::u16string> names;
-        for (std::int32_t i = 1; !index && i <= list.Count(); ++i) names.push_back(list.Item(i)->Name());
-        found_.add(DiagnosticCode::missingEntry, tag.file(), tag.tag(),
-                   u"the list file " + path + u" has no entry " + value, didYouMean(value, names));
+    const std::optional<std::u16string> value = knownText(choice->value(services_));
+    if (!value) return;
+    const std::optional<std::int32_t> position = index ? automation::toLong(Variant(*value)) : std::nullopt;
+    if (index && !position) {
+        found_.add(DiagnosticCode::unsuitableValue, tag.file(), tag.tag(), u"INDEX is not a number: " + *value);
+        return;
     }
+    if (index ? list.Item(*position) != nullptr : list.Item(*value) != nullptr) return;
+    std::vector<std::u16string> names;
+    for (std::int32_t i = 1; !index && i <= list.Count(); ++i) names.push_back(list.Item(i)->Name());
+    found_.add(DiagnosticCode::missingEntry, tag.file(), tag.tag(),
+               u"the list file " + path + u" has no entry " + *value, didYouMean(*value, names));
 }
 
 }  // namespace velmor

@@ -36,6 +36,7 @@ public:
 private:
     void checkFile(std::u16string name, std::u16string text, std::vector<SourcePlace> includedFrom);
     void checkTag(const TagParts& tag);
+    void checkPreprocess(const TagParts& tag);
     void checkInclude(const TagParts& tag);
     void checkIncludedFile(const TagParts& tag, const std::u16string& path);
     void checkListFile(const TagParts& tag, const std::u16string& path, std::u16string_view text);

@@ -130,6 +130,8 @@ TEST(TemplateCheck, AsksTheCatalogue) {
         {u"<KV:FORMAT>DATE:KASE=UPPER:</KV>", "1:1 KV203 (did you mean CASE?)"},
         {u"<KV:FORMAT>DATE:CASE=LOVER:</KV>", "1:1 KV204 (did you mean LOWER?)"},
         {u"<KV:TAG>SETPROPERTY:a=b:PREPROCES=False:</KV>", "1:1 KV203 (did you mean PREPROCESS?)"},
+        {u"<KV:TAG>SETPROPERTY:a=b:PREPROCESS=yes:</KV><KV:TAG>SETPROPERTY:a=b:PREPROCESS=no:</KV>", ""},
+        {u"<KV:TAG>SETPROPERTY:a=b:PREPROCESS=false:</KV><KV:TAG>SETPROPERTY:a=b:PREPROCESS=x:</KV>", "1:47 KV204"},
     };
     for (const Row& row : rows) EXPECT_EQ(Checked()(row.text), row.expected) << toUtf8(row.text);
 }
@@ -160,6 +162,8 @@ TEST(TemplateCheck, FollowsIncludedFiles) {
         {u"<KV:TAG>INCLUDE=list.kvl:KEY=oen:</KV>", "1:1 KV402 (did you mean one?)"},
         {u"<KV:TAG>INCLUDE=list.kvl:INDEX=2:</KV>", ""},
         {u"<KV:TAG>INCLUDE=list.kvl:INDEX=3:</KV>", "1:1 KV402"},
+        {u"<KV:TAG>INCLUDE=list.kvl:INDEX=first:</KV>", "1:1 KV204"},
+        {u"<KV:TAG>INCLUDE=list.kvl:INDEX=<KV:TAG>PROPERTY:n=:</KV>:</KV>", "1:1 KV402"},
         {u"<KV:TAG>INCLUDE=<KV:TAG>PROPERTY:file=none.txt:</KV>:</KV>", ""},
         {u"<KV:TAG>SETPATH=elsewhere:</KV><KV:TAG>INCLUDE=broken.txt:</KV>", "1:32 KV401"},
     };
@@ -169,6 +173,8 @@ TEST(TemplateCheck, FollowsIncludedFiles) {
         checked.add(u"circle.txt", "<KV:TAG>INCLUDE=circle.txt:</KV>");
         checked.add(u"picture.png", std::string("\x89PNG\r\n\x1a\n\0", 9));
         checked.add(u"list.kvl", "one=1:two=2:");
+        checked.given = std::make_shared<privProperties>(checked.services);
+        checked.given->AddLng(u"n", 3);
         EXPECT_EQ(checked(row.text), row.expected) << toUtf8(row.text);
         for (const SourcePlace& place : checked.last.includedFrom) EXPECT_EQ(toUtf8(place.file), "t");
     }
