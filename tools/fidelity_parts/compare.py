@@ -132,6 +132,10 @@ def compare_flow(expected, actual, may_move):
             new += [(a, word) for word in actual[c:d]]
     if may_move:
         lost, new = without_moved(expected, lost, new)
+    changed = [(at, word) for at, word in new if at in lost and expected[at][1].like(left[at], word.text)]
+    found += [(at, text) for at, word in changed for text in flow_word(expected[at], word)]
+    lost = [at for at in lost if at not in dict(changed)]
+    new = [item for item in new if item not in changed]
     found += [(at, f'"{left[at]}" is lost: {look(expected[at][0], "x")}') for at in lost]
     found += [(at, f'"{word.text}" is new: {look(word, "x")}') for at, word in new]
     return [text for _, text in sorted(found, key=lambda item: item[0])]
