@@ -11,12 +11,12 @@ CLOCK = re.compile(r"\d")
 class Numbers:
     """The numbers that may replace a page number, a number of pages or that of a note.
 
-    A document whose pages follow others counts on from them, and the number of pages is that of the whole. Its notes
-    count on from at most `notes` others."""
+    A document whose pages follow others counts on from them, and the number of pages is that of the whole. Notes, and
+    the pages of embedded text, count on from others, at most `more` of them."""
 
-    def __init__(self, offset=0, pages=0, total=0, has_fields=False, has_clock=False, notes=0):
+    def __init__(self, offset=0, pages=0, total=0, has_fields=False, has_clock=False, more=0):
         self.offset, self.pages, self.total = offset, pages, total
-        self.has_fields, self.has_clock, self.notes = has_fields, has_clock, notes
+        self.has_fields, self.has_clock, self.more = has_fields, has_clock, more
 
     def like(self, expected, actual):
         """Whether one text may replace the other."""
@@ -24,13 +24,13 @@ class Numbers:
             return True
         if self.has_clock and CLOCK.sub("0", expected) == CLOCK.sub("0", actual):
             return True
-        if not (self.has_fields or self.notes) or DIGITS.sub("0", expected) != DIGITS.sub("0", actual):
+        if not (self.has_fields or self.more) or DIGITS.sub("0", expected) != DIGITS.sub("0", actual):
             return False
         pairs = zip(DIGITS.findall(expected), DIGITS.findall(actual))
         return all(int(b) in self._may_be(int(a)) for a, b in pairs)
 
     def _may_be(self, number):
-        may_be = set(range(number, number + self.notes + 1))
+        may_be = set(range(number, number + self.more + 1))
         if self.has_fields:
             may_be |= {number + self.offset} | ({self.total} if number == self.pages else set())
         return may_be
