@@ -34,12 +34,12 @@ private:
 struct TemplateOptions {
     std::string input;  // empty or "-": standard input
     EncodingChoice encoding = EncodingChoice::automatic;
-    std::string propertyFile;                // in the text form of a property collection; empty: none
-    std::string passwordFile;                // of the property file; empty: none
-    std::string dataFile;                    // JSON; its properties replace those of the property file; empty: none
-    std::vector<std::string> properties;     // "name=value": texts, which replace those of the files
-    std::optional<std::string> includePath;  // the property "Path", which replaces either
-    bool exact = false;                      // not tolerant, whatever the properties are
+    std::string propertyFile;                  // in the text form of a property collection; empty: none
+    std::string passwordFile;                  // of the property file; empty: none
+    std::string dataFile;                      // JSON; its properties replace those of the property file; empty: none
+    std::vector<std::string> properties;       // "name=value": texts, which replace those of the files
+    std::optional<std::string> includePath;    // the property "Path", which replaces either
+    bool exact = false;                        // not tolerant, whatever the properties are
     std::map<std::string, std::string> rules;  // properties that replace all others, as core/EvaluationRules.h has them
     bool sandbox = false;                      // see addSandbox
 
