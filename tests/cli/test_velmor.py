@@ -414,7 +414,8 @@ class Check(VelmorTest):
         data = {"text": "caf\u00e9", "whole": -5, "large": 5000000000, "part": 0.5, "yes": True, "no": None,
                 "inner": {"a": [1, {"b": 2}]}}
         self.write("t.json", json.dumps([data, {"text": "second"}]).encode())
-        self.assertEqual(self.velmor("eval", "t.txt", "--data", "t.json", "--property", "yes=1").decode(),
+        options = ["--data", "t.json", "--encoding", "utf-8", "--property", "yes=1"]
+        self.assertEqual(self.velmor("eval", "t.txt", *options).decode(),
                          "caf\u00e9 -5 5000000000 0.5 1   ")
         self.assertEqual(self.velmor("check", "--data", "t.json", stdin=b"<KV:TAG>PROPERTY:txt:</KV>", expect=REPORTED),
                          b"-:1:1: error KV301: nothing sets the property txt; did you mean text?\n")
