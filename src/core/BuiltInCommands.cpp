@@ -179,10 +179,12 @@ CommandAnswer BuiltInCommands::property(privProperties& elements) const {
     if (!parameter) return {};
     const Collection& properties = context_->properties;
     CommandAnswer answer(properties.getText(parameter->Name(), parameter->Value()));
-    if (!EvaluationRun::current().rules().looksAtValues()) return answer;
+    const EvaluationRun& run = EvaluationRun::current();
+    if (!run.tracksOrigins()) return answer;
+    const bool mayBeMissing = run.rules().missing != EvaluationRules::Missing::empty;
     if (properties.find(parameter->Name())) {
         answer.origin = Origin::property;
-    } else if (answer.text.empty() || name_.find(u'=') == name_.npos) {
+    } else if (mayBeMissing && (answer.text.empty() || name_.find(u'=') == name_.npos)) {
         return CommandAnswer::missing(asWritten(parameter->Name()));
     }
     return answer;
@@ -206,8 +208,10 @@ CommandAnswer BuiltInCommands::include(privProperties& elements) const {
         logError(u"The file could not be read", path);
         return CommandAnswer::missing(file);
     }
-    if (isListFile(file)) return listEntry(*text, elements);
-    return onlyDocument(*std::move(text), path);
+    CommandAnswer answer =
+        isListFile(file) ? listEntry(*text, elements) : CommandAnswer(onlyDocument(*std::move(text), path));
+    answer.origin = Origin::file;
+    return answer;
 }
 
 // Whether the file exists and may be included.

@@ -152,15 +152,16 @@ void Dispatch::logValue(std::u16string_view message, std::u16string_view errorDa
                      {address_.name, message, 0, request_.name, errorData});
 }
 
-// The value comes from there, unless it is the author's.
+// The value comes from there; what a tag of data yields is data.
 void Dispatch::takeData(Origin origin) {
-    if (!rules_.looksAtValues()) return takeValue();
-    if (answer_.origin == Origin::author) answer_.origin = origin;
+    if (!EvaluationRun::current().tracksOrigins()) return takeValue();
+    if (isAuthors(answer_.origin) && origin != Origin::author) answer_.origin = origin;
     takeValue();
+    if (rules_.dataTags == EvaluationRules::DataTags::allow) return;
     const ContextRef context = contextOf(answer_.origin, request_.context);
     const bool hasTags = !answer_.tags.tags.empty();
     if (hasTags && admitsTags(request_.services, *context, address_.name, request_.name)) return;
-    if (answer_.origin == Origin::author || rules_.dataTags != EvaluationRules::DataTags::refuse) return;
+    if (isAuthors(answer_.origin) || rules_.dataTags != EvaluationRules::DataTags::refuse) return;
     // Pieces of markers, too: they could form one with the text around them.
     hideMarkers(answer_.text);
     answer_.tags = {};
@@ -241,7 +242,7 @@ bool admitsTags(platform::Services& services, const TagContext& context, std::u1
                 std::u16string_view tagName) {
     using DataTags = EvaluationRules::DataTags;
     const DataTags rule = EvaluationRun::current().rules().dataTags;
-    if (context.origin == Origin::author || rule == DataTags::allow) return true;
+    if (isAuthors(context.origin) || rule == DataTags::allow) return true;
     addErrorLogEntry(
         services, *context.errorLog,
         {handler, rule == DataTags::refuse ? u"Tags in a value were left as text" : u"Tags in a value were evaluated",

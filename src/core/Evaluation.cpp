@@ -69,18 +69,20 @@ std::u16string evaluateText(platform::Services& services, const ContextRef& cont
     if (found.tags.empty() || !admitsTags(services, *context, handler)) return text;
     TagList tags(services, text, found, isRtf ? protectedContext(context) : context);
     const auto result = std::make_shared<privStrCat>();
-    Evaluation(tags, result).run();
+    Evaluation(tags, result, true).run();
     std::u16string evaluated(run.hasFailed() ? std::u16string_view() : result->contiguous());
     showMarkers(evaluated);
     return evaluated;
 }
 
-Evaluation::Evaluation(TagList& tags, const BuilderRef& target)
+Evaluation::Evaluation(TagList& tags, const BuilderRef& target, bool isApart)
     : tags_(tags), target_(target), base_(sizeOf(*target_)), finished_(base_), scanFrom_(base_) {
     tags_.beginEvaluation();
+    if (listener_ != nullptr) listener_->textBegins(base_, isApart);
 }
 
 Evaluation::~Evaluation() {
+    if (listener_ != nullptr) listener_->textEnds(sizeOf(*target_) - base_);
     tags_.endEvaluation();
 }
 
@@ -143,6 +145,7 @@ void Evaluation::runLiterally(std::size_t from) {
     results->add(target_->contiguous().substr(base_));
     tags_.moveResults(results, base_);
     MarkedText text(soFar());
+    if (listener_ != nullptr) listener_->textMoves();
     literal_ = &text;
     for (std::size_t index = from; index < tags_.size(); ++index) {
         const std::u16string name = storedName(tags_.rawName(index));
@@ -161,6 +164,14 @@ void Evaluation::runLiterally(std::size_t from) {
 // --- what a tag becomes ---
 
 void Evaluation::answer(std::size_t index, const BuilderRef& results) {
+    if (listener_ == nullptr) return answerSafely(index, results);
+    const std::size_t start = sizeOf(*results);
+    listener_->tagBegins({tags_.rawName(index), tags_.context()->origin, index + 1, tags_.span(index).open + 1});
+    answerSafely(index, results);
+    listener_->tagEnds(start, sizeOf(*results) - start);
+}
+
+void Evaluation::answerSafely(std::size_t index, const BuilderRef& results) {
     const std::size_t start = sizeOf(*results);
     const AnsweringOutermost answering(tags_, index);
     try {

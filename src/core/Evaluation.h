@@ -10,6 +10,7 @@
 #include "core/EvaluationRun.h"
 #include "core/MarkedText.h"
 #include "core/TagList.h"
+#include "core/TagListener.h"
 
 namespace velmor {
 
@@ -29,8 +30,8 @@ namespace velmor {
 // the other tags, which costs more, but still takes time linear in the text (but for a logarithm).
 class Evaluation {
 public:
-    // Appends to target. Both must last, and the list's text must not change meanwhile.
-    Evaluation(TagList& tags, const BuilderRef& target);
+    // Appends to target. Both must last, and the list's text must not change meanwhile. `isApart`: see TagListener.
+    Evaluation(TagList& tags, const BuilderRef& target, bool isApart = false);
     ~Evaluation();
     Evaluation(const Evaluation&) = delete;
     Evaluation& operator=(const Evaluation&) = delete;
@@ -47,6 +48,7 @@ private:
 
     // The results of the tags are appended to `results`.
     void answer(std::size_t index, const BuilderRef& results);
+    void answerSafely(std::size_t index, const BuilderRef& results);
     void answerByObject(std::size_t index, privStrCat& results);
     void answerHere(std::size_t index, const BuilderRef& results);
     KeptListRef evaluateTagsOf(TagAnswer& answer, std::size_t index, const BuilderRef& results);
@@ -57,6 +59,7 @@ private:
 
     TagList& tags_;
     const EvaluationRules& rules_ = EvaluationRun::current().rules();
+    TagListener* const listener_ = TagListener::current();
     const BuilderRef& target_;
     const std::size_t base_;    // where this text begins in the target
     std::size_t position_ = 0;  // how far the source is finished

@@ -4,6 +4,7 @@
 
 #include "common/Limits.h"
 #include "core/EvaluationRules.h"
+#include "core/TagListener.h"
 #include "properties/privProperty.h"
 #include "text/Encoding.h"
 
@@ -44,6 +45,10 @@ std::u16string limitMessage(EvaluationLimit limit) {
 const EvaluationRules& EvaluationRun::rules() const noexcept {
     static const EvaluationRules none;
     return rules_ == nullptr ? none : *rules_;
+}
+
+bool EvaluationRun::tracksOrigins() const noexcept {
+    return TagListener::current() != nullptr || rules().looksAtValues();
 }
 
 std::optional<EvaluationLimit> EvaluationRun::countDispatch() noexcept {

@@ -81,6 +81,8 @@ public:
     // What the outermost text's host asks for.
     const EvaluationRules& rules() const noexcept;
     void rules(const EvaluationRules* rules) noexcept { rules_ = rules; }
+    // Whether TagContext::origin is kept: a rule or a listener asks for it.
+    bool tracksOrigins() const noexcept;
     // No tag is answered any more, and the outermost result is empty.
     void fail() noexcept { failed_ = true; }
     bool hasFailed() const noexcept { return failed_; }

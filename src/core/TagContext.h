@@ -18,10 +18,15 @@ using BuilderRef = std::shared_ptr<privStrCat>;
 
 // Where a text's tags come from. What data includes is data.
 enum class Origin : std::uint8_t {
-    author,    // the template, or a file that it includes
+    author,    // the template
+    file,      // a file that the author's text includes
     property,  // a value of the property collection
     handler,   // a handler's answer, or a text that a handler has evaluated
 };
+
+inline bool isAuthors(Origin origin) noexcept {
+    return origin == Origin::author || origin == Origin::file;
+}
 
 // What a tag hands down to its child tags: references to the same collections and objects, and
 // the protection flag as it was when they were copied.
@@ -32,7 +37,7 @@ struct TagContext {
     std::shared_ptr<privProperties> errorLog;
     automation::ObjectRef database;
     bool protectRtf = false;
-    Origin origin = Origin::author;  // tracked only where a rule asks for it
+    Origin origin = Origin::author;  // author's unless EvaluationRun::tracksOrigins
 };
 
 using ContextRef = std::shared_ptr<const TagContext>;

@@ -329,7 +329,7 @@ std::u16string kvTag::GetProcessedElementsValue(std::u16string_view psName, cons
 // A handler may have any text evaluated. What is part of its own tag is as trustworthy as that tag.
 ContextRef kvTag::contextFor(std::u16string_view text) {
     const ContextRef context = sharedContext();
-    const bool isOwn = name_.find(text) != std::u16string::npos || context->origin != Origin::author;
+    const bool isOwn = name_.find(text) != std::u16string::npos || !isAuthors(context->origin);
     return !isChild_ || isOwn ? context : contextOf(Origin::handler, context);
 }
 

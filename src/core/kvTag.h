@@ -175,7 +175,9 @@ private:
     std::shared_ptr<const TagContext> contextFor(std::u16string_view text);
 
     bool isRunning() const { return answering_ && evaluation_ != nullptr; }
-    void ensureResult();
+    // `isHeard`: a TagListener has heard of the tag.
+    void ensureResult(bool isHeard = false);
+    void evaluateHeard();
     void evaluate();
     void evaluateValue();
     void finishResult();

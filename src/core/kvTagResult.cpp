@@ -7,6 +7,7 @@
 #include "core/Evaluation.h"
 #include "core/EvaluationRules.h"
 #include "core/TagList.h"
+#include "core/TagListener.h"
 #include "core/TimingLog.h"
 #include "core/kvTag.h"
 #include "core/kvTags.h"
@@ -43,7 +44,7 @@ std::u16string kvTag::Result() {
 void kvTag::appendResult(privStrCat& target) {
     const std::shared_ptr<Object> alive = keep();
     if (isRunning()) return target.add(evaluation_->soFar());
-    ensureResult();
+    ensureResult(true);
     target.add(result_ ? std::u16string_view(*result_) : resultBuilder_->contiguous());
 }
 
@@ -57,8 +58,19 @@ std::shared_ptr<const privStrCat> kvTag::resultBuilder() {
     return builder;
 }
 
-void kvTag::ensureResult() {
-    if (!resultGenerated_ && !answering_) evaluate();
+void kvTag::ensureResult(bool isHeard) {
+    if (resultGenerated_ || answering_) return;
+    if (isHeard || TagListener::current() == nullptr || EvaluationRun::current().level() == 0) return evaluate();
+    evaluateHeard();
+}
+
+// A tag that a handler evaluates by itself.
+void kvTag::evaluateHeard() {
+    TagListener* const listener = TagListener::current();
+    const std::u16string name = name_;
+    listener->tagBegins({name, context_->origin});
+    evaluate();
+    listener->tagEnds(0, result_ ? result_->size() : static_cast<std::size_t>(resultBuilder_->Length()));
 }
 
 void kvTag::takeResult(TextRef result) {
