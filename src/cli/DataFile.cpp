@@ -3,10 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "check/LineIndex.h"
-#include "cli/Documents.h"
-#include "cli/Failure.h"
-#include "cli/JsonText.h"
+#include "cli/JsonFile.h"
 #include "text/Encoding.h"
 
 namespace velmor::cli {
@@ -15,22 +12,6 @@ namespace {
 using automation::Variant;
 
 constexpr std::string_view kBlanks = " \t\r\n";
-
-// `index`: of a byte of the text.
-[[noreturn]] void refuse(const std::string& name, std::string_view text, std::size_t index, const std::string& reason) {
-    const std::u16string before = fromUtf8(text.substr(0, index));
-    const auto [line, column] = LineIndex(before).at(before.size());
-    throw Failure(exitFile, name + ":" + std::to_string(line) + ":" + std::to_string(column) + ": " + reason);
-}
-
-Json parse(const std::string& name, const std::string& text) {
-    try {
-        return Json::parse(text);
-    } catch (const Json::parse_error& error) {
-        const std::size_t last = error.byte > 0 ? error.byte - 1 : 0;  // it counts from 1
-        refuse(name, text, std::min(last, text.size()), "this is not JSON");
-    }
-}
 
 Variant valueOf(const Json& json) {
     if (json.is_string()) return Variant(fromUtf8(json.get<std::string>()));
@@ -61,15 +42,14 @@ bool addMembers(privProperties& into, const Json& json, int level) {
 }  // namespace
 
 void readDataFile(privProperties& into, const platform::Files& files, const std::string& name) {
-    const std::string shownName = inputName(name);
-    const std::string text = toUtf8(decodeText(readAll(files, name), EncodingChoice::utf8, shownName));
-    const Json json = parse(shownName, text);
+    const JsonFile file = JsonFile::read(files, name);
+    const std::string& text = file.text;
     std::size_t begin = std::min(text.find_first_not_of(kBlanks), text.size());
-    if (json.is_array()) begin = std::min(text.find_first_not_of(kBlanks, begin + 1), text.size());
-    if (json.is_array() && json.empty()) refuse(shownName, text, begin, "the array is empty");
-    const Json& record = json.is_array() ? json.front() : json;
-    if (!record.is_object()) refuse(shownName, text, begin, "this is not a JSON object");
-    if (!addMembers(into, record, 0)) refuse(shownName, text, begin, "the data nests deeper than 100 levels");
+    if (file.json.is_array()) begin = std::min(text.find_first_not_of(kBlanks, begin + 1), text.size());
+    if (file.json.is_array() && file.json.empty()) file.refuse(begin, "the array is empty");
+    const Json& record = file.json.is_array() ? file.json.front() : file.json;
+    if (!record.is_object()) file.refuse(begin, "this is not a JSON object");
+    if (!addMembers(into, record, 0)) file.refuse(begin, "the data nests deeper than 100 levels");
 }
 
 }  // namespace velmor::cli
