@@ -4,8 +4,9 @@
 
 namespace velmor {
 
-LineIndex::LineIndex(std::u16string_view text) {
+LineIndex::LineIndex(std::u16string_view text) : size_(text.size()) {
     for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] > u'\r') continue;
         const bool isEnd = text[i] == u'\n' || (text[i] == u'\r' && text.substr(i + 1, 1) != u"\n");
         if (isEnd) starts_.push_back(i + 1);
     }
@@ -14,6 +15,13 @@ LineIndex::LineIndex(std::u16string_view text) {
 std::pair<std::size_t, std::size_t> LineIndex::at(std::size_t index) const noexcept {
     const auto next = std::upper_bound(starts_.begin(), starts_.end(), index);
     return {static_cast<std::size_t>(next - starts_.begin()), index - *(next - 1) + 1};
+}
+
+std::optional<std::size_t> LineIndex::indexOf(std::size_t line, std::size_t column) const noexcept {
+    if (line < 1 || line > starts_.size() || column < 1) return std::nullopt;
+    const std::size_t end = line < starts_.size() ? starts_[line] : size_;
+    const std::size_t start = starts_[line - 1];
+    return column > end - start ? std::nullopt : std::optional(start + column - 1);
 }
 
 }  // namespace velmor

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -15,9 +16,12 @@ public:
 
     // Line and column of a 0-based index, both from 1.
     std::pair<std::size_t, std::size_t> at(std::size_t index) const noexcept;
+    // The 0-based index of a column of a line, both from 1; nothing if the line ends before it.
+    std::optional<std::size_t> indexOf(std::size_t line, std::size_t column) const noexcept;
 
 private:
     std::vector<std::size_t> starts_{0};
+    std::size_t size_;
 };
 
 }  // namespace velmor

@@ -23,6 +23,7 @@ Examples:
   velmor eval invoice.rtf -o out.rtf --properties invoice.properties
   echo 'Dear <KV:TAG>PROPERTY:name=all:</KV>' | velmor eval --property name=Zoe
   velmor clean out.rtf terms.rtf -o letter.rtf
+  velmor explain out.rtf:12:5 --trace run.json
   velmor check invoice.rtf
   velmor verify letter.rtf
   velmor tags --json invoice.rtf
@@ -37,7 +38,16 @@ does not have are written as \uN?. Plain text is written in the encoding of the 
 
 Examples:
   velmor eval letter.rtf --property 'Contact=Ruth Ackroyd' -o letter-ackroyd.rtf
+  velmor eval letter.rtf -o out.rtf --trace run.json
   velmor eval - < mail.txt > out.txt)";
+
+constexpr const char* explainFooter = R"(
+Offsets, lines and columns count from 1, in characters of the output as eval wrote it.
+
+Examples:
+  velmor eval letter.rtf -o out.rtf --trace run.json
+  velmor explain out.rtf:1234 --trace run.json
+  velmor explain out.rtf:12:40 --trace run.json)";
 
 constexpr const char* cleanFooter = R"(
 Documents within documents become one document: their tables of fonts, colours, styles and lists
@@ -206,6 +216,10 @@ void addEval(CLI::App& app, CommandLine& line) {
     command->add_option("TEMPLATE", options.input, "The template; - or nothing: standard input")->type_name("");
     command->add_option("-o,--output", options.output, "Write the result to this file, whole or not at all")
         ->type_name("OUT");
+    command->add_option("--trace", options.trace, "Write what each tag gave, where and how fast, to this JSON file")
+        ->type_name("FILE")
+        ->check(CLI::Validator(
+            [](const std::string& name) { return name == "-" ? "a trace is written to a file" : ""; }, ""));
     addTemplateOptions(*command, options);
     addRules(*command, options);
     command->add_flag_callback(
@@ -214,6 +228,17 @@ void addEval(CLI::App& app, CommandLine& line) {
         "of --registry");
     command->add_flag("--exact", options.exact, "Include RTF exactly as the component does, without its tolerance");
     addSystem(*command, line.system);
+}
+
+void addExplain(CLI::App& app, CommandLine& line) {
+    const auto [command, options] =
+        addCommand(app, line, "explain", "Say which tag wrote a character of an output", explainFooter, runExplain);
+    command->add_option("PLACE", options.place, "The character: OUT:OFFSET or OUT:LINE:COLUMN")
+        ->type_name("")
+        ->required();
+    command->add_option("--trace", options.trace, "The trace of the evaluation that wrote the output")
+        ->type_name("FILE")
+        ->required();
 }
 
 void addFormat(CLI::App& command, CheckFormat& format) {
@@ -329,7 +354,7 @@ void answer(const CLI::App& app, const CLI::ParseError& outcome) {
     if (app.get_subcommands().empty()) {
         const auto unknown = app.remaining();
         what = unknown.empty()
-                   ? "no command; there are eval, clean, check, schema, verify, tags, props, handlers and log"
+                   ? "no command; there are eval, explain, clean, check, schema, verify, tags, props, handlers and log"
                    : "there is no command '" + unknown.front() + "'";
     }
     throw Failure(exitUsage, what + " (velmor --help says more)");
@@ -344,7 +369,8 @@ std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& argu
     app.require_subcommand(1);
     app.footer(programFooter);
     CommandLine line;
-    for (const auto add : {addEval, addClean, addCheck, addSchema, addVerify, addTags, addProps, addHandlers, addLog})
+    for (const auto add :
+         {addEval, addExplain, addClean, addCheck, addSchema, addVerify, addTags, addProps, addHandlers, addLog})
         add(app, line);
     try {
         app.parse(withoutHelpCommand(app, decodedBackwards(arguments)));

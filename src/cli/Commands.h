@@ -16,9 +16,17 @@ namespace velmor::cli {
 
 struct EvalOptions : TemplateOptions {
     std::string output;
+    std::string trace;  // where the trace goes; empty: nowhere
 };
 // Evaluates a template and writes the result. Reports the entries of the error log.
 ExitCode runEval(platform::Services& services, const EvalOptions& options);
+
+struct ExplainOptions {
+    std::string place;  // "FILE:OFFSET" or "FILE:LINE:COLUMN"
+    std::string trace;
+};
+// Prints which tag wrote a character of an output.
+ExitCode runExplain(platform::Services& services, const ExplainOptions& options);
 
 enum class CheckFormat { text, json, sarif, github };
 struct CheckOptions : TemplateOptions {

@@ -67,8 +67,8 @@ Document decodeTemplate(std::string_view bytes, EncodingChoice choice, const std
     return document;
 }
 
-std::string encodeResult(std::u16string_view result, TextEncoding encoding) try {
-    return encodeDocument(result, encoding);
+std::string encodeResult(std::u16string_view result, TextEncoding encoding, std::vector<PlaceShift>* shifts) try {
+    return encodeDocument(result, encoding, shifts);
 } catch (const Error& error) {
     throw Failure(exitFile, std::string("cannot write the result: ") + error.what() +
                                 "; use a template in UTF-8, with --encoding utf-8 when it is ASCII alone");

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "common/DocumentText.h"
 
@@ -33,6 +34,6 @@ Document decodeTemplate(std::string_view bytes, EncodingChoice choice, const std
 
 // The bytes of a result (encodeDocument). Throws Failure (exitFile) for a character that the ANSI code page does not
 // have.
-std::string encodeResult(std::u16string_view result, TextEncoding encoding);
+std::string encodeResult(std::u16string_view result, TextEncoding encoding, std::vector<PlaceShift>* shifts = nullptr);
 
 }  // namespace velmor::cli

@@ -1,6 +1,5 @@
 #include "cli/ErrorReport.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "cli/LineText.h"
@@ -31,17 +30,13 @@ std::string describe(const ErrorLogEntry& entry, std::u16string_view outermostTa
 
 }  // namespace
 
-ErrorReport::ErrorReport(std::string name, std::u16string_view text) : name_(std::move(name)), lineStarts_{0} {
-    for (auto end = text.find(u'\n'); end != text.npos; end = text.find(u'\n', end + 1)) lineStarts_.push_back(end + 1);
-}
-
 void ErrorReport::heard(const ErrorLogEntry& entry, const OutermostTag& tag) {
     auto key = keyOf(entry);
     if (const auto known = known_.find(key); known != known_.end()) {
         ++lines_[known->second].count;
     } else if (lines_.size() < maximalLines) {
         known_.emplace(std::move(key), lines_.size());
-        lines_.push_back({placeOf(tag.position) + ": " + describe(entry, tag.text), 1});
+        lines_.push_back({placeOf(tag) + ": " + describe(entry, tag.text), 1});
     } else {
         ++others_;
     }
@@ -55,11 +50,10 @@ bool ErrorReport::print() const {
     return !lines_.empty();
 }
 
-std::string ErrorReport::placeOf(std::int32_t position) const {
-    if (position < 1) return name_;
-    const auto index = static_cast<std::size_t>(position) - 1;
-    const auto next = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), index);
-    return name_ + ":" + std::to_string(next - lineStarts_.begin()) + ":" + std::to_string(index - *(next - 1) + 1);
+std::string ErrorReport::placeOf(const OutermostTag& tag) const {
+    if (tag.index < 1) return name_;
+    const auto place = places_.of(static_cast<std::size_t>(tag.index), static_cast<std::size_t>(tag.position));
+    return name_ + ":" + std::to_string(place.line) + ":" + std::to_string(place.column);
 }
 
 }  // namespace velmor::cli

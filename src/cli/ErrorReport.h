@@ -1,12 +1,13 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
+#include "cli/TemplatePlaces.h"
 #include "core/ErrorLog.h"
 
 namespace velmor::cli {
@@ -16,8 +17,8 @@ namespace velmor::cli {
 // share a line, with the place of the first and a count.
 class ErrorReport final : public ErrorListener {
 public:
-    // `name` is the template's, for messages.
-    ErrorReport(std::string name, std::u16string_view text);
+    // `name` is the template's, for messages. The places must last.
+    ErrorReport(std::string name, const TemplatePlaces& places) : name_(std::move(name)), places_(places) {}
 
     void heard(const ErrorLogEntry& entry, const OutermostTag& tag) override;
     // Returns whether there was anything to report.
@@ -29,10 +30,10 @@ private:
         std::size_t count = 0;
     };
 
-    std::string placeOf(std::int32_t position) const;
+    std::string placeOf(const OutermostTag& tag) const;
 
     std::string name_;
-    std::vector<std::size_t> lineStarts_;  // 0-based
+    const TemplatePlaces& places_;
     std::vector<Line> lines_;
     std::unordered_map<std::u16string, std::size_t> known_;  // the line of each error
     std::size_t others_ = 0;                                 // entries beyond the lines that are kept

@@ -1,8 +1,12 @@
 #include <memory>
+#include <optional>
 
 #include "cli/Commands.h"
 #include "cli/ErrorReport.h"
 #include "cli/Streams.h"
+#include "cli/TemplatePlaces.h"
+#include "cli/TraceCollector.h"
+#include "cli/TraceFile.h"
 #include "core/kvTag.h"
 #include "properties/privProperties.h"
 
@@ -14,12 +18,21 @@ ExitCode runEval(platform::Services& services, const EvalOptions& options) {
     const auto tag = std::make_shared<kvTag>(input.services());
     input.addProperties(*tag->Properties().own());
 
-    ErrorReport errors(inputName(options.input), document.text);
+    const TemplatePlaces places(document.text);
+    ErrorReport errors(inputName(options.input), places);
+    std::optional<TraceCollector> trace;
+    if (!options.trace.empty()) trace.emplace();
     tag->Value(std::move(document.text));
     const std::u16string result = tag->Result();
     const bool reported = errors.print();
     if (tag->hasFailed()) throw Failure(exitFile, "nothing was written: the evaluation failed");
-    writeAll(services.files, options.output, encodeResult(result, document.encoding));
+    std::vector<PlaceShift> shifts;
+    const std::string output = encodeResult(result, document.encoding, trace ? &shifts : nullptr);
+    if (trace) {
+        writeAll(services.files, options.trace,
+                 traceFile(*trace, {options.input, places, output, document.encoding, shifts}));
+    }
+    writeAll(services.files, options.output, output);
     tag->Dispose();
     return reported ? exitReported : exitDone;
 }

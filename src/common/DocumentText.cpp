@@ -30,19 +30,28 @@ std::string rtfEscape(char16_t unit) {
     return "\\u" + std::to_string(static_cast<std::int16_t>(unit)) + "?";
 }
 
-std::string encodeRtf(std::u16string_view text) {
+std::string encodeRtf(std::u16string_view text, std::vector<PlaceShift>* shifts) {
     std::string bytes;
     bytes.reserve(text.size());
     const bool grouped = hasOtherFallback(text);
+    std::size_t escapes = 0;  // their bytes so far
+    std::size_t escaped = 0;  // the characters so far that the code page lacks
     for (std::size_t at = 0; at < text.size();) {
         const auto fitting = std::find_if_not(text.begin() + static_cast<std::ptrdiff_t>(at), text.end(), isInAnsi);
         const auto end = static_cast<std::size_t>(fitting - text.begin());
         bytes += toAnsi(text.substr(at, end - at));
         at = end;
         if (at == text.size()) break;
-        if (grouped) bytes += "{\\uc1";
-        for (; at < text.size() && !isInAnsi(text[at]); ++at) bytes += rtfEscape(text[at]);
-        if (grouped) bytes += "}";
+        const auto next = std::find_if(text.begin() + static_cast<std::ptrdiff_t>(at), text.end(), isInAnsi);
+        const auto last = static_cast<std::size_t>(next - text.begin()) - 1;
+        for (bool isFirst = true; at <= last; ++at, isFirst = false) {
+            std::string escape = rtfEscape(text[at]);
+            if (grouped && isFirst) escape.insert(0, "{\\uc1");
+            if (grouped && at == last) escape += "}";
+            bytes += escape;
+            escapes += escape.size();
+            if (shifts != nullptr) shifts->push_back({at + 1, escapes - ++escaped});
+        }
     }
     return bytes;
 }
@@ -74,8 +83,8 @@ std::string encodeUtf16(std::u16string_view text, bool bigEndian) {
 
 }  // namespace
 
-std::string encodeDocument(std::u16string_view text, TextEncoding encoding) {
-    if (text.starts_with(kRtfStart)) return encodeRtf(text);
+std::string encodeDocument(std::u16string_view text, TextEncoding encoding, std::vector<PlaceShift>* shifts) {
+    if (text.starts_with(kRtfStart)) return encodeRtf(text, shifts);
     if (encoding == TextEncoding::ansi) return encodePlain(text);
     if (encoding == TextEncoding::utf8) return toUtf8(text);
     return encodeUtf16(text, encoding == TextEncoding::utf16BigEndian);

@@ -207,6 +207,51 @@ class Eval(VelmorTest):
         for wrong in (["--missing", "never"], ["--max-depth", "0"], ["--include-root", "nowhere"]):
             self.velmor("eval", *wrong, expect=USAGE)
 
+    def test_trace_and_explanation(self):
+        self.write("t.txt", b"Dear <KV:TAG>PROPERTY:n=x:</KV>,\n"
+                            b"<KV:TAG>INCLUDE=<KV:TAG>PROPERTY:f=i.txt:</KV>:</KV>!")
+        self.write("i.txt", b"in <KV:TAG>PROPERTY:v=:</KV>")
+        self.velmor("eval", "t.txt", "-o", "o.txt", "--trace", "r.json", "--property", "n=Zoe",
+                    "--property", "v=<<KV:TAG>PROPERTY:n=:</KV>>")
+        self.assertEqual(self.read("o.txt"), b"Dear Zoe,\nin <Zoe>!")
+        trace = json.loads(self.read("r.json"))
+        self.assertEqual([trace["version"], trace["template"], trace["moved"]], [1, "t.txt", False])
+        include = "TAG>INCLUDE=<KV:TAG>PROPERTY:f=i.txt:</KV>:"
+        self.assertEqual([tag[:-1] for tag in trace["tags"]], [
+            [0, "template", "TAG", "PROPERTY", "TAG>PROPERTY:n=x:", 6, 1, 6, 3, 6, False],
+            [0, "template", "TAG", "INCLUDE", include, 34, 2, 1, 8, 11, False],
+            [2, "template", "TAG", "PROPERTY", "TAG>PROPERTY:f=i.txt:", 1, None, None, 5, None, False],
+            [2, "include", "TAG", "PROPERTY", "TAG>PROPERTY:v=:", 4, None, None, 5, 14, False],
+            [4, "property", "TAG", "PROPERTY", "TAG>PROPERTY:n=:", 2, None, None, 3, 15, False]])
+        self.assertEqual(self.velmor("explain", "o.txt:1", "--trace", "r.json"),
+                         b"'o.txt':1:1: the template's text; no tag wrote it\n")
+        chain = (f"'o.txt':2:6: character 2 of the 3 that TAG>PROPERTY:n=: wrote\n  't.txt':2:1 (template): {include}\n"
+                 "  position 4 of its text (include): TAG>PROPERTY:v=:\n"
+                 "  position 2 of its text (property): TAG>PROPERTY:n=:\n")
+        for place in ("o.txt:16", "o.txt:2:6"):
+            self.assertEqual(self.velmor("explain", place, "--trace", "r.json").decode(), chain)
+        for name, change in (("version.json", (b'"version":1', b'"version":2')), ("cut.json", (b"\n]}", b"")),
+                             ("parent.json", (b'[2,"include"', b'[9,"include"'))):
+            self.write(name, self.read("r.json").replace(*change))
+        self.check_failures([(["explain", place, "--trace", name], code, said) for place, name, code, said in (
+            ("o.txt", "r.json", USAGE, "does not have the form"),
+            ("o.txt:99", "r.json", FILE, "no such character"),
+            ("o.txt:2:11", "r.json", FILE, "no such character"),
+            ("t.txt:1", "r.json", FILE, "'r.json': /output is another file"),
+            ("o.txt:1", "version.json", FILE, "/version is not 1"),
+            ("o.txt:1", "cut.json", FILE, "'cut.json':"),
+            ("o.txt:1", "parent.json", FILE, "/tags/3/0 is not"))])
+
+    def test_trace_of_moved_and_escaped_results(self):
+        self.velmor("eval", "-", "-o", "o.txt", "--trace", "r.json",
+                    stdin=b"<KV:TAG>PROPERTY:m=y</KV><KV:TAG>PROPERTY:n=x:</KV>")
+        self.assertIn(b"a tag whose place is not known", self.velmor("explain", "o.txt:1", "--trace", "r.json"))
+        self.velmor("eval", "-", "-o", "o.rtf", "--trace", "r.json", "--property", "n=\u0141x",
+                    stdin=b"{\\rtf1 A <KV:TAG>PROPERTY:n=:</KV> B <KV:TAG>PROPERTY:m=end:</KV>}")
+        places = [(tag[9] - 1, tag[8]) for tag in json.loads(self.read("r.json"))["tags"]]
+        self.assertEqual([self.read("o.rtf")[place:place + length] for place, length in places],
+                         [b"\\u321?x", b"end"])
+
     def test_self_inclusion_ends(self):
         self.write("loop.txt", b"x<KV:TAG>INCLUDE=loop.txt:</KV><KV:TAG>INCLUDE=loop.txt:</KV>y")
         self.write("loop.rtf", b"{\\rtf1 x<KV:TAG>INCLUDE=loop.rtf:</KV><KV:TAG>INCLUDE=loop.rtf:</KV>y}")

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "check/LineIndex.h"
+#include "core/Markup.h"
+
+namespace velmor::cli {
+
+// The places of a template's outermost tags in its file. Evaluation counts in a text that has table markers in addition
+// and lacks repeated row definitions.
+class TemplatePlaces {
+public:
+    struct Place {
+        std::size_t position;  // of the opening marker, from 1 like line and column
+        std::size_t line;
+        std::size_t column;
+    };
+
+    explicit TemplatePlaces(std::u16string_view text);
+    // `index` and `position` as evaluation has them, both from 1.
+    Place of(std::size_t index, std::size_t position) const noexcept;
+
+private:
+    const LineIndex lines_;
+    std::vector<TagSpan> tags_;  // of a text that evaluation may change
+};
+
+}  // namespace velmor::cli

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/TagListener.h"
+
+namespace velmor::cli {
+
+// Keeps what a TagListener hears of one evaluation: the first kMostTags tags in the order in which they begin.
+class TraceCollector final : public TagListener {
+public:
+    static constexpr std::size_t kMostTags = 1'000'000;
+    static constexpr std::size_t kMostOfName = 60;  // characters of a tag's name that are kept
+    static constexpr std::uint32_t kNone = 0xFFFFFFFF;
+
+    // 0-based places and indices.
+    struct Text {
+        std::uint32_t tag = kNone;  // whose answer evaluates the text; none: the outermost text
+        std::uint32_t start = 0;    // in the builder
+        std::uint32_t length = 0;
+        bool isApart = false;
+        bool hasMoved = false;
+    };
+    struct Tag {
+        std::uint32_t text = 0;  // that holds it; kNone: one that a handler evaluates by itself
+        std::uint32_t parent = kNone;
+        std::uint32_t index = 0;     // HeardTag's
+        std::uint32_t position = 0;  // HeardTag's
+        std::uint32_t start = 0;     // in the builder
+        std::uint32_t length = 0;
+        std::uint32_t nameStart = 0;
+        std::uint32_t nameLength = 0;  // that is kept
+        std::uint32_t nested = kNone;  // the text whose result is the tag's
+        Origin origin = Origin::author;
+        std::chrono::nanoseconds time{0};  // while it is answered, the time when it began
+    };
+
+    TraceCollector();
+
+    void tagBegins(const HeardTag& tag) noexcept override;
+    void tagEnds(std::size_t start, std::size_t length) noexcept override;
+    void textBegins(std::size_t start, bool isApart) noexcept override;
+    void textMoves() noexcept override;
+    void textEnds(std::size_t length) noexcept override;
+
+    const std::vector<Tag>& tags() const noexcept { return tags_; }
+    const std::vector<Text>& texts() const noexcept { return texts_; }
+    std::u16string_view nameOf(const Tag& tag) const noexcept {
+        return std::u16string_view(names_).substr(tag.nameStart, tag.nameLength);
+    }
+    // Tags beyond the limit, or beyond the memory.
+    std::size_t omitted() const noexcept { return omitted_; }
+
+private:
+    // A tag or a text that has begun.
+    struct Open {
+        std::uint32_t index;  // kNone: it is not kept
+        bool isTag;
+    };
+
+    static constexpr std::size_t kMostOpen = 1024;  // far more than levels of evaluation
+
+    std::uint32_t add(const HeardTag& tag);
+    std::uint32_t addText(std::size_t start, bool isApart);
+
+    std::vector<Tag> tags_;
+    std::vector<Text> texts_;
+    std::u16string names_;
+    std::vector<Open> open_;
+    std::size_t omitted_ = 0;
+};
+
+}  // namespace velmor::cli

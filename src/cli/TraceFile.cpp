@@ -1,0 +1,182 @@
+#include "cli/TraceFile.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <unordered_map>
+
+#include "cli/JsonText.h"
+#include "cli/TraceCollector.h"
+#include "core/Markup.h"
+#include "text/Compare.h"
+#include "text/Encoding.h"
+
+namespace velmor::cli {
+namespace {
+
+constexpr std::array<std::string_view, 4> kOrigins = {"template", "include", "property", "handler"};
+
+void append(std::string& json, std::size_t number) {
+    std::array<char, 24> digits{};
+    json.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr);
+}
+
+void append(std::string& json, std::u16string_view text) {
+    const auto isPlain = [](char16_t unit) { return unit >= u' ' && unit < 0x7F && unit != u'"' && unit != u'\\'; };
+    if (!std::all_of(text.begin(), text.end(), isPlain)) {
+        json += jsonText(Json(toUtf8(text)));
+        return;
+    }
+    const std::size_t start = json.size() + 1;
+    json.append(text.size() + 2, '"');
+    std::transform(text.begin(), text.end(), json.begin() + static_cast<std::ptrdiff_t>(start),
+                   [](char16_t unit) { return static_cast<char>(unit); });
+}
+
+// Writes the lines of the tags.
+class TagLines {
+public:
+    TagLines(const TraceCollector& trace, const TraceSubject& subject)
+        : trace_(trace),
+          shifts_(subject.shifts),
+          templatePlaces_(subject.templatePlaces),
+          places_(trace.tags().size(), npos) {}
+
+    void writeTo(std::string& json);
+
+private:
+    using Tag = TraceCollector::Tag;
+    static constexpr std::size_t npos = std::u16string_view::npos;
+
+    std::size_t placeOf(const Tag& tag) const;
+    bool hasMoved(const Tag& tag) const;
+    std::size_t outputPlace(std::size_t place) const;
+    const std::string& command(std::u16string_view name);
+    void write(std::string& json, std::size_t index);
+    void writePosition(std::string& json, const Tag& tag) const;
+    void writeResult(std::string& json, const Tag& tag, std::size_t place) const;
+
+    const TraceCollector& trace_;
+    const std::vector<PlaceShift>& shifts_;
+    const TemplatePlaces& templatePlaces_;
+    std::vector<std::size_t> places_;  // of the results, 0-based; npos: unknown
+    std::unordered_map<std::u16string_view, std::string> commands_;
+};
+
+void TagLines::writeTo(std::string& json) {
+    json.reserve(json.size() + 128 * places_.size());
+    for (std::size_t index = 0; index < places_.size(); ++index) {
+        places_[index] = placeOf(trace_.tags()[index]);
+        json += index == 0 ? "\n" : ",\n";
+        write(json, index);
+    }
+}
+
+// In the result. Parents precede their children.
+std::size_t TagLines::placeOf(const Tag& tag) const {
+    if (tag.text == TraceCollector::kNone) return npos;
+    const TraceCollector::Text& text = trace_.texts()[tag.text];
+    if (text.isApart || text.hasMoved) return npos;
+    const std::size_t offset = tag.start - text.start;
+    if (text.tag == TraceCollector::kNone) return offset;
+    const Tag& parent = trace_.tags()[text.tag];
+    const bool isKept = parent.nested == tag.text && !hasMoved(parent) && places_[text.tag] != npos;
+    return isKept ? places_[text.tag] + offset : npos;
+}
+
+// Whether the results of the tags within its result are not where they were written.
+bool TagLines::hasMoved(const Tag& tag) const {
+    if (tag.nested == TraceCollector::kNone) return false;
+    const TraceCollector::Text& text = trace_.texts()[tag.nested];
+    return text.hasMoved || text.length != tag.length;
+}
+
+std::size_t TagLines::outputPlace(std::size_t place) const {
+    const auto next = std::upper_bound(shifts_.begin(), shifts_.end(), place,
+                                       [](std::size_t at, const PlaceShift& shift) { return at < shift.from; });
+    return next == shifts_.begin() ? place : place + (next - 1)->by;
+}
+
+// Handler and command.
+const std::string& TagLines::command(std::u16string_view name) {
+    const std::size_t separator = std::min(name.find(kHandlerSeparator), name.size());
+    const std::size_t end = std::min(name.find_first_of(u":=", separator), name.size());
+    const auto [found, isNew] = commands_.try_emplace(name.substr(0, end));
+    if (isNew) {
+        const bool hasHandler = separator < name.size();
+        append(found->second, upperCase(name.substr(0, hasHandler ? separator : 0)));
+        found->second += ',';
+        append(found->second, upperCase(hasHandler ? name.substr(separator + 1, end - separator - 1) : u""));
+    }
+    return found->second;
+}
+
+void TagLines::write(std::string& json, std::size_t index) {
+    const Tag& tag = trace_.tags()[index];
+    json += '[';
+    append(json, tag.parent == TraceCollector::kNone ? 0 : std::size_t{tag.parent} + 1);
+    json.append(",\"").append(kOrigins[static_cast<std::size_t>(tag.origin)]).append("\",");
+    json.append(command(trace_.nameOf(tag))).append(",");
+    append(json, trace_.nameOf(tag));
+    writePosition(json, tag);
+    writeResult(json, tag, places_[index]);
+    json += hasMoved(tag) ? ",true," : ",false,";
+    const auto tenths = static_cast<std::size_t>(tag.time.count()) / 100;
+    append(json, tenths / 10);
+    json += '.';
+    json += static_cast<char>('0' + tenths % 10);
+    json += ']';
+}
+
+void TagLines::writePosition(std::string& json, const Tag& tag) const {
+    json += ',';
+    if (tag.parent != TraceCollector::kNone) {
+        append(json, std::size_t{tag.position});
+        json += ",null,null";
+        return;
+    }
+    const TemplatePlaces::Place place = templatePlaces_.of(tag.index, tag.position);
+    append(json, place.position);
+    json += ',';
+    append(json, place.line);
+    json += ',';
+    append(json, place.column);
+}
+
+void TagLines::writeResult(std::string& json, const Tag& tag, std::size_t place) const {
+    const bool isKnown = place != npos;
+    const std::size_t begin = isKnown ? outputPlace(place) : 0;
+    json += ',';
+    append(json, isKnown ? outputPlace(place + tag.length) - begin : tag.length);
+    json += ',';
+    if (!isKnown) {
+        json += "null";
+    } else {
+        append(json, begin + 1);
+    }
+}
+
+}  // namespace
+
+std::string checksumOf(std::string_view bytes) {
+    std::uint64_t sum = 0xCBF29CE484222325;
+    for (const char byte : bytes) sum = (sum ^ static_cast<unsigned char>(byte)) * 0x100000001B3;
+    std::string digits(16, '0');
+    for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit, sum /= 16)
+        *digit = "0123456789abcdef"[sum % 16];
+    return digits;
+}
+
+std::string traceFile(const TraceCollector& trace, const TraceSubject& subject) {
+    const bool isAnsi = subject.encoding == TextEncoding::ansi;
+    const bool hasMoved = !trace.texts().empty() && trace.texts().front().hasMoved;
+    std::string json = "{\"version\":1,\"template\":" + jsonText(Json(subject.templateName)) +
+                       ",\"output\":{\"encoding\":\"" + (isAnsi ? "ansi" : "utf-8") + "\",\"checksum\":\"" +
+                       checksumOf(subject.output) + "\"},\"moved\":" + (hasMoved ? "true" : "false") +
+                       ",\"omitted\":" + std::to_string(trace.omitted()) +
+                       ",\n\"columns\":" + jsonText(Json(kTraceColumns)) + ",\n\"tags\":[";
+    TagLines(trace, subject).writeTo(json);
+    return json.append("\n]}\n");
+}
+
+}  // namespace velmor::cli
