@@ -20,7 +20,8 @@ std::u16string keyOf(const ErrorLogEntry& entry) {
 std::string describe(const ErrorLogEntry& entry, std::u16string_view outermostTag) {
     std::string text;
     if (!outermostTag.empty()) text = shown(outermostTag) + ": ";
-    text += shown(entry.handler) + ": " + shown(entry.message);
+    if (!entry.handler.empty()) text += shown(entry.handler) + ": ";
+    text += shown(entry.message);
     if (entry.number != 0) text += " (error " + std::to_string(entry.number) + ")";
     const bool isTold = outermostTag.find(entry.tagData) != outermostTag.npos;
     if (!isTold) text += "; " + shown(entry.tagData);

@@ -12,7 +12,7 @@
 
 namespace velmor {
 
-// A property that is a rule has none of its values.
+// Error 5: the value of one of the properties below is not one that it can have.
 class RuleError : public Error {
 public:
     RuleError(std::u16string_view name, std::u16string_view value);
@@ -50,12 +50,15 @@ struct EvaluationRules {
 
     // Whether it matters where a value comes from.
     bool looksAtValues() const noexcept { return missing != Missing::empty || dataTags != DataTags::allow; }
-    // Whether a file may be looked for, and one that exists may be included.
+    // Whether INCLUDE may look for a file of this path. Touches no file.
     bool admitsPath(std::u16string_view path) const noexcept;
+    // Whether the file, which exists, may be included: links are followed. Costs two looks at the disk if there is an
+    // include root.
     bool admitsFile(const platform::Services& services, std::u16string_view path) const;
 };
 
-// Held by each evaluation: the outermost one reads its rules.
+// Held by each evaluation. The outermost one on a thread reads its rules, which hold for all within it, and forgets
+// them at its end. Throws RuleError.
 class RulesInForce {
 public:
     explicit RulesInForce(const Collection& properties);

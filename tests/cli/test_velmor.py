@@ -204,6 +204,8 @@ class Eval(VelmorTest):
         self.velmor("eval", "in/letter.txt", "--missing", "fail", "-o", "none.txt", expect=FILE)
         self.assertIn("in/letter.txt':1:", self.messages)
         self.assertFalse(os.path.exists(self.path("none.txt")))
+        self.velmor("eval", "in/letter.txt", "--property", "kvTag.Missing=never", expect=FILE)
+        self.assertIn("in/letter.txt': \"never\" is not a value of kvTag.Missing (error 5)", self.messages)
         for wrong in (["--missing", "never"], ["--max-depth", "0"], ["--include-root", "nowhere"]):
             self.velmor("eval", *wrong, expect=USAGE)
 
