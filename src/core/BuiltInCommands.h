@@ -46,10 +46,14 @@ public:
     // With elements built from its name.
     CommandAnswer run() const;
 
-    // The value of a tag "TAG>PROPERTY:name=default:" (its final ":" may be absent), without a full parse: a
-    // part of psName, or `text`, which receives the property's value. Nothing if it needs the full parse.
-    static std::optional<std::u16string_view> property(std::u16string_view psName, const TagContext& context,
-                                                       std::u16string& text);
+    // The value of a tag "TAG>PROPERTY:name=default:" (its final ":" may be absent), without a full parse: the default,
+    // or the property's text (see Collection::textOf). Nothing if it needs the full parse.
+    struct PropertyText {
+        std::u16string_view text;
+        Origin origin;  // property, or author for the default
+    };
+    static std::optional<PropertyText> property(std::u16string_view psName, const TagContext& context,
+                                                std::u16string& buffer);
 
     // The names of all commands, in upper case.
     static std::vector<std::u16string> names();

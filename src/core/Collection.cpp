@@ -70,17 +70,13 @@ std::u16string Collection::getText(std::u16string_view psName, const Variant& pv
     return automation::toText(get(psName, pvDefault)).value_or(std::u16string());
 }
 
-bool Collection::appendText(std::u16string_view psName, std::u16string& target) const {
-    if (!own_) return false;
-    const PropertyRef property = own_->Item(psName);
-    if (!property) return false;
+std::optional<std::u16string_view> Collection::textOf(std::u16string_view psName, std::u16string& buffer) const {
+    const PropertyRef property = own_ ? own_->Item(psName) : nullptr;
+    if (!property) return std::nullopt;
     const std::u16string* const text = property->builder() ? nullptr : property->rawValue().get<std::u16string>();
-    if (text != nullptr) {
-        target += *text;
-    } else {
-        target += property->ValueStr();
-    }
-    return true;
+    if (text != nullptr) return *text;
+    buffer = property->ValueStr();
+    return buffer;
 }
 
 std::size_t Collection::textLength(std::u16string_view psName) const {

@@ -36,9 +36,9 @@ public:
     // The value of that property, else the default.
     automation::Variant get(std::u16string_view psName, const automation::Variant& pvDefault) const;
     std::u16string getText(std::u16string_view psName, const automation::Variant& pvDefault) const;
-    // Appends the text of that property without an intermediate copy; false, and nothing appended, if it is
-    // absent or the collection is the host's.
-    bool appendText(std::u16string_view psName, std::u16string& target) const;
+    // The text of that property: its own until it changes, or `buffer`, which receives it. Nothing if the property
+    // is absent or the collection is the host's.
+    std::optional<std::u16string_view> textOf(std::u16string_view psName, std::u16string& buffer) const;
     // The length of the property's text; 0 if it is not a text, or the collection is the host's.
     std::size_t textLength(std::u16string_view psName) const;
     bool truth(std::u16string_view psName, bool pbDefault) const;

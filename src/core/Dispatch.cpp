@@ -20,10 +20,10 @@ namespace {
 // One tag on its way to its answer.
 class Dispatch {
 public:
-    explicit Dispatch(const TagRequest& request)
-        : request_(request), handler_(request.name.substr(0, request.name.find(kHandlerSeparator))) {}
+    Dispatch(const TagRequest& request, TagAnswer& answer)
+        : request_(request), handler_(request.name.substr(0, request.name.find(kHandlerSeparator))), answer_(answer) {}
 
-    TagAnswer run();
+    void run();
 
 private:
     void answerBuiltIn();
@@ -32,7 +32,8 @@ private:
                               std::u16string_view error);
     void takeValue();
     void takeData(Origin origin);
-    void takePart(std::u16string_view part);
+    void takeView(const BuiltInCommands::PropertyText& value);
+    bool isFitAsItIs(const BuiltInCommands::PropertyText& value) const;
     void fitAndCount(bool protect);
     void answerAbsent(std::u16string_view name);
     void logValue(std::u16string_view message, std::u16string_view errorData);
@@ -45,25 +46,25 @@ private:
     const EvaluationRules& rules_ = EvaluationRun::current().rules();
     const std::u16string_view handler_;  // as it is written
     HandlerAddress address_;
-    TagAnswer answer_;
+    TagAnswer& answer_;
 };
 
-TagAnswer Dispatch::run() {
+void Dispatch::run() {
     const TimedStage stage(request_.services, LogType::dispatch);
     answer_.hasValue = answer_.isSearched = true;  // the empty text
     if (handler_.size() == request_.name.size()) {
         stage.finish({});
-        return std::move(answer_);
+        return;
     }
     if (!request_.tag || equalIgnoringCase(handler_, BuiltInCommands::handler)) {
         address_.name = BuiltInCommands::handler;
     } else {
         address_ = HandlerAddress::parse(handler_);
     }
-    if (EvaluationRun::current().hasFailed()) return std::move(answer_);
+    if (EvaluationRun::current().hasFailed()) return;
     if (const auto limit = EvaluationRun::current().countDispatch()) {
         report(*limit);
-        return std::move(answer_);
+        return;
     }
     answer_.hasValue = answer_.isSearched = false;
     answer_.origin = request_.context->origin;
@@ -78,15 +79,18 @@ TagAnswer Dispatch::run() {
     } catch (const std::exception&) {
         logFailure(request_.services, *request_.context->errorLog, address_.name, request_.name);
     }
-    return std::move(answer_);
 }
 
 void Dispatch::answerBuiltIn() {
     const std::shared_ptr<privProperties> elements = request_.tag ? request_.tag->changedElements() : nullptr;
     if (!elements) {
-        const auto value = BuiltInCommands::property(request_.name, *request_.context, answer_.text);
-        if (value && value->data() != answer_.text.data()) return takePart(*value);
-        if (value) return takeData(Origin::property);
+        std::u16string buffer;
+        const auto value = BuiltInCommands::property(request_.name, *request_.context, buffer);
+        if (value && value->text.data() != buffer.data()) return takeView(*value);
+        if (value) {
+            answer_.text = std::move(buffer);
+            return takeData(Origin::property);
+        }
     }
     const std::u16string name = storedName(request_.name);
     const BuiltInCommands commands(request_.services, request_.context, name);
@@ -175,23 +179,32 @@ void Dispatch::takeValue() {
     answer_.hasValue = answer_.isSearched = true;
 }
 
-// The value is a part of the tag's own text, and stays there where it can.
-void Dispatch::takePart(std::u16string_view part) {
-    const bool isRtf = part.starts_with(kRtfStart);
-    const bool isFit = request_.isFit || !isProtected() || protectedRTFLength(part) == part.size();
-    answer_.text.clear();
-    if (isRtf || !isFit || part.empty() || TimingLog::isOn(LogType::tagCollection)) {
-        answer_.text = part;
-        return takeValue();
+// The value stays where it is if it can.
+void Dispatch::takeView(const BuiltInCommands::PropertyText& value) {
+    if (!isFitAsItIs(value)) {
+        answer_.text = value.text;
+        return value.origin == Origin::author ? takeValue() : takeData(value.origin);
     }
     answer_.hasValue = answer_.isSearched = true;
-    if (const auto limit = EvaluationRun::current().countCharacters(part.size())) return report(*limit);
-    answer_.part = part;
-    // It is one whole tag or holds no marker, so tags deep within each other are not sought anew at
-    // each level.
-    if (part.starts_with(u'<')) {
-        answer_.tags.tags.push_back({0, static_cast<std::uint32_t>(part.size() - kClosingMarker.size())});
+    EvaluationRun& run = EvaluationRun::current();
+    answer_.isPart = value.origin == Origin::author;
+    const auto limit = answer_.isPart ? run.countCharacters(value.text.size()) : run.countValue(value.text.size());
+    if (limit) return report(*limit);
+    answer_.view = value.text;
+    if (!answer_.isPart) {
+        answer_.tags = searchTags(request_.services, address_.name, value.text);
+    } else if (value.text.starts_with(u'<')) {
+        // It is one whole tag or holds no marker, so tags deep within each other are not sought anew at each level.
+        answer_.tags.tags.push_back({0, static_cast<std::uint32_t>(value.text.size() - kClosingMarker.size())});
     }
+}
+
+bool Dispatch::isFitAsItIs(const BuiltInCommands::PropertyText& value) const {
+    const bool isOwn = value.origin == Origin::author;
+    if (value.text.empty() || value.text.starts_with(kRtfStart) || TimingLog::isOn(LogType::tagCollection))
+        return false;
+    if (!isOwn && EvaluationRun::current().tracksOrigins()) return false;
+    return (isOwn && request_.isFit) || !isProtected() || protectedRTFLength(value.text) == value.text.size();
 }
 
 // Fits the value into RTF where `protect` asks for it, and counts its characters. Beyond a limit it is
@@ -221,7 +234,9 @@ bool needsObject(std::u16string_view name) noexcept {
 }
 
 TagAnswer dispatch(const TagRequest& request) {
-    return Dispatch(request).run();
+    TagAnswer answer;
+    Dispatch(request, answer).run();
+    return answer;
 }
 
 std::u16string handlerName(std::u16string_view name) {

@@ -32,11 +32,14 @@ struct TagAnswer {
     bool isRtf = false;       // a document
     bool isSearched = false;  // its tags are known; a message's are not sought
     std::u16string text;
-    std::u16string_view part;  // of the tag's name, which is the value then; else empty
+    // The value if it is not `text`, else empty. It needs no escape. Either a part of the tag's name or the text of a
+    // property, which stays until that changes.
+    std::u16string_view view;
+    bool isPart = false;  // the view is a part of the tag's name
     TopLevelTags tags;
     Origin origin = Origin::author;  // of the value
 
-    std::u16string_view value() const noexcept { return part.empty() ? std::u16string_view(text) : part; }
+    std::u16string_view value() const noexcept { return view.empty() ? std::u16string_view(text) : view; }
 };
 
 // True when a tag of this name needs its object to be answered.

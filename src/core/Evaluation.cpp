@@ -67,7 +67,8 @@ std::u16string evaluateText(platform::Services& services, const ContextRef& cont
     addTableMarkers(text, services.guids);
     const TopLevelTags found = searchTags(services, {}, text);
     if (found.tags.empty() || !admitsTags(services, *context, handler)) return text;
-    TagList tags(services, text, found, isRtf ? protectedContext(context) : context);
+    const ContextRef own = isRtf ? protectedContext(context) : context;
+    TagList tags(services, text, found, own);
     const auto result = std::make_shared<privStrCat>();
     Evaluation(tags, result, true).run();
     std::u16string evaluated(run.hasFailed() ? std::u16string_view() : result->contiguous());
@@ -229,22 +230,23 @@ void Evaluation::keepTag(std::size_t index, std::size_t start, privStrCat& resul
 }
 
 KeptListRef Evaluation::evaluateTagsOf(TagAnswer& answer, std::size_t index, const BuilderRef& results) {
-    const HeldText held(answer.text.size());
+    const HeldText held(answer.isPart ? 0 : answer.value().size());
     if (!held.fits()) {
         report(EvaluationLimit::held, index);
         return nullptr;
     }
-    const bool isPart = !answer.part.empty();
+    const bool isFit = !answer.view.empty();
     const ContextRef context =
         contextOf(answer.origin, answer.isRtf ? protectedContext(tags_.context()) : tags_.context());
-    if (KeptListRef kept = tags_.keepNested(answer.value(), isPart, answer.tags, context)) {
+    if (KeptListRef kept = tags_.keepNested(answer.value(), answer.isPart, answer.tags, context)) {
         std::u16string().swap(answer.text);
-        Evaluation(*kept, results).run(isPart);
+        Evaluation(*kept, results).run(isFit);
         return kept;
     }
     if (tags_.isKept()) report(EvaluationLimit::kept, index);
+    if (isFit && !answer.isPart) answer.text = std::exchange(answer.view, {});
     TagList list(tags_.services(), answer.value(), answer.tags, context);
-    Evaluation(list, results).run(isPart);
+    Evaluation(list, results).run(isFit);
     return nullptr;
 }
 

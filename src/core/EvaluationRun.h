@@ -79,7 +79,7 @@ public:
     std::size_t& decodable() noexcept { return decodable_; }
 
     // What the outermost text's host asks for.
-    const EvaluationRules& rules() const noexcept;
+    const EvaluationRules& rules() const noexcept { return rules_ != nullptr ? *rules_ : noRules(); }
     void rules(const EvaluationRules* rules) noexcept { rules_ = rules; }
     // Whether TagContext::origin is kept: a rule or a listener asks for it.
     bool tracksOrigins() const noexcept;
@@ -105,6 +105,7 @@ private:
     friend class TextApart;
 
     static thread_local EvaluationRun current_;
+    static const EvaluationRules& noRules() noexcept;
 
     std::size_t holdable() const noexcept { return static_cast<std::size_t>(heldMost_ - held_); }
 

@@ -61,8 +61,9 @@ std::optional<std::u16string_view> plainDefault(std::u16string_view rest, std::s
 
 }  // namespace
 
-std::optional<std::u16string_view> BuiltInCommands::property(std::u16string_view psName, const TagContext& context,
-                                                             std::u16string& text) {
+std::optional<BuiltInCommands::PropertyText> BuiltInCommands::property(std::u16string_view psName,
+                                                                       const TagContext& context,
+                                                                       std::u16string& buffer) {
     if (!isPropertyTag(psName) || !context.properties.own()) return std::nullopt;
     const std::u16string_view rest = psName.substr(kPropertyTag.size());
     const std::size_t equals = std::min(rest.find_first_of(u"=:<"), rest.size());
@@ -71,11 +72,10 @@ std::optional<std::u16string_view> BuiltInCommands::property(std::u16string_view
     if (!isPlainName(name) || (bare && equals < rest.size() && rest[equals] == u'<')) return std::nullopt;
     const std::optional<std::u16string_view> value = bare ? u"0" : plainDefault(rest, equals + 1);
     if (!value) return std::nullopt;
-    text.clear();
-    if (context.properties.appendText(name, text)) return text;
+    if (const auto text = context.properties.textOf(name, buffer)) return PropertyText{*text, Origin::property};
     // Without a default the tag may be one for EvaluationRules::missing.
     if ((bare || value->empty()) && EvaluationRun::current().rules().looksAtValues()) return std::nullopt;
-    return *value;
+    return PropertyText{*value, Origin::author};
 }
 
 }  // namespace velmor

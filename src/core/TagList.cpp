@@ -15,18 +15,24 @@ std::u16string storedName(std::u16string_view rawName) {
     return name;
 }
 
-void EndKeptList::operator()(TagList* list) const noexcept {
-    list->~TagList();
+void KeptLists::cleanUp() {
+    // What is released may come back to these lists.
+    for (std::size_t index = 0; index < contexts_.size(); ++index)
+        const ContextRef released = std::move(contexts_[index]);
 }
 
-TagList::TagList(platform::Services& services, std::u16string_view text, const TopLevelTags& tags, ContextRef context,
-                 KeptLists* lists)
+void EndKeptList::operator()(TagList* list) const noexcept {
+    if (list->lists_->haveObjects) list->~TagList();
+}
+
+TagList::TagList(platform::Services& services, std::u16string_view text, const TopLevelTags& tags,
+                 const ContextRef& context, KeptLists* lists)
     : services_(services),
       text_(text),
       lists_(lists),
       tags_(tags.tags.size(), lists ? &lists->memory : std::pmr::get_default_resource()),
       firstStray_(tags.firstStray),
-      context_(std::move(context)) {
+      context_(lists ? &lists->share(context) : &context) {
     for (std::size_t index = 0; index < tags_.size(); ++index) tags_[index].span = tags.tags[index];
 }
 
@@ -35,14 +41,14 @@ TagList::~TagList() {
 }
 
 KeptListRef TagList::make(platform::Services& services, std::u16string_view text, const TopLevelTags& tags,
-                          ContextRef context, KeptLists& lists) {
+                          const ContextRef& context, KeptLists& lists) {
     void* const place = lists.memory.allocate(sizeof(TagList), alignof(TagList));
-    return KeptListRef(new (place) TagList(services, text, tags, std::move(context), &lists));
+    return KeptListRef(new (place) TagList(services, text, tags, context, &lists));
 }
 
 KeptListRef TagList::keep(platform::Services& services, KeptLists& lists, const TopLevelTags& tags,
-                          ContextRef context) {
-    return make(services, *lists.source, tags, std::move(context), lists);
+                          const ContextRef& context) {
+    return make(services, *lists.source, tags, context, lists);
 }
 
 KeptListRef TagList::keepNested(std::u16string_view value, bool isPart, const TopLevelTags& tags,
@@ -61,7 +67,8 @@ std::shared_ptr<kvTag> TagList::item(std::size_t index) {
     ListedTag& entry = tags_[index];
     if (entry.object) return entry.object;
     const auto tag = std::make_shared<kvTag>(services_);
-    tag->becomeChild(context_);
+    if (isKept()) lists_->haveObjects = true;
+    tag->becomeChild(*context_);
     tag->Name(rawName(index));
     tag->answering_ = index == running_;
     entry.object = tag;
@@ -72,7 +79,7 @@ std::shared_ptr<kvTag> TagList::item(std::size_t index) {
 void TagList::adoptOutcome(ListedTag& entry) {
     if (entry.resultStart == ListedTag::kNotEvaluated) return;
     const auto result =
-        std::make_shared<const std::u16string>(results_->contiguous().substr(entry.resultStart, entry.resultLength));
+        std::make_shared<const std::u16string>((*results_)->contiguous().substr(entry.resultStart, entry.resultLength));
     if (!entry.nested) {
         entry.object->adoptOutcome(result, std::make_shared<kvTags>(), result);
         return;
@@ -101,13 +108,13 @@ void TagList::settleObject(std::size_t index, std::size_t start, std::size_t len
 
 // True when item() would make an object in the same state.
 bool TagList::isSpare(const kvTag& tag, std::size_t index) const {
-    const bool hasOwnContext = tag.context_ != context_ && !tag.value_->starts_with(kRtfStart);
+    const bool hasOwnContext = tag.context_ != *context_ && !tag.value_->starts_with(kRtfStart);
     return tag.resultGenerated_ && tag.value_ == tag.result_ && !hasOwnContext &&
            tag.name_ == storedName(rawName(index));
 }
 
 void TagList::moveResults(const BuilderRef& results, std::size_t distance) {
-    results_ = results;
+    beginResults(results);
     for (ListedTag& entry : tags_) {
         if (entry.resultStart == ListedTag::kNotEvaluated) continue;
         entry.resultStart -= static_cast<std::uint32_t>(distance);
@@ -125,10 +132,13 @@ void TagList::cleanUp() {
     // What is released may come back to this list.
     const std::pmr::vector<ListedTag> tags = std::move(tags_);
     tags_.clear();
-    context_.reset();
+    static const ContextRef none;
+    context_ = &none;
     for (const ListedTag& entry : tags) {
         if (entry.object) entry.object->releaseShared();
     }
+    const bool isOutermost = isKept() && text_.data() == lists_->source->data();
+    if (isOutermost) lists_->cleanUp();
 }
 
 }  // namespace velmor

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <memory_resource>
 #include <string>
@@ -22,10 +23,27 @@ class KeptLists : public std::enable_shared_from_this<KeptLists> {
 public:
     explicit KeptLists(TextRef text) : source(std::move(text)) {}
 
+    // A reference that stays until these lists are released.
+    const ContextRef& share(const ContextRef& context) { return shareIn(contexts_, context); }
+    const BuilderRef& share(const BuilderRef& results) { return shareIn(results_, results); }
+    // Releases the contexts.
+    void cleanUp();
+
     const TextRef source;  // the outermost text
     std::pmr::monotonic_buffer_resource memory;
+    bool haveObjects = false;  // somebody asked for one of the tags
+
+private:
+    template <class Ref>
+    static const Ref& shareIn(std::deque<Ref>& shared, const Ref& ref) {
+        return shared.empty() || shared.back() != ref ? shared.emplace_back(ref) : shared.back();
+    }
+
+    std::deque<ContextRef> contexts_;
+    std::deque<BuilderRef> results_;
 };
 
+// Spares a visit to lists of which nobody asked for a tag.
 struct EndKeptList {
     void operator()(TagList* list) const noexcept;
 };
@@ -46,12 +64,13 @@ struct ListedTag {
 // handlers get one when they ask for it, and always the same one.
 class TagList {
 public:
-    // A list that nobody will ask for its tags once it is evaluated. The text must last as long.
-    TagList(platform::Services& services, std::u16string_view text, const TopLevelTags& tags, ContextRef context)
-        : TagList(services, text, tags, std::move(context), nullptr) {}
+    // A list that nobody will ask for its tags once it is evaluated. The text, the context and the results must last as
+    // long.
+    TagList(platform::Services& services, std::u16string_view text, const TopLevelTags& tags, const ContextRef& context)
+        : TagList(services, text, tags, context, nullptr) {}
     // A list that is kept: of the outermost text ...
     static KeptListRef keep(platform::Services& services, KeptLists& lists, const TopLevelTags& tags,
-                            ContextRef context);
+                            const ContextRef& context);
     // ... and of a value that one of its tags became, which may be a part of its text. Null when too much is kept by
     // now, and in a list that is not kept.
     KeptListRef keepNested(std::u16string_view value, bool isPart, const TopLevelTags& tags, const ContextRef& context);
@@ -64,7 +83,7 @@ public:
     std::size_t firstStray() const noexcept { return firstStray_; }
     const TagSpan& span(std::size_t index) const noexcept { return tags_[index].span; }
     std::u16string_view text() const noexcept { return text_; }
-    const ContextRef& context() const noexcept { return context_; }
+    const ContextRef& context() const noexcept { return *context_; }
     platform::Services& services() const noexcept { return services_; }
     bool isKept() const noexcept { return lists_ != nullptr; }
 
@@ -81,7 +100,7 @@ public:
     void beginEvaluation() noexcept { ++evaluations_; }
     void endEvaluation();
     // The results of the tags are appended to this text.
-    void beginResults(BuilderRef results) { results_ = std::move(results); }
+    void beginResults(const BuilderRef& results) { results_ = isKept() ? &lists_->share(results) : &results; }
     // They lie in another text, `distance` units nearer to its start.
     void moveResults(const BuilderRef& results, std::size_t distance);
     // A tag is being answered without an object of its own ...
@@ -98,10 +117,11 @@ public:
 private:
     static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-    TagList(platform::Services& services, std::u16string_view text, const TopLevelTags& tags, ContextRef context,
+    friend struct EndKeptList;
+    TagList(platform::Services& services, std::u16string_view text, const TopLevelTags& tags, const ContextRef& context,
             KeptLists* lists);
     static KeptListRef make(platform::Services& services, std::u16string_view text, const TopLevelTags& tags,
-                            ContextRef context, KeptLists& lists);
+                            const ContextRef& context, KeptLists& lists);
     void adoptOutcome(ListedTag& entry);
     bool isSpare(const kvTag& tag, std::size_t index) const;
 
@@ -110,8 +130,8 @@ private:
     KeptLists* const lists_;  // null when it is not kept
     std::pmr::vector<ListedTag> tags_;
     const std::uint32_t firstStray_;
-    ContextRef context_;
-    BuilderRef results_;
+    const ContextRef* context_;            // null itself after cleanUp
+    const BuilderRef* results_ = nullptr;  // null before the evaluation
     std::size_t running_ = kNone;
     int evaluations_ = 0;  // running ones
     bool toBeCleanedUp_ = false;

@@ -155,8 +155,8 @@ void kvTag::answerItself() {
     if (!answer.hasValue) return;
     if (answer.isRtf) ProtectRTF(true);
     if (context_->origin != answer.origin) ownContext().origin = answer.origin;
-    auto value = std::make_shared<const std::u16string>(answer.part.empty() ? std::move(answer.text)
-                                                                            : std::u16string(answer.part));
+    auto value = std::make_shared<const std::u16string>(answer.view.empty() ? std::move(answer.text)
+                                                                            : std::u16string(answer.view));
     if (answer.isSearched) {
         tags_ = listTags(value, answer.tags);
         tagsBuilt_ = true;

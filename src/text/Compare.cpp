@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 namespace velmor {
 
@@ -39,7 +40,9 @@ std::u16string upperCase(std::u16string_view text) {
 }
 
 bool equalIgnoringCase(std::u16string_view left, std::u16string_view right) noexcept {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
+    if (left.size() != right.size()) return false;
+    if (left.empty() || std::memcmp(left.data(), right.data(), left.size() * sizeof(char16_t)) == 0) return true;
+    return std::equal(left.begin(), left.end(), right.begin(),
                       [](char16_t a, char16_t b) { return a == b || foldUnit(a) == foldUnit(b); });
 }
 

@@ -65,7 +65,7 @@ TEST(Commands, TheShortCutEqualsTheFullParse) {
         std::u16string name = u"TAG>PROPERTY:" + random.text(pieces, 6), text;
         const auto found = BuiltInCommands::property(name, *context, text);
         if (!found) continue;
-        const std::u16string quick(*found);
+        const std::u16string quick(found->text);
         ++taken;
         if (!name.ends_with(u':')) name += u':';
         ASSERT_EQ(quick, BuiltInCommands(on.services, ContextRef(context), name).run().text) << toUtf8(name);
