@@ -230,7 +230,7 @@ void DocumentFlow::closeGroup() {
 void DocumentFlow::readBackslash() {
     Reading& reading = readings_.back();
     const std::size_t index = reading.at;
-    if (!sections_.awaitsContent() && !sections_.awaitsSectionWords() && !wordsAnywhere.mayHold(reading.text, index)) {
+    if (!sections_.awaitsContent() && !wordsAnywhere.mayHold(reading.text, index)) {
         reading.at = index + 2;
         return;
     }
