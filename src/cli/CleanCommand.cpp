@@ -4,12 +4,12 @@
 #include <utility>
 #include <vector>
 
-#include "cli/DocumentJoiner.h"
 #include "cli/Documents.h"
 #include "cli/Streams.h"
 #include "core/kvTag.h"
 #include "properties/privProperties.h"
 #include "rtf/clean/CleanRTF.h"
+#include "rtf/clean/JoinDocuments.h"
 #include "rtf/pages/MergePageBreaks.h"
 #include "text/Compare.h"
 #include "text/Encoding.h"

@@ -53,13 +53,6 @@ std::u16string decodeText(std::string_view bytes, EncodingChoice choice, const s
     return text;
 }
 
-std::u16string decodeIncluded(std::string_view bytes) {
-    if (!isRtf(bytes) && !isAscii(bytes) && !markedEncoding(bytes)) {
-        if (auto text = textOfUtf8(bytes)) return *std::move(text);
-    }
-    return decodeTextFile(bytes);
-}
-
 Document decodeTemplate(std::string_view bytes, EncodingChoice choice, const std::string& name) {
     if (isRtf(bytes)) return {fromAnsi(bytes), TextEncoding::ansi};
     Document document = decodeMarkedOr(bytes, choice, name);

@@ -20,9 +20,6 @@ enum class EncodingChoice {
 // for bytes that are not UTF-8 although the choice or a mark says so, and for half a UTF-16 unit.
 std::u16string decodeText(std::string_view bytes, EncodingChoice choice, const std::string& name);
 
-// The same for a file that a template includes. It never fails: bytes that are not UTF-8 are ANSI.
-std::u16string decodeIncluded(std::string_view bytes);
-
 // A template, and how its result is to be encoded. The text keeps its byte order mark, so that the
 // result begins with it. A plain-text template in ASCII alone takes the encoding of the locale when
 // the choice is automatic.

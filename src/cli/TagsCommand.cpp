@@ -1,7 +1,5 @@
 #include "cli/Commands.h"
 
-#include <functional>
-#include <memory>
 #include <utility>
 #include <vector>
 
@@ -9,97 +7,13 @@
 #include "cli/JsonText.h"
 #include "cli/LineText.h"
 #include "cli/Streams.h"
-#include "core/Markup.h"
-#include "core/kvTag.h"
-#include "properties/privProperties.h"
-#include "properties/privProperty.h"
+#include "core/TagTree.h"
 #include "text/Encoding.h"
 
 namespace velmor::cli {
 namespace {
 
 using automation::Variant;
-
-// One tag of a template, parsed as evaluation parses it.
-struct TagNode {
-    struct Parameter {
-        std::u16string name;
-        Variant value;  // the long 0 for a name alone
-    };
-
-    std::size_t position = 0;  // of its opening marker within the template, from 1
-    std::size_t length = 0;    // from there to the end of its closing marker
-    std::u16string handler;    // empty when the tag names none; its result is empty
-    std::u16string command;
-    Variant commandValue;
-    std::vector<Parameter> parameters;
-    std::vector<TagNode> tags;  // within its parameters
-};
-
-// Markers and tags that were left out.
-struct UnvisitedTags {
-    static constexpr std::size_t maximalDepth = 100;
-
-    std::vector<std::size_t> unclosed;  // positions of opening markers without their closing one
-    std::size_t tooDeep = 0;            // tags nested deeper than maximalDepth
-};
-
-TagNode parseTag(platform::Services& services, std::u16string_view text, const TagSpan& span) {
-    TagNode node;
-    node.position = span.open + std::size_t{1};
-    node.length = span.end() - span.open;
-    const auto tag = std::make_shared<kvTag>(services);
-    tag->Name(span.inner(text));
-    if (span.inner(text).find(kHandlerSeparator) == text.npos) return node;
-    node.handler = tag->HandlerName();
-    node.command = tag->CommandName();
-    node.commandValue = tag->CommandValue();
-    const auto elements = tag->Elements();
-    for (std::int32_t index = 3; index <= elements->Count(); ++index) {
-        const auto element = elements->Item(index);
-        node.parameters.push_back({element->Name(), element->Value()});
-    }
-    return node;
-}
-
-// The template, or a tag that may contain the next one.
-struct Level {
-    std::size_t end;
-    TagNode tag = {};
-    std::size_t resume = 0;  // markers before this place are skipped
-};
-
-// Hands out each outermost tag, in the order of the opening markers. Evaluates nothing. Linear in the template
-// for a given depth of nesting; holds one outermost tag at a time.
-UnvisitedTags visitTags(platform::Services& services, std::u16string_view text,
-                        const std::function<void(const TagNode&)>& visit) {
-    UnvisitedTags unvisited;
-    std::vector<Level> levels = {{text.npos}};
-    const auto leaveTo = [&](std::size_t place) {
-        while (place >= levels.back().end) {
-            TagNode tag = std::move(levels.back().tag);
-            levels.pop_back();
-            if (levels.size() == 1) {
-                visit(tag);
-            } else {
-                levels.back().tag.tags.push_back(std::move(tag));
-            }
-        }
-    };
-    for (const TagSpan& span : findMarkerPairs(text)) {
-        leaveTo(span.open);
-        if (!span.complete()) {
-            unvisited.unclosed.push_back(span.open + std::size_t{1});
-            levels.back().resume = span.open + kClosingMarker.size();
-        } else if (levels.size() > UnvisitedTags::maximalDepth) {
-            ++unvisited.tooDeep;
-        } else if (span.open >= levels.back().resume) {
-            levels.push_back({span.close, parseTag(services, text, span)});
-        }
-    }
-    leaveTo(text.size());
-    return unvisited;
-}
 
 Json valueJson(const Variant& value) {
     if (const auto* number = value.get<std::int32_t>()) return *number;

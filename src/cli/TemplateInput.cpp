@@ -36,7 +36,7 @@ TemplateInput::TemplateInput(platform::Services& machine, const TemplateOptions&
       folders_(machine.folders, folderOf(options.input, machine.folders.separator())),
       services_{machine.registry, machine.files,    machine.clock, folders_,
                 machine.objects,  machine.pictures, machine.guids} {
-    if (options.encoding != EncodingChoice::ansi) useTextFileDecoder(&decodeIncluded);
+    if (options.encoding != EncodingChoice::ansi) useTextFileDecoder(&decodeTextFileOrUtf8);
     document_ = decodeTemplate(readAll(machine.files, options.input), options.encoding, inputName(options.input));
 }
 

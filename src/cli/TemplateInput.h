@@ -7,28 +7,10 @@
 #include <vector>
 
 #include "cli/Documents.h"
-#include "platform/Services.h"
+#include "platform/TemplateFolders.h"
 #include "properties/privProperties.h"
 
 namespace velmor::cli {
-
-// The machine's folders, except that the template's folder replaces the component's: files without a
-// path are searched there.
-class TemplateFolders final : public platform::Folders {
-public:
-    TemplateFolders(const platform::Folders& machine, std::u16string folder)
-        : machine_(machine), folder_(std::move(folder)) {}
-
-    std::u16string commonData() const override { return machine_.commonData(); }
-    std::u16string temporary() const override { return machine_.temporary(); }
-    std::u16string component() const override { return folder_; }
-    std::u16string machineName() const override { return machine_.machineName(); }
-    char16_t separator() const override { return machine_.separator(); }
-
-private:
-    const platform::Folders& machine_;
-    std::u16string folder_;
-};
 
 // A template and the properties that it is evaluated with, as the command line names them. UTF-8.
 struct TemplateOptions {
@@ -64,7 +46,7 @@ private:
     void addSandbox(privProperties& properties) const;
 
     const TemplateOptions& options_;
-    TemplateFolders folders_;
+    platform::TemplateFolders folders_;
     platform::Services services_;
     Document document_;
 };

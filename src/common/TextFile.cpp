@@ -20,6 +20,14 @@ std::u16string decodeTextFile(std::string_view bytes) {
     return marked ? std::move(*marked) : fromAnsi(bytes);
 }
 
+std::u16string decodeTextFileOrUtf8(std::string_view bytes) {
+    if (auto marked = decodeMarked(bytes)) return *std::move(marked);
+    if (!bytes.starts_with("{\\rtf") && !isAscii(bytes)) {
+        if (auto text = textOfUtf8(bytes)) return *std::move(text);
+    }
+    return fromAnsi(bytes);
+}
+
 // The comparison also detects texts that begin like a mark.
 std::string encodeTextFile(std::u16string_view text) {
     std::string bytes = toAnsi(text);

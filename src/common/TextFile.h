@@ -12,6 +12,9 @@ namespace velmor {
 // with a byte order mark: UTF-8 and UTF-16 (either order) are then decoded, without the mark.
 std::u16string decodeTextFile(std::string_view bytes);
 
+// The same, except that bytes beyond ASCII that are valid UTF-8 are UTF-8. RTF is always in the ANSI code page.
+std::u16string decodeTextFileOrUtf8(std::string_view bytes);
+
 // Makes readTextFile use another function than decodeTextFile, for a program whose users have files in
 // other encodings. It holds for the whole program: call it at start-up, before any file is read.
 void useTextFileDecoder(std::u16string (*decode)(std::string_view bytes)) noexcept;

@@ -1,14 +1,15 @@
-#include "cli/DocumentJoiner.h"
+#include "rtf/clean/JoinDocuments.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "cli/Failure.h"
 #include "rtf/edit/EmbeddedDocuments.h"
 #include "rtf/pages/MergePageBreaks.h"
 #include "rtf/read/RtfReader.h"
+#include "text/Encoding.h"
+#include "text/Error.h"
 
-namespace velmor::cli {
+namespace velmor {
 namespace {
 
 constexpr std::size_t maximalLength = (std::size_t{1} << 30) - 1;
@@ -16,7 +17,7 @@ constexpr std::size_t maximalLength = (std::size_t{1} << 30) - 1;
 // Counts braces as a reader of RTF does, also for exact cleaning.
 std::size_t closingBrace(std::u16string_view text, std::size_t document, const std::string& name) {
     const std::size_t end = findGroupEnd(text, document + 1, true);
-    if (end == noGroupEnd) throw Failure(exitFile, name + " cannot be joined: its closing brace is missing");
+    if (end == noGroupEnd) throw Error(5, fromUtf8(name) + u" cannot be joined: its closing brace is missing");
     return end;
 }
 
@@ -29,7 +30,7 @@ std::size_t countVisible(std::u16string_view text) {
 
 void requireDocument(std::u16string& text, bool addVersion, const std::string& name) {
     const std::size_t document = findHostDocument(text);
-    if (document == noDocument) throw Failure(exitFile, name + " contains no RTF document");
+    if (document == noDocument) throw Error(5, fromUtf8(name) + u" contains no RTF document");
     const std::size_t version = document + std::u16string_view(u"{\\rtf").size();
     if (addVersion && version < text.size() && !isLetter(text[version]) && text[version] != u'-' &&
         hostHeaderStart(text, document) == version) {
@@ -49,7 +50,7 @@ std::u16string joinDocuments(std::vector<std::u16string> texts, const std::vecto
         const std::size_t end = closingBrace(text, begin, names[i]) + 1;
         const std::size_t added = Module1::mergePageBreakMarker.size() + (end - begin);
         if (joined.size() + tail.size() + added > maximalLength) {
-            throw Failure(exitFile, "with " + names[i] + " the joined document is too large");
+            throw Error(7, u"with " + fromUtf8(names[i]) + u" the joined document is too large");
         }
         joined.append(Module1::mergePageBreakMarker).append(text.substr(begin, end - begin));
         const std::size_t left = countVisible(text.substr(0, begin)) + countVisible(text.substr(end));
@@ -58,4 +59,4 @@ std::u16string joinDocuments(std::vector<std::u16string> texts, const std::vecto
     return joined += tail;
 }
 
-}  // namespace velmor::cli
+}  // namespace velmor

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-namespace velmor::cli {
+namespace velmor {
 
 // Inserts the version 1, which cleaning looks for, into a document without a version: "{\rtf\ansi"
-// means "{\rtf1\ansi". Throws Failure (exitFile) when the text contains no RTF document;
+// means "{\rtf1\ansi". Throws Error 5 when the text contains no RTF document;
 // `name` is for messages.
 void requireDocument(std::u16string& text, bool addVersion, const std::string& name);
 
@@ -17,9 +17,9 @@ void requireDocument(std::u16string& text, bool addVersion, const std::string& n
 // `lost` with how many characters around a further document were left out, white space and NULs aside.
 // (The first document keeps the characters around it.)
 //
-// The texts have passed requireDocument; `names` are for messages. Throws Failure (exitFile) for a document
-// without a closing brace, and for a joined text that exceeds the length of a text.
+// The texts have passed requireDocument; `names` are for messages. Throws Error 5 for a document
+// without a closing brace, and 7 for a joined text that exceeds the length of a text.
 std::u16string joinDocuments(std::vector<std::u16string> texts, const std::vector<std::string>& names,
                              const std::function<void(const std::string& name, std::size_t count)>& lost);
 
-}  // namespace velmor::cli
+}  // namespace velmor
