@@ -17,7 +17,7 @@ ALLOWED["properties"] = ALLOWED["common"] + ["common"]
 ALLOWED["rtf"] = ALLOWED["handlers"] = ALLOWED["direct"] = ALLOWED["properties"] + ["properties"]
 ALLOWED["core"] = ALLOWED["rtf"] + ["rtf", "handlers", "direct"]
 ALLOWED["check"] = ALLOWED["core"] + ["core"]
-ALLOWED["com"] = ALLOWED["cli"] = ALLOWED["check"] + ["check"]
+ALLOWED["com"] = ALLOWED["cli"] = ALLOWED["api"] = ALLOWED["check"] + ["check"]
 
 # The rooms within rtf, in the same manner.
 RTF_ALLOWED = {"read": [], "edit": ["read"]}

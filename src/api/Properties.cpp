@@ -1,0 +1,93 @@
+#include "api/PropertiesParts.h"
+#include "automation/Variant.h"
+#include "platform/SystemServices.h"
+#include "properties/privProperty.h"
+#include "text/Encoding.h"
+
+namespace velmor {
+
+using automation::Variant;
+
+platform::Services& api::machine() {
+    static auto* const instance = new platform::SystemServices({{}, {}, {}, true});
+    return instance->services();
+}
+
+inline namespace v1 {
+
+std::string utf8(std::u16string_view text) {
+    return toUtf8(text);
+}
+
+std::u16string utf16(std::string_view bytes) {
+    return fromUtf8(bytes);
+}
+
+Properties::Properties() : parts_(std::make_unique<Parts>()) {}
+Properties::~Properties() = default;
+Properties::Properties(Properties&&) noexcept = default;
+Properties& Properties::operator=(Properties&&) noexcept = default;
+
+void Properties::setText(const TextIn& name, const TextIn& value) {
+    parts_->items->Add(name.view(), Variant(value.view()), true);
+}
+
+void Properties::setNumber(const TextIn& name, std::int32_t value) {
+    parts_->items->Add(name.view(), value, true);
+}
+
+void Properties::setNumber(const TextIn& name, double value) {
+    parts_->items->Add(name.view(), value, true);
+}
+
+void Properties::setTruth(const TextIn& name, bool value) {
+    parts_->items->Add(name.view(), value, true);
+}
+
+void Properties::setDate(const TextIn& name, double days) {
+    parts_->items->Add(name.view(), automation::Date{days}, true);
+}
+
+void Properties::setProperties(const TextIn& name, const Properties& value) {
+    const PropertyRef property = parts_->items->Add(name.view(), u"", true);
+    if (property) property->Properties()->Build(value.parts_->items->Stored());
+}
+
+bool Properties::remove(const TextIn& name) {
+    if (!parts_->items->Item(name.view())) return false;
+    parts_->items->Remove(Variant(name.view()));
+    return true;
+}
+
+std::optional<std::u16string> Properties::text(const TextIn& name) const {
+    const PropertyRef property = parts_->items->Item(name.view());
+    return property ? std::optional(property->ValueStr()) : std::nullopt;
+}
+
+std::size_t Properties::size() const noexcept {
+    return static_cast<std::size_t>(parts_->items->Count());
+}
+
+std::u16string Properties::nameAt(std::size_t index) const {
+    const PropertyRef property = parts_->items->Item(static_cast<std::int32_t>(index + 1));
+    return property ? std::u16string(property->Name()) : std::u16string();
+}
+
+std::u16string Properties::toText() const {
+    return parts_->items->Stored();
+}
+
+Properties Properties::fromText(const TextIn& text) {
+    Properties properties;
+    properties.parts_->items->Build(text.view());
+    return properties;
+}
+
+Outcome<Properties> Properties::fromFile(const TextIn& path, const TextIn& password) {
+    Properties properties;
+    if (properties.parts_->items->LoadFromFile(path.view(), password.view())) return properties;
+    return Failure{53, std::u16string(u"The file \"").append(path.view()).append(u"\" cannot be read")};
+}
+
+}  // namespace v1
+}  // namespace velmor

@@ -1,0 +1,228 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+// The library of document templates: it evaluates the tags of a template, and cleans and joins RTF documents.
+//
+//     velmor::Properties properties;
+//     properties.setText("Name", "Ada Lovelace");
+//     velmor::Engine engine = velmor::Engine::make().value();
+//     velmor::Evaluated letter = engine.evaluate("Dear <KV:TAG>PROPERTY:Name=customer:</KV>,", properties);
+//     std::string bytes = velmor::utf8(letter.text);
+//
+// Texts are UTF-16 and positions count UTF-16 code units from 1, as in the component and in velmor's output. Where a
+// text is given, UTF-8 is taken, too (TextIn). Errors that a caller can expect are values (Outcome); only lack of
+// memory raises (std::bad_alloc).
+//
+// Several threads may use one Engine at the same time, each with Properties of its own.
+
+namespace velmor {
+
+class kvTag;
+
+inline namespace v1 {
+
+// UTF-8 from UTF-16 and back. Halves of surrogate pairs and bytes that are not UTF-8 become U+FFFD.
+std::string utf8(std::u16string_view text);
+std::u16string utf16(std::string_view bytes);
+
+// A text that a caller gives, in UTF-16 or UTF-8. It is only a parameter: a text in UTF-16 must last for the call.
+class TextIn {
+public:
+    TextIn(std::u16string_view text) : view_(text) {}
+    TextIn(const std::u16string& text) : view_(text) {}
+    TextIn(const char16_t* text) : view_(text) {}
+    TextIn(std::string_view bytes) : own_(utf16(bytes)), view_(own_) {}
+    TextIn(const std::string& bytes) : TextIn(std::string_view(bytes)) {}
+    TextIn(const char* bytes) : TextIn(std::string_view(bytes)) {}
+    TextIn(const TextIn&) = delete;
+    TextIn& operator=(const TextIn&) = delete;
+
+    std::u16string_view view() const noexcept { return view_; }
+
+private:
+    std::u16string own_;
+    std::u16string_view view_;
+};
+
+// Why something could not be done.
+struct Failure {
+    std::int32_t number = 0;  // as in the component: 53 for a file, 5 for a value, ...
+    std::u16string message;
+};
+
+// A value, or why there is none. value() of a failure raises std::bad_variant_access.
+template <typename Value>
+class Outcome {
+public:
+    Outcome(Value value) : state_(std::move(value)) {}
+    Outcome(Failure failure) : state_(std::move(failure)) {}
+
+    bool ok() const noexcept { return state_.index() == 0; }
+    explicit operator bool() const noexcept { return ok(); }
+    Value& value() & { return std::get<0>(state_); }
+    const Value& value() const& { return std::get<0>(state_); }
+    Value&& value() && { return std::get<0>(std::move(state_)); }
+    const Failure& failure() const { return std::get<1>(state_); }
+
+private:
+    std::variant<Value, Failure> state_;
+};
+
+// An ordered collection of named, typed values. Names match without regard to case. One thread at a time.
+class Properties {
+public:
+    Properties();
+    ~Properties();
+    Properties(Properties&&) noexcept;
+    Properties& operator=(Properties&&) noexcept;
+
+    // Each takes the place of the property of that name, or adds one at the end.
+    void setText(const TextIn& name, const TextIn& value);
+    void setNumber(const TextIn& name, std::int32_t value);
+    void setNumber(const TextIn& name, double value);
+    void setTruth(const TextIn& name, bool value);
+    // Days since 30 December 1899, the time of the day as fraction.
+    void setDate(const TextIn& name, double days);
+    // A copy of a collection as the children of an empty text; linear in its text form.
+    void setProperties(const TextIn& name, const Properties& value);
+    // False if there is none of that name.
+    bool remove(const TextIn& name);
+
+    // The value as text; nothing if there is none of that name.
+    std::optional<std::u16string> text(const TextIn& name) const;
+    std::size_t size() const noexcept;
+    // The name of the property at a 0-based index below size().
+    std::u16string nameAt(std::size_t index) const;
+
+    // The text form, "name=value:name=value:"; linear in the text. Reading never fails: what is no entry is left out.
+    std::u16string toText() const;
+    static Properties fromText(const TextIn& text);
+    // A file of that form, enciphered if there is a password. Failure 53.
+    static Outcome<Properties> fromFile(const TextIn& path, const TextIn& password = u"");
+
+private:
+    friend class Engine;
+    struct Parts;
+    std::unique_ptr<Parts> parts_;
+};
+
+// A tag that a handler of the program is asked to answer. It lasts for the call.
+class TagCall {
+public:
+    std::u16string command() const;
+    // The command's value and a parameter, their tags evaluated.
+    std::u16string commandValue() const;
+    std::u16string parameter(const TextIn& name, const TextIn& otherwise = u"") const;
+    // A property of the template as text; nothing if it is absent.
+    std::optional<std::u16string> property(const TextIn& name) const;
+    void setProperty(const TextIn& name, const TextIn& value) const;
+    // A text with its tags evaluated.
+    std::u16string evaluate(const TextIn& text) const;
+    // Whether the answer goes into an RTF document. Plain text is escaped for it by the engine.
+    bool isForRtf() const;
+    void logError(const TextIn& message) const;
+
+    // For the engine alone.
+    explicit TagCall(kvTag& tag) noexcept : tag_(tag) {}
+
+private:
+    kvTag& tag_;
+};
+
+// Gives the text for a tag: plain, or a document that begins with "{\rtf1". Tags in it are evaluated. An exception
+// derived from std::exception becomes an entry with the number 440 in the errors, and the tag yields "".
+using Answer = std::function<std::u16string(const TagCall&)>;
+
+// Something that went wrong while a template was evaluated. The result is complete all the same.
+struct LogEntry {
+    std::u16string handler;
+    std::u16string message;
+    std::int32_t number = 0;
+    std::u16string tag;        // the tag's text, or a part of it
+    std::u16string data;       // what the message is about
+    std::size_t tagIndex = 0;  // of the outermost tag that led to it, from 1; 0 if none did
+    std::size_t position = 0;  // of that tag in the template, from 1
+};
+
+struct Evaluated {
+    std::u16string text;
+    std::vector<LogEntry> errors;
+    bool failed = false;  // Missing::fail, and something was missing: the text is empty
+};
+
+// What becomes of a tag whose property, file, entry or handler is absent.
+enum class Missing { empty, keep, mark, fail };
+// What becomes of tags in values that come from data and handlers.
+enum class DataTags { allow, report, refuse };
+
+struct EvaluateOptions {
+    std::u16string includePath;  // where files without a path are included from; empty: the current folder
+    std::optional<std::u16string> includeRoot;  // files outside of it are not included
+    bool exact = false;                         // RTF is read exactly as the component does by default, not tolerantly
+    Missing missing = Missing::empty;
+    DataTags dataTags = DataTags::allow;
+};
+
+struct EngineOptions {
+    std::optional<std::u16string> registryFile;  // a .reg file that names handlers, in place of the registry
+    // Without a file: the machine's registry, or that of the user on Linux; else there are the program's handlers
+    // alone.
+    bool useMachineRegistry = false;
+    std::vector<std::u16string> handlerFolders;  // on Linux: where the libraries of handlers are searched
+};
+
+// A tag of a template as it is written.
+struct TagPlace {
+    std::size_t position = 0;  // of its opening marker, from 1
+    std::size_t length = 0;    // with both markers
+    std::u16string handler;    // upper case; empty if it names none
+    std::u16string command;
+    std::vector<std::pair<std::u16string, std::u16string>> parameters;
+    std::vector<TagPlace> tags;  // within its parameters, at most 100 levels
+};
+
+class Engine {
+public:
+    // Failure 53 for a registry file that cannot be read.
+    static Outcome<Engine> make(const EngineOptions& options = {});
+    ~Engine();
+    Engine(Engine&&) noexcept;
+    Engine& operator=(Engine&&) noexcept;
+
+    // A handler of this program; it precedes a registered one of that name. Set handlers before other threads use the
+    // engine. Answers are called on the thread that evaluates.
+    void setHandler(const TextIn& name, Answer answer);
+
+    // The template with its tags answered; linear in template and result. Handlers may change the properties; those
+    // that hold the options are there only meanwhile.
+    Evaluated evaluate(const TextIn& text, Properties& properties, const EvaluateOptions& options = {}) const;
+
+    // An RTF document with the documents in it merged into one. Any other text comes back as it is.
+    std::u16string clean(const TextIn& rtf, bool exact = false) const;
+    // Several documents as one, each from a new page. Failure 5 for a text that is no complete RTF document.
+    Outcome<std::u16string> join(const std::vector<std::u16string>& documents, bool exact = false) const;
+
+    // The outermost tags of a template, in order. Nothing is evaluated.
+    std::vector<TagPlace> tags(const TextIn& text) const;
+
+private:
+    struct Parts;
+    explicit Engine(std::unique_ptr<Parts> parts) noexcept;
+    std::unique_ptr<Parts> parts_;
+};
+
+// The library's version, as "3.0.1".
+std::string_view version() noexcept;
+
+}  // namespace v1
+}  // namespace velmor
