@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "cli/Commands.h"
+#include "cli/Completion.h"
 #include "cli/Locale.h"
 #include "text/Encoding.h"
 
@@ -342,6 +343,14 @@ std::vector<std::string> withoutHelpCommand(const CLI::App& app, std::vector<std
     return backwards;
 }
 
+std::string commandNames(const CLI::App& app) {
+    std::string names;
+    for (const CLI::App* const command : app.get_subcommands([](const CLI::App*) { return true; })) {
+        names += (names.empty() ? "" : ", ") + command->get_name();
+    }
+    return names;
+}
+
 // Prints the help or the version that was asked for. Every other outcome is a wrong command line.
 void answer(const CLI::App& app, const CLI::ParseError& outcome) {
     std::ostringstream out;
@@ -353,9 +362,8 @@ void answer(const CLI::App& app, const CLI::ParseError& outcome) {
     std::string what = outcome.what();
     if (app.get_subcommands().empty()) {
         const auto unknown = app.remaining();
-        what = unknown.empty()
-                   ? "no command; there are eval, explain, clean, check, schema, verify, tags, props, handlers and log"
-                   : "there is no command '" + unknown.front() + "'";
+        what = unknown.empty() ? "no command; there are " + commandNames(app)
+                               : "there is no command '" + unknown.front() + "'";
     }
     throw Failure(exitUsage, what + " (velmor --help says more)");
 }
@@ -372,6 +380,10 @@ std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& argu
     for (const auto add :
          {addEval, addExplain, addClean, addCheck, addSchema, addVerify, addTags, addProps, addHandlers, addLog})
         add(app, line);
+    if (arguments.size() == 2 && arguments.front() == "--completion") {
+        std::cout << completionScript(app, arguments.back()) << std::flush;
+        return std::nullopt;
+    }
     try {
         app.parse(withoutHelpCommand(app, decodedBackwards(arguments)));
     } catch (const CLI::ParseError& outcome) {
