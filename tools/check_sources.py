@@ -17,7 +17,9 @@ ALLOWED["properties"] = ALLOWED["common"] + ["common"]
 ALLOWED["rtf"] = ALLOWED["handlers"] = ALLOWED["direct"] = ALLOWED["properties"] + ["properties"]
 ALLOWED["core"] = ALLOWED["rtf"] + ["rtf", "handlers", "direct"]
 ALLOWED["check"] = ALLOWED["core"] + ["core"]
-ALLOWED["com"] = ALLOWED["cli"] = ALLOWED["api"] = ALLOWED["check"] + ["check"]
+ALLOWED["com"] = ALLOWED["api"] = ALLOWED["check"] + ["check"]
+ALLOWED["process"] = ALLOWED["core"] + ["core"]
+ALLOWED["cli"] = ALLOWED["check"] + ["check", "process"]
 
 # The rooms within rtf, in the same manner.
 RTF_ALLOWED = {"read": [], "edit": ["read"]}

@@ -313,6 +313,9 @@ void addHandlers(CLI::App& app, CommandLine& line) {
                                                handlersFooter, runHandlers);
     command->add_option("NAME", options.name, "Only this handler")->type_name("");
     command->add_flag("--all", options.all, "Hidden handlers as well");
+    command->add_option("--test", options.test, "Print what this handler answers to a tag, such as DATE:VALUE=1:")
+        ->type_name("NAME TAG")
+        ->expected(2);
     command->add_flag("--json", options.json, "As JSON");
     addSystem(*command, line.system);
 }

@@ -83,9 +83,10 @@ struct HandlersOptions {
     std::string name;  // only this handler; empty: every one
     bool all = false;  // hidden ones as well
     bool json = false;
+    std::vector<std::string> test;  // a handler and what to ask it, "COMMAND:parameters"; instead of the list
 };
 // Lists the registered handlers, those of groups included, and their commands. A handler that cannot be
-// created is listed and reported. Throws when no handler has the given name.
+// created is listed and reported. Throws when no handler has the given name. Or prints what one answers to a tag.
 ExitCode runHandlers(platform::Services& services, const HandlersOptions& options);
 
 struct LogOptions {

@@ -1,13 +1,18 @@
 #include "cli/Commands.h"
 
 #include <algorithm>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "cli/ErrorReport.h"
 #include "cli/JsonText.h"
 #include "cli/LineText.h"
 #include "cli/Streams.h"
+#include "cli/TemplatePlaces.h"
+#include "core/Markup.h"
+#include "core/kvTag.h"
 #include "handlers/ITag4.h"
 #include "handlers/kvTagInfo.h"
 #include "properties/privProperties.h"
@@ -116,9 +121,22 @@ void printHandlers(platform::Services& services, const std::vector<Handler>& han
     list.end();
 }
 
+// Evaluates a tag without a template.
+ExitCode testHandler(platform::Services& services, const std::string& handler, const std::string& text) {
+    const std::u16string name = fromUtf8(handler) + kHandlerSeparator + fromUtf8(text);
+    const TemplatePlaces places(name);
+    ErrorReport errors(handler, places);
+    const auto tag = std::make_shared<kvTag>(services);
+    tag->Name(name);
+    writeAll(services.files, "-", toUtf8(tag->Result()) + "\n");
+    tag->Dispose();
+    return errors.print() ? exitReported : exitDone;
+}
+
 }  // namespace
 
 ExitCode runHandlers(platform::Services& services, const HandlersOptions& options) {
+    if (!options.test.empty()) return testHandler(services, options.test[0], options.test[1]);
     const bool isOne = !options.name.empty();
     std::vector<Handler> handlers = readHandlers(services, options.all || isOne);
     if (isOne) {

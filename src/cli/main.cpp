@@ -10,6 +10,8 @@
 #ifdef _WIN32
 #include "platform/win32/Apartment.h"
 #include "platform/win32/Conversions.h"
+#else
+#include "process/ProcessObjects.h"
 #endif
 
 namespace velmor::cli {
@@ -20,7 +22,14 @@ ExitCode runOnMachine(const CommandLine& line) {
     for (const auto& folder : line.system.handlerFolders) requireFolder(toUtf8(folder));
     platform::SystemServices machine(line.system);
     for (const auto& warning : machine.warnings()) report(toUtf8(warning));
+#ifdef _WIN32
     const ExitCode code = line.run(machine.services());
+#else
+    const platform::Services& own = machine.services();
+    process::ProcessObjects objects(own.objects);
+    platform::Services services{own.registry, own.files, own.clock, own.folders, objects, own.pictures, own.guids};
+    const ExitCode code = line.run(services);
+#endif
     return code == exitDone && !machine.warnings().empty() ? exitReported : code;
 }
 

@@ -663,6 +663,50 @@ class Handlers(VelmorTest):
             self.assertEqual([h["name"] for h in handlers], ["TAG"])
 
 
+class ProcessHandlers(VelmorTest):
+    """Handlers that are programs."""
+
+    # Answers with the number of tags that it has answered, and ends after the second one.
+    COUNTER = b"import sys\nfor n, line in enumerate(sys.stdin, 1):\n    print('{\"result\": \"%d\"}' % n, flush=True)\n" \
+              b"    if n == 2: break\n"
+
+    def setUp(self):
+        super().setUp()
+        if RUNNER:
+            self.skipTest("only Linux has them")
+        signature = os.path.join(SAMPLES, "process", "signature.py")
+        self.write("count.py", self.COUNTER)
+        handlers = {"SIGN": f"python3 '{signature}'", "COUNT": "python3 count.py", "DEAD": "exit 3",
+                    "MAD": "yes [1] 2>/dev/null", "ODD": "yes {} 2>/dev/null", "HUGE": "head -c 200000000 /dev/zero 2>/dev/null"}
+        lines = [f'"{name}"="process:{command}"' for name, command in handlers.items()]
+        self.write("r.reg", "\n".join(["Windows Registry Editor Version 5.00", "",
+                                       "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Korvane\\Quillmark\\Handlers]", *lines]).encode())
+
+    def eval(self, text, expect=DONE, *options):
+        return self.velmor("eval", "--registry", "r.reg", "--property", "customer=Zo\u00eb", *options,
+                           stdin=text.encode(), expect=expect).decode()
+
+    def test_answers(self):
+        self.assertEqual(self.eval("<KV:SIGN>NAME=Ruth:</KV>|<KV:SIGN>NAME:FOR=none:</KV>"),
+                         "Yours to Zo\u00eb, Ruth|Yours faithfully")
+        nested = "<KV:SIGN>NAME=\"<KV:SIGN>NAME=Al:</KV>\":</KV>"
+        self.assertEqual(self.eval(nested), "Yours to Zo\u00eb, Yours to Zo\u00eb, Al")
+        self.assertIn(b"NAME  NAME[=signer]", self.velmor("handlers", "--registry", "r.reg", "SIGN"))
+        out = self.velmor("handlers", "--registry", "r.reg", "--test", "SIGN", "NAME=Al:")
+        self.assertEqual(out.decode().strip(), "Yours faithfully")
+
+    def test_failures_are_entries(self):
+        for name, said in [("DEAD", "ended"), ("MAD", "not a JSON object: [1]"), ("ODD", "no known member"),
+                           ("HUGE", "too long"), ("SIGN", "there is no command A")]:
+            with self.subTest(name):
+                self.assertEqual(self.eval(f"a<KV:{name}>A:</KV>b", REPORTED), "ab")
+                self.assertIn(said, self.messages)
+
+    def test_one_program_answers_until_it_ends(self):
+        self.assertEqual(self.eval("<KV:COUNT>A:</KV>" * 4, REPORTED), "121")
+        self.assertIn("ended", self.messages)
+
+
 class Sample(VelmorTest):
     """The sample handler: a library that velmor loads, or under Wine a registered class."""
 
