@@ -3,6 +3,7 @@
 #include "core/BuiltInCommands.h"
 #include "core/EvaluationRules.h"
 #include "core/Markup.h"
+#include "text/Characters.h"
 #include "text/Compare.h"
 
 namespace velmor {
@@ -10,13 +11,6 @@ namespace velmor {
 namespace {
 
 constexpr std::u16string_view kPropertyTag = u"TAG>PROPERTY:";
-
-bool isDigit(char16_t unit) noexcept {
-    return unit >= u'0' && unit <= u'9';
-}
-bool isLetter(char16_t unit) noexcept {
-    return (unit | 0x20) >= u'a' && (unit | 0x20) <= u'z';
-}
 
 bool isPropertyTag(std::u16string_view name) noexcept {
     return name.size() >= kPropertyTag.size() && equalIgnoringCase(name.substr(0, kPropertyTag.size()), kPropertyTag);

@@ -16,7 +16,7 @@ std::size_t findHostDocument(std::u16string_view text) noexcept {
 
 std::size_t hostHeaderStart(std::u16string_view text, std::size_t host) noexcept {
     std::size_t at = host + 5;
-    while (at < text.size() && isDecimalDigit(text[at])) ++at;
+    while (at < text.size() && isDigit(text[at])) ++at;
     return at;
 }
 

@@ -10,18 +10,18 @@
 namespace velmor {
 
 bool wordTakesIn(std::u16string_view text, char16_t next) noexcept {
-    if (!isLetter(next) && !isDecimalDigit(next) && next != u'-' && next != u' ') return false;
+    if (!isLetter(next) && !isDigit(next) && next != u'-' && next != u' ') return false;
     // No word is longer; reading further back would be quadratic in a text of letters.
     constexpr std::size_t longestWord = 256;
     const std::size_t first = text.size() - std::min(text.size(), longestWord);
     std::size_t at = text.size();
-    while (at > first && isDecimalDigit(text[at - 1])) --at;
+    while (at > first && isDigit(text[at - 1])) --at;
     if (at > first && text[at - 1] == u'-') --at;
     const bool hasNumber = at != text.size();
     std::size_t letters = at;
     while (letters > first && isLetter(text[letters - 1])) --letters;
     const bool isWord = letters != at && letters > first && text[letters - 1] == u'\\' && !isEscaped(text, letters - 1);
-    return isWord && (next == u' ' || isDecimalDigit(next) || !hasNumber);
+    return isWord && (next == u' ' || isDigit(next) || !hasNumber);
 }
 
 Rewriting::Rewriting(std::u16string& text, std::size_t lead, bool keepsSource)

@@ -17,7 +17,7 @@ std::optional<std::int32_t> wholeNumber(std::u16string_view text) noexcept {
     const std::int64_t limit = std::numeric_limits<std::int32_t>::max() + std::int64_t{negative};
     std::int64_t value = 0;
     for (const char16_t digit : text) {
-        if (!isDecimalDigit(digit)) return std::nullopt;
+        if (!isDigit(digit)) return std::nullopt;
         value = value * 10 + (digit - u'0');
         if (value > limit) return std::nullopt;
     }
@@ -44,7 +44,7 @@ std::size_t skipBinary(std::u16string_view text, std::size_t index) noexcept {
     if (!wordStandsAt(text, index, u"\\bin")) return after;
     std::size_t at = index + 4;
     std::size_t count = 0;
-    for (; at < text.size() && isDecimalDigit(text[at]) && count < text.size(); ++at) {
+    for (; at < text.size() && isDigit(text[at]) && count < text.size(); ++at) {
         count = count * 10 + (text[at] - u'0');
     }
     if (at == index + 4) return after;

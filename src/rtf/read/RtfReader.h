@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "rtf/read/WordTable.h"
+#include "text/Characters.h"
 #include "text/Compare.h"
 #include "text/Escape.h"
 
@@ -26,18 +27,6 @@ struct TextRange {
 
     std::u16string_view of(std::u16string_view text) const { return text.substr(begin, end - begin); }
 };
-
-constexpr bool isLetter(char16_t unit) noexcept {
-    return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z');
-}
-
-constexpr bool isDecimalDigit(char16_t unit) noexcept {
-    return unit >= u'0' && unit <= u'9';
-}
-
-constexpr bool isWhiteSpace(char16_t unit) noexcept {
-    return unit == u' ' || unit == u'\r' || unit == u'\n' || unit == u'\t';
-}
 
 inline bool standsAt(std::u16string_view text, std::size_t index, std::u16string_view word) noexcept {
     return index <= text.size() && text.substr(index, word.size()) == word;
@@ -86,8 +75,8 @@ inline ControlWord readWord(std::u16string_view text, std::size_t index) noexcep
     std::size_t at = index + 1;
     while (at < text.size() && isLetter(text[at])) ++at;
     const std::size_t letters = at;
-    if (at + 1 < text.size() && text[at] == u'-' && isDecimalDigit(text[at + 1])) ++at;
-    while (at < text.size() && isDecimalDigit(text[at])) ++at;
+    if (at + 1 < text.size() && text[at] == u'-' && isDigit(text[at + 1])) ++at;
+    while (at < text.size() && isDigit(text[at])) ++at;
     return {index, text.substr(index + 1, letters - index - 1), text.substr(letters, at - letters), at};
 }
 

@@ -257,7 +257,7 @@ void Conversion::takeLevel(const ControlWord& word) {
     // White space is replaced, unless it must follow the number; other text stays.
     const char16_t next = word.end < text_.size() ? text_[word.end] : u'\0';
     const char16_t second = word.end + 1 < text_.size() ? text_[word.end + 1] : u'\0';
-    const bool givesWay = !isNegative && isWhiteSpace(next) && !isDecimalDigit(second) && second != u' ';
+    const bool givesWay = !isNegative && isWhiteSpace(next) && !isDigit(second) && second != u' ';
     edits_.replace(number, word.end + givesWay, digit);
 }
 
