@@ -17,13 +17,8 @@ std::u16string withoutMarkers(const std::u16string& text) {
 }
 
 std::u16string commentOf(const Diagnostic& diagnostic) {
-    std::u16string text = codeText(diagnostic.code) + u": " + diagnostic.message;
-    if (!diagnostic.hint.empty()) text += u"; " + diagnostic.hint;
-    if (!diagnostic.includedFrom.empty()) {
-        const SourcePlace& place = diagnostic.place;
-        text = place.file + u":" + decimal(static_cast<std::int64_t>(place.line)) + u":" +
-               decimal(static_cast<std::int64_t>(place.column)) + u": " + text;
-    }
+    std::u16string text = codeText(diagnostic.code) + u": " + messageText(diagnostic);
+    if (!diagnostic.includedFrom.empty()) text = placeText(diagnostic.place) + u": " + text;
     ProtectRTFCode(text);
     return u"{\\*\\atnid velmor}{\\*\\atnauthor velmor}\\chatn{\\*\\annotation\\pard\\plain " + withoutMarkers(text) +
            u"}";

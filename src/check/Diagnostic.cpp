@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "rtf/read/RtfReader.h"
+#include "text/OneLine.h"
 
 namespace velmor {
 
@@ -55,6 +56,10 @@ Severity severityOf(DiagnosticCode code) noexcept {
     return ruleOf(code).severity;
 }
 
+std::u16string_view severityText(DiagnosticCode code) noexcept {
+    return severityOf(code) == Severity::error ? u"error" : u"warning";
+}
+
 std::u16string codeText(DiagnosticCode code) {
     return u"KV" + decimal(static_cast<std::int64_t>(code));
 }
@@ -70,6 +75,24 @@ const std::vector<DiagnosticCode>& allDiagnosticCodes() {
         return all;
     }();
     return codes;
+}
+
+std::u16string placeText(const SourcePlace& place) {
+    const auto number = [](std::size_t count) { return decimal(static_cast<std::int64_t>(count)); };
+    return place.file + (place.file.empty() ? u"" : u":") + number(place.line) + u":" + number(place.column);
+}
+
+std::u16string messageText(const Diagnostic& diagnostic) {
+    return onOneLine(diagnostic.hint.empty() ? diagnostic.message : diagnostic.message + u"; " + diagnostic.hint);
+}
+
+std::u16string lineOf(const Diagnostic& diagnostic) {
+    std::u16string line = placeText(diagnostic.place) + u": ";
+    line.append(severityText(diagnostic.code)).append(u" ").append(codeText(diagnostic.code)).append(u": ");
+    line += messageText(diagnostic);
+    if (!diagnostic.seenAt.empty()) line += u" [" + diagnostic.seenAt + u"] \"" + onOneLine(diagnostic.context) + u"\"";
+    for (const SourcePlace& place : diagnostic.includedFrom) line += u" (included from " + placeText(place) + u")";
+    return line;
 }
 
 }  // namespace velmor

@@ -63,11 +63,20 @@ struct Diagnostic {
 };
 
 Severity severityOf(DiagnosticCode code) noexcept;
+// "error", "warning".
+std::u16string_view severityText(DiagnosticCode code) noexcept;
 // "KV101".
 std::u16string codeText(DiagnosticCode code);
 // What the code is about, for lists of rules. Lasts for ever.
 std::u16string_view titleOf(DiagnosticCode code) noexcept;
 // Every code, in ascending order.
 const std::vector<DiagnosticCode>& allDiagnosticCodes();
+
+// "letter.rtf:3:12"; without the name when it is empty.
+std::u16string placeText(const SourcePlace& place);
+// The message and the hint, on one line.
+std::u16string messageText(const Diagnostic& diagnostic);
+// The whole diagnostic as one line for an editor's error list, without a line end: "letter.rtf:3:12: error KV101: ...".
+std::u16string lineOf(const Diagnostic& diagnostic);
 
 }  // namespace velmor

@@ -1,35 +1,14 @@
 #include "cli/DiagnosticText.h"
 
 #include "cli/JsonText.h"
-#include "cli/LineText.h"
 #include "cli/Streams.h"
 #include "text/Encoding.h"
 
 namespace velmor::cli {
 namespace {
 
-const char* severityText(DiagnosticCode code) {
-    return severityOf(code) == Severity::error ? "error" : "warning";
-}
-
-std::string placeText(const SourcePlace& place) {
-    return toUtf8(place.file) + ":" + std::to_string(place.line) + ":" + std::to_string(place.column);
-}
-
-std::string messageText(const Diagnostic& diagnostic) {
-    std::u16string text = diagnostic.message;
-    if (!diagnostic.hint.empty()) text.append(u"; ").append(diagnostic.hint);
-    return toUtf8(onOneLine(text));
-}
-
-std::string lineOf(const Diagnostic& diagnostic) {
-    std::string line = placeText(diagnostic.place) + ": " + severityText(diagnostic.code) + " " +
-                       toUtf8(codeText(diagnostic.code)) + ": " + messageText(diagnostic);
-    if (!diagnostic.seenAt.empty()) {
-        line += " [" + toUtf8(diagnostic.seenAt) + "] \"" + toUtf8(onOneLine(diagnostic.context)) + "\"";
-    }
-    for (const SourcePlace& place : diagnostic.includedFrom) line += " (included from " + placeText(place) + ")";
-    return line + "\n";
+std::string severity(const Diagnostic& diagnostic) {
+    return toUtf8(severityText(diagnostic.code));
 }
 
 // ---- JSON
@@ -39,7 +18,7 @@ Json jsonOf(const SourcePlace& place) {
 }
 
 Json jsonOf(const Diagnostic& diagnostic) {
-    Json json = {{"code", toUtf8(codeText(diagnostic.code))}, {"severity", severityText(diagnostic.code)}};
+    Json json = {{"code", toUtf8(codeText(diagnostic.code))}, {"severity", severity(diagnostic)}};
     json.update(jsonOf(diagnostic.place));
     json["length"] = diagnostic.length;
     json["message"] = toUtf8(diagnostic.message);
@@ -92,7 +71,7 @@ Json sarifRules() {
     for (const DiagnosticCode code : allDiagnosticCodes()) {
         rules.push_back({{"id", toUtf8(codeText(code))},
                          {"shortDescription", {{"text", toUtf8(titleOf(code))}}},
-                         {"defaultConfiguration", {{"level", severityText(code)}}}});
+                         {"defaultConfiguration", {{"level", toUtf8(severityText(code))}}}});
     }
     return rules;
 }
@@ -103,8 +82,8 @@ Json sarifResult(const Diagnostic& diagnostic) {
         location["logicalLocations"] = Json::array({{{"fullyQualifiedName", toUtf8(diagnostic.seenAt)}}});
     }
     Json result = {{"ruleId", toUtf8(codeText(diagnostic.code))},
-                   {"level", severityText(diagnostic.code)},
-                   {"message", {{"text", messageText(diagnostic)}}},
+                   {"level", severity(diagnostic)},
+                   {"message", {{"text", toUtf8(messageText(diagnostic))}}},
                    {"locations", Json::array({location})}};
     for (const SourcePlace& place : diagnostic.includedFrom) {
         Json included = sarifLocation(place, 0);
@@ -144,10 +123,10 @@ std::string escaped(std::string_view text, std::string_view special) {
 }
 
 std::string workflowCommand(const Diagnostic& diagnostic) {
-    return std::string("::") + severityText(diagnostic.code) +
-           " file=" + escaped(toUtf8(diagnostic.place.file), "%\r\n:,") +
+    return "::" + severity(diagnostic) + " file=" + escaped(toUtf8(diagnostic.place.file), "%\r\n:,") +
            ",line=" + std::to_string(diagnostic.place.line) + ",col=" + std::to_string(diagnostic.place.column) +
-           ",title=" + toUtf8(codeText(diagnostic.code)) + "::" + escaped(messageText(diagnostic), "%\r\n") + "\n";
+           ",title=" + toUtf8(codeText(diagnostic.code)) + "::" + escaped(toUtf8(messageText(diagnostic)), "%\r\n") +
+           "\n";
 }
 
 }  // namespace
@@ -156,7 +135,7 @@ void printDiagnostics(const std::vector<Diagnostic>& diagnostics, std::size_t mo
     if (format == CheckFormat::json) return printJson(diagnostics, more);
     if (format == CheckFormat::sarif) print(sarifText(diagnostics));
     for (const Diagnostic& diagnostic : diagnostics) {
-        if (format == CheckFormat::text) print(lineOf(diagnostic));
+        if (format == CheckFormat::text) print(toUtf8(lineOf(diagnostic)) + "\n");
         if (format == CheckFormat::github) print(workflowCommand(diagnostic));
     }
     finishPrinting();

@@ -1,57 +1,8 @@
 #include "cli/LineText.h"
 
-#include <algorithm>
-#include <array>
-#include <cstdio>
-
-#include "text/Characters.h"
 #include "text/Encoding.h"
 
 namespace velmor::cli {
-namespace {
-
-std::u16string escaped(char16_t unit) {
-    switch (unit) {
-        case u'\r':
-            return u"\\r";
-        case u'\n':
-            return u"\\n";
-        case u'\t':
-            return u"\\t";
-        default:
-            break;
-    }
-    std::array<char, 8> text{};
-    std::snprintf(text.data(), text.size(), "\\u%04x", static_cast<unsigned>(unit));
-    return fromUtf8(text.data());
-}
-
-bool isControl(char16_t unit) {
-    return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || unit == 0x2028 || unit == 0x2029;
-}
-
-bool isPair(std::u16string_view text) {
-    return text.size() > 1 && isHighSurrogate(text[0]) && isLowSurrogate(text[1]);
-}
-
-}  // namespace
-
-std::u16string onOneLine(std::u16string_view text, std::size_t longest) {
-    std::size_t end = std::min(text.size(), longest);
-    if (end < text.size() && isPair(text.substr(end - 1))) --end;
-    std::u16string line;
-    for (std::size_t i = 0; i < end; ++i) {
-        if (isPair(text.substr(i))) {
-            line += text.substr(i++, 2);
-        } else if (isControl(text[i]) || (text[i] & 0xF800) == 0xD800) {
-            line += escaped(text[i]);
-        } else {
-            line += text[i];
-        }
-    }
-    if (end < text.size()) line += u"... (" + fromUtf8(std::to_string(text.size())) + u" characters)";
-    return line;
-}
 
 std::string shown(std::u16string_view text) {
     return toUtf8(onOneLine(text, 200));

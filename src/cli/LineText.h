@@ -4,11 +4,9 @@
 #include <string>
 #include <string_view>
 
-namespace velmor::cli {
+#include "text/OneLine.h"
 
-// A text as part of one line: control characters and lone surrogates are shown as \r, \n, \t or \u and
-// four digits; a text of more than `longest` units is shortened.
-std::u16string onOneLine(std::u16string_view text, std::size_t longest = std::u16string_view::npos);
+namespace velmor::cli {
 
 // A text that comes from a document or a handler, in a message or a list: on one line, of at most 200 units.
 std::string shown(std::u16string_view text);

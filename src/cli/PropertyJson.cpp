@@ -1,4 +1,3 @@
-#include "cli/PropertyJson.h"
 #include "automation/Portable.h"
 #include "cli/JsonText.h"
 #include "cli/PropertyListing.h"
@@ -23,6 +22,7 @@ public:
         return complete_;
     }
 
+private:
     Json value(const privProperty& property, int level) {
         const Variant& value = property.rawValue();
         if (const auto* number = value.get<std::int32_t>()) return *number;
@@ -37,7 +37,6 @@ public:
         return text ? Json(toUtf8(*text)) : Json(nullptr);
     }
 
-private:
     Json entries(const privProperties& collection, int level) {
         Json list = Json::array();
         if (level > privProperties::maximumNesting) {
@@ -70,10 +69,6 @@ private:
 };
 
 }  // namespace
-
-Json jsonOfValue(platform::Services& services, const privProperty& property) {
-    return Writer(services).value(property, 0);
-}
 
 bool printPropertyJson(platform::Services& services, const privProperties& collection) {
     return Writer(services).write(collection);
