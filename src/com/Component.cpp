@@ -5,6 +5,7 @@
 
 #include "com/ITag4Face.h"
 #include "com/Server.h"
+#include "com/kvCheckFace.h"
 #include "com/kvDirectTagFace.h"
 #include "com/kvLibraryFace.h"
 #include "com/kvTagFace.h"
@@ -31,6 +32,7 @@ const ServedClass classes[] = {
     {CLSID_kvTag, L"kvVelmor3.kvTag", L"3.0", L"Velmor template or tag", &make<kvTag>},
     {CLSID_kvTagInfo, L"kvVelmor3.kvTagInfo", L"3.0", L"Velmor handler catalogue", &make<kvTagInfo>},
     {CLSID_ITag4, L"kvVelmor3.ITag4", L"3.0", L"Velmor tag handler interface", &make<EmptyHandler>},
+    {CLSID_kvCheck, L"kvVelmor3.kvCheck", L"3.0", L"Velmor template check", &make<kvCheck>},
 };
 
 template <class... Faces>
@@ -42,7 +44,7 @@ IDispatch* firstFaceOf(const automation::ObjectRef& object) {
 
 IDispatch* coreFaceOf(const automation::ObjectRef& object) {
     return firstFaceOf<kvTagFace, privPropertyFace, privPropertiesFace, kvTagsFace, kvDirectTagFace, kvLibraryFace,
-                       kvTagInfoFace, ITag4Face>(object);
+                       kvTagInfoFace, ITag4Face, kvCheckFace>(object);
 }
 
 }  // namespace

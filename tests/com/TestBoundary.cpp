@@ -50,6 +50,19 @@ TEST_F(Boundary, WrongCallsAreRefused) {
     EXPECT_EQ(get(list.get(), L"Count").text(), L"0");
 }
 
+TEST_F(Boundary, TemplatesAreChecked) {
+    ComPtr<_kvCheck> checker;
+    ASSERT_EQ(CoCreateInstance(CLSID_kvCheck, nullptr, CLSCTX_INPROC_SERVER, IID__kvCheck, checker.putVoid()), S_OK);
+    const Text text(L"<KV:TAG>PROPERTY:x:</KV>");
+    ComPtr<_privProperties> found;
+    ASSERT_EQ(checker->Check(text, *Value(list.get()), found.put()), S_OK);
+    EXPECT_EQ(get(found.get(), L"Item", values(1)).text(), L"1:1: error KV301: nothing sets the property x");
+    found = {};
+    EXPECT_EQ(checker->Check(text, *Value(tag.get()), found.put()), static_cast<HRESULT>(0x800A000D));
+    Text comments;
+    EXPECT_EQ(checker->Annotate(text, *Value::missing(), comments.put()), static_cast<HRESULT>(0x800A0005));
+}
+
 // A variable of any type receives the value that the member sets.
 TEST_F(Boundary, ReferencesOfEveryTypeAreWrittenBack) {
     for (const VARTYPE type : {VT_I4, VT_I2, VT_UI1, VT_R4, VT_R8, VT_CY, VT_DECIMAL, VT_BSTR, VT_I8}) {

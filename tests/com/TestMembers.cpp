@@ -88,7 +88,8 @@ std::vector<ComPtr<IDispatch>> objectsOfEachClass() {
     return {get(tag.get(), L"Tags").object(),    property,
             ComPtr<IDispatch>(list.get()),       get(tag.get(), L"Direct").object(),
             get(tag.get(), L"Library").object(), create(L"kvVelmor3.kvTagInfo"),
-            create(L"kvVelmor3.ITag4"),          ComPtr<IDispatch>(tag.get())};
+            create(L"kvVelmor3.ITag4"),          create(L"kvVelmor3.kvCheck"),
+            ComPtr<IDispatch>(tag.get())};
 }
 
 enum class Way { late, vtable };

@@ -34,14 +34,16 @@ std::wstring read(HKEY root, const std::wstring& key, const wchar_t* name = null
     return text;
 }
 
-const std::pair<GUID, std::wstring> classes[] = {
-    {CLSID_kvTag, L"kvVelmor3.kvTag"}, {CLSID_kvTagInfo, L"kvVelmor3.kvTagInfo"}, {CLSID_ITag4, L"kvVelmor3.ITag4"}};
+const std::pair<GUID, std::wstring> classes[] = {{CLSID_kvTag, L"kvVelmor3.kvTag"},
+                                                 {CLSID_kvTagInfo, L"kvVelmor3.kvTagInfo"},
+                                                 {CLSID_ITag4, L"kvVelmor3.ITag4"},
+                                                 {CLSID_kvCheck, L"kvVelmor3.kvCheck"}};
 
 // Every key that registering makes directly below the classes and their folders.
 std::vector<std::wstring> ownKeys() {
     std::vector<std::wstring> keys = {L"TypeLib\\" + braced(LIBID_kvVelmor3)};
     for (const IID& id : {IID__kvTag, IID__kvTags, IID__privProperties, IID__privProperty, IID__kvTagInfo,
-                          IID__kvDirectTag, IID__ITag4, IID__kvLibrary}) {
+                          IID__kvDirectTag, IID__ITag4, IID__kvLibrary, IID__kvCheck}) {
         keys.push_back(L"Interface\\" + braced(id));
     }
     for (const auto& [id, name] : classes) keys.insert(keys.end(), {L"CLSID\\" + braced(id), name, name + L".3"});
