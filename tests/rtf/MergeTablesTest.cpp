@@ -171,6 +171,12 @@ TEST(MergeTables, TolerantMergingKeepsForeignText) {
         EXPECT_EQ(narrow(merged(u"{\\rtf1" + text + u"}", true)),
                   narrow(u"{\\rtf1" + defaultColours + expected + u"}"));
     }
+    // Colours of the host's theme are the host's alone.
+    EXPECT_EQ(narrow(merged(
+                  u"{\\rtf1{\\colortbl;\\caccentone\\red1;}{\\rtf1{\\colortbl;\\caccentone\\ctint255\\red2;\\ctextone;}"
+                  u"\\cf1}}",
+                  true)),
+              "{\\rtf1{\\colortbl;\\caccentone\\red1;\\red2;\\ctextone;}{\\rtf1\\cf2}}");
 }
 
 TEST(MergeTables, TolerantMergingKeepsDefaultsAndCharacterSets) {

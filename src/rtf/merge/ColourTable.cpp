@@ -16,6 +16,17 @@ std::u16string withoutWhiteSpace(std::u16string_view text) {
     return result;
 }
 
+// What remains is the colour that readers without themes show. A definition that says nothing else stays.
+std::u16string withoutThemeWords(std::u16string definition) {
+    std::u16string result;
+    WordRun words(definition, 0);
+    while (words.next()) {
+        const ControlWord& word = words.word();
+        if (!wordIs(WordTrait::themeColour, word.letters)) result.append(definition, word.begin, word.end - word.begin);
+    }
+    return result.empty() ? definition : result.append(definition, words.end());
+}
+
 }  // namespace
 
 // A colour contains no brace, so the first brace also ends a damaged table.
@@ -25,15 +36,16 @@ std::optional<TextRange> ColourTable::find(std::u16string_view text, bool tolera
     return end == nowhere ? std::nullopt : std::optional(TextRange{begin, end + 1});
 }
 
-std::int32_t ColourTable::numberOf(std::u16string_view definition) {
+std::int32_t ColourTable::numberOf(std::u16string_view definition, bool host) {
     const auto next = static_cast<std::int32_t>(numbers_.size()) + 1;
-    const auto [known, isNew] =
-        numbers_.emplace(tolerant_ ? withoutWhiteSpace(definition) : std::u16string(definition), next);
+    std::u16string text = tolerant_ ? withoutWhiteSpace(definition) : std::u16string(definition);
+    if (tolerant_ && !host) text = withoutThemeWords(std::move(text));
+    const auto [known, isNew] = numbers_.emplace(std::move(text), next);
     if (isNew) definitions_ += known->first;
     return known->second;
 }
 
-void ColourTable::add(std::u16string_view table, NumberMap& numbers) {
+void ColourTable::add(std::u16string_view table, NumberMap& numbers, bool host) {
     std::size_t at = skipWhiteSpace(table, opening.size());
     const bool hasAutomatic = standsAt(table, at, u";");
     std::int32_t index = hasAutomatic ? 1 : 0;
@@ -42,7 +54,7 @@ void ColourTable::add(std::u16string_view table, NumberMap& numbers) {
         const std::size_t end = table.find(u';', at);
         // A group in the table is damage; its braces must not be copied to the merged table.
         if (end == nowhere || table.substr(at, end - at).find_first_of(u"{}") != nowhere) return;
-        numbers.set(decimal(index), numberOf(table.substr(at, end + 1 - at)));
+        numbers.set(decimal(index), numberOf(table.substr(at, end + 1 - at), host));
         at = end + 1;
         if (!tolerant_ && table[at] != u'\\') return;
     }

@@ -217,7 +217,7 @@ void TableMerge::readTables(std::u16string_view text, std::size_t header, bool h
         references_.fonts = &fontNumbers_;
     }
     if (tables_.colours) {
-        colours_.add(part(text, *tables_.colours), colourNumbers_);
+        colours_.add(part(text, *tables_.colours), colourNumbers_, host);
         references_.colours = &colourNumbers_;
     }
     whole_ = options_.tolerant && !host && isWhole(text);

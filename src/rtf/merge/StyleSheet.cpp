@@ -10,7 +10,6 @@ namespace velmor {
 namespace {
 
 constexpr std::u16string_view opening = u"{\\stylesheet";
-constexpr std::int32_t noStyle = 222;  // the number that means none
 constexpr std::u16string_view normal = u"{\\s0 Normal;}";
 constexpr std::u16string_view baseWord = u"\\sbasedon";
 
@@ -63,7 +62,7 @@ std::optional<StyleKind> styleKindOf(Word word) noexcept {
 }
 
 StyleSheet::StyleSheet(const CleanOptions& options) : tolerant_(options.tolerant) {
-    fresh_.take(decimal(noStyle));
+    fresh_.take(decimal(kNoStyle));
 }
 
 void StyleSheet::beginDocument(bool host) {
@@ -308,10 +307,10 @@ void StyleSheet::append(const Style& style) {
         const std::size_t begin = style.base.at - baseWord.size();
         edits.cut(begin, endWithBlank(style.entry, readWord(style.entry, begin)));
     } else {
-        point(style.base, styleOf(style.base, style.kind), noStyle);
+        point(style.base, styleOf(style.base, style.kind), kNoStyle);
     }
     point(style.next, styleOf(style.next, StyleKind::paragraph), style.newNumber);
-    point(style.link, styleOf(style.link, linkedKind(style.kind)), noStyle);
+    point(style.link, styleOf(style.link, linkedKind(style.kind)), kNoStyle);
     if (!style.suffix.empty()) edits.insert(style.nameEnd, style.suffix);
     edits.apply(entry);
     entries_.append(u"\r\n").append(entry);
@@ -321,12 +320,12 @@ std::int32_t StyleSheet::numberOf(StyleKind kind, std::u16string_view number) {
     if (const Style* style = styleOf({0, number}, kind)) {
         // Text of a character style that is one of paragraphs looks as if it named none.
         const bool isParagraphs = kind == StyleKind::character && style->kind == StyleKind::paragraph;
-        return isParagraphs && tolerant_ && !host_ ? noStyle : style->newNumber;
+        return isParagraphs && tolerant_ && !host_ ? kNoStyle : style->newNumber;
     }
     if (number == u"0") return kind == StyleKind::paragraph ? defaultStyle_ : NumberMap::none;
     // Must not come to mean another document's style.
     const bool staysFree = (host_ || !hasSheet_) && fresh_.reserve(number);
-    return staysFree ? NumberMap::none : noStyle;
+    return staysFree ? NumberMap::none : kNoStyle;
 }
 
 std::int32_t StyleSheet::defaultStyle(bool whole) {

@@ -16,6 +16,9 @@
 
 namespace velmor {
 
+// The number of a style that means none.
+inline constexpr std::int32_t kNoStyle = 222;
+
 enum class StyleKind : std::uint8_t { paragraph, character, section, table };
 
 // The kind of style that the word numbers.

@@ -29,6 +29,7 @@ constexpr Traits font = bit(WordTrait::font);
 constexpr Traits moreFont = bit(WordTrait::moreFont);
 constexpr Traits colour = bit(WordTrait::colour);
 constexpr Traits moreColour = bit(WordTrait::moreColour);
+constexpr Traits themeColour = bit(WordTrait::themeColour);
 constexpr Traits listPart = bit(WordTrait::listPart);
 constexpr Traits beginsText = bit(WordTrait::beginsText);
 constexpr Traits edge = bit(WordTrait::edge);
@@ -99,12 +100,21 @@ constexpr Row table[] = {
     {u"brkfrm", documentWord},
     {u"brsp", paragraph | borderLine},
     {u"bullet", shown},
+    {u"caccentfive", themeColour},
+    {u"caccentfour", themeColour},
+    {u"caccentone", themeColour},
+    {u"caccentsix", themeColour},
+    {u"caccentthree", themeColour},
+    {u"caccenttwo", themeColour},
     {u"cachedcolbal", documentWord},
     {u"cb", colour},
+    {u"cbackgroundone", themeColour},
+    {u"cbackgroundtwo", themeColour},
     {u"cbpat", paragraph | colour},
     {u"cell", shownCell | endsParagraph, Word::cell},
     {u"cellx", row, Word::cellx},
     {u"cf", colour},
+    {u"cfollowedhyperlink", themeColour},
     {u"cfpat", paragraph | colour},
     {u"chcbpat", colour},
     {u"chcfpat", colour},
@@ -114,10 +124,15 @@ constexpr Row table[] = {
     {u"chftn", shown},
     {u"chpgn", shown},
     {u"chtime", shown},
+    {u"chyperlink", themeColour},
     {u"clcbpat", colour},
     {u"clcbpatraw", moreColour},
     {u"clcfpat", colour},
     {u"clcfpatraw", moreColour},
+    {u"cmaindarkone", themeColour},
+    {u"cmaindarktwo", themeColour},
+    {u"cmainlightone", themeColour},
+    {u"cmainlighttwo", themeColour},
     {u"colno", section | columns},
     {u"colorschememapping", documentGroup},
     {u"colortbl", hiddenGroup},
@@ -128,6 +143,10 @@ constexpr Row table[] = {
     {u"colw", section | columns},
     {u"contextualspace", paragraph},
     {u"cs", none, Word::cs},
+    {u"cshade", themeColour},
+    {u"ctextone", themeColour},
+    {u"ctexttwo", themeColour},
+    {u"ctint", themeColour},
     {u"cufi", paragraph},
     {u"culi", paragraph},
     {u"curi", paragraph},

@@ -25,6 +25,7 @@ enum class WordTrait : std::uint8_t {
     moreFont,       // so it is; exact cleaning does not renumber it
     colour,         // its number is a colour's
     moreColour,     // so it is; exact cleaning does not renumber it
+    themeColour,    // the word says which colour of the document's theme an entry of the colour table is
     listPart,       // the group that begins with it is a list, an override, or a level of one
     beginsText,     // the word ends the header of a document
     edge,           // the word names an edge of a paragraph that gets a border
