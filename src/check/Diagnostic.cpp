@@ -33,9 +33,12 @@ constexpr Rule kRules[] = {
     {DiagnosticCode::similarPropertySet, Severity::warning, u"A property is not set, but one of a similar name is"},
     {DiagnosticCode::missingInclude, Severity::error, u"An included file does not exist"},
     {DiagnosticCode::missingEntry, Severity::error, u"A list file does not have the entry"},
-    {DiagnosticCode::includeCircle, Severity::error, u"Files include each other in a circle"},
+    {DiagnosticCode::circle, Severity::error, u"Files or properties include each other in a circle"},
     {DiagnosticCode::binaryInclude, Severity::error, u"A binary file is included as text"},
+    {DiagnosticCode::outsideRoot, Severity::error, u"An included file is not in the folder of files to include"},
     {DiagnosticCode::tooDeep, Severity::error, u"Tags are nested too deep"},
+    {DiagnosticCode::tooManyTags, Severity::error, u"There are more tags than evaluation takes"},
+    {DiagnosticCode::tooLong, Severity::error, u"The result is longer than evaluation allows"},
     {DiagnosticCode::damagedGroups, Severity::error, u"Braces of an RTF document do not match"},
     {DiagnosticCode::damagedTable, Severity::warning, u"A table row is damaged"},
     {DiagnosticCode::unresolvedFont, Severity::error, u"A font is not in the font table"},
@@ -44,6 +47,11 @@ constexpr Rule kRules[] = {
     {DiagnosticCode::unresolvedList, Severity::error, u"A list is not in the table of list overrides"},
     {DiagnosticCode::markerLeft, Severity::error, u"A tag or a marker is left in a finished document"},
     {DiagnosticCode::strayBinary, Severity::error, u"A finished document holds binary data"},
+    {DiagnosticCode::unresolvedStyleLink, Severity::warning,
+     u"A style refers to a style that is not in the style sheet"},
+    {DiagnosticCode::unresolvedListId, Severity::warning,
+     u"A list override refers to a list that is not in the list table"},
+    {DiagnosticCode::unresolvedTheme, Severity::warning, u"A colour is one of a theme that the document does not have"},
 };
 
 const Rule& ruleOf(DiagnosticCode code) noexcept {

@@ -28,9 +28,12 @@ enum class DiagnosticCode : std::uint16_t {
     similarPropertySet = 302,
     missingInclude = 401,
     missingEntry = 402,
-    includeCircle = 403,
+    circle = 403,
     binaryInclude = 404,
+    outsideRoot = 405,
     tooDeep = 501,
+    tooManyTags = 502,
+    tooLong = 503,
     damagedGroups = 601,
     damagedTable = 602,
     unresolvedFont = 701,
@@ -39,6 +42,9 @@ enum class DiagnosticCode : std::uint16_t {
     unresolvedList = 704,
     markerLeft = 705,
     strayBinary = 706,
+    unresolvedStyleLink = 707,
+    unresolvedListId = 708,
+    unresolvedTheme = 709,
 };
 
 enum class Severity : std::uint8_t { warning, error };

@@ -12,28 +12,22 @@ namespace velmor {
 namespace {
 
 struct ReferenceName {
+    ReferenceKind kind;
     DiagnosticCode code;
     std::u16string_view name;
 };
-
-ReferenceName nameOf(ReferenceKind kind) {
-    switch (kind) {
-        case ReferenceKind::font:
-            return {DiagnosticCode::unresolvedFont, u"font "};
-        case ReferenceKind::colour:
-            return {DiagnosticCode::unresolvedColour, u"colour "};
-        case ReferenceKind::list:
-            return {DiagnosticCode::unresolvedList, u"list "};
-        case ReferenceKind::paragraphStyle:
-            return {DiagnosticCode::unresolvedStyle, u"paragraph style "};
-        case ReferenceKind::characterStyle:
-            return {DiagnosticCode::unresolvedStyle, u"character style "};
-        case ReferenceKind::sectionStyle:
-            return {DiagnosticCode::unresolvedStyle, u"section style "};
-        default:
-            return {DiagnosticCode::unresolvedStyle, u"table style "};
-    }
-}
+constexpr ReferenceName kReferenceNames[] = {
+    {ReferenceKind::font, DiagnosticCode::unresolvedFont, u"font "},
+    {ReferenceKind::colour, DiagnosticCode::unresolvedColour, u"colour "},
+    {ReferenceKind::paragraphStyle, DiagnosticCode::unresolvedStyle, u"paragraph style "},
+    {ReferenceKind::characterStyle, DiagnosticCode::unresolvedStyle, u"character style "},
+    {ReferenceKind::sectionStyle, DiagnosticCode::unresolvedStyle, u"section style "},
+    {ReferenceKind::tableStyle, DiagnosticCode::unresolvedStyle, u"table style "},
+    {ReferenceKind::list, DiagnosticCode::unresolvedList, u"list "},
+    {ReferenceKind::anyStyle, DiagnosticCode::unresolvedStyleLink, u"style "},
+    {ReferenceKind::listId, DiagnosticCode::unresolvedListId, u"list id "},
+    {ReferenceKind::themeColour, DiagnosticCode::unresolvedTheme, u""},
+};
 
 class OutputCheck {
 public:
@@ -48,7 +42,8 @@ private:
     void readTables();
     void checkWords();
     void checkGroup(std::size_t brace);
-    void checkReference(const ControlWord& word);
+    void checkWord(const ControlWord& word);
+    void checkReference(ReferenceKind kind, std::int32_t number, TextRange word);
     void report(DiagnosticCode code, TextRange range, std::u16string message) {
         found_.addInSource(code, file_, range, std::move(message));
     }
@@ -114,14 +109,17 @@ void OutputCheck::readTables() {
         GroupSet kind;
         kind.note(source_, reader.position());
         const bool isTable = kind.has(Group::fontTable) || kind.has(Group::colourTable) ||
-                             kind.has(Group::styleSheet) || kind.has(Group::listOverrideTable);
+                             kind.has(Group::styleSheet) || kind.has(Group::listTable) ||
+                             kind.has(Group::listOverrideTable);
         if (!isTable) continue;
         const std::size_t end = std::min(findGroupEnd(source_, reader.position() + 1, true), source_.size() - 1) + 1;
         const TextRange range{reader.position(), end};
-        tables_.read(kind, range.of(source_));
+        tables_.read(kind, range.of(source_), range.begin);
         ranges_.emplace_back(range, kind);
         reader.goOnAt(end);
     }
+    if (source_.find(u"{\\*\\themedata") != source_.npos) tables_.addTheme();
+    for (const TableReference& each : tables_.references()) checkReference(each.kind, each.number, each.word);
 }
 
 void OutputCheck::checkWords() {
@@ -132,7 +130,7 @@ void OutputCheck::checkWords() {
         if (reader.opens()) {
             checkGroup(reader.position());
         } else if (!reader.closes() && set.mayHold(source_, reader.position())) {
-            checkReference(reader.word());
+            checkWord(reader.word());
         }
     }
 }
@@ -150,20 +148,27 @@ void OutputCheck::checkGroup(std::size_t brace) {
     }
 }
 
-// The words of a table that number its entries are no references.
-void OutputCheck::checkReference(const ControlWord& word) {
+// Of the words of a table only fonts and colours are references here.
+void OutputCheck::checkWord(const ControlWord& word) {
     const ReferenceKind kind = referenceKind(meaningOf(word.letters));
     if (kind == ReferenceKind::none || word.number.empty()) return;
     while (nextRange_ < ranges_.size() && ranges_[nextRange_].first.end <= word.begin) ++nextRange_;
     if (nextRange_ < ranges_.size() && ranges_[nextRange_].first.begin <= word.begin) {
-        const bool isStyleSheet = ranges_[nextRange_].second.has(Group::styleSheet);
-        if (!isStyleSheet || (kind != ReferenceKind::font && kind != ReferenceKind::colour)) return;
+        const GroupSet table = ranges_[nextRange_].second;
+        const bool holdsLooks = table.has(Group::styleSheet) || table.has(Group::listTable);
+        if (!holdsLooks || (kind != ReferenceKind::font && kind != ReferenceKind::colour)) return;
     }
-    const std::int32_t number = numberOf(word.number);
+    checkReference(kind, numberOf(word.number), {word.begin, word.end});
+}
+
+void OutputCheck::checkReference(ReferenceKind kind, std::int32_t number, TextRange word) {
     if (tables_.defines(kind, number) || !reported_.emplace(kind, number).second) return;
-    const ReferenceName name = nameOf(kind);
-    report(name.code, {word.begin, word.end},
-           std::u16string(name.name) + decimal(number) + u" is not in the document's tables");
+    const auto& name = *std::find_if(std::begin(kReferenceNames), std::end(kReferenceNames),
+                                     [&](const ReferenceName& each) { return each.kind == kind; });
+    report(name.code, word,
+           kind == ReferenceKind::themeColour
+               ? std::u16string(u"this colour is one of a theme, and the document has no theme")
+               : std::u16string(name.name) + decimal(number) + u" is not in the document's tables");
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <set>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "rtf/read/GroupSet.h"
 #include "rtf/read/RtfReader.h"
@@ -18,24 +19,43 @@ enum class ReferenceKind : std::uint8_t {
     characterStyle,
     sectionStyle,
     tableStyle,
-    list
+    list,
+    // Within the tables.
+    anyStyle,  // the style on which one is based, the next or the linked one
+    listId,    // the list of an override
+    themeColour
 };
 
-// What the number of a word refers to.
+// A reference that one table makes to another one, or to the theme.
+struct TableReference {
+    ReferenceKind kind;
+    std::int32_t number;
+    TextRange word;  // in the source
+};
+
+// What the number of a word of the text refers to.
 ReferenceKind referenceKind(WordMeaning meaning) noexcept;
 
 // The numbers that the tables of a document define.
 class OutputTables {
 public:
-    // `table`: a whole group, whose kind is the only one in the set; nothing when it is none of the tables.
-    void read(GroupSet kind, std::u16string_view table);
+    static constexpr std::int32_t kTheme = 1;  // stands for the theme of a document
+
+    // `table`: a whole group at `begin` of the source, whose kind is the only one in the set.
+    void read(GroupSet kind, std::u16string_view table, std::size_t begin);
+    void addTheme() { numbers_.emplace(ReferenceKind::themeColour, kTheme); }
     bool defines(ReferenceKind kind, std::int32_t number) const;
+    // What the tables that were read refer to, fonts and colours excepted.
+    const std::vector<TableReference>& references() const noexcept { return references_; }
 
 private:
-    void readEntries(std::u16string_view table, std::initializer_list<ReferenceKind> kinds);
+    void takeWord(GroupSet table, const ControlWord& word, std::size_t at);
+    void define(ReferenceKind kind, std::int32_t number);
 
     std::set<std::pair<ReferenceKind, std::int32_t>> numbers_;
     std::int32_t colours_ = 0;
+    std::vector<TableReference> references_;
+    bool isNumbered_ = false;  // the entry that is being read
 };
 
 }  // namespace velmor

@@ -21,9 +21,8 @@ bool PropertyCheck::isSetByTemplate(std::u16string_view name) const {
     return set_.count(upperCase(name)) != 0;
 }
 
-std::optional<std::u16string> PropertyCheck::knownValue(std::u16string_view name) const {
-    const PropertyRef property = given_ && !isSetByTemplate(name) ? given_->Item(name) : nullptr;
-    return property ? std::optional<std::u16string>(property->ValueStr()) : std::nullopt;
+PropertyRef PropertyCheck::known(std::u16string_view name) const {
+    return given_ && !isSetByTemplate(name) ? given_->Item(name) : nullptr;
 }
 
 // Of a property without a default, or with an empty one.

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -29,8 +28,8 @@ public:
     void read(const TagParts& tag);
     void set(const TagParts& tag);
 
-    // The value that a property has wherever the template reads it; nothing when that is not known.
-    std::optional<std::u16string> knownValue(std::u16string_view name) const;
+    // The property that the host sets; null when it is not known, or the template sets one of the name.
+    PropertyRef known(std::u16string_view name) const;
     bool isSetByTemplate(std::u16string_view name) const;
 
     // Each file that a tag came from must still be there.

@@ -1,6 +1,7 @@
 #include "check/TemplateCheck.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "automation/Convert.h"
 #include "check/MarkupCheck.h"
@@ -8,7 +9,6 @@
 #include "check/Suggestion.h"
 #include "common/TextFile.h"
 #include "core/BuiltInCommands.h"
-#include "core/EvaluationRun.h"
 #include "text/Compare.h"
 
 namespace velmor {
@@ -18,7 +18,6 @@ using automation::Variant;
 namespace {
 
 constexpr std::u16string_view kPathProperty = u"Path";
-constexpr std::u16string_view kWhiteSpaceAndNul(u" \t\r\n\v\f\0", 7);
 constexpr std::size_t kBytesToLookAt = 512;
 
 // Of a file that nobody would include as text.
@@ -46,6 +45,31 @@ std::u16string binaryKind(std::string_view bytes) {
     return isText ? std::u16string() : u"a binary file";
 }
 
+// A tag's answer is a level below that of the text in which it lies. The template's text is level 1.
+constexpr std::int64_t kLevelsOfTag = 2;
+
+// The characters of a text outside of its tags. None in RTF: evaluation writes it in another form.
+class OutermostText {
+public:
+    explicit OutermostText(const TemplateFile& file)
+        : end_(documentStandsAt(file.source(), 0) ? 0 : file.source().size()) {}
+
+    // Between the last tag that was asked for and the next one.
+    std::int64_t before(const TemplateTag& tag) {
+        if (end_ == 0) return 0;
+        return static_cast<std::int64_t>(tag.span.open - std::exchange(at_, tag.span.end()));
+    }
+    std::int64_t rest() const { return static_cast<std::int64_t>(std::max(end_, at_) - at_); }
+
+private:
+    std::size_t at_ = 0;
+    std::size_t end_;
+};
+
+std::u16string shownName(const std::u16string& path) {
+    return path.starts_with(u"./") ? path.substr(2) : path;
+}
+
 bool contains(const std::vector<std::u16string>& texts, std::u16string_view text) {
     return std::find(texts.begin(), texts.end(), text) != texts.end();
 }
@@ -71,20 +95,43 @@ CheckResult TemplateCheck::run(std::u16string name, std::u16string text) {
 void TemplateCheck::checkFile(std::u16string name, std::u16string text, std::vector<SourcePlace> includedFrom) {
     const TemplateFile& file = files_.emplace_back(std::move(name), std::move(text), std::move(includedFrom));
     checkRtf(file, found_);
-    const std::vector<bool> isSound = checkMarkup(file, found_);
+    checkTags(file, checkMarkup(file, found_));
+}
+
+void TemplateCheck::checkTags(const TemplateFile& file, const std::vector<bool>& isSound) {
+    const std::int64_t deepest = rules_.maximumLevels - kLevelsOfTag;
+    OutermostText text(file);
     for (std::size_t index = 0; index < file.tags().size(); ++index) {
         const TemplateTag& tag = file.tags()[index];
-        if (tag.depth + file.includedFrom().size() == kMaximumLevels) {
+        const bool isOutermost = tag.depth == 0 && tag.span.complete();
+        if (isOutermost) add(file, tag, {1, text.before(tag)});
+        const auto depth = static_cast<std::int64_t>(tag.depth + file.includedFrom().size());
+        if (depth == deepest + 1) {
             found_.add(DiagnosticCode::tooDeep, file, tag, u"tags are nested deeper than evaluation goes");
         }
-        if (isSound[index] && tag.depth < kMaximumLevels) checkTag(TagParts(file, tag));
+        if (!isSound[index] || depth > deepest) continue;
+        count(isOutermost, [&] { checkTag(TagParts(file, tag)); });
     }
+    extent_.characters += text.rest();
+}
+
+// Runs the step; what it adds is forgotten if evaluation need not come to it.
+template <typename Step>
+void TemplateCheck::count(bool isCertain, Step step) {
+    const Extent before = extent_;
+    const bool wasCertain = std::exchange(isCertain_, isCertain_ && isCertain);
+    step();
+    isCertain_ = wasCertain;
+    if (!isCertain) extent_ = before;
 }
 
 void TemplateCheck::checkTag(const TagParts& tag) {
     handlers_.check(tag);
     if (tag.handler() != BuiltInCommands::handler) return;
-    if (tag.command() == u"PROPERTY") properties_.read(tag);
+    if (tag.command() == u"PROPERTY") {
+        properties_.read(tag);
+        checkGivenValue(tag);
+    }
     if (tag.command() == u"SETPROPERTY") {
         properties_.set(tag);
         checkPreprocess(tag);
@@ -106,6 +153,54 @@ void TemplateCheck::checkPreprocess(const TagParts& tag) {
                u"PREPROCESS is neither True nor False: " + value->ValueStr());
 }
 
+// ---- What tags yield
+
+// Checks a text that a tag yields, each once. `name` in the form of checked_.
+void TemplateCheck::checkAnswer(const TagParts& tag, const std::u16string& name, std::u16string text) {
+    if (contains(answering_, name)) {
+        found_.add(DiagnosticCode::circle, tag.file(), tag.tag(), shownName(name) + u" includes itself");
+        return;
+    }
+    const auto [known, isNew] = checked_.try_emplace(name);
+    if (!isNew) return add(tag.file(), tag.tag(), known->second);
+    std::vector<SourcePlace> includedFrom = tag.file().includedFrom();
+    includedFrom.insert(includedFrom.begin(), tag.file().placeOf(tag.tag()));
+    const Extent before = extent_;
+    answering_.push_back(name);
+    checkFile(shownName(name), std::move(text), std::move(includedFrom));
+    answering_.pop_back();
+    known->second = {extent_.tags - before.tags, extent_.characters - before.characters};
+    add(tag.file(), tag.tag(), {});
+}
+
+// Reports at the tag the limits that evaluation meets there first.
+void TemplateCheck::add(const TemplateFile& file, const TemplateTag& tag, Extent more) {
+    constexpr std::int64_t kBeyondLimits = std::int64_t{1} << 40;
+    extent_.tags = std::min(extent_.tags + more.tags, kBeyondLimits);
+    extent_.characters = std::min(extent_.characters + more.characters, kBeyondLimits);
+    if (!isCertain_) return;
+    if (extent_.tags > rules_.maximumTags && !std::exchange(hasTooManyTags_, true)) {
+        found_.add(DiagnosticCode::tooManyTags, file, tag,
+                   u"this is beyond the " + decimal(rules_.maximumTags) + u" tags that evaluation takes");
+    }
+    if (extent_.characters > rules_.maximumOutput && !std::exchange(isTooLong_, true)) {
+        found_.add(DiagnosticCode::tooLong, file, tag,
+                   u"the result is longer than " + decimal(rules_.maximumOutput) + u" characters");
+    }
+}
+
+// Evaluation takes tags in values for the template's.
+void TemplateCheck::checkGivenValue(const TagParts& tag) {
+    if (tag.parameters().empty()) return;
+    const PropertyRef property = properties_.known(tag.parameters().front().name());
+    if (!property) return;
+    std::u16string value = property->ValueStr();
+    if (isLiteral(value) || rules_.dataTags == EvaluationRules::DataTags::refuse) {
+        return add(tag.file(), tag.tag(), {0, static_cast<std::int64_t>(value.size())});
+    }
+    checkAnswer(tag, u"property " + property->Name(), std::move(value));
+}
+
 // ---- Included files
 
 // A text whose only tags read properties that are known.
@@ -119,9 +214,9 @@ std::optional<std::u16string> TemplateCheck::knownText(std::u16string text) cons
         if (!equalIgnoringCase(inner.substr(0, kReads.size()), kReads)) return std::nullopt;
         const std::u16string_view name =
             inner.substr(kReads.size(), inner.find_first_of(u"=:", kReads.size()) - kReads.size());
-        const std::optional<std::u16string> value = properties_.knownValue(name);
-        if (!value) return std::nullopt;
-        known.append(text, at, span.open - at).append(*value);
+        const PropertyRef property = properties_.known(name);
+        if (!property) return std::nullopt;
+        known.append(text, at, span.open - at).append(property->ValueStr());
         at = span.end();
     }
     known.append(text, at);
@@ -136,9 +231,9 @@ void TemplateCheck::setPath(const TagParts& tag) {
 // Nothing when the template has set the folder to what is not known.
 std::optional<std::u16string> TemplateCheck::fullPath(std::u16string_view file) const {
     if (!isPathKnown_ || properties_.isSetByTemplate(kPathProperty)) return std::nullopt;
-    const std::u16string folder =
-        path_ ? *path_ : properties_.knownValue(kPathProperty).value_or(services_.folders.component());
-    return BuiltInCommands::pathOf(file, folder, services_.folders.separator());
+    const PropertyRef given = properties_.known(kPathProperty);
+    std::u16string folder = path_ ? *path_ : given ? given->ValueStr() : services_.folders.component();
+    return BuiltInCommands::pathOf(file, std::move(folder), services_.folders.separator());
 }
 
 void TemplateCheck::checkInclude(const TagParts& tag) {
@@ -150,12 +245,14 @@ void TemplateCheck::checkInclude(const TagParts& tag) {
     }
     const std::optional<std::u16string> path = fullPath(*file);
     if (!path) return;
-    if (!services_.files.exists(*path)) {
-        found_.add(DiagnosticCode::missingInclude, tag.file(), tag.tag(), u"the file " + *path + u" does not exist");
+    const bool exists = rules_.admitsPath(*path) && services_.files.exists(*path);
+    if (!rules_.admitsPath(*path) || (exists && !rules_.admitsFile(services_, *path))) {
+        found_.add(DiagnosticCode::outsideRoot, tag.file(), tag.tag(),
+                   u"the file " + *path + u" is not in the folder that files may be included from");
         return;
     }
-    if (contains(including_, *path)) {
-        found_.add(DiagnosticCode::includeCircle, tag.file(), tag.tag(), u"the file " + *path + u" includes itself");
+    if (!exists) {
+        found_.add(DiagnosticCode::missingInclude, tag.file(), tag.tag(), u"the file " + *path + u" does not exist");
         return;
     }
     checkIncludedFile(tag, *path);
@@ -172,18 +269,9 @@ void TemplateCheck::checkIncludedFile(const TagParts& tag, const std::u16string&
         return;
     }
     std::u16string text = readTextFile(services_.files, path).value_or(std::u16string());
-    if (BuiltInCommands::isListFile(path)) checkListFile(tag, path, text);
-    if (!checked_.insert(path).second) return;
-    if (including_.size() >= static_cast<std::size_t>(kMaximumLevels)) {
-        found_.add(DiagnosticCode::tooDeep, tag.file(), tag.tag(),
-                   u"files include each other deeper than evaluation goes");
-        return;
-    }
-    std::vector<SourcePlace> includedFrom = tag.file().includedFrom();
-    includedFrom.insert(includedFrom.begin(), tag.file().placeOf(tag.tag()));
-    including_.push_back(path);
-    checkFile(path.starts_with(u"./") ? path.substr(2) : path, std::move(text), std::move(includedFrom));
-    including_.pop_back();
+    const bool isList = BuiltInCommands::isListFile(path);
+    if (isList) checkListFile(tag, path, text);
+    count(!isList, [&] { checkAnswer(tag, path, std::move(text)); });  // a list file yields one of its entries
 }
 
 void TemplateCheck::checkListFile(const TagParts& tag, const std::u16string& path, std::u16string_view text) {

@@ -1,9 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <deque>
+#include <map>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,7 @@
 #include "check/HandlerCheck.h"
 #include "check/PropertyCheck.h"
 #include "check/TagParts.h"
+#include "core/EvaluationRules.h"
 #include "platform/Services.h"
 
 namespace velmor {
@@ -20,13 +22,18 @@ struct CheckResult {
     std::size_t more = 0;                 // that were found and are not among them
 };
 
-// Finds the mistakes of a template and of the files that it includes, without evaluating anything. Handlers are asked
-// for their catalogue alone. Included files are found as evaluation finds them, as far as their names are known.
+// Finds the mistakes of a template, of the files that it includes and of the given values that it reads, without
+// evaluating anything. Handlers are asked for their catalogue alone. Included files are found as evaluation finds them,
+// as far as their names are known.
 class TemplateCheck {
 public:
-    // `given`: the properties that the host will set; null when they are not known.
+    // `given`: the properties that the host will set, those of EvaluationRules included; null when they are not known.
+    // Throws RuleError.
     TemplateCheck(platform::Services& services, std::shared_ptr<privProperties> given)
-        : services_(services), given_(given), handlers_(services, found_), properties_(services, given, found_) {}
+        : services_(services),
+          rules_(EvaluationRules::of(Collection(given))),
+          handlers_(services, found_),
+          properties_(services, given, found_) {}
 
     // `name` of the template, for messages. Called once.
     CheckResult run(std::u16string name, std::u16string text);
@@ -34,8 +41,20 @@ public:
     std::vector<PropertyUse> properties() const { return properties_.uses(); }
 
 private:
+    // What evaluation takes at least.
+    struct Extent {
+        std::int64_t tags = 0;
+        std::int64_t characters = 0;  // of the result; those of RTF are not counted
+    };
+
     void checkFile(std::u16string name, std::u16string text, std::vector<SourcePlace> includedFrom);
+    void checkTags(const TemplateFile& file, const std::vector<bool>& isSound);
     void checkTag(const TagParts& tag);
+    void checkAnswer(const TagParts& tag, const std::u16string& name, std::u16string text);
+    template <typename Step>
+    void count(bool isCertain, Step step);
+    void add(const TemplateFile& file, const TemplateTag& tag, Extent more);
+    void checkGivenValue(const TagParts& tag);
     void checkPreprocess(const TagParts& tag);
     void checkInclude(const TagParts& tag);
     void checkIncludedFile(const TagParts& tag, const std::u16string& path);
@@ -45,14 +64,18 @@ private:
     std::optional<std::u16string> knownText(std::u16string text) const;
 
     platform::Services& services_;
-    std::shared_ptr<privProperties> given_;
+    const EvaluationRules rules_;
     DiagnosticList found_;
     HandlerCheck handlers_;
     PropertyCheck properties_;
     std::deque<TemplateFile> files_;
-    std::vector<std::u16string> including_;  // the paths of the files that are being read, outermost first
-    std::set<std::u16string> checked_;       // paths
-    std::optional<std::u16string> path_;     // the folder of included files, where a template has set it
+    std::vector<std::u16string> answering_;     // the names of the texts around the tag, outermost first
+    std::map<std::u16string, Extent> checked_;  // by name: the path of a file, or "property NAME"
+    Extent extent_;                             // of what is read so far
+    bool isCertain_ = true;                     // that evaluation comes to the text
+    bool hasTooManyTags_ = false;               // it was reported
+    bool isTooLong_ = false;
+    std::optional<std::u16string> path_;  // the folder of included files, where a template has set it
     bool isPathKnown_ = true;
 };
 

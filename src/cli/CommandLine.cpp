@@ -61,7 +61,7 @@ Examples:
   velmor eval invoice.rtf --properties invoice.properties | velmor clean - > out.rtf)";
 
 constexpr const char* checkFooter = R"(
-Nothing is evaluated; included files are checked as well. Each mistake is a line with its place and its
+Nothing is evaluated; included files and tags in given properties are checked as well. Each mistake is a line with its place and its
 code, KV101 for example; docs/diagnostics.md describes the codes. With properties, those that a template
 reads and nothing sets are mistakes, too.
 

@@ -166,6 +166,8 @@ TEST(TemplateCheck, FollowsIncludedFiles) {
         {u"<KV:TAG>INCLUDE=list.kvl:INDEX=<KV:TAG>PROPERTY:n=:</KV>:</KV>", "1:1 KV402"},
         {u"<KV:TAG>INCLUDE=<KV:TAG>PROPERTY:file=none.txt:</KV>:</KV>", ""},
         {u"<KV:TAG>SETPATH=elsewhere:</KV><KV:TAG>INCLUDE=broken.txt:</KV>", "1:32 KV401"},
+        {u"<KV:TAG>PROPERTY:broken=:</KV>", "included 1:2 KV102"},
+        {u"<KV:TAG>PROPERTY:ring=:</KV>", "included 1:1 KV403"},
     };
     for (const Row& row : rows) {
         Checked checked;
@@ -175,8 +177,38 @@ TEST(TemplateCheck, FollowsIncludedFiles) {
         checked.add(u"list.kvl", "one=1:two=2:");
         checked.given = std::make_shared<privProperties>(checked.services);
         checked.given->AddLng(u"n", 3);
+        checked.given->AddStr(u"Broken", u" <KV:TAG>PROPERTY:a=:");
+        checked.given->AddStr(u"Ring", u"<KV:TAG>PROPERTY:RING=:</KV>");
         EXPECT_EQ(checked(row.text), row.expected) << toUtf8(row.text);
         for (const SourcePlace& place : checked.last.includedFrom) EXPECT_EQ(toUtf8(place.file), "t");
+    }
+}
+
+TEST(TemplateCheck, FindsTheLimitsThatEvaluationMeets) {
+    const Row rows[] = {
+        {u"<KV:TAG>PROPERTY:a=<KV:TAG>PROPERTY:b=:</KV>:</KV>", ""},
+        {u"<KV:TAG>PROPERTY:a=<KV:TAG>PROPERTY:b=<KV:TAG>PROPERTY:c=:</KV>:</KV>:</KV>", "1:39 KV501"},
+        {u"<KV:TAG>INCLUDE=two.txt:</KV><KV:TAG>PROPERTY:a=<KV:TAG>INCLUDE=two.txt:</KV>:</KV><KV:TAG>PROPERTY:a=:</"
+         u"KV>",
+         ""},
+        {u"<KV:TAG>INCLUDE=two.txt:</KV><KV:TAG>INCLUDE=two.txt:</KV>", "1:30 KV502"},
+        {u"12345<KV:TAG>PROPERTY:five=:</KV>12345678", ""},
+        {u"123456<KV:TAG>PROPERTY:five=:</KV>", "1:7 KV503"},
+        {u"{\\rtf1 12345678901234567890<KV:TAG>PROPERTY:five=:</KV>}", ""},
+        {u"<KV:TAG>INCLUDE=C:\\elsewhere\\two.txt:</KV><KV:TAG>INCLUDE=\\\\elsewhere\\two.txt:</KV>",
+         "1:1 KV405, 1:44 KV405"},
+    };
+    for (const Row& row : rows) {
+        Checked checked;
+        checked.add(u"two.txt", "<KV:TAG>PROPERTY:a=:</KV><KV:TAG>PROPERTY:a=:</KV>");
+        checked.services.files.write(u"C:\\elsewhere\\two.txt", "");
+        checked.given = std::make_shared<privProperties>(checked.services);
+        checked.given->AddLng(u"kvTag.Max Depth", 3);
+        checked.given->AddLng(u"kvTag.Max Tags", 5);
+        checked.given->AddLng(u"kvTag.Max Output", 10);
+        checked.given->AddStr(u"kvTag.Include Root", checked.services.folders.component());
+        checked.given->AddStr(u"five", u"12345");
+        EXPECT_EQ(checked(row.text), row.expected) << toUtf8(row.text);
     }
 }
 
@@ -186,13 +218,19 @@ TEST(OutputCheck, FindsWhatIsWrongWithADocument) {
         {u"{\\rtf1{\\colortbl;\\red1;}{\\stylesheet{\\s1\\cf2 A;}{\\*\\cs3 B;}}\\cf1\\cb0\\s1\\s0\\cs3 a}",
          "1:41 KV702"},
         {u"{\\rtf1{\\stylesheet{\\s1\\sbasedon0 A;}}\\s2\\cs1 a}", "1:38 KV703, 1:41 KV703"},
-        {u"{\\rtf1{\\*\\listoverridetable{\\listoverride\\listid9\\ls2}}\\ls2\\ls0\\ls1 a}", "1:64 KV704"},
         {u"{\\rtf1 <KV:T>:</KV>{\\*\\korvanemergepagebreak}{\\rtf1}{\\*\\korvane\\starttable}}",
          "1:8 KV705, 1:20 KV705, 1:46 KV705"},
         {u"{\\rtf1 a\x1\x2"
          u"b\\bin3 \x1\x2\x3}\x1",
          "1:9 KV706, 1:21 KV601"},
         {u"a</KV>\x7", "1:2 KV705, 1:7 KV706"},
+        {u"{\\rtf1{\\stylesheet{\\s1\\sbasedon0\\snext1 A;}{\\*\\cs2\\sbasedon222\\slink1 B;}{\\s3\\sbasedon4 C;}}}",
+         "1:78 KV707"},
+        {u"{\\rtf1{\\*\\listtable{\\list{\\listlevel\\levelnfc0}\\listid-5}}{\\*\\listoverridetable"
+         u"{\\listoverride\\listid-5\\ls1}{\\listoverride\\listid6\\ls2}}\\ls2\\ls0\\ls3 a}",
+         "1:122 KV708, 1:144 KV704"},
+        {u"{\\rtf1{\\colortbl;\\caccentone\\ctint255\\red1;}}", "1:18 KV709"},
+        {u"{\\rtf1{\\colortbl;\\caccentone\\red1;}{\\*\\themedata 00}}", ""},
     };
     for (const Row& row : rows) {
         EXPECT_EQ(lines(checkOutput(u"t", row.text).diagnostics), row.expected) << toUtf8(row.text);

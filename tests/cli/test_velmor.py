@@ -15,6 +15,8 @@ import sys
 import tempfile
 import unittest
 
+import jsonschema
+
 SAMPLES = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "samples")
 PROGRAM, HANDLERS, RUNNER = "", "", []
 
@@ -181,6 +183,9 @@ class Eval(VelmorTest):
         self.assertEqual(self.messages.splitlines(), [
             f"velmor: 't':2:3: <KV:TAG>INCLUDE=part.txt:</KV>: {handler}: {missing} ({count} times)"
             for handler, count in [("GONE", 3), ("LOST", 2)]])
+        table = b"{\\rtf1\\trowd\\irow0\\cellx9 a\\cell\\lastrow\\row\n <KV:NONE>X:</KV>}"
+        self.velmor("eval", stdin=table, expect=REPORTED)
+        self.assertTrue(self.messages.startswith("velmor: standard input:2:2: "), self.messages)
         self.velmor("eval", stdin=b"<KV:" + b"N" * 1000000 + b">X:</KV>", expect=REPORTED)
         self.assertLess(len(self.messages), 1000)
         shown = self.velmor("eval", "--property", "kvTag.No Handler Show Message=True", stdin=b"<KV:NONE>X:</KV>",
@@ -429,9 +434,12 @@ class Check(VelmorTest):
                          template.replace(b"<KV:TAG>PROP{\\b }ERTY", b"{\\b }<KV:TAG>PROPERTY"))
         self.assertEqual(self.read("in/comments.rtf").count(b"{\\*\\annotation"), 2)
         self.velmor("check", "in/x.txt", "--annotate", "x", expect=FILE)
-        sarif = json.loads(self.velmor("check", "in/letter.rtf", "--format", "sarif", expect=REPORTED))["runs"][0]
-        self.assertEqual({result["ruleId"] for result in sarif["results"]}, {"KV104", "KV201"})
-        self.assertTrue({"KV104", "KV201"} <= {rule["id"] for rule in sarif["tool"]["driver"]["rules"]})
+        sarif = json.loads(self.velmor("check", "in/letter.rtf", "--format", "sarif", expect=REPORTED))
+        with open(os.path.join(os.path.dirname(os.path.abspath(__file__)), "sarif.schema.json")) as file:
+            jsonschema.validate(sarif, json.load(file))
+        codes = [result["ruleId"] for result in sarif["runs"][0]["results"]]
+        self.assertEqual(codes, ["KV104", "KV201"])
+        self.assertTrue(set(codes) <= {rule["id"] for rule in sarif["runs"][0]["tool"]["driver"]["rules"]})
         self.assertEqual(self.velmor("check", stdin=b"Dear <KV:TAG>PROPERTY:a=:</KV>"), b"")
         self.velmor("check", "in/letter.rtf", "in/x.txt", "--fix", "x", expect=USAGE)
 
