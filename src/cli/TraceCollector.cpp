@@ -13,7 +13,7 @@ std::chrono::nanoseconds now() noexcept {
 }  // namespace
 
 // Room for a long template: reserved memory costs nothing until it is used, moved memory does.
-TraceCollector::TraceCollector() {
+TraceCollector::TraceCollector(const Limits& limits) : limits_(limits) {
     open_.reserve(kMostOpen);
     tags_.reserve(std::size_t{1} << 17);
     names_.reserve(std::size_t{1} << 22);
@@ -22,7 +22,7 @@ TraceCollector::TraceCollector() {
 void TraceCollector::tagBegins(const HeardTag& tag) noexcept {
     std::uint32_t index = kNone;
     try {
-        if (omitted_ == 0 && tags_.size() < kMostTags) index = add(tag);
+        if (omitted_ == 0 && tags_.size() < limits_.tags) index = add(tag);
     } catch (const std::bad_alloc&) {
     }
     if (index == kNone) ++omitted_;
@@ -40,7 +40,7 @@ std::uint32_t TraceCollector::add(const HeardTag& heard) {
     tag.index = static_cast<std::uint32_t>(heard.index);
     tag.position = static_cast<std::uint32_t>(heard.position);
     tag.nameStart = static_cast<std::uint32_t>(names_.size());
-    tag.nameLength = static_cast<std::uint32_t>(std::min(heard.name.size(), kMostOfName));
+    tag.nameLength = static_cast<std::uint32_t>(std::min(heard.name.size(), limits_.ofName));
     tag.origin = heard.origin;
     names_.append(heard.name, 0, tag.nameLength);
     tag.time = now();
@@ -48,13 +48,13 @@ std::uint32_t TraceCollector::add(const HeardTag& heard) {
     return static_cast<std::uint32_t>(tags_.size() - 1);
 }
 
-void TraceCollector::tagEnds(std::size_t start, std::size_t length) noexcept {
+void TraceCollector::tagEnds(std::size_t start, std::u16string_view result) noexcept {
     const std::uint32_t index = open_.back().index;
     open_.pop_back();
     if (index == kNone) return;
     Tag& tag = tags_[index];
     tag.start = static_cast<std::uint32_t>(start);
-    tag.length = static_cast<std::uint32_t>(length);
+    tag.length = static_cast<std::uint32_t>(result.size());
     tag.time = now() - tag.time;
 }
 

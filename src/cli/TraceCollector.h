@@ -11,13 +11,15 @@
 
 namespace velmor::cli {
 
-// Keeps what a TagListener hears of one evaluation: the first kMostTags tags in the order in which they begin.
-class TraceCollector final : public TagListener {
+// Keeps what a TagListener hears of one evaluation: the first tags in the order in which they begin.
+class TraceCollector : public TagListener {
 public:
-    static constexpr std::size_t kMostTags = 1'000'000;
-    static constexpr std::size_t kMostOfName = 60;  // characters of a tag's name that are kept
     static constexpr std::uint32_t kNone = 0xFFFFFFFF;
 
+    struct Limits {
+        std::size_t tags = 1'000'000;
+        std::size_t ofName = 60;  // characters of a tag's name that are kept
+    };
     // 0-based places and indices.
     struct Text {
         std::uint32_t tag = kNone;  // whose answer evaluates the text; none: the outermost text
@@ -40,10 +42,11 @@ public:
         std::chrono::nanoseconds time{0};  // while it is answered, the time when it began
     };
 
-    TraceCollector();
+    TraceCollector() : TraceCollector(Limits()) {}
+    explicit TraceCollector(const Limits& limits);
 
     void tagBegins(const HeardTag& tag) noexcept override;
-    void tagEnds(std::size_t start, std::size_t length) noexcept override;
+    void tagEnds(std::size_t start, std::u16string_view result) noexcept override;
     void textBegins(std::size_t start, bool isApart) noexcept override;
     void textMoves() noexcept override;
     void textEnds(std::size_t length) noexcept override;
@@ -55,6 +58,12 @@ public:
     }
     // Tags beyond the limit, or beyond the memory.
     std::size_t omitted() const noexcept { return omitted_; }
+
+protected:
+    // The index of the tag that is being answered; kNone if there is none or it is not kept.
+    std::uint32_t answering() const noexcept {
+        return open_.empty() || !open_.back().isTag ? kNone : open_.back().index;
+    }
 
 private:
     // A tag or a text that has begun.
@@ -68,6 +77,7 @@ private:
     std::uint32_t add(const HeardTag& tag);
     std::uint32_t addText(std::size_t start, bool isApart);
 
+    const Limits limits_;
     std::vector<Tag> tags_;
     std::vector<Text> texts_;
     std::u16string names_;

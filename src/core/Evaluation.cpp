@@ -169,7 +169,7 @@ void Evaluation::answer(std::size_t index, const BuilderRef& results) {
     const std::size_t start = sizeOf(*results);
     listener_->tagBegins({tags_.rawName(index), tags_.context()->origin, index + 1, tags_.span(index).open + 1});
     answerSafely(index, results);
-    listener_->tagEnds(start, sizeOf(*results) - start);
+    listener_->tagEnds(start, results->contiguous().substr(start));
 }
 
 void Evaluation::answerSafely(std::size_t index, const BuilderRef& results) {

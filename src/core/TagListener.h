@@ -33,8 +33,9 @@ public:
     static TagListener* current() noexcept { return current_; }
 
     virtual void tagBegins(const HeardTag& tag) noexcept = 0;
-    // Its result, 0-based. An exception may skip the call; the end of the text around the tag is always told.
-    virtual void tagEnds(std::size_t start, std::size_t length) noexcept = 0;
+    // Where its result begins, 0-based, and the result, which lasts for the call. An exception may skip the call; the
+    // end of the text around the tag is always told.
+    virtual void tagEnds(std::size_t start, std::u16string_view result) noexcept = 0;
 
     // `isApart`: a handler or a command uses the result as a value; it is no part of the tag's result.
     virtual void textBegins(std::size_t start, bool isApart) noexcept = 0;

@@ -70,7 +70,7 @@ void kvTag::evaluateHeard() {
     const std::u16string name = name_;
     listener->tagBegins({name, context_->origin});
     evaluate();
-    listener->tagEnds(0, result_ ? result_->size() : static_cast<std::size_t>(resultBuilder_->Length()));
+    listener->tagEnds(0, result_ ? std::u16string_view(*result_) : resultBuilder_->contiguous());
 }
 
 void kvTag::takeResult(TextRef result) {

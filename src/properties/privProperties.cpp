@@ -26,7 +26,7 @@ privProperties::privProperties(platform::Services& services)
 privProperties::~privProperties() = default;
 
 PropertyRef privProperties::Add(std::u16string_view psName, Variant pvValue, bool pbReplaceOriginal) {
-    const PropertyRef found = pbReplaceOriginal ? Item(psName) : nullptr;
+    const PropertyRef found = pbReplaceOriginal ? items_->find(psName) : nullptr;
     if (found == nullptr) return items_->insert(items_->size(), psName, std::move(pvValue));
     found->Value(std::move(pvValue));
     found->Changed(false);
@@ -39,7 +39,9 @@ PropertyRef privProperties::itemAt(const Variant& pvIndexKey) const {
 }
 
 PropertyRef privProperties::Item(std::u16string_view psName) const {
-    return items_->find(psName);
+    PropertyRef found = items_->find(psName);
+    if (listener_ != nullptr) listener_->lookedUp(psName, found != nullptr);
+    return found;
 }
 
 PropertyRef privProperties::Item(std::int32_t plIndex) const {
@@ -136,7 +138,7 @@ bool privProperties::Changed() const {
 
 PropertyRef privProperties::Insert(std::int32_t plIndex, std::u16string_view psName, Variant pvValue,
                                    bool pbReplaceOriginal) {
-    const bool replaces = pbReplaceOriginal && Item(psName) != nullptr;
+    const bool replaces = pbReplaceOriginal && items_->find(psName) != nullptr;
     if (replaces || plIndex < 1 || plIndex > Count()) {
         PropertyRef added = Add(psName, std::move(pvValue), replaces);
         if (replaces && plIndex >= 1) Move(Variant(psName), plIndex);

@@ -15,6 +15,13 @@ namespace velmor {
 class KeyedItems;
 class PropertyEnumerator;
 
+// Hears of each name that somebody looks up in a collection, by any member that reads. Adding is no look-up.
+class LookupListener {
+public:
+    virtual ~LookupListener() = default;
+    virtual void lookedUp(std::u16string_view psName, bool isFound) noexcept = 0;
+};
+
 // An ordered, keyed collection of properties. It keeps the order of insertion, and a name may occur more than
 // once. Keys ignore case. Only the first property of a name carries the key; the others are reached by index or
 // enumeration, and Multiple of the first is set. The key is removed with its property.
@@ -73,6 +80,8 @@ public:
     }
     PropertyRef Item(std::u16string_view psName) const;
     PropertyRef Item(std::int32_t plIndex) const;
+    // Must last as long as the collection, or until it is replaced; null for none.
+    void listener(LookupListener* listener) noexcept { listener_ = listener; }
     std::int32_t Count() const noexcept;
     void Remove(const automation::Variant& pvIndexKey);
 
@@ -225,6 +234,7 @@ private:
     std::shared_ptr<KeyedItems> items_;
     // True while this collection is being written, sized or counted. Reached again, it counts as empty.
     mutable bool visiting_ = false;
+    LookupListener* listener_ = nullptr;
 
     // Enters the collection for writing, sizing or counting, until the result is destroyed. Null if it is already
     // entered or too deep; then it counts as empty.

@@ -16,8 +16,8 @@ public:
         text += std::string("(") + "afph"[static_cast<int>(tag.origin)] + std::to_string(tag.index) + "@" +
                 std::to_string(tag.position) + " ";
     }
-    void tagEnds(std::size_t start, std::size_t length) noexcept override {
-        text += std::to_string(start) + "+" + std::to_string(length) + ")";
+    void tagEnds(std::size_t start, std::u16string_view result) noexcept override {
+        text += std::to_string(start) + "+" + std::to_string(result.size()) + ")";
     }
     void textBegins(std::size_t start, bool isApart) noexcept override {
         text += (isApart ? "{!" : "{") + std::to_string(start) + " ";
