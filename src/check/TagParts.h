@@ -44,6 +44,7 @@ public:
     const std::u16string& handler() const noexcept { return handler_; }
     // In upper case; empty when there is none.
     const std::u16string& command() const noexcept { return command_; }
+    bool hasCommandValue() const noexcept { return commandElement_.hasValue(); }
     // "" when there is no command.
     std::u16string commandValue(platform::Services& services) const;
     // The elements after the command.

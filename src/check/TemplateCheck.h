@@ -37,6 +37,8 @@ public:
 
     // `name` of the template, for messages. Called once.
     CheckResult run(std::u16string name, std::u16string text);
+    // The template itself, after `run`.
+    const TemplateFile& file() const noexcept { return files_.front(); }
     // The properties that the template reads, after `run`.
     std::vector<PropertyUse> properties() const { return properties_.uses(); }
 

@@ -25,6 +25,10 @@ public:
 
     explicit Story(std::u16string_view name) : name_(name) {}
 
+    // "page text", "header"; empty in plain text.
+    const std::u16string& name() const noexcept { return name_; }
+    // Those that end within the text; what follows the last belongs to one more. A plain text has none.
+    const std::vector<Paragraph>& paragraphs() const noexcept { return paragraphs_; }
     // Line ends within it are ends of paragraphs, lines and cells.
     const std::u16string& text() const noexcept { return text_; }
     // The range of the source that became the unit. Costs the logarithm of the number of formatting changes, and less

@@ -14,11 +14,6 @@ CheckResult checkTemplate(platform::Services& services, const CheckOptions& opti
     TemplateOptions one = options;
     one.input = name;
     TemplateInput input(services, one);
-    std::shared_ptr<privProperties> given;
-    if (options.namesProperties() || options.includePath) {
-        given = std::make_shared<privProperties>(input.services());
-        input.addProperties(*given);
-    }
     const std::u16string shownName = fromUtf8(name.empty() ? "-" : name);
     Document& document = input.document();
     if (!options.fixed.empty()) {
@@ -28,7 +23,7 @@ CheckResult checkTemplate(platform::Services& services, const CheckOptions& opti
         report("repaired tags: " + std::to_string(repaired.repaired) +
                ", faulty tags left as they are: " + std::to_string(repaired.left));
     }
-    CheckResult result = TemplateCheck(input.services(), given).run(shownName, document.text);
+    CheckResult result = TemplateCheck(input.services(), input.namedProperties()).run(shownName, document.text);
     if (!options.annotated.empty()) {
         if (!documentStandsAt(document.text, 0)) {
             throw Failure(exitFile, inputName(name) + " is not an RTF document: only RTF can hold comments");

@@ -24,6 +24,7 @@ Examples:
   velmor eval invoice.rtf -o out.rtf --properties invoice.properties
   echo 'Dear <KV:TAG>PROPERTY:name=all:</KV>' | velmor eval --property name=Zoe
   velmor clean out.rtf terms.rtf -o letter.rtf
+  velmor report invoice.rtf --properties invoice.properties -o report.html
   velmor explain out.rtf:12:5 --trace run.json
   velmor check invoice.rtf
   velmor verify letter.rtf
@@ -41,6 +42,14 @@ Examples:
   velmor eval letter.rtf --property 'Contact=Ruth Ackroyd' -o letter-ackroyd.rtf
   velmor eval letter.rtf -o out.rtf --trace run.json
   velmor eval - < mail.txt > out.txt)";
+
+constexpr const char* reportFooter = R"(
+The page needs no network. It shows the template with its tags, what each gave, why and how fast, the
+mistakes, and the properties that were read or not.
+
+Examples:
+  velmor report invoice.rtf --properties invoice.properties -o report.html
+  velmor report letter.txt --data letter.json --sandbox -o report.html)";
 
 constexpr const char* explainFooter = R"(
 Offsets, lines and columns count from 1, in characters of the output as eval wrote it.
@@ -136,6 +145,11 @@ std::string checkAssignment(const std::string& text) {
     return equals == text.npos || equals == 0 ? "'" + text + "' does not have the form name=value" : std::string();
 }
 
+void addOutput(CLI::App& command, std::string& name, const std::string& what) {
+    command.add_option("-o,--output", name, "Write the " + what + " to this file, whole or not at all")
+        ->type_name("OUT");
+}
+
 CLI::Option* addPasswordFile(CLI::App& command, std::string& name) {
     return command.add_option("--password-file", name, "Decipher the property file with this file's first line")
         ->type_name("FILE");
@@ -212,23 +226,34 @@ void addRules(CLI::App& command, TemplateOptions& options) {
     add("--max-output", "kvTag.Max Output", "Most characters of the result", "N")->check(CLI::PositiveNumber);
 }
 
+// The template, and how it is evaluated.
+void addEvaluation(CLI::App& command, TemplateOptions& options, CommandLine& line) {
+    command.add_option("TEMPLATE", options.input, "The template; - or nothing: standard input")->type_name("");
+    addTemplateOptions(command, options);
+    addRules(command, options);
+    command.add_flag_callback(
+        "--sandbox", [&options, &line] { options.sandbox = line.system.registryOnlyIfNamed = true; },
+        "For a template that nobody has read: --data-tags refuse, --include-root its folder, and no handlers but those "
+        "of --registry");
+    command.add_flag("--exact", options.exact, "Include RTF exactly as the component does, without its tolerance");
+    addSystem(command, line.system);
+}
+
 void addEval(CLI::App& app, CommandLine& line) {
     const auto [command, options] = addCommand(app, line, "eval", "Evaluate a template", evalFooter, runEval);
-    command->add_option("TEMPLATE", options.input, "The template; - or nothing: standard input")->type_name("");
-    command->add_option("-o,--output", options.output, "Write the result to this file, whole or not at all")
-        ->type_name("OUT");
+    addOutput(*command, options.output, "result");
+    addEvaluation(*command, options, line);
     command->add_option("--trace", options.trace, "Write what each tag gave, where and how fast, to this JSON file")
         ->type_name("FILE")
         ->check(CLI::Validator(
             [](const std::string& name) { return name == "-" ? "a trace is written to a file" : ""; }, ""));
-    addTemplateOptions(*command, options);
-    addRules(*command, options);
-    command->add_flag_callback(
-        "--sandbox", [&options = options, &line] { options.sandbox = line.system.registryOnlyIfNamed = true; },
-        "For a template that nobody has read: --data-tags refuse, --include-root its folder, and no handlers but those "
-        "of --registry");
-    command->add_flag("--exact", options.exact, "Include RTF exactly as the component does, without its tolerance");
-    addSystem(*command, line.system);
+}
+
+void addReport(CLI::App& app, CommandLine& line) {
+    const auto [command, options] =
+        addCommand(app, line, "report", "Write a page that shows an evaluation", reportFooter, runReport);
+    addOutput(*command, options.output, "page");
+    addEvaluation(*command, options, line);
 }
 
 void addExplain(CLI::App& app, CommandLine& line) {
@@ -285,8 +310,7 @@ void addClean(CLI::App& app, CommandLine& line) {
     command->add_option("FILE", options.inputs, "RTF files; -: standard input. Several are joined in this order")
         ->type_name("")
         ->required();
-    command->add_option("-o,--output", options.output, "Write the document to this file, whole or not at all")
-        ->type_name("OUT");
+    addOutput(*command, options.output, "document");
     command->add_flag("--merge", options.merge,
                       "Merge mode also for one file, which holds documents that were joined before");
     command->add_flag("--exact", options.exact, "Clean exactly as the component does, without its tolerance");
@@ -380,8 +404,8 @@ std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& argu
     app.require_subcommand(1);
     app.footer(programFooter);
     CommandLine line;
-    for (const auto add :
-         {addEval, addExplain, addClean, addCheck, addSchema, addVerify, addTags, addProps, addHandlers, addLog})
+    for (const auto add : {addEval, addReport, addExplain, addClean, addCheck, addSchema, addVerify, addTags, addProps,
+                           addHandlers, addLog})
         add(app, line);
     if (arguments.size() == 2 && arguments.front() == "--completion") {
         std::cout << completionScript(app, arguments.back()) << std::flush;

@@ -21,6 +21,13 @@ struct EvalOptions : TemplateOptions {
 // Evaluates a template and writes the result. Reports the entries of the error log.
 ExitCode runEval(platform::Services& services, const EvalOptions& options);
 
+struct ReportOptions : TemplateOptions {
+    std::string output;
+};
+// Evaluates a template and writes a page that shows its tags, what they gave, and its mistakes. Reports the entries of
+// the error log.
+ExitCode runReport(platform::Services& services, const ReportOptions& options);
+
 struct ExplainOptions {
     std::string place;  // "FILE:OFFSET" or "FILE:LINE:COLUMN"
     std::string trace;

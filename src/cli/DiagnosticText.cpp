@@ -13,22 +13,26 @@ std::string severity(const Diagnostic& diagnostic) {
 
 // ---- JSON
 
-Json jsonOf(const SourcePlace& place) {
+Json placeJson(const SourcePlace& place) {
     return {{"file", toUtf8(place.file)}, {"line", place.line}, {"column", place.column}, {"offset", place.offset}};
 }
 
+}  // namespace
+
 Json jsonOf(const Diagnostic& diagnostic) {
     Json json = {{"code", toUtf8(codeText(diagnostic.code))}, {"severity", severity(diagnostic)}};
-    json.update(jsonOf(diagnostic.place));
+    json.update(placeJson(diagnostic.place));
     json["length"] = diagnostic.length;
     json["message"] = toUtf8(diagnostic.message);
     json["hint"] = toUtf8(diagnostic.hint);
     json["place"] = toUtf8(diagnostic.seenAt);
     json["context"] = toUtf8(diagnostic.context);
     json["includedFrom"] = Json::array();
-    for (const SourcePlace& place : diagnostic.includedFrom) json["includedFrom"].push_back(jsonOf(place));
+    for (const SourcePlace& place : diagnostic.includedFrom) json["includedFrom"].push_back(placeJson(place));
     return json;
 }
+
+namespace {
 
 void printJson(const std::vector<Diagnostic>& diagnostics, std::size_t more) {
     JsonList list("diagnostics");

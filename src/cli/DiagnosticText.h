@@ -5,8 +5,11 @@
 
 #include "check/Diagnostic.h"
 #include "cli/Commands.h"
+#include "cli/JsonText.h"
 
 namespace velmor::cli {
+
+Json jsonOf(const Diagnostic& diagnostic);
 
 // Prints diagnostics: a line each for an editor's error list, JSON, SARIF 2.1.0, or workflow commands of GitHub.
 // `more` were found and are not among them.

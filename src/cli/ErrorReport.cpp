@@ -37,7 +37,7 @@ void ErrorReport::heard(const ErrorLogEntry& entry, const OutermostTag& tag) {
         ++lines_[known->second].count;
     } else if (lines_.size() < maximalLines) {
         known_.emplace(std::move(key), lines_.size());
-        lines_.push_back({placeOf(tag) + ": " + describe(entry, tag.text), 1});
+        lines_.push_back({placeOf(tag), describe(entry, tag.text), 1});
     } else {
         ++others_;
     }
@@ -45,16 +45,18 @@ void ErrorReport::heard(const ErrorLogEntry& entry, const OutermostTag& tag) {
 
 bool ErrorReport::print() const {
     for (const Line& line : lines_) {
-        report(line.count == 1 ? line.text : line.text + " (" + std::to_string(line.count) + " times)");
+        std::string text = name_;
+        if (line.place) text += ":" + std::to_string(line.place->line) + ":" + std::to_string(line.place->column);
+        text += ": " + line.text;
+        report(line.count == 1 ? text : text + " (" + std::to_string(line.count) + " times)");
     }
     if (others_ > 0) report(name_ + ": " + std::to_string(others_) + " more errors");
     return !lines_.empty();
 }
 
-std::string ErrorReport::placeOf(const OutermostTag& tag) const {
-    if (tag.index < 1) return name_;
-    const auto place = places_.of(static_cast<std::size_t>(tag.index), static_cast<std::size_t>(tag.position));
-    return name_ + ":" + std::to_string(place.line) + ":" + std::to_string(place.column);
+std::optional<TemplatePlaces::Place> ErrorReport::placeOf(const OutermostTag& tag) const {
+    if (tag.index < 1) return std::nullopt;
+    return places_.of(static_cast<std::size_t>(tag.index), static_cast<std::size_t>(tag.position));
 }
 
 }  // namespace velmor::cli

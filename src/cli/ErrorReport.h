@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -24,19 +25,24 @@ public:
     // Returns whether there was anything to report.
     bool print() const;
 
-private:
+    // Equal errors.
     struct Line {
+        std::optional<TemplatePlaces::Place> place;  // of the first one's tag, if the template has it
         std::string text;
         std::size_t count = 0;
     };
+    const std::vector<Line>& lines() const noexcept { return lines_; }
+    // Errors beyond the lines that are kept.
+    std::size_t others() const noexcept { return others_; }
 
-    std::string placeOf(const OutermostTag& tag) const;
+private:
+    std::optional<TemplatePlaces::Place> placeOf(const OutermostTag& tag) const;
 
     std::string name_;
     const TemplatePlaces& places_;
     std::vector<Line> lines_;
     std::unordered_map<std::u16string, std::size_t> known_;  // the line of each error
-    std::size_t others_ = 0;                                 // entries beyond the lines that are kept
+    std::size_t others_ = 0;
 };
 
 }  // namespace velmor::cli

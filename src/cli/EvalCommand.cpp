@@ -15,9 +15,7 @@ namespace velmor::cli {
 ExitCode runEval(platform::Services& services, const EvalOptions& options) {
     TemplateInput input(services, options);
     Document& document = input.document();
-    const auto tag = std::make_shared<kvTag>(input.services());
-    input.addProperties(*tag->Properties().own());
-
+    const std::shared_ptr<kvTag> tag = input.makeTag();
     const TemplatePlaces places(document.text);
     ErrorReport errors(inputName(options.input), places);
     std::optional<TraceCollector> trace;

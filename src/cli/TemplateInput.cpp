@@ -54,6 +54,19 @@ void TemplateInput::addProperties(privProperties& properties) const {
     if (options_.includePath) properties.AddStr(u"Path", fromUtf8(*options_.includePath), true);
 }
 
+std::shared_ptr<kvTag> TemplateInput::makeTag() {
+    const auto tag = std::make_shared<kvTag>(services_);
+    addProperties(*tag->Properties().own());
+    return tag;
+}
+
+std::shared_ptr<privProperties> TemplateInput::namedProperties() {
+    if (!options_.namesProperties()) return nullptr;
+    const auto properties = std::make_shared<privProperties>(services_);
+    addProperties(*properties);
+    return properties;
+}
+
 // For templates and data that nobody has read: tags in data are text, and only files of the template's folder are
 // included. (The registry is that of the command line alone: see main.)
 void TemplateInput::addSandbox(privProperties& properties) const {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cli/Documents.h"
+#include "core/kvTag.h"
 #include "platform/TemplateFolders.h"
 #include "properties/privProperties.h"
 
@@ -25,7 +26,9 @@ struct TemplateOptions {
     std::map<std::string, std::string> rules;  // properties that replace all others, as core/EvaluationRules.h has them
     bool sandbox = false;                      // see addSandbox
 
-    bool namesProperties() const noexcept { return !propertyFile.empty() || !dataFile.empty() || !properties.empty(); }
+    bool namesProperties() const noexcept {
+        return !propertyFile.empty() || !dataFile.empty() || !properties.empty() || includePath;
+    }
 };
 
 // Reads a template. While it lives, included files are decoded as the template is. When the property "Path" is absent,
@@ -41,6 +44,10 @@ public:
     Document& document() noexcept { return document_; }
     // Adds the properties, and "kvTag.RTF Tolerant" when it is absent.
     void addProperties(privProperties& properties) const;
+    // One with these properties and no value.
+    std::shared_ptr<kvTag> makeTag();
+    // For a check: the properties that the options name; null if they name none, so that nobody knows what is set.
+    std::shared_ptr<privProperties> namedProperties();
 
 private:
     void addSandbox(privProperties& properties) const;

@@ -14,8 +14,6 @@
 namespace velmor::cli {
 namespace {
 
-constexpr std::array<std::string_view, 4> kOrigins = {"template", "include", "property", "handler"};
-
 void append(std::string& json, std::size_t number) {
     std::array<char, 24> digits{};
     json.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr);
@@ -115,7 +113,7 @@ void TagLines::write(std::string& json, std::size_t index) {
     const Tag& tag = trace_.tags()[index];
     json += '[';
     append(json, tag.parent == TraceCollector::kNone ? 0 : std::size_t{tag.parent} + 1);
-    json.append(",\"").append(kOrigins[static_cast<std::size_t>(tag.origin)]).append("\",");
+    json.append(",\"").append(originText(tag.origin)).append("\",");
     json.append(command(trace_.nameOf(tag))).append(",");
     append(json, trace_.nameOf(tag));
     writePosition(json, tag);
@@ -157,6 +155,11 @@ void TagLines::writeResult(std::string& json, const Tag& tag, std::size_t place)
 }
 
 }  // namespace
+
+std::string_view originText(Origin origin) {
+    constexpr std::array<std::string_view, 4> kOrigins = {"template", "include", "property", "handler"};
+    return kOrigins[static_cast<std::size_t>(origin)];
+}
 
 std::string checksumOf(std::string_view bytes) {
     std::uint64_t sum = 0xCBF29CE484222325;

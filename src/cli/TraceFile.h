@@ -30,6 +30,9 @@ inline constexpr std::array<const char*, 12> kTraceColumns = {"parent", "origin"
                                                               "name",   "position", "line",    "column",
                                                               "length", "place",    "moved",   "microseconds"};
 
+// "template", "include", "property" or "handler".
+std::string_view originText(Origin origin);
+
 // FNV-1a of 64 bits, in hexadecimal digits.
 std::string checksumOf(std::string_view bytes);
 

@@ -31,6 +31,10 @@ bool isControl(char16_t unit) {
     return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || unit == 0x2028 || unit == 0x2029;
 }
 
+bool isSurrogate(char16_t unit) {
+    return isHighSurrogate(unit) || isLowSurrogate(unit);
+}
+
 bool isPair(std::u16string_view text) {
     return text.size() > 1 && isHighSurrogate(text[0]) && isLowSurrogate(text[1]);
 }
@@ -44,7 +48,7 @@ std::u16string onOneLine(std::u16string_view text, std::size_t longest) {
     for (std::size_t i = 0; i < end; ++i) {
         if (isPair(text.substr(i))) {
             line += text.substr(i++, 2);
-        } else if (isControl(text[i]) || (text[i] & 0xF800) == 0xD800) {
+        } else if (isControl(text[i]) || isSurrogate(text[i])) {
             line += escaped(text[i]);
         } else {
             line += text[i];
@@ -52,6 +56,17 @@ std::u16string onOneLine(std::u16string_view text, std::size_t longest) {
     }
     if (end < text.size()) line += u"... (" + fromUtf8(std::to_string(text.size())) + u" characters)";
     return line;
+}
+
+std::u16string withoutLoneSurrogates(std::u16string text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (isPair(std::u16string_view(text).substr(i))) {
+            ++i;
+        } else if (isSurrogate(text[i])) {
+            text[i] = u'\xFFFD';
+        }
+    }
+    return text;
 }
 
 }  // namespace velmor

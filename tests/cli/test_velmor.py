@@ -14,6 +14,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
+import urllib.parse
 
 import jsonschema
 
@@ -481,6 +482,119 @@ class Check(VelmorTest):
         ]:
             self.write("wrong.json", content)
             self.check_failures([(["check", "t.txt", "--data", "wrong.json"], FILE, "'wrong.json':" + said)])
+
+
+class Report(VelmorTest):
+    # Uses the page as a reader does, and leaves what it saw in the element "seen".
+    READER = """<script>
+    const seen = {};
+    try {
+      const all = selector => [...document.querySelectorAll(selector)];
+      const tagOf = text => all(".tag").find(each => each.textContent.includes(text));
+      const press = (element, key) => element.dispatchEvent(new KeyboardEvent("keydown", { key, bubbles: true }));
+      const chosenText = () => all(".chosen").map(each => each.textContent);
+      const lit = () => all(".tag:not(.dim)").length;
+      const chip = name => all(".chip").find(each => each.textContent.startsWith(name));
+      const button = (area, text) => all(area + " button").find(each => each.textContent.includes(text));
+      const details = () => byId("details").innerText;
+      seen.text = byId("text").textContent;
+      seen.counts = [all("script").length, all("img").length, lit()];
+      tagOf("PROPERTY:name").click();
+      seen.name = details();
+      press(tagOf("PROPERTY:name"), "ArrowRight");
+      seen.next = chosenText();
+      press(document.activeElement, "Escape");
+      seen.left = chosenText();
+      tagOf("INCLUDE=i.txt").click();
+      button("#details", "PROPERTY:deep").click();
+      seen.deep = details();
+      chip("NONE").click();
+      seen.filtered = lit();
+      chip("NONE").click();
+      byId("search").value = "zoe";
+      press(byId("search"), "Enter");
+      seen.found = [byId("found").textContent, ...chosenText()];
+      button("#problems", "t.txt:3:").click();
+      seen.problem = [byId("part-template").hidden, ...chosenText()];
+      seen.problems = byId("problems").textContent;
+      byId("tab-properties").click();
+      seen.properties = all("#properties tbody tr").map(row => [...row.cells].map(cell => cell.textContent));
+      byId("tab-times").click();
+      seen.times = all("#times .bar").filter(bar => bar.getBoundingClientRect().width > 0).length;
+      byId("as-values").click();
+      seen.values = byId("text").textContent;
+    } catch (error) {
+      seen.error = error.stack;
+    }
+    document.body.replaceChildren(make("p", { id: "seen" }, encodeURIComponent(JSON.stringify(seen))));
+    </script></body>"""
+
+    def page_data(self, name):
+        page = self.read(name).decode("ascii")
+        return json.loads(page.partition('id="data">')[2].partition("</script>")[0])
+
+    def in_browser(self, name):
+        page = self.read(name).decode()
+        self.assertEqual(page.count("</body>"), 1)
+        self.write("driven.html", page.replace("</body>", self.READER).encode())
+        shown = subprocess.run(
+            ["chromium", "--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
+             "--disable-background-networking", "--disable-component-update", "--disable-sync",
+             "--user-data-dir=" + self.path("browser"), "--dump-dom", "file://" + self.path("driven.html")],
+            capture_output=True, timeout=120).stdout.decode()
+        seen = json.loads(urllib.parse.unquote(shown.partition('<p id="seen">')[2].partition("<")[0]))
+        self.assertNotIn("error", seen)
+        return seen
+
+    def test_page_in_a_browser(self):
+        markup = "<script>window.bad = 1</script><!--<img src=x onerror=bad()>"
+        self.write("t.txt", b"Dear <KV:TAG>PROPERTY:name=nobody:</KV>, " + markup.encode() + b"\n"
+                            b"<KV:TAG>INCLUDE=i.txt:</KV> <KV:TAG>PROPERTY:citi=:</KV> <KV:TAG>SETPROPERTY:own=1:</KV>"
+                            b"<KV:TAG>PROPERTY:m=<KV:TAG>PROPERTY:name=:</KV>:</KV>\n"
+                            b'<KV:NONE>X:A="</script>":</KV> \xe2\x80\xa8\0.')
+        self.write("i.txt", b"in <KV:TAG>PROPERTY:deep=:</KV>")
+        self.velmor("report", "t.txt", "-o", "r.html", "--property", "name=<b>Zoe</b>", "--property", "city=Brest",
+                    "--property", "deep=[<KV:TAG>PROPERTY:name=:</KV>]", expect=REPORTED)
+        self.assertIn("NONE: Tag Handler not found", self.messages)
+        self.assertEqual(self.read("r.html").count(b"</script>"), 2)
+        if RUNNER:
+            return
+        seen = self.in_browser("r.html")
+        self.assertIn("Dear <KV:TAG>PROPERTY:name=nobody:</KV>, " + markup, seen["text"])
+        self.assertEqual(seen["counts"], [3, 0, 7])
+        for said in ["TAG \u203a PROPERTY", "<b>Zoe</b>", "nobody", "line 1, column 6", "the template", "\u00b5s"]:
+            self.assertIn(said, seen["name"])
+        self.assertEqual([seen["next"], seen["left"]], [["<KV:TAG>INCLUDE=i.txt:</KV>"], []])
+        self.assertIn("[<b>Zoe</b>]", seen["deep"])
+        self.assertRegex(seen["deep"], r"(?s)CHAIN.*INCLUDE=i.txt.*PROPERTY:deep.*include.*PROPERTY:name.*property")
+        self.assertEqual(seen["filtered"], 1)
+        self.assertEqual(seen["found"], ["1 of 6", "<KV:TAG>PROPERTY:name=nobody:</KV>"])
+        self.assertEqual(seen["problem"], [False, '<KV:NONE>X:A="</script>":</KV>'])
+        for said in ["KV201", "KV302", "did you mean city?", "Tag Handler not found"]:
+            self.assertIn(said, seen["problems"])
+        self.assertEqual(seen["properties"], [
+            ["name", "<b>Zoe</b>", "3", "0", ""], ["city", "Brest", "0", "0", "never read a tag reads citi"],
+            ["deep", "[<KV:TAG>PROPERTY:name=:</KV>]", "1", "0", ""], ["OWN", "1", "0", "0", "never read from the template"],
+            ["citi", "", "0", "1", "absent did you mean city?"], ["m", "", "0", "1", "absent"]])
+        self.assertEqual(seen["times"], 11)
+        self.assertIn("Dear <b>Zoe</b>, <script>", seen["values"])
+        self.assertIn("in [<b>Zoe</b>] empty empty<b>Zoe</b>", seen["values"])
+
+    def test_rtf_shows_its_text(self):
+        self.write("t.rtf", b"{\\rtf1{\\header <KV:TAG>PROPERTY:a=x:</KV>}caf\\'e9 <KV:TAG>PROPERTY:b=:</KV>\\par"
+                            b"\\trowd\\cellx1\\cellx2\\intbl one\\cell two\\cell\\row}")
+        self.velmor("report", "t.rtf", "-o", "r.html", "--property", "b=\u0141{")
+        data = self.page_data("r.html")
+        self.assertEqual([(story["name"], story["text"]) for story in data["stories"]],
+                         [("page text", "caf\u00e9 <KV:TAG>PROPERTY:b=:</KV>\none\ntwo\n\n"),
+                          ("header", "<KV:TAG>PROPERTY:a=x:</KV>")])
+        self.assertEqual([paragraph[1:] for paragraph in data["stories"][0]["paragraphs"]],
+                         [[1], [1, 1, 1], [1, 1, 2]])
+        self.assertEqual([tag["value"] for tag in data["tags"]], ["x", "\u0141{"])
+        self.assertEqual([(span[0], data["tags"][span[3]]["name"]) for span in data["spans"]],
+                         [(0, "TAG>PROPERTY:b=:"), (1, "TAG>PROPERTY:a=x:")])
+        self.velmor("report", "t.rtf", "-o", "none/r.html", expect=FILE)
+        self.assertIn("cannot write 'none/r.html': ", self.messages)
 
 
 class Tags(VelmorTest):

@@ -1,0 +1,182 @@
+#include "cli/ReportTags.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <unordered_map>
+#include <utility>
+
+#include "check/TagParts.h"
+#include "cli/LineText.h"
+#include "cli/ReportText.h"
+#include "cli/TraceFile.h"
+#include "text/Compare.h"
+#include "text/Encoding.h"
+#include "text/RtfStart.h"
+
+namespace velmor::cli {
+namespace {
+
+constexpr std::size_t kMostOfValue = 2'000;  // characters of a value that the page has
+
+// A value as the author sees it: the text of a value in an RTF template is RTF.
+std::u16string seenValue(std::u16string_view value, bool isRtf) {
+    if (!isRtf) return std::u16string(value);
+    const std::vector<Story> stories = readStories(std::u16string(kRtfStart).append(u" ").append(value).append(u"}"));
+    return stories.front().text();
+}
+
+}  // namespace
+
+ReportTags::ReportTags(platform::Services& services, const TemplateFile& file, const TemplatePlaces& places,
+                       const ReportCollector& collector)
+    : services_(services),
+      file_(file),
+      places_(places),
+      collector_(collector),
+      tagOf_(collector.tags().size(), kNone),
+      itemOf_(file.tags().size(), kNone) {
+    placeOutermost();
+    placeNested();
+    for (std::uint32_t& item : itemOf_) {
+        if (item != kNone || unevaluated_ == ReportCollector::kMostTags) continue;
+        item = static_cast<std::uint32_t>(tagOf_.size() + unevaluated_++);
+    }
+}
+
+// By their places.
+void ReportTags::placeOutermost() {
+    std::unordered_map<std::size_t, std::uint32_t> tags;
+    for (std::uint32_t tag = 0; tag < itemOf_.size(); ++tag) {
+        const TemplateTag& each = file_.tags()[tag];
+        tags.emplace(file_.storyOf(each).source(each.span.open).begin + 1, tag);
+    }
+    for (std::uint32_t run = 0; run < tagOf_.size(); ++run) {
+        const Run& each = collector_.tags()[run];
+        if (each.parent != kNone || each.index == 0) continue;
+        const auto found = tags.find(places_.of(each.index, each.position).position);
+        if (found == tags.end()) continue;
+        tagOf_[run] = found->second;
+        itemOf_[found->second] = run;
+    }
+}
+
+// By the tag around them, in which they are evaluated, and their text.
+void ReportTags::placeNested() {
+    std::map<std::pair<std::uint32_t, std::u16string_view>, std::vector<std::uint32_t>> runs;
+    for (auto run = static_cast<std::uint32_t>(tagOf_.size()); run-- > 0;) {
+        const Run& each = collector_.tags()[run];
+        if (each.parent != kNone && each.origin == Origin::author) {
+            runs[{each.parent, collector_.nameOf(each)}].push_back(run);
+        }
+    }
+    for (std::uint32_t tag = 0; tag < itemOf_.size(); ++tag) {
+        const TemplateTag& each = file_.tags()[tag];
+        if (each.parent == TemplateTag::kNone || itemOf_[each.parent] == kNone || !each.span.complete()) continue;
+        const auto found = runs.find({itemOf_[each.parent], writtenName(each)});
+        if (found == runs.end() || found->second.empty()) continue;
+        itemOf_[tag] = found->second.back();
+        tagOf_[itemOf_[tag]] = tag;
+        found->second.pop_back();
+    }
+}
+
+// As the collector keeps it.
+std::u16string_view ReportTags::writtenName(const TemplateTag& tag) const {
+    const Story& story = file_.storyOf(tag);
+    const std::size_t begin = story.source(tag.span.open + kOpeningMarker.size() - 1).end;
+    const std::size_t length = story.source(tag.span.close).begin - begin;
+    return std::u16string_view(file_.source()).substr(begin, std::min(length, ReportCollector::kMostOfName));
+}
+
+Json ReportTags::spans() const {
+    std::vector<std::size_t> starts{0};  // of the stories in the text that the page shows
+    for (const Story& story : file_.stories()) starts.push_back(starts.back() + story.text().size());
+    Json spans = Json::array();
+    for (std::size_t tag = 0; tag < itemOf_.size(); ++tag) {
+        const TemplateTag& each = file_.tags()[tag];
+        const std::size_t end = each.span.complete() ? each.span.end() : each.span.open + kOpeningMarker.size();
+        if (itemOf_[tag] == kNone || starts[each.story] + end > kMostOfTemplate) continue;
+        spans.push_back({each.story, each.span.open, end, itemOf_[tag]});
+    }
+    return spans;
+}
+
+Json ReportTags::tags() const {
+    Json tags = Json::array();
+    for (std::size_t run = 0; run < tagOf_.size(); ++run) tags.push_back(runJson(run));
+    for (std::size_t tag = 0; tag < itemOf_.size(); ++tag) {
+        if (itemOf_[tag] != kNone && itemOf_[tag] >= tagOf_.size()) tags.push_back(unevaluatedJson(tag));
+    }
+    return tags;
+}
+
+Json ReportTags::runJson(std::size_t run) const {
+    const Run& each = collector_.tags()[run];
+    Json json =
+        tagOf_[run] != kNone ? describe(file_, file_.tags()[tagOf_[run]]) : describeName(collector_.nameOf(each));
+    json["parent"] = each.parent == kNone ? Json(nullptr) : Json(each.parent);
+    json["origin"] = originText(each.origin);
+    if (each.parent == kNone && each.index > 0) {
+        const TemplatePlaces::Place place = places_.of(each.index, each.position);
+        json["line"] = place.line;
+        json["column"] = place.column;
+    }
+    addValue(json, run);
+    return json;
+}
+
+void ReportTags::addValue(Json& json, std::size_t run) const {
+    const Run& each = collector_.tags()[run];
+    const bool isRtf = documentStandsAt(file_.source(), 0);
+    const std::u16string seen = seenValue(collector_.valueOf(run), isRtf);
+    json["value"] = reportText(seen, kMostOfValue);
+    json["length"] = each.length;
+    if (seen.size() > kMostOfValue || collector_.valueOf(run).size() < each.length) json["isCut"] = true;
+    json["microseconds"] = static_cast<double>(each.time.count() / 100) / 10;
+}
+
+Json ReportTags::unevaluatedJson(std::size_t tag) const {
+    const TemplateTag& each = file_.tags()[tag];
+    Json json = describe(file_, each);
+    const bool isNested = each.parent != TemplateTag::kNone && itemOf_[each.parent] != kNone;
+    json["parent"] = isNested ? Json(itemOf_[each.parent]) : Json(nullptr);
+    json["origin"] = originText(Origin::author);
+    const SourcePlace place = file_.placeOf(each);
+    json["line"] = place.line;
+    json["column"] = place.column;
+    json["isClosed"] = each.span.complete();
+    return json;
+}
+
+// A tag of the file, as the author sees it.
+Json ReportTags::describe(const TemplateFile& file, const TemplateTag& tag) const {
+    Json json = {{"name", ""}, {"handler", ""}, {"command", ""}};
+    if (!tag.span.complete()) return json;
+    const std::u16string_view name = file.innerOf(tag);
+    json["name"] = reportText(name, ReportCollector::kMostOfName);
+    if (name.find(kHandlerSeparator) == name.npos) return json;
+    const TagParts parts(file, tag);
+    json["handler"] = shown(parts.handler());
+    json["command"] = shown(parts.command());
+    if (parts.hasCommandValue()) json["commandValue"] = shown(parts.commandValue(services_));
+    json["parameters"] = Json::array();
+    for (const TagElement& each : parts.parameters()) {
+        Json value = each.hasValue() ? Json(shown(each.value(services_))) : Json(nullptr);
+        json["parameters"].push_back(Json::array({shown(each.name()), std::move(value)}));
+    }
+    return json;
+}
+
+// A tag of an included file or of a value. One that is not kept as a whole may lack its parameters.
+Json ReportTags::describeName(std::u16string_view name) const {
+    std::u16string text(kOpeningMarker);
+    text.append(name).append(kClosingMarker);
+    const TemplateFile file({}, std::move(text), {});
+    Json json = describe(file, file.tags().front());
+    json["name"] = reportText(name);
+    json["handler"] = shown(upperCase(name.substr(0, name.find(kHandlerSeparator))));
+    return json;
+}
+
+}  // namespace velmor::cli
