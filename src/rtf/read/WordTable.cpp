@@ -622,13 +622,13 @@ private:
     std::array<Row, slots> slots_{};
 };
 
-constexpr Index words;
+constexpr Index knownWords;
 
 }  // namespace
 
 WordMeaning meaningOf(std::u16string_view letters) noexcept {
     if (letters.empty()) return {};
-    const Row* const known = words.find(letters);
+    const Row* const known = knownWords.find(letters);
     return known == nullptr ? WordMeaning{Word::other, traitsOfFamily(letters)}
                             : WordMeaning{known->word, known->traits};
 }
