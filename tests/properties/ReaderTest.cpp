@@ -2,9 +2,11 @@
 
 #include <string>
 
+#include "Random.h"
 #include "common/Base64.h"
 #include "common/Compression.h"
 #include "properties/Describe.h"
+#include "properties/TextFormOfPieces.h"
 
 namespace velmor {
 namespace {
@@ -190,6 +192,15 @@ TEST_F(PropertyReading, KeepsOversizedValuesEncoded) {
     EXPECT_EQ(collection->Item(u"a")->ValueStr(), u"text");
     EXPECT_EQ(collection->Item(u"b")->ValueStr(), u"~GZ\"" + bomb + u"\"");
     EXPECT_EQ(collection->Item(u"c")->ValueStr(), u"~GZ\"" + small + u"\"");
+}
+
+TEST_F(PropertyReading, WritesAnyTextSoThatItIsReadTheSame) {
+    Random random;
+    for (int round = 0; round < 30000; ++round) {
+        auto bytes = random.bytes(32);
+        bytes.resize(std::max<std::size_t>(bytes.size(), 2));
+        ASSERT_EQ(test::faultOfTextForm(bytes.data(), bytes.size()), "");
+    }
 }
 
 // Each of these once took quadratic time.

@@ -1,27 +1,18 @@
 #include <gtest/gtest.h>
 
+#include "CleaningOfPieces.h"
 #include "SectionReader.h"
-#include "platform/MemoryServices.h"
-#include "rtf/clean/CleanRTF.h"
 #include "text/Encoding.h"
 
 namespace velmor {
 namespace {
-
-class TestHost : public CleanHost {
-public:
-    platform::Services& services() noexcept override { return machine_; }
-
-private:
-    platform::MemoryServices machine_;
-};
 
 // The sections of the cleaned text: "text: page", with the headers and footers of its pages.
 std::string sectionsOf(std::u16string text, bool mergeMode) {
     CleanOptions options;
     options.tolerant = true;
     options.mergeMode = mergeMode;
-    TestHost host;
+    test::CleanTestHost host;
     Module1::CleanRTFText(text, options, host);
     std::u16string sections;
     for (const auto& section : test::SectionReader::of(text)) {
