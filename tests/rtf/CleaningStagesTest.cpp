@@ -1,11 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <functional>
-#include <random>
-
-#include "LiteralCleaning.h"
-#include "Pieces.h"
-#include "Seed.h"
 #include "rtf/clean/BlankLines.h"
 #include "rtf/clean/RemoveBackground.h"
 #include "rtf/clean/RemoveDuplicateGenerators.h"
@@ -20,104 +14,11 @@
 namespace velmor {
 namespace {
 
-constexpr char16_t mark = 0xFDD0;
-
 CleanOptions tolerantly() {
     CleanOptions options;
     options.tolerant = true;
     return options;
 }
-
-// ---- Against the steps
-
-struct Duel {
-    const char* stage;
-    const char16_t* pieces;
-    std::function<void(std::u16string&)> fast;
-    std::function<void(test::LiteralCleaning&)> literal;
-};
-
-constexpr const char16_t* plainPieces = u"{|}|\\|\\{|\\}|\\b|\\fs20|\\u-3 |x|7|-| |\r\n";
-
-const Duel duels[] = {
-    {"ExtractEmbeddedDocuments",
-     u"{\\rtf1 |{\\rtf1|{\\rtf|{\\RTF1|{\\rtf1{\\*\\korvanenewheader}}|{\\rtf1{\\*\\korvanenewfooter}}|"
-     u"{\\rtf1{\\*\\korvanenewfooter} }|}|}",
-     [](std::u16string& text) {
-         TableCollection tables(mark);
-         Module1::ExtractEmbeddedDocuments(text, tables, {});
-         for (const TableCollection::Document& document : tables.documents()) text += u"|" + document.text;
-     },
-     [](test::LiteralCleaning& literal) {
-         literal.extract(mark);
-         for (const std::u16string& document : literal.documents) literal.text += u"|" + document;
-     }},
-    {"UnwrapNestedDocuments", u"{\\rtf1 |{\\rtf1|{\\rtf|{\\RTF1|{\\rtf12|}|}|}",
-     [](std::u16string& text) { Module1::UnwrapNestedDocuments(text, {}); },
-     [](test::LiteralCleaning& literal) { literal.unwrap(); }},
-    {"ApplyMergePageBreaks",
-     u"{\\*\\korvanemergepagebreak}|{\\*\\korvanemergepagebreak}|\\sectd|\\sect|\\sect |\\page|\\page |"
-     u"\\pagebb|\\paperh15840|\\paperw12240\n|\\paperh 5\\|\\margl3|\\margr4 |\\margt5|\\margb-6|\\pghsxn|"
-     u"\\pgwsxn9|\\marglsxn8|\\lndscpsxn|\\portrait|\\titlepg|\\pgbrdrt|99999999999",
-     [](std::u16string& text) { Module1::ApplyMergePageBreaks(text, {}); },
-     [](test::LiteralCleaning& literal) { literal.mergePageBreaks(); }},
-    {"ApplySectionMarkers",
-     u"{\\*\\korvanesection|{\\*\\korvanesection}|"
-     u"{\\*\\korvanesection\\landscape\\paperwidth29.7\\paperheight21}|"
-     u"{\\*\\korvanesection\\portrait\\marginl2 }|\\page|\\page|\\page |\\pagebb|\\sectd|\\sectd |\\sect|"
-     u"\\paperh15840|\\paperw1.5|\\margl3|\\paperheight5|\\marginb50|\\margint\n51\n|\\marginr1e308|"
-     u"\\landscape|}|}",
-     [](std::u16string& text) { Module1::ApplySectionMarkers(text, {}); },
-     [](test::LiteralCleaning& literal) { literal.sectionMarkers(); }},
-    {"ProtectTableRows", u"\\trowd|\\trowd |\\row|\\row |\\rowd|\\trkeep|\\trkeepfollow|\\cell",
-     [](std::u16string& text) { Module1::ProtectTableRows(text, {}); },
-     [](test::LiteralCleaning& literal) { literal.protectRows(); }},
-    {"RemoveGeneratorSectionWords",
-     u"{\\*\\generator Korvane RTF Control}|{\\*\\generator Korvane RTF Control 3}|"
-     u"{\\*\\generator Korvane RTF Control|\\box|\\marglsxn12345|\\titlepg |\\brdrs\r\n|\\cols-2|\\pgbrdrt |"
-     u"\\linebetcol |01234567",
-     [](std::u16string& text) { Module1::RemoveGeneratorSectionWords(text); },
-     [](test::LiteralCleaning& literal) { literal.removeGeneratorSectionWords(); }},
-    {"RemoveBackground",
-     u"{\\*\\background|{\\*\\background}|{\\*|{\\*\\back|ground|\\background|{\\*\\BACKGROUND x}|}|}",
-     [](std::u16string& text) { Module1::RemoveBackground(text, {}); },
-     [](test::LiteralCleaning& literal) { literal.removeBackground(); }},
-    {"RemoveDuplicateGenerators",
-     u"{\\*\\generator A}|{\\*\\generator A}|{\\*\\generator B}|{\\*\\generator|{\\*\\generator A{}}",
-     [](std::u16string& text) { Module1::RemoveDuplicateGenerators(text); },
-     [](test::LiteralCleaning& literal) { literal.removeDuplicateGenerators(); }},
-    {"CollapseBlankLines", u"\r|\n|\r\n\r\n", [](std::u16string& text) { Module1::CollapseBlankLines(text, {}); },
-     [](test::LiteralCleaning& literal) { literal.collapseBlankLines(); }},
-};
-
-class StageDuel : public testing::TestWithParam<Duel> {};
-
-TEST_P(StageDuel, EqualsTheSteps) {
-    const Duel& duel = GetParam();
-    std::vector<std::u16string_view> pieces = test::piecesOf(plainPieces);
-    // The stage's own words are as frequent as all others together.
-    const std::vector<std::u16string_view> own = test::piecesOf(duel.pieces);
-    for (std::size_t i = pieces.size() + own.size(); i > 0; --i) pieces.push_back(own[i % own.size()]);
-    const unsigned seed = testSeed();
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    std::mt19937 random(seed);
-    int changed = 0;
-    for (int round = 0; round < 20000; ++round) {
-        const std::u16string text = (round % 2 == 0 ? u"{\\rtf1" : u"") + test::randomText(random, pieces, 24);
-        test::LiteralCleaning literal{text, {}};
-        duel.literal(literal);
-        std::u16string fast = text;
-        duel.fast(fast);
-        ASSERT_EQ(toUtf8(fast), toUtf8(literal.text)) << toUtf8(text);
-        changed += fast != text;
-    }
-    EXPECT_GT(changed, 1000);
-}
-
-INSTANTIATE_TEST_SUITE_P(Stages, StageDuel, testing::ValuesIn(duels),
-                         [](const auto& duel) { return std::string(duel.param.stage); });
-
-// ---- Tables of cases
 
 struct Case {
     const char16_t* before;
@@ -144,9 +45,51 @@ TEST(GeneratorSectionWords, AreRemovedWithTheirWhiteSpaceOnly) {
          u"{\\*\\generator Korvane RTF Control 3456789012345678901234567890123456}"},
         {u"{\\*\\generator Korvane RTF Control 34567890123456789012345678901234567}\\box",
          u"{\\*\\generator Korvane RTF Control 34567890123456789012345678901234567}\\box"},
+        {G u"\\titlepg 12345678\\b", G u"\\titlepg 12345678\\b"},  // up to the backslash
+        {G u"\\brdrs \r\n\\cols-2\\b  ", G u"\\b"},
+        {G u"{\\box}", G u"{\\box}"},
     };
 #undef G
     check(cases, [](std::u16string& text) { Module1::RemoveGeneratorSectionWords(text); });
+}
+
+TEST(ExtractEmbeddedDocuments, LiftsWholeDocuments) {
+    const Case cases[] = {
+        {u"{\\rtf1 a{\\rtf1 b{\\rtf1 c}d}{\\RTF e}}", u"{\\rtf1 a#5##7#}|{\\rtf1 b#6#d}|{\\rtf1 c}|{\\RTF e}"},
+        {u"{\\rtf1{\\rtf1 a}{\\rtf1 b{\\rtf1 c}d", u"{\\rtf1#5#{\\rtf1 b{\\rtf1 c}d|{\\rtf1 a}"},
+        {u"{\\rtf1\\{\\rtf1 a}b{{\\rtf1\\{c\\}}}", u"{\\rtf1\\{\\rtf1 a}b{#5#}|{\\rtf1\\{c\\}}"},
+        {u"{\\rtf1\\b{\\rtf1{\\*\\korvanenewheader}}x{\\rtf1 a{\\rtf1{\\*\\korvanenewfooter}}2}}",
+         u"{\\rtf1\\b{\\*\\korvanenewheader}x#5#}|{\\rtf1 a{\\*\\korvanenewfooter}2}"},
+        {u"{\\rtf1{\\rtf1{\\*\\korvanenewfooter} }}", u"{\\rtf1#5#}|{\\rtf1{\\*\\korvanenewfooter} }"},
+    };
+    check(cases, [](std::u16string& text) {
+        TableCollection tables(u'#');
+        Module1::ExtractEmbeddedDocuments(text, tables, {});
+        for (const TableCollection::Document& document : tables.documents()) text += u"|" + document.text;
+    });
+}
+
+TEST(RemoveBackground, ClosesTheGap) {
+    const Case cases[] = {
+        {u"{\\rtf1\\b{\\*\\background x}2}", u"{\\rtf1\\b 2}"},
+        {u"a{\\*\\BACKGROUND{\\b}}b{\\*\\background", u"ab{\\*\\background"},
+        {u"{\\*{\\*\\background}\\background y}z\\{\\*\\background}", u"z\\{\\*\\background}"},
+        {u"{\\*{\\*\\background}\\background y{\\*\\background}", u"{\\*\\background y{\\*\\background}"},
+    };
+    check(cases, [](std::u16string& text) { Module1::RemoveBackground(text, {}); });
+}
+
+TEST(RemoveDuplicateGenerators, KeepsTheFirstOfEqualOnes) {
+#define A u"{\\*\\generator A}"
+#define B u"{\\*\\generator B}"
+    const Case cases[] = {
+        {A A B A A B, A B A B},
+        {A u"\\b" A u"2", A u"\\b 2"},
+        {A u"\\" A A u"{\\*\\generator A", A u"\\" A u"{\\*\\generator A"},
+    };
+#undef A
+#undef B
+    check(cases, [](std::u16string& text) { Module1::RemoveDuplicateGenerators(text); });
 }
 
 TEST(WordsStayApart, WhereARemovalWouldJoinThem) {
@@ -155,6 +98,8 @@ TEST(WordsStayApart, WhereARemovalWouldJoinThem) {
         {u"{\\rtf1{\\rtf1\\fs20}24}", u"{\\rtf1\\fs20 24}"},
         {u"{\\rtf1{\\rtf1\\par} World}", u"{\\rtf1\\par  World}"},
         {u"{\\rtf1\\b{\\rtf1{\\rtf1 x}}y}", u"{\\rtf1\\b xy}"},
+        {u"{\\rtf1{\\rtf12 a}{\\rtf b}}", u"{\\rtf1 2 a{\\rtf b}}"},
+        {u"{\\rtf1{\\rtf1 a}{\\rtf1 b{\\rtf1 c}", u"{\\rtf1 a{\\rtf1 b{\\rtf1 c}"},
     };
     check(cases, [](std::u16string& text) { Module1::UnwrapNestedDocuments(text, {}); });
 }
@@ -196,22 +141,19 @@ TEST(UnwrapNestedDocuments, TolerantKeepsTheWordsOfTheHost) {
     check(cases, [](std::u16string& text) { Module1::UnwrapNestedDocuments(text, tolerantly()); });
 }
 
-TEST(UnwrapNestedDocuments, TolerantRemovesTheWordsOfADocument) {
-    for (const auto word : test::piecesOf(
-             u"adeff|adeflang|ansi|ansicpg|deff|deflang|deflangfe|gutter|landscape|mac|margb|margl|margr|margt|paperh|"
-             u"paperw|pc|pca|stshfbi|stshfdbch|stshfhich|stshfloch")) {
-        std::u16string text = u"{\\rtf1{\\rtf1\\" + std::u16string(word) + u"5 x}}";
-        Module1::UnwrapNestedDocuments(text, tolerantly());
-        EXPECT_EQ(toUtf8(text), "{\\rtf1{x}}") << toUtf8(word);
-    }
-}
-
 TEST(MergePageBreaks, TakeThePageOfTheNextDocument) {
 #define M u"{\\*\\korvanemergepagebreak}"
     const Case cases[] = {
         {M u"\\sectd\\lndscpsxn\\pgwsxn11906\\pghsxn16838 ",
          u"\\sect\\lndscpsxn\\pgwsxn16838\\pghsxn11906\\marglsxn0\\margrsxn0\\margtsxn0\\margbsxn0"
          u"\\sectd\\lndscpsxn\\pgwsxn11906\\pghsxn16838 "},
+        // The end of the section is not that of a number, and a word with that beginning counts.
+        {M u"\\sectd\\pgwsxn9\\portrait\\pghsxn5\\page\\sect",
+         u"\\sect\\pgwsxn0\\pghsxn9\\marglsxn0\\margrsxn0\\margtsxn0\\margbsxn0"
+         u"\\sectd\\pgwsxn9\\portrait\\pghsxn5\\page\\sect"},
+        {M u"\\paperw9\\sectd\\pgwsxnx7 ",
+         u"\\sect\\pgwsxn0\\pghsxn0\\marglsxn0\\margrsxn0\\margtsxn0\\margbsxn0\\paperw9\\sectd\\pgwsxnx7 "},
+        {M u"\\sectd\\pgwsxn5\\sect x", M u"\\sectd\\pgwsxn5\\sect x"},  // no page ends
         // Without a document, and without the end of the header.
         {u"{\\header a}" M u"x", u"{\\header a}\\sect\\pgwsxn0\\pghsxn0\\marglsxn0\\margrsxn0\\margtsxn0\\margbsxn0x"},
         // No section begins in a row.
@@ -245,10 +187,16 @@ TEST(MergePageBreaks, TakeThePageOfTheNextDocument) {
 TEST(SectionMarkers, DescribeTheirSection) {
 #define S u"{\\*\\korvanesection"
 #define D u"{\\*\\korvanecmplete"
+#define PAGE(left) u"\\pgwsxn0\\pghsxn0\\marglsxn" #left "\\margrsxn0\\margtsxn0\\margbsxn0"
     const Case cases[] = {
         {u"\\page" S u"\\paperheight21\\paperwidth16838\\marginl50}",
          u"\\sect\\pgwsxn16838\\pghsxn11906\\marglsxn28346\\margrsxn0\\margtsxn0\\margbsxn"
          u"0" D u"\\paperheight21\\paperwidth16838\\marginl50}"},
+        {u"\\page\\page" S u"\\portrait}" S u"\\landscape}",
+         u"\\sect\\lndscpsxn" PAGE(0) u"\\sect" PAGE(0) D u"\\portrait}" D u"\\landscape}"},
+        {u"\\sectd" S u"\\marginl1000}" S u"\\landscape}",
+         u"\\sectd\\lndscpsxn" PAGE(1000) PAGE(1000) D u"\\marginl1000}" D u"\\landscape}"},
+        {u"\\sectd" S u"}\\sectd" S u"}", u"\\sectd" PAGE(0) D u"}\\sectd" PAGE(0) D u"}"},
         {u"\\page" S u"\\paperheight nan}", u"\\page" S u"\\paperheight nan}"},
         {u"\\page" S u"\\paperheight\\landscape}", u"\\page" S u"\\paperheight\\landscape}"},
     };
@@ -260,7 +208,17 @@ TEST(SectionMarkers, DescribeTheirSection) {
     };
 #undef S
 #undef D
+#undef PAGE
     check(tolerant, [](std::u16string& text) { Module1::ApplySectionMarkers(text, tolerantly()); });
+}
+
+TEST(TableRows, KeepTogetherUnlessTheySaySo) {
+    const Case cases[] = {
+        {u"\\trkeep\\trowd \\row\\row", u"\\trkeep\\trowd \\trkeep\\row\\row"},
+        {u"\\trowd\\trkeepfollow\\row\\\\trowd\\row", u"\\trowd\\trkeepfollow\\row\\\\trowd\\row"},
+        {u"\\trowd\\trkeep\\rowd\\trowd\\row", u"\\trowd\\trkeep\\rowd\\trowd\\trkeep\\row"},
+    };
+    check(cases, [](std::u16string& text) { Module1::ProtectTableRows(text, {}); });
 }
 
 TEST(TableRows, TolerantKeepsTheRowsAroundATableApart) {
@@ -270,6 +228,11 @@ TEST(TableRows, TolerantKeepsTheRowsAroundATableApart) {
     std::u16string text = u"\\trowd " + inner + behind + u"\\cell\\row";
     Module1::ProtectTableRows(text, tolerantly());
     EXPECT_EQ(toUtf8(text), toUtf8(u"\\trowd " + inner + u"\\trkeep" + behind + u"\\cell\\trkeep\\row"));
+}
+
+TEST(BlankLines, CollapseToOneLineEnd) {
+    const Case cases[] = {{u"\r\n\r\n\r\na\n\r\n\r\n\r", u"\r\na\n\r\n\r"}};
+    check(cases, [](std::u16string& text) { Module1::CollapseBlankLines(text, {}); });
 }
 
 TEST(BlankLines, TolerantKeepsTheDataOfPictures) {

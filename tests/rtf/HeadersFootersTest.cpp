@@ -2,12 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <random>
-
-#include "HeaderDuel.h"
 #include "Pieces.h"
-#include "Seed.h"
 #include "rtf/edit/EmbeddedDocuments.h"
+#include "rtf/pages/MergePageBreaks.h"
 #include "text/Encoding.h"
 
 namespace velmor {
@@ -159,25 +156,6 @@ TEST(JoinedHeaders, GiveTheHostFacingPages) {
     EXPECT_EQ(joined(u"\\ansi{\\fonttbl x}a"), "\\facingp\\ansi{\\fonttbl x}a");
     EXPECT_EQ(joined(u" a"), " \\facingp a");
     EXPECT_EQ(joined(u"{\\fonttbl x}\\facingp a"), "{\\fonttbl x}\\facingp a");
-}
-
-void expectSame(const std::vector<test::SectionReader::Section>& sections,
-                const std::vector<test::SectionReader::Section>& expected) {
-    ASSERT_EQ(sections.size(), expected.size());
-    for (std::size_t i = 0; i < expected.size(); ++i) {
-        EXPECT_EQ(toUtf8(sections[i].text), toUtf8(expected[i].text)) << i;
-        EXPECT_EQ(toUtf8(sections[i].shows), toUtf8(expected[i].shows)) << toUtf8(expected[i].text);
-    }
-}
-
-TEST(JoinedHeaders, EqualThoseOfEachDocumentAlone) {
-    const unsigned seed = testSeed();
-    std::mt19937 random(seed);
-    for (int round = 0; round < 3000 && !testing::Test::HasFailure(); ++round) {
-        const test::JoinedDuel duel([&](unsigned count) { return random() % count; }, round % 2 == 0);
-        SCOPED_TRACE(toUtf8(duel.before) + " became " + toUtf8(duel.after) + " seed " + std::to_string(seed));
-        expectSame(duel.joined, duel.alone);
-    }
 }
 
 TEST(HeadersFootersOf, TwentyThousandDocuments) {

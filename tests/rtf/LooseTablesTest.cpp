@@ -2,13 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <random>
-
 #include "NestedTableText.h"
-#include "Seed.h"
-#include "TableDuel.h"
+#include "NumberedTables.h"
+#include "Pieces.h"
+#include "Random.h"
 #include "rtf/tables/MarkerPairs.h"
+#include "text/Encoding.h"
 
 namespace velmor {
 namespace {
@@ -24,15 +23,14 @@ std::u16string marked(std::u16string text, bool tolerant) {
 struct Case {
     std::u16string text;
     std::u16string plain;
-    std::u16string tolerant;
+    std::u16string tolerant = {};  // empty: the same
 };
 
 const Case cases[] = {
     // A document in a table, outside tables, and in a table without markers.
     {u"{\\rtf1<a:\\intbl{\\rtf1 x\\par\\pard\\trowd\\cellx9\\intbl y\\cell\\row \\pard z}\\cell\\row:a>}",
-     u"{\\rtf1<a:\\intbl{\\rtf1 x\\par<1:\\pard\\trowd\\cellx9\\intbl y\\cell\\row :1>\\pard z}\\cell\\row:a>}",
      u"{\\rtf1<a:\\intbl{\\rtf1 x\\par<1:\\pard\\trowd\\cellx9\\intbl y\\cell\\row :1>\\pard z}\\cell\\row:a>}"},
-    {u"{\\rtf1<a:\\cell\\row:a>{\\rtf1\\trowd y\\cell\\row}}", u"{\\rtf1<a:\\cell\\row:a>{\\rtf1\\trowd y\\cell\\row}}",
+    {u"{\\rtf1<a:\\cell\\row:a>{\\rtf1\\trowd y\\cell\\row}}",
      u"{\\rtf1<a:\\cell\\row:a>{\\rtf1\\trowd y\\cell\\row}}"},
     {u"{\\rtf1\\pard\\par\\trowd\\cellx9\\pard{\\rtf1\\pard y\\cell\\trowd\\row}\\cell\\row}",
      u"{\\rtf1\\pard\\par\\trowd\\cellx9\\pard{\\rtf1\\pard y\\cell\\trowd\\row}\\cell\\row}",
@@ -42,13 +40,9 @@ const Case cases[] = {
     // After the header of a document; tables separated by a paragraph; a run without a row.
     {u"{<a:{\\rtf1\\ansi{\\fonttbl{\\f0 A;}}\\paperw9 x\\cell\\row\\pard y\\par\\intbl z\\cell\\row\\intbl w}:a>}",
      u"{<a:{\\rtf1\\ansi{\\fonttbl{\\f0 A;}}\\paperw9 <1:x\\cell\\row:1>\\pard y\\par<2:\\intbl z\\cell\\row:2>\\intbl "
-     u"w}:a>}",
-     u"{<a:{\\rtf1\\ansi{\\fonttbl{\\f0 A;}}\\paperw9 <1:x\\cell\\row:1>\\pard y\\par<2:\\intbl z\\cell\\row:2>\\intbl "
      u"w}:a>}"},
     // A table with markers is in the row, or next to it.
     {u"{<a:{\\rtf1\\trowd\\intbl<b:\\cell\\row:b>\\cell\\row<c:\\intbl\\cell\\row:c>\\intbl\\cell\\row}:a>}",
-     u"{<a:{\\rtf1<1:\\trowd\\intbl<b:\\cell\\row:b>\\cell\\row:1><c:\\intbl\\cell\\row:c><2:\\intbl\\cell\\row:2>}:a>"
-     u"}",
      u"{<a:{\\rtf1<1:\\trowd\\intbl<b:\\cell\\row:b>\\cell\\row:1><c:\\intbl\\cell\\row:c><2:\\intbl\\cell\\row:2>}:a>"
      u"}"},
     // Native nested tables of a table with markers, one of which has its pair already.
@@ -56,41 +50,34 @@ const Case cases[] = {
      u"\\nonesttables\\par}\\pard\\intbl\\cell<b:\\itap2 n\\nestcell{\\*\\nesttableprops\\trowd\\nestrow}:b>\\row:a>}",
      u"{<a:\\intbl x\\par<1:\\pard\\intbl\\itap3 t\\par\\itap2 n\\nestcell{\\*\\nesttableprops\\trowd\\cellx9\\nestrow}"
      u":1>{\\nonesttables\\par}\\pard\\intbl\\cell<b:\\itap2 "
-     u"n\\nestcell{\\*\\nesttableprops\\trowd\\nestrow}:b>\\row:a>}",
-     u"{<a:\\intbl x\\par<1:\\pard\\intbl\\itap3 t\\par\\itap2 n\\nestcell{\\*\\nesttableprops\\trowd\\cellx9\\nestrow}"
-     u":1>{\\nonesttables\\par}\\pard\\intbl\\cell<b:\\itap2 "
      u"n\\nestcell{\\*\\nesttableprops\\trowd\\nestrow}:b>\\row:a>}"},
     // Footnotes have paragraphs of their own, and data is not text.
     {u"{<a:{\\rtf1\\trowd{\\footnote\\pard\\par{\\rtf1\\trowd\\cell\\row}}\\bin4 }}}}x\\cell\\row}:a>}",
-     u"{<a:{\\rtf1<1:\\trowd{\\footnote\\pard\\par{\\rtf1\\trowd\\cell\\row}}\\bin4 }}}}x\\cell\\row:1>}:a>}",
      u"{<a:{\\rtf1<1:\\trowd{\\footnote\\pard\\par{\\rtf1\\trowd\\cell\\row}}\\bin4 }}}}x\\cell\\row:1>}:a>}"},
 };
 
 TEST(LooseTables, GetTheMarkersThatConversionNeeds) {
     for (const Case& row : cases) {
         EXPECT_EQ(test::withoutMarkers(marked(test::withMarkers(row.text), false)), row.plain);
-        EXPECT_EQ(test::withoutMarkers(marked(test::withMarkers(row.text), true)), row.tolerant);
+        EXPECT_EQ(test::withoutMarkers(marked(test::withMarkers(row.text), true)),
+                  row.tolerant.empty() ? row.plain : row.tolerant);
     }
 }
 
 // Only pairs are added to any text, and they do not cross.
 TEST(LooseTables, RandomTextsGetPairsOnly) {
-    const std::uint32_t seed = testSeed();
-    std::mt19937 random(seed);
+    const auto pieces = test::piecesOf(
+        u"<1:|:1>|<2:|:2>|<3:|:3>|\\trowd\\cellx9 |\\trowd{\\rtf1 |\\row|\\cell|a\\cell b\\cell |\\intbl |\\itap2 |"
+        u"\\par|\\pard|\\nestcell |{\\*\\nesttableprops\\trowd\\cellx3\\nestrow}|{\\nonesttables\\par}|"
+        u"{\\footnote \\pard x\\par\\cell}|{|}|}|x");
+    Random random;
     std::size_t added = 0;
-    for (int i = 0; i < 4000; ++i) {
-        std::uint8_t bytes[48];
-        std::u16string text = u"{\\rtf1" + test::tableStart(u"+");
-        for (int part = 0; part < 3; ++part) {
-            const std::size_t size = random() % std::size(bytes);
-            for (std::size_t k = 0; k < size; ++k) bytes[k] = static_cast<std::uint8_t>(random());
-            text += u"\\trowd{\\rtf1" + test::nestedTableText(bytes, size);
-        }
-        text += u"}\\cell\\row}" + test::tableEnd(u"+");
-        const std::u16string result = marked(text, true);
+    for (int round = 0; round < 4000; ++round) {
+        const std::u16string plain = u"{\\rtf1<+:\\trowd{\\rtf1 " + random.text(pieces, 60) + u"}\\cell\\row:+>}";
+        const std::u16string text = test::withMarkers(plain), result = marked(text, true);
         const std::size_t before = findMarkerPairs(text, true).size(), after = findMarkerPairs(result, true).size();
         ASSERT_EQ(result.size(), text.size() + (after - before) / 2 * (startTableMarkerLength + endTableMarkerLength))
-            << "seed " << seed << " round " << i << ::testing::PrintToString(test::withoutMarkers(result));
+            << toUtf8(plain);
         added += after - before;
     }
     EXPECT_GT(added, 1000u);

@@ -1,11 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <random>
-
-#include "LiteralMerge.h"
 #include "Merged.h"
-#include "Pieces.h"
-#include "Seed.h"
 #include "rtf/merge/NumberMap.h"
 
 namespace velmor {
@@ -36,6 +31,7 @@ TEST(MergeFonts, NumbersTheHostsFontsInOrder) {
          u"\r\n{\\flomajor\\f0\\fbidi Cambria;}\r\n{\\f1 Arial;}", u"\\f31500 a\\f1 b", u"\\f0 a\\f1 b"},
         {"entries that are not groups", u"\\f4\\fnil\\fcharset0 Arial;\\f5 B;",
          u"\r\n{\\f0\\fnil\\fcharset0 Arial;}\r\n{\\f1 B;}", u"\\f5 b", u"\\f1 b"},
+        {"a number of two fonts", u"{\\f9 A;}{\\f9 B;}", u"\r\n{\\f0 A;}\r\n{\\f1 B;}", u"\\f9 b", u"\\f0 b"},
         {"no end of the name", u"{\\f7 Arial}", u"\r\n{\\f0 Arial;}", u"\\f7 b", u"\\f0 b"},
         {"no name", u"{\\f7\\fnil;}{\\f8\\fswiss;}", u"\r\n{\\f0\\fnil;}\r\n{\\f1\\fswiss;}", u"\\f8 b", u"\\f1 b"},
         {"not a font", u"{\\*\\x y;}stray;{\\f1 A;}", u"\r\n{\\f0 A;}", u"\\f1 b", u"\\f0 b"},
@@ -87,6 +83,10 @@ TEST(MergeColours, RenumbersTheHostsColours) {
         {"empty", false, u"{\\colortbl;}", defaultColours, u"\\cf1 x", u"\\cf1 x"},
         {"no end of the last one", false, u"{\\colortbl;\\red7;\\red8}", u"{\\colortbl;\\red7;}", u"\\cf2 x",
          u"\\cf2 x"},
+        {"a blank between two", false, u"{\\colortbl;\\red7; ;\\red8;}", u"{\\colortbl;\\red7;}", u"\\cf2 x",
+         u"\\cf2 x"},
+        {"capitals", false, u"{\\colortbl;\\red7;\\red7;}", u"{\\colortbl;\\red7;}", u"\\CFpat2 \\CBpat2 \\CFpatx2 ",
+         u"\\cfpat1 \\cbpat1 \\cfpatx2 "},
         {"words that begin alike", false, u"{\\colortbl;\\red7;\\red7;}", u"{\\colortbl;\\red7;}",
          u"\\cf2\\cfpat2\\chcfpat2\\clcfpat2\\cfx2 \\cf22 ", u"\\cf1\\cfpat1\\chcfpat1\\clcfpat1\\cfx2 \\cf22 "},
     };
@@ -223,91 +223,6 @@ TEST(MergeTables, BadTablesLoseNothing) {
 TEST(MergeTables, BothFormsOfATableAreRemoved) {
     EXPECT_EQ(narrow(merged(u"{\\rtf1{\\upr\r\n{\\fonttbl{\\f3 A;}}{\\*\\ud{\\fonttbl{\\f3 A;}}}}\\f3 x}")),
               narrow(u"{\\rtf1" + defaultColours + u"{\\fonttbl\r\n{\\f0 A;}}\\f0 x}"));
-}
-
-// ---- Against the steps
-
-class RandomDocument {
-public:
-    explicit RandomDocument(unsigned seed) : random_(seed) {}
-
-    std::u16string make() {
-        std::u16string tables[] = {fonts(), colours()};
-        if (below(2) == 0) std::swap(tables[0], tables[1]);
-        return u"{\\rtf1\\ansi" + tables[0] + tables[1] + body() + (below(2) == 0 ? u"}" : u"\\f1 }");
-    }
-
-    std::size_t below(std::size_t limit) { return random_() % limit; }
-
-private:
-    using Pieces = std::vector<std::u16string_view>;
-    std::u16string any(const Pieces& pieces) { return std::u16string(pieces[below(pieces.size())]); }
-
-    std::u16string fonts() {
-        if (below(5) == 0) return u"";
-        static const Pieces names = test::piecesOf(u"Arial|ARIAL|Times|E|B|C | C");
-        std::u16string table = u"{\\fonttbl";
-        for (std::size_t count = below(6); count > 0; --count) {
-            if (below(3) == 0) table += u"\r\n";
-            const std::u16string number = any(numbers_);
-            table +=
-                u"{\\f" + (number.empty() ? u"4" : number) + (below(2) == 0 ? u"\\fnil " : u" ") + any(names) + u";}";
-        }
-        return table + u"}";
-    }
-
-    std::u16string colours() {
-        if (below(5) == 0) return u"";
-        static const Pieces colours = test::piecesOf(u"\\red1;|\\red2\\green3;|\\RED1;|\\red9;|\r\n\\red1;| ;|;");
-        std::u16string table = u"{\\colortbl;";
-        for (std::size_t count = below(7); count > 0; --count) table += any(colours);
-        return table + u"}";
-    }
-
-    std::u16string body() {
-        static const auto words = test::piecesOf(
-            u"\\f|\\f|\\f|\\cf|\\cf|\\cb|\\chcfpat|\\chcbpat|\\pncf|\\brdrcf|\\cfpat|\\cbpat|\\clcfpat|\\clcbpat|\\afc|"
-            u"\\highlight|\\ulc|\\F|\\CF|\\CB|\\CFpat|\\CBPAT|\\HIGHLIGHT|\\fs|\\af|\\deff|\\s|\\|\\\\|\\plain|\\bin2");
-        static const auto ends = test::piecesOf(u" ||||{|}|\r\n|\n|;|x|\\");
-        std::u16string text = u"!";
-        std::u16string last;
-        for (std::size_t count = below(20); count > 0; --count) {
-            if (last.empty() || below(2) == 0) last = any(words) + any(numbers_);
-            text += last + any(ends);
-        }
-        return text;
-    }
-
-    std::mt19937 random_;
-    const Pieces numbers_ = test::piecesOf(u"0|1|2|3|12|21|01|-2|70000|");
-};
-
-TEST(MergeTables, EqualsTheSteps) {
-    const unsigned seed = testSeed();
-    SCOPED_TRACE("seed " + std::to_string(seed));
-    RandomDocument documents(seed);
-    for (int round = 0; round < 1500; ++round) {
-        TableCollection tables(u'\uE000');
-        std::u16string text = documents.make();
-        test::LiteralMerge literal;
-        std::u16string expected = text;
-        literal.merge(expected, true);
-        for (std::size_t lifted = documents.below(4); lifted > 0; --lifted) {
-            std::u16string document = documents.make();
-            tables.documents().push_back({document, test::allGroups()});
-            literal.merge(document, false);
-            expected += u"|" + document;
-        }
-        const std::u16string source = text;
-        tables.hostGroups() = test::allGroups();
-        Module1::MergeDocumentTables(text, tables, {});
-        for (const TableCollection::Document& document : tables.documents()) text += u"|" + document.text;
-        expected.replace(expected.find(u"[F]"), 3, literal.fontTable());
-        expected.replace(expected.find(u"[C]"), 3, literal.colourTable());
-        tables.documents().clear();
-        tables.expand(text);
-        ASSERT_EQ(narrow(text), narrow(expected)) << narrow(source);
-    }
 }
 
 }  // namespace

@@ -19,15 +19,6 @@ inline std::u16string merged(std::u16string text, bool tolerant = false) {
     return text;
 }
 
-inline GroupSet allGroups() {
-    GroupSet groups;
-    for (const Group group :
-         {Group::fontTable, Group::colourTable, Group::listTable, Group::listOverrideTable, Group::styleSheet}) {
-        groups.add(group);
-    }
-    return groups;
-}
-
 inline std::string narrow(std::u16string_view text) {
     return {text.begin(), text.end()};
 }

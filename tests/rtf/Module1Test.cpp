@@ -2,14 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include "LiteralModule1.h"
+#include <algorithm>
+
+#include "rtf/edit/ProtectRTF.h"
+#include "text/Encoding.h"
 #include "text/privStrCat.h"
 
 namespace velmor {
 namespace {
 
 using namespace Module1;
-using test::LiteralBuffer;
 
 constexpr bool plain = false;
 constexpr bool delimited = true;
@@ -42,123 +44,90 @@ TEST(Module1, PositionsOutsideTheTextAreNotFound) {
     }
 }
 
-// Every text of up to `longest` symbols of the alphabet.
-template <typename Visit>
-void forAllTexts(std::size_t longest, Visit visit) {
-    constexpr std::u16string_view alphabet = u"\\{}row ";
-    std::u16string text;
-    for (std::size_t length = 0; length <= longest; ++length) {
-        text.assign(length, alphabet[0]);
-        std::vector<std::size_t> digits(length, 0);
-        for (std::size_t i = 0;;) {
-            visit(text);
-            for (i = 0; i < length && ++digits[i] == alphabet.size(); ++i) text[i] = alphabet[digits[i] = 0];
-            if (i == length) break;
-            text[i] = alphabet[digits[i]];
-        }
-    }
-}
-
-const std::u16string exhaustiveWords[] = {u"\\row", u"\\r", u"\\", u"{", u"w ", u""};
-
-#define SAME(actual, expected, ...)                                                                          \
-    ASSERT_EQ(actual, expected) << ::testing::PrintToString(text) << " " << ::testing::PrintToString(sought) \
-                                << __VA_ARGS__
-
-TEST(Module1, SearchesTextsLikeTheirRules) {
-    const auto hold = [](const std::u16string& text, const std::u16string& sought, std::int32_t from,
-                         std::int32_t compare) {
-        const auto length = static_cast<std::int32_t>(text.size());
-        const bool anyCase = compare == textCompare;
-        const LiteralBuffer literal{text, length};
-        for (const bool test : {plain, delimited}) {
-            SAME(FindRTFWordInText(from, text, sought, compare, test),
-                 literal.findRTFWordForward(from, sought, anyCase, test), from << test);
-            SAME(FindRTFWordInTextReverse(text, sought, length - from + 1, compare, test),
-                 literal.findRTFWordReverse(sought, length - from + 1, anyCase, test), from << test);
-            SAME(CountRTFWord(from, text, sought, length - from, binaryCompare, test),
-                 literal.count(from, sought, length - from, test), from << test);
-        }
-    };
-    forAllTexts(7, [&](const std::u16string& text) { hold(text, u"\\row", 1, binaryCompare); });
-    forAllTexts(4, [&](const std::u16string& text) {
-        for (const std::u16string& sought : exhaustiveWords) {
-            for (std::int32_t p = 1; p <= static_cast<std::int32_t>(text.size()); ++p)
-                hold(text, sought, p, textCompare);
-        }
-    });
-}
-
-// One builder for all texts, so that stale text follows the content.
-class ExhaustiveBuilder {
-public:
-    const privStrCat& set(const std::u16string& text) {
-        builder_.Reset();
-        builder_.Append(text);
-        literal_.buffer = text + builder_.spareTail().substr(0, 4);
-        literal_.length = static_cast<std::int32_t>(text.size());
-        return builder_;
-    }
-    const LiteralBuffer& literal() const { return literal_; }
-
-private:
-    privStrCat builder_;
-    LiteralBuffer literal_;
+struct Search {
+    std::u16string_view text, sought;
+    std::int32_t from;  // a search in reverse ends there
+    // Of words, and of words before a delimiter; of matches, and of unescaped ones.
+    std::int32_t inBuilder[2], inText[2], inReverse[2], count[2];
 };
 
-TEST(Module1, SearchesBuildersLikeTheirRules) {
-    ExhaustiveBuilder both;
-    const auto hold = [&](const std::u16string& text, const std::u16string& sought, std::int32_t from,
-                          std::int32_t backFrom) {
-        const privStrCat& builder = both.set(text);
+const Search searches[] = {
+    {u"a\\row b", u"\\row", 1, {2, 2}, {2, 2}, {}, {1, 1}},
+    {u"a\\row b\\rowd\\row", u"\\row", 3, {8, 8}, {8, 0}, {}, {2, 2}},
+    {u"\\row b\\rowd\\row", u"\\row", -1, {1, 1}, {}, {12, 1}, {}},
+    {u"\\\\row\\\\\\row \\\\row", u"\\row", 1, {8, 8}, {8, 8}, {}, {3, 1}},
+    {u"\\\\row\\\\\\row \\\\row", u"\\row", -1, {8, 8}, {}, {8, 8}, {}},
+    {u"xrow \\row{\\\\row", u"row", 1, {2, 2}, {}, {}, {3, 0}},
+    {u"xrow \\row{\\\\row", u"row", -1, {2, 2}, {}, {}, {}},
+    {u"\\{a{\\\\{", u"{", 1, {4, 4}, {}, {}, {3, 0}},
+    {u"\\\\\\ \\", u"\\", 1, {1, 1}, {1, 1}, {1, 1}, {4, 3}},
+    {u"\\\\\\ \\", u"\\", -1, {1, 1}, {}, {5, 3}, {}},
+    {u"\\ROW ", u"\\row", 1, {}, {}, {}, {}},
+    {u"\\row", u"w ", 1, {4, 4}, {}, {}, {}},
+    {u"r\\o", u"", 2, {2, 2}, {2, 2}, {2, 2}, {2, 1}},
+    {u"\\o", u"", -1, {1, 1}, {}, {1, 1}, {}},
+    {u"\\rowx", u"\\row", 1, {1, 0}, {1, 0}, {}, {1, 1}},
+};
+
+TEST(Module1, SearchesFollowTheirRules) {
+    for (const auto& [text, sought, from, inBuilder, inText, inReverse, count] : searches) {
+        SCOPED_TRACE(toUtf8(sought) + " in " + toUtf8(text) + " from " + std::to_string(from));
+        const privStrCat builder = builderOf(text);
         for (const bool test : {plain, delimited}) {
-            SAME(FindRTFWord(from, builder, sought, binaryCompare, test),
-                 both.literal().findRTFWord(from, sought, false, test), from << test);
-            SAME(FindRTFWordReverse(builder, sought, backFrom, binaryCompare, test),
-                 both.literal().findRTFWordReverse(sought, backFrom, false, test), backFrom << test);
+            EXPECT_EQ(FindRTFWord(std::max(from, 1), builder, sought, binaryCompare, test), inBuilder[test]);
+            EXPECT_EQ(FindRTFWordInText(from, text, sought, binaryCompare, test), inText[test]);
+            EXPECT_EQ(FindRTFWordReverse(builder, sought, from, binaryCompare, test), inReverse[test]);
+            EXPECT_EQ(FindRTFWordInTextReverse(text, sought, from, binaryCompare, test), inReverse[test]);
+            EXPECT_EQ(CountRTFWord(from, text, sought, 0, binaryCompare, test), count[test]);
         }
+    }
+    EXPECT_EQ(FindRTFWord(1, builderOf(u"\\ROW "), u"\\row", textCompare, delimited), 1);
+    EXPECT_EQ(FindRTFWordInText(1, u"\\ROW ", u"\\row", textCompare, delimited), 1);
+    EXPECT_EQ(CountRTFWord(1, u"\\r\\r\\r", u"\\r", 4, binaryCompare, true), 2);
+}
+
+TEST(Module1, FindsGroupsAndCharacters) {
+    const struct {
+        std::u16string_view text, opening;
+        std::int32_t from, limit, start, end;
+    } groups[] = {
+        {u"a{\\b{c}d}e}", u"{\\B", 1, 0, 2, 9},
+        {u"a{\\b{c}d}e}", u"{", 3, 0, 5, 7},
+        {u"{\\}\\{}", u"{", 1, 0, 1, 6},
+        {u"{a\\\\}}", u"{", 1, 0, 1, 6},
+        {u"{a}", u"{", 1, 2, 1, 0},
+        {u"{a}", u"{", 1, 3, 1, 3},
+        {u"{a}", u"{", 1, -1, 1, 0},
+        {u"a}", u"{", 1, 0, 0, 0},
     };
-    forAllTexts(6, [&](const std::u16string& text) {
-        if (text.size() < 6 || text.find(u'r') != std::u16string::npos) hold(text, u"\\row", 1, -1);
-    });
-    forAllTexts(4, [&](const std::u16string& text) {
-        for (const std::u16string& sought : exhaustiveWords) {
-            for (std::int32_t p = -1; p <= 5; ++p) hold(text, sought, p, p);
-        }
-    });
+    for (const auto& [text, opening, from, limit, start, end] : groups) {
+        const GroupExtent group = FindGroupEnd(from, text, opening, limit);
+        EXPECT_EQ(std::pair(group.start, group.end), std::pair(start, end)) << toUtf8(text);
+    }
+    EXPECT_EQ(FindFirstOfAny(2, u"}aO{", u"o}", textCompare), 3);
+    EXPECT_EQ(FindFirstOfAny(1, u"}aO{", u"o{", binaryCompare), 4);
+    EXPECT_EQ(FindFirstOfAny(1, u"a", u"", textCompare), 0);
 }
 
-TEST(Module1, FindsGroupsAndCharactersLikeTheirRules) {
-    forAllTexts(5, [](const std::u16string& text) {
-        const std::u16string sets[] = {u"", u"O", u"}w ", u"\\{} \r"};
-        const LiteralBuffer literal{text, static_cast<std::int32_t>(text.size())};
-        for (std::int32_t p = 1; p <= 5; ++p) {
-            for (const std::u16string& sought : sets) {
-                SAME(FindFirstOfAny(p, text, sought, textCompare), literal.firstOfAny(p, sought, true), p);
-            }
-            const std::u16string sought = u"{";
-            for (const std::int32_t limit : {0, p + 2}) {
-                const GroupExtent group = FindGroupEnd(p, text, sought, limit);
-                SAME(std::pair(group.start, group.end), literal.groupEnd(p, sought, limit), p << limit);
-            }
-        }
-    });
-}
-
-TEST(Module1, ReplacesLikeTheRule) {
-    const std::pair<std::u16string, std::u16string> replacements[] = {{u"\\r", u"\\R"}, {u"r", u"rr"},    {u"o", u"O"},
-                                                                      {u"w ", u"W-"},   {u"\\", u"\\\\"}, {u"ow", u""}};
-    forAllTexts(5, [&](const std::u16string& text) {
-        for (const auto& [sought, replacement] : replacements) {
-            for (const std::int32_t count : {-1, 1}) {
-                privStrCat builder = builderOf(text);
-                LiteralBuffer literal{text + std::u16string(4, u' '), static_cast<std::int32_t>(text.size())};
-                ReplaceRTFWord(builder, sought, replacement, 1, count, binaryCompare);
-                literal.replaceRTFWord(sought, replacement, 1, count);
-                SAME(builder.ReturnVal(), literal.buffer.substr(0, static_cast<std::size_t>(literal.length)), count);
-            }
-        }
-    });
+TEST(Module1, ReplacesWords) {
+    const struct {
+        std::u16string_view text, sought, replacement;
+        std::int32_t count;
+        std::u16string_view after;
+    } cases[] = {
+        {u"\\r\\\\r\\r", u"\\r", u"\\R", -1, u"\\R\\\\r\\R"},
+        {u"xrr", u"r", u"rr", -1, u"xrrrr"},
+        {u"xrr", u"r", u"rr", 1, u"xrrr"},
+        {u"rowow", u"ow", u"", -1, u"r"},
+        {u"o", u"o", u"O", -1, u"O"},
+        {u"a\\b", u"\\", u"\\\\", -1, u"a\\\\b"},
+        {u"row", u"w ", u"W-", -1, u"row"},  // the tail is not text
+    };
+    for (const auto& [text, sought, replacement, count, after] : cases) {
+        privStrCat builder = builderOf(text);
+        ReplaceRTFWord(builder, sought, replacement, 1, count, binaryCompare);
+        EXPECT_EQ(toUtf8(builder.ReturnVal()), toUtf8(after)) << toUtf8(text);
+    }
 }
 
 // Each of these takes minutes if a place is read again for every match.
@@ -211,6 +180,30 @@ TEST(Module1, TrimsAndSwaps) {
     std::int32_t first = 1, second = 2;
     SwapValues(first, second);
     EXPECT_EQ(first * 10 + second, 21);
+}
+
+std::u16string protectedText(std::u16string text) {
+    ProtectRTFCode(text);
+    return text;
+}
+
+const std::pair<std::u16string, std::u16string> protectCases[] = {
+    {u"", u""},
+    {u"plain", u"plain"},
+    {u"a{b}c\\d", u"a\\{b\\}c\\\\d"},
+    {u"line1\r\nline2", u"line1\\par line2"},
+    {u"\r\n", u"\\par "},
+    {u"\n\r\r\n\n\r", u"\n\r\\par \n\r"},
+    {u"{\\rtf1\\ansi {x}}", u"{\\rtf1\\ansi {x}}"},
+    {u"{\\rtf1", u"{\\rtf1"},
+    {u"{\\RTF1}", u"\\{\\\\RTF1\\}"},
+    {u"{\\rtf", u"\\{\\\\rtf"},
+    {u"\r\r\n\\\r\n\n{", u"\r\\par \\\\\\par \n\\{"},
+    {u" {\\rtf1}", u" \\{\\\\rtf1\\}"},
+};
+
+TEST(ProtectRTF, EscapesPlainTextAndLeavesDocuments) {
+    for (const auto& [text, expected] : protectCases) EXPECT_EQ(protectedText(text), expected);
 }
 
 }  // namespace

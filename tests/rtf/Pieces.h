@@ -1,7 +1,5 @@
 #pragma once
 
-#include <random>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -15,14 +13,6 @@ inline std::vector<std::u16string_view> piecesOf(std::u16string_view text) {
     }
     pieces.push_back(text);
     return pieces;
-}
-
-// Fewer than `limit` of them.
-inline std::u16string randomText(std::mt19937& random, const std::vector<std::u16string_view>& pieces,
-                                 std::size_t limit) {
-    std::u16string text;
-    for (std::size_t count = random() % limit; count > 0; --count) text += pieces[random() % pieces.size()];
-    return text;
 }
 
 }  // namespace velmor::test

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <map>
 #include <set>
 #include <string>
 #include <string_view>
@@ -21,28 +20,16 @@ public:
     enum class Part { all, body };  // body: no headers and footers
 
     explicit RtfText(std::u16string_view document, Part part = Part::all) : document_(document), part_(part) { read(); }
-    virtual ~RtfText() = default;
 
     const std::u16string& text() const { return text_; }
     // Of the braces; never below 0.
     bool isBalanced() const { return balanced_ && groups_.size() == 1; }
 
-protected:
+private:
     struct Group {
         bool skipped = false;
         int fallback = 1;  // units that replace one \u
-        // For derived readers.
-        int part = 0;
-        std::map<std::u16string, std::u16string> values;
     };
-
-    // Reads later, when read() is called.
-    struct Later {};
-    RtfText(std::u16string_view document, Later) : document_(document), part_(Part::all) {}
-
-    Group& group() { return groups_.back(); }
-    virtual void see(char16_t unit) { text_ += unit; }
-    virtual void note(std::u16string_view, std::u16string_view) {}
 
     void read() {
         while (at_ < document_.size()) {
@@ -65,12 +52,11 @@ protected:
         }
     }
 
-private:
     void put(char16_t unit) {
         if (skip_ > 0) {
             --skip_;
         } else if (!groups_.back().skipped) {
-            see(unit);
+            text_ += unit;
         }
     }
 
@@ -95,7 +81,6 @@ private:
     void word() {
         const ControlWord word = readWord(document_, at_);
         at_ = word.end + standsAt(document_, word.end, u" ");
-        note(word.letters, word.number);
         const std::string digits(word.number.begin(), word.number.end());
         take(std::u16string(word.letters), digits.empty() ? 1 : std::atoi(digits.c_str()));
     }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 #include <map>
 #include <string>
 #include <string_view>
@@ -20,26 +19,9 @@ public:
         std::u16string text;   // with "|" for page breaks
         std::u16string shows;  // "right/left/first distance border;", for headers and for footers
         std::u16string page;   // "width height left right top bottom", and other words of the section
-
-        bool looksLike(const Section& other) const { return text == other.text && shows == other.shows; }
     };
 
     static std::vector<Section> of(std::u16string_view document) { return SectionReader(document).sections_; }
-
-    // As in Section::shows. `shown(footer, pages)` is called for right pages (1), left (2) and the first (3).
-    template <typename Shown>
-    static std::u16string shows(bool facing, bool title, const std::array<std::u16string, 2>& frames, Shown shown) {
-        std::u16string text;
-        for (const int footer : {0, 1}) {
-            const std::u16string pages =
-                shown(footer, 1) + u"/" + shown(footer, facing ? 2 : 1) + u"/" + shown(footer, title ? 3 : 1);
-            std::u16string frame = frames[static_cast<std::size_t>(footer)];
-            // The place of a header without text is invisible.
-            if (pages == u"//") std::erase_if(frame, [](char16_t unit) { return unit < u'a'; });
-            text += pages + u" " + frame + u";";
-        }
-        return text;
-    }
 
 private:
     explicit SectionReader(std::u16string_view document) : document_(document) {
@@ -126,12 +108,15 @@ private:
         };
         for (const auto& [pages, text] : given_) shown_[pages] = text;
         given_.clear();
-        std::array<std::u16string, 2> frames{number(words, u"headery"), number(words, u"footery")};
-        if (words.count(u"pgbrdrhead") != 0) frames[0] += u'b';
-        if (words.count(u"pgbrdrfoot") != 0) frames[1] += u'b';
-        section_.shows = shows(facing_, words.count(u"titlepg") != 0, frames, [&](bool footer, int pages) {
-            return shown_[{footer, pages}];
-        });
+        for (const bool footer : {false, true}) {
+            const auto shown = [&](bool differs, int pages) { return shown_[{footer, differs ? pages : 1}]; };
+            const std::u16string pages =
+                shown(false, 1) + u"/" + shown(facing_, 2) + u"/" + shown(words.count(u"titlepg") != 0, 3);
+            section_.shows += pages + u" ";
+            // The place of a header without text is invisible.
+            if (pages != u"//") section_.shows += number(words, footer ? u"footery" : u"headery");
+            section_.shows += words.count(footer ? u"pgbrdrfoot" : u"pgbrdrhead") != 0 ? u"b;" : u";";
+        }
         constexpr const char16_t* values[][3] = {{u"pgwsxn", u"paperw", u"12240"}, {u"pghsxn", u"paperh", u"15840"},
                                                  {u"marglsxn", u"margl", u"1800"}, {u"margrsxn", u"margr", u"1800"},
                                                  {u"margtsxn", u"margt", u"1440"}, {u"margbsxn", u"margb", u"1440"}};

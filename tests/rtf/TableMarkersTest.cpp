@@ -1,12 +1,14 @@
-#include "Seed.h"
 #include "rtf/tables/TableMarkers.h"
 
 #include <gtest/gtest.h>
 
-#include <random>
+#include <algorithm>
 
+#include "Corpus.h"
 #include "NestedTableText.h"
-#include "TableDuel.h"
+#include "NumberedTables.h"
+#include "RtfText.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 namespace {
@@ -39,12 +41,44 @@ const std::pair<std::u16string, std::u16string> markCases[] = {
     // A row without a cell takes none from the previous row.
     {u"\\trowd\\irow0 a\\cell\\row\\trowd\\irow1\\lastrow\\cellx5\\row",
      u"<1:\\trowd\\irow0 a\\cell\\row\\trowd\\irow1\\lastrow\\cellx5\\row:1>"},
+    // A table without its end loses nothing, nor does a row in whose last cell a nested table follows.
+    {u"\\trowd\\irow0\\lastrow a\\cell\\row\\trowd\\irow0 b\\cell\\trowd\\row",
+     u"<1:\\trowd\\irow0\\lastrow a\\cell\\row:1>\\trowd\\irow0 b\\cell\\trowd\\row"},
+    {u"\\trowd\\irow0 a\\cell\\itap2 b\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}\\row\\lastrow"
+     u"\\cell\\row",
+     u"<1:\\trowd\\irow0 a\\cell<2:\\itap2 b\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}:2>\\row"
+     u"\\lastrow\\cell\\row:1>"},
+    // The marker separates the definition from the word before it.
+    {u"\\nesttableprops\\trowd\\irow0\\lastrow a\\cell\\trowd\\row",
+     u"\\nesttableprops<1:\\trowd\\irow0\\lastrow a\\cell\\row:1>"},
     // Nested tables have pairs of their own; the outer table does not end with their last row.
     {u"\\trowd\\irow0\\pard\\intbl a\\par\\pard\\intbl\\itap2 b\\nestcell c\\nestcell{\\*\\nesttableprops\\trowd"
      u"\\irow0\\lastrow\\nestrow}{\\nonesttables\\par}\\pard\\intbl d\\cell\\row\\trowd\\irow1\\lastrow\\cell\\row",
      u"<1:\\trowd\\irow0\\pard\\intbl a\\par<2:\\pard\\intbl\\itap2 b\\nestcell c\\nestcell{\\*\\nesttableprops\\trowd"
      u"\\irow0\\lastrow\\nestrow}:2>{\\nonesttables\\par}\\pard\\intbl "
      u"d\\cell\\row\\trowd\\irow1\\lastrow\\cell\\row:1>"},
+    // The level of a paragraph ends with the row.
+    {u"\\trowd\\irow0\\itap2 a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}\\row x\\par "
+     u"b\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}\\cell\\row\\lastrow\\cell\\row",
+     u"<1:<2:\\trowd\\irow0\\itap2 a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}:2>\\row x\\par <3:"
+     u"b\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}:3>\\cell\\row\\lastrow\\cell\\row:1>"},
+    // The end of a paragraph ends the properties of a row.
+    {u"\\trowd\\irow0\\itap2 a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\par}b\\cell\\row",
+     u"<1:\\trowd\\irow0\\itap2 a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\par}b\\cell\\row:1>"},
+    // Two rows; what other readers show is not part of the next table.
+    {u"\\trowd\\irow0\\pard\\itap2 "
+     u"a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\nestrow}b\\nestcell{\\*"
+     u"\\nesttableprops\\trowd\\irow1\\lastrow\\nestrow}{\\nonesttables\\par}c\\nestcell{\\*"
+     u"\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}\\cell\\row\\lastrow\\cell\\row",
+     u"<1:<2:\\trowd\\irow0\\pard\\itap2 "
+     u"a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\nestrow}b\\nestcell{\\*"
+     u"\\nesttableprops\\trowd\\irow1\\lastrow\\nestrow}:2>{\\nonesttables\\par}<3:c\\nestcell{\\*"
+     u"\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}:3>\\cell\\row\\lastrow\\cell\\row:1>"},
+    // Not a group.
+    {u"\\trowd\\irow0\\nonesttables\\par\\itap2 "
+     u"a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}\\cell\\row\\lastrow\\cell\\row",
+     u"<1:\\trowd\\irow0\\nonesttables\\par<2:\\itap2 "
+     u"a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}:2>\\cell\\row\\lastrow\\cell\\row:1>"},
     // Three levels that begin at one place, and two adjacent tables of one level.
     {u"\\pard\\intbl\\itap3 a\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}\\pard\\intbl\\itap2 "
      u"b\\nestcell{\\*\\nesttableprops\\trowd\\irow0\\lastrow\\nestrow}\\pard\\intbl\\itap2 c\\nestcell{\\*"
@@ -89,26 +123,6 @@ TEST(TableMarkers, RemovesInTheRangeOnlyAndKeepsTheLength) {
     RemoveExtraTrowd(value, start, end);
     EXPECT_EQ(value, kept + kept + kept + u"." + std::u16string(18, u' '));
     EXPECT_EQ(end, INT32_MAX - 12);
-}
-
-TEST(TableMarkers, EqualTheStepsOnRandomTables) {
-    const std::uint32_t seed = testSeed();
-    std::mt19937 random(seed);
-    int changed = 0;
-    for (int i = 0; i < 8000; ++i) {
-        std::uint8_t bytes[40];
-        for (std::uint8_t& byte : bytes) byte = static_cast<std::uint8_t>(random());
-        const std::u16string text = test::tableText(bytes, random() % std::size(bytes));
-        const auto place = [&] { return static_cast<std::int32_t>(random() % (text.size() + 1)) + 1; };
-        const std::int32_t start = place(), end = place();
-        const test::DuelOutcome whole = test::duelAddMarkers(text);
-        for (const test::DuelOutcome& outcome : {whole, test::duelRemoveExtraTrowd(text, start, end)}) {
-            ASSERT_EQ(outcome.fast, outcome.literal)
-                << "seed " << seed << " " << start << "," << end << ::testing::PrintToString(text);
-        }
-        changed += whole.fast != text;
-    }
-    EXPECT_GT(changed, 400);
 }
 
 std::u16string repeated(std::u16string_view piece, int count) {
@@ -157,6 +171,41 @@ TEST(TableMarkers, MarksTablesNestedToAnyDepth) {
     CountedGuids guids;
     addTableMarkers(text, guids);
     EXPECT_EQ(text.size(), length + 20000 * 120);
+}
+
+// The number of marker pairs; -1 unless they are properly nested and have different identifiers.
+int pairsOf(const std::u16string& text) {
+    std::vector<std::u16string> open, seen;
+    for (std::size_t at = 0; (at = text.find(u"{\\*\\korvane\\", at)) != std::u16string::npos; ++at) {
+        if (standsAt(text, at, startTableMarker)) {
+            open.push_back(text.substr(at + startTableMarker.size(), 38));
+            if (std::find(seen.begin(), seen.end(), open.back()) != seen.end()) return -1;
+            seen.push_back(open.back());
+        } else {
+            if (open.empty() || text.substr(at + endTableMarker.size(), 38) != open.back()) return -1;
+            open.pop_back();
+        }
+    }
+    return open.empty() ? static_cast<int>(seen.size()) : -1;
+}
+
+TEST(Corpus, MarkingLosesNoTextAndPairsUp) {
+    int tables = 0;
+    for (const auto& [name, document] : test::corpus()) {
+        SCOPED_TRACE(name);
+        std::u16string value = document;
+        test::CountedGuids guids;
+        const bool changed = addTableMarkers(value, guids);
+        const int pairs = pairsOf(value);
+        EXPECT_EQ(pairs > 0, changed);
+        EXPECT_GE(pairs, 0);
+        EXPECT_TRUE(test::RtfText(value).text() == test::RtfText(document).text());
+        const std::u16string once = value;
+        EXPECT_FALSE(addTableMarkers(value, guids) && changed);
+        EXPECT_EQ(value, once);
+        tables += pairs;
+    }
+    EXPECT_GT(tables, 0);
 }
 
 }  // namespace
