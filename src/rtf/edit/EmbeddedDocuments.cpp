@@ -180,8 +180,6 @@ void Lifting::unwrap(const Found& carrier) {
 // Gives the innermost open document its text up to `end`, and continues it at `next`.
 void Lifting::copyUpTo(std::size_t end, std::size_t next) {
     auto& [document, text, from] = open_.back();
-    const bool joins = from < end && !text.empty() && wordTakesIn(text, text_[from]);
-    if (joins) text += u' ';
     text.append(text_, from, end - from);
     from = next;
 }
