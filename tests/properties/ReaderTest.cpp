@@ -105,7 +105,7 @@ TEST_F(PropertyReading, ReadsQuotedAndEncodedValues) {
 TEST_F(PropertyReading, ReadsNamesAloneAndCleansNames) {
     check({
         {u"a:b:", "a=Long 0 | b=Long 0"}, {u"\r\n\t a=1:", "a=Long 1"},
-        {u"!s!a=1:!lg!b=2:!c=3:", "a=Long 1 | b=Long 2 | !c=Long 3"}, {u"a!@b=1:", "a:b=Long 1"},
+        {u"!s!a=1:!lg!b=2:!c=3:", "a=Long 1 | b=Long 2 | !c=Long 3"}, {u"a!@b=1:", "a:b=Long 1"}, {u"!s!=1:", "=Long 1"},
         {u"a=1::b=2:", "a=Long 1 | =Long 0 | b=Long 2"}, {u"", ""}, {u"a=1:\r\n\t ", "a=Long 1"}, {u" \r\n", ""},
         {u"a=1: b= ", "a=Long 1 | b=String  "}, {u"a=1: :b=2:", "a=Long 1 | =Long 0 | b=Long 2"},
     });

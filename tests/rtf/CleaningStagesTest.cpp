@@ -214,7 +214,8 @@ TEST(SectionMarkers, DescribeTheirSection) {
 
 TEST(TableRows, KeepTogetherUnlessTheySaySo) {
     const Case cases[] = {
-        {u"\\trkeep\\trowd \\row\\row", u"\\trkeep\\trowd \\trkeep\\row\\row"},
+        {u"\\trkeep\\trowd \\row\\row\\trkeep\\trowd\\row",
+         u"\\trkeep\\trowd \\trkeep\\row\\row\\trkeep\\trowd\\trkeep\\row"},
         {u"\\trowd\\trkeepfollow\\row\\\\trowd\\row", u"\\trowd\\trkeepfollow\\row\\\\trowd\\row"},
         {u"\\trowd\\trkeep\\rowd\\trowd\\row", u"\\trowd\\trkeep\\rowd\\trowd\\trkeep\\row"},
     };

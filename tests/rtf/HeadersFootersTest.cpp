@@ -137,14 +137,16 @@ TEST(HeadersFootersOf, EveryWord) {
 // An empty header moves no text, whatever its distance.
 TEST(JoinedHeaders, EmptyHeadersTakeNoRoom) {
 #define M u"{\\*\\korvanemergepagebreak}"
-    std::u16string text = u"{\\rtf1{\\header h}a" M u"{\\rtf1\\sectd\\headery1440 b\\sect c}" M u"{\\rtf1 d}}";
+    std::u16string text =
+        u"{\\rtf1{\\header h}a" M u"{\\rtf1\\sectd\\headery1440 b\\sect c}" M u"{\\rtf1 d\\sect{\\header n}e}}";
 #undef M
     CleanOptions options;
     options.tolerant = true;
     Module1::ApplyMergePageBreaks(text, options);
     EXPECT_NE(text.find(u"{\\header\\pard\\plain\\fs2\\par}"), text.npos) << toUtf8(text);
     EXPECT_NE(text.find(u"\\headery1440 b{\\headery0\\sect}c}\\headery0\\sect"), text.npos) << toUtf8(text);
-    EXPECT_TRUE(text.ends_with(u"d}\\headery0}")) << toUtf8(text);  // it inherits the empty header
+    // It inherits the empty header, until it gives one.
+    EXPECT_TRUE(text.ends_with(u"d{\\headery0\\sect}{\\header n}e}}")) << toUtf8(text);
 }
 
 TEST(JoinedHeaders, GiveTheHostFacingPages) {
@@ -156,6 +158,7 @@ TEST(JoinedHeaders, GiveTheHostFacingPages) {
     EXPECT_EQ(joined(u"\\ansi{\\fonttbl x}a"), "\\facingp\\ansi{\\fonttbl x}a");
     EXPECT_EQ(joined(u" a"), " \\facingp a");
     EXPECT_EQ(joined(u"{\\fonttbl x}\\facingp a"), "{\\fonttbl x}\\facingp a");
+    EXPECT_EQ(joined(u"\\plain\\facingp a"), "\\facingp\\plain\\facingp a");  // the header has ended
 }
 
 TEST(HeadersFootersOf, TwentyThousandDocuments) {

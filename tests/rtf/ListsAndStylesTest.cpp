@@ -135,7 +135,7 @@ const MergeCase listCases[] = {
      u"\\ls1\\ls2\\f0 x"},
     {"blanks between groups", u"{\\*\\listtable {\\list {\\listname a b;} \\listid5} }@",
      u"{\\*\\listtable {\\list {\\listlevel {\\leveltext a b;} {\\levelnumbers;}}\r\n \\listid5 } }"
-     u"{\\*\\listoverridetable {\\listoverride \\listid5 {\\lfolevel \\listoverridestartat {\\listlevel }} \\ls1}}",
+     u"{\\*\\listoverridetable {\\listoverride \\listid5 {\\lfolevel \\listoverridestartat {\\listlevel } } \\ls1}}",
      u"{\\*\\listtable\r\n{\\list {\\listname a b;} \\listid5}\r\n{\\list {\\listlevel {\\leveltext a "
      u"b;}{\\levelnumbers;}}\\listid1 }}{\\*\\listoverridetable\r\n{\\listoverride \\listid1 {\\lfolevel "
      u"\\listoverridestartat {\\listlevel }}\\ls1}}@",
@@ -144,10 +144,10 @@ const MergeCase listCases[] = {
      u"{\\*\\listtable{\\list\\listid5{\\*\\liststylename S;}}{\\list\\listid6\\liststyleid5}}",
      u"{\\*\\listtable\r\n{\\list\\listid1{\\*\\liststylename S;}}\r\n{\\list\\listid2\\liststyleid1}}@", u""},
     {"bullets that are pictures",
-     u"{\\*\\listtable{\\*\\listpicture{\\pict a}}{\\list{\\listlevel\\levelpicture0}\\listid5}}@",
-     u"{\\*\\listtable{\\*\\listpicture{\\pict b}{\\pict c}}{\\list{\\listlevel\\levelpicture1}\\listid5}}"
+     u"{\\*\\listtable{\\*\\listpicture{\\pict a}{\\nonshppict n}}{\\list{\\listlevel\\levelpicture0}\\listid5}}@",
+     u"{\\*\\listtable{\\*\\listpicture{\\pict b}{\\pict c}}{\\list{\\listlevel\\levelpicture1}}}"
      u"{\\*\\listoverridetable{\\listoverride\\ls1{\\lfolevel{\\listlevel\\levelpicture0}}}}",
-     u"{\\*\\listtable\r\n{\\*\\listpicture{\\pict a}{\\pict b}{\\pict "
+     u"{\\*\\listtable\r\n{\\*\\listpicture{\\pict a}{\\nonshppict n}{\\pict b}{\\pict "
      u"c}}\r\n{\\list{\\listlevel\\levelpicture0}\\listid5}\r\n"
      u"{\\list{\\listlevel\\levelpicture2}\\listid1}}"
      u"{\\*\\listoverridetable\r\n{\\listoverride\\ls1{\\lfolevel{\\listlevel\\levelpicture1}}}}@",

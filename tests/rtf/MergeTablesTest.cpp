@@ -137,10 +137,10 @@ TEST(MergeTables, TolerantMergingKeepsForeignText) {
         {u"\\deff0{\\fonttbl{\\f0 A;}}{\\rtf1{\\fonttbl{\\f0 C;}{\\f1 B;}}\\deff1 x}",
          u"\\deff0{\\fonttbl\r\n{\\f0 A;}\r\n{\\f1 C;}\r\n{\\f2 B;}}{\\rtf1\\pard\\plain\\f2 x}"},
         // The host's theme fonts keep their numbers, and equal ones of other documents are those.
-        {u"{\\fonttbl{\\f3 A;}{\\fhiminor\\f31506 A;}}\\stshfhich31506{\\rtf1\\deff0{\\fonttbl{\\f0 B;}"
-         u"{\\fhiminor\\f31506 A;}{\\fbiminor\\f31507 A;}}\\f31506\\f31507 x}",
-         u"{\\fonttbl\r\n{\\f0 A;}\r\n{\\fhiminor\\f31506 A;}\r\n{\\f1 B;}}\\stshfhich31506"
-         u"{\\rtf1\\pard\\plain\\f1\\f31506\\f0 x}"},
+        {u"{\\fonttbl{\\f3 A;}{\\fbiminor\\f31507 A;}}\\stshfhich31507{\\rtf1\\deff0{\\fonttbl{\\f0 B;}"
+         u"{\\fbiminor\\f31507 A;}{\\fhiminor\\f31506 A;}}\\f31507\\f31506 x}",
+         u"{\\fonttbl\r\n{\\f0 A;}\r\n{\\fbiminor\\f31507 A;}\r\n{\\f1 B;}}\\stshfhich31507"
+         u"{\\rtf1\\pard\\plain\\f1\\f31507\\f0 x}"},
         // A size in the host's header is not that of \\plain.
         {u"\\deff0\\fs20{\\fonttbl{\\f0 A;}}x{\\rtf1\\deff0{\\fonttbl{\\f0 A;}}y\\plain z\\plain\\fs18}",
          u"\\deff0\\fs20{\\fonttbl\r\n{\\f0 A;}}x{\\rtf1\\pard\\plain\\fs24\\f0y\\plain\\fs24 z\\plain\\fs18}"},
@@ -160,11 +160,12 @@ TEST(MergeTables, TolerantMergingKeepsForeignText) {
          u"Q;}"
          u"\r\n{\\s3\\f2 R;}}x{\\rtf1\\pard\\plain\\f1y}"},
         // Default tabs of another distance than the host's are written into the paragraphs, after their own ones.
-        {u"\\margl9000\\margr0{\\fonttbl{\\f0 A;}}\\deff0{\\rtf1\\deff0{\\fonttbl{\\f0 A;}}\\deftab1000\\tab"
-         u"\\pard\\li1500\\tx2500 x{\\tab}\\pard y{\\pard z}\\tab\\pard\\ls1 a}",
+        {u"\\margl9000\\margr0{\\fonttbl{\\f0 A;}}\\deff0{\\rtf1\\deff0{\\fonttbl{\\f0 A;}}\\deftab1080\\tab"
+         u"\\pard\\li1500\\tx2500 x{\\tab}\\pard y{\\pard z}\\tab\\pard\\ls1 a\\pard\\ls1\\li9 b}",
          u"\\margl9000\\margr0{\\fonttbl\r\n{\\f0 "
-         u"A;}}\\deff0{\\rtf1\\pard\\tx1000\\tx2000\\tx3000\\plain\\f0\\deftab1000\\tab"
-         u"\\pard\\li1500\\tx2500\\tx3000 x{\\tab}\\pard\\tx1000\\tx2000\\tx3000 y{\\pard z}\\tab\\pard\\ls1 a}"},
+         u"A;}}\\deff0{\\rtf1\\pard\\tx1080\\tx2160\\tx3240\\plain\\f0\\deftab1080\\tab"
+         u"\\pard\\li1500\\tx2500\\tx3240 x{\\tab}\\pard\\tx1080\\tx2160\\tx3240 y{\\pard z}\\tab\\pard\\ls1 a"
+         u"\\pard\\ls1\\li9\\tx1080\\tx2160\\tx3240 b}"},
         {u"{\\fonttbl}x{\\rtf1\\paperw9 y}", u"{\\fonttbl}x{\\rtf1\\pard\\plain\\paperw9 y}"},
     };
     for (const auto& [text, expected] : cases) {

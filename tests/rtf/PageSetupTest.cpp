@@ -99,6 +99,9 @@ const Case cases[] = {
      u"{\\rtf1 A" RUN(u"\\page ") RUN(HEADER) RUN(LANDSCAPE) RUN(u"{\\rtf1{\\header h}B}")
          RUN(u"\\sect ") u"\\sectd C}",
      "A: " LETTER "\nB: " TURNED " pgncont  h/ h/ h ;// ;\nC: " LETTER "  h/ h/ h ;// ;\n"},
+    {"left pages of one joined document", true,
+     u"{\\rtf1\\facingp{\\header h}{\\headerl l}A" MERGE u"{\\rtf1\\titlepg{\\headerf f}{\\headerl x}{\\header n}B}}",
+     "A: " LETTER "  h/ l/ h ;// ;\nB: " LETTER "  n/ n/ f ;// ;\n"},
     {"joined documents of other sizes", true,
      u"{\\rtf1\\paperw9000\\paperh8000\\landscape\\sectd\\lndscpsxn A" RUN(u"\\sect ") u"\\sectd\\lndscpsxn B" RUN(
          MERGE) RUN(u"{\\rtf1\\paperw5000\\paperh7000\\sectd C" RUN(u"\\page ")
