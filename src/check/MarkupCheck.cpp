@@ -1,5 +1,6 @@
 #include "check/MarkupCheck.h"
 
+#include <algorithm>
 #include <string>
 
 #include "check/OwnText.h"
@@ -104,8 +105,14 @@ std::vector<bool> MarkupCheck::run() {
 void MarkupCheck::checkMarkers(const Story& story) {
     const std::u16string_view text = story.text();
     std::size_t depth = 0;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        if (text[at] != u'<' && text[at] != u'&') continue;
+    std::size_t angle = findAngle(text, 0);
+    std::size_t ampersand = std::min(text.find(u'&'), text.size());
+    for (std::size_t at; (at = std::min(angle, ampersand)) < text.size();) {
+        if (at == angle) {
+            angle = findAngle(text, at + 1);
+        } else {
+            ampersand = std::min(text.find(u'&', at + 1), text.size());
+        }
         const MarkerPlace place = findMarker(text.substr(at, kClosingMarker.size()), 0);
         if (place.position != 0) {
             checkResemblance(story, at);

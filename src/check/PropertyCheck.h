@@ -28,6 +28,7 @@ public:
     void read(const TagParts& tag);
     void set(const TagParts& tag);
 
+    bool knowsGiven() const noexcept { return given_ != nullptr; }
     // The property that the host sets; null when it is not known, or the template sets one of the name.
     PropertyRef known(std::u16string_view name) const;
     bool isSetByTemplate(std::u16string_view name) const;

@@ -191,7 +191,7 @@ void TemplateCheck::add(const TemplateFile& file, const TemplateTag& tag, Extent
 
 // Evaluation takes tags in values for the template's.
 void TemplateCheck::checkGivenValue(const TagParts& tag) {
-    if (tag.parameters().empty()) return;
+    if (!properties_.knowsGiven() || tag.parameters().empty()) return;
     const PropertyRef property = properties_.known(tag.parameters().front().name());
     if (!property) return;
     std::u16string value = property->ValueStr();

@@ -18,15 +18,6 @@ std::uint64_t angleBits(const char16_t* units) noexcept {
     return (word - kEachUnit) & ~word & kTopBits;
 }
 
-std::size_t findAngle(std::u16string_view text, std::size_t start) noexcept {
-    const char16_t* const units = text.data();
-    const std::size_t size = text.size();
-    std::size_t at = start;
-    while (at + 8 <= size && (angleBits(units + at) | angleBits(units + at + 4)) == 0) at += 8;
-    while (at < size && units[at] != u'<') ++at;
-    return at;
-}
-
 bool isLetter(char16_t unit, char16_t lower) noexcept {
     return (unit | 0x20) == lower;
 }
@@ -41,6 +32,15 @@ bool isClosing(const char16_t* at, std::size_t left) noexcept {
 }
 
 }  // namespace
+
+std::size_t findAngle(std::u16string_view text, std::size_t start) noexcept {
+    const char16_t* const units = text.data();
+    const std::size_t size = text.size();
+    std::size_t at = start;
+    while (at + 8 <= size && (angleBits(units + at) | angleBits(units + at + 4)) == 0) at += 8;
+    while (at < size && units[at] != u'<') ++at;
+    return at;
+}
 
 MarkerPlace findMarker(std::u16string_view text, std::size_t start) noexcept {
     for (std::size_t at = findAngle(text, start); at < text.size(); at = findAngle(text, at + 1)) {

@@ -19,6 +19,9 @@ struct MarkerPlace {
     bool opening = false;
 };
 
+// The first "<" at or after `start`; the text's size when there is none.
+std::size_t findAngle(std::u16string_view text, std::size_t start) noexcept;
+
 // The first marker at or after `start`.
 MarkerPlace findMarker(std::u16string_view text, std::size_t start) noexcept;
 std::size_t findOpeningMarker(std::u16string_view text, std::size_t start) noexcept;
