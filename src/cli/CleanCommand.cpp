@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "cli/Documents.h"
+#include "cli/MergeReportFile.h"
 #include "cli/Streams.h"
 #include "core/kvTag.h"
 #include "properties/privProperties.h"
@@ -25,9 +26,12 @@ public:
     ExitCode run() {
         std::u16string text = joins_ ? join() : read(options_.inputs.front());
         if (Module1::isCleanable(text)) {
-            clean(text, joins_ || options_.merge);
+            clean(text, options_.inputs, joins_ || options_.merge);
         } else if (!holdsTag_) {
             tell(inputName(options_.inputs.front()) + " is not RTF of version 1; it is not changed");
+        }
+        if (!options_.report.empty()) {
+            writeAll(services_.files, options_.report, jsonText({{"version", 1}, {"runs", std::move(runs_)}}) + "\n");
         }
         writeAll(services_.files, options_.output, encodeResult(text, TextEncoding::ansi));
         return reported_ ? exitReported : exitDone;
@@ -46,7 +50,7 @@ private:
         const auto& inputs = options_.inputs;
         std::vector<std::u16string> texts;
         for (const std::string& input : inputs) texts.push_back(read(input));
-        for (std::size_t i = 0; i < texts.size() && !holdsTag_; ++i) clean(texts[i], false);
+        for (std::size_t i = 0; i < texts.size() && !holdsTag_; ++i) clean(texts[i], {inputs[i]}, false);
         std::vector<std::string> names;
         for (const std::string& input : inputs) names.push_back(inputName(input));
         return joinDocuments(std::move(texts), names, [this](const std::string& name, std::size_t lost) {
@@ -55,11 +59,15 @@ private:
         });
     }
 
-    void clean(std::u16string& text, bool mergeMode) {
+    void clean(std::u16string& text, const std::vector<std::string>& inputs, bool mergeMode) {
         const auto tag = std::make_shared<kvTag>(services_);
         tag->Properties().own()->AddBoolean(u"kvTag.RTF Tolerant", !options_.exact, true);
+        tag->Properties().own()->AddStr(u"kvTag.Styles", fromUtf8(options_.styles), true);
         tag->CleanRTFMergeMode(mergeMode);
-        tag->CleanRTF(text);
+        MergeReport merged;
+        const bool isReported = !options_.report.empty();
+        tag->CleanRTF(text, isReported ? &merged : nullptr);
+        if (isReported) runs_.push_back(jsonOf(merged, inputs));
         if (mergeMode) reportPageBreaks(text);
         tag->Dispose();
     }
@@ -87,6 +95,7 @@ private:
     platform::Services& services_;
     const CleanCommandOptions& options_;
     const bool joins_;
+    Json runs_ = Json::array();  // of the report
     bool holdsTag_ = false;
     bool reported_ = false;
 };

@@ -67,6 +67,7 @@ margins. Bytes that need not change stay as they are. A text that still holds a 
 Examples:
   velmor clean evaluated.rtf -o out.rtf
   velmor clean letter.rtf terms.rtf appendix.rtf -o mailing.rtf
+  velmor clean letter.rtf terms.rtf -o out.rtf --styles host --report merged.json
   velmor eval invoice.rtf --properties invoice.properties | velmor clean - > out.rtf)";
 
 constexpr const char* checkFooter = R"(
@@ -148,6 +149,11 @@ std::string checkAssignment(const std::string& text) {
 void addOutput(CLI::App& command, std::string& name, const std::string& what) {
     command.add_option("-o,--output", name, "Write the " + what + " to this file, whole or not at all")
         ->type_name("OUT");
+}
+
+// Standard output is for the result.
+std::string refuseStandardOutput(const std::string& name) {
+    return name == "-" ? "this is written to a file" : "";
 }
 
 CLI::Option* addPasswordFile(CLI::App& command, std::string& name) {
@@ -245,8 +251,7 @@ void addEval(CLI::App& app, CommandLine& line) {
     addEvaluation(*command, options, line);
     command->add_option("--trace", options.trace, "Write what each tag gave, where and how fast, to this JSON file")
         ->type_name("FILE")
-        ->check(CLI::Validator(
-            [](const std::string& name) { return name == "-" ? "a trace is written to a file" : ""; }, ""));
+        ->check(CLI::Validator(refuseStandardOutput, ""));
 }
 
 void addReport(CLI::App& app, CommandLine& line) {
@@ -314,6 +319,19 @@ void addClean(CLI::App& app, CommandLine& line) {
     command->add_flag("--merge", options.merge,
                       "Merge mode also for one file, which holds documents that were joined before");
     command->add_flag("--exact", options.exact, "Clean exactly as the component does, without its tolerance");
+    command
+        ->add_option(
+            "--styles", options.styles,
+            "What becomes of an embedded style whose name has another definition: it gets a new name, its text "
+            "looks as the host says, or keeps its look as direct formatting (default: rename)")
+        ->type_name("rename|host|keep")
+        ->check(CLI::IsMember({"rename", "host", "keep"}));
+    command
+        ->add_option("--report", options.report,
+                     "Write what merging did with fonts, colours, styles and lists to "
+                     "this JSON file")
+        ->type_name("FILE")
+        ->check(CLI::Validator(refuseStandardOutput, ""));
     addRegistry(*command, line.system);
 }
 

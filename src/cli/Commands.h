@@ -63,8 +63,10 @@ ExitCode runVerify(platform::Services& services, const VerifyOptions& options);
 struct CleanCommandOptions {
     std::vector<std::string> inputs;  // at least one
     std::string output;
-    bool merge = false;  // merge mode for one input too; several inputs always use it
-    bool exact = false;  // not tolerant
+    bool merge = false;             // merge mode for one input too; several inputs always use it
+    bool exact = false;             // not tolerant
+    std::string styles = "rename";  // of equal name and other definition: or "host", "keep"
+    std::string report;             // where the report of what merging did goes; empty: nowhere
 };
 // Joins several inputs, cleans the document and writes it. Reports documents that are not changed and
 // text that joining leaves out.

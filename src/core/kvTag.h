@@ -20,6 +20,7 @@ class kvDirectTag;
 class kvTags;
 class privProperties;
 class privStrCat;
+struct MergeReport;
 struct TopLevelTags;
 
 // One template or one tag under evaluation.
@@ -87,11 +88,12 @@ public:
     void ProtectRTF(bool pbProtect);
 
     // See rtf/clean/CleanRTF.h. CleanRTF cleans in place, CleanRTFByVal a copy, CleanRTFFile a file. The
-    // property "kvTag.RTF Tolerant" (false when absent) chooses tolerant cleaning.
+    // property "kvTag.RTF Tolerant" (false when absent) chooses tolerant cleaning, "kvTag.Styles" what becomes of
+    // styles of equal name: "rename" (any other value means it), "host" or "keep". `report` receives what merging did.
     bool CleanRTFFile(std::u16string_view psFileName, std::u16string_view psSaveFileName = {});
     bool CleanRTFMergeMode() const { return cleanMergeMode_; }
     void CleanRTFMergeMode(bool pbMergeMode) { cleanMergeMode_ = pbMergeMode; }
-    void CleanRTF(std::u16string& psRTF);
+    void CleanRTF(std::u16string& psRTF, MergeReport* report = nullptr);
     std::u16string CleanRTFByVal(std::u16string psRTF);
 
     std::shared_ptr<kvTag> NewTag();

@@ -6,6 +6,7 @@
 #include "core/TimingLog.h"
 #include "core/kvTag.h"
 #include "rtf/clean/CleanRTF.h"
+#include "text/Compare.h"
 
 namespace velmor {
 namespace {
@@ -29,6 +30,9 @@ CleanOptions optionsOf(kvTag& tag) {
     CleanOptions options;
     options.mergeMode = tag.CleanRTFMergeMode();
     options.tolerant = isTolerant(tag.services(), tag.Properties());
+    const std::u16string styles = tag.Properties().getText(u"kvTag.Styles", automation::Variant(u""));
+    if (equalIgnoringCase(styles, u"host")) options.styles = StyleConflict::host;
+    if (equalIgnoringCase(styles, u"keep")) options.styles = StyleConflict::keep;
     return options;
 }
 
@@ -40,10 +44,12 @@ bool kvTag::CleanRTFFile(std::u16string_view psFileName, std::u16string_view psS
     return Module1::CleanRTFFileText(psFileName, psSaveFileName, optionsOf(*this), host);
 }
 
-void kvTag::CleanRTF(std::u16string& psRTF) {
+void kvTag::CleanRTF(std::u16string& psRTF, MergeReport* report) {
     const std::shared_ptr<Object> alive = keep();
     TagCleanHost host(services_);
-    Module1::CleanRTFText(psRTF, optionsOf(*this), host);
+    CleanOptions options = optionsOf(*this);
+    options.report = report;
+    Module1::CleanRTFText(psRTF, options, host);
 }
 
 std::u16string kvTag::CleanRTFByVal(std::u16string psRTF) {

@@ -369,6 +369,28 @@ class Clean(VelmorTest):
         self.assertEqual((result.count(b"{"), result[-4:]), (result.count(b"}"), b"}\r\n\0"))
         self.assertEqual(self.messages, "")
 
+    def test_styles_and_report(self):
+        tables = b"{\\rtf1{\\fonttbl{\\f%d Arial;}}{\\colortbl;\\red%d;}{\\stylesheet{\\s2\\fs%d Head;}}"
+        lists = b"{\\*\\listtable{\\list\\listid9}}{\\*\\listoverridetable{\\listoverride\\listid9\\ls3}}"
+        self.write("a.rtf", tables % (0, 1, 40) + b"a}")
+        self.write("b.rtf", tables % (5, 2, 20) + lists + b"\\pard\\plain\\s2\\fs20\\ls3 b}")
+        names = []
+        for styles, said in [("rename", b"\\s1\\fs20"), ("host", b"\\s2\\fs40"), ("keep", b"\\s2\\fs20")]:
+            result = self.velmor("clean", "a.rtf", "b.rtf", "--styles", styles, "--report", "r.json")
+            self.assertIn(said, result[result.index(b"sect"):])
+            run = json.loads(self.read("r.json"))["runs"][-1]
+            self.assertEqual([document["input"] for document in run["documents"]], run["inputs"])
+            joined = run["documents"][1]
+            names.append([joined["styles"][0].get(key) for key in ("outcome", "newName", "newNumber")])
+        self.assertEqual(names, [["renamed", "Head (2)", "1"], ["replaced", None, None], ["direct", None, None]])
+        self.assertEqual(run["documents"][0]["fonts"], [{"outcome": "kept", "name": "Arial", "number": "0"}])
+        self.assertEqual((joined["fonts"], joined["colours"], joined["lists"], joined["listOverrides"]), (
+            [{"outcome": "shared", "name": "Arial", "number": "0"}],  # it was 5 before the document was cleaned itself
+            [{"outcome": "added", "name": "\\red2;", "number": "1", "newNumber": "2"}],
+            [{"outcome": "added", "number": "9", "newNumber": "1"}],
+            [{"outcome": "added", "number": "3", "newNumber": "1"}]))
+        self.velmor("clean", "a.rtf", "--report", "-", expect=USAGE)
+
     def test_joins_documents_with_headers_of_their_own(self):
         self.write("a.rtf", b"{\\rtf1 a}")
         second = b"{\\rtf1{\\header old}b{\\rtf1{\\*\\korvanenewheader}}{\\rtf1{\\header new}c}}"

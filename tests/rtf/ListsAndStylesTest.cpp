@@ -194,5 +194,24 @@ TEST(ListsAndStyles, DocumentsReferToTheHostOnly) {
                bare + u"{\\rtf1\\s3\\ls2 x}}"));
 }
 
+TEST(MergeStyles, OfEqualNameFollowTheChoice) {
+    const std::u16string text =
+        u"{\\rtf1{\\stylesheet{\\s0 Normal;}{\\s1\\b\\fs40\\sqformat Head;}}"
+        u"{\\rtf1{\\stylesheet{\\s0\\fs20 Normal;}{\\s7\\i\\fs30 Head;}{\\s8\\sbasedon7\\ul Sub;}}"
+        u"\\pard\\plain\\s7\\qc\\i\\fs30 y\\pard\\plain\\fs20 z\\pard\\s8 u\\pard\\s7 v}}";
+    const std::u16string sheet = header + u"{\\stylesheet\r\n{\\s0 Normal;}\r\n{\\s1\\b\\fs40\\sqformat Head;}\r\n";
+    CleanOptions options;
+    options.styles = StyleConflict::host;
+    EXPECT_EQ(
+        narrow(merged(text, options)),
+        narrow(sheet + u"{\\s2\\sbasedon1\\ul Sub;}}{\\rtf1\\pard\\plain\\s1\\b\\fs40\\qc y\\pard\\plain z\\pard\\s2 u"
+                       u"\\pard\\s1\\b\\fs40 v}}"));
+    options.styles = StyleConflict::keep;
+    EXPECT_EQ(
+        narrow(merged(text, options)),
+        narrow(sheet + u"{\\s2\\b0\\i\\fs30\\sbasedon1\\ul Sub;}}{\\rtf1\\pard\\plain\\s1\\b0\\i\\fs30\\qc\\i\\fs30 y"
+                       u"\\pard\\fs20\\plain\\fs20\\fs20 z\\pard\\s2 u\\pard\\s1\\b0\\i\\fs30 v}}"));
+}
+
 }  // namespace
 }  // namespace velmor

@@ -1,6 +1,17 @@
 #pragma once
 
+#include <cstdint>
+
 namespace velmor {
+
+struct MergeReport;
+
+// What becomes of the text in a style of a lifted document whose name another definition has already.
+enum class StyleConflict : std::uint8_t {
+    rename,  // it keeps the style, under another name
+    host,    // it looks as the definition says that came first
+    keep     // it has the style that came first, and looks by direct formatting as its own one says
+};
 
 // The options of one run of cleaning, for all stages.
 struct CleanOptions {
@@ -14,6 +25,11 @@ struct CleanOptions {
 
     // Rows without \trkeep get one, so that none is split across pages.
     bool overrunProtection = true;
+
+    StyleConflict styles = StyleConflict::rename;
+
+    // Receives what merging did; null when nobody asks.
+    MergeReport* report = nullptr;
 };
 
 }  // namespace velmor

@@ -1,5 +1,6 @@
 #include "rtf/merge/ColourTable.h"
 
+#include "rtf/merge/MergeReport.h"
 #include "rtf/read/RtfReader.h"
 
 namespace velmor {
@@ -54,7 +55,14 @@ void ColourTable::add(std::u16string_view table, NumberMap& numbers, bool host) 
         const std::size_t end = table.find(u';', at);
         // A group in the table is damage; its braces must not be copied to the merged table.
         if (end == nowhere || table.substr(at, end - at).find_first_of(u"{}") != nowhere) return;
-        numbers.set(decimal(index), numberOf(table.substr(at, end + 1 - at), host));
+        const std::u16string_view definition = table.substr(at, end + 1 - at);
+        const std::size_t known = numbers_.size();
+        const std::int32_t number = numberOf(definition, host);
+        numbers.set(decimal(index), number);
+        if (report_ != nullptr) {
+            report_->add(&MergeReport::Document::colours, definition, decimal(index), decimal(number),
+                         numbers_.size() > known);
+        }
         at = end + 1;
         if (!tolerant_ && table[at] != u'\\') return;
     }

@@ -17,7 +17,7 @@ namespace velmor {
 // of documents other than the host: the theme that stays is the host's.
 class ColourTable {
 public:
-    explicit ColourTable(const CleanOptions& options) noexcept : tolerant_(options.tolerant) {}
+    explicit ColourTable(const CleanOptions& options) noexcept : tolerant_(options.tolerant), report_(options.report) {}
 
     // "{\colortbl", in exactly these letters, to the next "}".
     static std::optional<TextRange> find(std::u16string_view text, bool tolerant) noexcept;
@@ -32,6 +32,7 @@ private:
     std::int32_t numberOf(std::u16string_view definition, bool host);
 
     bool tolerant_;
+    MergeReport* report_;
     NameIndex numbers_;
     std::u16string definitions_;
 };

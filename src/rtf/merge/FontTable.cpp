@@ -1,5 +1,6 @@
 #include "rtf/merge/FontTable.h"
 
+#include "rtf/merge/MergeReport.h"
 #include "rtf/merge/TableEntries.h"
 
 namespace velmor {
@@ -86,7 +87,8 @@ std::pair<std::int32_t, bool> FontTable::settle(const std::u16string& key, std::
     return {known->second, isNew};
 }
 
-void FontTable::add(std::u16string_view table, NumberMap& numbers, std::u16string_view characterSet) {
+void FontTable::add(std::u16string_view table, NumberMap& numbers, std::u16string_view characterSet,
+                    MergeReport* report) {
     constexpr std::u16string_view opening = u"{\\fonttbl";
     const bool isHost = numbers_.empty();
     for (TableEntries entries(table, opening.size(), tolerant_); entries.next();) {
@@ -97,6 +99,8 @@ void FontTable::add(std::u16string_view table, NumberMap& numbers, std::u16strin
         if (font.digits.empty()) continue;
         const auto [number, isNew] = settle(keyOf(font, entry, tolerant_), font.digits, isHost);
         numbers.set(font.digits, number);
+        if (report != nullptr)
+            report->add(&MergeReport::Document::fonts, font.name, font.digits, decimal(number), isNew);
         if (!isNew) continue;
         const std::u16string_view opened = entries.isGroup() ? u"" : u"{";
         if (entries.isGroup()) entry.remove_suffix(1);

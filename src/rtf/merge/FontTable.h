@@ -18,8 +18,10 @@ public:
     explicit FontTable(const CleanOptions& options) noexcept : tolerant_(options.tolerant) {}
 
     // Adds the fonts of a document's table, "{\fonttbl" to its brace; `numbers` receives the new
-    // number of each. Fonts without a character set get the given one, unless that is empty.
-    void add(std::u16string_view table, NumberMap& numbers, std::u16string_view characterSet = {});
+    // number of each, and `report`, unless it is null, what became of it. Fonts without a character set get the given
+    // one, unless that is empty.
+    void add(std::u16string_view table, NumberMap& numbers, std::u16string_view characterSet = {},
+             MergeReport* report = nullptr);
 
     bool empty() const noexcept { return numbers_.empty(); }
 

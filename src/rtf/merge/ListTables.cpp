@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "rtf/merge/MergeReport.h"
 #include "rtf/read/RtfReader.h"
 
 namespace velmor {
@@ -85,6 +86,7 @@ void ListTables::readLists(std::u16string_view table) {
         const std::u16string_view templateId = numberOfWord(entry, u"listtemplateid", tolerant_);
         settledLists_.push_back({settle(ids_, id), settle(templateIds_, templateId)});
         idsOfDocument_.emplace(id, settledLists_.back().id);
+        if (report_ != nullptr) report_->add(&MergeReport::Document::lists, {}, id, settledLists_.back().id, true);
     });
 }
 
@@ -95,6 +97,7 @@ void ListTables::readOverrides(std::u16string_view table) {
         const std::u16string_view number = numberOfWord(entry, u"ls", tolerant_);
         std::u16string settled = settle(overrideNumbers_, number);
         if (settled[0] != u'-') overridesOfDocument_.set(number, wholeNumber(settled).value_or(0));
+        if (report_ != nullptr) report_->add(&MergeReport::Document::listOverrides, {}, number, settled, true);
         settledOverrides_.push_back(std::move(settled));
     });
 }

@@ -22,7 +22,7 @@ namespace velmor {
 // the numbers of the merged document.
 class ListTables {
 public:
-    explicit ListTables(const CleanOptions& options) noexcept : tolerant_(options.tolerant) {}
+    explicit ListTables(const CleanOptions& options) noexcept : tolerant_(options.tolerant), report_(options.report) {}
 
     // Readers number the lists that paragraphs describe themselves ({\*\pn...}) from 1, as if they were in the tables.
     // Before the host: no list of another document gets a number up to the given one.
@@ -61,6 +61,7 @@ private:
     std::u16string_view idOf(std::u16string_view id);
 
     bool tolerant_;
+    MergeReport* report_;
     bool host_ = true;
     bool hasTables_ = false;
 

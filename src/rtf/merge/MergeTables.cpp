@@ -11,6 +11,7 @@
 #include "rtf/merge/DefaultTabs.h"
 #include "rtf/merge/FontTable.h"
 #include "rtf/merge/ListTables.h"
+#include "rtf/merge/MergeReport.h"
 #include "rtf/merge/ReferenceSweep.h"
 #include "rtf/merge/RowPadding.h"
 #include "rtf/merge/StyleSheet.h"
@@ -228,6 +229,7 @@ void TableMerge::readTables(std::u16string_view text, std::size_t header, bool h
     references_.styles = &styles_;
     references_.lists = &lists_;
     references_.defaultStyle = styles_.defaultStyle(whole_);
+    references_.formats = true;
     if (whole_) references_.defaultSize = plainSize_;
     keepWidowControl(text, host);
 }
@@ -260,7 +262,7 @@ void TableMerge::addFonts(std::u16string_view table, bool host) {
         NumberMap unused;
         fonts_.add(timesNewRoman, unused);
     }
-    fonts_.add(table, fontNumbers_, host ? std::u16string_view() : foreignCharacterSet());
+    fonts_.add(table, fontNumbers_, host ? std::u16string_view() : foreignCharacterSet(), options_.report);
 }
 
 // That of a lifted document's code page, where the host's is another.
@@ -319,6 +321,7 @@ void TableMerge::beginWhole(std::size_t header) {
     if (references_.defaultStyle != NumberMap::none) words += u"\\s" + decimal(references_.defaultStyle);
     words.append(references_.widowControl).append(u"\\plain");
     if (references_.defaultSize != NumberMap::none) words += u"\\fs" + decimal(references_.defaultSize);
+    if (const DirectLook* const look = styles_.directLook(StyleKind::paragraph, u"0")) words += look->words;
     changes_.push_back({{header, header}, std::move(words)});
 }
 
@@ -397,6 +400,7 @@ void TableMerge::change(std::u16string& text) {
 }
 
 void TableMerge::mergeHost(std::u16string& text) {
+    if (options_.report != nullptr) options_.report->documents.emplace_back();
     const std::size_t host = findHostDocument(text);
     if (host == noDocument) return;
     std::size_t header = hostHeaderStart(text, host);
@@ -417,6 +421,7 @@ void TableMerge::mergeHost(std::u16string& text) {
 }
 
 void TableMerge::mergeLifted(TableCollection::Document& document) {
+    if (options_.report != nullptr) options_.report->documents.emplace_back();
     const std::size_t header = hostHeaderStart(document.text, 0);
     if (options_.tolerant) page_ = codePageOfDocument(document.text, header);
     findTables(document.text, document.groups);

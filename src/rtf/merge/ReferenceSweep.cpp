@@ -1,5 +1,6 @@
 #include "rtf/merge/ReferenceSweep.h"
 
+#include "rtf/merge/DirectFormatting.h"
 #include "rtf/read/Module1.h"
 #include "rtf/read/RtfReader.h"
 
@@ -26,6 +27,7 @@ void ReferenceSweep::sweep(std::size_t begin, std::size_t end) {
     static const WordSet words(
         {WordTrait::font, WordTrait::moreFont, WordTrait::colour, WordTrait::moreColour},
         {Word::bin, Word::cs, Word::ds, Word::ls, Word::pard, Word::plain, Word::s, Word::ts, Word::yts});
+    end_ = end;
     for (std::size_t at = begin; at + 1 < end;) {
         if (text_[at] != u'\\') {
             ++at;
@@ -49,7 +51,58 @@ std::size_t ReferenceSweep::take(std::size_t at) {
         default:
             if (!found.number.empty()) takeNumber(found, meaning, found.letters);
     }
-    return found.end;
+    const DirectLook* look = nullptr;
+    if (meaning.word == Word::pard) look = lookOf(StyleKind::paragraph, u"0");
+    if (look != nullptr && namesItself(found.end, u"s")) look = nullptr;
+    if (const auto style = styleKindOf(meaning.word)) look = lookOf(*style, found.number);
+    return look == nullptr ? found.end : takeFormatted(found, *look);
+}
+
+const DirectLook* ReferenceSweep::lookOf(StyleKind kind, std::u16string_view number) const {
+    return references_.formats ? references_.styles->directLook(kind, number) : nullptr;
+}
+
+// Takes the words that format the text of a style as well: those of the look that goes are cut, and those of the look
+// that comes precede the others, which are the author's.
+std::size_t ReferenceSweep::takeFormatted(const ControlWord& found, const DirectLook& look) {
+    insertWords(found.end, look.words);
+    WordRun run(text_, found.end);
+    std::size_t end = found.end;
+    while (run.next() && run.word().begin < end_) {
+        const ControlWord word = run.word();
+        const Word meaning = meaningOf(word.letters).word;
+        if (word.letters == u"par" || meaning == Word::pard || meaning == Word::bin || styleKindOf(meaning)) break;
+        const auto said = findWord(look.replaced, word.letters);
+        if (said && said->number == newNumber(word)) {
+            edits_->cut(word.begin, endWithBlank(text_, word));
+        } else {
+            take(word.begin);
+            if (meaning == Word::plain) insertWords(word.end, look.words);
+        }
+        end = word.end;
+    }
+    return end;
+}
+
+// After a word. A blank that ended it ends the last one of `words` then.
+void ReferenceSweep::insertWords(std::size_t at, std::u16string_view words) {
+    if (standsAt(text_, at, u" ")) {
+        edits_->replaceVal(at, at, std::u16string(words));
+    } else {
+        edits_->replaceApartVal(at, at, std::u16string(words));
+    }
+}
+
+// The word's number in the merged document.
+std::u16string ReferenceSweep::newNumber(const ControlWord& found) const {
+    const WordMeaning meaning = meaningOf(found.letters);
+    std::int32_t number = NumberMap::none;
+    const bool isFont = meaning.is(WordTrait::font) || meaning.is(WordTrait::moreFont);
+    const bool isColour = meaning.is(WordTrait::colour) || meaning.is(WordTrait::moreColour);
+    if (isFont && references_.fonts != nullptr) number = references_.fonts->find(found.number);
+    if (isColour && references_.colours != nullptr) number = references_.colours->find(found.number);
+    if (meaning.word == Word::ls) number = references_.lists->numberOf(found.number);
+    return number == NumberMap::none ? std::u16string(found.number) : decimal(number);
 }
 
 std::size_t ReferenceSweep::takeCapitals(std::size_t at) {

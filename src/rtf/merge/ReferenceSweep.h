@@ -19,6 +19,7 @@ struct References {
     StyleSheet* styles = nullptr;
     ListTables* lists = nullptr;
     std::int32_t defaultStyle = NumberMap::none;  // named in paragraphs without a style
+    bool formats = false;                         // whether styles may bring formatting with them (DirectLook)
     // Tolerant merging only, for lifted documents: the font and the size that \plain means, and \widctlpar or
     // \nowidctlpar where \pard would go back to the other one in the host.
     std::int32_t defaultFont = NumberMap::none;
@@ -52,6 +53,10 @@ private:
     void replacePlainly(const ControlWord& found, std::u16string_view letters, const NumberMap* numbers);
     void replaceNumber(const ControlWord& found, std::int32_t number);
     void nameDefaults(const ControlWord& found);
+    const DirectLook* lookOf(StyleKind kind, std::u16string_view number) const;
+    std::size_t takeFormatted(const ControlWord& found, const DirectLook& look);
+    void insertWords(std::size_t at, std::u16string_view words);
+    std::u16string newNumber(const ControlWord& found) const;
     std::u16string defaultWord(const ControlWord& found, std::u16string_view letters, std::int32_t number);
     bool namesItself(std::size_t at, std::u16string_view letters) const;
 
@@ -60,6 +65,7 @@ private:
     std::u16string_view text_;
     References references_;
     TextEdits* edits_ = nullptr;
+    std::size_t end_ = 0;  // of the range that is swept
 
     // The last exact replacement: its word, its old number, and its delimiter.
     std::u16string_view lastLetters_;

@@ -4,6 +4,8 @@
 #include <optional>
 
 #include "rtf/edit/TextEdits.h"
+#include "rtf/merge/DirectFormatting.h"
+#include "rtf/merge/MergeReport.h"
 #include "text/Compare.h"
 
 namespace velmor {
@@ -31,17 +33,9 @@ StyleKind linkedKind(StyleKind kind) {
     return kind == StyleKind::paragraph ? StyleKind::character : StyleKind::paragraph;
 }
 
-// Looks of writers are shorter; the bound keeps the time for each style constant.
-constexpr std::size_t longestLook = 1000;
-
-std::optional<ControlWord> findWord(std::u16string_view look, std::u16string_view letters) {
-    look = look.substr(0, longestLook);
-    for (std::size_t at = 0; (at = look.find(letters, at)) != look.npos; ++at) {
-        if (at == 0 || look[at - 1] != u'\\') continue;
-        const ControlWord word = readWord(look, at - 1);
-        if (word.letters == letters) return word;
-    }
-    return std::nullopt;
+// Of a style's name and kind. A name belongs to each kind by itself.
+std::u16string nameKey(std::u16string name, StyleKind kind) {
+    return std::move(name) + u'\0' + static_cast<char16_t>(kind);
 }
 
 }  // namespace
@@ -61,7 +55,8 @@ std::optional<StyleKind> styleKindOf(Word word) noexcept {
     }
 }
 
-StyleSheet::StyleSheet(const CleanOptions& options) : tolerant_(options.tolerant) {
+StyleSheet::StyleSheet(const CleanOptions& options)
+    : tolerant_(options.tolerant), conflict_(options.styles), report_(options.report) {
     fresh_.take(decimal(kNoStyle));
 }
 
@@ -137,7 +132,19 @@ void StyleSheet::addStyles(std::int32_t font) {
     for (std::size_t i = 0; i < styles_.size(); ++i) settleFromBase(i);
     for (const Style& style : styles_) {
         if (style.isNew) append(style);
+        if (report_ != nullptr) report(style);
     }
+}
+
+void StyleSheet::report(const Style& style) {
+    using Outcome = MergedEntry::Outcome;
+    MergeReport::Document& document = report_->documents.back();
+    report_->add(&MergeReport::Document::styles, trimmed(nameIn(style)), style.number.digits, decimal(style.newNumber),
+                 style.isNew);
+    MergedEntry& entry = document.styles.back();
+    entry.newName += style.suffix;
+    if (!style.suffix.empty()) entry.outcome = Outcome::renamed;
+    if (style.isLeftOut) entry.outcome = conflict_ == StyleConflict::host ? Outcome::replaced : Outcome::direct;
 }
 
 // The default font, where a style neither names a font nor is based on one that may.
@@ -161,6 +168,7 @@ void StyleSheet::addNormalOfHost() {
     style.newNumber = 0;
     if (!lastOfName_.emplace(style.name, 1).second) return;
     numbersByKey_.emplace(keyOf(style), 0);
+    define(style, 0);
     if (!tolerant_) entries_.append(u"\r\n").append(normal);
 }
 
@@ -213,8 +221,45 @@ std::u16string StyleSheet::keyOf(const Style& style) const {
     return key.append(1, u'\0').append(nameOf(style.link, linkedKind(style.kind)));
 }
 
+void StyleSheet::define(const Style& style, std::int32_t number) {
+    if (conflict_ == StyleConflict::rename || style.name.empty()) return;
+    definitions_.try_emplace(nameKey(style.name, style.kind), Definition{number, style.look});
+}
+
+// The one that the style's text is to have; null when the style is added. The looks of sections and tables cannot be
+// written into their text.
+const StyleSheet::Definition* StyleSheet::otherDefinition(const Style& style) const {
+    if (host_ || style.isPlain) return nullptr;
+    const bool isOfText = style.kind == StyleKind::paragraph || style.kind == StyleKind::character;
+    if (conflict_ == StyleConflict::keep && !isOfText) return nullptr;
+    const auto found = definitions_.find(nameKey(style.name, style.kind));
+    return found == definitions_.end() ? nullptr : &found->second;
+}
+
+void StyleSheet::leaveOut(Style& style, const Definition& other) {
+    style.newNumber = other.number;
+    style.isLeftOut = true;
+    if (style.kind == StyleKind::section || style.kind == StyleKind::table || style.look == other.look) return;
+    if (conflict_ == StyleConflict::host) {
+        style.direct = {directWords(other.look), style.look};
+    } else {
+        style.direct = {undoingWords(other.look, style.look) + directWords(style.look), {}};
+    }
+}
+
+const DirectLook* StyleSheet::directLook(StyleKind kind, std::u16string_view number) const {
+    if (definitions_.empty()) return nullptr;
+    const Style* const style = styleOf({0, number}, kind);
+    const bool hasLook =
+        style != nullptr && style->kind == kind && !(style->direct.words.empty() && style->direct.replaced.empty());
+    return hasLook ? &style->direct : nullptr;
+}
+
 void StyleSheet::settle(Style& style) {
-    const auto [known, isNew] = numbersByKey_.emplace(keyOf(style), NumberMap::none);
+    std::u16string key = keyOf(style);
+    const Definition* const other = numbersByKey_.count(key) == 0 ? otherDefinition(style) : nullptr;
+    if (other != nullptr) return leaveOut(style, *other);
+    const auto [known, isNew] = numbersByKey_.emplace(std::move(key), NumberMap::none);
     if (isNew || host_) {
         style.isNew = true;
         const std::u16string_view number = style.number.digits.empty() ? u"0" : style.number.digits;
@@ -223,12 +268,13 @@ void StyleSheet::settle(Style& style) {
             keeps ? static_cast<std::int32_t>(std::stol(std::string(number.begin(), number.end()))) : fresh_.next();
         if (known->second == 0) {
             hasNormal_ = true;
-            normalLook_ = style.look.substr(0, longestLook);
+            normalLook_ = style.look.substr(0, kLongestLook);
             if (!style.base.digits.empty()) normalLook_ += baseWord;
         }
         const bool isNormal = known->second == 0 || (host_ && style.name == u"normal");
         changesPlain_ = changesPlain_ || (isNormal && !(style.look.empty() && style.base.digits.empty()));
         if (!style.name.empty()) claimName(style);
+        define(style, known->second);
     }
     style.newNumber = known->second;
 }
@@ -297,7 +343,9 @@ void StyleSheet::append(const Style& style) {
         const std::int32_t number = to == nullptr ? otherwise : to->newNumber;
         edits.replaceVal(reference.at, reference.at + reference.digits.size(), decimal(number));
     };
-    const std::u16string number = decimal(style.newNumber) + style.font + ownSpacing(style);
+    const Style* const base = styleOf(style.base, style.kind);
+    std::u16string number = decimal(style.newNumber) + style.font + ownSpacing(style);
+    if (base != nullptr && conflict_ == StyleConflict::keep) number += base->direct.words;
     if (!style.number.digits.empty()) {
         edits.replaceVal(style.number.at, style.number.at + style.number.digits.size(), number);
     } else if (style.newNumber != 0) {
@@ -307,7 +355,7 @@ void StyleSheet::append(const Style& style) {
         const std::size_t begin = style.base.at - baseWord.size();
         edits.cut(begin, endWithBlank(style.entry, readWord(style.entry, begin)));
     } else {
-        point(style.base, styleOf(style.base, style.kind), kNoStyle);
+        point(style.base, base, kNoStyle);
     }
     point(style.next, styleOf(style.next, StyleKind::paragraph), style.newNumber);
     point(style.link, styleOf(style.link, linkedKind(style.kind)), kNoStyle);
@@ -331,7 +379,7 @@ std::int32_t StyleSheet::numberOf(StyleKind kind, std::u16string_view number) {
 std::int32_t StyleSheet::defaultStyle(bool whole) {
     if (host_) return NumberMap::none;
     if (const Style* const style = ownNormal()) return style->newNumber == 0 ? NumberMap::none : style->newNumber;
-    if (whole && changesPlain_) defaultStyle_ = plainStyle();
+    if (whole && changesPlain_ && conflict_ != StyleConflict::host) defaultStyle_ = plainStyle();
     return defaultStyle_;
 }
 
@@ -350,6 +398,7 @@ std::int32_t StyleSheet::fontOfNormal() const {
 // One for all documents that need it.
 std::int32_t StyleSheet::plainStyle() {
     Style style = read(normal);
+    style.isPlain = true;
     settle(style);
     if (style.isNew) append(style);
     return style.newNumber;

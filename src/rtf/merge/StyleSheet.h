@@ -16,6 +16,12 @@
 
 namespace velmor {
 
+// The formatting of text whose style has another definition in the merged document.
+struct DirectLook {
+    std::u16string words;     // are written after the style's number
+    std::u16string replaced;  // the words of this look go where they follow the number
+};
+
 // The number of a style that means none.
 inline constexpr std::int32_t kNoStyle = 222;
 
@@ -26,7 +32,8 @@ std::optional<StyleKind> styleKindOf(Word word) noexcept;
 
 // The styles of all documents of a run. The host's keep their names and numbers. A style of another
 // document that equals one already here is that one; any other gets a number of its own, and, when
-// its name is taken, a new name: "heading 1 (2)". docs/cleaning.md has the rules.
+// its name is taken, a new name: "heading 1 (2)". On request it is left out instead, and its text gets the style that
+// has the name (CleanOptions::styles). docs/cleaning.md has the rules.
 class StyleSheet {
 public:
     explicit StyleSheet(const CleanOptions& options);
@@ -43,6 +50,9 @@ public:
 
     // The number of the document's style; NumberMap::none when the reference stays as it is.
     std::int32_t numberOf(StyleKind kind, std::u16string_view number);
+
+    // What a reference to the document's style must write besides the number; null when nothing.
+    const DirectLook* directLook(StyleKind kind, std::u16string_view number) const;
 
     // What paragraphs of the document that name no style have to name now; none when nothing. `whole`: the
     // document defines its own look, so that they must not get the host's style 0.
@@ -73,7 +83,16 @@ private:
         std::int32_t newNumber = NumberMap::none;
         bool isNew = false;
         std::u16string suffix;
-        std::u16string font;  // the word that names the document's default font, where the style needs it
+        std::u16string font;     // the word that names the document's default font, where the style needs it
+        bool isPlain = false;    // made here for text without a style
+        bool isLeftOut = false;  // its text has the other style of its name
+        DirectLook direct;
+    };
+
+    // The style that has a name.
+    struct Definition {
+        std::int32_t number;
+        std::u16string look;
     };
 
     void noteWord(Style& style, const EntryItems& items) const;
@@ -86,6 +105,10 @@ private:
     std::u16string keyOf(const Style& style) const;
     const Style* styleOf(const Reference& reference, StyleKind preferred) const;
     void claimName(Style& style);
+    void define(const Style& style, std::int32_t number);
+    const Definition* otherDefinition(const Style& style) const;
+    void leaveOut(Style& style, const Definition& other);
+    void report(const Style& style);
     std::u16string nameOf(const Reference& reference, StyleKind preferred) const;
     std::u16string ownSpacing(const Style& style) const;
     bool losesWords(const Style& style) const;
@@ -96,6 +119,8 @@ private:
     std::int32_t plainStyle();
 
     bool tolerant_;
+    StyleConflict conflict_;
+    MergeReport* report_;
     bool host_ = true;
     bool hasSheet_ = false;
     bool hasNormal_ = false;     // style 0 is there
@@ -103,7 +128,8 @@ private:
     bool changesPlain_ = false;  // the host's style 0, or the one named "Normal", changes something
 
     std::unordered_map<std::u16string, std::int32_t> numbersByKey_;
-    NameIndex lastOfName_;  // the highest suffix given to a name; 1 without one
+    NameIndex lastOfName_;                                        // the highest suffix given to a name; 1 without one
+    std::unordered_map<std::u16string, Definition> definitions_;  // by name and kind, unless styles are renamed
     FreshNumbers fresh_;
     std::u16string entries_;
 
