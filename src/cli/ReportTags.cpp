@@ -10,6 +10,7 @@
 #include "cli/LineText.h"
 #include "cli/ReportText.h"
 #include "cli/TraceFile.h"
+#include "core/EvaluationRun.h"
 #include "text/Compare.h"
 #include "text/Encoding.h"
 #include "text/RtfStart.h"
@@ -24,6 +25,14 @@ std::u16string seenValue(std::u16string_view value, bool isRtf) {
     if (!isRtf) return std::u16string(value);
     const std::vector<Story> stories = readStories(std::u16string(kRtfStart).append(u" ").append(value).append(u"}"));
     return stories.front().text();
+}
+
+// A tag by what is written between its markers.
+Json named(std::u16string_view name) {
+    name = name.substr(0, ReportCollector::kMostOfName);
+    const std::size_t separator = name.find(kHandlerSeparator);
+    const std::u16string handler = separator == name.npos ? std::u16string() : upperCase(name.substr(0, separator));
+    return {{"name", reportText(name)}, {"handler", shown(handler)}, {"command", ""}};
 }
 
 }  // namespace
@@ -149,15 +158,14 @@ Json ReportTags::unevaluatedJson(std::size_t tag) const {
     return json;
 }
 
-// A tag of the file, as the author sees it.
+// A tag of the file, as the author sees it. One that evaluation does not reach is not read: each reading costs the
+// length of the tag, with all tags in it.
 Json ReportTags::describe(const TemplateFile& file, const TemplateTag& tag) const {
-    Json json = {{"name", ""}, {"handler", ""}, {"command", ""}};
-    if (!tag.span.complete()) return json;
-    const std::u16string_view name = file.innerOf(tag);
-    json["name"] = reportText(name, ReportCollector::kMostOfName);
-    if (name.find(kHandlerSeparator) == name.npos) return json;
+    if (!tag.span.complete()) return {{"name", ""}, {"handler", ""}, {"command", ""}};
+    Json json = named(file.innerOf(tag));
+    const bool isTooDeep = tag.depth >= static_cast<std::uint32_t>(kMaximumLevels);
+    if (json["handler"] == "" || isTooDeep) return json;
     const TagParts parts(file, tag);
-    json["handler"] = shown(parts.handler());
     json["command"] = shown(parts.command());
     if (parts.hasCommandValue()) json["commandValue"] = shown(parts.commandValue(services_));
     json["parameters"] = Json::array();
@@ -173,10 +181,8 @@ Json ReportTags::describeName(std::u16string_view name) const {
     std::u16string text(kOpeningMarker);
     text.append(name).append(kClosingMarker);
     const TemplateFile file({}, std::move(text), {});
-    Json json = describe(file, file.tags().front());
-    json["name"] = reportText(name);
-    json["handler"] = shown(upperCase(name.substr(0, name.find(kHandlerSeparator))));
-    return json;
+    const TemplateTag& tag = file.tags().front();
+    return tag.span.complete() ? describe(file, tag) : named(name);
 }
 
 }  // namespace velmor::cli
