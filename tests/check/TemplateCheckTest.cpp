@@ -95,6 +95,9 @@ TEST(TemplateCheck, SeesRtfAsItsAuthorDoes) {
         {u"{\\rtf1{\\*\\x <KV:TAG>PROPERTY:a=:}{\\pict 3c}{\\header <KV:H>a:</KV>}}", "1:13 KV102, 1:53 KV201"},
         {u"{\\rtf1 {a}", "1:1 KV601"},
         {u"{\\rtf1\\trowd\\cellx1\\intbl a\\cell b\\cell\\row}", "1:40 KV602"},
+        {u"{\\rtf1\\trowd\\cellx1\\intbl\\itap2 a\\nestcell{\\*\\nesttableprops\\trowd\\cellx1\\nestrow}"
+         u"\\pard\\intbl b\\cell c\\cell\\row}",
+         "1:108 KV602"},
         {u"{\\rtf1\\trowd\\cellx1\\cellx2\\intbl a\\cell\\row\\intbl b\\cell}", "1:40 KV602, 1:52 KV602"},
         {u"{\\rtf1\\trowd\\cellx1\\intbl\\itap2 a\\nestcell{\\*\\nesttableprops\\trowd\\cellx1\\cellx2\\nestrow}"
          u"\\pard\\intbl\\cell\\row}",
