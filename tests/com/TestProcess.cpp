@@ -1,13 +1,10 @@
 // The component in the process of a host: handlers and host objects that misbehave, objects that are passed as bare
-// interface pointers, classes that are registered anew, threads, and the log.
+// interface pointers, classes that are registered anew, and threads.
 
 #include <gtest/gtest.h>
 
 #include <array>
-#include <filesystem>
-#include <fstream>
 #include <functional>
-#include <regex>
 #include <thread>
 
 #include "Host.h"
@@ -63,32 +60,6 @@ const struct {
      [](Stage& on, const ComPtr<IDispatch>& child) {
          if (child) get(child.get(), L"Dispose");
          EXPECT_EQ(on.tag->Dispose(VARIANT_TRUE), S_OK);
-     }},
-    {L"replace",
-     [](Stage& on, const ComPtr<IDispatch>& child) {
-         for (IDispatch* each : {static_cast<IDispatch*>(on.tag.get()), child.get()}) {
-             if (!each) continue;
-             for (const wchar_t* member : {L"Properties", L"Variables", L"Database"}) {
-                 call(each, member, DISPATCH_PROPERTYPUTREF, values(static_cast<IDispatch*>(nullptr)));
-             }
-             call(each, L"Value", DISPATCH_PROPERTYPUT, values(L"other"));
-             call(each, L"Name", DISPATCH_PROPERTYPUT, values(L"OTHER>X:"));
-         }
-     }},
-    {L"empty",
-     [](Stage& on, const ComPtr<IDispatch>& child) {
-         for (const wchar_t* member : {L"Properties", L"Variables", L"Elements", L"ErrorLog"}) {
-             get(get(on.tag.get(), member).object().get(), L"RemoveAll");
-             if (child) get(get(child.get(), member).object().get(), L"RemoveAll");
-         }
-         EXPECT_EQ(on.tag->BuildTagCollection(), S_OK);
-     }},
-    {L"re-enter",
-     [](Stage& on, const ComPtr<IDispatch>& child) {
-         for (const wchar_t* member : {L"Result", L"CommandValueProcessed", L"Tags"}) {
-             EXPECT_EQ(get(on.tag.get(), member).code, S_OK);
-             EXPECT_EQ(child ? get(child.get(), member).code : S_OK, S_OK);
-         }
      }},
     {L"release all",
      [](Stage& on, const ComPtr<IDispatch>&) {
@@ -226,32 +197,6 @@ TEST(Process, ThreadsWorkInApartmentsOfTheirOwn) {
     for (int i = 0; i < kThreads; ++i) EXPECT_TRUE(results[i] == ManyTags(i * kClasses / kThreads).result) << i;
     for (int i = 0; i < kClasses; ++i) removeClass(L"VelmorTest.Many" + std::to_wstring(i));
     RegDeleteKeyW(HKEY_LOCAL_MACHINE, group.c_str());
-}
-
-// A thread reads the settings once, so the log has a thread of its own.
-TEST(Process, TheTimingLogIsWrittenAndNeverStopsEvaluation) {
-    const std::filesystem::path data =
-        get(get(newTag().get(), L"Library").object().get(), L"CommonDataFolder").text() + L"\\Pellmar";
-    const std::wstring options = L"SOFTWARE\\Korvane\\Quillmark\\Options";
-    setText(options, L"Logging Types", L"30");
-    for (const bool isObstructed : {true, false}) {
-        std::filesystem::remove_all(data);
-        if (isObstructed) std::ofstream(data) << "a file in the folder's place";
-        std::thread([] {
-            ASSERT_HRESULT_SUCCEEDED(CoInitialize(nullptr));
-            EXPECT_EQ(resultOf(newTag(), L"<KV:LEVEL3>X:</KV>"), L"L3[X]");
-            CoUninitialize();
-        }).join();
-    }
-    RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, options.c_str(), L"Logging Types");
-    const std::filesystem::path log = std::filesystem::directory_iterator(data / "Logs")->path();
-    EXPECT_TRUE(std::regex_match(log.filename().string(), std::regex("VelmorLog-20\\d{6}\\.log")));
-    std::string line;
-    std::getline(std::ifstream(log, std::ios::binary), line);
-    EXPECT_TRUE(std::regex_match(
-        line, std::regex("\\d\\d/\\d\\d/20\\d\\d \\d\\d:\\d\\d:\\d\\d \\S+ TAGCOL 0000\\.\\d{3}  1\r")))
-        << line;
-    std::filesystem::remove_all(data);
 }
 
 }  // namespace

@@ -5,12 +5,10 @@
 #include <algorithm>
 
 #include "automation/Convert.h"
-#include "automation/Errors.h"
 #include "platform/SystemServices.h"
 #include "platform/win32/ComPtr.h"
 #include "platform/win32/Faces.h"
 #include "platform/win32/VariantBridge.h"
-#include "text/Compare.h"
 #include "text/Error.h"
 
 namespace velmor::platform {
@@ -124,88 +122,6 @@ TEST_F(Machine, CreatesRegisteredClassesOnly) {
                                  u"new:{EE09B103-97E0-11CF-978F-00A02463E06F}", u"CLSID\\Scripting.Dictionary"}) {
         EXPECT_EQ(errorOf([&] { services_.objects.create(name); }), 429);
     }
-}
-
-// Changes its argument, returns it, fails, and keeps a value.
-class Sample : public automation::Object {
-public:
-    Variant invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) override {
-        if (equalIgnoringCase(name, u"Change")) {
-            arguments[0] = Variant(automation::toText(arguments[0]).value_or(u"?") + u"!");
-            return static_cast<std::int32_t>(arguments.size());
-        }
-        if (equalIgnoringCase(name, u"Same")) return arguments[0];
-        if (equalIgnoringCase(name, u"Fail")) throw Error(1234, u"Sample", u"as asked");
-        if (!equalIgnoringCase(name, u"Value") && !name.empty()) automation::raiseNoSuchMember(name);
-        if (kind == InvokeKind::let || kind == InvokeKind::set) value_ = arguments.back();
-        return value_;
-    }
-    std::u16string typeName() const override { return u"Sample"; }
-
-private:
-    Variant value_;
-};
-
-Variant call(const automation::ObjectRef& object, std::u16string_view name, InvokeKind kind,
-             std::vector<Variant> arguments = {}) {
-    return object->invoke(name, kind, arguments);
-}
-
-TEST_F(Machine, CallsForeignObjects) {
-    const auto dictionary = services_.objects.create(u"Scripting.Dictionary");
-    call(dictionary, u"add", InvokeKind::method, {u"a", 1});
-    call(dictionary, u"Item", InvokeKind::let, {u"a", u"one"});
-    EXPECT_TRUE(call(dictionary, u"Count", InvokeKind::get).identical(Variant(1)));
-    EXPECT_TRUE(call(dictionary, u"", InvokeKind::get, {u"a"}).identical(Variant(u"one")));
-    EXPECT_EQ(dictionary->typeName(), u"Dictionary");
-
-    const auto sample = std::make_shared<Sample>();
-    call(dictionary, u"Item", InvokeKind::let, {u"s", Variant(automation::ObjectRef(sample))});
-    EXPECT_EQ(call(dictionary, u"Item", InvokeKind::get, {u"s"}).object(), sample);
-    call(dictionary, u"Item", InvokeKind::let, {u"d", Variant(dictionary)});
-    const auto again = call(dictionary, u"Item", InvokeKind::get, {u"d"}).object();
-    const auto first = ComPtr<IDispatch>::attach(foreignOf(dictionary));
-    const auto second = ComPtr<IDispatch>::attach(foreignOf(again));
-    EXPECT_EQ(first.get(), second.get());
-    call(dictionary, u"RemoveAll", InvokeKind::method);  // it contained itself
-
-    EXPECT_EQ(errorOf([&] { call(dictionary, u"NoSuchMember", InvokeKind::get); }), 438);
-}
-
-TEST_F(Machine, PassesReferencesAndErrorsThroughTheAdapter) {
-    const auto sample = std::make_shared<Sample>();
-    const auto adapter = ComPtr<IDispatch>::attach(faceOf(sample));
-    const auto same = ComPtr<IDispatch>::attach(faceOf(sample));
-    EXPECT_EQ(adapter.get(), same.get());
-    EXPECT_EQ(objectOf(adapter.get()), sample);
-
-    const auto foreign = wrapForeign(adapter.get());  // called as a foreign object
-    std::vector<Variant> arguments{Variant(u"text"), Variant::missing()};
-    EXPECT_TRUE(foreign->invoke(u"change", InvokeKind::method, arguments).identical(Variant(2)));
-    EXPECT_TRUE(arguments[0].identical(Variant(u"text!")));
-    EXPECT_TRUE(arguments[1].isMissing());
-    EXPECT_EQ(call(foreign, u"Same", InvokeKind::method, {Variant(automation::ObjectRef(sample))}).object(), sample);
-    call(foreign, u"Value", InvokeKind::let, {2.5});
-    EXPECT_TRUE(call(foreign, u"", InvokeKind::get).identical(Variant(2.5)));
-    try {
-        call(foreign, u"Fail", InvokeKind::method);
-        ADD_FAILURE();
-    } catch (const Error& error) {
-        EXPECT_EQ(error.number(), 1234);
-        EXPECT_EQ(error.source(), u"Sample");
-        EXPECT_EQ(error.description(), u"as asked");
-    }
-    EXPECT_EQ(errorOf([&] { call(foreign, u"Nothing", InvokeKind::method); }), 438);
-}
-
-TEST_F(Machine, ReleasesObjectsWithTheirAdapters) {
-    auto sample = std::make_shared<Sample>();
-    const std::weak_ptr<Sample> watch = sample;
-    IDispatch* adapter = faceOf(sample);
-    sample.reset();
-    EXPECT_FALSE(watch.expired());
-    EXPECT_EQ(adapter->Release(), 0U);
-    EXPECT_TRUE(watch.expired());
 }
 
 // A class with type information, whose members take references of their own types.

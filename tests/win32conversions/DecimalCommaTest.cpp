@@ -61,18 +61,12 @@ TEST_F(DecimalComma, ReadsNumbersAsEveryMachineDoes) {
         u"a=6458.88$:b=0.2#:c=!12.5!:d=7.25:e=1234,5#:f=1.5&:g=7,25:h=1.234:i=922337203685477.5807$:"
         u"j=1234567890123.4567$:k=!79228162514264337593543950335!:l=" +
         std::u16string(400, u'9') + u"#:");
-    const Variant wanted[] = {Currency{64588800},
-                              0.2,
-                              Decimal{0, 125, 1, false},
-                              7.25,
-                              1234.5,
-                              1.5,
-                              u"7,25",
-                              1.234,
-                              Currency{std::numeric_limits<std::int64_t>::max()},
-                              Currency{12345678901234567},
-                              Decimal{~0U, std::numeric_limits<std::uint64_t>::max(), 0, false},
-                              std::u16string(400, u'9') + u"#"};
+    // clang-format off
+    const Variant wanted[] = {
+        Currency{64588800}, 0.2, Decimal{0, 125, 1, false}, 7.25, 1234.5, 1.5, u"7,25", 1.234,
+        Currency{std::numeric_limits<std::int64_t>::max()}, Currency{12345678901234567},
+        Decimal{~0U, std::numeric_limits<std::uint64_t>::max(), 0, false}, std::u16string(400, u'9') + u"#"};
+    // clang-format on
     for (std::int32_t i = 0; i < collection_->Count(); ++i) {
         EXPECT_TRUE(collection_->Item(i + 1)->Value().identical(wanted[i])) << toUtf8(collection_->Item(i + 1)->Name());
     }
@@ -80,17 +74,13 @@ TEST_F(DecimalComma, ReadsNumbersAsEveryMachineDoes) {
 
 TEST_F(DecimalComma, WritesNumbersThatEveryMachineReads) {
     using Double = std::numeric_limits<double>;
-    const Variant values[] = {1234567.5,
-                              0.5,
-                              1e-5,
-                              Double::max(),
-                              Double::denorm_min(),
-                              1234.5f,
-                              std::numeric_limits<float>::max(),
-                              std::numeric_limits<float>::denorm_min(),
-                              Currency{12345678901234567},
-                              Currency{std::numeric_limits<std::int64_t>::min()},
-                              Decimal{~0U, std::numeric_limits<std::uint64_t>::max(), 28, true}};
+    // clang-format off
+    const Variant values[] = {
+        1234567.5, 0.5, 1e-5, Double::max(), Double::denorm_min(), 1234.5f, std::numeric_limits<float>::max(),
+        std::numeric_limits<float>::denorm_min(), Currency{12345678901234567},
+        Currency{std::numeric_limits<std::int64_t>::min()},
+        Decimal{~0U, std::numeric_limits<std::uint64_t>::max(), 28, true}};
+    // clang-format on
     for (const Variant& value : values) {
         collection_->Add(u"n", value, true);
         const std::u16string text = collection_->Stored();

@@ -113,51 +113,6 @@ TEST(VariantBridge, ArraysAreCarriedWhole) {
     SysFreeString(element);
 }
 
-// A by-reference argument of that type.
-template <class T>
-VARIANT referenceTo(VARTYPE type, T* data) {
-    VARIANT reference;
-    VariantInit(&reference);
-    reference.vt = static_cast<VARTYPE>(VT_BYREF | type);
-    V_BYREF(&reference) = data;
-    return reference;
-}
-
-TEST(VariantBridge, ReferencesKeepTheirType) {
-    BSTR text = makeBstr(u"before");
-    VARIANT textReference = referenceTo(VT_BSTR, &text);
-    VARIANT outer = referenceTo(VT_VARIANT, &textReference);  // means the text
-    EXPECT_EQ(assignReference(outer, 1.5), S_OK);
-    EXPECT_EQ(assignReference(textReference, automation::Null{}), DISP_E_TYPEMISMATCH);
-    EXPECT_TRUE(fromVariant(outer).identical(u"1.5"));
-    SysFreeString(text);
-
-    SHORT small[] = {1, 2};
-    VARIANT smallReference = referenceTo(VT_I2, &small[0]);
-    EXPECT_EQ(assignReference(smallReference, u"-1"), S_OK);
-    EXPECT_EQ(assignReference(smallReference, 70000), DISP_E_OVERFLOW);
-    EXPECT_EQ(small[0], -1);
-    EXPECT_EQ(small[1], 2);
-
-    DECIMAL decimal{};
-    VARIANT decimalReference = referenceTo(VT_DECIMAL, &decimal);
-    EXPECT_EQ(assignReference(decimalReference, u"-12.5"), S_OK);
-    EXPECT_TRUE(fromVariant(decimalReference).identical(automation::Decimal{0, 125, 1, true}));
-    EXPECT_EQ(decimal.wReserved, 0);
-}
-
-TEST(VariantBridge, ObjectReferencesReleaseTheirObjects) {
-    const auto first = std::make_shared<Plain>(), second = std::make_shared<Plain>();
-    IDispatch* held = faceOf(first);
-    const ComPtr<IDispatch> watch(held);
-    VARIANT reference = referenceTo(VT_DISPATCH, &held);
-    EXPECT_EQ(assignReference(reference, second), S_OK);
-    EXPECT_EQ(fromVariant(reference).object(), second);
-    watch->AddRef();
-    EXPECT_EQ(watch->Release(), 1u);
-    held->Release();
-}
-
 TEST(VariantBridge, ErrorsPassInBothDirections) {
     EXPECT_EQ(hresultOf(Error(5, u"", u"")), static_cast<HRESULT>(0x800A0005u));
     EXPECT_EQ(errorNumberOf(static_cast<HRESULT>(0x800A0005u)), 5);

@@ -52,9 +52,6 @@ ObjectRef makeLevel() {
     }
     return made;
 }
-template ObjectRef makeLevel<0>();
-template ObjectRef makeLevel<1>();
-template ObjectRef makeLevel<2>();
 template ObjectRef makeLevel<3>();
 template ObjectRef makeLevel<4>();
 template ObjectRef makeLevel<5>();

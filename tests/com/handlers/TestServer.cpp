@@ -19,14 +19,12 @@ constexpr ServedClass row(unsigned char number, const wchar_t* className, automa
 }
 
 const ServedClass classes[] = {
-    row(0, L"VelmorTest.Level0", &makeLevel<0>),        row(1, L"VelmorTest.Level1", &makeLevel<1>),
-    row(2, L"VelmorTest.Level2", &makeLevel<2>),        row(3, L"VelmorTest.Level3", &makeLevel<3>),
-    row(4, L"VelmorTest.Level4", &makeLevel<4>),        row(5, L"VelmorTest.Level5", &makeLevel<5>),
-    row(6, L"VelmorTest.Failing", &makeFailing),        row(9, L"VelmorTest.Probe", &makeProbe),
-    row(13, L"VelmorTest.Digging", &makeDigging),       row(14, L"VelmorTest.Journal", &makeJournal),
-    row(15, L"VelmorTest.Collection", &makeCollection), row(16, L"VelmorTest.Database", &makeDatabase),
-    row(17, L"VelmorTest.Account", &makeAccount),       row(18, L"VelmorTest.Item", &makeItem),
-    row(22, L"VelmorTest.Acting", &makeActing),
+    row(3, L"VelmorTest.Level3", &makeLevel<3>),    row(4, L"VelmorTest.Level4", &makeLevel<4>),
+    row(5, L"VelmorTest.Level5", &makeLevel<5>),    row(6, L"VelmorTest.Failing", &makeFailing),
+    row(9, L"VelmorTest.Probe", &makeProbe),        row(13, L"VelmorTest.Digging", &makeDigging),
+    row(14, L"VelmorTest.Journal", &makeJournal),   row(15, L"VelmorTest.Collection", &makeCollection),
+    row(16, L"VelmorTest.Database", &makeDatabase), row(17, L"VelmorTest.Account", &makeAccount),
+    row(18, L"VelmorTest.Item", &makeItem),         row(22, L"VelmorTest.Acting", &makeActing),
 };
 
 }  // namespace

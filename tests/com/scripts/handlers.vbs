@@ -10,10 +10,6 @@ Tag.Properties.Add "p", "{P}"
 
 ' The level decides what is called.
 Journal.Clear
-Tag.Value = "<KV:LEVEL0>cmd:</KV>,<KV:LEVEL1>cmd:</KV>,<KV:LEVEL2>cmd:</KV>,<KV:EMPTY>cmd:</KV>"
-Check Tag.Result, "'system handler too old: LEVEL0,system handler too old: LEVEL1,system handler too old: LEVEL2,system handler too old: EMPTY'"
-Check Journal.Text, "'Interface;Interface;Interface;'"
-Journal.Clear
 Tag.Value = "<KV:LEVEL3>cmd:</KV>,<KV:GRP-level4>cmd:</KV>"
 Check Tag.Result, "'L3[CMD],L4[CMD]'"
 Check Journal.Text, "'Interface;GetTagValue;Interface;Interface;GetTagValue;Interface;'"

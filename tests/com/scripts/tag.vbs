@@ -1,6 +1,6 @@
 ' kvTag, kvTags and the empty handler.
 
-Dim Tag, Child, Other, Text, Last, Number, Missing, Base, Handler, Lib, Folder
+Dim Tag, Child, Other, Text, Last, Number, Missing, Base, Handler
 Set Tag = CreateObject("kvVelmor3.kvTag")
 
 ' A single tag and its elements.
@@ -56,17 +56,6 @@ Text = Tag.Value
 Tag.AddTableStartEndControlWords
 Check Tag.Value = Text, "Boolean True"
 Check Left(Text, 30), "'{\rtf1 {\*\korvane\starttable{'"
-
-' Cleaning. (cleaning.vbs checks what it gives.)
-Set Lib = Tag.Library
-Folder = Lib.TemporaryFolder
-Text = Lib.TemporaryName("velmor", ".rtf")
-Check Lib.AppendText(Text, "{\rtf1 a}"), "Boolean True"
-Check Tag.CleanRTFFile(Text, Text & "2"), "Boolean True"
-Check Lib.ReadTextFile(Text & "2") = Tag.CleanRTFByVal("{\rtf1 a}"), "Boolean True"
-Check Tag.CleanRTFFile(Text), "Boolean True"
-Tag.CleanRTFMergeMode = True
-Check Tag.CleanRTFMergeMode, "Boolean True"
 
 ' The error log.
 Number = CLng(7)
