@@ -175,15 +175,16 @@ TEST(Tag, ProcessesSingleTexts) {
 TEST(Tag, DisposeReleasesAndKeepsTheResult) {
     TagTest on;
     on.set(u"a", u"1");
-    on.evaluate(u"[PROPERTY:a=:]");
+    on.evaluate(u"{\\rtf1 [PROPERTY:a=:]}");
     const auto tags = on.last->Tags();
     const auto child = tags->Item(1);
     on.last->Dispose(false);
     EXPECT_EQ(on.last->Tags(), nullptr);
     EXPECT_EQ(tags->Count(), 0);
+    EXPECT_TRUE(child->ProtectRTF());
     EXPECT_NE(child->Properties().object(), on.properties);
     EXPECT_NE(on.last->Properties().object(), on.properties);
-    EXPECT_EQ(on.last->Result(), u"1");
+    EXPECT_EQ(on.last->Result(), u"{\\rtf1 1}");
     EXPECT_EQ(on.properties->Count(), 1);
 }
 
