@@ -82,9 +82,14 @@ STDAPI DllUnregisterServer() {
     return platform::outcomeOf([] { unregisterServer(server(), Audience::everyone); });
 }
 
-// "regsvr32 /n /i:user": for the current user alone.
+// "regsvr32 /n /i:user": for the current user alone. "regsvr32 /n /i:surrogate": with a surrogate, for everyone.
 STDAPI DllInstall(BOOL install, LPCWSTR command) {
     if (!command || !*command) return install ? DllRegisterServer() : DllUnregisterServer();
-    if (_wcsicmp(command, L"user") != 0) return E_INVALIDARG;
-    return platform::outcomeOf([&] { (install ? registerServer : unregisterServer)(server(), Audience::currentUser); });
+    const bool forUser = _wcsicmp(command, L"user") == 0, withSurrogate = _wcsicmp(command, L"surrogate") == 0;
+    if (!forUser && !withSurrogate) return E_INVALIDARG;
+    const Audience audience = forUser ? Audience::currentUser : Audience::everyone;
+    return platform::outcomeOf([&] {
+        if (!install) return unregisterServer(server(), audience);
+        registerServer(server(), audience, withSurrogate ? Surrogate::system : Surrogate::none);
+    });
 }

@@ -1,10 +1,12 @@
 #include "com/Registration.h"
 
+#include <cwchar>
 #include <string>
 
 #include "com/TypeLibrary.h"
 #include "platform/Machine.h"
 #include "platform/win32/Failure.h"
+#include "platform/win32/RegistryViews.h"
 #include "platform/win32/WideText.h"
 
 namespace velmor::com {
@@ -15,20 +17,28 @@ void checkRegistry(LSTATUS status) {
     if (status != ERROR_SUCCESS) throw platform::Failure{HRESULT_FROM_WIN32(static_cast<DWORD>(status))};
 }
 
-// The registry's classes of one audience.
+// The registry's classes of one audience. Class identifiers are apart for programs of 32 and of 64 bits; class names
+// and type libraries are shared.
 class Classes {
 public:
-    explicit Classes(Audience audience) {
+    explicit Classes(Audience audience)
+        : root_(audience == Audience::everyone ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER) {
         // RegDeleteTree wants more than KEY_WRITE of the key that it is given.
         constexpr REGSAM rights = KEY_WRITE | KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE | DELETE;
-        const HKEY root = audience == Audience::everyone ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
-        checkRegistry(RegCreateKeyExW(root, L"Software\\Classes", 0, nullptr, 0, rights, nullptr, &key_, nullptr));
+        checkRegistry(RegCreateKeyExW(root_, kPath, 0, nullptr, 0, rights, nullptr, &key_, nullptr));
     }
     Classes(const Classes&) = delete;
     Classes& operator=(const Classes&) = delete;
     ~Classes() { RegCloseKey(key_); }
 
     HKEY get() const noexcept { return key_; }
+    bool has(const std::wstring& key, REGSAM view = platform::kOwnView) const {
+        HKEY found = nullptr;
+        const std::wstring path = std::wstring(kPath) + L"\\" + key;
+        if (RegOpenKeyExW(root_, path.c_str(), 0, KEY_READ | view, &found) != ERROR_SUCCESS) return false;
+        RegCloseKey(found);
+        return true;
+    }
     // Makes the key if it is absent.
     void set(const std::wstring& key, const std::wstring& value, const wchar_t* name = nullptr) const {
         const auto bytes = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
@@ -41,6 +51,9 @@ public:
     }
 
 private:
+    static constexpr wchar_t kPath[] = L"Software\\Classes";
+
+    HKEY root_;
     HKEY key_ = nullptr;
 };
 
@@ -88,8 +101,14 @@ void writeClass(const Classes& classes, const ServedClass& served, const GUID* t
     classes.set(name + L"\\CurVer", versioned);
 }
 
+// Whether the same component of the other bitness is registered. On a 32-bit Windows this is the class itself.
+bool hasPartner(const Classes& classes, const ServedClass& served) {
+    return classes.has(classKey(served), platform::kOtherView);
+}
+
 void removeClass(const Classes& classes, const ServedClass& served) {
     classes.remove(classKey(served));
+    if (hasPartner(classes, served)) return;
     classes.remove(served.className);
     classes.remove(versionedName(served));
 }
@@ -108,20 +127,38 @@ void writeTypeLibrary(const Classes& classes) {
     platform::check(RegisterTypeLib(&typeLibrary(), path.data(), nullptr));
 }
 
-void removeTypeLibrary(const Classes& classes) {
-    const ClassesRoot root(classes);
+std::wstring hexadecimal(WORD number) {
+    wchar_t text[5];
+    swprintf(text, 5, L"%x", number);
+    return text;
+}
+
+// Interfaces are registered for both bitnesses together, and remain while a partner needs them.
+void removeTypeLibrary(const Classes& classes, bool hasPartner) {
     const TLIBATTR own = attributesOf(typeLibrary());
-    BSTR path = nullptr;
-    const bool registered =
-        SUCCEEDED(QueryPathOfRegTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, &path));
-    SysFreeString(path);
-    if (!registered) return;
+    const std::wstring key = L"TypeLib\\" + textOf(own.guid) + L"\\" + hexadecimal(own.wMajorVerNum) + L"." +
+                             hexadecimal(own.wMinorVerNum) + L"\\0\\" + (platform::is64Bit ? L"win64" : L"win32");
+    if (hasPartner) return classes.remove(key);
+    if (!classes.has(key)) return;
+    const ClassesRoot root(classes);
     platform::check(UnRegisterTypeLib(own.guid, own.wMajorVerNum, own.wMinorVerNum, own.lcid, own.syskind));
 }
 
-void writeServer(const Classes& classes, const Server& server) {
+std::wstring applicationKey(const Server& server) {
+    return L"AppID\\" + textOf(server.classes.front().id);
+}
+
+void writeSurrogate(const Classes& classes, const Server& server) {
+    classes.set(applicationKey(server), L"", L"DllSurrogate");
+    for (const ServedClass& served : server.classes) {
+        classes.set(classKey(served), textOf(server.classes.front().id), L"AppID");
+    }
+}
+
+void writeServer(const Classes& classes, const Server& server, Surrogate surrogate) {
     for (const ServedClass& served : server.classes) writeClass(classes, served, server.typeLibrary);
     if (server.typeLibrary) writeTypeLibrary(classes);
+    if (surrogate == Surrogate::system) writeSurrogate(classes, server);
 }
 
 // The first failure; every step is taken.
@@ -131,16 +168,21 @@ HRESULT removeServer(const Classes& classes, const Server& server) {
         const HRESULT code = platform::outcomeOf(step);
         if (SUCCEEDED(outcome)) outcome = code;
     };
-    for (const ServedClass& served : server.classes) take([&] { removeClass(classes, served); });
-    if (server.typeLibrary) take([&] { removeTypeLibrary(classes); });
+    bool isShared = false;
+    for (const ServedClass& served : server.classes) {
+        take([&] { removeClass(classes, served); });
+        isShared = isShared || hasPartner(classes, served);
+    }
+    if (!isShared) take([&] { classes.remove(applicationKey(server)); });
+    if (server.typeLibrary) take([&] { removeTypeLibrary(classes, isShared); });
     return outcome;
 }
 
 }  // namespace
 
-void registerServer(const Server& server, Audience audience) {
+void registerServer(const Server& server, Audience audience, Surrogate surrogate) {
     const Classes classes(audience);
-    const HRESULT written = platform::outcomeOf([&] { writeServer(classes, server); });
+    const HRESULT written = platform::outcomeOf([&] { writeServer(classes, server, surrogate); });
     if (FAILED(written)) removeServer(classes, server);  // as far as it goes: the first failure tells more
     platform::check(written);
 }

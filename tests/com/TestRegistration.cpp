@@ -25,6 +25,34 @@ struct Audience {
 };
 const Audience everyone{HKEY_LOCAL_MACHINE, nullptr}, currentUser{HKEY_CURRENT_USER, L"USER"};
 
+constexpr bool is64Bit = sizeof(void*) == 8;
+constexpr REGSAM kOtherView = is64Bit ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+const std::wstring kPlatform = is64Bit ? L"win64" : L"win32", kOtherPlatform = is64Bit ? L"win32" : L"win64";
+
+// A key of the machine in the view of programs of the other bitness, removed at the end.
+class OtherKey {
+public:
+    explicit OtherKey(std::wstring path) : path_(std::move(path)) {
+        EXPECT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, path_.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS | kOtherView,
+                                  nullptr, &key_, nullptr),
+                  0);
+    }
+    OtherKey(const OtherKey&) = delete;
+    OtherKey& operator=(const OtherKey&) = delete;
+    ~OtherKey() {
+        RegCloseKey(key_);
+        RegDeleteKeyExW(HKEY_LOCAL_MACHINE, path_.c_str(), kOtherView, 0);
+    }
+    void set(const wchar_t* name, const std::wstring& value) const {
+        const auto bytes = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
+        EXPECT_EQ(RegSetKeyValueW(key_, nullptr, name, REG_SZ, value.c_str(), bytes), 0);
+    }
+
+private:
+    std::wstring path_;
+    HKEY key_ = nullptr;
+};
+
 // Below the classes; null for a key's default value.
 std::wstring read(HKEY root, const std::wstring& key, const wchar_t* name = nullptr) {
     wchar_t text[512] = L"";
@@ -41,7 +69,7 @@ const std::pair<GUID, std::wstring> classes[] = {{CLSID_kvTag, L"kvVelmor3.kvTag
 
 // Every key that registering makes directly below the classes and their folders.
 std::vector<std::wstring> ownKeys() {
-    std::vector<std::wstring> keys = {L"TypeLib\\" + braced(LIBID_kvVelmor3)};
+    std::vector<std::wstring> keys = {L"TypeLib\\" + braced(LIBID_kvVelmor3), L"AppID\\" + braced(CLSID_kvTag)};
     for (const IID& id : {IID__kvTag, IID__kvTags, IID__privProperties, IID__privProperty, IID__kvTagInfo,
                           IID__kvDirectTag, IID__ITag4, IID__kvLibrary, IID__kvCheck}) {
         keys.push_back(L"Interface\\" + braced(id));
@@ -60,7 +88,8 @@ void expectAbsent(HKEY root) {
 
 void expectWritten(HKEY root) {
     const std::wstring libraryId = braced(LIBID_kvVelmor3);
-    EXPECT_NE(read(root, L"TypeLib\\" + libraryId + L"\\3.0\\0\\win32").find(L"Velmor3.dll"), std::wstring::npos);
+    EXPECT_NE(read(root, L"TypeLib\\" + libraryId + L"\\3.0\\0\\" + kPlatform).find(L"Velmor3.dll"),
+              std::wstring::npos);
     EXPECT_EQ(read(root, L"Interface\\" + braced(IID__kvTag)), L"_kvTag");
     for (const auto& [id, name] : classes) {
         const std::wstring key = L"CLSID\\" + braced(id);
@@ -105,6 +134,32 @@ TEST_F(Registration, RegistersAndUnregistersCompletely) {
         }
     }
     EXPECT_EQ(install(TRUE, {HKEY_CURRENT_USER, L"users"}), E_INVALIDARG);
+    EXPECT_EQ(install(TRUE, {HKEY_LOCAL_MACHINE, L"surrogate"}), S_OK);
+    expectWritten(HKEY_LOCAL_MACHINE);
+    EXPECT_EQ(read(HKEY_LOCAL_MACHINE, L"AppID\\" + braced(CLSID_kvTag), L"DllSurrogate"), L"");
+    EXPECT_EQ(read(HKEY_LOCAL_MACHINE, L"CLSID\\" + braced(CLSID_ITag4), L"AppID"), braced(CLSID_kvTag));
+    EXPECT_EQ(run("DllUnregisterServer"), S_OK);
+    expectAbsent(HKEY_LOCAL_MACHINE);
+}
+
+TEST_F(Registration, LeavesWhatThePartnerOfTheOtherBitnessShares) {
+    const std::wstring types = L"TypeLib\\" + braced(LIBID_kvVelmor3) + L"\\3.0\\0\\";
+    {
+        const OtherKey partner(L"Software\\Classes\\CLSID\\" + braced(CLSID_kvTag));
+        const OtherKey partnersLibrary(L"Software\\Classes\\" + types + kOtherPlatform);
+        partnersLibrary.set(nullptr, L"Velmor3.dll");
+        for (int again = 0; again < 2; ++again) {
+            EXPECT_EQ(run("DllUnregisterServer"), S_OK);
+            EXPECT_EQ(read(HKEY_LOCAL_MACHINE, L"CLSID\\" + braced(CLSID_kvTag) + L"\\ProgID"), L"(absent)");
+            EXPECT_EQ(read(HKEY_LOCAL_MACHINE, types + kPlatform), L"(absent)");
+            EXPECT_EQ(read(HKEY_LOCAL_MACHINE, types + kOtherPlatform), L"Velmor3.dll");
+            EXPECT_EQ(read(HKEY_LOCAL_MACHINE, L"kvVelmor3.kvTag\\CurVer"), L"kvVelmor3.kvTag.3");
+            EXPECT_EQ(read(HKEY_LOCAL_MACHINE, L"Interface\\" + braced(IID__kvTag)), L"_kvTag");
+        }
+    }
+    EXPECT_EQ(run("DllRegisterServer"), S_OK);
+    EXPECT_EQ(run("DllUnregisterServer"), S_OK);
+    expectAbsent(HKEY_LOCAL_MACHINE);
 }
 
 // A volatile key accepts no permanent subkey: the last class fails.
@@ -126,6 +181,28 @@ TEST_F(Registration, OnlyPublishedClassesHaveAFactory) {
     EXPECT_EQ(getClass(CLSID_privProperty, IID_IClassFactory, factory.putVoid()), CLASS_E_CLASSNOTAVAILABLE);
     EXPECT_EQ(getClass(CLSID_kvTag, IID_IDispatch, factory.putVoid()), E_NOINTERFACE);
     EXPECT_EQ(getClass(CLSID_kvTag, IID_IClassFactory, nullptr), E_POINTER);
+}
+
+TEST(Catalogue, IsThatOfBothBitnesses) {
+    const std::wstring classId = L"{5CD8AD49-6971-4F69-B4D1-9E79D70FA2FF}";
+    const OtherKey catalogue(L"SOFTWARE\\Korvane\\Quillmark\\Handlers");
+    catalogue.set(L"ELSEWHERE", L"VelmorTest.Level5");
+    catalogue.set(L"LEVEL5", L"VelmorTest.Level3");  // the own view has another class
+    catalogue.set(L"OTHERBITS", L"VelmorTest.OtherBits");
+    const OtherKey className(L"Software\\Classes\\VelmorTest.OtherBits");
+    const OtherKey identifier(L"Software\\Classes\\VelmorTest.OtherBits\\CLSID");
+    identifier.set(nullptr, classId);
+    const OtherKey onlyThere(L"Software\\Classes\\CLSID\\" + classId);
+    const auto tag = newTag();
+    EXPECT_EQ(resultOf(tag, L"<KV:ELSEWHERE>X:</KV>,<KV:LEVEL5>X:</KV>,<KV:OTHERBITS>X:</KV>"), L"L5[X],L5[X],");
+    const auto log = get(tag.get(), L"ErrorLog").object();
+    const std::wstring entry = get(log.get(), L"Stored").text();
+    EXPECT_NE(entry.find(is64Bit ? L"registered for 32-bit programs only" : L"registered for 64-bit programs only"),
+              std::wstring::npos)
+        << entry;
+    const std::wstring all = get(create(L"kvVelmor3.kvTagInfo").get(), L"HandlerListString").text();
+    EXPECT_NE(all.find(L"ELSEWHERE:"), std::wstring::npos) << all;
+    EXPECT_EQ(all.find(L"LEVEL5:"), all.rfind(L"LEVEL5:")) << all;
 }
 
 // A host's manifest may name a handler's class that is absent from the registry.
@@ -180,15 +257,15 @@ TEST(Binaries, AreHardenedAndStripped) {
     for (const std::string name : {"Velmor3.dll", "velmor.exe"}) {
         const std::string bytes = bytesOf(name);
         const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(bytes.data());
-        ASSERT_GT(bytes.size(), sizeof(IMAGE_DOS_HEADER) + sizeof(IMAGE_NT_HEADERS32));
-        const auto* headers = reinterpret_cast<const IMAGE_NT_HEADERS32*>(bytes.data() + dos->e_lfanew);
+        ASSERT_GT(bytes.size(), sizeof(IMAGE_DOS_HEADER) + sizeof(IMAGE_NT_HEADERS));
+        const auto* headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(bytes.data() + dos->e_lfanew);
         constexpr WORD loading = IMAGE_DLLCHARACTERISTICS_DYNAMIC_BASE | IMAGE_DLLCHARACTERISTICS_NX_COMPAT;
         EXPECT_EQ(headers->OptionalHeader.DllCharacteristics & loading, loading) << name;
         EXPECT_EQ(headers->FileHeader.NumberOfSymbols, 0U) << name;
         EXPECT_NE(bytes.find(name + ".debug"), std::string::npos) << name;
         EXPECT_FALSE(bytesOf(name + ".debug").empty()) << name;
         const bool large = (headers->FileHeader.Characteristics & IMAGE_FILE_LARGE_ADDRESS_AWARE) != 0;
-        EXPECT_EQ(large, name == "velmor.exe");
+        EXPECT_EQ(large, is64Bit || name == "velmor.exe") << name;
     }
 }
 

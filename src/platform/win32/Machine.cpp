@@ -6,6 +6,7 @@
 #include "platform/SystemServices.h"
 #include "platform/win32/ComPtr.h"
 #include "platform/win32/Faces.h"
+#include "platform/win32/RegistryViews.h"
 #include "platform/win32/VariantBridge.h"
 #include "platform/win32/WideText.h"
 #include "platform/win32/Windows.h"
@@ -52,6 +53,24 @@ private:
     std::u16string component_;
 };
 
+bool isRegistered(const CLSID& identifier, REGSAM view) {
+    wchar_t text[39];
+    StringFromGUID2(identifier, text, 39);
+    HKEY key = nullptr;
+    const std::wstring path = L"Software\\Classes\\CLSID\\" + std::wstring(text);
+    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_READ | view, &key) != ERROR_SUCCESS) return false;
+    RegCloseKey(key);
+    return true;
+}
+
+std::u16string reasonOf(HRESULT failure, const CLSID& identifier) {
+    if (!isRegistered(identifier, kOwnView) && isRegistered(identifier, kOtherView)) {
+        return is64Bit ? u"the class is registered for 32-bit programs only"
+                       : u"the class is registered for 64-bit programs only";
+    }
+    return errorOf(failure, nullptr).description();
+}
+
 // The system's registered automation classes. COM must have been initialised on the calling thread. Each object's class
 // is looked up anew, in a manifest of the host, then in the registry.
 class MachineObjects : public Objects {
@@ -64,7 +83,7 @@ public:
         ComPtr<IDispatch> dispatch;
         const HRESULT result = CoCreateInstance(identifier, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER,
                                                 IID_IDispatch, dispatch.putVoid());
-        if (FAILED(result)) raiseCannotCreate(className, errorOf(result, nullptr).description());
+        if (FAILED(result)) raiseCannotCreate(className, reasonOf(result, identifier));
         return objectOf(dispatch.get());
     }
 };

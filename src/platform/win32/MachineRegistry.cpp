@@ -1,6 +1,10 @@
+#include <set>
+
 #include "platform/Machine.h"
+#include "platform/win32/RegistryViews.h"
 #include "platform/win32/WideText.h"
 #include "platform/win32/Windows.h"
+#include "text/Compare.h"
 
 namespace velmor::platform {
 namespace {
@@ -9,11 +13,10 @@ constexpr DWORD kLongestName = 16384;
 
 class Key {
 public:
-    explicit Key(std::u16string_view path) {
+    Key(std::u16string_view path, REGSAM view) {
         while (!path.empty() && path.back() == u'\\') path.remove_suffix(1);
         if (holdsZero(path)) return;
-        const LSTATUS status =
-            RegOpenKeyExW(HKEY_LOCAL_MACHINE, wide(path).c_str(), 0, KEY_READ | KEY_WOW64_32KEY, &key_);
+        const LSTATUS status = RegOpenKeyExW(HKEY_LOCAL_MACHINE, wide(path).c_str(), 0, KEY_READ | view, &key_);
         if (status != ERROR_SUCCESS) key_ = nullptr;
     }
     ~Key() {
@@ -45,41 +48,56 @@ std::optional<std::u16string> readText(HKEY key, const std::wstring& name) {
     }
 }
 
-// HKEY_LOCAL_MACHINE, in the view of 32-bit programs.
+// The names that `enumerate` gives for a key, those of the other view last; it passes over a name by
+// ERROR_UNSUPPORTED_TYPE.
+template <class Enumerate>
+std::vector<std::u16string> namesInBothViews(std::u16string_view key, Enumerate enumerate) {
+    std::vector<std::u16string> names;
+    std::set<std::u16string> seen;  // in lower case
+    std::wstring buffer(kLongestName, L'\0');
+    for (const REGSAM view : {kOwnView, kOtherView}) {
+        const Key open(key, view);
+        for (DWORD i = 0; open; ++i) {
+            DWORD length = kLongestName;
+            const LSTATUS status = enumerate(open.get(), i, buffer.data(), &length);
+            if (status == ERROR_UNSUPPORTED_TYPE) continue;
+            if (status != ERROR_SUCCESS) break;
+            std::u16string name = fromWide({buffer.data(), length});
+            if (seen.insert(lowerCase(name)).second) names.push_back(std::move(name));
+        }
+    }
+    return names;
+}
+
+LSTATUS enumerateTexts(HKEY key, DWORD index, wchar_t* name, DWORD* length) {
+    DWORD type = 0;
+    const LSTATUS status = RegEnumValueW(key, index, name, length, nullptr, &type, nullptr, nullptr);
+    return status == ERROR_SUCCESS && !isText(type) ? ERROR_UNSUPPORTED_TYPE : status;
+}
+
+LSTATUS enumerateKeys(HKEY key, DWORD index, wchar_t* name, DWORD* length) {
+    return RegEnumKeyExW(key, index, name, length, nullptr, nullptr, nullptr, nullptr);
+}
+
+// HKEY_LOCAL_MACHINE: what this program's own view does not have is looked up in the other one.
 class MachineRegistry : public Registry {
 public:
     std::optional<std::u16string> value(std::u16string_view key, std::u16string_view name) const override {
-        const Key open(key);
-        if (!open || holdsZero(name)) return std::nullopt;
-        return readText(open.get(), wide(name));
+        if (holdsZero(name)) return std::nullopt;
+        for (const REGSAM view : {kOwnView, kOtherView}) {
+            const Key open(key, view);
+            auto text = open ? readText(open.get(), wide(name)) : std::nullopt;
+            if (text) return text;
+        }
+        return std::nullopt;
     }
 
     std::vector<std::u16string> valueNames(std::u16string_view key) const override {
-        std::vector<std::u16string> names;
-        const Key open(key);
-        std::wstring name(kLongestName, L'\0');
-        for (DWORD i = 0; open; ++i) {
-            DWORD length = kLongestName, type = 0;
-            if (RegEnumValueW(open.get(), i, name.data(), &length, nullptr, &type, nullptr, nullptr) != ERROR_SUCCESS)
-                break;
-            if (isText(type)) names.push_back(fromWide({name.data(), length}));
-        }
-        return names;
+        return namesInBothViews(key, enumerateTexts);
     }
 
     std::vector<std::u16string> subkeys(std::u16string_view key) const override {
-        std::vector<std::u16string> names;
-        const Key open(key);
-        std::wstring name(kLongestName, L'\0');
-        for (DWORD i = 0; open; ++i) {
-            DWORD length = kLongestName;
-            if (RegEnumKeyExW(open.get(), i, name.data(), &length, nullptr, nullptr, nullptr, nullptr) !=
-                ERROR_SUCCESS) {
-                break;
-            }
-            names.push_back(fromWide({name.data(), length}));
-        }
-        return names;
+        return namesInBothViews(key, enumerateKeys);
     }
 };
 
