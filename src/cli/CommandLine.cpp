@@ -224,6 +224,9 @@ void addRules(CLI::App& command, TemplateOptions& options) {
     add("--data-tags", "kvTag.Data Tags", "What becomes of tags in values and in handlers' answers (default: allow)",
         "allow|report|refuse")
         ->check(CLI::IsMember({"allow", "report", "refuse"}));
+    command.add_flag_callback(
+        "--drop-empty-paragraphs", [&options] { options.rules["kvTag.Drop Empty Paragraphs"] = "True"; },
+        "Leave out paragraphs that held nothing but tags, all of them empty");
     add("--include-root", "kvTag.Include Root", "Include files of this folder only", "DIR")
         ->check(CLI::ExistingDirectory);
     add("--max-depth", "kvTag.Max Depth", "Most levels of tags within tags (at most 100)", "N")

@@ -93,4 +93,8 @@ void TraceCollector::textEnds(std::size_t length) noexcept {
     open_.pop_back();
 }
 
+void TraceCollector::resultMoves() noexcept {
+    if (!texts_.empty()) texts_.front().hasMoved = true;
+}
+
 }  // namespace velmor::cli

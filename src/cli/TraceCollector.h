@@ -50,6 +50,7 @@ public:
     void textBegins(std::size_t start, bool isApart) noexcept override;
     void textMoves() noexcept override;
     void textEnds(std::size_t length) noexcept override;
+    void resultMoves() noexcept override;
 
     const std::vector<Tag>& tags() const noexcept { return tags_; }
     const std::vector<Text>& texts() const noexcept { return texts_; }

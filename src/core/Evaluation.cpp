@@ -8,6 +8,7 @@
 #include "core/EvaluationRules.h"
 #include "core/Markup.h"
 #include "core/kvTag.h"
+#include "rtf/edit/EmptyParagraphs.h"
 #include "rtf/tables/TableMarkers.h"
 #include "text/privStrCat.h"
 
@@ -73,6 +74,7 @@ std::u16string evaluateText(platform::Services& services, const ContextRef& cont
     Evaluation(tags, result, true).run();
     std::u16string evaluated(run.hasFailed() ? std::u16string_view() : result->contiguous());
     showMarkers(evaluated);
+    if (run.emptyTags() > 0) removeEmptyTags(evaluated);
     return evaluated;
 }
 
@@ -165,11 +167,23 @@ void Evaluation::runLiterally(std::size_t from) {
 // --- what a tag becomes ---
 
 void Evaluation::answer(std::size_t index, const BuilderRef& results) {
-    if (listener_ == nullptr) return answerSafely(index, results);
     const std::size_t start = sizeOf(*results);
-    listener_->tagBegins({tags_.rawName(index), tags_.context()->origin, index + 1, tags_.span(index).open + 1});
+    const std::size_t emptyTags = EvaluationRun::current().emptyTags();
+    if (listener_ != nullptr) {
+        listener_->tagBegins({tags_.rawName(index), tags_.context()->origin, index + 1, tags_.span(index).open + 1});
+    }
     answerSafely(index, results);
-    listener_->tagEnds(start, results->contiguous().substr(start));
+    if (listener_ != nullptr) listener_->tagEnds(start, results->contiguous().substr(start));
+    if (!rules_.dropsEmptyParagraphs) return;
+    if (sizeOf(*results) == start || EvaluationRun::current().emptyTags() > emptyTags) markEmptyTag(start, *results);
+}
+
+// A result that shows nothing but empty tags is empty, too.
+void Evaluation::markEmptyTag(std::size_t start, privStrCat& results) const {
+    const std::u16string_view result = results.contiguous().substr(start);
+    if (!showsNothing(result, tags_.context()->protectRtf || result.starts_with(kRtfStart))) return;
+    results.add({&kEmptyTag, 1});
+    EvaluationRun::current().countEmptyTag();
 }
 
 void Evaluation::answerSafely(std::size_t index, const BuilderRef& results) {

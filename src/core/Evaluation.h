@@ -53,6 +53,7 @@ private:
     void answerHere(std::size_t index, const BuilderRef& results);
     KeptListRef evaluateTagsOf(TagAnswer& answer, std::size_t index, const BuilderRef& results);
     void keepTag(std::size_t index, std::size_t start, privStrCat& results);
+    void markEmptyTag(std::size_t start, privStrCat& results) const;
     void report(EvaluationLimit limit, std::size_t index);
 
     void runLiterally(std::size_t from);

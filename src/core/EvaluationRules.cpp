@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::u16string_view kMissing = u"kvTag.Missing";
 constexpr std::u16string_view kDataTags = u"kvTag.Data Tags";
+constexpr std::u16string_view kDropEmptyParagraphs = u"kvTag.Drop Empty Paragraphs";
 constexpr std::u16string_view kIncludeRoot = u"kvTag.Include Root";
 constexpr std::u16string_view kMaxDepth = u"kvTag.Max Depth";
 constexpr std::u16string_view kMaxTags = u"kvTag.Max Tags";
@@ -48,6 +49,7 @@ EvaluationRules EvaluationRules::of(const Collection& properties) {
     if (!properties) return rules;
     rules.missing = choice<Missing>(properties, kMissing, {u"empty", u"keep", u"mark", u"fail"});
     rules.dataTags = choice<DataTags>(properties, kDataTags, {u"allow", u"report", u"refuse"});
+    rules.dropsEmptyParagraphs = choice<bool>(properties, kDropEmptyParagraphs, {u"False", u"True"});
     rules.includeRoot = properties.getText(kIncludeRoot, Variant(u""));
     rules.maximumLevels = limit(properties, kMaxDepth, kMaximumLevels);
     rules.maximumTags = limit(properties, kMaxTags, kMaximumDispatches);
@@ -56,7 +58,8 @@ EvaluationRules EvaluationRules::of(const Collection& properties) {
 }
 
 bool EvaluationRules::isRule(std::u16string_view psName) noexcept {
-    constexpr std::u16string_view names[] = {kMissing, kDataTags, kIncludeRoot, kMaxDepth, kMaxTags, kMaxOutput};
+    constexpr std::u16string_view names[] = {kMissing, kDataTags, kDropEmptyParagraphs, kIncludeRoot, kMaxDepth,
+                                             kMaxTags, kMaxOutput};
     return std::any_of(std::begin(names), std::end(names),
                        [&](std::u16string_view name) { return equalIgnoringCase(name, psName); });
 }

@@ -38,6 +38,7 @@ struct EvaluationRules {
 
     Missing missing = Missing::empty;
     DataTags dataTags = DataTags::allow;
+    bool dropsEmptyParagraphs = false;                // "kvTag.Drop Empty Paragraphs": see rtf/edit/EmptyParagraphs.h
     std::u16string includeRoot;                       // "kvTag.Include Root": no other folder's files are included
     std::int64_t maximumLevels = kMaximumLevels;      // "kvTag.Max Depth"
     std::int64_t maximumTags = kMaximumDispatches;    // "kvTag.Max Tags"

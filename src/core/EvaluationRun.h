@@ -92,6 +92,10 @@ public:
     bool keepsTag() const noexcept { return keepsTag_; }
     void keepsTag(bool keeps) noexcept { keepsTag_ = keeps; }
 
+    // The marks for empty tags (rtf/edit/EmptyParagraphs.h) that were written.
+    std::size_t emptyTags() const noexcept { return emptyTags_; }
+    void countEmptyTag() noexcept { ++emptyTags_; }
+
     // Empty at the beginning and between two tags. Holds views of the text under evaluation.
     const OutermostTag& outermostTag() const noexcept { return outermostTag_; }
     void outermostTag(const OutermostTag& tag) noexcept { outermostTag_ = tag; }
@@ -114,6 +118,7 @@ private:
     bool failed_ = false;
     bool hidesMarkers_ = false;
     bool keepsTag_ = false;
+    std::size_t emptyTags_ = 0;
     unsigned reported_ = 0;
     std::int64_t dispatches_ = 0;
     std::int64_t characters_ = 0;

@@ -2,9 +2,10 @@
 
 #include <utility>
 
-#include "core/EvaluationRun.h"
+#include "core/EvaluationRules.h"
 #include "core/kvTag.h"
 #include "core/kvTags.h"
+#include "rtf/edit/EmptyParagraphs.h"
 #include "text/privStrCat.h"
 
 namespace velmor {
@@ -76,10 +77,16 @@ std::shared_ptr<kvTag> TagList::item(std::size_t index) {
     return tag;
 }
 
+void TagList::beginResults(const BuilderRef& results) {
+    results_ = isKept() ? &lists_->share(results) : &results;
+    if (isKept()) lists_->hasEmptyTags = EvaluationRun::current().rules().dropsEmptyParagraphs;
+}
+
 void TagList::adoptOutcome(ListedTag& entry) {
     if (entry.resultStart == ListedTag::kNotEvaluated) return;
-    const auto result =
-        std::make_shared<const std::u16string>((*results_)->contiguous().substr(entry.resultStart, entry.resultLength));
+    std::u16string text((*results_)->contiguous().substr(entry.resultStart, entry.resultLength));
+    if (lists_->hasEmptyTags) removeEmptyTags(text);
+    const auto result = std::make_shared<const std::u16string>(std::move(text));
     if (!entry.nested) {
         entry.object->adoptOutcome(result, std::make_shared<kvTags>(), result);
         return;

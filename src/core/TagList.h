@@ -29,7 +29,8 @@ public:
     // Releases the contexts.
     void cleanUp();
 
-    const TextRef source;  // the outermost text
+    const TextRef source;       // the outermost text
+    bool hasEmptyTags = false;  // the results may hold marks of rtf/edit/EmptyParagraphs.h
     std::pmr::monotonic_buffer_resource memory;
     bool haveObjects = false;  // somebody asked for one of the tags
 
@@ -100,7 +101,7 @@ public:
     void beginEvaluation() noexcept { ++evaluations_; }
     void endEvaluation();
     // The results of the tags are appended to this text.
-    void beginResults(const BuilderRef& results) { results_ = isKept() ? &lists_->share(results) : &results; }
+    void beginResults(const BuilderRef& results);
     // They lie in another text, `distance` units nearer to its start.
     void moveResults(const BuilderRef& results, std::size_t distance);
     // A tag is being answered without an object of its own ...

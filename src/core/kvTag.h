@@ -185,6 +185,7 @@ private:
     void finishResult();
     void answerItself();
     void takeResult(TextRef result);
+    void forgetEmptyTags();
     void enterFailure() noexcept;
     std::shared_ptr<kvTags> listTags(const TextRef& value, const TopLevelTags& found);
 

@@ -12,6 +12,7 @@
 #include "core/kvTag.h"
 #include "core/kvTags.h"
 #include "properties/privProperties.h"
+#include "rtf/edit/EmptyParagraphs.h"
 #include "text/privStrCat.h"
 
 namespace velmor {
@@ -36,8 +37,13 @@ private:
 
 std::u16string kvTag::Result() {
     const std::shared_ptr<Object> alive = keep();
-    if (isRunning()) return evaluation_->soFar();
+    if (isRunning()) {
+        std::u16string text = evaluation_->soFar();
+        if (EvaluationRun::current().emptyTags() > 0) removeEmptyTags(text);
+        return text;
+    }
     ensureResult();
+    forgetEmptyTags();
     return result_ ? *result_ : std::u16string(resultBuilder_->contiguous());
 }
 
@@ -46,11 +52,15 @@ void kvTag::appendResult(privStrCat& target) {
     if (isRunning()) return target.add(evaluation_->soFar());
     ensureResult(true);
     target.add(result_ ? std::u16string_view(*result_) : resultBuilder_->contiguous());
+    forgetEmptyTags();
 }
 
 std::shared_ptr<const privStrCat> kvTag::resultBuilder() {
     const std::shared_ptr<Object> alive = keep();
-    if (!isRunning()) ensureResult();
+    if (!isRunning()) {
+        ensureResult();
+        forgetEmptyTags();
+    }
     if (!isRunning() && resultBuilder_) return resultBuilder_;
     const auto builder = std::make_shared<privStrCat>();
     builder->AppendVal(Result());
@@ -76,6 +86,14 @@ void kvTag::evaluateHeard() {
 void kvTag::takeResult(TextRef result) {
     result_ = std::move(result);
     resultBuilder_.reset();
+}
+
+// The marks are for the text around this tag. The text that its tags refer to keeps them.
+void kvTag::forgetEmptyTags() {
+    if (EvaluationRun::current().emptyTags() == 0 || !resultBuilder_) return;
+    std::u16string text(resultBuilder_->contiguous());
+    removeEmptyTags(text);
+    takeResult(std::make_shared<const std::u16string>(std::move(text)));
 }
 
 void kvTag::evaluate() {
@@ -113,6 +131,12 @@ void kvTag::finishResult() {
     if (run.level() != 1) return;
     hasFailed_ = run.hasFailed();
     if (hasFailed_) return takeResult(std::make_shared<const std::u16string>());
+    if (run.emptyTags() > 0 && resultBuilder_) {
+        std::u16string text(resultBuilder_->contiguous());
+        dropEmptyParagraphs(text, value_->starts_with(kRtfStart));
+        takeResult(std::make_shared<const std::u16string>(std::move(text)));
+        if (TagListener* const listener = TagListener::current()) listener->resultMoves();
+    }
     if (run.hidesMarkers() && resultBuilder_) resultBuilder_->exchangeUnits(kHidden, u'<');
     if (run.hidesMarkers() && result_) {
         std::u16string result = *result_;

@@ -214,6 +214,9 @@ class Eval(VelmorTest):
         self.assertIn("in/letter.txt': \"never\" is not a value of kvTag.Missing (error 5)", self.messages)
         for wrong in (["--missing", "never"], ["--max-depth", "0"], ["--include-root", "nowhere"]):
             self.velmor("eval", *wrong, expect=USAGE)
+        self.assertEqual(self.velmor("eval", "--drop-empty-paragraphs", "--trace", "run.json",
+                                     stdin=b"a\r\n<KV:TAG>PROPERTY:n=:</KV> <KV:TAG>PROPERTY:n=:</KV>\r\nb"), b"a\r\nb")
+        self.assertTrue(json.loads(self.read("run.json"))["moved"])
 
     def test_trace_and_explanation(self):
         self.write("t.txt", b"Dear <KV:TAG>PROPERTY:n=x:</KV>,\n"

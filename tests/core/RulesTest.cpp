@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "core/TestTags.h"
+#include "rtf/edit/EmptyParagraphs.h"
 
 namespace velmor::test {
 namespace {
@@ -93,6 +96,87 @@ TEST(Rules, FilesOutsideTheRootAreNotIncluded) {
                {u"[INCLUDE=\\\\srv\\e.txt:]", u"", 1},
                {u"[SETPROPERTY:kvTag.Include Root=C\\::][INCLUDE=C:\\d.txt:]", u"", 2},
                {u"[SETPATH=C:\\:][INCLUDE=d.txt:]", u"C:\\", 1}});
+}
+
+// Each text with its result if the property "none" has the empty text.
+void checkDropping(TagTest& on, std::initializer_list<std::pair<std::u16string_view, std::u16string_view>> cases) {
+    on.set(u"none", u"");
+    on.set(u"some", u"x");
+    on.set(u"kvTag.Drop Empty Paragraphs", u"True");
+    for (const auto& [text, result] : cases) {
+        // "@" is an empty tag, "&" one that is not.
+        std::u16string longer;
+        for (const char16_t unit : text) {
+            longer += unit == u'@'   ? u"[PROPERTY:none=:]"
+                      : unit == u'&' ? u"[PROPERTY:some=:]"
+                                     : std::u16string(1, unit);
+        }
+        EXPECT_EQ(on.evaluate(longer), result) << toUtf8(text);
+    }
+}
+
+TEST(Rules, EmptyLinesGo) {
+    TagTest on;
+    on.services.files.set(u"C:\\lines.txt", "<KV:TAG>PROPERTY:none=:</KV>\r\nb\r\n<KV:TAG>PROPERTY:none=:</KV>\r\n");
+    on.services.files.set(u"C:\\empty.txt", "<KV:TAG>PROPERTY:none=:</KV>\r\n");
+    on.addHandler(u"H", 4, [](kvTag& tag) {
+        return automation::Variant(tag.CommandValueProcessed() + tag.ProcessValue(tagged(u"<[PROPERTY:none=:]>")) +
+                                   tag.ProcessName(u"TAG>PROPERTY:none=:"));
+    });
+    on.set(u"nested", u"[PROPERTY:none=:]");
+    checkDropping(on, {{u"a\r\n@\r\nb\n\t@ @ \nc\r@\rd", u"a\r\nb\nc\rd"},
+                       {u"a @\n&@\n\n \n@", u"a \nx\n\n \n"},
+                       {u"\uFEFF@\na", u"\uFEFFa"},
+                       {u"@\n[SETPROPERTY:s=1:]\n[PROPERTY:nested=:]\n<KV:TAG>none:</KV>\na", u"a"},
+                       {u"a\n[INCLUDE=C:\\lines.txt:]\nc", u"a\nb\r\n\nc"},
+                       {u"a\n[INCLUDE=C:\\empty.txt:]\nc", u"a\nc"},
+                       {u"<KV:H>V=@:</KV>\n<KV:H>V=[PROPERTY:nested=:]:</KV>", u"<>\n<>"},
+                       // Tags that change places.
+                       {u"@\n[PROPERTY:none=]\n&\n[PROPERTY:some=]", u"x\nx"}});
+    EXPECT_EQ(on.evaluate(u"[PROPERTY:nested=:]|[INCLUDE=C:\\lines.txt:]"), u"|\r\nb\r\n");
+    EXPECT_EQ(on.last->Tags()->Item(2)->Result(), u"\r\nb\r\n\r\n");
+    on.set(u"kvTag.Drop Empty Paragraphs", u"False");
+    EXPECT_EQ(on.evaluate(u"[PROPERTY:none=:]\na\uFDD1"), u"\na\uFDD1");
+    on.set(u"kvTag.Drop Empty Paragraphs", u"maybe");
+    EXPECT_EQ(on.evaluate(u"a"), u"");
+}
+
+TEST(Rules, EmptyRtfParagraphsGo) {
+    TagTest on;
+    on.services.files.set(u"C:\\in.rtf", "{\\rtf1{\\fonttbl{\\f0 A;}}\\pard <KV:TAG>PROPERTY:none=:</KV>\\par}");
+    on.services.files.set(u"C:\\in.txt", "<KV:TAG>PROPERTY:none=:</KV>\r\n");
+    checkDropping(on, {{u"{\\rtf1 a\\par [INCLUDE=C:\\in.rtf:]\\par [INCLUDE=C:\\in.txt:]\\par b}",
+                        u"{\\rtf1 a\\par {\\rtf1{\\fonttbl{\\f0 A;}}\\pard }b}"}});
+    const std::pair<std::u16string_view, std::u16string_view> cases[] = {
+        {u"{\\rtf1 a\\par @\\par b\\par}", u"{\\rtf1 a\\par b\\par}"},
+        // What other paragraphs inherit stays, words stay apart, and groups stay balanced.
+        {u"{\\rtf1\\pard\\qc @\\par b\\par}", u"{\\rtf1\\pard\\qc b\\par}"},
+        {u"{\\rtf1\\b@\\par b\\par}", u"{\\rtf1\\b b\\par}"},
+        {u"{\\rtf1 a\\par{\\b @}{\\i @ \\par b}\\par}", u"{\\rtf1 a\\par{\\b }{\\i b}\\par}"},
+        {u"{\\rtf1 a\\par\\pard @ \\tab\\line @\r\n\\par\r\nb}", u"{\\rtf1 a\\par\\pard \r\n\r\nb}"},
+        {u"{\\rtf1\\pard{\\listtext 1.\\tab}@\\par b}", u"{\\rtf1\\pard b}"},
+        // What belongs to a paragraph keeps it.
+        {u"{\\rtf1 @{\\*\\bkmkstart n}\\par @{\\pict @@}\\par @{\\field}\\par @\\~\\par @\\page\\par\\par}",
+         u"{\\rtf1 {\\*\\bkmkstart n}\\par {\\pict }\\par {\\field}\\par \\~\\par \\page\\par\\par}"},
+        {u"{\\rtf1 @ {\\footnote @\\par a}\\par}", u"{\\rtf1  {\\footnote a}\\par}"},
+        {u"{\\rtf1 x\\par{\\info{\\title @}}{\\*\\x @}\\par x}", u"{\\rtf1 x\\par{\\info{\\title }}{\\*\\x }\\par x}"},
+        // Headers and footers have paragraphs of their own; the last one stays.
+        {u"{\\rtf1{\\header\\pard @\\par h\\par @}@\\par a @}", u"{\\rtf1{\\header\\pard h\\par }a }"},
+        // Cells and rows stay, and so does what separates two tables.
+        {u"{\\rtf1\\trowd\\intbl @\\par a\\cell @ \\cell\\row\\pard @\\par b}",
+         u"{\\rtf1\\trowd\\intbl a\\cell  \\cell\\row\\pard b}"},
+        {u"{\\rtf1\\trowd\\intbl\\cell\\row\\pard @\\par @\\par\\trowd\\intbl\\cell\\row\\pard @\\par}",
+         u"{\\rtf1\\trowd\\intbl\\cell\\row\\pard \\par \\trowd\\intbl\\cell\\row\\pard \\par}"},
+        {u"{\\rtf1\\trowd\\intbl\\cell\\row\\pard @\\par\\par\\trowd}",
+         u"{\\rtf1\\trowd\\intbl\\cell\\row\\pard \\par\\trowd}"},
+        // Binary data, unbalanced braces and a backslash at the end.
+        {u"{\\rtf1 @{\\bin2 {}}\\par}}@\\par\\", u"{\\rtf1 {\\bin2 {}}}}\\"}};
+    for (const auto& [text, result] : cases) {
+        std::u16string marked(text);
+        std::replace(marked.begin(), marked.end(), u'@', kEmptyTag);
+        dropEmptyParagraphs(marked, true);
+        EXPECT_EQ(marked, result) << toUtf8(text);
+    }
 }
 
 TEST(Rules, LimitsAreLowered) {

@@ -18,6 +18,8 @@ constexpr Traits shown = bit(WordTrait::shown);
 constexpr Traits shownCell = bit(WordTrait::shownCell);
 constexpr Traits shownGroup = bit(WordTrait::shownGroup);
 constexpr Traits hiddenGroup = bit(WordTrait::hiddenGroup);
+constexpr Traits anchoredGroup = bit(WordTrait::anchoredGroup);
+constexpr Traits numberGroup = bit(WordTrait::numberGroup);
 constexpr Traits apartGroup = bit(WordTrait::apartGroup);
 constexpr Traits documentWord = bit(WordTrait::documentWord);
 constexpr Traits documentGroup = bit(WordTrait::documentGroup);
@@ -73,7 +75,7 @@ constexpr Row table[] = {
     {u"allowfieldendsel", documentWord},
     {u"allprot", documentWord},
     {u"alntblind", documentWord},
-    {u"annotation", hiddenGroup | apartGroup},
+    {u"annotation", hiddenGroup | apartGroup | anchoredGroup},
     {u"annotprot", documentWord},
     {u"ansi", documentWord},
     {u"ansicpg", documentWord},
@@ -86,6 +88,8 @@ constexpr Row table[] = {
     {u"bin", none, Word::bin},
     {u"binfsxn", section | sectionPage},
     {u"binsxn", section | sectionPage},
+    {u"bkmkend", anchoredGroup},
+    {u"bkmkstart", anchoredGroup},
     {u"bookfold", documentWord},
     {u"bookfoldrev", documentWord},
     {u"bookfoldsheets", documentWord},
@@ -199,6 +203,7 @@ constexpr Row table[] = {
     {u"felnbrelev", documentWord},
     {u"fet", documentWord},
     {u"fi", paragraph},
+    {u"field", anchoredGroup},
     {u"filetbl", hiddenGroup | documentGroup},
     {u"fldinst", hiddenGroup},
     {u"fonttbl", hiddenGroup},
@@ -289,7 +294,7 @@ constexpr Row table[] = {
     {u"listoverride", listPart},
     {u"listoverridetable", hiddenGroup},
     {u"listtable", hiddenGroup},
-    {u"listtext", hiddenGroup},
+    {u"listtext", hiddenGroup | numberGroup},
     {u"lnbrkrule", documentWord},
     {u"lndscpsxn", section | sectionPage},
     {u"lnongrid", documentWord},
@@ -383,7 +388,7 @@ constexpr Row table[] = {
     {u"plain", beginsText, Word::plain},
     {u"pncf", colour},
     {u"pnf", moreFont},
-    {u"pntext", hiddenGroup},
+    {u"pntext", hiddenGroup | numberGroup},
     {u"prcolbl", documentWord},
     {u"printdata", documentWord},
     {u"private", documentWord},

@@ -14,6 +14,8 @@ enum class WordTrait : std::uint8_t {
     shownCell,      // the word belongs to a row, and a row shows something
     shownGroup,     // the group that begins with it shows something at its place
     hiddenGroup,    // the group that begins with it shows nothing at its place
+    anchoredGroup,  // the group that begins with it belongs to its place, although a page may show nothing there
+    numberGroup,    // the group that begins with it is the number that a list gives its paragraph
     apartGroup,     // the paragraphs of the group that begins with it are not those of the table around it
     documentWord,   // the word describes a whole document, and has no meaning in a part of another one
     documentGroup,  // so does the group that begins with it
