@@ -199,7 +199,7 @@ TEST(TemplateCheck, FindsTheLimitsThatEvaluationMeets) {
         {u"123456<KV:TAG>PROPERTY:five=:</KV>", "1:7 KV503"},
         {u"{\\rtf1 12345678901234567890<KV:TAG>PROPERTY:five=:</KV>}", ""},
         {u"<KV:TAG>INCLUDE=C:\\elsewhere\\two.txt:</KV><KV:TAG>INCLUDE=\\\\elsewhere\\two.txt:</KV>",
-         "1:1 KV405, 1:44 KV405"},
+         "1:1 KV405, 1:43 KV405"},
     };
     for (const Row& row : rows) {
         Checked checked;

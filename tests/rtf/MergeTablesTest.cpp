@@ -177,7 +177,7 @@ TEST(MergeTables, TolerantMergingKeepsForeignText) {
                   u"{\\rtf1{\\colortbl;\\caccentone\\red1;}{\\rtf1{\\colortbl;\\caccentone\\ctint255\\red2;\\ctextone;}"
                   u"\\cf1}}",
                   true)),
-              "{\\rtf1{\\colortbl;\\caccentone\\red1;\\red2;\\ctextone;}{\\rtf1\\cf2}}");
+              "{\\rtf1{\\fonttbl}{\\colortbl;\\caccentone\\red1;\\red2;\\ctextone;}{\\rtf1\\cf2}}");
 }
 
 TEST(MergeTables, TolerantMergingKeepsDefaultsAndCharacterSets) {
