@@ -12,13 +12,12 @@ import sys
 ALLOWED = {"text": []}
 ALLOWED["automation"] = ["text"]
 ALLOWED["platform"] = ["text", "automation"]
-ALLOWED["common"] = ALLOWED["platform"] + ["platform"]
+ALLOWED["common"] = ALLOWED["process"] = ALLOWED["platform"] + ["platform"]
 ALLOWED["properties"] = ALLOWED["common"] + ["common"]
 ALLOWED["rtf"] = ALLOWED["handlers"] = ALLOWED["direct"] = ALLOWED["properties"] + ["properties"]
 ALLOWED["core"] = ALLOWED["rtf"] + ["rtf", "handlers", "direct"]
 ALLOWED["check"] = ALLOWED["core"] + ["core"]
 ALLOWED["com"] = ALLOWED["api"] = ALLOWED["check"] + ["check"]
-ALLOWED["process"] = ALLOWED["core"] + ["core"]
 ALLOWED["cli"] = ALLOWED["check"] + ["check", "process"]
 
 # The rooms within rtf, in the same manner.

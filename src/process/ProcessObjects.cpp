@@ -3,10 +3,8 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "automation/Convert.h"
 #include "automation/DispatchTable.h"
-#include "core/kvTag.h"
-#include "properties/privProperties.h"
-#include "properties/privProperty.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
 
@@ -124,37 +122,57 @@ Json ProcessHandler::described(std::u16string_view command) {
     return command.empty() ? commands : commands.value(toUtf8(command), Json::object());
 }
 
-Json questionOf(kvTag& tag) {
+Variant get(automation::Object& object, std::u16string_view property, std::span<Variant> arguments = {}) {
+    return object.invoke(property, automation::InvokeKind::get, arguments);
+}
+
+Variant item(automation::Object& collection, Variant key) {
+    return get(collection, u"Item", {&key, 1});
+}
+
+std::string textOf(const Variant& value) {
+    return toUtf8(automation::toText(value).value_or(u""));
+}
+
+automation::ObjectRef required(automation::ObjectRef object) {
+    if (!object) throw Error(13);
+    return object;
+}
+
+Json questionOf(automation::Object& tag) {
     Json parameters = Json::object();
-    const auto elements = tag.Elements();
-    for (std::int32_t index = kFirstParameter; index <= elements->Count(); ++index) {
-        const std::u16string name(elements->Item(index)->Name());
-        parameters.emplace(toUtf8(name), toUtf8(tag.GetProcessedElementsValue(name)));
+    const automation::ObjectRef elements = required(get(tag, u"Elements").object());
+    const std::int32_t count = automation::toLong(get(*elements, u"Count")).value_or(0);
+    for (std::int32_t index = kFirstParameter; index <= count; ++index) {
+        const automation::ObjectRef element = required(item(*elements, index).object());
+        const Variant name = get(*element, u"Name");
+        parameters.emplace(textOf(name), textOf(automation::call(tag, u"GetProcessedElementsValue", name)));
     }
     return {{"tag",
-             {{"handler", toUtf8(tag.HandlerName())},
-              {"command", toUtf8(tag.CommandName())},
-              {"value", toUtf8(tag.CommandValueProcessed())},
+             {{"handler", textOf(get(tag, u"HandlerName"))},
+              {"command", textOf(get(tag, u"CommandName"))},
+              {"value", textOf(get(tag, u"CommandValueProcessed"))},
               {"parameters", std::move(parameters)},
-              {"rtf", tag.ProtectRTF()}}}};
+              {"rtf", automation::truth(get(tag, u"ProtectRTF"))}}}};
 }
 
 // What the program asks for before it answers.
-Json answerTo(kvTag& tag, const Json& question) {
-    if (question.contains("evaluate")) return {{"value", toUtf8(tag.ProcessValue(member(question, "evaluate")))}};
+Json answerTo(automation::Object& tag, const Json& question) {
+    if (question.contains("evaluate")) {
+        return {{"value", textOf(automation::call(tag, u"ProcessValue", member(question, "evaluate")))}};
+    }
+    const automation::ObjectRef properties = required(get(tag, u"Properties").object());
     if (question.contains("set")) {
-        tag.Properties().put(member(question, "set"), Variant(member(question, "value")));
+        automation::call(*properties, u"Add", member(question, "set"), member(question, "value"), true);
         return {{"value", nullptr}};
     }
     if (!question.contains("property")) throw Error(kAutomationError, u"The handler's answer has no known member");
-    std::u16string buffer;
-    const auto text = tag.Properties().textOf(member(question, "property"), buffer);
-    return {{"value", text ? Json(toUtf8(*text)) : Json(nullptr)}};
+    const automation::ObjectRef property = item(*properties, member(question, "property")).object();
+    return {{"value", property ? Json(textOf(get(*property, u"ValueStr"))) : Json(nullptr)}};
 }
 
 std::u16string ProcessHandler::answer(const automation::ObjectRef& object) {
-    const auto tag = std::dynamic_pointer_cast<kvTag>(object);
-    if (!tag) throw Error(13);
+    const automation::ObjectRef tag = required(object);
     Json question = questionOf(*tag);  // it may start the same handler
     Conversation conversation(objects_, command_);
     for (int questions = 0; questions < kMostQuestions; ++questions) {
