@@ -72,11 +72,7 @@ std::optional<std::vector<Token>> tokensOf(std::u16string_view text) {
     return tokens;
 }
 
-int currentYear() {
-    const std::time_t now = std::time(nullptr);
-    const std::tm* local = std::localtime(&now);
-    return local == nullptr ? 1970 : local->tm_year + 1900;
-}
+constinit thread_local int assumedYear = 0;
 
 class DateReader {
 public:
@@ -201,6 +197,17 @@ private:
 };
 
 }  // namespace
+
+int currentYear() {
+    if (assumedYear != 0) return assumedYear;
+    const std::time_t now = std::time(nullptr);
+    const std::tm* local = std::localtime(&now);
+    return local == nullptr ? 1970 : local->tm_year + 1900;
+}
+
+void assumeYear(int year) noexcept {
+    assumedYear = year;
+}
 
 std::optional<Date> parseDate(std::u16string_view text, std::uint32_t flags) {
     constexpr std::uint32_t kTimeOnly = 1;

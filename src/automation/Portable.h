@@ -27,6 +27,9 @@ std::optional<double> parseNumber(std::u16string_view text);
 
 // flags: 1 keeps only the time of day, 2 only the day (VAR_TIMEVALUEONLY, VAR_DATEVALUEONLY).
 std::optional<Date> parseDate(std::u16string_view text, std::uint32_t flags = 0);
+// The year of dates that have none, and another one for this thread (0: the current one).
+int currentYear();
+void assumeYear(int year) noexcept;
 // "3/5/2004 2:07:09 PM"; the day alone when the time is 0, the time alone on day 0. Nothing
 // outside the years 100 to 9999.
 std::optional<std::u16string> dateText(Date date);

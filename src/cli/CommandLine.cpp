@@ -41,6 +41,8 @@ does not have are written as \uN?. Plain text is written in the encoding of the 
 Examples:
   velmor eval letter.rtf --property 'Contact=Ruth Ackroyd' -o letter-ackroyd.rtf
   velmor eval letter.rtf -o out.rtf --trace run.json
+  velmor eval letter.rtf -o out.rtf --record run.kvr
+  velmor eval -o again.rtf --replay run.kvr
   velmor eval - < mail.txt > out.txt)";
 
 constexpr const char* reportFooter = R"(
@@ -227,8 +229,7 @@ void addRules(CLI::App& command, TemplateOptions& options) {
     command.add_flag_callback(
         "--drop-empty-paragraphs", [&options] { options.rules["kvTag.Drop Empty Paragraphs"] = "True"; },
         "Leave out paragraphs that held nothing but tags, all of them empty");
-    add("--include-root", "kvTag.Include Root", "Include files of this folder only", "DIR")
-        ->check(CLI::ExistingDirectory);
+    add("--include-root", "kvTag.Include Root", "Include files of this folder only", "DIR");
     add("--max-depth", "kvTag.Max Depth", "Most levels of tags within tags (at most 100)", "N")
         ->check(CLI::PositiveNumber);
     add("--max-tags", "kvTag.Max Tags", "Most tags that are evaluated", "N")->check(CLI::PositiveNumber);
@@ -252,9 +253,22 @@ void addEval(CLI::App& app, CommandLine& line) {
     const auto [command, options] = addCommand(app, line, "eval", "Evaluate a template", evalFooter, runEval);
     addOutput(*command, options.output, "result");
     addEvaluation(*command, options, line);
+    const CLI::Validator file(refuseStandardOutput, "");
     command->add_option("--trace", options.trace, "Write what each tag gave, where and how fast, to this JSON file")
         ->type_name("FILE")
-        ->check(CLI::Validator(refuseStandardOutput, ""));
+        ->check(file);
+    CLI::Option* const record =
+        command->add_option("--record", options.record, "Write what handlers, files and the machine gave to this file");
+    record->type_name("FILE")->check(file);
+    const auto take = [&options = options, &line](const std::string& name) {
+        options.replay = name;
+        line.replays = true;
+    };
+    command
+        ->add_option_function<std::string>("--replay", take,
+                                           "Evaluate what this record holds, with what it holds and nothing else")
+        ->type_name("FILE")
+        ->excludes(record);
 }
 
 void addReport(CLI::App& app, CommandLine& line) {
@@ -399,6 +413,13 @@ std::string commandNames(const CLI::App& app) {
     return names;
 }
 
+// One without a registry.
+platform::SystemOptions emptyMachine() {
+    platform::SystemOptions system;
+    system.registryOnlyIfNamed = true;
+    return system;
+}
+
 // Prints the help or the version that was asked for. Every other outcome is a wrong command line.
 void answer(const CLI::App& app, const CLI::ParseError& outcome) {
     std::ostringstream out;
@@ -434,6 +455,7 @@ std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& argu
     }
     try {
         app.parse(withoutHelpCommand(app, decodedBackwards(arguments)));
+        if (line.replays) line.system = emptyMachine();
     } catch (const CLI::ParseError& outcome) {
         answer(app, outcome);
         return std::nullopt;

@@ -13,6 +13,7 @@ namespace velmor::cli {
 struct CommandLine {
     std::function<ExitCode(platform::Services&)> run;  // the command with its options
     platform::SystemOptions system;
+    bool replays = false;  // nothing of the machine is used: `system` does not count
 };
 
 // The arguments are in the locale's encoding (UTF-8 on Windows), the result is in UTF-8.

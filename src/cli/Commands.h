@@ -16,7 +16,9 @@ namespace velmor::cli {
 
 struct EvalOptions : TemplateOptions {
     std::string output;
-    std::string trace;  // where the trace goes; empty: nowhere
+    std::string trace;   // where the trace goes; empty: nowhere
+    std::string record;  // where the record goes; empty: nowhere
+    std::string replay;  // the record that takes the place of everything outside; empty: none
 };
 // Evaluates a template and writes the result. Reports the entries of the error log.
 ExitCode runEval(platform::Services& services, const EvalOptions& options);

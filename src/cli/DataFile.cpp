@@ -41,8 +41,8 @@ bool addMembers(privProperties& into, const Json& json, int level) {
 
 }  // namespace
 
-void readDataFile(privProperties& into, const platform::Files& files, const std::string& name) {
-    const JsonFile file = JsonFile::read(files, name);
+void addData(privProperties& into, std::string_view bytes, const std::string& name) {
+    const JsonFile file = JsonFile::parse(bytes, name);
     const std::string& text = file.text;
     std::size_t begin = std::min(text.find_first_not_of(kBlanks), text.size());
     if (file.json.is_array()) begin = std::min(text.find_first_not_of(kBlanks, begin + 1), text.size());

@@ -45,9 +45,7 @@ void ErrorReport::heard(const ErrorLogEntry& entry, const OutermostTag& tag) {
 
 bool ErrorReport::print() const {
     for (const Line& line : lines_) {
-        std::string text = name_;
-        if (line.place) text += ":" + std::to_string(line.place->line) + ":" + std::to_string(line.place->column);
-        text += ": " + line.text;
+        const std::string text = textOf(line.place) + ": " + line.text;
         report(line.count == 1 ? text : text + " (" + std::to_string(line.count) + " times)");
     }
     if (others_ > 0) report(name_ + ": " + std::to_string(others_) + " more errors");
@@ -57,6 +55,10 @@ bool ErrorReport::print() const {
 std::optional<TemplatePlaces::Place> ErrorReport::placeOf(const OutermostTag& tag) const {
     if (tag.index < 1) return std::nullopt;
     return places_.of(static_cast<std::size_t>(tag.index), static_cast<std::size_t>(tag.position));
+}
+
+std::string ErrorReport::textOf(const std::optional<TemplatePlaces::Place>& place) const {
+    return place ? name_ + ":" + std::to_string(place->line) + ":" + std::to_string(place->column) : name_;
 }
 
 }  // namespace velmor::cli

@@ -24,6 +24,10 @@ public:
     void heard(const ErrorLogEntry& entry, const OutermostTag& tag) override;
     // Returns whether there was anything to report.
     bool print() const;
+    // Nothing if no tag is being answered.
+    std::optional<TemplatePlaces::Place> placeOf(const OutermostTag& tag) const;
+    // "TEMPLATE:LINE:COLUMN", or the template's name alone.
+    std::string textOf(const std::optional<TemplatePlaces::Place>& place) const;
 
     // Equal errors.
     struct Line {
@@ -36,8 +40,6 @@ public:
     std::size_t others() const noexcept { return others_; }
 
 private:
-    std::optional<TemplatePlaces::Place> placeOf(const OutermostTag& tag) const;
-
     std::string name_;
     const TemplatePlaces& places_;
     std::vector<Line> lines_;

@@ -1,9 +1,13 @@
 #include <memory>
 #include <optional>
 
+#include "automation/Portable.h"
 #include "cli/Commands.h"
 #include "cli/ErrorReport.h"
+#include "cli/LineText.h"
+#include "cli/RunRecord.h"
 #include "cli/Streams.h"
+#include "cli/TapedServices.h"
 #include "cli/TemplatePlaces.h"
 #include "cli/TraceCollector.h"
 #include "cli/TraceFile.h"
@@ -11,28 +15,97 @@
 #include "properties/privProperties.h"
 
 namespace velmor::cli {
+namespace {
 
-ExitCode runEval(platform::Services& services, const EvalOptions& options) {
-    TemplateInput input(services, options);
+std::unique_ptr<const RunRecord> recordToReplay(platform::Services& services, const EvalOptions& options) {
+    if (options.replay.empty()) return nullptr;
+    auto record = std::make_unique<const RunRecord>(inputName(options.replay), readAll(services.files, options.replay));
+    record->requireSame(services.files, options);
+    return record;
+}
+
+// The services of an evaluation, and its tape if it is recorded or replayed.
+class EvalServices {
+public:
+    EvalServices(platform::Services& real, std::unique_ptr<Recorder> recorder, std::unique_ptr<Replayer> replayer)
+        : real_(real), recorder_(std::move(recorder)), replayer_(std::move(replayer)) {
+        if (Tape* const used = tape()) taped_.emplace(real, *used);
+        if (replayer_) replayer_->inside(&taped_->objects());
+    }
+
+    platform::Services& services() { return taped_ ? taped_->services() : real_; }
+    // Throws Failure for any trouble with the record.
+    void finish(std::string_view output, const ErrorReport& errors) {
+        Tape* const used = tape();
+        if (used == nullptr) return;
+        used->finish(checksumOf(output));
+        requireNoTrouble(errors);
+    }
+    void requireNoTrouble(const ErrorReport& errors) {
+        if (tape() == nullptr || !tape()->trouble()) return;
+        const Tape::Trouble& trouble = *tape()->trouble();
+        std::string message = errors.textOf(errors.placeOf({trouble.tag, trouble.position, trouble.tagText}));
+        message += ": ";
+        if (!trouble.tagText.empty()) message += shown(trouble.tagText) + ": ";
+        throw Failure(exitFile, message + trouble.message + "; nothing was written");
+    }
+    // The record that was made; null if none was.
+    const std::string* record() const { return recorder_ ? &recorder_->text() : nullptr; }
+
+private:
+    Tape* tape() const noexcept {
+        return recorder_ ? static_cast<Tape*>(recorder_.get()) : static_cast<Tape*>(replayer_.get());
+    }
+
+    platform::Services& real_;
+    const std::unique_ptr<Recorder> recorder_;
+    const std::unique_ptr<Replayer> replayer_;
+    std::optional<TapedServices> taped_;
+};
+
+std::unique_ptr<Recorder> recorderOf(const EvalOptions& options, const TemplateFiles& files, TextEncoding encoding) {
+    if (options.record.empty()) return nullptr;
+    const int year = automation::portable::currentYear();
+    automation::portable::assumeYear(year);
+    return std::make_unique<Recorder>(recordHead({options, files, encoding, year}));
+}
+
+ExitCode evaluate(platform::Services& services, const EvalOptions& options, const RunRecord* replayed) {
+    const TemplateOptions& used = replayed ? replayed->input().options : options;
+    TemplateFiles files = replayed ? replayed->input().files : TemplateFiles::read(services.files, options);
+    TemplateInput input(services, used, options.record.empty() ? std::move(files) : files);
     Document& document = input.document();
-    const std::shared_ptr<kvTag> tag = input.makeTag();
+    if (replayed) document.encoding = replayed->input().encoding;
+    EvalServices source(input.services(), recorderOf(options, files, document.encoding),
+                        replayed ? replayed->replayer() : nullptr);
+    const std::shared_ptr<kvTag> tag = input.makeTag(source.services());
     const TemplatePlaces places(document.text);
-    ErrorReport errors(inputName(options.input), places);
+    ErrorReport errors(inputName(used.input), places);
     std::optional<TraceCollector> trace;
     if (!options.trace.empty()) trace.emplace();
     tag->Value(std::move(document.text));
     const std::u16string result = tag->Result();
+    source.requireNoTrouble(errors);
     const bool reported = errors.print();
     if (tag->hasFailed()) throw Failure(exitFile, "nothing was written: the evaluation failed");
     std::vector<PlaceShift> shifts;
     const std::string output = encodeResult(result, document.encoding, trace ? &shifts : nullptr);
+    source.finish(output, errors);
     if (trace) {
         writeAll(services.files, options.trace,
-                 traceFile(*trace, {options.input, places, output, document.encoding, shifts}));
+                 traceFile(*trace, {used.input, places, output, document.encoding, shifts}));
     }
+    if (source.record()) writeAll(services.files, options.record, *source.record());
     writeAll(services.files, options.output, output);
     tag->Dispose();
     return reported ? exitReported : exitDone;
+}
+
+}  // namespace
+
+ExitCode runEval(platform::Services& services, const EvalOptions& options) {
+    const std::unique_ptr<const RunRecord> replayed = recordToReplay(services, options);
+    return evaluate(services, options, replayed.get());
 }
 
 }  // namespace velmor::cli

@@ -10,8 +10,12 @@
 namespace velmor::cli {
 
 JsonFile JsonFile::read(const platform::Files& files, const std::string& name) {
+    return parse(readAll(files, name), name);
+}
+
+JsonFile JsonFile::parse(std::string_view bytes, const std::string& name) {
     JsonFile file{inputName(name), {}, {}};
-    file.text = toUtf8(decodeText(readAll(files, name), EncodingChoice::utf8, file.name));
+    file.text = toUtf8(decodeText(bytes, EncodingChoice::utf8, file.name));
     try {
         file.json = Json::parse(file.text);
     } catch (const Json::parse_error& error) {

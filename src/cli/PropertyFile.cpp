@@ -1,5 +1,7 @@
 #include "cli/PropertyFile.h"
 
+#include <utility>
+
 #include "cli/Failure.h"
 #include "cli/Streams.h"
 #include "common/Cipher.h"
@@ -34,18 +36,27 @@ void requireProperties(std::u16string_view text, const privProperties& propertie
 
 }  // namespace
 
-void readPropertyFile(privProperties& into, const platform::Files& files, const PropertyFile& file) {
+PropertyText readPropertyText(const platform::Files& files, const PropertyFile& file) {
     const std::string name = inputName(file.name);
-    const std::u16string text = decodeText(readAll(files, file.name), file.encoding, name);
+    std::u16string text = decodeText(readAll(files, file.name), file.encoding, name);
     if (file.passwordFile.empty()) {
         if (isEnciphered(text)) throw Failure(exitFile, name + " is enciphered; use --password-file");
-        into.Build(text);
-        return requireProperties(text, into, name);
+        return {std::move(text), false};
     }
     if (!isEnciphered(text)) throw Failure(exitFile, name + " is not enciphered; omit --password-file");
     const auto utf8 = deciphered(text, readPassword(files, file.passwordFile));
     if (!utf8) throw Failure(exitFile, "cannot open " + name + ": the password is wrong, or the file is damaged");
-    into.BuildByDelimited(fromUtf8(*utf8));
+    return {fromUtf8(*utf8), true};
+}
+
+void addPropertyText(privProperties& into, const PropertyText& from, const std::string& name) {
+    if (from.isDelimited) return into.BuildByDelimited(from.text);
+    into.Build(from.text);
+    requireProperties(from.text, into, inputName(name));
+}
+
+void readPropertyFile(privProperties& into, const platform::Files& files, const PropertyFile& file) {
+    addPropertyText(into, readPropertyText(files, file), file.name);
 }
 
 }  // namespace velmor::cli

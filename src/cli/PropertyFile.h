@@ -15,10 +15,23 @@ struct PropertyFile {
     EncodingChoice encoding = EncodingChoice::automatic;
 };
 
-// Reads the file into the collection, whose entries it replaces. White space after the last entry
-// is ignored. Throws Failure (exitFile) when something cannot be read, when the text does not
-// begin with a property, when the password is wrong, and when a password is given for a text that is
-// not enciphered or is missing for one that is.
+// What a property file holds, deciphered.
+struct PropertyText {
+    std::u16string text;
+    bool isDelimited = false;  // the form of enciphered files
+
+    bool operator==(const PropertyText&) const = default;
+};
+
+// Throws Failure (exitFile) when something cannot be read, when the password is wrong, and when a password is given for
+// a text that is not enciphered or is missing for one that is.
+PropertyText readPropertyText(const platform::Files& files, const PropertyFile& file);
+
+// Reads the text into the collection, whose entries it replaces. White space after the last entry is ignored. Throws
+// Failure (exitFile) when the text does not begin with a property; `name` is that of the file.
+void addPropertyText(privProperties& into, const PropertyText& from, const std::string& name);
+
+// Both.
 void readPropertyFile(privProperties& into, const platform::Files& files, const PropertyFile& file);
 
 }  // namespace velmor::cli

@@ -1,7 +1,8 @@
 #include "cli/TemplateInput.h"
 
+#include <utility>
+
 #include "cli/DataFile.h"
-#include "cli/PropertyFile.h"
 #include "cli/Streams.h"
 #include "common/TextFile.h"
 #include "properties/privProperty.h"
@@ -31,32 +32,43 @@ std::u16string folderOf(const std::string& input, char16_t separator) {
 
 }  // namespace
 
-TemplateInput::TemplateInput(platform::Services& machine, const TemplateOptions& options)
+TemplateFiles TemplateFiles::read(const platform::Files& files, const TemplateOptions& options) {
+    if (options.includePath) requireFolder(*options.includePath);
+    if (const auto root = options.rules.find("kvTag.Include Root"); root != options.rules.end()) {
+        requireFolder(root->second);
+    }
+    TemplateFiles read{readAll(files, options.input), {}, {}};
+    if (!options.propertyFile.empty()) {
+        read.properties = readPropertyText(files, {options.propertyFile, options.passwordFile, options.encoding});
+    }
+    if (!options.dataFile.empty()) read.data = readAll(files, options.dataFile);
+    return read;
+}
+
+TemplateInput::TemplateInput(platform::Services& machine, const TemplateOptions& options, TemplateFiles files)
     : options_(options),
+      files_(std::move(files)),
       folders_(machine.folders, folderOf(options.input, machine.folders.separator())),
       services_{machine.registry, machine.files,    machine.clock, folders_,
                 machine.objects,  machine.pictures, machine.guids} {
     if (options.encoding != EncodingChoice::ansi) useTextFileDecoder(&decodeTextFileOrUtf8);
-    document_ = decodeTemplate(readAll(machine.files, options.input), options.encoding, inputName(options.input));
+    document_ = decodeTemplate(files_.document, options.encoding, inputName(options.input));
+    std::string().swap(files_.document);
 }
 
-void TemplateInput::addProperties(privProperties& properties) const {
-    if (!options_.propertyFile.empty()) {
-        readPropertyFile(properties, services_.files,
-                         {options_.propertyFile, options_.passwordFile, options_.encoding});
-    }
-    if (!options_.dataFile.empty()) readDataFile(properties, services_.files, options_.dataFile);
+void TemplateInput::addProperties(privProperties& properties, const platform::Folders& folders) const {
+    if (files_.properties) addPropertyText(properties, *files_.properties, options_.propertyFile);
+    if (files_.data) addData(properties, *files_.data, options_.dataFile);
     for (const auto& assignment : options_.properties) setProperty(properties, assignment);
     makeTolerant(properties, options_.exact);
-    if (options_.sandbox) addSandbox(properties);
+    if (options_.sandbox) addSandbox(properties, folders);
     for (const auto& [name, value] : options_.rules) properties.AddStr(fromUtf8(name), fromUtf8(value), true);
-    if (options_.includePath) requireFolder(*options_.includePath);
     if (options_.includePath) properties.AddStr(u"Path", fromUtf8(*options_.includePath), true);
 }
 
-std::shared_ptr<kvTag> TemplateInput::makeTag() {
-    const auto tag = std::make_shared<kvTag>(services_);
-    addProperties(*tag->Properties().own());
+std::shared_ptr<kvTag> TemplateInput::makeTag(platform::Services& services) const {
+    const auto tag = std::make_shared<kvTag>(services);
+    addProperties(*tag->Properties().own(), services.folders);
     return tag;
 }
 
@@ -69,10 +81,10 @@ std::shared_ptr<privProperties> TemplateInput::namedProperties() {
 
 // For templates and data that nobody has read: tags in data are text, and only files of the template's folder are
 // included. (The registry is that of the command line alone: see main.)
-void TemplateInput::addSandbox(privProperties& properties) const {
+void TemplateInput::addSandbox(privProperties& properties, const platform::Folders& folders) const {
     properties.AddStr(u"kvTag.Data Tags", u"refuse", true);
     properties.AddStr(u"kvTag.Include Root",
-                      options_.includePath ? fromUtf8(*options_.includePath) : folders_.component(), true);
+                      options_.includePath ? fromUtf8(*options_.includePath) : folders.component(), true);
 }
 
 }  // namespace velmor::cli

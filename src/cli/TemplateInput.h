@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cli/Documents.h"
+#include "cli/PropertyFile.h"
 #include "core/kvTag.h"
 #include "platform/TemplateFolders.h"
 #include "properties/privProperties.h"
@@ -31,11 +32,24 @@ struct TemplateOptions {
     }
 };
 
-// Reads a template. While it lives, included files are decoded as the template is. When the property "Path" is absent,
+// What the files that the options name hold.
+struct TemplateFiles {
+    std::string document;                    // bytes
+    std::optional<PropertyText> properties;  // if a property file is named
+    std::optional<std::string> data;         // bytes, if a data file is named
+
+    // Throws Failure (exitFile), also for a folder of included files that does not exist.
+    static TemplateFiles read(const platform::Files& files, const TemplateOptions& options);
+};
+
+// Takes a template. While it lives, included files are decoded as the template is. When the property "Path" is absent,
 // they are searched in the template's folder (for standard input, in the current folder). Throws Failure (exitFile).
 class TemplateInput {
 public:
-    TemplateInput(platform::Services& machine, const TemplateOptions& options);
+    TemplateInput(platform::Services& machine, const TemplateOptions& options)
+        : TemplateInput(machine, options, TemplateFiles::read(machine.files, options)) {}
+    // The options must last.
+    TemplateInput(platform::Services& machine, const TemplateOptions& options, TemplateFiles files);
     TemplateInput(const TemplateInput&) = delete;
     TemplateInput& operator=(const TemplateInput&) = delete;
 
@@ -43,16 +57,20 @@ public:
     platform::Services& services() noexcept { return services_; }
     Document& document() noexcept { return document_; }
     // Adds the properties, and "kvTag.RTF Tolerant" when it is absent.
-    void addProperties(privProperties& properties) const;
+    void addProperties(privProperties& properties) const { addProperties(properties, services_.folders); }
     // One with these properties and no value.
-    std::shared_ptr<kvTag> makeTag();
+    std::shared_ptr<kvTag> makeTag() { return makeTag(services_); }
+    // The same on services that stand in for this template's.
+    std::shared_ptr<kvTag> makeTag(platform::Services& services) const;
     // For a check: the properties that the options name; null if they name none, so that nobody knows what is set.
     std::shared_ptr<privProperties> namedProperties();
 
 private:
-    void addSandbox(privProperties& properties) const;
+    void addProperties(privProperties& properties, const platform::Folders& folders) const;
+    void addSandbox(privProperties& properties, const platform::Folders& folders) const;
 
     const TemplateOptions& options_;
+    TemplateFiles files_;  // without the document
     platform::TemplateFolders folders_;
     platform::Services services_;
     Document document_;

@@ -212,8 +212,9 @@ class Eval(VelmorTest):
         self.assertFalse(os.path.exists(self.path("none.txt")))
         self.velmor("eval", "in/letter.txt", "--property", "kvTag.Missing=never", expect=FILE)
         self.assertIn("in/letter.txt': \"never\" is not a value of kvTag.Missing (error 5)", self.messages)
-        for wrong in (["--missing", "never"], ["--max-depth", "0"], ["--include-root", "nowhere"]):
+        for wrong in (["--missing", "never"], ["--max-depth", "0"], ["--record", "r", "--replay", "r"]):
             self.velmor("eval", *wrong, expect=USAGE)
+        self.velmor("eval", "--include-root", "nowhere", expect=FILE)
         self.assertEqual(self.velmor("eval", "--drop-empty-paragraphs", "--trace", "run.json",
                                      stdin=b"a\r\n<KV:TAG>PROPERTY:n=:</KV> <KV:TAG>PROPERTY:n=:</KV>\r\nb"), b"a\r\nb")
         self.assertTrue(json.loads(self.read("run.json"))["moved"])
@@ -850,8 +851,11 @@ class ProcessHandlers(VelmorTest):
                 self.assertIn(said, self.messages)
 
     def test_one_program_answers_until_it_ends(self):
-        self.assertEqual(self.eval("<KV:COUNT>A:</KV>" * 4, REPORTED), "121")
+        self.assertEqual(self.eval("<KV:COUNT>A:</KV>" * 4, REPORTED, "--record", "r.kvr"), "121")
         self.assertIn("ended", self.messages)
+        for name in ("count.py", "r.reg"):
+            os.remove(self.path(name))
+        self.assertEqual(self.velmor("eval", "--replay", "r.kvr", expect=REPORTED), b"121")
 
 
 class Sample(VelmorTest):
@@ -886,6 +890,72 @@ class Sample(VelmorTest):
         self.assertEqual(out, b"ab")
         self.assertEqual(self.messages, 'velmor: standard input:1:2: <KV:FORMAT>DATE:VALUE=never:</KV>: '
                                         'FORMAT: "never" is not a date (error 13)\n')
+
+    def test_record_replaces_everything_outside(self):
+        tags = ("INCLUDE=utf16.txt:", "INCLUDE=list.kvl:KEY=b:", "INCLUDE=none.txt:", "INCLUDE=part.rtf:",
+                "PROPERTY:Logo=:", "PROPERTY:n=:", "PROPERTY:day=#5 Mar#:", "INCLUDE=bytes.bin:", "INCLUDE=bytes.bin:")
+        formats = ("DATE:PROPERTY=day:", "DATE:VALUE=never:", "NUMBER:VALUE=<KV:TAG>INCLUDE=number.txt:</KV>:")
+        self.write("t.rtf", b"{\\rtf1 \\trowd\\irow0\\lastrow\\cellx9\\intbl x\\cell\\row\\pard "
+                   + "|".join([f"<KV:TAG>{tag}</KV>" for tag in tags] + [f"<KV:FORMAT>{tag}</KV>" for tag in formats]
+                              + ["<KV:NONE>x:</KV>", "<KV:CUSTOMER>NAME:ID=1:</KV>"]).encode() + b"}")
+        self.write("utf16.txt", "\ufeff\ud800x\0\U0001f600".encode("utf-16-le", "surrogatepass"))
+        self.write("list.kvl", b'a="x":b="<KV:TAG>PROPERTY:n=:</KV>":')
+        self.write("part.rtf", b"{\\rtf1 \\trowd\\irow0\\lastrow\\cellx9\\intbl <KV:TAG>PROPERTY:n=:</KV>\\cell\\row}")
+        self.write("bytes.bin", bytes(range(256)))
+        self.write("number.txt", b"1234.5")
+        picture = base64.b64encode(b"\x89PNG\r\n\x1a\n" + bytes(40)).decode()
+        self.write("p", f'Logo=~RO~Picture"{picture}":day=#5 Mar 2004 2:07:09 PM#:'.encode())
+        self.write("d.json", b'{"n": "Zo\\u00eb"}')
+        command = ["eval", "t.rtf", *self.options, "--properties", "p", "--data", "d.json", "--property", "x=1",
+                   "--include-root", "."]
+        self.velmor(*command, "-o", "first", "--record", "r.kvr", expect=REPORTED)
+        messages, first, record = self.messages, self.read("first"), self.read("r.kvr")
+        for said in (b"5 March 2004", b"Zo\xeb", b"1,234.50", b"korvane"):
+            self.assertIn(said, first)
+        self.assertNotEqual(self.velmor(*command, expect=REPORTED), first)  # markers of tables are random
+        for name in os.listdir(self.folder.name):
+            os.remove(self.path(name))
+        self.write("r.kvr", record)
+        for replay in (command, ["eval"]):
+            self.assertEqual(self.velmor(*replay, "--replay", "r.kvr", expect=REPORTED), first)
+            self.assertEqual(self.messages, messages)
+        self.assertEqual(os.listdir(self.folder.name), ["r.kvr"])
+
+        lines = record.split(b"\n")
+        without = next(index for index, line in enumerate(lines) if b"number.txt" in line and b'"ask"' in line)
+        deep = json.dumps({"ask": json.loads(lines[without])["ask"]})[:-1].encode()
+        deep += b',"gave":' + b"[" * 200000 + b"]" * 200000 + b"}"
+        foreign = json.loads(lines[1])
+        foreign["settings"][0] = "1234,5"
+        self.write("t.rtf", b"{\\rtf1 changed}")
+        for name, damaged in (("cut.kvr", lines[:-2]), ("half.kvr", [record[:len(record) // 2]]),
+                              ("less.kvr", lines[:without] + lines[without + 1:]),
+                              ("no.kvr", lines[:without] + [b"{"] + lines[without + 1:]),
+                              ("deep.kvr", lines[:without] + [deep] + lines[without + 1:]),
+                              ("head.kvr", lines[:1] + [b"{}"] + lines[2:]),
+                              ("foreign.kvr", lines[:1] + [json.dumps(foreign).encode()] + lines[2:]),
+                              ("more.kvr", lines[:-2] + lines[-3:]),
+                              ("wrong.kvr", lines[:-2] + [b'{"end":"0"}', b""]),
+                              ("version.kvr", [lines[0].replace(b"1", b"2")] + lines[1:])):
+            self.write(name, b"\n".join(damaged))
+        number = without + 1
+        self.check_failures([(["eval", *arguments, "--replay", name], FILE, said) for arguments, name, said in (
+            (["t.rtf"], "r.kvr", "the template 't.rtf' is not that of the record"),
+            (["other.rtf"], "r.kvr", "file not found: 'other.rtf'"),
+            (["--property", "x=2"], "r.kvr", "--property is not that of the record"),
+            (["--missing", "mark"], "r.kvr", "kvTag.Missing is not that"),
+            ([], "t.rtf", "'t.rtf':1: this is not a record"),
+            ([], "version.kvr", "'version.kvr':1: another velmor"),
+            ([], "head.kvr", "'head.kvr':2: the record is damaged"),
+            ([], "foreign.kvr", "'foreign.kvr':2: it was recorded with other settings"),
+            ([], "cut.kvr", f"'cut.kvr':{len(lines) - 2}: the record is cut"),
+            ([], "half.kvr", "the record is cut"),
+            ([], "no.kvr", f"'no.kvr':{number}: this is not a line"),
+            ([], "deep.kvr", f"'deep.kvr':{number}: the record is damaged"),
+            ([], "more.kvr", "the evaluation has ended, but the record has not"),
+            ([], "wrong.kvr", "the output is not the recorded one"),
+            ([], "less.kvr", "<KV:FORMAT>NUMBER:VALUE=<KV:TAG>INCLUDE=number.txt:</KV>:</KV>: "
+                             f"'less.kvr':{number}: the record does not hold"))])
 
     def test_letter(self):
         letter = os.path.join(SAMPLES, "letter")
