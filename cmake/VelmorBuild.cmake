@@ -51,6 +51,9 @@ endif()
 if(CMAKE_CROSSCOMPILING)
     # Every test runs on this machine's Wine, in a prefix of the build folder.
     set(VELMOR_WINE ${PROJECT_SOURCE_DIR}/tools/wine --prefix ${PROJECT_BINARY_DIR}/wineprefix)
+    if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+        list(INSERT VELMOR_WINE 1 --64)
+    endif()
     set(CMAKE_CROSSCOMPILING_EMULATOR ${VELMOR_WINE})
 endif()
 

@@ -18,7 +18,7 @@ namespace velmor::platform {
 // Unless a call says otherwise, it reports failure by its result and leaves everything as it was.
 
 // Read-only view of HKEY_LOCAL_MACHINE. Keys are paths with "\" between the parts, a trailing "\"
-// is ignored; keys and names match without regard to case. 32-bit programs see the 32-bit view.
+// is ignored; keys and names match without regard to case. The program's own view precedes the other.
 class Registry {
 public:
     virtual ~Registry() = default;

@@ -16,7 +16,7 @@ struct SystemOptions {
     //   Linux: if it is absent, the file named by the environment variable VELMOR_REGISTRY, else the
     //   first that exists of $XDG_CONFIG_HOME/velmor/registry.reg (without that variable
     //   ~/.config/velmor/registry.reg) and /etc/velmor/registry.reg, else an empty registry.
-    //   Windows: if it is absent, the machine's registry, as 32-bit programs see it.
+    //   Windows: if it is absent, the machine's registry: the program's own view, then the other.
     std::u16string registryFile;
     // Replaces the folder of the component's file (Folders::component).
     std::u16string componentFolder;
