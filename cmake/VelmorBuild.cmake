@@ -2,7 +2,8 @@
 
 add_library(velmor_options INTERFACE)
 target_compile_options(velmor_options INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual -Wimplicit-fallthrough)
+    -Wall -Wextra -Wpedantic -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-qual -Wimplicit-fallthrough
+    $<IF:$<BOOL:${CMAKE_UNITY_BUILD}>,-Wno-subobject-linkage,-Wshadow>)  # files of one unit see each other's names
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
     # GCC 12 warns of overlap in the library's own code for u"x" + std::u16string (its bug 105651).
     target_compile_options(velmor_options INTERFACE -Wno-restrict)
@@ -86,6 +87,7 @@ function(velmor_members room)
             COMMAND Python3::Interpreter ${VELMOR_GENERATE_MEMBERS} table ${class} ${VELMOR_IDL} ${file}
             DEPENDS ${VELMOR_IDL} ${VELMOR_GENERATE_MEMBERS}
             VERBATIM)
+        set_source_files_properties(${file} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)  # all use the same names
         target_sources(velmor_${room} PRIVATE ${file})
     endforeach()
 endfunction()

@@ -22,7 +22,6 @@ using automation::Variant;
 constexpr std::u16string_view kClassPrefix = u"\\program\\";
 
 constexpr std::int32_t kLevelThatAnswers = 3;  // see ITag4
-constexpr std::int32_t kAutomationError = 440;
 
 class ProgramHandler final : public automation::Object {
 public:

@@ -35,7 +35,7 @@ CheckResult checkTemplate(platform::Services& services, const CheckOptions& opti
     return result;
 }
 
-ExitCode print(const std::vector<CheckResult>& results, CheckFormat format) {
+ExitCode printResults(const std::vector<CheckResult>& results, CheckFormat format) {
     std::vector<Diagnostic> diagnostics;
     std::size_t more = 0;
     for (const CheckResult& result : results) {
@@ -57,7 +57,7 @@ ExitCode runCheck(platform::Services& services, const CheckOptions& options) {
     for (const std::string& name : options.inputs.empty() ? std::vector<std::string>{""} : options.inputs) {
         results.push_back(checkTemplate(services, options, name));
     }
-    return print(results, options.format);
+    return printResults(results, options.format);
 }
 
 ExitCode runVerify(platform::Services& services, const VerifyOptions& options) {
@@ -66,7 +66,7 @@ ExitCode runVerify(platform::Services& services, const VerifyOptions& options) {
         Document document = decodeTemplate(readAll(services.files, name), EncodingChoice::automatic, inputName(name));
         results.push_back(checkOutput(fromUtf8(name.empty() ? "-" : name), std::move(document.text)));
     }
-    return print(results, options.format);
+    return printResults(results, options.format);
 }
 
 }  // namespace velmor::cli

@@ -13,7 +13,7 @@ using automation::Variant;
 
 constexpr std::string_view kBlanks = " \t\r\n";
 
-Variant valueOf(const Json& json) {
+Variant scalarOf(const Json& json) {
     if (json.is_string()) return Variant(fromUtf8(json.get<std::string>()));
     if (json.is_boolean()) return Variant(json.get<bool>());
     if (json.is_number_float()) return Variant(json.get<double>());
@@ -33,7 +33,7 @@ bool addMembers(privProperties& into, const Json& json, int level) {
     for (const auto& [key, value] : json.items()) {
         ++index;
         const std::string name = json.is_array() ? std::to_string(index) : key;
-        const PropertyRef property = into.Add(fromUtf8(name), valueOf(value), true);
+        const PropertyRef property = into.Add(fromUtf8(name), scalarOf(value), true);
         if (value.is_structured() && !addMembers(*property->Properties(), value, level + 1)) return false;
     }
     return true;

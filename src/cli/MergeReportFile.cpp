@@ -9,7 +9,7 @@ namespace {
 
 constexpr const char* kOutcomes[] = {"kept", "shared", "added", "renamed", "direct", "replaced"};
 
-Json jsonOf(const std::vector<MergedEntry>& entries) {
+Json entriesJson(const std::vector<MergedEntry>& entries) {
     Json list = Json::array();
     for (const MergedEntry& entry : entries) {
         Json json = {{"outcome", kOutcomes[static_cast<std::size_t>(entry.outcome)]}};
@@ -31,11 +31,11 @@ Json jsonOf(const MergeReport& report, const std::vector<std::string>& inputs) {
     for (std::size_t index = 0; index < report.documents.size(); ++index) {
         const MergeReport::Document& document = report.documents[index];
         Json json = {{"input", areInputs || index == 0 ? Json(inputs[index]) : Json(nullptr)},
-                     {"fonts", jsonOf(document.fonts)},
-                     {"colours", jsonOf(document.colours)},
-                     {"styles", jsonOf(document.styles)},
-                     {"lists", jsonOf(document.lists)},
-                     {"listOverrides", jsonOf(document.listOverrides)}};
+                     {"fonts", entriesJson(document.fonts)},
+                     {"colours", entriesJson(document.colours)},
+                     {"styles", entriesJson(document.styles)},
+                     {"lists", entriesJson(document.lists)},
+                     {"listOverrides", entriesJson(document.listOverrides)}};
         documents.push_back(std::move(json));
     }
     return {{"inputs", inputs}, {"documents", std::move(documents)}};

@@ -12,20 +12,20 @@ namespace velmor::cli {
 namespace {
 
 // Why a tag looks a property up.
-enum class Asker {
+enum class LookedUpBy {
     reader,    // a handler, or TAG>PROPERTY: the template asks for it
     setter,    // it sets the property
     included,  // another built-in command reads "Path", which may be absent
 };
 
-Asker askerOf(std::u16string_view name) {
+LookedUpBy askerOf(std::u16string_view name) {
     constexpr std::u16string_view kBuiltIn = u"TAG>";
-    if (!equalIgnoringCase(name.substr(0, kBuiltIn.size()), kBuiltIn)) return Asker::reader;
+    if (!equalIgnoringCase(name.substr(0, kBuiltIn.size()), kBuiltIn)) return LookedUpBy::reader;
     name.remove_prefix(kBuiltIn.size());
     const std::u16string_view command = name.substr(0, name.find_first_of(u":="));
-    if (equalIgnoringCase(command, u"PROPERTY")) return Asker::reader;
+    if (equalIgnoringCase(command, u"PROPERTY")) return LookedUpBy::reader;
     const bool sets = equalIgnoringCase(command, u"SETPROPERTY") || equalIgnoringCase(command, u"SETPATH");
-    return sets ? Asker::setter : Asker::included;
+    return sets ? LookedUpBy::setter : LookedUpBy::included;
 }
 
 }  // namespace
@@ -66,8 +66,8 @@ std::u16string_view ReportCollector::valueOf(std::size_t tag) const noexcept {
 void ReportCollector::lookedUp(std::u16string_view psName, bool isFound) noexcept {
     if (isOption(psName)) return;
     const std::uint32_t tag = answering();
-    const Asker asker = tag == kNone ? Asker::included : askerOf(nameOf(tags()[tag]));
-    if (asker == Asker::setter || (asker == Asker::included && !isFound)) return;
+    const LookedUpBy asker = tag == kNone ? LookedUpBy::included : askerOf(nameOf(tags()[tag]));
+    if (asker == LookedUpBy::setter || (asker == LookedUpBy::included && !isFound)) return;
     try {
         Property* const property = propertyOf(psName);
         if (property == nullptr) return;

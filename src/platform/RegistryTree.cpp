@@ -7,13 +7,13 @@
 namespace velmor::platform {
 namespace {
 
-std::u16string_view trimmed(std::u16string_view key) {
+std::u16string_view withoutSeparators(std::u16string_view key) {
     while (!key.empty() && key.back() == u'\\') key.remove_suffix(1);
     return key;
 }
 
 std::u16string sortKey(std::u16string_view key) {
-    std::u16string result = lowerCase(trimmed(key));
+    std::u16string result = lowerCase(withoutSeparators(key));
     std::replace(result.begin(), result.end(), u'\\', u'\0');
     return result;
 }
@@ -22,7 +22,7 @@ std::u16string sortKey(std::u16string_view key) {
 
 RegistryTree::Key& RegistryTree::keyAt(std::u16string_view key) {
     const auto [place, isNew] = keys_.try_emplace(sortKey(key));
-    if (isNew) place->second.path = trimmed(key);
+    if (isNew) place->second.path = withoutSeparators(key);
     return place->second;
 }
 

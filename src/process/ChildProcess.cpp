@@ -18,7 +18,7 @@
 namespace velmor::process {
 namespace {
 
-constexpr std::int32_t kCannotCreate = 429, kAutomationError = 440;
+constexpr std::int32_t kCannotCreate = 429;
 
 [[noreturn]] void fail(std::u16string message) {
     throw Error(kAutomationError, std::move(message));

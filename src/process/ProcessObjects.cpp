@@ -18,7 +18,6 @@ using Json = nlohmann::json;
 namespace {
 
 constexpr std::u16string_view kPrefix = u"process:";
-constexpr std::int32_t kAutomationError = 440;
 constexpr std::int32_t kLevel = 4;           // see ITag4
 constexpr std::int32_t kFirstParameter = 3;  // among the elements of a tag
 constexpr int kMostQuestions = 100'000;      // of one tag

@@ -10,6 +10,9 @@ namespace velmor {
 // The source of every error that is raised here, as hosts read it.
 inline constexpr char16_t kErrorSource[] = u"kvVelmor3";
 
+// "Automation error": for failures of foreign code that give no number.
+inline constexpr std::int32_t kAutomationError = 440;
+
 // The text that scripts know for an automation error's number.
 std::u16string errorText(std::int32_t number);
 

@@ -10,14 +10,14 @@ namespace velmor {
 
 namespace {
 
-constexpr std::size_t npos = std::u16string_view::npos;
+constexpr std::size_t notFound = std::u16string_view::npos;
 
 Comparison comparisonOf(bool binary) noexcept {
     return binary ? Comparison::binary : Comparison::text;
 }
 
 std::int32_t toPosition(std::size_t index) noexcept {
-    return index == npos ? 0 : static_cast<std::int32_t>(index + 1);
+    return index == notFound ? 0 : static_cast<std::int32_t>(index + 1);
 }
 
 }  // namespace
@@ -26,11 +26,11 @@ std::int32_t toPosition(std::size_t index) noexcept {
 // spare tail. Copies twice the sought text's length at the most.
 std::size_t privStrCat::findAcross(std::u16string_view sought, std::size_t start, std::size_t end,
                                    Comparison comparison) const {
-    if (start >= end) return npos;
+    if (start >= end) return notFound;
     const std::size_t reach = std::min(end - 1 + sought.size(), capacity_);
     const std::u16string seam = bufferCopy(start, reach - start);
     const std::size_t hit = findText(seam, sought, 0, comparison);
-    return hit == npos ? npos : start + hit;
+    return hit == notFound ? notFound : start + hit;
 }
 
 std::size_t privStrCat::findFrom(std::u16string_view sought, std::size_t start, Comparison comparison) const {
@@ -39,14 +39,14 @@ std::size_t privStrCat::findFrom(std::u16string_view sought, std::size_t start, 
     const std::size_t split = first.size();
     if (start < split) {
         const std::size_t hit = findText(first, sought, start, comparison);
-        if (hit != npos) return hit;
+        if (hit != notFound) return hit;
         const std::size_t seam =
             findAcross(sought, std::max(start, split - std::min(split, overlap)), split, comparison);
-        if (seam != npos) return seam;
+        if (seam != notFound) return seam;
         start = split;
     }
     const std::size_t hit = findText(second, sought, start - split, comparison);
-    if (hit != npos) return split + hit;
+    if (hit != notFound) return split + hit;
     const std::size_t length = content_.size();
     return findAcross(sought, std::max(start, length - std::min(length, overlap)), length, comparison);
 }
@@ -69,12 +69,12 @@ std::int32_t privStrCat::FindReverse(std::u16string_view psFind, std::int32_t pl
     const auto [first, second] = content_.range(0, toSize(start));
     const std::size_t split = first.size();
     std::size_t hit = findTextReverse(second, psFind, comparison);
-    if (hit != npos) return toPosition(split + hit);
+    if (hit != notFound) return toPosition(split + hit);
     const std::size_t seamStart = split - std::min(split, overlap);
     const std::size_t seamEnd = split + std::min(second.size(), overlap);
     const std::u16string seam = reportingErrors([&] { return bufferCopy(seamStart, seamEnd - seamStart); });
     hit = findTextReverse(seam, psFind, comparison);
-    if (hit != npos) return toPosition(seamStart + hit);
+    if (hit != notFound) return toPosition(seamStart + hit);
     return toPosition(findTextReverse(first, psFind, comparison));
 }
 

@@ -32,9 +32,9 @@ InvokeKind kindOf(const LateCall& call) noexcept {
 }
 
 // The arguments of a call by position, as the engine wants them, and back.
-class CallArguments {
+class DispatchedArguments {
 public:
-    CallArguments(const MemberNames& members, const LateCall& call) : call_(call) {
+    DispatchedArguments(const MemberNames& members, const LateCall& call) : call_(call) {
         const DISPPARAMS& given = *call.parameters;
         if (given.cNamedArgs > given.cArgs) throw Failure{E_INVALIDARG};
         for (UINT i = given.cArgs; i-- > given.cNamedArgs;) places_.push_back(&given.rgvarg[i]);
@@ -109,7 +109,8 @@ HRESULT report(const Raised& raised, EXCEPINFO* exception) noexcept {
     return DISP_E_EXCEPTION;
 }
 
-HRESULT run(automation::Object& object, std::u16string_view name, CallArguments& arguments, const LateCall& call) try {
+HRESULT run(automation::Object& object, std::u16string_view name, DispatchedArguments& arguments,
+            const LateCall& call) try {
     const Variant value = object.invoke(name, kindOf(call), arguments.take());
     arguments.writeBack();
     if (call.result) toVariant(value, *call.result);
@@ -134,7 +135,7 @@ HRESULT invokeLate(automation::Object& object, const MemberNames& members, const
     if (!call.parameters) return E_INVALIDARG;
     if (call.result) VariantInit(call.result);
     const std::u16string_view name = members.nameOf(call.id);
-    CallArguments arguments(members, call);
+    DispatchedArguments arguments(members, call);
     return run(object, name, arguments, call);
 } catch (const Failure& failure) {
     return failure.code;

@@ -10,8 +10,7 @@
 namespace velmor {
 namespace {
 
-constexpr std::u16string_view opening = u"{\\*\\background";
-constexpr std::size_t nowhere = std::u16string_view::npos;
+constexpr std::u16string_view backgroundOpening = u"{\\*\\background";
 
 // Moves the text left over the removed parts: [0, done_) is finished, [next_, end) is unread.
 class Removal {
@@ -20,8 +19,8 @@ public:
 
     void run() {
         for (std::size_t at = 0;
-             !stopped_ && (at = RtfSearch(text_).find(opening, next_, Comparison::text)) != nowhere;) {
-            const std::size_t end = findGroupEnd(text_, at + opening.size(), tolerant_);
+             !stopped_ && (at = RtfSearch(text_).find(backgroundOpening, next_, Comparison::text)) != nowhere;) {
+            const std::size_t end = findGroupEnd(text_, at + backgroundOpening.size(), tolerant_);
             if (end == noGroupEnd) break;
             keep(at);
             next_ = end + 1;
@@ -43,12 +42,12 @@ private:
     // A removal may join the parts of an opening, whose group is removed as well.
     bool removeJoined() {
         if (next_ < text_.size() && wordTakesIn(finished(), text_[next_])) text_[done_++] = u' ';
-        const std::size_t before = std::min(done_, opening.size() - 1);
-        const std::u16string_view behind = std::u16string_view(text_).substr(next_, opening.size() - 1);
+        const std::size_t before = std::min(done_, backgroundOpening.size() - 1);
+        const std::u16string_view behind = std::u16string_view(text_).substr(next_, backgroundOpening.size() - 1);
         const std::u16string seam = std::u16string(finished().substr(done_ - before)).append(behind);
-        const std::size_t found = findText(seam, opening, 0, Comparison::text);
+        const std::size_t found = findText(seam, backgroundOpening, 0, Comparison::text);
         if (found >= before || isEscaped(finished(), done_ - before + found)) return false;
-        const std::size_t end = findGroupEnd(text_, next_ + opening.size() - (before - found), tolerant_);
+        const std::size_t end = findGroupEnd(text_, next_ + backgroundOpening.size() - (before - found), tolerant_);
         stopped_ = end == noGroupEnd;
         if (stopped_) return false;
         done_ -= before - found;

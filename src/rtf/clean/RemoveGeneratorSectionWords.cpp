@@ -10,7 +10,7 @@
 namespace velmor {
 namespace {
 
-constexpr std::u16string_view opening = u"{\\*\\generator Korvane RTF Control";
+constexpr std::u16string_view generatorOpening = u"{\\*\\generator Korvane RTF Control";
 constexpr std::size_t longestGroup = 69;
 constexpr std::size_t longestWord = 15;
 
@@ -38,11 +38,11 @@ std::size_t runEnd(std::u16string_view text, std::size_t index) noexcept {
 void Module1::RemoveGeneratorSectionWords(std::u16string& psText) {
     const std::u16string_view text = psText;
     TextEdits edits;
-    for (std::size_t at = 0; (at = findText(text, opening, at, Comparison::binary)) != text.npos;) {
+    for (std::size_t at = 0; (at = findText(text, generatorOpening, at, Comparison::binary)) != text.npos;) {
         const std::size_t end = text.substr(at, longestGroup).find(u'}');
-        at += opening.size();
+        at += generatorOpening.size();
         if (end == text.npos) continue;
-        const std::size_t words = skipBlanks(text, at - opening.size() + end + 1);
+        const std::size_t words = skipBlanks(text, at - generatorOpening.size() + end + 1);
         at = runEnd(text, words);
         if (at != words) edits.cut(words, at);
     }

@@ -9,8 +9,6 @@
 namespace velmor {
 namespace {
 
-constexpr std::size_t nowhere = std::u16string_view::npos;
-
 // Walks an RTF text and looks at its paragraphs.
 class ParagraphWalk {
 public:

@@ -6,8 +6,7 @@
 namespace velmor {
 namespace {
 
-constexpr std::u16string_view opening = u"{\\colortbl";
-constexpr std::size_t nowhere = std::u16string_view::npos;
+constexpr std::u16string_view colourTableOpening = u"{\\colortbl";
 
 std::u16string withoutWhiteSpace(std::u16string_view text) {
     std::u16string result;
@@ -32,7 +31,7 @@ std::u16string withoutThemeWords(std::u16string definition) {
 
 // A colour contains no brace, so the first brace also ends a damaged table.
 std::optional<TextRange> ColourTable::find(std::u16string_view text, bool tolerant) noexcept {
-    const std::size_t begin = RtfSearch(text, tolerant).find(opening, 0);
+    const std::size_t begin = RtfSearch(text, tolerant).find(colourTableOpening, 0);
     const std::size_t end = begin == nowhere ? nowhere : text.find(u'}', begin);
     return end == nowhere ? std::nullopt : std::optional(TextRange{begin, end + 1});
 }
@@ -47,7 +46,7 @@ std::int32_t ColourTable::numberOf(std::u16string_view definition, bool host) {
 }
 
 void ColourTable::add(std::u16string_view table, NumberMap& numbers, bool host) {
-    std::size_t at = skipWhiteSpace(table, opening.size());
+    std::size_t at = skipWhiteSpace(table, colourTableOpening.size());
     const bool hasAutomatic = standsAt(table, at, u";");
     std::int32_t index = hasAutomatic ? 1 : 0;
     if (hasAutomatic) at = skipWhiteSpace(table, at + 1);
@@ -72,7 +71,7 @@ std::u16string ColourTable::text() const {
     constexpr std::u16string_view defaults =
         u"\\red0\\green0\\blue0;\\red255\\green255\\blue255;\\red255\\green0\\blue0;\\red0\\green255\\blue0;"
         u"\\red0\\green0\\blue255;";
-    std::u16string result(opening);
+    std::u16string result(colourTableOpening);
     result.append(u";").append(definitions_.empty() ? defaults : std::u16string_view(definitions_)).append(u"}");
     return result;
 }

@@ -11,7 +11,7 @@
 namespace velmor {
 namespace {
 
-constexpr std::u16string_view opening = u"{\\stylesheet";
+constexpr std::u16string_view styleSheetOpening = u"{\\stylesheet";
 constexpr std::u16string_view normal = u"{\\s0 Normal;}";
 constexpr std::u16string_view baseWord = u"\\sbasedon";
 
@@ -121,7 +121,7 @@ void StyleSheet::readSheet(std::u16string sheet) {
     hasSheet_ = true;
     sheet_ = std::move(sheet);
     if (!host_) addNormalOfHost();
-    for (TableEntries entries(sheet_, opening.size(), tolerant_); entries.next();) {
+    for (TableEntries entries(sheet_, styleSheetOpening.size(), tolerant_); entries.next();) {
         if (entries.isGroup()) styles_.push_back(read(entries.text()));
     }
     findNumbers();

@@ -35,8 +35,6 @@ public:
     JoinedHeaders(std::u16string_view text, const std::vector<Join>& joins, bool tolerant, TextEdits& edits);
 
 private:
-    static constexpr std::size_t nowhere = std::u16string_view::npos;
-
     // Who gives a group that a section shows.
     enum class Source : std::uint8_t { nobody, previousDocument, thisDocument, thisSection };
     using Sources = std::array<Source, 4>;  // by pages; the right ones for all

@@ -16,7 +16,6 @@ namespace velmor {
 namespace {
 
 constexpr std::u16string_view marker = Module1::mergePageBreakMarker;
-constexpr std::size_t nowhere = std::u16string_view::npos;
 
 // One joined document, and its page. Of each word the first occurrence counts.
 class JoinedDocument {

@@ -18,8 +18,6 @@
 namespace velmor {
 namespace {
 
-constexpr std::size_t nowhere = std::u16string_view::npos;
-
 // Each marker describes a section: the one that the last "\page" before it begins, or that of the last "\sectd",
 // or, tolerant, if nothing shows before it, the document's first. Two passes in tolerant cleaning, else one.
 class SectionMarkers {

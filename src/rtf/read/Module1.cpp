@@ -9,8 +9,6 @@
 namespace velmor::Module1 {
 namespace {
 
-constexpr std::size_t nowhere = std::u16string_view::npos;
-
 Comparison comparisonOf(std::int32_t plCompare) {
     return plCompare == binaryCompare ? Comparison::binary : Comparison::text;
 }

@@ -28,8 +28,6 @@ public:
     bool inRow() const noexcept { return defined_ || inTable_ != nowhere; }
 
 private:
-    static constexpr std::size_t nowhere = static_cast<std::size_t>(-1);
-
     bool defined_ = false;
     std::size_t inTable_ = nowhere;  // the depth of the \intbl
 };

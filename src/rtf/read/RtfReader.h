@@ -14,11 +14,13 @@
 
 namespace velmor {
 
-// The syntax of RTF. All indices are 0-based; npos is "nowhere".
+// The syntax of RTF. All indices are 0-based.
 //
 // Two manners of reading differ in what precedes a brace and in \bin. The exact one counts a brace unless a
 // backslash directly precedes it, so one after "\\" does not count, the brace of a document excepted. The tolerant one
 // reads backslashes in pairs, as readers of RTF do, and passes over the data of \bin.
+
+inline constexpr std::size_t nowhere = std::u16string_view::npos;
 
 // A range of a text; the end is excluded.
 struct TextRange {

@@ -19,7 +19,7 @@ namespace {
 enum class Kind { document, pair, apart };
 
 // A run of paragraphs of a level or deeper.
-struct Run {
+struct LooseRun {
     Level level;
     std::size_t begin;
     std::size_t end = 0;  // of the last row; 0 without one
@@ -36,7 +36,7 @@ struct Story {
     TableLevel level;
     bool hasTables = false;
     bool holdsTables = false;       // of documents, in its current table
-    std::vector<Run> runs;          // each deeper than the one before
+    std::vector<LooseRun> runs;     // each deeper than the one before
     std::vector<TextRange> tables;  // from the current outer one, inner ones first
 
     bool isInRow() const noexcept { return level.rowBegun || level.paragraph > 0; }
@@ -74,7 +74,7 @@ private:
     void beginParagraph(std::size_t index);
     void endParagraph(Level level, const ControlWord& word);
     void extendRuns(Level level);
-    void endRun(const Run& run);
+    void endRun(const LooseRun& run);
     void endTable();
 
     std::u16string_view text_;
@@ -191,10 +191,10 @@ void LooseTableFinder::endParagraph(Level level, const ControlWord& word) {
 
 void LooseTableFinder::extendRuns(Level level) {
     if (level == 0) return endTable();
-    tables::continueRuns(story().runs, level, story().paragraph, [&](const Run& run) { endRun(run); });
+    tables::continueRuns(story().runs, level, story().paragraph, [&](const LooseRun& run) { endRun(run); });
 }
 
-void LooseTableFinder::endRun(const Run& run) {
+void LooseTableFinder::endRun(const LooseRun& run) {
     if (run.end == 0) return;
     story().tables.push_back({run.begin, run.end});
     story().hasTables = true;

@@ -10,7 +10,6 @@
 namespace velmor {
 namespace {
 
-constexpr std::size_t nowhere = std::u16string_view::npos;
 constexpr std::size_t longestIdentity = 255;
 
 std::optional<TableMarker> markerAt(std::u16string_view text, std::size_t index) {

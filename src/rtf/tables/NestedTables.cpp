@@ -17,7 +17,6 @@
 namespace velmor {
 namespace {
 
-constexpr std::size_t none = static_cast<std::size_t>(-1);
 constexpr std::size_t highestLevel = 9;
 constexpr std::size_t inch = 1440;  // in twips
 
@@ -25,7 +24,7 @@ constexpr std::u16string_view inTableWords =
     u"\\intbl\\itap1\\intbl\\itap2\\intbl\\itap3\\intbl\\itap4\\intbl\\itap5\\intbl\\itap6\\intbl\\itap7\\intbl\\itap8"
     u"\\intbl\\itap9";
 constexpr std::u16string_view inTableWord = inTableWords.substr(0, 6);
-constexpr std::u16string_view paragraphEnd = u"\\par";
+constexpr std::u16string_view endOfParagraph = u"\\par";
 constexpr std::u16string_view keepTogether = u"\\trkeep";
 
 constexpr std::u16string_view inTable(std::size_t level) {
@@ -50,21 +49,21 @@ struct Open {
     std::size_t level;  // 0: separate paragraphs, which do not change
 
     // The current paragraph. The places are reserved for changes that may become necessary.
-    std::size_t paragraph;             // begins here
-    std::size_t startPlace = none;     // until the first paragraph is set up
-    std::size_t defaultsPlace = none;  // after the \pard of a paragraph without \intbl
-    std::size_t setUpPlace = none;     // after a table or row: the paragraph may have to be set up again
-    bool followsTable = false;         // and no paragraph has ended since
-    std::size_t defaults = none;       // the last \pard
+    std::size_t paragraph;                // begins here
+    std::size_t startPlace = nowhere;     // until the first paragraph is set up
+    std::size_t defaultsPlace = nowhere;  // after the \pard of a paragraph without \intbl
+    std::size_t setUpPlace = nowhere;     // after a table or row: the paragraph may have to be set up again
+    bool followsTable = false;            // and no paragraph has ended since
+    std::size_t defaults = nowhere;       // the last \pard
 
     // The current row.
     bool inRow = false;
     std::size_t rowBegin = 0;
     std::size_t cells = 0;
     std::size_t nestedCells = 0;
-    std::size_t definition = none;        // the last one of the row
-    std::size_t nestedDefinition = none;  // the begin of one that is in its group already
-    std::size_t lastDefinition = none;    // of the rows before
+    std::size_t definition = nowhere;        // the last one of the row
+    std::size_t nestedDefinition = nowhere;  // the begin of one that is in its group already
+    std::size_t lastDefinition = nowhere;    // of the rows before
 
     bool isTable() const noexcept { return level != 0; }
     bool isNested() const noexcept { return level > 1; }
@@ -184,7 +183,7 @@ void Conversion::prepareForTable(std::size_t index) {
     const Open& outer = open_.back();
     if (!outer.followsTable && !showsText(text_.substr(outer.paragraph, index - outer.paragraph))) return;
     endParagraph(false);
-    edits_.insert(index, paragraphEnd);
+    edits_.insert(index, endOfParagraph);
 }
 
 // ---- Words
@@ -211,7 +210,7 @@ void Conversion::take(const ControlWord& word, std::size_t limit) {
             break;
         case Word::sect:
             if (!open_.back().inRow) break;
-            edits_.replace(word.begin, word.end, paragraphEnd);
+            edits_.replace(word.begin, word.end, endOfParagraph);
             [[fallthrough]];
         case Word::par:
             endParagraph(false);
@@ -236,7 +235,7 @@ void Conversion::takeCell(const ControlWord& word) {
 
 void Conversion::takeInTable(const ControlWord& word) {
     Open& table = open_.back();
-    table.startPlace = table.defaultsPlace = none;
+    table.startPlace = table.defaultsPlace = nowhere;
     table.inRow = true;
     paragraphPlaces_.clear();
     if (!standsAt(text_, word.end, u"\\itap")) edits_.insert(word.end, levelWord(table.level));
@@ -244,7 +243,7 @@ void Conversion::takeInTable(const ControlWord& word) {
 
 void Conversion::takeLevel(const ControlWord& word) {
     Open& table = open_.back();
-    table.startPlace = none;
+    table.startPlace = nowhere;
     const std::u16string_view digit = levelDigit(table.level);
     const std::size_t number = word.numberBegin();
     const bool isNegative = word.number.substr(0, 1) == u"-";
@@ -265,7 +264,7 @@ void Conversion::takeParagraphDefaults(const ControlWord& word) {
     Open& table = open_.back();
     table.defaults = word.begin;
     table.defaultsPlace = edits_.reserve(word.end);
-    table.startPlace = table.setUpPlace = none;
+    table.startPlace = table.setUpPlace = nowhere;
     paragraphPlaces_.push_back(table.defaultsPlace);
 }
 
@@ -298,17 +297,17 @@ void Conversion::takeRow(const ControlWord& word) {
     Open& table = open_.back();
     std::size_t end = word.end;
     if (table.isNested()) {
-        const bool isDone = table.nestedDefinition != none;
+        const bool isDone = table.nestedDefinition != nowhere;
         table.lastDefinition = definitionOfRow();
         const RowDefinition* definition =
-            table.lastDefinition == none ? nullptr : &definitions_[table.lastDefinition].row;
+            table.lastDefinition == nowhere ? nullptr : &definitions_[table.lastDefinition].row;
         if (!isDone && (definition != nullptr || table.cells + table.nestedCells != 0)) {
             nestRow(word, definition);
             end += standsAt(text_, end, u" ");
         } else if (word.letters == u"row") {
             edits_.insert(word.begin + 1, u"nest");
         }
-        table.definition = table.nestedDefinition = none;
+        table.definition = table.nestedDefinition = nowhere;
     }
     end += end == word.end && standsAt(text_, end, u" }");
     table.inRow = false;
@@ -321,12 +320,12 @@ void Conversion::takeRow(const ControlWord& word) {
 // The definition in force for the row. The row's own definitions are removed from it.
 std::size_t Conversion::definitionOfRow() {
     const Open& table = open_.back();
-    if (table.nestedDefinition != none) {
-        definitions_.push_back({rowDefinitionAt(text_, table.nestedDefinition, table.end), none, none});
+    if (table.nestedDefinition != nowhere) {
+        definitions_.push_back({rowDefinitionAt(text_, table.nestedDefinition, table.end), nowhere, nowhere});
         return definitions_.size() - 1;
     }
-    if (table.definition == none) return table.lastDefinition;
-    for (std::size_t i = table.definition; i != none; i = definitions_[i].previous) {
+    if (table.definition == nowhere) return table.lastDefinition;
+    for (std::size_t i = table.definition; i != nowhere; i = definitions_[i].previous) {
         edits_.fillCut(definitions_[i].place, definitions_[i].row.range.end);
     }
     return table.definition;
@@ -395,19 +394,19 @@ void Conversion::beginParagraph(std::size_t index) {
 // Gives the ending paragraph the words that it needs to be in its table.
 void Conversion::endParagraph(bool endsInRow) {
     Open& table = open_.back();
-    if (table.startPlace != none) edits_.fillApart(table.startPlace, inTable(table.level));
-    if (table.setUpPlace != none) setUpAgain();  // possibly at the same place
-    if (table.defaultsPlace != none) {
+    if (table.startPlace != nowhere) edits_.fillApart(table.startPlace, inTable(table.level));
+    if (table.setUpPlace != nowhere) setUpAgain();  // possibly at the same place
+    if (table.defaultsPlace != nowhere) {
         const std::size_t level = table.inRow || endsInRow ? table.level : table.level - 1;
         if (level != 0) edits_.fill(table.defaultsPlace, inTable(level));
     }
-    table.startPlace = table.defaultsPlace = table.setUpPlace = none;
+    table.startPlace = table.defaultsPlace = table.setUpPlace = nowhere;
 }
 
 // After a table the paragraph is always set up again, after a row only if it has settings.
 void Conversion::setUpAgain() {
     const Open& table = open_.back();
-    std::u16string words = table.defaults == none ? u"" : paragraphWords(text_, table.defaults);
+    std::u16string words = table.defaults == nowhere ? u"" : paragraphWords(text_, table.defaults);
     if (words.empty() && !table.followsTable) return;
     words.insert(0, u"\\pard").append(inTable(table.level));
     edits_.fillApartVal(table.setUpPlace, std::move(words));

@@ -10,7 +10,7 @@
 namespace velmor {
 namespace {
 
-struct Row {
+struct RowToKeep {
     bool begun = false;
     bool kept = false;
 };
@@ -50,8 +50,8 @@ private:
     std::u16string_view text_;
     bool hasMarkers_;
     TextEdits& edits_;
-    Row row_;
-    std::vector<Row> outer_;
+    RowToKeep row_;
+    std::vector<RowToKeep> outer_;
 };
 
 }  // namespace

@@ -13,8 +13,6 @@
 namespace velmor {
 namespace {
 
-constexpr std::size_t nowhere = std::u16string_view::npos;
-
 std::size_t findFirstRow(std::u16string_view text, std::size_t from) {
     RtfSearch search(text);
     while ((from = search.find(u"\\trowd", from)) != nowhere && !tables::firstRowStandsAt(text, from)) ++from;
