@@ -4,6 +4,7 @@
 #include "api/PropertiesParts.h"
 #include "automation/Convert.h"
 #include "common/TextFile.h"
+#include "core/CompiledTemplate.h"
 #include "core/ErrorLog.h"
 #include "core/TagTree.h"
 #include "core/kvTag.h"
@@ -134,7 +135,15 @@ void Engine::setHandler(const TextIn& name, Answer answer) {
     parts_->handlers.set(name.view(), std::move(answer));
 }
 
+Template Engine::compile(const TextIn& text) const {
+    return Template(std::make_shared<const CompiledTemplate>(parts_->services(), std::u16string(text.view())));
+}
+
 Evaluated Engine::evaluate(const TextIn& text, Properties& properties, const EvaluateOptions& options) const {
+    return evaluate(compile(text), properties, options);
+}
+
+Evaluated Engine::evaluate(const Template& compiled, Properties& properties, const EvaluateOptions& options) const {
     const platform::Services& machine = parts_->services();
     platform::TemplateFolders folders(machine.folders, u".");
     platform::Services services{parts_->registry, machine.files,    machine.clock, folders,
@@ -144,7 +153,7 @@ Evaluated Engine::evaluate(const TextIn& text, Properties& properties, const Eva
     const Entries entries(evaluated.errors);
     const auto tag = std::make_shared<kvTag>(services);
     tag->Properties(Collection(properties.parts_->items));
-    tag->Value(std::u16string(text.view()));
+    tag->Value(*compiled.compiled_);
     evaluated.text = tag->Result();
     evaluated.failed = tag->hasFailed();
     tag->Dispose(false);

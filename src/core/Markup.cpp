@@ -18,16 +18,16 @@ std::uint64_t angleBits(const char16_t* units) noexcept {
     return (word - kEachUnit) & ~word & kTopBits;
 }
 
-bool isLetter(char16_t unit, char16_t lower) noexcept {
+bool isInAnyCase(char16_t unit, char16_t lower) noexcept {
     return (unit | 0x20) == lower;
 }
 
 bool isOpening(const char16_t* at, std::size_t left) noexcept {
-    return left >= kOpeningMarker.size() && isLetter(at[1], u'k') && isLetter(at[2], u'v') && at[3] == u':';
+    return left >= kOpeningMarker.size() && isInAnyCase(at[1], u'k') && isInAnyCase(at[2], u'v') && at[3] == u':';
 }
 
 bool isClosing(const char16_t* at, std::size_t left) noexcept {
-    return left >= kClosingMarker.size() && at[1] == u'/' && isLetter(at[2], u'k') && isLetter(at[3], u'v') &&
+    return left >= kClosingMarker.size() && at[1] == u'/' && isInAnyCase(at[2], u'k') && isInAnyCase(at[3], u'v') &&
            at[4] == u'>';
 }
 

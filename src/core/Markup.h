@@ -13,6 +13,11 @@ inline constexpr std::u16string_view kClosingMarker = u"</KV>";
 inline constexpr char16_t kElementSeparator = u':';
 inline constexpr char16_t kHandlerSeparator = u'>';
 
+// The elements of a tag's name, from 1.
+inline constexpr std::int32_t kHandlerElement = 1;
+inline constexpr std::int32_t kCommandElement = 2;
+inline constexpr std::int32_t kFirstParameter = 3;
+
 // Where a marker begins (0-based), or npos when there is none.
 struct MarkerPlace {
     std::size_t position = std::u16string_view::npos;

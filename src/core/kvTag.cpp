@@ -4,6 +4,7 @@
 
 #include "automation/Convert.h"
 #include "common/kvLibrary.h"
+#include "core/CompiledTemplate.h"
 #include "core/Dispatch.h"
 #include "core/ErrorLog.h"
 #include "core/Evaluation.h"
@@ -28,9 +29,6 @@ const TextRef& emptyText() {
     static const TextRef text = std::make_shared<const std::u16string>();
     return text;
 }
-
-constexpr std::int32_t kHandlerElement = 1;
-constexpr std::int32_t kCommandElement = 2;
 
 }  // namespace
 
@@ -229,12 +227,14 @@ std::u16string kvTag::Value() const {
 }
 
 void kvTag::Value(std::u16string psValue) {
+    guarded([&] { Value(CompiledTemplate(services_, std::move(psValue), handlerName(name_))); });
+}
+
+void kvTag::Value(const CompiledTemplate& compiled) {
     guarded([&] {
-        if (psValue.starts_with(kRtfStart)) ProtectRTF(true);
-        addTableMarkers(psValue, services_.guids);
-        auto value = std::make_shared<const std::u16string>(std::move(psValue));
-        tags_ = listTags(value, searchTags(services_, handlerName(name_), *value));
-        value_ = std::move(value);
+        if (compiled.isRtf()) ProtectRTF(true);
+        tags_ = listTags(compiled.text(), compiled.tags());
+        value_ = compiled.text();
         tagsBuilt_ = true;
         resultGenerated_ = false;
         ++changes_;

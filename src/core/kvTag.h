@@ -15,6 +15,7 @@
 
 namespace velmor {
 
+class CompiledTemplate;
 class Evaluation;
 class kvDirectTag;
 class kvTags;
@@ -143,6 +144,10 @@ public:
 
     // Appends the result, for which it makes no builder of its own. Raises std::bad_alloc.
     void appendResult(privStrCat& target);
+    // The same as Value, without the search for tags.
+    void Value(const CompiledTemplate& compiled);
+    // What the tag hands down to its child tags; every collection is there.
+    std::shared_ptr<const TagContext> sharedContext();
     // The elements, if somebody may have changed them; else null.
     std::shared_ptr<privProperties> changedElements() const { return elements_; }
     // Whether a rule ("kvTag.Missing") had the evaluation fail; the result is empty then.
@@ -169,8 +174,7 @@ private:
     void releaseShared();
     void releaseDirect() noexcept;
 
-    TagContext& ownContext();                           // for changes: a copy when others hold the same one
-    std::shared_ptr<const TagContext> sharedContext();  // for children: every collection is there
+    TagContext& ownContext();  // for changes: a copy when others hold the same one
     const std::shared_ptr<privProperties>& ensure(std::shared_ptr<privProperties> TagContext::*member);
     const Collection& ensure(Collection TagContext::*member);
     std::u16string processed(std::u16string text);

@@ -36,6 +36,22 @@ TEST(Engine, EvaluatesWithTypedPropertiesInBothEncodings) {
     EXPECT_FALSE(properties.text(u"Paid"));
 }
 
+TEST(Engine, EvaluatesACompiledTemplateOften) {
+    const Engine engine = ::engine();
+    for (const std::u16string before : {u"", u"{\\rtf1 \\trowd "}) {
+        const std::u16string text = before + u"<KV:TAG>PROPERTY:Name=x:</KV><KV:TAG>PROPERTY:Next=:</KV><KV:open";
+        const velmor::Template compiled = engine.compile(text);
+        for (const char16_t* const name : {u"Ada", u"{Zo\u00eb}", u"<KV:TAG>PROPERTY:Next=:</KV>"}) {
+            Properties once, again;
+            for (Properties* const each : {&once, &again}) {
+                each->setText(u"Name", name);
+                each->setText(u"Next", u"<KV:TAG>SETPROPERTY:Next=2:</KV>1");
+            }
+            EXPECT_EQ(engine.evaluate(compiled, again).text, engine.evaluate(text, once).text);
+        }
+    }
+}
+
 TEST(Engine, AsksTheProgramsHandlers) {
     Engine engine = ::engine();
     engine.setHandler("twice", [](const TagCall& tag) {

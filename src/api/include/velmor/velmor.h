@@ -27,6 +27,7 @@
 
 namespace velmor {
 
+class CompiledTemplate;
 class kvTag;
 
 inline namespace v1 {
@@ -191,6 +192,18 @@ struct TagPlace {
     std::vector<TagPlace> tags;  // within its parameters, at most 100 levels
 };
 
+// A template whose tags have been found (Engine::compile). It does not change: copies share it, and several threads may
+// evaluate it at once.
+class Template {
+public:
+    // For the engine alone.
+    explicit Template(std::shared_ptr<const CompiledTemplate> compiled) noexcept : compiled_(std::move(compiled)) {}
+
+private:
+    friend class Engine;
+    std::shared_ptr<const CompiledTemplate> compiled_;
+};
+
 class Engine {
 public:
     // Failure 53 for a registry file that cannot be read.
@@ -206,6 +219,11 @@ public:
     // The template with its tags answered; linear in template and result. Handlers may change the properties; those
     // that hold the options are there only meanwhile.
     Evaluated evaluate(const TextIn& text, Properties& properties, const EvaluateOptions& options = {}) const;
+
+    // For a template that is evaluated more than once: its tags are found here. Linear in the text.
+    Template compile(const TextIn& text) const;
+    // The same as that of the template's text. Texts that it includes, and values, are read each time.
+    Evaluated evaluate(const Template& compiled, Properties& properties, const EvaluateOptions& options = {}) const;
 
     // An RTF document with the documents in it merged into one. Any other text comes back as it is.
     std::u16string clean(const TextIn& rtf, bool exact = false) const;
