@@ -11,7 +11,7 @@ namespace velmor {
 
 namespace {
 
-bool contains(const std::vector<std::u16string>& names, std::u16string_view name) {
+bool containsName(const std::vector<std::u16string>& names, std::u16string_view name) {
     return std::any_of(names.begin(), names.end(), [&](const auto& each) { return equalIgnoringCase(each, name); });
 }
 
@@ -26,7 +26,7 @@ void HandlerCheck::check(const TagParts& tag) {
         return;
     }
     if (handler.commands.empty()) return;
-    if (!contains(handler.commands, tag.command())) {
+    if (!containsName(handler.commands, tag.command())) {
         const std::u16string message = tag.command().empty()
                                            ? u"the tag names no command of " + tag.handler()
                                            : u"handler " + tag.handler() + u" has no command " + tag.command();
@@ -45,7 +45,7 @@ HandlerCheck::Handler& HandlerCheck::handlerOf(const std::u16string& name) {
         handler.isKnown = true;
         handler.commands = BuiltInCommands::names();
     } else {
-        handler.isKnown = info_.TagRegistered(name);
+        handler.isKnown = info_.TagRegistered(name) || name == kRowsHandler;
         if (handler.isKnown) handler.commands = catalogueItems(info_.CommandList(name));
     }
     return handler;
@@ -95,7 +95,7 @@ void HandlerCheck::checkParameter(const TagParts& tag, const TagElement& element
     }
     if (known->values.empty()) return;
     const std::u16string value = element.value(services_);
-    if (!isLiteral(value) || contains(known->values, value)) return;
+    if (!isLiteral(value) || containsName(known->values, value)) return;
     found_.add(DiagnosticCode::unsuitableValue, tag.file(), tag.tag(),
                u"parameter " + name + u" does not take the value \"" + value + u"\"", didYouMean(value, known->values));
 }

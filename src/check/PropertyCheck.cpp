@@ -17,6 +17,20 @@ void PropertyCheck::set(const TagParts& tag) {
     if (isLiteral(name)) set_.insert(upperCase(name));
 }
 
+void PropertyCheck::setByRows(privProperties& list) {
+    for (const char16_t* const name : {u"INDEX", u"COUNT", u"FIRST", u"LAST", u"VALUE"}) set_.insert(name);
+    setByRows(list, 0);
+}
+
+void PropertyCheck::setByRows(privProperties& list, int level) {
+    if (level > privProperties::maximumNesting) return;
+    for (std::int32_t index = 1; index <= list.Count(); ++index) {
+        const PropertyRef property = list.Item(index);
+        if (level > 0) set_.insert(upperCase(property->Name()));
+        if (property->HasProperties()) setByRows(*property->Properties(), level + 1);
+    }
+}
+
 bool PropertyCheck::isSetByTemplate(std::u16string_view name) const {
     return set_.count(upperCase(name)) != 0;
 }

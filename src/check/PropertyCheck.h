@@ -27,6 +27,8 @@ public:
 
     void read(const TagParts& tag);
     void set(const TagParts& tag);
+    // The properties of a list's entries, and of the lists in them: a tag that repeats a template sets them.
+    void setByRows(privProperties& list);
 
     bool knowsGiven() const noexcept { return given_ != nullptr; }
     // The property that the host sets; null when it is not known, or the template sets one of the name.
@@ -46,6 +48,7 @@ private:
     };
 
     bool isUnset(const TagElement& parameter) const;
+    void setByRows(privProperties& list, int level);
 
     platform::Services& services_;
     std::shared_ptr<privProperties> given_;

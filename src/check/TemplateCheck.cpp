@@ -9,6 +9,7 @@
 #include "check/Suggestion.h"
 #include "common/TextFile.h"
 #include "core/BuiltInCommands.h"
+#include "handlers/ITag4.h"
 #include "text/Compare.h"
 
 namespace velmor {
@@ -127,6 +128,7 @@ void TemplateCheck::count(bool isCertain, Step step) {
 
 void TemplateCheck::checkTag(const TagParts& tag) {
     handlers_.check(tag);
+    if (tag.handler() == kRowsHandler) checkRows(tag);
     if (tag.handler() != BuiltInCommands::handler) return;
     if (tag.command() == u"PROPERTY") {
         properties_.read(tag);
@@ -137,7 +139,18 @@ void TemplateCheck::checkTag(const TagParts& tag) {
         checkPreprocess(tag);
     }
     if (tag.command() == u"SETPATH") setPath(tag);
-    if (tag.command() == u"INCLUDE") checkInclude(tag);
+    if (tag.command() == u"INCLUDE") checkInclude(tag, tag.commandValue(services_));
+}
+
+void TemplateCheck::checkRows(const TagParts& tag) {
+    const std::optional<std::u16string> name = knownText(tag.commandValue(services_));
+    const PropertyRef list = name ? properties_.known(*name) : nullptr;
+    if (list) {
+        properties_.setByRows(*list->Properties());
+    } else if (name && properties_.knowsGiven() && !properties_.isSetByTemplate(*name)) {
+        found_.add(DiagnosticCode::unsetProperty, tag.file(), tag.tag(), u"nothing sets the property " + *name, {});
+    }
+    if (const TagElement* const row = tag.find(u"ROW")) checkInclude(tag, row->value(services_));
 }
 
 // A value that is no truth value counts as False, which those that mean it do as well.
@@ -236,8 +249,9 @@ std::optional<std::u16string> TemplateCheck::fullPath(std::u16string_view file) 
     return BuiltInCommands::pathOf(file, std::move(folder), services_.folders.separator());
 }
 
-void TemplateCheck::checkInclude(const TagParts& tag) {
-    const std::optional<std::u16string> file = knownText(tag.commandValue(services_));
+// `name` may hold tags.
+void TemplateCheck::checkInclude(const TagParts& tag, std::u16string name) {
+    const std::optional<std::u16string> file = knownText(std::move(name));
     if (!file) return;
     if (file->empty()) {
         found_.add(DiagnosticCode::missingInclude, tag.file(), tag.tag(), u"the tag names no file");

@@ -58,7 +58,8 @@ private:
     void add(const TemplateFile& file, const TemplateTag& tag, Extent more);
     void checkGivenValue(const TagParts& tag);
     void checkPreprocess(const TagParts& tag);
-    void checkInclude(const TagParts& tag);
+    void checkRows(const TagParts& tag);
+    void checkInclude(const TagParts& tag, std::u16string name);
     void checkIncludedFile(const TagParts& tag, const std::u16string& path);
     void checkListFile(const TagParts& tag, const std::u16string& path, std::u16string_view text);
     void setPath(const TagParts& tag);

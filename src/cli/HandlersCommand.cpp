@@ -28,7 +28,9 @@ struct Handler {
     std::u16string className;  // "" for the built-in handler
     std::u16string failure;    // why no object of its class can be created; "" when one can
 
-    bool isBuiltIn() const { return className.empty() && equalIgnoringCase(name, kBuiltInHandler); }
+    bool isBuiltIn() const {
+        return className.empty() && (equalIgnoringCase(name, kBuiltInHandler) || name == kRowsHandler);
+    }
 };
 
 void addHandlers(std::vector<Handler>& target, const privProperties& list, const std::u16string& prefix) {
@@ -41,7 +43,9 @@ void addHandlers(std::vector<Handler>& target, const privProperties& list, const
 std::vector<Handler> readHandlers(platform::Services& services, bool all) {
     const kvTagInfo info(services);
     std::vector<Handler> handlers;
-    addHandlers(handlers, *info.HandlerList2({}, !all), {});
+    const auto ungrouped = info.HandlerList2({}, !all);
+    if (!ungrouped->Item(kRowsHandler)) ungrouped->AddStr(kRowsHandler, {});
+    addHandlers(handlers, *ungrouped, {});
     for (const std::u16string& group : services.registry.subkeys(kSubHandlersKey)) {
         addHandlers(handlers, *info.HandlerList2(group, !all), group + u'-');
     }
@@ -90,20 +94,21 @@ Json handlerJson(platform::Services& services, const Handler& handler) {
             {"commands", std::move(commands)}};
 }
 
-std::string shown(const Json& text) {
-    return cli::shown(fromUtf8(text.get<std::string>()));
+std::string shownText(const Json& text) {
+    return shown(fromUtf8(text.get<std::string>()));
 }
 
 std::string listText(const Json& handler) {
-    std::string text = shown(handler["name"]) + "  " + (handler["builtIn"] ? "(built in)" : shown(handler["class"]));
+    std::string text =
+        shownText(handler["name"]) + "  " + (handler["builtIn"] ? "(built in)" : shownText(handler["class"]));
     text += handler["available"] ? "\n" : "  (not available)\n";
     for (const Json& command : handler["commands"]) {
-        text += "  " + shown(command["name"]) + "  " + shown(command["syntax"]) + "\n";
-        if (command["description"] != "") text += "      " + shown(command["description"]) + "\n";
+        text += "  " + shownText(command["name"]) + "  " + shownText(command["syntax"]) + "\n";
+        if (command["description"] != "") text += "      " + shownText(command["description"]) + "\n";
         for (const Json& parameter : command["parameters"]) {
-            text += "      " + shown(parameter["name"]);
+            text += "      " + shownText(parameter["name"]);
             const char* separator = " = ";
-            for (const Json& value : parameter["values"]) text += std::exchange(separator, ", ") + shown(value);
+            for (const Json& value : parameter["values"]) text += std::exchange(separator, ", ") + shownText(value);
             text += "\n";
         }
     }

@@ -18,10 +18,6 @@ using automation::Variant;
 
 namespace {
 
-constexpr std::int32_t kHandlerElement = 1;
-constexpr std::int32_t kCommandElement = 2;
-constexpr std::int32_t kFirstParameter = 3;
-
 constexpr std::u16string_view kPathProperty = u"Path";
 constexpr std::size_t kCopiesOfName = 4;  // of its parts, while a command runs
 
@@ -201,17 +197,23 @@ std::u16string BuiltInCommands::fullPath(std::u16string_view psFile) const {
 
 CommandAnswer BuiltInCommands::include(privProperties& elements) const {
     const std::u16string file = commandValue(elements);
-    const std::u16string path = fullPath(file);
-    if (!mayInclude(path)) return CommandAnswer::missing(file);
+    std::optional<std::u16string> text = fileText(file);
+    if (!text) return CommandAnswer::missing(file);
+    CommandAnswer answer = isListFile(file) ? listEntry(*text, elements) : CommandAnswer(*std::move(text));
+    answer.origin = Origin::file;
+    return answer;
+}
+
+std::optional<std::u16string> BuiltInCommands::fileText(std::u16string_view psFile) const {
+    const std::u16string path = fullPath(psFile);
+    if (!mayInclude(path)) return std::nullopt;
     std::optional<std::u16string> text = readTextFile(services_.files, path);
     if (!text) {
         logError(u"The file could not be read", path);
-        return CommandAnswer::missing(file);
+    } else if (!isListFile(psFile)) {
+        text = onlyDocument(*std::move(text), path);
     }
-    CommandAnswer answer =
-        isListFile(file) ? listEntry(*text, elements) : CommandAnswer(onlyDocument(*std::move(text), path));
-    answer.origin = Origin::file;
-    return answer;
+    return text;
 }
 
 // Whether the file exists and may be included.

@@ -55,6 +55,9 @@ public:
     static std::optional<PropertyText> property(std::u16string_view psName, const TagContext& context,
                                                 std::u16string& buffer);
 
+    // A file as INCLUDE takes it; nothing, with an entry in the error log, if it may not or cannot be read.
+    std::optional<std::u16string> fileText(std::u16string_view psFile) const;
+
     // The names of all commands, in upper case.
     static std::vector<std::u16string> names();
     // Where INCLUDE finds a file: in the folder, unless its name has a path of its own.

@@ -5,6 +5,7 @@
 #include "core/BuiltInCommands.h"
 #include "core/ErrorLog.h"
 #include "core/EvaluationRules.h"
+#include "core/Rows.h"
 #include "core/TagList.h"
 #include "core/TimingLog.h"
 #include "core/kvTag.h"
@@ -30,6 +31,7 @@ private:
     void answerByHandler();
     void answerWithoutHandler(std::u16string_view messageProperty, std::u16string_view defaultMessage,
                               std::u16string_view error);
+    void takeCommand(CommandAnswer answer);
     void takeValue();
     void takeData(Origin origin);
     void takeView(const BuiltInCommands::PropertyText& value);
@@ -94,7 +96,10 @@ void Dispatch::answerBuiltIn() {
     }
     const std::u16string name = storedName(request_.name);
     const BuiltInCommands commands(request_.services, request_.context, name);
-    CommandAnswer answer = elements ? commands.run(*elements) : commands.run();
+    takeCommand(elements ? commands.run(*elements) : commands.run());
+}
+
+void Dispatch::takeCommand(CommandAnswer answer) {
     answer_.text = std::move(answer.text);
     if (!answer.absent.empty() && rules_.missing != EvaluationRules::Missing::empty) {
         logValue(u"There is no value", answer.absent);
@@ -105,6 +110,9 @@ void Dispatch::answerBuiltIn() {
 
 void Dispatch::answerByHandler() {
     const std::u16string className = address_.className(request_.services.registry);
+    if (className.empty() && address_.name == Rows::handler && address_.group.empty()) {
+        return takeCommand(Rows(request_.services, *request_.tag).run());
+    }
     if (className.empty()) {
         answerWithoutHandler(u"kvTag.No Handler Message", u"system handler not found",
                              u"Tag Handler not found. The handler's class name is not registered");

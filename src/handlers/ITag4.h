@@ -15,6 +15,8 @@ inline constexpr std::u16string_view kSubHandlersKey = u"SOFTWARE\\Korvane\\Quil
 
 // The handler that is not registered: its commands are built in.
 inline constexpr std::u16string_view kBuiltInHandler = u"TAG";
+// The handler that repeats a template. It is built in, too, but a registered one takes its place.
+inline constexpr std::u16string_view kRowsHandler = u"ROWS";
 
 // Where a tag's handler is registered. "NAME" is under Handlers, "GROUP-NAME" (the first "-"
 // separates) under the group's key of SubHandlers.

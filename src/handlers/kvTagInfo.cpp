@@ -12,23 +12,33 @@ namespace velmor {
 
 using automation::quietly;
 
+// A built-in command that a template may contain.
+struct BuiltInCommand {
+    std::u16string_view handler, name, parameters, syntax;
+};
+
 namespace {
 
-// The built-in commands that a template may contain.
-struct Command {
-    std::u16string_view name, parameters, syntax;
-};
-constexpr std::u16string_view kCommandList = u"SETPROPERTY:INCLUDE:SETPATH:PROPERTY:";
-constexpr Command kCommands[] = {
-    {u"SETPROPERTY", u"PREPROCESS:", u"TAG>SETPROPERTY:name=value:[PREPROCESS=(true):]"},
-    {u"INCLUDE", u"", u"TAG>INCLUDE=[path\\]includefile:"},
-    {u"SETPATH", u"", u"TAG>SETPATH=path:"},
-    {u"PROPERTY", u"", u"TAG>PROPERTY:name=default:"},
+constexpr BuiltInCommand kCommands[] = {
+    {kBuiltInHandler, u"SETPROPERTY", u"PREPROCESS:", u"TAG>SETPROPERTY:name=value:[PREPROCESS=(true):]"},
+    {kBuiltInHandler, u"INCLUDE", u"", u"TAG>INCLUDE=[path\\]includefile:"},
+    {kBuiltInHandler, u"SETPATH", u"", u"TAG>SETPATH=path:"},
+    {kBuiltInHandler, u"PROPERTY", u"", u"TAG>PROPERTY:name=default:"},
+    {kRowsHandler, u"LIST", u"ROW:TEXT:BETWEEN:", u"ROWS>LIST=list:ROW=file or TEXT=text:[BETWEEN=text:]"},
 };
 
-Command commandOf(std::u16string_view name) noexcept {
-    const auto* const found = std::ranges::find(kCommands, name, &Command::name);
-    return found == std::end(kCommands) ? Command{} : *found;
+std::u16string commandsOf(std::u16string_view handler) {
+    std::u16string names;
+    for (const BuiltInCommand& each : kCommands) {
+        if (each.handler == handler) names.append(each.name).append(u":");
+    }
+    return names;
+}
+
+BuiltInCommand commandOf(std::u16string_view handler, std::u16string_view name) noexcept {
+    const auto isSought = [&](const BuiltInCommand& each) { return each.handler == handler && each.name == name; };
+    const auto* const found = std::ranges::find_if(kCommands, isSought);
+    return found == std::end(kCommands) ? BuiltInCommand{} : *found;
 }
 
 std::u16string_view before(std::u16string_view text, char16_t end) noexcept {
@@ -117,38 +127,40 @@ void kvTagInfo::Database(automation::ObjectRef poDatabase) {
 }
 
 std::u16string kvTagInfo::ask(std::u16string_view psHandlerName, std::u16string_view member,
-                              std::u16string_view builtInAnswer,
+                              std::u16string_view BuiltInCommand::*builtIn,
                               std::initializer_list<std::u16string_view> texts) const {
     return quietly([&]() -> std::u16string {
         const HandlerAddress address = addressOf(psHandlerName);
-        if (address.group.empty() && address.name == kBuiltInHandler) return std::u16string(builtInAnswer);
         const std::u16string className = address.className(services_.registry);
+        const bool isBuiltIn = address.name == kBuiltInHandler || (className.empty() && address.name == kRowsHandler);
+        if (isBuiltIn && address.group.empty()) {
+            if (texts.size() == 0) return commandsOf(address.name);
+            return std::u16string(builtIn ? commandOf(address.name, *texts.begin()).*builtIn : u"");
+        }
         if (className.empty()) return {};
         return ITag4::create(services_.objects, className).catalogue(member, texts, address.name, database_);
     });
 }
 
 std::u16string kvTagInfo::CommandList(std::u16string_view psHandlerName) const {
-    return ask(psHandlerName, u"CommandList", kCommandList, {});
+    return ask(psHandlerName, u"CommandList", nullptr, {});
 }
 
 std::u16string kvTagInfo::ParameterList(std::u16string_view psHandlerName, std::u16string_view psCommand) const {
-    const std::u16string command = commandName(psCommand);
-    return ask(psHandlerName, u"ParameterList", commandOf(command).parameters, {command});
+    return ask(psHandlerName, u"ParameterList", &BuiltInCommand::parameters, {commandName(psCommand)});
 }
 
 std::u16string kvTagInfo::CommandSyntax(std::u16string_view psHandlerName, std::u16string_view psCommand) const {
-    const std::u16string command = commandName(psCommand);
-    return ask(psHandlerName, u"SyntaxString", commandOf(command).syntax, {command});
+    return ask(psHandlerName, u"SyntaxString", &BuiltInCommand::syntax, {commandName(psCommand)});
 }
 
 std::u16string kvTagInfo::CommandDescription(std::u16string_view psHandlerName, std::u16string_view psCommand) const {
-    return ask(psHandlerName, u"CommandDescription", {}, {commandName(psCommand)});
+    return ask(psHandlerName, u"CommandDescription", nullptr, {commandName(psCommand)});
 }
 
 std::u16string kvTagInfo::ParameterValueList(std::u16string_view psHandlerName, std::u16string_view psCommand,
                                              std::u16string_view psParameter) const {
-    return ask(psHandlerName, u"ParameterValueList", {}, {commandName(psCommand), psParameter});
+    return ask(psHandlerName, u"ParameterValueList", nullptr, {commandName(psCommand), psParameter});
 }
 
 }  // namespace velmor

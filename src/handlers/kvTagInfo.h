@@ -12,6 +12,7 @@
 namespace velmor {
 
 class privProperties;
+struct BuiltInCommand;
 
 // The items of one of the catalogue's lists.
 std::vector<std::u16string> catalogueItems(std::u16string_view list);
@@ -68,7 +69,9 @@ private:
     void addHandlers(privProperties& list, std::u16string_view psSubHandler, bool pbFiltered,
                      bool pbIncludeSubHandlers) const;
     bool isHidden(const std::u16string& key, std::u16string_view name) const;
-    std::u16string ask(std::u16string_view psHandlerName, std::u16string_view member, std::u16string_view builtInAnswer,
+    // `builtIn`: what answers for a built-in handler; null for nothing. The texts begin with a command, if any.
+    std::u16string ask(std::u16string_view psHandlerName, std::u16string_view member,
+                       std::u16string_view BuiltInCommand::*builtIn,
                        std::initializer_list<std::u16string_view> texts) const;
 
     platform::Services& services_;
