@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "cli/TemplatePlaces.h"
+#include "check/TemplatePlaces.h"
 #include "core/ErrorLog.h"
 
 namespace velmor::cli {

@@ -2,15 +2,15 @@
 #include <optional>
 
 #include "automation/Portable.h"
+#include "check/TemplatePlaces.h"
 #include "cli/Commands.h"
 #include "cli/ErrorReport.h"
 #include "cli/LineText.h"
 #include "cli/RunRecord.h"
 #include "cli/Streams.h"
 #include "cli/TapedServices.h"
-#include "cli/TemplatePlaces.h"
-#include "cli/TraceCollector.h"
 #include "cli/TraceFile.h"
+#include "core/TraceCollector.h"
 #include "core/kvTag.h"
 #include "properties/privProperties.h"
 

@@ -6,11 +6,11 @@
 #include <utility>
 #include <vector>
 
+#include "check/TemplatePlaces.h"
 #include "cli/ErrorReport.h"
 #include "cli/JsonText.h"
 #include "cli/LineText.h"
 #include "cli/Streams.h"
-#include "cli/TemplatePlaces.h"
 #include "core/Markup.h"
 #include "core/kvTag.h"
 #include "handlers/ITag4.h"

@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "cli/TraceCollector.h"
+#include "core/TraceCollector.h"
 #include "properties/privProperties.h"
 
 namespace velmor::cli {

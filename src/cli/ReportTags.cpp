@@ -9,7 +9,6 @@
 #include "check/TagParts.h"
 #include "cli/LineText.h"
 #include "cli/ReportText.h"
-#include "cli/TraceFile.h"
 #include "core/EvaluationRun.h"
 #include "text/Compare.h"
 #include "text/Encoding.h"

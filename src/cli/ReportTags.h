@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "check/TemplateFile.h"
+#include "check/TemplatePlaces.h"
 #include "cli/JsonText.h"
 #include "cli/ReportCollector.h"
-#include "cli/TemplatePlaces.h"
 
 namespace velmor::cli {
 

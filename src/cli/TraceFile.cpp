@@ -6,9 +6,7 @@
 #include <unordered_map>
 
 #include "cli/JsonText.h"
-#include "cli/TraceCollector.h"
-#include "core/Markup.h"
-#include "text/Compare.h"
+#include "core/TraceCollector.h"
 #include "text/Encoding.h"
 
 namespace velmor::cli {
@@ -35,19 +33,14 @@ void append(std::string& json, std::u16string_view text) {
 class TagLines {
 public:
     TagLines(const TraceCollector& trace, const TraceSubject& subject)
-        : trace_(trace),
-          shifts_(subject.shifts),
-          templatePlaces_(subject.templatePlaces),
-          places_(trace.tags().size(), npos) {}
+        : trace_(trace), shifts_(subject.shifts), templatePlaces_(subject.templatePlaces), places_(trace.places()) {}
 
     void writeTo(std::string& json);
 
 private:
     using Tag = TraceCollector::Tag;
-    static constexpr std::size_t npos = std::u16string_view::npos;
+    static constexpr std::size_t npos = TraceCollector::npos;
 
-    std::size_t placeOf(const Tag& tag) const;
-    bool hasMoved(const Tag& tag) const;
     std::size_t outputPlace(std::size_t place) const;
     const std::string& command(std::u16string_view name);
     void write(std::string& json, std::size_t index);
@@ -57,36 +50,16 @@ private:
     const TraceCollector& trace_;
     const std::vector<PlaceShift>& shifts_;
     const TemplatePlaces& templatePlaces_;
-    std::vector<std::size_t> places_;  // of the results, 0-based; npos: unknown
+    const std::vector<std::size_t> places_;  // of the results, 0-based; npos: unknown
     std::unordered_map<std::u16string_view, std::string> commands_;
 };
 
 void TagLines::writeTo(std::string& json) {
     json.reserve(json.size() + 128 * places_.size());
     for (std::size_t index = 0; index < places_.size(); ++index) {
-        places_[index] = placeOf(trace_.tags()[index]);
         json += index == 0 ? "\n" : ",\n";
         write(json, index);
     }
-}
-
-// In the result. Parents precede their children.
-std::size_t TagLines::placeOf(const Tag& tag) const {
-    if (tag.text == TraceCollector::kNone) return npos;
-    const TraceCollector::Text& text = trace_.texts()[tag.text];
-    if (text.isApart || text.hasMoved) return npos;
-    const std::size_t offset = tag.start - text.start;
-    if (text.tag == TraceCollector::kNone) return offset;
-    const Tag& parent = trace_.tags()[text.tag];
-    const bool isKept = parent.nested == tag.text && !hasMoved(parent) && places_[text.tag] != npos;
-    return isKept ? places_[text.tag] + offset : npos;
-}
-
-// Whether the results of the tags within its result are not where they were written.
-bool TagLines::hasMoved(const Tag& tag) const {
-    if (tag.nested == TraceCollector::kNone) return false;
-    const TraceCollector::Text& text = trace_.texts()[tag.nested];
-    return text.hasMoved || text.length != tag.length;
 }
 
 std::size_t TagLines::outputPlace(std::size_t place) const {
@@ -97,14 +70,12 @@ std::size_t TagLines::outputPlace(std::size_t place) const {
 
 // Handler and command.
 const std::string& TagLines::command(std::u16string_view name) {
-    const std::size_t separator = std::min(name.find(kHandlerSeparator), name.size());
-    const std::size_t end = std::min(name.find_first_of(u":=", separator), name.size());
-    const auto [found, isNew] = commands_.try_emplace(name.substr(0, end));
+    const auto [found, isNew] = commands_.try_emplace(commandPart(name));
     if (isNew) {
-        const bool hasHandler = separator < name.size();
-        append(found->second, upperCase(name.substr(0, hasHandler ? separator : 0)));
+        const auto [handler, command] = handlerAndCommand(name);
+        append(found->second, handler);
         found->second += ',';
-        append(found->second, upperCase(hasHandler ? name.substr(separator + 1, end - separator - 1) : u""));
+        append(found->second, command);
     }
     return found->second;
 }
@@ -118,7 +89,7 @@ void TagLines::write(std::string& json, std::size_t index) {
     append(json, trace_.nameOf(tag));
     writePosition(json, tag);
     writeResult(json, tag, places_[index]);
-    json += hasMoved(tag) ? ",true," : ",false,";
+    json += trace_.hasMoved(tag) ? ",true," : ",false,";
     const auto tenths = static_cast<std::size_t>(tag.time.count()) / 100;
     append(json, tenths / 10);
     json += '.';
@@ -155,11 +126,6 @@ void TagLines::writeResult(std::string& json, const Tag& tag, std::size_t place)
 }
 
 }  // namespace
-
-std::string_view originText(Origin origin) {
-    constexpr std::array<std::string_view, 4> kOrigins = {"template", "include", "property", "handler"};
-    return kOrigins[static_cast<std::size_t>(origin)];
-}
 
 std::string checksumOf(std::string_view bytes) {
     std::uint64_t sum = 0xCBF29CE484222325;

@@ -7,10 +7,10 @@
 #include <string_view>
 #include <vector>
 
+#include "check/TemplatePlaces.h"
 #include "cli/Documents.h"
-#include "cli/TemplatePlaces.h"
-#include "cli/TraceCollector.h"
 #include "common/DocumentText.h"
+#include "core/TraceCollector.h"
 #include "platform/Services.h"
 
 namespace velmor::cli {
@@ -29,9 +29,6 @@ enum class TraceColumn { parent, origin, handler, command, name, position, line,
 inline constexpr std::array<const char*, 12> kTraceColumns = {"parent", "origin",   "handler", "command",
                                                               "name",   "position", "line",    "column",
                                                               "length", "place",    "moved",   "microseconds"};
-
-// "template", "include", "property" or "handler".
-std::string_view originText(Origin origin);
 
 // FNV-1a of 64 bits, in hexadecimal digits.
 std::string checksumOf(std::string_view bytes);

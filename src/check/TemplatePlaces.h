@@ -7,7 +7,7 @@
 #include "check/LineIndex.h"
 #include "core/Markup.h"
 
-namespace velmor::cli {
+namespace velmor {
 
 // The places of a template's outermost tags in its file. Evaluation counts in a text that has table markers in addition
 // and lacks repeated row definitions.
@@ -28,4 +28,4 @@ private:
     std::vector<TagSpan> tags_;  // of a text that evaluation may change
 };
 
-}  // namespace velmor::cli
+}  // namespace velmor

@@ -5,16 +5,26 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "core/TagListener.h"
 
-namespace velmor::cli {
+namespace velmor {
+
+// "template", "include", "property" or "handler".
+std::string_view originText(Origin origin) noexcept;
+
+// The handler and the command that the beginning of a tag's name gives: "FORMAT>DATE" of "FORMAT>DATE:PROPERTY=Due:".
+std::u16string_view commandPart(std::u16string_view name) noexcept;
+// Both in upper case, of a name or its beginning; empty where it gives none.
+std::pair<std::u16string, std::u16string> handlerAndCommand(std::u16string_view name);
 
 // Keeps what a TagListener hears of one evaluation: the first tags in the order in which they begin.
 class TraceCollector : public TagListener {
 public:
     static constexpr std::uint32_t kNone = 0xFFFFFFFF;
+    static constexpr std::size_t npos = std::u16string_view::npos;
 
     struct Limits {
         std::size_t tags = 1'000'000;
@@ -57,6 +67,10 @@ public:
     std::u16string_view nameOf(const Tag& tag) const noexcept {
         return std::u16string_view(names_).substr(tag.nameStart, tag.nameLength);
     }
+    // Where each tag's result begins in the result of the outermost text, 0-based; npos: unknown, or nowhere. Linear.
+    std::vector<std::size_t> places() const;
+    // Whether the results of the tags within its result are not where they were written.
+    bool hasMoved(const Tag& tag) const;
     // Tags beyond the limit, or beyond the memory.
     std::size_t omitted() const noexcept { return omitted_; }
 
@@ -77,6 +91,7 @@ private:
 
     std::uint32_t add(const HeardTag& tag);
     std::uint32_t addText(std::size_t start, bool isApart);
+    std::size_t placeOf(const Tag& tag, const std::vector<std::size_t>& parents) const;
 
     const Limits limits_;
     std::vector<Tag> tags_;
@@ -86,4 +101,4 @@ private:
     std::size_t omitted_ = 0;
 };
 
-}  // namespace velmor::cli
+}  // namespace velmor

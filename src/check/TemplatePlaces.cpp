@@ -1,8 +1,8 @@
-#include "cli/TemplatePlaces.h"
+#include "check/TemplatePlaces.h"
 
 #include "text/Compare.h"
 
-namespace velmor::cli {
+namespace velmor {
 
 TemplatePlaces::TemplatePlaces(std::u16string_view text) : lines_(text) {
     const bool hasTables = findText(text, u"\\trowd", 0, Comparison::binary) != text.npos;
@@ -15,4 +15,4 @@ TemplatePlaces::Place TemplatePlaces::of(std::size_t index, std::size_t position
     return {position, line, column};
 }
 
-}  // namespace velmor::cli
+}  // namespace velmor

@@ -1,9 +1,13 @@
-#include "cli/TraceCollector.h"
+#include "core/TraceCollector.h"
 
 #include <algorithm>
+#include <array>
 #include <new>
 
-namespace velmor::cli {
+#include "core/Markup.h"
+#include "text/Compare.h"
+
+namespace velmor {
 namespace {
 
 std::chrono::nanoseconds now() noexcept {
@@ -11,6 +15,23 @@ std::chrono::nanoseconds now() noexcept {
 }
 
 }  // namespace
+
+std::string_view originText(Origin origin) noexcept {
+    constexpr std::array<std::string_view, 4> kOrigins = {"template", "include", "property", "handler"};
+    return kOrigins[static_cast<std::size_t>(origin)];
+}
+
+std::u16string_view commandPart(std::u16string_view name) noexcept {
+    const std::size_t separator = std::min(name.find(kHandlerSeparator), name.size());
+    return name.substr(0, name.find_first_of(u":=", separator));
+}
+
+std::pair<std::u16string, std::u16string> handlerAndCommand(std::u16string_view name) {
+    name = commandPart(name);
+    const std::size_t separator = name.find(kHandlerSeparator);
+    if (separator == name.npos) return {};
+    return {upperCase(name.substr(0, separator)), upperCase(name.substr(separator + 1))};
+}
 
 // Room for a long template: reserved memory costs nothing until it is used, moved memory does.
 TraceCollector::TraceCollector(const Limits& limits) : limits_(limits) {
@@ -97,4 +118,28 @@ void TraceCollector::resultMoves() noexcept {
     if (!texts_.empty()) texts_.front().hasMoved = true;
 }
 
-}  // namespace velmor::cli
+std::vector<std::size_t> TraceCollector::places() const {
+    std::vector<std::size_t> places;
+    places.reserve(tags_.size());
+    for (const Tag& tag : tags_) places.push_back(placeOf(tag, places));  // parents precede their children
+    return places;
+}
+
+std::size_t TraceCollector::placeOf(const Tag& tag, const std::vector<std::size_t>& parents) const {
+    if (tag.text == kNone) return npos;
+    const Text& text = texts_[tag.text];
+    if (text.isApart || text.hasMoved) return npos;
+    const std::size_t offset = tag.start - text.start;
+    if (text.tag == kNone) return offset;
+    const Tag& parent = tags_[text.tag];
+    const bool isKept = parent.nested == tag.text && !hasMoved(parent) && parents[text.tag] != npos;
+    return isKept ? parents[text.tag] + offset : npos;
+}
+
+bool TraceCollector::hasMoved(const Tag& tag) const {
+    if (tag.nested == kNone) return false;
+    const Text& text = texts_[tag.nested];
+    return text.hasMoved || text.length != tag.length;
+}
+
+}  // namespace velmor
