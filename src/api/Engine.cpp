@@ -1,14 +1,18 @@
+#include <optional>
 #include <utility>
 
-#include "api/ProgramHandlers.h"
+#include "api/EngineParts.h"
+#include "api/OptionProperties.h"
 #include "api/PropertiesParts.h"
+#include "api/Trace.h"
 #include "automation/Convert.h"
+#include "check/TemplatePlaces.h"
 #include "common/TextFile.h"
 #include "core/CompiledTemplate.h"
 #include "core/ErrorLog.h"
 #include "core/TagTree.h"
+#include "core/TraceCollector.h"
 #include "core/kvTag.h"
-#include "platform/SystemServices.h"
 #include "platform/TemplateFolders.h"
 #include "rtf/clean/CleanRTF.h"
 #include "rtf/clean/JoinDocuments.h"
@@ -16,11 +20,6 @@
 
 namespace velmor {
 namespace {
-
-using automation::Variant;
-
-constexpr std::u16string_view kTolerant = u"kvTag.RTF Tolerant";
-constexpr std::u16string_view kPath = u"Path";
 
 class Entries final : public ErrorListener {
 public:
@@ -41,40 +40,16 @@ private:
     std::vector<LogEntry>& entries_;
 };
 
-// Properties that hold for one evaluation. Afterwards the collection has its own again.
-class OptionProperties {
-public:
-    OptionProperties(privProperties& properties, const EvaluateOptions& options) : properties_(properties) {
-        static constexpr std::u16string_view missing[] = {u"empty", u"keep", u"mark", u"fail"};
-        static constexpr std::u16string_view dataTags[] = {u"allow", u"report", u"refuse"};
-        if (options.exact || !properties.Item(kTolerant)) put(kTolerant, Variant(!options.exact));
-        if (options.missing != Missing::empty) put(u"kvTag.Missing", missing[static_cast<int>(options.missing)]);
-        if (options.dataTags != DataTags::allow) put(u"kvTag.Data Tags", dataTags[static_cast<int>(options.dataTags)]);
-        if (options.includeRoot) put(u"kvTag.Include Root", *options.includeRoot);
-        if (!options.includePath.empty()) put(kPath, options.includePath);
+// Evaluation counts in a text that may have table markers in addition.
+void placeEntries(std::vector<LogEntry>& entries, const TemplatePlaces& places) {
+    for (LogEntry& entry : entries) {
+        if (entry.tagIndex == 0) continue;
+        const TemplatePlaces::Place place = places.of(entry.tagIndex, entry.position);
+        entry.position = place.position;
+        entry.line = place.line;
+        entry.column = place.column;
     }
-    ~OptionProperties() {
-        for (auto& [name, before] : before_) {
-            if (before) {
-                properties_.Add(name, std::move(*before), true);
-            } else {
-                properties_.Remove(Variant(name));
-            }
-        }
-    }
-    OptionProperties(const OptionProperties&) = delete;
-    OptionProperties& operator=(const OptionProperties&) = delete;
-
-private:
-    void put(std::u16string_view name, Variant value) {
-        const PropertyRef present = properties_.Item(name);
-        before_.emplace_back(name, present ? std::optional(present->Value()) : std::nullopt);
-        properties_.Add(name, std::move(value), true);
-    }
-
-    privProperties& properties_;
-    std::vector<std::pair<std::u16string, std::optional<Variant>>> before_;
-};
+}
 
 TagPlace placeOf(const TagNode& node) {
     TagPlace place{node.position, node.length, node.handler, node.command, {}, {}};
@@ -89,22 +64,11 @@ TagPlace placeOf(const TagNode& node) {
 
 inline namespace v1 {
 
-struct Engine::Parts {
-    explicit Parts(const platform::SystemOptions& options) : machine(options) {}
-
-    platform::Services& services() { return machine.services(); }
-
-    platform::SystemServices machine;
-    api::ProgramHandlers handlers;
-    api::HandlerRegistry registry{machine.services().registry, handlers};
-    api::HandlerObjects objects{machine.services().objects, handlers};
-};
-
 namespace {
 
 std::u16string cleaned(platform::Services& services, std::u16string text, bool exact, bool merge) {
     const auto tag = std::make_shared<kvTag>(services);
-    tag->Properties().own()->AddBoolean(kTolerant, !exact, true);
+    tag->Properties().own()->AddBoolean(api::kTolerant, !exact, true);
     tag->CleanRTFMergeMode(merge);
     tag->CleanRTF(text);
     tag->Dispose();
@@ -136,7 +100,10 @@ void Engine::setHandler(const TextIn& name, Answer answer) {
 }
 
 Template Engine::compile(const TextIn& text) const {
-    return Template(std::make_shared<const CompiledTemplate>(parts_->services(), std::u16string(text.view())));
+    auto compiled = std::make_shared<const CompiledTemplate>(parts_->services(), std::u16string(text.view()));
+    TextRef source = compiled->text();
+    if (*source != text.view()) source = std::make_shared<const std::u16string>(text.view());
+    return Template(std::move(compiled), std::move(source));
 }
 
 Evaluated Engine::evaluate(const TextIn& text, Properties& properties, const EvaluateOptions& options) const {
@@ -144,11 +111,11 @@ Evaluated Engine::evaluate(const TextIn& text, Properties& properties, const Eva
 }
 
 Evaluated Engine::evaluate(const Template& compiled, Properties& properties, const EvaluateOptions& options) const {
-    const platform::Services& machine = parts_->services();
-    platform::TemplateFolders folders(machine.folders, u".");
-    platform::Services services{parts_->registry, machine.files,    machine.clock, folders,
-                                parts_->objects,  machine.pictures, machine.guids};
-    const OptionProperties optionProperties(*properties.parts_->items, options);
+    platform::TemplateFolders folders(parts_->services().folders, u".");
+    platform::Services services = parts_->services(folders);
+    const api::OptionProperties optionProperties(*properties.parts_->items, options);
+    std::optional<TraceCollector> trace;
+    if (options.trace) trace.emplace();
     Evaluated evaluated;
     const Entries entries(evaluated.errors);
     const auto tag = std::make_shared<kvTag>(services);
@@ -157,6 +124,11 @@ Evaluated Engine::evaluate(const Template& compiled, Properties& properties, con
     evaluated.text = tag->Result();
     evaluated.failed = tag->hasFailed();
     tag->Dispose(false);
+    if (trace || !evaluated.errors.empty()) {
+        const TemplatePlaces places(compiled.text());
+        placeEntries(evaluated.errors, places);
+        if (trace) evaluated.trace = api::tracedTags(*trace, places);
+    }
     return evaluated;
 }
 

@@ -1,7 +1,14 @@
+#include <algorithm>
+#include <optional>
+
 #include "api/PropertiesParts.h"
+#include "automation/Portable.h"
 #include "automation/Variant.h"
+#include "common/DocumentText.h"
+#include "common/TextFile.h"
 #include "platform/SystemServices.h"
 #include "properties/privProperty.h"
+#include "text/Characters.h"
 #include "text/Encoding.h"
 
 namespace velmor {
@@ -13,6 +20,21 @@ platform::Services& api::machine() {
     return instance->services();
 }
 
+namespace {
+
+std::optional<automation::Decimal> decimalOf(std::u16string_view digits) {
+    constexpr std::ptrdiff_t kMostDigits = 28;
+    const std::u16string_view number = digits.substr(digits.starts_with(u'-') ? 1 : 0);
+    const std::ptrdiff_t count =
+        std::count_if(number.begin(), number.end(), [](char16_t unit) { return isDigit(unit); });
+    const auto points = static_cast<std::size_t>(std::count(number.begin(), number.end(), u'.'));
+    if (count == 0 || count > kMostDigits || points > 1) return std::nullopt;
+    if (static_cast<std::size_t>(count) + points != number.size()) return std::nullopt;
+    return automation::portable::toDecimal(Variant(digits));
+}
+
+}  // namespace
+
 inline namespace v1 {
 
 std::string utf8(std::u16string_view text) {
@@ -23,7 +45,16 @@ std::u16string utf16(std::string_view bytes) {
     return fromUtf8(bytes);
 }
 
-Properties::Properties() : parts_(std::make_unique<Parts>()) {}
+std::u16string documentText(std::string_view bytes) {
+    return decodeTextFileOrUtf8(bytes);
+}
+
+std::string documentBytes(std::u16string_view text) {
+    return encodeDocument(text, TextEncoding::utf8);
+}
+
+Properties::Properties() : parts_(std::make_unique<Parts>(std::make_shared<privProperties>(api::machine()))) {}
+Properties::Properties(std::unique_ptr<Parts> parts) noexcept : parts_(std::move(parts)) {}
 Properties::~Properties() = default;
 Properties::Properties(Properties&&) noexcept = default;
 Properties& Properties::operator=(Properties&&) noexcept = default;
@@ -51,6 +82,21 @@ void Properties::setDate(const TextIn& name, double days) {
 void Properties::setProperties(const TextIn& name, const Properties& value) {
     const PropertyRef property = parts_->items->Add(name.view(), u"", true);
     if (property) property->Properties()->Build(value.parts_->items->Stored());
+}
+
+bool Properties::setDecimal(const TextIn& name, const TextIn& digits) {
+    const auto value = decimalOf(digits.view());
+    if (value) parts_->items->Add(name.view(), *value, true);
+    return value.has_value();
+}
+
+void Properties::setNull(const TextIn& name) {
+    parts_->items->Add(name.view(), automation::Null{}, true);
+}
+
+Properties Properties::addChild(const TextIn& name) {
+    const PropertyRef property = parts_->items->Add(name.view(), u"", true);
+    return Properties(std::make_unique<Parts>(property->Properties()));
 }
 
 bool Properties::remove(const TextIn& name) {

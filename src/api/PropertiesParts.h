@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 
 #include "platform/Services.h"
 #include "properties/privProperties.h"
@@ -17,7 +18,9 @@ namespace velmor {
 inline namespace v1 {
 
 struct Properties::Parts {
-    std::shared_ptr<privProperties> items = std::make_shared<privProperties>(api::machine());
+    explicit Parts(std::shared_ptr<privProperties> collection) noexcept : items(std::move(collection)) {}
+
+    std::shared_ptr<privProperties> items;
 };
 
 }  // namespace v1

@@ -11,7 +11,8 @@
 #include <variant>
 #include <vector>
 
-// The library of document templates: it evaluates the tags of a template, and cleans and joins RTF documents.
+// The library of document templates: it evaluates the tags of a template, finds a template's mistakes, and cleans and
+// joins RTF documents.
 //
 //     velmor::Properties properties;
 //     properties.setText("Name", "Ada Lovelace");
@@ -35,6 +36,13 @@ inline namespace v1 {
 // UTF-8 from UTF-16 and back. Halves of surrogate pairs and bytes that are not UTF-8 become U+FFFD.
 std::string utf8(std::u16string_view text);
 std::u16string utf16(std::string_view bytes);
+
+// The text of a document's or a template's bytes. RTF is in the ANSI code page; so is plain text without a byte order
+// mark, unless it is UTF-8. The mark is left out.
+std::u16string documentText(std::string_view bytes);
+// The bytes of a document; no character is lost. RTF is in the ANSI code page, with \uN for other characters; plain
+// text is in UTF-8. Linear.
+std::string documentBytes(std::u16string_view text);
 
 // A text that a caller gives, in UTF-16 or UTF-8. It is only a parameter: a text in UTF-16 must last for the call.
 class TextIn {
@@ -92,10 +100,18 @@ public:
     void setNumber(const TextIn& name, std::int32_t value);
     void setNumber(const TextIn& name, double value);
     void setTruth(const TextIn& name, bool value);
-    // Days since 30 December 1899, the time of the day as fraction.
+    // Days since 30 December 1899. The fraction is the time of the day, also of negative dates: -1.25 is 29 December
+    // at 6 o'clock.
     void setDate(const TextIn& name, double days);
+    // A decimal number such as "-12.50", kept to its last digit. False, and nothing is set, for any other text and for
+    // more than 28 digits.
+    bool setDecimal(const TextIn& name, const TextIn& digits);
+    // A value that is not known, as null in JSON.
+    void setNull(const TextIn& name);
     // A copy of a collection as the children of an empty text; linear in its text form.
     void setProperties(const TextIn& name, const Properties& value);
+    // An empty text, and its children to be set. They belong to this collection, whatever becomes of the returned one.
+    Properties addChild(const TextIn& name);
     // False if there is none of that name.
     bool remove(const TextIn& name);
 
@@ -114,6 +130,7 @@ public:
 private:
     friend class Engine;
     struct Parts;
+    explicit Properties(std::unique_ptr<Parts> parts) noexcept;
     std::unique_ptr<Parts> parts_;
 };
 
@@ -152,13 +169,30 @@ struct LogEntry {
     std::u16string tag;        // the tag's text, or a part of it
     std::u16string data;       // what the message is about
     std::size_t tagIndex = 0;  // of the outermost tag that led to it, from 1; 0 if none did
-    std::size_t position = 0;  // of that tag in the template, from 1
+    // Of that tag in the template, all from 1; 0 if there is none.
+    std::size_t position = 0;
+    std::size_t line = 0;
+    std::size_t column = 0;
+};
+
+// What a tag gave while a template was evaluated.
+struct TracedTag {
+    std::size_t parent = 0;  // whose answer holds it, from 1 in the list; 0 if the template holds it
+    std::u16string origin;   // of the text that holds it: "template", "include", "property" or "handler"
+    std::u16string handler;  // upper case; empty if it names none
+    std::u16string command;
+    std::u16string name;       // as it is written between its markers, its first 60 units
+    std::size_t position = 0;  // in the text that holds it, from 1; 0 for a tag that a handler evaluates by itself
+    std::size_t length = 0;    // of what it gave
+    std::optional<std::size_t> place;  // of that in the result, from 1; none if it is not there, or has moved
+    double seconds = 0;                // until it was answered, the tags within it included
 };
 
 struct Evaluated {
     std::u16string text;
     std::vector<LogEntry> errors;
-    bool failed = false;  // Missing::fail, and something was missing: the text is empty
+    bool failed = false;           // Missing::fail, and something was missing: the text is empty
+    std::vector<TracedTag> trace;  // as the tags began, if EvaluateOptions asks for it: the first million
 };
 
 // What becomes of a tag whose property, file, entry or handler is absent.
@@ -172,6 +206,7 @@ struct EvaluateOptions {
     bool exact = false;                         // RTF is read exactly as the component does by default, not tolerantly
     Missing missing = Missing::empty;
     DataTags dataTags = DataTags::allow;
+    bool trace = false;  // Evaluated::trace is filled
 };
 
 struct EngineOptions {
@@ -196,12 +231,43 @@ struct TagPlace {
 // evaluate it at once.
 class Template {
 public:
+    // As it was given. It lasts as long as a copy of the template.
+    std::u16string_view text() const noexcept { return *text_; }
+
     // For the engine alone.
-    explicit Template(std::shared_ptr<const CompiledTemplate> compiled) noexcept : compiled_(std::move(compiled)) {}
+    Template(std::shared_ptr<const CompiledTemplate> compiled, std::shared_ptr<const std::u16string> text) noexcept
+        : compiled_(std::move(compiled)), text_(std::move(text)) {}
 
 private:
     friend class Engine;
     std::shared_ptr<const CompiledTemplate> compiled_;
+    std::shared_ptr<const std::u16string> text_;
+};
+
+// A mistake that a check finds, or what may be one. docs/diagnostics.md describes each code.
+struct Mistake {
+    struct Place {
+        std::u16string file;  // empty: the template itself
+        // All from 1.
+        std::size_t position = 0;
+        std::size_t line = 0;
+        std::size_t column = 0;
+    };
+
+    std::u16string code;   // "KV201"
+    bool isError = false;  // else a warning
+    std::u16string message;
+    std::u16string hint;  // "did you mean FORMAT?"; empty if there is none
+    Place place;
+    std::size_t length = 0;           // of the faulty part, at least 1
+    std::u16string seenAt;            // "page text, paragraph 4", as an author sees the place; empty in plain text
+    std::u16string context;           // the text around it, as an author sees it
+    std::vector<Place> includedFrom;  // the tags that included the file, the nearest first
+};
+
+struct Checked {
+    std::vector<Mistake> mistakes;  // file by file, each in the order of its text: the first thousand
+    std::size_t more = 0;           // that were found and are not among them
 };
 
 class Engine {
@@ -232,6 +298,16 @@ public:
 
     // The outermost tags of a template, in order. Nothing is evaluated.
     std::vector<TagPlace> tags(const TextIn& text) const;
+
+    // The mistakes of a template and of the files that it includes. Nothing is evaluated; handlers are asked for their
+    // catalogue alone. `properties`: those that the program will set. Null: they are not known; properties that nothing
+    // sets are then not reported, and of the options includePath alone counts. Failure 5 for a property that asks
+    // something impossible of an evaluation ("kvTag.Missing" and the like). Linear.
+    Outcome<Checked> check(const TextIn& text, Properties* properties = nullptr,
+                           const EvaluateOptions& options = {}) const;
+    // A JSON Schema (2020-12) of the properties that a template and the files that it includes read. A property without
+    // a default is required unless the template sets it. Linear.
+    std::u16string schema(const TextIn& text, const EvaluateOptions& options = {}) const;
 
 private:
     struct Parts;
