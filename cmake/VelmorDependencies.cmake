@@ -1,5 +1,5 @@
 # External libraries: zlib (common), OpenSSL's libcrypto (platform, on Linux), CLI11 and nlohmann-json (cli),
-# SQLite (a sample, on Linux), GoogleTest, Google Benchmark.
+# pybind11 (python, on Linux), SQLite (a sample, on Linux), GoogleTest, Google Benchmark.
 
 find_package(Threads REQUIRED)
 
@@ -42,6 +42,22 @@ else()
     find_package(nlohmann_json REQUIRED)
     add_library(velmor_json INTERFACE)
     target_link_libraries(velmor_json INTERFACE nlohmann_json::nlohmann_json)
+    if(VELMOR_PYTHON)
+        # Debian's Python, not another one that precedes it in the PATH.
+        if(NOT Python_EXECUTABLE AND EXISTS /usr/bin/python3)
+            set(Python_EXECUTABLE /usr/bin/python3)
+        endif()
+        set(PYBIND11_NOPYTHON ON)
+        set(needed QUIET)
+        if(NOT VELMOR_PYTHON STREQUAL "AUTO")
+            set(needed REQUIRED)
+        endif()
+        find_package(Python 3.11 ${needed} COMPONENTS Interpreter Development.Module)
+        find_package(pybind11 2.10 ${needed} CONFIG)
+        if(Python_FOUND AND pybind11_FOUND)
+            set(VELMOR_HAS_PYTHON ON)
+        endif()
+    endif()
     if(VELMOR_TESTS)
         find_package(GTest REQUIRED)
     endif()

@@ -19,6 +19,7 @@ ALLOWED["core"] = ALLOWED["rtf"] + ["rtf", "handlers", "direct"]
 ALLOWED["check"] = ALLOWED["core"] + ["core"]
 ALLOWED["com"] = ALLOWED["api"] = ALLOWED["check"] + ["check"]
 ALLOWED["cli"] = ALLOWED["check"] + ["check", "process"]
+ALLOWED["python"] = []  # it uses the public header
 
 # The rooms within rtf, in the same manner.
 RTF_ALLOWED = {"read": [], "edit": ["read"]}
