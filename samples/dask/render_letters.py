@@ -50,6 +50,9 @@ def records_of(data):
     """The records of a CSV file in UTF-8 with a line of names."""
     with open(data, encoding="utf-8-sig", newline="") as file:
         reader = csv.DictReader(file, strict=True)
+        for name in reader.fieldnames or ():
+            if name.casefold() == "path" or name.casefold().startswith("kvtag."):
+                sys.exit(f"{data}: a column {name} would change how templates are evaluated")
         for record in reader:
             if None in record or None in record.values():
                 sys.exit(f"{data}:{reader.line_num}: the record has another number of fields than the first line")

@@ -36,20 +36,33 @@ def test_the_letter_is_that_of_the_program(tmp_path):
     assert without_identifiers((tmp_path / "python.rtf").read_bytes()) == without_identifiers(cleaned)
 
 
-def one_by_one(template, people):
-    """The document that `velmor render --join` makes of the records."""
-    return velmor.encode(velmor.join(velmor.evaluate(template, person).text for person in people))
+HAS_RENDER = b"render" in run(VELMOR, "--help")
+
+
+def joined(folder, people):
+    """The document of all letters; it is the same by `velmor render` as one by one."""
+    template = velmor.decode((folder / "letter.rtf").read_bytes())
+    document = velmor.encode(velmor.join(velmor.evaluate(template, person).text for person in people))
+    if HAS_RENDER:
+        run(VELMOR, "render", folder / "letter.rtf", "--data", folder / "people.csv", "--join", folder / "render.rtf", "-q")
+        assert (folder / "render.rtf").read_bytes() == document
+    return document
+
+
+def mailing(folder, count):
+    """Writes a template and data of so many people, and gives these."""
+    tags = "<KV:TAG>PROPERTY:Name=:</KV> <KV:TAG>PROPERTY:Town=nowhere:</KV>\\par " * 300
+    (folder / "letter.rtf").write_text("{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0 " + tags + "}")
+    people = [{"Name": f"P{number} \u00e4\u4e2d", "Town": "a, b"} for number in range(count)]
+    lines = ["Name,Town"] + [f'{person["Name"]},"{person["Town"]}"' for person in people]
+    (folder / "people.csv").write_text("\n".join(lines) + "\n", "utf-8")
+    return people
 
 
 def test_dask_loses_no_letter_when_a_worker_dies(tmp_path):
     psutil = pytest.importorskip("psutil")
     pytest.importorskip("dask.distributed")
-    tags = "<KV:TAG>PROPERTY:Name=:</KV> <KV:TAG>PROPERTY:Town=nowhere:</KV>\\par " * 300
-    template = "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0 " + tags + "}"
-    people = [{"Name": f"P{number} \u00e4\u4e2d", "Town": "a, b"} for number in range(120)]
-    (tmp_path / "letter.rtf").write_bytes(velmor.encode(template))
-    lines = ["Name,Town"] + [f'{person["Name"]},"{person["Town"]}"' for person in people]
-    (tmp_path / "people.csv").write_text("\n".join(lines) + "\n", "utf-8")
+    people = mailing(tmp_path, 120)
     script = subprocess.Popen(
         [sys.executable, os.path.join(SAMPLES, "dask", "render_letters.py"), tmp_path / "letter.rtf",
          tmp_path / "people.csv", tmp_path / "joined.rtf", "--workers", "2", "--part-size", "2"],
@@ -62,5 +75,15 @@ def test_dask_loses_no_letter_when_a_worker_dies(tmp_path):
     errors = script.communicate()[1].decode()
     assert script.returncode == 0, errors
     assert len(workers) == 2 and finished < len(people) / 2
-    assert (tmp_path / "joined.rtf").read_bytes() == one_by_one(template, people)
+    assert (tmp_path / "joined.rtf").read_bytes() == joined(tmp_path, people)
     assert glob.glob(str(tmp_path / ".parts-*")) == []
+
+
+@pytest.mark.skipif(not HAS_RENDER, reason="velmor has no command render")
+def test_slurm_renders_in_parts(tmp_path):
+    people = mailing(tmp_path, 7)
+    for part in ("2", "1", "3", "2"):
+        run(os.path.join(SAMPLES, "slurm", "letters.sh"), tmp_path / "letter.rtf", tmp_path / "people.csv",
+            tmp_path / "letters", env=dict(os.environ, SLURM_ARRAY_TASK_ID=part, SLURM_ARRAY_TASK_COUNT="3"))
+    run(os.path.join(SAMPLES, "slurm", "join.sh"), tmp_path / "letters", tmp_path / "joined.rtf")
+    assert (tmp_path / "joined.rtf").read_bytes() == joined(tmp_path, people)
