@@ -1,124 +1,67 @@
-#include "Formatter.h"
+// The handler "Sample.Formatter": dates and numbers by a pattern.
+//
+//     <KV:FORMAT>DATE:PROPERTY=name:PATTERN="d mmmm yyyy":</KV>
+//     <KV:FORMAT>NUMBER:VALUE=1234.5:PATTERN="#,##0.00":</KV>
+//
+// PROPERTY names a property of the tag and keeps its type, whatever the language of the machine; VALUE is a text, tags
+// in it evaluated. An absent or empty value gives the empty text; one that is no date or number raises error 13. See
+// Patterns.h for PATTERN.
 
-#include <array>
-#include <optional>
+#include <velmor/handler.h>
 
 #include "Patterns.h"
-#include "automation/Convert.h"
-#include "automation/DispatchTable.h"
-#include "text/Compare.h"
-#include "text/Error.h"
 
-namespace sample {
 namespace {
 
-using namespace velmor::automation;
+using velmor::handler::Command;
+using velmor::handler::Failure;
+using velmor::handler::Parameter;
+using velmor::handler::Tag;
+using velmor::handler::Value;
 
-// The highest level of the component: every member of the table below is called.
-constexpr std::int32_t interfaceLevel = 5;
-
-struct Command {
-    std::u16string_view name, syntax, description, defaultPattern, patterns;
+constexpr Parameter dateParameters[] = {
+    {u"PROPERTY"}, {u"VALUE"}, {u"PATTERN", u"d mmmm yyyy:dddd, d mmmm yyyy:mmmm yyyy:dd/mm/yyyy:"}};
+constexpr Parameter numberParameters[] = {{u"PROPERTY"}, {u"VALUE"}, {u"PATTERN", u"#,##0.00:#,##0:0.0:0%:"}};
+constexpr Command commands[] = {
+    {u"DATE", u"FORMAT>DATE:PROPERTY=name:[VALUE=date:][PATTERN=(d mmmm yyyy):]",
+     u"A date by a pattern of d, m, y, h, n, s and AM/PM", dateParameters},
+    {u"NUMBER", u"FORMAT>NUMBER:PROPERTY=name:[VALUE=number:][PATTERN=(#,##0.00):]",
+     u"A number by a pattern of #, 0, comma, point and %", numberParameters},
 };
 
-constexpr std::array<Command, 2> commands = {{
-    {u"DATE", u"FORMAT>DATE:PROPERTY=name:[VALUE=date:][PATTERN=(d mmmm yyyy):]",
-     u"A date by a pattern of d, m, y, h, n, s and AM/PM", u"d mmmm yyyy",
-     u"d mmmm yyyy:dddd, d mmmm yyyy:mmmm yyyy:dd/mm/yyyy:"},
-    {u"NUMBER", u"FORMAT>NUMBER:PROPERTY=name:[VALUE=number:][PATTERN=(#,##0.00):]",
-     u"A number by a pattern of #, 0, comma, point and %", u"#,##0.00", u"#,##0.00:#,##0:0.0:0%:"},
-}};
+Value subject(const Tag& tag) {
+    const std::u16string property = tag.parameter(u"PROPERTY");
+    return property.empty() ? Value(tag.parameter(u"VALUE")) : tag.property(property);
+}
 
-const Command* findCommand(std::u16string_view name) {
-    for (const Command& command : commands) {
-        if (velmor::equalIgnoringCase(command.name, name)) return &command;
+std::u16string formatted(const Tag& tag, const std::u16string& command, const Value& value) {
+    if (command == u"DATE") {
+        return sample::formatDate(tag.object().date(value).days, tag.parameter(u"PATTERN", u"d mmmm yyyy"));
     }
-    return nullptr;
+    return sample::formatNumber(tag.object().number(value), tag.parameter(u"PATTERN", u"#,##0.00"));
 }
 
-Variant call(const ObjectRef& object, std::u16string_view member, InvokeKind kind, std::u16string_view first = {},
-             std::u16string_view second = {}) {
-    if (first.empty()) return object->invoke(member, kind, {});
-    std::array<Variant, 2> arguments = {Variant(first), Variant(second)};
-    return object->invoke(member, kind, arguments);
-}
-
-std::u16string parameter(const ObjectRef& tag, std::u16string_view name, std::u16string_view otherwise) {
-    return toText(call(tag, u"GetProcessedElementsValue", InvokeKind::method, name, otherwise)).value_or(u"");
-}
-
-bool isNothing(const Variant& value) {
-    return toText(value).value_or(u"").empty();
-}
-
-[[noreturn]] void refuse(const Variant& value, std::u16string_view kind) {
-    throw velmor::Error(13, u"Sample.Formatter",
-                        u"\"" + toText(value).value_or(u"") + u"\" is not a " + std::u16string(kind));
-}
-
-std::u16string format(const Command& command, const Variant& value, std::u16string_view pattern) {
-    if (command.name == u"DATE") {
-        if (const auto date = toDate(value)) return formatDate(*date, pattern);
-        refuse(value, u"date");
+std::u16string answer(const Tag& tag) {
+    const std::u16string command = tag.command();
+    const bool isDate = command == u"DATE";
+    if (!isDate && command != u"NUMBER") throw Failure(5, u"There is no command \"" + command + u"\"");
+    const Value value = subject(tag);
+    const std::u16string text = tag.object().text(value);
+    if (text.empty()) return {};
+    try {
+        return formatted(tag, command, value);
+    } catch (const Failure&) {
+        throw Failure(13, u"\"" + text + u"\" is not a " + (isDate ? u"date" : u"number"));
     }
-    if (const auto number = toDouble(value)) return formatNumber(*number, pattern);
-    refuse(value, u"number");
 }
 
-Variant describe(const Arguments& args, std::u16string_view Command::*field) {
-    const Command* command = findCommand(args.text(0));
-    return command ? Variant((*command).*field) : Variant(u"");
-}
-
-Variant values(const Arguments& args) {
-    const Command* command = findCommand(args.text(0));
-    const bool known = command && velmor::equalIgnoringCase(args.text(1), u"PATTERN");
-    return known ? Variant(command->patterns) : Variant(u"");
-}
-
-// The last two arguments of the catalogue's members are the handler's name and the host's database.
-const DispatchTable members({
-    {u"Interface", MemberKind::get, 0, 0, [](Formatter&, Arguments&) { return Variant(interfaceLevel); }},
-    {u"GetTagValue", MemberKind::method, 1, 1,
-     [](Formatter& self, Arguments& args) { return Variant(self.GetTagValue(args.object(0))); }},
-    {u"CommandList", MemberKind::get, 0, 2, [](Formatter&, Arguments&) { return Variant(u"DATE:NUMBER:"); }},
-    {u"ParameterList", MemberKind::get, 1, 3,
-     [](Formatter&, Arguments& args) { return Variant(findCommand(args.text(0)) ? u"PROPERTY:VALUE:PATTERN:" : u""); }},
-    {u"SyntaxString", MemberKind::get, 1, 3,
-     [](Formatter&, Arguments& args) { return describe(args, &Command::syntax); }},
-    {u"CommandDescription", MemberKind::get, 1, 3,
-     [](Formatter&, Arguments& args) { return describe(args, &Command::description); }},
-    {u"ParameterValueList", MemberKind::get, 2, 4, [](Formatter&, Arguments& args) { return values(args); }},
-    {u"Dispose", MemberKind::method, 0, 0,
-     [](Formatter& self, Arguments&) {
-         self.Dispose();
-         return Variant();
-     }},
-});
+constexpr velmor::handler::Class formatter{.name = u"Sample.Formatter",
+                                           .identifier = u"{6DBF53C1-EFC5-418C-A03D-3D012F608D00}",
+                                           .description = u"Formats dates and numbers in document templates",
+                                           .handler = u"FORMAT",
+                                           .commands = commands,
+                                           .answer = &answer};
 
 }  // namespace
 
-Variant Formatter::invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) {
-    return members.invoke(*this, name, kind, arguments);
-}
-
-std::u16string Formatter::GetTagValue(const ObjectRef& poTag) {
-    if (!poTag) throw velmor::Error(13);
-    tag_ = poTag;
-    const auto name = toText(call(tag_, u"CommandName", InvokeKind::get)).value_or(u"");
-    const Command* command = findCommand(name);
-    if (!command) throw velmor::Error(5, u"Sample.Formatter", u"There is no command \"" + name + u"\"");
-    const Variant value = subject();
-    return isNothing(value) ? std::u16string()
-                            : format(*command, value, parameter(tag_, u"PATTERN", command->defaultPattern));
-}
-
-// The value to format.
-Variant Formatter::subject() const {
-    const std::u16string property = parameter(tag_, u"PROPERTY", u"");
-    if (property.empty()) return Variant(parameter(tag_, u"VALUE", u""));
-    const ObjectRef properties = call(tag_, u"Properties", InvokeKind::get).object();
-    return call(properties, u"GetValue", InvokeKind::method, property, u"");
-}
-
-}  // namespace sample
+VELMOR_HANDLERS(formatter)

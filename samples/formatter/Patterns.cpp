@@ -3,19 +3,42 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <cmath>
-
-#include "automation/Convert.h"
 
 namespace sample {
 namespace {
 
-using velmor::automation::Date;
-using velmor::automation::DateFields;
-using velmor::automation::portable::monthNames;
+constexpr std::array<std::u16string_view, 7> dayNames = {u"Sunday",   u"Monday", u"Tuesday", u"Wednesday",
+                                                         u"Thursday", u"Friday", u"Saturday"};
+constexpr std::array<std::u16string_view, 12> monthNames = {u"January",   u"February", u"March",    u"April",
+                                                            u"May",       u"June",     u"July",     u"August",
+                                                            u"September", u"October",  u"November", u"December"};
 
-constexpr std::array<std::u16string_view, 7> dayNames = {u"Saturday",  u"Sunday",   u"Monday", u"Tuesday",
-                                                         u"Wednesday", u"Thursday", u"Friday"};
+struct DateFields {
+    int year, month, day, weekday, hour, minute, second;  // weekday: 0 is Sunday
+};
+
+// Rounded to whole seconds. The fraction is the time of the day, also of negative dates.
+DateFields fieldsOf(double days) {
+    using namespace std::chrono;
+    double whole = std::trunc(days);
+    long seconds = std::lround(std::fabs(days - whole) * 86400);
+    if (seconds == 86400) {
+        whole += 1;
+        seconds = 0;
+    }
+    const sys_days day = sys_days(1899y / December / 30) + std::chrono::days(static_cast<int>(whole));
+    const year_month_day date(day);
+    const int second = static_cast<int>(seconds);
+    return {int(date.year()),
+            static_cast<int>(unsigned(date.month())),
+            static_cast<int>(unsigned(date.day())),
+            static_cast<int>(weekday(day).c_encoding()),
+            second / 3600,
+            second / 60 % 60,
+            second % 60};
+}
 
 std::u16string digits(int number, std::size_t least) {
     std::array<char, 12> buffer{};
@@ -23,16 +46,6 @@ std::u16string digits(int number, std::size_t least) {
     std::u16string text(buffer.data(), end);
     if (text.size() < least) text.insert(0, least - text.size(), u'0');
     return text;
-}
-
-// The name of the day: day 0 (30 December 1899) was a Saturday. Rounded as the fields are.
-std::u16string_view dayName(const DateFields& fields) {
-    DateFields midnight = fields;
-    midnight.hour = midnight.minute = midnight.second = 0;
-    const auto date = velmor::automation::dateFromFields(midnight);
-    if (!date) return u"";
-    const auto day = static_cast<long>(std::floor(date->days)) % 7;
-    return dayNames[static_cast<std::size_t>((day + 7) % 7)];
 }
 
 std::u16string namePart(std::u16string_view name, std::size_t run) {
@@ -43,7 +56,8 @@ std::u16string namePart(std::u16string_view name, std::size_t run) {
 std::u16string datePart(char16_t part, std::size_t run, const DateFields& fields, bool halfDays) {
     switch (part) {
         case u'd':
-            return run >= 3 ? namePart(dayName(fields), run) : digits(fields.day, run);
+            return run >= 3 ? namePart(dayNames[static_cast<std::size_t>(fields.weekday)], run)
+                            : digits(fields.day, run);
         case u'm':
             return run >= 3 ? namePart(monthNames[static_cast<std::size_t>(fields.month - 1)], run)
                             : digits(fields.month, run);
@@ -146,8 +160,8 @@ std::u16string fraction(const Decimals& value, const NumberShape& shape) {
 
 }  // namespace
 
-std::u16string formatDate(Date date, std::u16string_view pattern) {
-    const DateFields fields = velmor::automation::dateFields(date);
+std::u16string formatDate(double days, std::u16string_view pattern) {
+    const DateFields fields = fieldsOf(days);
     const bool halfDays = pattern.find(u"AM/PM") != pattern.npos;
     std::u16string text;
     for (std::size_t at = 0; at < pattern.size();) {

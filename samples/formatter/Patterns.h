@@ -3,14 +3,12 @@
 #include <string>
 #include <string_view>
 
-#include "automation/Variant.h"
-
 namespace sample {
 
-// A date by a pattern. d dd day, ddd dddd its name, m mm month, mmm mmmm its name, yy yyyy year,
-// h hh hour, n nn minute, s ss second, AM/PM (which makes the hours run from 1 to 12). Text in
-// single quotes and every other character are written as they are. Names are English.
-std::u16string formatDate(velmor::automation::Date date, std::u16string_view pattern);
+// A date, in days since 30 December 1899, by a pattern. d dd day, ddd dddd its name, m mm month, mmm mmmm its name,
+// yy yyyy year, h hh hour, n nn minute, s ss second, AM/PM (which makes the hours run from 1 to 12). Text in single
+// quotes and every other character are written as they are. Names are English.
+std::u16string formatDate(double days, std::u16string_view pattern);
 
 // A number by a pattern: the run of "#", "0", "," and "." in it is the number, the text around it
 // stays. "0" is a digit that is always written, "#" one that is written unless it is an outer zero,

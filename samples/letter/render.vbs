@@ -1,6 +1,6 @@
 ' Makes the sample letter through the component:
 '     cscript //nologo render.vbs RESULT
-' Velmor3.dll, SampleFormatter.dll and the handler's entry (handlers.reg) must be registered.
+' Velmor3.dll and SampleFormatter.dll must be registered.
 Option Explicit
 
 Const ForReading = 1

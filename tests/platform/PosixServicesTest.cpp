@@ -1,5 +1,6 @@
 #ifndef _WIN32
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -156,6 +157,20 @@ protected:
         put("registry.reg", "REGEDIT4\n" + registry);
         return std::make_unique<SystemServices>(SystemOptions{path(u"registry.reg"), {}, {path(u"lib")}});
     }
+    // The bytes of a library with the word size of another machine in its header.
+    static std::string ofAnotherMachine(const char* library) {
+        std::ifstream file(library, std::ios::binary);
+        std::string bytes{std::istreambuf_iterator<char>(file), {}};
+        bytes.at(4) = bytes.at(4) == 1 ? 2 : 1;
+        return bytes;
+    }
+    // The library that has a function.
+    template <class Function>
+    static std::string fileOf(Function* function) {
+        Dl_info info{};
+        dladdr(reinterpret_cast<void*>(function), &info);
+        return fs::canonical(info.dli_fname).string();
+    }
     static std::string failure(SystemServices& services, std::u16string_view className) {
         try {
             services.services().objects.create(className);
@@ -218,15 +233,23 @@ TEST_F(NativeClasses, ReportWhyTheyCannotBeCreated) {
     for (const char* name : {"Abi", "Throws", "Null", "Fails", "Unknown"}) {
         registry += std::string("[HKLM\\SOFTWARE\\Classes\\Test.") + name + "]\n\"NativeLibrary\"=\"libtest.so\"\n";
     }
-    registry +=
-        "[HKLM\\SOFTWARE\\Classes\\Test.Gone]\n\"NativeLibrary\"=\"gone.so\"\n"
-        "[HKLM\\SOFTWARE\\Classes\\Test.Broken]\n\"NativeLibrary\"=\"broken.so\"\n";
+    put("lib/machine.so", ofAnotherMachine(VELMOR_TEST_HANDLER));
+    const std::pair<const char*, std::string> libraries[] = {{"Gone", "gone.so"},
+                                                             {"Broken", "broken.so"},
+                                                             {"Machine", "machine.so"},
+                                                             {"Version", VELMOR_TEST_OTHER_VERSION},
+                                                             {"Foreign", VELMOR_TEST_HANDLER},
+                                                             {"Empty", fileOf(&::sysconf)}};
+    for (const auto& [name, file] : libraries) {
+        registry += std::string("[HKLM\\SOFTWARE\\Classes\\Test.") + name + "]\n\"NativeLibrary\"=\"" + file + "\"\n";
+    }
     const auto services = machine(registry);
     // clang-format off
     const std::pair<const char16_t*, const char*> cases[] = {
         {u"Test.Abi", "built for another version"}, {u"Test.Throws", "thrown inside"}, {u"Test.Null", "made no object"},
         {u"Test.Fails", "could not make"}, {u"Test.Unknown", "does not know"}, {u"Test.Broken", "broken.so"},
-        {u"Test.Gone", "no library for \"gone.so\""}, {u"Test.None", "not registered"}, {u"", "no class name"},
+        {u"Test.Machine", "ELF"}, {u"Test.Version", "built for another version"}, {u"Test.Foreign", "does not know"},
+        {u"Test.Empty", "has no handlers"}, {u"Test.Gone", "no library for \"gone.so\""}, {u"Test.None", "not registered"}, {u"", "no class name"},
         {u"{01234567-89AB-CDEF-0123-456789ABCDEF}", "no class name"}, {u"new:Test.Echo", "no class name"}};
     // clang-format on
     for (const auto& [name, reason] : cases) {

@@ -6,6 +6,7 @@
 
 #include "platform/Machine.h"
 #include "platform/NativeObject.h"
+#include "platform/posix/HandlerLibrary.h"
 #include "platform/posix/PosixPaths.h"
 #include "text/Compare.h"
 #include "text/Encoding.h"
@@ -48,15 +49,35 @@ std::u16string loaderMessage() {
     return message ? fromUtf8(message) : u"the library cannot be loaded";
 }
 
-// Classes of shared libraries as NativeObject.h describes. Each
-// object's class is looked up anew; libraries stay loaded. For any thread.
+// Classes of shared libraries: handlers behind the C interface of velmor/handler_abi.h, and objects as NativeObject.h
+// describes. Each object's class is looked up anew; libraries stay loaded. For any thread.
 class NativeObjects : public Objects {
 public:
     NativeObjects(const Registry& registry, std::vector<std::u16string> folders)
         : registry_(registry), folders_(std::move(folders)) {}
 
     automation::ObjectRef create(std::u16string_view className) override {
-        VelmorCreateObject* const entry = entryFor(className);
+        void* const library = libraryFor(className);
+        if (void* const handlers = dlsym(library, VELMOR_HANDLER_ENTRY)) {
+            return createHandler(*reinterpret_cast<VelmorHandlerEntry*>(handlers), className);
+        }
+        void* const objects = dlsym(library, "velmorCreateObject");
+        if (objects == nullptr) raiseCannotCreate(className, u"the library has no handlers");
+        return createObject(*reinterpret_cast<VelmorCreateObject*>(objects), className);
+    }
+
+private:
+    static automation::ObjectRef createHandler(VelmorHandlerEntry& entry, std::u16string_view className) {
+        const VelmorHandlerLibrary* const library = entry(VELMOR_HANDLER_ABI);
+        if (library == nullptr || library->version != VELMOR_HANDLER_ABI) {
+            raiseCannotCreate(className, reasonFor(velmorOtherAbi));
+        }
+        automation::ObjectRef handler = handlerOf(*library, className);
+        if (!handler) raiseCannotCreate(className, reasonFor(velmorUnknownClass));
+        return handler;
+    }
+
+    static automation::ObjectRef createObject(VelmorCreateObject& entry, std::u16string_view className) {
         automation::ObjectRef object;
         int outcome = velmorCreationFailed;
         try {
@@ -68,18 +89,15 @@ public:
         return object;
     }
 
-private:
-    VelmorCreateObject* entryFor(std::u16string_view className) const {
+    void* libraryFor(std::u16string_view className) const {
         const std::u16string registered = registeredLibrary(className);
         if (registered.empty()) raiseCannotCreate(className, u"the class is not registered");
         const std::string path = findLibrary(registered);
         if (path.empty()) raiseCannotCreate(className, u"there is no library for \"" + registered + u"\"");
         // Loading the same file again gives the same library.
-        void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-        if (!library) raiseCannotCreate(className, loaderMessage());
-        void* entry = dlsym(library, "velmorCreateObject");
-        if (!entry) raiseCannotCreate(className, u"the library has no velmorCreateObject");
-        return reinterpret_cast<VelmorCreateObject*>(entry);
+        void* const library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+        if (library == nullptr) raiseCannotCreate(className, loaderMessage());
+        return library;
     }
 
     // Empty when it is not registered.

@@ -1,0 +1,546 @@
+// The handlers of a library as COM classes: class factory, registration, and the calls in both directions.
+// velmor_handler() adds this file to a library for Windows. It needs the system's headers and <velmor/handler.h> alone.
+
+#include <windows.h>
+// clang-format off
+#include <ole2.h>
+#include <oleauto.h>
+#include <shlwapi.h>
+// clang-format on
+#include <velmor/handler.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cwchar>
+#include <iterator>
+#include <vector>
+
+extern "C" const VelmorHandlerLibrary* velmorHandlerLibrary(std::int32_t version);
+
+namespace {
+
+using velmor::handler::detail::equal;
+using velmor::handler::detail::kMembers;
+using velmor::handler::detail::lent;
+using velmor::handler::detail::viewOf;
+
+constexpr HRESULT kControlFacility = static_cast<HRESULT>(0x800A0000u);
+constexpr std::int32_t kAutomationError = 440;
+
+HMODULE ownModule = nullptr;
+std::atomic<long> objects{0};
+
+const VelmorHandlerLibrary& ownLibrary() {
+    return *velmorHandlerLibrary(VELMOR_HANDLER_ABI);
+}
+std::span<const VelmorHandlerClass> ownClasses() {
+    return {ownLibrary().classes, ownLibrary().classCount};
+}
+
+std::wstring wide(VelmorText text) {
+    const std::u16string_view view = viewOf(text);
+    return {view.begin(), view.end()};
+}
+
+std::u16string_view viewOf(const wchar_t* text) {
+    return {reinterpret_cast<const char16_t*>(text), std::wcslen(text)};
+}
+BSTR bstrOf(std::u16string_view text) {
+    static_assert(sizeof(OLECHAR) == sizeof(char16_t));
+    return SysAllocStringLen(reinterpret_cast<const OLECHAR*>(text.data()), static_cast<UINT>(text.size()));
+}
+
+// Errors of automation and their numbers
+
+struct KnownResult {
+    HRESULT code;
+    std::int32_t number;
+};
+constexpr KnownResult kKnownResults[] = {
+    {DISP_E_MEMBERNOTFOUND, 438},   {DISP_E_UNKNOWNNAME, 438}, {DISP_E_BADPARAMCOUNT, 450},
+    {DISP_E_PARAMNOTOPTIONAL, 450}, {DISP_E_TYPEMISMATCH, 13}, {DISP_E_BADVARTYPE, 13},
+    {DISP_E_OVERFLOW, 6},           {E_INVALIDARG, 5},         {E_OUTOFMEMORY, 7}};
+
+std::int32_t numberOf(HRESULT code) {
+    const auto* const known = std::ranges::find(kKnownResults, code, &KnownResult::code);
+    if (known != std::end(kKnownResults)) return known->number;
+    const bool isControl = (static_cast<std::uint32_t>(code) >> 16) == 0x800A;
+    return isControl ? code & 0xFFFF : static_cast<std::int32_t>(code);
+}
+HRESULT codeOf(std::int32_t number) {
+    if (number > 0 && number <= 0xFFFF) return kControlFacility | number;
+    return FAILED(number) ? static_cast<HRESULT>(number) : E_FAIL;
+}
+
+// Values of the host for the handler. A text is the system's string, an object counts as one reference.
+
+class LentObject : public VelmorObject {
+public:
+    explicit LentObject(IDispatch* dispatch);
+    LentObject(const LentObject&) = delete;
+    LentObject& operator=(const LentObject&) = delete;
+    ~LentObject() { dispatch_->Release(); }
+
+    IDispatch* dispatch() const noexcept { return dispatch_; }
+
+private:
+    IDispatch* dispatch_;
+};
+
+void release(VelmorValue* value) noexcept {
+    if (value->type == VELMOR_TEXT) {
+        SysFreeString(reinterpret_cast<BSTR>(const_cast<char16_t*>(value->text.units)));
+    } else if (value->type == VELMOR_OBJECT) {
+        delete static_cast<LentObject*>(value->object);
+    }
+    *value = {};
+}
+
+void takeText(BSTR text, VelmorValue& value) {
+    value.type = VELMOR_TEXT;
+    value.text = {reinterpret_cast<const char16_t*>(text), SysStringLen(text)};
+}
+
+HRESULT takeObject(IUnknown* unknown, VelmorValue& value) {
+    if (unknown == nullptr) return S_OK;
+    IDispatch* dispatch = nullptr;
+    const HRESULT code = unknown->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&dispatch));
+    if (FAILED(code)) return DISP_E_TYPEMISMATCH;
+    value.object = new (std::nothrow) LentObject(dispatch);
+    if (value.object == nullptr) {
+        dispatch->Release();
+        return E_OUTOFMEMORY;
+    }
+    value.type = VELMOR_OBJECT;
+    return S_OK;
+}
+
+// Takes the variant's text; the variant is cleared.
+HRESULT take(VARIANT& variant, VelmorValue& value) {
+    HRESULT code = S_OK;
+    value = {};
+    switch (V_VT(&variant)) {
+        case VT_BSTR:
+            takeText(V_BSTR(&variant), value);
+            V_VT(&variant) = VT_EMPTY;
+            break;
+        case VT_BOOL:
+            value.type = VELMOR_TRUTH;
+            value.number = V_BOOL(&variant) != VARIANT_FALSE ? 1 : 0;
+            break;
+        case VT_DATE:
+            value.type = VELMOR_DATE;
+            value.number = V_DATE(&variant);
+            break;
+        case VT_DISPATCH:
+        case VT_UNKNOWN:
+            code = takeObject(V_UNKNOWN(&variant), value);
+            break;
+        case VT_EMPTY:
+        case VT_NULL:
+        case VT_ERROR:
+            break;
+        default:
+            if (SUCCEEDED(VariantChangeType(&variant, &variant, 0, VT_R8))) {
+                value.type = VELMOR_NUMBER;
+                value.number = V_R8(&variant);
+            }
+    }
+    VariantClear(&variant);
+    return code;
+}
+
+// A variant of its own; E_OUTOFMEMORY for a text, DISP_E_TYPEMISMATCH for an object that is not the host's.
+HRESULT give(const VelmorValue& value, VARIANT& variant);
+
+class OwnedVariant {
+public:
+    OwnedVariant() { VariantInit(&variant_); }
+    OwnedVariant(const OwnedVariant&) = delete;
+    OwnedVariant& operator=(const OwnedVariant&) = delete;
+    ~OwnedVariant() { VariantClear(&variant_); }
+
+    VARIANT* get() noexcept { return &variant_; }
+
+private:
+    VARIANT variant_;
+};
+
+// Calls of the host's objects
+
+std::int32_t failed(HRESULT code, EXCEPINFO& exception, VelmorValue& result) {
+    std::int32_t number = numberOf(code);
+    if (code == DISP_E_EXCEPTION) {
+        if (exception.pfnDeferredFillIn != nullptr) exception.pfnDeferredFillIn(&exception);
+        number = exception.scode != 0 ? numberOf(exception.scode) : exception.wCode;
+        if (exception.bstrDescription != nullptr) takeText(exception.bstrDescription, result);
+        SysFreeString(exception.bstrSource);
+        SysFreeString(exception.bstrHelpFile);
+    }
+    return number == 0 ? kAutomationError : number;
+}
+
+HRESULT call(IDispatch& dispatch, std::int32_t kind, VelmorText member, std::span<const VelmorValue> arguments,
+             VARIANT* result, EXCEPINFO& exception) {
+    constexpr std::size_t most = 16;
+    VARIANT values[most];
+    if (arguments.size() > most) return DISP_E_BADPARAMCOUNT;
+    std::wstring name = wide(member);
+    wchar_t* names[] = {name.data()};
+    DISPID id = DISPID_UNKNOWN, put = DISPID_PROPERTYPUT;
+    HRESULT code = dispatch.GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id);
+    const UINT count = static_cast<UINT>(arguments.size());
+    for (UINT i = 0; i < count; ++i) {  // in reverse order
+        VariantInit(&values[i]);
+        if (SUCCEEDED(code)) code = give(arguments[count - 1 - i], values[i]);
+    }
+    const bool puts = kind == VELMOR_LET || kind == VELMOR_SET;
+    const WORD putFlag = kind == VELMOR_SET ? DISPATCH_PROPERTYPUTREF : DISPATCH_PROPERTYPUT;
+    DISPPARAMS parameters{values, puts ? &put : nullptr, count, puts ? 1u : 0u};
+    if (SUCCEEDED(code)) {
+        const WORD flags = puts ? putFlag : static_cast<WORD>(DISPATCH_METHOD | DISPATCH_PROPERTYGET);
+        code = dispatch.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, puts ? nullptr : result,
+                               &exception, nullptr);
+    }
+    for (UINT i = 0; i < count; ++i) VariantClear(&values[i]);
+    return code;
+}
+
+std::int32_t invoke(VelmorObject* object, std::int32_t kind, VelmorText member, const VelmorValue* arguments,
+                    std::size_t count, VelmorValue* result) noexcept {
+    *result = {};
+    try {
+        OwnedVariant given;
+        EXCEPINFO exception{};
+        HRESULT code = call(*static_cast<LentObject*>(object)->dispatch(), kind, member, {arguments, count},
+                            given.get(), exception);
+        if (SUCCEEDED(code)) code = take(*given.get(), *result);
+        return SUCCEEDED(code) ? 0 : failed(code, exception, *result);
+    } catch (const std::bad_alloc&) {
+        return numberOf(E_OUTOFMEMORY);
+    }
+}
+
+std::int32_t convert(VelmorObject*, const VelmorValue* value, std::int32_t type, VelmorValue* result) noexcept {
+    constexpr VARTYPE types[] = {VT_EMPTY, VT_BSTR, VT_R8, VT_DATE, VT_BOOL};
+    *result = {};
+    if (type < VELMOR_TEXT || type > VELMOR_TRUTH) return numberOf(E_INVALIDARG);
+    OwnedVariant given;
+    HRESULT code = give(*value, *given.get());
+    if (SUCCEEDED(code)) code = VariantChangeType(given.get(), given.get(), VARIANT_ALPHABOOL, types[type]);
+    if (SUCCEEDED(code)) code = take(*given.get(), *result);
+    return SUCCEEDED(code) ? 0 : numberOf(code);
+}
+
+constexpr VelmorObjectFunctions kFunctions{&invoke, &convert, &release};
+
+LentObject::LentObject(IDispatch* dispatch) : VelmorObject{&kFunctions}, dispatch_(dispatch) {}
+
+HRESULT give(const VelmorValue& value, VARIANT& variant) {
+    constexpr VARTYPE types[] = {VT_EMPTY, VT_BSTR, VT_R8, VT_DATE, VT_BOOL, VT_DISPATCH};
+    VariantInit(&variant);
+    switch (value.type) {
+        case VELMOR_TEXT:
+            V_BSTR(&variant) = bstrOf(viewOf(value.text));
+            if (V_BSTR(&variant) == nullptr) return E_OUTOFMEMORY;
+            break;
+        case VELMOR_NUMBER:
+        case VELMOR_DATE:
+            V_R8(&variant) = value.number;
+            break;
+        case VELMOR_TRUTH:
+            V_BOOL(&variant) = value.number != 0 ? VARIANT_TRUE : VARIANT_FALSE;
+            break;
+        case VELMOR_OBJECT:
+            if (value.object == nullptr || value.object->functions != &kFunctions) return DISP_E_TYPEMISMATCH;
+            V_DISPATCH(&variant) = static_cast<LentObject*>(value.object)->dispatch();
+            V_DISPATCH(&variant)->AddRef();
+            break;
+        default:
+            return S_OK;
+    }
+    V_VT(&variant) = types[value.type];
+    return S_OK;
+}
+
+// A COM object of one interface besides IUnknown. It deletes itself.
+template <class Interface>
+class ComObject : public Interface {
+public:
+    ComObject() { ++objects; }
+    ComObject(const ComObject&) = delete;
+    ComObject& operator=(const ComObject&) = delete;
+
+    STDMETHODIMP QueryInterface(REFIID id, void** object) noexcept override {
+        if (object == nullptr) return E_POINTER;
+        const bool isKnown = IsEqualIID(id, IID_IUnknown) || IsEqualIID(id, __uuidof(Interface));
+        *object = isKnown ? this : nullptr;
+        if (!isKnown) return E_NOINTERFACE;
+        AddRef();
+        return S_OK;
+    }
+    STDMETHODIMP_(ULONG) AddRef() noexcept override { return static_cast<ULONG>(++references_); }
+    STDMETHODIMP_(ULONG) Release() noexcept override {
+        const long left = --references_;
+        if (left == 0) delete this;
+        return static_cast<ULONG>(left);
+    }
+
+protected:
+    virtual ~ComObject() { --objects; }
+
+private:
+    std::atomic<long> references_{1};
+};
+
+// The handler as the host sees it: its members are called by name.
+class HandlerObject final : public ComObject<IDispatch> {
+public:
+    explicit HandlerObject(const VelmorHandlerClass& described) : class_(described) {}
+
+    STDMETHODIMP GetTypeInfoCount(UINT* count) noexcept override {
+        if (count == nullptr) return E_POINTER;
+        *count = 0;
+        return S_OK;
+    }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo** info) noexcept override {
+        if (info != nullptr) *info = nullptr;
+        return DISP_E_BADINDEX;
+    }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) noexcept override {
+        if (names == nullptr || ids == nullptr || count == 0) return E_INVALIDARG;
+        std::fill_n(ids, count, DISPID_UNKNOWN);
+        for (std::size_t i = 0; i < std::size(kMembers); ++i) {
+            if (equal(kMembers[i], viewOf(names[0]))) ids[0] = static_cast<DISPID>(i + 1);
+        }
+        return ids[0] == DISPID_UNKNOWN || count > 1 ? DISP_E_UNKNOWNNAME : S_OK;
+    }
+    STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                        EXCEPINFO* exception, UINT*) noexcept override {
+        const bool isKnown = id >= 1 && id <= static_cast<DISPID>(std::size(kMembers));
+        if (!isKnown || (flags & (DISPATCH_METHOD | DISPATCH_PROPERTYGET)) == 0) return DISP_E_MEMBERNOTFOUND;
+        if (parameters == nullptr) return E_INVALIDARG;
+        VelmorValue values[kMostArguments];
+        const UINT count = parameters->cArgs;
+        HRESULT code = takeArguments(*parameters, values);
+        if (SUCCEEDED(code)) code = callClass(kMembers[id - 1], {values, count}, result, exception);
+        for (VelmorValue& value : values) release(&value);
+        return code;
+    }
+
+private:
+    static constexpr UINT kMostArguments = 8;
+
+    // In the order of the member.
+    static HRESULT takeArguments(const DISPPARAMS& parameters, VelmorValue (&values)[kMostArguments]) {
+        std::fill(std::begin(values), std::end(values), VelmorValue{});
+        if (parameters.cArgs > kMostArguments) return DISP_E_BADPARAMCOUNT;
+        HRESULT code = S_OK;
+        for (UINT i = 0; i < parameters.cArgs && SUCCEEDED(code); ++i) {
+            OwnedVariant copy;
+            code = VariantCopyInd(copy.get(), &parameters.rgvarg[parameters.cArgs - 1 - i]);
+            if (SUCCEEDED(code)) code = take(*copy.get(), values[i]);
+        }
+        return code;
+    }
+
+    HRESULT callClass(std::u16string_view member, std::span<const VelmorValue> arguments, VARIANT* result,
+                      EXCEPINFO* exception) const {
+        VelmorValue answer{};
+        const std::int32_t number = class_.invoke(lent(member), arguments.data(), arguments.size(), &answer);
+        HRESULT code = S_OK;
+        if (number == 0) {
+            if (result != nullptr) code = give(answer, *result);
+        } else {
+            code = DISP_E_EXCEPTION;
+            if (exception != nullptr) *exception = exceptionOf(number, viewOf(answer.text));
+        }
+        ownLibrary().release(&answer);
+        return code;
+    }
+
+    EXCEPINFO exceptionOf(std::int32_t number, std::u16string_view description) const {
+        EXCEPINFO exception{};
+        exception.scode = codeOf(number);
+        exception.bstrSource = bstrOf(viewOf(class_.name));
+        if (!description.empty()) exception.bstrDescription = bstrOf(description);
+        return exception;
+    }
+
+    const VelmorHandlerClass& class_;
+};
+
+class ClassFactory final : public ComObject<IClassFactory> {
+public:
+    explicit ClassFactory(const VelmorHandlerClass& described) : class_(described) {}
+
+    STDMETHODIMP CreateInstance(IUnknown* outer, REFIID id, void** object) noexcept override {
+        if (object == nullptr) return E_POINTER;
+        *object = nullptr;
+        if (outer != nullptr) return CLASS_E_NOAGGREGATION;
+        auto* const made = new (std::nothrow) HandlerObject(class_);
+        if (made == nullptr) return E_OUTOFMEMORY;
+        const HRESULT code = made->QueryInterface(id, object);
+        made->Release();
+        return code;
+    }
+    STDMETHODIMP LockServer(BOOL lock) noexcept override {
+        objects += lock != FALSE ? 1 : -1;
+        return S_OK;
+    }
+
+private:
+    const VelmorHandlerClass& class_;
+};
+
+// Registration, for all users or the current one. Class identifiers and handlers are apart for programs of 32 and of 64
+// bits; class names are shared.
+
+constexpr wchar_t kHandlers[] = L"SOFTWARE\\Korvane\\Quillmark\\Handlers";
+constexpr bool kIs64Bit = sizeof(void*) == 8;
+
+std::wstring classKey(const VelmorHandlerClass& described) {
+    return L"Software\\Classes\\CLSID\\" + wide(described.identifier);
+}
+std::wstring nameKey(const VelmorHandlerClass& described) {
+    return L"Software\\Classes\\" + wide(described.name);
+}
+
+// Collects the first failure of several steps.
+class Steps {
+public:
+    void take(LSTATUS status, LSTATUS alsoFine = ERROR_SUCCESS) {
+        if (status != alsoFine && first_ == ERROR_SUCCESS) first_ = status;
+    }
+    HRESULT outcome() const { return HRESULT_FROM_WIN32(static_cast<DWORD>(first_)); }
+
+private:
+    LSTATUS first_ = ERROR_SUCCESS;
+};
+
+void set(Steps& steps, HKEY root, const std::wstring& key, const wchar_t* name, const std::wstring& value) {
+    const auto bytes = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
+    steps.take(RegSetKeyValueW(root, key.c_str(), name, REG_SZ, value.c_str(), bytes));
+}
+
+std::wstring ownFile() {
+    std::wstring path(MAX_PATH, L'\0');
+    while (true) {
+        const DWORD length = GetModuleFileNameW(ownModule, path.data(), static_cast<DWORD>(path.size()));
+        if (length < path.size()) return path.substr(0, length);
+        path.resize(path.size() * 2);
+    }
+}
+
+void write(Steps& steps, HKEY root, const VelmorHandlerClass& described) {
+    const std::wstring key = classKey(described), description = wide(described.description);
+    set(steps, root, key, nullptr, description);
+    set(steps, root, key + L"\\InprocServer32", nullptr, ownFile());
+    set(steps, root, key + L"\\InprocServer32", L"ThreadingModel", L"Apartment");
+    set(steps, root, key + L"\\ProgID", nullptr, wide(described.name));
+    set(steps, root, nameKey(described), nullptr, description);
+    set(steps, root, nameKey(described) + L"\\CLSID", nullptr, wide(described.identifier));
+    if (described.handler.length != 0 && root == HKEY_LOCAL_MACHINE) {
+        set(steps, root, kHandlers, wide(described.handler).c_str(), wide(described.name));
+    }
+}
+
+// Whether the same library of the other bitness is registered. On a 32-bit Windows this is the class itself.
+bool hasPartner(HKEY root, const VelmorHandlerClass& described) {
+    HKEY found = nullptr;
+    const REGSAM other = kIs64Bit ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+    if (RegOpenKeyExW(root, classKey(described).c_str(), 0, KEY_READ | other, &found) != ERROR_SUCCESS) return false;
+    RegCloseKey(found);
+    return true;
+}
+
+// The handler's entry if it still names this class, and the keys that are empty then.
+void removeEntry(Steps& steps, const VelmorHandlerClass& described) {
+    const std::wstring handler = wide(described.handler);
+    wchar_t named[256] = L"";
+    DWORD bytes = sizeof named;
+    if (RegGetValueW(HKEY_LOCAL_MACHINE, kHandlers, handler.c_str(), RRF_RT_REG_SZ, nullptr, named, &bytes) !=
+            ERROR_SUCCESS ||
+        wide(described.name) != named) {
+        return;
+    }
+    steps.take(RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kHandlers, handler.c_str()));
+    for (std::wstring key = kHandlers; key.find(L'\\') != key.npos; key.erase(key.rfind(L'\\'))) {
+        SHDeleteEmptyKeyW(HKEY_LOCAL_MACHINE, key.c_str());
+    }
+}
+
+void remove(Steps& steps, HKEY root, const VelmorHandlerClass& described) {
+    steps.take(RegDeleteTreeW(root, classKey(described).c_str()), ERROR_FILE_NOT_FOUND);
+    if (described.handler.length != 0 && root == HKEY_LOCAL_MACHINE) removeEntry(steps, described);
+    if (!hasPartner(root, described)) {
+        steps.take(RegDeleteTreeW(root, nameKey(described).c_str()), ERROR_FILE_NOT_FOUND);
+    }
+}
+
+HRESULT unregisterClasses(HKEY root) {
+    Steps steps;
+    for (const VelmorHandlerClass& described : ownClasses()) remove(steps, root, described);
+    return steps.outcome();
+}
+
+// All or nothing.
+HRESULT registerClasses(HKEY root) {
+    Steps steps;
+    for (const VelmorHandlerClass& described : ownClasses()) write(steps, root, described);
+    if (FAILED(steps.outcome())) unregisterClasses(root);
+    return steps.outcome();
+}
+
+HRESULT changeRegistration(bool install, HKEY root) noexcept {
+    try {
+        return install ? registerClasses(root) : unregisterClasses(root);
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    }
+}
+
+bool hasIdentifier(const VelmorHandlerClass& described, REFCLSID id) {
+    CLSID own{};
+    return SUCCEEDED(CLSIDFromString(wide(described.identifier).c_str(), &own)) && IsEqualCLSID(own, id);
+}
+
+}  // namespace
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
+    if (reason == DLL_PROCESS_ATTACH) ownModule = instance;
+    return TRUE;
+}
+
+STDAPI DllGetClassObject(REFCLSID classId, REFIID id, void** object) {
+    if (object == nullptr) return E_POINTER;
+    *object = nullptr;
+    for (const VelmorHandlerClass& described : ownClasses()) {
+        if (!hasIdentifier(described, classId)) continue;
+        auto* const factory = new (std::nothrow) ClassFactory(described);
+        if (factory == nullptr) return E_OUTOFMEMORY;
+        const HRESULT code = factory->QueryInterface(id, object);
+        factory->Release();
+        return code;
+    }
+    return CLASS_E_CLASSNOTAVAILABLE;
+}
+
+STDAPI DllCanUnloadNow() {
+    return objects == 0 ? S_OK : S_FALSE;
+}
+
+STDAPI DllRegisterServer() {
+    return changeRegistration(true, HKEY_LOCAL_MACHINE);
+}
+
+STDAPI DllUnregisterServer() {
+    return changeRegistration(false, HKEY_LOCAL_MACHINE);
+}
+
+// "regsvr32 /n /i:user": for the current user alone, without the handler's entry, which only the machine has.
+STDAPI DllInstall(BOOL install, LPCWSTR command) {
+    const bool forUser = command != nullptr && *command != L'\0';
+    if (forUser && _wcsicmp(command, L"user") != 0) return E_INVALIDARG;
+    return changeRegistration(install != FALSE, forUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE);
+}
