@@ -9,6 +9,7 @@ HANDLERS is the folder of the sample handler. RUNNER starts the program (Wine, f
 import base64
 import json
 import os
+import shutil
 import signal
 import subprocess
 import sys
@@ -822,13 +823,14 @@ class ProcessHandlers(VelmorTest):
         super().setUp()
         if RUNNER:
             self.skipTest("only Linux has them")
-        signature = os.path.join(SAMPLES, "process", "signature.py")
+        sample = os.path.join(SAMPLES, "process")
+        shutil.copy(os.path.join(sample, "signature.py"), self.folder.name)
         self.write("count.py", self.COUNTER)
-        handlers = {"SIGN": f"python3 '{signature}'", "COUNT": "python3 count.py", "DEAD": "exit 3",
+        handlers = {"COUNT": "python3 count.py", "DEAD": "exit 3",
                     "MAD": "yes [1] 2>/dev/null", "ODD": "yes {} 2>/dev/null", "HUGE": "head -c 200000000 /dev/zero 2>/dev/null"}
         lines = [f'"{name}"="process:{command}"' for name, command in handlers.items()]
-        self.write("r.reg", "\n".join(["Windows Registry Editor Version 5.00", "",
-                                       "[HKEY_LOCAL_MACHINE\\SOFTWARE\\Korvane\\Quillmark\\Handlers]", *lines]).encode())
+        with open(os.path.join(sample, "handlers.reg"), "rb") as file:
+            self.write("r.reg", file.read() + "\n".join(lines).encode())
 
     def eval(self, text, expect=DONE, *options):
         return self.velmor("eval", "--registry", "r.reg", "--property", "customer=Zo\u00eb", *options,
