@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -31,6 +32,15 @@ public:
     virtual std::vector<std::u16string> subkeys(std::u16string_view key) const = 0;
 };
 
+// A file that is written piece by piece and is there only when finish() succeeded: until then the file of that name
+// stays as it was. A writer that is not finished leaves nothing. Belongs to one thread at a time.
+class FileWriter {
+public:
+    virtual ~FileWriter() = default;
+    virtual bool write(std::string_view bytes) = 0;
+    virtual bool finish() = 0;  // the last call
+};
+
 // Files by path. On Linux "\" in a path is taken as "/" when the path as it stands does not exist.
 class Files {
 public:
@@ -43,6 +53,8 @@ public:
     // Replaces the file whole or not at all (a temporary file beside it, then a rename); a
     // read-only file (Linux: one that the caller or nobody may write to) is not replaced.
     virtual bool write(std::u16string_view path, std::string_view bytes) = 0;
+    // The same for bytes that are not held as a whole; null on failure. (Files that have no better way hold them.)
+    virtual std::unique_ptr<FileWriter> writer(std::u16string_view path);
     // Makes an empty file in one step; false when there is one of that name, or on failure.
     virtual bool create(std::u16string_view path) { return !exists(path) && write(path, {}); }
     virtual bool append(std::u16string_view path, std::string_view bytes) = 0;  // makes the file

@@ -75,6 +75,22 @@ private:
     std::unique_ptr<Objects> machine_;
 };
 
+class HoldingWriter final : public FileWriter {
+public:
+    HoldingWriter(Files& files, std::u16string_view path) : files_(files), path_(path) {}
+
+    bool write(std::string_view bytes) override {
+        bytes_ += bytes;
+        return true;
+    }
+    bool finish() override { return files_.write(path_, bytes_); }
+
+private:
+    Files& files_;
+    const std::u16string path_;
+    std::string bytes_;
+};
+
 std::u16string folderOf(const std::u16string& path) {
     const std::size_t separator = path.find_last_of(u"/\\");
     if (separator == path.npos) return u".";
@@ -82,6 +98,10 @@ std::u16string folderOf(const std::u16string& path) {
 }
 
 }  // namespace
+
+std::unique_ptr<FileWriter> Files::writer(std::u16string_view path) {
+    return std::make_unique<HoldingWriter>(*this, path);
+}
 
 struct SystemServices::Parts {
     explicit Parts(const SystemOptions& options)

@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <utility>
 
 #include "platform/Machine.h"
@@ -82,8 +83,10 @@ int openBeside(const std::string& path, std::string& temporary) {
     for (int attempt = 0; attempt < 100; ++attempt) {
         temporary = path + "." + std::to_string(getpid()) + "-" + std::to_string(attempt) + ".tmp";
         const int number = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFile);
-        if (number >= 0 || errno != EEXIST) return number;
+        if (number >= 0) return number;
+        if (errno != EEXIST) break;
     }
+    temporary.clear();
     return -1;
 }
 
@@ -92,10 +95,18 @@ bool takePermissions(int descriptor, const std::string& path) {
     return stat(path.c_str(), &status) != 0 || fchmod(descriptor, status.st_mode & 07777) == 0;
 }
 
-bool writeDirectly(const std::string& path, std::string_view bytes) {
-    Descriptor file(open(path.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
-    return file && writeAll(file.number(), bytes) && file.close();
-}
+// A pipe, a device, or a descriptor of this process.
+class DirectWriter final : public FileWriter {
+public:
+    explicit DirectWriter(int number) : file_(number) {}
+
+    explicit operator bool() const { return static_cast<bool>(file_); }
+    bool write(std::string_view bytes) override { return writeAll(file_.number(), bytes); }
+    bool finish() override { return file_.close(); }
+
+private:
+    Descriptor file_;
+};
 
 // Blocks the signals that end a program while a temporary file exists, so that none remains.
 class SignalHold {
@@ -115,22 +126,33 @@ private:
 };
 
 // A new file in the same folder takes the name when everything is on the disk.
-bool replaceFile(const std::string& path, std::string_view bytes) {
-    const SignalHold hold;
-    std::string temporary;
-    Descriptor file(openBeside(path, temporary));
-    if (!file) return false;
-    const bool complete = takePermissions(file.number(), path) && writeAll(file.number(), bytes) &&
-                          fsync(file.number()) == 0 && file.close() && rename(temporary.c_str(), path.c_str()) == 0;
-    if (complete) {
-        syncFolderOf(path);
-    } else {
+class WholeWriter final : public FileWriter {
+public:
+    explicit WholeWriter(std::string path) : path_(std::move(path)), file_(openBeside(path_, temporary_)) {
+        isGood_ = file_ && takePermissions(file_.number(), path_);
+    }
+    ~WholeWriter() override {
         const int reason = errno;
-        unlink(temporary.c_str());
+        if (!temporary_.empty()) unlink(temporary_.c_str());
         errno = reason;
     }
-    return complete;
-}
+
+    explicit operator bool() const { return isGood_; }
+    bool write(std::string_view bytes) override { return isGood_ = isGood_ && writeAll(file_.number(), bytes); }
+    bool finish() override {
+        if (!isGood_ || fsync(file_.number()) != 0 || !file_.close()) return false;
+        if (rename(temporary_.c_str(), path_.c_str()) != 0) return false;
+        temporary_.clear();
+        syncFolderOf(path_);
+        return true;
+    }
+
+private:
+    const std::string path_;
+    std::string temporary_;  // empty once it has taken the name
+    Descriptor file_;
+    bool isGood_ = false;
+};
 
 // The end of a chain of symbolic links, even if it does not exist yet: a path, or one of this process's
 // descriptors (/dev/stdout, /dev/fd/63), which may be a pipe or a file opened for appending.
@@ -168,6 +190,12 @@ bool isReadOnly(const std::string& path) {
     return refused;
 }
 
+template <class Writer, class Place>
+std::unique_ptr<FileWriter> opened(const Place& place) {
+    auto writer = std::make_unique<Writer>(place);
+    return *writer ? std::move(writer) : nullptr;
+}
+
 // SystemServices.h describes the paths.
 class PosixFiles : public Files {
 public:
@@ -191,12 +219,20 @@ public:
     // regular files (a terminal, a pipe, /dev/null), and descriptors of this process (/dev/stdout), are
     // written to directly. Signals that end the program wait until a regular file is written.
     bool write(std::u16string_view path, std::string_view bytes) override {
+        const SignalHold hold;
+        const auto writer = this->writer(path);
+        return writer && writer->write(bytes) && writer->finish();
+    }
+
+    // Here no signal waits: one that ends the program leaves the temporary file.
+    std::unique_ptr<FileWriter> writer(std::u16string_view path) override {
         const auto native = pathToChange(path);
-        if (!native) return false;
+        if (!native) return nullptr;
         const auto [target, descriptor] = followLinks(*native);
-        if (descriptor >= 0) return writeAll(descriptor, bytes);
-        if (isReadOnly(target)) return false;
-        return pathExists(target) && !isRegular(target) ? writeDirectly(target, bytes) : replaceFile(target, bytes);
+        if (descriptor >= 0) return opened<DirectWriter>(fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
+        if (isReadOnly(target)) return nullptr;
+        if (!pathExists(target) || isRegular(target)) return opened<WholeWriter>(target);
+        return opened<DirectWriter>(open(target.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
     }
 
     bool create(std::u16string_view path) override {

@@ -77,27 +77,63 @@ bool removeWhenClosed(const File& file, bool set) {
     return SetFileInformationByHandle(file.get(), FileDispositionInfo, &disposition, sizeof disposition) != FALSE;
 }
 
-bool writeWhole(const std::wstring& path, std::string_view bytes) {
-    File file(path, GENERIC_WRITE | DELETE, CREATE_NEW);
-    if (!file) return false;
-    const bool set = removeWhenClosed(file, true);  // not every file system can
-    const bool written = file.writeAll(bytes) && FlushFileBuffers(file.get());
-    return (!set || !written || removeWhenClosed(file, false)) && written && file.close();
+std::wstring freeNameBeside(const std::wstring& path) {
+    int attempt = 0;
+    while (attempt < 100 && GetFileAttributesW(nameBeside(path, attempt).c_str()) != INVALID_FILE_ATTRIBUTES) ++attempt;
+    return nameBeside(path, attempt);
 }
 
 // A new file in the same folder takes the name when everything is on the disk.
-bool replaceFile(const std::wstring& path, std::string_view bytes) {
-    int attempt = 0;
-    while (attempt < 100 && GetFileAttributesW(nameBeside(path, attempt).c_str()) != INVALID_FILE_ATTRIBUTES) ++attempt;
-    const std::wstring temporary = nameBeside(path, attempt);
-    if (writeWhole(temporary, bytes) &&
-        MoveFileExW(temporary.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH)) {
-        return true;
+class WholeWriter final : public FileWriter {
+public:
+    explicit WholeWriter(std::wstring path)
+        : path_(std::move(path)),
+          temporary_(freeNameBeside(path_)),
+          file_(temporary_, GENERIC_WRITE | DELETE, CREATE_NEW),
+          isThere_(static_cast<bool>(file_)),
+          isRemoved_(isThere_ && removeWhenClosed(file_, true)) {}  // not every file system can
+    ~WholeWriter() override {
+        const DWORD reason = GetLastError();
+        file_.close();
+        if (isThere_) DeleteFileW(temporary_.c_str());
+        SetLastError(reason);
     }
-    const DWORD reason = GetLastError();
-    if (reason != ERROR_FILE_EXISTS) DeleteFileW(temporary.c_str());
-    SetLastError(reason);
-    return false;
+
+    explicit operator bool() const { return isThere_; }
+    bool write(std::string_view bytes) override { return isGood_ = isGood_ && file_.writeAll(bytes); }
+    bool finish() override {
+        if (!isGood_ || !FlushFileBuffers(file_.get())) return false;
+        if ((isRemoved_ && !removeWhenClosed(file_, false)) || !file_.close()) return false;
+        constexpr DWORD how = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+        isThere_ = MoveFileExW(temporary_.c_str(), path_.c_str(), how) == FALSE;
+        return !isThere_;
+    }
+
+private:
+    const std::wstring path_;
+    const std::wstring temporary_;
+    File file_;
+    bool isThere_;  // the temporary file
+    const bool isRemoved_;
+    bool isGood_ = true;
+};
+
+class DeviceWriter final : public FileWriter {
+public:
+    explicit DeviceWriter(const std::wstring& path) : file_(path, GENERIC_WRITE, OPEN_EXISTING) {}
+
+    explicit operator bool() const { return static_cast<bool>(file_); }
+    bool write(std::string_view bytes) override { return file_.writeAll(bytes); }
+    bool finish() override { return file_.close(); }
+
+private:
+    File file_;
+};
+
+template <class Writer>
+std::unique_ptr<FileWriter> opened(const std::wstring& path) {
+    auto writer = std::make_unique<Writer>(path);
+    return *writer ? std::move(writer) : nullptr;
 }
 
 bool hasAttribute(const std::wstring& path, DWORD attribute) {
@@ -132,13 +168,16 @@ public:
         return file.readAll(bytes) ? std::optional(std::move(bytes)) : std::nullopt;
     }
 
-    // A device (NUL, CON) is written to directly.
     bool write(std::u16string_view path, std::string_view bytes) override {
+        const auto writer = this->writer(path);
+        return writer && writer->write(bytes) && writer->finish();
+    }
+
+    // A device (NUL, CON) is written to directly.
+    std::unique_ptr<FileWriter> writer(std::u16string_view path) override {
         const std::wstring native = nativePath(path);
-        if (native.empty() || isFolder(native) || isReadOnly(native)) return false;
-        if (!isDevice(native)) return replaceFile(native, bytes);
-        File file(native, GENERIC_WRITE, OPEN_EXISTING);
-        return file && file.writeAll(bytes) && file.close();
+        if (native.empty() || isFolder(native) || isReadOnly(native)) return nullptr;
+        return isDevice(native) ? opened<DeviceWriter>(native) : opened<WholeWriter>(native);
     }
 
     bool create(std::u16string_view path) override {
