@@ -1,5 +1,5 @@
 # External libraries: zlib (common), OpenSSL's libcrypto (platform, on Linux), CLI11 and nlohmann-json (cli),
-# pybind11 (python, on Linux), SQLite (a sample, on Linux), GoogleTest, Google Benchmark.
+# pybind11 (python, on Linux), SQLite (cli and a sample, on Linux), GoogleTest, Google Benchmark.
 
 find_package(Threads REQUIRED)
 

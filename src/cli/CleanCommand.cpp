@@ -1,14 +1,13 @@
 #include "cli/Commands.h"
 
-#include <memory>
+#include <sstream>
 #include <utility>
 #include <vector>
 
+#include "cli/Cleaning.h"
 #include "cli/Documents.h"
 #include "cli/MergeReportFile.h"
 #include "cli/Streams.h"
-#include "core/kvTag.h"
-#include "properties/privProperties.h"
 #include "rtf/clean/CleanRTF.h"
 #include "rtf/clean/JoinDocuments.h"
 #include "rtf/pages/MergePageBreaks.h"
@@ -60,23 +59,18 @@ private:
     }
 
     void clean(std::u16string& text, const std::vector<std::string>& inputs, bool mergeMode) {
-        const auto tag = std::make_shared<kvTag>(services_);
-        tag->Properties().own()->AddBoolean(u"kvTag.RTF Tolerant", !options_.exact, true);
-        tag->Properties().own()->AddStr(u"kvTag.Styles", fromUtf8(options_.styles), true);
-        tag->CleanRTFMergeMode(mergeMode);
         MergeReport merged;
         const bool isReported = !options_.report.empty();
-        tag->CleanRTF(text, isReported ? &merged : nullptr);
+        cli::clean(services_, text, {options_.exact, options_.styles, mergeMode}, isReported ? &merged : nullptr);
         if (isReported) runs_.push_back(jsonOf(merged, inputs));
         if (mergeMode) reportPageBreaks(text);
-        tag->Dispose();
     }
 
     void reportTag(std::u16string_view text, const std::string& input) {
-        const std::size_t found = findText(text, u"<KV:", 0, Comparison::text);
-        if (found == text.npos) return;
+        const std::size_t position = positionOfTag(text);
+        if (position == 0) return;
         holdsTag_ = true;
-        tell(inputName(input) + " still contains a tag (position " + std::to_string(found + 1) + "); " +
+        tell(inputName(input) + " still contains a tag (position " + std::to_string(position) + "); " +
              (joins_ ? "the documents are joined, but not cleaned" : "it is not changed"));
     }
 
@@ -100,10 +94,27 @@ private:
     bool reported_ = false;
 };
 
+// A name on each line. An empty line is none.
+std::vector<std::string> namesIn(const platform::Files& files, const std::string& list) {
+    std::istringstream lines(toUtf8(decodeText(readAll(files, list), EncodingChoice::utf8, inputName(list))));
+    std::vector<std::string> names;
+    for (std::string line; std::getline(lines, line);) {
+        if (line.ends_with('\r')) line.pop_back();
+        if (!line.empty()) names.push_back(line);
+    }
+    return names;
+}
+
 }  // namespace
 
 ExitCode runClean(platform::Services& services, const CleanCommandOptions& options) {
-    return CleanRun(services, options).run();
+    CleanCommandOptions all = options;
+    if (!options.inputsFrom.empty()) {
+        const auto more = namesIn(services.files, options.inputsFrom);
+        all.inputs.insert(all.inputs.end(), more.begin(), more.end());
+    }
+    if (all.inputs.empty()) throw Failure(exitUsage, "no file to clean (velmor clean --help says more)");
+    return CleanRun(services, all).run();
 }
 
 }  // namespace velmor::cli

@@ -18,12 +18,13 @@ constexpr const char* programFooter = R"(
 velmor help COMMAND describes a command and its options.
 
 Exit codes: 0 done, 1 wrong command line, 2 cannot read or write (no output was made),
-3 done, but something was reported.
+3 done, but something was reported, 130 render was interrupted.
 
 Examples:
   velmor eval invoice.rtf -o out.rtf --properties invoice.properties
   echo 'Dear <KV:TAG>PROPERTY:name=all:</KV>' | velmor eval --property name=Zoe
   velmor clean out.rtf terms.rtf -o letter.rtf
+  velmor render letter.rtf --data people.csv --join mailing.rtf
   velmor report invoice.rtf --properties invoice.properties -o report.html
   velmor explain out.rtf:12:5 --trace run.json
   velmor check invoice.rtf
@@ -44,6 +45,17 @@ Examples:
   velmor eval letter.rtf -o out.rtf --record run.kvr
   velmor eval -o again.rtf --replay run.kvr
   velmor eval - < mail.txt > out.txt)";
+
+constexpr const char* renderFooter = R"(
+Each record of the data gives a letter; its columns are properties. Data are CSV with a first line that names the
+columns, JSON (an array of objects), JSON lines, or a query on an SQLite file. In --each, {Name} is the record's value
+of that column and {#} its number. A record that fails is a line on standard error; the others are made.
+
+Examples:
+  velmor render letter.rtf --data people.csv --each 'out/{Id}-{Name}.rtf'
+  velmor render letter.rtf --data people.json --join mailing.rtf --report run.json
+  velmor render mail.txt --data people.db --sql 'select * from people' --each 'out/{####}.txt' --continue
+  velmor render letter.rtf --data people.csv --where Country=France --limit 10 --join proof.rtf)";
 
 constexpr const char* reportFooter = R"(
 The page needs no network. It shows the template with its tags, what each gave, why and how fast, the
@@ -271,6 +283,94 @@ void addEval(CLI::App& app, CommandLine& line) {
         ->excludes(record);
 }
 
+void addStyles(CLI::App& command, std::string& styles) {
+    command
+        .add_option("--styles", styles,
+                    "What becomes of an embedded style whose name has another definition: it gets a new name, its text "
+                    "looks as the host says, or keeps its look as direct formatting (default: rename)")
+        ->type_name("rename|host|keep")
+        ->check(CLI::IsMember({"rename", "host", "keep"}));
+}
+
+// "i/n"
+void takePart(RenderOptions& options, const std::string& text) {
+    const std::size_t slash = text.find('/');
+    const bool isPart = slash != text.npos && CLI::detail::lexical_cast(text.substr(0, slash), options.part) &&
+                        CLI::detail::lexical_cast(text.substr(slash + 1), options.parts);
+    if (!isPart || options.part < 1 || options.part > options.parts) {
+        throw CLI::ValidationError("--part", "'" + text + "' is not a part such as 2/8");
+    }
+}
+
+void takeSeparator(RenderOptions& options, const std::string& text) {
+    const std::string separator = text == "tab" || text == "\\t" ? "\t" : text;
+    if (separator.size() != 1 || separator.find_first_of("\"\r\n") != separator.npos ||
+        static_cast<unsigned char>(separator.front()) >= 0x80) {
+        throw CLI::ValidationError("--separator", "'" + text + "' is not one ASCII character, or tab");
+    }
+    options.separator = separator.front();
+}
+
+// The records, and which of them are rendered.
+void addRecords(CLI::App& command, RenderOptions& options) {
+    command.get_option("--data")->required()->description(
+        "The records: a CSV, JSON, JSON lines or SQLite file; - is standard input");
+    const std::map<std::string, DataFormat> formats = {{"csv", DataFormat::csv},
+                                                       {"json", DataFormat::json},
+                                                       {"jsonl", DataFormat::jsonLines},
+                                                       {"sqlite", DataFormat::sqlite}};
+    command.add_option("--data-format", options.dataFormat, "What the data are (default: as their file's name says)")
+        ->type_name("csv|json|jsonl|sqlite")
+        ->transform(CLI::Transformer(formats));
+    const std::map<std::string, DataEncoding> encodings = {
+        {"auto", DataEncoding::automatic}, {"ansi", DataEncoding::ansi}, {"utf-8", DataEncoding::utf8}};
+    command.add_option("--data-encoding", options.dataEncoding, "How CSV data are encoded (default: auto)")
+        ->type_name("auto|ansi|utf-8")
+        ->transform(CLI::Transformer(encodings));
+    command
+        .add_option_function<std::string>(
+            "--separator", [&options](const std::string& text) { takeSeparator(options, text); },
+            "What separates the values of CSV data (default: what the first line has)")
+        ->type_name("C");
+    command.add_option("--sql", options.sql, "The query that gives the records of an SQLite file")->type_name("QUERY");
+    command.add_option("--where", options.where, "Only records with this value; may be repeated: all must hold")
+        ->type_name("NAME=VALUE")
+        ->allow_extra_args(false)
+        ->take_all()
+        ->check(CLI::Validator(checkAssignment, ""));
+    command.add_option("--limit", options.limit, "At most so many records")->type_name("N")->check(CLI::PositiveNumber);
+    command
+        .add_option_function<std::string>(
+            "--part", [&options](const std::string& text) { takePart(options, text); },
+            "Only this part of the data: the parts in their order are the whole")
+        ->type_name("I/N");
+}
+
+void addRender(CLI::App& app, CommandLine& line) {
+    const auto [command, options] =
+        addCommand(app, line, "render", "Evaluate a template for each record of data", renderFooter, runRender);
+    addEvaluation(*command, options, line);
+    addRecords(*command, options);
+    const CLI::Validator file(refuseStandardOutput, "");
+    CLI::Option* const each =
+        command->add_option("--each", options.each, "Write each letter to a file of its own, as 'out/{Id}-{Name}.rtf'");
+    each->type_name("PATTERN")->check(file);
+    command->add_option("--join", options.join, "Join all letters into this file (default: standard output)")
+        ->type_name("OUT")
+        ->excludes(each);
+    command->add_flag("--continue", options.continues, "Make only the letters whose files are not there")->needs(each);
+    command->add_flag("--clean", options.cleans, "Clean each RTF letter; joined ones always are")->needs(each);
+    addStyles(*command, options.styles);
+    command->add_option("--jobs", options.jobs, "Threads (default: as many as the machine has)")
+        ->type_name("N")
+        ->check(CLI::Range(1, 256));
+    command->add_option("--report", options.report, "Write counts, times and failures to this JSON file")
+        ->type_name("FILE")
+        ->check(file);
+    command->add_flag("--progress", options.showsProgress, "Show progress also where there is no terminal");
+    command->add_flag("-q,--quiet", options.isQuiet, "Show no progress");
+}
+
 void addReport(CLI::App& app, CommandLine& line) {
     const auto [command, options] =
         addCommand(app, line, "report", "Write a page that shows an evaluation", reportFooter, runReport);
@@ -330,19 +430,14 @@ void addClean(CLI::App& app, CommandLine& line) {
     const auto [command, options] =
         addCommand(app, line, "clean", "Make one clean RTF document of RTF documents", cleanFooter, runClean);
     command->add_option("FILE", options.inputs, "RTF files; -: standard input. Several are joined in this order")
-        ->type_name("")
-        ->required();
+        ->type_name("");
+    command->add_option("--inputs-from", options.inputsFrom, "Take more files from this list, a name on each line")
+        ->type_name("LIST");
     addOutput(*command, options.output, "document");
     command->add_flag("--merge", options.merge,
                       "Merge mode also for one file, which holds documents that were joined before");
     command->add_flag("--exact", options.exact, "Clean exactly as the component does, without its tolerance");
-    command
-        ->add_option(
-            "--styles", options.styles,
-            "What becomes of an embedded style whose name has another definition: it gets a new name, its text "
-            "looks as the host says, or keeps its look as direct formatting (default: rename)")
-        ->type_name("rename|host|keep")
-        ->check(CLI::IsMember({"rename", "host", "keep"}));
+    addStyles(*command, options.styles);
     command
         ->add_option("--report", options.report,
                      "Write what merging did with fonts, colours, styles and lists to "
@@ -446,8 +541,8 @@ std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& argu
     app.require_subcommand(1);
     app.footer(programFooter);
     CommandLine line;
-    for (const auto add : {addEval, addReport, addExplain, addClean, addCheck, addSchema, addVerify, addTags, addProps,
-                           addHandlers, addLog})
+    for (const auto add : {addEval, addRender, addReport, addExplain, addClean, addCheck, addSchema, addVerify, addTags,
+                           addProps, addHandlers, addLog})
         add(app, line);
     if (arguments.size() == 2 && arguments.front() == "--completion") {
         std::cout << completionScript(app, arguments.back()) << std::flush;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -7,6 +8,7 @@
 #include "cli/Failure.h"
 #include "cli/PropertyFile.h"
 #include "cli/TemplateInput.h"
+#include "cli/render/RecordReader.h"
 #include "platform/Services.h"
 
 namespace velmor::cli {
@@ -22,6 +24,29 @@ struct EvalOptions : TemplateOptions {
 };
 // Evaluates a template and writes the result. Reports the entries of the error log.
 ExitCode runEval(platform::Services& services, const EvalOptions& options);
+
+struct RenderOptions : TemplateOptions {  // dataFile: the records
+    DataFormat dataFormat = DataFormat::automatic;
+    DataEncoding dataEncoding = DataEncoding::automatic;
+    char separator = 0;  // of CSV; 0: found out
+    std::string sql;
+    std::vector<std::string> where;  // "name=value"
+    std::uint64_t limit = 0;         // most letters; 0: no limit
+    std::uint64_t part = 0;          // of `parts`
+    std::uint64_t parts = 0;         // 0: the whole data
+    std::string each;                // the pattern of the letters' files; empty: they are joined
+    std::string join;                // the joined file
+    bool continues = false;          // files that are there stay
+    bool cleans = false;             // each letter
+    std::string styles = "rename";   // as for `clean`
+    unsigned jobs = 0;               // threads; 0: as many as the machine has
+    std::string report;              // where the report goes; empty: nowhere
+    bool showsProgress = false;      // also where standard error is no terminal
+    bool isQuiet = false;
+};
+// Evaluates a template for each record, and writes the letters, each to its file or all joined. Reports records that
+// fail, and the entries of the error log.
+ExitCode runRender(platform::Services& services, const RenderOptions& options);
 
 struct ReportOptions : TemplateOptions {
     std::string output;
@@ -63,7 +88,8 @@ struct VerifyOptions {
 ExitCode runVerify(platform::Services& services, const VerifyOptions& options);
 
 struct CleanCommandOptions {
-    std::vector<std::string> inputs;  // at least one
+    std::vector<std::string> inputs;
+    std::string inputsFrom;  // a file that names more, one on each line; empty: none
     std::string output;
     bool merge = false;             // merge mode for one input too; several inputs always use it
     bool exact = false;             // not tolerant

@@ -20,20 +20,6 @@ std::u16string readPassword(const platform::Files& files, const std::string& nam
     return password;
 }
 
-// Catches files of another kind, such as JSON or RTF, which would be read as names without values.
-void requireProperties(std::u16string_view text, const privProperties& properties, const std::string& name) {
-    const auto refuse = [&](std::int32_t entry) {
-        throw Failure(exitFile, name + " is not a property file: entry " + std::to_string(entry) +
-                                    " does not begin with name=value:");
-    };
-    const auto first = text.find_first_not_of(u" \t\r\n\0"sv);
-    const auto end = text.find_first_of(u"=:<\r\n{[\"", first);
-    if (first != text.npos && (end == text.npos || end == first || (text[end] != u'=' && text[end] != u':'))) refuse(1);
-    for (std::int32_t entry = 1; entry <= properties.Count(); ++entry) {
-        if (properties.Item(entry)->Name().find_first_of(u"\r\n") != text.npos) refuse(entry);
-    }
-}
-
 }  // namespace
 
 PropertyText readPropertyText(const platform::Files& files, const PropertyFile& file) {
@@ -49,14 +35,31 @@ PropertyText readPropertyText(const platform::Files& files, const PropertyFile& 
     return {fromUtf8(*utf8), true};
 }
 
-void addPropertyText(privProperties& into, const PropertyText& from, const std::string& name) {
+void addPropertyText(privProperties& into, const PropertyText& from) {
     if (from.isDelimited) return into.BuildByDelimited(from.text);
     into.Build(from.text);
-    requireProperties(from.text, into, inputName(name));
+}
+
+// Catches files of another kind, such as JSON or RTF, which would be read as names without values.
+void requireProperties(const privProperties& properties, const PropertyText& from, const std::string& name) {
+    if (from.isDelimited) return;
+    const std::u16string_view text = from.text;
+    const auto refuse = [&](std::int32_t entry) {
+        throw Failure(exitFile, inputName(name) + " is not a property file: entry " + std::to_string(entry) +
+                                    " does not begin with name=value:");
+    };
+    const auto first = text.find_first_not_of(u" \t\r\n\0"sv);
+    const auto end = text.find_first_of(u"=:<\r\n{[\"", first);
+    if (first != text.npos && (end == text.npos || end == first || (text[end] != u'=' && text[end] != u':'))) refuse(1);
+    for (std::int32_t entry = 1; entry <= properties.Count(); ++entry) {
+        if (properties.Item(entry)->Name().find_first_of(u"\r\n") != text.npos) refuse(entry);
+    }
 }
 
 void readPropertyFile(privProperties& into, const platform::Files& files, const PropertyFile& file) {
-    addPropertyText(into, readPropertyText(files, file), file.name);
+    const PropertyText text = readPropertyText(files, file);
+    addPropertyText(into, text);
+    requireProperties(into, text, file.name);
 }
 
 }  // namespace velmor::cli

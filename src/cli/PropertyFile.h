@@ -27,11 +27,14 @@ struct PropertyText {
 // a text that is not enciphered or is missing for one that is.
 PropertyText readPropertyText(const platform::Files& files, const PropertyFile& file);
 
-// Reads the text into the collection, whose entries it replaces. White space after the last entry is ignored. Throws
-// Failure (exitFile) when the text does not begin with a property; `name` is that of the file.
-void addPropertyText(privProperties& into, const PropertyText& from, const std::string& name);
+// Reads the text into the collection, whose entries it replaces. White space after the last entry is ignored.
+void addPropertyText(privProperties& into, const PropertyText& from);
 
-// Both.
+// Throws Failure (exitFile) when the text, of which the collection was made, does not consist of properties; `name` is
+// that of the file.
+void requireProperties(const privProperties& properties, const PropertyText& from, const std::string& name);
+
+// All three.
 void readPropertyFile(privProperties& into, const platform::Files& files, const PropertyFile& file);
 
 }  // namespace velmor::cli

@@ -54,11 +54,18 @@ TemplateInput::TemplateInput(platform::Services& machine, const TemplateOptions&
     if (options.encoding != EncodingChoice::ansi) useTextFileDecoder(&decodeTextFileOrUtf8);
     document_ = decodeTemplate(files_.document, options.encoding, inputName(options.input));
     std::string().swap(files_.document);
+    if (files_.properties) {
+        privProperties properties(services_);
+        addPropertyText(properties, *files_.properties);
+        requireProperties(properties, *files_.properties, options_.propertyFile);
+    }
 }
 
-void TemplateInput::addProperties(privProperties& properties, const platform::Folders& folders) const {
-    if (files_.properties) addPropertyText(properties, *files_.properties, options_.propertyFile);
+void TemplateInput::addProperties(privProperties& properties, const platform::Folders& folders,
+                                  const AddRecord& addRecord) const {
+    if (files_.properties) addPropertyText(properties, *files_.properties);
     if (files_.data) addData(properties, *files_.data, options_.dataFile);
+    if (addRecord) addRecord(properties);
     for (const auto& assignment : options_.properties) setProperty(properties, assignment);
     makeTolerant(properties, options_.exact);
     if (options_.sandbox) addSandbox(properties, folders);
@@ -66,9 +73,9 @@ void TemplateInput::addProperties(privProperties& properties, const platform::Fo
     if (options_.includePath) properties.AddStr(u"Path", fromUtf8(*options_.includePath), true);
 }
 
-std::shared_ptr<kvTag> TemplateInput::makeTag(platform::Services& services) const {
+std::shared_ptr<kvTag> TemplateInput::makeTag(platform::Services& services, const AddRecord& addRecord) const {
     const auto tag = std::make_shared<kvTag>(services);
-    addProperties(*tag->Properties().own(), services.folders);
+    addProperties(*tag->Properties().own(), services.folders, addRecord);
     return tag;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -60,13 +61,16 @@ public:
     void addProperties(privProperties& properties) const { addProperties(properties, services_.folders); }
     // One with these properties and no value.
     std::shared_ptr<kvTag> makeTag() { return makeTag(services_); }
-    // The same on services that stand in for this template's.
-    std::shared_ptr<kvTag> makeTag(platform::Services& services) const;
+    // The same on services that stand in for this template's. `addRecord` adds a record's properties where those of a
+    // data file would be added. Any number of threads may call it, each with its own services.
+    using AddRecord = std::function<void(privProperties&)>;
+    std::shared_ptr<kvTag> makeTag(platform::Services& services, const AddRecord& addRecord = {}) const;
     // For a check: the properties that the options name; null if they name none, so that nobody knows what is set.
     std::shared_ptr<privProperties> namedProperties();
 
 private:
-    void addProperties(privProperties& properties, const platform::Folders& folders) const;
+    void addProperties(privProperties& properties, const platform::Folders& folders,
+                       const AddRecord& addRecord = {}) const;
     void addSandbox(privProperties& properties, const platform::Folders& folders) const;
 
     const TemplateOptions& options_;

@@ -984,12 +984,18 @@ class Binary(VelmorTest):
             self.assertIn(each, said)
 
 
-if __name__ == "__main__":
+def main(document):
+    """Runs the tests of the script that was called, with its arguments."""
+    global PROGRAM, HANDLERS, RUNNER
     arguments = sys.argv[1:]
     if arguments in (["-h"], ["--help"]):
-        sys.exit(print(__doc__))
+        sys.exit(print(document))
     if "--" in arguments:
         RUNNER = arguments[arguments.index("--") + 1:]
         arguments = arguments[:arguments.index("--")]
     PROGRAM, HANDLERS = (os.path.abspath(argument) for argument in arguments)
     unittest.main(argv=sys.argv[:1])
+
+
+if __name__ == "__main__":
+    main(__doc__)

@@ -1,0 +1,173 @@
+#include "cli/render/CsvReader.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "cli/Failure.h"
+#include "cli/LineText.h"
+#include "cli/Streams.h"
+#include "text/Compare.h"
+#include "text/Encoding.h"
+
+namespace velmor::cli {
+namespace {
+
+constexpr int kEnd = ByteReader::kEnd;
+constexpr int kUnclosed = kEnd - 1;  // the end of the data, within quotes
+// Each may read the data to their end: without a limit, a file of nothing but lone quotes would take forever.
+constexpr int kMostRecoveries = 100;
+
+bool endsLine(int byte) {
+    return byte == '\n' || byte == '\r' || byte == kEnd;
+}
+
+char separatorIn(std::string_view sample) {
+    constexpr std::string_view candidates = ",;\t|";
+    std::array<std::size_t, candidates.size()> counts{};
+    bool isQuoted = false;
+    for (const char each : sample) {
+        if (each == '"') isQuoted = !isQuoted;
+        if (!isQuoted && endsLine(each)) break;
+        const std::size_t found = candidates.find(each);
+        if (!isQuoted && found != candidates.npos) ++counts[found];
+    }
+    const auto most = std::max_element(counts.begin(), counts.end());
+    return candidates[static_cast<std::size_t>(most - counts.begin())];
+}
+
+// Counts the characters beyond ASCII that are valid UTF-8, and the bytes that are not.
+bool isMostlyAnsi(std::string_view sample) {
+    constexpr char16_t broken = u'\uFFFD';
+    while (!sample.empty() && static_cast<unsigned char>(sample.back()) >= 0x80) sample.remove_suffix(1);  // may be cut
+    const std::u16string text = fromUtf8(sample);
+    const auto isForeign = [](char16_t unit) { return unit >= 0x80; };
+    const auto foreign = std::count_if(text.begin(), text.end(), isForeign);
+    const auto invalid = std::count(text.begin(), text.end(), broken);
+    return invalid > foreign - invalid;
+}
+
+bool isAnsi(DataEncoding encoding, ByteReader& bytes) {
+    if (encoding != DataEncoding::automatic || bytes.hasMark())
+        return encoding == DataEncoding::ansi && !bytes.hasMark();
+    return isMostlyAnsi(bytes.sample());
+}
+
+void append(Record& record, int byte) {
+    record.append(byte);
+    if (byte == 0 && record.failure.empty()) record.failure = "the record holds a NUL";
+}
+
+std::string countOf(std::size_t count, const char* what) {
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+}  // namespace
+
+CsvReader::CsvReader(const std::string& name, char separator, DataEncoding encoding)
+    : name_(inputName(name)),
+      bytes_(name),
+      isAnsi_((bytes_.peek(), isAnsi(encoding, bytes_))),
+      separator_(separator != 0 ? separator : separatorIn(bytes_.sample())) {
+    readHeader();
+}
+
+void CsvReader::readHeader() {
+    Record header;
+    while (bytes_.peek() == '\r' || bytes_.peek() == '\n') bytes_.get();
+    if (bytes_.peek() == kEnd) throw Failure(exitFile, name_ + " is empty: its first line must name the columns");
+    readRow(header);
+    const auto refuse = [&](const std::string& reason) {
+        throw Failure(exitFile, name_ + ":" + std::to_string(header.line) + ": " + reason);
+    };
+    if (!header.failure.empty()) refuse(header.failure);
+    std::set<std::u16string> known;
+    for (std::size_t i = 0; i < header.cells.size(); ++i) {
+        auto text = decode(header.cell(i));
+        if (!text) refuse("the names of the columns are not UTF-8");
+        Column column{*std::move(text)};
+        if (!column.name.empty() && !known.insert(lowerCase(column.name)).second) {
+            refuse("there are two columns '" + shown(column.name) + "'");
+        }
+        column.isUsed = !column.name.empty() && !setsRules(column.name);
+        if (column.name.empty()) unused_.insert("column " + std::to_string(i + 1) + ", which has no name");
+        if (setsRules(column.name)) unused_.insert(unusedRule(column.name));
+        columns_.push_back(std::move(column));
+    }
+    if (known.empty()) refuse("the first line must name the columns");
+}
+
+bool CsvReader::next(Record& record) {
+    while (bytes_.peek() == '\r' || bytes_.peek() == '\n') bytes_.get();
+    if (bytes_.peek() == kEnd) return false;
+    if (!readRow(record)) return true;
+    if (record.failure.empty() && record.cells.size() != columns_.size()) {
+        record.failure =
+            countOf(record.cells.size(), "field") + ", but the first line names " + countOf(columns_.size(), "column");
+    }
+    return true;
+}
+
+// False when the quotes are wrong; the next line is then the one to go on with.
+bool CsvReader::readRow(Record& record) {
+    const ByteReader::Place begin = bytes_.place();
+    record.clear();
+    record.line = begin.line;
+    int byte = separator_;
+    while (byte == separator_) {
+        byte = readCell(record);
+        record.cells.push_back({record.bytes.size()});
+    }
+    if (byte == '\r' && bytes_.peek() == '\n') bytes_.get();
+    if (endsLine(byte)) return true;
+    record.failure = byte == kUnclosed ? "a quote is never closed" : "text follows a closing quote";
+    if (!recover(begin)) record.failure += byte == kUnclosed ? "; what follows it is not read" : "";
+    return false;
+}
+
+// The byte after the cell, which has been read.
+int CsvReader::readCell(Record& record) {
+    if (bytes_.peek() == '"') return readQuoted(record);
+    int byte = bytes_.get();
+    while (byte != separator_ && !endsLine(byte)) {
+        append(record, byte);
+        byte = bytes_.get();
+    }
+    return byte;
+}
+
+int CsvReader::readQuoted(Record& record) {
+    bytes_.get();
+    for (int byte = bytes_.get(); byte != kEnd; byte = bytes_.get()) {
+        if (byte == '"' && bytes_.peek() != '"') return bytes_.get();
+        if (byte == '"') bytes_.get();
+        append(record, byte);
+    }
+    return kUnclosed;
+}
+
+// False if the lines that the record has taken remain lost.
+bool CsvReader::recover(const ByteReader::Place& begin) {
+    const bool isBack = ++recoveries_ <= kMostRecoveries && bytes_.goBack(begin);
+    if (bytes_.peek() != kEnd) bytes_.skipLine();
+    return isBack;
+}
+
+void CsvReader::addTo(privProperties& properties, const Record& record) const {
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+        if (!columns_[i].isUsed) continue;
+        auto text = decode(record.cell(i));
+        if (!text) {
+            throw RecordFailure("the value of '" + shown(columns_[i].name) +
+                                "' is not UTF-8 (--data-encoding ansi reads the ANSI code page)");
+        }
+        properties.AddStr(columns_[i].name, *std::move(text), true);
+    }
+}
+
+std::optional<std::u16string> CsvReader::decode(std::string_view bytes) const {
+    if (isAnsi_) return fromAnsi(bytes);
+    return isAscii(bytes) ? std::u16string(bytes.begin(), bytes.end()) : textOfUtf8(bytes);
+}
+
+}  // namespace velmor::cli
