@@ -23,7 +23,9 @@ constexpr std::u16string_view kMaxOutput = u"kvTag.Max Output";
 // The choice whose name the property gives, in the order of the names; the first one if it is absent.
 template <class Choice, std::size_t count>
 Choice choice(const Collection& properties, std::u16string_view name, const std::u16string_view (&names)[count]) {
-    const std::u16string value = properties.getText(name, Variant(names[0]));
+    const std::optional<Variant> given = properties.find(name);
+    if (!given) return static_cast<Choice>(0);
+    const std::u16string value = automation::toText(*given).value_or(u"");
     const auto found = std::find_if(std::begin(names), std::end(names),
                                     [&](std::u16string_view each) { return equalIgnoringCase(each, value); });
     if (found == std::end(names)) throw RuleError(name, value);

@@ -431,7 +431,7 @@ class Clean(VelmorTest):
             (b"rtf1", ["-"], FILE, "standard input contains no RTF"),
             (b"", ["a.rtf", "missing"], FILE, "missing"),
             (b"", ["a.rtf", "-o", "none/out"], FILE, "none/out"),
-            (b"", [], USAGE, "FILE"),
+            (b"", [], USAGE, "no file to clean"),
         ]
         for stdin, arguments, code, said in cases:
             with self.subTest(stdin=stdin, arguments=arguments):
@@ -792,8 +792,8 @@ class Handlers(VelmorTest):
         options = ["--registry", "r.reg", "--handlers", HANDLERS]
         handlers = json.loads(self.velmor("handlers", "--json", *options))["handlers"]
         self.assertEqual([(h["name"], h["available"]) for h in handlers],
-                         [("FORMAT", True), ("Tag", True), ("GRP-F", True)])
-        self.assertEqual([c["name"] for c in handlers[2]["commands"]], ["DATE", "NUMBER"])
+                         [("FORMAT", True), ("Tag", True), ("ROWS", True), ("GRP-F", True)])
+        self.assertEqual([c["name"] for c in handlers[3]["commands"]], ["DATE", "NUMBER"])
         lines = self.velmor("handlers", *options, "tag").decode().split("\n")
         self.assertEqual(lines[:3], ["Tag  (built in)",
                                      "  SETPROPERTY  TAG>SETPROPERTY:name=value:[PREPROCESS=(true):]",
@@ -809,7 +809,7 @@ class Handlers(VelmorTest):
         for content, code in [(b"Windows Registry Editor Version 5.00\r\n", DONE), (b"nonsense", REPORTED)]:
             self.write("r.reg", content)
             handlers = json.loads(self.velmor("handlers", "--json", "--registry", "r.reg", expect=code))["handlers"]
-            self.assertEqual([h["name"] for h in handlers], ["TAG"])
+            self.assertEqual([h["name"] for h in handlers], ["TAG", "ROWS"])
 
 
 class ProcessHandlers(VelmorTest):

@@ -8,7 +8,7 @@
 namespace velmor::cli {
 namespace {
 
-constexpr int kEnd = ByteReader::kEnd;
+constexpr int kEndOfData = ByteReader::kEnd;
 constexpr const char* kCut = "the data ends in the middle of this record";
 
 bool isBlank(int byte) {
@@ -56,7 +56,7 @@ bool JsonArrayReader::next(Record& record) {
             return nextElement(record);
         case State::last:
             state_ = State::end;
-            if (byte == kEnd) return false;
+            if (byte == kEndOfData) return false;
             record.failure = "text follows the end of the data (JSON lines need --data-format jsonl)";
             return true;
         case State::end:
@@ -97,7 +97,7 @@ bool JsonArrayReader::nextElement(Record& record) {
         byte = skipBlanks();
         record.line = bytes_.place().line;
     }
-    if (byte == kEnd) return endAfter(record, "the data ends before the array does");
+    if (byte == kEndOfData) return endAfter(record, "the data ends before the array does");
     if (byte == ']') {
         bytes_.get();
         state_ = State::last;
@@ -117,7 +117,7 @@ void JsonArrayReader::readElement(Record& record) {
     std::size_t depth = 0;
     do {
         const int byte = bytes_.get();
-        if (byte == kEnd) {
+        if (byte == kEndOfData) {
             endAfter(record, kCut);
             return;
         }
@@ -134,15 +134,15 @@ void JsonArrayReader::readScalar(Record& record) {
         const int byte = bytes_.get();
         record.append(byte);
         if (byte == '"') readString(record);
-    } while (bytes_.peek() != ',' && bytes_.peek() != ']' && bytes_.peek() != kEnd);
+    } while (bytes_.peek() != ',' && bytes_.peek() != ']' && bytes_.peek() != kEndOfData);
 }
 
 // After the opening quote. A string has no line ends, so one that is never closed ends with its line.
 void JsonArrayReader::readString(Record& record) {
-    for (int byte = bytes_.peek(); byte != kEnd && byte != '\n' && byte != '\r'; byte = bytes_.peek()) {
+    for (int byte = bytes_.peek(); byte != kEndOfData && byte != '\n' && byte != '\r'; byte = bytes_.peek()) {
         record.append(bytes_.get());
         if (byte == '"') return;
-        if (byte == '\\' && bytes_.peek() != kEnd) record.append(bytes_.get());
+        if (byte == '\\' && bytes_.peek() != kEndOfData) record.append(bytes_.get());
     }
 }
 
@@ -150,9 +150,9 @@ bool JsonLinesReader::next(Record& record) {
     do {
         record.clear();
         record.line = bytes_.place().line;
-        if (bytes_.peek() == kEnd) return false;
+        if (bytes_.peek() == kEndOfData) return false;
         int byte = bytes_.get();
-        for (; byte != kEnd && byte != '\n' && byte != '\r'; byte = bytes_.get()) record.append(byte);
+        for (; byte != kEndOfData && byte != '\n' && byte != '\r'; byte = bytes_.get()) record.append(byte);
         if (byte == '\r' && bytes_.peek() == '\n') bytes_.get();
     } while (record.bytes.find_first_not_of(" \t") == record.bytes.npos);
     return true;

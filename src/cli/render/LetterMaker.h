@@ -6,7 +6,7 @@
 #include "cli/Cleaning.h"
 #include "cli/ErrorReport.h"
 #include "cli/TemplateInput.h"
-#include "cli/TemplatePlaces.h"
+#include "check/TemplatePlaces.h"
 #include "cli/render/FileNames.h"
 #include "cli/render/Letter.h"
 #include "cli/render/RecordReader.h"

@@ -71,13 +71,18 @@ std::unique_ptr<Registry> machineRegistry() {
     return std::make_unique<RegistryFile>();
 }
 
+// Asked for each property that is made: all of one second have the same answer.
 automation::Date localTime() {
+    thread_local time_t second = -1;
+    thread_local automation::Date answer;
     const time_t now = time(nullptr);
+    if (now == second) return answer;
     tm local{};
     if (!localtime_r(&now, &local)) return {};
     const auto date = automation::dateFromFields({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour,
                                                   local.tm_min, local.tm_sec < 60 ? local.tm_sec : 59});
-    return date.value_or(automation::Date{});
+    second = now;
+    return answer = date.value_or(automation::Date{});
 }
 
 std::unique_ptr<Folders> machineFolders(std::u16string componentFolder) {
