@@ -26,7 +26,7 @@ class RenderTest(VelmorTest):
     def render(self, data, *arguments, name="data.csv", template=LETTER, **more):
         self.write("letter.txt", template)
         self.write(name, data)
-        return self.velmor("render", "letter.txt", "--data", name, *arguments, **more)
+        return self.velmor("render", "letter.txt", "--data", name, "--encoding", "utf-8", *arguments, **more)
 
     def files(self, folder="out"):
         return {name: self.read(os.path.join(folder, name)) for name in sorted(os.listdir(self.path(folder)))}
@@ -192,6 +192,9 @@ class Joined(RenderTest):
             self.assertEqual(self.read("joined.rtf"), self.read("all.rtf"))
         self.assertEqual(self.render(data, template=RTF), self.read("all.rtf"))
         self.render(data, "--each", "clean/{#}.rtf", "--clean", template=RTF)
+        self.velmor("clean", "--inputs-from", "-", "-o", "listed.rtf", stdin=b"out/1.rtf\r\n\nout/2.rtf\nout/3.rtf")
+        self.assertEqual(self.read("listed.rtf"), self.read("all.rtf"))
+        self.velmor("clean", expect=USAGE)
         self.velmor("clean", "out/2.rtf", "-o", "one.rtf")
         self.assertEqual(self.read("clean/2.rtf"), self.read("one.rtf"))
 
