@@ -22,21 +22,29 @@ public:
     }
 
     void write(std::string_view bytes) {
+        constexpr std::size_t block = std::size_t{1} << 16;
         if (!writer_) return print(bytes);
-        if (!writer_->write(bytes)) refuse();
+        gathered_ += bytes;
+        if (gathered_.size() >= block) flush();
     }
     void finish() {
         if (!writer_) return finishPrinting();
+        flush();
         if (!writer_->finish()) refuse();
     }
 
 private:
+    void flush() {
+        if (!writer_->write(gathered_)) refuse();
+        gathered_.clear();
+    }
     [[noreturn]] void refuse() const {
         throw Failure(exitFile, "cannot write '" + name_ + "': " + platform::lastSystemError());
     }
 
     const std::string name_;
     std::unique_ptr<platform::FileWriter> writer_;  // null: standard output
+    std::string gathered_;                          // of a file
 };
 
 class JoinedText final : public Destination {
