@@ -6,7 +6,10 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
+#include <sstream>
 #include <string>
+#include <vector>
 
 #include "Ratio.h"
 #include "velmor/velmor.h"
@@ -105,11 +108,37 @@ void requireSameLetters() {
     delete theirs;
 }
 
+// What tools/compare_letters compares `velmor render` with: ctemplate on the lines of a file of plain values that are
+// separated by commas, their names in the first line.
+int expandFile(const char* templateFile, const char* dataFile, const char* outputFile) {
+    ctemplate::Template* const compiled = ctemplate::Template::GetTemplate(templateFile, ctemplate::DO_NOT_STRIP);
+    std::ifstream data(dataFile);
+    std::ofstream output(outputFile);
+    std::vector<std::string> names;
+    std::string line, text;
+    while (compiled != nullptr && std::getline(data, line)) {
+        std::vector<std::string> values;
+        std::istringstream fields(line);
+        for (std::string each; std::getline(fields, each, ',');) values.push_back(each);
+        if (names.empty()) {
+            names = values;
+            continue;
+        }
+        ctemplate::TemplateDictionary dictionary("letter");
+        for (std::size_t i = 0; i < values.size(); ++i) dictionary.SetValue(names.at(i), values[i]);
+        text.clear();
+        compiled->Expand(&text, &dictionary);
+        output << text;
+    }
+    return compiled != nullptr && output.flush() ? 0 : 1;
+}
+
 }  // namespace
 }  // namespace velmor::bench
 
 int main(int argc, char** argv) {
     using namespace velmor::bench;
+    if (argc == 5 && std::string(argv[1]) == "--ctemplate") return expandFile(argv[2], argv[3], argv[4]);
     requireSameLetters();
     benchmark::RegisterBenchmark("small letter of ctemplate/ours", smallOurs);
     benchmark::RegisterBenchmark("small letter of ctemplate/peer", smallPeer);
