@@ -1,46 +1,17 @@
 #include "rtf/clean/CleanRTF.h"
 
-#include <exception>
-#include <utility>
-
-#include "rtf/clean/BlankLines.h"
-#include "rtf/clean/RemoveBackground.h"
-#include "rtf/clean/RemoveDuplicateGenerators.h"
-#include "rtf/clean/RemoveGeneratorSectionWords.h"
+#include "rtf/clean/FinishCleaning.h"
 #include "rtf/edit/EmbeddedDocuments.h"
 #include "rtf/edit/TableCollection.h"
 #include "rtf/merge/MergeTables.h"
-#include "rtf/merge/UnwrapNestedDocuments.h"
 #include "rtf/pages/HeadersFooters.h"
-#include "rtf/pages/KeepSectionWords.h"
-#include "rtf/pages/MergePageBreaks.h"
-#include "rtf/pages/SectionMarkers.h"
-#include "rtf/read/Module1.h"
 #include "rtf/read/RtfReader.h"
-#include "rtf/tables/LooseTables.h"
-#include "rtf/tables/NestedTables.h"
-#include "rtf/tables/RowProtection.h"
 #include "rtf/tables/TableMarkers.h"
 #include "text/Compare.h"
 #include "text/Encoding.h"
 
 namespace velmor {
 namespace {
-
-template <typename Step>
-bool attempt(Step step) noexcept {
-    try {
-        step();
-        return true;
-    } catch (const std::exception&) {
-        return false;
-    }
-}
-
-bool isOverrunProtectionOn(const platform::Registry& registry) {
-    const auto value = registry.value(u"SOFTWARE\\Korvane\\Quillmark\\Options", u"RTF Table Overrun Protection");
-    return !value || *value == u"1";
-}
 
 // One run over one text. The steps are those of docs/cleaning.md; a step whose groups do not occur costs nothing.
 class Run {
@@ -56,7 +27,8 @@ public:
         if (merged) attempt([&] { bracketTables(tables); });
         // Lifted texts return even after a failure.
         if (!attempt([&] { tables.expand(text_); }) || !merged) return;
-        attempt([&] { finish(); });
+        PartOfText whole;
+        attempt([&] { finishCleaning(text_, options_, guids_, groups_, hasDocuments_, whole); });
     }
 
 private:
@@ -77,45 +49,6 @@ private:
         }
     }
 
-    // Steps 4 to 9.
-    void finish() {
-        // Section markers recognise joined documents by their merge markers.
-        if (options_.tolerant) applySectionMarkers();
-        applyMergePageBreaks();
-        if (!options_.tolerant) applySectionMarkers();
-        markLooseTables();
-        if (options_.overrunProtection) Module1::ProtectTableRows(text_, options_);
-        if (groups_.has(Group::generator)) Module1::RemoveGeneratorSectionWords(text_);
-        if (groups_.has(Group::background)) Module1::RemoveBackground(text_, options_);
-        if (hasDocuments_ && options_.tolerant) Module1::KeepSectionWords(text_, options_);
-        if (hasDocuments_) Module1::UnwrapNestedDocuments(text_, options_);
-        if (groups_.has(Group::tableMarker)) Module1::ConvertNestedTables(text_, options_);
-        text_.resize(text_.find_last_not_of(u' ') + 1);
-        if (groups_.has(Group::generator)) Module1::RemoveDuplicateGenerators(text_);
-        Module1::CollapseBlankLines(text_, options_);
-    }
-
-    void applyMergePageBreaks() {
-        if (!options_.mergeMode || !groups_.has(Group::mergePageBreak)) return;
-        const bool headers = groups_.has(Group::header) || groups_.has(Group::footer);
-        attempt([&] { Module1::ApplyMergePageBreaks(text_, options_, headers); });
-    }
-
-    void applySectionMarkers() {
-        if (groups_.has(Group::section)) attempt([&] { Module1::ApplySectionMarkers(text_, options_); });
-    }
-
-    void markLooseTables() {
-        const bool hasMarkers = groups_.has(Group::tableMarker);
-        const bool mayHaveSome = hasDocuments_
-                                     ? hasMarkers || options_.tolerant
-                                     : hasMarkers && findText(text_, u"\\nestrow", 0, Comparison::binary) != text_.npos;
-        if (!mayHaveSome) return;
-        attempt([&] {
-            if (Module1::MarkLooseTables(text_, options_, guids_)) groups_.add(Group::tableMarker);
-        });
-    }
-
     std::u16string& text_;
     CleanOptions options_;
     platform::Guids& guids_;
@@ -124,6 +57,11 @@ private:
 };
 
 }  // namespace
+
+bool Module1::isOverrunProtectionOn(const platform::Registry& registry) {
+    const auto value = registry.value(u"SOFTWARE\\Korvane\\Quillmark\\Options", u"RTF Table Overrun Protection");
+    return !value || *value == u"1";
+}
 
 bool Module1::isCleanable(std::u16string_view psText) noexcept {
     const bool holdsDocument = RtfSearch(psText).find(u"\\rtf1", 0) != psText.npos;

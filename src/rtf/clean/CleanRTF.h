@@ -18,7 +18,10 @@ namespace velmor::Module1 {
 // Whether cleaning applies to the text.
 bool isCleanable(std::u16string_view psText) noexcept;
 
-// Reads the option "RTF Table Overrun Protection" itself (absent or exactly "1": on).
+// The option "RTF Table Overrun Protection" (absent or exactly "1": on).
+bool isOverrunProtectionOn(const platform::Registry& registry);
+
+// Reads the option "RTF Table Overrun Protection" itself.
 void CleanRTFText(std::u16string& psText, CleanOptions options, CleanHost& host) noexcept;
 
 // Cleans a file into psSaveFileName, or into itself when that is empty. False when the file is absent or

@@ -3,7 +3,10 @@
 #include <cstddef>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 
@@ -11,6 +14,12 @@ namespace velmor {
 // means "{\rtf1\ansi". Throws Error 5 when the text contains no RTF document;
 // `name` is for messages.
 void requireDocument(std::u16string& text, bool addVersion, const std::string& name);
+
+// The document of a text that has passed requireDocument, with its braces. Throws Error 5 without a closing brace.
+TextRange documentIn(std::u16string_view text, const std::string& name);
+
+// How many characters precede or follow the document, white space and NULs aside.
+std::size_t countOutside(std::u16string_view text, TextRange document);
 
 // Joins documents for cleaning in merge mode: each further document is inserted before the closing
 // brace of the first, preceded by the marker group of a merge page break. Linear in the texts. Calls

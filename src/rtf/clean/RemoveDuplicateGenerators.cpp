@@ -7,24 +7,24 @@
 
 namespace velmor {
 
-void Module1::RemoveDuplicateGenerators(std::u16string& psText) {
+std::u16string Module1::RemoveDuplicateGenerators(std::u16string& psText, std::u16string psKept) {
     constexpr std::u16string_view opening = u"{\\*\\generator";
     const std::u16string_view text = psText;
     TextEdits edits;
-    std::u16string_view kept;
     RtfSearch search(text);
     for (std::size_t at = 0; (at = search.find(opening, at)) != text.npos;) {
         const std::size_t end = text.find(u'}', at + opening.size());
         if (end == text.npos) break;
         const std::u16string_view group = text.substr(at, end + 1 - at);
-        if (group == kept) {
+        if (group == psKept) {
             edits.cut(at, end + 1);
         } else {
-            kept = group;
+            psKept = group;
         }
         at = end + 1;
     }
     edits.apply(psText);
+    return psKept;
 }
 
 }  // namespace velmor

@@ -192,6 +192,12 @@ void Lifting::finish() {
 
 }  // namespace
 
+std::optional<GroupSet> groupsOfSingleDocument(std::u16string_view text, bool tolerant) {
+    const DocumentFinder finder(text, findHostDocument(text), tolerant);
+    if (finder.sawDocument() || !finder.found().empty()) return std::nullopt;
+    return finder.hostGroups();
+}
+
 bool Module1::ExtractEmbeddedDocuments(std::u16string& psText, TableCollection& poTables, const CleanOptions& options) {
     const std::size_t hostAt = findHostDocument(psText);
     if (hostAt == noDocument) return false;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -17,6 +18,9 @@ std::size_t findHostDocument(std::u16string_view text) noexcept;
 
 // The begin of the host's header, after its opening word and version.
 std::size_t hostHeaderStart(std::u16string_view text, std::size_t host) noexcept;
+
+// The groups of a text that no document follows its host's opening; nothing when one does.
+std::optional<GroupSet> groupsOfSingleDocument(std::u16string_view text, bool tolerant);
 
 namespace Module1 {
 

@@ -62,8 +62,7 @@ std::u16string inCharacterSet(std::u16string_view entry, std::u16string_view cha
 // The fonts of a theme have these numbers in every document that has a theme.
 constexpr std::int32_t firstThemeFont = 31500, lastThemeFont = 31507;
 
-bool isThemeFont(std::u16string_view digits) {
-    const std::int32_t number = numberOf(digits);
+bool isThemeFont(std::int32_t number) noexcept {
     return number >= firstThemeFont && number <= lastThemeFont;
 }
 
@@ -71,11 +70,10 @@ bool isThemeFont(std::u16string_view digits) {
 
 // The number of a font, and whether it is new.
 std::pair<std::int32_t, bool> FontTable::settle(const std::u16string& key, std::u16string_view digits, bool isHost) {
-    if (tolerant_ && isThemeFont(digits)) {
+    if (const std::int32_t number = numberOf(digits); tolerant_ && isThemeFont(number)) {
         const std::u16string themeKey = (key + u'\1').append(digits);
         const auto known = numbers_.find(themeKey);
         if (known != numbers_.end()) return {known->second, false};
-        const std::int32_t number = numberOf(digits);
         if (isHost) {
             numbers_.emplace(themeKey, number);
             numbers_.emplace(key, number);
@@ -85,6 +83,10 @@ std::pair<std::int32_t, bool> FontTable::settle(const std::u16string& key, std::
     const auto [known, isNew] = numbers_.emplace(key, nextNumber_);
     if (isNew && ++nextNumber_ == firstThemeFont && tolerant_) nextNumber_ = lastThemeFont + 1;
     return {known->second, isNew};
+}
+
+bool FontTable::canAdd(std::int32_t number) const noexcept {
+    return number >= nextNumber_ && !(tolerant_ && isThemeFont(number));
 }
 
 void FontTable::add(std::u16string_view table, NumberMap& numbers, std::u16string_view characterSet,

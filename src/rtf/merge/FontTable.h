@@ -24,6 +24,8 @@ public:
              MergeReport* report = nullptr);
 
     bool empty() const noexcept { return numbers_.empty(); }
+    // Whether a further document can add a font with this number.
+    bool canAdd(std::int32_t number) const noexcept;
 
     // The merged table.
     std::u16string text() const { return u"{\\fonttbl" + entries_ + u"}"; }

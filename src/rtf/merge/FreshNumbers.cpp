@@ -8,18 +8,21 @@ namespace velmor {
 
 bool FreshNumbers::take(std::u16string_view number) {
     const std::optional<std::int32_t> value = wholeNumber(number);
-    return value && taken_.emplace(*value, false).second;
+    return value && !isGivenOut(*value) && taken_.insert(*value).second;
 }
 
 std::int32_t FreshNumbers::next() {
-    while (!taken_.emplace(++last_, true).second) {
+    while (taken_.contains(++last_)) {
     }
     return last_;
 }
 
 bool FreshNumbers::reserve(std::u16string_view number) {
     const std::optional<std::int32_t> value = wholeNumber(number);
-    return !value || !taken_.emplace(*value, false).first->second;
+    if (!value) return true;
+    if (isGivenOut(*value)) return false;
+    taken_.insert(*value);
+    return true;
 }
 
 }  // namespace velmor

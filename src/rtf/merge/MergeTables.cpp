@@ -38,20 +38,21 @@ struct DocumentTables {
     std::optional<Table> fonts, colours, styles, lists, overrides;
 };
 
-class TableMerge {
+class TableMerge final : public DocumentMerge {
 public:
-    TableMerge(TableCollection& collection, const CleanOptions& options)
-        : collection_(collection),
-          options_(options),
+    TableMerge(const CleanOptions& options, const LiftedDocuments& lifted)
+        : options_(options),
+          lifted_(lifted),
           fonts_(options),
           colours_(options),
           styles_(options),
           lists_(options),
           sweep_(options, numbers_) {}
 
-    void mergeHost(std::u16string& text);
-    void mergeLifted(TableCollection::Document& document);
-    void store();
+    void mergeHost(std::u16string& text, TableCollection& tables) override;
+    void mergeLifted(TableCollection::Document& document) override;
+    void store(TableCollection& tables) const override;
+    bool canAddFont(std::int32_t number) const noexcept override { return fonts_.canAdd(number); }
 
 private:
     // What is taken out, or put in, while the rest is swept.
@@ -74,9 +75,9 @@ private:
     std::u16string_view foreignCharacterSet() const;
     void mergeStylesAndLists(std::u16string_view text);
     void settleDefaultFont();
-    void leaveOutOwnLists(std::u16string_view host);
+    void padRows(std::u16string& text, GroupSet groups) const;
     void takeOut();
-    void placeInHost(std::size_t header);
+    void placeInHost(std::size_t header, const TableCollection& tables);
     void change(std::u16string& text);
     void beginWhole(std::size_t header);
     void keepTabs(std::u16string& text) const;
@@ -85,8 +86,8 @@ private:
     void renumberHostsFont();
     void nameDefaultFont(std::size_t header);
 
-    TableCollection& collection_;
     CleanOptions options_;
+    LiftedDocuments lifted_;
     FontTable fonts_;
     ColourTable colours_;
     StyleSheet styles_;
@@ -294,11 +295,11 @@ void TableMerge::takeOut() {
 
 // A table that the host has not got returns behind the opening word (fonts and colours), or behind
 // the tables that it may refer to. One that is never stored returns as nothing.
-void TableMerge::placeInHost(std::size_t header) {
+void TableMerge::placeInHost(std::size_t header, const TableCollection& tables) {
     changes_.clear();
     const auto place = [&](const std::optional<Table>& table, std::size_t otherwise, SharedTable shared) {
         const TextRange range = table ? table->place : TextRange{otherwise, otherwise};
-        changes_.push_back({range, collection_.placeholder(shared).append(table ? table->left : u"")});
+        changes_.push_back({range, tables.placeholder(shared).append(table ? table->left : u"")});
         return range.end;
     };
     // At one place the one that is put in last comes first.
@@ -307,12 +308,6 @@ void TableMerge::placeInHost(std::size_t header) {
     const std::size_t styles = place(tables_.styles, std::max(colours, fonts), SharedTable::styles);
     const std::size_t lists = place(tables_.lists, std::max({colours, fonts, styles}), SharedTable::lists);
     place(tables_.overrides, std::max({colours, fonts, lists}), SharedTable::listOverrides);
-}
-
-void TableMerge::leaveOutOwnLists(std::u16string_view host) {
-    std::int32_t count = countOwnLists(host);
-    for (const TableCollection::Document& document : collection_.documents()) count += countOwnLists(document.text);
-    lists_.leaveOut(count);
 }
 
 // The text of a whole document begins with RTF's own formatting of paragraphs and characters.
@@ -399,7 +394,12 @@ void TableMerge::change(std::u16string& text) {
     edits_.apply(text);
 }
 
-void TableMerge::mergeHost(std::u16string& text) {
+void TableMerge::padRows(std::u16string& text, GroupSet groups) const {
+    if (lifted_.bringTableStyles && !bringsTableStyle(text, groups)) padFirstRow(text);
+}
+
+void TableMerge::mergeHost(std::u16string& text, TableCollection& tables) {
+    if (lifted_.exist) padRows(text, tables.hostGroups());
     if (options_.report != nullptr) options_.report->documents.emplace_back();
     const std::size_t host = findHostDocument(text);
     if (host == noDocument) return;
@@ -407,20 +407,21 @@ void TableMerge::mergeHost(std::u16string& text) {
     // The blank that ends the opening word would be text behind a table.
     if (options_.tolerant && standsAt(text, header, u" ")) ++header;
     if (options_.tolerant) hostPage_ = page_ = codePageOfDocument(text, header);
-    if (options_.tolerant && !collection_.documents().empty()) {
+    if (options_.tolerant && lifted_.exist) {
         hostTab_ = defaultTabOf(text);
         hostWidth_ = textWidthOf(text);
-        leaveOutOwnLists(text);
+        lists_.leaveOut(lifted_.ownLists);
     }
-    findTables(text, collection_.hostGroups());
+    findTables(text, tables.hostGroups());
     if (options_.tolerant) noteHostsSize(text, header);
     readTables(text, header, true);
-    placeInHost(header);
+    placeInHost(header, tables);
     renumberHostsFont();
     change(text);
 }
 
 void TableMerge::mergeLifted(TableCollection::Document& document) {
+    padRows(document.text, document.groups);
     if (options_.report != nullptr) options_.report->documents.emplace_back();
     const std::size_t header = hostHeaderStart(document.text, 0);
     if (options_.tolerant) page_ = codePageOfDocument(document.text, header);
@@ -435,29 +436,45 @@ void TableMerge::mergeLifted(TableCollection::Document& document) {
     if (whole_) keepTabs(document.text);
 }
 
-void TableMerge::store() {
-    collection_.store(SharedTable::fonts, fonts_.text());
-    collection_.store(SharedTable::colours, colours_.text());
-    if (!styles_.empty()) collection_.store(SharedTable::styles, styles_.text());
-    if (lists_.hasLists()) collection_.store(SharedTable::lists, lists_.listTable());
-    if (lists_.hasOverrides()) collection_.store(SharedTable::listOverrides, lists_.overrideTable());
+void TableMerge::store(TableCollection& tables) const {
+    tables.store(SharedTable::fonts, fonts_.text());
+    tables.store(SharedTable::colours, colours_.text());
+    if (!styles_.empty()) tables.store(SharedTable::styles, styles_.text());
+    if (lists_.hasLists()) tables.store(SharedTable::lists, lists_.listTable());
+    if (lists_.hasOverrides()) tables.store(SharedTable::listOverrides, lists_.overrideTable());
 }
 
 }  // namespace
 
+void LiftedDocuments::note(std::u16string_view text, GroupSet groups) {
+    bringTableStyles = bringTableStyles || bringsTableStyle(text, groups);
+    ownLists += countOwnLists(text);
+}
+
+std::unique_ptr<DocumentMerge> DocumentMerge::begin(const CleanOptions& options, const LiftedDocuments& lifted) {
+    return std::make_unique<TableMerge>(options, lifted);
+}
+
 namespace Module1 {
 
 void MergeDocumentTables(std::u16string& psText, TableCollection& poTables, const CleanOptions& options) {
-    TableMerge merge(poTables, options);
+    LiftedDocuments lifted;
+    lifted.exist = !poTables.documents().empty();
+    if (options.tolerant && lifted.exist) {
+        lifted.note(psText, poTables.hostGroups());
+        for (const TableCollection::Document& document : poTables.documents()) {
+            lifted.note(document.text, document.groups);
+        }
+    }
+    TableMerge merge(options, lifted);
     try {
-        if (options.tolerant) keepRowPadding(psText, poTables);
-        merge.mergeHost(psText);
+        merge.mergeHost(psText, poTables);
         for (TableCollection::Document& document : poTables.documents()) merge.mergeLifted(document);
     } catch (...) {
-        merge.store();  // what was taken out of the host returns
+        merge.store(poTables);  // what was taken out of the host returns
         throw;
     }
-    merge.store();
+    merge.store(poTables);
 }
 
 }  // namespace Module1

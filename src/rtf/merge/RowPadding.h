@@ -1,13 +1,18 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
-#include "rtf/edit/TableCollection.h"
+#include "rtf/read/GroupSet.h"
 
 namespace velmor {
 
-// Readers may give the first row of a whole text the cell padding of any table style. Where one of the documents brings
+// Readers may give the first row of a whole text the cell padding of any table style. If one document of a run brings
 // such a style, the first row of each document without one says that it has no padding of its own.
-void keepRowPadding(std::u16string& host, TableCollection& tables);
+
+bool bringsTableStyle(std::u16string_view text, GroupSet groups) noexcept;
+
+// Unless the row says what its padding is.
+void padFirstRow(std::u16string& text);
 
 }  // namespace velmor

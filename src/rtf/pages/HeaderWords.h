@@ -56,6 +56,7 @@ struct PerKind {
 
     Value& operator[](HeaderKind kind) noexcept { return values[static_cast<std::size_t>(kind)]; }
     const Value& operator[](HeaderKind kind) const noexcept { return values[static_cast<std::size_t>(kind)]; }
+    bool operator==(const PerKind&) const = default;
 };
 
 // The words of a section about its headers, footers and page borders, as they are written; empty if absent. The word

@@ -8,15 +8,24 @@
 #include "rtf/read/RtfReader.h"
 
 namespace velmor {
-JoinedHeaders::JoinedHeaders(std::u16string_view text, const std::vector<Join>& joins, bool tolerant, TextEdits& edits)
-    : text_(text), joins_(joins), tolerant_(tolerant), edits_(edits) {
+
+JoinedHeaders::JoinedHeaders(std::u16string_view text, const std::vector<Join>& joins, bool tolerant, JoinedPart& part,
+                             TextEdits& edits)
+    : text_(text),
+      joins_(joins),
+      tolerant_(tolerant),
+      anyFacing_(part.facingPages),
+      part_(part),
+      shown_(part.shown),
+      emptied_(part.emptied),
+      edits_(edits) {
     const std::size_t host = findHostDocument(text);
     if (host == noDocument) return;
     for (const Join& join : joins) {
         if (join.document) facing_.push_back(false);
         if (join.facing) facing_.back() = anyFacing_ = true;
     }
-    if (anyFacing_) letHostFace(host);
+    if (anyFacing_ && !part.goesOn) letHostFace(host);
     read(host);
 }
 
@@ -93,9 +102,11 @@ void JoinedHeaders::join(const Join& join) {
     if (join.document) ++document_;
     if (open_) return;
     closeSection(join.begin);
+    part_.shown = shown_;
+    part_.emptied = emptied_;
     if (!join.document) return;
     beginning_ = join.after;
-    for (Sources& shown : shown_.values) {
+    for (HeaderSources& shown : shown_.values) {
         std::replace(shown.begin(), shown.end(), Source::thisDocument, Source::previousDocument);
     }
 }

@@ -10,8 +10,26 @@
 
 #include "rtf/edit/TextEdits.h"
 #include "rtf/pages/HeaderWords.h"
+#include "rtf/pages/PageSetup.h"
 
 namespace velmor {
+
+// Who gives a group that a section shows.
+enum class HeaderSource : std::uint8_t { nobody, previousDocument, thisDocument, thisSection };
+using HeaderSources = std::array<HeaderSource, 4>;  // by pages; the right ones for all
+
+// What a part of a joined text needs to know of the other parts.
+struct JoinedPart {
+    bool goesOn = false;       // documents precede it: its host only holds its documents
+    bool facingPages = false;  // a document of another part has \facingp
+
+    // At the begin of the part; afterwards what the documents before its last one leave to that one.
+    PageSetup hostPage;
+    PerKind<HeaderSources> shown;
+    PerKind<bool> emptied;  // sections show an empty group that separates documents
+
+    bool operator==(const JoinedPart&) const = default;
+};
 
 // Separates the headers and footers of joined documents: a page shows what it would show if its document were
 // alone. A section inherits the groups that it does not give, by kind of page, so a document gets empty groups
@@ -32,12 +50,11 @@ public:
 
     // `joins` are in ascending order, the host first. The changes go to `edits`. `tolerant`: \sectd begins each joined
     // document, so that its words hold in it only.
-    JoinedHeaders(std::u16string_view text, const std::vector<Join>& joins, bool tolerant, TextEdits& edits);
+    JoinedHeaders(std::u16string_view text, const std::vector<Join>& joins, bool tolerant, JoinedPart& part,
+                  TextEdits& edits);
 
 private:
-    // Who gives a group that a section shows.
-    enum class Source : std::uint8_t { nobody, previousDocument, thisDocument, thisSection };
-    using Sources = std::array<Source, 4>;  // by pages; the right ones for all
+    using Source = HeaderSource;
 
     struct OpenGroup {
         std::optional<HeaderName> name;  // absent in an ignorable destination
@@ -68,8 +85,9 @@ private:
 
     std::size_t document_ = 0;
     std::optional<OpenGroup> open_;
-    PerKind<Sources> shown_;
-    PerKind<bool> emptied_;  // sections show an empty group of this stage
+    JoinedPart& part_;
+    PerKind<HeaderSources> shown_;
+    PerKind<bool> emptied_;
     std::size_t lastBrace_ = 0;
     std::size_t beginning_ = nowhere;  // of the document, in its first section
     std::size_t title_ = nowhere;      // after the section's \titlepg

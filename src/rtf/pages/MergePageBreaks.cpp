@@ -177,10 +177,13 @@ private:
 // The breaks of a whole text.
 class MergeBreaks {
 public:
-    MergeBreaks(std::u16string_view text, bool tolerant) : text_(text), tolerant_(tolerant) { read(); }
+    MergeBreaks(std::u16string_view text, bool tolerant, JoinedPart& part)
+        : text_(text), tolerant_(tolerant), part_(part) {
+        read();
+    }
 
     void separateHeaders() {
-        if (!joins_.empty()) JoinedHeaders(text_, joins_, tolerant_, edits_);
+        if (!joins_.empty()) JoinedHeaders(text_, joins_, tolerant_, part_, edits_);
     }
     TextEdits edits() && { return std::move(edits_); }
 
@@ -192,7 +195,7 @@ private:
 
     std::u16string_view text_;
     bool tolerant_;
-    PageSetup hostPage_;
+    JoinedPart& part_;
     std::size_t marker_ = nowhere;  // before the current document
     bool followsRow_ = false;       // that marker follows a row
     std::vector<JoinedHeaders::Join> joins_;
@@ -223,7 +226,7 @@ void MergeBreaks::read() {
 // A document was read to its end; a marker may precede it.
 void MergeBreaks::finish(const JoinedDocument& document) {
     if (marker_ == nowhere) {
-        hostPage_ = document.documentPage();
+        if (!part_.goesOn) part_.hostPage = document.documentPage();
         joins_.push_back({0, 0, true, document.hasFacingPages()});
     } else if (tolerant_ || !document.isBroken()) {
         replaceMarker(document);
@@ -258,7 +261,7 @@ void MergeBreaks::replaceMarker(const JoinedDocument& document) {
 // A document begins on a new page (the host does anyway, but readers apply the word to the next section too),
 // and its sections return to its page, not to the host's.
 void MergeBreaks::keepSections(const JoinedDocument& document) {
-    const std::u16string page = document.documentPage().wordsUnlike(hostPage_);
+    const std::u16string page = document.documentPage().wordsUnlike(part_.hostPage);
     for (const auto& word : document.sectionWords()) {
         if (!word.resets) {
             edits_.cut(word.place.begin, word.place.end);
@@ -270,10 +273,18 @@ void MergeBreaks::keepSections(const JoinedDocument& document) {
 
 }  // namespace
 
-void Module1::ApplyMergePageBreaks(std::u16string& psText, const CleanOptions& options, bool pbHeaders) {
-    MergeBreaks breaks(psText, options.tolerant);
+void Module1::ApplyMergePageBreaks(std::u16string& psText, const CleanOptions& options, bool pbHeaders,
+                                   JoinedPart* poPart) {
+    JoinedPart whole;
+    MergeBreaks breaks(psText, options.tolerant, poPart != nullptr ? *poPart : whole);
     if (pbHeaders) breaks.separateHeaders();
     std::move(breaks).edits().apply(psText);
+}
+
+bool Module1::continuesSection(std::u16string_view psDocument) {
+    JoinedDocument document(psDocument, 0, 0, false);
+    for (RtfReader reader(psDocument, 0, psDocument.size()); reader.next();) document.take(reader);
+    return document.isBroken();
 }
 
 }  // namespace velmor

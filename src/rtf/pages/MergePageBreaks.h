@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "rtf/edit/CleanOptions.h"
+#include "rtf/pages/JoinedHeaders.h"
 
 namespace velmor::Module1 {
 
@@ -22,7 +23,12 @@ inline constexpr std::u16string_view mergePageBreakMarker = u"{\\*\\korvanemerge
 //
 // Each document keeps its headers and footers (see JoinedHeaders). The section's words about them ("\titlepg",
 // for example) continue in a document that does not begin with "\sectd", unless tolerant. `pbHeaders` false: no
-// document has any. One pass for the pages, one for headers and footers.
-void ApplyMergePageBreaks(std::u16string& psText, const CleanOptions& options, bool pbHeaders = true);
+// document has any. One pass for the pages, one for headers and footers. `poPart` goes from one part of a joined text
+// to the next: each part has a host, and its last document is the first one of the next part, or an empty one.
+void ApplyMergePageBreaks(std::u16string& psText, const CleanOptions& options, bool pbHeaders = true,
+                          JoinedPart* poPart = nullptr);
+
+// Whether exact cleaning keeps the marker before the document.
+bool continuesSection(std::u16string_view psDocument);
 
 }  // namespace velmor::Module1

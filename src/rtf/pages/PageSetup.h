@@ -28,6 +28,8 @@ struct PageSetup {
     std::array<std::int32_t, valueCount> values{};
     bool landscape = false;
 
+    bool operator==(const PageSetup&) const = default;
+
     // Exchanges height and width if they contradict the orientation.
     void turn(bool toLandscape) noexcept;
 

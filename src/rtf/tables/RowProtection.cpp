@@ -34,6 +34,7 @@ public:
     }
 
     bool inRow() const noexcept { return row_.begun; }
+    bool areComplete() const noexcept { return !row_.begun && outer_.empty(); }
 
 private:
     // A table in a pair of markers is separate from the row around it.
@@ -56,7 +57,7 @@ private:
 
 }  // namespace
 
-void Module1::ProtectTableRows(std::u16string& psText, const CleanOptions& options) {
+bool Module1::ProtectTableRows(std::u16string& psText, const CleanOptions& options) {
     static const WordSet rowWords({}, {Word::korvane, Word::row, Word::trowd, Word::trkeep});
     constexpr std::u16string_view definition = u"\\trowd";
     const bool hasMarkers =
@@ -71,6 +72,7 @@ void Module1::ProtectTableRows(std::u16string& psText, const CleanOptions& optio
         if (!hasMarkers && !rows.inRow()) reader.goOnAt(search.find(definition, reader.position() + 1));
     }
     edits.apply(psText);
+    return rows.areComplete();
 }
 
 }  // namespace velmor

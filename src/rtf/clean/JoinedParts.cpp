@@ -1,0 +1,175 @@
+#include "rtf/clean/JoinedParts.h"
+
+#include <utility>
+
+#include "rtf/clean/BlankLines.h"
+#include "rtf/edit/EmbeddedDocuments.h"
+#include "rtf/pages/MergePageBreaks.h"
+#include "rtf/read/CodePages.h"
+#include "rtf/tables/OpenRows.h"
+#include "rtf/tables/TableMarkers.h"
+#include "text/Compare.h"
+
+namespace velmor {
+namespace {
+
+constexpr std::u16string_view marker = Module1::mergePageBreakMarker;
+
+// After the documents of a part that is not the last one. The width tells the break before it from others.
+constexpr std::u16string_view emptyDocument = u"{\\*\\korvanemergepagebreak}{\\rtf1\\paperw32767}}";
+constexpr std::u16string_view tolerantBreak = u"\\sect\\sectd\\pgwsxn32767";
+constexpr std::u16string_view exactBreak = u"\\sect\\pgwsxn32767";
+
+std::int32_t lastDefaultFont(std::u16string_view text) {
+    std::int32_t font = 0;
+    for (RtfReader reader(text, 0, text.size(), true); reader.nextWord();) {
+        if (reader.isWord(u"\\deff")) font = numberOf(reader.word().number);
+    }
+    return font;
+}
+
+}  // namespace
+
+JoinedParts::JoinedParts(const CleanOptions& options, platform::Guids& guids, const JoinedFacts& facts, char16_t mark,
+                         std::u16string host, SpooledTexts cleaned, std::size_t partSize, std::size_t largestPart)
+    : options_(options),
+      guids_(guids),
+      facts_(facts),
+      mark_(mark),
+      cleaned_(cleaned),
+      partSize_(partSize),
+      largestPart_(largestPart),
+      merge_(DocumentMerge::begin(options, facts.lifted())) {
+    TableCollection tables(mark_);
+    tables.hostGroups() = groupsOfSingleDocument(host, options_.tolerant).value();
+    part_.groups = tables.hostGroups();
+    merge_->mergeHost(host, tables);
+    bracketTables(host);
+    const std::size_t end = host.rfind(marker);
+    tail_ = host.substr(end + marker.size());
+    host.resize(end);
+    head_ = std::move(host);
+    const std::u16string head = withTables(head_);
+    page_ = codePageOfDocument(head, hostHeaderStart(head, findHostDocument(head)));
+    font_ = lastDefaultFont(head);
+}
+
+bool JoinedParts::add(std::u16string document) {
+    const bool mayEnd = options_.tolerant || findText(document, u"\\sect", 0, Comparison::binary) == document.npos ||
+                        !Module1::continuesSection(document);
+    if (mayEnd && part_.documents.size() >= partSize_ && !endPart()) return false;
+    const bool isForeign = options_.tolerant && codePageOfDocument(document, hostHeaderStart(document, 0)) != page_;
+    const GroupSet groups = groupsOfSingleDocument(document, options_.tolerant).value();
+    TableCollection::Document lifted{std::move(document), groups};
+    merge_->mergeLifted(lifted);
+    if (isForeign && namesLaterFont(lifted.text)) return false;
+    bracketTables(lifted.text);
+    part_.groups.add(groups);
+    part_.documents.append(marker).append(lifted.text);
+    return part_.documents.size() <= largestPart_ && !isAmbiguous_;
+}
+
+// A marker may come after the begin of a row, and after a backslash.
+void JoinedParts::bracketTables(std::u16string& text) {
+    if (!addTableMarkers(text, guids_)) return;
+    part_.groups.add(Group::tableMarker);
+    isAmbiguous_ = isAmbiguous_ || leavesRowOpen(text) ||
+                   (!options_.tolerant && findText(text, u"\\\\{", 0, Comparison::binary) != text.npos);
+}
+
+bool JoinedParts::finish(const std::function<void(std::u16string_view)>& write) {
+    const bool isOnlyPart = !first_;
+    if (isOnlyPart) {
+        first_ = std::move(part_);
+    } else if (!cleanNextPart(tail_)) {
+        return false;
+    }
+    std::u16string text;
+    PartOfText state = beginning();
+    if (!cleanFirstPart(isOnlyPart ? std::u16string_view(tail_) : emptyDocument, text, state)) return false;
+    if (isOnlyPart) {
+        write(text);
+        return true;
+    }
+    // The other parts were cleaned before the tables were complete.
+    if (!(state == afterFirst_)) return false;
+    write(std::u16string_view(text).substr(0, endOf(text)));
+    for (cleaned_.rewind(); cleaned_.next(text);) write(text);
+    return true;
+}
+
+bool JoinedParts::endPart() {
+    if (first_) return cleanNextPart(emptyDocument);
+    first_ = std::exchange(part_, {});
+    std::u16string text;
+    afterFirst_ = beginning();
+    const bool isClean = cleanFirstPart(emptyDocument, text, afterFirst_);
+    state_ = afterFirst_;
+    state_.pages.goesOn = true;
+    return isClean;
+}
+
+PartOfText JoinedParts::beginning() const {
+    PartOfText state;
+    state.pages.facingPages = facts_.hasFacingPages();
+    return state;
+}
+
+bool JoinedParts::cleanFirstPart(std::u16string_view end, std::u16string& text, PartOfText& state) const {
+    text = withTables(head_);
+    text.append(first_->documents).append(end);
+    return clean(text, 0, first_->groups, state) && (end == tail_ || endOf(text) != text.npos);
+}
+
+bool JoinedParts::cleanNextPart(std::u16string_view end) {
+    const std::u16string host = hostOfPart();
+    std::u16string text = host + part_.documents;
+    text += end;
+    const GroupSet groups = std::exchange(part_, {}).groups;
+    if (!clean(text, host.size(), groups, state_) || !text.starts_with(host)) return false;
+    const std::size_t from = text.find(u"\\sect\\", host.size());
+    const std::size_t to = end == emptyDocument ? endOf(text) : text.size();
+    if (from == text.npos || to == text.npos || to <= from) return false;
+    cleaned_.add(std::u16string_view(text).substr(from, to - from));
+    return true;
+}
+
+// False also when rows repeat so many definitions that the limit for them may depend on the length of the whole text.
+bool JoinedParts::clean(std::u16string& text, std::size_t host, GroupSet groups, PartOfText& state) const {
+    constexpr std::size_t mostGrowth = 32;
+    const std::size_t most = host + mostGrowth * (text.size() - host);
+    groups.add(Group::mergePageBreak);
+    if (facts_.hasHeaders()) groups.add(Group::header);
+    finishCleaning(text, options_, guids_, groups, true, state);
+    return !state.endsInRow && text.size() <= most;
+}
+
+// The \sect of the break before the empty document.
+std::size_t JoinedParts::endOf(std::u16string_view text) const noexcept {
+    return text.rfind(options_.tolerant ? tolerantBreak : exactBreak);
+}
+
+std::u16string JoinedParts::withTables(std::u16string text) const {
+    TableCollection tables(mark_);
+    merge_->store(tables);
+    tables.expand(text);
+    return text;
+}
+
+// What the stages read of the first document: its code page and fonts, for text of other code pages.
+std::u16string JoinedParts::hostOfPart() const {
+    std::u16string host = u"{\\rtf1\\ansi\\ansicpg" + decimal(page_) + u"\\deff" + decimal(font_);
+    if (options_.tolerant) host += withTables(TableCollection(mark_).placeholder(SharedTable::fonts));
+    Module1::CollapseBlankLines(host, options_);
+    return host;
+}
+
+// The text shows other characters when a later document adds such a font.
+bool JoinedParts::namesLaterFont(std::u16string_view document) const {
+    for (RtfReader reader(document, 0, document.size(), true); reader.nextWord();) {
+        if (reader.isWord(u"\\f") && merge_->canAddFont(numberOf(reader.word().number))) return true;
+    }
+    return false;
+}
+
+}  // namespace velmor
