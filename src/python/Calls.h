@@ -14,8 +14,8 @@ namespace py = pybind11;
 // An evaluation that this thread runs for Python. Made and destroyed with the interpreter lock held.
 class Run {
 public:
-    // `handlers`: the callables by the names under which the engine knows them.
-    explicit Run(py::dict handlers) : handlers_(std::move(handlers)), outer_(current_) { current_ = this; }
+    // `handlers`: a dict of the callables by the names under which the engine knows them. None if it knows none.
+    explicit Run(py::object handlers) : handlers_(std::move(handlers)), outer_(current_) { current_ = this; }
     ~Run() { current_ = outer_; }
     Run(const Run&) = delete;
     Run& operator=(const Run&) = delete;
@@ -33,7 +33,7 @@ public:
 private:
     static inline thread_local Run* current_ = nullptr;
 
-    const py::dict handlers_;
+    const py::object handlers_;
     py::object exception_;
     Run* const outer_;
 };

@@ -49,40 +49,15 @@ py::tuple tupleOf(const Items& items, Convert convert) {
 // The enumerator of the name's place. ValueError for a name that is not there.
 template <class Choice, std::size_t count>
 Choice choiceOf(py::handle name, const char* what, const std::array<const char*, count>& names) {
-    const std::u16string given = unitsOf(name, what);
+    if (!PyUnicode_Check(name.ptr())) throw py::type_error(std::string(what) + " must be str");
     std::string known;
     for (std::size_t index = 0; index < count; ++index) {
-        if (given == utf16(names[index])) return static_cast<Choice>(index);
+        if (PyUnicode_CompareWithASCIIString(name.ptr(), names[index]) == 0) return static_cast<Choice>(index);
         known.append(known.empty() ? "'" : ", '").append(names[index]).append("'");
     }
-    throw py::value_error(std::string(what) + " must be one of " + known + ", not '" + utf8(given) + "'");
+    throw py::value_error(std::string(what) + " must be one of " + known + ", not '" + std::string(py::str(name)) +
+                          "'");
 }
-
-// A template that is evaluated often.
-struct Template {
-    std::u16string text;
-};
-
-// A str, or a Template.
-class TemplateIn {
-public:
-    explicit TemplateIn(py::handle given) {
-        if (py::isinstance<Template>(given)) {
-            text_ = given.cast<const Template&>().text;
-        } else {
-            own_ = unitsOf(given, "the template");
-            text_ = own_;
-        }
-    }
-    TemplateIn(const TemplateIn&) = delete;
-    TemplateIn& operator=(const TemplateIn&) = delete;
-
-    std::u16string_view text() const noexcept { return text_; }
-
-private:
-    std::u16string own_;
-    std::u16string_view text_;
-};
 
 // (include_path, include_root, missing, data_tags, exact, trace), paths as str or None.
 EvaluateOptions optionsOf(const py::tuple& given) {
@@ -132,40 +107,49 @@ public:
     }
 
     // (text, entries, whether it failed, trace)
-    py::tuple evaluate(py::handle text, py::handle given, py::dict handlers, const py::tuple& how) const {
-        const TemplateIn source(text);
+    py::tuple evaluate(py::handle source, py::handle given, py::object handlers, const py::tuple& how) const {
+        const auto* const compiled = py::isinstance<Template>(source) ? source.cast<const Template*>() : nullptr;
+        const std::u16string text = compiled ? std::u16string() : unitsOf(source, "the template");
         Properties properties;
         if (!given.is_none()) setAll(properties, given);
         const EvaluateOptions options = optionsOf(how);
         Run run(std::move(handlers));
-        const Evaluated evaluated = unlocked([&] { return engine_.evaluate(source.text(), properties, options); });
+        const Evaluated evaluated = unlocked([&] {
+            return compiled ? engine_.evaluate(*compiled, properties, options)
+                            : engine_.evaluate(text, properties, options);
+        });
         run.raiseStop();
         return py::make_tuple(
             textOf(evaluated.text), tupleOf(evaluated.errors, [](const LogEntry& each) { return tupleOf(each); }),
             evaluated.failed, tupleOf(evaluated.trace, [](const TracedTag& each) { return tupleOf(each); }));
     }
 
+    Template compile(py::handle source) const {
+        const std::u16string text = unitsOf(source, "the template");
+        return unlocked([&] { return engine_.compile(text); });
+    }
+
     // (mistakes, how many more there are)
-    py::tuple check(py::handle text, py::handle given, const py::tuple& how) const {
-        const TemplateIn source(text);
+    py::tuple check(py::handle source, py::handle given, const py::tuple& how) const {
+        const std::u16string text = unitsOf(source, "the template");
         std::optional<Properties> properties;
         if (!given.is_none()) setAll(properties.emplace(), given);
         const EvaluateOptions options = optionsOf(how);
-        const Checked checked = valueOf(
-            unlocked([&] { return engine_.check(source.text(), properties ? &*properties : nullptr, options); }));
+        const Checked checked =
+            valueOf(unlocked([&] { return engine_.check(text, properties ? &*properties : nullptr, options); }));
         return py::make_tuple(tupleOf(checked.mistakes, [](const Mistake& each) { return tupleOf(each); }),
                               checked.more);
     }
 
-    py::str schema(py::handle text, const py::tuple& how) const {
-        const TemplateIn source(text);
+    py::str schema(py::handle source, const py::tuple& how) const {
+        const std::u16string text = unitsOf(source, "the template");
         const EvaluateOptions options = optionsOf(how);
-        return textOf(unlocked([&] { return engine_.schema(source.text(), options); }));
+        return textOf(unlocked([&] { return engine_.schema(text, options); }));
     }
 
-    py::tuple tags(py::handle text) const {
-        const TemplateIn source(text);
-        const auto places = unlocked([&] { return engine_.tags(source.text()); });
+    py::tuple tags(py::handle source) const {
+        const std::u16string text = unitsOf(source, "the template");
+        const auto places = unlocked([&] { return engine_.tags(text); });
         return tupleOf(places, [](const TagPlace& each) { return tupleOf(each); });
     }
 
@@ -192,12 +176,13 @@ private:
 };
 
 void defineEngine(py::module_& module) {
-    py::class_<Template>(module, "Template")
-        .def(py::init([](py::handle text) { return Template{unitsOf(text, "the template")}; }))
-        .def_property_readonly("text", [](const Template& self) { return textOf(self.text); });
+    py::class_<Template>(module, "Template").def_property_readonly("text", [](const Template& self) {
+        return textOf(self.text());
+    });
     py::class_<Engine>(module, "Engine")
         .def(py::init<py::object, const std::vector<py::object>&, const std::vector<std::string>&>())
         .def("evaluate", &Engine::evaluate)
+        .def("compile", &Engine::compile)
         .def("check", &Engine::check)
         .def("schema", &Engine::schema)
         .def("tags", &Engine::tags)

@@ -36,16 +36,12 @@ def test_the_letter_is_that_of_the_program(tmp_path):
     assert without_identifiers((tmp_path / "python.rtf").read_bytes()) == without_identifiers(cleaned)
 
 
-HAS_RENDER = b"render" in run(VELMOR, "--help")
-
-
 def joined(folder, people):
     """The document of all letters; it is the same by `velmor render` as one by one."""
     template = velmor.decode((folder / "letter.rtf").read_bytes())
     document = velmor.encode(velmor.join(velmor.evaluate(template, person).text for person in people))
-    if HAS_RENDER:
-        run(VELMOR, "render", folder / "letter.rtf", "--data", folder / "people.csv", "--join", folder / "render.rtf", "-q")
-        assert (folder / "render.rtf").read_bytes() == document
+    run(VELMOR, "render", folder / "letter.rtf", "--data", folder / "people.csv", "--join", folder / "render.rtf", "-q")
+    assert (folder / "render.rtf").read_bytes() == document
     return document
 
 
@@ -79,7 +75,6 @@ def test_dask_loses_no_letter_when_a_worker_dies(tmp_path):
     assert glob.glob(str(tmp_path / ".parts-*")) == []
 
 
-@pytest.mark.skipif(not HAS_RENDER, reason="velmor has no command render")
 def test_slurm_renders_in_parts(tmp_path):
     people = mailing(tmp_path, 7)
     for part in ("2", "1", "3", "2"):

@@ -52,12 +52,12 @@ DataTags: TypeAlias = Literal["allow", "report", "refuse"]
 
 
 class Template:
-    """A template that is evaluated often, by several threads if need be. It can be pickled."""
+    """A template whose tags have been found, to be evaluated often, by several threads if need be. It can be pickled."""
 
     __slots__ = ("_template",)
 
     def __init__(self, text: str) -> None:
-        self._template = _velmor.Template(text)
+        self._template = _PLAIN.compile(text)
 
     @property
     def text(self) -> str:
@@ -206,7 +206,7 @@ def _evaluate(
     handlers: Mapping[str, Handler] | None,
     options: tuple[str | None, str | None, str, str, bool, bool],
 ) -> Result:
-    text, entries, has_failed, trace = engine.evaluate(template, properties, dict(handlers or ()), options)
+    text, entries, has_failed, trace = engine.evaluate(template, properties, handlers and dict(handlers), options)
     errors = tuple(LogEntry(*each) for each in entries) if entries else ()
     if has_failed:
         raise EvaluationError(5, errors[-1].message if errors else "something is missing", errors)
@@ -216,8 +216,12 @@ def _evaluate(
 def _engine(
     handlers: Iterable[str] | None = None, registry: Path | None = None, handler_folders: Iterable[Path] = ()
 ) -> _velmor.Engine:
-    folders = tuple(os.fspath(folder) for folder in handler_folders) if handler_folders else ()
-    return _engine_of(_path(registry), folders, tuple(handlers) if handlers else ())
+    if not handlers and registry is None and not handler_folders:
+        return _PLAIN
+    return _engine_of(_path(registry), tuple(os.fspath(folder) for folder in handler_folders), tuple(handlers or ()))
+
+
+_PLAIN = _velmor.Engine(None, (), ())
 
 
 @functools.lru_cache(maxsize=32)
