@@ -30,7 +30,8 @@ if(NOT VELMOR_SANITIZE AND NOT VELMOR_SANITIZE_THREADS)
         $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)
 endif()
 if(WIN32)
-    target_link_options(velmor_options INTERFACE -Wl,--dynamicbase,--nxcompat -fstack-protector-strong)  # brings libssp
+    target_link_options(velmor_options INTERFACE -Wl,--dynamicbase,--nxcompat,--no-insert-timestamp
+        -fstack-protector-strong)  # brings libssp
 else()
     target_link_options(velmor_options INTERFACE -Wl,-z,relro,-z,now)
     include(CheckPIESupported)
@@ -97,9 +98,9 @@ function(velmor_strip name)
     if(CMAKE_BUILD_TYPE STREQUAL "Release")
         set(file $<TARGET_FILE:${name}>)
         add_custom_command(TARGET ${name} POST_BUILD
-            COMMAND ${CMAKE_OBJCOPY} --only-keep-debug ${file} ${file}.debug
-            COMMAND ${CMAKE_STRIP} --strip-all ${file}
-            COMMAND ${CMAKE_OBJCOPY} --add-gnu-debuglink=${file}.debug ${file}
+            COMMAND ${CMAKE_OBJCOPY} --preserve-dates --only-keep-debug ${file} ${file}.debug
+            COMMAND ${CMAKE_STRIP} --preserve-dates --strip-all ${file}
+            COMMAND ${CMAKE_OBJCOPY} --preserve-dates --add-gnu-debuglink=${file}.debug ${file}
             VERBATIM)
     endif()
 endfunction()
