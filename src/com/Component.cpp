@@ -29,10 +29,7 @@ automation::ObjectRef make() {
 }
 
 const ServedClass classes[] = {
-    {CLSID_kvTag, L"kvVelmor3.kvTag", L"3.0", L"Velmor template or tag", &make<kvTag>},
-    {CLSID_kvTagInfo, L"kvVelmor3.kvTagInfo", L"3.0", L"Velmor handler catalogue", &make<kvTagInfo>},
-    {CLSID_ITag4, L"kvVelmor3.ITag4", L"3.0", L"Velmor tag handler interface", &make<EmptyHandler>},
-    {CLSID_kvCheck, L"kvVelmor3.kvCheck", L"3.0", L"Velmor template check", &make<kvCheck>},
+#include "com/Classes.inc"
 };
 
 template <class... Faces>

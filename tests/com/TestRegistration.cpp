@@ -29,19 +29,19 @@ constexpr bool is64Bit = sizeof(void*) == 8;
 constexpr REGSAM kOtherView = is64Bit ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
 const std::wstring kPlatform = is64Bit ? L"win64" : L"win32", kOtherPlatform = is64Bit ? L"win32" : L"win64";
 
-// A key of the machine in the view of programs of the other bitness, removed at the end.
+// A key of the machine, removed at the end; in the view of programs of the other bitness unless told.
 class OtherKey {
 public:
-    explicit OtherKey(std::wstring path) : path_(std::move(path)) {
-        EXPECT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, path_.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS | kOtherView,
-                                  nullptr, &key_, nullptr),
+    explicit OtherKey(std::wstring path, REGSAM view = kOtherView) : path_(std::move(path)), view_(view) {
+        EXPECT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, path_.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS | view_, nullptr,
+                                  &key_, nullptr),
                   0);
     }
     OtherKey(const OtherKey&) = delete;
     OtherKey& operator=(const OtherKey&) = delete;
     ~OtherKey() {
         RegCloseKey(key_);
-        RegDeleteKeyExW(HKEY_LOCAL_MACHINE, path_.c_str(), kOtherView, 0);
+        RegDeleteKeyExW(HKEY_LOCAL_MACHINE, path_.c_str(), view_, 0);
     }
     void set(const wchar_t* name, const std::wstring& value) const {
         const auto bytes = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
@@ -50,6 +50,7 @@ public:
 
 private:
     std::wstring path_;
+    REGSAM view_;
     HKEY key_ = nullptr;
 };
 
@@ -174,6 +175,19 @@ TEST_F(Registration, LeavesNoTraceWhenItFails) {
     expectWritten(HKEY_LOCAL_MACHINE);
 }
 
+TEST_F(Registration, TakesThePlaceOfAnOlderOne) {
+    const std::wstring server = L"CLSID\\" + braced(CLSID_kvTag) + L"\\InprocServer32";
+    for (const wchar_t* name : {static_cast<const wchar_t*>(nullptr), L"ThreadingModel", L"Other"}) {
+        const std::wstring path = L"Software\\Classes\\" + server;
+        EXPECT_EQ(RegSetKeyValueW(HKEY_LOCAL_MACHINE, path.c_str(), name, REG_SZ, L"old", sizeof L"old"), 0);
+    }
+    EXPECT_EQ(run("DllRegisterServer"), S_OK);
+    EXPECT_NE(read(HKEY_LOCAL_MACHINE, server).find(L"Velmor3.dll"), std::wstring::npos);
+    expectWritten(HKEY_LOCAL_MACHINE);
+    EXPECT_EQ(run("DllUnregisterServer"), S_OK);
+    expectAbsent(HKEY_LOCAL_MACHINE);
+}
+
 TEST_F(Registration, OnlyPublishedClassesHaveAFactory) {
     const auto getClass = entry<HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**)>("DllGetClassObject");
     ComPtr<IClassFactory> factory;
@@ -189,8 +203,9 @@ TEST(Catalogue, IsThatOfBothBitnesses) {
     catalogue.set(L"ELSEWHERE", L"VelmorTest.Level5");
     catalogue.set(L"LEVEL5", L"VelmorTest.Level3");  // the own view has another class
     catalogue.set(L"OTHERBITS", L"VelmorTest.OtherBits");
-    const OtherKey className(L"Software\\Classes\\VelmorTest.OtherBits");
-    const OtherKey identifier(L"Software\\Classes\\VelmorTest.OtherBits\\CLSID");
+    // Names are shared; Wine keeps them apart.
+    const OtherKey className(L"Software\\Classes\\VelmorTest.OtherBits", 0);
+    const OtherKey identifier(L"Software\\Classes\\VelmorTest.OtherBits\\CLSID", 0);
     identifier.set(nullptr, classId);
     const OtherKey onlyThere(L"Software\\Classes\\CLSID\\" + classId);
     const auto tag = newTag();
