@@ -37,6 +37,8 @@ install(FILES ${PROJECT_BINARY_DIR}/copyright DESTINATION ${CMAKE_INSTALL_DATADI
     COMPONENT program OPTIONAL)
 install(FILES ${PROJECT_BINARY_DIR}/copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libvelmor-dev
     COMPONENT development OPTIONAL)
+install(FILES ${PROJECT_BINARY_DIR}/copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/python3-velmor
+    COMPONENT python OPTIONAL)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME velmor)
@@ -56,4 +58,18 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "zlib1g-dev, libssl-dev")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
     "The C++ library: its header, the static library, and the files for CMake\n and pkg-config.")
+if(VELMOR_HAS_PYTHON)
+    list(APPEND CPACK_COMPONENTS_ALL python)
+endif()
+# The module is of one minor version of Python, and the next one needs another.
+math(EXPR next "${Python_VERSION_MINOR} + 1")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-velmor)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
+    "python3 (>= ${Python_VERSION_MAJOR}.${Python_VERSION_MINOR}), python3 (<< ${Python_VERSION_MAJOR}.${next})")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
+    "${PROJECT_SOURCE_DIR}/src/python/debian/postinst;${PROJECT_SOURCE_DIR}/src/python/debian/prerm")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_COMPONENT_PYTHON_DESCRIPTION
+    "The Python package velmor: it answers the tags of text and RTF templates, finds\n their mistakes, merges and joins RTF documents.")
 include(CPack)
