@@ -13,7 +13,7 @@
 namespace velmor {
 namespace {
 
-constexpr std::u16string_view marker = Module1::mergePageBreakMarker;
+constexpr std::u16string_view mergeMarker = Module1::mergePageBreakMarker;
 
 // After the documents of a part that is not the last one. The width tells the break before it from others.
 constexpr std::u16string_view emptyDocument = u"{\\*\\korvanemergepagebreak}{\\rtf1\\paperw32767}}";
@@ -45,8 +45,8 @@ JoinedParts::JoinedParts(const CleanOptions& options, platform::Guids& guids, co
     part_.groups = tables.hostGroups();
     merge_->mergeHost(host, tables);
     bracketTables(host);
-    const std::size_t end = host.rfind(marker);
-    tail_ = host.substr(end + marker.size());
+    const std::size_t end = host.rfind(mergeMarker);
+    tail_ = host.substr(end + mergeMarker.size());
     host.resize(end);
     head_ = std::move(host);
     const std::u16string head = withTables(head_);
@@ -65,7 +65,7 @@ bool JoinedParts::add(std::u16string document) {
     if (isForeign && namesLaterFont(lifted.text)) return false;
     bracketTables(lifted.text);
     part_.groups.add(groups);
-    part_.documents.append(marker).append(lifted.text);
+    part_.documents.append(mergeMarker).append(lifted.text);
     return part_.documents.size() <= largestPart_ && !isAmbiguous_;
 }
 
