@@ -94,7 +94,7 @@ void LetterMaker::evaluate(const Record& record, Letter& letter) {
         if (letter.isThere) return;
     }
     ErrorReport errors(plan_.name, plan_.places);
-    tag->Value(plan_.input.document().text);
+    tag->Value(plan_.compiled);
     std::u16string result = tag->Result();
     if (tag->hasFailed()) throw RecordFailure(failureOf(errors));
     letter.remarks = linesOf(errors);

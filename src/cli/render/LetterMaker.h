@@ -3,13 +3,14 @@
 #include <memory>
 #include <optional>
 
+#include "check/TemplatePlaces.h"
 #include "cli/Cleaning.h"
 #include "cli/ErrorReport.h"
 #include "cli/TemplateInput.h"
-#include "check/TemplatePlaces.h"
 #include "cli/render/FileNames.h"
 #include "cli/render/Letter.h"
 #include "cli/render/RecordReader.h"
+#include "core/CompiledTemplate.h"
 #include "platform/Services.h"
 
 namespace velmor::cli {
@@ -17,11 +18,15 @@ namespace velmor::cli {
 // What all threads share: the template, its places, and what to do with each letter.
 struct LetterPlan {
     LetterPlan(TemplateInput& used, std::string templateName)
-        : input(used), name(std::move(templateName)), places(used.document().text) {}
+        : input(used),
+          name(std::move(templateName)),
+          places(used.document().text),
+          compiled(used.services(), used.document().text) {}
 
     TemplateInput& input;
     const std::string name;  // of the template, for messages
     const TemplatePlaces places;
+    const CompiledTemplate compiled;
     const FileNames* names = nullptr;  // if each letter is a file
     bool leavesThere = false;          // files that are there stay
     std::optional<Cleaning> cleaning;  // of each letter by itself; letters are RTF then
