@@ -1,5 +1,6 @@
 #include "cli/Commands.h"
 
+#include <algorithm>
 #include <sstream>
 #include <utility>
 #include <vector>
@@ -7,9 +8,13 @@
 #include "cli/Cleaning.h"
 #include "cli/Documents.h"
 #include "cli/MergeReportFile.h"
+#include "cli/Output.h"
+#include "cli/SpoolFile.h"
 #include "cli/Streams.h"
 #include "rtf/clean/CleanRTF.h"
 #include "rtf/clean/JoinDocuments.h"
+#include "rtf/clean/JoinedCleaning.h"
+#include "rtf/merge/MergeReport.h"
 #include "rtf/pages/MergePageBreaks.h"
 #include "text/Compare.h"
 #include "text/Encoding.h"
@@ -17,22 +22,29 @@
 namespace velmor::cli {
 namespace {
 
+// Counts the markers of merge page breaks in a text that comes in pieces.
+class MarkerCount {
+public:
+    void add(std::u16string_view piece) {
+        constexpr std::u16string_view marker = Module1::mergePageBreakMarker;
+        const std::u16string text = end_ + std::u16string(piece);
+        for (std::size_t at = 0; (at = findText(text, marker, at, Comparison::binary)) != text.npos; ++at) ++count_;
+        end_ = text.substr(text.size() - std::min(text.size(), marker.size() - 1));
+    }
+    std::size_t count() const noexcept { return count_; }
+
+private:
+    std::u16string end_;  // too short for a marker
+    std::size_t count_ = 0;
+};
+
 class CleanRun {
 public:
     CleanRun(platform::Services& services, const CleanCommandOptions& options)
         : services_(services), options_(options), joins_(options.inputs.size() > 1) {}
 
     ExitCode run() {
-        std::u16string text = joins_ ? join() : read(options_.inputs.front());
-        if (Module1::isCleanable(text)) {
-            clean(text, options_.inputs, joins_ || options_.merge);
-        } else if (!holdsTag_) {
-            tell(inputName(options_.inputs.front()) + " is not RTF of version 1; it is not changed");
-        }
-        if (!options_.report.empty()) {
-            writeAll(services_.files, options_.report, jsonText({{"version", 1}, {"runs", std::move(runs_)}}) + "\n");
-        }
-        writeAll(services_.files, options_.output, encodeResult(text, TextEncoding::ansi));
+        joins_ ? join() : cleanOne();
         return reported_ ? exitReported : exitDone;
     }
 
@@ -44,26 +56,69 @@ private:
         return text;
     }
 
-    // Each document is cleaned by itself first, so that its markers for headers and footers have their effect.
-    std::u16string join() {
-        const auto& inputs = options_.inputs;
-        std::vector<std::u16string> texts;
-        for (const std::string& input : inputs) texts.push_back(read(input));
-        for (std::size_t i = 0; i < texts.size() && !holdsTag_; ++i) clean(texts[i], {inputs[i]}, false);
-        std::vector<std::string> names;
-        for (const std::string& input : inputs) names.push_back(inputName(input));
-        return joinDocuments(std::move(texts), names, [this](const std::string& name, std::size_t lost) {
-            tell(name + ": " + std::to_string(lost) + (lost == 1 ? " character" : " characters") +
-                 " outside the document left out");
-        });
+    void cleanOne() {
+        const std::string& input = options_.inputs.front();
+        std::u16string text = read(input);
+        const bool isCleanable = Module1::isCleanable(text);
+        if (isCleanable) clean(text, input, options_.merge);
+        if (!isCleanable && !holdsTag_) tellNotRtf();
+        if (isCleanable && options_.merge) {
+            MarkerCount breaks;
+            breaks.add(text);
+            reportPageBreaks(breaks);
+        }
+        writeReport();
+        writeAll(services_.files, options_.output, encodeResult(text, TextEncoding::ansi));
     }
 
-    void clean(std::u16string& text, const std::vector<std::string>& inputs, bool mergeMode) {
+    // All documents are read before one is cleaned: if one holds a tag, none is. Each is cleaned by itself first, so
+    // that its markers for headers and footers have their effect.
+    void join() {
+        SpoolFile asRead(services_), letters(services_), cleaned(services_);
+        SpooledTexts texts(asRead);
+        bool isRtf = false;
+        for (const std::string& input : options_.inputs) {
+            const std::u16string text = read(input);
+            isRtf = isRtf || Module1::isCleanable(text);
+            texts.add(text);
+        }
+        MergeReport merged;
+        CleanOptions options = cleanOptions({options_.exact, options_.styles, true});
+        if (!options_.report.empty()) options.report = &merged;
+        JoinedCleaning joining(options, services_, letters, cleaned,
+                               [this](const std::string& name, std::size_t count) { tellLost(name, count); });
+        texts.rewind();
+        std::u16string text;
+        for (std::size_t i = 0; texts.next(text); ++i) {
+            if (!holdsTag_) clean(text, options_.inputs[i], false);
+            joining.add(std::move(text), inputName(options_.inputs[i]));
+        }
+        Output output(services_.files, options_.output);
+        MarkerCount breaks;
+        joining.finish([&](std::u16string_view piece) {
+            breaks.add(piece);
+            output.write(toAnsi(piece));  // the documents were in this code page
+        });
+        if (!holdsTag_ && isRtf) {
+            if (options.report != nullptr) runs_.push_back(jsonOf(merged, options_.inputs));
+            reportPageBreaks(breaks);
+        } else if (!holdsTag_) {
+            tellNotRtf();
+        }
+        writeReport();
+        output.finish();
+    }
+
+    void clean(std::u16string& text, const std::string& input, bool mergeMode) {
         MergeReport merged;
         const bool isReported = !options_.report.empty();
         cli::clean(services_, text, {options_.exact, options_.styles, mergeMode}, isReported ? &merged : nullptr);
-        if (isReported) runs_.push_back(jsonOf(merged, inputs));
-        if (mergeMode) reportPageBreaks(text);
+        if (isReported) runs_.push_back(jsonOf(merged, {input}));
+    }
+
+    void writeReport() {
+        if (options_.report.empty()) return;
+        writeAll(services_.files, options_.report, jsonText({{"version", 1}, {"runs", std::move(runs_)}}) + "\n");
     }
 
     void reportTag(std::u16string_view text, const std::string& input) {
@@ -74,11 +129,16 @@ private:
              (joins_ ? "the documents are joined, but not cleaned" : "it is not changed"));
     }
 
-    void reportPageBreaks(std::u16string_view text) {
-        constexpr std::u16string_view marker = Module1::mergePageBreakMarker;
-        std::size_t count = 0;
-        for (std::size_t at = 0; (at = findText(text, marker, at, Comparison::binary)) != text.npos; ++at) ++count;
-        if (count > 0) tell("page breaks between joined documents that could not be made: " + std::to_string(count));
+    void reportPageBreaks(const MarkerCount& breaks) {
+        if (breaks.count() == 0) return;
+        tell("page breaks between joined documents that could not be made: " + std::to_string(breaks.count()));
+    }
+
+    void tellNotRtf() { tell(inputName(options_.inputs.front()) + " is not RTF of version 1; it is not changed"); }
+
+    void tellLost(const std::string& name, std::size_t count) {
+        tell(name + ": " + std::to_string(count) + (count == 1 ? " character" : " characters") +
+             " outside the document left out");
     }
 
     void tell(const std::string& message) {

@@ -18,6 +18,14 @@ void clean(platform::Services& services, std::u16string& text, const Cleaning& h
     tag->Dispose();
 }
 
+CleanOptions cleanOptions(const Cleaning& how) {
+    CleanOptions options;
+    options.mergeMode = how.mergeMode;
+    options.tolerant = !how.exact;
+    options.styles = styleConflictOf(fromUtf8(how.styles));
+    return options;
+}
+
 std::size_t positionOfTag(std::u16string_view text) noexcept {
     return findText(text, u"<KV:", 0, Comparison::text) + 1;  // npos becomes 0
 }

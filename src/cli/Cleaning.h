@@ -5,10 +5,7 @@
 #include <string_view>
 
 #include "platform/Services.h"
-
-namespace velmor {
-struct MergeReport;
-}
+#include "rtf/edit/CleanOptions.h"
 
 namespace velmor::cli {
 
@@ -21,6 +18,9 @@ struct Cleaning {
 
 // Cleans in place; `report` receives what merging did. A text that still holds a tag stays as it is.
 void clean(platform::Services& services, std::u16string& text, const Cleaning& how, MergeReport* report = nullptr);
+
+// The same for the engine.
+CleanOptions cleanOptions(const Cleaning& how);
 
 // The position of the first tag that is left, from 1; 0 without one.
 std::size_t positionOfTag(std::u16string_view text) noexcept;

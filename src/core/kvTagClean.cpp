@@ -6,7 +6,6 @@
 #include "core/TimingLog.h"
 #include "core/kvTag.h"
 #include "rtf/clean/CleanRTF.h"
-#include "text/Compare.h"
 
 namespace velmor {
 namespace {
@@ -30,9 +29,7 @@ CleanOptions optionsOf(kvTag& tag) {
     CleanOptions options;
     options.mergeMode = tag.CleanRTFMergeMode();
     options.tolerant = isTolerant(tag.services(), tag.Properties());
-    const std::u16string styles = tag.Properties().getText(u"kvTag.Styles", automation::Variant(u""));
-    if (equalIgnoringCase(styles, u"host")) options.styles = StyleConflict::host;
-    if (equalIgnoringCase(styles, u"keep")) options.styles = StyleConflict::keep;
+    options.styles = styleConflictOf(tag.Properties().getText(u"kvTag.Styles", automation::Variant(u"")));
     return options;
 }
 

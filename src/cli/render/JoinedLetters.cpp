@@ -2,29 +2,24 @@
 
 #include <utility>
 
-#include "cli/Streams.h"
-#include "rtf/clean/JoinDocuments.h"
-
 namespace velmor::cli {
-namespace {
 
-void tellLost(const std::string& name, std::size_t count) {
-    report(name + ": " + std::to_string(count) + (count == 1 ? " character" : " characters") +
-           " outside the document left out");
-}
+JoinedLetters::JoinedLetters(platform::Services& services, const Cleaning& how, JoinedCleaning::Lost lost)
+    : letters_(services),
+      cleaned_(services),
+      joining_(cleanOptions(how), services, letters_, cleaned_, std::move(lost)) {}
 
-}  // namespace
-
+// The first letter is not cleaned once more if it remains the only one.
 void JoinedLetters::add(std::u16string document, const std::string& name) {
-    joinDocuments({document}, {name}, {});  // its closing brace is there
-    documents_.push_back(std::move(document));
-    names_.push_back(name);
+    std::u16string kept = count_ == 0 ? document : std::u16string();
+    joining_.add(std::move(document), name);
+    only_ = std::move(kept);
+    ++count_;
 }
 
 void JoinedLetters::finish(const std::function<void(std::u16string_view)>& write) {
-    std::u16string joined = joinDocuments(std::exchange(documents_, {}), names_, &tellLost);
-    if (names_.size() > 1) clean(services_, joined, how_);
-    write(joined);
+    if (count_ == 1) return write(only_);
+    joining_.finish(write);
 }
 
 }  // namespace velmor::cli

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
+
+#include "text/Compare.h"
 
 namespace velmor {
 
@@ -12,6 +15,12 @@ enum class StyleConflict : std::uint8_t {
     host,    // it looks as the definition says that came first
     keep     // it has the style that came first, and looks by direct formatting as its own one says
 };
+
+// "host" and "keep", without regard to case; any other text means rename.
+inline StyleConflict styleConflictOf(std::u16string_view name) noexcept {
+    if (equalIgnoringCase(name, u"host")) return StyleConflict::host;
+    return equalIgnoringCase(name, u"keep") ? StyleConflict::keep : StyleConflict::rename;
+}
 
 // The options of one run of cleaning, for all stages.
 struct CleanOptions {
