@@ -162,7 +162,7 @@ class Letters(RenderTest):
     def test_errors_have_their_record_and_place(self):
         template = b"<KV:TAG>PROPERTY:Id=:</KV>\n <KV:NONE>X:</KV>"
         data = b"Id,Name\n1,a\n,b\n3,c\n"
-        self.assertEqual(self.render(data, template=template, expect=REPORTED), b"1\n \n 3\n ")
+        self.assertEqual(self.render(data, "--jobs", "1", template=template, expect=REPORTED), b"1\n \n 3\n ")
         self.assertIn("'data.csv':2: record 1: 'letter.txt':2:2: <KV:NONE>X:</KV>", self.messages)
         self.assertIn("'data.csv': 2 more with: 'letter.txt':2:2", self.messages)
         template = b"<KV:TAG>PROPERTY:Id:</KV><KV:TAG>PROPERTY:Place:</KV>"
