@@ -7,7 +7,7 @@
 namespace velmor::bench {
 
 // About 145 bytes of RTF between two tags.
-inline constexpr std::u16string_view kParagraph =
+inline constexpr std::u16string_view paragraph =
     u"\\pard\\plain \\s1\\qj\\fi360\\li0\\ri0\\sl276\\slmult1\\widctlpar {\\f1\\fs22\\lang1033 "
     u"The quick brown fox jumps over the lazy dog {\\b and so on} \\par }\r\n";
 

@@ -15,7 +15,7 @@ namespace {
 std::u16string flatTemplate(std::int64_t tags, bool isRtf) {
     std::u16string text = isRtf ? u"{\\rtf1\\ansi " : u"";
     for (std::size_t i = 0; i < static_cast<std::size_t>(tags); ++i) {
-        text.append(isRtf ? kParagraph : u"a line of text\r\n").append(distinctTag(i));
+        text.append(isRtf ? paragraph : u"a line of text\r\n").append(distinctTag(i));
     }
     return isRtf ? text + u"}" : text;
 }

@@ -94,7 +94,7 @@ private:
 
 std::u16string templateOf(std::size_t tags) {
     std::u16string text = u"{\\rtf1\\ansi ";
-    for (std::size_t index = 0; index < tags; ++index) text.append(kParagraph).append(distinctTag(index));
+    for (std::size_t index = 0; index < tags; ++index) text.append(paragraph).append(distinctTag(index));
     return text + u"}";
 }
 
@@ -136,7 +136,7 @@ int run(const char* component, const std::vector<std::size_t>& sizes) {
     std::printf("%10s %12s %12s %8s\n", "tags", "floor ms", "ours ms", "ratio");
     for (const std::size_t tags : sizes) {
         const std::u16string text = templateOf(tags);
-        const std::size_t left = tags * kParagraph.size();
+        const std::size_t left = tags * paragraph.size();
         const double floor = seconds([&] { return floorOf(text).size(); }, left);
         const double ours = seconds([&] { return evaluator.evaluate(text); }, left);
         rows.push_back({static_cast<double>(tags), floor, ours});

@@ -55,7 +55,7 @@ struct Workload {
     platform::MemoryServices services;
 
     Workload(Shape shape, std::size_t tags) : properties(std::make_shared<privProperties>(services)) {
-        for (std::size_t i = 0; i < tags; ++i) text.append(kParagraph).append(tagText(shape, i));
+        for (std::size_t i = 0; i < tags; ++i) text.append(paragraph).append(tagText(shape, i));
         text += u"}";
         if (shape == Shape::properties256) {
             for (std::size_t i = 0; i < 256; ++i) properties->AddStr(numbered(u"p", i), numbered(u"value ", i));

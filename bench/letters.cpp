@@ -17,11 +17,12 @@
 namespace velmor::bench {
 namespace {
 
-constexpr std::array<const char*, 8> kFields = {"Title", "Name", "Street", "City", "Order", "Date", "Amount", "Clerk"};
+constexpr std::array<const char*, 8> fieldNames = {"Title", "Name", "Street", "City",
+                                                   "Order", "Date", "Amount", "Clerk"};
 
 // A field as a tag of either library.
 std::string field(std::size_t index, bool isOurs) {
-    const std::string name = kFields[index];
+    const std::string name = fieldNames[index];
     return isOurs ? "<KV:TAG>PROPERTY:" + name + "=:</KV>" : "{{" + name + "}}";
 }
 
@@ -33,18 +34,18 @@ std::string smallLetter(bool isOurs) {
 }
 
 std::string value(std::size_t index, std::size_t letter) {
-    return std::string(kFields[index]) + " no " + std::to_string(letter);
+    return std::string(fieldNames[index]) + " no " + std::to_string(letter);
 }
 
 std::string byVelmor(const Engine& engine, const Template& compiled, std::size_t letter) {
     Properties properties;
-    for (std::size_t i = 0; i < kFields.size(); ++i) properties.setText(kFields[i], value(i, letter));
+    for (std::size_t i = 0; i < fieldNames.size(); ++i) properties.setText(fieldNames[i], value(i, letter));
     return utf8(engine.evaluate(compiled, properties).text);
 }
 
 std::string byCtemplate(ctemplate::Template& compiled, std::size_t letter) {
     ctemplate::TemplateDictionary values("letter");
-    for (std::size_t i = 0; i < kFields.size(); ++i) values.SetValue(kFields[i], value(i, letter));
+    for (std::size_t i = 0; i < fieldNames.size(); ++i) values.SetValue(fieldNames[i], value(i, letter));
     std::string text;
     compiled.Expand(&text, &values);
     return text;
@@ -72,14 +73,14 @@ std::u16string longLetter(std::size_t tags) {
         text +=
             u"\\pard\\plain\\sa160\\sl288\\slmult1\\f0\\fs21 The instruments left our workshop on the day, and "
             u"<KV:TAG>PROPERTY:" +
-            utf16(kFields[i % kFields.size()]) + u"=nobody:</KV> has signed for them.\\par\n";
+            utf16(fieldNames[i % fieldNames.size()]) + u"=nobody:</KV> has signed for them.\\par\n";
     }
     return text + u"}";
 }
 
 Properties longValues() {
     Properties properties;
-    for (std::size_t i = 0; i < kFields.size(); ++i) properties.setText(kFields[i], value(i, 1));
+    for (std::size_t i = 0; i < fieldNames.size(); ++i) properties.setText(fieldNames[i], value(i, 1));
     return properties;
 }
 

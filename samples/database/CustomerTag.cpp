@@ -13,7 +13,7 @@ using velmor::automation::Variant;
 
 namespace {
 
-constexpr std::int32_t kLevel = 5;
+constexpr std::int32_t level = 5;
 
 ObjectRef objectOf(const Variant& answer) {
     ObjectRef object = answer.object();
@@ -35,8 +35,8 @@ Variant valueFor(const ObjectRef& tag) {
 }  // namespace
 
 Variant CustomerTag::invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) {
-    static const velmor::automation::DispatchTable kMembers({
-        {u"Interface", MemberKind::get, 0, 0, [](CustomerTag&, Arguments&) -> Variant { return kLevel; }},
+    static const velmor::automation::DispatchTable members({
+        {u"Interface", MemberKind::get, 0, 0, [](CustomerTag&, Arguments&) -> Variant { return level; }},
         {u"GetTagValue", MemberKind::method, 1, 1,
          [](CustomerTag&, Arguments& args) -> Variant {
              if (!args.object(0)) throw velmor::Error(13);
@@ -53,7 +53,7 @@ Variant CustomerTag::invoke(std::u16string_view name, InvokeKind kind, std::span
         {u"ParameterValueList", MemberKind::get, 2, 4, [](CustomerTag&, Arguments&) -> Variant { return u""; }},
         {u"Dispose", MemberKind::method, 0, 0, [](CustomerTag&, Arguments&) -> Variant { return {}; }},
     });
-    return kMembers.invoke(*this, name, kind, arguments);
+    return members.invoke(*this, name, kind, arguments);
 }
 
 }  // namespace sample

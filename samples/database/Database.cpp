@@ -13,7 +13,7 @@ using velmor::automation::Variant;
 
 namespace {
 
-constexpr const char* kTables = R"(
+constexpr const char* tables = R"(
     CREATE TABLE IF NOT EXISTS customers (id INTEGER PRIMARY KEY, name TEXT NOT NULL, city TEXT NOT NULL);
     CREATE TABLE IF NOT EXISTS items (
         type INTEGER NOT NULL, account INTEGER NOT NULL, name TEXT NOT NULL, PRIMARY KEY (type, account));
@@ -28,7 +28,7 @@ constexpr const char* kTables = R"(
 
 void Database::Open(std::u16string_view psPath) {
     Connection opened(psPath);
-    opened.execute(kTables);
+    opened.execute(tables);
     connection_ = std::move(opened);
 }
 
@@ -54,7 +54,7 @@ void Database::LogEvent(std::u16string_view psName, std::u16string_view psMessag
 }
 
 Variant Database::invoke(std::u16string_view name, velmor::automation::InvokeKind kind, std::span<Variant> arguments) {
-    static const velmor::automation::DispatchTable kMembers({
+    static const velmor::automation::DispatchTable members({
         {u"Open", MemberKind::method, 1, 1,
          [](Database& self, Arguments& args) -> Variant { return self.Open(args.text(0)), Variant(); }},
         {u"Close", MemberKind::method, 0, 0,
@@ -69,7 +69,7 @@ Variant Database::invoke(std::u16string_view name, velmor::automation::InvokeKin
              return self.LogEvent(args.text(0), args.text(1), args.longInteger(2), args.longInteger(3)), Variant();
          }},
     });
-    return kMembers.invoke(*this, name, kind, arguments);
+    return members.invoke(*this, name, kind, arguments);
 }
 
 }  // namespace sample

@@ -13,21 +13,21 @@ using velmor::automation::ObjectRef;
 using velmor::automation::Variant;
 
 Variant ObjectItem::invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) {
-    static const DispatchTable kMembers({
+    static const DispatchTable members({
         {u"ItemAccount", MemberKind::get, 0, 0, [](ObjectItem& self, Arguments&) -> Variant { return self.account_; }},
         {u"Name", MemberKind::get, 0, 0, [](ObjectItem& self, Arguments&) -> Variant { return self.name_; }},
     });
-    return kMembers.invoke(*this, name, kind, arguments);
+    return members.invoke(*this, name, kind, arguments);
 }
 
 Variant TypeDefinition::invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) {
-    static const DispatchTable kMembers({
+    static const DispatchTable members({
         {u"IsDefined", MemberKind::get, 0, 0,
          [](TypeDefinition& self, Arguments&) -> Variant { return !self.className_.empty(); }},
         {u"ClassName", MemberKind::get, 0, 0,
          [](TypeDefinition& self, Arguments&) -> Variant { return self.className_; }},
     });
-    return kMembers.invoke(*this, name, kind, arguments);
+    return members.invoke(*this, name, kind, arguments);
 }
 
 ObjectRef TypeCatalogue::GetObjectTypeDef(std::u16string_view psName) const {
@@ -37,11 +37,11 @@ ObjectRef TypeCatalogue::GetObjectTypeDef(std::u16string_view psName) const {
 }
 
 Variant TypeCatalogue::invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) {
-    static const DispatchTable kMembers({
+    static const DispatchTable members({
         {u"GetObjectTypeDef", MemberKind::method, 1, 1,
          [](TypeCatalogue& self, Arguments& args) -> Variant { return self.GetObjectTypeDef(args.text(0)); }},
     });
-    return kMembers.invoke(*this, name, kind, arguments);
+    return members.invoke(*this, name, kind, arguments);
 }
 
 void Customer::Database(const ObjectRef& object) {
@@ -59,7 +59,7 @@ bool Customer::OpenItem(std::int32_t plID) {
 }
 
 Variant Customer::invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) {
-    static const DispatchTable kMembers({
+    static const DispatchTable members({
         {u"Database", MemberKind::set, 0, 0,
          [](Customer& self, Arguments& args) -> Variant { return self.Database(args.object(0)), Variant(); }},
         {u"OpenItem", MemberKind::method, 1, 1,
@@ -67,7 +67,7 @@ Variant Customer::invoke(std::u16string_view name, InvokeKind kind, std::span<Va
         {u"Name", MemberKind::get, 0, 0, [](Customer& self, Arguments&) -> Variant { return self.name_; }},
         {u"City", MemberKind::get, 0, 0, [](Customer& self, Arguments&) -> Variant { return self.city_; }},
     });
-    return kMembers.invoke(*this, name, kind, arguments);
+    return members.invoke(*this, name, kind, arguments);
 }
 
 }  // namespace sample

@@ -68,7 +68,7 @@ namespace {
 
 std::u16string cleaned(platform::Services& services, std::u16string text, bool exact, bool merge) {
     const auto tag = std::make_shared<kvTag>(services);
-    tag->Properties().own()->AddBoolean(api::kTolerant, !exact, true);
+    tag->Properties().own()->AddBoolean(api::tolerant, !exact, true);
     tag->CleanRTFMergeMode(merge);
     tag->CleanRTF(text);
     tag->Dispose();

@@ -8,7 +8,7 @@ OptionProperties::OptionProperties(privProperties& properties, const EvaluateOpt
     : properties_(properties) {
     static constexpr std::u16string_view missing[] = {u"empty", u"keep", u"mark", u"fail"};
     static constexpr std::u16string_view dataTags[] = {u"allow", u"report", u"refuse"};
-    if (options.exact || !properties.Item(kTolerant)) put(kTolerant, Variant(!options.exact));
+    if (options.exact || !properties.Item(tolerant)) put(tolerant, Variant(!options.exact));
     if (options.missing != Missing::empty) put(u"kvTag.Missing", missing[static_cast<int>(options.missing)]);
     if (options.dataTags != DataTags::allow) put(u"kvTag.Data Tags", dataTags[static_cast<int>(options.dataTags)]);
     if (options.includeRoot) put(u"kvTag.Include Root", *options.includeRoot);

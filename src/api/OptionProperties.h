@@ -12,7 +12,7 @@
 
 namespace velmor::api {
 
-inline constexpr std::u16string_view kTolerant = u"kvTag.RTF Tolerant";
+inline constexpr std::u16string_view tolerant = u"kvTag.RTF Tolerant";
 
 // Options as properties, which evaluation and checks read. Afterwards the collection has its own again.
 class OptionProperties {

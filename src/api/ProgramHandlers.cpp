@@ -19,9 +19,9 @@ using automation::MemberKind;
 using automation::Variant;
 
 // Precedes the path in the name of a program handler's class. No registered class name begins so.
-constexpr std::u16string_view kClassPrefix = u"\\program\\";
+constexpr std::u16string_view classPrefix = u"\\program\\";
 
-constexpr std::int32_t kLevelThatAnswers = 3;  // see ITag4
+constexpr std::int32_t levelThatAnswers = 3;  // see ITag4
 
 class ProgramHandler final : public automation::Object {
 public:
@@ -30,7 +30,7 @@ public:
     Variant invoke(std::u16string_view name, automation::InvokeKind kind, std::span<Variant> arguments) override {
         static const automation::DispatchTable members({
             {u"Interface", MemberKind::get, 0, 0,
-             [](ProgramHandler&, Arguments&) { return Variant(kLevelThatAnswers); }},
+             [](ProgramHandler&, Arguments&) { return Variant(levelThatAnswers); }},
             {u"GetTagValue", MemberKind::method, 1, 1,
              [](ProgramHandler& self, Arguments& given) { return Variant(self.answer(given.object(0))); }},
         });
@@ -47,7 +47,7 @@ private:
         } catch (const std::bad_alloc&) {
             throw;
         } catch (const std::exception& error) {
-            throw Error(kAutomationError, fromUtf8(error.what()));
+            throw Error(automationError, fromUtf8(error.what()));
         }
     }
 
@@ -58,7 +58,7 @@ private:
 
 void ProgramHandlers::set(std::u16string_view name, Answer answer) {
     const HandlerAddress address = HandlerAddress::parse(name);
-    const std::u16string key(address.group.empty() ? kHandlersKey : kSubHandlersKey);
+    const std::u16string key(address.group.empty() ? handlersKey : subHandlersKey);
     answers_[upperCase(key + u'\\' + address.group + address.name)] = std::move(answer);
 }
 
@@ -71,13 +71,13 @@ std::optional<std::u16string> HandlerRegistry::value(std::u16string_view key, st
     std::u16string path(key);
     if (!path.ends_with(u'\\')) path += u'\\';
     path += name;
-    if (handlers_.find(path) != nullptr) return std::u16string(kClassPrefix).append(path);
+    if (handlers_.find(path) != nullptr) return std::u16string(classPrefix).append(path);
     return machine_.value(key, name);
 }
 
 automation::ObjectRef HandlerObjects::create(std::u16string_view className) {
-    if (!className.starts_with(kClassPrefix)) return machine_.create(className);
-    const Answer* const answer = handlers_.find(className.substr(kClassPrefix.size()));
+    if (!className.starts_with(classPrefix)) return machine_.create(className);
+    const Answer* const answer = handlers_.find(className.substr(classPrefix.size()));
     if (answer == nullptr) throw Error(429);
     return std::make_shared<ProgramHandler>(*answer);
 }

@@ -23,12 +23,12 @@ platform::Services& api::machine() {
 namespace {
 
 std::optional<automation::Decimal> decimalOf(std::u16string_view digits) {
-    constexpr std::ptrdiff_t kMostDigits = 28;
+    constexpr std::ptrdiff_t mostDigits = 28;
     const std::u16string_view number = digits.substr(digits.starts_with(u'-') ? 1 : 0);
     const std::ptrdiff_t count =
         std::count_if(number.begin(), number.end(), [](char16_t unit) { return isDigit(unit); });
     const auto points = static_cast<std::size_t>(std::count(number.begin(), number.end(), u'.'));
-    if (count == 0 || count > kMostDigits || points > 1) return std::nullopt;
+    if (count == 0 || count > mostDigits || points > 1) return std::nullopt;
     if (static_cast<std::size_t>(count) + points != number.size()) return std::nullopt;
     return automation::portable::toDecimal(Variant(digits));
 }

@@ -13,7 +13,7 @@ std::vector<TracedTag> tracedTags(const TraceCollector& trace, const TemplatePla
     tags.reserve(starts.size());
     for (std::size_t index = 0; index < starts.size(); ++index) {
         const TraceCollector::Tag& from = trace.tags()[index];
-        const bool isOutermost = from.parent == TraceCollector::kNone;
+        const bool isOutermost = from.parent == TraceCollector::noTag;
         const bool hasPlace = isOutermost && from.index > 0;
         TracedTag& tag = tags.emplace_back();
         tag.parent = isOutermost ? 0 : std::size_t{from.parent} + 1;

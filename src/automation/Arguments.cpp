@@ -14,8 +14,8 @@ bool Arguments::has(std::size_t index) const noexcept {
 }
 
 const Variant& Arguments::variant(std::size_t index) const noexcept {
-    static const Variant kMissing = Variant::missing();
-    return index < values_.size() ? values_[index] : kMissing;
+    static const Variant missingValue = Variant::missing();
+    return index < values_.size() ? values_[index] : missingValue;
 }
 
 TextArgument Arguments::textArgument(std::size_t index) const {

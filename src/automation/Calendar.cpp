@@ -8,8 +8,8 @@ namespace velmor::automation {
 
 namespace {
 
-constexpr int kDaySeconds = 86400;
-constexpr std::chrono::sys_days kDayZero = std::chrono::year{1899} / 12 / 30;
+constexpr int daySeconds = 86400;
+constexpr std::chrono::sys_days dayZero = std::chrono::year{1899} / 12 / 30;
 
 struct DayAndSecond {
     int day = 0;
@@ -22,14 +22,14 @@ std::optional<DayAndSecond> split(Date date) {
     if (!(date.days > -657435 && date.days < 2958466)) return std::nullopt;
     const double whole = std::trunc(date.days);
     DayAndSecond parts{static_cast<int>(whole),
-                       static_cast<int>(std::lround(std::fabs(date.days - whole) * kDaySeconds))};
-    if (parts.second == kDaySeconds) parts = {parts.day + 1, 0};
+                       static_cast<int>(std::lround(std::fabs(date.days - whole) * daySeconds))};
+    if (parts.second == daySeconds) parts = {parts.day + 1, 0};
     if (parts.day > 2958465) return std::nullopt;
     return parts;
 }
 
 DateFields fieldsOf(DayAndSecond parts) {
-    const std::chrono::year_month_day day{kDayZero + std::chrono::days{parts.day}};
+    const std::chrono::year_month_day day{dayZero + std::chrono::days{parts.day}};
     return {int{day.year()},
             static_cast<int>(unsigned{day.month()}),
             static_cast<int>(unsigned{day.day()}),
@@ -70,8 +70,8 @@ std::optional<Date> dateFromFields(const DateFields& fields) {
                                           std::chrono::month{static_cast<unsigned>(fields.month)},
                                           std::chrono::day{static_cast<unsigned>(fields.day)}};
     if (!day.ok()) return std::nullopt;
-    const double days = static_cast<double>((std::chrono::sys_days{day} - kDayZero).count());
-    const double time = (fields.hour * 3600 + fields.minute * 60 + fields.second) / double{kDaySeconds};
+    const double days = static_cast<double>((std::chrono::sys_days{day} - dayZero).count());
+    const double time = (fields.hour * 3600 + fields.minute * 60 + fields.second) / double{daySeconds};
     return Date{days < 0 ? days - time : days + time};
 }
 

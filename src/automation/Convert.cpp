@@ -21,8 +21,8 @@ bool isConvertible(const Variant& value) {
 bool isTrueWord(std::u16string_view text) {
     while (!text.empty() && text.front() == u' ') text.remove_prefix(1);
     while (!text.empty() && text.back() == u' ') text.remove_suffix(1);
-    constexpr std::u16string_view kWords[] = {u"true", u"yes", u"y", u"t", u"on"};
-    return std::ranges::any_of(kWords, [&](std::u16string_view word) { return equalIgnoringCase(text, word); });
+    constexpr std::u16string_view words[] = {u"true", u"yes", u"y", u"t", u"on"};
+    return std::ranges::any_of(words, [&](std::u16string_view word) { return equalIgnoringCase(text, word); });
 }
 
 }  // namespace

@@ -13,9 +13,9 @@ namespace velmor::automation::portable {
 
 namespace {
 
-constexpr std::array<std::u16string_view, 7> kWeekdays{u"Sunday",   u"Monday", u"Tuesday", u"Wednesday",
-                                                       u"Thursday", u"Friday", u"Saturday"};
-constexpr std::size_t kLongestText = 100;  // the longest date
+constexpr std::array<std::u16string_view, 7> weekdays{u"Sunday",   u"Monday", u"Tuesday", u"Wednesday",
+                                                      u"Thursday", u"Friday", u"Saturday"};
+constexpr std::size_t longestText = 100;  // the longest date
 
 struct Token {
     enum class Kind { number, month, weekday, morning, afternoon, separator } kind;
@@ -40,7 +40,7 @@ std::optional<Token> wordToken(std::u16string_view word) {
     if (equalIgnoringCase(word, u"AM") || equalIgnoringCase(word, u"A")) return Token{Kind::morning};
     if (equalIgnoringCase(word, u"PM") || equalIgnoringCase(word, u"P")) return Token{Kind::afternoon};
     if (const auto month = entryOf(monthNames, word)) return Token{Kind::month, *month + 1};
-    if (entryOf(kWeekdays, word)) return Token{Kind::weekday};
+    if (entryOf(weekdays, word)) return Token{Kind::weekday};
     return std::nullopt;
 }
 
@@ -210,16 +210,16 @@ void assumeYear(int year) noexcept {
 }
 
 std::optional<Date> parseDate(std::u16string_view text, std::uint32_t flags) {
-    constexpr std::uint32_t kTimeOnly = 1;
-    constexpr std::uint32_t kDayOnly = 2;
-    if (text.size() > kLongestText) return std::nullopt;
+    constexpr std::uint32_t timeOnly = 1;
+    constexpr std::uint32_t dayOnly = 2;
+    if (text.size() > longestText) return std::nullopt;
     auto tokens = tokensOf(text);
     if (!tokens) return std::nullopt;
     auto date = DateReader(*std::move(tokens)).read();
     if (!date) return std::nullopt;
     const double day = std::trunc(date->days);
-    if ((flags & kTimeOnly) != 0) return Date{std::fabs(date->days - day)};
-    if ((flags & kDayOnly) != 0) return Date{day};
+    if ((flags & timeOnly) != 0) return Date{std::fabs(date->days - day)};
+    if ((flags & dayOnly) != 0) return Date{day};
     return date;
 }
 

@@ -17,14 +17,14 @@ namespace velmor::automation {
 
 // A class declares its late-bound members once, as rows, and serves Object::invoke from them:
 //
-//     const DispatchTable kMembers(u"Item", {
+//     const DispatchTable members(u"Item", {
 //         {u"Item", MemberKind::get, 1, 1, [](kvTags& self, Arguments& args) -> Variant { ... }},
 //         {u"Count", MemberKind::get, 0, 0, [](kvTags& self, Arguments&) -> Variant { ... }},
 //         {u"Value", MemberKind::let, 0, 0, [](kvTags& self, Arguments& args) -> Variant { ... }},
 //     });
 //
 //     Variant kvTags::invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) {
-//         return kMembers.invoke(*this, name, kind, arguments);
+//         return members.invoke(*this, name, kind, arguments);
 //     }
 //
 // Names are found without regard to case, in logarithmic time and without an allocation. Gets and

@@ -12,7 +12,7 @@ namespace velmor::automation::portable {
 namespace {
 
 // Far beyond every type's range, so that adding to it cannot overflow.
-constexpr std::int64_t kExponentLimit = 1'000'000;
+constexpr std::int64_t exponentLimit = 1'000'000;
 
 class NumberReader {
 public:
@@ -98,7 +98,7 @@ private:
         std::string& digits = number_.digits;
         while (!digits.empty() && digits.back() == '0') digits.pop_back();
         if (digits.empty()) exponent_ = 0;
-        number_.exponent = static_cast<std::int32_t>(std::clamp(exponent_, -kExponentLimit, kExponentLimit));
+        number_.exponent = static_cast<std::int32_t>(std::clamp(exponent_, -exponentLimit, exponentLimit));
     }
 
     bool readRadix() {

@@ -14,9 +14,9 @@ namespace velmor::automation::portable {
 
 namespace {
 
-constexpr double kCurrencyUnit = 10000;
-constexpr double kFirstDay = -657434;  // 1 January 100
-constexpr double kAfterLastDay = 2958466;
+constexpr double currencyUnit = 10000;
+constexpr double firstDay = -657434;  // 1 January 100
+constexpr double afterLastDay = 2958466;
 
 template <class Integer>
 std::optional<Integer> narrowed(std::int64_t value) {
@@ -82,7 +82,7 @@ struct ToDouble {
     std::optional<double> operator()(const std::integral auto& value) const { return value; }
     std::optional<double> operator()(const std::floating_point auto& value) const { return value; }
     std::optional<double> operator()(Date value) const { return value.days; }
-    std::optional<double> operator()(Currency value) const { return static_cast<double>(value.scaled) / kCurrencyUnit; }
+    std::optional<double> operator()(Currency value) const { return static_cast<double>(value.scaled) / currencyUnit; }
     std::optional<double> operator()(const Decimal& value) const { return parseNumber(numberText(value)); }
     std::optional<double> operator()(const std::u16string& value) const { return parseNumber(value); }
     std::optional<double> operator()(const auto&) const { return std::nullopt; }
@@ -143,8 +143,8 @@ std::optional<float> toSingle(const Variant& value) {
     if (const auto* single = value.get<float>()) return *single;
     const auto number = toDouble(value);
     // What rounds to the largest single still converts.
-    constexpr double kTooLarge = 0x1.ffffffp127;
-    if (!number || !(std::fabs(*number) < kTooLarge)) return std::nullopt;
+    constexpr double tooLarge = 0x1.ffffffp127;
+    if (!number || !(std::fabs(*number) < tooLarge)) return std::nullopt;
     return static_cast<float>(*number);
 }
 
@@ -176,7 +176,7 @@ std::optional<Decimal> toDecimal(const Variant& value) {
 std::optional<Date> toDate(const Variant& value) {
     if (const auto* text = value.get<std::u16string>()) return parseDate(*text);
     const auto days = toDouble(value);
-    if (!days || !(*days > kFirstDay - 1 && *days < kAfterLastDay)) return std::nullopt;
+    if (!days || !(*days > firstDay - 1 && *days < afterLastDay)) return std::nullopt;
     return Date{*days};
 }
 

@@ -7,14 +7,14 @@ namespace velmor::automation {
 namespace {
 
 // DISP_E_PARAMNOTFOUND.
-constexpr ErrorCode kParameterNotFound{static_cast<std::int32_t>(0x80020004u)};
+constexpr ErrorCode parameterNotFound{static_cast<std::int32_t>(0x80020004u)};
 
 struct TypeName {
     VariantType type;
     const char16_t* name;
 };
 // Those of Variant's alternatives in their order, then the type of an array's elements.
-constexpr TypeName kTypes[] = {
+constexpr TypeName types[] = {
     {VariantType::empty, u"Empty"},        {VariantType::null, u"Null"},
     {VariantType::integer, u"Integer"},    {VariantType::longInteger, u"Long"},
     {VariantType::single, u"Single"},      {VariantType::doubleFloat, u"Double"},
@@ -27,19 +27,19 @@ constexpr TypeName kTypes[] = {
 };
 
 std::u16string plainTypeName(VariantType type) {
-    const auto* const found = std::ranges::find(kTypes, type, &TypeName::type);
-    return found == std::end(kTypes) ? u"Variant" : found->name;
+    const auto* const found = std::ranges::find(types, type, &TypeName::type);
+    return found == std::end(types) ? u"Variant" : found->name;
 }
 
 }  // namespace
 
 Variant Variant::missing() {
-    return Variant(kParameterNotFound);
+    return Variant(parameterNotFound);
 }
 
 bool Variant::isMissing() const noexcept {
     const auto* error = get<ErrorCode>();
-    return error != nullptr && *error == kParameterNotFound;
+    return error != nullptr && *error == parameterNotFound;
 }
 
 std::int32_t Variant::typeCode() const noexcept {
@@ -49,8 +49,8 @@ std::int32_t Variant::typeCode() const noexcept {
 }
 
 VariantType Variant::type() const noexcept {
-    static_assert(std::size(kTypes) == std::variant_size_v<decltype(value_)> + 1);
-    return kTypes[value_.index()].type;
+    static_assert(std::size(types) == std::variant_size_v<decltype(value_)> + 1);
+    return types[value_.index()].type;
 }
 
 ObjectRef Variant::object() const noexcept {

@@ -15,7 +15,7 @@ struct Rule {
     std::u16string_view title;
 };
 
-constexpr Rule kRules[] = {
+constexpr Rule rules[] = {
     {DiagnosticCode::swallowsTags, Severity::error, u"A tag is closed by the marker of another"},
     {DiagnosticCode::neverClosed, Severity::error, u"An opening marker is never closed"},
     {DiagnosticCode::closingWithoutOpening, Severity::error, u"A closing marker has no opening marker"},
@@ -55,7 +55,7 @@ constexpr Rule kRules[] = {
 };
 
 const Rule& ruleOf(DiagnosticCode code) noexcept {
-    return *std::find_if(std::begin(kRules), std::end(kRules), [&](const Rule& rule) { return rule.code == code; });
+    return *std::find_if(std::begin(rules), std::end(rules), [&](const Rule& rule) { return rule.code == code; });
 }
 
 }  // namespace
@@ -79,7 +79,7 @@ std::u16string_view titleOf(DiagnosticCode code) noexcept {
 const std::vector<DiagnosticCode>& allDiagnosticCodes() {
     static const std::vector<DiagnosticCode> codes = [] {
         std::vector<DiagnosticCode> all;
-        for (const Rule& rule : kRules) all.push_back(rule.code);
+        for (const Rule& rule : rules) all.push_back(rule.code);
         return all;
     }();
     return codes;

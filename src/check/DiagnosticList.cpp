@@ -7,22 +7,22 @@ namespace velmor {
 
 namespace {
 
-constexpr std::size_t kLongestContext = 40;
+constexpr std::size_t longestContext = 40;
 
 // The beginning of the text at an index, on one line.
 std::u16string contextAt(std::u16string_view text, std::size_t index) {
-    std::u16string context(text.substr(std::min(index, text.size()), kLongestContext));
+    std::u16string context(text.substr(std::min(index, text.size()), longestContext));
     for (char16_t& unit : context) {
         if (unit < u' ') unit = u' ';
     }
-    if (context.size() == kLongestContext && index + kLongestContext < text.size()) context += u"...";
+    if (context.size() == longestContext && index + longestContext < text.size()) context += u"...";
     return context;
 }
 
 }  // namespace
 
 bool DiagnosticList::isFull() {
-    if (diagnostics_.size() < kMost) return false;
+    if (diagnostics_.size() < most) return false;
     ++more_;
     return true;
 }
@@ -39,7 +39,7 @@ void DiagnosticList::add(DiagnosticCode code, const TemplateFile& file, const St
 void DiagnosticList::add(DiagnosticCode code, const TemplateFile& file, const TemplateTag& tag, std::u16string message,
                          std::u16string hint) {
     const std::size_t open = tag.span.open;
-    const std::size_t end = tag.span.complete() ? tag.span.end() : open + kOpeningMarker.size();
+    const std::size_t end = tag.span.complete() ? tag.span.end() : open + openingMarker.size();
     add(code, file, file.storyOf(tag), {open, end}, std::move(message), std::move(hint));
 }
 

@@ -9,10 +9,10 @@
 
 namespace velmor {
 
-// The diagnostics of all files of a template, in the order of finding. It keeps the first kMost and counts the others.
+// The diagnostics of all files of a template, in the order of finding. It keeps the first most and counts the others.
 class DiagnosticList {
 public:
-    static constexpr std::size_t kMost = 1000;
+    static constexpr std::size_t most = 1000;
 
     // Of a range of a story's text, which must not be empty.
     void add(DiagnosticCode code, const TemplateFile& file, const Story& story, TextRange range, std::u16string message,

@@ -45,7 +45,7 @@ HandlerCheck::Handler& HandlerCheck::handlerOf(const std::u16string& name) {
         handler.isKnown = true;
         handler.commands = BuiltInCommands::names();
     } else {
-        handler.isKnown = info_.TagRegistered(name) || name == kRowsHandler;
+        handler.isKnown = info_.TagRegistered(name) || name == rowsHandler;
         if (handler.isKnown) handler.commands = catalogueItems(info_.CommandList(name));
     }
     return handler;
@@ -63,7 +63,7 @@ const std::vector<HandlerCheck::Parameter>& HandlerCheck::parametersOf(Handler& 
 
 std::vector<std::u16string> HandlerCheck::allHandlers() {
     std::vector<std::u16string> names = catalogueItems(info_.HandlerListString());
-    for (const std::u16string& group : services_.registry.subkeys(kSubHandlersKey)) {
+    for (const std::u16string& group : services_.registry.subkeys(subHandlersKey)) {
         for (const std::u16string& name : catalogueItems(info_.HandlerListString2(group, false))) {
             names.push_back(group + u'-' + name);
         }

@@ -10,19 +10,19 @@ namespace velmor {
 
 namespace {
 
-constexpr std::u16string_view kCurlyQuotes = u"\x2018\x2019\x201A\x201B\x201C\x201D\x201E\x201F";
+constexpr std::u16string_view curlyQuotes = u"\x2018\x2019\x201A\x201B\x201C\x201D\x201E\x201F";
 
 // Texts that resemble a marker.
 struct Resemblance {
     std::u16string_view text;
     std::u16string_view hint;
 };
-constexpr std::u16string_view kOpeningHint = u"the opening marker is <KV:";
-constexpr std::u16string_view kClosingHint = u"the closing marker is </KV>";
-constexpr Resemblance kResemblances[] = {
-    {u"<KV>", kClosingHint},   {u"<\\KV>", kClosingHint},      {u"</KV:", kClosingHint}, {u"</KV >", kClosingHint},
-    {u"</ KV>", kClosingHint}, {u"&lt;/KV&gt;", kClosingHint}, {u"<KV;", kOpeningHint},  {u"< KV:", kOpeningHint},
-    {u"<KV :", kOpeningHint},  {u"&lt;KV:", kOpeningHint},
+constexpr std::u16string_view openingHint = u"the opening marker is <KV:";
+constexpr std::u16string_view closingHint = u"the closing marker is </KV>";
+constexpr Resemblance resemblances[] = {
+    {u"<KV>", closingHint},   {u"<\\KV>", closingHint},      {u"</KV:", closingHint}, {u"</KV >", closingHint},
+    {u"</ KV>", closingHint}, {u"&lt;/KV&gt;", closingHint}, {u"<KV;", openingHint},  {u"< KV:", openingHint},
+    {u"<KV :", openingHint},  {u"&lt;KV:", openingHint},
 };
 
 std::u16string number(std::size_t value) {
@@ -45,12 +45,12 @@ public:
     void take(std::size_t at) {
         const char16_t unit = text_[at];
         if (part_ == Part::handler) {
-            if (unit == kHandlerSeparator) part_ = Part::command;
+            if (unit == handlerSeparator) part_ = Part::command;
         } else if (part_ == Part::quoted) {
-            if (unit == kElementSeparator && text_[at - 1] == u'"') part_ = Part::name;
+            if (unit == elementSeparator && text_[at - 1] == u'"') part_ = Part::name;
         } else if (part_ != Part::value && unit == u'=') {
             part_ = at + 1 < text_.size() && text_[at + 1] == u'"' ? Part::quoted : Part::value;
-        } else if (unit == kElementSeparator && !isDrive(at)) {
+        } else if (unit == elementSeparator && !isDrive(at)) {
             part_ = Part::name;
         }
     }
@@ -113,7 +113,7 @@ void MarkupCheck::checkMarkers(const Story& story) {
         } else {
             ampersand = std::min(text.find(u'&', at + 1), text.size());
         }
-        const MarkerPlace place = findMarker(text.substr(at, kClosingMarker.size()), 0);
+        const MarkerPlace place = findMarker(text.substr(at, closingMarker.size()), 0);
         if (place.position != 0) {
             checkResemblance(story, at);
         } else if (place.opening) {
@@ -121,7 +121,7 @@ void MarkupCheck::checkMarkers(const Story& story) {
         } else if (depth > 0) {
             --depth;
         } else {
-            found_.add(DiagnosticCode::closingWithoutOpening, file_, story, {at, at + kClosingMarker.size()},
+            found_.add(DiagnosticCode::closingWithoutOpening, file_, story, {at, at + closingMarker.size()},
                        u"closing marker without an opening marker");
         }
     }
@@ -129,7 +129,7 @@ void MarkupCheck::checkMarkers(const Story& story) {
 
 void MarkupCheck::checkResemblance(const Story& story, std::size_t index) {
     const std::u16string_view rest = std::u16string_view(story.text()).substr(index);
-    for (const Resemblance& each : kResemblances) {
+    for (const Resemblance& each : resemblances) {
         if (!equalIgnoringCase(rest.substr(0, each.text.size()), each.text)) continue;
         found_.add(DiagnosticCode::damagedMarker, file_, story, {index, index + each.text.size()},
                    u"this text resembles a marker", std::u16string(each.hint));
@@ -146,7 +146,7 @@ void MarkupCheck::checkTag(std::size_t index) {
         reportFaults(tag, faultsOf(index));
     }
     const std::u16string_view inner = file_.innerOf(tag);
-    if (inner.substr(0, inner.find(u'<')).find(kHandlerSeparator) == inner.npos) {
+    if (inner.substr(0, inner.find(u'<')).find(handlerSeparator) == inner.npos) {
         return report(DiagnosticCode::noHandler, tag, u"tag names no handler: \">\" is missing");
     }
     isSound_[index] = true;
@@ -158,7 +158,7 @@ bool MarkupCheck::isPlain(std::size_t index) const {
     const Story& story = file_.storyOf(tag);
     if (tag.next != index + 1) return false;
     for (std::size_t at = tag.span.open; at < tag.span.close; ++at) {
-        if (story.text()[at] == u'\n' || story.text()[at] >= kCurlyQuotes.front()) return false;
+        if (story.text()[at] == u'\n' || story.text()[at] >= curlyQuotes.front()) return false;
     }
     const TextRange source = story.source(tag.span.open, tag.span.end());
     return source.end - source.begin == tag.span.end() - tag.span.open;
@@ -174,14 +174,14 @@ std::size_t MarkupCheck::elementsEnd(std::size_t index) const {
     std::size_t lineEnd = text.npos;
     for (OwnText own(file_, index); own.next() && own.position() < tag.span.close;) {
         const std::size_t at = own.position();
-        if (at < tag.span.open + kOpeningMarker.size()) continue;
+        if (at < tag.span.open + openingMarker.size()) continue;
         if (own.isTag()) {
             if (elements.isInName()) return at;
             continue;
         }
         elements.take(at);
-        if (!elements.isInName() || text[at] == kElementSeparator) nameBegin = lineEnd = text.npos;
-        if (!elements.isInName() || text[at] == kElementSeparator) continue;
+        if (!elements.isInName() || text[at] == elementSeparator) nameBegin = lineEnd = text.npos;
+        if (!elements.isInName() || text[at] == elementSeparator) continue;
         if (text[at] == u'\n' && nameBegin != text.npos) lineEnd = at;
         if (text[at] > u' ' && lineEnd != text.npos) return lineEnd;
         if (text[at] > u' ' && nameBegin == text.npos) nameBegin = at;
@@ -212,7 +212,7 @@ SourceFaults MarkupCheck::faultsOf(std::size_t index) const {
         }
         end = story.source(own.last()).end;
         if (own.isTag()) continue;
-        const bool isCurly = kCurlyQuotes.find(story.text()[own.position()]) != kCurlyQuotes.npos;
+        const bool isCurly = curlyQuotes.find(story.text()[own.position()]) != curlyQuotes.npos;
         faults.isCurly |= isCurly;
         faults.isEscaped |= !isCurly && unit.end - unit.begin > 1;
     }

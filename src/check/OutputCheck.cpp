@@ -16,7 +16,7 @@ struct ReferenceName {
     DiagnosticCode code;
     std::u16string_view name;
 };
-constexpr ReferenceName kReferenceNames[] = {
+constexpr ReferenceName referenceNames[] = {
     {ReferenceKind::font, DiagnosticCode::unresolvedFont, u"font "},
     {ReferenceKind::colour, DiagnosticCode::unresolvedColour, u"colour "},
     {ReferenceKind::paragraphStyle, DiagnosticCode::unresolvedStyle, u"paragraph style "},
@@ -73,7 +73,7 @@ void OutputCheck::checkMarkers() {
         for (MarkerPlace at = findMarker(story.text(), 0); at.position < story.text().size();
              at = findMarker(story.text(), at.position + 1)) {
             if (depth == 0) {
-                const std::size_t length = at.opening ? kOpeningMarker.size() : kClosingMarker.size();
+                const std::size_t length = at.opening ? openingMarker.size() : closingMarker.size();
                 found_.add(DiagnosticCode::markerLeft, file_, story, {at.position, at.position + length},
                            u"a tag is left in the document");
             }
@@ -163,7 +163,7 @@ void OutputCheck::checkWord(const ControlWord& word) {
 
 void OutputCheck::checkReference(ReferenceKind kind, std::int32_t number, TextRange word) {
     if (tables_.defines(kind, number) || !reported_.emplace(kind, number).second) return;
-    const auto& name = *std::find_if(std::begin(kReferenceNames), std::end(kReferenceNames),
+    const auto& name = *std::find_if(std::begin(referenceNames), std::end(referenceNames),
                                      [&](const ReferenceName& each) { return each.kind == kind; });
     report(name.code, word,
            kind == ReferenceKind::themeColour

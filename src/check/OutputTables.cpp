@@ -10,7 +10,7 @@ namespace velmor {
 
 namespace {
 
-constexpr std::u16string_view kStyleLinks[] = {u"sbasedon", u"snext", u"slink"};
+constexpr std::u16string_view styleLinks[] = {u"sbasedon", u"snext", u"slink"};
 
 bool isStyle(ReferenceKind kind) noexcept {
     return kind >= ReferenceKind::paragraphStyle && kind <= ReferenceKind::tableStyle;
@@ -60,7 +60,7 @@ void OutputTables::takeWord(GroupSet table, const ControlWord& word, std::size_t
         references_.push_back({kind, to, {at, at + (word.end - word.begin)}});
     };
     const WordMeaning meaning = meaningOf(word.letters);
-    if (meaning.is(WordTrait::themeColour) && table.has(Group::colourTable)) refer(ReferenceKind::themeColour, kTheme);
+    if (meaning.is(WordTrait::themeColour) && table.has(Group::colourTable)) refer(ReferenceKind::themeColour, theme);
     if (word.number.empty()) return;
     const ReferenceKind kind = referenceKind(meaning);
     if (table.has(Group::fontTable) && kind == ReferenceKind::font) define(kind, number);
@@ -71,7 +71,7 @@ void OutputTables::takeWord(GroupSet table, const ControlWord& word, std::size_t
     }
     if (table.has(Group::styleSheet)) {
         if (isStyle(kind)) define(kind, number);
-        if (std::find(std::begin(kStyleLinks), std::end(kStyleLinks), word.letters) != std::end(kStyleLinks)) {
+        if (std::find(std::begin(styleLinks), std::end(styleLinks), word.letters) != std::end(styleLinks)) {
             refer(ReferenceKind::anyStyle, number);
         }
     }
@@ -87,7 +87,7 @@ void OutputTables::define(ReferenceKind kind, std::int32_t number) {
 bool OutputTables::defines(ReferenceKind kind, std::int32_t number) const {
     if (number == 0 && kind != ReferenceKind::font) return true;
     if (kind == ReferenceKind::colour) return number < colours_;
-    if (kind == ReferenceKind::anyStyle && number == kNoStyle) return true;
+    if (kind == ReferenceKind::anyStyle && number == noStyle) return true;
     return numbers_.count({kind, number}) != 0;
 }
 

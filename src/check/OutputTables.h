@@ -39,11 +39,11 @@ ReferenceKind referenceKind(WordMeaning meaning) noexcept;
 // The numbers that the tables of a document define.
 class OutputTables {
 public:
-    static constexpr std::int32_t kTheme = 1;  // stands for the theme of a document
+    static constexpr std::int32_t theme = 1;  // stands for the theme of a document
 
     // `table`: a whole group at `begin` of the source, whose kind is the only one in the set.
     void read(GroupSet kind, std::u16string_view table, std::size_t begin);
-    void addTheme() { numbers_.emplace(ReferenceKind::themeColour, kTheme); }
+    void addTheme() { numbers_.emplace(ReferenceKind::themeColour, theme); }
     bool defines(ReferenceKind kind, std::int32_t number) const;
     // What the tables that were read refer to, fonts and colours excepted.
     const std::vector<TableReference>& references() const noexcept { return references_; }

@@ -12,7 +12,7 @@ namespace velmor {
 
 namespace {
 
-constexpr std::size_t kDeepestGroup = 1000;
+constexpr std::size_t deepestGroup = 1000;
 
 // The columns that a definition names.
 struct RowDefinition {
@@ -83,7 +83,7 @@ void RtfCheck::run() {
 
 void RtfCheck::open(std::size_t brace) {
     open_.push_back(brace);
-    if (open_.size() > kDeepestGroup && !std::exchange(isTooDeep_, true)) {
+    if (open_.size() > deepestGroup && !std::exchange(isTooDeep_, true)) {
         report(DiagnosticCode::damagedGroups, {brace, brace + 1}, u"groups nest deeper than 1000 levels");
     }
     const WordMeaning meaning = meaningOf(readOpening(file_.source(), brace).letters);

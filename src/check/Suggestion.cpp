@@ -9,7 +9,7 @@ namespace velmor {
 
 namespace {
 
-constexpr std::size_t kLongestName = 100;
+constexpr std::size_t longestName = 100;
 
 // As many edits as a third of the letters, and at most three.
 std::size_t mostEdits(std::size_t length) noexcept {
@@ -41,7 +41,7 @@ std::size_t editsBetween(std::u16string_view left, std::u16string_view right) {
 std::u16string nearestName(std::u16string_view written, const std::vector<std::u16string>& names) {
     std::u16string nearest;
     std::size_t fewest = mostEdits(written.size()) + 1;
-    if (written.size() > kLongestName) return nearest;
+    if (written.size() > longestName) return nearest;
     for (const std::u16string& name : names) {
         const std::size_t longer = std::max(name.size(), written.size());
         if (longer - std::min(name.size(), written.size()) >= fewest) continue;

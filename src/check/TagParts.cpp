@@ -13,15 +13,15 @@ namespace velmor {
 
 namespace {
 
-constexpr std::u16string_view kSeparator = u":";
-constexpr std::size_t kMarkerSize = 4;  // "~64\""
+constexpr std::u16string_view parameterSeparator = u":";
+constexpr std::size_t markerSize = 4;  // "~64\""
 
 // The end of the value at `from`, as the reader of properties finds it.
 std::size_t valueEnd(EntryScanner& scanner, std::size_t from) {
     const std::u16string_view text = scanner.text();
     std::size_t end = EntryScanner::npos;
     if (text[from] == u'"') end = scanner.closingQuote(from + 1);
-    if (text[from] == u'~') end = scanner.closingQuote(std::min(from + kMarkerSize, text.size()));
+    if (text[from] == u'~') end = scanner.closingQuote(std::min(from + markerSize, text.size()));
     if (text[from] == u'#') end = scanner.closingHash(from + 1);
     return end == EntryScanner::npos ? std::min(scanner.tagValueEnd(from), text.size()) : end + 1;
 }
@@ -45,15 +45,15 @@ PropertyRef TagElement::read(platform::Services& services) const {
 
 TagParts::TagParts(const TemplateFile& file, const TemplateTag& tag) : file_(file), tag_(tag) {
     const std::u16string_view inner = file.innerOf(tag);
-    const std::size_t separator = inner.find(kHandlerSeparator);
+    const std::size_t separator = inner.find(handlerSeparator);
     handler_ = upperCase(inner.substr(0, separator));
     std::u16string_view elements = inner.substr(separator + 1);
-    if (!elements.ends_with(kSeparator)) elements = closed_ = storedName(elements);
+    if (!elements.ends_with(parameterSeparator)) elements = closed_ = storedName(elements);
     readElements(elements);
 }
 
 void TagParts::readElements(std::u16string_view text) {
-    EntryScanner scanner(text, kSeparator);
+    EntryScanner scanner(text, parameterSeparator);
     std::size_t from = 0;
     for (std::size_t nameEnd; (nameEnd = scanner.nameEnd(from)) != EntryScanner::npos;) {
         const std::size_t end = text[nameEnd] == u'=' ? valueEnd(scanner, nameEnd + 1) : nameEnd;
@@ -64,7 +64,7 @@ void TagParts::readElements(std::u16string_view text) {
         } else {
             parameters_.push_back(element);
         }
-        from = end + kSeparator.size();
+        from = end + parameterSeparator.size();
     }
 }
 

@@ -18,8 +18,8 @@ using automation::Variant;
 
 namespace {
 
-constexpr std::u16string_view kPathProperty = u"Path";
-constexpr std::size_t kBytesToLookAt = 512;
+constexpr std::u16string_view pathProperty = u"Path";
+constexpr std::size_t bytesToLookAt = 512;
 
 // Of a file that nobody would include as text.
 std::u16string binaryKind(std::string_view bytes) {
@@ -27,7 +27,7 @@ std::u16string binaryKind(std::string_view bytes) {
         std::string_view bytes;
         std::u16string_view kind;
     };
-    static constexpr Beginning kBeginnings[] = {
+    static constexpr Beginning beginnings[] = {
         {"\x89PNG", u"a PNG picture"},
         {"\xFF\xD8\xFF", u"a JPEG picture"},
         {"GIF8", u"a GIF picture"},
@@ -36,18 +36,18 @@ std::u16string binaryKind(std::string_view bytes) {
         {"PK\x03\x04", u"a ZIP archive"},
         {"\xD0\xCF\x11\xE0", u"a binary document"},
     };
-    for (const Beginning& each : kBeginnings) {
-        if (bytes.starts_with(each.bytes) && (each.bytes.size() > 2 || bytes.find('\0') < kBytesToLookAt)) {
+    for (const Beginning& each : beginnings) {
+        if (bytes.starts_with(each.bytes) && (each.bytes.size() > 2 || bytes.find('\0') < bytesToLookAt)) {
             return std::u16string(each.kind);
         }
     }
     const bool isUtf16 = bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
-    const bool isText = bytes.starts_with("{\\rtf") || isUtf16 || bytes.find('\0') >= kBytesToLookAt;
+    const bool isText = bytes.starts_with("{\\rtf") || isUtf16 || bytes.find('\0') >= bytesToLookAt;
     return isText ? std::u16string() : u"a binary file";
 }
 
 // A tag's answer is a level below that of the text in which it lies. The template's text is level 1.
-constexpr std::int64_t kLevelsOfTag = 2;
+constexpr std::int64_t levelsOfTag = 2;
 
 // The characters of a text outside of its tags. None in RTF: evaluation writes it in another form.
 class OutermostText {
@@ -100,7 +100,7 @@ void TemplateCheck::checkFile(std::u16string name, std::u16string text, std::vec
 }
 
 void TemplateCheck::checkTags(const TemplateFile& file, const std::vector<bool>& isSound) {
-    const std::int64_t deepest = rules_.maximumLevels - kLevelsOfTag;
+    const std::int64_t deepest = rules_.maximumLevels - levelsOfTag;
     OutermostText text(file);
     for (std::size_t index = 0; index < file.tags().size(); ++index) {
         const TemplateTag& tag = file.tags()[index];
@@ -128,7 +128,7 @@ void TemplateCheck::count(bool isCertain, Step step) {
 
 void TemplateCheck::checkTag(const TagParts& tag) {
     handlers_.check(tag);
-    if (tag.handler() == kRowsHandler) checkRows(tag);
+    if (tag.handler() == rowsHandler) checkRows(tag);
     if (tag.handler() != BuiltInCommands::handler) return;
     if (tag.command() == u"PROPERTY") {
         properties_.read(tag);
@@ -188,9 +188,9 @@ void TemplateCheck::checkAnswer(const TagParts& tag, const std::u16string& name,
 
 // Reports at the tag the limits that evaluation meets there first.
 void TemplateCheck::add(const TemplateFile& file, const TemplateTag& tag, Extent more) {
-    constexpr std::int64_t kBeyondLimits = std::int64_t{1} << 40;
-    extent_.tags = std::min(extent_.tags + more.tags, kBeyondLimits);
-    extent_.characters = std::min(extent_.characters + more.characters, kBeyondLimits);
+    constexpr std::int64_t beyondLimits = std::int64_t{1} << 40;
+    extent_.tags = std::min(extent_.tags + more.tags, beyondLimits);
+    extent_.characters = std::min(extent_.characters + more.characters, beyondLimits);
     if (!isCertain_) return;
     if (extent_.tags > rules_.maximumTags && !std::exchange(hasTooManyTags_, true)) {
         found_.add(DiagnosticCode::tooManyTags, file, tag,
@@ -222,11 +222,11 @@ std::optional<std::u16string> TemplateCheck::knownText(std::u16string text) cons
     std::u16string known;
     std::size_t at = 0;
     for (const TagSpan& span : found.tags) {
-        constexpr std::u16string_view kReads = u"TAG>PROPERTY:";
+        constexpr std::u16string_view reads = u"TAG>PROPERTY:";
         const std::u16string_view inner = span.inner(text);
-        if (!equalIgnoringCase(inner.substr(0, kReads.size()), kReads)) return std::nullopt;
+        if (!equalIgnoringCase(inner.substr(0, reads.size()), reads)) return std::nullopt;
         const std::u16string_view name =
-            inner.substr(kReads.size(), inner.find_first_of(u"=:", kReads.size()) - kReads.size());
+            inner.substr(reads.size(), inner.find_first_of(u"=:", reads.size()) - reads.size());
         const PropertyRef property = properties_.known(name);
         if (!property) return std::nullopt;
         known.append(text, at, span.open - at).append(property->ValueStr());
@@ -243,8 +243,8 @@ void TemplateCheck::setPath(const TagParts& tag) {
 
 // Nothing when the template has set the folder to what is not known.
 std::optional<std::u16string> TemplateCheck::fullPath(std::u16string_view file) const {
-    if (!isPathKnown_ || properties_.isSetByTemplate(kPathProperty)) return std::nullopt;
-    const PropertyRef given = properties_.known(kPathProperty);
+    if (!isPathKnown_ || properties_.isSetByTemplate(pathProperty)) return std::nullopt;
+    const PropertyRef given = properties_.known(pathProperty);
     std::u16string folder = path_ ? *path_ : given ? given->ValueStr() : services_.folders.component();
     return BuiltInCommands::pathOf(file, std::move(folder), services_.folders.separator());
 }

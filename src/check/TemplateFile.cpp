@@ -20,7 +20,7 @@ void TemplateFile::findTags(std::uint32_t story) {
     };
     for (const TagSpan& span : findMarkerPairs(stories_[story].text())) {
         while (!around.empty() && tags_[around.back()].span.close < span.open) leave();
-        const std::uint32_t parent = around.empty() ? TemplateTag::kNone : around.back();
+        const std::uint32_t parent = around.empty() ? TemplateTag::noTag : around.back();
         const auto index = static_cast<std::uint32_t>(tags_.size());
         tags_.push_back({story, span, parent, static_cast<std::uint32_t>(around.size()), index + 1});
         if (span.complete()) around.push_back(index);

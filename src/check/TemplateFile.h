@@ -16,11 +16,11 @@ namespace velmor {
 
 // A tag of a story, complete or not.
 struct TemplateTag {
-    static constexpr std::uint32_t kNone = 0xFFFFFFFF;
+    static constexpr std::uint32_t noTag = 0xFFFFFFFF;
 
     std::uint32_t story = 0;
     TagSpan span;                  // in the story's text
-    std::uint32_t parent = kNone;  // the complete tag around it
+    std::uint32_t parent = noTag;  // the complete tag around it
     std::uint32_t depth = 0;       // tags around it
     std::uint32_t next = 0;        // the first tag after it that is not within it
 };

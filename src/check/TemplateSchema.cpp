@@ -18,18 +18,18 @@ void appendUnit(std::u16string& json, char16_t unit) {
         json += unit;
         return;
     }
-    constexpr char16_t kDigits[] = u"0123456789abcdef";
-    json.append(u"\\u00").append({kDigits[unit >> 4], kDigits[unit & 15]});
+    constexpr char16_t digits[] = u"0123456789abcdef";
+    json.append(u"\\u00").append({digits[unit >> 4], digits[unit & 15]});
 }
 
 std::u16string quoted(std::u16string_view text) {
-    constexpr char16_t kReplacement = 0xFFFD;
+    constexpr char16_t replacement = 0xFFFD;
     std::u16string json = u"\"";
     for (std::size_t i = 0; i < text.size(); ++i) {
         const bool isPair = isHighSurrogate(text[i]) && i + 1 < text.size() && isLowSurrogate(text[i + 1]);
         if (isPair) json += text[i++];
         const bool isLone = !isPair && (isHighSurrogate(text[i]) || isLowSurrogate(text[i]));
-        appendUnit(json, isLone ? kReplacement : text[i]);
+        appendUnit(json, isLone ? replacement : text[i]);
     }
     return json + u'"';
 }

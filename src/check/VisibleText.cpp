@@ -91,12 +91,12 @@ struct ShownWord {
     std::u16string_view letters;
     char16_t unit;
 };
-constexpr ShownWord kShownWords[] = {
+constexpr ShownWord shownWords[] = {
     {u"lquote", u'\x2018'}, {u"rquote", u'\x2019'}, {u"ldblquote", u'\x201C'}, {u"rdblquote", u'\x201D'},
     {u"bullet", u'\x2022'}, {u"endash", u'\x2013'}, {u"emdash", u'\x2014'},    {u"tab", u'\t'},
     {u"line", u'\n'},       {u"emspace", u' '},     {u"enspace", u' '},        {u"qmspace", u' '},
 };
-constexpr char16_t kObject = u'\xFFFC';
+constexpr char16_t object = u'\xFFFC';
 
 std::u16string storyName(std::u16string_view letters) {
     if (letters.starts_with(u"header")) return u"header";
@@ -112,7 +112,7 @@ std::u16string storyName(std::u16string_view letters) {
 class StoryReader {
 public:
     explicit StoryReader(std::u16string_view source)
-        : source_(source), page_(findCodePage(codePageOfDocument(source, kRtfStart.size()))) {
+        : source_(source), page_(findCodePage(codePageOfDocument(source, rtfStart.size()))) {
         stories_.emplace_back(u"page text");
     }
 
@@ -230,10 +230,10 @@ void StoryReader::takeWord(const ControlWord& word) {
     if (meaning.word == Word::intbl) group().inTable = true;
     if (meaning.word == Word::pard) group().inTable = false;
     if (meaning.is(WordTrait::endsParagraph)) return endParagraph(meaning.word, range);
-    for (const ShownWord& each : kShownWords) {
+    for (const ShownWord& each : shownWords) {
         if (each.letters == word.letters) return show(each.unit, range);
     }
-    if (meaning.is(WordTrait::shown)) show(kObject, range);
+    if (meaning.is(WordTrait::shown)) show(object, range);
 }
 
 bool isPlain(char16_t unit) {
@@ -290,7 +290,7 @@ std::vector<Story> plainStory(std::u16string_view source) {
 }  // namespace
 
 std::vector<Story> readStories(std::u16string_view source) {
-    const bool isRtf = source.size() >= kRtfStart.size() && documentStandsAt(source, 0);
+    const bool isRtf = source.size() >= rtfStart.size() && documentStandsAt(source, 0);
     return isRtf ? StoryReader(source).read() : plainStory(source);
 }
 

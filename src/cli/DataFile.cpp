@@ -13,7 +13,7 @@ namespace {
 
 using automation::Variant;
 
-constexpr std::string_view kBlanks = " \t\r\n";
+constexpr std::string_view blanks = " \t\r\n";
 
 Variant wholeNumberOf(bool negative, std::uint64_t amount) {
     constexpr std::uint64_t exact = std::uint64_t{1} << 53;
@@ -39,7 +39,7 @@ public:
     bool number_unsigned(std::uint64_t value) override { return add(wholeNumberOf(false, value)); }
     bool number_float(double value, const std::string&) override { return add(Variant(value)); }
     bool string(std::string& value) override { return add(Variant(fromUtf8(value))); }
-    bool binary(Json::binary_t&) override { return refuse(kNoJson); }
+    bool binary(Json::binary_t&) override { return refuse(noJson); }
     bool key(std::string& name) override {
         levels_.back().name = fromUtf8(name);
         levels_.back().isLeftOut = levels_.size() == 1 && leavesOut_ && leavesOut_(levels_.back().name);
@@ -51,7 +51,7 @@ public:
     bool end_array() override { return end(); }
     bool parse_error(std::size_t position, const std::string&, const nlohmann::detail::exception&) override {
         mistake_ = position > 0 ? position - 1 : 0;  // it counts from 1
-        return refuse(kNoJson);
+        return refuse(noJson);
     }
 
 private:
@@ -63,7 +63,7 @@ private:
         std::u16string name;
     };
 
-    static constexpr const char* kNoJson = "this is not JSON";
+    static constexpr const char* noJson = "this is not JSON";
 
     bool refuse(const char* reason) {
         reason_ = reason;
@@ -121,8 +121,8 @@ std::optional<JsonMistake> addObject(privProperties& into, std::string_view json
 void addData(privProperties& into, std::string_view bytes, const std::string& name) {
     const JsonFile file = JsonFile::parse(bytes, name);
     const std::string& text = file.text;
-    std::size_t begin = std::min(text.find_first_not_of(kBlanks), text.size());
-    if (file.json.is_array()) begin = std::min(text.find_first_not_of(kBlanks, begin + 1), text.size());
+    std::size_t begin = std::min(text.find_first_not_of(blanks), text.size());
+    if (file.json.is_array()) begin = std::min(text.find_first_not_of(blanks, begin + 1), text.size());
     if (file.json.is_array() && file.json.empty()) file.refuse(begin, "the array is empty");
     if (const auto mistake = addObject(into, std::string_view(text).substr(begin))) file.refuse(begin, mistake->reason);
 }

@@ -44,21 +44,21 @@ void printJson(const std::vector<Diagnostic>& diagnostics, std::size_t more) {
 
 // A relative or absolute path as a URI reference.
 std::string uriOf(std::u16string_view path) {
-    constexpr std::string_view kPlain = "-._~/";
-    constexpr char kDigits[] = "0123456789ABCDEF";
+    constexpr std::string_view plain = "-._~/";
+    constexpr char digits[] = "0123456789ABCDEF";
     std::string uri;
     for (const char each : toUtf8(path)) {
         const auto byte = static_cast<unsigned char>(each);
         const bool isLetterOrDigit =
             (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9');
-        if (isLetterOrDigit || kPlain.find(each) != kPlain.npos) {
+        if (isLetterOrDigit || plain.find(each) != plain.npos) {
             uri += each;
         } else if (each == '\\') {
             uri += '/';
         } else {
             uri += '%';
-            uri += kDigits[byte >> 4];
-            uri += kDigits[byte & 15];
+            uri += digits[byte >> 4];
+            uri += digits[byte & 15];
         }
     }
     return uri;
@@ -112,7 +112,7 @@ std::string sarifText(const std::vector<Diagnostic>& diagnostics) {
 // ---- Workflow commands
 
 std::string escaped(std::string_view text, std::string_view special) {
-    constexpr char kDigits[] = "0123456789ABCDEF";
+    constexpr char digits[] = "0123456789ABCDEF";
     std::string result;
     for (const char each : text) {
         if (special.find(each) == special.npos) {
@@ -120,8 +120,8 @@ std::string escaped(std::string_view text, std::string_view special) {
             continue;
         }
         result += '%';
-        result += kDigits[static_cast<unsigned char>(each) >> 4];
-        result += kDigits[static_cast<unsigned char>(each) & 15];
+        result += digits[static_cast<unsigned char>(each) >> 4];
+        result += digits[static_cast<unsigned char>(each) & 15];
     }
     return result;
 }

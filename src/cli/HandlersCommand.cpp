@@ -29,7 +29,7 @@ struct Handler {
     std::u16string failure;    // why no object of its class can be created; "" when one can
 
     bool isBuiltIn() const {
-        return className.empty() && (equalIgnoringCase(name, kBuiltInHandler) || name == kRowsHandler);
+        return className.empty() && (equalIgnoringCase(name, builtInHandler) || name == rowsHandler);
     }
 };
 
@@ -44,9 +44,9 @@ std::vector<Handler> readHandlers(platform::Services& services, bool all) {
     const kvTagInfo info(services);
     std::vector<Handler> handlers;
     const auto ungrouped = info.HandlerList2({}, !all);
-    if (!ungrouped->Item(kRowsHandler)) ungrouped->AddStr(kRowsHandler, {});
+    if (!ungrouped->Item(rowsHandler)) ungrouped->AddStr(rowsHandler, {});
     addHandlers(handlers, *ungrouped, {});
-    for (const std::u16string& group : services.registry.subkeys(kSubHandlersKey)) {
+    for (const std::u16string& group : services.registry.subkeys(subHandlersKey)) {
         addHandlers(handlers, *info.HandlerList2(group, !all), group + u'-');
     }
     return handlers;
@@ -128,7 +128,7 @@ void printHandlers(platform::Services& services, const std::vector<Handler>& han
 
 // Evaluates a tag without a template.
 ExitCode testHandler(platform::Services& services, const std::string& handler, const std::string& text) {
-    const std::u16string name = fromUtf8(handler) + kHandlerSeparator + fromUtf8(text);
+    const std::u16string name = fromUtf8(handler) + handlerSeparator + fromUtf8(text);
     const TemplatePlaces places(name);
     ErrorReport errors(handler, places);
     const auto tag = std::make_shared<kvTag>(services);

@@ -32,9 +32,9 @@ struct Line {
     std::int64_t milliseconds = 0;
 };
 
-constexpr std::u16string_view kStages[] = {u"EVTAG ", u"TAGCOL", u"CLNRTF", u"GENRES"};
-constexpr std::u16string_view kDate = u"dd/dd/dddd dd:dd:dd ";  // each d a digit
-constexpr std::size_t kStageWidth = 6;
+constexpr std::u16string_view stages[] = {u"EVTAG ", u"TAGCOL", u"CLNRTF", u"GENRES"};
+constexpr std::u16string_view date = u"dd/dd/dddd dd:dd:dd ";  // each d a digit
+constexpr std::size_t stageWidth = 6;
 
 bool isDigit(char16_t unit) noexcept {
     return unit >= u'0' && unit <= u'9';
@@ -64,26 +64,26 @@ std::optional<std::int64_t> takeMilliseconds(std::u16string_view& text) noexcept
 // What follows the machine's name, which may hold blanks: a stage and a time.
 std::optional<Line> parseStage(std::u16string_view text) noexcept {
     Line line;
-    line.stage = text.substr(0, kStageWidth);
-    if (std::find(std::begin(kStages), std::end(kStages), line.stage) == std::end(kStages)) return {};
-    text.remove_prefix(kStageWidth);
+    line.stage = text.substr(0, stageWidth);
+    if (std::find(std::begin(stages), std::end(stages), line.stage) == std::end(stages)) return {};
+    text.remove_prefix(stageWidth);
     if (!text.starts_with(u' ')) return {};
     text.remove_prefix(1);
     const auto milliseconds = takeMilliseconds(text);
     if (!milliseconds) return {};
     line.milliseconds = *milliseconds;
-    if (line.stage == kStages[0]) {
+    if (line.stage == stages[0]) {
         line.stage.remove_suffix(1);
         line.handler = text;
-    } else if (line.stage == kStages[1]) {
+    } else if (line.stage == stages[1]) {
         line.handler = text.substr(0, text.rfind(u' '));  // before the number of markers
     }
     return line;
 }
 
 std::optional<Line> parseLine(std::u16string_view text) noexcept {
-    if (!startsLike(text, kDate)) return {};
-    for (std::size_t blank = kDate.size() - 1; blank != text.npos; blank = text.find(u' ', blank + 1)) {
+    if (!startsLike(text, date)) return {};
+    for (std::size_t blank = date.size() - 1; blank != text.npos; blank = text.find(u' ', blank + 1)) {
         if (const auto line = parseStage(text.substr(blank + 1))) return line;
     }
     return {};
@@ -120,7 +120,7 @@ TimingSummary summarize(std::u16string_view log) {
     return summary;
 }
 
-constexpr std::size_t kLongestHandler = 40;
+constexpr std::size_t longestHandler = 40;
 
 // In thousandths of a second, as in the log.
 std::string secondsText(std::int64_t milliseconds) {
@@ -141,12 +141,12 @@ std::string rightAligned(const std::string& text) {
 std::string summaryText(const TimingSummary& summary) {
     std::size_t width = 7;
     for (const TimingEntry& entry : summary.entries) {
-        width = std::max(width, onOneLine(entry.handler, kLongestHandler).size());
+        width = std::max(width, onOneLine(entry.handler, longestHandler).size());
     }
     std::string text = toUtf8(u"STAGE   " + padded(u"HANDLER", width)) + rightAligned("CALLS") + rightAligned("TOTAL") +
                        rightAligned("MEAN") + rightAligned("SLOWEST") + "\n";
     for (const TimingEntry& entry : summary.entries) {
-        text += toUtf8(padded(entry.stage, 8) + padded(onOneLine(entry.handler, kLongestHandler), width));
+        text += toUtf8(padded(entry.stage, 8) + padded(onOneLine(entry.handler, longestHandler), width));
         text += rightAligned(std::to_string(entry.calls)) + rightAligned(secondsText(entry.total)) +
                 rightAligned(secondsText(mean(entry))) + rightAligned(secondsText(entry.slowest)) + "\n";
     }

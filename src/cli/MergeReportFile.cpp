@@ -7,12 +7,12 @@
 namespace velmor::cli {
 namespace {
 
-constexpr const char* kOutcomes[] = {"kept", "shared", "added", "renamed", "direct", "replaced"};
+constexpr const char* outcomes[] = {"kept", "shared", "added", "renamed", "direct", "replaced"};
 
 Json entriesJson(const std::vector<MergedEntry>& entries) {
     Json list = Json::array();
     for (const MergedEntry& entry : entries) {
-        Json json = {{"outcome", kOutcomes[static_cast<std::size_t>(entry.outcome)]}};
+        Json json = {{"outcome", outcomes[static_cast<std::size_t>(entry.outcome)]}};
         if (!entry.name.empty()) json["name"] = toUtf8(entry.name);
         if (entry.newName != entry.name) json["newName"] = toUtf8(entry.newName);
         json["number"] = toUtf8(entry.number);

@@ -12,8 +12,8 @@
 namespace velmor::cli {
 namespace {
 
-constexpr std::size_t kWidestName = 40;
-constexpr std::size_t kLongestText = 72;
+constexpr std::size_t widestName = 40;
+constexpr std::size_t longestText = 72;
 
 struct Row {
     std::u16string name, type, value;
@@ -26,7 +26,7 @@ public:
     bool write(const privProperties& collection) {
         add(collection, u"", 0);
         std::size_t width = 4;
-        for (const Row& row : rows_) width = std::max(width, std::min(row.name.size(), kWidestName));
+        for (const Row& row : rows_) width = std::max(width, std::min(row.name.size(), widestName));
         rows_.insert(rows_.begin(), {u"NAME", u"TYPE", u"VALUE"});
         for (const Row& row : rows_) {
             std::u16string line = padded(row.name, width) + u"  " + padded(row.type, 10) + u"  " + row.value;
@@ -50,7 +50,7 @@ private:
     void add(privProperty& property, const std::u16string& prefix, int level) {
         const privProperties* const nested = nestedCollection(property);
         rows_.push_back(
-            {prefix + onOneLine(property.Name(), kLongestText), fromUtf8(typeName(property)), value(property)});
+            {prefix + onOneLine(property.Name(), longestText), fromUtf8(typeName(property)), value(property)});
         const std::u16string inner = std::u16string(2 * static_cast<std::size_t>(level) + 2, u' ');
         if (nested != nullptr) add(*nested, inner, level + 1);
         if (property.HasAttributes()) add(*property.Attributes(), inner + u"@", level + 1);
@@ -59,7 +59,7 @@ private:
 
     std::u16string value(const privProperty& property) {
         const automation::Variant& value = property.rawValue();
-        if (const auto* text = value.get<std::u16string>()) return onOneLine(*text, kLongestText);
+        if (const auto* text = value.get<std::u16string>()) return onOneLine(*text, longestText);
         if (const auto* date = value.get<automation::Date>()) return fromUtf8(dateText(*date, ' '));
         if (const auto* nested = nestedCollection(property)) return count(nested->Count(), u"property", u"properties");
         if (const auto picture = pictureBase64(services_, value)) {

@@ -18,7 +18,7 @@ namespace {
 
 using automation::Variant;
 
-constexpr std::array<const char*, 4> kKinds = {"method", "get", "let", "set"};
+constexpr std::array<const char*, 4> kinds = {"method", "get", "let", "set"};
 
 bool isPaired(std::u16string_view text) noexcept {
     for (std::size_t at = 0; at < text.size(); ++at) {
@@ -78,7 +78,7 @@ struct Reader {
     const char* type;
     Variant (*read)(const Json& form);
 };
-constexpr Reader kReaders[] = {
+constexpr Reader readers[] = {
     {"empty", [](const Json&) { return Variant(); }},
     {"null", [](const Json&) { return Variant(automation::Null{}); }},
     {"integer", wholeAs<std::int16_t>},
@@ -136,13 +136,13 @@ double numberOf(const Json& form) {
 }
 
 Json kindForm(automation::InvokeKind kind) {
-    return kKinds[static_cast<std::size_t>(kind)];
+    return kinds[static_cast<std::size_t>(kind)];
 }
 
 automation::InvokeKind kindOf(const Json& form) {
-    const auto found = std::find(kKinds.begin(), kKinds.end(), form.get_ref<const std::string&>());
-    if (found == kKinds.end()) throw std::invalid_argument("kind");
-    return static_cast<automation::InvokeKind>(found - kKinds.begin());
+    const auto found = std::find(kinds.begin(), kinds.end(), form.get_ref<const std::string&>());
+    if (found == kinds.end()) throw std::invalid_argument("kind");
+    return static_cast<automation::InvokeKind>(found - kinds.begin());
 }
 
 Json valueForm(const Variant& value) {
@@ -151,7 +151,7 @@ Json valueForm(const Variant& value) {
 
 Variant valueOf(const Json& form) {
     const std::string& type = form.at(0).get_ref<const std::string&>();
-    for (const Reader& reader : kReaders) {
+    for (const Reader& reader : readers) {
         if (type == reader.type) return reader.read(form);
     }
     throw std::invalid_argument(type);

@@ -19,9 +19,9 @@ enum class LookedUpBy {
 };
 
 LookedUpBy askerOf(std::u16string_view name) {
-    constexpr std::u16string_view kBuiltIn = u"TAG>";
-    if (!equalIgnoringCase(name.substr(0, kBuiltIn.size()), kBuiltIn)) return LookedUpBy::reader;
-    name.remove_prefix(kBuiltIn.size());
+    constexpr std::u16string_view builtIn = u"TAG>";
+    if (!equalIgnoringCase(name.substr(0, builtIn.size()), builtIn)) return LookedUpBy::reader;
+    name.remove_prefix(builtIn.size());
     const std::u16string_view command = name.substr(0, name.find_first_of(u":="));
     if (equalIgnoringCase(command, u"PROPERTY")) return LookedUpBy::reader;
     const bool sets = equalIgnoringCase(command, u"SETPROPERTY") || equalIgnoringCase(command, u"SETPATH");
@@ -31,21 +31,21 @@ LookedUpBy askerOf(std::u16string_view name) {
 }  // namespace
 
 bool isOption(std::u16string_view property) noexcept {
-    constexpr std::u16string_view kPrefix = u"kvTag.";
-    return equalIgnoringCase(property.substr(0, kPrefix.size()), kPrefix);
+    constexpr std::u16string_view prefix = u"kvTag.";
+    return equalIgnoringCase(property.substr(0, prefix.size()), prefix);
 }
 
 ReportCollector::ReportCollector(std::shared_ptr<privProperties> properties)
-    : TraceCollector({kMostTags, kMostOfName}), properties_(std::move(properties)) {
+    : TraceCollector({mostTags, mostOfName}), properties_(std::move(properties)) {
     properties_->listener(this);
 }
 
 void ReportCollector::tagEnds(std::size_t start, std::u16string_view result) noexcept {
     const std::uint32_t tag = answering();
     TraceCollector::tagEnds(start, result);
-    if (tag == kNone) return;
+    if (tag == noTag) return;
     try {
-        keepValue(tag, result.substr(0, std::min(kMostOfValue, kMostOfValues - values_.size())));
+        keepValue(tag, result.substr(0, std::min(mostOfValue, mostOfValues - values_.size())));
     } catch (const std::bad_alloc&) {  // the page shows the tag without its value
     }
 }
@@ -54,7 +54,7 @@ void ReportCollector::keepValue(std::size_t tag, std::u16string_view result) {
     if (kept_.size() <= tag) kept_.resize(tags().size());
     const std::size_t start = values_.size();
     values_ += result;
-    std::replace(values_.begin() + static_cast<std::ptrdiff_t>(start), values_.end(), kHidden, u'<');
+    std::replace(values_.begin() + static_cast<std::ptrdiff_t>(start), values_.end(), hidden, u'<');
     kept_[tag] = {start, result.size()};
 }
 
@@ -66,13 +66,13 @@ std::u16string_view ReportCollector::valueOf(std::size_t tag) const noexcept {
 void ReportCollector::lookedUp(std::u16string_view psName, bool isFound) noexcept {
     if (isOption(psName)) return;
     const std::uint32_t tag = answering();
-    const LookedUpBy asker = tag == kNone ? LookedUpBy::included : askerOf(nameOf(tags()[tag]));
+    const LookedUpBy asker = tag == noTag ? LookedUpBy::included : askerOf(nameOf(tags()[tag]));
     if (asker == LookedUpBy::setter || (asker == LookedUpBy::included && !isFound)) return;
     try {
         Property* const property = propertyOf(psName);
         if (property == nullptr) return;
-        property->isReadElsewhere |= tag == kNone;
-        if (tag == kNone || (!property->tags.empty() && property->tags.back() == tag)) return;
+        property->isReadElsewhere |= tag == noTag;
+        if (tag == noTag || (!property->tags.empty() && property->tags.back() == tag)) return;
         property->tags.push_back(tag);
         ++(isFound ? property->found : property->missed);
     } catch (const std::bad_alloc&) {  // the page does not count it
@@ -83,7 +83,7 @@ void ReportCollector::lookedUp(std::u16string_view psName, bool isFound) noexcep
 ReportCollector::Property* ReportCollector::propertyOf(std::u16string_view name) {
     std::u16string key = upperCase(name);
     if (const auto known = known_.find(key); known != known_.end()) return &asked_[known->second];
-    if (asked_.size() == kMostProperties || name.size() > kMostOfName) return nullptr;
+    if (asked_.size() == mostProperties || name.size() > mostOfName) return nullptr;
     asked_.push_back({std::u16string(name), {}, 0, 0, false});
     known_.emplace(std::move(key), asked_.size() - 1);
     return &asked_.back();

@@ -16,11 +16,11 @@ namespace velmor::cli {
 // Keeps the beginnings of values besides what a trace keeps, and which properties tags ask for.
 class ReportCollector final : public TraceCollector, public LookupListener {
 public:
-    static constexpr std::size_t kMostTags = 50'000;
-    static constexpr std::size_t kMostOfName = 1'000;
-    static constexpr std::size_t kMostOfValue = std::size_t{1} << 16;
-    static constexpr std::size_t kMostOfValues = std::size_t{1} << 24;  // of all together
-    static constexpr std::size_t kMostProperties = 10'000;
+    static constexpr std::size_t mostTags = 50'000;
+    static constexpr std::size_t mostOfName = 1'000;
+    static constexpr std::size_t mostOfValue = std::size_t{1} << 16;
+    static constexpr std::size_t mostOfValues = std::size_t{1} << 24;  // of all together
+    static constexpr std::size_t mostProperties = 10'000;
 
     struct Property {
         std::u16string name;              // as it was first asked for

@@ -41,10 +41,10 @@ Json problems(const TemplateFile& file, const CheckResult& checked, const ErrorR
 
 // The page with its data. JSON has "<" only in texts, where an escape takes its place: no text ends the script element.
 std::string pageOf(const Json& data) {
-    constexpr std::string_view kPlace = "{{data}}";
+    constexpr std::string_view dataPlaceholder = "{{data}}";
     const std::string json = data.dump(-1, ' ', true, Json::error_handler_t::replace);
-    const std::string_view page = kReportPage;
-    const std::size_t place = page.find(kPlace);
+    const std::string_view page = reportPage;
+    const std::size_t place = page.find(dataPlaceholder);
     std::string text(page.substr(0, place));
     text.reserve(page.size() + json.size() + json.size() / 8);
     for (const char each : json) {
@@ -54,7 +54,7 @@ std::string pageOf(const Json& data) {
             text += each;
         }
     }
-    return text.append(page.substr(place + kPlace.size()));
+    return text.append(page.substr(place + dataPlaceholder.size()));
 }
 
 // What heads the page.

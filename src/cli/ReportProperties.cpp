@@ -39,7 +39,7 @@ std::vector<std::u16string> namesOf(const Json& rows, bool isAbsent) {
 void ReportProperties::add(const privProperties& properties, const char* origin) {
     const auto each = properties.NewEnum();
     while (const PropertyRef property = each->next()) {
-        if (isOption(property->Name()) || rows_.size() == kMostRows) continue;
+        if (isOption(property->Name()) || rows_.size() == mostRows) continue;
         if (!known_.emplace(upperCase(property->Name()), rows_.size()).second) continue;
         rows_.push_back(rowOf(property->Name(), shown(property->ValueStr()), origin));
     }
@@ -48,7 +48,7 @@ void ReportProperties::add(const privProperties& properties, const char* origin)
 void ReportProperties::addReads(const std::vector<ReportCollector::Property>& asked) {
     for (const ReportCollector::Property& each : asked) {
         const auto [row, isNew] = known_.try_emplace(upperCase(each.name), rows_.size());
-        if (isNew && rows_.size() == kMostRows) return;
+        if (isNew && rows_.size() == mostRows) return;
         if (isNew) rows_.push_back(rowOf(each.name, nullptr, "absent"));
         addRead(rows_[row->second], each);
     }
@@ -59,7 +59,7 @@ Json ReportProperties::json() && {
     std::size_t suggestions = 0;
     for (Json& row : rows_) {
         const bool isAbsent = row["origin"] == "absent";
-        if ((!isAbsent && row["isRead"] == true) || suggestions++ >= kMostSuggestions) continue;
+        if ((!isAbsent && row["isRead"] == true) || suggestions++ >= mostSuggestions) continue;
         row["similar"] = toUtf8(nearestName(fromUtf8(row["name"].get<std::string>()), isAbsent ? set : absent));
     }
     return std::move(rows_);

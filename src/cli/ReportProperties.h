@@ -23,8 +23,8 @@ public:
     Json json() &&;
 
 private:
-    static constexpr std::size_t kMostRows = 10'000;
-    static constexpr std::size_t kMostSuggestions = 500;  // each costs a comparison with all other names
+    static constexpr std::size_t mostRows = 10'000;
+    static constexpr std::size_t mostSuggestions = 500;  // each costs a comparison with all other names
 
     Json rows_ = Json::array();
     std::unordered_map<std::u16string, std::size_t> known_;  // by name in upper case

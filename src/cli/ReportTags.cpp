@@ -17,19 +17,19 @@
 namespace velmor::cli {
 namespace {
 
-constexpr std::size_t kMostOfValue = 2'000;  // characters of a value that the page has
+constexpr std::size_t mostOfValue = 2'000;  // characters of a value that the page has
 
 // A value as the author sees it: the text of a value in an RTF template is RTF.
 std::u16string seenValue(std::u16string_view value, bool isRtf) {
     if (!isRtf) return std::u16string(value);
-    const std::vector<Story> stories = readStories(std::u16string(kRtfStart).append(u" ").append(value).append(u"}"));
+    const std::vector<Story> stories = readStories(std::u16string(rtfStart).append(u" ").append(value).append(u"}"));
     return stories.front().text();
 }
 
 // A tag by what is written between its markers.
 Json named(std::u16string_view name) {
-    name = name.substr(0, ReportCollector::kMostOfName);
-    const std::size_t separator = name.find(kHandlerSeparator);
+    name = name.substr(0, ReportCollector::mostOfName);
+    const std::size_t separator = name.find(handlerSeparator);
     const std::u16string handler = separator == name.npos ? std::u16string() : upperCase(name.substr(0, separator));
     return {{"name", reportText(name)}, {"handler", shown(handler)}, {"command", ""}};
 }
@@ -42,12 +42,12 @@ ReportTags::ReportTags(platform::Services& services, const TemplateFile& file, c
       file_(file),
       places_(places),
       collector_(collector),
-      tagOf_(collector.tags().size(), kNone),
-      itemOf_(file.tags().size(), kNone) {
+      tagOf_(collector.tags().size(), noTag),
+      itemOf_(file.tags().size(), noTag) {
     placeOutermost();
     placeNested();
     for (std::uint32_t& item : itemOf_) {
-        if (item != kNone || unevaluated_ == ReportCollector::kMostTags) continue;
+        if (item != noTag || unevaluated_ == ReportCollector::mostTags) continue;
         item = static_cast<std::uint32_t>(tagOf_.size() + unevaluated_++);
     }
 }
@@ -61,7 +61,7 @@ void ReportTags::placeOutermost() {
     }
     for (std::uint32_t run = 0; run < tagOf_.size(); ++run) {
         const Run& each = collector_.tags()[run];
-        if (each.parent != kNone || each.index == 0) continue;
+        if (each.parent != noTag || each.index == 0) continue;
         const auto found = tags.find(places_.of(each.index, each.position).position);
         if (found == tags.end()) continue;
         tagOf_[run] = found->second;
@@ -74,13 +74,13 @@ void ReportTags::placeNested() {
     std::map<std::pair<std::uint32_t, std::u16string_view>, std::vector<std::uint32_t>> runs;
     for (auto run = static_cast<std::uint32_t>(tagOf_.size()); run-- > 0;) {
         const Run& each = collector_.tags()[run];
-        if (each.parent != kNone && each.origin == Origin::author) {
+        if (each.parent != noTag && each.origin == Origin::author) {
             runs[{each.parent, collector_.nameOf(each)}].push_back(run);
         }
     }
     for (std::uint32_t tag = 0; tag < itemOf_.size(); ++tag) {
         const TemplateTag& each = file_.tags()[tag];
-        if (each.parent == TemplateTag::kNone || itemOf_[each.parent] == kNone || !each.span.complete()) continue;
+        if (each.parent == TemplateTag::noTag || itemOf_[each.parent] == noTag || !each.span.complete()) continue;
         const auto found = runs.find({itemOf_[each.parent], writtenName(each)});
         if (found == runs.end() || found->second.empty()) continue;
         itemOf_[tag] = found->second.back();
@@ -92,9 +92,9 @@ void ReportTags::placeNested() {
 // As the collector keeps it.
 std::u16string_view ReportTags::writtenName(const TemplateTag& tag) const {
     const Story& story = file_.storyOf(tag);
-    const std::size_t begin = story.source(tag.span.open + kOpeningMarker.size() - 1).end;
+    const std::size_t begin = story.source(tag.span.open + openingMarker.size() - 1).end;
     const std::size_t length = story.source(tag.span.close).begin - begin;
-    return std::u16string_view(file_.source()).substr(begin, std::min(length, ReportCollector::kMostOfName));
+    return std::u16string_view(file_.source()).substr(begin, std::min(length, ReportCollector::mostOfName));
 }
 
 Json ReportTags::spans() const {
@@ -103,8 +103,8 @@ Json ReportTags::spans() const {
     Json spans = Json::array();
     for (std::size_t tag = 0; tag < itemOf_.size(); ++tag) {
         const TemplateTag& each = file_.tags()[tag];
-        const std::size_t end = each.span.complete() ? each.span.end() : each.span.open + kOpeningMarker.size();
-        if (itemOf_[tag] == kNone || starts[each.story] + end > kMostOfTemplate) continue;
+        const std::size_t end = each.span.complete() ? each.span.end() : each.span.open + openingMarker.size();
+        if (itemOf_[tag] == noTag || starts[each.story] + end > mostOfTemplate) continue;
         spans.push_back({each.story, each.span.open, end, itemOf_[tag]});
     }
     return spans;
@@ -114,7 +114,7 @@ Json ReportTags::tags() const {
     Json tags = Json::array();
     for (std::size_t run = 0; run < tagOf_.size(); ++run) tags.push_back(runJson(run));
     for (std::size_t tag = 0; tag < itemOf_.size(); ++tag) {
-        if (itemOf_[tag] != kNone && itemOf_[tag] >= tagOf_.size()) tags.push_back(unevaluatedJson(tag));
+        if (itemOf_[tag] != noTag && itemOf_[tag] >= tagOf_.size()) tags.push_back(unevaluatedJson(tag));
     }
     return tags;
 }
@@ -122,10 +122,10 @@ Json ReportTags::tags() const {
 Json ReportTags::runJson(std::size_t run) const {
     const Run& each = collector_.tags()[run];
     Json json =
-        tagOf_[run] != kNone ? describe(file_, file_.tags()[tagOf_[run]]) : describeName(collector_.nameOf(each));
-    json["parent"] = each.parent == kNone ? Json(nullptr) : Json(each.parent);
+        tagOf_[run] != noTag ? describe(file_, file_.tags()[tagOf_[run]]) : describeName(collector_.nameOf(each));
+    json["parent"] = each.parent == noTag ? Json(nullptr) : Json(each.parent);
     json["origin"] = originText(each.origin);
-    if (each.parent == kNone && each.index > 0) {
+    if (each.parent == noTag && each.index > 0) {
         const TemplatePlaces::Place place = places_.of(each.index, each.position);
         json["line"] = place.line;
         json["column"] = place.column;
@@ -138,16 +138,16 @@ void ReportTags::addValue(Json& json, std::size_t run) const {
     const Run& each = collector_.tags()[run];
     const bool isRtf = documentStandsAt(file_.source(), 0);
     const std::u16string seen = seenValue(collector_.valueOf(run), isRtf);
-    json["value"] = reportText(seen, kMostOfValue);
+    json["value"] = reportText(seen, mostOfValue);
     json["length"] = each.length;
-    if (seen.size() > kMostOfValue || collector_.valueOf(run).size() < each.length) json["isCut"] = true;
+    if (seen.size() > mostOfValue || collector_.valueOf(run).size() < each.length) json["isCut"] = true;
     json["microseconds"] = static_cast<double>(each.time.count() / 100) / 10;
 }
 
 Json ReportTags::unevaluatedJson(std::size_t tag) const {
     const TemplateTag& each = file_.tags()[tag];
     Json json = describe(file_, each);
-    const bool isNested = each.parent != TemplateTag::kNone && itemOf_[each.parent] != kNone;
+    const bool isNested = each.parent != TemplateTag::noTag && itemOf_[each.parent] != noTag;
     json["parent"] = isNested ? Json(itemOf_[each.parent]) : Json(nullptr);
     json["origin"] = originText(Origin::author);
     const SourcePlace place = file_.placeOf(each);
@@ -162,7 +162,7 @@ Json ReportTags::unevaluatedJson(std::size_t tag) const {
 Json ReportTags::describe(const TemplateFile& file, const TemplateTag& tag) const {
     if (!tag.span.complete()) return {{"name", ""}, {"handler", ""}, {"command", ""}};
     Json json = named(file.innerOf(tag));
-    const bool isTooDeep = tag.depth >= static_cast<std::uint32_t>(kMaximumLevels);
+    const bool isTooDeep = tag.depth >= static_cast<std::uint32_t>(deepestLevel);
     if (json["handler"] == "" || isTooDeep) return json;
     const TagParts parts(file, tag);
     json["command"] = shown(parts.command());
@@ -177,8 +177,8 @@ Json ReportTags::describe(const TemplateFile& file, const TemplateTag& tag) cons
 
 // A tag of an included file or of a value. One that is not kept as a whole may lack its parameters.
 Json ReportTags::describeName(std::u16string_view name) const {
-    std::u16string text(kOpeningMarker);
-    text.append(name).append(kClosingMarker);
+    std::u16string text(openingMarker);
+    text.append(name).append(closingMarker);
     const TemplateFile file({}, std::move(text), {});
     const TemplateTag& tag = file.tags().front();
     return tag.span.complete() ? describe(file, tag) : named(name);

@@ -28,7 +28,7 @@ public:
 
 private:
     using Run = TraceCollector::Tag;
-    static constexpr std::uint32_t kNone = TraceCollector::kNone;
+    static constexpr std::uint32_t noTag = TraceCollector::noTag;
 
     void placeOutermost();
     void placeNested();
@@ -43,9 +43,9 @@ private:
     const TemplateFile& file_;
     const TemplatePlaces& places_;
     const ReportCollector& collector_;
-    std::vector<std::uint32_t> tagOf_;  // of each run: its index among the template's tags, or kNone
+    std::vector<std::uint32_t> tagOf_;  // of each run: its index among the template's tags, or noTag
     std::vector<std::uint32_t>
-        itemOf_;                   // of each of the template's tags: its index on the page, or kNone beyond the limit
+        itemOf_;                   // of each of the template's tags: its index on the page, or noTag beyond the limit
     std::size_t unevaluated_ = 0;  // tags of the template that the page has in addition to the runs
 };
 

@@ -25,7 +25,7 @@ Json reportText(std::u16string_view text, std::size_t most) {
 
 Json reportStories(const TemplateFile& file) {
     Json stories = Json::array();
-    std::size_t left = kMostOfTemplate;
+    std::size_t left = mostOfTemplate;
     for (const Story& story : file.stories()) {
         stories.push_back({{"name", toUtf8(story.name())},
                            {"text", reportText(story.text(), left)},
@@ -38,7 +38,7 @@ Json reportStories(const TemplateFile& file) {
 bool isReportCut(const TemplateFile& file) {
     std::size_t size = 0;
     for (const Story& story : file.stories()) size += story.text().size();
-    return size > kMostOfTemplate;
+    return size > mostOfTemplate;
 }
 
 Json reportPlace(const TemplateFile& file, std::size_t index) {

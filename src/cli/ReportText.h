@@ -11,7 +11,7 @@ namespace velmor::cli {
 // Parts of the JSON data of a report's page. Positions in them count UTF-16 code units from 0, as its script does.
 
 // Characters of a template that the page shows; what follows is left out.
-inline constexpr std::size_t kMostOfTemplate = 4'000'000;
+inline constexpr std::size_t mostOfTemplate = 4'000'000;
 
 // A text with its positions: a lone surrogate becomes one U+FFFD. `most` units at most.
 Json reportText(std::u16string_view text, std::size_t most = std::u16string_view::npos);

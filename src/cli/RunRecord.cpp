@@ -15,11 +15,11 @@
 namespace velmor::cli {
 namespace {
 
-constexpr int kVersion = 1;
-constexpr const char* kFormat = "velmor run";
-constexpr std::size_t kHeadLines = 2;
+constexpr int version = 1;
+constexpr const char* formatName = "velmor run";
+constexpr std::size_t headLines = 2;
 
-constexpr std::array<const char*, 4> kEncodings = {"ansi", "utf-8", "utf-16", "utf-16be"};  // by TextEncoding
+constexpr std::array<const char*, 4> encodings = {"ansi", "utf-8", "utf-16", "utf-16be"};  // by TextEncoding
 
 // What the user's settings make of a few values, and what the bytes of the ANSI code page mean.
 Json settings() {
@@ -99,10 +99,10 @@ std::vector<std::string_view> linesOf(std::string_view text) {
 }  // namespace
 
 std::vector<Json> recordHead(const RunInput& input) {
-    return {Json::object({{"format", kFormat}, {"version", kVersion}}),
+    return {Json::object({{"format", formatName}, {"version", version}}),
             Json::object({{"options", optionsForm(input.options)},
                           {"files", filesForm(input.files)},
-                          {"output", kEncodings.at(static_cast<std::size_t>(input.encoding))},
+                          {"output", encodings.at(static_cast<std::size_t>(input.encoding))},
                           {"year", input.year},
                           {"settings", settings()}})};
 }
@@ -111,9 +111,9 @@ RunRecord::RunRecord(std::string name, std::string text)
     : name_(std::move(name)), text_(std::move(text)), lines_(linesOf(text_)) {
     const auto lineAt = [&](std::size_t line) { return line < lines_.size() ? recordLine(lines_[line]) : Json(); };
     const Json format = lineAt(0);
-    if (!format.contains("format") || format["format"] != kFormat) refuse(1, "this is not a record of velmor");
-    if (!format.contains("version") || format["version"] != kVersion) refuse(1, "another velmor wrote this record");
-    const Json last = lines_.size() > kHeadLines ? lineAt(lines_.size() - 1) : Json();
+    if (!format.contains("format") || format["format"] != formatName) refuse(1, "this is not a record of velmor");
+    if (!format.contains("version") || format["version"] != version) refuse(1, "another velmor wrote this record");
+    const Json last = lines_.size() > headLines ? lineAt(lines_.size() - 1) : Json();
     if (!last.contains("end")) refuse(lines_.size(), "the record is cut: its end is missing");
     try {
         readInput(lineAt(1));
@@ -126,9 +126,9 @@ RunRecord::RunRecord(std::string name, std::string text)
 
 void RunRecord::readInput(const Json& line) {
     input_ = {optionsOf(line.at("options")), filesOf(line.at("files")), {}, line.at("year").get<int>()};
-    const auto encoding = std::find(kEncodings.begin(), kEncodings.end(), line.at("output").get<std::string>());
-    if (encoding == kEncodings.end()) throw std::out_of_range("output");
-    input_.encoding = static_cast<TextEncoding>(encoding - kEncodings.begin());
+    const auto encoding = std::find(encodings.begin(), encodings.end(), line.at("output").get<std::string>());
+    if (encoding == encodings.end()) throw std::out_of_range("output");
+    input_.encoding = static_cast<TextEncoding>(encoding - encodings.begin());
     automation::portable::assumeYear(input_.year);
     if (line.at("settings") != settings()) {
         refuse(2, "it was recorded with other settings of numbers, dates or characters: " + jsonText(line["settings"]));
@@ -140,7 +140,7 @@ void RunRecord::refuse(std::size_t line, const std::string& reason) const {
 }
 
 std::unique_ptr<Replayer> RunRecord::replayer() const {
-    return std::make_unique<Replayer>(name_, lines_, kHeadLines);
+    return std::make_unique<Replayer>(name_, lines_, headLines);
 }
 
 void RunRecord::requireSame(const platform::Files& files, const TemplateOptions& given) const {

@@ -11,7 +11,7 @@
 namespace velmor::cli {
 namespace {
 
-constexpr std::size_t kLongAnswer = 100;  // bytes; equal ones are written once
+constexpr std::size_t longAnswer = 100;  // bytes; equal ones are written once
 
 std::string shownJson(const Json& json) {
     return shown(fromUtf8(jsonText(json)));
@@ -82,7 +82,7 @@ void Recorder::end(const Json& answer) {
 std::string Recorder::withAnswer(const std::string& beginning, const std::string& answer) {
     std::string line = beginning;
     if (line.size() > 1) line.back() = ',';
-    if (answer.size() < kLongAnswer || line.size() == 1) return line.append(answer, 1);
+    if (answer.size() < longAnswer || line.size() == 1) return line.append(answer, 1);
     const auto [known, isNew] = longAnswers_.try_emplace(std::hash<std::string_view>()(answer));
     if (!isNew && std::string_view(text_).substr(known->second.start, known->second.length) == answer.substr(1)) {
         return line.append("\"same\":").append(std::to_string(known->second.line)).append("}");
@@ -114,8 +114,8 @@ void Recorder::finish(const std::string& checksum) {
 // --- replaying ---
 
 Json recordLine(std::string_view line) {
-    constexpr int kDeepest = 8;
-    const auto isKept = [](int depth, Json::parse_event_t, const Json&) { return depth <= kDeepest; };
+    constexpr int deepest = 8;
+    const auto isKept = [](int depth, Json::parse_event_t, const Json&) { return depth <= deepest; };
     Json json = Json::parse(line, isKept, false);
     return json.is_object() ? std::move(json) : Json();
 }
@@ -181,7 +181,7 @@ Json Replayer::answerAfter(Json line) {
 }
 
 bool Replayer::performBack(const Json& line) {
-    if (nested_ >= kMostNested) return false;
+    if (nested_ >= mostNested) return false;
     ++nested_;
     automation::ObjectRef given;
     const bool isDone = read(line["back"], [&](const Json& question) { given = inside_->perform(question); });

@@ -120,7 +120,7 @@ public:
     void finish(const std::string& checksum) override;
 
 private:
-    static constexpr int kMostNested = 200;  // questions within questions
+    static constexpr int mostNested = 200;  // questions within questions
 
     Json take();
     Json parsed(std::size_t line);

@@ -34,7 +34,7 @@ const Error& outOfMemory() {
 Json callForm(std::uint64_t number, std::u16string_view name, InvokeKind kind) {
     return Json::array({number, kindForm(kind), textForm(name)});
 }
-constexpr std::size_t kFirstArgument = 3;
+constexpr std::size_t firstArgument = 3;
 
 }  // namespace
 
@@ -283,7 +283,7 @@ ObjectRef TapedObjects::perform(const Json& question) {
     const InvokeKind kind = kindOf(question.at(1));
     const std::u16string name = textOf(question.at(2));
     std::vector<Variant> arguments;
-    for (std::size_t index = kFirstArgument; index < question.size(); ++index) {
+    for (std::size_t index = firstArgument; index < question.size(); ++index) {
         arguments.push_back(valueOfForm(question[index]));
     }
     try {

@@ -83,7 +83,7 @@ const std::string& TagLines::command(std::u16string_view name) {
 void TagLines::write(std::string& json, std::size_t index) {
     const Tag& tag = trace_.tags()[index];
     json += '[';
-    append(json, tag.parent == TraceCollector::kNone ? 0 : std::size_t{tag.parent} + 1);
+    append(json, tag.parent == TraceCollector::noTag ? 0 : std::size_t{tag.parent} + 1);
     json.append(",\"").append(originText(tag.origin)).append("\",");
     json.append(command(trace_.nameOf(tag))).append(",");
     append(json, trace_.nameOf(tag));
@@ -99,7 +99,7 @@ void TagLines::write(std::string& json, std::size_t index) {
 
 void TagLines::writePosition(std::string& json, const Tag& tag) const {
     json += ',';
-    if (tag.parent != TraceCollector::kNone) {
+    if (tag.parent != TraceCollector::noTag) {
         append(json, std::size_t{tag.position});
         json += ",null,null";
         return;
@@ -143,7 +143,7 @@ std::string traceFile(const TraceCollector& trace, const TraceSubject& subject) 
                        ",\"output\":{\"encoding\":\"" + (isAnsi ? "ansi" : "utf-8") + "\",\"checksum\":\"" +
                        checksumOf(subject.output) + "\"},\"moved\":" + (hasMoved ? "true" : "false") +
                        ",\"omitted\":" + std::to_string(trace.omitted()) +
-                       ",\n\"columns\":" + jsonText(Json(kTraceColumns)) + ",\n\"tags\":[";
+                       ",\n\"columns\":" + jsonText(Json(traceColumns)) + ",\n\"tags\":[";
     TagLines(trace, subject).writeTo(json);
     return json.append("\n]}\n");
 }

@@ -26,9 +26,9 @@ struct TraceSubject {
 
 // The members of a tag's array in a trace file, in their order (docs/command-line.md).
 enum class TraceColumn { parent, origin, handler, command, name, position, line, column, length, place, moved, time };
-inline constexpr std::array<const char*, 12> kTraceColumns = {"parent", "origin",   "handler", "command",
-                                                              "name",   "position", "line",    "column",
-                                                              "length", "place",    "moved",   "microseconds"};
+inline constexpr std::array<const char*, 12> traceColumns = {"parent", "origin",   "handler", "command",
+                                                             "name",   "position", "line",    "column",
+                                                             "length", "place",    "moved",   "microseconds"};
 
 // FNV-1a of 64 bits, in hexadecimal digits.
 std::string checksumOf(std::string_view bytes);

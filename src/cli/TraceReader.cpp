@@ -15,7 +15,7 @@ public:
 
     // A whole number of at most `most`; null is 0 if it is allowed.
     template <class Key>
-    std::size_t number(Key key, bool mayBeNull = false, std::size_t most = kMostUnits) const {
+    std::size_t number(Key key, bool mayBeNull = false, std::size_t most = mostUnits) const {
         const Json& value = member(key);
         if (mayBeNull && value.is_null()) return 0;
         if (value.is_number_unsigned() && value.template get<std::uint64_t>() <= most) {
@@ -45,7 +45,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t kMostUnits = (std::size_t{1} << 30) - 1;
+    static constexpr std::size_t mostUnits = (std::size_t{1} << 30) - 1;
 
     static std::string shownKey(const char* name) { return name; }
     static std::string shownKey(std::size_t index) { return std::to_string(index); }

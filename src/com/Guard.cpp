@@ -18,7 +18,7 @@ void record(REFIID interfaceId, const std::u16string& description) noexcept {
     ComPtr<ICreateErrorInfo> created;
     if (FAILED(CreateErrorInfo(created.put()))) return;
     created->SetGUID(interfaceId);
-    created->SetSource(wide(kErrorSource));
+    created->SetSource(wide(errorSource));
     created->SetDescription(wide(description.c_str()));
     if (const auto error = created.as<IErrorInfo>(IID_IErrorInfo)) SetErrorInfo(0, error.get());
 }

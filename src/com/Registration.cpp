@@ -25,16 +25,16 @@ public:
         : root_(audience == Audience::everyone ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER) {
         // RegDeleteTree wants more than KEY_WRITE of the key that it is given.
         constexpr REGSAM rights = KEY_WRITE | KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE | DELETE;
-        checkRegistry(RegCreateKeyExW(root_, kPath, 0, nullptr, 0, rights, nullptr, &key_, nullptr));
+        checkRegistry(RegCreateKeyExW(root_, classesPath, 0, nullptr, 0, rights, nullptr, &key_, nullptr));
     }
     Classes(const Classes&) = delete;
     Classes& operator=(const Classes&) = delete;
     ~Classes() { RegCloseKey(key_); }
 
     HKEY get() const noexcept { return key_; }
-    bool has(const std::wstring& key, REGSAM view = platform::kOwnView) const {
+    bool has(const std::wstring& key, REGSAM view = platform::ownView) const {
         HKEY found = nullptr;
-        const std::wstring path = std::wstring(kPath) + L"\\" + key;
+        const std::wstring path = std::wstring(classesPath) + L"\\" + key;
         if (RegOpenKeyExW(root_, path.c_str(), 0, KEY_READ | view, &found) != ERROR_SUCCESS) return false;
         RegCloseKey(found);
         return true;
@@ -51,7 +51,7 @@ public:
     }
 
 private:
-    static constexpr wchar_t kPath[] = L"Software\\Classes";
+    static constexpr wchar_t classesPath[] = L"Software\\Classes";
 
     HKEY root_;
     HKEY key_ = nullptr;
@@ -103,7 +103,7 @@ void writeClass(const Classes& classes, const ServedClass& served, const GUID* t
 
 // Whether the same component of the other bitness is registered. On a 32-bit Windows this is the class itself.
 bool hasPartner(const Classes& classes, const ServedClass& served) {
-    return classes.has(classKey(served), platform::kOtherView);
+    return classes.has(classKey(served), platform::otherView);
 }
 
 void removeClass(const Classes& classes, const ServedClass& served) {

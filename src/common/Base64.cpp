@@ -9,26 +9,26 @@
 namespace velmor {
 namespace {
 
-constexpr std::string_view kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-constexpr std::uint8_t kSpace = 64, kPadding = 65, kForeign = 66;
+constexpr std::string_view base64Digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+constexpr std::uint8_t blankDigit = 64, paddingDigit = 65, foreignDigit = 66;
 
-constexpr auto kValues = [] {
+constexpr auto digitValues = [] {
     std::array<std::uint8_t, 128> values{};
-    values.fill(kForeign);
-    for (std::size_t i = 0; i < kDigits.size(); ++i) {
-        values[static_cast<std::size_t>(kDigits[i])] = static_cast<std::uint8_t>(i);
+    values.fill(foreignDigit);
+    for (std::size_t i = 0; i < base64Digits.size(); ++i) {
+        values[static_cast<std::size_t>(base64Digits[i])] = static_cast<std::uint8_t>(i);
     }
-    for (const char space : {' ', '\t', '\r', '\n'}) values[static_cast<std::size_t>(space)] = kSpace;
-    values['='] = kPadding;
+    for (const char space : {' ', '\t', '\r', '\n'}) values[static_cast<std::size_t>(space)] = blankDigit;
+    values['='] = paddingDigit;
     return values;
 }();
 
 std::uint8_t valueOf(char16_t unit) {
-    return unit < kValues.size() ? kValues[unit] : kForeign;
+    return unit < digitValues.size() ? digitValues[unit] : foreignDigit;
 }
 
 char16_t digit(std::uint32_t bits) {
-    return static_cast<char16_t>(kDigits[bits & 63]);
+    return static_cast<char16_t>(base64Digits[bits & 63]);
 }
 
 }  // namespace
@@ -54,9 +54,9 @@ std::optional<std::string> fromBase64(std::u16string_view encoded) {
     std::uint32_t bits = 0;
     for (const char16_t unit : encoded) {
         const std::uint8_t value = valueOf(unit);
-        if (value == kSpace) continue;
-        if (value == kForeign || (padding > 0 && value != kPadding)) return std::nullopt;
-        if (value == kPadding) {
+        if (value == blankDigit) continue;
+        if (value == foreignDigit || (padding > 0 && value != paddingDigit)) return std::nullopt;
+        if (value == paddingDigit) {
             ++padding;
             continue;
         }

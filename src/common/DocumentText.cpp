@@ -84,7 +84,7 @@ std::string encodeUtf16(std::u16string_view text, bool bigEndian) {
 }  // namespace
 
 std::string encodeDocument(std::u16string_view text, TextEncoding encoding, std::vector<PlaceShift>* shifts) {
-    if (text.starts_with(kRtfStart)) return encodeRtf(text, shifts);
+    if (text.starts_with(rtfStart)) return encodeRtf(text, shifts);
     if (encoding == TextEncoding::ansi) return encodePlain(text);
     if (encoding == TextEncoding::utf8) return toUtf8(text);
     return encodeUtf16(text, encoding == TextEncoding::utf16BigEndian);

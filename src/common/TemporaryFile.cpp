@@ -3,7 +3,7 @@
 namespace velmor {
 namespace {
 
-constexpr int kAttempts = 16;  // GUIDs do not collide; repeated failure has another cause
+constexpr int attempts = 16;  // GUIDs do not collide; repeated failure has another cause
 
 // The braces and hyphens of a GUID are legal in file names but inconvenient to type.
 std::u16string uniqueName(platform::Services& services) {
@@ -21,7 +21,7 @@ std::optional<std::u16string> makeTemporaryFile(platform::Services& services, st
     std::u16string stem = services.folders.temporary();
     if (!stem.empty() && stem.back() != services.folders.separator()) stem += services.folders.separator();
     stem += psPrefix;
-    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    for (int attempt = 0; attempt < attempts; ++attempt) {
         std::u16string path = stem + uniqueName(services);
         path += psExtension;
         if (services.files.create(path)) return path;

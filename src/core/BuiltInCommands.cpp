@@ -18,12 +18,12 @@ using automation::Variant;
 
 namespace {
 
-constexpr std::u16string_view kPathProperty = u"Path";
-constexpr std::size_t kCopiesOfName = 4;  // of its parts, while a command runs
+constexpr std::u16string_view pathProperty = u"Path";
+constexpr std::size_t copiesOfName = 4;  // of its parts, while a command runs
 
 #define VELMOR_WIDE_TEXT(text) u##text
 #define VELMOR_WIDE(text) VELMOR_WIDE_TEXT(text)
-constexpr std::u16string_view kVersionText = VELMOR_WIDE(VELMOR_VERSION_TEXT);
+constexpr std::u16string_view versionText = VELMOR_WIDE(VELMOR_VERSION_TEXT);
 
 bool isAbsolute(std::u16string_view path, char16_t separator) noexcept {
     if (path.starts_with(u"\\\\")) return true;
@@ -31,11 +31,11 @@ bool isAbsolute(std::u16string_view path, char16_t separator) noexcept {
     return path.size() > 2 && path[1] == u':' && (path[2] == u'\\' || path[2] == u'/');
 }
 
-constexpr std::u16string_view kWhiteSpaceAndNul(u" \t\r\n\v\f\0", 7);
+constexpr std::u16string_view whiteSpaceAndNul(u" \t\r\n\v\f\0", 7);
 
 // "{\rtf" with another version number, or none, becomes "{\rtf1".
 void giveVersion(std::u16string& text) {
-    const std::size_t word = kRtfStart.size() - 1;
+    const std::size_t word = rtfStart.size() - 1;
     const std::size_t end = std::min(text.find_first_not_of(u"0123456789", word), text.size());
     const bool isWholeWord = end == text.size() || (text[end] | 0x20) < u'a' || (text[end] | 0x20) > u'z';
     if (isWholeWord) text.replace(word, end - word, u"1");
@@ -58,7 +58,7 @@ const std::vector<BuiltInCommands::Command>& BuiltInCommands::commands() {
     static const std::vector<Command> all = {
         {u"@DESCRIPTION", u"Pellmar Quillmarc", nullptr},  // the "c" is meant
         {u"@VERSION", u"1", nullptr},
-        {u"@DLL VERSION", kVersionText, nullptr},
+        {u"@DLL VERSION", versionText, nullptr},
         {u"@COPYRIGHT", u"Copyright Pellmar", nullptr},
         {u"@TRADEMARKS", u"Quillmark is a trademark of Pellmar", nullptr},
         {u"@AUTHOR", u"Pellmar", nullptr},
@@ -98,7 +98,7 @@ bool BuiltInCommands::isListFile(std::u16string_view path) {
 }
 
 CommandAnswer BuiltInCommands::run() const {
-    const HeldText held(kCopiesOfName * name_.size());
+    const HeldText held(copiesOfName * name_.size());
     if (!held.fits()) {
         reportLimit(services_, *context_, EvaluationLimit::held, handler, name_);
         return {};
@@ -108,9 +108,9 @@ CommandAnswer BuiltInCommands::run() const {
 }
 
 CommandAnswer BuiltInCommands::run(privProperties& elements) const {
-    const PropertyRef first = elements.Item(kHandlerElement);
+    const PropertyRef first = elements.Item(handlerElement);
     if (!first || upperCase(first->Name()) != handler) return u"!Incorrect Handler!";
-    const PropertyRef name = elements.Item(kCommandElement);
+    const PropertyRef name = elements.Item(commandElement);
     const Command* const command = name ? find(upperCase(name->Name())) : nullptr;
     if (command == nullptr) return {};
     if (command->answer == nullptr) return std::u16string(command->text);
@@ -130,7 +130,7 @@ bool BuiltInCommands::build(privProperties& elements, std::u16string_view text, 
 }
 
 std::u16string BuiltInCommands::processed(std::u16string text) const {
-    if (text.find(kOpeningMarker) == std::u16string::npos) return text;
+    if (text.find(openingMarker) == std::u16string::npos) return text;
     return evaluateText(services_, context_, handler, std::move(text));
 }
 
@@ -150,11 +150,11 @@ void BuiltInCommands::logError(std::u16string_view message, std::u16string_view 
 }
 
 CommandAnswer BuiltInCommands::setProperty(privProperties& elements) const {
-    const PropertyRef parameter = elements.Item(kFirstParameter);
+    const PropertyRef parameter = elements.Item(firstParameter);
     if (!parameter) return {};
     Variant value = parameter->Value();
     const auto* const text = value.get<std::u16string>();
-    const bool hasTags = text != nullptr && text->find(kOpeningMarker) != std::u16string::npos;
+    const bool hasTags = text != nullptr && text->find(openingMarker) != std::u16string::npos;
     if (hasTags && elements.GetValueBoolean(u"PREPROCESS", true)) value = Variant(processed(*text));
     if (EvaluationRules::isRule(parameter->Name())) {
         logError(u"A tag does not set this property", parameter->Name());
@@ -171,7 +171,7 @@ std::u16string_view BuiltInCommands::asWritten(const std::u16string& psName) con
 }
 
 CommandAnswer BuiltInCommands::property(privProperties& elements) const {
-    const PropertyRef parameter = elements.Item(kFirstParameter);
+    const PropertyRef parameter = elements.Item(firstParameter);
     if (!parameter) return {};
     const Collection& properties = context_->properties;
     CommandAnswer answer(properties.getText(parameter->Name(), parameter->Value()));
@@ -187,11 +187,11 @@ CommandAnswer BuiltInCommands::property(privProperties& elements) const {
 }
 
 std::u16string BuiltInCommands::commandValue(privProperties& elements) const {
-    return processed(textOf(elements.Item(kCommandElement)));
+    return processed(textOf(elements.Item(commandElement)));
 }
 
 std::u16string BuiltInCommands::fullPath(std::u16string_view psFile) const {
-    std::u16string folder = context_->properties.getText(kPathProperty, Variant(services_.folders.component()));
+    std::u16string folder = context_->properties.getText(pathProperty, Variant(services_.folders.component()));
     return pathOf(psFile, std::move(folder), services_.folders.separator());
 }
 
@@ -232,10 +232,10 @@ std::u16string BuiltInCommands::onlyDocument(std::u16string text, std::u16string
     if (!text.starts_with(u"{\\rtf")) return text;
     const bool tolerant = isTolerant(services_, context_->properties);
     if (tolerant) giveVersion(text);
-    if (!text.starts_with(kRtfStart)) return text;
+    if (!text.starts_with(rtfStart)) return text;
     const std::size_t brace = findGroupEnd(text, 1, tolerant);
     if (brace == noGroupEnd) return text;
-    if (text.find_first_not_of(kWhiteSpaceAndNul, brace + 1) != text.npos) {
+    if (text.find_first_not_of(whiteSpaceAndNul, brace + 1) != text.npos) {
         logError(u"Text after the end of the document was left out", path);
     }
     text.resize(brace + 1);
@@ -261,7 +261,7 @@ CommandAnswer BuiltInCommands::listEntry(std::u16string_view psList, privPropert
 
 CommandAnswer BuiltInCommands::setPath(privProperties& elements) const {
     std::u16string path = commandValue(elements);
-    put(kPathProperty, Variant(path));
+    put(pathProperty, Variant(path));
     return path;
 }
 
@@ -272,13 +272,13 @@ CommandAnswer BuiltInCommands::privateAnswer(privProperty& parameter, std::u16st
 }
 
 CommandAnswer BuiltInCommands::privateVariable(privProperties& elements) const {
-    const PropertyRef parameter = elements.Item(kFirstParameter);
+    const PropertyRef parameter = elements.Item(firstParameter);
     if (!parameter) return {};
     return privateAnswer(*parameter, context_->privateVariables->GetValueStr(parameter->Name(), parameter->ValueStr()));
 }
 
 CommandAnswer BuiltInCommands::dumpPrivateVariable(privProperties& elements) const {
-    const PropertyRef parameter = elements.Item(kFirstParameter);
+    const PropertyRef parameter = elements.Item(firstParameter);
     if (!parameter) return {};
     return privateAnswer(*parameter,
                          context_->privateVariables->GetValueStrCatDump(parameter->Name(), parameter->ValueStr()));

@@ -35,7 +35,7 @@ struct CommandAnswer {
 // read its file, yields "". The value is not escaped, and its tags are not evaluated.
 class BuiltInCommands {
 public:
-    static constexpr std::u16string_view handler = kBuiltInHandler;
+    static constexpr std::u16string_view handler = builtInHandler;
 
     // psName: the tag's name, with its final ":". All collections of the context must exist.
     BuiltInCommands(platform::Services& services, const ContextRef& context, std::u16string_view psName)

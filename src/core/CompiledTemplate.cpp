@@ -8,7 +8,7 @@
 namespace velmor {
 
 CompiledTemplate::CompiledTemplate(platform::Services& services, std::u16string text, std::u16string_view handler)
-    : isRtf_(text.starts_with(kRtfStart)) {
+    : isRtf_(text.starts_with(rtfStart)) {
     addTableMarkers(text, services.guids);
     text_ = std::make_shared<const std::u16string>(std::move(text));
     tags_ = searchTags(services, handler, *text_);

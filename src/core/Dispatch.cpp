@@ -22,7 +22,7 @@ namespace {
 class Dispatch {
 public:
     Dispatch(const TagRequest& request, TagAnswer& answer)
-        : request_(request), handler_(request.name.substr(0, request.name.find(kHandlerSeparator))), answer_(answer) {}
+        : request_(request), handler_(request.name.substr(0, request.name.find(handlerSeparator))), answer_(answer) {}
 
     void run();
 
@@ -146,7 +146,7 @@ void Dispatch::answerAbsent(std::u16string_view name) {
     answer_.hasValue = answer_.isSearched = true;
     switch (rules_.missing) {
         case EvaluationRules::Missing::keep:
-            answer_.text.append(kOpeningMarker).append(request_.name).append(kClosingMarker);
+            answer_.text.append(openingMarker).append(request_.name).append(closingMarker);
             hideMarkers(answer_.text);
             EvaluationRun::current().keepsTag(true);
             return;
@@ -181,7 +181,7 @@ void Dispatch::takeData(Origin origin) {
 
 // The value is answer_.text.
 void Dispatch::takeValue() {
-    answer_.isRtf = answer_.text.starts_with(kRtfStart);
+    answer_.isRtf = answer_.text.starts_with(rtfStart);
     fitAndCount(isProtected());
     answer_.tags = searchTags(request_.services, address_.name, answer_.text);
     answer_.hasValue = answer_.isSearched = true;
@@ -203,14 +203,13 @@ void Dispatch::takeView(const BuiltInCommands::PropertyText& value) {
         answer_.tags = searchTags(request_.services, address_.name, value.text);
     } else if (value.text.starts_with(u'<')) {
         // It is one whole tag or holds no marker, so tags deep within each other are not sought anew at each level.
-        answer_.tags.tags.push_back({0, static_cast<std::uint32_t>(value.text.size() - kClosingMarker.size())});
+        answer_.tags.tags.push_back({0, static_cast<std::uint32_t>(value.text.size() - closingMarker.size())});
     }
 }
 
 bool Dispatch::isFitAsItIs(const BuiltInCommands::PropertyText& value) const {
     const bool isOwn = value.origin == Origin::author;
-    if (value.text.empty() || value.text.starts_with(kRtfStart) || TimingLog::isOn(LogType::tagCollection))
-        return false;
+    if (value.text.empty() || value.text.starts_with(rtfStart) || TimingLog::isOn(LogType::tagCollection)) return false;
     if (!isOwn && EvaluationRun::current().tracksOrigins()) return false;
     return (isOwn && request_.isFit) || !isProtected() || protectedRTFLength(value.text) == value.text.size();
 }
@@ -237,7 +236,7 @@ void Dispatch::fitAndCount(bool protect) {
 }  // namespace
 
 bool needsObject(std::u16string_view name) noexcept {
-    const std::size_t separator = name.find(kHandlerSeparator);
+    const std::size_t separator = name.find(handlerSeparator);
     return separator != name.npos && !equalIgnoringCase(name.substr(0, separator), BuiltInCommands::handler);
 }
 
@@ -248,7 +247,7 @@ TagAnswer dispatch(const TagRequest& request) {
 }
 
 std::u16string handlerName(std::u16string_view name) {
-    const std::size_t separator = name.find(kHandlerSeparator);
+    const std::size_t separator = name.find(handlerSeparator);
     if (separator == name.npos) return {};
     return HandlerAddress::parse(name.substr(0, separator)).name;
 }
@@ -256,7 +255,7 @@ std::u16string handlerName(std::u16string_view name) {
 TopLevelTags searchTags(platform::Services& services, std::u16string_view handler, std::u16string_view text) {
     const TimedStage search(services, LogType::tagCollection);
     TopLevelTags found;
-    if (text.size() <= static_cast<std::size_t>(kMaximumCharacters)) found = findTopLevelTags(text);
+    if (text.size() <= static_cast<std::size_t>(maximumCharacters)) found = findTopLevelTags(text);
     if (search) search.finish(searchDetail(handler, text, found));
     return found;
 }
@@ -274,7 +273,7 @@ bool admitsTags(platform::Services& services, const TagContext& context, std::u1
 }
 
 bool fitIntoRtf(platform::Services& services, bool protect, std::u16string& value) {
-    const bool isRtf = value.starts_with(kRtfStart);
+    const bool isRtf = value.starts_with(rtfStart);
     if (protect || isRtf) {
         ProtectRTFCode(value);
         addTableMarkers(value, services.guids);

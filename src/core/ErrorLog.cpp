@@ -26,11 +26,11 @@ std::u16string leftOutMessage(std::int64_t count) {
 
 void addOrCount(platform::Services& services, privProperties& log, const ErrorLogEntry& entry) {
     LogEntryCount* const entries = EvaluationRun::current().logEntries();
-    if (entries == nullptr || ++entries->count <= kMaximumLogEntries) {
+    if (entries == nullptr || ++entries->count <= maximumLogEntries) {
         add(services, log, entry);
         return;
     }
-    const std::u16string message = leftOutMessage(entries->count - kMaximumLogEntries);
+    const std::u16string message = leftOutMessage(entries->count - maximumLogEntries);
     if (entries->last) {
         entries->last->SetValueQuiet(automation::Variant(message));
     } else {

@@ -20,7 +20,7 @@ struct ErrorLogEntry {
 
 // Adds an entry of its own (also where the handler has one): named after the handler, its value
 // the message, with child properties "DateTime" (always), "Err" (not 0), "TagData" and "ErrData"
-// (not empty). One top-level evaluation adds kMaximumLogEntries entries and one last entry, which
+// (not empty). One top-level evaluation adds maximumLogEntries entries and one last entry, which
 // counts the others. Never raises: an entry that finds no memory is left out.
 void addErrorLogEntry(platform::Services& services, privProperties& log, const ErrorLogEntry& entry) noexcept;
 

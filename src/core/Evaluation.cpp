@@ -64,7 +64,7 @@ std::u16string evaluateText(platform::Services& services, const ContextRef& cont
         return {};
     }
     const RulesInForce rules(context->properties);
-    const bool isRtf = text.starts_with(kRtfStart);
+    const bool isRtf = text.starts_with(rtfStart);
     addTableMarkers(text, services.guids);
     const TopLevelTags found = searchTags(services, {}, text);
     if (found.tags.empty() || !admitsTags(services, *context, handler)) return text;
@@ -117,7 +117,7 @@ void Evaluation::finishTo(std::size_t position) {
     position_ = position;
     finished_ = sizeOf(*target_);
     finishedHasMarker_ = finishedHasMarker_ || gapHasMarker(gap);
-    constexpr std::size_t reach = kOpeningMarker.size() - 1;
+    constexpr std::size_t reach = openingMarker.size() - 1;
     scanFrom_ = std::max(base_, finished_ - std::min(reach, finished_));
 }
 
@@ -126,18 +126,18 @@ void Evaluation::finishTo(std::size_t position) {
 bool Evaluation::gapHasMarker(std::size_t gap) const {
     if (tags_.firstStray() < position_) return true;
     const std::u16string_view finished = target_->contiguous();
-    const std::size_t end = std::min(gap + kOpeningMarker.size() - 1, finished.size());
+    const std::size_t end = std::min(gap + openingMarker.size() - 1, finished.size());
     return findOpeningMarker(finished.substr(0, end), scanFrom_) != npos;
 }
 
 bool Evaluation::ownPlaceIsFirst(std::size_t index) {
     if (finishedHasMarker_) return false;
-    if (tags_.rawName(index).ends_with(kElementSeparator)) return true;
+    if (tags_.rawName(index).ends_with(elementSeparator)) return true;
     if (!lastSeparated_) {
         lastSeparated_ = 0;
         const std::u16string_view text = tags_.text();
         for (MarkerPlace at = findMarker(text, 0); at.position < text.size(); at = findMarker(text, at.position + 1)) {
-            if (at.position > 0 && text[at.position - 1] == kElementSeparator) lastSeparated_ = at.position;
+            if (at.position > 0 && text[at.position - 1] == elementSeparator) lastSeparated_ = at.position;
         }
     }
     return *lastSeparated_ < tags_.span(index).end();
@@ -181,8 +181,8 @@ void Evaluation::answer(std::size_t index, const BuilderRef& results) {
 // A result that shows nothing but empty tags is empty, too.
 void Evaluation::markEmptyTag(std::size_t start, privStrCat& results) const {
     const std::u16string_view result = results.contiguous().substr(start);
-    if (!showsNothing(result, tags_.context()->protectRtf || result.starts_with(kRtfStart))) return;
-    results.add({&kEmptyTag, 1});
+    if (!showsNothing(result, tags_.context()->protectRtf || result.starts_with(rtfStart))) return;
+    results.add({&emptyTag, 1});
     EvaluationRun::current().countEmptyTag();
 }
 

@@ -12,13 +12,13 @@ using automation::Variant;
 
 namespace {
 
-constexpr std::u16string_view kMissing = u"kvTag.Missing";
-constexpr std::u16string_view kDataTags = u"kvTag.Data Tags";
-constexpr std::u16string_view kDropEmptyParagraphs = u"kvTag.Drop Empty Paragraphs";
-constexpr std::u16string_view kIncludeRoot = u"kvTag.Include Root";
-constexpr std::u16string_view kMaxDepth = u"kvTag.Max Depth";
-constexpr std::u16string_view kMaxTags = u"kvTag.Max Tags";
-constexpr std::u16string_view kMaxOutput = u"kvTag.Max Output";
+constexpr std::u16string_view missingName = u"kvTag.Missing";
+constexpr std::u16string_view dataTagsName = u"kvTag.Data Tags";
+constexpr std::u16string_view dropEmptyParagraphsName = u"kvTag.Drop Empty Paragraphs";
+constexpr std::u16string_view includeRootName = u"kvTag.Include Root";
+constexpr std::u16string_view maxDepthName = u"kvTag.Max Depth";
+constexpr std::u16string_view maxTagsName = u"kvTag.Max Tags";
+constexpr std::u16string_view maxOutputName = u"kvTag.Max Output";
 
 // The choice whose name the property gives, in the order of the names; the first one if it is absent.
 template <class Choice, std::size_t count>
@@ -49,19 +49,19 @@ RuleError::RuleError(std::u16string_view name, std::u16string_view value)
 EvaluationRules EvaluationRules::of(const Collection& properties) {
     EvaluationRules rules;
     if (!properties) return rules;
-    rules.missing = choice<Missing>(properties, kMissing, {u"empty", u"keep", u"mark", u"fail"});
-    rules.dataTags = choice<DataTags>(properties, kDataTags, {u"allow", u"report", u"refuse"});
-    rules.dropsEmptyParagraphs = choice<bool>(properties, kDropEmptyParagraphs, {u"False", u"True"});
-    rules.includeRoot = properties.getText(kIncludeRoot, Variant(u""));
-    rules.maximumLevels = limit(properties, kMaxDepth, kMaximumLevels);
-    rules.maximumTags = limit(properties, kMaxTags, kMaximumDispatches);
-    rules.maximumOutput = limit(properties, kMaxOutput, kMaximumCharacters);
+    rules.missing = choice<Missing>(properties, missingName, {u"empty", u"keep", u"mark", u"fail"});
+    rules.dataTags = choice<DataTags>(properties, dataTagsName, {u"allow", u"report", u"refuse"});
+    rules.dropsEmptyParagraphs = choice<bool>(properties, dropEmptyParagraphsName, {u"False", u"True"});
+    rules.includeRoot = properties.getText(includeRootName, Variant(u""));
+    rules.maximumLevels = limit(properties, maxDepthName, deepestLevel);
+    rules.maximumTags = limit(properties, maxTagsName, maximumDispatches);
+    rules.maximumOutput = limit(properties, maxOutputName, maximumCharacters);
     return rules;
 }
 
 bool EvaluationRules::isRule(std::u16string_view psName) noexcept {
-    constexpr std::u16string_view names[] = {kMissing, kDataTags, kDropEmptyParagraphs, kIncludeRoot, kMaxDepth,
-                                             kMaxTags, kMaxOutput};
+    constexpr std::u16string_view names[] = {
+        missingName, dataTagsName, dropEmptyParagraphsName, includeRootName, maxDepthName, maxTagsName, maxOutputName};
     return std::any_of(std::begin(names), std::end(names),
                        [&](std::u16string_view name) { return equalIgnoringCase(name, psName); });
 }
@@ -91,12 +91,12 @@ RulesInForce::~RulesInForce() {
 }
 
 void hideMarkers(std::u16string& text) noexcept {
-    std::replace(text.begin(), text.end(), u'<', kHidden);
+    std::replace(text.begin(), text.end(), u'<', hidden);
     EvaluationRun::current().hidesMarkers(true);
 }
 
 void showMarkers(std::u16string& text) noexcept {
-    if (EvaluationRun::current().hidesMarkers()) std::replace(text.begin(), text.end(), kHidden, u'<');
+    if (EvaluationRun::current().hidesMarkers()) std::replace(text.begin(), text.end(), hidden, u'<');
 }
 
 ContextRef contextOf(Origin origin, const ContextRef& context) {

@@ -38,11 +38,11 @@ struct EvaluationRules {
 
     Missing missing = Missing::empty;
     DataTags dataTags = DataTags::allow;
-    bool dropsEmptyParagraphs = false;                // "kvTag.Drop Empty Paragraphs": see rtf/edit/EmptyParagraphs.h
-    std::u16string includeRoot;                       // "kvTag.Include Root": no other folder's files are included
-    std::int64_t maximumLevels = kMaximumLevels;      // "kvTag.Max Depth"
-    std::int64_t maximumTags = kMaximumDispatches;    // "kvTag.Max Tags"
-    std::int64_t maximumOutput = kMaximumCharacters;  // "kvTag.Max Output", characters of the result
+    bool dropsEmptyParagraphs = false;               // "kvTag.Drop Empty Paragraphs": see rtf/edit/EmptyParagraphs.h
+    std::u16string includeRoot;                      // "kvTag.Include Root": no other folder's files are included
+    std::int64_t maximumLevels = deepestLevel;       // "kvTag.Max Depth"
+    std::int64_t maximumTags = maximumDispatches;    // "kvTag.Max Tags"
+    std::int64_t maximumOutput = maximumCharacters;  // "kvTag.Max Output", characters of the result
 
     // Throws RuleError.
     static EvaluationRules of(const Collection& properties);
@@ -72,9 +72,9 @@ private:
     const bool isOutermost_;
 };
 
-// Text that is not to be taken for tags any more has kHidden for each "<" until the outermost evaluation ends.
+// Text that is not to be taken for tags any more has hidden for each "<" until the outermost evaluation ends.
 // U+FDD0 is not a character of any text: it is reserved for such use.
-inline constexpr char16_t kHidden = u'\uFDD0';
+inline constexpr char16_t hidden = u'\uFDD0';
 void hideMarkers(std::u16string& text) noexcept;
 // Undoes it, if this evaluation hid anything.
 void showMarkers(std::u16string& text) noexcept;

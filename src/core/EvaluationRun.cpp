@@ -53,7 +53,7 @@ bool EvaluationRun::tracksOrigins() const noexcept {
 
 std::optional<EvaluationLimit> EvaluationRun::countDispatch() noexcept {
     if (tooDeep_) return EvaluationLimit::levels;
-    if (characters_ > kMaximumCharacters) return EvaluationLimit::characters;
+    if (characters_ > maximumCharacters) return EvaluationLimit::characters;
     if (dispatches_ >= rules().maximumTags) return EvaluationLimit::dispatches;
     ++dispatches_;
     return std::nullopt;
@@ -61,7 +61,7 @@ std::optional<EvaluationLimit> EvaluationRun::countDispatch() noexcept {
 
 std::optional<EvaluationLimit> EvaluationRun::countCharacters(std::size_t count) noexcept {
     characters_ += static_cast<std::int64_t>(count);
-    if (characters_ <= kMaximumCharacters) return std::nullopt;
+    if (characters_ <= maximumCharacters) return std::nullopt;
     return EvaluationLimit::characters;
 }
 
@@ -71,7 +71,7 @@ std::optional<EvaluationLimit> EvaluationRun::countValue(std::size_t size) noexc
 }
 
 std::size_t EvaluationRun::longestValue() const noexcept {
-    const auto left = static_cast<std::size_t>(std::max<std::int64_t>(kMaximumCharacters - characters_, 0));
+    const auto left = static_cast<std::size_t>(std::max<std::int64_t>(maximumCharacters - characters_, 0));
     return apart_ > 0 ? std::min(left, holdable()) : left;
 }
 

@@ -16,21 +16,21 @@ struct EvaluationRules;
 
 // Running evaluation loops, the template's own being the first. They all fit in a stack of 1 MB,
 // a late-bound handler at each included.
-inline constexpr int kMaximumLevels = 100;
+inline constexpr int deepestLevel = 100;
 // Dispatched tags.
-inline constexpr std::int64_t kMaximumDispatches = 10'000'000;
+inline constexpr std::int64_t maximumDispatches = 10'000'000;
 // Characters of the template and of all values that tags yielded, on every level.
-inline constexpr std::int64_t kMaximumCharacters = (std::int64_t{1} << 30) - 1;
+inline constexpr std::int64_t maximumCharacters = (std::int64_t{1} << 30) - 1;
 // Characters that one evaluation holds besides its outermost text and its result: the texts of the
 // levels below the outermost, the results of texts that are evaluated on their own, and the
 // properties that it sets. An outermost text allows four times its own length more.
-inline constexpr std::int64_t kMaximumHeld = std::int64_t{1} << 25;
+inline constexpr std::int64_t maximumHeld = std::int64_t{1} << 25;
 // Bytes of the values in which tags were evaluated, kept for a reader of Tags.
-inline constexpr std::size_t kMaximumKept = std::size_t{1} << 27;
+inline constexpr std::size_t maximumKept = std::size_t{1} << 27;
 // Bytes that the compressed values in tags and list files give, all together.
-inline constexpr std::size_t kMaximumDecoded = std::size_t{1} << 25;
+inline constexpr std::size_t maximumDecoded = std::size_t{1} << 25;
 // Entries in the error log; one more counts the others.
-inline constexpr std::int64_t kMaximumLogEntries = 10'000;
+inline constexpr std::int64_t maximumLogEntries = 10'000;
 
 enum class EvaluationLimit { levels, dispatches, characters, held, decoded, kept, output };
 
@@ -68,7 +68,7 @@ public:
     // The size of the longest value that no limit forbids.
     std::size_t longestValue() const noexcept;
     // The outermost text begins.
-    void beginText(std::size_t size) noexcept { heldMost_ = kMaximumHeld + 4 * static_cast<std::int64_t>(size); }
+    void beginText(std::size_t size) noexcept { heldMost_ = maximumHeld + 4 * static_cast<std::int64_t>(size); }
     // Holds so many characters more, until they are released; false, and nothing held, beyond the limit.
     bool hold(std::size_t count) noexcept;
     void release(std::size_t count) noexcept { held_ -= static_cast<std::int64_t>(count); }
@@ -123,10 +123,10 @@ private:
     std::int64_t dispatches_ = 0;
     std::int64_t characters_ = 0;
     std::int64_t held_ = 0;
-    std::int64_t heldMost_ = kMaximumHeld;
+    std::int64_t heldMost_ = maximumHeld;
     std::int64_t stored_ = 0;  // the part of held_ that lies in properties
-    std::size_t decodable_ = kMaximumDecoded;
-    std::size_t keepable_ = kMaximumKept;
+    std::size_t decodable_ = maximumDecoded;
+    std::size_t keepable_ = maximumKept;
     int apart_ = 0;  // texts of their own that are being evaluated
     OutermostTag outermostTag_;
     LogEntryCount* logEntries_ = nullptr;

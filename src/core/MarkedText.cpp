@@ -10,8 +10,8 @@ namespace velmor {
 
 namespace {
 
-constexpr std::uint64_t kBase = 0x9E3779B97F4A7C15;
-constexpr std::size_t kReach = kClosingMarker.size() - 1;  // of an incomplete marker
+constexpr std::uint64_t hashBase = 0x9E3779B97F4A7C15;
+constexpr std::size_t markerReach = closingMarker.size() - 1;  // of an incomplete marker
 
 constexpr std::uint64_t inverseOf(std::uint64_t odd) noexcept {
     std::uint64_t inverse = odd;
@@ -40,9 +40,9 @@ std::size_t countMarkers(std::u16string_view text) noexcept {
 // --- hashes ---
 
 MarkedText::Hash MarkedText::Hash::of(std::u16string_view text) noexcept {
-    Hash hash{0, velmor::power(kBase, text.size())};
+    Hash hash{0, velmor::power(hashBase, text.size())};
     // One more than the unit, so that leading zeros count.
-    for (const char16_t unit : text) hash.sum = hash.sum * kBase + foldUnit(unit) + 1;
+    for (const char16_t unit : text) hash.sum = hash.sum * hashBase + foldUnit(unit) + 1;
     return hash;
 }
 
@@ -63,7 +63,7 @@ MarkedText::Hash MarkedText::Hash::withoutEnd(const Hash& end) const noexcept {
 }
 
 std::uint64_t MarkedText::keyOf(const Hash& hash, bool isEmptyPair) noexcept {
-    return hash.sum ^ (isEmptyPair ? kBase : 0);
+    return hash.sum ^ (isEmptyPair ? hashBase : 0);
 }
 
 // --- text between markers ---
@@ -79,16 +79,16 @@ void MarkedText::Run::append(Run&& next) {
 
 std::u16string MarkedText::Run::firstUnits() const {
     std::u16string units;
-    for (auto piece = pieces.begin(); piece != pieces.end() && units.size() < kReach; ++piece) {
-        units += piece->substr(0, kReach - units.size());
+    for (auto piece = pieces.begin(); piece != pieces.end() && units.size() < markerReach; ++piece) {
+        units += piece->substr(0, markerReach - units.size());
     }
     return units;
 }
 
 std::u16string MarkedText::Run::lastUnits() const {
     std::u16string units;
-    for (auto piece = pieces.rbegin(); piece != pieces.rend() && units.size() < kReach; ++piece) {
-        const std::size_t count = std::min(kReach - units.size(), piece->size());
+    for (auto piece = pieces.rbegin(); piece != pieces.rend() && units.size() < markerReach; ++piece) {
+        const std::size_t count = std::min(markerReach - units.size(), piece->size());
         units.insert(0, piece->substr(piece->size() - count));
     }
     return units;
@@ -118,16 +118,16 @@ MarkedText::MarkedText(std::u16string_view text) : nodes_(1), index_(ByKeyAndOrd
 }
 
 bool MarkedText::isOpening(Node node) const noexcept {
-    return nodes_[node].marker.size() == kOpeningMarker.size();
+    return nodes_[node].marker.size() == openingMarker.size();
 }
 
 bool MarkedText::isClosing(Node node) const noexcept {
-    return nodes_[node].marker.size() == kClosingMarker.size();
+    return nodes_[node].marker.size() == closingMarker.size();
 }
 
 bool MarkedText::isEmptyPair(Node node) const noexcept {
     const Marker& at = nodes_[node];
-    return isOpening(node) && at.run.pieces.empty() && at.after != kNone && isClosing(at.after);
+    return isOpening(node) && at.run.pieces.empty() && at.after != noNode && isClosing(at.after);
 }
 
 MarkedText::Node MarkedText::insertAfter(Node node, std::u16string_view marker) {
@@ -140,14 +140,14 @@ MarkedText::Node MarkedText::insertAfter(Node node, std::u16string_view marker) 
     nodes_[made].marker = marker;
     nodes_[made].before = node;
     nodes_[made].after = after;
-    nodes_[made].order = after == kNone ? order + usualStep : order + (nodes_[after].order - order) / 2;
-    if (after != kNone) nodes_[after].before = made;
+    nodes_[made].order = after == noNode ? order + usualStep : order + (nodes_[after].order - order) / 2;
+    if (after != noNode) nodes_[after].before = made;
     return made;
 }
 
 void MarkedText::makeRoomAfter(Node node) {
     const Node after = nodes_[node].after;
-    if (after == kNone || nodes_[after].order - nodes_[node].order > 1) return;
+    if (after == noNode || nodes_[after].order - nodes_[node].order > 1) return;
     for (int bits = 8; !spread(node, bits); bits += 4) {
     }
 }
@@ -158,9 +158,9 @@ bool MarkedText::spread(Node node, int bits) {
     const std::uint64_t room = std::uint64_t{1} << bits;
     const std::uint64_t lowest = nodes_[node].order & ~(room - 1);
     Node first = node;
-    while (nodes_[first].before != kNone && nodes_[nodes_[first].before].order >= lowest) first = nodes_[first].before;
+    while (nodes_[first].before != noNode && nodes_[nodes_[first].before].order >= lowest) first = nodes_[first].before;
     std::uint64_t count = 1;
-    for (Node at = first; nodes_[at].after != kNone && nodes_[nodes_[at].after].order < lowest + room; ++count) {
+    for (Node at = first; nodes_[at].after != noNode && nodes_[nodes_[at].after].order < lowest + room; ++count) {
         at = nodes_[at].after;
     }
     if (count * count > room) return false;
@@ -180,7 +180,7 @@ MarkedText::Node MarkedText::join(Node node, Run&& run) {
         nodes_[node].run.append(std::move(run));
         return node;
     }
-    const std::size_t length = (place.opening ? kOpeningMarker : kClosingMarker).size();
+    const std::size_t length = (place.opening ? openingMarker : closingMarker).size();
     nodes_[node].run.dropLast(left.size() - place.position);
     run.dropFirst(place.position + length - left.size());
     const Node made = insertAfter(node, texts_.emplace_back(both, place.position, length));
@@ -194,7 +194,7 @@ MarkedText::Node MarkedText::append(Node node, std::u16string_view text) {
         const MarkerPlace place = findMarker(text, at);
         node = join(node, Run(text.substr(at, place.position - at)));
         if (place.position >= text.size()) return node;
-        const std::size_t length = (place.opening ? kOpeningMarker : kClosingMarker).size();
+        const std::size_t length = (place.opening ? openingMarker : closingMarker).size();
         node = insertAfter(node, text.substr(place.position, length));
         at = place.position + length;
     }
@@ -209,14 +209,14 @@ void MarkedText::replace(Place place, std::u16string_view result) {
         nodes_[node].run.pieces.clear();
     }
     nodes_[before].after = after;
-    if (after != kNone) nodes_[after].before = before;
+    if (after != noNode) nodes_[after].before = before;
     const Node last = append(before, texts_.emplace_back(result));
     indexAround(before, join(last, std::move(tail)));
 }
 
 std::u16string MarkedText::text() const {
     std::u16string text;
-    for (Node node = 0; node != kNone; node = nodes_[node].after) {
+    for (Node node = 0; node != noNode; node = nodes_[node].after) {
         text += nodes_[node].marker;
         for (const std::u16string_view piece : nodes_[node].run.pieces) text += piece;
     }
@@ -235,7 +235,7 @@ bool MarkedText::ByKeyAndOrder::operator()(Node node, std::uint64_t key) const n
 }
 
 void MarkedText::index(Node node, Node opener, std::uint64_t key) {
-    if (nodes_[node].opener != kNone && nodes_[node].key == key) {
+    if (nodes_[node].opener != noNode && nodes_[node].key == key) {
         nodes_[node].opener = opener;
         return;
     }
@@ -246,9 +246,9 @@ void MarkedText::index(Node node, Node opener, std::uint64_t key) {
 }
 
 void MarkedText::unindex(Node node) {
-    if (nodes_[node].opener == kNone) return;
+    if (nodes_[node].opener == noNode) return;
     index_.erase(node);
-    nodes_[node].opener = kNone;
+    nodes_[node].opener = noNode;
 }
 
 // Goes over the nodes from an opening marker on, and indexes those anew that follow the changed place:
@@ -261,12 +261,12 @@ public:
         if (text_.isClosing(node)) {
             if (isChanged_) indexAs(node, true);
             if (!unclosed_.empty()) unclosed_.pop_back();
-            met_ += kClosingHash;
+            met_ += closingHash;
         }
         isChanged_ |= node == changed_;  // whether it begins an empty pair, too
         if (text_.isOpening(node)) {
             if (isChanged_) indexAs(node, text_.isEmptyPair(node));
-            met_ += kOpeningHash;
+            met_ += openingHash;
             unclosed_.push_back({node, count_, met_});
         }
         met_ += text_.nodes_[node].run.hash;
@@ -274,11 +274,11 @@ public:
     }
 
 private:
-    inline static const Hash kOpeningHash = Hash::of(kOpeningMarker);
-    inline static const Hash kClosingHash = Hash::of(kClosingMarker);
+    inline static const Hash openingHash = Hash::of(openingMarker);
+    inline static const Hash closingHash = Hash::of(closingMarker);
 
     void indexAs(Node node, bool endsText) {
-        if (!endsText || unclosed_.empty() || count_ - unclosed_.back().index > kMostWithin + 1) {
+        if (!endsText || unclosed_.empty() || count_ - unclosed_.back().index > mostWithin + 1) {
             text_.unindex(node);
             return;
         }
@@ -301,7 +301,7 @@ MarkedText::Reach MarkedText::reachOf(Node changed, Node lastChanged) const {
     std::size_t closed = 0;
     bool isNew = true;
     std::size_t steps = 0;
-    for (Node node = changed; node != kNone && steps <= kMostWithin + 1; node = nodes_[node].after) {
+    for (Node node = changed; node != noNode && steps <= mostWithin + 1; node = nodes_[node].after) {
         const bool closes = isClosing(node) && node != changed;
         if ((closes || isEmptyPair(node)) && (unclosed.empty() || unclosed.back())) {
             reach.last = node;
@@ -325,7 +325,7 @@ MarkedText::Node MarkedText::firstToSweep(Node changed, std::size_t outer) const
     Node first = changed;
     std::size_t closed = isClosing(changed) ? 1 : 0;
     Node node = nodes_[changed].before;
-    for (std::size_t steps = 0; outer > 0 && node != kNone && steps <= kMostWithin; ++steps) {
+    for (std::size_t steps = 0; outer > 0 && node != noNode && steps <= mostWithin; ++steps) {
         if (isClosing(node)) {
             ++closed;
         } else if (closed > 0) {
@@ -351,10 +351,10 @@ void MarkedText::indexAround(Node changed, Node lastChanged) {
 // --- finding ---
 
 std::optional<MarkedText::Place> MarkedText::find(std::u16string_view name) const {
-    const bool endsOpen = name.size() >= kOpeningMarker.size() &&
-                          equalIgnoringCase(name.substr(name.size() - kOpeningMarker.size()), kOpeningMarker);
-    const std::u16string_view between = endsOpen ? name.substr(0, name.size() - kOpeningMarker.size()) : name;
-    if (countMarkers(between) > kMostWithin) return findPlainly(name);
+    const bool endsOpen = name.size() >= openingMarker.size() &&
+                          equalIgnoringCase(name.substr(name.size() - openingMarker.size()), openingMarker);
+    const std::u16string_view between = endsOpen ? name.substr(0, name.size() - openingMarker.size()) : name;
+    if (countMarkers(between) > mostWithin) return findPlainly(name);
     // Not equal_range, which takes time linear in the number of equal keys.
     const std::uint64_t key = keyOf(Hash::of(between), endsOpen);
     for (auto node = index_.lower_bound(key); node != index_.end() && nodes_[*node].key == key; ++node) {
@@ -383,11 +383,11 @@ MarkedText::Place MarkedText::placeEndingWith(Node node) const {
 }
 
 std::optional<MarkedText::Place> MarkedText::findPlainly(std::u16string_view name) const {
-    std::u16string sought(kOpeningMarker);
-    sought.append(name).append(kClosingMarker);
+    std::u16string sought(openingMarker);
+    sought.append(name).append(closingMarker);
     const std::size_t position = findText(text(), sought, 0, Comparison::text);
     if (position == std::u16string::npos) return std::nullopt;
-    Place place{kNone, kNone};
+    Place place{noNode, noNode};
     std::size_t at = 0;
     for (Node node = 0; at < position + sought.size(); node = nodes_[node].after) {
         if (at == position && node != 0) place.first = node;

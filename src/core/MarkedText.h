@@ -18,11 +18,11 @@ namespace velmor {
 // The text is a list of its markers, each with the text that follows it. A tag's literal text ends
 // with a marker, and its name begins after the innermost opening marker that is not closed by then.
 // So each marker that may end a literal text is indexed by a hash of what lies between. An edit
-// changes that of the markers close by alone: what lies between may hold up to kMostWithin markers.
+// changes that of the markers close by alone: what lies between may hold up to mostWithin markers.
 // The few names that hold more are sought in the plain text.
 class MarkedText {
 public:
-    static constexpr std::size_t kMostWithin = 250;
+    static constexpr std::size_t mostWithin = 250;
 
     explicit MarkedText(std::u16string_view text);
     MarkedText(const MarkedText&) = delete;
@@ -42,7 +42,7 @@ public:
 
 private:
     using Node = std::uint32_t;
-    static constexpr Node kNone = 0xFFFFFFFF;
+    static constexpr Node noNode = 0xFFFFFFFF;
 
     // Hash of a text without regard to case, which can be joined and cut.
     struct Hash {
@@ -70,11 +70,11 @@ private:
     struct Marker {
         std::u16string_view marker;
         Run run;
-        Node before = kNone;
-        Node after = kNone;
+        Node before = noNode;
+        Node after = noNode;
         std::uint64_t order = 0;  // ascends along the text
         // Of a marker that may end a literal text:
-        Node opener = kNone;  // its first marker; none for any other
+        Node opener = noNode;  // its first marker; none for any other
         std::uint64_t key = 0;
     };
     struct ByKeyAndOrder {

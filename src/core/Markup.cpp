@@ -7,15 +7,15 @@ namespace velmor {
 
 namespace {
 
-constexpr std::uint64_t kEachUnit = 0x0001000100010001;
-constexpr std::uint64_t kTopBits = 0x8000800080008000;
+constexpr std::uint64_t eachUnit = 0x0001000100010001;
+constexpr std::uint64_t topBits = 0x8000800080008000;
 
 // Four units at once: not 0 when one of them is "<". Exact for the lowest such unit only.
 std::uint64_t angleBits(const char16_t* units) noexcept {
     std::uint64_t word;
     std::memcpy(&word, units, sizeof word);
-    word ^= kEachUnit * u'<';
-    return (word - kEachUnit) & ~word & kTopBits;
+    word ^= eachUnit * u'<';
+    return (word - eachUnit) & ~word & topBits;
 }
 
 bool isInAnyCase(char16_t unit, char16_t lower) noexcept {
@@ -23,11 +23,11 @@ bool isInAnyCase(char16_t unit, char16_t lower) noexcept {
 }
 
 bool isOpening(const char16_t* at, std::size_t left) noexcept {
-    return left >= kOpeningMarker.size() && isInAnyCase(at[1], u'k') && isInAnyCase(at[2], u'v') && at[3] == u':';
+    return left >= openingMarker.size() && isInAnyCase(at[1], u'k') && isInAnyCase(at[2], u'v') && at[3] == u':';
 }
 
 bool isClosing(const char16_t* at, std::size_t left) noexcept {
-    return left >= kClosingMarker.size() && at[1] == u'/' && isInAnyCase(at[2], u'k') && isInAnyCase(at[3], u'v') &&
+    return left >= closingMarker.size() && at[1] == u'/' && isInAnyCase(at[2], u'k') && isInAnyCase(at[3], u'v') &&
            at[4] == u'>';
 }
 
@@ -64,7 +64,7 @@ std::size_t endOfTag(std::u16string_view text, std::size_t start) noexcept {
     std::size_t depth = 0;
     for (MarkerPlace place{start, true}; place.position < text.size(); place = findMarker(text, place.position + 1)) {
         depth += place.opening ? 1 : static_cast<std::size_t>(-1);
-        if (depth == 0) return place.position + kClosingMarker.size();
+        if (depth == 0) return place.position + closingMarker.size();
     }
     return text.npos;
 }
@@ -72,20 +72,20 @@ std::size_t endOfTag(std::u16string_view text, std::size_t start) noexcept {
 // The innermost unclosed marker is known; each one's `close` holds the index of the one around it
 // until it gets its own.
 std::vector<TagSpan> findMarkerPairs(std::u16string_view text) {
-    constexpr std::uint32_t kNone = TagSpan::kUnclosed;
+    constexpr std::uint32_t unclosed = TagSpan::unclosed;
     std::vector<TagSpan> pairs;
-    std::uint32_t innermost = kNone;
+    std::uint32_t innermost = unclosed;
     for (MarkerPlace place = findMarker(text, 0); place.position < text.size();
          place = findMarker(text, place.position + 1)) {
         const auto position = static_cast<std::uint32_t>(place.position);
         if (place.opening) {
             pairs.push_back({position, innermost});
             innermost = static_cast<std::uint32_t>(pairs.size() - 1);
-        } else if (innermost != kNone) {
+        } else if (innermost != unclosed) {
             innermost = std::exchange(pairs[innermost].close, position);
         }
     }
-    while (innermost != kNone) innermost = std::exchange(pairs[innermost].close, kNone);
+    while (innermost != unclosed) innermost = std::exchange(pairs[innermost].close, unclosed);
     return pairs;
 }
 
@@ -98,10 +98,10 @@ TopLevelTags findTopLevelTags(std::u16string_view text) {
         if (pair.open >= resume) {
             inTag = pair.complete();
             // The same step in both cases, the closing marker's length.
-            resume = (inTag ? pair.close : pair.open) + kClosingMarker.size();
+            resume = (inTag ? pair.close : pair.open) + closingMarker.size();
             if (inTag) found.tags[kept++] = pair;
         }
-        if (!inTag && found.firstStray == TopLevelTags::kNone) found.firstStray = pair.open;
+        if (!inTag && found.firstStray == TopLevelTags::noTag) found.firstStray = pair.open;
     }
     found.tags.resize(kept);
     return found;

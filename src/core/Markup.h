@@ -8,15 +8,15 @@
 namespace velmor {
 
 // The markup of tags. Markers match without regard to case.
-inline constexpr std::u16string_view kOpeningMarker = u"<KV:";
-inline constexpr std::u16string_view kClosingMarker = u"</KV>";
-inline constexpr char16_t kElementSeparator = u':';
-inline constexpr char16_t kHandlerSeparator = u'>';
+inline constexpr std::u16string_view openingMarker = u"<KV:";
+inline constexpr std::u16string_view closingMarker = u"</KV>";
+inline constexpr char16_t elementSeparator = u':';
+inline constexpr char16_t handlerSeparator = u'>';
 
 // The elements of a tag's name, from 1.
-inline constexpr std::int32_t kHandlerElement = 1;
-inline constexpr std::int32_t kCommandElement = 2;
-inline constexpr std::int32_t kFirstParameter = 3;
+inline constexpr std::int32_t handlerElement = 1;
+inline constexpr std::int32_t commandElement = 2;
+inline constexpr std::int32_t firstParameter = 3;
 
 // Where a marker begins (0-based), or npos when there is none.
 struct MarkerPlace {
@@ -34,16 +34,16 @@ std::size_t findOpeningMarker(std::u16string_view text, std::size_t start) noexc
 // A complete pair of markers: an opening marker and the closing one that belongs to it, which is
 // the first that more closing than opening markers lead up to. 0-based places of both markers.
 struct TagSpan {
-    static constexpr std::uint32_t kUnclosed = 0xFFFFFFFF;
+    static constexpr std::uint32_t unclosed = 0xFFFFFFFF;
 
     std::uint32_t open = 0;
-    std::uint32_t close = kUnclosed;
+    std::uint32_t close = unclosed;
 
-    bool complete() const noexcept { return close != kUnclosed; }
-    std::size_t end() const noexcept { return close + kClosingMarker.size(); }
+    bool complete() const noexcept { return close != unclosed; }
+    std::size_t end() const noexcept { return close + closingMarker.size(); }
     // The text between the markers.
     std::u16string_view inner(std::u16string_view text) const noexcept {
-        const std::size_t begin = open + kOpeningMarker.size();
+        const std::size_t begin = open + openingMarker.size();
         return text.substr(begin, close - begin);
     }
     bool operator==(const TagSpan&) const = default;
@@ -57,12 +57,12 @@ std::vector<TagSpan> findMarkerPairs(std::u16string_view text);
 std::size_t endOfTag(std::u16string_view text, std::size_t start) noexcept;
 
 struct TopLevelTags {
-    static constexpr std::uint32_t kNone = 0xFFFFFFFF;
+    static constexpr std::uint32_t noTag = 0xFFFFFFFF;
 
     std::vector<TagSpan> tags;
     // The first opening marker that is in none of the tags: one that is never closed, or was passed
     // over.
-    std::uint32_t firstStray = kNone;
+    std::uint32_t firstStray = noTag;
 };
 
 // The top-level tags: what a search from left to right meets that goes on after each tag found.

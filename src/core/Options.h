@@ -9,7 +9,7 @@ namespace velmor {
 class Collection;
 
 // Below HKEY_LOCAL_MACHINE: the settings of the machine, all of them strings.
-inline constexpr std::u16string_view kOptionsKey = u"SOFTWARE\\Korvane\\Quillmark\\Options";
+inline constexpr std::u16string_view optionsKey = u"SOFTWARE\\Korvane\\Quillmark\\Options";
 
 // Whether RTF is cleaned and included tolerantly: the property "kvTag.RTF Tolerant"; if it is absent, the
 // machine's option "RTF Tolerant"; false by default. Never raises.

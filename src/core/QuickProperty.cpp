@@ -10,10 +10,10 @@ namespace velmor {
 
 namespace {
 
-constexpr std::u16string_view kPropertyTag = u"TAG>PROPERTY:";
+constexpr std::u16string_view propertyTag = u"TAG>PROPERTY:";
 
 bool isPropertyTag(std::u16string_view name) noexcept {
-    return name.size() >= kPropertyTag.size() && equalIgnoringCase(name.substr(0, kPropertyTag.size()), kPropertyTag);
+    return name.size() >= propertyTag.size() && equalIgnoringCase(name.substr(0, propertyTag.size()), propertyTag);
 }
 
 // Names that the reader does not change (except their case).
@@ -40,9 +40,9 @@ bool isPlainText(std::u16string_view value) noexcept {
 
 // The default at `start` in the text after the command; nothing if it needs the reader.
 std::optional<std::u16string_view> plainDefault(std::u16string_view rest, std::size_t start) {
-    const std::u16string_view value = rest.substr(start, rest.find(kElementSeparator, start) - start);
+    const std::u16string_view value = rest.substr(start, rest.find(elementSeparator, start) - start);
     if (const std::size_t end = endOfTag(rest, start); end != rest.npos) {
-        if (end < rest.size() && rest[end] != kElementSeparator) return std::nullopt;
+        if (end < rest.size() && rest[end] != elementSeparator) return std::nullopt;
         return rest.substr(start, end - start);
     }
     const std::size_t end = start + value.size();
@@ -59,7 +59,7 @@ std::optional<BuiltInCommands::PropertyText> BuiltInCommands::property(std::u16s
                                                                        const TagContext& context,
                                                                        std::u16string& buffer) {
     if (!isPropertyTag(psName) || !context.properties.own()) return std::nullopt;
-    const std::u16string_view rest = psName.substr(kPropertyTag.size());
+    const std::u16string_view rest = psName.substr(propertyTag.size());
     const std::size_t equals = std::min(rest.find_first_of(u"=:<"), rest.size());
     const std::u16string_view name = rest.substr(0, equals);
     const bool bare = equals == rest.size() || rest[equals] != u'=';

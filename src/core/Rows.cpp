@@ -61,7 +61,7 @@ std::optional<Rows::Parts> Rows::parts() const {
     }
     Parts parts;
     parts.between = written(tag_, u"BETWEEN").value_or(std::u16string());
-    const bool isDocument = text->starts_with(kRtfStart);
+    const bool isDocument = text->starts_with(rtfStart);
     parts.context = isDocument || tag_.ProtectRTF() ? protectedContext(context_) : context_;
     if (isDocument) {
         auto document = repeatedTextOf(*text);
@@ -69,7 +69,7 @@ std::optional<Rows::Parts> Rows::parts() const {
         static_cast<RepeatedText&>(parts) = *std::move(document);
     } else {
         parts.row = *std::move(text);
-        if (tag_.ProtectRTF()) parts.before = std::u16string(kRtfStart) + u' ', parts.after = u"}";
+        if (tag_.ProtectRTF()) parts.before = std::u16string(rtfStart) + u' ', parts.after = u"}";
     }
     return parts;
 }

@@ -29,7 +29,7 @@ class kvTag;
 // gives one table. In a document TEXT is RTF.
 class Rows {
 public:
-    static constexpr std::u16string_view handler = kRowsHandler;
+    static constexpr std::u16string_view handler = rowsHandler;
 
     Rows(platform::Services& services, kvTag& tag);
 

@@ -12,7 +12,7 @@ namespace velmor {
 
 std::u16string storedName(std::u16string_view rawName) {
     std::u16string name(rawName);
-    if (!name.ends_with(kElementSeparator)) name += kElementSeparator;
+    if (!name.ends_with(elementSeparator)) name += elementSeparator;
     return name;
 }
 
@@ -83,7 +83,7 @@ void TagList::beginResults(const BuilderRef& results) {
 }
 
 void TagList::adoptOutcome(ListedTag& entry) {
-    if (entry.resultStart == ListedTag::kNotEvaluated) return;
+    if (entry.resultStart == ListedTag::notEvaluated) return;
     std::u16string text((*results_)->contiguous().substr(entry.resultStart, entry.resultLength));
     if (lists_->hasEmptyTags) removeEmptyTags(text);
     const auto result = std::make_shared<const std::u16string>(std::move(text));
@@ -97,7 +97,7 @@ void TagList::adoptOutcome(ListedTag& entry) {
 }
 
 void TagList::settle(std::size_t index, std::size_t start, std::size_t length, KeptListRef nested) {
-    running_ = kNone;
+    running_ = noTag;
     if (!isKept()) return;
     ListedTag& entry = tags_[index];
     entry.resultStart = static_cast<std::uint32_t>(start);
@@ -115,7 +115,7 @@ void TagList::settleObject(std::size_t index, std::size_t start, std::size_t len
 
 // True when item() would make an object in the same state.
 bool TagList::isSpare(const kvTag& tag, std::size_t index) const {
-    const bool hasOwnContext = tag.context_ != *context_ && !tag.value_->starts_with(kRtfStart);
+    const bool hasOwnContext = tag.context_ != *context_ && !tag.value_->starts_with(rtfStart);
     return tag.resultGenerated_ && tag.value_ == tag.result_ && !hasOwnContext &&
            tag.name_ == storedName(rawName(index));
 }
@@ -123,7 +123,7 @@ bool TagList::isSpare(const kvTag& tag, std::size_t index) const {
 void TagList::moveResults(const BuilderRef& results, std::size_t distance) {
     beginResults(results);
     for (ListedTag& entry : tags_) {
-        if (entry.resultStart == ListedTag::kNotEvaluated) continue;
+        if (entry.resultStart == ListedTag::notEvaluated) continue;
         entry.resultStart -= static_cast<std::uint32_t>(distance);
         if (entry.nested) entry.nested->moveResults(results, distance);
     }

@@ -52,10 +52,10 @@ using KeptListRef = std::unique_ptr<TagList, EndKeptList>;
 
 // A top-level tag of a value.
 struct ListedTag {
-    static constexpr std::uint32_t kNotEvaluated = 0xFFFFFFFF;
+    static constexpr std::uint32_t notEvaluated = 0xFFFFFFFF;
 
     TagSpan span;
-    std::uint32_t resultStart = kNotEvaluated;  // in the list's results, of a tag without an object
+    std::uint32_t resultStart = notEvaluated;  // in the list's results, of a tag without an object
     std::uint32_t resultLength = 0;
     KeptListRef nested;             // of the value that it became, if that had tags and is kept
     std::shared_ptr<kvTag> object;  // once somebody asked for it
@@ -116,7 +116,7 @@ public:
     void cleanUp();
 
 private:
-    static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+    static constexpr std::size_t noTag = static_cast<std::size_t>(-1);
 
     friend struct EndKeptList;
     TagList(platform::Services& services, std::u16string_view text, const TopLevelTags& tags, const ContextRef& context,
@@ -133,7 +133,7 @@ private:
     const std::uint32_t firstStray_;
     const ContextRef* context_;            // null itself after cleanUp
     const BuilderRef* results_ = nullptr;  // null before the evaluation
-    std::size_t running_ = kNone;
+    std::size_t running_ = noTag;
     int evaluations_ = 0;  // running ones
     bool toBeCleanedUp_ = false;
 };

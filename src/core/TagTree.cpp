@@ -17,7 +17,7 @@ TagNode parseTag(platform::Services& services, std::u16string_view text, const T
     node.length = span.end() - span.open;
     const auto tag = std::make_shared<kvTag>(services);
     tag->Name(span.inner(text));
-    if (span.inner(text).find(kHandlerSeparator) == text.npos) return node;
+    if (span.inner(text).find(handlerSeparator) == text.npos) return node;
     node.handler = tag->HandlerName();
     node.command = tag->CommandName();
     node.commandValue = tag->CommandValue();
@@ -57,7 +57,7 @@ UnvisitedTags visitTags(platform::Services& services, std::u16string_view text,
         leaveTo(span.open);
         if (!span.complete()) {
             unvisited.unclosed.push_back(span.open + std::size_t{1});
-            levels.back().resume = span.open + kClosingMarker.size();
+            levels.back().resume = span.open + closingMarker.size();
         } else if (levels.size() > UnvisitedTags::maximalDepth) {
             ++unvisited.tooDeep;
         } else if (span.open >= levels.back().resume) {

@@ -20,7 +20,7 @@ struct TimingLog::Target {
 
 namespace {
 
-constexpr std::int32_t kNothing = 1;  // no line has this bit: the settings are read, nothing is on
+constexpr std::int32_t nothing = 1;  // no line has this bit: the settings are read, nothing is on
 
 std::u16string_view stageWord(LogType type) noexcept {
     switch (type) {
@@ -90,9 +90,9 @@ const TimingLog::Target& TimingLog::keep(Target target) {
 }
 
 void TimingLog::readNow(platform::Services& services) noexcept {
-    types_ = kNothing;
+    types_ = nothing;
     try {
-        const std::u16string option = services.registry.value(kOptionsKey, u"Logging Types").value_or(u"1");
+        const std::u16string option = services.registry.value(optionsKey, u"Logging Types").value_or(u"1");
         const std::int32_t types = automation::toLong(automation::Variant(option)).value_or(0);
         if (types == 0) return;
         target_ = &keep(targetOf(services));
@@ -126,7 +126,7 @@ std::u16string searchDetail(std::u16string_view handler, std::u16string_view tex
     auto tag = found.tags.begin();
     for (std::size_t at = findOpeningMarker(text, 0); at != text.npos; ++turns) {
         const bool isTag = tag != found.tags.end() && tag->open == at;
-        at = findOpeningMarker(text, isTag ? (tag++)->end() : at + kClosingMarker.size());
+        at = findOpeningMarker(text, isTag ? (tag++)->end() : at + closingMarker.size());
     }
     return std::u16string(handler) + u' ' + padded(turns, 1);
 }

@@ -17,36 +17,36 @@ std::chrono::nanoseconds now() noexcept {
 }  // namespace
 
 std::string_view originText(Origin origin) noexcept {
-    constexpr std::array<std::string_view, 4> kOrigins = {"template", "include", "property", "handler"};
-    return kOrigins[static_cast<std::size_t>(origin)];
+    constexpr std::array<std::string_view, 4> origins = {"template", "include", "property", "handler"};
+    return origins[static_cast<std::size_t>(origin)];
 }
 
 std::u16string_view commandPart(std::u16string_view name) noexcept {
-    const std::size_t separator = std::min(name.find(kHandlerSeparator), name.size());
+    const std::size_t separator = std::min(name.find(handlerSeparator), name.size());
     return name.substr(0, name.find_first_of(u":=", separator));
 }
 
 std::pair<std::u16string, std::u16string> handlerAndCommand(std::u16string_view name) {
     name = commandPart(name);
-    const std::size_t separator = name.find(kHandlerSeparator);
+    const std::size_t separator = name.find(handlerSeparator);
     if (separator == name.npos) return {};
     return {upperCase(name.substr(0, separator)), upperCase(name.substr(separator + 1))};
 }
 
 // Room for a long template: reserved memory costs nothing until it is used, moved memory does.
 TraceCollector::TraceCollector(const Limits& limits) : limits_(limits) {
-    open_.reserve(kMostOpen);
+    open_.reserve(mostOpen);
     tags_.reserve(std::size_t{1} << 17);
     names_.reserve(std::size_t{1} << 22);
 }
 
 void TraceCollector::tagBegins(const HeardTag& tag) noexcept {
-    std::uint32_t index = kNone;
+    std::uint32_t index = noTag;
     try {
         if (omitted_ == 0 && tags_.size() < limits_.tags) index = add(tag);
     } catch (const std::bad_alloc&) {
     }
-    if (index == kNone) ++omitted_;
+    if (index == noTag) ++omitted_;
     open_.push_back({index, true});
 }
 
@@ -55,9 +55,9 @@ std::uint32_t TraceCollector::add(const HeardTag& heard) {
     if (!open_.empty()) {
         const Open& around = open_.back();
         if (!around.isTag) tag.text = around.index;
-        tag.parent = around.isTag || around.index == kNone ? around.index : texts_[around.index].tag;
+        tag.parent = around.isTag || around.index == noTag ? around.index : texts_[around.index].tag;
     }
-    if (heard.index == 0) tag.text = kNone;
+    if (heard.index == 0) tag.text = noTag;
     tag.index = static_cast<std::uint32_t>(heard.index);
     tag.position = static_cast<std::uint32_t>(heard.position);
     tag.nameStart = static_cast<std::uint32_t>(names_.size());
@@ -72,7 +72,7 @@ std::uint32_t TraceCollector::add(const HeardTag& heard) {
 void TraceCollector::tagEnds(std::size_t start, std::u16string_view result) noexcept {
     const std::uint32_t index = open_.back().index;
     open_.pop_back();
-    if (index == kNone) return;
+    if (index == noTag) return;
     Tag& tag = tags_[index];
     tag.start = static_cast<std::uint32_t>(start);
     tag.length = static_cast<std::uint32_t>(result.size());
@@ -80,7 +80,7 @@ void TraceCollector::tagEnds(std::size_t start, std::u16string_view result) noex
 }
 
 void TraceCollector::textBegins(std::size_t start, bool isApart) noexcept {
-    std::uint32_t index = kNone;
+    std::uint32_t index = noTag;
     try {
         if (omitted_ == 0) index = addText(start, isApart);
     } catch (const std::bad_alloc&) {
@@ -96,21 +96,21 @@ std::uint32_t TraceCollector::addText(std::size_t start, bool isApart) {
     text.isApart = isApart;
     texts_.push_back(text);
     const auto index = static_cast<std::uint32_t>(texts_.size() - 1);
-    if (!isApart && text.tag != kNone) tags_[text.tag].nested = index;
+    if (!isApart && text.tag != noTag) tags_[text.tag].nested = index;
     return index;
 }
 
 void TraceCollector::textMoves() noexcept {
-    if (open_.back().index != kNone) texts_[open_.back().index].hasMoved = true;
+    if (open_.back().index != noTag) texts_[open_.back().index].hasMoved = true;
 }
 
 // A tag that has not ended yields nothing.
 void TraceCollector::textEnds(std::size_t length) noexcept {
     while (open_.back().isTag) {
-        if (open_.back().index != kNone) tags_[open_.back().index].time = {};
+        if (open_.back().index != noTag) tags_[open_.back().index].time = {};
         open_.pop_back();
     }
-    if (open_.back().index != kNone) texts_[open_.back().index].length = static_cast<std::uint32_t>(length);
+    if (open_.back().index != noTag) texts_[open_.back().index].length = static_cast<std::uint32_t>(length);
     open_.pop_back();
 }
 
@@ -126,18 +126,18 @@ std::vector<std::size_t> TraceCollector::places() const {
 }
 
 std::size_t TraceCollector::placeOf(const Tag& tag, const std::vector<std::size_t>& parents) const {
-    if (tag.text == kNone) return npos;
+    if (tag.text == noTag) return npos;
     const Text& text = texts_[tag.text];
     if (text.isApart || text.hasMoved) return npos;
     const std::size_t offset = tag.start - text.start;
-    if (text.tag == kNone) return offset;
+    if (text.tag == noTag) return offset;
     const Tag& parent = tags_[text.tag];
     const bool isKept = parent.nested == tag.text && !hasMoved(parent) && parents[text.tag] != npos;
     return isKept ? parents[text.tag] + offset : npos;
 }
 
 bool TraceCollector::hasMoved(const Tag& tag) const {
-    if (tag.nested == kNone) return false;
+    if (tag.nested == noTag) return false;
     const Text& text = texts_[tag.nested];
     return text.hasMoved || text.length != tag.length;
 }

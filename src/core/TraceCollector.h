@@ -23,7 +23,7 @@ std::pair<std::u16string, std::u16string> handlerAndCommand(std::u16string_view 
 // Keeps what a TagListener hears of one evaluation: the first tags in the order in which they begin.
 class TraceCollector : public TagListener {
 public:
-    static constexpr std::uint32_t kNone = 0xFFFFFFFF;
+    static constexpr std::uint32_t noTag = 0xFFFFFFFF;
     static constexpr std::size_t npos = std::u16string_view::npos;
 
     struct Limits {
@@ -32,22 +32,22 @@ public:
     };
     // 0-based places and indices.
     struct Text {
-        std::uint32_t tag = kNone;  // whose answer evaluates the text; none: the outermost text
+        std::uint32_t tag = noTag;  // whose answer evaluates the text; none: the outermost text
         std::uint32_t start = 0;    // in the builder
         std::uint32_t length = 0;
         bool isApart = false;
         bool hasMoved = false;
     };
     struct Tag {
-        std::uint32_t text = 0;  // that holds it; kNone: one that a handler evaluates by itself
-        std::uint32_t parent = kNone;
+        std::uint32_t text = 0;  // that holds it; noTag: one that a handler evaluates by itself
+        std::uint32_t parent = noTag;
         std::uint32_t index = 0;     // HeardTag's
         std::uint32_t position = 0;  // HeardTag's
         std::uint32_t start = 0;     // in the builder
         std::uint32_t length = 0;
         std::uint32_t nameStart = 0;
         std::uint32_t nameLength = 0;  // that is kept
-        std::uint32_t nested = kNone;  // the text whose result is the tag's
+        std::uint32_t nested = noTag;  // the text whose result is the tag's
         Origin origin = Origin::author;
         std::chrono::nanoseconds time{0};  // while it is answered, the time when it began
     };
@@ -75,19 +75,19 @@ public:
     std::size_t omitted() const noexcept { return omitted_; }
 
 protected:
-    // The index of the tag that is being answered; kNone if there is none or it is not kept.
+    // The index of the tag that is being answered; noTag if there is none or it is not kept.
     std::uint32_t answering() const noexcept {
-        return open_.empty() || !open_.back().isTag ? kNone : open_.back().index;
+        return open_.empty() || !open_.back().isTag ? noTag : open_.back().index;
     }
 
 private:
     // A tag or a text that has begun.
     struct Open {
-        std::uint32_t index;  // kNone: it is not kept
+        std::uint32_t index;  // noTag: it is not kept
         bool isTag;
     };
 
-    static constexpr std::size_t kMostOpen = 1024;  // far more than levels of evaluation
+    static constexpr std::size_t mostOpen = 1024;  // far more than levels of evaluation
 
     std::uint32_t add(const HeardTag& tag);
     std::uint32_t addText(std::size_t start, bool isApart);

@@ -215,7 +215,7 @@ std::u16string kvTag::Name() const {
 
 void kvTag::Name(std::u16string_view psName) {
     name_ = psName;
-    if (!name_.ends_with(kElementSeparator)) name_ += kElementSeparator;
+    if (!name_.ends_with(elementSeparator)) name_ += elementSeparator;
     elements_.reset();
     tagsBuilt_ = false;
     resultGenerated_ = false;
@@ -282,30 +282,30 @@ std::shared_ptr<privProperties> kvTag::Elements() {
 }
 
 std::u16string kvTag::HandlerName() {
-    const PropertyRef handler = Elements()->Item(kHandlerElement);
+    const PropertyRef handler = Elements()->Item(handlerElement);
     return handler ? upperCase(handler->Name()) : std::u16string();
 }
 
 std::u16string kvTag::CommandName() {
-    const PropertyRef command = Elements()->Item(kCommandElement);
+    const PropertyRef command = Elements()->Item(commandElement);
     return command ? upperCase(command->Name()) : std::u16string();
 }
 
 Variant kvTag::CommandValue() {
-    const PropertyRef command = Elements()->Item(kCommandElement);
+    const PropertyRef command = Elements()->Item(commandElement);
     return command ? command->Value() : Variant(u"");
 }
 
 std::u16string kvTag::CommandValueProcessed() {
     const std::shared_ptr<Object> alive = keep();
-    const PropertyRef command = Elements()->Item(kCommandElement);
+    const PropertyRef command = Elements()->Item(commandElement);
     return command ? processed(command->ValueStr()) : std::u16string();
 }
 
 // --- evaluation of single texts ---
 
 std::u16string kvTag::processed(std::u16string text) {
-    return text.find(kOpeningMarker) == std::u16string::npos ? text : ProcessValue(text);
+    return text.find(openingMarker) == std::u16string::npos ? text : ProcessValue(text);
 }
 
 std::u16string kvTag::GetProcessedPropertiesValue(std::u16string_view psName, std::u16string_view psDefault) {

@@ -133,11 +133,11 @@ void kvTag::finishResult() {
     if (hasFailed_) return takeResult(std::make_shared<const std::u16string>());
     if (run.emptyTags() > 0 && resultBuilder_) {
         std::u16string text(resultBuilder_->contiguous());
-        dropEmptyParagraphs(text, value_->starts_with(kRtfStart));
+        dropEmptyParagraphs(text, value_->starts_with(rtfStart));
         takeResult(std::make_shared<const std::u16string>(std::move(text)));
         if (TagListener* const listener = TagListener::current()) listener->resultMoves();
     }
-    if (run.hidesMarkers() && resultBuilder_) resultBuilder_->exchangeUnits(kHidden, u'<');
+    if (run.hidesMarkers() && resultBuilder_) resultBuilder_->exchangeUnits(hidden, u'<');
     if (run.hidesMarkers() && result_) {
         std::u16string result = *result_;
         showMarkers(result);
@@ -149,7 +149,7 @@ void kvTag::evaluateValue() {
     // Handlers may replace both.
     const TextRef value = value_;
     const std::shared_ptr<kvTags> tags = tags_;
-    if (value->starts_with(kRtfStart)) ProtectRTF(true);
+    if (value->starts_with(rtfStart)) ProtectRTF(true);
     EvaluationRun& run = EvaluationRun::current();
     if (!isChild_ && run.level() == 1) run.countCharacters(value->size());
     if (run.level() == 1) run.beginText(value->size());
@@ -192,7 +192,7 @@ void kvTag::adoptOutcome(TextRef value, std::shared_ptr<kvTags> tags, TextRef re
     value_ = std::move(value);
     tags_ = std::move(tags);
     takeResult(std::move(result));
-    if (value_->starts_with(kRtfStart)) ProtectRTF(true);
+    if (value_->starts_with(rtfStart)) ProtectRTF(true);
     tagsBuilt_ = true;
     resultGenerated_ = true;
     answering_ = false;

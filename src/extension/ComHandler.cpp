@@ -20,12 +20,12 @@ extern "C" const VelmorHandlerLibrary* velmorHandlerLibrary(std::int32_t version
 namespace {
 
 using velmor::handler::detail::equal;
-using velmor::handler::detail::kMembers;
 using velmor::handler::detail::lent;
+using velmor::handler::detail::members;
 using velmor::handler::detail::viewOf;
 
-constexpr HRESULT kControlFacility = static_cast<HRESULT>(0x800A0000u);
-constexpr std::int32_t kAutomationError = 440;
+constexpr HRESULT controlFacility = static_cast<HRESULT>(0x800A0000u);
+constexpr std::int32_t automationError = 440;
 
 HMODULE ownModule = nullptr;
 std::atomic<long> objects{0};
@@ -56,19 +56,19 @@ struct KnownResult {
     HRESULT code;
     std::int32_t number;
 };
-constexpr KnownResult kKnownResults[] = {
+constexpr KnownResult knownResults[] = {
     {DISP_E_MEMBERNOTFOUND, 438},   {DISP_E_UNKNOWNNAME, 438}, {DISP_E_BADPARAMCOUNT, 450},
     {DISP_E_PARAMNOTOPTIONAL, 450}, {DISP_E_TYPEMISMATCH, 13}, {DISP_E_BADVARTYPE, 13},
     {DISP_E_OVERFLOW, 6},           {E_INVALIDARG, 5},         {E_OUTOFMEMORY, 7}};
 
 std::int32_t numberOf(HRESULT code) {
-    const auto* const known = std::ranges::find(kKnownResults, code, &KnownResult::code);
-    if (known != std::end(kKnownResults)) return known->number;
+    const auto* const known = std::ranges::find(knownResults, code, &KnownResult::code);
+    if (known != std::end(knownResults)) return known->number;
     const bool isControl = (static_cast<std::uint32_t>(code) >> 16) == 0x800A;
     return isControl ? code & 0xFFFF : static_cast<std::int32_t>(code);
 }
 HRESULT codeOf(std::int32_t number) {
-    if (number > 0 && number <= 0xFFFF) return kControlFacility | number;
+    if (number > 0 && number <= 0xFFFF) return controlFacility | number;
     return FAILED(number) ? static_cast<HRESULT>(number) : E_FAIL;
 }
 
@@ -177,7 +177,7 @@ std::int32_t failed(HRESULT code, EXCEPINFO& exception, VelmorValue& result) {
         SysFreeString(exception.bstrSource);
         SysFreeString(exception.bstrHelpFile);
     }
-    return number == 0 ? kAutomationError : number;
+    return number == 0 ? automationError : number;
 }
 
 HRESULT call(IDispatch& dispatch, std::int32_t kind, VelmorText member, std::span<const VelmorValue> arguments,
@@ -232,9 +232,9 @@ std::int32_t convert(VelmorObject*, const VelmorValue* value, std::int32_t type,
     return SUCCEEDED(code) ? 0 : numberOf(code);
 }
 
-constexpr VelmorObjectFunctions kFunctions{&invoke, &convert, &release};
+constexpr VelmorObjectFunctions objectFunctions{&invoke, &convert, &release};
 
-LentObject::LentObject(IDispatch* dispatch) : VelmorObject{&kFunctions}, dispatch_(dispatch) {}
+LentObject::LentObject(IDispatch* dispatch) : VelmorObject{&objectFunctions}, dispatch_(dispatch) {}
 
 HRESULT give(const VelmorValue& value, VARIANT& variant) {
     constexpr VARTYPE types[] = {VT_EMPTY, VT_BSTR, VT_R8, VT_DATE, VT_BOOL, VT_DISPATCH};
@@ -252,7 +252,7 @@ HRESULT give(const VelmorValue& value, VARIANT& variant) {
             V_BOOL(&variant) = value.number != 0 ? VARIANT_TRUE : VARIANT_FALSE;
             break;
         case VELMOR_OBJECT:
-            if (value.object == nullptr || value.object->functions != &kFunctions) return DISP_E_TYPEMISMATCH;
+            if (value.object == nullptr || value.object->functions != &objectFunctions) return DISP_E_TYPEMISMATCH;
             V_DISPATCH(&variant) = static_cast<LentObject*>(value.object)->dispatch();
             V_DISPATCH(&variant)->AddRef();
             break;
@@ -310,31 +310,31 @@ public:
     STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) noexcept override {
         if (names == nullptr || ids == nullptr || count == 0) return E_INVALIDARG;
         std::fill_n(ids, count, DISPID_UNKNOWN);
-        for (std::size_t i = 0; i < std::size(kMembers); ++i) {
-            if (equal(kMembers[i], viewOf(names[0]))) ids[0] = static_cast<DISPID>(i + 1);
+        for (std::size_t i = 0; i < std::size(members); ++i) {
+            if (equal(members[i], viewOf(names[0]))) ids[0] = static_cast<DISPID>(i + 1);
         }
         return ids[0] == DISPID_UNKNOWN || count > 1 ? DISP_E_UNKNOWNNAME : S_OK;
     }
     STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,
                         EXCEPINFO* exception, UINT*) noexcept override {
-        const bool isKnown = id >= 1 && id <= static_cast<DISPID>(std::size(kMembers));
+        const bool isKnown = id >= 1 && id <= static_cast<DISPID>(std::size(members));
         if (!isKnown || (flags & (DISPATCH_METHOD | DISPATCH_PROPERTYGET)) == 0) return DISP_E_MEMBERNOTFOUND;
         if (parameters == nullptr) return E_INVALIDARG;
-        VelmorValue values[kMostArguments];
+        VelmorValue values[mostArguments];
         const UINT count = parameters->cArgs;
         HRESULT code = takeArguments(*parameters, values);
-        if (SUCCEEDED(code)) code = callClass(kMembers[id - 1], {values, count}, result, exception);
+        if (SUCCEEDED(code)) code = callClass(members[id - 1], {values, count}, result, exception);
         for (VelmorValue& value : values) release(&value);
         return code;
     }
 
 private:
-    static constexpr UINT kMostArguments = 8;
+    static constexpr UINT mostArguments = 8;
 
     // In the order of the member.
-    static HRESULT takeArguments(const DISPPARAMS& parameters, VelmorValue (&values)[kMostArguments]) {
+    static HRESULT takeArguments(const DISPPARAMS& parameters, VelmorValue (&values)[mostArguments]) {
         std::fill(std::begin(values), std::end(values), VelmorValue{});
-        if (parameters.cArgs > kMostArguments) return DISP_E_BADPARAMCOUNT;
+        if (parameters.cArgs > mostArguments) return DISP_E_BADPARAMCOUNT;
         HRESULT code = S_OK;
         for (UINT i = 0; i < parameters.cArgs && SUCCEEDED(code); ++i) {
             OwnedVariant copy;
@@ -396,8 +396,8 @@ private:
 // Registration, for all users or the current one. Class identifiers and handlers are apart for programs of 32 and of 64
 // bits; class names are shared.
 
-constexpr wchar_t kHandlers[] = L"SOFTWARE\\Korvane\\Quillmark\\Handlers";
-constexpr bool kIs64Bit = sizeof(void*) == 8;
+constexpr wchar_t handlers[] = L"SOFTWARE\\Korvane\\Quillmark\\Handlers";
+constexpr bool is64Bit = sizeof(void*) == 8;
 
 std::wstring classKey(const VelmorHandlerClass& described) {
     return L"Software\\Classes\\CLSID\\" + wide(described.identifier);
@@ -441,14 +441,14 @@ void write(Steps& steps, HKEY root, const VelmorHandlerClass& described) {
     set(steps, root, nameKey(described), nullptr, description);
     set(steps, root, nameKey(described) + L"\\CLSID", nullptr, wide(described.identifier));
     if (described.handler.length != 0 && root == HKEY_LOCAL_MACHINE) {
-        set(steps, root, kHandlers, wide(described.handler).c_str(), wide(described.name));
+        set(steps, root, handlers, wide(described.handler).c_str(), wide(described.name));
     }
 }
 
 // Whether the same library of the other bitness is registered. On a 32-bit Windows this is the class itself.
 bool hasPartner(HKEY root, const VelmorHandlerClass& described) {
     HKEY found = nullptr;
-    const REGSAM other = kIs64Bit ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+    const REGSAM other = is64Bit ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
     if (RegOpenKeyExW(root, classKey(described).c_str(), 0, KEY_READ | other, &found) != ERROR_SUCCESS) return false;
     RegCloseKey(found);
     return true;
@@ -459,13 +459,13 @@ void removeEntry(Steps& steps, const VelmorHandlerClass& described) {
     const std::wstring handler = wide(described.handler);
     wchar_t named[256] = L"";
     DWORD bytes = sizeof named;
-    if (RegGetValueW(HKEY_LOCAL_MACHINE, kHandlers, handler.c_str(), RRF_RT_REG_SZ, nullptr, named, &bytes) !=
+    if (RegGetValueW(HKEY_LOCAL_MACHINE, handlers, handler.c_str(), RRF_RT_REG_SZ, nullptr, named, &bytes) !=
             ERROR_SUCCESS ||
         wide(described.name) != named) {
         return;
     }
-    steps.take(RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kHandlers, handler.c_str()));
-    for (std::wstring key = kHandlers; key.find(L'\\') != key.npos; key.erase(key.rfind(L'\\'))) {
+    steps.take(RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, handlers, handler.c_str()));
+    for (std::wstring key = handlers; key.find(L'\\') != key.npos; key.erase(key.rfind(L'\\'))) {
         SHDeleteEmptyKeyW(HKEY_LOCAL_MACHINE, key.c_str());
     }
 }

@@ -14,8 +14,8 @@ using automation::Variant;
 
 namespace {
 
-constexpr std::int32_t kLowestWithCatalogue = 2;
-constexpr std::int32_t kLowestWithDatabase = 4;
+constexpr std::int32_t lowestWithCatalogue = 2;
+constexpr std::int32_t lowestWithDatabase = 4;
 
 }  // namespace
 
@@ -31,8 +31,8 @@ HandlerAddress HandlerAddress::parse(std::u16string_view psHandler) {
 
 std::u16string HandlerAddress::className(const platform::Registry& registry) const {
     // The key's default value is not a handler, and a tag with the built-in handler's name means the built-in one.
-    if (name.empty() || name == kBuiltInHandler) return {};
-    const std::u16string key(group.empty() ? kHandlersKey : kSubHandlersKey);
+    if (name.empty() || name == builtInHandler) return {};
+    const std::u16string key(group.empty() ? handlersKey : subHandlersKey);
     return registry.value(key + u'\\' + group, name).value_or(std::u16string());
 }
 
@@ -57,10 +57,10 @@ void ITag4::Dispose() const {
 std::u16string ITag4::catalogue(std::u16string_view member, std::initializer_list<std::u16string_view> texts,
                                 std::u16string_view psHandler, const automation::ObjectRef& database) const {
     const std::int32_t level = Interface();
-    if (level < (member == u"ParameterValueList" ? kLowestWithDatabase : kLowestWithCatalogue)) return {};
+    if (level < (member == u"ParameterValueList" ? lowestWithDatabase : lowestWithCatalogue)) return {};
     std::vector<Variant> arguments(texts.begin(), texts.end());
     arguments.emplace_back(psHandler);
-    if (level >= kLowestWithDatabase) arguments.emplace_back(database);
+    if (level >= lowestWithDatabase) arguments.emplace_back(database);
     return automation::textOrError(handler_->invoke(member, InvokeKind::get, arguments));
 }
 

@@ -10,13 +10,13 @@
 namespace velmor {
 
 // Below HKEY_LOCAL_MACHINE.
-inline constexpr std::u16string_view kHandlersKey = u"SOFTWARE\\Korvane\\Quillmark\\Handlers";
-inline constexpr std::u16string_view kSubHandlersKey = u"SOFTWARE\\Korvane\\Quillmark\\SubHandlers";
+inline constexpr std::u16string_view handlersKey = u"SOFTWARE\\Korvane\\Quillmark\\Handlers";
+inline constexpr std::u16string_view subHandlersKey = u"SOFTWARE\\Korvane\\Quillmark\\SubHandlers";
 
 // The handler that is not registered: its commands are built in.
-inline constexpr std::u16string_view kBuiltInHandler = u"TAG";
+inline constexpr std::u16string_view builtInHandler = u"TAG";
 // The handler that repeats a template. It is built in, too, but a registered one takes its place.
-inline constexpr std::u16string_view kRowsHandler = u"ROWS";
+inline constexpr std::u16string_view rowsHandler = u"ROWS";
 
 // Where a tag's handler is registered. "NAME" is under Handlers, "GROUP-NAME" (the first "-"
 // separates) under the group's key of SubHandlers.

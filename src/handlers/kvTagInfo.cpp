@@ -19,17 +19,17 @@ struct BuiltInCommand {
 
 namespace {
 
-constexpr BuiltInCommand kCommands[] = {
-    {kBuiltInHandler, u"SETPROPERTY", u"PREPROCESS:", u"TAG>SETPROPERTY:name=value:[PREPROCESS=(true):]"},
-    {kBuiltInHandler, u"INCLUDE", u"", u"TAG>INCLUDE=[path\\]includefile:"},
-    {kBuiltInHandler, u"SETPATH", u"", u"TAG>SETPATH=path:"},
-    {kBuiltInHandler, u"PROPERTY", u"", u"TAG>PROPERTY:name=default:"},
-    {kRowsHandler, u"LIST", u"ROW:TEXT:BETWEEN:", u"ROWS>LIST=list:ROW=file or TEXT=text:[BETWEEN=text:]"},
+constexpr BuiltInCommand commands[] = {
+    {builtInHandler, u"SETPROPERTY", u"PREPROCESS:", u"TAG>SETPROPERTY:name=value:[PREPROCESS=(true):]"},
+    {builtInHandler, u"INCLUDE", u"", u"TAG>INCLUDE=[path\\]includefile:"},
+    {builtInHandler, u"SETPATH", u"", u"TAG>SETPATH=path:"},
+    {builtInHandler, u"PROPERTY", u"", u"TAG>PROPERTY:name=default:"},
+    {rowsHandler, u"LIST", u"ROW:TEXT:BETWEEN:", u"ROWS>LIST=list:ROW=file or TEXT=text:[BETWEEN=text:]"},
 };
 
 std::u16string commandsOf(std::u16string_view handler) {
     std::u16string names;
-    for (const BuiltInCommand& each : kCommands) {
+    for (const BuiltInCommand& each : commands) {
         if (each.handler == handler) names.append(each.name).append(u":");
     }
     return names;
@@ -37,8 +37,8 @@ std::u16string commandsOf(std::u16string_view handler) {
 
 BuiltInCommand commandOf(std::u16string_view handler, std::u16string_view name) noexcept {
     const auto isSought = [&](const BuiltInCommand& each) { return each.handler == handler && each.name == name; };
-    const auto* const found = std::ranges::find_if(kCommands, isSought);
-    return found == std::end(kCommands) ? BuiltInCommand{} : *found;
+    const auto* const found = std::ranges::find_if(commands, isSought);
+    return found == std::end(commands) ? BuiltInCommand{} : *found;
 }
 
 std::u16string_view before(std::u16string_view text, char16_t end) noexcept {
@@ -93,20 +93,20 @@ void kvTagInfo::addHandlers(privProperties& list, std::u16string_view psSubHandl
                             bool pbIncludeSubHandlers) const {
     const platform::Registry& registry = services_.registry;
     const std::u16string key = psSubHandler.empty()
-                                   ? std::u16string(kHandlersKey)
-                                   : std::u16string(kSubHandlersKey) + u'\\' + std::u16string(psSubHandler);
+                                   ? std::u16string(handlersKey)
+                                   : std::u16string(subHandlersKey) + u'\\' + std::u16string(psSubHandler);
     const auto isListed = [&](std::u16string_view name) { return !pbFiltered || !isHidden(key, name); };
     for (const std::u16string& name : registry.valueNames(key)) {
         // The key's default value is not a handler.
         if (!name.empty() && isListed(name)) list.AddStr(name, registry.value(key, name).value_or(std::u16string()));
     }
     if (pbIncludeSubHandlers) {
-        for (const std::u16string& group : registry.subkeys(kSubHandlersKey)) {
+        for (const std::u16string& group : registry.subkeys(subHandlersKey)) {
             if (isListed(group)) list.AddStr(group, {});
         }
     }
     // Replaces a registered handler of that name, which no tag can call.
-    if (psSubHandler.empty() && isListed(kBuiltInHandler)) list.AddStr(kBuiltInHandler, {}, true);
+    if (psSubHandler.empty() && isListed(builtInHandler)) list.AddStr(builtInHandler, {}, true);
 }
 
 std::u16string kvTagInfo::HandlerListString2(std::u16string_view psSubHandler, bool pbFiltered) const {
@@ -132,7 +132,7 @@ std::u16string kvTagInfo::ask(std::u16string_view psHandlerName, std::u16string_
     return quietly([&]() -> std::u16string {
         const HandlerAddress address = addressOf(psHandlerName);
         const std::u16string className = address.className(services_.registry);
-        const bool isBuiltIn = address.name == kBuiltInHandler || (className.empty() && address.name == kRowsHandler);
+        const bool isBuiltIn = address.name == builtInHandler || (className.empty() && address.name == rowsHandler);
         if (isBuiltIn && address.group.empty()) {
             if (texts.size() == 0) return commandsOf(address.name);
             return std::u16string(builtIn ? commandOf(address.name, *texts.begin()).*builtIn : u"");

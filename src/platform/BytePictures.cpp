@@ -23,7 +23,7 @@ struct Signature {
     PictureType type;
 };
 
-constexpr std::array kSignatures{
+constexpr std::array signatures{
     Signature{0, "\x89PNG\r\n\x1a\n"sv, PictureType::bitmap},
     Signature{0, "\xff\xd8\xff"sv, PictureType::bitmap},
     Signature{0, "GIF87a"sv, PictureType::bitmap},
@@ -41,7 +41,7 @@ bool isBitmapFile(std::string_view bytes) {
 }
 
 std::optional<PictureType> pictureType(std::string_view bytes) {
-    for (const Signature& signature : kSignatures) {
+    for (const Signature& signature : signatures) {
         if (bytes.size() > signature.offset && bytes.substr(signature.offset).starts_with(signature.bytes)) {
             return signature.type;
         }

@@ -5,7 +5,7 @@
 namespace velmor::platform {
 namespace {
 
-constexpr std::size_t kLargestPlain = std::size_t{1} << 30;
+constexpr std::size_t largestPlain = std::size_t{1} << 30;
 
 }  // namespace
 
@@ -17,7 +17,7 @@ CipherKey::~CipherKey() {
 
 void requireSealable(std::string_view nonce, std::string_view plain) {
     if (nonce.size() != cipherNonceSize) throw Error(5);
-    if (plain.size() > kLargestPlain) throw Error(7);
+    if (plain.size() > largestPlain) throw Error(7);
 }
 
 }  // namespace velmor::platform

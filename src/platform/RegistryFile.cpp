@@ -8,15 +8,15 @@
 namespace velmor::platform {
 namespace {
 
-constexpr std::u16string_view kNarrowParts[] = {u"SOFTWARE\\WOW6432Node", u"SOFTWARE\\Classes\\WOW6432Node"};
-constexpr std::size_t kNarrowPartLength = std::u16string_view(u"\\WOW6432Node").size();
+constexpr std::u16string_view narrowParts[] = {u"SOFTWARE\\WOW6432Node", u"SOFTWARE\\Classes\\WOW6432Node"};
+constexpr std::size_t narrowPartLength = std::u16string_view(u"\\WOW6432Node").size();
 
 // Removes the WOW6432Node part of the key; false if it has none.
 bool takeNarrowPart(std::u16string& key) {
-    for (const std::u16string_view part : kNarrowParts) {
+    for (const std::u16string_view part : narrowParts) {
         const bool below = key.size() == part.size() || (key.size() > part.size() && key[part.size()] == u'\\');
         if (!below || !equalIgnoringCase(std::u16string_view(key).substr(0, part.size()), part)) continue;
-        key.erase(part.size() - kNarrowPartLength, kNarrowPartLength);
+        key.erase(part.size() - narrowPartLength, narrowPartLength);
         return true;
     }
     return false;

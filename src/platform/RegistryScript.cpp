@@ -11,16 +11,16 @@ namespace {
 
 using View = std::u16string_view;
 
-constexpr View kHeader = u"Windows Registry Editor Version 5.00";
-constexpr View kOldHeader = u"REGEDIT4";
-constexpr std::string_view kOldHeaderBytes = "REGEDIT4";
-constexpr std::size_t kMostWarnings = 20;
+constexpr View fileHeader = u"Windows Registry Editor Version 5.00";
+constexpr View oldHeader = u"REGEDIT4";
+constexpr std::string_view oldHeaderBytes = "REGEDIT4";
+constexpr std::size_t mostWarnings = 20;
 
 struct Root {
     View name;
     View key;  // its path below HKEY_LOCAL_MACHINE
 };
-constexpr Root kRoots[] = {
+constexpr Root roots[] = {
     {u"HKEY_LOCAL_MACHINE", u""},
     {u"HKLM", u""},
     {u"HKEY_CLASSES_ROOT", u"SOFTWARE\\Classes"},
@@ -34,7 +34,7 @@ View trimmed(View text) {
 
 std::u16string decodeScript(std::string_view bytes) {
     if (auto marked = decodeMarked(bytes)) return std::move(*marked);
-    if (bytes.starts_with(kOldHeaderBytes)) return fromAnsi(bytes);
+    if (bytes.starts_with(oldHeaderBytes)) return fromAnsi(bytes);
     if (bytes.size() >= 2 && bytes[0] != '\0' && bytes[1] == '\0') return fromUtf16(bytes, false);
     return textOfUtf8(bytes).value_or(fromAnsi(bytes));
 }
@@ -69,8 +69,8 @@ private:
     bool readHeader() {
         lineStart_ = at_ = std::min(text_.find_first_not_of(u" \t\r\n"), text_.size());
         const View header = trimmed(restOfLine());
-        old_ = header == kOldHeader;
-        if (old_ || header == kHeader) return true;
+        old_ = header == oldHeader;
+        if (old_ || header == fileHeader) return true;
         if (!header.empty()) warn(u"the file does not begin as a registry file does");
         return false;
     }
@@ -113,7 +113,7 @@ private:
     bool resolveRoot(View path) {
         if (path.find(u'\0') != View::npos) throw Failure{u"the key's name holds a zero character"};
         const std::size_t end = std::min(path.find(u'\\'), path.size());
-        for (const Root& root : kRoots) {
+        for (const Root& root : roots) {
             if (!equalIgnoringCase(path.substr(0, end), root.name)) continue;
             const View rest = path.substr(std::min(end + 1, path.size()));
             key_ = root.key;
@@ -240,7 +240,7 @@ private:
 
     // Counts lines only for the few warnings that are kept.
     void warn(View reason) {
-        if (warnings_.size() == kMostWarnings) return;
+        if (warnings_.size() == mostWarnings) return;
         const auto feeds = std::ranges::count(text_.substr(0, lineStart_), u'\n');
         warnings_.push_back(u"line " + fromUtf8(std::to_string(feeds + 1)) + u": " + std::u16string(reason));
     }

@@ -18,10 +18,10 @@
 namespace velmor::process {
 namespace {
 
-constexpr std::int32_t kCannotCreate = 429;
+constexpr std::int32_t cannotCreate = 429;
 
 [[noreturn]] void fail(std::u16string message) {
-    throw Error(kAutomationError, std::move(message));
+    throw Error(automationError, std::move(message));
 }
 
 // In the child, where only calls that are safe after fork may be made.
@@ -42,7 +42,7 @@ bool hasEnded(pid_t id) noexcept {
 ChildProcess::ChildProcess(const std::string& command) {
     std::array<int, 2> ends{};
     if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) {
-        throw Error(kCannotCreate, u"Cannot start a handler: " + fromUtf8(command));
+        throw Error(cannotCreate, u"Cannot start a handler: " + fromUtf8(command));
     }
     id_ = fork();
     if (id_ == 0) becomeCommand(ends[1], command.c_str());
@@ -50,7 +50,7 @@ ChildProcess::ChildProcess(const std::string& command) {
     stream_ = ends[0];
     if (id_ < 0) {
         close(stream_);
-        throw Error(kCannotCreate, u"Cannot start a handler: " + fromUtf8(command));
+        throw Error(cannotCreate, u"Cannot start a handler: " + fromUtf8(command));
     }
     setpgid(id_, id_);
     fcntl(stream_, F_SETFL, O_NONBLOCK);
@@ -76,7 +76,7 @@ void ChildProcess::await(short events, Moment deadline) const {
 }
 
 void ChildProcess::send(const std::string& line) {
-    const Moment deadline = std::chrono::steady_clock::now() + kPatience;
+    const Moment deadline = std::chrono::steady_clock::now() + patience;
     for (std::size_t sent = 0; sent < line.size();) {
         const ssize_t count = ::send(stream_, line.data() + sent, line.size() - sent, MSG_NOSIGNAL);
         if (count >= 0) {
@@ -90,7 +90,7 @@ void ChildProcess::send(const std::string& line) {
 }
 
 std::string ChildProcess::receive() {
-    const Moment deadline = std::chrono::steady_clock::now() + kPatience;
+    const Moment deadline = std::chrono::steady_clock::now() + patience;
     std::array<char, 65536> block;
     for (std::size_t searched = 0;;) {
         const std::size_t end = received_.find('\n', searched);
@@ -100,7 +100,7 @@ std::string ChildProcess::receive() {
             return line;
         }
         searched = received_.size();
-        if (searched > kLongestLine) fail(u"The handler's answer is too long");
+        if (searched > longestLine) fail(u"The handler's answer is too long");
         const ssize_t count = recv(stream_, block.data(), block.size(), 0);
         if (count > 0) {
             received_.append(block.data(), static_cast<std::size_t>(count));

@@ -12,9 +12,9 @@ namespace velmor::process {
 class ChildProcess {
 public:
     // The answer to a line takes no longer than this ...
-    static constexpr std::chrono::seconds kPatience{30};
+    static constexpr std::chrono::seconds patience{30};
     // ... and is no longer than that.
-    static constexpr std::size_t kLongestLine = std::size_t{1} << 27;
+    static constexpr std::size_t longestLine = std::size_t{1} << 27;
 
     // Starts the command with "sh -c". Throws Error 429.
     explicit ChildProcess(const std::string& command);

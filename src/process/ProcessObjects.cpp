@@ -17,10 +17,10 @@ using Json = nlohmann::json;
 
 namespace {
 
-constexpr std::u16string_view kPrefix = u"process:";
-constexpr std::int32_t kLevel = 4;           // see ITag4
-constexpr std::int32_t kFirstParameter = 3;  // among the elements of a tag
-constexpr int kMostQuestions = 100'000;      // of one tag
+constexpr std::u16string_view prefix = u"process:";
+constexpr std::int32_t level = 4;           // see ITag4
+constexpr std::int32_t firstParameter = 3;  // among the elements of a tag
+constexpr int mostQuestions = 100'000;      // of one tag
 
 std::u16string member(const Json& object, const char* name) {
     const auto found = object.find(name);
@@ -47,7 +47,7 @@ public:
         const std::string line = program_->receive();
         Json answer = Json::parse(line, nullptr, false);
         if (answer.is_object()) return answer;
-        throw Error(kAutomationError, u"The handler's answer is not a JSON object: " + fromUtf8(line.substr(0, 100)));
+        throw Error(automationError, u"The handler's answer is not a JSON object: " + fromUtf8(line.substr(0, 100)));
     }
     void end() { objects_.idle_[command_].push_back(std::move(program_)); }
 
@@ -78,7 +78,7 @@ private:
 Variant ProcessHandler::invoke(std::u16string_view name, automation::InvokeKind kind, std::span<Variant> arguments) {
     using Self = ProcessHandler;
     static const automation::DispatchTable members({
-        {u"Interface", MemberKind::get, 0, 0, [](Self&, Arguments&) { return Variant(kLevel); }},
+        {u"Interface", MemberKind::get, 0, 0, [](Self&, Arguments&) { return Variant(level); }},
         {u"GetTagValue", MemberKind::method, 1, 1,
          [](Self& self, Arguments& given) { return Variant(self.answer(given.object(0))); }},
         {u"CommandList", MemberKind::get, 0, 2,
@@ -100,7 +100,7 @@ Variant ProcessHandler::invoke(std::u16string_view name, automation::InvokeKind 
     try {
         return members.invoke(*this, name, kind, arguments);
     } catch (const Json::exception&) {
-        throw Error(kAutomationError, u"The handler's answer has the wrong form");
+        throw Error(automationError, u"The handler's answer has the wrong form");
     }
 }
 
@@ -142,7 +142,7 @@ Json questionOf(automation::Object& tag) {
     Json parameters = Json::object();
     const automation::ObjectRef elements = required(get(tag, u"Elements").object());
     const std::int32_t count = automation::toLong(get(*elements, u"Count")).value_or(0);
-    for (std::int32_t index = kFirstParameter; index <= count; ++index) {
+    for (std::int32_t index = firstParameter; index <= count; ++index) {
         const automation::ObjectRef element = required(item(*elements, index).object());
         const Variant name = get(*element, u"Name");
         parameters.emplace(textOf(name), textOf(automation::call(tag, u"GetProcessedElementsValue", name)));
@@ -165,7 +165,7 @@ Json answerTo(automation::Object& tag, const Json& question) {
         automation::call(*properties, u"Add", member(question, "set"), member(question, "value"), true);
         return {{"value", nullptr}};
     }
-    if (!question.contains("property")) throw Error(kAutomationError, u"The handler's answer has no known member");
+    if (!question.contains("property")) throw Error(automationError, u"The handler's answer has no known member");
     const automation::ObjectRef property = item(*properties, member(question, "property")).object();
     return {{"value", property ? Json(textOf(get(*property, u"ValueStr"))) : Json(nullptr)}};
 }
@@ -174,17 +174,17 @@ std::u16string ProcessHandler::answer(const automation::ObjectRef& object) {
     const automation::ObjectRef tag = required(object);
     Json question = questionOf(*tag);  // it may start the same handler
     Conversation conversation(objects_, command_);
-    for (int questions = 0; questions < kMostQuestions; ++questions) {
+    for (int questions = 0; questions < mostQuestions; ++questions) {
         const Json reply = conversation.ask(question);
         if (!reply.contains("result") && !reply.contains("error")) {
             question = answerTo(*tag, reply);
             continue;
         }
         conversation.end();
-        if (reply.contains("error")) throw Error(kAutomationError, member(reply, "error"));
+        if (reply.contains("error")) throw Error(automationError, member(reply, "error"));
         return member(reply, "result");
     }
-    throw Error(kAutomationError, u"The handler asks without end");
+    throw Error(automationError, u"The handler asks without end");
 }
 
 }  // namespace
@@ -202,8 +202,8 @@ ProcessObjects::~ProcessObjects() {
 }
 
 automation::ObjectRef ProcessObjects::create(std::u16string_view className) {
-    if (!className.starts_with(kPrefix)) return machine_.create(className);
-    return std::make_shared<ProcessHandler>(*this, toUtf8(className.substr(kPrefix.size())));
+    if (!className.starts_with(prefix)) return machine_.create(className);
+    return std::make_shared<ProcessHandler>(*this, toUtf8(className.substr(prefix.size())));
 }
 
 }  // namespace velmor::process

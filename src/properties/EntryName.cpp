@@ -5,7 +5,7 @@
 namespace velmor {
 namespace {
 
-constexpr std::u16string_view kColon = u":", kEscapedColon = u"!@";
+constexpr std::u16string_view colon = u":", escapedColon = u"!@";
 
 std::u16string replaced(std::u16string_view text, std::u16string_view sought, std::u16string_view replacement) {
     std::u16string result;
@@ -35,16 +35,16 @@ std::u16string cleanName(std::u16string_view name) {
             name.remove_prefix(4);
         }
     }
-    return replaced(name, kEscapedColon, kColon);
+    return replaced(name, escapedColon, colon);
 }
 
 // A type prefix, which readers drop, keeps them from dropping the beginning of the name.
 void appendName(std::u16string& target, std::u16string_view name) {
-    if (name.find(kColon) == name.npos) {
+    if (name.find(colon) == name.npos) {
         target += name;
         return;
     }
-    const std::u16string escaped = replaced(name, kColon, kEscapedColon);
+    const std::u16string escaped = replaced(name, colon, escapedColon);
     if (cleanName(escaped) != name) target += u"!s!";
     target += escaped;
 }

@@ -8,7 +8,7 @@
 namespace velmor {
 namespace {
 
-constexpr std::u16string_view kOpening = u"<KV:", kClosing = u"</KV>";
+constexpr std::u16string_view opening = u"<KV:", closing = u"</KV>";
 
 bool startsIgnoringCase(std::u16string_view text, std::u16string_view marker) {
     return equalIgnoringCase(text.substr(0, marker.size()), marker);
@@ -92,11 +92,11 @@ void EntryScanner::findNestedTags() {
     std::vector<std::size_t> open;
     for (std::size_t i = text_.find(u'<'); i != npos; i = text_.find(u'<', i + 1)) {
         const std::u16string_view rest = text_.substr(i);
-        if (startsIgnoringCase(rest, kOpening)) {
+        if (startsIgnoringCase(rest, opening)) {
             open.push_back(tags_.size());
             tags_.push_back({i, npos});
-        } else if (!open.empty() && startsIgnoringCase(rest, kClosing)) {
-            tags_[open.back()].end = i + kClosing.size();
+        } else if (!open.empty() && startsIgnoringCase(rest, closing)) {
+            tags_[open.back()].end = i + closing.size();
             open.pop_back();
         }
     }

@@ -15,7 +15,7 @@ using automation::Variant;
 
 namespace {
 
-constexpr std::size_t kMostWithoutIndex = 8;
+constexpr std::size_t mostWithoutIndex = 8;
 
 }  // namespace
 
@@ -161,7 +161,7 @@ void KeyedItems::claimKeys() {
 
 // Gives the entry the key of its name. If another entry has that key, returns it instead.
 KeyedItems::Entry* KeyedItems::claimKey(Entry& entry) {
-    if (!indexed_ && order_.size() > kMostWithoutIndex) buildIndex();
+    if (!indexed_ && order_.size() > mostWithoutIndex) buildIndex();
     Entry* const owner = indexed_ ? index_.try_emplace(entry.name, &entry).first->second : keyedEntry(entry.name);
     if (owner != nullptr && owner != &entry) return owner;
     entry.keyed = true;

@@ -21,8 +21,8 @@ using automation::Variant;
 
 namespace {
 
-constexpr std::size_t kMarkerSize = 4;
-constexpr std::size_t kBestCompression = 1032;  // of deflate, bytes for a byte
+constexpr std::size_t markerSize = 4;
+constexpr std::size_t bestCompression = 1032;  // of deflate, bytes for a byte
 
 // Encoded bytes hold no quote. Looking for one first costs no more than the distance to the next
 // marker, so unclosed markers in a row are not each decoded up to the end of the text.
@@ -52,7 +52,7 @@ std::optional<std::u16string> textOfCompressed(std::u16string_view content, std:
     const auto compressed = bytesOfBase64(content);
     if (!compressed) return std::nullopt;
     const auto bytes = decompressBytes(*compressed, allowance);
-    const std::size_t worst = std::min(compressed->size(), allowance / kBestCompression + 1) * kBestCompression;
+    const std::size_t worst = std::min(compressed->size(), allowance / bestCompression + 1) * bestCompression;
     allowance -= std::min(allowance, bytes ? bytes->size() : worst);
     return textOfBytes(bytes);
 }
@@ -123,10 +123,10 @@ std::size_t PropertyReader::readQuoted(Scanner& scanner, Name name, std::size_t 
 }
 
 std::size_t PropertyReader::readMarked(Scanner& scanner, Name name, std::size_t from) {
-    const std::u16string_view marker = scanner.text().substr(from, kMarkerSize);
+    const std::u16string_view marker = scanner.text().substr(from, markerSize);
     if (marker == u"~RO~") return readObject(scanner, name, from);
-    if (marker.size() < kMarkerSize || marker.back() != u'"') return Scanner::npos;
-    const std::size_t begin = from + kMarkerSize;
+    if (marker.size() < markerSize || marker.back() != u'"') return Scanner::npos;
+    const std::size_t begin = from + markerSize;
     const std::size_t quote = scanner.closingQuote(begin);
     if (quote == Scanner::npos) return Scanner::npos;
     const std::u16string_view content = scanner.text().substr(begin, quote - begin);
@@ -164,7 +164,7 @@ bool PropertyReader::addDecoded(Name name, std::u16string_view marker, std::u16s
 
 std::size_t PropertyReader::readObject(Scanner& scanner, Name name, std::size_t from) {
     const std::u16string_view text = scanner.text();
-    const std::size_t type = from + kMarkerSize;
+    const std::size_t type = from + markerSize;
     const std::size_t delimiter = scanner.delimiter(type);
     const std::size_t quote = text.substr(0, delimiter).find(u'"', type);
     if (quote == Scanner::npos) return Scanner::npos;

@@ -13,14 +13,14 @@ using automation::VariantType;
 
 namespace {
 
-constexpr double kEncodedGrowth = 1.34;
+constexpr double encodedGrowth = 1.34;
 
 // In bytes, and in characters of the text form besides the name. All other types count 0.
 struct TypeSize {
     VariantType type;
     std::int32_t size, stored;
 };
-constexpr TypeSize kTypeSizes[] = {
+constexpr TypeSize typeSizes[] = {
     {VariantType::null, 0, 5},         {VariantType::integer, 1, 9},   {VariantType::byte, 1, 0},
     {VariantType::longInteger, 2, 14}, {VariantType::boolean, 2, 7},   {VariantType::single, 4, 16},
     {VariantType::doubleFloat, 8, 24}, {VariantType::currency, 8, 24}, {VariantType::date, 8, 25},
@@ -28,7 +28,7 @@ constexpr TypeSize kTypeSizes[] = {
 };
 
 TypeSize sizeOf(VariantType type) {
-    for (const TypeSize& each : kTypeSizes) {
+    for (const TypeSize& each : typeSizes) {
         if (each.type == type) return each;
     }
     return {type, 0, 0};
@@ -55,7 +55,7 @@ std::int32_t privProperty::valueSizeStored() const {
     const auto length = static_cast<std::int64_t>(text.size());
     if (!Encode()) return checkedLong(name + length + (text.find(u"\":") != text.npos ? 8 : 4));
     // nearbyint rounds halves to even, as the platform does.
-    const double size = static_cast<double>(length) * kEncodedGrowth + static_cast<double>(name) + 7;
+    const double size = static_cast<double>(length) * encodedGrowth + static_cast<double>(name) + 7;
     return checkedLong(static_cast<std::int64_t>(std::nearbyint(size)));
 }
 

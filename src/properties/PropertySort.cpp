@@ -25,7 +25,7 @@ namespace {
 
 using Place = std::list<std::size_t>::iterator;
 
-constexpr std::int32_t kLastComparedType = 15;
+constexpr std::int32_t lastComparedType = 15;
 
 // The order of values of one type.
 struct SortsBefore {
@@ -51,7 +51,7 @@ public:
 
     void insert(std::size_t position) {
         const PropertyRef property = items_.at(position);
-        if (property->ValueType() > kLastComparedType) {
+        if (property->ValueType() > lastComparedType) {
             insertBeforeOwnType(position, property->ValueType());
         } else if (Variant value = property->Value(); isOrdered(value)) {
             insertByValue(position, property->ValueType(), std::move(value));

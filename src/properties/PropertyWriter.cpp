@@ -25,9 +25,9 @@ using automation::VariantType;
 
 namespace {
 
-constexpr std::u16string_view kTerminator = u"\":";
-constexpr std::size_t kLongestNested = privProperties::maximumNestedLength;
-constexpr std::size_t kSample = 64;  // entries whose length gives the capacity to reserve
+constexpr std::u16string_view terminator = u"\":";
+constexpr std::size_t longestNested = privProperties::maximumNestedLength;
+constexpr std::size_t sample = 64;  // entries whose length gives the capacity to reserve
 
 void appendInteger(std::u16string& target, std::int32_t value) {
     std::array<char, 12> digits{};
@@ -38,7 +38,7 @@ struct NumberForm {
     VariantType type;
     std::u16string_view suffix;
 };
-constexpr NumberForm kNumbers[] = {
+constexpr NumberForm numbers[] = {
     {VariantType::integer, u"%:"},     {VariantType::longInteger, u"&:"}, {VariantType::single, u"!:"},
     {VariantType::doubleFloat, u"#:"}, {VariantType::currency, u"$:"},    {VariantType::decimal, u"!:"},
 };
@@ -58,7 +58,7 @@ PropertyWriter::PropertyWriter(platform::Services& services, Form form, int leve
 
 std::u16string PropertyWriter::write(const KeyedItems& items) {
     for (std::size_t i = 0; i < items.size(); ++i) {
-        if (i == kSample) out_.reserve(out_.size() / kSample * (items.size() + items.size() / 8));
+        if (i == sample) out_.reserve(out_.size() / sample * (items.size() + items.size() / 8));
         if (asTag_ && i == 0) {
             out_.append(items.entry(i).name).append(1, u'>');
         } else {
@@ -113,8 +113,8 @@ void PropertyWriter::writeValue(const Variant& value, std::int32_t encoding) {
 
 // False for a type that is written as text.
 bool PropertyWriter::writeTyped(const Variant& value) {
-    const auto* const number = std::ranges::find(kNumbers, value.type(), &NumberForm::type);
-    if (number != std::end(kNumbers)) {
+    const auto* const number = std::ranges::find(numbers, value.type(), &NumberForm::type);
+    if (number != std::end(numbers)) {
         if (number->type == VariantType::decimal) out_ += u'!';
         writeNumber(value, number->suffix);
     } else if (const auto* date = value.get<Date>()) {
@@ -164,31 +164,31 @@ void PropertyWriter::writeObject(const Variant& value) {
     }
     out_ += u"~RO~kvProperties\"";
     appendNested(text);
-    out_ += kTerminator;
+    out_ += terminator;
 }
 
 void PropertyWriter::writeText(std::u16string_view text, std::int32_t encoding) {
     if (encoding == 2) return writeEncoded(u"~HX\"", hexadecimal(toUtf8(text)));
     if (encoding == 4) return writeEncoded(u"~GZ\"", base64(compressBytes(toUtf8(text))));
-    const bool isPlain = encoding == 0 && text.find(kTerminator) == text.npos;
+    const bool isPlain = encoding == 0 && text.find(terminator) == text.npos;
     if (isPlain) return writeEncoded(u"\"", text);
     const bool isSubstituted = encoding == 8 || (encoding == 0 && !delimited_);
     if (const auto substitute = isSubstituted ? substituteFor(text) : std::nullopt) {
         out_ += u"~CE\"";
         appendSubstituted(out_, text, *substitute);
-        out_ += kTerminator;
+        out_ += terminator;
     } else {
         writeEncoded(u"~64\"", base64(toUtf8(text)));
     }
 }
 
 void PropertyWriter::writeEncoded(std::u16string_view marker, std::u16string_view encoded) {
-    out_.append(marker).append(encoded).append(kTerminator);
+    out_.append(marker).append(encoded).append(terminator);
 }
 
 // Every level of nesting encodes the text again and adds a third; a few dozen would fill the memory.
 void PropertyWriter::appendNested(std::u16string_view text) {
-    if (text.size() > kLongestNested) {
+    if (text.size() > longestNested) {
         throw Error(7, u"A collection within a collection is too long to be written as text");
     }
     out_ += base64(toUtf8(text));
@@ -201,7 +201,7 @@ void PropertyWriter::writeChild(std::u16string_view name, std::u16string_view te
     const bool attributes = which == Child::attributes;
     appendName(out_, name);
     out_ += attributes ? u"=~AT\"" : u"=~PR\"";
-    const bool plain = attributes ? text.find(kTerminator) == text.npos : text.find(u'"') == text.npos;
+    const bool plain = attributes ? text.find(terminator) == text.npos : text.find(u'"') == text.npos;
     if (plain) {
         out_.append(1, u'-').append(text);
     } else if (const auto substitute = substituteFor(text)) {
@@ -210,7 +210,7 @@ void PropertyWriter::writeChild(std::u16string_view name, std::u16string_view te
         out_ += u'+';
         appendNested(text);
     }
-    out_ += kTerminator;
+    out_ += terminator;
 }
 
 }  // namespace velmor

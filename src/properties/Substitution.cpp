@@ -10,8 +10,8 @@
 namespace velmor {
 namespace {
 
-constexpr std::size_t kCount = 11;
-constexpr int kFirstCode = 181;
+constexpr std::size_t count = 11;
+constexpr int firstCode = 181;
 
 // A code that is no character of its own in the code page means the character of its number.
 char16_t unitOfCode(int code) {
@@ -19,10 +19,10 @@ char16_t unitOfCode(int code) {
     return text.size() == 1 && isSubstitute(text[0]) ? text[0] : static_cast<char16_t>(code);
 }
 
-const std::array<char16_t, kCount>& substitutes() {
-    static const std::array<char16_t, kCount> units = [] {
-        std::array<char16_t, kCount> made{};
-        for (std::size_t i = 0; i < kCount; ++i) made[i] = unitOfCode(kFirstCode + static_cast<int>(i));
+const std::array<char16_t, count>& substitutes() {
+    static const std::array<char16_t, count> units = [] {
+        std::array<char16_t, count> made{};
+        for (std::size_t i = 0; i < count; ++i) made[i] = unitOfCode(firstCode + static_cast<int>(i));
         return made;
     }();
     return units;
@@ -31,13 +31,13 @@ const std::array<char16_t, kCount>& substitutes() {
 }  // namespace
 
 std::optional<char16_t> substituteFor(std::u16string_view text) {
-    std::array<char16_t, kCount> folded = substitutes();
+    std::array<char16_t, count> folded = substitutes();
     std::transform(folded.begin(), folded.end(), folded.begin(), foldUnit);
-    std::array<bool, kCount> taken{};
+    std::array<bool, count> taken{};
     for (const char16_t unit : text) {
         if (!isSubstitute(unit)) continue;
         const char16_t sought = foldUnit(unit);
-        for (std::size_t i = 0; i < kCount; ++i) taken[i] = taken[i] || folded[i] == sought;
+        for (std::size_t i = 0; i < count; ++i) taken[i] = taken[i] || folded[i] == sought;
     }
     const auto free = std::find(taken.begin(), taken.end(), false);
     if (free == taken.end()) return std::nullopt;

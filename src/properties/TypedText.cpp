@@ -14,7 +14,7 @@ using automation::Variant;
 
 namespace {
 
-constexpr std::size_t kLongestDate = 64;
+constexpr std::size_t longestDate = 64;
 
 namespace portable = automation::portable;
 
@@ -97,7 +97,7 @@ Variant typedValue(std::u16string_view text) {
 }
 
 std::optional<automation::Date> dateOfText(std::u16string_view text) {
-    if (text.size() > kLongestDate) return std::nullopt;
+    if (text.size() > longestDate) return std::nullopt;
     const auto date = hasMonthName(text) ? portable::parseDate(text) : std::nullopt;
     return date ? date : automation::parseDate(text);
 }

@@ -9,13 +9,13 @@
 namespace velmor::python {
 namespace {
 
-constexpr int kMostLevels = 100;  // as in JSON data
+constexpr int mostLevels = 100;  // as in JSON data
 
 // Sets the values of one collection and of those within it.
 class Values {
 public:
     Values(Properties& into, int level) : into_(into), level_(level) {
-        if (level > kMostLevels) throw py::value_error("the properties nest deeper than 100 levels");
+        if (level > mostLevels) throw py::value_error("the properties nest deeper than 100 levels");
     }
 
     void setMapping(py::handle mapping);

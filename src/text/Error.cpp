@@ -13,7 +13,7 @@ struct ErrorText {
     std::int32_t number;
     std::u16string_view text;
 };
-constexpr ErrorText kTexts[] = {
+constexpr ErrorText texts[] = {
     {5, u"Invalid procedure call or argument"},
     {6, u"Overflow"},
     {7, u"Out of memory"},
@@ -29,8 +29,8 @@ constexpr ErrorText kTexts[] = {
 }  // namespace
 
 std::u16string errorText(std::int32_t number) {
-    const auto* const found = std::ranges::find(kTexts, number, &ErrorText::number);
-    return std::u16string(found == std::end(kTexts) ? u"Automation error" : found->text);
+    const auto* const found = std::ranges::find(texts, number, &ErrorText::number);
+    return std::u16string(found == std::end(texts) ? u"Automation error" : found->text);
 }
 
 Error::Error(std::int32_t number, std::u16string source, std::u16string description)

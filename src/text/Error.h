@@ -8,10 +8,10 @@
 namespace velmor {
 
 // The source of every error that is raised here, as hosts read it.
-inline constexpr char16_t kErrorSource[] = u"kvVelmor3";
+inline constexpr char16_t errorSource[] = u"kvVelmor3";
 
 // "Automation error": for failures of foreign code that give no number.
-inline constexpr std::int32_t kAutomationError = 440;
+inline constexpr std::int32_t automationError = 440;
 
 // The text that scripts know for an automation error's number.
 std::u16string errorText(std::int32_t number);
@@ -22,7 +22,7 @@ std::u16string errorText(std::int32_t number);
 class Error : public std::exception {
 public:
     Error(std::int32_t number, std::u16string source, std::u16string description);
-    Error(std::int32_t number, std::u16string description) : Error(number, kErrorSource, std::move(description)) {}
+    Error(std::int32_t number, std::u16string description) : Error(number, errorSource, std::move(description)) {}
     explicit Error(std::int32_t number) : Error(number, errorText(number)) {}
 
     std::int32_t number() const noexcept { return number_; }

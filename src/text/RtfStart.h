@@ -5,6 +5,6 @@
 namespace velmor {
 
 // A text is an RTF document when it begins so.
-inline constexpr std::u16string_view kRtfStart = u"{\\rtf1";
+inline constexpr std::u16string_view rtfStart = u"{\\rtf1";
 
 }  // namespace velmor

@@ -28,8 +28,8 @@ Variant holder(std::optional<Variant> value) {
     return Variant(std::make_shared<Holder>(std::move(value)));
 }
 
-const Variant kArray = Array{}, kNothing = ObjectRef();
-constexpr auto kNaN = std::numeric_limits<double>::quiet_NaN();
+const Variant someArray = Array{}, nothing = ObjectRef();
+constexpr auto notANumber = std::numeric_limits<double>::quiet_NaN();
 
 // The result of a conversion as text; "-" if it fails.
 template <typename Result>
@@ -50,11 +50,11 @@ TEST(Convert, ToWholeNumbersRoundsHalfToEven) {
     check(toLong, {
         {Variant(), "0"}, {true, "-1"}, {std::uint8_t{200}, "200"}, {std::int16_t{-5}, "-5"}, {0.5, "0"}, {1.5, "2"},
         {2.5, "2"}, {-0.5, "0"}, {-1.5, "-2"}, {2147483647.4, "2147483647"}, {2147483647.5, "-"},
-        {-2147483648.5, "-2147483648"}, {-2147483649.0, "-"}, {1e300, "-"}, {kNaN, "-"}, {2.5f, "2"},
+        {-2147483648.5, "-2147483648"}, {-2147483649.0, "-"}, {1e300, "-"}, {notANumber, "-"}, {2.5f, "2"},
         {Currency{25000}, "2"}, {Currency{-15000}, "-2"}, {Currency{25001}, "3"}, {Decimal{0, 35, 1, true}, "-4"},
         {Date{38051.5}, "38052"}, {u"2.5", "2"}, {u"2.50000000000000000000000000001", "3"}, {u" (12) ", "-12"},
         {u"&HFFFFFFFF", "-1"}, {u"&HFFFF", "65535"}, {u"2147483648", "-"}, {u"abc", "-"}, {u"True", "-"}, {Null{}, "-"},
-        {ErrorCode{5}, "-"}, {Variant::missing(), "-"}, {kNothing, "-"}, {kArray, "-"}, {holder(7.0), "7"},
+        {ErrorCode{5}, "-"}, {Variant::missing(), "-"}, {nothing, "-"}, {someArray, "-"}, {holder(7.0), "7"},
         {holder(holder(u"8")), "8"}, {holder({}), "-"}});
     check(toInteger, {{32767.4, "32767"}, {32767.5, "-"}, {-32769, "-"}, {u"&HFFFF", "-1"}, {u"&H10000", "-"}});
 }
@@ -74,20 +74,20 @@ TEST(Convert, ToEveryOtherType) {
         {u"38051", "-"}});  // a text converts only if it is a date
     check(toText, {
         {Variant(), ""}, {std::uint8_t{255}, "255"}, {Date{38051.5}, "3/5/2004 12:00:00 PM"}, {true, "True"},
-        {holder(u"x"), "x"}, {Null{}, "-"}, {ErrorCode{13}, "-"}, {kNothing, "-"}});
+        {holder(u"x"), "x"}, {Null{}, "-"}, {ErrorCode{13}, "-"}, {nothing, "-"}});
 }
 
 TEST(Convert, RecognisesTruthValues) {
     for (const auto* word : {u"true", u"YES", u"y", u"T", u"On", u" yes ", u"1", u"-0.5", u"&H1"}) EXPECT_TRUE(truth(word));
     for (const auto* word : {u"", u"false", u"no", u"off", u"0", u"yess", u"tr"}) EXPECT_FALSE(truth(word));
     check(truth, {{true, "True"}, {Currency{1}, "True"}, {holder(u"on"), "True"}, {0.0, "False"}, {Null{}, "False"},
-        {kNothing, "False"}});
+        {nothing, "False"}});
 }
 
 TEST(Convert, NamesTypes) {
     const Variant array = Array{VariantType::string, nullptr};
-    check(typeNameOf, {{kNothing, "Nothing"}, {holder({}), "Holder"}, {array, "String()"}, {1, "Long"}});
-    for (const auto& [value, code] : {std::pair(array, 8192 + 8), {Variant(1), 3}, {kNothing, 9}, {DataObject{}, 13}}) {
+    check(typeNameOf, {{nothing, "Nothing"}, {holder({}), "Holder"}, {array, "String()"}, {1, "Long"}});
+    for (const auto& [value, code] : {std::pair(array, 8192 + 8), {Variant(1), 3}, {nothing, 9}, {DataObject{}, 13}}) {
         EXPECT_EQ(value.typeCode(), code);
     }
 }
@@ -103,7 +103,7 @@ TEST(Convert, ComparesValues) {
         {0.1f, 0.1, true}, {Currency{1000}, 0.10001, false}, {Decimal{0, 15, 1, false}, 1.5, true},
         {Currency{922337203685477580}, Currency{922337203685477581}, false}, {Decimal{}, 1e300, false},
         {Decimal{0, 1, 28, false}, Variant(), false}, {Date{1.5}, 1.5, true}, {Null{}, Null{}, false},
-        {ErrorCode{5}, ErrorCode{5}, true}, {ErrorCode{5}, 5, {}}, {kNothing, 5, {}}, {holder(u"a"), u"a", true}};
+        {ErrorCode{5}, ErrorCode{5}, true}, {ErrorCode{5}, 5, {}}, {nothing, 5, {}}, {holder(u"a"), u"a", true}};
     for (const auto& row : cases) {
         EXPECT_EQ(equalValues(row.left, row.right), row.equal) << &row - cases;
         EXPECT_EQ(equalValues(row.right, row.left), row.equal) << &row - cases << " turned round";

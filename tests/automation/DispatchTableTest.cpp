@@ -17,7 +17,7 @@ public:
         const auto keep = [](Sample& self, Arguments& args) { return self.value_ = args.newValue(); };
         const auto sum = [](Sample&, Arguments& args) { return Variant(args.longInteger(0) + args.longOr(1, 100)); };
         const auto append = [](Sample&, Arguments& args) { return args.set(0, args.text(0) + u"!"), Variant(); };
-        static const DispatchTable kMembers(
+        static const DispatchTable members(
             u"Value", {
                           {u"Value", MemberKind::get, 0, 0, [](Sample& self, Arguments&) { return self.value_; }},
                           {u"Value", MemberKind::let, 0, 0, keep},
@@ -29,7 +29,7 @@ public:
                           {u"Self", MemberKind::get, 0, 0,
                            [](Sample& self, Arguments&) { return Variant(self.shared_from_this()); }, true},
                       });
-        return kMembers.invoke(*this, name, kind, arguments);
+        return members.invoke(*this, name, kind, arguments);
     }
     std::u16string typeName() const override { return u"Sample"; }
 
@@ -37,7 +37,7 @@ private:
     Variant value_;
 };
 
-const Variant kOne(1), kNothing{ObjectRef()};
+const Variant one(1), nothing{ObjectRef()};
 
 // The result as text, or the number of the raised error.
 TEST(DispatchTable, FindsMembersAndPassesArguments) {
@@ -50,17 +50,17 @@ TEST(DispatchTable, FindsMembersAndPassesArguments) {
         // clang-format off
         {u"VALUE", InvokeKind::let, {u"x"}, "x"}, {u"value", InvokeKind::get, {}, "x"}, {u"", InvokeKind::get, {}, "x"},
         // A get and a method replace each other, and so do a let and a set.
-        {u"Item", InvokeKind::method, {kOne}, "101"}, {u"Short", InvokeKind::get, {}, "7"},
-        {u"Value", InvokeKind::set, {kNothing}, "?"}, {u"Item", InvokeKind::let, {kOne, kNothing}, "?"},
-        {u"Item", InvokeKind::get, {kOne, Variant::missing()}, "101"}, {u"Item", InvokeKind::get, {kOne, u" 2 "}, "3"},
+        {u"Item", InvokeKind::method, {one}, "101"}, {u"Short", InvokeKind::get, {}, "7"},
+        {u"Value", InvokeKind::set, {nothing}, "?"}, {u"Item", InvokeKind::let, {one, nothing}, "?"},
+        {u"Item", InvokeKind::get, {one, Variant::missing()}, "101"}, {u"Item", InvokeKind::get, {one, u" 2 "}, "3"},
         {u"append", InvokeKind::method, {5}, ""}, {u"Nothing", InvokeKind::get, {}, "438"},
-        {u"Append", InvokeKind::let, {kOne}, "438"},
-        {u"Self", InvokeKind::let, {u"z"}, "z"}, {u"Self", InvokeKind::get, {kOne}, "450"},  // of the default member
+        {u"Append", InvokeKind::let, {one}, "438"},
+        {u"Self", InvokeKind::let, {u"z"}, "z"}, {u"Self", InvokeKind::get, {one}, "450"},  // of the default member
         {u"Short", InvokeKind::get, {70000}, "6"},
-        {u"Item", InvokeKind::get, {}, "450"}, {u"Item", InvokeKind::get, {Variant::missing(), kOne}, "450"},
-        {u"Item", InvokeKind::get, {kOne, kOne, kOne}, "450"}, {u"Value", InvokeKind::let, {}, "450"},
-        {u"Value", InvokeKind::get, {kOne}, "450"}, {u"Item", InvokeKind::get, {u"abc"}, "13"},
-        {u"Item", InvokeKind::get, {kOne, Null{}}, "13"},
+        {u"Item", InvokeKind::get, {}, "450"}, {u"Item", InvokeKind::get, {Variant::missing(), one}, "450"},
+        {u"Item", InvokeKind::get, {one, one, one}, "450"}, {u"Value", InvokeKind::let, {}, "450"},
+        {u"Value", InvokeKind::get, {one}, "450"}, {u"Item", InvokeKind::get, {u"abc"}, "13"},
+        {u"Item", InvokeKind::get, {one, Null{}}, "13"},
         // clang-format on
     };
     const auto sample = std::make_shared<Sample>();

@@ -16,7 +16,7 @@
 namespace velmor::automation::portable {
 namespace {
 
-constexpr auto kAll = std::numeric_limits<std::uint64_t>::max();
+constexpr auto wholeRange = std::numeric_limits<std::uint64_t>::max();
 
 template <class Number>
 void checkTexts(std::initializer_list<std::pair<Number, const char*>> cases) {
@@ -44,8 +44,8 @@ TEST(NumberText, IsWritten) {
     checkTexts<Decimal>({
         {{0, 0, 5, true}, "0"}, {{0, 125, 1, false}, "12.5"}, {{0, 1500, 3, true}, "-1.5"},
         {{0, 1, 28, false}, "0.0000000000000000000000000001"},
-        {{0xFFFFFFFF, kAll, 0, false}, "79228162514264337593543950335"}, {{1, 0, 0, false}, "18446744073709551616"},
-        {{0xFFFFFFFF, kAll, 28, true}, "-7.9228162514264337593543950335"}});
+        {{0xFFFFFFFF, wholeRange, 0, false}, "79228162514264337593543950335"}, {{1, 0, 0, false}, "18446744073709551616"},
+        {{0xFFFFFFFF, wholeRange, 28, true}, "-7.9228162514264337593543950335"}});
 }
 // clang-format on
 

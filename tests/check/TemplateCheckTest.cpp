@@ -277,8 +277,8 @@ TEST(Annotation, LiesOutsideOfTagsInThePageText) {
         std::vector<Diagnostic> found = TemplateCheck(checked.services, nullptr).run(u"t", row.text).diagnostics;
         std::erase_if(found, [](const Diagnostic& each) { return each.code == DiagnosticCode::damagedGroups; });
         std::u16string text = annotated(TemplateFile(u"t", row.text, {}), found);
-        constexpr std::u16string_view kBegin = u"{\\*\\atnid velmor}";
-        for (std::size_t at; (at = text.find(kBegin)) != text.npos;) {
+        constexpr std::u16string_view begin = u"{\\*\\atnid velmor}";
+        for (std::size_t at; (at = text.find(begin)) != text.npos;) {
             const std::size_t last = text.find(u'}', text.find(u"\\annotation", at));
             text.replace(at, last + 1 - at, u"@");
         }

@@ -126,10 +126,10 @@ TEST(Process, AnUnknownThatIsADispatchIsAnObject) {
     EXPECT_TRUE(same(get(kept.get(), L"Value").object().get(), item.get()));
 }
 
-constexpr wchar_t kHandlers[] = L"SOFTWARE\\Korvane\\Quillmark\\Handlers";
-constexpr int kClasses = 2000;
-constexpr int kThreads = 8;
-constexpr int kTags = 2 * kClasses / kThreads;  // so that each class is used by two threads
+constexpr wchar_t handlers[] = L"SOFTWARE\\Korvane\\Quillmark\\Handlers";
+constexpr int classes = 2000;
+constexpr int threadCount = 8;
+constexpr int tags = 2 * classes / threadCount;  // so that each class is used by two threads
 
 void setText(const std::wstring& key, const wchar_t* name, const std::wstring& text) {
     EXPECT_EQ(RegSetKeyValueW(HKEY_LOCAL_MACHINE, key.c_str(), name, REG_SZ, text.c_str(),
@@ -153,7 +153,7 @@ void removeClass(const std::wstring& name) {
 }
 
 TEST(Process, AClassThatIsRegisteredAnewIsFound) {
-    setText(kHandlers, L"MOVING", L"VelmorTest.Moving");
+    setText(handlers, L"MOVING", L"VelmorTest.Moving");
     const auto tag = newTag();
     for (const wchar_t* served : {L"VelmorTest.Level3", L"VelmorTest.Level5"}) {
         nameClass(L"VelmorTest.Moving", served);
@@ -161,7 +161,7 @@ TEST(Process, AClassThatIsRegisteredAnewIsFound) {
     }
     removeClass(L"VelmorTest.Moving");
     EXPECT_EQ(resultOf(tag, L"<KV:MOVING>X:</KV>"), L"");
-    RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, kHandlers, L"MOVING");
+    RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, handlers, L"MOVING");
 }
 
 // A template with tags of some of the classes, from one of them, and its result.
@@ -169,8 +169,8 @@ struct ManyTags {
     std::wstring text, result;
 
     explicit ManyTags(int first) {
-        for (int i = 0; i < kTags; ++i) {
-            const std::wstring number = std::to_wstring((first + i) % kClasses);
+        for (int i = 0; i < tags; ++i) {
+            const std::wstring number = std::to_wstring((first + i) % classes);
             text += L"<KV:MANY-" + number + L">C" + number + L":</KV>";
             result += L"L5[C" + number + L"]";
         }
@@ -179,23 +179,23 @@ struct ManyTags {
 
 TEST(Process, ThreadsWorkInApartmentsOfTheirOwn) {
     const std::wstring group = L"SOFTWARE\\Korvane\\Quillmark\\SubHandlers\\MANY";
-    for (int i = 0; i < kClasses; ++i) {
+    for (int i = 0; i < classes; ++i) {
         const std::wstring number = std::to_wstring(i);
         setText(group, number.c_str(), L"VelmorTest.Many" + number);
         nameClass(L"VelmorTest.Many" + number, L"VelmorTest.Level5");
     }
-    std::array<std::wstring, kThreads> results;
+    std::array<std::wstring, threadCount> results;
     std::vector<std::thread> threads;
-    for (int i = 0; i < kThreads; ++i) {
+    for (int i = 0; i < threadCount; ++i) {
         threads.emplace_back([&, i] {
             EXPECT_HRESULT_SUCCEEDED(CoInitialize(nullptr));
-            results[i] = resultOf(newTag(), ManyTags(i * kClasses / kThreads).text.c_str());
+            results[i] = resultOf(newTag(), ManyTags(i * classes / threadCount).text.c_str());
             CoUninitialize();
         });
     }
     for (std::thread& thread : threads) thread.join();
-    for (int i = 0; i < kThreads; ++i) EXPECT_TRUE(results[i] == ManyTags(i * kClasses / kThreads).result) << i;
-    for (int i = 0; i < kClasses; ++i) removeClass(L"VelmorTest.Many" + std::to_wstring(i));
+    for (int i = 0; i < threadCount; ++i) EXPECT_TRUE(results[i] == ManyTags(i * classes / threadCount).result) << i;
+    for (int i = 0; i < classes; ++i) removeClass(L"VelmorTest.Many" + std::to_wstring(i));
     RegDeleteKeyW(HKEY_LOCAL_MACHINE, group.c_str());
 }
 

@@ -26,13 +26,13 @@ struct Audience {
 const Audience everyone{HKEY_LOCAL_MACHINE, nullptr}, currentUser{HKEY_CURRENT_USER, L"USER"};
 
 constexpr bool is64Bit = sizeof(void*) == 8;
-constexpr REGSAM kOtherView = is64Bit ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
-const std::wstring kPlatform = is64Bit ? L"win64" : L"win32", kOtherPlatform = is64Bit ? L"win32" : L"win64";
+constexpr REGSAM otherView = is64Bit ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+const std::wstring platform = is64Bit ? L"win64" : L"win32", otherPlatform = is64Bit ? L"win32" : L"win64";
 
 // A key of the machine, removed at the end; in the view of programs of the other bitness unless told.
 class OtherKey {
 public:
-    explicit OtherKey(std::wstring path, REGSAM view = kOtherView) : path_(std::move(path)), view_(view) {
+    explicit OtherKey(std::wstring path, REGSAM view = otherView) : path_(std::move(path)), view_(view) {
         EXPECT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, path_.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS | view_, nullptr,
                                   &key_, nullptr),
                   0);
@@ -89,8 +89,7 @@ void expectAbsent(HKEY root) {
 
 void expectWritten(HKEY root) {
     const std::wstring libraryId = braced(LIBID_kvVelmor3);
-    EXPECT_NE(read(root, L"TypeLib\\" + libraryId + L"\\3.0\\0\\" + kPlatform).find(L"Velmor3.dll"),
-              std::wstring::npos);
+    EXPECT_NE(read(root, L"TypeLib\\" + libraryId + L"\\3.0\\0\\" + platform).find(L"Velmor3.dll"), std::wstring::npos);
     EXPECT_EQ(read(root, L"Interface\\" + braced(IID__kvTag)), L"_kvTag");
     for (const auto& [id, name] : classes) {
         const std::wstring key = L"CLSID\\" + braced(id);
@@ -147,13 +146,13 @@ TEST_F(Registration, LeavesWhatThePartnerOfTheOtherBitnessShares) {
     const std::wstring types = L"TypeLib\\" + braced(LIBID_kvVelmor3) + L"\\3.0\\0\\";
     {
         const OtherKey partner(L"Software\\Classes\\CLSID\\" + braced(CLSID_kvTag));
-        const OtherKey partnersLibrary(L"Software\\Classes\\" + types + kOtherPlatform);
+        const OtherKey partnersLibrary(L"Software\\Classes\\" + types + otherPlatform);
         partnersLibrary.set(nullptr, L"Velmor3.dll");
         for (int again = 0; again < 2; ++again) {
             EXPECT_EQ(run("DllUnregisterServer"), S_OK);
             EXPECT_EQ(read(HKEY_LOCAL_MACHINE, L"CLSID\\" + braced(CLSID_kvTag) + L"\\ProgID"), L"(absent)");
-            EXPECT_EQ(read(HKEY_LOCAL_MACHINE, types + kPlatform), L"(absent)");
-            EXPECT_EQ(read(HKEY_LOCAL_MACHINE, types + kOtherPlatform), L"Velmor3.dll");
+            EXPECT_EQ(read(HKEY_LOCAL_MACHINE, types + platform), L"(absent)");
+            EXPECT_EQ(read(HKEY_LOCAL_MACHINE, types + otherPlatform), L"Velmor3.dll");
             EXPECT_EQ(read(HKEY_LOCAL_MACHINE, L"kvVelmor3.kvTag\\CurVer"), L"kvVelmor3.kvTag.3");
             EXPECT_EQ(read(HKEY_LOCAL_MACHINE, L"Interface\\" + braced(IID__kvTag)), L"_kvTag");
         }

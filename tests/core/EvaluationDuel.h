@@ -44,7 +44,7 @@ private:
     unsigned byte() { return data_ == end_ ? 0u : *data_++; }
     std::u16string text(bool loose, unsigned most) {
         // clang-format off
-        static constexpr std::u16string_view kPieces[] = {
+        static constexpr std::u16string_view pieces[] = {
             u"<KV:TAG>PROPERTY:p=:</KV>", u"<KV:TAG>PROPERTY:p=</KV>", u"<kv:tag>PROPERTY:P=:</kv>",
             u"<KV:TAG>PROPERTY:q=:</KV>", u"<KV:TAG>PROPERTY:q=</KV>", u"<KV:TAG>PRIVVAR:v=:</KV>",
             u"<KV:TAG>PRIVVAR:v=</KV>", u"<KV:TAG>PROPERTY:p=<KV:TAG>PROPERTY:q=:</KV>:</KV>",
@@ -57,7 +57,7 @@ private:
             u"<KV:TAG>PROPERTY:p=<KV</KV>", u"<KV:</KV>", u"<KV:TAG>PROPERTY:p="};
         // clang-format on
         std::u16string made;
-        for (unsigned left = byte() % (most + 1); left > 0; --left) made += kPieces[byte() % (loose ? 35 : 16)];
+        for (unsigned left = byte() % (most + 1); left > 0; --left) made += pieces[byte() % (loose ? 35 : 16)];
         return made;
     }
     PropertiesRef properties() {
@@ -83,7 +83,7 @@ private:
             protect = fitIntoRtf(services_, protect, value) || protect;
             return value;
         };
-        return literal::evaluate(text_, text_.starts_with(kRtfStart), answer);
+        return literal::evaluate(text_, text_.starts_with(rtfStart), answer);
     }
     std::u16string fastResult() {
         const auto tag = std::make_shared<kvTag>(services_);

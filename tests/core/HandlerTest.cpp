@@ -77,7 +77,7 @@ TEST(Handler, FailuresKeepTheValue) {
     EXPECT_EQ(details->GetValueLng(u"Err"), 1234);
     EXPECT_EQ(details->GetValueStr(u"TagData"), u"F>x:");
 
-    on.addHandler(u"D", ScriptedHandler::kFailingDispose, answer);
+    on.addHandler(u"D", ScriptedHandler::failingDispose, answer);
     EXPECT_EQ(on.evaluate(u"<KV:D>x:</KV>"), u"[X]");
     EXPECT_EQ(on.errors(), (Errors{u"D: Dispose failed"}));
 
@@ -185,7 +185,7 @@ TEST(Limits, StopTextsThatReadThemselves) {
     on.set(u"b", u"y[PROPERTY:a=:][PROPERTY:a=:]");
     const std::u16string result = on.evaluate(u"[PROPERTY:a=:]|[@VERSION:]");
     EXPECT_TRUE(result.starts_with(u"xyxyxy") && result.ends_with(u"|1"));
-    EXPECT_EQ(result.size(), kMaximumLevels - 1u + 2u);
+    EXPECT_EQ(result.size(), deepestLevel - 1u + 2u);
     EXPECT_EQ(on.errors(), (Errors{u"TAG: Tags are nested beyond 100 levels"}));
 
     on.services.files.set(u"C:\\a.txt", ".<KV:TAG>INCLUDE=C:\\a.txt:</KV><KV:TAG>INCLUDE=C:\\a.txt:</KV>");

@@ -173,7 +173,7 @@ TEST(Rules, EmptyRtfParagraphsGo) {
         {u"{\\rtf1 @{\\bin2 {}}\\par}}@\\par\\", u"{\\rtf1 {\\bin2 {}}}}\\"}};
     for (const auto& [text, result] : cases) {
         std::u16string marked(text);
-        std::replace(marked.begin(), marked.end(), u'@', kEmptyTag);
+        std::replace(marked.begin(), marked.end(), u'@', emptyTag);
         dropEmptyParagraphs(marked, true);
         EXPECT_EQ(marked, result) << toUtf8(text);
     }

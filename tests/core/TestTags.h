@@ -30,12 +30,12 @@ public:
         calls_.push_back(call);
         if (call == "Interface") return level_;
         if (call == "GetTagValue") return answer_(dynamic_cast<kvTag&>(*arguments[0].object()));
-        if (call == "Dispose" && level_ == kFailingDispose) throw Error(5, u"Test", u"Dispose failed");
+        if (call == "Dispose" && level_ == failingDispose) throw Error(5, u"Test", u"Dispose failed");
         return {};
     }
     std::u16string typeName() const override { return u"ScriptedHandler"; }
 
-    static constexpr std::int32_t kFailingDispose = 99;
+    static constexpr std::int32_t failingDispose = 99;
 
 private:
     std::int32_t level_;

@@ -14,8 +14,8 @@
 namespace velmor {
 namespace {
 
-constexpr int kThreads = 8;
-constexpr int kHandlers = 2000;
+constexpr int threadCount = 8;
+constexpr int handlers = 2000;
 
 // A machine with handlers of that many classes.
 class Threads : public testing::Test {
@@ -24,7 +24,7 @@ protected:
         std::filesystem::create_directory(folder_);
         std::ofstream registry(folder_ / "registry.reg");
         registry << "REGEDIT4\n";
-        for (int i = 0; i < kHandlers; ++i) {
+        for (int i = 0; i < handlers; ++i) {
             registry << "[HKLM\\SOFTWARE\\Korvane\\Quillmark\\Handlers]\n\"H" << i << "\"=\"Test.Echo" << i << "\"\n"
                      << "[HKLM\\SOFTWARE\\Classes\\Test.Echo" << i
                      << "]\n\"NativeLibrary\"=\"" VELMOR_TEST_NATIVE_LIBRARY "\"\n";
@@ -41,8 +41,8 @@ struct Template {
     std::u16string text = u"{\\rtf1 ", result = text;
 
     explicit Template(int first) {
-        for (int i = 0; i < kHandlers; ++i) {
-            const std::string number = std::to_string((first + i) % kHandlers);
+        for (int i = 0; i < handlers; ++i) {
+            const std::string number = std::to_string((first + i) % handlers);
             const std::u16string name(number.begin(), number.end());
             text += u"<KV:H" + name + u">N" + name + u":</KV><KV:TAG>PROPERTY:p=0:</KV>,";
             result += u"N" + name + u"7,";
@@ -54,19 +54,19 @@ struct Template {
 
 TEST_F(Threads, WorkAtTheSameTimeWithTheirOwnObjects) {
     platform::SystemServices machine({(folder_ / "registry.reg").u16string(), {}, {}, false});
-    std::array<std::u16string, kThreads> results;
+    std::array<std::u16string, threadCount> results;
     std::vector<std::thread> threads;
-    for (int i = 0; i < kThreads; ++i) {
+    for (int i = 0; i < threadCount; ++i) {
         threads.emplace_back([&, i] {
             const auto tag = std::make_shared<kvTag>(machine.services());
             tag->Properties().put(u"p", automation::Variant(7));
-            tag->Value(Template(i * kHandlers / kThreads).text);
+            tag->Value(Template(i * handlers / threadCount).text);
             results[static_cast<std::size_t>(i)] = tag->CleanRTFByVal(tag->Result());
         });
     }
     for (std::thread& thread : threads) thread.join();
-    for (int i = 0; i < kThreads; ++i) {
-        const std::u16string expected = Template(i * kHandlers / kThreads).result;
+    for (int i = 0; i < threadCount; ++i) {
+        const std::u16string expected = Template(i * handlers / threadCount).result;
         const auto tag = std::make_shared<kvTag>(machine.services());
         EXPECT_TRUE(results[static_cast<std::size_t>(i)] == tag->CleanRTFByVal(expected)) << i;
     }

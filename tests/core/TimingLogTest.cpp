@@ -14,15 +14,15 @@ namespace {
 using automation::Variant;
 using test::TagTest;
 
-constexpr std::u16string_view kOptions = u"SOFTWARE\\Korvane\\Quillmark\\Options";
-constexpr std::u16string_view kLog = u"C:\\ProgramData\\Pellmar\\Logs\\VelmorLog-20080305.log";
+constexpr std::u16string_view options = u"SOFTWARE\\Korvane\\Quillmark\\Options";
+constexpr std::u16string_view logPath = u"C:\\ProgramData\\Pellmar\\Logs\\VelmorLog-20080305.log";
 
 // The log of evaluating the text; "-" without a log.
 std::string logOf(TagTest& on, std::u16string_view types, std::u16string_view text) {
-    if (!types.empty()) on.services.registry.set(kOptions, u"Logging Types", types);
+    if (!types.empty()) on.services.registry.set(options, u"Logging Types", types);
     on.services.clock.step = 0.016;
     std::thread([&] { on.evaluate(text); }).join();
-    return on.services.files.get(kLog).value_or("-");
+    return on.services.files.get(logPath).value_or("-");
 }
 
 // A log of these entries, with time and machine.
@@ -68,14 +68,14 @@ TEST(TimingLog, MeasuresNothingWhenOff) {
 
 TEST(TimingLog, ReadsItsSettingsOnceOnEachThread) {
     TagTest on;
-    on.services.registry.set(kOptions, u"Logging Types", u"16");
+    on.services.registry.set(options, u"Logging Types", u"16");
     std::thread([&] {
         on.evaluate(u"a");
-        on.services.registry.set(kOptions, u"Logging Types", u"1");
+        on.services.registry.set(options, u"Logging Types", u"1");
         on.services.clock.set(2008, 3, 6);
         on.evaluate(u"b");
     }).join();
-    EXPECT_EQ(*on.services.files.get(kLog),
+    EXPECT_EQ(*on.services.files.get(logPath),
               "05/03/2008 14:22:07 SRV01 GENRES 0000.000 \r\n06/03/2008 00:00:00 SRV01 GENRES 0000.000 \r\n");
     EXPECT_EQ(on.services.registry.reads, 1u);
     std::thread([&] { on.evaluate(u"c"); }).join();
@@ -112,15 +112,15 @@ TEST(TimingLog, NeverStopsEvaluation) {
 
 TEST(TimingLog, RoundsAndFillsTheSeconds) {
     TagTest on;
-    on.services.registry.set(kOptions, u"Logging Types", u"8");
+    on.services.registry.set(options, u"Logging Types", u"8");
     std::thread([&] {
         kvTag tag(on.services);
         for (const double seconds : {-1.0, 0.0004, 0.0006, 59.9996, 12345.5}) {
             TimingLog::write(on.services, LogType::cleaning, seconds, u"17");
         }
     }).join();
-    EXPECT_EQ(*on.services.files.get(kLog), log({"CLNRTF 0000.000 17", "CLNRTF 0000.000 17", "CLNRTF 0000.001 17",
-                                                 "CLNRTF 0060.000 17", "CLNRTF 12345.500 17"}));
+    EXPECT_EQ(*on.services.files.get(logPath), log({"CLNRTF 0000.000 17", "CLNRTF 0000.000 17", "CLNRTF 0000.001 17",
+                                                    "CLNRTF 0060.000 17", "CLNRTF 12345.500 17"}));
 }
 
 }  // namespace

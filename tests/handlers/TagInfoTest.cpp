@@ -48,7 +48,7 @@ protected:
         return toUtf8(*automation::toText(answer));
     }
 
-    const std::u16string handlers{kHandlersKey}, groups{kSubHandlersKey};
+    const std::u16string handlers{handlersKey}, groups{subHandlersKey};
     platform::MemoryServices services;
     kvTagInfo info{services};
 };

@@ -35,9 +35,9 @@ void setKey(CipherKey& key) {
     std::copy(bytes.begin(), bytes.end(), key.bytes().begin());
 }
 
-const std::string kNonce = fromHex("cafebabefacedbaddecaf888");
-const std::string kAssociated = fromHex("feedfacedeadbeeffeedfacedeadbeefabaddad2");
-const std::string kPlain = fromHex(
+const std::string nonce = fromHex("cafebabefacedbaddecaf888");
+const std::string associated = fromHex("feedfacedeadbeeffeedfacedeadbeefabaddad2");
+const std::string plain = fromHex(
     "d9313225f88406e5a55909c5aff5269a86a7a9531534f7da2e4c303d8a318a72"
     "1c3c0c95956809532fcf0e2449a6b525b16aedf5aa0de657ba637b39");
 
@@ -48,28 +48,28 @@ TEST(Cryptography, SealsAsPublished) {
         "522dc1f099567d07f47f37a32a84427d643a8cdcbfe5c0c97598a2bd2555d1aa"
         "8cb08e48590dbb3da7b08b1056828838c5f61e6393ba7a0abcc9f662"
         "76fc6ece0f4e1768cddf8853bb2d551b");
-    EXPECT_EQ(seal(key, kNonce, kAssociated, kPlain), sealed);
-    EXPECT_EQ(unseal(key, kNonce, kAssociated, sealed), kPlain);
-    EXPECT_EQ(unseal(key, kNonce, {}, seal(key, kNonce, {}, {})), "");
+    EXPECT_EQ(seal(key, nonce, associated, plain), sealed);
+    EXPECT_EQ(unseal(key, nonce, associated, sealed), plain);
+    EXPECT_EQ(unseal(key, nonce, {}, seal(key, nonce, {}, {})), "");
 }
 
 TEST(Cryptography, RefusesChangedData) {
     CipherKey key;
     setKey(key);
-    const std::string sealed = seal(key, kNonce, kAssociated, kPlain);
+    const std::string sealed = seal(key, nonce, associated, plain);
     for (std::size_t bit = 0; bit < sealed.size() * 8; ++bit) {
         std::string changed = sealed;
         changed[bit / 8] = static_cast<char>(changed[bit / 8] ^ (1 << bit % 8));
-        EXPECT_EQ(unseal(key, kNonce, kAssociated, changed), std::nullopt) << bit;
+        EXPECT_EQ(unseal(key, nonce, associated, changed), std::nullopt) << bit;
     }
     for (const std::string_view cut : {std::string_view(), std::string_view(sealed).substr(1)}) {
-        EXPECT_EQ(unseal(key, kNonce, kAssociated, cut), std::nullopt);
+        EXPECT_EQ(unseal(key, nonce, associated, cut), std::nullopt);
     }
-    EXPECT_EQ(unseal(key, kNonce, "other", sealed), std::nullopt);
-    EXPECT_EQ(unseal(key, std::string(cipherNonceSize, 'n'), kAssociated, sealed), std::nullopt);
-    EXPECT_THROW(seal(key, "short", {}, kPlain), Error);
+    EXPECT_EQ(unseal(key, nonce, "other", sealed), std::nullopt);
+    EXPECT_EQ(unseal(key, std::string(cipherNonceSize, 'n'), associated, sealed), std::nullopt);
+    EXPECT_THROW(seal(key, "short", {}, plain), Error);
     key.bytes()[31] ^= 1;
-    EXPECT_EQ(unseal(key, kNonce, kAssociated, sealed), std::nullopt);
+    EXPECT_EQ(unseal(key, nonce, associated, sealed), std::nullopt);
 }
 
 TEST(Cryptography, NeverRepeatsRandomBytes) {

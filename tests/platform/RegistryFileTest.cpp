@@ -19,7 +19,7 @@ std::string utf16(std::u16string_view text, bool bigEndian = false) {
     return bytes;
 }
 
-const std::string kHead = "Windows Registry Editor Version 5.00\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\K]\r\n";
+const std::string head = "Windows Registry Editor Version 5.00\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\K]\r\n";
 
 // clang-format off
 const struct {
@@ -27,7 +27,7 @@ const struct {
     const char16_t* name;
     Text value;
     std::size_t warnings;
-} kValues[] = {
+} valueRows[] = {
     {"\"n\"=\"v\"", u"N", u"v", 0}, {"@=\"default\"", u"", u"default", 0},
     {" \"n\" = \"v\" ; comment", u"n", u"v", 0},
     {"\"a\\\\b\\\"c\"=\"C:\\\\x \\\"y\\\"\"", u"a\\b\"c", u"C:\\x \"y\"", 0},
@@ -50,8 +50,8 @@ const struct {
 // clang-format on
 
 TEST(RegistryFile, ReadsValues) {
-    for (const auto& row : kValues) {
-        const RegistryFile file(kHead + row.line);
+    for (const auto& row : valueRows) {
+        const RegistryFile file(head + row.line);
         EXPECT_EQ(file.value(u"software\\k\\", row.name), row.value) << row.line;
         EXPECT_EQ(file.warnings().size(), row.warnings) << row.line;
     }
@@ -68,7 +68,7 @@ TEST(RegistryFile, ReadsEveryEncoding) {
         {"\xff\xfe" + utf16(text) + "x", u"\u20ac \xd800"},
         {"REGEDIT4\n" + ansi, u"\u20ac"},
         {"Windows Registry Editor Version 5.00\n" + ansi, u"\u20ac"},
-        {"\xef\xbb\xbf" + kHead + "\"\xc3\xbc\"=\"v\"", u"v"},
+        {"\xef\xbb\xbf" + head + "\"\xc3\xbc\"=\"v\"", u"v"},
     };
     for (const auto& [bytes, value] : cases) EXPECT_EQ(RegistryFile(bytes).value(u"SOFTWARE\\K", u"\u00dc"), value);
     EXPECT_EQ(RegistryFile("REGEDIT4\n" + ansi).value(u"SOFTWARE\\K", u"h"), u"\u20acA");
@@ -98,7 +98,7 @@ TEST(RegistryFile, RefusesOtherFormats) {
 }
 
 TEST(RegistryFile, DeletesKeysWithTheirSubkeys) {
-    const RegistryFile file(kHead +
+    const RegistryFile file(head +
                             "[HKLM\\SOFTWARE\\K\\a\\b]\n\"n\"=\"v\"\n[HKLM\\SOFTWARE\\K!]\n\"n\"=\"v\"\n"
                             "[-HKLM\\SOFTWARE\\K]\n\"n\"=\"ignored\"\n");
     EXPECT_EQ(file.subkeys(u"SOFTWARE"), std::vector<std::u16string>{u"K!"});
@@ -107,17 +107,17 @@ TEST(RegistryFile, DeletesKeysWithTheirSubkeys) {
 
 TEST(RegistryFile, SurvivesEnormousAndBrokenInput) {
     const std::string deep = "[HKLM\\" + std::string(500000, '\\') + "]\n\"" + std::string(300000, 'n') + "\"=\"v\"\n";
-    std::string unclosed = kHead, continued = kHead + "@=hex(1):";
+    std::string unclosed = head, continued = head + "@=hex(1):";
     for (int i = 0; i < 50000; ++i) unclosed += "\"a\"=\"\\\n", continued += "41,00,\\\n";
-    EXPECT_EQ(RegistryFile(kHead + deep).warnings().size(), 0U);
+    EXPECT_EQ(RegistryFile(head + deep).warnings().size(), 0U);
     EXPECT_EQ(RegistryFile(unclosed).warnings().size(), 20U);  // the first ones
     EXPECT_EQ(RegistryFile(continued).value(u"SOFTWARE\\K", u""), std::u16string(50000, u'A'));
 
     const std::string pieces[] = {"\"", "\\",      "\n", "[", "]", "=",  "@",    ":",     ",",       "hex(1)",
                                   "-",  "HKLM\\a", "41", ";", " ", "\r", "\xff", "dword", "WOW6432", "\xd8\x01\xff"};
     Random random;
-    for (int round = 0; round < 2000; ++round) RegistryFile(kHead + random.text<std::string>(pieces, 80)).subkeys(u"");
-    for (std::size_t length = 0; length <= kHead.size(); ++length) RegistryFile(kHead.substr(0, length));
+    for (int round = 0; round < 2000; ++round) RegistryFile(head + random.text<std::string>(pieces, 80)).subkeys(u"");
+    for (std::size_t length = 0; length <= head.size(); ++length) RegistryFile(head.substr(0, length));
 }
 
 }  // namespace

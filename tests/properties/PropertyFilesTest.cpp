@@ -6,29 +6,29 @@
 namespace velmor {
 namespace {
 
-constexpr char16_t kFile[] = u"C:\\sample.kvp";
+constexpr char16_t file[] = u"C:\\sample.kvp";
 
 class PropertyFiles : public PropertyTest {
 protected:
-    std::string bytes() { return services.files.get(kFile).value_or("(no file)"); }
-    void put(std::string_view content) { services.files.set(kFile, content); }
+    std::string bytes() { return services.files.get(file).value_or("(no file)"); }
+    void put(std::string_view content) { services.files.set(file, content); }
 };
 
 TEST_F(PropertyFiles, HoldTheTextForm) {
     collection->AddStr(u"Name", u"caf\u00e9 \u20ac");
     collection->AddStr(u"Quote", u"\":");
-    EXPECT_TRUE(collection->SaveFile(kFile));
+    EXPECT_TRUE(collection->SaveFile(file));
     EXPECT_EQ(bytes(), "Name=\"caf\xe9 \x80\":Quote=~CE\"\xb5\xb5:\":");
-    EXPECT_TRUE(collection->SaveToFile(kFile));
+    EXPECT_TRUE(collection->SaveToFile(file));
     EXPECT_EQ(bytes(), "Name=\"caf\xe9 \x80\":Quote=~64\"Ijo=\":");
     put("a=1&:\xef=2&:");
-    EXPECT_TRUE(collection->LoadFromFile(kFile));  // replaces the collection's entries
+    EXPECT_TRUE(collection->LoadFromFile(file));  // replaces the collection's entries
     EXPECT_EQ(describe(*collection), toUtf8(u"a=Long 1 | \u00ef=Long 2"));
     collection->RemoveAll();
-    EXPECT_TRUE(collection->SaveFile(kFile));
+    EXPECT_TRUE(collection->SaveFile(file));
     EXPECT_EQ(bytes(), "");
     collection->AddLng(u"old", 1);
-    EXPECT_TRUE(collection->LoadFromFile(kFile));
+    EXPECT_TRUE(collection->LoadFromFile(file));
     EXPECT_EQ(collection->Count(), 0);
 }
 
@@ -40,32 +40,32 @@ TEST_F(PropertyFiles, LoseNoCharacter) {
     for (const auto& text : texts) {
         collection->Build(text);
         ASSERT_EQ(collection->Stored(), text);
-        EXPECT_TRUE(collection->SaveFile(kFile));
+        EXPECT_TRUE(collection->SaveFile(file));
         const PropertiesRef loaded = newProperties(services);
-        EXPECT_TRUE(loaded->LoadFromFile(kFile));
+        EXPECT_TRUE(loaded->LoadFromFile(file));
         EXPECT_EQ(toUtf8(loaded->Stored()), toUtf8(text));
     }
 }
 
 TEST_F(PropertyFiles, ThatCannotBeReadOrWrittenChangeNothing) {
     collection->AddLng(u"kept", 1);
-    EXPECT_FALSE(collection->LoadFromFile(kFile));
+    EXPECT_FALSE(collection->LoadFromFile(file));
     EXPECT_FALSE(collection->LoadFromFile(u""));
     put("old=1&:");
-    services.files.failReading(kFile);
-    EXPECT_FALSE(collection->LoadFromFile(kFile));
-    EXPECT_FALSE(collection->LoadFromFile(kFile, u"pass"));
+    services.files.failReading(file);
+    EXPECT_FALSE(collection->LoadFromFile(file));
+    EXPECT_FALSE(collection->LoadFromFile(file, u"pass"));
     EXPECT_EQ(describe(*collection), "kept=Long 1");
-    services.files.failWriting(kFile);
-    EXPECT_FALSE(collection->SaveFile(kFile));
-    EXPECT_FALSE(collection->SaveToFile(kFile));
+    services.files.failWriting(file);
+    EXPECT_FALSE(collection->SaveFile(file));
+    EXPECT_FALSE(collection->SaveToFile(file));
     EXPECT_EQ(bytes(), "old=1&:");
 }
 
 TEST_F(PropertyFiles, OpenWithTheirPasswordAlone) {
     collection->AddStr(u"Name", u"Ruth \u0141\xd800");
     const std::string saved = describe(*collection);
-    ASSERT_TRUE(collection->SaveFile(kFile, u"pass"));
+    ASSERT_TRUE(collection->SaveFile(file, u"pass"));
     const std::string whole = bytes();
     EXPECT_TRUE(isEnciphered(fromAnsi(whole)));
     const struct {
@@ -79,11 +79,11 @@ TEST_F(PropertyFiles, OpenWithTheirPasswordAlone) {
     for (const auto& row : cases) {
         put(row.content);
         collection->AddLng(u"old", 1);
-        EXPECT_TRUE(collection->LoadFromFile(kFile, row.password));
+        EXPECT_TRUE(collection->LoadFromFile(file, row.password));
         EXPECT_EQ(describe(*collection), row.loaded);
     }
     put(whole);
-    EXPECT_TRUE(collection->LoadFromFile(kFile));  // without a password it is text like any other
+    EXPECT_TRUE(collection->LoadFromFile(file));  // without a password it is text like any other
     EXPECT_EQ(bytes(), whole);
 }
 
@@ -93,7 +93,7 @@ TEST_F(PropertyFiles, OfBothSystemsAreRead) {
          {"VelmorCipher1:no9OBTrju+In9V8dzTYvRCFu32/N1DbCRkueK8TmcEsalOaQLJ5A0tyAwFy5KuBL/uYiE58xfYjTK4I9cVdApA==",
           "VelmorCipher1:DFKvItvKqT0tkNF45lj0UEqGg5B46Jemflj4aNWs0UX0pSt8NfpfWiv1VJkwBfwDWFMe8Fpnx4lIgESun/ugOQ=="}) {
         put(enciphered);
-        EXPECT_TRUE(collection->LoadFromFile(kFile, u"pass \u00e9\u4e00"));
+        EXPECT_TRUE(collection->LoadFromFile(file, u"pass \u00e9\u4e00"));
         EXPECT_EQ(describe(*collection), toUtf8(u"Name=String Ruth \u0141 | n=Long 5"));
     }
 }

@@ -15,7 +15,7 @@ using automation::Decimal;
 using automation::Null;
 using automation::Variant;
 
-constexpr char16_t kAllSubstitutes[] = u"\u00B5\u00B6\u00B7\u00B8\u00B9\u00BA\u00BB\u00BC\u00BD\u00BE\u00BF\":";
+constexpr char16_t allSubstitutes[] = u"\u00B5\u00B6\u00B7\u00B8\u00B9\u00BA\u00BB\u00BC\u00BD\u00BE\u00BF\":";
 
 class PropertyText : public PropertyTest {};
 
@@ -50,13 +50,13 @@ TEST_F(PropertyText, KeepsNumbersAtBothEndsOfTheirRange) {
     // clang-format off
     using Double = std::numeric_limits<double>;
     using Single = std::numeric_limits<float>;
-    constexpr auto kMost = std::numeric_limits<std::int64_t>::max();
-    constexpr auto kAll = std::numeric_limits<std::uint64_t>::max();
+    constexpr auto most = std::numeric_limits<std::int64_t>::max();
+    constexpr auto wholeRange = std::numeric_limits<std::uint64_t>::max();
     for (const Variant& value : {
              Variant(Double::max()), Variant(Double::lowest()), Variant(Double::min()), Variant(Double::denorm_min()),
              Variant(Single::max()), Variant(Single::lowest()), Variant(Single::denorm_min()),
-             Variant(Currency{kMost}), Variant(Currency{-kMost - 1}), Variant(Currency{12345678901234567}),
-             Variant(Decimal{~0U, kAll, 0, true}), Variant(Decimal{~0U, kAll, 28, false}), Variant(Decimal{0, 1, 28, false}),
+             Variant(Currency{most}), Variant(Currency{-most - 1}), Variant(Currency{12345678901234567}),
+             Variant(Decimal{~0U, wholeRange, 0, true}), Variant(Decimal{~0U, wholeRange, 28, false}), Variant(Decimal{0, 1, 28, false}),
              Variant(std::numeric_limits<std::int32_t>::min()), Variant(std::numeric_limits<std::int16_t>::min())}) {
         // clang-format on
         collection->Add(u"n", value, true);
@@ -101,8 +101,8 @@ TEST_F(PropertyText, WritesTextsThatHoldATerminator) {
         {u"\u00B5\u00B6\u00B7\u00B8\u00B9\u00BA\u00BB\u00BC\u00BD\u00BE\"", 8,
          u"~CE\"\u00BF\u00B5\u00B6\u00B7\u00B8\u00B9\u00BA\u00BB\u00BC\u00BD\u00BE\u00BF\":",
          u"~CE\"\u00BF\u00B5\u00B6\u00B7\u00B8\u00B9\u00BA\u00BB\u00BC\u00BD\u00BE\u00BF\":"},
-        {kAllSubstitutes, 0, u"~64\"" + base64(toUtf8(kAllSubstitutes)) + u"\":",
-         u"~64\"" + base64(toUtf8(kAllSubstitutes)) + u"\":"},
+        {allSubstitutes, 0, u"~64\"" + base64(toUtf8(allSubstitutes)) + u"\":",
+         u"~64\"" + base64(toUtf8(allSubstitutes)) + u"\":"},
         {u"ab", 8, u"~CE\"\u00B5ab\":", u"~CE\"\u00B5ab\":"},
         {u"ab", 1, u"~64\"YWI=\":", u"~64\"YWI=\":"},
         {u"a\u00E9", 2, u"~HX\"61C3A9\":", u"~HX\"61C3A9\":"},
@@ -127,9 +127,9 @@ TEST_F(PropertyText, WritesChildren) {
     property->keepChild(privProperty::Child::attributes, u"a=\"b");
     property->keepChild(privProperty::Child::properties, u"p=\"q");
     EXPECT_EQ(toUtf8(collection->Stored()), toUtf8(u"n=1&:n=~AT\"-a=\"b\":n=~PR\"\u00B5p=\u00B5q\":"));
-    property->keepChild(privProperty::Child::attributes, kAllSubstitutes);
+    property->keepChild(privProperty::Child::attributes, allSubstitutes);
     property->keepChild(privProperty::Child::properties, u"");
-    EXPECT_EQ(toUtf8(collection->Stored()), toUtf8(u"n=1&:n=~AT\"+" + base64(toUtf8(kAllSubstitutes)) + u"\":"));
+    EXPECT_EQ(toUtf8(collection->Stored()), toUtf8(u"n=1&:n=~AT\"+" + base64(toUtf8(allSubstitutes)) + u"\":"));
 }
 
 TEST_F(PropertyText, WritesObjects) {

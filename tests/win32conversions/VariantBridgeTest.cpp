@@ -25,14 +25,14 @@ Variant thereAndBack(const Variant& value) {
 }
 
 TEST(VariantBridge, EveryPlainTypeSurvivesARoundTrip) {
-    constexpr auto kAll = std::numeric_limits<std::uint64_t>::max();
+    constexpr auto wholeRange = std::numeric_limits<std::uint64_t>::max();
     // clang-format off
     const std::pair<Variant, VARTYPE> cases[] = {
         {Variant(), VT_EMPTY}, {automation::Null{}, VT_NULL}, {std::int16_t{-5}, VT_I2}, {-70000, VT_I4}, {1.5f, VT_R4},
         {-0.1, VT_R8}, {automation::Currency{std::numeric_limits<std::int64_t>::min()}, VT_CY}, {u"", VT_BSTR},
         {std::u16string(u"a\0b\xD800", 4), VT_BSTR}, {automation::Date{-1.25}, VT_DATE}, {true, VT_BOOL},
         {automation::ErrorCode{2042}, VT_ERROR}, {Variant::missing(), VT_ERROR}, {false, VT_BOOL},
-        {automation::Decimal{0xFFFFFFFF, kAll, 28, true}, VT_DECIMAL}, {std::uint8_t{255}, VT_UI1}};
+        {automation::Decimal{0xFFFFFFFF, wholeRange, 28, true}, VT_DECIMAL}, {std::uint8_t{255}, VT_UI1}};
     // clang-format on
     for (const auto& [value, type] : cases) {
         const ScopedVariant native = toVariant(value);

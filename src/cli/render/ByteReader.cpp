@@ -18,7 +18,7 @@
 namespace velmor::cli {
 namespace {
 
-constexpr std::size_t kBlock = std::size_t{1} << 18;
+constexpr std::size_t blockSize = std::size_t{1} << 18;
 
 int keepOpen(std::FILE*) {
     return 0;
@@ -93,7 +93,7 @@ bool ByteReader::refill() {
         if (at_ < block_.size()) return true;
     }
     const std::uint64_t next = offset_ + block_.size();
-    std::string block(kBlock, '\0');
+    std::string block(blockSize, '\0');
     block.resize(readSome(block.data(), block.size()));
     if (block.empty() && halfUnits_.empty()) return false;
     block_ = std::move(block);
@@ -154,7 +154,7 @@ bool ByteReader::goBack(const Place& place) {
 
 void ByteReader::skipLine() {
     int byte = get();
-    while (byte != kEnd && byte != '\n' && byte != '\r') byte = get();
+    while (byte != endOfData && byte != '\n' && byte != '\r') byte = get();
     if (byte == '\r' && peek() == '\n') get();
 }
 

@@ -14,7 +14,7 @@ namespace velmor::cli {
 // something cannot be read.
 class ByteReader {
 public:
-    static constexpr int kEnd = -1;
+    static constexpr int endOfData = -1;
     struct Place {
         std::uint64_t offset = 0;
         std::uint64_t line = 1;
@@ -23,15 +23,15 @@ public:
     // "-" is standard input.
     explicit ByteReader(const std::string& name);
 
-    // The next byte; kEnd at the end.
+    // The next byte; endOfData at the end.
     int get() {
-        if (at_ == block_.size() && !refill()) return kEnd;
+        if (at_ == block_.size() && !refill()) return endOfData;
         const auto byte = static_cast<unsigned char>(block_[at_++]);
         if (byte == '\r' || (byte == '\n' && !wasReturn_)) ++line_;
         wasReturn_ = byte == '\r';
         return byte;
     }
-    int peek() { return at_ < block_.size() || refill() ? static_cast<unsigned char>(block_[at_]) : kEnd; }
+    int peek() { return at_ < block_.size() || refill() ? static_cast<unsigned char>(block_[at_]) : endOfData; }
     // Of the next byte. (Between CR and LF it is the next line already.)
     Place place() const noexcept { return {offset_ + at_, line_}; }
     // Goes back. False, and nothing is done, where the data do not allow it: they come from a pipe, or are UTF-16.

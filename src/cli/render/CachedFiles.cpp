@@ -5,15 +5,15 @@
 namespace velmor::cli {
 namespace {
 
-constexpr std::size_t kMostKept = std::size_t{1} << 26;
-constexpr std::size_t kEntry = 256;  // bytes that an answer takes besides its text
+constexpr std::size_t mostKept = std::size_t{1} << 26;
+constexpr std::size_t entryOverhead = 256;  // bytes that an answer takes besides its text
 
 std::size_t sizeOf(bool) {
-    return kEntry;
+    return entryOverhead;
 }
 template <class Text>
 std::size_t sizeOf(const std::optional<Text>& text) {
-    return kEntry + (text ? text->size() * sizeof(typename Text::value_type) : 0);
+    return entryOverhead + (text ? text->size() * sizeof(typename Text::value_type) : 0);
 }
 
 }  // namespace
@@ -28,7 +28,7 @@ Value CachedFiles::known(std::u16string_view path, std::optional<Value> Known::*
     }
     Value value = ask();
     const std::scoped_lock lock(mutex_);
-    if (kept_ + sizeOf(value) > kMostKept) return value;
+    if (kept_ + sizeOf(value) > mostKept) return value;
     Known& entry = known_[key];
     if (!(entry.*member)) {
         entry.size += sizeOf(value);

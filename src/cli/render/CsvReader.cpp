@@ -13,13 +13,13 @@
 namespace velmor::cli {
 namespace {
 
-constexpr int kEnd = ByteReader::kEnd;
-constexpr int kUnclosed = kEnd - 1;  // the end of the data, within quotes
+constexpr int endOfData = ByteReader::endOfData;
+constexpr int unclosed = endOfData - 1;  // the end of the data, within quotes
 // Each may read the data to their end: without a limit, a file of nothing but lone quotes would take forever.
-constexpr int kMostRecoveries = 100;
+constexpr int mostRecoveries = 100;
 
 bool endsLine(int byte) {
-    return byte == '\n' || byte == '\r' || byte == kEnd;
+    return byte == '\n' || byte == '\r' || byte == endOfData;
 }
 
 char separatorIn(std::string_view sample) {
@@ -75,7 +75,7 @@ CsvReader::CsvReader(const std::string& name, char separator, DataEncoding encod
 void CsvReader::readHeader() {
     Record header;
     while (bytes_.peek() == '\r' || bytes_.peek() == '\n') bytes_.get();
-    if (bytes_.peek() == kEnd) throw Failure(exitFile, name_ + " is empty: its first line must name the columns");
+    if (bytes_.peek() == endOfData) throw Failure(exitFile, name_ + " is empty: its first line must name the columns");
     readRow(header);
     const auto refuse = [&](const std::string& reason) {
         throw Failure(exitFile, name_ + ":" + std::to_string(header.line) + ": " + reason);
@@ -99,7 +99,7 @@ void CsvReader::readHeader() {
 
 bool CsvReader::next(Record& record) {
     while (bytes_.peek() == '\r' || bytes_.peek() == '\n') bytes_.get();
-    if (bytes_.peek() == kEnd) return false;
+    if (bytes_.peek() == endOfData) return false;
     if (!readRow(record)) return true;
     if (record.failure.empty() && record.cells.size() != columns_.size()) {
         record.failure =
@@ -120,8 +120,8 @@ bool CsvReader::readRow(Record& record) {
     }
     if (byte == '\r' && bytes_.peek() == '\n') bytes_.get();
     if (endsLine(byte)) return true;
-    record.failure = byte == kUnclosed ? "a quote is never closed" : "text follows a closing quote";
-    if (!recover(begin)) record.failure += byte == kUnclosed ? "; what follows it is not read" : "";
+    record.failure = byte == unclosed ? "a quote is never closed" : "text follows a closing quote";
+    if (!recover(begin)) record.failure += byte == unclosed ? "; what follows it is not read" : "";
     return false;
 }
 
@@ -138,18 +138,18 @@ int CsvReader::readCell(Record& record) {
 
 int CsvReader::readQuoted(Record& record) {
     bytes_.get();
-    for (int byte = bytes_.get(); byte != kEnd; byte = bytes_.get()) {
+    for (int byte = bytes_.get(); byte != endOfData; byte = bytes_.get()) {
         if (byte == '"' && bytes_.peek() != '"') return bytes_.get();
         if (byte == '"') bytes_.get();
         append(record, byte);
     }
-    return kUnclosed;
+    return unclosed;
 }
 
 // False if the lines that the record has taken remain lost.
 bool CsvReader::recover(const ByteReader::Place& begin) {
-    const bool isBack = ++recoveries_ <= kMostRecoveries && bytes_.goBack(begin);
-    if (bytes_.peek() != kEnd) bytes_.skipLine();
+    const bool isBack = ++recoveries_ <= mostRecoveries && bytes_.goBack(begin);
+    if (bytes_.peek() != endOfData) bytes_.skipLine();
     return isBack;
 }
 

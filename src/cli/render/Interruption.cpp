@@ -15,23 +15,23 @@ extern "C" void request(int signal) {
 }
 
 #ifdef _WIN32
-constexpr int kSignals[] = {SIGINT, SIGTERM, SIGBREAK};
+constexpr int signals[] = {SIGINT, SIGTERM, SIGBREAK};
 #else
-constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
+constexpr int signals[] = {SIGINT, SIGTERM, SIGHUP};
 #endif
 
 }  // namespace
 
 Interruption::Interruption() {
     isRequested = false;
-    for (const int signal : kSignals) std::signal(signal, &request);
+    for (const int signal : signals) std::signal(signal, &request);
 #ifndef _WIN32
     std::signal(SIGXFSZ, SIG_IGN);
 #endif
 }
 
 Interruption::~Interruption() {
-    for (const int signal : kSignals) std::signal(signal, SIG_DFL);
+    for (const int signal : signals) std::signal(signal, SIG_DFL);
 #ifndef _WIN32
     std::signal(SIGXFSZ, SIG_DFL);
 #endif

@@ -10,8 +10,8 @@
 namespace velmor::cli {
 
 // The bytes of a record, or of the text of one that is JSON. A longer one fails; its rest is skipped, not held.
-inline constexpr std::size_t kLongestRecord = std::size_t{1} << 24;
-inline constexpr const char* kTooLong = "the record is longer than 16 MB";
+inline constexpr std::size_t longestRecord = std::size_t{1} << 24;
+inline constexpr const char* tooLong = "the record is longer than 16 MB";
 
 // Why one record has no letter. The others are made.
 class RecordFailure : public std::runtime_error {
@@ -36,10 +36,10 @@ struct Record {
 
     // Past the longest record, nothing but the failure.
     void append(int byte) {
-        if (bytes.size() < kLongestRecord) {
+        if (bytes.size() < longestRecord) {
             bytes += static_cast<char>(byte);
         } else if (failure.empty()) {
-            failure = kTooLong;
+            failure = tooLong;
         }
     }
     void clear() {

@@ -10,9 +10,9 @@
 namespace velmor::cli {
 namespace {
 
-constexpr std::size_t kMostReady = std::size_t{1} << 25;   // bytes of letters that wait for their turn
-constexpr std::size_t kBatchBytes = std::size_t{1} << 18;  // of records, and roughly of letters
-constexpr std::size_t kLargestBatch = 64;                  // records
+constexpr std::size_t mostReady = std::size_t{1} << 25;   // bytes of letters that wait for their turn
+constexpr std::size_t batchBytes = std::size_t{1} << 18;  // of records, and roughly of letters
+constexpr std::size_t largestBatch = 64;                  // records
 
 }  // namespace
 
@@ -67,7 +67,7 @@ bool RenderRun::take(std::vector<Record>& records, Batch& batch) {
     if (isEnd_ || !awaitRoom(taken_)) return false;
     std::size_t count = 0;
     std::size_t bytes = 0;
-    while (count < batchSize_ && bytes < kBatchBytes) {
+    while (count < batchSize_ && bytes < batchBytes) {
         if (count == records.size()) records.emplace_back();
         if (!feed_.next(records[count])) {
             isEnd_ = true;
@@ -86,7 +86,7 @@ bool RenderRun::take(std::vector<Record>& records, Batch& batch) {
 bool RenderRun::awaitRoom(std::uint64_t turn) {
     std::unique_lock lock(mutex_);
     changed_.wait(lock, [&] {
-        const bool hasRoom = turn == next_ || (turn < next_ + window_ && readySize_ < kMostReady);
+        const bool hasRoom = turn == next_ || (turn < next_ + window_ && readySize_ < mostReady);
         return hasRoom || failure_ || Interruption::requested();
     });
     return !failure_ && !Interruption::requested();
@@ -95,7 +95,7 @@ bool RenderRun::awaitRoom(std::uint64_t turn) {
 // Large letters travel in small batches.
 void RenderRun::adapt(const Batch& batch) {
     const std::size_t each = batch.size / batch.letters.size() + 1;
-    batchSize_ = std::clamp<std::size_t>(kBatchBytes / each, 1, kLargestBatch);
+    batchSize_ = std::clamp<std::size_t>(batchBytes / each, 1, largestBatch);
 }
 
 void RenderRun::deliver(Batch batch) {

@@ -11,7 +11,7 @@
 namespace velmor::cli {
 namespace {
 
-constexpr std::size_t kMostLines = 1000;
+constexpr std::size_t mostLines = 1000;
 
 std::string durationText(double seconds) {
     const auto whole = static_cast<long long>(std::min(std::ceil(seconds), 1e9));
@@ -32,7 +32,7 @@ void RunLog::add(const Letter& letter) {
     const std::scoped_lock lock(mutex_);
     if (!letter.failure.empty()) {
         ++counts_.failed;
-        if (failures_.size() < kMostFailures) failures_.push_back({letter.number, letter.line, letter.failure});
+        if (failures_.size() < mostFailures) failures_.push_back({letter.number, letter.line, letter.failure});
         return say(letter, letter.failure);
     }
     ++(letter.isThere ? counts_.there : counts_.made);
@@ -42,13 +42,13 @@ void RunLog::add(const Letter& letter) {
             ++known->second;
             continue;
         }
-        if (remarks_.size() < kMostLines) remarks_.emplace(remark, 0);
+        if (remarks_.size() < mostLines) remarks_.emplace(remark, 0);
         say(letter, remark);
     }
 }
 
 void RunLog::say(const Letter& letter, const std::string& what) {
-    if (lines_ == kMostLines) {
+    if (lines_ == mostLines) {
         ++unsaid_;
         return;
     }

@@ -32,7 +32,7 @@ public:
         std::uint64_t line;
         std::string reason;
     };
-    static constexpr std::size_t kMostFailures = 10'000;  // that are kept
+    static constexpr std::size_t mostFailures = 10'000;  // that are kept
 
     // `data` is the name of the data for messages.
     RunLog(std::string data, ProgressForm progress);

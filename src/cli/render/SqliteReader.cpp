@@ -130,8 +130,8 @@ private:
     void addText(Record& record, int index) const {
         const auto* const text = reinterpret_cast<const char*>(sqlite3_column_text(query_.get(), index));
         const auto size = static_cast<std::size_t>(sqlite3_column_bytes(query_.get(), index));
-        if (record.bytes.size() + size > kLongestRecord) {
-            record.failure = kTooLong;
+        if (record.bytes.size() + size > longestRecord) {
+            record.failure = tooLong;
         } else if (text != nullptr) {
             record.bytes.append(text, size);
         }

@@ -22,8 +22,8 @@ using handler::detail::giveText;
 using handler::detail::lent;
 using handler::detail::viewOf;
 
-constexpr std::int32_t kOutOfMemory = 7;
-constexpr std::int32_t kAutomationError = 440;
+constexpr std::int32_t outOfMemory = 7;
+constexpr std::int32_t automationError = 440;
 
 std::int32_t invokeLent(VelmorObject* object, std::int32_t kind, VelmorText member, const VelmorValue* arguments,
                         std::size_t count, VelmorValue* result) noexcept;
@@ -31,11 +31,11 @@ std::int32_t convertLent(VelmorObject* object, const VelmorValue* value, std::in
                          VelmorValue* result) noexcept;
 void releaseLent(VelmorValue* result) noexcept;
 
-constexpr VelmorObjectFunctions kFunctions{&invokeLent, &convertLent, &releaseLent};
+constexpr VelmorObjectFunctions objectFunctions{&invokeLent, &convertLent, &releaseLent};
 
 // An object as the library sees it.
 struct LentObject : VelmorObject {
-    explicit LentObject(ObjectRef lentObject) : VelmorObject{&kFunctions}, object(std::move(lentObject)) {}
+    explicit LentObject(ObjectRef lentObject) : VelmorObject{&objectFunctions}, object(std::move(lentObject)) {}
     ObjectRef object;
 };
 
@@ -50,7 +50,7 @@ Variant variantOf(const VelmorValue& value) {
         case VELMOR_TRUTH:
             return value.number != 0;
         case VELMOR_OBJECT:
-            if (value.object == nullptr || value.object->functions != &kFunctions) throw Error(13);
+            if (value.object == nullptr || value.object->functions != &objectFunctions) throw Error(13);
             return static_cast<const LentObject*>(value.object)->object;
         default:
             return {};
@@ -96,15 +96,15 @@ std::int32_t guarded(VelmorValue& result, Step&& step) noexcept {
             return 0;
         } catch (const Error& error) {
             giveText(error.description(), result);
-            return error.number() == 0 ? kAutomationError : error.number();
+            return error.number() == 0 ? automationError : error.number();
         } catch (const std::bad_alloc&) {
-            return kOutOfMemory;
+            return outOfMemory;
         } catch (const std::exception& error) {
             giveText(fromUtf8(error.what()), result);
-            return kAutomationError;
+            return automationError;
         }
     } catch (const std::bad_alloc&) {
-        return kOutOfMemory;
+        return outOfMemory;
     }
 }
 

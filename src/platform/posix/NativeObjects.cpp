@@ -15,8 +15,8 @@
 namespace velmor::platform {
 namespace {
 
-constexpr std::u16string_view kClasses = u"SOFTWARE\\Classes\\";
-constexpr std::u16string_view kWindowsEnding = u".dll";
+constexpr std::u16string_view classes = u"SOFTWARE\\Classes\\";
+constexpr std::u16string_view windowsEnding = u".dll";
 
 std::u16string fileNameOf(std::u16string_view path) {
     const std::size_t separator = path.find_last_of(u"\\/");
@@ -26,9 +26,9 @@ std::u16string fileNameOf(std::u16string_view path) {
 // The possible file names of a library.
 std::vector<std::u16string> namesFor(std::u16string_view registered) {
     const std::u16string name = fileNameOf(registered);
-    if (name.size() <= kWindowsEnding.size()) return {name};
-    const std::size_t stemLength = name.size() - kWindowsEnding.size();
-    if (!equalIgnoringCase(std::u16string_view(name).substr(stemLength), kWindowsEnding)) return {name};
+    if (name.size() <= windowsEnding.size()) return {name};
+    const std::size_t stemLength = name.size() - windowsEnding.size();
+    if (!equalIgnoringCase(std::u16string_view(name).substr(stemLength), windowsEnding)) return {name};
     const std::u16string stem = name.substr(0, stemLength) + u".so";
     return {stem, u"lib" + stem};
 }
@@ -102,12 +102,12 @@ private:
 
     // Empty when it is not registered.
     std::u16string registeredLibrary(std::u16string_view className) const {
-        std::u16string key(kClasses);
+        std::u16string key(classes);
         key += className;
         if (auto library = registry_.value(key, u"NativeLibrary")) return std::move(*library);
         const auto identifier = registry_.value(key + u"\\CLSID", u"");
         if (!identifier || identifier->empty()) return {};
-        key = kClasses;
+        key = classes;
         key += u"CLSID\\" + *identifier + u"\\InprocServer32";
         return registry_.value(key, u"").value_or(std::u16string());
     }

@@ -17,7 +17,7 @@
 namespace velmor::platform {
 namespace {
 
-constexpr mode_t kNewFile = 0666;  // before the umask
+constexpr mode_t newFile = 0666;  // before the umask
 
 class Descriptor {
 public:
@@ -82,7 +82,7 @@ void syncFolderOf(const std::string& path) {
 int openBeside(const std::string& path, std::string& temporary) {
     for (int attempt = 0; attempt < 100; ++attempt) {
         temporary = path + "." + std::to_string(getpid()) + "-" + std::to_string(attempt) + ".tmp";
-        const int number = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFile);
+        const int number = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, newFile);
         if (number >= 0) return number;
         if (errno != EEXIST) break;
     }
@@ -244,7 +244,7 @@ public:
         const auto native = pathToChange(path);
         if (!native) return false;
         Descriptor file(
-            open(native->c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, kNewFile));
+            open(native->c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, newFile));
         return file && writeAll(file.number(), bytes) && file.close();
     }
 

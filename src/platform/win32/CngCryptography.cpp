@@ -8,7 +8,7 @@
 namespace velmor::platform {
 namespace {
 
-constexpr NTSTATUS kTagMismatch = static_cast<NTSTATUS>(0xC000A002);
+constexpr NTSTATUS tagMismatch = static_cast<NTSTATUS>(0xC000A002);
 
 void require(NTSTATUS status) {
     if (status < 0) throw Error(17);
@@ -113,7 +113,7 @@ std::optional<std::string> unseal(const CipherKey& key, std::string_view nonce, 
     ULONG size = 0;
     const NTSTATUS status =
         BCryptDecrypt(gcm.get(), raw(body), sizeOf(body), &info, nullptr, 0, raw(plain), sizeOf(body), &size, 0);
-    if (status == kTagMismatch) return std::nullopt;
+    if (status == tagMismatch) return std::nullopt;
     require(status);
     return plain;
 }

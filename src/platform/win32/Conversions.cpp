@@ -18,7 +18,7 @@ bool isReadable(std::u16string_view text) {
 }
 
 // LCID 0 compares texts unit by unit, as scripts do.
-constexpr LCID kBinary = 0;
+constexpr LCID binary = 0;
 
 class UserLocaleConversions final : public automation::PlatformConversions {
 public:
@@ -44,7 +44,7 @@ public:
     std::optional<bool> equal(const Variant& left, const Variant& right) const override {
         ScopedVariant first = toVariant(left);
         ScopedVariant second = toVariant(right);
-        const HRESULT result = VarCmp(first.get(), second.get(), kBinary, 0);
+        const HRESULT result = VarCmp(first.get(), second.get(), binary, 0);
         if (FAILED(result)) return std::nullopt;
         return result == static_cast<HRESULT>(VARCMP_EQ);
     }

@@ -9,13 +9,13 @@ namespace velmor::platform {
 
 namespace {
 
-constexpr HRESULT kControlFacility = static_cast<HRESULT>(0x800A0000u);
+constexpr HRESULT controlFacility = static_cast<HRESULT>(0x800A0000u);
 
 struct KnownResult {
     HRESULT result;
     std::int32_t number;
 };
-constexpr KnownResult kKnownResults[] = {
+constexpr KnownResult knownResults[] = {
     {DISP_E_MEMBERNOTFOUND, 438}, {DISP_E_UNKNOWNNAME, 438},
     {DISP_E_BADPARAMCOUNT, 450},  {DISP_E_PARAMNOTOPTIONAL, 450},
     {DISP_E_TYPEMISMATCH, 13},    {DISP_E_BADVARTYPE, 13},
@@ -26,7 +26,7 @@ constexpr KnownResult kKnownResults[] = {
 };
 
 bool isControlResult(HRESULT result) noexcept {
-    return (static_cast<std::uint32_t>(result) & 0xFFFF0000u) == static_cast<std::uint32_t>(kControlFacility);
+    return (static_cast<std::uint32_t>(result) & 0xFFFF0000u) == static_cast<std::uint32_t>(controlFacility);
 }
 
 std::u16string takeText(BSTR& text) {
@@ -37,8 +37,8 @@ std::u16string takeText(BSTR& text) {
 }
 
 std::u16string descriptionOf(HRESULT result) {
-    const auto* const known = std::ranges::find(kKnownResults, result, &KnownResult::result);
-    return errorText(known == std::end(kKnownResults) ? 0 : known->number);
+    const auto* const known = std::ranges::find(knownResults, result, &KnownResult::result);
+    return errorText(known == std::end(knownResults) ? 0 : known->number);
 }
 
 // Of the exception being handled. Throws where there is no memory for the texts.
@@ -62,13 +62,13 @@ Raised describeException() {
 
 HRESULT hresultOf(const Error& error) noexcept {
     const std::int32_t number = error.number();
-    if (number > 0 && number <= 0xFFFF) return kControlFacility | number;
+    if (number > 0 && number <= 0xFFFF) return controlFacility | number;
     return FAILED(number) ? static_cast<HRESULT>(number) : E_FAIL;
 }
 
 std::int32_t errorNumberOf(HRESULT result) noexcept {
-    const auto* const known = std::ranges::find(kKnownResults, result, &KnownResult::result);
-    if (known != std::end(kKnownResults)) return known->number;
+    const auto* const known = std::ranges::find(knownResults, result, &KnownResult::result);
+    if (known != std::end(knownResults)) return known->number;
     return isControlResult(result) ? result & 0xFFFF : static_cast<std::int32_t>(result);
 }
 

@@ -17,7 +17,7 @@ namespace {
 using automation::InvokeKind;
 using automation::Variant;
 
-constexpr VARTYPE kVariantReference = VT_BYREF | VT_VARIANT;
+constexpr VARTYPE variantReference = VT_BYREF | VT_VARIANT;
 
 // A DECIMAL has none: it lies across the type of its VARIANT.
 bool hasReferenceOfItsOwn(VARTYPE type) {
@@ -29,12 +29,12 @@ VARTYPE passingType(const TYPEDESC& type) {
     if (type.vt != VT_PTR) {
         const auto base = static_cast<VARTYPE>(type.vt & ~VT_BYREF);
         if (base == type.vt) return VT_VARIANT;
-        return hasReferenceOfItsOwn(base) ? type.vt : kVariantReference;
+        return hasReferenceOfItsOwn(base) ? type.vt : variantReference;
     }
     const VARTYPE inner = type.lptdesc->vt;
     if (inner == VT_USERDEFINED) return VT_VARIANT;      // an interface pointer by value
     if (inner == VT_PTR) return VT_BYREF | VT_DISPATCH;  // a reference to one
-    return hasReferenceOfItsOwn(inner) ? static_cast<VARTYPE>(VT_BYREF | inner) : kVariantReference;
+    return hasReferenceOfItsOwn(inner) ? static_cast<VARTYPE>(VT_BYREF | inner) : variantReference;
 }
 
 // The arguments of one call in the platform's form: last first, each by value or by reference to a
@@ -68,13 +68,13 @@ private:
         const Variant& given = arguments_[index];
         ScopedVariant& value = values_[index];
         VARIANT& passed = passedAt(index);
-        if (declared == VT_EMPTY && !given.isMissing() && !given.isObject()) declared = kVariantReference;
-        if ((declared & VT_BYREF) == 0 || (given.isMissing() && declared != kVariantReference)) {
+        if (declared == VT_EMPTY && !given.isMissing() && !given.isObject()) declared = variantReference;
+        if ((declared & VT_BYREF) == 0 || (given.isMissing() && declared != variantReference)) {
             toVariant(given, *value);
             passed = *value;  // still owned by `value`
-        } else if (declared == kVariantReference) {
+        } else if (declared == variantReference) {
             toVariant(given, *value);
-            V_VT(&passed) = kVariantReference;
+            V_VT(&passed) = variantReference;
             V_VARIANTREF(&passed) = value.get();
         } else {
             const auto type = static_cast<VARTYPE>(declared & ~VT_BYREF);

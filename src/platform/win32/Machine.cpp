@@ -18,7 +18,7 @@
 namespace velmor::platform {
 namespace {
 
-constexpr DWORD kLongestPath = 32768;
+constexpr DWORD longestPath = 32768;
 
 // The root of a drive keeps its separator.
 std::u16string withoutLastSeparator(std::u16string folder) {
@@ -64,7 +64,7 @@ bool isRegistered(const CLSID& identifier, REGSAM view) {
 }
 
 std::u16string reasonOf(HRESULT failure, const CLSID& identifier) {
-    if (!isRegistered(identifier, kOwnView) && isRegistered(identifier, kOtherView)) {
+    if (!isRegistered(identifier, ownView) && isRegistered(identifier, otherView)) {
         return is64Bit ? u"the class is registered for 32-bit programs only"
                        : u"the class is registered for 64-bit programs only";
     }
@@ -109,8 +109,8 @@ std::u16string ownFile() {
     HMODULE module = nullptr;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
                        reinterpret_cast<const wchar_t*>(&ownFile), &module);
-    std::wstring path(kLongestPath, L'\0');
-    path.resize(GetModuleFileNameW(module, path.data(), kLongestPath));
+    std::wstring path(longestPath, L'\0');
+    path.resize(GetModuleFileNameW(module, path.data(), longestPath));
     return fromWide(path);
 }
 

@@ -9,13 +9,13 @@
 namespace velmor::platform {
 namespace {
 
-constexpr DWORD kLargestStep = 1 << 26;
-constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+constexpr DWORD largestStep = 1 << 26;
+constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 class File {
 public:
     File(const std::wstring& path, DWORD access, DWORD disposition)
-        : handle_(CreateFileW(path.c_str(), access, kShareAll, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr)) {}
+        : handle_(CreateFileW(path.c_str(), access, shareAll, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr)) {}
     ~File() { close(); }
     File(const File&) = delete;
     File& operator=(const File&) = delete;
@@ -30,7 +30,7 @@ public:
 
     bool writeAll(std::string_view bytes) {
         while (!bytes.empty()) {
-            const auto step = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), kLargestStep));
+            const auto step = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), largestStep));
             DWORD written = 0;
             if (!WriteFile(handle_, bytes.data(), step, &written, nullptr) || written == 0) return false;
             bytes.remove_prefix(written);
@@ -42,7 +42,7 @@ public:
     bool readAll(std::string& bytes) {
         std::size_t filled = 0;
         while (filled < bytes.size()) {
-            const auto step = static_cast<DWORD>(std::min<std::size_t>(bytes.size() - filled, kLargestStep));
+            const auto step = static_cast<DWORD>(std::min<std::size_t>(bytes.size() - filled, largestStep));
             DWORD count = 0;
             if (!ReadFile(handle_, bytes.data() + filled, step, &count, nullptr)) return false;
             if (count == 0) break;
@@ -193,7 +193,7 @@ public:
 
     std::optional<std::u16string> realPath(std::u16string_view path) const override {
         constexpr std::wstring_view prefix = L"\\\\?\\";
-        const HANDLE handle = CreateFileW(nativePath(path).c_str(), 0, kShareAll, nullptr, OPEN_EXISTING,
+        const HANDLE handle = CreateFileW(nativePath(path).c_str(), 0, shareAll, nullptr, OPEN_EXISTING,
                                           FILE_FLAG_BACKUP_SEMANTICS, nullptr);
         if (handle == INVALID_HANDLE_VALUE) return std::nullopt;
         std::wstring found(32768, L'\0');  // the longest path there is

@@ -9,7 +9,7 @@
 namespace velmor::platform {
 namespace {
 
-constexpr DWORD kLongestName = 16384;
+constexpr DWORD longestName = 16384;
 
 class Key {
 public:
@@ -54,11 +54,11 @@ template <class Enumerate>
 std::vector<std::u16string> namesInBothViews(std::u16string_view key, Enumerate enumerate) {
     std::vector<std::u16string> names;
     std::set<std::u16string> seen;  // in lower case
-    std::wstring buffer(kLongestName, L'\0');
-    for (const REGSAM view : {kOwnView, kOtherView}) {
+    std::wstring buffer(longestName, L'\0');
+    for (const REGSAM view : {ownView, otherView}) {
         const Key open(key, view);
         for (DWORD i = 0; open; ++i) {
-            DWORD length = kLongestName;
+            DWORD length = longestName;
             const LSTATUS status = enumerate(open.get(), i, buffer.data(), &length);
             if (status == ERROR_UNSUPPORTED_TYPE) continue;
             if (status != ERROR_SUCCESS) break;
@@ -84,7 +84,7 @@ class MachineRegistry : public Registry {
 public:
     std::optional<std::u16string> value(std::u16string_view key, std::u16string_view name) const override {
         if (holdsZero(name)) return std::nullopt;
-        for (const REGSAM view : {kOwnView, kOtherView}) {
+        for (const REGSAM view : {ownView, otherView}) {
             const Key open(key, view);
             auto text = open ? readText(open.get(), wide(name)) : std::nullopt;
             if (text) return text;

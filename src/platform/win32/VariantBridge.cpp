@@ -13,8 +13,8 @@ using automation::Variant;
 
 namespace {
 
-constexpr VARTYPE kVariantReference = VT_BYREF | VT_VARIANT;
-constexpr int kNestingLimit = 64;  // of references to variants
+constexpr VARTYPE variantReference = VT_BYREF | VT_VARIANT;
+constexpr int nestingLimit = 64;  // of references to variants
 
 // The place of the data in a VARIANT of that type that is not a reference.
 void* dataOf(VARIANT& value, VARTYPE type) noexcept {
@@ -131,9 +131,9 @@ ScopedVariant toVariant(const Variant& value) {
 
 Variant fromVariant(const VARIANT& value) {
     const VARIANT* source = &value;
-    for (int depth = 0; V_VT(source) == kVariantReference; ++depth) {
+    for (int depth = 0; V_VT(source) == variantReference; ++depth) {
         source = V_VARIANTREF(source);
-        if (source == nullptr || depth == kNestingLimit) throw Error(13);
+        if (source == nullptr || depth == nestingLimit) throw Error(13);
     }
     const auto type = static_cast<VARTYPE>(V_VT(source) & VT_TYPEMASK);
     const bool isArray = (V_VT(source) & VT_ARRAY) != 0;
@@ -148,14 +148,14 @@ Variant fromVariant(const VARIANT& value) {
 }
 
 VARIANT& variableOf(VARIANT& argument) noexcept {
-    return V_VT(&argument) == kVariantReference && V_VARIANTREF(&argument) ? *V_VARIANTREF(&argument) : argument;
+    return V_VT(&argument) == variantReference && V_VARIANTREF(&argument) ? *V_VARIANTREF(&argument) : argument;
 }
 
 HRESULT assignReference(VARIANT& argument, const Variant& value) {
     VARIANT& variable = variableOf(argument);
     if (V_ISBYREF(&variable) && V_BYREF(&variable) == nullptr) return DISP_E_TYPEMISMATCH;
     if (!V_ISBYREF(&argument)) return DISP_E_TYPEMISMATCH;
-    if (!V_ISBYREF(&variable) || V_VT(&variable) == kVariantReference) {
+    if (!V_ISBYREF(&variable) || V_VT(&variable) == variantReference) {
         const ScopedVariant former(std::exchange(variable, toVariant(value).detach()));
         return S_OK;
     }

@@ -64,7 +64,7 @@ private:
 
 void ParagraphWalk::step() {
     switch (text_[at_]) {
-        case kEmptyTag:
+        case emptyTag:
             return takeMark();
         case u'{':
             return openGroup();
@@ -211,7 +211,7 @@ void dropEmptyLines(std::u16string& text) {
     for (std::size_t at = lines.starts_with(u'\uFEFF') ? 1 : 0; at < lines.size();) {
         const std::size_t end = std::min(lines.find_first_of(u"\r\n", at), lines.size());
         const std::u16string_view line = lines.substr(at, end - at);
-        const bool isEmpty = line.find(kEmptyTag) != line.npos && line.find_first_not_of(nothing) == line.npos;
+        const bool isEmpty = line.find(emptyTag) != line.npos && line.find_first_not_of(nothing) == line.npos;
         if (isEmpty) edits.replace(at, skipLineEnd(lines, end), {});
         at = skipLineEnd(lines, end);
     }
@@ -237,7 +237,7 @@ void dropEmptyParagraphs(std::u16string& text, bool isRtf) {
 }
 
 void removeEmptyTags(std::u16string& text) noexcept {
-    std::erase(text, kEmptyTag);
+    std::erase(text, emptyTag);
 }
 
 }  // namespace velmor

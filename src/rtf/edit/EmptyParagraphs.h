@@ -7,7 +7,7 @@ namespace velmor {
 
 // Evaluation can leave a mark in place of each tag whose result is empty. What shows nothing but such tags is empty,
 // too: blanks, tabs and line breaks count as nothing; pictures, fields, breaks, bookmarks and comments do not.
-inline constexpr char16_t kEmptyTag = u'\uFDD1';
+inline constexpr char16_t emptyTag = u'\uFDD1';
 
 // Whether a text without ends of cells, rows and sections shows nothing. Costs the distance to what it shows.
 bool showsNothing(std::u16string_view text, bool isRtf) noexcept;

@@ -21,7 +21,7 @@ std::size_t growth(std::u16string_view text) {
 }
 
 bool isDocument(std::u16string_view text) {
-    return text.starts_with(kRtfStart);
+    return text.starts_with(rtfStart);
 }
 
 }  // namespace

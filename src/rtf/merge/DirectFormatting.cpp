@@ -6,7 +6,7 @@ namespace velmor {
 namespace {
 
 // Words of a style's entry that mean nothing in text.
-constexpr std::u16string_view kStyleWords[] = {
+constexpr std::u16string_view styleWords[] = {
     u"additive",  u"sautoupd", u"scompose", u"shidden",     u"slocked", u"spersonal",
     u"spriority", u"sqformat", u"sreply",   u"ssemihidden", u"styrsid", u"sunhideused",
 };
@@ -16,7 +16,7 @@ struct Undoing {
     std::u16string_view letters;
     std::u16string_view word;
 };
-constexpr Undoing kUndoings[] = {
+constexpr Undoing undoings[] = {
     {u"b", u"\\b0"},
     {u"i", u"\\i0"},
     {u"caps", u"\\caps0"},
@@ -65,13 +65,13 @@ constexpr Undoing kUndoings[] = {
 
 template <typename Take>
 void forEachWord(std::u16string_view look, Take take) {
-    for (WordRun words(look.substr(0, kLongestLook), 0); words.next();) take(words.word());
+    for (WordRun words(look.substr(0, longestLook), 0); words.next();) take(words.word());
 }
 
 }  // namespace
 
 std::optional<ControlWord> findWord(std::u16string_view look, std::u16string_view letters) {
-    look = look.substr(0, kLongestLook);
+    look = look.substr(0, longestLook);
     for (std::size_t at = 0; (at = look.find(letters, at)) != look.npos; ++at) {
         if (at == 0 || look[at - 1] != u'\\') continue;
         const ControlWord word = readWord(look, at - 1);
@@ -84,7 +84,7 @@ std::u16string directWords(std::u16string_view look) {
     std::u16string words;
     forEachWord(look, [&](const ControlWord& word) {
         const bool isOfStyle =
-            std::find(std::begin(kStyleWords), std::end(kStyleWords), word.letters) != std::end(kStyleWords);
+            std::find(std::begin(styleWords), std::end(styleWords), word.letters) != std::end(styleWords);
         if (!isOfStyle) words.append(look.substr(word.begin, word.end - word.begin));
     });
     return words;
@@ -93,9 +93,9 @@ std::u16string directWords(std::u16string_view look) {
 std::u16string undoingWords(std::u16string_view look, std::u16string_view own) {
     std::u16string words;
     forEachWord(look, [&](const ControlWord& word) {
-        const auto undoing = std::find_if(std::begin(kUndoings), std::end(kUndoings),
+        const auto undoing = std::find_if(std::begin(undoings), std::end(undoings),
                                           [&](const Undoing& each) { return each.letters == word.letters; });
-        if (undoing != std::end(kUndoings) && !findWord(own, word.letters)) words += undoing->word;
+        if (undoing != std::end(undoings) && !findWord(own, word.letters)) words += undoing->word;
     });
     return words;
 }

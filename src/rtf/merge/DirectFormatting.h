@@ -11,7 +11,7 @@ namespace velmor {
 
 // The look of a style is a run of control words without blanks, as in its entry of the style sheet. Looks of writers
 // are shorter than this, and no more is read: that keeps the time for each style constant.
-inline constexpr std::size_t kLongestLook = 1000;
+inline constexpr std::size_t longestLook = 1000;
 
 // A word of the look.
 std::optional<ControlWord> findWord(std::u16string_view look, std::u16string_view letters);

@@ -57,7 +57,7 @@ std::optional<StyleKind> styleKindOf(Word word) noexcept {
 
 StyleSheet::StyleSheet(const CleanOptions& options)
     : tolerant_(options.tolerant), conflict_(options.styles), report_(options.report) {
-    fresh_.take(decimal(kNoStyle));
+    fresh_.take(decimal(noStyle));
 }
 
 void StyleSheet::beginDocument(bool host) {
@@ -268,7 +268,7 @@ void StyleSheet::settle(Style& style) {
             keeps ? static_cast<std::int32_t>(std::stol(std::string(number.begin(), number.end()))) : fresh_.next();
         if (known->second == 0) {
             hasNormal_ = true;
-            normalLook_ = style.look.substr(0, kLongestLook);
+            normalLook_ = style.look.substr(0, longestLook);
             if (!style.base.digits.empty()) normalLook_ += baseWord;
         }
         const bool isNormal = known->second == 0 || (host_ && style.name == u"normal");
@@ -355,10 +355,10 @@ void StyleSheet::append(const Style& style) {
         const std::size_t begin = style.base.at - baseWord.size();
         edits.cut(begin, endWithBlank(style.entry, readWord(style.entry, begin)));
     } else {
-        point(style.base, base, kNoStyle);
+        point(style.base, base, noStyle);
     }
     point(style.next, styleOf(style.next, StyleKind::paragraph), style.newNumber);
-    point(style.link, styleOf(style.link, linkedKind(style.kind)), kNoStyle);
+    point(style.link, styleOf(style.link, linkedKind(style.kind)), noStyle);
     if (!style.suffix.empty()) edits.insert(style.nameEnd, style.suffix);
     edits.apply(entry);
     entries_.append(u"\r\n").append(entry);
@@ -368,12 +368,12 @@ std::int32_t StyleSheet::numberOf(StyleKind kind, std::u16string_view number) {
     if (const Style* style = styleOf({0, number}, kind)) {
         // Text of a character style that is one of paragraphs looks as if it named none.
         const bool isParagraphs = kind == StyleKind::character && style->kind == StyleKind::paragraph;
-        return isParagraphs && tolerant_ && !host_ ? kNoStyle : style->newNumber;
+        return isParagraphs && tolerant_ && !host_ ? noStyle : style->newNumber;
     }
     if (number == u"0") return kind == StyleKind::paragraph ? defaultStyle_ : NumberMap::none;
     // Must not come to mean another document's style.
     const bool staysFree = (host_ || !hasSheet_) && fresh_.reserve(number);
-    return staysFree ? NumberMap::none : kNoStyle;
+    return staysFree ? NumberMap::none : noStyle;
 }
 
 std::int32_t StyleSheet::defaultStyle(bool whole) {

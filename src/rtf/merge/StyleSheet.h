@@ -23,7 +23,7 @@ struct DirectLook {
 };
 
 // The number of a style that means none.
-inline constexpr std::int32_t kNoStyle = 222;
+inline constexpr std::int32_t noStyle = 222;
 
 enum class StyleKind : std::uint8_t { paragraph, character, section, table };
 

@@ -166,10 +166,10 @@ struct Class {
 namespace detail {
 
 // The members that programs call. The level says that there is a catalogue, with the host's database, and no Dispose.
-inline constexpr std::u16string_view kMembers[] = {u"Interface",         u"GetTagValue",  u"CommandList",
-                                                   u"ParameterList",     u"SyntaxString", u"CommandDescription",
-                                                   u"ParameterValueList"};
-inline constexpr std::int32_t kLevel = 4;
+inline constexpr std::u16string_view members[] = {u"Interface",         u"GetTagValue",  u"CommandList",
+                                                  u"ParameterList",     u"SyntaxString", u"CommandDescription",
+                                                  u"ParameterValueList"};
+inline constexpr std::int32_t level = 4;
 
 inline std::u16string_view viewOf(VelmorText text) {
     return text.length == 0 ? std::u16string_view() : std::u16string_view(text.units, text.length);
@@ -308,11 +308,11 @@ inline std::u16string answer(const Class& described, Arguments arguments) {
 
 inline void invokeMember(const Class& described, std::u16string_view member, Arguments arguments, VelmorValue& result) {
     bool isKnown = false;
-    for (const std::u16string_view known : kMembers) isKnown = isKnown || equal(known, member);
+    for (const std::u16string_view known : members) isKnown = isKnown || equal(known, member);
     if (!isKnown) throw Failure(438, u"Object doesn't support this property or method");
     if (equal(member, u"Interface")) {
         result.type = VELMOR_NUMBER;
-        result.number = kLevel;
+        result.number = level;
     } else {
         const bool answers = equal(member, u"GetTagValue");
         giveText(answers ? answer(described, arguments) : describe(described, member, arguments), result);
