@@ -26,9 +26,17 @@ def without_identifiers(document):
     return re.sub(rb"\{[-0-9A-F]{36}\}", b"", document)
 
 
-def test_the_letter_is_that_of_the_program(tmp_path):
+def test_the_short_letter_is_that_of_the_program(tmp_path):
+    template = os.path.join(SAMPLES, "letter", "short.rtf")
+    run(sys.executable, os.path.join(SAMPLES, "python", "letter.py"), template, tmp_path / "python.rtf")
+    given = ["--property", "Name=Ada Lovelace", "--property", "Item=an aneroid barometer"]
+    run(VELMOR, "eval", template, *given, "-o", tmp_path / "program.rtf")
+    assert (tmp_path / "python.rtf").read_bytes() == (tmp_path / "program.rtf").read_bytes()
+
+
+def test_the_invoice_is_that_of_the_program(tmp_path):
     letter = os.path.join(SAMPLES, "letter")
-    run(sys.executable, os.path.join(SAMPLES, "python", "letter.py"), tmp_path / "python.rtf")
+    run(sys.executable, os.path.join(SAMPLES, "python", "invoice.py"), tmp_path / "python.rtf")
     evaluated = run(VELMOR, "eval", os.path.join(letter, "invoice.rtf"),
                     "--properties", os.path.join(letter, "invoice.properties"),
                     "--registry", os.path.join(letter, "handlers.reg"), "--handlers", os.environ["VELMOR_HANDLERS"])
