@@ -55,7 +55,8 @@ std::u16string floatText(double value, int significant) {
     if (std::isinf(value)) return value < 0 ? u"-1.#INF" : u"1.#INF";
     auto [digits, exponent] = rounded(std::fabs(value), static_cast<std::size_t>(significant));
     const bool plain = exponent >= -4 && exponent < significant;
-    if (plain) return pointedText(value < 0, std::move(digits), static_cast<int>(digits.size()) - 1 - exponent);
+    const int decimals = static_cast<int>(digits.size()) - 1 - exponent;
+    if (plain) return pointedText(value < 0, std::move(digits), decimals);
     if (digits.size() > 1) digits.insert(1, ".");
     if (value < 0) digits.insert(0, "-");
     digits += exponent < 0 ? "E-" : "E+";

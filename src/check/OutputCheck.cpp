@@ -177,7 +177,8 @@ CheckResult checkOutput(std::u16string name, std::u16string text) {
     const TemplateFile file(std::move(name), std::move(text), {});
     DiagnosticList found;
     OutputCheck(file, found).run();
-    CheckResult result{std::move(found).take(), found.more()};
+    const std::size_t more = found.more();
+    CheckResult result{std::move(found).take(), more};
     std::stable_sort(
         result.diagnostics.begin(), result.diagnostics.end(),
         [](const Diagnostic& left, const Diagnostic& right) { return left.place.offset < right.place.offset; });

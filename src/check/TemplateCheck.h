@@ -29,7 +29,7 @@ class TemplateCheck {
 public:
     // `given`: the properties that the host will set, those of EvaluationRules included; null when they are not known.
     // Throws RuleError.
-    TemplateCheck(platform::Services& services, std::shared_ptr<privProperties> given)
+    TemplateCheck(platform::Services& services, const std::shared_ptr<privProperties>& given)
         : services_(services),
           rules_(EvaluationRules::of(Collection(given))),
           handlers_(services, found_),

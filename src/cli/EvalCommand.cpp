@@ -76,7 +76,9 @@ ExitCode evaluate(platform::Services& services, const EvalOptions& options, cons
     TemplateInput input(services, used, options.record.empty() ? std::move(files) : files);
     Document& document = input.document();
     if (replayed) document.encoding = replayed->input().encoding;
-    EvalServices source(input.services(), recorderOf(options, files, document.encoding),
+    // The files are read again when there is a record, and then they were not moved.
+    EvalServices source(input.services(),
+                        recorderOf(options, files, document.encoding),  // NOLINT(bugprone-use-after-move)
                         replayed ? replayed->replayer() : nullptr);
     const std::shared_ptr<kvTag> tag = input.makeTag(source.services());
     const TemplatePlaces places(document.text);

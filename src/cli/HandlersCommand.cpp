@@ -104,7 +104,8 @@ std::string listText(const Json& handler) {
     text += handler["available"] ? "\n" : "  (not available)\n";
     for (const Json& command : handler["commands"]) {
         text += "  " + shownText(command["name"]) + "  " + shownText(command["syntax"]) + "\n";
-        if (command["description"] != "") text += "      " + shownText(command["description"]) + "\n";
+        if (!command["description"].get_ref<const std::string&>().empty())
+            text += "      " + shownText(command["description"]) + "\n";
         for (const Json& parameter : command["parameters"]) {
             text += "      " + shownText(parameter["name"]);
             const char* separator = " = ";

@@ -141,7 +141,8 @@ void ReportTags::addValue(Json& json, std::size_t run) const {
     json["value"] = reportText(seen, mostOfValue);
     json["length"] = each.length;
     if (seen.size() > mostOfValue || collector_.valueOf(run).size() < each.length) json["isCut"] = true;
-    json["microseconds"] = static_cast<double>(each.time.count() / 100) / 10;
+    const auto tenths = each.time.count() / 100;
+    json["microseconds"] = static_cast<double>(tenths) / 10;
 }
 
 Json ReportTags::unevaluatedJson(std::size_t tag) const {
@@ -163,7 +164,7 @@ Json ReportTags::describe(const TemplateFile& file, const TemplateTag& tag) cons
     if (!tag.span.complete()) return {{"name", ""}, {"handler", ""}, {"command", ""}};
     Json json = named(file.innerOf(tag));
     const bool isTooDeep = tag.depth >= static_cast<std::uint32_t>(deepestLevel);
-    if (json["handler"] == "" || isTooDeep) return json;
+    if (json["handler"].get_ref<const std::string&>().empty() || isTooDeep) return json;
     const TagParts parts(file, tag);
     json["command"] = shown(parts.command());
     if (parts.hasCommandValue()) json["commandValue"] = shown(parts.commandValue(services_));

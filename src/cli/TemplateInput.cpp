@@ -74,14 +74,14 @@ void TemplateInput::addProperties(privProperties& properties, const platform::Fo
 }
 
 std::shared_ptr<kvTag> TemplateInput::makeTag(platform::Services& services, const AddRecord& addRecord) const {
-    const auto tag = std::make_shared<kvTag>(services);
+    auto tag = std::make_shared<kvTag>(services);
     addProperties(*tag->Properties().own(), services.folders, addRecord);
     return tag;
 }
 
 std::shared_ptr<privProperties> TemplateInput::namedProperties() {
     if (!options_.namesProperties()) return nullptr;
-    const auto properties = std::make_shared<privProperties>(services_);
+    auto properties = std::make_shared<privProperties>(services_);
     addProperties(*properties);
     return properties;
 }

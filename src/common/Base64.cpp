@@ -16,9 +16,9 @@ constexpr auto digitValues = [] {
     std::array<std::uint8_t, 128> values{};
     values.fill(foreignDigit);
     for (std::size_t i = 0; i < base64Digits.size(); ++i) {
-        values[static_cast<std::size_t>(base64Digits[i])] = static_cast<std::uint8_t>(i);
+        values[static_cast<unsigned char>(base64Digits[i])] = static_cast<std::uint8_t>(i);
     }
-    for (const char space : {' ', '\t', '\r', '\n'}) values[static_cast<std::size_t>(space)] = blankDigit;
+    for (const char space : {' ', '\t', '\r', '\n'}) values[static_cast<unsigned char>(space)] = blankDigit;
     values['='] = paddingDigit;
     return values;
 }();

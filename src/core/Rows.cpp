@@ -44,10 +44,10 @@ CommandAnswer Rows::run() const {
     const PropertyRef property = properties->Item(name);
     if (!property) return CommandAnswer::missing(name);
     const PropertiesRef list = listOf(*property);
-    const std::optional<Parts> template_ = parts();
-    if (!template_) return CommandAnswer::missing(tag_.GetProcessedElementsValue(u"ROW"));
+    const std::optional<Parts> row = parts();
+    if (!row) return CommandAnswer::missing(tag_.GetProcessedElementsValue(u"ROW"));
     if (list->Count() == 0) return {};
-    return repeated(*list, *template_);
+    return repeated(*list, *row);
 }
 
 // Nothing, with an entry in the error log, if there is no template.

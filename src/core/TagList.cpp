@@ -67,7 +67,7 @@ KeptListRef TagList::keepNested(std::u16string_view value, bool isPart, const To
 std::shared_ptr<kvTag> TagList::item(std::size_t index) {
     ListedTag& entry = tags_[index];
     if (entry.object) return entry.object;
-    const auto tag = std::make_shared<kvTag>(services_);
+    auto tag = std::make_shared<kvTag>(services_);
     if (isKept()) lists_->haveObjects = true;
     tag->becomeChild(*context_);
     tag->Name(rawName(index));

@@ -130,7 +130,7 @@ ObjectRef kvDirectTag::getObject(const std::u16string& key, std::u16string_view 
         const std::u16string className =
             isClass ? std::u16string(psClassName) : definedClass(on.hostDatabase(), psClassName);
         if (className.empty()) return nullptr;
-        const ObjectRef object = on.owner->directServices().objects.create(className);
+        ObjectRef object = on.owner->directServices().objects.create(className);
         Variant database[] = {Variant(on.database)};
         object->invoke(u"Database", InvokeKind::set, database);
         Variant opened[] = {Variant(identifier)};
@@ -156,7 +156,7 @@ ObjectRef kvDirectTag::getItem(const std::u16string& key, std::int32_t plObjectT
         const Access on = access();
         const std::int32_t identifier = on.requested(plID, psIDName);
         if (ObjectRef object = on.kept(key, identifier)) return object;
-        const ObjectRef object = call(*on.hostDatabase(), u"GetObjectItem", plObjectType, identifier).object();
+        ObjectRef object = call(*on.hostDatabase(), u"GetObjectItem", plObjectType, identifier).object();
         if (object) on.put(key, object, identifier);
         return object;
     });

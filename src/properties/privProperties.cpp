@@ -26,7 +26,7 @@ privProperties::privProperties(platform::Services& services)
 privProperties::~privProperties() = default;
 
 PropertyRef privProperties::Add(std::u16string_view psName, Variant pvValue, bool pbReplaceOriginal) {
-    const PropertyRef found = pbReplaceOriginal ? items_->find(psName) : nullptr;
+    PropertyRef found = pbReplaceOriginal ? items_->find(psName) : nullptr;
     if (found == nullptr) return items_->insert(items_->size(), psName, std::move(pvValue));
     found->Value(std::move(pvValue));
     found->Changed(false);
@@ -88,7 +88,7 @@ Date privProperties::GetValueDate(std::u16string_view psName, Date pdDefaultValu
 
 ObjectRef privProperties::GetValueObject(std::u16string_view psName, ObjectRef poDefault) const {
     const PropertyRef found = Item(psName);
-    return found == nullptr ? poDefault : found->Value().object();
+    return found == nullptr ? std::move(poDefault) : found->Value().object();
 }
 
 std::u16string privProperties::text(TextForm form, int level) const {

@@ -40,7 +40,7 @@ std::string typeName(py::handle object) {
 
 // As the last line of a traceback.
 std::string messageOf(const py::error_already_set& error) {
-    const std::string type = py::str(error.type().attr("__name__"));
+    std::string type = py::str(error.type().attr("__name__"));
     try {
         const std::string text = py::str(error.value());
         return text.empty() ? type : type + ": " + text;

@@ -101,7 +101,8 @@ py::tuple tupleOf(const TagPlace& tag) {
 // Handlers by their names. The callables come with each evaluation, so that this class holds none.
 class Engine {
 public:
-    Engine(py::object registryFile, const std::vector<py::object>& folders, const std::vector<std::string>& handlers)
+    Engine(const py::object& registryFile, const std::vector<py::object>& folders,
+           const std::vector<std::string>& handlers)
         : engine_(made(registryFile, folders)) {
         for (const std::string& name : handlers) engine_.setHandler(name, handlerOf(name));
     }

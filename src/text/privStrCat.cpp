@@ -106,7 +106,7 @@ void privStrCat::Prepend(std::u16string_view psString) noexcept {
     unlessMemoryRunsOut([&] { replaceUnits(0, 0, psString); });
 }
 
-void privStrCat::PrependVal(std::u16string psString) noexcept {
+void privStrCat::PrependVal(const std::u16string& psString) noexcept {
     Prepend(psString);
 }
 
@@ -118,7 +118,7 @@ void privStrCat::Surround(std::u16string_view psPrepend, std::u16string_view psA
     });
 }
 
-void privStrCat::SurroundVal(std::u16string psPrepend, std::u16string psAppend) noexcept {
+void privStrCat::SurroundVal(const std::u16string& psPrepend, const std::u16string& psAppend) noexcept {
     Append(psAppend);
     Prepend(psPrepend);
 }

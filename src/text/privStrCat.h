@@ -46,10 +46,10 @@ public:
     // Takes the text over, without a copy, when the content is empty: AppendVal(std::move(text)).
     void AppendVal(std::u16string psString) noexcept;
     void Prepend(std::u16string_view psString) noexcept;
-    void PrependVal(std::u16string psString) noexcept;
+    void PrependVal(const std::u16string& psString) noexcept;
     // Appends first, then prepends.
     void Surround(std::u16string_view psPrepend, std::u16string_view psAppend) noexcept;
-    void SurroundVal(std::u16string psPrepend, std::u16string psAppend) noexcept;
+    void SurroundVal(const std::u16string& psPrepend, const std::u16string& psAppend) noexcept;
 
     void ReturnStr(std::u16string& psReturn) const noexcept;
     std::u16string ReturnVal() const noexcept;

@@ -8,7 +8,6 @@
 namespace velmor::cli {
 namespace {
 
-constexpr int endOfData = ByteReader::endOfData;
 constexpr const char* cut = "the data ends in the middle of this record";
 
 bool isBlank(int byte) {
@@ -56,7 +55,7 @@ bool JsonArrayReader::next(Record& record) {
             return nextElement(record);
         case State::last:
             state_ = State::end;
-            if (byte == endOfData) return false;
+            if (byte == ByteReader::endOfData) return false;
             record.failure = "text follows the end of the data (JSON lines need --data-format jsonl)";
             return true;
         case State::end:
@@ -97,7 +96,7 @@ bool JsonArrayReader::nextElement(Record& record) {
         byte = skipBlanks();
         record.line = bytes_.place().line;
     }
-    if (byte == endOfData) return endAfter(record, "the data ends before the array does");
+    if (byte == ByteReader::endOfData) return endAfter(record, "the data ends before the array does");
     if (byte == ']') {
         bytes_.get();
         state_ = State::last;
@@ -117,7 +116,7 @@ void JsonArrayReader::readElement(Record& record) {
     std::size_t depth = 0;
     do {
         const int byte = bytes_.get();
-        if (byte == endOfData) {
+        if (byte == ByteReader::endOfData) {
             endAfter(record, cut);
             return;
         }
@@ -134,15 +133,16 @@ void JsonArrayReader::readScalar(Record& record) {
         const int byte = bytes_.get();
         record.append(byte);
         if (byte == '"') readString(record);
-    } while (bytes_.peek() != ',' && bytes_.peek() != ']' && bytes_.peek() != endOfData);
+    } while (bytes_.peek() != ',' && bytes_.peek() != ']' && bytes_.peek() != ByteReader::endOfData);
 }
 
 // After the opening quote. A string has no line ends, so one that is never closed ends with its line.
 void JsonArrayReader::readString(Record& record) {
-    for (int byte = bytes_.peek(); byte != endOfData && byte != '\n' && byte != '\r'; byte = bytes_.peek()) {
+    for (int byte = bytes_.peek(); byte != ByteReader::endOfData && byte != '\n' && byte != '\r';
+         byte = bytes_.peek()) {
         record.append(bytes_.get());
         if (byte == '"') return;
-        if (byte == '\\' && bytes_.peek() != endOfData) record.append(bytes_.get());
+        if (byte == '\\' && bytes_.peek() != ByteReader::endOfData) record.append(bytes_.get());
     }
 }
 
@@ -150,9 +150,9 @@ bool JsonLinesReader::next(Record& record) {
     do {
         record.clear();
         record.line = bytes_.place().line;
-        if (bytes_.peek() == endOfData) return false;
+        if (bytes_.peek() == ByteReader::endOfData) return false;
         int byte = bytes_.get();
-        for (; byte != endOfData && byte != '\n' && byte != '\r'; byte = bytes_.get()) record.append(byte);
+        for (; byte != ByteReader::endOfData && byte != '\n' && byte != '\r'; byte = bytes_.get()) record.append(byte);
         if (byte == '\r' && bytes_.peek() == '\n') bytes_.get();
     } while (record.bytes.find_first_not_of(" \t") == record.bytes.npos);
     return true;

@@ -15,7 +15,7 @@
 namespace velmor {
 namespace {
 
-constexpr std::u16string_view marker = Module1::mergePageBreakMarker;
+constexpr std::u16string_view breakMarker = Module1::mergePageBreakMarker;
 
 // One joined document, and its page. Of each word the first occurrence counts.
 class JoinedDocument {
@@ -204,11 +204,11 @@ private:
 
 // No section can begin in a table row: a marker there ends a paragraph only.
 void MergeBreaks::read() {
-    if (RtfSearch(text_).find(marker, 0) == nowhere) return;
+    if (RtfSearch(text_).find(breakMarker, 0) == nowhere) return;
     JoinedDocument document(text_, 0, 0, tolerant_);
     for (RtfReader reader(text_, 0, text_.size(), tolerant_); reader.next();) {
-        const std::size_t at = reader.position(), end = at + marker.size();
-        if (!standsAt(text_, at, marker)) {
+        const std::size_t at = reader.position(), end = at + breakMarker.size();
+        if (!standsAt(text_, at, breakMarker)) {
             document.take(reader);
         } else if (document.inRow()) {
             edits_.replaceApartVal(at, end, u"\\par");
@@ -238,7 +238,7 @@ void MergeBreaks::finish(const JoinedDocument& document) {
 }
 
 void MergeBreaks::replaceMarker(const JoinedDocument& document) {
-    const std::size_t at = marker_, after = at + marker.size();
+    const std::size_t at = marker_, after = at + breakMarker.size();
     const std::u16string page = document.page().words();
     joins_.push_back({at, after, document.holdsDocument(), document.hasFacingPages()});
     if (!tolerant_) return edits_.replaceApartVal(at, after, u"\\sect" + page);
