@@ -29,48 +29,11 @@ void appendPeer(benchmark::State& state, std::u16string_view text) {
     }
 }
 
-// ---- 20,000 ascending inserts and removes in 1.3 M characters
-
 std::u16string document(std::size_t length) {
     std::u16string text;
     while (text.size() < length) text.append(piece).append(u" and what follows it, \\b of course\\b0 ");
     text.resize(length);
     return text;
-}
-
-constexpr int edits = 20000;
-constexpr std::size_t editedLength = 1300000;
-constexpr std::int32_t stride = editedLength / edits;
-
-void editOurs(benchmark::State& state) {
-    const std::u16string text = document(editedLength);
-    for (auto _ : state) {
-        privStrCat builder;
-        builder.Append(text);
-        for (std::int32_t i = 0; i < edits; ++i) {
-            if (i % 2 == 0) {
-                builder.Insert(piece, i * stride + 1);
-            } else {
-                builder.Remove(i * stride + 1, static_cast<std::int32_t>(piece.size()));
-            }
-        }
-        benchmark::DoNotOptimize(builder.Length());
-    }
-}
-
-void editPeer(benchmark::State& state) {
-    const std::u16string text = document(editedLength);
-    for (auto _ : state) {
-        std::u16string builder = text;
-        for (std::size_t i = 0; i < edits; ++i) {
-            if (i % 2 == 0) {
-                builder.insert(i * stride, piece);
-            } else {
-                builder.erase(i * stride, piece.size());
-            }
-        }
-        benchmark::DoNotOptimize(builder.size());
-    }
 }
 
 // ---- Find. Half of our searches ignore case; the peer's are exact.
@@ -105,8 +68,6 @@ BENCHMARK_CAPTURE(appendOurs, one, u"x")->Name("append one unit/ours");
 BENCHMARK_CAPTURE(appendPeer, one, u"x")->Name("append one unit/peer");
 BENCHMARK_CAPTURE(appendOurs, twenty, piece)->Name("append 19 units/ours");
 BENCHMARK_CAPTURE(appendPeer, twenty, piece)->Name("append 19 units/peer");
-BENCHMARK(editOurs)->Name("ascending edits/ours")->Unit(benchmark::kMillisecond);
-BENCHMARK(editPeer)->Name("ascending edits/peer")->Unit(benchmark::kMillisecond)->Iterations(1);
 BENCHMARK(findOurs)->Name("find/ours")->Arg(1 << 16)->Arg(1 << 21);
 BENCHMARK(findPeer)->Name("find/peer")->Arg(1 << 16)->Arg(1 << 21);
 

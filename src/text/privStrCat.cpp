@@ -21,53 +21,51 @@ void unlessMemoryRunsOut(Step step) noexcept {
 
 }  // namespace
 
-privStrCat& privStrCat::operator=(privStrCat&& other) noexcept {
-    privStrCat taken(std::move(other));
-    swap(taken);
-    return *this;
-}
-
 void privStrCat::swap(privStrCat& other) noexcept {
-    std::swap(content_, other.content_);
-    std::swap(tail_, other.tail_);
+    std::swap(buffer_, other.buffer_);
+    std::swap(length_, other.length_);
     std::swap(capacity_, other.capacity_);
     std::swap(growthRate_, other.growthRate_);
 }
 
 // ---- The buffer
 
-std::size_t privStrCat::growthFor(std::size_t added) const {
+std::size_t privStrCat::grown(std::size_t capacity, std::size_t added) const {
     const std::size_t blanks = std::max(added, static_cast<std::size_t>(growthRate_));
-    if (added > maximumLength || capacity_ + blanks > maximumLength) throw std::bad_alloc();
-    return blanks;
+    if (added > maximumLength || capacity + blanks > maximumLength) throw std::bad_alloc();
+    return capacity + blanks;
+}
+
+// The content moves to the left. What the buffer had at its old end stays there.
+void privStrCat::eraseUnits(std::size_t index, std::size_t count) noexcept {
+    if (count == 0) return;
+    const auto place = buffer_.begin() + static_cast<std::ptrdiff_t>(index);
+    const auto end = buffer_.begin() + static_cast<std::ptrdiff_t>(length_);
+    std::copy(place + static_cast<std::ptrdiff_t>(count), end, place);
+    length_ -= count;
 }
 
 // Removes, then inserts: what the tail keeps of the one, it loses to the other. All or nothing.
 void privStrCat::replaceUnits(std::size_t index, std::size_t count, std::u16string_view text) {
-    const std::size_t blanks = text.empty() ? 0 : blanksFor(content_.size() - count, text.size());
-    tail_.keepLast(content_, count);
-    try {
-        content_.replace(index, count, text);
-    } catch (const std::bad_alloc&) {
-        tail_.drop(count);
-        throw;
-    }
-    capacity_ += blanks;
-    tail_.drop(text.size());
+    const std::size_t kept = length_ - count;
+    const std::size_t capacity = text.empty() ? capacity_ : capacityFor(capacity_, kept, text.size());
+    const std::u16string inserted(text);  // it may be part of what moves
+    buffer_.reserve(kept + inserted.size());
+    eraseUnits(index, count);
+    buffer_.erase(kept, inserted.size());
+    buffer_.insert(index, inserted);
+    length_ = kept + inserted.size();
+    capacity_ = capacity;
 }
 
 void privStrCat::release() noexcept {
-    content_ = GapText();
-    tail_.clear();
-    capacity_ = 0;
+    buffer_ = {};
+    length_ = capacity_ = 0;
 }
 
 std::u16string privStrCat::bufferCopy(std::size_t index, std::size_t count) const {
-    const auto [left, right] = content_.range(index, std::min(count, content_.size() - index));
-    std::u16string text;
-    text.reserve(count);
-    text.append(left).append(right);
-    tail_.appendTo(text, count - text.size());
+    std::u16string text = buffer_.substr(index, count);
+    text.resize(count, u' ');
     return text;
 }
 
@@ -76,13 +74,11 @@ std::u16string privStrCat::part(std::int32_t start, std::int32_t count) const {
 }
 
 std::u16string privStrCat::spareTail() const {
-    return bufferCopy(content_.size(), capacity_ - content_.size());
+    return bufferCopy(length_, capacity_ - length_);
 }
 
-void privStrCat::exchangeUnits(char16_t before, char16_t after) {
-    std::u16string text(contiguous());
-    std::replace(text.begin(), text.end(), before, after);
-    content_.adopt(std::move(text));
+void privStrCat::exchangeUnits(char16_t before, char16_t after) noexcept {
+    std::replace(buffer_.begin(), buffer_.begin() + static_cast<std::ptrdiff_t>(length_), before, after);
 }
 
 // ---- Building
@@ -92,13 +88,14 @@ void privStrCat::Append(std::u16string_view psString) noexcept {
 }
 
 void privStrCat::AppendVal(std::u16string psString) noexcept {
-    if (content_.size() != 0 || psString.empty()) return Append(psString);
+    if (length_ != 0) return Append(psString);
     unlessMemoryRunsOut([&] {
         const std::size_t added = psString.size();
-        const std::size_t blanks = blanksFor(0, added);
-        content_.adopt(std::move(psString));
-        capacity_ += blanks;
-        tail_.drop(added);
+        const std::size_t capacity = capacityFor(capacity_, 0, added);
+        if (buffer_.size() > added) psString.append(buffer_, added);
+        buffer_ = std::move(psString);
+        length_ = added;
+        capacity_ = capacity;
     });
 }
 
@@ -124,7 +121,7 @@ void privStrCat::SurroundVal(const std::u16string& psPrepend, const std::u16stri
 }
 
 void privStrCat::ReturnStr(std::u16string& psReturn) const noexcept {
-    unlessMemoryRunsOut([&] { psReturn = bufferCopy(0, content_.size()); });
+    unlessMemoryRunsOut([&] { psReturn = contiguous(); });
 }
 
 std::u16string privStrCat::ReturnVal() const noexcept {
@@ -136,12 +133,12 @@ std::u16string privStrCat::ReturnVal() const noexcept {
 void privStrCat::DumpStr(std::u16string& psReturn) noexcept {
     unlessMemoryRunsOut([&] {
         if (isLarge()) {
-            psReturn = content_.release();
+            buffer_.resize(length_);
+            psReturn = std::move(buffer_);
             release();
         } else {
-            std::u16string text = bufferCopy(0, content_.size());
-            eraseUnits(0, content_.size());
-            psReturn = std::move(text);
+            psReturn = contiguous();
+            length_ = 0;
         }
     });
 }
@@ -152,12 +149,9 @@ std::u16string privStrCat::DumpVal() noexcept {
     return text;
 }
 
-void privStrCat::Reset() {
-    if (isLarge()) {
-        release();
-    } else {
-        reportingErrors([&] { eraseUnits(0, content_.size()); });
-    }
+void privStrCat::Reset() noexcept {
+    if (isLarge()) release();
+    length_ = 0;
 }
 
 void privStrCat::GrowthRate(std::int32_t plGrowthRate) noexcept {

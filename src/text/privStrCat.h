@@ -6,9 +6,7 @@
 #include <string_view>
 
 #include "text/Compare.h"
-#include "text/GapText.h"
 #include "text/ResultSource.h"
-#include "text/SpareTail.h"
 
 namespace velmor {
 
@@ -25,18 +23,19 @@ namespace velmor {
 // limit of 2^30 - 1 units is exhausted; the builder is then unchanged. Arguments may be part of the
 // builder itself.
 //
-// Cost: appending is amortised O(1). Editing costs the distance from the previous edit, so a sweep
-// from left to right is linear. Searching copies nothing of the document.
+// Cost: appending is amortised O(1), a search or Replace linear. Any other edit costs what follows its place, so many
+// edits of one text belong in one sweep (rtf/edit/TextEdits.h).
 class privStrCat {
 public:
     static constexpr std::size_t maximumLength = (std::size_t{1} << 30) - 1;
 
     privStrCat() noexcept = default;
-    privStrCat(const privStrCat& other)
-        : content_(other.content_), tail_(other.tail_), capacity_(other.capacity_), growthRate_(other.growthRate_) {}
-    privStrCat& operator=(const privStrCat& other) { return *this = privStrCat(other); }
+    privStrCat(const privStrCat& other) = default;
     privStrCat(privStrCat&& other) noexcept { swap(other); }
-    privStrCat& operator=(privStrCat&& other) noexcept;
+    privStrCat& operator=(privStrCat other) noexcept {
+        swap(other);
+        return *this;
+    }
     ~privStrCat() = default;
     void swap(privStrCat& other) noexcept;
 
@@ -58,13 +57,13 @@ public:
     std::u16string DumpVal() noexcept;
     // Empties the content. A buffer of more than 5000 bytes (2500 units) is released; a smaller one
     // is kept, and the content becomes part of the spare tail.
-    void Reset();
+    void Reset() noexcept;
 
     std::int32_t GrowthRate() const noexcept { return growthRate_; }
     // Clamped to 255..16392.
     void GrowthRate(std::int32_t plGrowthRate) noexcept;
     std::int32_t BufferLength() const noexcept { return static_cast<std::int32_t>(capacity_); }
-    std::int32_t Length() const noexcept { return static_cast<std::int32_t>(content_.size()); }
+    std::int32_t Length() const noexcept { return static_cast<std::int32_t>(length_); }
 
     // ---- Searching.
 
@@ -157,26 +156,27 @@ public:
 
     // Append, which raises std::bad_alloc.
     void add(std::u16string_view text) {
-        const std::size_t blanks = blanksFor(content_.size(), text.size());
-        content_.append(text);
-        capacity_ += blanks;
-        tail_.drop(text.size());
+        const std::size_t capacity = capacityFor(capacity_, length_, text.size());
+        buffer_.replace(length_, text.size(), text);
+        length_ += text.size();
+        capacity_ = capacity;
     }
     // Memory for a content of that length; the buffer does not grow. Raises std::bad_alloc.
-    void reserve(std::size_t length) { content_.reserve(length); }
+    void reserve(std::size_t length) { buffer_.reserve(length); }
     // Removes what follows the first `length` units, which must be there. The tail does not keep it.
-    void truncate(std::size_t length) { content_.truncate(length); }
+    void truncate(std::size_t length) {
+        buffer_.erase(length, length_ - length);
+        length_ = length;
+    }
+    // Every unit `before` becomes `after`.
+    void exchangeUnits(char16_t before, char16_t after) noexcept;
 
-    // Every unit `before` becomes `after`. Raises std::bad_alloc.
-    void exchangeUnits(char16_t before, char16_t after);
-
-    // The content in one piece, until the next change. After an edit it costs what follows the place of that
-    // edit, so do not call it between the edits of a sweep. Raises std::bad_alloc.
-    std::u16string_view contiguous() const { return content_.contiguous(); }
+    // The content, until the next change.
+    std::u16string_view contiguous() const noexcept { return {buffer_.data(), length_}; }
     // The unit at a position; U+0000 outside the content.
     char16_t unitAt(std::int32_t position) const noexcept {
         const std::size_t index = static_cast<std::size_t>(position) - 1;
-        return index < content_.size() ? content_[index] : u'\0';
+        return index < length_ ? buffer_[index] : u'\0';
     }
     // A copy of the spare tail.
     std::u16string spareTail() const;
@@ -184,30 +184,30 @@ public:
 private:
     static constexpr std::size_t keptBufferBytes = 5000;
 
-    // The blanks by which the buffer grows for `added` characters; 0 when they fit.
-    std::size_t blanksFor(std::size_t lengthBefore, std::size_t added) const {
-        return added <= capacity_ - lengthBefore ? 0 : growthFor(added);
+    // The capacity that holds `added` characters after the first `length`. Raises std::bad_alloc beyond the limit.
+    std::size_t capacityFor(std::size_t capacity, std::size_t length, std::size_t added) const {
+        return added <= capacity - length ? capacity : grown(capacity, added);
     }
-    std::size_t growthFor(std::size_t added) const;
+    std::size_t grown(std::size_t capacity, std::size_t added) const;
     void replaceUnits(std::size_t index, std::size_t count, std::u16string_view text);
-    void eraseUnits(std::size_t index, std::size_t count) { replaceUnits(index, count, {}); }
+    void eraseUnits(std::size_t index, std::size_t count) noexcept;
     bool isLarge() const noexcept { return capacity_ * sizeof(char16_t) > keptBufferBytes; }
     void release() noexcept;
 
     // 0-based; npos if absent.
     std::size_t findFrom(std::u16string_view sought, std::size_t start, Comparison comparison) const;
-    std::size_t findAcross(std::u16string_view sought, std::size_t start, std::size_t end, Comparison comparison) const;
-    // Of content and tail; index <= content_.size().
+    // Of content and tail; index <= length_.
     std::u16string bufferCopy(std::size_t index, std::size_t count) const;
     std::u16string part(std::int32_t start, std::int32_t count) const;  // its copy from a position
-    std::int32_t replaceAll(const std::u16string& sought, const std::u16string& replacement, std::int32_t start,
-                            std::int32_t limit, bool binary);
+    std::int32_t replaceAll(std::u16string_view sought, std::u16string_view replacement, std::size_t from,
+                            std::int32_t limit, Comparison comparison);
+    void takeSwept(std::u16string& swept, std::size_t removed, std::int32_t hits);
     std::int32_t rangeCount(std::int32_t plStart, std::int32_t plLength) const;
     void modifyCase(std::int32_t plStart, std::int32_t plLength, std::u16string (*map)(std::u16string_view));
 
-    mutable GapText content_;  // closing the gap changes no text
-    SpareTail tail_;
-    std::size_t capacity_ = 0;  // content_.size() + tail_.size() <= capacity_ <= maximumLength; the rest is blank
+    std::u16string buffer_;     // the content, then what the spare tail has kept; the rest of the tail is blank
+    std::size_t length_ = 0;    // of the content
+    std::size_t capacity_ = 0;  // buffer_.size() <= capacity_ <= maximumLength
     std::int32_t growthRate_ = 512;
 };
 

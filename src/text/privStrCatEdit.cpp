@@ -34,7 +34,7 @@ std::int32_t privStrCat::Remove(std::int32_t plPosition, std::int32_t plLength) 
     if (position > Length()) return 0;
     const bool toTheEnd = sum(position, plLength) > Length() + 1;
     const std::int32_t count = std::max(toTheEnd ? Length() - position + 1 : plLength, 0);
-    reportingErrors([&] { eraseUnits(toIndex(position), toSize(count)); });
+    eraseUnits(toIndex(position), toSize(count));
     return count;
 }
 
@@ -48,41 +48,51 @@ std::int32_t privStrCat::Replace(std::u16string_view psFind, std::u16string_view
                                  std::int32_t& plCount, bool pbBinaryCompare) {
     const std::int32_t first = plStart;
     plStart = 0;
-    if (psFind.empty()) return 0;
-    return reportingErrors([&] {
-        // Copies, for they may be part of what changes.
-        return replaceAll(std::u16string(psFind), std::u16string(psReplace), first, plCount, pbBinaryCompare);
-    });
+    if (psFind.empty() || first < 1 || first > Length()) return 0;
+    const Comparison comparison = pbBinaryCompare ? Comparison::binary : Comparison::text;
+    return reportingErrors([&] { return replaceAll(psFind, psReplace, toIndex(first), plCount, comparison); });
 }
 
-std::int32_t privStrCat::replaceAll(const std::u16string& sought, const std::u16string& replacement, std::int32_t start,
-                                    std::int32_t limit, bool binary) {
-    const std::size_t shared = std::min(sought.size(), replacement.size());
-    std::int32_t count = 0;
-    while (start > 0) {
-        const std::int32_t hit = Find(sought, start, binary);
-        if (hit == 0 || toSize(hit) + sought.size() >= content_.size()) break;
-        if (sought.size() < replacement.size()) {
-            replaceUnits(toIndex(hit), sought.size(), replacement);
-            ++count;
-            if (limit >= 0 && count >= limit) break;
-        } else {
-            content_.replace(toIndex(hit), replacement.size(), replacement);
-            eraseUnits(toIndex(hit) + shared, sought.size() - shared);
-        }
-        start = hit + static_cast<std::int32_t>(replacement.size());
+std::int32_t privStrCat::replaceAll(std::u16string_view sought, std::u16string_view replacement, std::size_t from,
+                                    std::int32_t limit, Comparison comparison) {
+    const std::u16string_view text = contiguous();
+    const bool grows = replacement.size() > sought.size();
+    std::u16string swept(text.substr(0, from));
+    std::size_t capacity = capacity_;
+    std::int32_t hits = 0;
+    while (!grows || limit < 0 || hits == 0 || hits < limit) {
+        const std::size_t hit = findText(text, sought, from, comparison);
+        if (hit == text.npos || hit + sought.size() + 1 >= text.size()) break;
+        swept.append(text, from, hit - from);
+        from = hit + sought.size();
+        if (grows) capacity = capacityFor(capacity, swept.size() + text.size() - from, replacement.size());
+        swept.append(replacement);
+        ++hits;
     }
-    return count;
+    takeSwept(swept.append(text, from), grows ? 0 : sought.size() - replacement.size(), hits);
+    capacity_ = capacity;
+    return grows ? hits : 0;
+}
+
+// Leaves the tail as one replacement after the other would. A longer text takes its room from the tail. With a shorter
+// one the content moves left by `removed` units, and the tail keeps the content's last units: the same each time, for
+// no hit reaches the end.
+void privStrCat::takeSwept(std::u16string& swept, std::size_t removed, std::int32_t hits) {
+    const std::size_t length = swept.size();
+    for (std::int32_t i = 0; i < hits; ++i) swept.append(contiguous().substr(length_ - removed));
+    swept.append(buffer_, std::min(std::max(length_, length), buffer_.size()));
+    buffer_ = std::move(swept);
+    length_ = length;
 }
 
 void privStrCat::ModifyMidStr(std::int32_t plPosition, std::u16string_view psString) {
     const std::int64_t end = std::int64_t{plPosition} + static_cast<std::int64_t>(psString.size());
     if (checked(end) < Length()) {
         requireArgument(plPosition >= 1);
-        reportingErrors([&] { content_.replace(toIndex(plPosition), psString.size(), psString); });
+        buffer_.replace(toIndex(plPosition), psString.size(), psString);
     } else if (plPosition > 0 && plPosition < Length()) {
         const std::size_t index = toIndex(plPosition);
-        const std::size_t count = std::min(psString.size(), content_.size() - index);
+        const std::size_t count = std::min(psString.size(), length_ - index);
         reportingErrors([&] { replaceUnits(index, count, psString); });
     }
 }
@@ -96,14 +106,14 @@ std::u16string_view withoutBlanksBefore(std::u16string_view text) {
     return text;
 }
 
-std::u16string_view withoutBlanksBehind(std::u16string_view text) {
+std::u16string_view withoutBlanksAfter(std::u16string_view text) {
     return text.substr(0, text.find_last_not_of(u' ') + 1);
 }
 
 }  // namespace
 
 std::u16string privStrCat::TrimStr() const {
-    return reportingErrors([&] { return std::u16string(withoutBlanksBehind(withoutBlanksBefore(contiguous()))); });
+    return reportingErrors([&] { return std::u16string(withoutBlanksAfter(withoutBlanksBefore(contiguous()))); });
 }
 
 std::u16string privStrCat::TrimLeftStr() const {
@@ -111,21 +121,17 @@ std::u16string privStrCat::TrimLeftStr() const {
 }
 
 std::u16string privStrCat::TrimRightStr() const {
-    return reportingErrors([&] { return std::u16string(withoutBlanksBehind(contiguous())); });
+    return reportingErrors([&] { return std::u16string(withoutBlanksAfter(contiguous())); });
 }
 
 void privStrCat::ModifyTrimLeftStr(std::u16string_view psTrimCharacters) {
-    reportingErrors([&] {
-        const std::size_t kept = contiguous().find_first_not_of(psTrimCharacters);
-        if (kept != std::u16string_view::npos) eraseUnits(0, kept);
-    });
+    const std::size_t kept = contiguous().find_first_not_of(psTrimCharacters);
+    if (kept != std::u16string_view::npos) eraseUnits(0, kept);
 }
 
 void privStrCat::ModifyTrimRightStr(std::u16string_view psTrimCharacters) {
-    reportingErrors([&] {
-        const std::size_t kept = contiguous().find_last_not_of(psTrimCharacters) + 1;  // 0 when there is none
-        eraseUnits(kept, content_.size() - kept);
-    });
+    const std::size_t kept = contiguous().find_last_not_of(psTrimCharacters) + 1;  // 0 when there is none
+    eraseUnits(kept, length_ - kept);
 }
 
 void privStrCat::ModifyTrimStr(std::u16string_view psTrimCharacters) {
@@ -141,13 +147,9 @@ void privStrCat::ModifyTrimStr(std::u16string_view psTrimCharacters) {
 void privStrCat::modifyCase(std::int32_t plStart, std::int32_t plLength, std::u16string (*map)(std::u16string_view)) {
     const std::int32_t count = rangeCount(plStart, plLength);
     if (count == 0) return;
-    reportingErrors([&] {
-        const std::u16string changed = map(part(plStart, count));
-        SpareTail tail = tail_;
-        if (count == Length()) tail.map(map);
-        content_.replace(toIndex(plStart), toSize(count), changed);
-        tail_ = std::move(tail);
-    });
+    const std::size_t index = toIndex(plStart);
+    const std::size_t size = count == Length() ? buffer_.size() : toSize(count);
+    reportingErrors([&] { buffer_.replace(index, size, map(std::u16string_view(buffer_).substr(index, size))); });
 }
 
 void privStrCat::ModifyUCaseStr(std::int32_t plStart, std::int32_t plLength) {

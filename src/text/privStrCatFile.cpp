@@ -22,7 +22,7 @@ std::filesystem::path toPath(std::u16string_view name) {
 }
 
 // The file's text, or nothing when it cannot be read as a whole or held.
-std::optional<std::u16string> readFile(std::u16string_view name) {
+std::optional<std::u16string> readFile(std::u16string_view name) noexcept try {
     if (name.find(u'\0') != name.npos) return std::nullopt;
     std::ifstream file(toPath(name), std::ios::binary);
     std::string bytes;
@@ -34,30 +34,23 @@ std::optional<std::u16string> readFile(std::u16string_view name) {
     }
     if (file.bad() || !file.eof()) return std::nullopt;
     return fromAnsi(bytes);
-}
-
-std::optional<std::u16string> readFileOrNothing(std::u16string_view name) noexcept {
-    try {
-        return readFile(name);
-    } catch (const std::exception&) {
-        return std::nullopt;
-    }
+} catch (const std::exception&) {
+    return std::nullopt;
 }
 
 }  // namespace
 
 std::int32_t privStrCat::LoadFromFile(std::u16string_view psFileName) noexcept {
-    if (std::optional<std::u16string> text = readFileOrNothing(psFileName)) {
-        content_.adopt(std::move(*text));
-        tail_.clear();
-        capacity_ = content_.size();
+    if (std::optional<std::u16string> text = readFile(psFileName)) {
+        buffer_ = std::move(*text);
+        length_ = capacity_ = buffer_.size();
     }
     return Length();
 }
 
 std::int32_t privStrCat::LoadFromFileAppend(std::u16string_view psFileName) noexcept {
     const std::int32_t before = Length();
-    if (std::optional<std::u16string> text = readFileOrNothing(psFileName)) AppendVal(std::move(*text));
+    if (std::optional<std::u16string> text = readFile(psFileName)) AppendVal(std::move(*text));
     return Length() - before;
 }
 

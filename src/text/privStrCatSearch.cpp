@@ -22,33 +22,14 @@ std::int32_t toPosition(std::size_t index) noexcept {
 
 }  // namespace
 
-// The first hit that begins in [start, end), read across the seams of the content's parts and the
-// spare tail. Copies twice the sought text's length at the most.
-std::size_t privStrCat::findAcross(std::u16string_view sought, std::size_t start, std::size_t end,
-                                   Comparison comparison) const {
-    if (start >= end) return notFound;
-    const std::size_t reach = std::min(end - 1 + sought.size(), capacity_);
-    const std::u16string seam = bufferCopy(start, reach - start);
-    const std::size_t hit = findText(seam, sought, 0, comparison);
-    return hit == notFound ? notFound : start + hit;
-}
-
+// A hit in the content, else one that begins there and continues in the spare tail.
 std::size_t privStrCat::findFrom(std::u16string_view sought, std::size_t start, Comparison comparison) const {
-    const std::size_t overlap = sought.size() - 1;
-    const std::u16string_view first = content_.first(), second = content_.second();
-    const std::size_t split = first.size();
-    if (start < split) {
-        const std::size_t hit = findText(first, sought, start, comparison);
-        if (hit != notFound) return hit;
-        const std::size_t seam =
-            findAcross(sought, std::max(start, split - std::min(split, overlap)), split, comparison);
-        if (seam != notFound) return seam;
-        start = split;
-    }
-    const std::size_t hit = findText(second, sought, start - split, comparison);
-    if (hit != notFound) return split + hit;
-    const std::size_t length = content_.size();
-    return findAcross(sought, std::max(start, length - std::min(length, overlap)), length, comparison);
+    const std::size_t hit = findText(contiguous(), sought, start, comparison);
+    if (hit != notFound) return hit;
+    const std::size_t last = std::max(start, length_ - std::min(length_, sought.size() - 1));
+    const std::u16string seam = bufferCopy(last, std::min(length_ - 1 + sought.size(), capacity_) - last);
+    const std::size_t found = findText(seam, sought, 0, comparison);
+    return found == notFound ? notFound : last + found;
 }
 
 std::int32_t privStrCat::Find(std::u16string_view psFind, std::int32_t plStart, bool pbBinaryCompare) const {
@@ -64,18 +45,7 @@ std::int32_t privStrCat::FindReverse(std::u16string_view psFind, std::int32_t pl
     const std::int32_t start = plStart == -1 ? Length() : std::min(plStart, Length());
     if (start < 1) return 0;
     if (psFind.empty()) return start;
-    const Comparison comparison = comparisonOf(pbBinaryCompare);
-    const std::size_t overlap = psFind.size() - 1;
-    const auto [first, second] = content_.range(0, toSize(start));
-    const std::size_t split = first.size();
-    std::size_t hit = findTextReverse(second, psFind, comparison);
-    if (hit != notFound) return toPosition(split + hit);
-    const std::size_t seamStart = split - std::min(split, overlap);
-    const std::size_t seamEnd = split + std::min(second.size(), overlap);
-    const std::u16string seam = reportingErrors([&] { return bufferCopy(seamStart, seamEnd - seamStart); });
-    hit = findTextReverse(seam, psFind, comparison);
-    if (hit != notFound) return toPosition(seamStart + hit);
-    return toPosition(findTextReverse(first, psFind, comparison));
+    return toPosition(findTextReverse(contiguous().substr(0, toSize(start)), psFind, comparisonOf(pbBinaryCompare)));
 }
 
 std::int32_t privStrCat::FindContains(std::u16string_view psContains, std::int32_t plStart,
@@ -88,38 +58,30 @@ std::int32_t privStrCat::FindContains(std::u16string_view psContains, std::int32
         };
         return std::any_of(psContains.begin(), psContains.end(), equals);
     };
-    std::int32_t position = plStart;
-    for (const std::u16string_view part : content_.range(toIndex(plStart), content_.size() - toIndex(plStart))) {
-        for (const char16_t unit : part) {
-            if (isSought(unit)) return position;
-            ++position;
-        }
-    }
-    return 0;
+    const std::u16string_view text = contiguous();
+    const auto hit = std::find_if(text.begin() + plStart - 1, text.end(), isSought);
+    return hit == text.end() ? 0 : static_cast<std::int32_t>(hit - text.begin()) + 1;
 }
 
 std::int32_t privStrCat::FindCount(std::u16string_view psFind, std::int32_t plStartPosition, std::int32_t plEndPosition,
                                    bool pbBinaryCompare, bool pbIsRTFtag) const {
     const std::int32_t end = plEndPosition == 0 ? Length() : plEndPosition;
-    const std::u16string sought = reportingErrors([&] { return std::u16string(psFind); });  // before the gap moves
-    EscapeScan escapes(reportingErrors([&] { return pbIsRTFtag ? contiguous() : std::u16string_view(); }));
+    EscapeScan escapes(contiguous());
     std::int32_t count = 0;
-    std::int32_t hit = Find(sought, plStartPosition, pbBinaryCompare);
+    std::int32_t hit = Find(psFind, plStartPosition, pbBinaryCompare);
     while (hit != 0 && hit <= end) {
         if (!pbIsRTFtag || !escapes.isEscaped(toIndex(hit))) ++count;
-        hit = Find(sought, hit + 1, pbBinaryCompare);
+        hit = Find(psFind, hit + 1, pbBinaryCompare);
     }
     return count;
 }
 
 std::int32_t privStrCat::WordCount() const noexcept {
     if (BufferLength() == 0) return 0;
-    const std::size_t units = content_.size() == 0 ? 1 : (content_.size() + 1) / 2;
-    std::u16string after;
-    tail_.appendTo(after, std::min<std::size_t>(2, capacity_ - content_.size()));
-    after.resize(2);  // U+0000 where nothing is: not a word character
-    const auto bufferUnit = [&](std::size_t index) {
-        return index < content_.size() ? content_[index] : after[index - content_.size()];
+    const std::size_t units = length_ == 0 ? 1 : (length_ + 1) / 2;
+    const auto bufferUnit = [&](std::size_t index) {  // U+0000 beyond the buffer: not a word character
+        if (index < buffer_.size()) return buffer_[index];
+        return index < capacity_ ? u' ' : u'\0';
     };
     std::int32_t words = 0;
     bool inWord = false;
@@ -147,18 +109,13 @@ void privStrCat::FindBraceGroupEnd(std::int32_t plStart, std::u16string_view psF
     if (plGroupStart == 0) return;
     const std::int32_t limit = std::clamp(plLimit == 0 ? Length() : plLimit, plGroupStart, Length());
     std::int32_t depth = 1;
-    std::int32_t position = plGroupStart;
-    char16_t before = unitAt(position);
-    for (const std::u16string_view part : content_.range(toSize(position), toSize(limit - position))) {
-        for (const char16_t unit : part) {
-            ++position;
-            const bool counts = before != u'\\';
-            before = unit;
-            if (counts && unit == u'{') ++depth;
-            if (counts && unit == u'}' && --depth == 0) {
-                plGroupEnd = position;
-                return;
-            }
+    for (std::int32_t position = plGroupStart + 1; position <= limit; ++position) {
+        const char16_t unit = unitAt(position);
+        if ((unit != u'{' && unit != u'}') || unitAt(position - 1) == u'\\') continue;
+        depth += unit == u'{' ? 1 : -1;
+        if (depth == 0) {
+            plGroupEnd = position;
+            return;
         }
     }
 }
@@ -173,7 +130,7 @@ void privStrCat::FindBraceGroupStart(std::int32_t plPosition, std::int32_t& plGr
     if (unitAt(plPosition) != u'}') return;
     std::size_t depth = 0;
     for (std::size_t index = toSize(plPosition); index-- > 0;) {
-        const char16_t unit = content_[index];
+        const char16_t unit = buffer_[index];
         if (unit == u'}') ++depth;
         if (unit == u'{' && --depth == 0) {
             plGroupStart = toPosition(index);
