@@ -16,7 +16,7 @@ namespace velmor {
 using automation::Variant;
 
 platform::Services& api::machine() {
-    static auto* const instance = new platform::SystemServices({{}, {}, {}, true});
+    static auto* const instance = new platform::SystemServices({{}, {}, true});
     return instance->services();
 }
 

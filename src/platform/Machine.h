@@ -17,13 +17,13 @@ std::unique_ptr<Registry> machineRegistry();
 std::unique_ptr<Files> machineFiles();
 automation::Date localTime();
 std::unique_ptr<Folders> machineFolders(std::u16string componentFolder);
-// Creates classes of the machine, whose names pass isClassName. On Linux libraries that the registry names by a
+// Creates classes of the machine. On Linux libraries that the registry names by a
 // relative path, or that were moved, are searched in `folders`, in this order. For any thread.
 std::unique_ptr<Objects> machineObjects(const Registry& registry, std::vector<std::u16string> folders);
 std::unique_ptr<Pictures> machinePictures(Files& files);
 
-// A name that may be a registered class name: not empty, no braced identifier, no moniker, no path.
-bool isClassName(std::u16string_view className);
+// Raises 429 for what cannot be a registered class name: the empty text, a braced identifier, a moniker, a path.
+void requireClassName(std::u16string_view className);
 // Error 429 that names the class and the reason.
 [[noreturn]] void raiseCannotCreate(std::u16string_view className, std::u16string_view reason);
 

@@ -53,7 +53,7 @@ public:
     // Replaces the file whole or not at all (a temporary file beside it, then a rename); a
     // read-only file (Linux: one that the caller or nobody may write to) is not replaced.
     virtual bool write(std::u16string_view path, std::string_view bytes) = 0;
-    // The same for bytes that are not held as a whole; null on failure. (Files that have no better way hold them.)
+    // The same for bytes that are not held as a whole; null on failure, and for files that cannot be written so.
     virtual std::unique_ptr<FileWriter> writer(std::u16string_view path);
     // Makes an empty file in one step; false when there is one of that name, or on failure.
     virtual bool create(std::u16string_view path) { return !exists(path) && write(path, {}); }

@@ -1,15 +1,12 @@
 #include "platform/SystemServices.h"
 
 #include <chrono>
-#include <mutex>
-#include <unordered_map>
 #include <utility>
 
 #include "platform/Cryptography.h"
 #include "platform/GuidText.h"
 #include "platform/Machine.h"
 #include "platform/RegistryFile.h"
-#include "text/Compare.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
 
@@ -35,62 +32,6 @@ public:
     }
 };
 
-// The classes of registerClass by their names in lower case. Filled at start, read from any apartment.
-struct ClassTable {
-    std::mutex mutex;
-    std::unordered_map<std::u16string, ObjectFactory> factories;
-};
-ClassTable& classTable() {
-    static ClassTable* const instance = new ClassTable;  // outlives all users at the end of the program
-    return *instance;
-}
-
-class SystemObjects : public Objects {
-public:
-    explicit SystemObjects(std::unique_ptr<Objects> machine) : machine_(std::move(machine)) {}
-
-    automation::ObjectRef create(std::u16string_view className) override {
-        if (const ObjectFactory factory = factoryOf(className)) return make(className, factory);
-        if (!isClassName(className)) raiseCannotCreate(className, u"it is no class name");
-        return machine_->create(className);
-    }
-
-private:
-    static ObjectFactory factoryOf(std::u16string_view className) {
-        const std::scoped_lock lock(classTable().mutex);
-        const auto place = classTable().factories.find(lowerCase(className));
-        return place == classTable().factories.end() ? nullptr : place->second;
-    }
-    static automation::ObjectRef make(std::u16string_view className, const ObjectFactory& factory) {
-        automation::ObjectRef object;
-        try {
-            object = factory();
-        } catch (const std::exception& error) {
-            raiseCannotCreate(className, fromUtf8(error.what()));
-        }
-        if (!object) raiseCannotCreate(className, u"its factory made none");
-        return object;
-    }
-
-    std::unique_ptr<Objects> machine_;
-};
-
-class HoldingWriter final : public FileWriter {
-public:
-    HoldingWriter(Files& files, std::u16string_view path) : files_(files), path_(path) {}
-
-    bool write(std::string_view bytes) override {
-        bytes_ += bytes;
-        return true;
-    }
-    bool finish() override { return files_.write(path_, bytes_); }
-
-private:
-    Files& files_;
-    const std::u16string path_;
-    std::string bytes_;
-};
-
 std::u16string folderOf(const std::u16string& path) {
     const std::size_t separator = path.find_last_of(u"/\\");
     if (separator == path.npos) return u".";
@@ -99,8 +40,8 @@ std::u16string folderOf(const std::u16string& path) {
 
 }  // namespace
 
-std::unique_ptr<FileWriter> Files::writer(std::u16string_view path) {
-    return std::make_unique<HoldingWriter>(*this, path);
+std::unique_ptr<FileWriter> Files::writer(std::u16string_view) {
+    return nullptr;
 }
 
 struct SystemServices::Parts {
@@ -108,7 +49,7 @@ struct SystemServices::Parts {
         : registryFile(options.registryFile.empty() && !options.registryOnlyIfNamed ? usualRegistryFile(*files)
                                                                                     : options.registryFile),
           registry(loadRegistry(options)),
-          folders(machineFolders(options.componentFolder.empty() ? folderOf(ownFile()) : options.componentFolder)),
+          folders(machineFolders(folderOf(ownFile()))),
           objects(machineObjects(*registry, libraryFolders(options))) {}
 
     std::unique_ptr<Registry> loadRegistry(const SystemOptions& options) {
@@ -139,10 +80,10 @@ struct SystemServices::Parts {
     std::unique_ptr<Registry> registry;
     SystemClock clock;
     std::unique_ptr<Folders> folders;
-    SystemObjects objects;
+    std::unique_ptr<Objects> objects;
     std::unique_ptr<Pictures> pictures = machinePictures(*files);
     SystemGuids guids;
-    Services services{*registry, *files, clock, *folders, objects, *pictures, guids};
+    Services services{*registry, *files, clock, *folders, *objects, *pictures, guids};
 };
 
 SystemServices::SystemServices(const SystemOptions& options) : parts_(std::make_unique<Parts>(options)) {}
@@ -156,13 +97,9 @@ const std::vector<std::u16string>& SystemServices::warnings() const {
     return parts_->warnings;
 }
 
-void registerClass(std::u16string_view className, ObjectFactory factory) {
-    const std::scoped_lock lock(classTable().mutex);
-    classTable().factories[lowerCase(className)] = std::move(factory);
-}
-
-bool isClassName(std::u16string_view className) {
-    return !className.empty() && className.find_first_of(std::u16string_view(u"{}\\/:!\0", 7)) == className.npos;
+void requireClassName(std::u16string_view className) {
+    const bool isName = className.find_first_of(std::u16string_view(u"{}\\/:!\0", 7)) == className.npos;
+    if (className.empty() || !isName) raiseCannotCreate(className, u"it is no class name");
 }
 
 void raiseCannotCreate(std::u16string_view className, std::u16string_view reason) {

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "platform/Services.h"
@@ -18,8 +16,6 @@ struct SystemOptions {
     //   ~/.config/velmor/registry.reg) and /etc/velmor/registry.reg, else an empty registry.
     //   Windows: if it is absent, the machine's registry: the program's own view, then the other.
     std::u16string registryFile;
-    // Replaces the folder of the component's file (Folders::component).
-    std::u16string componentFolder;
     // Linux: folders in which libraries of native objects are searched, after the registry file's folder
     // and before the component's (see NativeObject.h).
     std::vector<std::u16string> handlerFolders;
@@ -57,11 +53,5 @@ std::string lastSystemError();
 
 // One for the whole program with the usual places, made by the first call and never destroyed.
 Services& systemServices();
-
-// Makes a class of this program creatable by name, for all SystemServices; it takes precedence over the
-// machine's class of that name. A null reference or an exception of the
-// factory becomes Error 429.
-using ObjectFactory = std::function<automation::ObjectRef()>;
-void registerClass(std::u16string_view className, ObjectFactory factory);
 
 }  // namespace velmor::platform

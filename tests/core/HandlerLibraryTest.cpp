@@ -30,7 +30,7 @@ protected:
 
     // The text of a tag of the handler and the entries of the error log.
     std::string evaluate(const std::string& tag) {
-        platform::SystemServices machine({file_.u16string(), {}, {}, false});
+        platform::SystemServices machine({file_.u16string(), {}, false});
         const auto template_ = std::make_shared<kvTag>(machine.services());
         template_->Properties().own()->Build(u"Text=\"a\":Amount=2.5$:Day=#5 Mar 2004 12:00:00 PM#:Deep=\"d\":");
         template_->Properties().own()->AddBoolean(u"Sure", true, true);

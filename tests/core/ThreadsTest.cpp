@@ -53,7 +53,7 @@ struct Template {
 };
 
 TEST_F(Threads, WorkAtTheSameTimeWithTheirOwnObjects) {
-    platform::SystemServices machine({(folder_ / "registry.reg").u16string(), {}, {}, false});
+    platform::SystemServices machine({(folder_ / "registry.reg").u16string(), {}, false});
     std::array<std::u16string, threadCount> results;
     std::vector<std::thread> threads;
     for (int i = 0; i < threadCount; ++i) {

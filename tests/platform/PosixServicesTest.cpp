@@ -155,7 +155,7 @@ protected:
         fs::copy_file(VELMOR_TEST_NATIVE_LIBRARY, folder_ / "lib/libtest.so", fs::copy_options::skip_existing);
         put("lib/broken.so", "no library");
         put("registry.reg", "REGEDIT4\n" + registry);
-        return std::make_unique<SystemServices>(SystemOptions{path(u"registry.reg"), {}, {path(u"lib")}});
+        return std::make_unique<SystemServices>(SystemOptions{path(u"registry.reg"), {path(u"lib")}});
     }
     // The bytes of a library with the word size of another machine in its header.
     static std::string ofAnotherMachine(const char* library) {
@@ -257,16 +257,8 @@ TEST_F(NativeClasses, ReportWhyTheyCannotBeCreated) {
     }
 }
 
-TEST_F(NativeClasses, OfTheProgramTakePrecedence) {
-    registerClass(u"Test.Own", [] { return automation::ObjectRef(); });
-    registerClass(u"Test.Failing", []() -> automation::ObjectRef { throw Error(5, u"", u"not today"); });
-    const auto services = machine("");
-    EXPECT_NE(failure(*services, u"test.own").find("made none"), std::string::npos);
-    EXPECT_NE(failure(*services, u"Test.Failing").find("not today"), std::string::npos);
-}
-
 TEST_F(NativeClasses, NeedAReadableRegistryFile) {
-    EXPECT_THROW(SystemServices({path(u"none.reg"), {}, {}}), Error);
+    EXPECT_THROW(SystemServices({path(u"none.reg"), {}}), Error);
     EXPECT_EQ(machine("nonsense")->warnings().size(), 1U);
 }
 

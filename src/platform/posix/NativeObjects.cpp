@@ -57,6 +57,7 @@ public:
         : registry_(registry), folders_(std::move(folders)) {}
 
     automation::ObjectRef create(std::u16string_view className) override {
+        requireClassName(className);
         void* const library = libraryFor(className);
         if (void* const handlers = dlsym(library, VELMOR_HANDLER_ENTRY)) {
             return createHandler(*reinterpret_cast<VelmorHandlerEntry*>(handlers), className);

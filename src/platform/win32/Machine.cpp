@@ -76,6 +76,7 @@ std::u16string reasonOf(HRESULT failure, const CLSID& identifier) {
 class MachineObjects : public Objects {
 public:
     automation::ObjectRef create(std::u16string_view className) override {
+        requireClassName(className);
         CLSID identifier{};
         if (FAILED(CLSIDFromProgID(wide(className).c_str(), &identifier))) {
             raiseCannotCreate(className, u"the class is not registered");

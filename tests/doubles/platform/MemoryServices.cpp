@@ -119,7 +119,8 @@ void MemoryObjects::fail(std::u16string_view className) {
 }
 
 automation::ObjectRef MemoryObjects::create(std::u16string_view className) {
-    const auto place = isClassName(className) ? factories_.find(lowerCase(className)) : factories_.end();
+    requireClassName(className);
+    const auto place = factories_.find(lowerCase(className));
     automation::ObjectRef object = place == factories_.end() ? nullptr : place->second();
     if (!object) throw Error(429, u"Cannot create object \"" + std::u16string(className) + u"\"");
     created.emplace_back(className);
