@@ -27,43 +27,37 @@ std::unique_ptr<const RunRecord> recordToReplay(platform::Services& services, co
 // The services of an evaluation, and its tape if it is recorded or replayed.
 class EvalServices {
 public:
-    EvalServices(platform::Services& real, std::unique_ptr<Recorder> recorder, std::unique_ptr<Replayer> replayer)
-        : real_(real), recorder_(std::move(recorder)), replayer_(std::move(replayer)) {
-        if (Tape* const used = tape()) taped_.emplace(real, *used);
-        if (replayer_) replayer_->inside(&taped_->objects());
+    EvalServices(platform::Services& real, std::unique_ptr<Tape> tape) : real_(real), tape_(std::move(tape)) {
+        if (!tape_) return;
+        taped_.emplace(real, *tape_);
+        tape_->inside(&taped_->objects());
     }
 
     platform::Services& services() { return taped_ ? taped_->services() : real_; }
     // Throws Failure for any trouble with the record.
     void finish(std::string_view output, const ErrorReport& errors) {
-        Tape* const used = tape();
-        if (used == nullptr) return;
-        used->finish(checksumOf(output));
+        if (!tape_) return;
+        tape_->finish(checksumOf(output));
         requireNoTrouble(errors);
     }
-    void requireNoTrouble(const ErrorReport& errors) {
-        if (tape() == nullptr || !tape()->trouble()) return;
-        const Tape::Trouble& trouble = *tape()->trouble();
+    void requireNoTrouble(const ErrorReport& errors) const {
+        if (!tape_ || !tape_->trouble()) return;
+        const Tape::Trouble& trouble = *tape_->trouble();
         std::string message = errors.textOf(errors.placeOf({trouble.tag, trouble.position, trouble.tagText}));
         message += ": ";
         if (!trouble.tagText.empty()) message += shown(trouble.tagText) + ": ";
         throw Failure(exitFile, message + trouble.message + "; nothing was written");
     }
     // The record that was made; null if none was.
-    const std::string* record() const { return recorder_ ? &recorder_->text() : nullptr; }
+    const std::string* record() const { return tape_ ? tape_->record() : nullptr; }
 
 private:
-    Tape* tape() const noexcept {
-        return recorder_ ? static_cast<Tape*>(recorder_.get()) : static_cast<Tape*>(replayer_.get());
-    }
-
     platform::Services& real_;
-    const std::unique_ptr<Recorder> recorder_;
-    const std::unique_ptr<Replayer> replayer_;
+    const std::unique_ptr<Tape> tape_;
     std::optional<TapedServices> taped_;
 };
 
-std::unique_ptr<Recorder> recorderOf(const EvalOptions& options, const TemplateFiles& files, TextEncoding encoding) {
+std::unique_ptr<Tape> recorderOf(const EvalOptions& options, const TemplateFiles& files, TextEncoding encoding) {
     if (options.record.empty()) return nullptr;
     const int year = automation::portable::currentYear();
     automation::portable::assumeYear(year);
@@ -76,10 +70,8 @@ ExitCode evaluate(platform::Services& services, const EvalOptions& options, cons
     TemplateInput input(services, used, options.record.empty() ? std::move(files) : files);
     Document& document = input.document();
     if (replayed) document.encoding = replayed->input().encoding;
-    // The files are read again when there is a record, and then they were not moved.
-    EvalServices source(input.services(),
-                        recorderOf(options, files, document.encoding),  // NOLINT(bugprone-use-after-move)
-                        replayed ? replayed->replayer() : nullptr);
+    // A record keeps the files, and then they were not moved.  NOLINTNEXTLINE(bugprone-use-after-move)
+    EvalServices source(input.services(), replayed ? replayed->tape() : recorderOf(options, files, document.encoding));
     const std::shared_ptr<kvTag> tag = input.makeTag(source.services());
     const TemplatePlaces places(document.text);
     ErrorReport errors(inputName(used.input), places);

@@ -139,7 +139,7 @@ void RunRecord::refuse(std::size_t line, const std::string& reason) const {
     throw Failure(exitFile, name_ + ":" + std::to_string(line) + ": " + reason);
 }
 
-std::unique_ptr<Replayer> RunRecord::replayer() const {
+std::unique_ptr<Tape> RunRecord::tape() const {
     return std::make_unique<Replayer>(name_, lines_, headLines);
 }
 

@@ -29,7 +29,7 @@ public:
 
     const RunInput& input() const noexcept { return input_; }
     // The rest of the lines, which must not outlast this.
-    std::unique_ptr<Replayer> replayer() const;
+    std::unique_ptr<Tape> tape() const;
     // Options that are given must be those of the record; the files that they name need not exist, but must hold the
     // same if they do.
     void requireSame(const platform::Files& files, const TemplateOptions& given) const;

@@ -44,6 +44,10 @@ public:
     Tape& operator=(const Tape&) = delete;
 
     virtual bool isReplaying() const noexcept = 0;
+    // The record that was made; null while replaying.
+    virtual const std::string* record() const noexcept { return nullptr; }
+    // What the outside asked is asked again of this. While replaying.
+    virtual void inside(Inside*) noexcept {}
     // The answer, an object with "gave" or "raised". `real` gives it while recording. Null after any trouble, which
     // ends the evaluation.
     virtual Json ask(Json question, const Real& real) = 0;
@@ -75,12 +79,11 @@ public:
     explicit Recorder(const std::vector<Json>& head);
 
     bool isReplaying() const noexcept override { return false; }
+    const std::string* record() const noexcept override { return &text_; }
     Json ask(Json question, const Real& real) override;
     void askBack(Json question, const Real& real) override;
     void release(std::uint64_t number) override;
     void finish(const std::string& checksum) override;
-
-    const std::string& text() const noexcept { return text_; }
 
 private:
     struct Answer {
@@ -110,9 +113,8 @@ public:
     Replayer(std::string name, std::vector<std::string_view> lines, std::size_t next)
         : name_(std::move(name)), lines_(std::move(lines)), next_(next) {}
 
-    void inside(Inside* inside) noexcept { inside_ = inside; }
-
     bool isReplaying() const noexcept override { return true; }
+    void inside(Inside* inside) noexcept override { inside_ = inside; }
     Json ask(Json question, const Real& real) override;
     void askBack(Json, const Real&) override {}
     void release(std::uint64_t) override {}
