@@ -21,15 +21,6 @@ void refuseMissing(std::span<const Variant> required) {
 
 }  // namespace
 
-DispatchTable::DispatchTable(std::u16string_view defaultMember, std::vector<Row> rows)
-    : default_(defaultMember), rows_(std::move(rows)) {
-    byHash_.reserve(rows_.size());
-    for (std::size_t row = 0; row < rows_.size(); ++row) {
-        byHash_.emplace_back(hashIgnoringCase(rows_[row].name), row);
-    }
-    std::sort(byHash_.begin(), byHash_.end());
-}
-
 // Arguments that the member does not take itself go to the default member of the object that it gives.
 Variant DispatchTable::invoke(Object& self, std::u16string_view name, InvokeKind kind,
                               std::span<Variant> arguments) const {
@@ -64,15 +55,11 @@ DispatchTable::Found DispatchTable::resolve(std::u16string_view name, InvokeKind
 }
 
 std::size_t DispatchTable::find(std::u16string_view name) const noexcept {
-    for (const auto kind : {MemberKind::get, MemberKind::method, MemberKind::let, MemberKind::set}) {
-        if (const std::size_t row = find(name, kind); row != npos) return row;
-    }
-    return npos;
+    return indexOf(std::ranges::find_if(rows_, [&](const Row& row) { return equalIgnoringCase(row.name, name); }));
 }
 
 std::size_t DispatchTable::findId(std::int32_t id) const noexcept {
-    const auto found = std::find_if(rows_.begin(), rows_.end(), [&](const Row& each) { return each.id == id; });
-    return found == rows_.end() ? npos : static_cast<std::size_t>(found - rows_.begin());
+    return indexOf(std::ranges::find(rows_, id, &Row::id));
 }
 
 std::size_t DispatchTable::parameter(std::int32_t id, std::u16string_view name) const noexcept {
@@ -88,24 +75,15 @@ std::size_t DispatchTable::parameter(std::int32_t id, std::u16string_view name) 
     return npos;
 }
 
-std::size_t DispatchTable::find(std::u16string_view name, MemberKind kind) const noexcept {
-    const std::size_t hash = hashIgnoringCase(name);
-    auto entry = std::lower_bound(byHash_.begin(), byHash_.end(), std::pair(hash, std::size_t{0}));
-    for (; entry != byHash_.end() && entry->first == hash; ++entry) {
-        const Row& member = rows_[entry->second];
-        if (member.kind == kind && equalIgnoringCase(member.name, name)) return entry->second;
+std::size_t DispatchTable::find(std::u16string_view name, InvokeKind kind) const noexcept {
+    using enum InvokeKind;
+    constexpr InvokeKind partners[] = {get, method, set, let};
+    for (const InvokeKind each : {kind, partners[static_cast<std::size_t>(kind)]}) {
+        const auto isSought = [&](const Row& row) { return row.kind == each && equalIgnoringCase(row.name, name); };
+        const std::size_t row = indexOf(std::ranges::find_if(rows_, isSought));
+        if (row != npos) return row;
     }
     return npos;
-}
-
-std::size_t DispatchTable::find(std::u16string_view name, InvokeKind kind) const noexcept {
-    constexpr MemberKind both[][2] = {{MemberKind::method, MemberKind::get},
-                                      {MemberKind::get, MemberKind::method},
-                                      {MemberKind::let, MemberKind::set},
-                                      {MemberKind::set, MemberKind::let}};
-    const auto& [first, second] = both[static_cast<std::size_t>(kind)];
-    const std::size_t row = find(name, first);
-    return row != npos ? row : find(name, second);
 }
 
 }  // namespace velmor::automation

@@ -27,14 +27,14 @@ namespace velmor::automation {
 //         return members.invoke(*this, name, kind, arguments);
 //     }
 //
-// Names are found without regard to case, in logarithmic time and without an allocation. Gets and
-// methods answer for each other, and so do lets and sets. The argument counts of a row leave out the
-// new value of a let or set, which is always there and last (Arguments::newValue).
+// Names are found without regard to case and without an allocation. Gets and methods answer for each other, and so do
+// lets and sets. The argument counts of a row leave out the new value of a let or set, which is always there and last
+// (Arguments::newValue).
 //
 // `tag.Tags(1)` and `tag.Properties("x") = 1` call the default member of what `Tags` and `Properties`
 // give: the arguments that a member does not take itself go on to the object that it gives.
 
-enum class MemberKind : std::uint8_t { method, get, let, set };
+using MemberKind = InvokeKind;
 
 class DispatchTable {
 public:
@@ -70,7 +70,8 @@ public:
     // The names must outlive the table (they are literals).
     explicit DispatchTable(std::vector<Row> rows) : DispatchTable({}, std::move(rows)) {}
     // With the name of the default member, which the empty name calls.
-    DispatchTable(std::u16string_view defaultMember, std::vector<Row> rows);
+    DispatchTable(std::u16string_view defaultMember, std::vector<Row> rows)
+        : default_(defaultMember), rows_(std::move(rows)) {}
 
     // Raises 438 for an unknown name, and 450 when the arguments do not fit. The object must be of the class.
     Variant invoke(Object& self, std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) const;
@@ -90,12 +91,14 @@ private:
         std::size_t own;  // the arguments that the member takes itself
     };
     Found resolve(std::u16string_view name, InvokeKind kind, std::span<const Variant> arguments) const;
-    std::size_t find(std::u16string_view name, MemberKind kind) const noexcept;
     std::size_t find(std::u16string_view name, InvokeKind kind) const noexcept;
+
+    std::size_t indexOf(std::vector<Row>::const_iterator row) const noexcept {
+        return row == rows_.end() ? npos : static_cast<std::size_t>(row - rows_.begin());
+    }
 
     std::u16string_view default_;
     std::vector<Row> rows_;
-    std::vector<std::pair<std::size_t, std::size_t>> byHash_;  // hash of the name, row; sorted
 };
 
 // What a member gives, as a value: an object of any class as a reference.
