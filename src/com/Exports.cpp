@@ -1,4 +1,4 @@
-// The entry points of an in-process server. Server.def exports them without decoration.
+// The entry points of an in-process server. extension/ComHandler.def exports them without decoration.
 
 #include <new>
 

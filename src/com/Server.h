@@ -8,7 +8,7 @@
 namespace velmor::com {
 
 // An in-process server in one table. A DLL made by velmor_server_dll(TARGET SOURCE ...) defines server(); the entry
-// points (Exports.cpp, Server.def), class factories and registration follow from it. A handler written against
+// points (Exports.cpp), class factories and registration follow from it. A handler written against
 // automation::Object becomes a component with one more source file:
 //
 //     automation::ObjectRef makeDates() { return std::make_shared<DateHandler>(); }
