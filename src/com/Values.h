@@ -5,21 +5,20 @@
 #include <memory>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 #include "automation/Arguments.h"
 #include "platform/win32/Faces.h"
 #include "platform/win32/Failure.h"
 #include "platform/win32/VariantBridge.h"
 #include "platform/win32/Windows.h"
+#include "text/privStrCat.h"
 //
 #include "kvVelmor3.h"  // after windows.h
 
-namespace velmor {
-class privStrCat;
-namespace automation {
+namespace velmor::automation {
 class Enumeration;
 }
-}  // namespace velmor
 
 namespace velmor::com {
 
@@ -48,16 +47,26 @@ inline automation::TextArgument textAt(const BSTR* place) noexcept {
 inline std::int32_t numberAt(const long* place) noexcept {
     return place ? *place : 0;
 }
-void putBack(BSTR* place, automation::TextReference& text);
+inline void putBack(BSTR* place, automation::TextReference& text) {
+    if (place && text.made()) SysFreeString(std::exchange(*place, platform::makeBstr(*text.made())));
+}
 inline void putBack(long* place, std::int32_t number) noexcept {
     if (place) *place = number;
 }
 
 // What a member gives, as the platform wants it. A type that is not listed does not compile.
-void give(BSTR& place, const std::u16string& value);
-void give(BSTR& place, const std::shared_ptr<const privStrCat>& value);  // never null
-void give(VARIANT& place, const automation::Variant& value);
-void give(IDispatch*& place, const automation::ObjectRef& value);
+inline void give(BSTR& place, const std::u16string& value) {
+    place = platform::makeBstr(value);
+}
+inline void give(BSTR& place, const std::shared_ptr<const privStrCat>& value) {  // never null
+    place = platform::makeBstr(value->contiguous());
+}
+inline void give(VARIANT& place, const automation::Variant& value) {
+    platform::toVariant(value, place);
+}
+inline void give(IDispatch*& place, const automation::ObjectRef& value) {
+    place = platform::faceOf(value);
+}
 template <class Number>
 requires std::is_arithmetic_v<Number>
 void give(Number& place, std::type_identity_t<Number> value) {
