@@ -321,26 +321,22 @@ inline void invokeMember(const Class& described, std::u16string_view member, Arg
 
 // The number of the exception that is being handled, its description in `result` if there is memory for it.
 inline std::int32_t failed(VelmorValue& result) noexcept {
+    std::int32_t number = 440;
     try {
-        throw;
-    } catch (const Failure& failure) {
         try {
+            throw;
+        } catch (const Failure& failure) {
+            if (failure.number() != 0) number = failure.number();
             giveText(failure.description(), result);
         } catch (const std::bad_alloc&) {
-        }
-        return failure.number() == 0 ? 440 : failure.number();
-    } catch (const std::bad_alloc&) {
-        return 7;
-    } catch (const std::exception& error) {
-        try {
+            number = 7;
+        } catch (const std::exception& error) {
             const std::string_view what = error.what();
             giveText(std::u16string(what.begin(), what.end()), result);
-        } catch (const std::bad_alloc&) {
         }
-        return 440;
     } catch (...) {
-        return 440;
     }
+    return number;
 }
 
 template <const Class& described>
