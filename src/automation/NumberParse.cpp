@@ -185,8 +185,8 @@ std::optional<Decimal> decimalOf(const ParsedNumber& number) {
     std::int64_t scale = std::clamp<std::int64_t>(wanted, 0, 28);
     scale = std::min<std::int64_t>(scale, 29 - number.exponent);
     for (; scale >= 0; --scale) {
-        const auto magnitude = Magnitude::parse(roundedDigits(number.digits, number.exponent + scale));
-        if (magnitude) return magnitude->decimal(static_cast<std::uint8_t>(scale), number.negative);
+        const std::string digits = roundedDigits(number.digits, number.exponent + scale);
+        if (const auto decimal = decimalOf(digits, static_cast<std::uint8_t>(scale), number.negative)) return decimal;
     }
     return std::nullopt;
 }

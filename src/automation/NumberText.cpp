@@ -92,7 +92,7 @@ std::u16string numberText(Currency value) {
 }
 
 std::u16string numberText(Decimal value) {
-    return pointedText(value.negative, Magnitude::of(value).digits(), value.scale);
+    return pointedText(value.negative, digitsOf(value), value.scale);
 }
 
 }  // namespace velmor::automation::portable
