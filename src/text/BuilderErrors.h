@@ -4,11 +4,12 @@
 #include <new>
 #include <utility>
 
+#include "text/Compare.h"
 #include "text/Error.h"
 
 namespace velmor {
 
-// The errors that privStrCat's members raise, and their checked arithmetic of positions.
+// What privStrCat's members share: the errors that they raise, and the checked arithmetic of positions.
 
 [[noreturn]] inline void raiseBuilderError(std::int32_t number, const char16_t* description) {
     throw Error(number, u"VelmorStrCat", description);
@@ -36,6 +37,10 @@ inline std::size_t toSize(std::int32_t value) noexcept {
 }
 inline std::size_t toIndex(std::int32_t position) noexcept {
     return static_cast<std::size_t>(position) - 1;
+}
+
+constexpr Comparison comparisonOf(bool binary) noexcept {
+    return binary ? Comparison::binary : Comparison::text;
 }
 
 template <typename Step>

@@ -21,13 +21,6 @@ void unlessMemoryRunsOut(Step step) noexcept {
 
 }  // namespace
 
-void privStrCat::swap(privStrCat& other) noexcept {
-    std::swap(buffer_, other.buffer_);
-    std::swap(length_, other.length_);
-    std::swap(capacity_, other.capacity_);
-    std::swap(growthRate_, other.growthRate_);
-}
-
 // ---- The buffer
 
 std::size_t privStrCat::grown(std::size_t capacity, std::size_t added) const {
@@ -73,10 +66,6 @@ std::u16string privStrCat::part(std::int32_t start, std::int32_t count) const {
     return reportingErrors([&] { return bufferCopy(toIndex(start), toSize(count)); });
 }
 
-std::u16string privStrCat::spareTail() const {
-    return bufferCopy(length_, capacity_ - length_);
-}
-
 void privStrCat::exchangeUnits(char16_t before, char16_t after) noexcept {
     std::replace(buffer_.begin(), buffer_.begin() + static_cast<std::ptrdiff_t>(length_), before, after);
 }
@@ -101,10 +90,6 @@ void privStrCat::AppendVal(std::u16string psString) noexcept {
 
 void privStrCat::Prepend(std::u16string_view psString) noexcept {
     unlessMemoryRunsOut([&] { replaceUnits(0, 0, psString); });
-}
-
-void privStrCat::PrependVal(const std::u16string& psString) noexcept {
-    Prepend(psString);
 }
 
 void privStrCat::Surround(std::u16string_view psPrepend, std::u16string_view psAppend) noexcept {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "text/Compare.h"
 #include "text/ResultSource.h"
@@ -37,7 +38,12 @@ public:
         return *this;
     }
     ~privStrCat() = default;
-    void swap(privStrCat& other) noexcept;
+    void swap(privStrCat& other) noexcept {
+        std::swap(buffer_, other.buffer_);
+        std::swap(length_, other.length_);
+        std::swap(capacity_, other.capacity_);
+        std::swap(growthRate_, other.growthRate_);
+    }
 
     // ---- Building. No member up to DumpVal raises; without memory it does nothing.
 
@@ -45,7 +51,7 @@ public:
     // Takes the text over, without a copy, when the content is empty: AppendVal(std::move(text)).
     void AppendVal(std::u16string psString) noexcept;
     void Prepend(std::u16string_view psString) noexcept;
-    void PrependVal(const std::u16string& psString) noexcept;
+    void PrependVal(std::u16string psString) noexcept { Prepend(psString); }
     // Appends first, then prepends.
     void Surround(std::u16string_view psPrepend, std::u16string_view psAppend) noexcept;
     void SurroundVal(const std::u16string& psPrepend, const std::u16string& psAppend) noexcept;
@@ -95,7 +101,9 @@ public:
     void FindBraceGroupEnd(std::int32_t plStart, std::u16string_view psFind, std::int32_t plLimit,
                            std::int32_t& plGroupStart, std::int32_t& plGroupEnd) const;
     void ScanBraceGroupEnd(std::int32_t plStart, std::u16string_view psFind, std::int32_t plLimit,
-                           std::int32_t& plGroupStart, std::int32_t& plGroupEnd) const;
+                           std::int32_t& plGroupStart, std::int32_t& plGroupEnd) const {
+        FindBraceGroupEnd(plStart, psFind, plLimit, plGroupStart, plGroupEnd);
+    }
     // The "{" that matches the "}" at plPosition, counting every brace; 0 if absent.
     void FindBraceGroupStart(std::int32_t plPosition, std::int32_t& plGroupStart) const noexcept;
 
@@ -141,8 +149,12 @@ public:
     void ModifyTrimLeftStr(std::u16string_view psTrimCharacters);
     void ModifyTrimRightStr(std::u16string_view psTrimCharacters);
     // The range of MidStr; the whole content takes the spare tail with it.
-    void ModifyUCaseStr(std::int32_t plStart = 1, std::int32_t plLength = -1);
-    void ModifyLCaseStr(std::int32_t plStart = 1, std::int32_t plLength = -1);
+    void ModifyUCaseStr(std::int32_t plStart = 1, std::int32_t plLength = -1) {
+        modifyCase(plStart, plLength, upperCase);
+    }
+    void ModifyLCaseStr(std::int32_t plStart = 1, std::int32_t plLength = -1) {
+        modifyCase(plStart, plLength, lowerCase);
+    }
 
     // ---- Files: a byte is a character of the ANSI code page.
 
@@ -179,7 +191,7 @@ public:
         return index < length_ ? buffer_[index] : u'\0';
     }
     // A copy of the spare tail.
-    std::u16string spareTail() const;
+    std::u16string spareTail() const { return bufferCopy(length_, capacity_ - length_); }
 
 private:
     static constexpr std::size_t keptBufferBytes = 5000;

@@ -49,8 +49,8 @@ std::int32_t privStrCat::Replace(std::u16string_view psFind, std::u16string_view
     const std::int32_t first = plStart;
     plStart = 0;
     if (psFind.empty() || first < 1 || first > Length()) return 0;
-    const Comparison comparison = pbBinaryCompare ? Comparison::binary : Comparison::text;
-    return reportingErrors([&] { return replaceAll(psFind, psReplace, toIndex(first), plCount, comparison); });
+    return reportingErrors(
+        [&] { return replaceAll(psFind, psReplace, toIndex(first), plCount, comparisonOf(pbBinaryCompare)); });
 }
 
 std::int32_t privStrCat::replaceAll(std::u16string_view sought, std::u16string_view replacement, std::size_t from,
@@ -150,14 +150,6 @@ void privStrCat::modifyCase(std::int32_t plStart, std::int32_t plLength, std::u1
     const std::size_t index = toIndex(plStart);
     const std::size_t size = count == Length() ? buffer_.size() : toSize(count);
     reportingErrors([&] { buffer_.replace(index, size, map(std::u16string_view(buffer_).substr(index, size))); });
-}
-
-void privStrCat::ModifyUCaseStr(std::int32_t plStart, std::int32_t plLength) {
-    modifyCase(plStart, plLength, upperCase);
-}
-
-void privStrCat::ModifyLCaseStr(std::int32_t plStart, std::int32_t plLength) {
-    modifyCase(plStart, plLength, lowerCase);
 }
 
 }  // namespace velmor

@@ -12,10 +12,6 @@ namespace {
 
 constexpr std::size_t notFound = std::u16string_view::npos;
 
-Comparison comparisonOf(bool binary) noexcept {
-    return binary ? Comparison::binary : Comparison::text;
-}
-
 std::int32_t toPosition(std::size_t index) noexcept {
     return index == notFound ? 0 : static_cast<std::int32_t>(index + 1);
 }
@@ -118,11 +114,6 @@ void privStrCat::FindBraceGroupEnd(std::int32_t plStart, std::u16string_view psF
             return;
         }
     }
-}
-
-void privStrCat::ScanBraceGroupEnd(std::int32_t plStart, std::u16string_view psFind, std::int32_t plLimit,
-                                   std::int32_t& plGroupStart, std::int32_t& plGroupEnd) const {
-    FindBraceGroupEnd(plStart, psFind, plLimit, plGroupStart, plGroupEnd);
 }
 
 void privStrCat::FindBraceGroupStart(std::int32_t plPosition, std::int32_t& plGroupStart) const noexcept {
