@@ -9,6 +9,7 @@
 #include "cli/LineText.h"
 #include "cli/Streams.h"
 #include "common/TextFile.h"
+#include "text/Characters.h"
 #include "text/Encoding.h"
 
 namespace velmor::cli {
@@ -35,10 +36,6 @@ struct Line {
 constexpr std::u16string_view stages[] = {u"EVTAG ", u"TAGCOL", u"CLNRTF", u"GENRES"};
 constexpr std::u16string_view date = u"dd/dd/dddd dd:dd:dd ";  // each d a digit
 constexpr std::size_t stageWidth = 6;
-
-bool isDigit(char16_t unit) noexcept {
-    return unit >= u'0' && unit <= u'9';
-}
 
 bool startsLike(std::u16string_view text, std::u16string_view pattern) noexcept {
     if (text.size() < pattern.size()) return false;

@@ -12,6 +12,7 @@
 #include "automation/Variant.h"
 #include "common/Base64.h"
 #include "text/Encoding.h"
+#include "text/OneLine.h"
 
 namespace velmor::cli {
 namespace {
@@ -20,14 +21,9 @@ using automation::Variant;
 
 constexpr std::array<const char*, 4> kinds = {"method", "get", "let", "set"};
 
-bool isPaired(std::u16string_view text) noexcept {
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        if ((text[at] & 0xF800) != 0xD800) continue;
-        const bool isPair = text[at] < 0xDC00 && at + 1 < text.size() && (text[at + 1] & 0xFC00) == 0xDC00;
-        if (!isPair) return false;
-        ++at;
-    }
-    return true;
+// Whether UTF-8 can hold it.
+bool isPaired(std::u16string_view text) {
+    return withoutLoneSurrogates(std::u16string(text)) == text;
 }
 
 std::string base64Text(std::string_view bytes) {
