@@ -1,6 +1,6 @@
 #include "automation/Enumeration.h"
 #include "com/Guard.h"
-#include "platform/win32/ComObject.h"
+#include "extension/ComObject.h"
 #include "platform/win32/VariantBridge.h"
 
 namespace velmor::com {
@@ -8,7 +8,7 @@ namespace velmor::com {
 namespace {
 
 // A host's "For Each".
-class Enumerator final : public platform::ComObject<IEnumVARIANT> {
+class Enumerator final : public ComObject<IEnumVARIANT> {
 public:
     explicit Enumerator(std::shared_ptr<automation::Enumeration> items) : items_(std::move(items)) {}
 

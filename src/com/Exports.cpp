@@ -1,12 +1,10 @@
 // The entry points of an in-process server. extension/ComHandler.def exports them without decoration.
 
-#include <new>
-
 #include "com/Guard.h"
 #include "com/Registration.h"
 #include "com/Server.h"
 #include "com/TypeLibrary.h"
-#include "platform/win32/ComObject.h"
+#include "extension/ComObject.h"
 #include "platform/win32/ComPtr.h"
 #include "platform/win32/Conversions.h"
 #include "platform/win32/Failure.h"
@@ -14,41 +12,6 @@
 
 using namespace velmor;
 using namespace velmor::com;
-
-namespace {
-
-// Makes the objects of one served class.
-class ClassFactory final : public platform::ComObject<IClassFactory> {
-public:
-    explicit ClassFactory(const ServedClass& served) noexcept : served_(served) {}
-
-    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID id, void** object) noexcept override {
-        if (!object) return E_POINTER;
-        *object = nullptr;
-        if (outer) return CLASS_E_NOAGGREGATION;
-        return guard(IID_IClassFactory, [&] {
-            const auto face = platform::ComPtr<IDispatch>::attach(platform::faceOf(served_.make()));
-            platform::check(face ? face->QueryInterface(id, object) : E_FAIL);
-        });
-    }
-    HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) noexcept override {
-        platform::ReferenceCount::objects += lock ? 1 : -1;
-        return S_OK;
-    }
-
-private:
-    const ServedClass& served_;
-};
-
-HRESULT giveFactory(const ServedClass& served, REFIID id, void** object) noexcept {
-    IClassFactory* factory = new (std::nothrow) ClassFactory(served);
-    if (!factory) return E_OUTOFMEMORY;
-    const HRESULT code = factory->QueryInterface(id, object);
-    factory->Release();
-    return code;
-}
-
-}  // namespace
 
 // The conversions are installed here, before any thread converts: later that would not be safe.
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID processEnds) {
@@ -65,13 +28,20 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID id, void** object) {
     if (!object) return E_POINTER;
     *object = nullptr;
     for (const ServedClass& served : server().classes) {
-        if (IsEqualCLSID(served.id, classId)) return giveFactory(served, id, object);
+        if (!IsEqualCLSID(served.id, classId)) continue;
+        const auto make = [&served](REFIID wanted, void** made) noexcept {
+            return guard(IID_IClassFactory, [&] {
+                const auto face = platform::ComPtr<IDispatch>::attach(platform::faceOf(served.make()));
+                platform::check(face ? face->QueryInterface(wanted, made) : E_FAIL);
+            });
+        };
+        return giveNew(new (std::nothrow) ClassFactory(make), id, object);
     }
     return CLASS_E_CLASSNOTAVAILABLE;
 }
 
 STDAPI DllCanUnloadNow() {
-    return platform::ReferenceCount::objects == 0 ? S_OK : S_FALSE;
+    return ReferenceCount::objects == 0 ? S_OK : S_FALSE;
 }
 
 STDAPI DllRegisterServer() {

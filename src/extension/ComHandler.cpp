@@ -10,10 +10,10 @@
 #include <velmor/handler.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cwchar>
 #include <iterator>
-#include <vector>
+
+#include "ComObject.h"
 
 extern "C" const VelmorHandlerLibrary* velmorHandlerLibrary(std::int32_t version);
 
@@ -28,7 +28,6 @@ constexpr HRESULT controlFacility = static_cast<HRESULT>(0x800A0000u);
 constexpr std::int32_t automationError = 440;
 
 HMODULE ownModule = nullptr;
-std::atomic<long> objects{0};
 
 const VelmorHandlerLibrary& ownLibrary() {
     return *velmorHandlerLibrary(VELMOR_HANDLER_ABI);
@@ -263,38 +262,8 @@ HRESULT give(const VelmorValue& value, VARIANT& variant) {
     return S_OK;
 }
 
-// A COM object of one interface besides IUnknown. It deletes itself.
-template <class Interface>
-class ComObject : public Interface {
-public:
-    ComObject() { ++objects; }
-    ComObject(const ComObject&) = delete;
-    ComObject& operator=(const ComObject&) = delete;
-
-    STDMETHODIMP QueryInterface(REFIID id, void** object) noexcept override {
-        if (object == nullptr) return E_POINTER;
-        const bool isKnown = IsEqualIID(id, IID_IUnknown) || IsEqualIID(id, __uuidof(Interface));
-        *object = isKnown ? this : nullptr;
-        if (!isKnown) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() noexcept override { return static_cast<ULONG>(++references_); }
-    STDMETHODIMP_(ULONG) Release() noexcept override {
-        const long left = --references_;
-        if (left == 0) delete this;
-        return static_cast<ULONG>(left);
-    }
-
-protected:
-    virtual ~ComObject() { --objects; }
-
-private:
-    std::atomic<long> references_{1};
-};
-
 // The handler as the host sees it: its members are called by name.
-class HandlerObject final : public ComObject<IDispatch> {
+class HandlerObject final : public velmor::com::ComObject<IDispatch> {
 public:
     explicit HandlerObject(const VelmorHandlerClass& described) : class_(described) {}
 
@@ -367,29 +336,6 @@ private:
         return exception;
     }
 
-    const VelmorHandlerClass& class_;
-};
-
-class ClassFactory final : public ComObject<IClassFactory> {
-public:
-    explicit ClassFactory(const VelmorHandlerClass& described) : class_(described) {}
-
-    STDMETHODIMP CreateInstance(IUnknown* outer, REFIID id, void** object) noexcept override {
-        if (object == nullptr) return E_POINTER;
-        *object = nullptr;
-        if (outer != nullptr) return CLASS_E_NOAGGREGATION;
-        auto* const made = new (std::nothrow) HandlerObject(class_);
-        if (made == nullptr) return E_OUTOFMEMORY;
-        const HRESULT code = made->QueryInterface(id, object);
-        made->Release();
-        return code;
-    }
-    STDMETHODIMP LockServer(BOOL lock) noexcept override {
-        objects += lock != FALSE ? 1 : -1;
-        return S_OK;
-    }
-
-private:
     const VelmorHandlerClass& class_;
 };
 
@@ -517,17 +463,16 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID id, void** object) {
     *object = nullptr;
     for (const VelmorHandlerClass& described : ownClasses()) {
         if (!hasIdentifier(described, classId)) continue;
-        auto* const factory = new (std::nothrow) ClassFactory(described);
-        if (factory == nullptr) return E_OUTOFMEMORY;
-        const HRESULT code = factory->QueryInterface(id, object);
-        factory->Release();
-        return code;
+        const auto make = [&described](REFIID wanted, void** made) noexcept {
+            return velmor::com::giveNew(new (std::nothrow) HandlerObject(described), wanted, made);
+        };
+        return velmor::com::giveNew(new (std::nothrow) velmor::com::ClassFactory(make), id, object);
     }
     return CLASS_E_CLASSNOTAVAILABLE;
 }
 
 STDAPI DllCanUnloadNow() {
-    return objects == 0 ? S_OK : S_FALSE;
+    return velmor::com::ReferenceCount::objects == 0 ? S_OK : S_FALSE;
 }
 
 STDAPI DllRegisterServer() {

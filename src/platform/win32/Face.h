@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/win32/ComObject.h"
 #include "platform/win32/ComPtr.h"
 #include "platform/win32/Faces.h"
 #include "platform/win32/LateBinding.h"
@@ -8,11 +7,13 @@
 //
 #include <ocidl.h>  // IProvideClassInfo; after windows.h
 
+#include "extension/ComObject.h"
+
 namespace velmor::platform {
 
 // What every object of ours shows outside: its one identity, late binding, and the name of its class.
 template <class Interface>
-class Face : public ComObject<Interface, ISupportErrorInfo, IProvideClassInfo>, public RegisteredFace {
+class Face : public com::ComObject<Interface, ISupportErrorInfo, IProvideClassInfo>, public RegisteredFace {
 public:
     IDispatch* identity() noexcept final { return static_cast<Interface*>(this); }
     bool addReferenceIfAlive() noexcept final { return this->references_.addIfAlive(); }
@@ -55,7 +56,7 @@ protected:
     virtual MemberNames& members() noexcept = 0;
 
 private:
-    using Base = ComObject<Interface, ISupportErrorInfo, IProvideClassInfo>;
+    using Base = com::ComObject<Interface, ISupportErrorInfo, IProvideClassInfo>;
 };
 
 }  // namespace velmor::platform

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <atomic>
+#include <new>
 
-#include "platform/win32/Windows.h"
-
-namespace velmor::platform {
+// What every in-process server has: the component, and libraries of handlers, which get this header with
+// ComHandler.cpp. Needs <windows.h> before it.
+namespace velmor::com {
 
 // The references to a COM object, which is made with one. For any thread.
 class ReferenceCount {
@@ -44,8 +45,8 @@ public:
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) noexcept override {
         if (!object) return E_POINTER;
         *object = IsEqualIID(id, IID_IUnknown) ? static_cast<Interface*>(this) : nullptr;
-        give<Interface>(id, object);
-        (give<Others>(id, object), ...);
+        offer<Interface>(id, object);
+        (offer<Others>(id, object), ...);
         if (!*object) return E_NOINTERFACE;
         AddRef();
         return S_OK;
@@ -64,9 +65,38 @@ protected:
 
 private:
     template <class One>
-    void give(REFIID id, void** object) noexcept {
+    void offer(REFIID id, void** object) noexcept {
         if (IsEqualIID(id, __uuidof(One))) *object = static_cast<One*>(this);
     }
 };
 
-}  // namespace velmor::platform
+// Gives a new object in one of its interfaces; null: there was no memory for it.
+template <class Object>
+HRESULT giveNew(Object* made, REFIID id, void** object) noexcept {
+    if (!made) return E_OUTOFMEMORY;
+    const HRESULT code = made->QueryInterface(id, object);
+    made->Release();
+    return code;
+}
+
+// `Make` gives an object of one class as QueryInterface gives an interface.
+template <class Make>
+class ClassFactory final : public ComObject<IClassFactory> {
+public:
+    explicit ClassFactory(const Make& make) noexcept : make_(make) {}
+
+    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID id, void** object) noexcept override {
+        if (!object) return E_POINTER;
+        *object = nullptr;
+        return outer ? CLASS_E_NOAGGREGATION : make_(id, object);
+    }
+    HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) noexcept override {
+        ReferenceCount::objects += lock ? 1 : -1;
+        return S_OK;
+    }
+
+private:
+    const Make make_;
+};
+
+}  // namespace velmor::com
