@@ -14,11 +14,13 @@
 #include <iterator>
 
 #include "ComObject.h"
+#include "ScopedVariant.h"
 
 extern "C" const VelmorHandlerLibrary* velmorHandlerLibrary(std::int32_t version);
 
 namespace {
 
+using velmor::com::ScopedVariant;
 using velmor::handler::detail::equal;
 using velmor::handler::detail::lent;
 using velmor::handler::detail::members;
@@ -152,19 +154,6 @@ HRESULT take(VARIANT& variant, VelmorValue& value) {
 // A variant of its own; E_OUTOFMEMORY for a text, DISP_E_TYPEMISMATCH for an object that is not the host's.
 HRESULT give(const VelmorValue& value, VARIANT& variant);
 
-class OwnedVariant {
-public:
-    OwnedVariant() { VariantInit(&variant_); }
-    OwnedVariant(const OwnedVariant&) = delete;
-    OwnedVariant& operator=(const OwnedVariant&) = delete;
-    ~OwnedVariant() { VariantClear(&variant_); }
-
-    VARIANT* get() noexcept { return &variant_; }
-
-private:
-    VARIANT variant_;
-};
-
 // Calls of the host's objects
 
 std::int32_t failed(HRESULT code, EXCEPINFO& exception, VelmorValue& result) {
@@ -209,7 +198,7 @@ std::int32_t invoke(VelmorObject* object, std::int32_t kind, VelmorText member, 
                     std::size_t count, VelmorValue* result) noexcept {
     *result = {};
     try {
-        OwnedVariant given;
+        ScopedVariant given;
         EXCEPINFO exception{};
         HRESULT code = call(*static_cast<LentObject*>(object)->dispatch(), kind, member, {arguments, count},
                             given.get(), exception);
@@ -224,7 +213,7 @@ std::int32_t convert(VelmorObject*, const VelmorValue* value, std::int32_t type,
     constexpr VARTYPE types[] = {VT_EMPTY, VT_BSTR, VT_R8, VT_DATE, VT_BOOL};
     *result = {};
     if (type < VELMOR_TEXT || type > VELMOR_TRUTH) return numberOf(E_INVALIDARG);
-    OwnedVariant given;
+    ScopedVariant given;
     HRESULT code = give(*value, *given.get());
     if (SUCCEEDED(code)) code = VariantChangeType(given.get(), given.get(), VARIANT_ALPHABOOL, types[type]);
     if (SUCCEEDED(code)) code = take(*given.get(), *result);
@@ -306,7 +295,7 @@ private:
         if (parameters.cArgs > mostArguments) return DISP_E_BADPARAMCOUNT;
         HRESULT code = S_OK;
         for (UINT i = 0; i < parameters.cArgs && SUCCEEDED(code); ++i) {
-            OwnedVariant copy;
+            ScopedVariant copy;
             code = VariantCopyInd(copy.get(), &parameters.rgvarg[parameters.cArgs - 1 - i]);
             if (SUCCEEDED(code)) code = take(*copy.get(), values[i]);
         }

@@ -6,14 +6,15 @@
 
 #include "kvVelmor3.h"
 #include "platform/win32/ComPtr.h"
-#include "platform/win32/ScopedVariant.h"
 #include "platform/win32/Windows.h"
+//
+#include "extension/ScopedVariant.h"  // after windows.h
 
 // Helpers of a C++ host: texts, values and calls by name.
 namespace host {
 
+using velmor::com::ScopedVariant;
 using velmor::platform::ComPtr;
-using velmor::platform::ScopedVariant;
 
 // Owns a BSTR.
 class Text {

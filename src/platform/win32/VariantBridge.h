@@ -6,11 +6,14 @@
 #include <string_view>
 
 #include "automation/Variant.h"
-#include "platform/win32/ScopedVariant.h"
 #include "platform/win32/Windows.h"
 #include "text/Error.h"
+//
+#include "extension/ScopedVariant.h"  // after windows.h
 
 namespace velmor::platform {
+
+using com::ScopedVariant;
 
 // Between automation::Variant and the platform's VARIANT. Ownership is the platform's: what comes
 // in is read and never released, what goes out belongs to the receiver.

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "platform/win32/Windows.h"
-
-namespace velmor::platform {
+// Needs <oleauto.h> before it.
+namespace velmor::com {
 
 // Owns a VARIANT and its content. Empty at first and after a move.
 class ScopedVariant {
@@ -39,4 +38,4 @@ private:
     VARIANT value_;
 };
 
-}  // namespace velmor::platform
+}  // namespace velmor::com
