@@ -39,45 +39,36 @@ constexpr std::size_t firstArgument = 3;
 }  // namespace
 
 // While replaying there is no real object.
-class TapedObjects::Outsider final : public automation::Object {
-public:
-    Outsider(std::shared_ptr<TapedObjects> tape, std::uint64_t number, std::u16string type, ObjectRef real)
-        : tape_(std::move(tape)), number_(number), type_(std::move(type)), real_(std::move(real)) {}
-    ~Outsider() override { tape_->forget(*this); }
+struct TapedObjects::Outsider final : automation::Object {
+    Outsider(std::shared_ptr<TapedObjects> by, std::uint64_t given, std::u16string name, ObjectRef object)
+        : tape(std::move(by)), number(given), type(std::move(name)), real(std::move(object)) {}
+    ~Outsider() override { tape->forget(*this); }
 
     Variant invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) override {
-        return tape_->callOutside(*this, name, kind, arguments);
+        return tape->callOutside(*this, name, kind, arguments);
     }
-    std::u16string typeName() const override { return type_; }
+    std::u16string typeName() const override { return type; }
+    Json form() const { return {"outside", number, textForm(type)}; }
 
-    std::uint64_t number() const noexcept { return number_; }
-    const ObjectRef& real() const noexcept { return real_; }
-
-private:
-    const std::shared_ptr<TapedObjects> tape_;
-    const std::uint64_t number_;
-    const std::u16string type_;
-    const ObjectRef real_;
+    const std::shared_ptr<TapedObjects> tape;
+    const std::uint64_t number;
+    const std::u16string type;
+    const ObjectRef real;
 };
 
-class TapedObjects::Insider final : public automation::Object {
-public:
-    Insider(std::shared_ptr<TapedObjects> tape, std::uint64_t number, ObjectRef object)
-        : tape_(std::move(tape)), number_(number), object_(std::move(object)) {}
-    ~Insider() override { tape_->release(number_); }
+struct TapedObjects::Insider final : automation::Object {
+    Insider(std::shared_ptr<TapedObjects> by, std::uint64_t given, ObjectRef real)
+        : tape(std::move(by)), number(given), object(std::move(real)) {}
+    ~Insider() override { tape->release(number); }
 
     Variant invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) override {
-        return tape_->callInside(*this, name, kind, arguments);
+        return tape->callInside(*this, name, kind, arguments);
     }
-    std::u16string typeName() const override { return object_->typeName(); }
+    std::u16string typeName() const override { return object->typeName(); }
 
-    std::uint64_t number() const noexcept { return number_; }
-    const ObjectRef& object() const noexcept { return object_; }
-
-private:
-    const std::shared_ptr<TapedObjects> tape_;
-    const std::uint64_t number_;
-    const ObjectRef object_;
+    const std::shared_ptr<TapedObjects> tape;
+    const std::uint64_t number;
+    const ObjectRef object;
 };
 
 void TapedObjects::close() {
@@ -92,15 +83,15 @@ void TapedObjects::forget(const Outsider& outsider) noexcept {
         const auto known = map.find(key);
         if (known != map.end() && known->second.expired()) map.erase(known);
     };
-    eraseExpired(outsiders_, outsider.real().get());
-    eraseExpired(outsidersByNumber_, outsider.number());
+    eraseExpired(outsiders_, outsider.real.get());
+    eraseExpired(outsidersByNumber_, outsider.number);
 }
 
 // --- forms of objects ---
 
 Json TapedObjects::outsideForm(const ObjectRef& real, Held& held) {
     if (!real) return {"nothing"};
-    if (const auto insider = std::dynamic_pointer_cast<Insider>(real)) return {"inside", insider->number()};
+    if (const auto insider = std::dynamic_pointer_cast<Insider>(real)) return {"inside", insider->number};
     std::shared_ptr<Outsider> outsider = outsiders_[real.get()].lock();
     if (!outsider) {
         outsider = std::make_shared<Outsider>(shared_from_this(), ++lastOutside_, real->typeName(), real);
@@ -108,14 +99,12 @@ Json TapedObjects::outsideForm(const ObjectRef& real, Held& held) {
         outsidersByNumber_[lastOutside_] = outsider;
     }
     held.push_back(outsider);
-    return {"outside", outsider->number(), textForm(outsider->typeName())};
+    return outsider->form();
 }
 
 Json TapedObjects::insideForm(const ObjectRef& object, Held& held) {
     if (!object) return {"nothing"};
-    if (const auto outsider = std::dynamic_pointer_cast<Outsider>(object)) {
-        return {"outside", outsider->number(), textForm(outsider->typeName())};
-    }
+    if (const auto outsider = std::dynamic_pointer_cast<Outsider>(object)) return outsider->form();
     return {"inside", numberOf(object, held)};
 }
 
@@ -146,7 +135,7 @@ ObjectRef TapedObjects::objectOf(const Json& form) {
         if (known == inside_.end()) throw std::out_of_range("object");
         if (known->second.object) return known->second.object;
         const std::shared_ptr<Insider> insider = known->second.seen.lock();
-        return insider ? insider->object() : nullptr;
+        return insider ? insider->object : nullptr;
     }
     std::weak_ptr<Outsider>& known = outsidersByNumber_[number];
     std::shared_ptr<Outsider> outsider = known.lock();
@@ -159,7 +148,7 @@ ObjectRef TapedObjects::objectOf(const Json& form) {
 
 ObjectRef TapedObjects::handedOut(const ObjectRef& object, Held& held) {
     if (!object) return nullptr;
-    if (const auto outsider = std::dynamic_pointer_cast<Outsider>(object)) return outsider->real();
+    if (const auto outsider = std::dynamic_pointer_cast<Outsider>(object)) return outsider->real;
     return inside_[numberOf(object, held)].seen.lock();
 }
 
@@ -187,10 +176,10 @@ Variant TapedObjects::handedOut(const Variant& value, Held& held) {
 
 Variant TapedObjects::callOutside(Outsider& target, std::u16string_view name, InvokeKind kind,
                                   std::span<Variant> arguments) {
-    if (isClosed_) return target.real() ? target.real()->invoke(name, kind, arguments) : Variant();
+    if (isClosed_) return target.real ? target.real->invoke(name, kind, arguments) : Variant();
     tape_.settle();
     Held held;
-    Json question = callForm(target.number(), name, kind);
+    Json question = callForm(target.number, name, kind);
     try {
         for (const Variant& argument : arguments) question.push_back(formOfInside(argument, held));
     } catch (const std::invalid_argument& reason) {
@@ -219,7 +208,7 @@ Json TapedObjects::realCall(Outsider& target, std::u16string_view name, InvokeKi
         std::vector<Variant> given;
         for (const Variant& argument : arguments) given.push_back(handedOut(argument, held));
         const std::vector<Variant> before = given;
-        const Variant result = target.real()->invoke(name, kind, given);
+        const Variant result = target.real->invoke(name, kind, given);
         Json answer = Json::object({{"gave", formOfOutside(result, held)}});
         bool isChanged = false;
         for (std::size_t index = 0; index < given.size(); ++index) {
@@ -242,10 +231,10 @@ Json TapedObjects::realCall(Outsider& target, std::u16string_view name, InvokeKi
 
 Variant TapedObjects::callInside(Insider& target, std::u16string_view name, InvokeKind kind,
                                  std::span<Variant> arguments) {
-    if (isClosed_) return target.object()->invoke(name, kind, arguments);
+    if (isClosed_) return target.object->invoke(name, kind, arguments);
     Held held;
     std::vector<Variant> given;
-    Json question = callForm(target.number(), name, kind);
+    Json question = callForm(target.number, name, kind);
     try {
         for (const Variant& argument : arguments) {
             question.push_back(formOfOutside(argument, held));
@@ -260,7 +249,7 @@ Variant TapedObjects::callInside(Insider& target, std::u16string_view name, Invo
     std::optional<Error> raised;
     tape_.askBack(std::move(question), [&] {
         try {
-            const Variant value = target.object()->invoke(name, kind, given);
+            const Variant value = target.object->invoke(name, kind, given);
             result = handedOut(value, held);
             return Json::object({{"gave", value.isObject() ? insideForm(value.object(), held) : Json()}});
         } catch (const Error& error) {

@@ -39,8 +39,8 @@ public:
     void release(std::uint64_t number) override;
 
 private:
-    class Outsider;  // an object of the outside
-    class Insider;   // an object of the evaluation, for the outside
+    struct Outsider;  // an object of the outside
+    struct Insider;   // an object of the evaluation, for the outside
     struct Known {
         const automation::Object* key;
         automation::ObjectRef object;  // while replaying
