@@ -8,147 +8,27 @@
 
 #include "cli/Commands.h"
 #include "cli/Completion.h"
+#include "cli/Help.h"
 #include "cli/Locale.h"
 #include "text/Encoding.h"
 
 namespace velmor::cli {
 namespace {
 
-constexpr const char* programFooter = R"(
-velmor help COMMAND describes a command and its options.
-
-Exit codes: 0 done, 1 wrong command line, 2 cannot read or write (no output was made),
-3 done, but something was reported, 130 render was interrupted.
-
-Examples:
-  velmor eval invoice.rtf -o out.rtf --properties invoice.properties
-  echo 'Dear <KV:TAG>PROPERTY:name=all:</KV>' | velmor eval --property name=Zoe
-  velmor clean out.rtf terms.rtf -o letter.rtf
-  velmor render letter.rtf --data people.csv --join mailing.rtf
-  velmor report invoice.rtf --properties invoice.properties -o report.html
-  velmor explain out.rtf:12:5 --trace run.json
-  velmor check invoice.rtf
-  velmor verify letter.rtf
-  velmor tags --json invoice.rtf
-  velmor props invoice.properties
-  velmor handlers
-  velmor log VelmorLog-20240305.log)";
-
-constexpr const char* evalFooter = R"(
-Files that the template includes are looked for beside the template unless --include-path or the
-property "Path" says otherwise. RTF is read and written in the ANSI code page; characters that it
-does not have are written as \uN?. Plain text is written in the encoding of the template.
-
-Examples:
-  velmor eval letter.rtf --property 'Contact=Ruth Ackroyd' -o letter-ackroyd.rtf
-  velmor eval letter.rtf -o out.rtf --trace run.json
-  velmor eval letter.rtf -o out.rtf --record run.kvr
-  velmor eval -o again.rtf --replay run.kvr
-  velmor eval - < mail.txt > out.txt)";
-
-constexpr const char* renderFooter = R"(
-Each record of the data gives a letter; its columns are properties. Data are CSV with a first line that names the
-columns, JSON (an array of objects), JSON lines, or a query on an SQLite file. In --each, {Name} is the record's value
-of that column and {#} its number. A record that fails is a line on standard error; the others are made.
-
-Examples:
-  velmor render letter.rtf --data people.csv --each 'out/{Id}-{Name}.rtf'
-  velmor render letter.rtf --data people.json --join mailing.rtf --report run.json
-  velmor render mail.txt --data people.db --sql 'select * from people' --each 'out/{####}.txt' --continue
-  velmor render letter.rtf --data people.csv --where Country=France --limit 10 --join proof.rtf)";
-
-constexpr const char* reportFooter = R"(
-The page needs no network. It shows the template with its tags, what each gave, why and how fast, the
-mistakes, and the properties that were read or not.
-
-Examples:
-  velmor report invoice.rtf --properties invoice.properties -o report.html
-  velmor report letter.txt --data letter.json --sandbox -o report.html)";
-
-constexpr const char* explainFooter = R"(
-Offsets, lines and columns count from 1, in characters of the output as eval wrote it.
-
-Examples:
-  velmor eval letter.rtf -o out.rtf --trace run.json
-  velmor explain out.rtf:1234 --trace run.json
-  velmor explain out.rtf:12:40 --trace run.json)";
-
-constexpr const char* cleanFooter = R"(
-Documents within documents become one document: their tables of fonts, colours, styles and lists
-are merged. Several files are joined first, each on pages of its own, with its own page size and
-margins. Bytes that need not change stay as they are. A text that still holds a tag is not cleaned.
-
-Examples:
-  velmor clean evaluated.rtf -o out.rtf
-  velmor clean letter.rtf terms.rtf appendix.rtf -o mailing.rtf
-  velmor clean letter.rtf terms.rtf -o out.rtf --styles host --report merged.json
-  velmor eval invoice.rtf --properties invoice.properties | velmor clean - > out.rtf)";
-
-constexpr const char* checkFooter = R"(
-Nothing is evaluated; included files and tags in given properties are checked as well. Each mistake is a line with its place and its
-code, KV101 for example; docs/diagnostics.md describes the codes. With properties, those that a template
-reads and nothing sets are mistakes, too.
-
-Examples:
-  velmor check letter.rtf invoice.rtf
-  velmor check invoice.rtf --properties invoice.properties --registry handlers.reg
-  velmor check --format sarif letter.rtf > letter.sarif
-  velmor check letter.rtf --fix repaired.rtf
-  velmor check letter.rtf --annotate comments.rtf)";
-
-constexpr const char* schemaFooter = R"(
-Names, defaults and types are those of the tags that read properties, in the template and in the files
-that it includes.
-
-Examples:
-  velmor schema invoice.rtf > invoice.schema.json
-  velmor schema --sample invoice.rtf > sample.json
-  velmor eval invoice.rtf --data sample.json -o out.rtf)";
-
-constexpr const char* verifyFooter = R"(
-Looks for tags and markers that are left, references that the document's tables do not have, damaged
-groups and tables, and binary data. Each fault is a line as in check.
-
-Examples:
-  velmor verify out.rtf
-  velmor clean out.rtf terms.rtf | velmor verify -)";
-
-constexpr const char* tagsFooter = R"(
-Each tag is listed with the position of its opening marker, from 1.
-
-Examples:
-  velmor tags letter.rtf
-  velmor tags --json letter.rtf | jq '.tags[].handler')";
-
-constexpr const char* propsFooter = R"(
-The password is the first line of its file, as UTF-8. Attributes are marked @, child properties +.
-
-Examples:
-  velmor props invoice.properties
-  velmor props --json secret.kvp --password-file password.txt | jq '.properties[].name')";
-
-constexpr const char* handlersFooter = R"(
-Handlers of a group are named GROUP-NAME. The registry hides some from the list; --all lists them as well.
-
-Examples:
-  velmor handlers
-  velmor handlers FORMAT --json | jq '.handlers[].commands[].syntax')";
-
-constexpr const char* logFooter = R"(
-Times are seconds. EVTAG: tags answered, by handler; TAGCOL: texts searched for tags; CLNRTF: texts
-cleaned; GENRES: templates evaluated.
-
-Examples:
-  velmor log VelmorLog-20240305.log
-  velmor log --json VelmorLog-20240305.log | jq '.entries[0]')";
+// What follows the options in the help of a command: its section of help.txt.
+std::string footerOf(const std::string& command) {
+    const std::string heading = "\n# " + command + "\n";
+    const std::size_t begin = helpText.find(heading) + heading.size() - 1;
+    return std::string(helpText.substr(begin, helpText.find("\n# ", begin) - begin));
+}
 
 // Makes the command of that name; CLI11 fills in its options, and then it is the one to run.
 template <typename Options>
 std::pair<CLI::App*, Options&> addCommand(CLI::App& app, CommandLine& line, const char* name, const char* description,
-                                          const char* footer, ExitCode (*run)(platform::Services&, const Options&)) {
+                                          ExitCode (*run)(platform::Services&, const Options&)) {
     CLI::App* const command = app.add_subcommand(name, description);
     const auto options = std::make_shared<Options>();
-    command->footer(footer);
+    command->footer(footerOf(name));
     command->final_callback([&line, options, run] {
         line.run = [options, run](platform::Services& services) { return run(services, *options); };
     });
@@ -262,7 +142,7 @@ void addEvaluation(CLI::App& command, TemplateOptions& options, CommandLine& lin
 }
 
 void addEval(CLI::App& app, CommandLine& line) {
-    const auto [command, options] = addCommand(app, line, "eval", "Evaluate a template", evalFooter, runEval);
+    const auto [command, options] = addCommand(app, line, "eval", "Evaluate a template", runEval);
     addOutput(*command, options.output, "result");
     addEvaluation(*command, options, line);
     const CLI::Validator file(refuseStandardOutput, "");
@@ -348,7 +228,7 @@ void addRecords(CLI::App& command, RenderOptions& options) {
 
 void addRender(CLI::App& app, CommandLine& line) {
     const auto [command, options] =
-        addCommand(app, line, "render", "Evaluate a template for each record of data", renderFooter, runRender);
+        addCommand(app, line, "render", "Evaluate a template for each record of data", runRender);
     addEvaluation(*command, options, line);
     addRecords(*command, options);
     const CLI::Validator file(refuseStandardOutput, "");
@@ -372,15 +252,14 @@ void addRender(CLI::App& app, CommandLine& line) {
 }
 
 void addReport(CLI::App& app, CommandLine& line) {
-    const auto [command, options] =
-        addCommand(app, line, "report", "Write a page that shows an evaluation", reportFooter, runReport);
+    const auto [command, options] = addCommand(app, line, "report", "Write a page that shows an evaluation", runReport);
     addOutput(*command, options.output, "page");
     addEvaluation(*command, options, line);
 }
 
 void addExplain(CLI::App& app, CommandLine& line) {
     const auto [command, options] =
-        addCommand(app, line, "explain", "Say which tag wrote a character of an output", explainFooter, runExplain);
+        addCommand(app, line, "explain", "Say which tag wrote a character of an output", runExplain);
     command->add_option("PLACE", options.place, "The character: OUT:OFFSET or OUT:LINE:COLUMN")
         ->type_name("")
         ->required();
@@ -401,7 +280,7 @@ void addFormat(CLI::App& command, CheckFormat& format) {
 
 void addCheck(CLI::App& app, CommandLine& line) {
     const auto [command, options] =
-        addCommand(app, line, "check", "Find the mistakes of templates without evaluating them", checkFooter, runCheck);
+        addCommand(app, line, "check", "Find the mistakes of templates without evaluating them", runCheck);
     command->add_option("TEMPLATE", options.inputs, "The templates; - or nothing: standard input")->type_name("");
     addFormat(*command, options.format);
     command->add_option("--fix", options.fixed, "Write the template with repaired tags to this file")->type_name("OUT");
@@ -413,7 +292,7 @@ void addCheck(CLI::App& app, CommandLine& line) {
 
 void addSchema(CLI::App& app, CommandLine& line) {
     const auto [command, options] =
-        addCommand(app, line, "schema", "Print a JSON Schema of a template's properties", schemaFooter, runSchema);
+        addCommand(app, line, "schema", "Print a JSON Schema of a template's properties", runSchema);
     command->add_option("TEMPLATE", options.input, "The template; - or nothing: standard input")->type_name("");
     command->add_flag("--sample", options.sample, "Print sample data for eval --data instead");
     addTemplateOptions(*command, options);
@@ -421,14 +300,14 @@ void addSchema(CLI::App& app, CommandLine& line) {
 
 void addVerify(CLI::App& app, CommandLine& line) {
     const auto [command, options] =
-        addCommand(app, line, "verify", "Find what is wrong with finished documents", verifyFooter, runVerify);
+        addCommand(app, line, "verify", "Find what is wrong with finished documents", runVerify);
     command->add_option("FILE", options.inputs, "The documents; -: standard input")->type_name("")->required();
     addFormat(*command, options.format);
 }
 
 void addClean(CLI::App& app, CommandLine& line) {
     const auto [command, options] =
-        addCommand(app, line, "clean", "Make one clean RTF document of RTF documents", cleanFooter, runClean);
+        addCommand(app, line, "clean", "Make one clean RTF document of RTF documents", runClean);
     command->add_option("FILE", options.inputs, "RTF files; -: standard input. Several are joined in this order")
         ->type_name("");
     command->add_option("--inputs-from", options.inputsFrom, "Take more files from this list, a name on each line")
@@ -448,14 +327,14 @@ void addClean(CLI::App& app, CommandLine& line) {
 }
 
 void addTags(CLI::App& app, CommandLine& line) {
-    const auto [command, options] = addCommand(app, line, "tags", "List the tags of a template", tagsFooter, runTags);
+    const auto [command, options] = addCommand(app, line, "tags", "List the tags of a template", runTags);
     command->add_option("TEMPLATE", options.input, "The template; - or nothing: standard input")->type_name("");
     command->add_flag("--json", options.json, "As JSON");
     addEncoding(*command, options.encoding);
 }
 
 void addProps(CLI::App& app, CommandLine& line) {
-    const auto [command, options] = addCommand(app, line, "props", "List a property file", propsFooter, runProps);
+    const auto [command, options] = addCommand(app, line, "props", "List a property file", runProps);
     command->add_option("FILE", options.file.name, "The property file; -: standard input")->type_name("")->required();
     addPasswordFile(*command, options.file.passwordFile);
     command->add_flag("--json", options.json, "As JSON");
@@ -463,8 +342,8 @@ void addProps(CLI::App& app, CommandLine& line) {
 }
 
 void addHandlers(CLI::App& app, CommandLine& line) {
-    const auto [command, options] = addCommand(app, line, "handlers", "List the registered handlers and their commands",
-                                               handlersFooter, runHandlers);
+    const auto [command, options] =
+        addCommand(app, line, "handlers", "List the registered handlers and their commands", runHandlers);
     command->add_option("NAME", options.name, "Only this handler")->type_name("");
     command->add_flag("--all", options.all, "Hidden handlers as well");
     command->add_option("--test", options.test, "Print what this handler answers to a tag, such as DATE:VALUE=1:")
@@ -475,7 +354,7 @@ void addHandlers(CLI::App& app, CommandLine& line) {
 }
 
 void addLog(CLI::App& app, CommandLine& line) {
-    const auto [command, options] = addCommand(app, line, "log", "Sum up a day's timing log", logFooter, runLog);
+    const auto [command, options] = addCommand(app, line, "log", "Sum up a day's timing log", runLog);
     command->add_option("FILE", options.input, "The log; -: standard input")->type_name("")->required();
     command->add_flag("--json", options.json, "As JSON");
 }
@@ -539,7 +418,7 @@ std::optional<CommandLine> parseCommandLine(const std::vector<std::string>& argu
     app.set_version_flag("--version", "velmor " VELMOR_VERSION);
     app.allow_windows_style_options(false);
     app.require_subcommand(1);
-    app.footer(programFooter);
+    app.footer(footerOf("velmor"));
     CommandLine line;
     for (const auto add : {addEval, addRender, addReport, addExplain, addClean, addCheck, addSchema, addVerify, addTags,
                            addProps, addHandlers, addLog})
