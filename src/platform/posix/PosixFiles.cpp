@@ -95,19 +95,6 @@ bool takePermissions(int descriptor, const std::string& path) {
     return stat(path.c_str(), &status) != 0 || fchmod(descriptor, status.st_mode & 07777) == 0;
 }
 
-// A pipe, a device, or a descriptor of this process.
-class DirectWriter final : public FileWriter {
-public:
-    explicit DirectWriter(int number) : file_(number) {}
-
-    explicit operator bool() const { return static_cast<bool>(file_); }
-    bool write(std::string_view bytes) override { return writeAll(file_.number(), bytes); }
-    bool finish() override { return file_.close(); }
-
-private:
-    Descriptor file_;
-};
-
 // Blocks the signals that end a program while a temporary file exists, so that none remains.
 class SignalHold {
 public:
@@ -125,13 +112,15 @@ private:
     sigset_t before_;
 };
 
-// A new file in the same folder takes the name when everything is on the disk.
-class WholeWriter final : public FileWriter {
+class SystemWriter final : public FileWriter {
 public:
-    explicit WholeWriter(std::string path) : path_(std::move(path)), file_(openBeside(path_, temporary_)) {
+    // To a pipe, a device, or a descriptor of this process.
+    explicit SystemWriter(int number) : file_(number), isGood_(file_) {}
+    // A new file in the same folder takes the name when everything is on the disk.
+    explicit SystemWriter(std::string path) : path_(std::move(path)), file_(openBeside(path_, temporary_)) {
         isGood_ = file_ && takePermissions(file_.number(), path_);
     }
-    ~WholeWriter() override {
+    ~SystemWriter() override {
         const int reason = errno;
         if (!temporary_.empty()) unlink(temporary_.c_str());
         errno = reason;
@@ -140,6 +129,7 @@ public:
     explicit operator bool() const { return isGood_; }
     bool write(std::string_view bytes) override { return isGood_ = isGood_ && writeAll(file_.number(), bytes); }
     bool finish() override {
+        if (path_.empty()) return isGood_ && file_.close();
         if (!isGood_ || fsync(file_.number()) != 0 || !file_.close()) return false;
         if (rename(temporary_.c_str(), path_.c_str()) != 0) return false;
         temporary_.clear();
@@ -190,9 +180,9 @@ bool isReadOnly(const std::string& path) {
     return refused;
 }
 
-template <class Writer, class Place>
+template <class Place>
 std::unique_ptr<FileWriter> opened(const Place& place) {
-    auto writer = std::make_unique<Writer>(place);
+    auto writer = std::make_unique<SystemWriter>(place);
     return *writer ? std::move(writer) : nullptr;
 }
 
@@ -229,10 +219,10 @@ public:
         const auto native = pathToChange(path);
         if (!native) return nullptr;
         const auto [target, descriptor] = followLinks(*native);
-        if (descriptor >= 0) return opened<DirectWriter>(fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
+        if (descriptor >= 0) return opened(fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
         if (isReadOnly(target)) return nullptr;
-        if (!pathExists(target) || isRegular(target)) return opened<WholeWriter>(target);
-        return opened<DirectWriter>(open(target.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
+        if (!pathExists(target) || isRegular(target)) return opened(target);
+        return opened(open(target.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
     }
 
     bool create(std::u16string_view path) override {

@@ -83,25 +83,27 @@ std::wstring freeNameBeside(const std::wstring& path) {
     return nameBeside(path, attempt);
 }
 
-// A new file in the same folder takes the name when everything is on the disk.
-class WholeWriter final : public FileWriter {
+// To a device, or to a file: a new one in the same folder takes the name when everything is on the disk.
+class SystemWriter final : public FileWriter {
 public:
-    explicit WholeWriter(std::wstring path)
+    SystemWriter(std::wstring path, bool isDevice)
         : path_(std::move(path)),
-          temporary_(freeNameBeside(path_)),
-          file_(temporary_, GENERIC_WRITE | DELETE, CREATE_NEW),
-          isThere_(static_cast<bool>(file_)),
+          temporary_(isDevice ? std::wstring() : freeNameBeside(path_)),
+          file_(isDevice ? File(path_, GENERIC_WRITE, OPEN_EXISTING)
+                         : File(temporary_, GENERIC_WRITE | DELETE, CREATE_NEW)),
+          isThere_(file_ && !isDevice),
           isRemoved_(isThere_ && removeWhenClosed(file_, true)) {}  // not every file system can
-    ~WholeWriter() override {
+    ~SystemWriter() override {
         const DWORD reason = GetLastError();
         file_.close();
         if (isThere_) DeleteFileW(temporary_.c_str());
         SetLastError(reason);
     }
 
-    explicit operator bool() const { return isThere_; }
+    explicit operator bool() const { return static_cast<bool>(file_); }
     bool write(std::string_view bytes) override { return isGood_ = isGood_ && file_.writeAll(bytes); }
     bool finish() override {
+        if (temporary_.empty()) return isGood_ && file_.close();
         if (!isGood_ || !FlushFileBuffers(file_.get())) return false;
         if ((isRemoved_ && !removeWhenClosed(file_, false)) || !file_.close()) return false;
         constexpr DWORD how = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
@@ -117,24 +119,6 @@ private:
     const bool isRemoved_;
     bool isGood_ = true;
 };
-
-class DeviceWriter final : public FileWriter {
-public:
-    explicit DeviceWriter(const std::wstring& path) : file_(path, GENERIC_WRITE, OPEN_EXISTING) {}
-
-    explicit operator bool() const { return static_cast<bool>(file_); }
-    bool write(std::string_view bytes) override { return file_.writeAll(bytes); }
-    bool finish() override { return file_.close(); }
-
-private:
-    File file_;
-};
-
-template <class Writer>
-std::unique_ptr<FileWriter> opened(const std::wstring& path) {
-    auto writer = std::make_unique<Writer>(path);
-    return *writer ? std::move(writer) : nullptr;
-}
 
 bool hasAttribute(const std::wstring& path, DWORD attribute) {
     const DWORD attributes = GetFileAttributesW(path.c_str());
@@ -177,7 +161,8 @@ public:
     std::unique_ptr<FileWriter> writer(std::u16string_view path) override {
         const std::wstring native = nativePath(path);
         if (native.empty() || isFolder(native) || isReadOnly(native)) return nullptr;
-        return isDevice(native) ? opened<DeviceWriter>(native) : opened<WholeWriter>(native);
+        auto writer = std::make_unique<SystemWriter>(native, isDevice(native));
+        return *writer ? std::move(writer) : nullptr;
     }
 
     bool create(std::u16string_view path) override {
