@@ -16,7 +16,10 @@ std::unique_ptr<Registry> machineRegistry();
 
 std::unique_ptr<Files> machineFiles();
 automation::Date localTime();
-std::unique_ptr<Folders> machineFolders(std::u16string componentFolder);
+// As in Folders; empty on failure.
+std::u16string commonDataFolder();
+std::u16string temporaryFolder();
+std::u16string nameOfMachine();
 // Creates classes of the machine. On Linux libraries that the registry names by a
 // relative path, or that were moved, are searched in `folders`, in this order. For any thread.
 std::unique_ptr<Objects> machineObjects(const Registry& registry, std::vector<std::u16string> folders);

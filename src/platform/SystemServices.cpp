@@ -1,6 +1,7 @@
 #include "platform/SystemServices.h"
 
 #include <chrono>
+#include <filesystem>
 #include <utility>
 
 #include "platform/Cryptography.h"
@@ -19,6 +20,20 @@ public:
     double timer() const override {
         return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
     }
+};
+
+class SystemFolders : public Folders {
+public:
+    explicit SystemFolders(std::u16string component) : component_(std::move(component)) {}
+
+    std::u16string commonData() const override { return commonDataFolder(); }
+    std::u16string temporary() const override { return temporaryFolder(); }
+    std::u16string component() const override { return component_; }
+    std::u16string machineName() const override { return nameOfMachine(); }
+    char16_t separator() const override { return std::filesystem::path::preferred_separator; }
+
+private:
+    const std::u16string component_;
 };
 
 // Random GUIDs (version 4).
@@ -49,7 +64,7 @@ struct SystemServices::Parts {
         : registryFile(options.registryFile.empty() && !options.registryOnlyIfNamed ? usualRegistryFile(*files)
                                                                                     : options.registryFile),
           registry(loadRegistry(options)),
-          folders(machineFolders(folderOf(ownFile()))),
+          folders(folderOf(ownFile())),
           objects(machineObjects(*registry, libraryFolders(options))) {}
 
     std::unique_ptr<Registry> loadRegistry(const SystemOptions& options) {
@@ -70,7 +85,7 @@ struct SystemServices::Parts {
     std::vector<std::u16string> libraryFolders(const SystemOptions& options) const {
         std::vector<std::u16string> result = options.handlerFolders;
         if (!registryFile.empty()) result.insert(result.begin(), folderOf(registryFile));
-        result.push_back(folders->component());
+        result.push_back(folders.component());
         return result;
     }
 
@@ -79,11 +94,11 @@ struct SystemServices::Parts {
     std::u16string registryFile;  // empty: none
     std::unique_ptr<Registry> registry;
     SystemClock clock;
-    std::unique_ptr<Folders> folders;
+    SystemFolders folders;
     std::unique_ptr<Objects> objects;
     std::unique_ptr<Pictures> pictures = machinePictures(*files);
     SystemGuids guids;
-    Services services{*registry, *files, clock, *folders, *objects, *pictures, guids};
+    Services services{*registry, *files, clock, folders, *objects, *pictures, guids};
 };
 
 SystemServices::SystemServices(const SystemOptions& options) : parts_(std::make_unique<Parts>(options)) {}

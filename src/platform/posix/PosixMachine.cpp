@@ -30,32 +30,24 @@ std::u16string withoutLastSeparator(std::u16string folder) {
     return folder;
 }
 
-// commonData is $VELMOR_DATA, else /var/lib/velmor; temporary is $TMPDIR, else /tmp.
-class PosixFolders : public Folders {
-public:
-    explicit PosixFolders(std::u16string componentFolder)
-        : component_(withoutLastSeparator(std::move(componentFolder))) {}
-
-    std::u16string commonData() const override {
-        auto folder = environmentVariable("VELMOR_DATA");
-        return folder.empty() ? u"/var/lib/velmor" : withoutLastSeparator(std::move(folder));
-    }
-    std::u16string temporary() const override {
-        auto folder = environmentVariable("TMPDIR");
-        return folder.empty() ? u"/tmp" : withoutLastSeparator(std::move(folder));
-    }
-    std::u16string component() const override { return component_; }
-    std::u16string machineName() const override {
-        char name[HOST_NAME_MAX + 1] = {};
-        return gethostname(name, HOST_NAME_MAX) == 0 ? fromUtf8(name) : std::u16string();
-    }
-    char16_t separator() const override { return u'/'; }
-
-private:
-    std::u16string component_;
-};
-
 }  // namespace
+
+// $VELMOR_DATA, else /var/lib/velmor.
+std::u16string commonDataFolder() {
+    auto folder = environmentVariable("VELMOR_DATA");
+    return folder.empty() ? u"/var/lib/velmor" : withoutLastSeparator(std::move(folder));
+}
+
+// $TMPDIR, else /tmp.
+std::u16string temporaryFolder() {
+    auto folder = environmentVariable("TMPDIR");
+    return folder.empty() ? u"/tmp" : withoutLastSeparator(std::move(folder));
+}
+
+std::u16string nameOfMachine() {
+    char name[HOST_NAME_MAX + 1] = {};
+    return gethostname(name, HOST_NAME_MAX) == 0 ? fromUtf8(name) : std::u16string();
+}
 
 std::u16string usualRegistryFile(const Files& files) {
     if (auto named = environmentVariable("VELMOR_REGISTRY"); !named.empty()) return named;
@@ -83,10 +75,6 @@ automation::Date localTime() {
                                                   local.tm_min, local.tm_sec < 60 ? local.tm_sec : 59});
     second = now;
     return answer = date.value_or(automation::Date{});
-}
-
-std::unique_ptr<Folders> machineFolders(std::u16string componentFolder) {
-    return std::make_unique<PosixFolders>(std::move(componentFolder));
 }
 
 std::unique_ptr<Pictures> machinePictures(Files& files) {

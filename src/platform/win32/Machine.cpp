@@ -26,33 +26,6 @@ std::u16string withoutLastSeparator(std::u16string folder) {
     return folder;
 }
 
-class MachineFolders : public Folders {
-public:
-    explicit MachineFolders(std::u16string componentFolder)
-        : component_(withoutLastSeparator(std::move(componentFolder))) {}
-
-    std::u16string commonData() const override {
-        wchar_t path[MAX_PATH] = {};
-        if (FAILED(SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, 0, path))) return {};
-        return withoutLastSeparator(fromWide(path));
-    }
-    std::u16string temporary() const override {
-        wchar_t path[MAX_PATH + 2] = {};
-        const DWORD length = GetTempPathW(MAX_PATH + 2, path);
-        return length == 0 || length > MAX_PATH + 1 ? std::u16string() : withoutLastSeparator(fromWide({path, length}));
-    }
-    std::u16string component() const override { return component_; }
-    std::u16string machineName() const override {
-        wchar_t name[MAX_COMPUTERNAME_LENGTH + 1] = {};
-        DWORD length = MAX_COMPUTERNAME_LENGTH + 1;
-        return GetComputerNameW(name, &length) ? fromWide({name, length}) : std::u16string();
-    }
-    char16_t separator() const override { return u'\\'; }
-
-private:
-    std::u16string component_;
-};
-
 bool isRegistered(const CLSID& identifier, REGSAM view) {
     wchar_t text[39];
     StringFromGUID2(identifier, text, 39);
@@ -98,8 +71,22 @@ automation::Date localTime() {
         .value_or(automation::Date{});
 }
 
-std::unique_ptr<Folders> machineFolders(std::u16string componentFolder) {
-    return std::make_unique<MachineFolders>(std::move(componentFolder));
+std::u16string commonDataFolder() {
+    wchar_t path[MAX_PATH] = {};
+    if (FAILED(SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, 0, path))) return {};
+    return withoutLastSeparator(fromWide(path));
+}
+
+std::u16string temporaryFolder() {
+    wchar_t path[MAX_PATH + 2] = {};
+    const DWORD length = GetTempPathW(MAX_PATH + 2, path);
+    return length == 0 || length > MAX_PATH + 1 ? std::u16string() : withoutLastSeparator(fromWide({path, length}));
+}
+
+std::u16string nameOfMachine() {
+    wchar_t name[MAX_COMPUTERNAME_LENGTH + 1] = {};
+    DWORD length = MAX_COMPUTERNAME_LENGTH + 1;
+    return GetComputerNameW(name, &length) ? fromWide({name, length}) : std::u16string();
 }
 
 std::unique_ptr<Objects> machineObjects(const Registry&, std::vector<std::u16string>) {
