@@ -61,10 +61,48 @@ private:
         std::int64_t depth;
     };
 
-    void takeBrace(std::size_t index);
-    void closeBrace(std::size_t index);
-    void openDocument(std::size_t index);
-    void dropUnclosed();
+    void takeBrace(std::size_t index) {
+        if (reader_.closes()) {
+            if (reader_.counts()) closeBrace(index);
+        } else if (index > hostAt_ && documentStandsAt(text_, index)) {
+            openDocument(index);
+        } else {
+            // Escaped groups are noted too: the set may hold more groups than the text, never fewer.
+            groups().note(text_, index);
+            depth_ += reader_.counts();
+        }
+    }
+
+    void openDocument(std::size_t index) {
+        const std::size_t parent = open_.empty() ? host : open_.back().document;
+        const bool isCarrier = carrierStandsAt(text_, index);
+        const std::size_t end = isCarrier ? index + carrierLength : index;
+        if (isCarrier) {
+            groups().note(text_, index + carrierOpening);
+            reader_.goOnAt(end);
+        } else {
+            sawDocument_ = true;
+            open_.push_back({found_.size(), depth_++});
+        }
+        found_.push_back({static_cast<std::uint32_t>(index), static_cast<std::uint32_t>(end), parent, isCarrier, {}});
+    }
+
+    void closeBrace(std::size_t index) {
+        --depth_;
+        if (open_.empty() || open_.back().depth != depth_) return;
+        found_[open_.back().document].end = static_cast<std::uint32_t>(index + 1);
+        open_.pop_back();
+    }
+
+    // Forgets the first document without an end, and all after its opening.
+    void dropUnclosed() {
+        if (open_.empty()) return;
+        const std::size_t first = open_.front().document;
+        for (std::size_t i = first; i < found_.size(); ++i) hostGroups_.add(found_[i].groups);
+        found_.resize(first);
+        open_.clear();
+    }
+
     GroupSet& groups() noexcept { return open_.empty() ? hostGroups_ : found_[open_.back().document].groups; }
 
     std::u16string_view text_;
@@ -76,48 +114,6 @@ private:
     GroupSet hostGroups_;
     bool sawDocument_ = false;
 };
-
-void DocumentFinder::takeBrace(std::size_t index) {
-    if (reader_.closes()) {
-        if (reader_.counts()) closeBrace(index);
-    } else if (index > hostAt_ && documentStandsAt(text_, index)) {
-        openDocument(index);
-    } else {
-        // Escaped groups are noted too: the set may hold more groups than the text, never fewer.
-        groups().note(text_, index);
-        depth_ += reader_.counts();
-    }
-}
-
-void DocumentFinder::openDocument(std::size_t index) {
-    const std::size_t parent = open_.empty() ? host : open_.back().document;
-    const bool isCarrier = carrierStandsAt(text_, index);
-    const std::size_t end = isCarrier ? index + carrierLength : index;
-    if (isCarrier) {
-        groups().note(text_, index + carrierOpening);
-        reader_.goOnAt(end);
-    } else {
-        sawDocument_ = true;
-        open_.push_back({found_.size(), depth_++});
-    }
-    found_.push_back({static_cast<std::uint32_t>(index), static_cast<std::uint32_t>(end), parent, isCarrier, {}});
-}
-
-void DocumentFinder::closeBrace(std::size_t index) {
-    --depth_;
-    if (open_.empty() || open_.back().depth != depth_) return;
-    found_[open_.back().document].end = static_cast<std::uint32_t>(index + 1);
-    open_.pop_back();
-}
-
-// Forgets the first document without an end, and all after its opening.
-void DocumentFinder::dropUnclosed() {
-    if (open_.empty()) return;
-    const std::size_t first = open_.front().document;
-    for (std::size_t i = first; i < found_.size(); ++i) hostGroups_.add(found_[i].groups);
-    found_.resize(first);
-    open_.clear();
-}
 
 // Builds the lifted documents, each from its own parts of the text, and the edits of the host.
 class Lifting {
@@ -140,10 +136,43 @@ private:
         std::size_t from;  // the text before it is copied
     };
 
-    void lift(std::size_t index);
-    void unwrap(const Found& carrier);
-    void copyUpTo(std::size_t end, std::size_t next);
-    void finish();
+    void lift(std::size_t index) {
+        const Found& document = found_[index];
+        std::u16string placeholder = tables_.placeholder(tables_.documents().size());
+        if (open_.empty()) {
+            hostEdits_.replaceVal(document.begin, document.end, std::move(placeholder));
+        } else {
+            copyUpTo(document.begin, document.end);
+            open_.back().text += placeholder;
+        }
+        TableCollection::Document& lifted = tables_.documents().emplace_back();
+        lifted.groups = document.groups;
+        open_.push_back({index, lifted.text, document.begin});
+    }
+
+    void unwrap(const Found& carrier) {
+        const std::size_t inner = carrier.begin + carrierOpening;
+        if (open_.empty()) {
+            hostEdits_.cut(carrier.begin, inner);
+            hostEdits_.cut(carrier.end - 1, carrier.end);
+        } else {
+            copyUpTo(carrier.begin, inner);
+            copyUpTo(carrier.end - 1, carrier.end);
+        }
+    }
+
+    // Gives the innermost open document its text up to `end`, and continues it at `next`.
+    void copyUpTo(std::size_t end, std::size_t next) {
+        auto& [document, text, from] = open_.back();
+        text.append(text_, from, end - from);
+        from = next;
+    }
+
+    void finish() {
+        const std::size_t end = found_[open_.back().document].end;
+        copyUpTo(end, end);
+        open_.pop_back();
+    }
 
     std::u16string_view text_;
     const std::vector<Found>& found_;
@@ -151,44 +180,6 @@ private:
     TextEdits hostEdits_;
     std::vector<Part> open_;
 };
-
-void Lifting::lift(std::size_t index) {
-    const Found& document = found_[index];
-    std::u16string placeholder = tables_.placeholder(tables_.documents().size());
-    if (open_.empty()) {
-        hostEdits_.replaceVal(document.begin, document.end, std::move(placeholder));
-    } else {
-        copyUpTo(document.begin, document.end);
-        open_.back().text += placeholder;
-    }
-    TableCollection::Document& lifted = tables_.documents().emplace_back();
-    lifted.groups = document.groups;
-    open_.push_back({index, lifted.text, document.begin});
-}
-
-void Lifting::unwrap(const Found& carrier) {
-    const std::size_t inner = carrier.begin + carrierOpening;
-    if (open_.empty()) {
-        hostEdits_.cut(carrier.begin, inner);
-        hostEdits_.cut(carrier.end - 1, carrier.end);
-    } else {
-        copyUpTo(carrier.begin, inner);
-        copyUpTo(carrier.end - 1, carrier.end);
-    }
-}
-
-// Gives the innermost open document its text up to `end`, and continues it at `next`.
-void Lifting::copyUpTo(std::size_t end, std::size_t next) {
-    auto& [document, text, from] = open_.back();
-    text.append(text_, from, end - from);
-    from = next;
-}
-
-void Lifting::finish() {
-    const std::size_t end = found_[open_.back().document].end;
-    copyUpTo(end, end);
-    open_.pop_back();
-}
 
 }  // namespace
 

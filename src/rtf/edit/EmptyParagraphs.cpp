@@ -40,19 +40,142 @@ private:
     Flow& flow() noexcept { return flows_.back(); }
     bool isHidden() const noexcept { return !groups_.empty() && groups_.back().isHidden; }
 
-    void step();
-    void show() noexcept;
-    void takeMark();
-    void takeBlank(std::size_t end);
-    void openGroup();
-    void closeGroup();
-    void takeBackslash();
-    void takeWord(const ControlWord& word, std::size_t end);
-    void endParagraph(std::size_t end);
-    void endOther(Word word) noexcept;
-    void endFlow();
-    void meetTable(Word row) noexcept;
-    void cut(const std::vector<TextRange>& ranges);
+    void step() {
+        switch (text_[at_]) {
+            case emptyTag:
+                return takeMark();
+            case u'{':
+                return openGroup();
+            case u'}':
+                return closeGroup();
+            case u'\\':
+                return takeBackslash();
+            case u' ':
+            case u'\t':
+                return takeBlank(at_ + 1);
+            case u'\r':
+            case u'\n':
+                break;
+            default:
+                show();
+        }
+        ++at_;
+    }
+
+    void show() noexcept {
+        if (!isHidden()) flow().shows = shows_ = true;
+    }
+
+    void takeMark() {
+        if (!isHidden()) flow().hasMark = true;
+        if (edits_ != nullptr) edits_->replace(at_, at_ + 1, {});
+        ++at_;
+    }
+
+    void takeBlank(std::size_t end) {
+        if (!isHidden() && !flow().shows) flow().blanks.push_back({at_, end});
+        at_ = end;
+    }
+
+    void openGroup() {
+        const GroupOpening opening = readOpening(text_, at_);
+        const WordMeaning meaning = meaningOf(opening.letters);
+        if (meaning.is(WordTrait::shownGroup) || meaning.is(WordTrait::anchoredGroup)) show();
+        Group group;
+        group.isApart = meaning.is(WordTrait::apartGroup);
+        group.isHidden = !group.isApart && (isHidden() || (opening.ignorable && !meaning.is(WordTrait::shownGroup)) ||
+                                            meaning.is(WordTrait::hiddenGroup) || meaning.is(WordTrait::documentGroup));
+        if (meaning.is(WordTrait::numberGroup) && !isHidden()) group.number = at_;
+        if (group.isApart) flows_.emplace_back();
+        groups_.push_back(group);
+        ++at_;
+    }
+
+    void closeGroup() {
+        ++at_;
+        if (groups_.empty()) return;
+        const Group group = groups_.back();
+        groups_.pop_back();
+        if (group.isApart) endFlow();
+        if (group.number != nowhere) flow().blanks.push_back({group.number, at_});
+    }
+
+    void takeBackslash() {
+        const ControlWord word = readWord(text_, at_);
+        if (word.letters.empty()) {
+            const char16_t symbol = at_ + 1 < text_.size() ? text_[at_ + 1] : u' ';
+            if (isShownSymbol(symbol) || symbol == u'\r' || symbol == u'\n') show();
+            at_ = std::min(at_ + 2, text_.size());
+            return;
+        }
+        const std::size_t end = std::min(std::max(skipEscape(text_, at_), endWithBlank(text_, word)), text_.size());
+        if (!isHidden()) takeWord(word, end);
+        at_ = end;
+    }
+
+    void takeWord(const ControlWord& word, std::size_t end) {
+        const WordMeaning meaning = meaningOf(word.letters);
+        if (meaning.word == Word::par) {
+            endParagraph(end);
+        } else if (meaning.is(WordTrait::endsParagraph)) {
+            endOther(meaning.word);
+        } else if (meaning.word == Word::trowd || meaning.word == Word::intbl) {
+            meetTable(Word::row);
+        } else if (meaning.word == Word::itap && numberOf(word.number) > 1) {
+            meetTable(Word::nestrow);
+        } else if (word.letters == u"tab" || word.letters == u"line") {
+            takeBlank(end);
+        } else if (meaning.is(WordTrait::shown)) {
+            show();
+        }
+    }
+
+    // At the \par that ends at `end`.
+    void endParagraph(std::size_t end) {
+        Flow& flow = this->flow();
+        if (flow.hasMark && !flow.shows) {
+            flow.blanks.push_back({at_, end});
+            if (flow.afterRow != Word::other && flow.held.empty()) {
+                flow.held.swap(flow.blanks);
+            } else {
+                cut(flow.blanks);
+            }
+        } else {
+            cut(flow.held);
+            flow.held.clear();
+            flow.afterRow = Word::other;
+        }
+        flow.blanks.clear();
+        flow.hasMark = flow.shows = false;
+    }
+
+    // The end of a cell, a row or a section.
+    void endOther(Word word) noexcept {
+        shows_ = true;
+        Flow& flow = this->flow();
+        flow.blanks.clear();
+        flow.held.clear();
+        flow.hasMark = flow.shows = false;
+        flow.afterRow = word == Word::row || word == Word::nestrow ? word : Word::other;
+    }
+
+    // With its last paragraph.
+    void endFlow() {
+        if (flow().shows) cut(flow().held);
+        flows_.pop_back();
+    }
+
+    // A paragraph belongs to a table that has such rows.
+    void meetTable(Word row) noexcept {
+        if (flow().afterRow != row) return;
+        flow().held.clear();
+        flow().afterRow = Word::other;
+    }
+
+    void cut(const std::vector<TextRange>& ranges) {
+        if (edits_ == nullptr) return;
+        for (const TextRange& range : ranges) edits_->cut(range.begin, range.end);
+    }
 
     std::u16string_view text_;
     TextEdits* const edits_;
@@ -61,143 +184,6 @@ private:
     std::vector<Flow> flows_;
     std::vector<Group> groups_;
 };
-
-void ParagraphWalk::step() {
-    switch (text_[at_]) {
-        case emptyTag:
-            return takeMark();
-        case u'{':
-            return openGroup();
-        case u'}':
-            return closeGroup();
-        case u'\\':
-            return takeBackslash();
-        case u' ':
-        case u'\t':
-            return takeBlank(at_ + 1);
-        case u'\r':
-        case u'\n':
-            break;
-        default:
-            show();
-    }
-    ++at_;
-}
-
-void ParagraphWalk::show() noexcept {
-    if (!isHidden()) flow().shows = shows_ = true;
-}
-
-void ParagraphWalk::takeMark() {
-    if (!isHidden()) flow().hasMark = true;
-    if (edits_ != nullptr) edits_->replace(at_, at_ + 1, {});
-    ++at_;
-}
-
-void ParagraphWalk::takeBlank(std::size_t end) {
-    if (!isHidden() && !flow().shows) flow().blanks.push_back({at_, end});
-    at_ = end;
-}
-
-void ParagraphWalk::openGroup() {
-    const GroupOpening opening = readOpening(text_, at_);
-    const WordMeaning meaning = meaningOf(opening.letters);
-    if (meaning.is(WordTrait::shownGroup) || meaning.is(WordTrait::anchoredGroup)) show();
-    Group group;
-    group.isApart = meaning.is(WordTrait::apartGroup);
-    group.isHidden = !group.isApart && (isHidden() || (opening.ignorable && !meaning.is(WordTrait::shownGroup)) ||
-                                        meaning.is(WordTrait::hiddenGroup) || meaning.is(WordTrait::documentGroup));
-    if (meaning.is(WordTrait::numberGroup) && !isHidden()) group.number = at_;
-    if (group.isApart) flows_.emplace_back();
-    groups_.push_back(group);
-    ++at_;
-}
-
-void ParagraphWalk::closeGroup() {
-    ++at_;
-    if (groups_.empty()) return;
-    const Group group = groups_.back();
-    groups_.pop_back();
-    if (group.isApart) endFlow();
-    if (group.number != nowhere) flow().blanks.push_back({group.number, at_});
-}
-
-void ParagraphWalk::takeBackslash() {
-    const ControlWord word = readWord(text_, at_);
-    if (word.letters.empty()) {
-        const char16_t symbol = at_ + 1 < text_.size() ? text_[at_ + 1] : u' ';
-        if (isShownSymbol(symbol) || symbol == u'\r' || symbol == u'\n') show();
-        at_ = std::min(at_ + 2, text_.size());
-        return;
-    }
-    const std::size_t end = std::min(std::max(skipEscape(text_, at_), endWithBlank(text_, word)), text_.size());
-    if (!isHidden()) takeWord(word, end);
-    at_ = end;
-}
-
-void ParagraphWalk::takeWord(const ControlWord& word, std::size_t end) {
-    const WordMeaning meaning = meaningOf(word.letters);
-    if (meaning.word == Word::par) {
-        endParagraph(end);
-    } else if (meaning.is(WordTrait::endsParagraph)) {
-        endOther(meaning.word);
-    } else if (meaning.word == Word::trowd || meaning.word == Word::intbl) {
-        meetTable(Word::row);
-    } else if (meaning.word == Word::itap && numberOf(word.number) > 1) {
-        meetTable(Word::nestrow);
-    } else if (word.letters == u"tab" || word.letters == u"line") {
-        takeBlank(end);
-    } else if (meaning.is(WordTrait::shown)) {
-        show();
-    }
-}
-
-// At the \par that ends at `end`.
-void ParagraphWalk::endParagraph(std::size_t end) {
-    Flow& flow = this->flow();
-    if (flow.hasMark && !flow.shows) {
-        flow.blanks.push_back({at_, end});
-        if (flow.afterRow != Word::other && flow.held.empty()) {
-            flow.held.swap(flow.blanks);
-        } else {
-            cut(flow.blanks);
-        }
-    } else {
-        cut(flow.held);
-        flow.held.clear();
-        flow.afterRow = Word::other;
-    }
-    flow.blanks.clear();
-    flow.hasMark = flow.shows = false;
-}
-
-// The end of a cell, a row or a section.
-void ParagraphWalk::endOther(Word word) noexcept {
-    shows_ = true;
-    Flow& flow = this->flow();
-    flow.blanks.clear();
-    flow.held.clear();
-    flow.hasMark = flow.shows = false;
-    flow.afterRow = word == Word::row || word == Word::nestrow ? word : Word::other;
-}
-
-// With its last paragraph.
-void ParagraphWalk::endFlow() {
-    if (flow().shows) cut(flow().held);
-    flows_.pop_back();
-}
-
-// A paragraph belongs to a table that has such rows.
-void ParagraphWalk::meetTable(Word row) noexcept {
-    if (flow().afterRow != row) return;
-    flow().held.clear();
-    flow().afterRow = Word::other;
-}
-
-void ParagraphWalk::cut(const std::vector<TextRange>& ranges) {
-    if (edits_ == nullptr) return;
-    for (const TextRange& range : ranges) edits_->cut(range.begin, range.end);
-}
 
 // Past the line end at the index.
 std::size_t skipLineEnd(std::u16string_view text, std::size_t index) noexcept {

@@ -38,12 +38,24 @@ public:
         }
     }
 
-    TextEdits stops(std::int32_t distance, std::int32_t width) const;
+    // A paragraph that has only the indent of its list stays as it is: a stop could precede that indent.
+    TextEdits stops(std::int32_t distance, std::int32_t width) const {
+        TextEdits edits;
+        for (const Formatting& formatting : formattings_) {
+            if (!formatting.hasTab || (formatting.isList && !formatting.isIndented)) continue;
+            std::u16string words;
+            for (std::int32_t stop = (formatting.reach / distance + 1) * distance; stop <= width; stop += distance) {
+                words += u"\\tx" + decimal(stop);
+            }
+            if (!words.empty()) edits.replaceVal(formatting.place, formatting.place, std::move(words));
+        }
+        return edits;
+    }
 
 private:
     // What a \pard begins: paragraphs of one formatting.
     struct Formatting {
-        std::size_t place;       // behind the word that the stops may follow
+        std::size_t place;       // after the word that the stops may follow
         std::size_t depth;       // of its group
         std::int32_t reach = 0;  // of the last stop, or of the indent
         bool isIndented = false;
@@ -51,46 +63,30 @@ private:
         bool hasTab = false;
     };
 
-    void takeWord(const ControlWord& word);
+    void takeWord(const ControlWord& word) {
+        if (word.letters == u"pard") {
+            formattings_.push_back({word.end, groups_.size()});
+            groups_.back() = formattings_.size();
+            return;
+        }
+        if (groups_.back() == 0) return;
+        Formatting& formatting = formattings_[groups_.back() - 1];
+        if (word.letters == u"tab") {
+            formatting.hasTab = true;
+        } else if (word.letters == u"ls") {
+            formatting.isList = word.number != u"0";
+            formatting.hasTab |= formatting.isList;
+        } else if (word.letters == u"tx" || word.letters == u"li" || word.letters == u"lin") {
+            formatting.isIndented |= word.letters != u"tx";
+            formatting.reach = std::max(formatting.reach, numberOf(word.number));
+            const bool isLast = groups_.back() == formattings_.size();
+            if (isLast && formatting.depth == groups_.size()) formatting.place = word.end;
+        }
+    }
 
     std::vector<Formatting> formattings_;
     std::vector<std::size_t> groups_{0};  // how many formattings precede: the last one is that of the group
 };
-
-void TabbedParagraphs::takeWord(const ControlWord& word) {
-    if (word.letters == u"pard") {
-        formattings_.push_back({word.end, groups_.size()});
-        groups_.back() = formattings_.size();
-        return;
-    }
-    if (groups_.back() == 0) return;
-    Formatting& formatting = formattings_[groups_.back() - 1];
-    if (word.letters == u"tab") {
-        formatting.hasTab = true;
-    } else if (word.letters == u"ls") {
-        formatting.isList = word.number != u"0";
-        formatting.hasTab |= formatting.isList;
-    } else if (word.letters == u"tx" || word.letters == u"li" || word.letters == u"lin") {
-        formatting.isIndented |= word.letters != u"tx";
-        formatting.reach = std::max(formatting.reach, numberOf(word.number));
-        const bool isLast = groups_.back() == formattings_.size();
-        if (isLast && formatting.depth == groups_.size()) formatting.place = word.end;
-    }
-}
-
-// A paragraph that has only the indent of its list stays as it is: a stop could precede that indent.
-TextEdits TabbedParagraphs::stops(std::int32_t distance, std::int32_t width) const {
-    TextEdits edits;
-    for (const Formatting& formatting : formattings_) {
-        if (!formatting.hasTab || (formatting.isList && !formatting.isIndented)) continue;
-        std::u16string words;
-        for (std::int32_t stop = (formatting.reach / distance + 1) * distance; stop <= width; stop += distance) {
-            words += u"\\tx" + decimal(stop);
-        }
-        if (!words.empty()) edits.replaceVal(formatting.place, formatting.place, std::move(words));
-    }
-    return edits;
-}
 
 }  // namespace
 

@@ -13,12 +13,10 @@
 #include "rtf/merge/ListTables.h"
 #include "rtf/merge/MergeReport.h"
 #include "rtf/merge/ReferenceSweep.h"
-#include "rtf/merge/RowPadding.h"
 #include "rtf/merge/StyleSheet.h"
 #include "rtf/merge/TableEntries.h"
 #include "rtf/pages/PageSetup.h"
 #include "rtf/read/CodePages.h"
-#include "rtf/read/DocumentHeader.h"
 #include "rtf/read/RtfReader.h"
 #include "text/Compare.h"
 
@@ -30,88 +28,12 @@ constexpr std::u16string_view timesNewRoman = u"{\\fonttbl{\\f0 Times New Roman;
 struct Table {
     TextRange group;                // its own
     TextRange place;                // what is taken out with it
-    std::u16string_view left = {};  // what stands in its place: the braces that a damaged one leaves open
+    std::u16string_view left = {};  // what replaces it: the braces that a damaged one leaves open
 };
 
 // The tables of one document, as it is.
 struct DocumentTables {
     std::optional<Table> fonts, colours, styles, lists, overrides;
-};
-
-class TableMerge final : public DocumentMerge {
-public:
-    TableMerge(const CleanOptions& options, const LiftedDocuments& lifted)
-        : options_(options),
-          lifted_(lifted),
-          fonts_(options),
-          colours_(options),
-          styles_(options),
-          lists_(options),
-          sweep_(options, numbers_) {}
-
-    void mergeHost(std::u16string& text, TableCollection& tables) override;
-    void mergeLifted(TableCollection::Document& document) override;
-    void store(TableCollection& tables) const override;
-    bool canAddFont(std::int32_t number) const noexcept override { return fonts_.canAdd(number); }
-
-private:
-    // What is taken out, or put in, while the rest is swept.
-    struct Change {
-        TextRange range;
-        std::u16string text;  // stands there instead
-    };
-
-    void findTables(std::u16string_view text, GroupSet groups);
-    std::optional<Table> find(std::u16string_view text, std::u16string_view opening) const;
-    std::u16string_view openBraces(std::u16string_view text, TextRange table) const;
-    std::optional<Table> findStarred(std::u16string_view text, std::u16string_view starred,
-                                     std::u16string_view plain) const;
-    void dropOverlapping();
-    void readTables(std::u16string_view text, std::size_t header, bool host);
-    bool isWhole(std::u16string_view text) const;
-    void keepWidowControl(std::u16string_view text, bool host);
-    std::u16string swept(std::u16string_view text, const Table& table, const References& references);
-    void addFonts(std::u16string_view table, bool host);
-    std::u16string_view foreignCharacterSet() const;
-    void mergeStylesAndLists(std::u16string_view text);
-    void settleDefaultFont();
-    void padRows(std::u16string& text, GroupSet groups) const;
-    void takeOut();
-    void placeInHost(std::size_t header, const TableCollection& tables);
-    void change(std::u16string& text);
-    void beginWhole(std::size_t header);
-    void keepTabs(std::u16string& text) const;
-    std::int32_t readersFont();
-    void noteHostsSize(std::u16string_view text, std::size_t header);
-    void renumberHostsFont();
-    void nameDefaultFont(std::size_t header);
-
-    CleanOptions options_;
-    LiftedDocuments lifted_;
-    FontTable fonts_;
-    ColourTable colours_;
-    StyleSheet styles_;
-    ListTables lists_;
-    NumberTexts numbers_;
-    std::int32_t hostFont_ = NumberMap::none;  // its default, if it names one
-    bool hostHasFonts_ = true;
-    bool hostControlsWidows_ = false;
-    std::int32_t plainSize_ = NumberMap::none;  // RTF's own, where the host's \plain means another one
-    std::int32_t hostTab_ = 0;
-    std::int32_t hostWidth_ = 0;
-    std::int32_t hostPage_ = windowsLatin;
-    std::int32_t page_ = windowsLatin;  // the current document's
-    ReferenceSweep sweep_;
-
-    // Of the current document.
-    bool whole_ = false;
-    std::optional<ControlWord> defaultFontWord_;  // its \deff
-    std::int32_t defaultFont_ = NumberMap::none;
-    DocumentTables tables_;
-    NumberMap fontNumbers_, colourNumbers_;
-    References references_;
-    std::vector<Change> changes_;
-    TextEdits edits_;
 };
 
 std::u16string_view part(std::u16string_view text, const Table& table) {
@@ -150,299 +72,373 @@ std::int32_t countOwnLists(std::u16string_view text) {
     return count;
 }
 
-// The braces that are open behind a damaged table, if the text closes them: they stay, tolerant, as their partners do.
-std::u16string_view TableMerge::openBraces(std::u16string_view text, TextRange table) const {
-    constexpr std::u16string_view braces = u"{{{{{{{{";
-    if (!options_.tolerant || findGroupEnd(text, table.begin + 1, true) == noGroupEnd) return {};
-    std::size_t open = 0;
-    for (RtfReader scanner(text, table.begin, table.end, true); scanner.nextBrace();) {
-        open += scanner.opens() ? 1 : static_cast<std::size_t>(-1);
-    }
-    return braces.substr(0, open);
+// ---- Row padding
+//
+// Readers may give the first row of a whole text the cell padding of any table style. If one document of a run brings
+// such a style, the first row of each document without one says that it has no padding of its own.
+
+bool bringsTableStyle(std::u16string_view text, GroupSet groups) noexcept {
+    return groups.has(Group::styleSheet) && findText(text, u"\\tsrowd", 0, Comparison::binary) != text.npos;
 }
 
-std::optional<Table> TableMerge::find(std::u16string_view text, std::u16string_view opening) const {
-    const auto group = findTableGroup(text, opening, options_.tolerant);
-    if (!group) return std::nullopt;
-    return Table{*group, placeOf(text, *group, options_.tolerant)};
-}
-
-std::optional<Table> TableMerge::findStarred(std::u16string_view text, std::u16string_view starred,
-                                             std::u16string_view plain) const {
-    const auto table = find(text, starred);
-    return table ? table : find(text, plain);
-}
-
-void TableMerge::findTables(std::u16string_view text, GroupSet groups) {
-    tables_ = {};
-    if (groups.has(Group::fontTable)) tables_.fonts = find(text, u"{\\fonttbl");
-    if (groups.has(Group::colourTable)) {
-        if (const auto colours = ColourTable::find(text, options_.tolerant)) {
-            tables_.colours = Table{*colours, *colours, openBraces(text, *colours)};
-        }
-    }
-    if (groups.has(Group::styleSheet)) tables_.styles = find(text, u"{\\stylesheet");
-    if (groups.has(Group::listTable)) tables_.lists = findStarred(text, u"{\\*\\listtable", u"{\\listtable");
-    if (groups.has(Group::listOverrideTable)) {
-        tables_.overrides = findStarred(text, u"{\\*\\listoverridetable", u"{\\listoverridetable");
-    }
-    dropOverlapping();
-}
-
-// A table that lies in another one, or crosses it, is no table of its own.
-void TableMerge::dropOverlapping() {
-    std::optional<Table>* const all[] = {&tables_.fonts, &tables_.colours, &tables_.styles, &tables_.lists,
-                                         &tables_.overrides};
-    for (std::size_t i = 1; i < std::size(all); ++i) {
-        const auto crosses = [&](const auto* other) { return overlap(*all[i], *other); };
-        if (std::any_of(all, all + i, crosses)) all[i]->reset();
-    }
-}
-
-// A table of the text with its references renumbered.
-std::u16string TableMerge::swept(std::u16string_view text, const Table& table, const References& references) {
-    std::u16string result(part(text, table));
-    sweep_.begin(result, references, edits_);
-    sweep_.sweep(0, result.size());
-    edits_.apply(result);
-    if (!options_.tolerant || page_ == hostPage_) return result;
-    const CodePage* const page = findCodePage(page_);
-    return page == nullptr ? result : withCharacters(result, *page, findCodePage(hostPage_));
-}
-
-void TableMerge::readTables(std::u16string_view text, std::size_t header, bool host) {
-    references_ = {};
-    fontNumbers_.clear();
-    colourNumbers_.clear();
-    if (tables_.fonts) {
-        addFonts(part(text, *tables_.fonts), host);
-        references_.fonts = &fontNumbers_;
-    }
-    if (tables_.colours) {
-        colours_.add(part(text, *tables_.colours), colourNumbers_, host);
-        references_.colours = &colourNumbers_;
-    }
-    whole_ = options_.tolerant && !host && isWhole(text);
-    defaultFontWord_ = options_.tolerant ? findHeaderWord(text, header, u"deff") : std::nullopt;
-    styles_.beginDocument(host);
-    lists_.beginDocument(host);
-    mergeStylesAndLists(text);
-    references_.styles = &styles_;
-    references_.lists = &lists_;
-    references_.defaultStyle = styles_.defaultStyle(whole_);
-    references_.formats = true;
-    if (whole_) references_.defaultSize = plainSize_;
-    keepWidowControl(text, host);
-}
-
-// \widowctrl of the host holds for the whole text; the paragraphs of a whole document say what holds for them alone.
-void TableMerge::keepWidowControl(std::u16string_view text, bool host) {
-    if (!options_.tolerant || (!host && !whole_)) return;
-    const bool controls = RtfSearch(text).findWord(u"\\widowctrl") != text.npos;
-    if (host) {
-        hostControlsWidows_ = controls;
-    } else if (controls != hostControlsWidows_) {
-        references_.widowControl = controls ? u"\\widctlpar" : u"\\nowidctlpar";
-    }
-}
-
-// Whether the lifted document says how it looks. Any other is a fragment, and looks like its surroundings.
-bool TableMerge::isWhole(std::u16string_view text) const {
-    if (tables_.fonts || tables_.styles) return true;
-    for (RtfReader scanner(text, 0, text.size()); scanner.nextWord();) {
-        const auto stands = [&](std::u16string_view word) { return standsAt(text, scanner.position() + 1, word); };
-        if (std::any_of(PageSetup::documentWords.begin(), PageSetup::documentWords.end(), stands)) return true;
-        if (std::any_of(PageSetup::sectionWords.begin(), PageSetup::sectionWords.end(), stands)) return true;
+bool saysPadding(std::u16string_view text, std::size_t row) {
+    for (WordRun run(text, row); run.next() && run.word().letters != u"cellx";) {
+        if (run.word().letters == u"trgaph" || run.word().letters.starts_with(u"trpadd")) return true;
     }
     return false;
 }
 
-void TableMerge::addFonts(std::u16string_view table, bool host) {
-    // The text of a host without fonts must not come to have another document's; readers give it this.
-    if (!hostHasFonts_ && fonts_.empty()) {
-        NumberMap unused;
-        fonts_.add(timesNewRoman, unused);
-    }
-    fonts_.add(table, fontNumbers_, host ? std::u16string_view() : foreignCharacterSet(), options_.report);
+// Unless the row says what its padding is.
+void padFirstRow(std::u16string& text) {
+    constexpr std::u16string_view row = u"\\trowd";
+    const std::size_t at = RtfSearch(text, true).findWord(row);
+    if (at != text.npos && !saysPadding(text, at + row.size())) text.insert(at + row.size(), u"\\trpaddl0\\trpaddr0");
 }
 
-// That of a lifted document's code page, where the host's is another.
-std::u16string_view TableMerge::foreignCharacterSet() const {
-    return options_.tolerant && page_ != hostPage_ ? characterSetOf(page_) : std::u16string_view();
-}
+class TableMerge final : public DocumentMerge {
+public:
+    TableMerge(const CleanOptions& options, const LiftedDocuments& lifted)
+        : options_(options),
+          lifted_(lifted),
+          fonts_(options),
+          colours_(options),
+          styles_(options),
+          lists_(options),
+          sweep_(options, numbers_) {}
 
-// Styles refer to lists and lists to styles; the numbers of the lists are settled first.
-void TableMerge::mergeStylesAndLists(std::u16string_view text) {
-    References references = references_;
-    if (tables_.lists) lists_.readLists(part(text, *tables_.lists));
-    if (tables_.overrides) lists_.readOverrides(part(text, *tables_.overrides));
-    references.lists = &lists_;
-    if (tables_.styles) styles_.readSheet(swept(text, *tables_.styles, references));
-    if (whole_) settleDefaultFont();
-    if (tables_.styles) styles_.addStyles(references_.defaultFont);
-    references.lists = nullptr;
-    references.styles = &styles_;
-    if (tables_.lists) lists_.addLists(swept(text, *tables_.lists, references));
-    if (tables_.overrides) lists_.addOverrides(swept(text, *tables_.overrides, references));
-}
-
-void TableMerge::takeOut() {
-    changes_.clear();
-    for (const auto& table : {tables_.fonts, tables_.colours, tables_.styles, tables_.lists, tables_.overrides}) {
-        if (table) changes_.push_back({table->place, std::u16string(table->left)});
-    }
-}
-
-// A table that the host has not got returns behind the opening word (fonts and colours), or behind
-// the tables that it may refer to. One that is never stored returns as nothing.
-void TableMerge::placeInHost(std::size_t header, const TableCollection& tables) {
-    changes_.clear();
-    const auto place = [&](const std::optional<Table>& table, std::size_t otherwise, SharedTable shared) {
-        const TextRange range = table ? table->place : TextRange{otherwise, otherwise};
-        changes_.push_back({range, tables.placeholder(shared).append(table ? table->left : u"")});
-        return range.end;
-    };
-    // At one place the one that is put in last comes first.
-    const std::size_t colours = place(tables_.colours, header, SharedTable::colours);
-    const std::size_t fonts = place(tables_.fonts, header, SharedTable::fonts);
-    const std::size_t styles = place(tables_.styles, std::max(colours, fonts), SharedTable::styles);
-    const std::size_t lists = place(tables_.lists, std::max({colours, fonts, styles}), SharedTable::lists);
-    place(tables_.overrides, std::max({colours, fonts, lists}), SharedTable::listOverrides);
-}
-
-// The text of a whole document begins with RTF's own formatting of paragraphs and characters.
-void TableMerge::beginWhole(std::size_t header) {
-    std::u16string words = u"\\pard";
-    if (references_.defaultStyle != NumberMap::none) words += u"\\s" + decimal(references_.defaultStyle);
-    words.append(references_.widowControl).append(u"\\plain");
-    if (references_.defaultSize != NumberMap::none) words += u"\\fs" + decimal(references_.defaultSize);
-    if (const DirectLook* const look = styles_.directLook(StyleKind::paragraph, u"0")) words += look->words;
-    changes_.push_back({{header, header}, std::move(words)});
-}
-
-// A joined document has a page of its own, an embedded one that of the host.
-void TableMerge::keepTabs(std::u16string& text) const {
-    const std::int32_t distance = defaultTabOf(text);
-    if (distance == hostTab_) return;
-    keepDefaultTabs(text, distance, options_.mergeMode ? textWidthOf(text) : hostWidth_);
-}
-
-// What readers show where a document names no default font: that of its style 0, else Times New Roman.
-std::int32_t TableMerge::readersFont() {
-    const std::int32_t font = styles_.fontOfNormal();
-    if (font != NumberMap::none || fonts_.empty()) return font;  // the host's, too, where there are no fonts
-    NumberMap number;
-    fonts_.add(timesNewRoman, number, foreignCharacterSet());
-    return number.find(u"0");
-}
-
-// What the document shows where it names no font. Styles are read, and not yet added.
-void TableMerge::settleDefaultFont() {
-    const bool isNamed = defaultFontWord_ && tables_.fonts;
-    defaultFont_ = isNamed ? fontNumbers_.find(defaultFontWord_->number) : NumberMap::none;
-    if (defaultFont_ == NumberMap::none) defaultFont_ = readersFont();
-    if (defaultFont_ != hostFont_) references_.defaultFont = defaultFont_;
-}
-
-// Readers give the size that the host's header names before its tables to styles that name none, and do not change it
-// at \plain.
-void TableMerge::noteHostsSize(std::u16string_view text, std::size_t header) {
-    constexpr std::int32_t rtfSize = 24;
-    const auto size = tables_.fonts ? findHeaderWord(text, header, u"fs") : std::nullopt;
-    const bool changesPlain = size && size->begin < tables_.fonts->group.begin && numberOf(size->number) != rtfSize;
-    if (changesPlain) plainSize_ = rtfSize;
-}
-
-void TableMerge::renumberHostsFont() {
-    if (!options_.tolerant) return;
-    if (!tables_.fonts) {
-        hostHasFonts_ = false;
-        if (defaultFontWord_) fontNumbers_.set(defaultFontWord_->number, hostFont_ = 0);
-        references_.fonts = &fontNumbers_;
-    } else if (defaultFontWord_) {
-        hostFont_ = fontNumbers_.find(defaultFontWord_->number);
-    }
-}
-
-// A whole document's default font is named at its beginning, and where \plain goes back to it.
-void TableMerge::nameDefaultFont(std::size_t header) {
-    if (defaultFont_ == NumberMap::none) return;
-    const TextRange atBeginning{header, header};
-    const TextRange place = defaultFontWord_ ? TextRange{defaultFontWord_->begin, defaultFontWord_->end} : atBeginning;
-    changes_.push_back({place, u"\\f" + decimal(defaultFont_)});
-}
-
-void TableMerge::change(std::u16string& text) {
-    // What is put in in front of a table comes before it.
-    std::stable_sort(changes_.begin(), changes_.end(), [](const Change& a, const Change& b) {
-        return std::tie(a.range.begin, a.range.end) < std::tie(b.range.begin, b.range.end);
-    });
-    sweep_.begin(text, references_, edits_);
-    std::size_t at = 0;
-    for (Change& next : changes_) {
-        sweep_.sweep(at, next.range.begin);
-        if (next.text.empty()) {
-            edits_.cut(next.range.begin, next.range.end);
-        } else if (standsAt(text, next.range.end, u" ")) {
-            edits_.replaceVal(next.range.begin, next.range.end, std::move(next.text));  // the blank ended a word
-        } else {
-            edits_.replaceApartVal(next.range.begin, next.range.end, std::move(next.text));
+    void mergeHost(std::u16string& text, TableCollection& tables) override {
+        if (lifted_.exist) padRows(text, tables.hostGroups());
+        if (options_.report != nullptr) options_.report->documents.emplace_back();
+        const std::size_t host = findHostDocument(text);
+        if (host == noDocument) return;
+        std::size_t header = hostHeaderStart(text, host);
+        // The blank that ends the opening word would be text after a table.
+        if (options_.tolerant && standsAt(text, header, u" ")) ++header;
+        if (options_.tolerant) hostPage_ = page_ = codePageOfDocument(text, header);
+        if (options_.tolerant && lifted_.exist) {
+            hostTab_ = defaultTabOf(text);
+            hostWidth_ = textWidthOf(text);
+            lists_.leaveOut(lifted_.ownLists);
         }
-        at = next.range.end;
+        findTables(text, tables.hostGroups());
+        if (options_.tolerant) noteHostsSize(text, header);
+        readTables(text, header, true);
+        placeInHost(header, tables);
+        renumberHostsFont();
+        change(text);
     }
-    sweep_.sweep(at, text.size());
-    edits_.apply(text);
-}
 
-void TableMerge::padRows(std::u16string& text, GroupSet groups) const {
-    if (lifted_.bringTableStyles && !bringsTableStyle(text, groups)) padFirstRow(text);
-}
-
-void TableMerge::mergeHost(std::u16string& text, TableCollection& tables) {
-    if (lifted_.exist) padRows(text, tables.hostGroups());
-    if (options_.report != nullptr) options_.report->documents.emplace_back();
-    const std::size_t host = findHostDocument(text);
-    if (host == noDocument) return;
-    std::size_t header = hostHeaderStart(text, host);
-    // The blank that ends the opening word would be text behind a table.
-    if (options_.tolerant && standsAt(text, header, u" ")) ++header;
-    if (options_.tolerant) hostPage_ = page_ = codePageOfDocument(text, header);
-    if (options_.tolerant && lifted_.exist) {
-        hostTab_ = defaultTabOf(text);
-        hostWidth_ = textWidthOf(text);
-        lists_.leaveOut(lifted_.ownLists);
+    void mergeLifted(TableCollection::Document& document) override {
+        padRows(document.text, document.groups);
+        if (options_.report != nullptr) options_.report->documents.emplace_back();
+        const std::size_t header = hostHeaderStart(document.text, 0);
+        if (options_.tolerant) page_ = codePageOfDocument(document.text, header);
+        findTables(document.text, document.groups);
+        readTables(document.text, header, false);
+        takeOut();
+        if (whole_) {
+            beginWhole(header);
+            nameDefaultFont(header);
+        }
+        change(document.text);
+        if (whole_) keepTabs(document.text);
     }
-    findTables(text, tables.hostGroups());
-    if (options_.tolerant) noteHostsSize(text, header);
-    readTables(text, header, true);
-    placeInHost(header, tables);
-    renumberHostsFont();
-    change(text);
-}
 
-void TableMerge::mergeLifted(TableCollection::Document& document) {
-    padRows(document.text, document.groups);
-    if (options_.report != nullptr) options_.report->documents.emplace_back();
-    const std::size_t header = hostHeaderStart(document.text, 0);
-    if (options_.tolerant) page_ = codePageOfDocument(document.text, header);
-    findTables(document.text, document.groups);
-    readTables(document.text, header, false);
-    takeOut();
-    if (whole_) {
-        beginWhole(header);
-        nameDefaultFont(header);
+    void store(TableCollection& tables) const override {
+        tables.store(SharedTable::fonts, fonts_.text());
+        tables.store(SharedTable::colours, colours_.text());
+        if (!styles_.empty()) tables.store(SharedTable::styles, styles_.text());
+        if (lists_.hasLists()) tables.store(SharedTable::lists, lists_.listTable());
+        if (lists_.hasOverrides()) tables.store(SharedTable::listOverrides, lists_.overrideTable());
     }
-    change(document.text);
-    if (whole_) keepTabs(document.text);
-}
 
-void TableMerge::store(TableCollection& tables) const {
-    tables.store(SharedTable::fonts, fonts_.text());
-    tables.store(SharedTable::colours, colours_.text());
-    if (!styles_.empty()) tables.store(SharedTable::styles, styles_.text());
-    if (lists_.hasLists()) tables.store(SharedTable::lists, lists_.listTable());
-    if (lists_.hasOverrides()) tables.store(SharedTable::listOverrides, lists_.overrideTable());
-}
+    bool canAddFont(std::int32_t number) const noexcept override { return fonts_.canAdd(number); }
+
+private:
+    // What is taken out, or put in, while the rest is swept.
+    struct Change {
+        TextRange range;
+        std::u16string text;  // instead
+    };
+
+    // The braces that a damaged table leaves open, if the text closes them: in tolerant merging they stay, as their
+    // partners do.
+    std::u16string_view openBraces(std::u16string_view text, TextRange table) const {
+        constexpr std::u16string_view braces = u"{{{{{{{{";
+        if (!options_.tolerant || findGroupEnd(text, table.begin + 1, true) == noGroupEnd) return {};
+        std::size_t open = 0;
+        for (RtfReader scanner(text, table.begin, table.end, true); scanner.nextBrace();) {
+            open += scanner.opens() ? 1 : static_cast<std::size_t>(-1);
+        }
+        return braces.substr(0, open);
+    }
+
+    std::optional<Table> find(std::u16string_view text, std::u16string_view opening) const {
+        const auto group = findTableGroup(text, opening, options_.tolerant);
+        if (!group) return std::nullopt;
+        return Table{*group, placeOf(text, *group, options_.tolerant)};
+    }
+
+    std::optional<Table> findStarred(std::u16string_view text, std::u16string_view starred,
+                                     std::u16string_view plain) const {
+        const auto table = find(text, starred);
+        return table ? table : find(text, plain);
+    }
+
+    void findTables(std::u16string_view text, GroupSet groups) {
+        tables_ = {};
+        if (groups.has(Group::fontTable)) tables_.fonts = find(text, u"{\\fonttbl");
+        if (groups.has(Group::colourTable)) {
+            if (const auto colours = ColourTable::find(text, options_.tolerant)) {
+                tables_.colours = Table{*colours, *colours, openBraces(text, *colours)};
+            }
+        }
+        if (groups.has(Group::styleSheet)) tables_.styles = find(text, u"{\\stylesheet");
+        if (groups.has(Group::listTable)) tables_.lists = findStarred(text, u"{\\*\\listtable", u"{\\listtable");
+        if (groups.has(Group::listOverrideTable)) {
+            tables_.overrides = findStarred(text, u"{\\*\\listoverridetable", u"{\\listoverridetable");
+        }
+        dropOverlapping();
+    }
+
+    // A table that lies in another one, or crosses it, is not a table of its own.
+    void dropOverlapping() {
+        std::optional<Table>* const all[] = {&tables_.fonts, &tables_.colours, &tables_.styles, &tables_.lists,
+                                             &tables_.overrides};
+        for (std::size_t i = 1; i < std::size(all); ++i) {
+            const auto crosses = [&](const auto* other) { return overlap(*all[i], *other); };
+            if (std::any_of(all, all + i, crosses)) all[i]->reset();
+        }
+    }
+
+    // A table of the text with its references renumbered.
+    std::u16string swept(std::u16string_view text, const Table& table, const References& references) {
+        std::u16string result(part(text, table));
+        sweep_.begin(result, references, edits_);
+        sweep_.sweep(0, result.size());
+        edits_.apply(result);
+        if (!options_.tolerant || page_ == hostPage_) return result;
+        const CodePage* const page = findCodePage(page_);
+        return page == nullptr ? result : withCharacters(result, *page, findCodePage(hostPage_));
+    }
+
+    void readTables(std::u16string_view text, std::size_t header, bool host) {
+        references_ = {};
+        fontNumbers_.clear();
+        colourNumbers_.clear();
+        if (tables_.fonts) {
+            addFonts(part(text, *tables_.fonts), host);
+            references_.fonts = &fontNumbers_;
+        }
+        if (tables_.colours) {
+            colours_.add(part(text, *tables_.colours), colourNumbers_, host);
+            references_.colours = &colourNumbers_;
+        }
+        whole_ = options_.tolerant && !host && isWhole(text);
+        defaultFontWord_ = options_.tolerant ? findHeaderWord(text, header, u"deff") : std::nullopt;
+        styles_.beginDocument(host);
+        lists_.beginDocument(host);
+        mergeStylesAndLists(text);
+        references_.styles = &styles_;
+        references_.lists = &lists_;
+        references_.defaultStyle = styles_.defaultStyle(whole_);
+        references_.formats = true;
+        if (whole_) references_.defaultSize = plainSize_;
+        keepWidowControl(text, host);
+    }
+
+    // \widowctrl of the host holds for the whole text; the paragraphs of a whole document say what holds for them
+    // alone.
+    void keepWidowControl(std::u16string_view text, bool host) {
+        if (!options_.tolerant || (!host && !whole_)) return;
+        const bool controls = RtfSearch(text).findWord(u"\\widowctrl") != text.npos;
+        if (host) {
+            hostControlsWidows_ = controls;
+        } else if (controls != hostControlsWidows_) {
+            references_.widowControl = controls ? u"\\widctlpar" : u"\\nowidctlpar";
+        }
+    }
+
+    // Whether the lifted document says how it looks. Any other is a fragment, and looks like its surroundings.
+    bool isWhole(std::u16string_view text) const {
+        if (tables_.fonts || tables_.styles) return true;
+        for (RtfReader scanner(text, 0, text.size()); scanner.nextWord();) {
+            const auto stands = [&](std::u16string_view word) { return standsAt(text, scanner.position() + 1, word); };
+            if (std::any_of(PageSetup::documentWords.begin(), PageSetup::documentWords.end(), stands)) return true;
+            if (std::any_of(PageSetup::sectionWords.begin(), PageSetup::sectionWords.end(), stands)) return true;
+        }
+        return false;
+    }
+
+    void addFonts(std::u16string_view table, bool host) {
+        // The text of a host without fonts must not come to have another document's; readers give it this.
+        if (!hostHasFonts_ && fonts_.empty()) {
+            NumberMap unused;
+            fonts_.add(timesNewRoman, unused);
+        }
+        fonts_.add(table, fontNumbers_, host ? std::u16string_view() : foreignCharacterSet(), options_.report);
+    }
+
+    // That of a lifted document's code page, where the host's is another.
+    std::u16string_view foreignCharacterSet() const {
+        return options_.tolerant && page_ != hostPage_ ? characterSetOf(page_) : std::u16string_view();
+    }
+
+    // Styles refer to lists and lists to styles; the numbers of the lists are settled first.
+    void mergeStylesAndLists(std::u16string_view text) {
+        References references = references_;
+        if (tables_.lists) lists_.readLists(part(text, *tables_.lists));
+        if (tables_.overrides) lists_.readOverrides(part(text, *tables_.overrides));
+        references.lists = &lists_;
+        if (tables_.styles) styles_.readSheet(swept(text, *tables_.styles, references));
+        if (whole_) settleDefaultFont();
+        if (tables_.styles) styles_.addStyles(references_.defaultFont);
+        references.lists = nullptr;
+        references.styles = &styles_;
+        if (tables_.lists) lists_.addLists(swept(text, *tables_.lists, references));
+        if (tables_.overrides) lists_.addOverrides(swept(text, *tables_.overrides, references));
+    }
+
+    void takeOut() {
+        changes_.clear();
+        for (const auto& table : {tables_.fonts, tables_.colours, tables_.styles, tables_.lists, tables_.overrides}) {
+            if (table) changes_.push_back({table->place, std::u16string(table->left)});
+        }
+    }
+
+    // A table that the host lacks is placed after the opening word (fonts and colours), or after the tables that it may
+    // refer to. One that is never stored leaves nothing there.
+    void placeInHost(std::size_t header, const TableCollection& tables) {
+        changes_.clear();
+        const auto place = [&](const std::optional<Table>& table, std::size_t otherwise, SharedTable shared) {
+            const TextRange range = table ? table->place : TextRange{otherwise, otherwise};
+            changes_.push_back({range, tables.placeholder(shared).append(table ? table->left : u"")});
+            return range.end;
+        };
+        // At one place the one that is put in last comes first.
+        const std::size_t colours = place(tables_.colours, header, SharedTable::colours);
+        const std::size_t fonts = place(tables_.fonts, header, SharedTable::fonts);
+        const std::size_t styles = place(tables_.styles, std::max(colours, fonts), SharedTable::styles);
+        const std::size_t lists = place(tables_.lists, std::max({colours, fonts, styles}), SharedTable::lists);
+        place(tables_.overrides, std::max({colours, fonts, lists}), SharedTable::listOverrides);
+    }
+
+    // The text of a whole document begins with RTF's own formatting of paragraphs and characters.
+    void beginWhole(std::size_t header) {
+        std::u16string words = u"\\pard";
+        if (references_.defaultStyle != NumberMap::none) words += u"\\s" + decimal(references_.defaultStyle);
+        words.append(references_.widowControl).append(u"\\plain");
+        if (references_.defaultSize != NumberMap::none) words += u"\\fs" + decimal(references_.defaultSize);
+        if (const DirectLook* const look = styles_.directLook(StyleKind::paragraph, u"0")) words += look->words;
+        changes_.push_back({{header, header}, std::move(words)});
+    }
+
+    // A joined document has a page of its own, an embedded one that of the host.
+    void keepTabs(std::u16string& text) const {
+        const std::int32_t distance = defaultTabOf(text);
+        if (distance == hostTab_) return;
+        keepDefaultTabs(text, distance, options_.mergeMode ? textWidthOf(text) : hostWidth_);
+    }
+
+    // What readers show where a document names no default font: that of its style 0, else Times New Roman.
+    std::int32_t readersFont() {
+        const std::int32_t font = styles_.fontOfNormal();
+        if (font != NumberMap::none || fonts_.empty()) return font;  // the host's, too, where there are no fonts
+        NumberMap number;
+        fonts_.add(timesNewRoman, number, foreignCharacterSet());
+        return number.find(u"0");
+    }
+
+    // What the document shows where it names no font. Styles are read, and not yet added.
+    void settleDefaultFont() {
+        const bool isNamed = defaultFontWord_ && tables_.fonts;
+        defaultFont_ = isNamed ? fontNumbers_.find(defaultFontWord_->number) : NumberMap::none;
+        if (defaultFont_ == NumberMap::none) defaultFont_ = readersFont();
+        if (defaultFont_ != hostFont_) references_.defaultFont = defaultFont_;
+    }
+
+    // Readers give the size that the host's header names before its tables to styles that name none, and do not change
+    // it at \plain.
+    void noteHostsSize(std::u16string_view text, std::size_t header) {
+        constexpr std::int32_t rtfSize = 24;
+        const auto size = tables_.fonts ? findHeaderWord(text, header, u"fs") : std::nullopt;
+        const bool changesPlain = size && size->begin < tables_.fonts->group.begin && numberOf(size->number) != rtfSize;
+        if (changesPlain) plainSize_ = rtfSize;
+    }
+
+    void renumberHostsFont() {
+        if (!options_.tolerant) return;
+        if (!tables_.fonts) {
+            hostHasFonts_ = false;
+            if (defaultFontWord_) fontNumbers_.set(defaultFontWord_->number, hostFont_ = 0);
+            references_.fonts = &fontNumbers_;
+        } else if (defaultFontWord_) {
+            hostFont_ = fontNumbers_.find(defaultFontWord_->number);
+        }
+    }
+
+    // A whole document's default font is named at its beginning, and where \plain goes back to it.
+    void nameDefaultFont(std::size_t header) {
+        if (defaultFont_ == NumberMap::none) return;
+        const TextRange atBeginning{header, header};
+        const TextRange place =
+            defaultFontWord_ ? TextRange{defaultFontWord_->begin, defaultFontWord_->end} : atBeginning;
+        changes_.push_back({place, u"\\f" + decimal(defaultFont_)});
+    }
+
+    void change(std::u16string& text) {
+        // An insertion at the begin of a table precedes it.
+        std::stable_sort(changes_.begin(), changes_.end(), [](const Change& a, const Change& b) {
+            return std::tie(a.range.begin, a.range.end) < std::tie(b.range.begin, b.range.end);
+        });
+        sweep_.begin(text, references_, edits_);
+        std::size_t at = 0;
+        for (Change& next : changes_) {
+            sweep_.sweep(at, next.range.begin);
+            if (next.text.empty()) {
+                edits_.cut(next.range.begin, next.range.end);
+            } else if (standsAt(text, next.range.end, u" ")) {
+                edits_.replaceVal(next.range.begin, next.range.end, std::move(next.text));  // the blank ended a word
+            } else {
+                edits_.replaceApartVal(next.range.begin, next.range.end, std::move(next.text));
+            }
+            at = next.range.end;
+        }
+        sweep_.sweep(at, text.size());
+        edits_.apply(text);
+    }
+
+    void padRows(std::u16string& text, GroupSet groups) const {
+        if (lifted_.bringTableStyles && !bringsTableStyle(text, groups)) padFirstRow(text);
+    }
+
+    CleanOptions options_;
+    LiftedDocuments lifted_;
+    FontTable fonts_;
+    ColourTable colours_;
+    StyleSheet styles_;
+    ListTables lists_;
+    NumberTexts numbers_;
+    std::int32_t hostFont_ = NumberMap::none;  // its default, if it names one
+    bool hostHasFonts_ = true;
+    bool hostControlsWidows_ = false;
+    std::int32_t plainSize_ = NumberMap::none;  // RTF's own, where the host's \plain means another one
+    std::int32_t hostTab_ = 0;
+    std::int32_t hostWidth_ = 0;
+    std::int32_t hostPage_ = windowsLatin;
+    std::int32_t page_ = windowsLatin;  // the current document's
+    ReferenceSweep sweep_;
+
+    // Of the current document.
+    bool whole_ = false;
+    std::optional<ControlWord> defaultFontWord_;  // its \deff
+    std::int32_t defaultFont_ = NumberMap::none;
+    DocumentTables tables_;
+    NumberMap fontNumbers_, colourNumbers_;
+    References references_;
+    std::vector<Change> changes_;
+    TextEdits edits_;
+};
 
 }  // namespace
 

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "rtf/edit/EmbeddedDocuments.h"
-#include "rtf/read/DocumentHeader.h"
 #include "rtf/read/RtfReader.h"
 
 namespace velmor {

@@ -188,10 +188,74 @@ public:
     TextEdits edits() && { return std::move(edits_); }
 
 private:
-    void read();
-    void finish(const JoinedDocument& document);
-    void replaceMarker(const JoinedDocument& document);
-    void keepSections(const JoinedDocument& document);
+    // No section can begin in a table row: a marker there ends a paragraph only.
+    void read() {
+        if (RtfSearch(text_).find(breakMarker, 0) == nowhere) return;
+        JoinedDocument document(text_, 0, 0, tolerant_);
+        for (RtfReader reader(text_, 0, text_.size(), tolerant_); reader.next();) {
+            const std::size_t at = reader.position(), end = at + breakMarker.size();
+            if (!standsAt(text_, at, breakMarker)) {
+                document.take(reader);
+            } else if (document.inRow()) {
+                edits_.replaceApartVal(at, end, u"\\par");
+            } else {
+                document.endAt(at);
+                finish(document);
+                marker_ = at;
+                followsRow_ = document.endsWithRow();
+                document = JoinedDocument(text_, end, reader.depth() - 1, tolerant_);
+            }
+        }
+        finish(document);
+    }
+
+    // A document was read to its end; a marker may precede it.
+    void finish(const JoinedDocument& document) {
+        if (marker_ == nowhere) {
+            if (!part_.goesOn) part_.hostPage = document.documentPage();
+            joins_.push_back({0, 0, true, document.hasFacingPages()});
+        } else if (tolerant_ || !document.isBroken()) {
+            replaceMarker(document);
+        } else {
+            joins_.back().facing = joins_.back().facing || document.hasFacingPages();
+            return;
+        }
+        keepSections(document);
+    }
+
+    void replaceMarker(const JoinedDocument& document) {
+        const std::size_t at = marker_, after = at + breakMarker.size();
+        const std::u16string page = document.page().words();
+        joins_.push_back({at, after, document.holdsDocument(), document.hasFacingPages()});
+        if (!tolerant_) return edits_.replaceApartVal(at, after, u"\\sect" + page);
+        constexpr std::u16string_view fresh = u"\\pard\\plain\\uc1";
+        const std::size_t place = document.place();
+        std::u16string words = followsRow_ ? u"\\pard\\par\\sect" : u"\\sect";
+        std::u16string description = u"\\sectd" + page;
+        if (place == after) {
+            words += description + std::u16string(fresh);
+        } else {
+            words += fresh;
+            if (!showsText(text_.substr(after, place - after))) description += fresh;
+            edits_.replaceApartVal(place, place, std::move(description));
+        }
+        edits_.replaceApartVal(at, after, std::move(words));
+        const std::size_t section = document.firstSection();
+        if (section != nowhere) edits_.cut(section, endWithBlank(text_, readWord(text_, section)));
+    }
+
+    // A document begins on a new page (the host does anyway, but readers apply the word to the next section too),
+    // and its sections return to its page, not to the host's.
+    void keepSections(const JoinedDocument& document) {
+        const std::u16string page = document.documentPage().wordsUnlike(part_.hostPage);
+        for (const auto& word : document.sectionWords()) {
+            if (!word.resets) {
+                edits_.cut(word.place.begin, word.place.end);
+            } else if (!page.empty()) {
+                edits_.replaceApartVal(word.place.end, word.place.end, page);
+            }
+        }
+    }
 
     std::u16string_view text_;
     bool tolerant_;
@@ -201,75 +265,6 @@ private:
     std::vector<JoinedHeaders::Join> joins_;
     TextEdits edits_;
 };
-
-// No section can begin in a table row: a marker there ends a paragraph only.
-void MergeBreaks::read() {
-    if (RtfSearch(text_).find(breakMarker, 0) == nowhere) return;
-    JoinedDocument document(text_, 0, 0, tolerant_);
-    for (RtfReader reader(text_, 0, text_.size(), tolerant_); reader.next();) {
-        const std::size_t at = reader.position(), end = at + breakMarker.size();
-        if (!standsAt(text_, at, breakMarker)) {
-            document.take(reader);
-        } else if (document.inRow()) {
-            edits_.replaceApartVal(at, end, u"\\par");
-        } else {
-            document.endAt(at);
-            finish(document);
-            marker_ = at;
-            followsRow_ = document.endsWithRow();
-            document = JoinedDocument(text_, end, reader.depth() - 1, tolerant_);
-        }
-    }
-    finish(document);
-}
-
-// A document was read to its end; a marker may precede it.
-void MergeBreaks::finish(const JoinedDocument& document) {
-    if (marker_ == nowhere) {
-        if (!part_.goesOn) part_.hostPage = document.documentPage();
-        joins_.push_back({0, 0, true, document.hasFacingPages()});
-    } else if (tolerant_ || !document.isBroken()) {
-        replaceMarker(document);
-    } else {
-        joins_.back().facing = joins_.back().facing || document.hasFacingPages();
-        return;
-    }
-    keepSections(document);
-}
-
-void MergeBreaks::replaceMarker(const JoinedDocument& document) {
-    const std::size_t at = marker_, after = at + breakMarker.size();
-    const std::u16string page = document.page().words();
-    joins_.push_back({at, after, document.holdsDocument(), document.hasFacingPages()});
-    if (!tolerant_) return edits_.replaceApartVal(at, after, u"\\sect" + page);
-    constexpr std::u16string_view fresh = u"\\pard\\plain\\uc1";
-    const std::size_t place = document.place();
-    std::u16string words = followsRow_ ? u"\\pard\\par\\sect" : u"\\sect";
-    std::u16string description = u"\\sectd" + page;
-    if (place == after) {
-        words += description + std::u16string(fresh);
-    } else {
-        words += fresh;
-        if (!showsText(text_.substr(after, place - after))) description += fresh;
-        edits_.replaceApartVal(place, place, std::move(description));
-    }
-    edits_.replaceApartVal(at, after, std::move(words));
-    const std::size_t section = document.firstSection();
-    if (section != nowhere) edits_.cut(section, endWithBlank(text_, readWord(text_, section)));
-}
-
-// A document begins on a new page (the host does anyway, but readers apply the word to the next section too),
-// and its sections return to its page, not to the host's.
-void MergeBreaks::keepSections(const JoinedDocument& document) {
-    const std::u16string page = document.documentPage().wordsUnlike(part_.hostPage);
-    for (const auto& word : document.sectionWords()) {
-        if (!word.resets) {
-            edits_.cut(word.place.begin, word.place.end);
-        } else if (!page.empty()) {
-            edits_.replaceApartVal(word.place.end, word.place.end, page);
-        }
-    }
-}
 
 }  // namespace
 

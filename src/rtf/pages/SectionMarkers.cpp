@@ -59,21 +59,131 @@ private:
         bool resets = false;  // it had a "\sectd"
     };
 
+    // Takes every word and brace up to the limit, with the depth before it, until `take` returns false.
     template <typename Take>
-    void walk(std::size_t limit, Take take);
-    bool joinStandsAt(std::size_t index) const noexcept;
+    void walk(std::size_t limit, Take take) {
+        row_ = {};
+        RtfReader reader(text_, 0, limit, tolerant_);
+        for (std::size_t depth = 0; reader.next() && take(reader.position(), depth); depth = reader.depth()) {
+            row_.take(reader, reader.depth());
+            if (reader.closes() && section_) section_->place.leave({reader.position() + 1, reader.depth()});
+        }
+    }
 
-    void readMarkers(std::size_t limit);
-    void beginDocument(std::size_t begin);
-    bool takeMarker(std::size_t index);
-    bool showsTextUpTo(std::size_t index);
-    void describe(std::size_t at, Beginning beginning);
+    bool joinStandsAt(std::size_t index) const noexcept {
+        return joined_ && !row_.inRow() && standsAt(text_, index, Module1::mergePageBreakMarker);
+    }
 
-    void writeInPlace();
-    void writeUpToSectionEnds();
-    void beginSection(const Description& description, std::size_t depth);
-    void takeSectionWord(std::size_t index);
-    void endSection();
+    // ---- Reading the markers
+
+    void readMarkers(std::size_t limit) {
+        beginDocument(0);
+        walk(limit, [&](std::size_t index, std::size_t) {
+            if (wordStandsAt(text_, index, u"\\page")) {
+                if (!tolerant_ || !row_.inRow()) document_->pages.push_back(index);
+            } else if (wordStandsAt(text_, index, u"\\sectd")) {
+                document_->defaults = index;
+                document_->described = nowhere;
+            } else if (joinStandsAt(index)) {
+                beginDocument(index + Module1::mergePageBreakMarker.size());
+            } else if (standsAt(text_, index, SectionGroups::opening)) {
+                return takeMarker(index);
+            }
+            return true;
+        });
+    }
+
+    void beginDocument(std::size_t begin) {
+        const std::size_t next =
+            joined_ ? findText(text_, Module1::mergePageBreakMarker, begin, Comparison::binary) : nowhere;
+        document_.emplace(Document{SectionGroups(text_, begin, std::min(next, text_.size()), tolerant_), begin});
+    }
+
+    // False when the stage ends here.
+    bool takeMarker(std::size_t index) {
+        Document& document = *document_;
+        if (!document.groups.read(index)) return false;
+        const std::size_t name = index + SectionGroups::nameOffset;
+        edits_.replace(name, name + SectionGroups::doneName.size(), SectionGroups::doneName);
+        if (!document.pages.empty()) {
+            descriptions_.push_back({document.pages.back(), Beginning::page, document.groups.page().words()});
+            document.pages.pop_back();
+        } else if (document.defaults != nowhere) {
+            describe(document.defaults, Beginning::defaults);
+        } else if (tolerant_ && !showsTextUpTo(index)) {
+            describe(document.groups.end() + 1, Beginning::document);
+        }
+        return true;
+    }
+
+    bool showsTextUpTo(std::size_t index) {
+        Document& document = *document_;
+        document.shows = document.shows || showsText(text_.substr(document.unread, index - document.unread));
+        document.unread = index;
+        return document.shows;
+    }
+
+    // Of several markers the last one counts; in exact cleaning its words precede the others.
+    void describe(std::size_t at, Beginning beginning) {
+        if (document_->described == nowhere) {
+            document_->described = descriptions_.size();
+            descriptions_.push_back({at, beginning, {}});
+        }
+        std::u16string& words = descriptions_[document_->described].words;
+        words.replace(0, tolerant_ ? words.size() : 0, document_->groups.page().words());
+    }
+
+    // ---- Writing
+
+    void writeInPlace() {
+        for (const Description& description : descriptions_) {
+            const bool page = description.beginning == Beginning::page;
+            const std::size_t end = description.at + 1 + readWord(text_, description.at).letters.size();
+            edits_.replaceVal(page ? description.at : end, end, (page ? u"\\sect" : u"") + description.words);
+        }
+    }
+
+    void writeUpToSectionEnds() {
+        std::sort(descriptions_.begin(), descriptions_.end(),
+                  [](const Description& left, const Description& right) { return left.at < right.at; });
+        auto next = descriptions_.begin();
+        walk(text_.size(), [&](std::size_t index, std::size_t depth) {
+            const bool begins = next != descriptions_.end() && next->at <= index;
+            const bool isBeginning = begins && next->beginning != Beginning::document;
+            if (begins) beginSection(*next++, depth);
+            if (!isBeginning && (joinStandsAt(index) || wordStandsAt(text_, index, u"\\sect"))) {
+                endSection();
+            } else if (!isBeginning && section_) {
+                takeSectionWord(index);
+            }
+            return true;
+        });
+        endSection();
+    }
+
+    void beginSection(const Description& description, std::size_t depth) {
+        endSection();
+        std::size_t begin = description.at;
+        if (description.beginning != Beginning::document) begin = endWithBlank(text_, readWord(text_, begin));
+        if (description.beginning == Beginning::page) edits_.replaceApartVal(description.at, begin, u"\\sect");
+        section_ = Section{&description, HoldingPlace{begin, depth}};
+    }
+
+    // The described page replaces the section's own.
+    void takeSectionWord(std::size_t index) {
+        const ControlWord word = readWord(text_, index);
+        const bool resets = word.letters == u"sectd";
+        if (!resets && word.letters != u"lndscpsxn" && !PageSetup::sectionValue(word.letters)) return;
+        section_->resets = section_->resets || resets;
+        edits_.cut(index, endWithBlank(text_, word));
+    }
+
+    void endSection() {
+        if (!section_) return;
+        const std::size_t at = section_->place.at;
+        edits_.replaceApartVal(at, at, (section_->resets ? u"\\sectd" : u"") + section_->description->words);
+        section_.reset();
+    }
 
     std::u16string_view text_;
     bool tolerant_;
@@ -84,132 +194,6 @@ private:
     std::optional<Section> section_;
     TextEdits edits_;
 };
-
-// Takes every word and brace up to the limit, with the depth before it, until `take` returns false.
-template <typename Take>
-void SectionMarkers::walk(std::size_t limit, Take take) {
-    row_ = {};
-    RtfReader reader(text_, 0, limit, tolerant_);
-    for (std::size_t depth = 0; reader.next() && take(reader.position(), depth); depth = reader.depth()) {
-        row_.take(reader, reader.depth());
-        if (reader.closes() && section_) section_->place.leave({reader.position() + 1, reader.depth()});
-    }
-}
-
-bool SectionMarkers::joinStandsAt(std::size_t index) const noexcept {
-    return joined_ && !row_.inRow() && standsAt(text_, index, Module1::mergePageBreakMarker);
-}
-
-// ---- Reading the markers
-
-void SectionMarkers::readMarkers(std::size_t limit) {
-    beginDocument(0);
-    walk(limit, [&](std::size_t index, std::size_t) {
-        if (wordStandsAt(text_, index, u"\\page")) {
-            if (!tolerant_ || !row_.inRow()) document_->pages.push_back(index);
-        } else if (wordStandsAt(text_, index, u"\\sectd")) {
-            document_->defaults = index;
-            document_->described = nowhere;
-        } else if (joinStandsAt(index)) {
-            beginDocument(index + Module1::mergePageBreakMarker.size());
-        } else if (standsAt(text_, index, SectionGroups::opening)) {
-            return takeMarker(index);
-        }
-        return true;
-    });
-}
-
-void SectionMarkers::beginDocument(std::size_t begin) {
-    const std::size_t next =
-        joined_ ? findText(text_, Module1::mergePageBreakMarker, begin, Comparison::binary) : nowhere;
-    document_.emplace(Document{SectionGroups(text_, begin, std::min(next, text_.size()), tolerant_), begin});
-}
-
-// False when the stage ends here.
-bool SectionMarkers::takeMarker(std::size_t index) {
-    Document& document = *document_;
-    if (!document.groups.read(index)) return false;
-    const std::size_t name = index + SectionGroups::nameOffset;
-    edits_.replace(name, name + SectionGroups::doneName.size(), SectionGroups::doneName);
-    if (!document.pages.empty()) {
-        descriptions_.push_back({document.pages.back(), Beginning::page, document.groups.page().words()});
-        document.pages.pop_back();
-    } else if (document.defaults != nowhere) {
-        describe(document.defaults, Beginning::defaults);
-    } else if (tolerant_ && !showsTextUpTo(index)) {
-        describe(document.groups.end() + 1, Beginning::document);
-    }
-    return true;
-}
-
-bool SectionMarkers::showsTextUpTo(std::size_t index) {
-    Document& document = *document_;
-    document.shows = document.shows || showsText(text_.substr(document.unread, index - document.unread));
-    document.unread = index;
-    return document.shows;
-}
-
-// Of several markers the last one counts; in exact cleaning its words precede the others.
-void SectionMarkers::describe(std::size_t at, Beginning beginning) {
-    if (document_->described == nowhere) {
-        document_->described = descriptions_.size();
-        descriptions_.push_back({at, beginning, {}});
-    }
-    std::u16string& words = descriptions_[document_->described].words;
-    words.replace(0, tolerant_ ? words.size() : 0, document_->groups.page().words());
-}
-
-// ---- Writing
-
-void SectionMarkers::writeInPlace() {
-    for (const Description& description : descriptions_) {
-        const bool page = description.beginning == Beginning::page;
-        const std::size_t end = description.at + 1 + readWord(text_, description.at).letters.size();
-        edits_.replaceVal(page ? description.at : end, end, (page ? u"\\sect" : u"") + description.words);
-    }
-}
-
-void SectionMarkers::writeUpToSectionEnds() {
-    std::sort(descriptions_.begin(), descriptions_.end(),
-              [](const Description& left, const Description& right) { return left.at < right.at; });
-    auto next = descriptions_.begin();
-    walk(text_.size(), [&](std::size_t index, std::size_t depth) {
-        const bool begins = next != descriptions_.end() && next->at <= index;
-        const bool isBeginning = begins && next->beginning != Beginning::document;
-        if (begins) beginSection(*next++, depth);
-        if (!isBeginning && (joinStandsAt(index) || wordStandsAt(text_, index, u"\\sect"))) {
-            endSection();
-        } else if (!isBeginning && section_) {
-            takeSectionWord(index);
-        }
-        return true;
-    });
-    endSection();
-}
-
-void SectionMarkers::beginSection(const Description& description, std::size_t depth) {
-    endSection();
-    std::size_t begin = description.at;
-    if (description.beginning != Beginning::document) begin = endWithBlank(text_, readWord(text_, begin));
-    if (description.beginning == Beginning::page) edits_.replaceApartVal(description.at, begin, u"\\sect");
-    section_ = Section{&description, HoldingPlace{begin, depth}};
-}
-
-// The described page replaces the section's own.
-void SectionMarkers::takeSectionWord(std::size_t index) {
-    const ControlWord word = readWord(text_, index);
-    const bool resets = word.letters == u"sectd";
-    if (!resets && word.letters != u"lndscpsxn" && !PageSetup::sectionValue(word.letters)) return;
-    section_->resets = section_->resets || resets;
-    edits_.cut(index, endWithBlank(text_, word));
-}
-
-void SectionMarkers::endSection() {
-    if (!section_) return;
-    const std::size_t at = section_->place.at;
-    edits_.replaceApartVal(at, at, (section_->resets ? u"\\sectd" : u"") + section_->description->words);
-    section_.reset();
-}
 
 }  // namespace
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "rtf/read/DocumentHeader.h"
 #include "rtf/read/RtfReader.h"
 
 namespace velmor {
@@ -20,18 +19,10 @@ const CodePage* findCodePage(std::int32_t number) noexcept {
 }
 
 std::u16string_view characterSetOf(std::int32_t page) noexcept {
-    switch (page) {
-        case 932:
-            return u"128";
-        case 936:
-            return u"134";
-        case 949:
-            return u"129";
-        case 950:
-            return u"136";
-        default:
-            return {};
-    }
+    if (page == 932) return u"128";
+    if (page == 936) return u"134";
+    if (page == 949) return u"129";
+    return page == 950 ? u"136" : u"";
 }
 
 std::int32_t byteAt(std::u16string_view text, std::size_t index) noexcept {

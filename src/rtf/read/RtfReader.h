@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -111,7 +110,21 @@ public:
     const ControlWord& word() const noexcept { return word_; }
     // After the last word; where something else follows, at that.
     std::size_t end() const noexcept { return at_; }
-    void goOnAt(std::size_t index) noexcept { at_ = index; }
+
+private:
+    std::u16string_view text_;
+    std::size_t at_;
+    ControlWord word_;
+};
+
+// The words of a document's header, up to its text. Those of groups, such as its tables, are left out.
+class DocumentHeader {
+public:
+    // `header` follows the document's opening word.
+    DocumentHeader(std::u16string_view text, std::size_t header) noexcept : text_(text), at_(header) {}
+
+    bool next() noexcept;
+    const ControlWord& word() const noexcept { return word_; }
 
 private:
     std::u16string_view text_;

@@ -1,6 +1,5 @@
 #include "rtf/tables/LooseTables.h"
 
-#include <algorithm>
 #include <string_view>
 #include <vector>
 
@@ -61,21 +60,134 @@ public:
 private:
     Story& story() noexcept { return stories_.back(); }
 
-    void readUpTo(std::size_t limit);
-    void openBrace(std::size_t index);
-    void closeGroups();
-    void enterPair(const TableMarker& marker);
-    void leavePair(const TableMarker& marker);
-    void open(Kind kind, std::size_t begin);
-    void close();
+    // ---- Stories
 
-    void take(const ControlWord& word);
-    void endRow(const ControlWord& word, bool isNested);
-    void beginParagraph(std::size_t index);
-    void endParagraph(Level level, const ControlWord& word);
-    void extendRuns(Level level);
-    void endRun(const LooseRun& run);
-    void endTable();
+    void readUpTo(std::size_t limit) {
+        reader_.limitTo(limit);
+        while (reader_.next()) {
+            if (reader_.opens()) {
+                openBrace(reader_.position());
+            } else if (reader_.closes()) {
+                closeGroups();
+            } else if (tables::levelWords.mayHold(text_, reader_.position())) {
+                take(reader_.word());
+            }
+        }
+    }
+
+    void openBrace(std::size_t index) {
+        if (documentStandsAt(text_, index)) {
+            open(Kind::document, readWord(text_, index + 1).end);
+        } else if (const std::size_t word = firstWordOfApartGroup(text_, index)) {
+            open(Kind::apart, word);
+        }
+    }
+
+    void closeGroups() {
+        while (stories_.size() > 1 && story().kind != Kind::pair && story().depth > reader_.depth()) close();
+    }
+
+    void enterPair(const TableMarker& marker) {
+        // Outside of a row the pair is a table of the story's own level.
+        if (!story().isInRow()) endTable();
+        open(Kind::pair, marker.end);
+        reader_.goOnAt(marker.end);
+    }
+
+    void leavePair(const TableMarker& marker) {
+        while (story().kind != Kind::pair) close();
+        const bool inRow = story().inRow;
+        close();
+        closeGroups();
+        if (!inRow) story().paragraph = skipClosingBraces(text_, marker.end);
+        reader_.goOnAt(marker.end);
+    }
+
+    void open(Kind kind, std::size_t begin) {
+        Story opened;
+        opened.kind = kind;
+        opened.depth = reader_.depth();
+        opened.paragraph = begin;
+        if (!stories_.empty() && kind != Kind::apart) {
+            beginParagraph(begin);
+            opened.inRow = story().isInRow();
+            opened.inTable = story().inTable || story().kind == Kind::pair || (tolerant_ && opened.inRow);
+        }
+        stories_.push_back(std::move(opened));
+    }
+
+    void close() {
+        endTable();
+        const Story closed = std::move(stories_.back());
+        stories_.pop_back();
+        if (stories_.empty() || closed.kind == Kind::apart) return;
+        const bool hasTables = closed.hasTables || closed.kind == Kind::pair;
+        story().hasTables |= hasTables;
+        story().holdsTables |= hasTables && closed.inRow;
+    }
+
+    // ---- Words
+
+    void take(const ControlWord& word) {
+        const WordMeaning known = meaningOf(word.letters);
+        if (!tables::levelWords.holds(known) || known.is(WordTrait::apartGroup)) return;
+        const Word meaning = known.word;
+        if (meaning == Word::trowd && tables::isNestedDefinition(text_, word.begin)) return;
+        beginParagraph(word.begin);
+        if (const auto level = story().level.take(word, meaning)) endParagraph(*level, word);
+        if (meaning == Word::cell) story().level.rowBegun = true;  // its definition may follow
+        if (meaning == Word::row || meaning == Word::nestrow) endRow(word, meaning == Word::nestrow);
+    }
+
+    void endRow(const ControlWord& word, bool isNested) {
+        std::size_t end = endWithBlank(text_, word);
+        if (isNested) {
+            const std::size_t brace = skipWhiteSpace(text_, end);
+            if (standsAt(text_, brace, u"}")) end = brace + 1;
+        } else {
+            story().level = {};
+        }
+        if (!story().runs.empty()) story().runs.back().end = end;
+    }
+
+    // ---- Paragraphs
+
+    // The text before the first paragraph of a document is its header.
+    void beginParagraph(std::size_t index) {
+        Story& in = story();
+        if (!in.first) return;
+        in.first = false;
+        if (in.kind == Kind::document) in.paragraph += firstShown(text_.substr(in.paragraph, index - in.paragraph));
+    }
+
+    void endParagraph(Level level, const ControlWord& word) {
+        extendRuns(level);
+        story().paragraph = skipClosingBraces(text_, endWithBlank(text_, word));
+    }
+
+    void extendRuns(Level level) {
+        if (level == 0) return endTable();
+        tables::continueRuns(story().runs, level, story().paragraph, [&](const LooseRun& run) { endRun(run); });
+    }
+
+    void endRun(const LooseRun& run) {
+        if (run.end == 0) return;
+        story().tables.push_back({run.begin, run.end});
+        story().hasTables = true;
+    }
+
+    // The outermost table of a pair has its markers.
+    void endTable() {
+        Story& in = story();
+        const std::size_t own = in.kind == Kind::pair ? 1 : 0;
+        for (; in.runs.size() > own; in.runs.pop_back()) endRun(in.runs.back());
+        in.runs.clear();
+        if (in.kind == Kind::pair || in.inTable || (tolerant_ && in.holdsTables)) {
+            found_.insert(found_.end(), in.tables.begin(), in.tables.end());
+        }
+        in.tables.clear();
+        in.holdsTables = false;
+    }
 
     std::u16string_view text_;
     bool tolerant_;
@@ -83,135 +195,6 @@ private:
     RtfReader reader_;  // the data of \bin is no text in either manner
     std::vector<Story> stories_;
 };
-
-// ---- Stories
-
-void LooseTableFinder::readUpTo(std::size_t limit) {
-    reader_.limitTo(limit);
-    while (reader_.next()) {
-        if (reader_.opens()) {
-            openBrace(reader_.position());
-        } else if (reader_.closes()) {
-            closeGroups();
-        } else if (tables::levelWords.mayHold(text_, reader_.position())) {
-            take(reader_.word());
-        }
-    }
-}
-
-void LooseTableFinder::openBrace(std::size_t index) {
-    if (documentStandsAt(text_, index)) {
-        open(Kind::document, readWord(text_, index + 1).end);
-    } else if (const std::size_t word = firstWordOfApartGroup(text_, index)) {
-        open(Kind::apart, word);
-    }
-}
-
-void LooseTableFinder::closeGroups() {
-    while (stories_.size() > 1 && story().kind != Kind::pair && story().depth > reader_.depth()) close();
-}
-
-void LooseTableFinder::enterPair(const TableMarker& marker) {
-    // Outside of a row the pair is a table of the story's own level.
-    if (!story().isInRow()) endTable();
-    open(Kind::pair, marker.end);
-    reader_.goOnAt(marker.end);
-}
-
-void LooseTableFinder::leavePair(const TableMarker& marker) {
-    while (story().kind != Kind::pair) close();
-    const bool inRow = story().inRow;
-    close();
-    closeGroups();
-    if (!inRow) story().paragraph = skipClosingBraces(text_, marker.end);
-    reader_.goOnAt(marker.end);
-}
-
-void LooseTableFinder::open(Kind kind, std::size_t begin) {
-    Story opened;
-    opened.kind = kind;
-    opened.depth = reader_.depth();
-    opened.paragraph = begin;
-    if (!stories_.empty() && kind != Kind::apart) {
-        beginParagraph(begin);
-        opened.inRow = story().isInRow();
-        opened.inTable = story().inTable || story().kind == Kind::pair || (tolerant_ && opened.inRow);
-    }
-    stories_.push_back(std::move(opened));
-}
-
-void LooseTableFinder::close() {
-    endTable();
-    const Story closed = std::move(stories_.back());
-    stories_.pop_back();
-    if (stories_.empty() || closed.kind == Kind::apart) return;
-    const bool hasTables = closed.hasTables || closed.kind == Kind::pair;
-    story().hasTables |= hasTables;
-    story().holdsTables |= hasTables && closed.inRow;
-}
-
-// ---- Words
-
-void LooseTableFinder::take(const ControlWord& word) {
-    const WordMeaning known = meaningOf(word.letters);
-    if (!tables::levelWords.holds(known) || known.is(WordTrait::apartGroup)) return;
-    const Word meaning = known.word;
-    if (meaning == Word::trowd && tables::isNestedDefinition(text_, word.begin)) return;
-    beginParagraph(word.begin);
-    if (const auto level = story().level.take(word, meaning)) endParagraph(*level, word);
-    if (meaning == Word::cell) story().level.rowBegun = true;  // its definition may follow
-    if (meaning == Word::row || meaning == Word::nestrow) endRow(word, meaning == Word::nestrow);
-}
-
-void LooseTableFinder::endRow(const ControlWord& word, bool isNested) {
-    std::size_t end = endWithBlank(text_, word);
-    if (isNested) {
-        const std::size_t brace = skipWhiteSpace(text_, end);
-        if (standsAt(text_, brace, u"}")) end = brace + 1;
-    } else {
-        story().level = {};
-    }
-    if (!story().runs.empty()) story().runs.back().end = end;
-}
-
-// ---- Paragraphs
-
-// The text before the first paragraph of a document is its header.
-void LooseTableFinder::beginParagraph(std::size_t index) {
-    Story& in = story();
-    if (!in.first) return;
-    in.first = false;
-    if (in.kind == Kind::document) in.paragraph += firstShown(text_.substr(in.paragraph, index - in.paragraph));
-}
-
-void LooseTableFinder::endParagraph(Level level, const ControlWord& word) {
-    extendRuns(level);
-    story().paragraph = skipClosingBraces(text_, endWithBlank(text_, word));
-}
-
-void LooseTableFinder::extendRuns(Level level) {
-    if (level == 0) return endTable();
-    tables::continueRuns(story().runs, level, story().paragraph, [&](const LooseRun& run) { endRun(run); });
-}
-
-void LooseTableFinder::endRun(const LooseRun& run) {
-    if (run.end == 0) return;
-    story().tables.push_back({run.begin, run.end});
-    story().hasTables = true;
-}
-
-// The outermost table of a pair has its markers.
-void LooseTableFinder::endTable() {
-    Story& in = story();
-    const std::size_t own = in.kind == Kind::pair ? 1 : 0;
-    for (; in.runs.size() > own; in.runs.pop_back()) endRun(in.runs.back());
-    in.runs.clear();
-    if (in.kind == Kind::pair || in.inTable || (tolerant_ && in.holdsTables)) {
-        found_.insert(found_.end(), in.tables.begin(), in.tables.end());
-    }
-    in.tables.clear();
-    in.holdsTables = false;
-}
 
 }  // namespace
 

@@ -6,6 +6,7 @@
 
 #include "rtf/read/RtfReader.h"
 #include "rtf/read/TableLevel.h"
+#include "rtf/tables/TableWords.h"
 
 namespace velmor {
 
@@ -21,14 +22,45 @@ public:
     NestedTableFinder(std::u16string_view text, std::vector<TextRange>& found) noexcept : text_(text), found_(found) {}
 
     // A new range begins; tables that began before it are forgotten.
-    void begin(std::size_t index);
+    void begin(std::size_t index) {
+        runs_.clear();
+        paragraph_ = skipClosingBraces(text_, index);
+        level_ = {};
+        depth_ = 0;
+        inRow_ = skipping_ = false;
+    }
 
-    void take(const ControlWord& word, Word meaning);
+    void take(const ControlWord& word, Word meaning) {
+        if (skipping_ && meaning != Word::cell && meaning != Word::row) return;
+        if (meaning == Word::lastrow) {
+            rowIsLast_ = true;
+        } else if (meaning == Word::nesttableprops) {
+            inRow_ = true;
+            rowDepth_ = depth_;
+            rowIsFirst_ = tables::firstRowStandsAt(text_, skipWhiteSpace(text_, word.numberBegin()));
+            rowIsLast_ = false;
+        } else if (meaning == Word::nonesttables) {
+            if (word.begin == 0 || text_[word.begin - 1] != u'{') return;
+            skipping_ = true;
+            skipDepth_ = depth_;
+            skipStart_ = word.begin - 1;
+        } else if (const auto level = level_.take(word, meaning)) {
+            // Whatever the braces are, the properties of a row and a skipped group end before these words.
+            inRow_ = skipping_ = false;
+            endParagraph(*level, word.numberBegin());
+        }
+    }
+
     void openBrace() noexcept { ++depth_; }
-    void closeBrace(std::size_t index);
 
-    // Whether braces matter at this place; others may be omitted.
-    bool needsBraces() const noexcept { return inRow_ || skipping_; }
+    void closeBrace(std::size_t index) {
+        --depth_;
+        if (skipping_ && depth_ < skipDepth_) {
+            skipping_ = false;
+            if (paragraph_ == skipStart_) paragraph_ = skipClosingBraces(text_, index + 1);
+        }
+        if (inRow_ && depth_ < rowDepth_) finishRow(index + 1);
+    }
 
 private:
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
@@ -41,16 +73,40 @@ private:
         bool firstRow = false;     // the table's first row was seen
     };
 
-    void endParagraph(Level level, std::size_t next);
-    void finishRow(std::size_t next);
-    void extendRuns(Level level);
+    void endParagraph(Level level, std::size_t next) {
+        extendRuns(level);
+        paragraph_ = skipClosingBraces(text_, skipBlank(text_, next));
+    }
+
+    void finishRow(std::size_t next) {
+        inRow_ = false;
+        extendRuns(level_.nestedRow());
+        Run& run = runs_.back();
+        run.firstRow = run.firstRow || rowIsFirst_;
+        if (rowIsLast_) {
+            if (run.firstRow) found_.push_back({run.table, next});
+            run.firstRow = false;
+            run.table = none;
+        }
+        paragraph_ = skipClosingBraces(text_, next);
+    }
+
+    void extendRuns(Level level) {
+        if (level < 2) {
+            runs_.clear();
+            level_.cell = 0;
+            return;
+        }
+        const std::size_t begin = tables::continueRuns(runs_, level, paragraph_, [](const Run&) {});
+        if (runs_.back().table == none) runs_.back().table = begin;
+    }
 
     std::u16string_view text_;
     std::vector<TextRange>& found_;
     std::vector<Run> runs_;
     std::size_t paragraph_ = 0;  // the begin of the current paragraph
     TableLevel level_;
-    std::ptrdiff_t depth_ = 0;  // of the given braces
+    std::ptrdiff_t depth_ = 0;
 
     bool inRow_ = false;  // in the properties of a nested row, which end before the paragraph does
     bool rowIsFirst_ = false;

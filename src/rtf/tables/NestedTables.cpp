@@ -86,34 +86,292 @@ public:
 private:
     // ---- Pairs
 
-    void readUpTo(std::size_t limit);
-    void readTable(std::size_t limit);
-    void enter(const TableMarker& marker);
-    void leave(const TableMarker& marker);
-    void prepareForTable(std::size_t index);
-    Open* outerTable() { return open_.empty() || !open_.back().isTable() ? nullptr : &open_.back(); }
+    void readUpTo(std::size_t limit) {
+        reader_.limitTo(limit);
+        while (reader_.at() < limit) {
+            if (!open_.empty() && open_.back().isTable()) {
+                readTable(limit);
+            } else if (!open_.empty() && open_.back().end < limit) {
+                reader_.goOnAt(open_.back().end);
+                open_.pop_back();
+            } else {
+                reader_.goOnAt(limit);
+            }
+        }
+    }
+
+    // Reads up to the limit, or to the first word of a group with separate paragraphs.
+    void readTable(std::size_t limit) {
+        while (reader_.nextWord()) {
+            if (!tables::levelWords.mayHold(text_, reader_.position())) continue;
+            take(reader_.word(), limit);
+            if (!open_.back().isTable()) return;
+        }
+    }
+
+    void enter(const TableMarker& marker) {
+        // A pair that crosses the end of a separate group belongs neither to it nor to the table around it.
+        if (!open_.empty() && marker.tableEnd > open_.back().end) return;
+        const Open* outer = outerTable();
+        const std::size_t level = outer == nullptr ? 1 : std::min(highestLevel, outer->level + 1);
+        if (outer != nullptr) prepareForTable(marker.begin);
+        paragraphPlaces_.clear();
+        reader_.goOnAt(marker.end);
+        Open& table = open_.emplace_back(Open{marker.tableEnd, level, marker.end});
+        if (table.isNested()) table.startPlace = edits_.reserve(marker.end);
+    }
+
+    void leave(const TableMarker& marker) {
+        if (open_.empty() || open_.back().end != marker.begin) return;
+        for (const std::size_t place : paragraphPlaces_) edits_.fill(place, inTable(open_.back().level));
+        paragraphPlaces_.clear();
+        open_.pop_back();
+        reader_.goOnAt(marker.end);
+        if (Open* outer = outerTable()) {
+            beginParagraph(marker.end);
+            outer->setUpPlace = edits_.reserve(afterBraces(marker.end));
+            outer->followsTable = true;
+        }
+    }
+
+    // Text before a table in its cell becomes a paragraph. An empty paragraph separates two tables, which would
+    // otherwise be shown as one.
+    void prepareForTable(std::size_t index) {
+        const Open& outer = open_.back();
+        if (!outer.followsTable && !showsText(text_.substr(outer.paragraph, index - outer.paragraph))) return;
+        endParagraph(false);
+        edits_.insert(index, endOfParagraph);
+    }
 
     // ---- Words
 
-    void take(const ControlWord& word, std::size_t limit);
-    void takeCell(const ControlWord& word);
-    void takeInTable(const ControlWord& word);
-    void takeLevel(const ControlWord& word);
-    void takeParagraphDefaults(const ControlWord& word);
-    void takeDefinition(std::size_t index, std::size_t limit);
-    void takeApartText(const ControlWord& word);
-    void takeRow(const ControlWord& word);
-    std::size_t definitionOfRow();
-    void nestRow(const ControlWord& word, const RowDefinition* definition);
-    void insertDefinition(std::size_t index, const RowDefinition* definition);
-    bool mayRepeat(TextRange definition);
+    void take(const ControlWord& word, std::size_t limit) {
+        const WordMeaning meaning = meaningOf(word.letters);
+        switch (meaning.word) {
+            case Word::cell:
+            case Word::nestcell:
+                takeCell(word);
+                break;
+            case Word::row:
+            case Word::nestrow:
+                takeRow(word);
+                break;
+            case Word::trowd:
+                takeDefinition(word.begin, limit);
+                break;
+            case Word::intbl:
+                takeInTable(word);
+                break;
+            case Word::itap:
+                takeLevel(word);
+                break;
+            case Word::sect:
+                if (!open_.back().inRow) break;
+                edits_.replace(word.begin, word.end, endOfParagraph);
+                [[fallthrough]];
+            case Word::par:
+                endParagraph(false);
+                paragraphPlaces_.push_back(edits_.reserve(word.end));
+                beginParagraph(word.end);
+                break;
+            case Word::pard:
+                takeParagraphDefaults(word);
+                break;
+            default:
+                if (meaning.is(WordTrait::apartGroup)) takeApartText(word);
+        }
+    }
+
+    void takeCell(const ControlWord& word) {
+        endParagraph(true);
+        if (open_.back().isNested() && word.letters == u"cell") edits_.insert(word.begin + 1, u"nest");
+        open_.back().inRow = true;
+        ++(word.letters == u"cell" ? open_.back().cells : open_.back().nestedCells);
+        beginParagraph(word.end);
+    }
+
+    void takeInTable(const ControlWord& word) {
+        Open& table = open_.back();
+        table.startPlace = table.defaultsPlace = nowhere;
+        table.inRow = true;
+        paragraphPlaces_.clear();
+        if (!standsAt(text_, word.end, u"\\itap")) edits_.insert(word.end, levelWord(table.level));
+    }
+
+    void takeLevel(const ControlWord& word) {
+        Open& table = open_.back();
+        table.startPlace = nowhere;
+        const std::u16string_view digit = levelDigit(table.level);
+        const std::size_t number = word.numberBegin();
+        const bool isNegative = word.number.substr(0, 1) == u"-";
+        if (!word.number.empty() && !isNegative) {
+            edits_.replace(number, tolerant_ ? word.end : number + 1, digit);
+            return;
+        }
+        const bool hasInTable = word.begin >= 6 && standsAt(text_, word.begin - 6, inTableWord);
+        if (!hasInTable || !standsAt(text_, word.end, u"\\")) edits_.insert(word.begin, inTableWord);
+        // White space is replaced, unless it must follow the number; other text stays.
+        const char16_t next = word.end < text_.size() ? text_[word.end] : u'\0';
+        const char16_t second = word.end + 1 < text_.size() ? text_[word.end + 1] : u'\0';
+        const bool givesWay = !isNegative && isWhiteSpace(next) && !isDigit(second) && second != u' ';
+        edits_.replace(number, word.end + givesWay, digit);
+    }
+
+    void takeParagraphDefaults(const ControlWord& word) {
+        Open& table = open_.back();
+        table.defaults = word.begin;
+        table.defaultsPlace = edits_.reserve(word.end);
+        table.startPlace = table.setUpPlace = nowhere;
+        paragraphPlaces_.push_back(table.defaultsPlace);
+    }
+
+    void takeDefinition(std::size_t index, std::size_t limit) {
+        Open& table = open_.back();
+        table.inRow = true;
+        if (!table.isNested()) return;
+        if (tables::isNestedDefinition(text_, index)) {
+            table.nestedDefinition = index;
+            return;
+        }
+        const RowDefinition row = definitions_.empty()
+                                      ? rowDefinitionAt(text_, index, limit)
+                                      : rowDefinitionLike(text_, index, limit, definitions_.back().row);
+        definitions_.push_back({row, edits_.reserve(index), table.definition});
+        table.definition = definitions_.size() - 1;
+        reader_.goOnAt(row.range.end);
+    }
+
+    void takeApartText(const ControlWord& word) {
+        if (!apartGroups_) apartGroups_ = findApartGroups(text_);
+        std::size_t& next = nextApartGroup_;
+        while (next < apartGroups_->size() && (*apartGroups_)[next].begin < word.begin) ++next;
+        if (next == apartGroups_->size() || (*apartGroups_)[next].begin != word.begin) return;
+        const std::size_t end = (*apartGroups_)[next].end;
+        if (end <= open_.back().end) open_.push_back(Open{end, 0, word.end});
+    }
+
+    void takeRow(const ControlWord& word) {
+        endParagraph(true);
+        Open& table = open_.back();
+        std::size_t end = word.end;
+        if (table.isNested()) {
+            const bool isDone = table.nestedDefinition != nowhere;
+            table.lastDefinition = definitionOfRow();
+            const RowDefinition* definition =
+                table.lastDefinition == nowhere ? nullptr : &definitions_[table.lastDefinition].row;
+            if (!isDone && (definition != nullptr || table.cells + table.nestedCells != 0)) {
+                nestRow(word, definition);
+                end += standsAt(text_, end, u" ");
+            } else if (word.letters == u"row") {
+                edits_.insert(word.begin + 1, u"nest");
+            }
+            table.definition = table.nestedDefinition = nowhere;
+        }
+        end += end == word.end && standsAt(text_, end, u" }");
+        table.inRow = false;
+        table.rowBegin = end;
+        table.cells = table.nestedCells = 0;
+        beginParagraph(end);
+        if (table.isNested()) table.startPlace = table.setUpPlace = edits_.reserve(afterBraces(end));
+    }
+
+    // The definition in force for the row. The row's own definitions are removed from it.
+    std::size_t definitionOfRow() {
+        const Open& table = open_.back();
+        if (table.nestedDefinition != nowhere) {
+            definitions_.push_back({rowDefinitionAt(text_, table.nestedDefinition, table.end), nowhere, nowhere});
+            return definitions_.size() - 1;
+        }
+        if (table.definition == nowhere) return table.lastDefinition;
+        for (std::size_t i = table.definition; i != nowhere; i = definitions_[i].previous) {
+            edits_.fillCut(definitions_[i].place, definitions_[i].row.range.end);
+        }
+        return table.definition;
+    }
+
+    void nestRow(const ControlWord& word, const RowDefinition* definition) {
+        const std::size_t row = word.begin;
+        const std::size_t keep = row - std::min(row, keepTogether.size());
+        // A \trkeep may directly precede the row's end; it is a part of the definition.
+        const bool isKept = standsAt(text_, keep, keepTogether) && !isEscaped(text_, keep) &&
+                            keep >= open_.back().paragraph && (definition == nullptr || keep >= definition->range.end);
+        if (isKept) edits_.cut(keep, row);
+        edits_.insert(row, u"\\pard");
+        edits_.insert(row, inTable(open_.back().level));
+        edits_.insert(row, u"\\nowidctlpar{\\*\\nesttableprops");
+        insertDefinition(row, definition);
+        if (isKept) edits_.insert(row, keepTogether);
+        if (word.letters == u"row") edits_.insert(row + 1, u"nest");
+        // The blank that ends the word would be text after the brace.
+        edits_.insert(word.end + standsAt(text_, word.end, u" "), u"}");
+    }
+
+    // Readers drop cells without a column, so the row gets the missing columns, of one inch each.
+    void insertDefinition(std::size_t index, const RowDefinition* definition) {
+        const Open& table = open_.back();
+        std::size_t columns = 0, right = 0;
+        if (definition != nullptr && mayRepeat(definition->range)) {
+            edits_.insertPart(index, text_, definition->range);
+            columns = definition->columns;
+            if (columns != 0)
+                right = static_cast<std::size_t>(numberOf(readWord(text_, definition->lastColumn).number));
+        } else {
+            edits_.insert(index, u"\\trowd");
+        }
+        std::u16string added;
+        // Nested cells belong to the row unless it has others.
+        for (; columns < (table.cells != 0 ? table.cells : table.nestedCells); ++columns) {
+            right += inch;
+            added.append(u"\\cellx").append(decimal(static_cast<std::int64_t>(right)));
+        }
+        if (!added.empty()) edits_.replaceVal(index, index, std::move(added));
+    }
+
+    // Rows that repeat a definition could enlarge a text without limit.
+    bool mayRepeat(TextRange definition) {
+        if (definition.begin >= open_.back().rowBegin) return true;
+        const std::size_t length = definition.end - definition.begin;
+        if (length > repeats_) return false;
+        repeats_ -= length;
+        return true;
+    }
 
     // ---- Paragraphs
 
-    void beginParagraph(std::size_t index);
-    void endParagraph(bool endsInRow);
-    void setUpAgain();
-    std::size_t afterBraces(std::size_t index) const;
+    // Braces end groups that began before the place, and the settings in them.
+    std::size_t afterBraces(std::size_t index) const {
+        std::size_t end = skipClosingBraces(text_, index);
+        while (end > index && text_[end - 1] != u'}') --end;
+        return end;
+    }
+
+    void beginParagraph(std::size_t index) {
+        open_.back().paragraph = index;
+        open_.back().followsTable = false;
+    }
+
+    // Gives the ending paragraph the words that it needs to be in its table.
+    void endParagraph(bool endsInRow) {
+        Open& table = open_.back();
+        if (table.startPlace != nowhere) edits_.fillApart(table.startPlace, inTable(table.level));
+        if (table.setUpPlace != nowhere) setUpAgain();  // possibly at the same place
+        if (table.defaultsPlace != nowhere) {
+            const std::size_t level = table.inRow || endsInRow ? table.level : table.level - 1;
+            if (level != 0) edits_.fill(table.defaultsPlace, inTable(level));
+        }
+        table.startPlace = table.defaultsPlace = table.setUpPlace = nowhere;
+    }
+
+    // After a table the paragraph is always set up again, after a row only if it has settings.
+    void setUpAgain() {
+        const Open& table = open_.back();
+        std::u16string words = table.defaults == nowhere ? u"" : paragraphWords(text_, table.defaults);
+        if (words.empty() && !table.followsTable) return;
+        words.insert(0, u"\\pard").append(inTable(table.level));
+        edits_.fillApartVal(table.setUpPlace, std::move(words));
+    }
+
+    Open* outerTable() { return open_.empty() || !open_.back().isTable() ? nullptr : &open_.back(); }
 
     std::u16string_view text_;
     bool tolerant_;
@@ -126,291 +384,6 @@ private:
     std::vector<std::size_t> paragraphPlaces_;  // after \par and \pard, since the last \intbl or pair
     std::size_t repeats_ = 64 * text_.size();   // remaining units for repeated definitions
 };
-
-// ---- Pairs
-
-void Conversion::readUpTo(std::size_t limit) {
-    reader_.limitTo(limit);
-    while (reader_.at() < limit) {
-        if (!open_.empty() && open_.back().isTable()) {
-            readTable(limit);
-        } else if (!open_.empty() && open_.back().end < limit) {
-            reader_.goOnAt(open_.back().end);
-            open_.pop_back();
-        } else {
-            reader_.goOnAt(limit);
-        }
-    }
-}
-
-// Reads up to the limit, or to the first word of a group with separate paragraphs.
-void Conversion::readTable(std::size_t limit) {
-    while (reader_.nextWord()) {
-        if (!tables::levelWords.mayHold(text_, reader_.position())) continue;
-        take(reader_.word(), limit);
-        if (!open_.back().isTable()) return;
-    }
-}
-
-void Conversion::enter(const TableMarker& marker) {
-    // A pair that crosses the end of a separate group belongs neither to it nor to the table around it.
-    if (!open_.empty() && marker.tableEnd > open_.back().end) return;
-    const Open* outer = outerTable();
-    const std::size_t level = outer == nullptr ? 1 : std::min(highestLevel, outer->level + 1);
-    if (outer != nullptr) prepareForTable(marker.begin);
-    paragraphPlaces_.clear();
-    reader_.goOnAt(marker.end);
-    Open& table = open_.emplace_back(Open{marker.tableEnd, level, marker.end});
-    if (table.isNested()) table.startPlace = edits_.reserve(marker.end);
-}
-
-void Conversion::leave(const TableMarker& marker) {
-    if (open_.empty() || open_.back().end != marker.begin) return;
-    for (const std::size_t place : paragraphPlaces_) edits_.fill(place, inTable(open_.back().level));
-    paragraphPlaces_.clear();
-    open_.pop_back();
-    reader_.goOnAt(marker.end);
-    if (Open* outer = outerTable()) {
-        beginParagraph(marker.end);
-        outer->setUpPlace = edits_.reserve(afterBraces(marker.end));
-        outer->followsTable = true;
-    }
-}
-
-// Text before a table in its cell becomes a paragraph. An empty paragraph separates two tables, which would
-// otherwise be shown as one.
-void Conversion::prepareForTable(std::size_t index) {
-    const Open& outer = open_.back();
-    if (!outer.followsTable && !showsText(text_.substr(outer.paragraph, index - outer.paragraph))) return;
-    endParagraph(false);
-    edits_.insert(index, endOfParagraph);
-}
-
-// ---- Words
-
-void Conversion::take(const ControlWord& word, std::size_t limit) {
-    const WordMeaning meaning = meaningOf(word.letters);
-    switch (meaning.word) {
-        case Word::cell:
-        case Word::nestcell:
-            takeCell(word);
-            break;
-        case Word::row:
-        case Word::nestrow:
-            takeRow(word);
-            break;
-        case Word::trowd:
-            takeDefinition(word.begin, limit);
-            break;
-        case Word::intbl:
-            takeInTable(word);
-            break;
-        case Word::itap:
-            takeLevel(word);
-            break;
-        case Word::sect:
-            if (!open_.back().inRow) break;
-            edits_.replace(word.begin, word.end, endOfParagraph);
-            [[fallthrough]];
-        case Word::par:
-            endParagraph(false);
-            paragraphPlaces_.push_back(edits_.reserve(word.end));
-            beginParagraph(word.end);
-            break;
-        case Word::pard:
-            takeParagraphDefaults(word);
-            break;
-        default:
-            if (meaning.is(WordTrait::apartGroup)) takeApartText(word);
-    }
-}
-
-void Conversion::takeCell(const ControlWord& word) {
-    endParagraph(true);
-    if (open_.back().isNested() && word.letters == u"cell") edits_.insert(word.begin + 1, u"nest");
-    open_.back().inRow = true;
-    ++(word.letters == u"cell" ? open_.back().cells : open_.back().nestedCells);
-    beginParagraph(word.end);
-}
-
-void Conversion::takeInTable(const ControlWord& word) {
-    Open& table = open_.back();
-    table.startPlace = table.defaultsPlace = nowhere;
-    table.inRow = true;
-    paragraphPlaces_.clear();
-    if (!standsAt(text_, word.end, u"\\itap")) edits_.insert(word.end, levelWord(table.level));
-}
-
-void Conversion::takeLevel(const ControlWord& word) {
-    Open& table = open_.back();
-    table.startPlace = nowhere;
-    const std::u16string_view digit = levelDigit(table.level);
-    const std::size_t number = word.numberBegin();
-    const bool isNegative = word.number.substr(0, 1) == u"-";
-    if (!word.number.empty() && !isNegative) {
-        edits_.replace(number, tolerant_ ? word.end : number + 1, digit);
-        return;
-    }
-    const bool hasInTable = word.begin >= 6 && standsAt(text_, word.begin - 6, inTableWord);
-    if (!hasInTable || !standsAt(text_, word.end, u"\\")) edits_.insert(word.begin, inTableWord);
-    // White space is replaced, unless it must follow the number; other text stays.
-    const char16_t next = word.end < text_.size() ? text_[word.end] : u'\0';
-    const char16_t second = word.end + 1 < text_.size() ? text_[word.end + 1] : u'\0';
-    const bool givesWay = !isNegative && isWhiteSpace(next) && !isDigit(second) && second != u' ';
-    edits_.replace(number, word.end + givesWay, digit);
-}
-
-void Conversion::takeParagraphDefaults(const ControlWord& word) {
-    Open& table = open_.back();
-    table.defaults = word.begin;
-    table.defaultsPlace = edits_.reserve(word.end);
-    table.startPlace = table.setUpPlace = nowhere;
-    paragraphPlaces_.push_back(table.defaultsPlace);
-}
-
-void Conversion::takeDefinition(std::size_t index, std::size_t limit) {
-    Open& table = open_.back();
-    table.inRow = true;
-    if (!table.isNested()) return;
-    if (tables::isNestedDefinition(text_, index)) {
-        table.nestedDefinition = index;
-        return;
-    }
-    const RowDefinition row = definitions_.empty() ? rowDefinitionAt(text_, index, limit)
-                                                   : rowDefinitionLike(text_, index, limit, definitions_.back().row);
-    definitions_.push_back({row, edits_.reserve(index), table.definition});
-    table.definition = definitions_.size() - 1;
-    reader_.goOnAt(row.range.end);
-}
-
-void Conversion::takeApartText(const ControlWord& word) {
-    if (!apartGroups_) apartGroups_ = findApartGroups(text_);
-    std::size_t& next = nextApartGroup_;
-    while (next < apartGroups_->size() && (*apartGroups_)[next].begin < word.begin) ++next;
-    if (next == apartGroups_->size() || (*apartGroups_)[next].begin != word.begin) return;
-    const std::size_t end = (*apartGroups_)[next].end;
-    if (end <= open_.back().end) open_.push_back(Open{end, 0, word.end});
-}
-
-void Conversion::takeRow(const ControlWord& word) {
-    endParagraph(true);
-    Open& table = open_.back();
-    std::size_t end = word.end;
-    if (table.isNested()) {
-        const bool isDone = table.nestedDefinition != nowhere;
-        table.lastDefinition = definitionOfRow();
-        const RowDefinition* definition =
-            table.lastDefinition == nowhere ? nullptr : &definitions_[table.lastDefinition].row;
-        if (!isDone && (definition != nullptr || table.cells + table.nestedCells != 0)) {
-            nestRow(word, definition);
-            end += standsAt(text_, end, u" ");
-        } else if (word.letters == u"row") {
-            edits_.insert(word.begin + 1, u"nest");
-        }
-        table.definition = table.nestedDefinition = nowhere;
-    }
-    end += end == word.end && standsAt(text_, end, u" }");
-    table.inRow = false;
-    table.rowBegin = end;
-    table.cells = table.nestedCells = 0;
-    beginParagraph(end);
-    if (table.isNested()) table.startPlace = table.setUpPlace = edits_.reserve(afterBraces(end));
-}
-
-// The definition in force for the row. The row's own definitions are removed from it.
-std::size_t Conversion::definitionOfRow() {
-    const Open& table = open_.back();
-    if (table.nestedDefinition != nowhere) {
-        definitions_.push_back({rowDefinitionAt(text_, table.nestedDefinition, table.end), nowhere, nowhere});
-        return definitions_.size() - 1;
-    }
-    if (table.definition == nowhere) return table.lastDefinition;
-    for (std::size_t i = table.definition; i != nowhere; i = definitions_[i].previous) {
-        edits_.fillCut(definitions_[i].place, definitions_[i].row.range.end);
-    }
-    return table.definition;
-}
-
-void Conversion::nestRow(const ControlWord& word, const RowDefinition* definition) {
-    const std::size_t row = word.begin;
-    const std::size_t keep = row - std::min(row, keepTogether.size());
-    // A \trkeep may directly precede the row's end; it is a part of the definition.
-    const bool isKept = standsAt(text_, keep, keepTogether) && !isEscaped(text_, keep) &&
-                        keep >= open_.back().paragraph && (definition == nullptr || keep >= definition->range.end);
-    if (isKept) edits_.cut(keep, row);
-    edits_.insert(row, u"\\pard");
-    edits_.insert(row, inTable(open_.back().level));
-    edits_.insert(row, u"\\nowidctlpar{\\*\\nesttableprops");
-    insertDefinition(row, definition);
-    if (isKept) edits_.insert(row, keepTogether);
-    if (word.letters == u"row") edits_.insert(row + 1, u"nest");
-    // The blank that ends the word would be text after the brace.
-    edits_.insert(word.end + standsAt(text_, word.end, u" "), u"}");
-}
-
-// Readers drop cells without a column, so the row gets the missing columns, of one inch each.
-void Conversion::insertDefinition(std::size_t index, const RowDefinition* definition) {
-    const Open& table = open_.back();
-    std::size_t columns = 0, right = 0;
-    if (definition != nullptr && mayRepeat(definition->range)) {
-        edits_.insertPart(index, text_, definition->range);
-        columns = definition->columns;
-        if (columns != 0) right = static_cast<std::size_t>(numberOf(readWord(text_, definition->lastColumn).number));
-    } else {
-        edits_.insert(index, u"\\trowd");
-    }
-    std::u16string added;
-    // Nested cells belong to the row unless it has others.
-    for (; columns < (table.cells != 0 ? table.cells : table.nestedCells); ++columns) {
-        right += inch;
-        added.append(u"\\cellx").append(decimal(static_cast<std::int64_t>(right)));
-    }
-    if (!added.empty()) edits_.replaceVal(index, index, std::move(added));
-}
-
-// Rows that repeat a definition could enlarge a text without limit.
-bool Conversion::mayRepeat(TextRange definition) {
-    if (definition.begin >= open_.back().rowBegin) return true;
-    const std::size_t length = definition.end - definition.begin;
-    if (length > repeats_) return false;
-    repeats_ -= length;
-    return true;
-}
-
-// ---- Paragraphs
-
-// Braces end groups that began before the place, and the settings in them.
-std::size_t Conversion::afterBraces(std::size_t index) const {
-    std::size_t end = skipClosingBraces(text_, index);
-    while (end > index && text_[end - 1] != u'}') --end;
-    return end;
-}
-
-void Conversion::beginParagraph(std::size_t index) {
-    open_.back().paragraph = index;
-    open_.back().followsTable = false;
-}
-
-// Gives the ending paragraph the words that it needs to be in its table.
-void Conversion::endParagraph(bool endsInRow) {
-    Open& table = open_.back();
-    if (table.startPlace != nowhere) edits_.fillApart(table.startPlace, inTable(table.level));
-    if (table.setUpPlace != nowhere) setUpAgain();  // possibly at the same place
-    if (table.defaultsPlace != nowhere) {
-        const std::size_t level = table.inRow || endsInRow ? table.level : table.level - 1;
-        if (level != 0) edits_.fill(table.defaultsPlace, inTable(level));
-    }
-    table.startPlace = table.defaultsPlace = table.setUpPlace = nowhere;
-}
-
-// After a table the paragraph is always set up again, after a row only if it has settings.
-void Conversion::setUpAgain() {
-    const Open& table = open_.back();
-    std::u16string words = table.defaults == nowhere ? u"" : paragraphWords(text_, table.defaults);
-    if (words.empty() && !table.followsTable) return;
-    words.insert(0, u"\\pard").append(inTable(table.level));
-    edits_.fillApartVal(table.setUpPlace, std::move(words));
-}
 
 }  // namespace
 

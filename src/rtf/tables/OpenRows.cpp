@@ -35,10 +35,48 @@ private:
         bool row;           // around it
     };
 
-    void openGroup();
-    void closeGroup();
-    void takeMarker(bool isStart);
-    void takeWord();
+    // The row of a nested table belongs to the row around it, although it is in a group of its own.
+    void openGroup() {
+        const bool isStart = standsAt(reader_.text(), reader_.position(), startTableMarker);
+        if (isStart || standsAt(reader_.text(), reader_.position(), endTableMarker)) takeMarker(isStart);
+        const GroupOpening opening = readOpening(reader_.text(), reader_.position());
+        const WordMeaning meaning = meaningOf(opening.letters);
+        const bool isApart = opening.ignorable || meaning.is(WordTrait::hiddenGroup) ||
+                             meaning.is(WordTrait::shownGroup) || meaning.is(WordTrait::apartGroup);
+        groups_.push_back(isApart && meaning.word != Word::nesttableprops);
+        if (groups_.back()) rows_.push_back(false);
+    }
+
+    void closeGroup() {
+        if (groups_.empty()) return;
+        if (groups_.back()) {
+            isLost_ = rows_.back() || (!pairs_.empty() && pairs_.back().texts == rows_.size());
+            rows_.pop_back();
+        }
+        groups_.pop_back();
+    }
+
+    void takeMarker(bool isStart) {
+        if (isStart) {
+            pairs_.push_back({rows_.size(), rows_.back()});
+            rows_.back() = false;
+        } else if (!pairs_.empty()) {
+            isLost_ = pairs_.back().texts != rows_.size();
+            rows_.back() = rows_.back() || pairs_.back().row;
+            pairs_.pop_back();
+        }
+    }
+
+    void takeWord() {
+        const ControlWord word = reader_.word();
+        if (word.letters == u"row") {
+            rows_.back() = false;
+        } else if (word.letters == u"cell" || word.letters.starts_with(u"trowd")) {
+            rows_.back() = true;
+        } else if (word.letters.starts_with(u"row")) {
+            isLost_ = true;  // some stages take it for a \row
+        }
+    }
 
     RtfReader reader_;
     std::vector<bool> groups_;       // whether they have paragraphs of their own
@@ -46,49 +84,6 @@ private:
     std::vector<Pair> pairs_;        // of table markers
     bool isLost_ = false;            // a row stays open
 };
-
-// The row of a nested table belongs to the row around it, although it is in a group of its own.
-void RowWalk::openGroup() {
-    const bool isStart = standsAt(reader_.text(), reader_.position(), startTableMarker);
-    if (isStart || standsAt(reader_.text(), reader_.position(), endTableMarker)) takeMarker(isStart);
-    const GroupOpening opening = readOpening(reader_.text(), reader_.position());
-    const WordMeaning meaning = meaningOf(opening.letters);
-    const bool isApart = opening.ignorable || meaning.is(WordTrait::hiddenGroup) || meaning.is(WordTrait::shownGroup) ||
-                         meaning.is(WordTrait::apartGroup);
-    groups_.push_back(isApart && meaning.word != Word::nesttableprops);
-    if (groups_.back()) rows_.push_back(false);
-}
-
-void RowWalk::closeGroup() {
-    if (groups_.empty()) return;
-    if (groups_.back()) {
-        isLost_ = rows_.back() || (!pairs_.empty() && pairs_.back().texts == rows_.size());
-        rows_.pop_back();
-    }
-    groups_.pop_back();
-}
-
-void RowWalk::takeMarker(bool isStart) {
-    if (isStart) {
-        pairs_.push_back({rows_.size(), rows_.back()});
-        rows_.back() = false;
-    } else if (!pairs_.empty()) {
-        isLost_ = pairs_.back().texts != rows_.size();
-        rows_.back() = rows_.back() || pairs_.back().row;
-        pairs_.pop_back();
-    }
-}
-
-void RowWalk::takeWord() {
-    const ControlWord word = reader_.word();
-    if (word.letters == u"row") {
-        rows_.back() = false;
-    } else if (word.letters == u"cell" || word.letters.starts_with(u"trowd")) {
-        rows_.back() = true;
-    } else if (word.letters.starts_with(u"row")) {
-        isLost_ = true;  // some stages take it for a \row
-    }
-}
 
 }  // namespace
 

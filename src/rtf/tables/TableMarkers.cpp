@@ -63,9 +63,9 @@ TableWord tableWord(ControlWord word) noexcept {
     return {meaningOf(*found).word, {word.begin, *found, {}, word.begin + 1 + found->size()}};
 }
 
-// Moves to the next word that matters, or to the next brace if braces are wanted; false at the end.
-bool next(RtfReader& reader, bool braces, TableWord& word) noexcept {
-    while (braces ? reader.next() : reader.nextWord()) {
+// Moves to the next brace, or word that matters; false at the end.
+bool next(RtfReader& reader, TableWord& word) noexcept {
+    while (reader.next()) {
         word = {};
         if (reader.opens() || reader.closes()) return true;
         if (!tableWords.mayHold(reader.text(), reader.position())) continue;
@@ -93,7 +93,37 @@ public:
 
     // The end of the table that begins at `start`; nothing when its last row is missing: then the nested tables
     // of its complete parts stay collected.
-    std::size_t read(std::size_t start);
+    std::size_t read(std::size_t start) {
+        const std::size_t cuts = edits_.size();
+        known_ = tables_.size();
+        nestedTables_ = lastRows_ = 0;
+        lastRowSeen_ = false;
+        rows_ = {};
+        nested_.begin(start);
+        RtfReader reader(text_, start, text_.size());
+        for (TableWord read; next(reader, read);) {
+            const std::size_t index = reader.position();
+            // The marker separates a definition at the begin of the table from the text before it.
+            if (index == start && read.meaning == Word::trowd) rows_.definition();
+            takeRowWord(text_, read.meaning, index, rows_);
+            if (read.meaning == Word::lastrow) {
+                lastRowSeen_ = true;
+                ++lastRows_;
+            } else if (read.meaning == Word::row && takeRow(start, index)) {
+                return tables_.back().end;
+            }
+            if (reader.opens()) {
+                nested_.openBrace();
+            } else if (reader.closes()) {
+                nested_.closeBrace(index);
+            } else {
+                nested_.take(read.word, read.meaning);
+            }
+        }
+        edits_.truncate(cuts);
+        tables_.resize(known_);
+        return nowhere;
+    }
 
     const std::vector<TextRange>& tables() const noexcept { return tables_; }
     // The removals from the rows of these tables.
@@ -101,8 +131,29 @@ public:
 
 private:
     // True when the row ends the table.
-    bool takeRow(std::size_t start, std::size_t index);
-    bool isTableEnd();
+    bool takeRow(std::size_t start, std::size_t index) {
+        // Tables of earlier rows precede this row's cells and do not matter.
+        if (!tables_.empty()) rows_.marker(tables_.back().end);
+        if (const auto cut = rows_.row(index)) edits_.replace(cut->begin, cut->end, {});
+        if (!lastRowSeen_) return false;
+        if (!isTableEnd()) {
+            nested_.begin(index);
+            return false;
+        }
+        const std::size_t end = index + 4;
+        tables_.push_back({start, end + standsAt(text_, end, u" ")});
+        return true;
+    }
+
+    // A table ends with the row of its last "\lastrow" word, unless all of these words so far belong to
+    // nested tables. A part without nested tables ends it in any case.
+    bool isTableEnd() {
+        const std::size_t found = tables_.size() - known_;
+        nestedTables_ += found;
+        known_ += found;
+        lastRowSeen_ = false;
+        return found == 0 || lastRows_ > nestedTables_;
+    }
 
     std::u16string_view text_;
     std::vector<TextRange> tables_;
@@ -114,62 +165,6 @@ private:
     std::size_t lastRows_ = 0;
     bool lastRowSeen_ = false;  // in the current part
 };
-
-std::size_t TableReader::read(std::size_t start) {
-    const std::size_t cuts = edits_.size();
-    known_ = tables_.size();
-    nestedTables_ = lastRows_ = 0;
-    lastRowSeen_ = false;
-    rows_ = {};
-    nested_.begin(start);
-    RtfReader reader(text_, start, text_.size());
-    for (TableWord read; next(reader, nested_.needsBraces(), read);) {
-        const std::size_t index = reader.position();
-        // The marker separates a definition at the begin of the table from the text before it.
-        if (index == start && read.meaning == Word::trowd) rows_.definition();
-        takeRowWord(text_, read.meaning, index, rows_);
-        if (read.meaning == Word::lastrow) {
-            lastRowSeen_ = true;
-            ++lastRows_;
-        } else if (read.meaning == Word::row && takeRow(start, index)) {
-            return tables_.back().end;
-        }
-        if (reader.opens()) {
-            nested_.openBrace();
-        } else if (reader.closes()) {
-            nested_.closeBrace(index);
-        } else {
-            nested_.take(read.word, read.meaning);
-        }
-    }
-    edits_.truncate(cuts);
-    tables_.resize(known_);
-    return nowhere;
-}
-
-bool TableReader::takeRow(std::size_t start, std::size_t index) {
-    // Tables of earlier rows precede this row's cells and do not matter.
-    if (!tables_.empty()) rows_.marker(tables_.back().end);
-    if (const auto cut = rows_.row(index)) edits_.replace(cut->begin, cut->end, {});
-    if (!lastRowSeen_) return false;
-    if (!isTableEnd()) {
-        nested_.begin(index);
-        return false;
-    }
-    const std::size_t end = index + 4;
-    tables_.push_back({start, end + standsAt(text_, end, u" ")});
-    return true;
-}
-
-// A table ends with the row of its last "\lastrow" word, unless all of these words so far belong to
-// nested tables. A part without nested tables ends it in any case.
-bool TableReader::isTableEnd() {
-    const std::size_t found = tables_.size() - known_;
-    nestedTables_ += found;
-    known_ += found;
-    lastRowSeen_ = false;
-    return found == 0 || lastRows_ > nestedTables_;
-}
 
 // The 0-based range of two 1-based positions, within the text.
 TextRange rangeWithin(const std::u16string& text, std::int32_t start, std::int32_t end) {
@@ -214,7 +209,7 @@ void RemoveExtraTrowd(std::u16string& value, std::int32_t& plTableStart, std::in
     TextEdits edits;
     RowTrimmer rows;
     RtfReader reader(value, table.begin, table.end);
-    for (TableWord read; next(reader, false, read);) {
+    for (TableWord read; next(reader, read);) {
         const std::size_t index = reader.position();
         if (read.meaning != Word::row) {
             // A cell that begins with the range precedes the table.

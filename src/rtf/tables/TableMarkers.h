@@ -15,8 +15,6 @@ namespace velmor {
 // each table), and "}".
 inline constexpr std::u16string_view startTableMarker = u"{\\*\\korvane\\starttable";
 inline constexpr std::u16string_view endTableMarker = u"{\\*\\korvane\\endtable";
-inline constexpr std::int32_t startTableMarkerLength = 61;
-inline constexpr std::int32_t endTableMarkerLength = 59;
 
 // Puts a marker pair with a new identifier around each table. Tables, inner ones before outer ones; a table may contain
 // another one but not cross it. At one place a table ends before the next one begins.
