@@ -40,7 +40,17 @@ public:
     }
 
     // The first value for a number counts. Not below 0.
-    void set(std::u16string_view number, std::int32_t value);
+    void set(std::u16string_view number, std::int32_t value) {
+        const std::size_t index = shortIndex(number);
+        if (index == notShort) {
+            long_.emplace(number, value);
+            return;
+        }
+        if (index >= short_.size()) short_.resize(index + 1, none);
+        if (short_[index] != none) return;
+        set_.push_back(static_cast<std::uint32_t>(index));
+        short_[index] = value;
+    }
 
     std::int32_t find(std::u16string_view number) const {
         const std::size_t index = shortIndex(number);
@@ -71,7 +81,12 @@ private:
 // Numbers in decimal digits. The views hold as long as this object.
 class NumberTexts {
 public:
-    std::u16string_view of(std::int32_t number);
+    std::u16string_view of(std::int32_t number) {
+        const auto index = static_cast<std::size_t>(number);
+        if (index >= shortNumbers) return long_.try_emplace(number, decimal(number)).first->second;
+        while (texts_.size() <= index) texts_.push_back(decimal(static_cast<std::int32_t>(texts_.size())));
+        return texts_[index];
+    }
 
 private:
     static constexpr std::size_t shortNumbers = 100000;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -7,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "rtf/edit/TextEdits.h"
@@ -57,35 +59,139 @@ public:
 
     // ---- The content in reading order. The place of a word includes the blank that ends it.
 
-    void enterDocument(std::uint32_t text);
-    void leaveDocument();
+    void enterDocument(std::uint32_t text) {
+        documents_.push_back({text, {}, braced_ && section_.hasContent});
+        Start* const start = target();
+        if (start == nullptr) return;
+        for (const HeaderKind kind : headerKinds) {
+            if (start->kinds[kind].awaited == 0) start->kinds[kind].awaited = text;
+        }
+    }
+
+    void leaveDocument() {
+        const std::uint32_t left = documents_.back().text;
+        documents_.pop_back();
+        Start* const start = target();
+        if (start == nullptr) return;
+        for (const HeaderKind kind : headerKinds) {
+            NewGroups& groups = start->kinds[kind];
+            const bool searched = groups.source != 0 ? groups.source == left : groups.awaited == left;
+            if (searched) groups.searching = false;
+        }
+    }
+
     // The place is after it; also called for a document's end.
     void leaveGroup(const FlowPlace& place) {
         if (braced_) leaveBraces(place);
     }
-    void content(const FlowPlace& place);
+
+    void content(const FlowPlace& place) {
+        paragraphEnd(place);
+        section_.hasContent = true;
+        lastPage_.reset();
+    }
+
     // Also called where nothing else of the host follows but its last brace.
-    void paragraphEnd(const FlowPlace& place);
-    void pageBreak(const FlowPlace& place);
-    void sectionBreak(const FlowPlace& place);
-    void sectionDefaults(const FlowPlace& place);
+    void paragraphEnd(const FlowPlace& place) {
+        if (!pending_ || place.inTable || !place.body) return;
+        const Start start = *pending_;
+        pending_.reset();
+        closeSection();  // its text here precedes the new one
+        FlowPlace before = place;
+        before.end = before.begin;
+        begin(start, before, place.holding());
+    }
+
+    void pageBreak(const FlowPlace& place) {
+        if (dropsBreak(place)) return;
+        section_.hasContent = section_.hasPage = true;
+        if (!place.inTable) lastPage_ = PageBreak{place, false, place.holding(), section_.holding, section_.words};
+    }
+
+    void sectionBreak(const FlowPlace& place) {
+        if (dropsBreak(place)) return;
+        closeSection();
+        Section next;
+        next.byDocument = place.text != FlowPlace::host;
+        beginSection(std::move(next));
+    }
+
+    void sectionDefaults(const FlowPlace& place) {
+        lastPage_.reset();
+        if (place.text != FlowPlace::host) return documentDefaults(place);
+        save(place.depth);
+        section_.words = section_.said = {};
+        if (section_.start) section_.defaults.push_back(place);
+    }
+
     // `written` is the word as it stands; `place` includes the line of a page border, too.
-    void headerWord(Word word, std::u16string_view written, const FlowPlace& place);
+    void headerWord(Word word, std::u16string_view written, const FlowPlace& place) {
+        if (place.text != FlowPlace::host) {
+            cut(place);
+            if (place.body) documents_.back().words[word] = written;
+            tellTakers(place, [&](HeaderWords& words) { words[word] = written; });
+        } else if (place.body) {
+            save(place.depth);
+            section_.words[word] = section_.said[word] = written;
+            lastPage_.reset();
+        }
+    }
+
     // Any other word that describes a section.
-    void sectionWord(const FlowPlace& place);
-    void facingPages(const FlowPlace& place);
+    void sectionWord(const FlowPlace& place) {
+        if (place.body && awaitsSectionWords()) cut(place);
+    }
+
+    void facingPages(const FlowPlace& place) {
+        if (place.text == FlowPlace::host) {
+            facing_ = true;
+        } else {
+            cut(place);
+        }
+    }
+
     // A header or footer group with its closing brace.
-    void group(HeaderName name, std::u16string_view text, const FlowPlace& place);
-    void marker(HeaderKind kind, const FlowPlace& place);
+    void group(HeaderName name, std::u16string_view text, const FlowPlace& place) {
+        if (place.text == FlowPlace::host) {
+            if (place.body) keepHostGroup(name, text, place);
+        } else {
+            cut(place);
+            if (place.body) take(name, text);
+        }
+    }
+
+    void marker(HeaderKind kind, const FlowPlace& place) {
+        const bool began = section_.start && !section_.hasContent;
+        if (place.body && !pending_ && !began) return beginAtMarker(kind, place);
+        cut(place);
+        if (place.body) (pending_ ? *pending_ : *section_.start).want(kind);
+    }
+
     // A "{\*\korvanesection" group: a later stage turns the last page break into a section break.
-    void description();
+    void description() {
+        if (lastPage_) {
+            lastPage_->described = true;
+        } else if (section_.start && section_.start->breaks && !section_.hasPage) {
+            section_.start->asPage = true;
+        }
+    }
+
     // Whether sectionWord would change anything.
     bool awaitsSectionWords() const noexcept { return !documents_.empty() && documents_.back().continues; }
     // False when content would change nothing.
     bool awaitsContent() const noexcept { return pending_ || lastPage_ || !section_.hasContent; }
 
     // Ends the last section and returns the changes.
-    Edits finish();
+    Edits finish() {
+        // A page without text and without a new header is removed.
+        const auto& start = section_.start;
+        if (start && start->breaks && !start->forBreak && !section_.hasContent && !start->takesGroups()) {
+            cut(start->place);
+            section_.start.reset();
+        }
+        closeSection();
+        return std::move(edits_);
+    }
 
 private:
     static std::u16string_view mainOf(const PageGroups& groups) noexcept {
@@ -99,8 +205,14 @@ private:
         bool asPage = false;    // written as a page break, which becomes the section's
         bool forBreak = false;  // replaces another break
 
-        void want(HeaderKind kind);
-        bool takesGroups() const noexcept;
+        void want(HeaderKind kind) {
+            kinds[kind] = {};
+            kinds[kind].wanted = kinds[kind].searching = true;
+        }
+        bool takesGroups() const noexcept {
+            return std::any_of(kinds.values.begin(), kinds.values.end(),
+                               [](const NewGroups& groups) { return groups.byHost || groups.source != 0; });
+        }
     };
 
     // The state that a group's closing brace restores.
@@ -143,30 +255,241 @@ private:
     };
 
     void cut(const FlowPlace& place) { edits_[place.text].cut(place.begin, place.end); }
-    void putWordsAfter(const FlowPlace& defaults);
-    void beginAtMarker(HeaderKind kind, const FlowPlace& place);
-    void begin(Start start, const FlowPlace& place, const HoldingPlace& holding);
-    void beginSection(Section next);
-    // `left`: the groups in which it ends have ended since. Returns the words of its start.
-    HeaderWords closeSection(bool left = false);
-    void closeSectionAt(const PageBreak& page);
-    void leaveBraces(const FlowPlace& place);
-    void save(std::size_t depth);
-    void forgetSaid();
-    bool dropsBreak(const FlowPlace& place);
-    void documentDefaults(const FlowPlace& place);
+
+    // ---- Groups, whose end restores the section
+
+    void leaveBraces(const FlowPlace& place) {
+        for (; !saved_.empty() && saved_.back().depth > place.depth; saved_.pop_back()) {
+            section_.words = saved_.back().words;
+            section_.said = saved_.back().said;
+        }
+        if (lastPage_) lastPage_->holding.leave(place.holding());
+        if (section_.start) section_.holding.leave(place.holding());
+    }
+
+    // The words in force are about to change, in a group of this depth.
+    void save(std::size_t depth) {
+        if (braced_ && (saved_.empty() || saved_.back().depth < depth))
+            saved_.push_back({depth, section_.words, section_.said});
+    }
+
+    // The new start precedes the host's later words.
+    void forgetSaid() {
+        section_.said = {};
+        for (Saved& saved : saved_) saved.said = {};
+    }
+
+    // Groups within that of the section's start do not restore the words before the start.
+    void holdInGroups(const HeaderWords& carried) {
+        const std::size_t depth = section_.holding.depth;
+        auto inner = saved_.end();
+        while (inner != saved_.begin() && (inner - 1)->depth > depth) --inner;
+        if (inner == saved_.begin() || (inner - 1)->depth < depth) {
+            const HeaderWords before = inner == saved_.end() ? section_.words : inner->words;
+            inner = saved_.insert(inner, {depth, before, {}}) + 1;
+        }
+        for (; inner != saved_.end(); ++inner) inner->words.add(carried, inner->said);
+    }
+
+    // ---- Where sections begin
+
+    bool justBegan() const noexcept { return section_.start && section_.start->breaks && !section_.hasContent; }
+
+    void beginAtMarker(HeaderKind kind, const FlowPlace& place) {
+        Start start;
+        start.want(kind);
+        if (!section_.hasContent) {
+            start.place = place;
+            section_.start = start;
+            section_.holding = place.holding();
+            return forgetSaid();
+        }
+        if (!place.inTable && !lastPage_) {
+            closeSection();
+            return begin(start, place, place.holding());
+        }
+        cut(place);
+        if (place.inTable) {
+            pending_ = start;
+        } else {
+            start.asPage = lastPage_->described;
+            start.forBreak = true;
+            const PageBreak page = *lastPage_;
+            closeSectionAt(page);
+            begin(start, page.place, page.holding);
+        }
+    }
+
+    void begin(Start start, const FlowPlace& place, const HoldingPlace& holding) {
+        start.place = place;
+        start.breaks = true;
+        Section next;
+        next.start = start;
+        next.holding = holding;
+        beginSection(std::move(next));
+    }
+
+    // The previous section is closed.
+    void beginSection(Section next) {
+        next.words = section_.words;
+        section_ = std::move(next);
+        lastPage_.reset();
+        forgetSaid();
+        for (Document& document : documents_) document.continues = false;
+    }
+
+    // A break directly after the section's own would leave an empty page.
+    bool dropsBreak(const FlowPlace& place) {
+        paragraphEnd(place);
+        if (!justBegan()) return false;
+        cut(place);
+        section_.start->forBreak = true;
+        return true;
+    }
+
+    // ---- Words
+
     template <typename Set>
-    void tellTakers(const FlowPlace& place, Set set);
-    void take(HeaderName name, std::u16string_view text);
-    void keepHostGroup(HeaderName name, std::u16string_view text, const FlowPlace& place);
+    void tellTakers(const FlowPlace& place, Set set) {
+        Start* const start = target();
+        if (start == nullptr || !place.body) return;
+        for (const HeaderKind kind : headerKinds) {
+            NewGroups& groups = start->kinds[kind];
+            if (groups.searching && groups.source == place.text) set(groups.words);
+        }
+    }
+
+    void documentDefaults(const FlowPlace& place) {
+        documents_.back().words = {};
+        tellTakers(place, [](HeaderWords& words) { words = {}; });
+        // The section keeps its page, margins and columns.
+        if (section_.start || documents_.back().continues) return cut(place);
+        if (section_.byDocument) {
+            save(place.depth);
+            section_.words[Word::titlepg] = {};
+        }
+        putWordsAfter(place);
+    }
+
+    // The words in force, instead of the blank that ends the \sectd.
+    void putWordsAfter(const FlowPlace& defaults) {
+        const std::size_t end = defaults.begin + std::u16string_view(u"\\sectd").size();
+        std::u16string words = section_.words.text();
+        if (!words.empty()) edits_[defaults.text].replaceApartVal(std::min(end, defaults.end), defaults.end, words);
+    }
+
+    void keepHostGroup(HeaderName name, std::u16string_view text, const FlowPlace& place) {
+        paragraphEnd(place);
+        lastPage_.reset();
+        if (name.pages != HeaderPages::left) current_[name.kind].firstIsMain = false;
+        std::u16string_view& given = section_.given[name.kind][static_cast<std::size_t>(ordinary(name.pages))];
+        if (given.empty()) given = text;
+        section_.hostGroups[name.kind].push_back(place);
+        if (!section_.start || !section_.start->kinds[name.kind].wanted) return;
+        section_.start->kinds[name.kind].byHost = true;
+        section_.start->kinds[name.kind].searching = false;
+    }
+
+    void take(HeaderName name, std::u16string_view text) {
+        Start* const start = target();
+        if (start == nullptr) return;
+        NewGroups& groups = start->kinds[name.kind];
+        const Document& document = documents_.back();
+        if (!groups.searching) return;
+        if (groups.source == 0) {
+            groups.source = document.text;
+            groups.words = document.words;
+        }
+        std::u16string_view& group = groups.groups[static_cast<std::size_t>(name.pages)];
+        if (groups.source == document.text && group.empty()) group = text;
+    }
+
+    // ---- Writing
+
+    // `left`: the groups in which it ends have ended since. Returns the words of its start.
+    HeaderWords closeSection(bool left = false) {
+        for (const HeaderKind kind : headerKinds) {
+            const std::u16string_view main = mainOf(section_.given[kind]);
+            if (!main.empty()) current_[kind].main = main;
+        }
+        const HeaderWords carried = section_.start ? writeStart(*section_.start, left) : HeaderWords();
+        for (const FlowPlace& defaults : section_.defaults) putWordsAfter(defaults);
+        return carried;
+    }
+
+    // The section ends at a page break; groups around it may have ended since.
+    void closeSectionAt(const PageBreak& page) {
+        const bool left = section_.holding.depth < page.sectionHolding.depth;
+        section_.holding = page.sectionHolding;
+        const HeaderWords words = std::exchange(section_.words, page.words);
+        const HeaderWords carried = closeSection(left);
+        section_.words = words;
+        if (!left) section_.words.add(carried, section_.said);
+    }
+
+    // The section's words in the documents of the taken groups become the section's words.
+    HeaderWords carry(const Start& start, bool left) {
+        HeaderWords carried;
+        for (const HeaderKind kind : headerKinds) {
+            const NewGroups& groups = start.kinds[kind];
+            if (groups.taken()) carried.add(groups.words.about(kind), {});
+        }
+        if (braced_ && !left) holdInGroups(carried);
+        section_.words.add(carried, section_.said);
+        return carried;
+    }
+
+    HeaderWords writeStart(const Start& start, bool left) {
+        const bool hadTitle = hasTitle();
+        const HeaderWords carried = carry(start, left);
+        const bool title = hasTitle();
+        std::u16string groups;
+        for (const HeaderKind kind : headerKinds) {
+            const NewGroups& newGroups = start.kinds[kind];
+            if (newGroups.taken() || (start.breaks && newGroups.wanted && !newGroups.byHost)) {
+                appendNew(groups, kind, newGroups, title);
+            } else if (title && (start.breaks || !hadTitle)) {
+                appendFirstOfOther(groups, kind);
+            }
+        }
+        std::u16string words = (start.breaks ? u"\\sbkpage\\pgncont" : u"") + carried.text();
+        const HoldingPlace& holding = section_.holding;
+        if (holding.moved && !words.empty()) {
+            edits_[holding.text].replaceApartVal(holding.at, holding.at, std::exchange(words, {}));
+        }
+        // Words directly after a generator group would be removed with it.
+        std::u16string put = !start.breaks ? u"" : start.asPage ? u"\\page" : u"\\sect";
+        put += start.breaks ? words + groups : groups + words;
+        edits_[start.place.text].replaceApartVal(start.place.begin, start.place.end, std::move(put));
+        return carried;
+    }
+
+    // Every page shows the new ones: a section inherits the groups that it does not give.
+    void appendNew(std::u16string& text, HeaderKind kind, const NewGroups& groups, bool title) {
+        const auto given = [&](HeaderPages pages) { return groups.groups[static_cast<std::size_t>(pages)]; };
+        const std::u16string_view main = mainOf(groups.groups);
+        if (main.empty()) text += groupFor({kind, HeaderPages::all}, {});
+        for (const HeaderPages pages : {HeaderPages::all, HeaderPages::right, HeaderPages::left}) {
+            if (!given(pages).empty()) text += given(pages);
+        }
+        if (facing_ && given(HeaderPages::left).empty()) text += groupFor({kind, HeaderPages::left}, main);
+        const bool ownFirst = !groups.words[Word::titlepg].empty() || !title;
+        const std::u16string_view first = ownFirst ? given(HeaderPages::first) : main;
+        if (title || !first.empty()) text += groupFor({kind, HeaderPages::first}, first);
+        current_[kind] = {main, title && !ownFirst};
+        for (const FlowPlace& group : section_.hostGroups[kind]) cut(group);
+    }
+
+    // The first page of the new section, and of later ones, shows the ordinary group of the other kind.
+    void appendFirstOfOther(std::u16string& text, HeaderKind kind) {
+        const bool own = !section_.given[kind][static_cast<std::size_t>(HeaderPages::first)].empty();
+        if (own || current_[kind].firstIsMain) return;
+        text += groupFor({kind, HeaderPages::first}, current_[kind].main);
+        current_[kind].firstIsMain = true;
+    }
+
     Start* target() noexcept { return pending_ ? &*pending_ : section_.start ? &*section_.start : nullptr; }
-    bool justBegan() const noexcept;
     bool hasTitle() noexcept { return !section_.words[Word::titlepg].empty(); }
-    void holdInGroups(const HeaderWords& carried);
-    HeaderWords carry(const Start& start, bool left);
-    HeaderWords writeStart(const Start& start, bool left);
-    void appendNew(std::u16string& text, HeaderKind kind, const NewGroups& groups, bool title);
-    void appendFirstOfOther(std::u16string& text, HeaderKind kind);
 
     Edits edits_;
     Section section_;

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "rtf/read/WordTable.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 
@@ -47,7 +47,11 @@ constexpr std::optional<HeaderName> headerNamed(std::u16string_view letters) noe
 }
 
 // A copy of a group, for the pages of `name`; an empty group when there is none.
-std::u16string groupFor(HeaderName name, std::u16string_view group);
+inline std::u16string groupFor(HeaderName name, std::u16string_view group) {
+    const std::u16string opening(name.opening());
+    if (group.empty()) return opening + u"\\pard\\plain\\fs2\\par}";  // a low line, which moves nothing
+    return opening + std::u16string(group.substr(2 + readWord(group, 1).letters.size()));
+}
 
 // One value for the headers and one for the footers.
 template <typename Value>
@@ -69,10 +73,23 @@ public:
     std::u16string_view operator[](Word word) const noexcept { return words_[indexOf(word)]; }
 
     // Without those about the other kind alone.
-    HeaderWords about(HeaderKind kind) const noexcept;
+    HeaderWords about(HeaderKind kind) const noexcept {
+        const bool header = kind == HeaderKind::header;
+        HeaderWords words = *this;
+        words[header ? Word::footery : Word::headery] = words[header ? Word::pgbrdrfoot : Word::pgbrdrhead] = {};
+        return words;
+    }
     // Takes over the words that `said` lacks.
-    void add(const HeaderWords& more, const HeaderWords& said) noexcept;
-    std::u16string text() const;
+    void add(const HeaderWords& more, const HeaderWords& said) noexcept {
+        for (std::size_t i = 0; i < words_.size(); ++i) {
+            if (!more.words_[i].empty() && said.words_[i].empty()) words_[i] = more.words_[i];
+        }
+    }
+    std::u16string text() const {
+        std::u16string text;
+        for (const std::u16string_view word : words_) text += word;
+        return text;
+    }
 
 private:
     static constexpr auto first = static_cast<std::size_t>(Word::headery);
