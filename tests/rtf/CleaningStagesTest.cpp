@@ -1,9 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "rtf/clean/BlankLines.h"
+#include "rtf/clean/Generators.h"
 #include "rtf/clean/RemoveBackground.h"
-#include "rtf/clean/RemoveDuplicateGenerators.h"
-#include "rtf/clean/RemoveGeneratorSectionWords.h"
 #include "rtf/edit/EmbeddedDocuments.h"
 #include "rtf/merge/UnwrapNestedDocuments.h"
 #include "rtf/pages/MergePageBreaks.h"

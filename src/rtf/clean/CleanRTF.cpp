@@ -14,47 +14,35 @@ namespace velmor {
 namespace {
 
 // One run over one text. The steps are those of docs/cleaning.md; a step whose groups do not occur costs nothing.
-class Run {
-public:
-    Run(std::u16string& text, const CleanOptions& options, platform::Guids& guids)
-        : text_(text), options_(options), guids_(guids) {}
-
-    void clean() {
-        const auto mark = TableCollection::unusedMark(text_);
-        if (!mark) return;
-        TableCollection tables(*mark);
-        const bool merged = attempt([&] { merge(tables); });
-        if (merged) attempt([&] { bracketTables(tables); });
-        // Lifted texts return even after a failure.
-        if (!attempt([&] { tables.expand(text_); }) || !merged) return;
-        PartOfText whole;
-        attempt([&] { finishCleaning(text_, options_, guids_, groups_, hasDocuments_, whole); });
-    }
-
-private:
+void clean(std::u16string& text, const CleanOptions& options, platform::Guids& guids) {
+    const auto mark = TableCollection::unusedMark(text);
+    if (!mark) return;
+    TableCollection tables(*mark);
+    bool hasDocuments = false;
+    GroupSet groups;
     // Steps 1 and 2, and headers and footers.
-    void merge(TableCollection& tables) {
-        hasDocuments_ = Module1::ExtractEmbeddedDocuments(text_, tables, options_);
-        Module1::MergeDocumentTables(text_, tables, options_);
-        if (!options_.mergeMode) Module1::ApplyHeadersFooters(text_, tables, options_);
-        groups_ = tables.hostGroups();
-        for (const TableCollection::Document& document : tables.documents()) groups_.add(document.groups);
-    }
-
+    const bool merged = attempt([&] {
+        hasDocuments = Module1::ExtractEmbeddedDocuments(text, tables, options);
+        Module1::MergeDocumentTables(text, tables, options);
+        if (!options.mergeMode) Module1::ApplyHeadersFooters(text, tables, options);
+        groups = tables.hostGroups();
+        for (const TableCollection::Document& document : tables.documents()) groups.add(document.groups);
+    });
+    const auto bracketTables = [&](std::u16string& part) {
+        if (addTableMarkers(part, guids)) groups.add(Group::tableMarker);
+    };
     // Step 3: the tables of each text, while the tables inside them are still lifted.
-    void bracketTables(TableCollection& tables) {
-        if (addTableMarkers(text_, guids_)) groups_.add(Group::tableMarker);
-        for (TableCollection::Document& document : tables.documents()) {
-            if (addTableMarkers(document.text, guids_)) groups_.add(Group::tableMarker);
-        }
+    if (merged) {
+        attempt([&] {
+            bracketTables(text);
+            for (TableCollection::Document& document : tables.documents()) bracketTables(document.text);
+        });
     }
-
-    std::u16string& text_;
-    CleanOptions options_;
-    platform::Guids& guids_;
-    bool hasDocuments_ = false;
-    GroupSet groups_;
-};
+    // Lifted texts return even after a failure.
+    if (!attempt([&] { tables.expand(text); }) || !merged) return;
+    PartOfText whole;
+    attempt([&] { finishCleaning(text, options, guids, groups, hasDocuments, whole); });
+}
 
 }  // namespace
 
@@ -74,7 +62,7 @@ void Module1::CleanRTFText(std::u16string& psText, CleanOptions options, CleanHo
     if (isCleanable(psText)) {
         attempt([&] {
             options.overrunProtection = isOverrunProtectionOn(host.services().registry);
-            Run(psText, options, host.services().guids).clean();
+            clean(psText, options, host.services().guids);
         });
     }
     if (timed) host.cleaned(host.services().clock.timer() - start, static_cast<std::int32_t>(psText.size()));

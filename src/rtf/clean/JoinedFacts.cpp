@@ -1,7 +1,5 @@
 #include "rtf/clean/JoinedFacts.h"
 
-#include <algorithm>
-
 #include "rtf/edit/EmbeddedDocuments.h"
 #include "rtf/read/RowState.h"
 #include "rtf/tables/MarkerPairs.h"
@@ -73,9 +71,6 @@ void JoinedFacts::noteText(std::u16string_view text) {
 
 void JoinedFacts::noteUnits(std::u16string_view text) {
     constexpr char16_t first = 0xE000;
-    char16_t highest = 0;
-    for (const char16_t unit : text) highest = std::max(highest, unit);
-    if (highest < first) return;
     for (const char16_t unit : text) {
         if (unit >= first && highUnits_.find(unit) == highUnits_.npos) highUnits_ += unit;
     }

@@ -1,4 +1,4 @@
-#include "rtf/clean/RemoveGeneratorSectionWords.h"
+#include "rtf/clean/Generators.h"
 
 #include <algorithm>
 #include <string_view>
@@ -49,6 +49,26 @@ void Module1::RemoveGeneratorSectionWords(std::u16string& psText) {
     if (edits.empty()) return;
     edits.apply(psText);
     psText.resize(psText.find_last_not_of(u' ') + 1);
+}
+
+std::u16string Module1::RemoveDuplicateGenerators(std::u16string& psText, std::u16string psKept) {
+    constexpr std::u16string_view opening = u"{\\*\\generator";
+    const std::u16string_view text = psText;
+    TextEdits edits;
+    RtfSearch search(text);
+    for (std::size_t at = 0; (at = search.find(opening, at)) != text.npos;) {
+        const std::size_t end = text.find(u'}', at + opening.size());
+        if (end == text.npos) break;
+        const std::u16string_view group = text.substr(at, end + 1 - at);
+        if (group == psKept) {
+            edits.cut(at, end + 1);
+        } else {
+            psKept = group;
+        }
+        at = end + 1;
+    }
+    edits.apply(psText);
+    return psKept;
 }
 
 }  // namespace velmor
