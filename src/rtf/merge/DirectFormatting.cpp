@@ -1,6 +1,7 @@
 #include "rtf/merge/DirectFormatting.h"
 
 #include <algorithm>
+#include <array>
 
 namespace velmor {
 namespace {
@@ -11,57 +12,34 @@ constexpr std::u16string_view styleWords[] = {
     u"spriority", u"sqformat", u"sreply",   u"ssemihidden", u"styrsid", u"sunhideused",
 };
 
-// What makes a property of text or of a paragraph RTF's own again.
+// Properties of text or of a paragraph that become RTF's own again by the word with the number 0.
+constexpr std::u16string_view undoneByZero[] = {
+    u"b",   u"caps",      u"cb", u"cbpat", u"cf",      u"chcbpat", u"dn",     u"embo",    u"expnd", u"expndtw",
+    u"fi",  u"highlight", u"i",  u"impr",  u"kerning", u"li",      u"lin",    u"ls",      u"outl",  u"ri",
+    u"rin", u"sa",        u"sb", u"scaps", u"shad",    u"sl",      u"strike", u"striked", u"up",    u"v",
+};
+
+// Those that become so by another word.
 struct Undoing {
-    std::u16string_view letters;
     std::u16string_view word;
+    std::array<std::u16string_view, 6> undone;
 };
 constexpr Undoing undoings[] = {
-    {u"b", u"\\b0"},
-    {u"i", u"\\i0"},
-    {u"caps", u"\\caps0"},
-    {u"scaps", u"\\scaps0"},
-    {u"strike", u"\\strike0"},
-    {u"striked", u"\\striked0"},
-    {u"outl", u"\\outl0"},
-    {u"shad", u"\\shad0"},
-    {u"embo", u"\\embo0"},
-    {u"impr", u"\\impr0"},
-    {u"v", u"\\v0"},
-    {u"ul", u"\\ulnone"},
-    {u"uld", u"\\ulnone"},
-    {u"uldash", u"\\ulnone"},
-    {u"uldb", u"\\ulnone"},
-    {u"ulw", u"\\ulnone"},
-    {u"ulwave", u"\\ulnone"},
-    {u"sub", u"\\nosupersub"},
-    {u"super", u"\\nosupersub"},
-    {u"up", u"\\up0"},
-    {u"dn", u"\\dn0"},
-    {u"expnd", u"\\expnd0"},
-    {u"expndtw", u"\\expndtw0"},
-    {u"kerning", u"\\kerning0"},
-    {u"fs", u"\\fs24"},
-    {u"cf", u"\\cf0"},
-    {u"cb", u"\\cb0"},
-    {u"chcbpat", u"\\chcbpat0"},
-    {u"highlight", u"\\highlight0"},
-    {u"qc", u"\\ql"},
-    {u"qr", u"\\ql"},
-    {u"qj", u"\\ql"},
-    {u"qd", u"\\ql"},
-    {u"li", u"\\li0"},
-    {u"lin", u"\\lin0"},
-    {u"ri", u"\\ri0"},
-    {u"rin", u"\\rin0"},
-    {u"fi", u"\\fi0"},
-    {u"sb", u"\\sb0"},
-    {u"sa", u"\\sa0"},
-    {u"sl", u"\\sl0"},
-    {u"ls", u"\\ls0"},
-    {u"outlinelevel", u"\\outlinelevel9"},
-    {u"cbpat", u"\\cbpat0"},
+    {u"\\ulnone", {u"ul", u"uld", u"uldash", u"uldb", u"ulw", u"ulwave"}},
+    {u"\\nosupersub", {u"sub", u"super"}},
+    {u"\\fs24", {u"fs"}},
+    {u"\\ql", {u"qc", u"qr", u"qj", u"qd"}},
+    {u"\\outlinelevel9", {u"outlinelevel"}},
 };
+
+// Empty when no word undoes these letters.
+std::u16string undoingWord(std::u16string_view letters) {
+    if (std::ranges::count(undoneByZero, letters) != 0) return u"\\" + std::u16string(letters) + u"0";
+    for (const Undoing& undoing : undoings) {
+        if (std::ranges::count(undoing.undone, letters) != 0) return std::u16string(undoing.word);
+    }
+    return {};
+}
 
 template <typename Take>
 void forEachWord(std::u16string_view look, Take take) {
@@ -83,9 +61,8 @@ std::optional<ControlWord> findWord(std::u16string_view look, std::u16string_vie
 std::u16string directWords(std::u16string_view look) {
     std::u16string words;
     forEachWord(look, [&](const ControlWord& word) {
-        const bool isOfStyle =
-            std::find(std::begin(styleWords), std::end(styleWords), word.letters) != std::end(styleWords);
-        if (!isOfStyle) words.append(look.substr(word.begin, word.end - word.begin));
+        if (std::ranges::count(styleWords, word.letters) == 0)
+            words.append(look.substr(word.begin, word.end - word.begin));
     });
     return words;
 }
@@ -93,9 +70,7 @@ std::u16string directWords(std::u16string_view look) {
 std::u16string undoingWords(std::u16string_view look, std::u16string_view own) {
     std::u16string words;
     forEachWord(look, [&](const ControlWord& word) {
-        const auto undoing = std::find_if(std::begin(undoings), std::end(undoings),
-                                          [&](const Undoing& each) { return each.letters == word.letters; });
-        if (undoing != std::end(undoings) && !findWord(own, word.letters)) words += undoing->word;
+        if (!findWord(own, word.letters)) words += undoingWord(word.letters);
     });
     return words;
 }

@@ -10,7 +10,7 @@ namespace velmor {
 namespace {
 
 // The end of "{\*\listtable" or a similar opening.
-std::size_t behindOpening(std::u16string_view table) {
+std::size_t endOfOpening(std::u16string_view table) {
     const std::size_t star = standsAt(table, 1, u"\\*") ? 3 : 1;
     return readWord(table, star).end;
 }
@@ -51,7 +51,7 @@ std::u16string withoutBlanks(std::u16string_view entry) {
 
 template <typename Take>
 void forEach(std::u16string_view table, bool tolerant, Take take) {
-    for (TableEntries entries(table, behindOpening(table), tolerant); entries.next();) {
+    for (TableEntries entries(table, endOfOpening(table), tolerant); entries.next();) {
         if (entries.isGroup()) take(entries.text());
     }
 }
@@ -162,7 +162,7 @@ void ListTables::addList(std::u16string_view entry, const List& list) {
 }
 
 void ListTables::addPictures(std::u16string_view entry) {
-    for (TableEntries pictures(entry, behindOpening(entry), tolerant_); pictures.next();) {
+    for (TableEntries pictures(entry, endOfOpening(entry), tolerant_); pictures.next();) {
         if (!pictures.isGroup()) continue;
         pictures_ += pictures.text();
         pictureCount_ += firstWord(pictures.text()) != u"nonshppict";

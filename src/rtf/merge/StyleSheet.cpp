@@ -175,8 +175,7 @@ void StyleSheet::addNormalOfHost() {
 void StyleSheet::findNumbers() {
     for (std::size_t i = 0; i < styles_.size(); ++i) {
         const Style& style = styles_[i];
-        const std::u16string_view number = style.number.digits.empty() ? u"0" : style.number.digits;
-        places_[static_cast<std::size_t>(style.kind)].set(number, static_cast<std::int32_t>(i));
+        places_[static_cast<std::size_t>(style.kind)].set(style.ownNumber(), static_cast<std::int32_t>(i));
     }
 }
 
@@ -188,7 +187,7 @@ const StyleSheet::Style* StyleSheet::styleOf(const Reference& reference, StyleKi
     return place == NumberMap::none ? nullptr : &styles_[static_cast<std::size_t>(place)];
 }
 
-// A style is settled behind the one that it is based on. A ring of them is cut where it was entered.
+// The style that another one is based on is settled first. A ring of them is cut where it was entered.
 void StyleSheet::settleFromBase(std::size_t index) {
     constexpr std::int32_t entered = -2;
     std::vector<std::size_t> chain;
@@ -262,10 +261,9 @@ void StyleSheet::settle(Style& style) {
     const auto [known, isNew] = numbersByKey_.emplace(std::move(key), NumberMap::none);
     if (isNew || host_) {
         style.isNew = true;
-        const std::u16string_view number = style.number.digits.empty() ? u"0" : style.number.digits;
+        const std::u16string_view number = style.ownNumber();
         const bool keeps = host_ && number[0] != u'-' && fresh_.take(number);
-        known->second =
-            keeps ? static_cast<std::int32_t>(std::stol(std::string(number.begin(), number.end()))) : fresh_.next();
+        known->second = keeps ? wholeNumber(number).value() : fresh_.next();
         if (known->second == 0) {
             hasNormal_ = true;
             normalLook_ = style.look.substr(0, longestLook);
@@ -293,7 +291,7 @@ void StyleSheet::claimName(Style& style) {
 std::u16string StyleSheet::ownSpacing(const Style& style) const {
     if (!tolerant_ || host_ || style.kind != StyleKind::paragraph) return {};
     const Style* const base = styleOf(style.base, style.kind);
-    const bool isNormal = base == nullptr && (style.number.digits.empty() || style.number.digits == u"0");
+    const bool isNormal = base == nullptr && style.ownNumber() == u"0";
     const bool wasNormal = base != nullptr && style.base.digits == u"0" && base->newNumber != 0;
     if (!isNormal && !wasNormal) return {};
     const std::u16string& inherited = isNormal ? normalLook_ : base->look;
@@ -337,7 +335,7 @@ bool StyleSheet::gainsSize(const Style& style) const {
 void StyleSheet::append(const Style& style) {
     std::u16string entry(style.entry);
     TextEdits edits;
-    // A reference to no style of the document must not come to mean another document's.
+    // A reference to a style that the document lacks must not refer to another document's.
     const auto point = [&](const Reference& reference, const Style* to, std::int32_t otherwise) {
         if (reference.digits.empty() || (to == nullptr && host_)) return;
         const std::int32_t number = to == nullptr ? otherwise : to->newNumber;
@@ -371,7 +369,7 @@ std::int32_t StyleSheet::numberOf(StyleKind kind, std::u16string_view number) {
         return isParagraphs && tolerant_ && !host_ ? noStyle : style->newNumber;
     }
     if (number == u"0") return kind == StyleKind::paragraph ? defaultStyle_ : NumberMap::none;
-    // Must not come to mean another document's style.
+    // The reference must not refer to another document's style.
     const bool staysFree = (host_ || !hasSheet_) && fresh_.reserve(number);
     return staysFree ? NumberMap::none : noStyle;
 }

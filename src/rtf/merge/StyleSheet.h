@@ -68,7 +68,7 @@ private:
     static constexpr std::size_t kinds = 4;
 
     struct Reference {
-        std::size_t at = 0;  // where its digits stand
+        std::size_t at = 0;  // the place of its digits
         std::u16string_view digits;
     };
 
@@ -87,6 +87,8 @@ private:
         bool isPlain = false;    // made here for text without a style
         bool isLeftOut = false;  // its text has the other style of its name
         DirectLook direct;
+
+        std::u16string_view ownNumber() const noexcept { return number.digits.empty() ? u"0" : number.digits; }
     };
 
     // The style that has a name.

@@ -1,28 +1,23 @@
 #include "rtf/pages/PageSetup.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "rtf/read/RtfReader.h"
 
 namespace velmor {
-namespace {
-
-template <typename Matches>
-std::optional<PageSetup::Value> find(const PageSetup::Words& words, Matches matches) noexcept {
-    const auto found = std::find_if(words.begin(), words.end(), matches);
-    if (found == words.end()) return std::nullopt;
-    return static_cast<PageSetup::Value>(found - words.begin());
-}
-
-}  // namespace
 
 std::optional<PageSetup::Value> PageSetup::sectionValue(std::u16string_view letters) noexcept {
-    return find(sectionWords, [&](std::u16string_view word) { return letters.starts_with(word); });
+    for (const Value value : writtenOrder) {
+        if (letters.starts_with(sectionWords[value])) return value;
+    }
+    return std::nullopt;
 }
 
 std::optional<PageSetup::Value> PageSetup::documentValue(std::u16string_view letters) noexcept {
-    return find(documentWords, [&](std::u16string_view word) { return letters == word; });
+    for (const Value value : writtenOrder) {
+        if (letters == documentWords[value]) return value;
+    }
+    return std::nullopt;
 }
 
 void PageSetup::turn(bool toLandscape) noexcept {

@@ -96,7 +96,7 @@ bool beginsWord(const Units& units, std::size_t index) {
     return units[index] == u'\\' && (index - begin) % 2 == 0;
 }
 
-std::int32_t numberBehind(std::u16string_view text, std::size_t word, std::size_t length) {
+std::int32_t numberAfter(std::u16string_view text, std::size_t word, std::size_t length) {
     const std::size_t end = text.find_first_of(u"\r\\{} ", word + 1);
     const std::size_t begin = word + length;
     return end == nowhere || end < begin ? 0 : wholeNumber(text.substr(begin, end - begin)).value_or(0);
@@ -236,7 +236,7 @@ std::int32_t GetRTFWordValue(std::u16string_view psTextA, std::u16string_view ps
                              std::u16string_view psWordB) noexcept {
     for (const auto& [text, word] : {std::pair{psTextA, psWordA}, std::pair{psTextB, psWordB}}) {
         const std::int32_t found = FindRTFWordInText(1, text, word, binaryCompare, false);
-        if (found != 0) return numberBehind(text, static_cast<std::size_t>(found) - 1, word.size());
+        if (found != 0) return numberAfter(text, static_cast<std::size_t>(found) - 1, word.size());
     }
     return 0;
 }

@@ -5,17 +5,6 @@
 namespace velmor {
 namespace {
 
-enum class Content { shown, passedOver, open };
-
-// The kind of a group, by its first word; `index` is that of its brace.
-Content contentOf(std::u16string_view text, std::size_t index) noexcept {
-    const GroupOpening opening = readOpening(text, index);
-    if (!standsAt(text, opening.word, u"\\")) return Content::open;
-    const WordMeaning meaning = meaningOf(opening.letters);
-    if (meaning.is(WordTrait::shownGroup)) return Content::shown;
-    return opening.ignorable || meaning.is(WordTrait::hiddenGroup) ? Content::passedOver : Content::open;
-}
-
 // Whether the symbol or word at the index shows; `index` moves past it.
 bool showsWord(std::u16string_view text, std::size_t& index) noexcept {
     const ControlWord word = readWord(text, index);
@@ -33,9 +22,12 @@ std::size_t firstShown(std::u16string_view text) noexcept {
         if (text[at] == u'\\') {
             if (showsWord(text, at)) return begin;
         } else if (text[at] == u'{') {
-            const Content content = contentOf(text, at);
-            if (content == Content::shown) return begin;
-            const std::size_t end = content == Content::open ? at : findGroupEnd(text, at + 1, true);
+            const GroupOpening opening = readOpening(text, at);
+            const WordMeaning meaning = meaningOf(opening.letters);
+            if (meaning.is(WordTrait::shownGroup)) return begin;
+            const bool isHidden =
+                standsAt(text, opening.word, u"\\") && (opening.ignorable || meaning.is(WordTrait::hiddenGroup));
+            const std::size_t end = isHidden ? findGroupEnd(text, at + 1, true) : at;
             if (end == noGroupEnd) break;
             at = end + 1;
         } else if (text[at] == u'}' || isWhiteSpace(text[at])) {
