@@ -52,7 +52,7 @@ ContextRef protectedContext(const ContextRef& context) {
 }
 
 std::u16string evaluateText(platform::Services& services, const ContextRef& context, std::u16string_view handler,
-                            std::u16string text) {
+                            std::u16string text, bool isAnswer) {
     EvaluationLevel level;
     std::optional<EvaluationLimit> limit = level.refused();
     EvaluationRun& run = EvaluationRun::current();
@@ -73,7 +73,7 @@ std::u16string evaluateText(platform::Services& services, const ContextRef& cont
     const auto result = std::make_shared<privStrCat>();
     Evaluation(tags, result, true).run();
     std::u16string evaluated(run.hasFailed() ? std::u16string_view() : result->contiguous());
-    showMarkers(evaluated);
+    if (!isAnswer) showMarkers(evaluated);
     if (run.emptyTags() > 0) removeEmptyTags(evaluated);
     return evaluated;
 }

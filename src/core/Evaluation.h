@@ -73,8 +73,9 @@ private:
 };
 
 // What ProcessValue does with a text: the text as a value of its own that shares the context. A
-// limit that it meets is reported for the handler whose text it is.
+// limit that it meets is reported for the handler whose text it is. `isAnswer`: the result is searched for tags again,
+// so what the rules keep as text stays hidden (see hideMarkers).
 std::u16string evaluateText(platform::Services& services, const ContextRef& context, std::u16string_view handler,
-                            std::u16string text);
+                            std::u16string text, bool isAnswer = false);
 
 }  // namespace velmor

@@ -83,7 +83,7 @@ std::u16string Rows::repeated(privProperties& list, const Parts& parts) const {
         if (!entry) break;  // what was evaluated has removed some
         scope.enter(*entry, index, count);
         if (index > 1) text += parts.between;
-        text += evaluateText(services_, parts.context, handler, parts.row);
+        text += evaluateText(services_, parts.context, handler, parts.row, true);
     }
     return text += parts.after;
 }

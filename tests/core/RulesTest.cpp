@@ -58,6 +58,7 @@ TEST(Rules, TagsInDataAreReportedOrText) {
     on.set(u"secret", u"s");
     on.set(u"evil", u"[PROPERTY:secret=:]");
     on.set(u"half", u"<KV:TAG>PROPERTY:");
+    on.properties->AddStr(u"rows", u"")->Properties()->AddStr(u"row", tagged(u"[PROPERTY:secret=:]"));
     on.services.files.set(u"C:\\mine.txt", "<KV:TAG>PROPERTY:secret=:</KV>");
     on.set(u"kvTag.Data Tags", u"report");
     check(on, {{u"[PROPERTY:evil=:]", u"s", 1},
@@ -73,7 +74,9 @@ TEST(Rules, TagsInDataAreReportedOrText) {
                // Not taken for a tag of the template, nor put together with the text around it.
                {u"[PROPERTY:evil=:]|[PROPERTY:secret=:]", u"[PROPERTY:secret=:]|s", 1},
                {u"[PROPERTY:half=:]secret=:</KV>[PROPERTY:secret=:]", u"[PROPERTY:secret=:</KV>s", 0},
-               // By way of another property, of the rule itself, and of a value that is evaluated while it is set.
+               // By way of repeated entries, another property, the rule itself, and a value that is evaluated while it
+               // is set.
+               {u"<KV:ROWS>LIST=rows:TEXT=[PROPERTY:Value=:]:</KV>", u"[PROPERTY:secret=:]", 1},
                {u"[SETPROPERTY:t=[PROPERTY:evil=:]:][PROPERTY:t=:]", u"[PROPERTY:secret=:]", 2},
                {u"[SETPROPERTY:kvTag.Data Tags=allow:][PROPERTY:evil=:]", u"[PROPERTY:secret=:]", 2},
                {u"[SETPROPERTY:t=[PROPERTY:secret=:]:PREPROCESS=false:][PROPERTY:t=:]", u"[PROPERTY:secret=:]", 1}});
