@@ -8,10 +8,10 @@
 namespace velmor::api {
 
 std::vector<TracedTag> tracedTags(const TraceCollector& trace, const TemplatePlaces& places) {
-    const std::vector<std::size_t> starts = trace.places();
+    const std::vector<TraceCollector::Place> results = trace.places();
     std::vector<TracedTag> tags;
-    tags.reserve(starts.size());
-    for (std::size_t index = 0; index < starts.size(); ++index) {
+    tags.reserve(results.size());
+    for (std::size_t index = 0; index < results.size(); ++index) {
         const TraceCollector::Tag& from = trace.tags()[index];
         const bool isOutermost = from.parent == TraceCollector::noTag;
         const bool hasPlace = isOutermost && from.index > 0;
@@ -21,8 +21,8 @@ std::vector<TracedTag> tracedTags(const TraceCollector& trace, const TemplatePla
         tag.name = trace.nameOf(from);
         std::tie(tag.handler, tag.command) = handlerAndCommand(tag.name);
         tag.position = hasPlace ? places.of(from.index, from.position).position : from.position;
-        tag.length = from.length;
-        if (starts[index] != TraceCollector::npos) tag.place = starts[index] + 1;
+        tag.length = results[index].length;
+        if (results[index].start != TraceCollector::npos) tag.place = results[index].start + 1;
         tag.seconds = std::chrono::duration<double>(from.time).count();
     }
     return tags;

@@ -12,9 +12,14 @@ LineIndex::LineIndex(std::u16string_view text) : size_(text.size()) {
     }
 }
 
-std::pair<std::size_t, std::size_t> LineIndex::at(std::size_t index) const noexcept {
-    const auto next = std::upper_bound(starts_.begin(), starts_.end(), index);
-    return {static_cast<std::size_t>(next - starts_.begin()), index - *(next - 1) + 1};
+std::pair<std::size_t, std::size_t> LineIndex::at(std::size_t index, std::size_t near) const noexcept {
+    std::size_t line = near - 1;
+    if (line + 1 < starts_.size() && !lineHolds(line, index)) ++line;
+    if (!lineHolds(line, index)) {
+        const auto next = std::upper_bound(starts_.begin(), starts_.end(), index);
+        line = static_cast<std::size_t>(next - starts_.begin()) - 1;
+    }
+    return {line + 1, index - starts_[line] + 1};
 }
 
 std::optional<std::size_t> LineIndex::indexOf(std::size_t line, std::size_t column) const noexcept {

@@ -20,8 +20,9 @@ public:
     };
 
     explicit TemplatePlaces(std::u16string_view text);
-    // `index` and `position` as evaluation has them, both from 1.
-    Place of(std::size_t index, std::size_t position) const noexcept;
+    // `index` and `position` as evaluation has them, both from 1. Costs less if the tag is in line `near` or the next
+    // one.
+    Place of(std::size_t index, std::size_t position, std::size_t near = 1) const noexcept;
 
 private:
     const LineIndex lines_;

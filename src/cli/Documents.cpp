@@ -60,7 +60,7 @@ Document decodeTemplate(std::string_view bytes, EncodingChoice choice, const std
     return document;
 }
 
-std::string encodeResult(std::u16string_view result, TextEncoding encoding, std::vector<PlaceShift>* shifts) try {
+std::string encodeResult(std::u16string_view result, TextEncoding encoding, PlaceShifts* shifts) try {
     return encodeDocument(result, encoding, shifts);
 } catch (const Error& error) {
     throw Failure(exitFile, std::string("cannot write the result: ") + error.what() +

@@ -31,6 +31,6 @@ Document decodeTemplate(std::string_view bytes, EncodingChoice choice, const std
 
 // The bytes of a result (encodeDocument). Throws Failure (exitFile) for a character that the ANSI code page does not
 // have.
-std::string encodeResult(std::u16string_view result, TextEncoding encoding, std::vector<PlaceShift>* shifts = nullptr);
+std::string encodeResult(std::u16string_view result, TextEncoding encoding, PlaceShifts* shifts = nullptr);
 
 }  // namespace velmor::cli

@@ -82,12 +82,13 @@ ExitCode evaluate(platform::Services& services, const EvalOptions& options, cons
     source.requireNoTrouble(errors);
     const bool reported = errors.print();
     if (tag->hasFailed()) throw Failure(exitFile, "nothing was written: the evaluation failed");
-    std::vector<PlaceShift> shifts;
+    PlaceShifts shifts;
     const std::string output = encodeResult(result, document.encoding, trace ? &shifts : nullptr);
     source.finish(output, errors);
     if (trace) {
-        writeAll(services.files, options.trace,
-                 traceFile(*trace, {used.input, places, output, document.encoding, shifts}));
+        Output file(services.files, options.trace);
+        writeTrace(file, *trace, {used.input, places, output, document.encoding, shifts});
+        file.finish();
     }
     if (source.record()) writeAll(services.files, options.record, *source.record());
     writeAll(services.files, options.output, output);

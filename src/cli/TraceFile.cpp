@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <unordered_map>
 
 #include "cli/JsonText.h"
 #include "core/TraceCollector.h"
@@ -12,21 +11,30 @@
 namespace velmor::cli {
 namespace {
 
-void append(std::string& json, std::size_t number) {
-    std::array<char, 24> digits{};
-    json.append(digits.data(), std::to_chars(digits.data(), digits.data() + digits.size(), number).ptr);
-}
+// A line of the file. It has room for a name and its handler and command, as long as they are kept, with an escape of
+// six bytes for each unit, and for the numbers.
+class TraceLine {
+public:
+    void clear() { end_ = text_.data(); }
+    void put(char unit) { *end_++ = unit; }
+    void put(std::string_view text) { end_ = std::copy(text.begin(), text.end(), end_); }
+    void put(std::size_t number) { end_ = std::to_chars(end_, text_.data() + text_.size(), number).ptr; }
+    void putText(std::u16string_view text);
+    std::string_view text() const { return {text_.data(), static_cast<std::size_t>(end_ - text_.data())}; }
 
-void append(std::string& json, std::u16string_view text) {
+private:
+    std::array<char, 1024> text_{};
+    char* end_ = text_.data();
+};
+static_assert(TraceCollector::Limits().ofName == 60);
+
+// In quotes.
+void TraceLine::putText(std::u16string_view text) {
     const auto isPlain = [](char16_t unit) { return unit >= u' ' && unit < 0x7F && unit != u'"' && unit != u'\\'; };
-    if (!std::all_of(text.begin(), text.end(), isPlain)) {
-        json += jsonText(Json(toUtf8(text)));
-        return;
-    }
-    const std::size_t start = json.size() + 1;
-    json.append(text.size() + 2, '"');
-    std::transform(text.begin(), text.end(), json.begin() + static_cast<std::ptrdiff_t>(start),
-                   [](char16_t unit) { return static_cast<char>(unit); });
+    if (!std::all_of(text.begin(), text.end(), isPlain)) return put(jsonText(Json(toUtf8(text))));
+    put('"');
+    for (const char16_t unit : text) put(static_cast<char>(unit));
+    put('"');
 }
 
 // Writes the lines of the tags.
@@ -35,94 +43,93 @@ public:
     TagLines(const TraceCollector& trace, const TraceSubject& subject)
         : trace_(trace), shifts_(subject.shifts), templatePlaces_(subject.templatePlaces), places_(trace.places()) {}
 
-    void writeTo(std::string& json);
+    void writeTo(Output& file);
 
 private:
     using Tag = TraceCollector::Tag;
-    static constexpr std::size_t npos = TraceCollector::npos;
 
-    std::size_t outputPlace(std::size_t place) const;
-    const std::string& command(std::u16string_view name);
-    void write(std::string& json, std::size_t index);
-    void writePosition(std::string& json, const Tag& tag) const;
-    void writeResult(std::string& json, const Tag& tag, std::size_t place) const;
+    void write(std::size_t index);
+    void writeCommand(std::u16string_view name);
+    void writePosition(const Tag& tag);
+    void writeResult(const TraceCollector::Place& place);
 
     const TraceCollector& trace_;
-    const std::vector<PlaceShift>& shifts_;
+    const PlaceShifts& shifts_;
     const TemplatePlaces& templatePlaces_;
-    const std::vector<std::size_t> places_;  // of the results, 0-based; npos: unknown
-    std::unordered_map<std::u16string_view, std::string> commands_;
+    const std::vector<TraceCollector::Place> places_;
+    TraceLine line_;
+    std::size_t lineNumber_ = 1;  // of the last outermost tag
+    std::u16string command_;      // of the last tag, with its handler
+    std::string commandText_;     // as it is written
 };
 
-void TagLines::writeTo(std::string& json) {
-    json.reserve(json.size() + 128 * places_.size());
+void TagLines::writeTo(Output& file) {
     for (std::size_t index = 0; index < places_.size(); ++index) {
-        json += index == 0 ? "\n" : ",\n";
-        write(json, index);
+        line_.clear();
+        line_.put(index == 0 ? "\n" : ",\n");
+        write(index);
+        file.write(line_.text());
     }
 }
 
-std::size_t TagLines::outputPlace(std::size_t place) const {
-    const auto next = std::upper_bound(shifts_.begin(), shifts_.end(), place,
-                                       [](std::size_t at, const PlaceShift& shift) { return at < shift.from; });
-    return next == shifts_.begin() ? place : place + (next - 1)->by;
-}
-
-// Handler and command.
-const std::string& TagLines::command(std::u16string_view name) {
-    const auto [found, isNew] = commands_.try_emplace(commandPart(name));
-    if (isNew) {
-        const auto [handler, command] = handlerAndCommand(name);
-        append(found->second, handler);
-        found->second += ',';
-        append(found->second, command);
-    }
-    return found->second;
-}
-
-void TagLines::write(std::string& json, std::size_t index) {
+void TagLines::write(std::size_t index) {
     const Tag& tag = trace_.tags()[index];
-    json += '[';
-    append(json, tag.parent == TraceCollector::noTag ? 0 : std::size_t{tag.parent} + 1);
-    json.append(",\"").append(originText(tag.origin)).append("\",");
-    json.append(command(trace_.nameOf(tag))).append(",");
-    append(json, trace_.nameOf(tag));
-    writePosition(json, tag);
-    writeResult(json, tag, places_[index]);
-    json += trace_.hasMoved(tag) ? ",true," : ",false,";
+    line_.put('[');
+    line_.put(tag.parent == TraceCollector::noTag ? 0 : std::size_t{tag.parent} + 1);
+    line_.put(",\"");
+    line_.put(originText(tag.origin));
+    line_.put("\",");
+    writeCommand(trace_.nameOf(tag));
+    line_.put(',');
+    line_.putText(trace_.nameOf(tag));
+    writePosition(tag);
+    writeResult(places_[index]);
+    line_.put(trace_.hasMoved(tag) ? ",true," : ",false,");
     const auto tenths = static_cast<std::size_t>(tag.time.count()) / 100;
-    append(json, tenths / 10);
-    json += '.';
-    json += static_cast<char>('0' + tenths % 10);
-    json += ']';
+    line_.put(tenths / 10);
+    line_.put('.');
+    line_.put(static_cast<char>('0' + tenths % 10));
+    line_.put(']');
 }
 
-void TagLines::writePosition(std::string& json, const Tag& tag) const {
-    json += ',';
+// Most tags have their handler and command in common with the previous one.
+void TagLines::writeCommand(std::u16string_view name) {
+    const std::u16string_view part = commandPart(name);
+    if (part != command_ || commandText_.empty()) {
+        const auto [handler, command] = handlerAndCommand(name);
+        TraceLine line;
+        line.putText(handler);
+        line.put(',');
+        line.putText(command);
+        commandText_ = line.text();
+        command_ = part;
+    }
+    line_.put(commandText_);
+}
+
+void TagLines::writePosition(const Tag& tag) {
+    line_.put(',');
     if (tag.parent != TraceCollector::noTag) {
-        append(json, std::size_t{tag.position});
-        json += ",null,null";
-        return;
+        line_.put(std::size_t{tag.position});
+        return line_.put(",null,null");
     }
-    const TemplatePlaces::Place place = templatePlaces_.of(tag.index, tag.position);
-    append(json, place.position);
-    json += ',';
-    append(json, place.line);
-    json += ',';
-    append(json, place.column);
+    const TemplatePlaces::Place place = templatePlaces_.of(tag.index, tag.position, lineNumber_);
+    lineNumber_ = place.line;
+    line_.put(place.position);
+    line_.put(',');
+    line_.put(place.line);
+    line_.put(',');
+    line_.put(place.column);
 }
 
-void TagLines::writeResult(std::string& json, const Tag& tag, std::size_t place) const {
-    const bool isKnown = place != npos;
-    const std::size_t begin = isKnown ? outputPlace(place) : 0;
-    json += ',';
-    append(json, isKnown ? outputPlace(place + tag.length) - begin : tag.length);
-    json += ',';
-    if (!isKnown) {
-        json += "null";
-    } else {
-        append(json, begin + 1);
-    }
+void TagLines::writeResult(const TraceCollector::Place& place) {
+    const bool isKnown = place.start != TraceCollector::npos;
+    const std::size_t begin = isKnown ? shiftedPlace(shifts_, place.start) : 0;
+    line_.put(',');
+    line_.put(isKnown ? shiftedPlace(shifts_, place.start + place.length) - begin : place.length);
+    line_.put(',');
+    if (!isKnown) return line_.put("null");
+    line_.put(begin + 1);
 }
 
 }  // namespace
@@ -136,16 +143,15 @@ std::string checksumOf(std::string_view bytes) {
     return digits;
 }
 
-std::string traceFile(const TraceCollector& trace, const TraceSubject& subject) {
+void writeTrace(Output& file, const TraceCollector& trace, const TraceSubject& subject) {
     const bool isAnsi = subject.encoding == TextEncoding::ansi;
     const bool hasMoved = !trace.texts().empty() && trace.texts().front().hasMoved;
-    std::string json = "{\"version\":1,\"template\":" + jsonText(Json(subject.templateName)) +
-                       ",\"output\":{\"encoding\":\"" + (isAnsi ? "ansi" : "utf-8") + "\",\"checksum\":\"" +
-                       checksumOf(subject.output) + "\"},\"moved\":" + (hasMoved ? "true" : "false") +
-                       ",\"omitted\":" + std::to_string(trace.omitted()) +
-                       ",\n\"columns\":" + jsonText(Json(traceColumns)) + ",\n\"tags\":[";
-    TagLines(trace, subject).writeTo(json);
-    return json.append("\n]}\n");
+    file.write("{\"version\":1,\"template\":" + jsonText(Json(subject.templateName)) + ",\"output\":{\"encoding\":\"" +
+               (isAnsi ? "ansi" : "utf-8") + "\",\"checksum\":\"" + checksumOf(subject.output) +
+               "\"},\"moved\":" + (hasMoved ? "true" : "false") + ",\"omitted\":" + std::to_string(trace.omitted()) +
+               ",\n\"columns\":" + jsonText(Json(traceColumns)) + ",\n\"tags\":[");
+    TagLines(trace, subject).writeTo(file);
+    file.write("\n]}\n");
 }
 
 }  // namespace velmor::cli

@@ -9,6 +9,7 @@
 
 #include "check/TemplatePlaces.h"
 #include "cli/Documents.h"
+#include "cli/Output.h"
 #include "common/DocumentText.h"
 #include "core/TraceCollector.h"
 #include "platform/Services.h"
@@ -21,7 +22,7 @@ struct TraceSubject {
     const TemplatePlaces& templatePlaces;
     std::string_view output;  // its bytes
     TextEncoding encoding;
-    const std::vector<PlaceShift>& shifts;  // from the result's places to those of the output
+    const PlaceShifts& shifts;  // from the result's places to those of the output
 };
 
 // The members of a tag's array in a trace file, in their order (docs/command-line.md).
@@ -34,7 +35,7 @@ inline constexpr std::array<const char*, 12> traceColumns = {"parent", "origin",
 std::string checksumOf(std::string_view bytes);
 
 // The whole file; `trace` is that of the evaluation that gave the output.
-std::string traceFile(const TraceCollector& trace, const TraceSubject& subject);
+void writeTrace(Output& file, const TraceCollector& trace, const TraceSubject& subject);
 
 // A trace file that was read. Numbers of tags and places count from 1.
 struct Trace {

@@ -30,12 +30,10 @@ std::string rtfEscape(char16_t unit) {
     return "\\u" + std::to_string(static_cast<std::int16_t>(unit)) + "?";
 }
 
-std::string encodeRtf(std::u16string_view text, std::vector<PlaceShift>* shifts) {
+std::string encodeRtf(std::u16string_view text, PlaceShifts* shifts) {
     std::string bytes;
     bytes.reserve(text.size());
     const bool grouped = hasOtherFallback(text);
-    std::size_t escapes = 0;  // their bytes so far
-    std::size_t escaped = 0;  // the characters so far that the code page lacks
     for (std::size_t at = 0; at < text.size();) {
         const auto fitting = std::find_if_not(text.begin() + static_cast<std::ptrdiff_t>(at), text.end(), isInAnsi);
         const auto end = static_cast<std::size_t>(fitting - text.begin());
@@ -49,8 +47,7 @@ std::string encodeRtf(std::u16string_view text, std::vector<PlaceShift>* shifts)
             if (grouped && isFirst) escape.insert(0, "{\\uc1");
             if (grouped && at == last) escape += "}";
             bytes += escape;
-            escapes += escape.size();
-            if (shifts != nullptr) shifts->push_back({at + 1, escapes - ++escaped});
+            if (shifts != nullptr) shifts->push_back({at + 1, bytes.size()});
         }
     }
     return bytes;
@@ -83,7 +80,7 @@ std::string encodeUtf16(std::u16string_view text, bool bigEndian) {
 
 }  // namespace
 
-std::string encodeDocument(std::u16string_view text, TextEncoding encoding, std::vector<PlaceShift>* shifts) {
+std::string encodeDocument(std::u16string_view text, TextEncoding encoding, PlaceShifts* shifts) {
     if (text.starts_with(rtfStart)) return encodeRtf(text, shifts);
     if (encoding == TextEncoding::ansi) return encodePlain(text);
     if (encoding == TextEncoding::utf8) return toUtf8(text);

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
-#include <vector>
+
+#include "common/PlaceShift.h"
 
 namespace velmor {
 
@@ -11,17 +11,11 @@ namespace velmor {
 // text.
 enum class TextEncoding { ansi, utf8, utf16, utf16BigEndian };
 
-// From this unit of a text on (0-based), places are so many units further on in the document's text.
-struct PlaceShift {
-    std::size_t from;
-    std::size_t by;
-};
-
 // The bytes of a finished document; no character is lost.
 // RTF: the ANSI code page, and \uN? for a character that it lacks (in a group with \uc1 where the document sets
 // another number of fallback characters). Plain text: the encoding; a character that the ANSI code page lacks
 // throws Error 5, which names the character and its 1-based position in UTF-16 code units. Linear.
 // `shifts` receives a shift for each character written as \uN?, in their order.
-std::string encodeDocument(std::u16string_view text, TextEncoding encoding, std::vector<PlaceShift>* shifts = nullptr);
+std::string encodeDocument(std::u16string_view text, TextEncoding encoding, PlaceShifts* shifts = nullptr);
 
 }  // namespace velmor

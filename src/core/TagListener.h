@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "common/PlaceShift.h"
 #include "core/TagContext.h"
 
 namespace velmor {
@@ -42,8 +43,8 @@ public:
     // The results of all tags of this text, those that ended and those that follow, do not stay at their places.
     virtual void textMoves() noexcept = 0;
     virtual void textEnds(std::size_t length) noexcept = 0;
-    // The outermost text has ended, and no result is at its place any more: empty paragraphs were removed.
-    virtual void resultMoves() noexcept = 0;
+    // The outermost text has ended, and empty paragraphs were removed from it.
+    virtual void resultMoves(PlaceShifts shifts) noexcept = 0;
 
 private:
     static constinit inline thread_local TagListener* current_ = nullptr;

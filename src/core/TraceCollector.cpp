@@ -22,8 +22,9 @@ std::string_view originText(Origin origin) noexcept {
 }
 
 std::u16string_view commandPart(std::u16string_view name) noexcept {
-    const std::size_t separator = std::min(name.find(handlerSeparator), name.size());
-    return name.substr(0, name.find_first_of(u":=", separator));
+    std::size_t end = std::min(name.find(handlerSeparator), name.size());
+    while (end < name.size() && name[end] != elementSeparator && name[end] != u'=') ++end;
+    return name.substr(0, end);
 }
 
 std::pair<std::u16string, std::u16string> handlerAndCommand(std::u16string_view name) {
@@ -114,18 +115,31 @@ void TraceCollector::textEnds(std::size_t length) noexcept {
     open_.pop_back();
 }
 
-void TraceCollector::resultMoves() noexcept {
-    if (!texts_.empty()) texts_.front().hasMoved = true;
-}
-
-std::vector<std::size_t> TraceCollector::places() const {
-    std::vector<std::size_t> places;
+std::vector<TraceCollector::Place> TraceCollector::places() const {
+    const std::vector<std::size_t> starts = writtenStarts();
+    std::vector<Place> places;
     places.reserve(tags_.size());
-    for (const Tag& tag : tags_) places.push_back(placeOf(tag, places));  // parents precede their children
+    for (std::size_t i = 0; i < tags_.size(); ++i) {
+        Place place{starts[i], tags_[i].length};
+        if (place.start != npos) {
+            const std::size_t end = shiftedPlace(shifts_, place.start + place.length);
+            place.start = shiftedPlace(shifts_, place.start);
+            place.length = end - place.start;
+        }
+        places.push_back(place);
+    }
     return places;
 }
 
-std::size_t TraceCollector::placeOf(const Tag& tag, const std::vector<std::size_t>& parents) const {
+// Where the results of the tags begin before empty paragraphs are removed.
+std::vector<std::size_t> TraceCollector::writtenStarts() const {
+    std::vector<std::size_t> starts;
+    starts.reserve(tags_.size());
+    for (const Tag& tag : tags_) starts.push_back(writtenStart(tag, starts));  // parents precede their children
+    return starts;
+}
+
+std::size_t TraceCollector::writtenStart(const Tag& tag, const std::vector<std::size_t>& parents) const {
     if (tag.text == noTag) return npos;
     const Text& text = texts_[tag.text];
     if (text.isApart || text.hasMoved) return npos;

@@ -52,6 +52,12 @@ public:
         std::chrono::nanoseconds time{0};  // while it is answered, the time when it began
     };
 
+    // 0-based.
+    struct Place {
+        std::size_t start = npos;  // npos: unknown, or nowhere
+        std::size_t length = 0;
+    };
+
     TraceCollector() : TraceCollector(Limits()) {}
     explicit TraceCollector(const Limits& limits);
 
@@ -60,15 +66,16 @@ public:
     void textBegins(std::size_t start, bool isApart) noexcept override;
     void textMoves() noexcept override;
     void textEnds(std::size_t length) noexcept override;
-    void resultMoves() noexcept override;
+    void resultMoves(PlaceShifts shifts) noexcept override { shifts_ = std::move(shifts); }
 
     const std::vector<Tag>& tags() const noexcept { return tags_; }
     const std::vector<Text>& texts() const noexcept { return texts_; }
     std::u16string_view nameOf(const Tag& tag) const noexcept {
         return std::u16string_view(names_).substr(tag.nameStart, tag.nameLength);
     }
-    // Where each tag's result begins in the result of the outermost text, 0-based; npos: unknown, or nowhere. Linear.
-    std::vector<std::size_t> places() const;
+    // Each tag's result in that of the outermost text. Costs the logarithm of the number of removed paragraphs for
+    // each.
+    std::vector<Place> places() const;
     // Whether the results of the tags within its result are not where they were written.
     bool hasMoved(const Tag& tag) const;
     // Tags beyond the limit, or beyond the memory.
@@ -91,13 +98,15 @@ private:
 
     std::uint32_t add(const HeardTag& tag);
     std::uint32_t addText(std::size_t start, bool isApart);
-    std::size_t placeOf(const Tag& tag, const std::vector<std::size_t>& parents) const;
+    std::vector<std::size_t> writtenStarts() const;
+    std::size_t writtenStart(const Tag& tag, const std::vector<std::size_t>& parents) const;
 
     const Limits limits_;
     std::vector<Tag> tags_;
     std::vector<Text> texts_;
     std::u16string names_;
     std::vector<Open> open_;
+    PlaceShifts shifts_;  // since the results were written
     std::size_t omitted_ = 0;
 };
 

@@ -133,9 +133,11 @@ void kvTag::finishResult() {
     if (hasFailed_) return takeResult(std::make_shared<const std::u16string>());
     if (run.emptyTags() > 0 && resultBuilder_) {
         std::u16string text(resultBuilder_->contiguous());
-        dropEmptyParagraphs(text, value_->starts_with(rtfStart));
+        PlaceShifts shifts;
+        TagListener* const listener = TagListener::current();
+        dropEmptyParagraphs(text, value_->starts_with(rtfStart), listener != nullptr ? &shifts : nullptr);
         takeResult(std::make_shared<const std::u16string>(std::move(text)));
-        if (TagListener* const listener = TagListener::current()) listener->resultMoves();
+        if (listener != nullptr) listener->resultMoves(std::move(shifts));
     }
     if (run.hidesMarkers() && resultBuilder_) resultBuilder_->exchangeUnits(hidden, u'<');
     if (run.hidesMarkers() && result_) {

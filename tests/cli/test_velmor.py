@@ -216,9 +216,22 @@ class Eval(VelmorTest):
         for wrong in (["--missing", "never"], ["--max-depth", "0"], ["--record", "r", "--replay", "r"]):
             self.velmor("eval", *wrong, expect=USAGE)
         self.velmor("eval", "--include-root", "nowhere", expect=FILE)
-        self.assertEqual(self.velmor("eval", "--drop-empty-paragraphs", "--trace", "run.json",
+        self.assertEqual(self.velmor("eval", "--drop-empty-paragraphs",
                                      stdin=b"a\r\n<KV:TAG>PROPERTY:n=:</KV> <KV:TAG>PROPERTY:n=:</KV>\r\nb"), b"a\r\nb")
-        self.assertTrue(json.loads(self.read("run.json"))["moved"])
+
+    def test_trace_without_empty_paragraphs(self):
+        empty = b"<KV:TAG>PROPERTY:none=:</KV>"
+        self.write("i.txt", empty + b"\r\nin <KV:TAG>PROPERTY:v=deep:</KV>\r\n")
+        for start, between, end in ((b"", b"\r\n", b""), (b"{\\rtf1 ", b"\\par ", b"}")):
+            self.write("t.txt", start + between.join([
+                empty + b" " + empty, empty + b"<KV:TAG>PROPERTY:n=first:</KV>", b"<KV:TAG>INCLUDE=i.txt:</KV>", empty,
+                b"<KV:TAG>PROPERTY:m=last:</KV>"]) + end)
+            self.velmor("eval", "t.txt", "-o", "o.txt", "--trace", "r.json", "--drop-empty-paragraphs")
+            output = self.read("o.txt")
+            self.assertEqual(output.count(between), 3, output)
+            for value, name in ((b"first", b"n"), (b"deep", b"v"), (b"last", b"m")):
+                said = self.velmor("explain", "o.txt:%d" % (output.index(value) + 2), "--trace", "r.json")
+                self.assertIn(b"character 2 of the %d that TAG>PROPERTY:%s=" % (len(value), name), said)
 
     def test_trace_and_explanation(self):
         self.write("t.txt", b"Dear <KV:TAG>PROPERTY:n=x:</KV>,\n"

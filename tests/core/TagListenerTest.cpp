@@ -23,7 +23,7 @@ public:
         text += (isApart ? "{!" : "{") + std::to_string(start) + " ";
     }
     void textMoves() noexcept override { text += "~"; }
-    void resultMoves() noexcept override { text += "!"; }
+    void resultMoves(PlaceShifts) noexcept override {}
     void textEnds(std::size_t length) noexcept override { text += " " + std::to_string(length) + "}"; }
 
     std::string text;

@@ -190,18 +190,19 @@ std::size_t skipLineEnd(std::u16string_view text, std::size_t index) noexcept {
     return std::min(index + (standsAt(text, index, u"\r\n") ? 2 : 1), text.size());
 }
 
-void dropEmptyLines(std::u16string& text) {
+void findEmptyLines(std::u16string_view lines, TextEdits& edits) {
     constexpr std::u16string_view nothing = u" \t\uFDD1";
-    TextEdits edits;
-    const std::u16string_view lines = text;
     for (std::size_t at = lines.starts_with(u'\uFEFF') ? 1 : 0; at < lines.size();) {
         const std::size_t end = std::min(lines.find_first_of(u"\r\n", at), lines.size());
         const std::u16string_view line = lines.substr(at, end - at);
         const bool isEmpty = line.find(emptyTag) != line.npos && line.find_first_not_of(nothing) == line.npos;
-        if (isEmpty) edits.replace(at, skipLineEnd(lines, end), {});
-        at = skipLineEnd(lines, end);
+        const std::size_t next = skipLineEnd(lines, end);
+        if (isEmpty) edits.replace(at, next, {});
+        for (std::size_t i = line.find(emptyTag); !isEmpty && i != line.npos; i = line.find(emptyTag, i + 1)) {
+            edits.replace(at + i, at + i + 1, {});
+        }
+        at = next;
     }
-    edits.apply(text);
 }
 
 }  // namespace
@@ -211,15 +212,14 @@ bool showsNothing(std::u16string_view text, bool isRtf) noexcept {
     return !ParagraphWalk(text, nullptr).showsSomething();
 }
 
-void dropEmptyParagraphs(std::u16string& text, bool isRtf) {
+void dropEmptyParagraphs(std::u16string& text, bool isRtf, PlaceShifts* shifts) {
+    TextEdits edits;
     if (isRtf) {
-        TextEdits edits;
         ParagraphWalk(text, &edits).showsSomething();
-        edits.apply(text);
     } else {
-        dropEmptyLines(text);
-        removeEmptyTags(text);
+        findEmptyLines(text, edits);
     }
+    edits.apply(text, shifts);
 }
 
 void removeEmptyTags(std::u16string& text) noexcept {

@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "common/PlaceShift.h"
+
 namespace velmor {
 
 // Evaluation can leave a mark in place of each tag whose result is empty. What shows nothing but such tags is empty,
@@ -17,8 +19,8 @@ bool showsNothing(std::u16string_view text, bool isRtf) noexcept;
 // Of an RTF paragraph its blanks, the number that its list gives it and its \par go. Its other words and its braces
 // stay, so paragraphs that follow keep their formatting. A paragraph without a \par of its own stays: the last one of a
 // cell, a header or a document; so does the only one between two tables, and one between a table and the end.
-// Linear.
-void dropEmptyParagraphs(std::u16string& text, bool isRtf);
+// Linear. `shifts` receives where the parts that stay are.
+void dropEmptyParagraphs(std::u16string& text, bool isRtf, PlaceShifts* shifts = nullptr);
 
 void removeEmptyTags(std::u16string& text) noexcept;
 

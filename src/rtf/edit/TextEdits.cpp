@@ -77,7 +77,7 @@ TextEdits::Growth TextEdits::growth(std::size_t length) const noexcept {
     return result;
 }
 
-void TextEdits::write(Rewriting& target) const {
+void TextEdits::write(Rewriting& target, PlaceShifts* shifts) const {
     const std::u16string_view from = target.source();
     std::size_t at = 0;
     bool apart = false;
@@ -85,6 +85,7 @@ void TextEdits::write(Rewriting& target) const {
         if (at == end) return;
         if (apart && wordTakesIn(target.written(), from[at])) target.put(u" ");
         apart = false;
+        if (shifts != nullptr) shifts->push_back({at, target.written().size()});
         target.put(from.substr(at, end - at));
     };
     for (const Edit& edit : edits_) {
@@ -94,15 +95,16 @@ void TextEdits::write(Rewriting& target) const {
         at = edit.end;
     }
     writeRest(from.size());
+    if (shifts != nullptr) shifts->push_back({from.size(), target.written().size()});
 }
 
-void TextEdits::apply(std::u16string& text) {
+void TextEdits::apply(std::u16string& text, PlaceShifts* shifts) {
     if (edits_.empty()) return;
     order();
     const Growth growth = this->growth(text.size());
     if (growth.length > privStrCat::maximumLength) throw std::length_error("TextEdits");
     Rewriting target(text, growth.lead, copiesParts_);
-    write(target);
+    write(target, shifts);
     target.finish();
     edits_.clear();
     kept_.clear();

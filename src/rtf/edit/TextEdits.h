@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "common/PlaceShift.h"
 #include "rtf/read/RtfReader.h"
 
 namespace velmor {
@@ -94,8 +95,8 @@ public:
     }
 
     // The edits are used up. Raises std::length_error when the text would grow beyond the limit of a string
-    // builder, or std::bad_alloc; the text is then unchanged.
-    void apply(std::u16string& text);
+    // builder, or std::bad_alloc; the text is then unchanged. `shifts` receives where the parts between the edits are.
+    void apply(std::u16string& text, PlaceShifts* shifts = nullptr);
 
 private:
     // The continuation of the text: whether a blank separates it from the preceding word. A plain seam without
@@ -131,7 +132,7 @@ private:
     };
 
     Growth growth(std::size_t length) const noexcept;
-    void write(Rewriting& target) const;
+    void write(Rewriting& target, PlaceShifts* shifts) const;
 
     std::vector<Edit> edits_;
     std::deque<std::u16string> kept_;
