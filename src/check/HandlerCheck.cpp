@@ -18,6 +18,9 @@ bool containsName(const std::vector<std::u16string>& names, std::u16string_view 
 }  // namespace
 
 void HandlerCheck::check(const TagParts& tag) {
+    if (lastParameters_ != nullptr && tag.handler() == lastHandler_ && tag.command() == lastCommand_) {
+        return checkParameters(tag, *lastParameters_);
+    }
     if (!isLiteral(tag.handler()) || !isLiteral(tag.command())) return;
     Handler& handler = handlerOf(tag.handler());
     if (!handler.isKnown) {
@@ -34,7 +37,10 @@ void HandlerCheck::check(const TagParts& tag) {
                    didYouMean(tag.command(), handler.commands));
         return;
     }
-    checkParameters(tag, parametersOf(handler, tag));
+    lastHandler_ = tag.handler();
+    lastCommand_ = tag.command();
+    lastParameters_ = &parametersOf(handler, tag);
+    checkParameters(tag, *lastParameters_);
 }
 
 HandlerCheck::Handler& HandlerCheck::handlerOf(const std::u16string& name) {

@@ -41,6 +41,10 @@ private:
     const kvTagInfo info_;
     DiagnosticList& found_;
     std::map<std::u16string, Handler> handlers_;
+    // Of the last tag that was right: the next one is often like it.
+    std::u16string lastHandler_;
+    std::u16string lastCommand_;
+    const std::vector<Parameter>* lastParameters_ = nullptr;
 };
 
 }  // namespace velmor

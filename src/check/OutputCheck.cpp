@@ -62,7 +62,7 @@ void OutputCheck::run() {
     checkMarkers();
     checkBytes();
     if (!isRtf_) return;
-    checkRtf(file_, found_);
+    reportRtf(file_, found_);
     readTables();
     checkWords();
 }

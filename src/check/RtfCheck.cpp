@@ -1,12 +1,9 @@
 #include "check/RtfCheck.h"
 
-#include <map>
 #include <utility>
-#include <vector>
 
-#include "rtf/read/RtfReader.h"
-#include "rtf/read/TableLevel.h"
-#include "rtf/read/WordTable.h"
+#include "check/DiagnosticList.h"
+#include "check/TemplateFile.h"
 
 namespace velmor {
 
@@ -14,79 +11,38 @@ namespace {
 
 constexpr std::size_t deepestGroup = 1000;
 
-// The columns that a definition names.
-struct RowDefinition {
-    bool isThere = false;
-    std::int64_t columns = 0;
-
-    void take(Word word) noexcept {
-        if (word == Word::trowd) *this = {true, 0};
-        if (word == Word::cellx) ++columns;
-    }
-};
-
-// The tables of the page text, or of a group with paragraphs of its own.
-struct TableState {
-    struct Cells {
-        std::int64_t count = 0;
-        ControlWord last;
-    };
-
-    std::size_t depth = 0;  // of the group
-    TableLevel level;
-    RowDefinition definition;
-    std::map<Level, Cells> cells;  // that no row has ended yet
-};
-
-class RtfCheck {
-public:
-    RtfCheck(const TemplateFile& file, DiagnosticList& found) : file_(file), found_(found) {}
-
-    void run();
-
-private:
-    void open(std::size_t brace);
-    void close(std::size_t brace);
-    void takeWord(const ControlWord& word);
-    void endRow(const ControlWord& word, Level level, const RowDefinition& definition);
-    void endTables();
-    void report(DiagnosticCode code, TextRange range, std::u16string message) {
-        found_.addInSource(code, file_, range, std::move(message));
-    }
-
-    const TemplateFile& file_;
-    DiagnosticList& found_;
-    std::vector<std::size_t> open_;  // braces
-    bool isEnded_ = false;
-    bool isTooDeep_ = false;
-    std::vector<TableState> states_{1};
-    std::size_t nested_ = 0;  // the depth of the group of a nested row's definition; 0 outside one
-    RowDefinition nestedDefinition_;
-};
-
-void RtfCheck::run() {
-    RtfReader reader(file_.source(), 0, file_.source().size(), true);
-    while (!isEnded_ && reader.next()) {
-        if (reader.opens()) {
-            open(reader.position());
-        } else if (reader.closes()) {
-            close(reader.position());
-        } else {
-            takeWord(reader.word());
-        }
-    }
-    endTables();
-    if (open_.empty()) return;
-    report(DiagnosticCode::damagedGroups, {open_.back(), open_.back() + 1},
-           u"the group that begins here is never closed");
+DiagnosticCode codeOf(RtfFault::Kind kind) noexcept {
+    using Kind = RtfFault::Kind;
+    const bool isOfGroups = kind == Kind::tooDeep || kind == Kind::neverClosed || kind == Kind::endsEarly;
+    return isOfGroups ? DiagnosticCode::damagedGroups : DiagnosticCode::damagedTable;
 }
 
-void RtfCheck::open(std::size_t brace) {
+std::u16string messageOf(const RtfFault& fault) {
+    switch (fault.kind) {
+        case RtfFault::Kind::tooDeep:
+            return u"groups nest deeper than 1000 levels";
+        case RtfFault::Kind::neverClosed:
+            return u"the group that begins here is never closed";
+        case RtfFault::Kind::endsEarly:
+            return u"this brace ends the document, and text follows";
+        case RtfFault::Kind::wrongCells:
+            return u"the row has " + decimal(fault.cells) + u" cells, but its definition has " + decimal(fault.columns);
+        case RtfFault::Kind::noDefinition:
+            return u"the row has no definition";
+        case RtfFault::Kind::noRow:
+            break;
+    }
+    return u"no row ends after this cell";
+}
+
+}  // namespace
+
+void RtfCheck::open(std::size_t brace, WordMeaning meaning) {
+    if (isEnded_) return;
     open_.push_back(brace);
     if (open_.size() > deepestGroup && !std::exchange(isTooDeep_, true)) {
-        report(DiagnosticCode::damagedGroups, {brace, brace + 1}, u"groups nest deeper than 1000 levels");
+        faults_.push_back({RtfFault::Kind::tooDeep, {brace, brace + 1}});
     }
-    const WordMeaning meaning = meaningOf(readOpening(file_.source(), brace).letters);
     if (nested_ == 0 && meaning.word == Word::nesttableprops) {
         nested_ = open_.size();
         nestedDefinition_ = {};
@@ -97,6 +53,7 @@ void RtfCheck::open(std::size_t brace) {
 }
 
 void RtfCheck::close(std::size_t brace) {
+    if (isEnded_) return;
     if (nested_ == open_.size()) nested_ = 0;
     if (states_.back().depth == open_.size()) {
         endTables();
@@ -105,16 +62,12 @@ void RtfCheck::close(std::size_t brace) {
     open_.pop_back();
     isEnded_ = open_.empty();
     if (!isEnded_) return;
-    const std::size_t next = file_.source().find_first_not_of(std::u16string_view(u" \t\r\n\0", 5), brace + 1);
-    if (next == file_.source().npos) return;
-    report(DiagnosticCode::damagedGroups, {brace, brace + 1}, u"this brace ends the document, and text follows");
+    const std::size_t next = source_.find_first_not_of(std::u16string_view(u" \t\r\n\0", 5), brace + 1);
+    if (next != source_.npos) faults_.push_back({RtfFault::Kind::endsEarly, {brace, brace + 1}});
 }
 
-void RtfCheck::takeWord(const ControlWord& word) {
-    static const WordSet set({}, {Word::pard, Word::intbl, Word::itap, Word::trowd, Word::cellx, Word::cell, Word::row,
-                                  Word::nestcell, Word::nestrow});
-    if (!set.mayHold(file_.source(), word.begin)) return;
-    const Word meaning = meaningOf(word.letters).word;
+void RtfCheck::takeWord(const ControlWord& word, Word meaning) {
+    if (isEnded_) return;
     TableState& state = states_.back();
     if (nested_ != 0) {
         nestedDefinition_.take(meaning);
@@ -125,34 +78,35 @@ void RtfCheck::takeWord(const ControlWord& word) {
     const std::optional<Level> level = state.level.take(word, meaning);
     if (meaning == Word::row) endRow(word, 1, state.definition);
     if (meaning != Word::cell && meaning != Word::nestcell) return;
-    TableState::Cells& cells = state.cells[*level];
+    Cells& cells = state.cells[*level];
     ++cells.count;
-    cells.last = word;
+    cells.last = {word.begin, word.end};
 }
 
 void RtfCheck::endRow(const ControlWord& word, Level level, const RowDefinition& definition) {
-    std::map<Level, TableState::Cells>& all = states_.back().cells;
+    std::map<Level, Cells>& all = states_.back().cells;
     const std::int64_t count = all[level].count;
     all.erase(all.lower_bound(level), all.end());
     if (count == definition.columns || count == 0) return;
-    const std::u16string what =
-        definition.isThere
-            ? u"the row has " + decimal(count) + u" cells, but its definition has " + decimal(definition.columns)
-            : std::u16string(u"the row has no definition");
-    report(DiagnosticCode::damagedTable, {word.begin, word.end}, what);
+    const auto kind = definition.isThere ? RtfFault::Kind::wrongCells : RtfFault::Kind::noDefinition;
+    faults_.push_back({kind, {word.begin, word.end}, count, definition.columns});
 }
 
 // Cells without a row.
 void RtfCheck::endTables() {
-    for (const auto& [level, cells] : states_.back().cells) {
-        report(DiagnosticCode::damagedTable, {cells.last.begin, cells.last.end}, u"no row ends after this cell");
-    }
+    for (const auto& [level, cells] : states_.back().cells) faults_.push_back({RtfFault::Kind::noRow, cells.last});
 }
 
-}  // namespace
+std::vector<RtfFault> RtfCheck::faults() {
+    endTables();
+    if (!open_.empty()) faults_.push_back({RtfFault::Kind::neverClosed, {open_.back(), open_.back() + 1}});
+    return std::move(faults_);
+}
 
-void checkRtf(const TemplateFile& file, DiagnosticList& found) {
-    if (documentStandsAt(file.source(), 0)) RtfCheck(file, found).run();
+void reportRtf(const TemplateFile& file, DiagnosticList& found) {
+    for (const RtfFault& fault : file.faults()) {
+        found.addInSource(codeOf(fault.kind), file, fault.range, messageOf(fault));
+    }
 }
 
 }  // namespace velmor

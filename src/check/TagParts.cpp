@@ -33,8 +33,7 @@ std::u16string TagElement::name() const {
 }
 
 bool TagElement::isEmptyText() const noexcept {
-    const std::u16string_view value = text_.substr(nameSize_);
-    return value == u"=" || value == u"=\"\"";
+    return hasValue() && (writtenValue().empty() || writtenValue() == u"\"\"");
 }
 
 PropertyRef TagElement::read(platform::Services& services) const {

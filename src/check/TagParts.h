@@ -22,6 +22,8 @@ public:
     // Whether a "=" follows the name: a name alone has the value 0.
     bool hasValue() const noexcept { return nameSize_ < text_.size(); }
     bool isEmptyText() const noexcept;
+    // After the "="; empty if there is none.
+    std::u16string_view writtenValue() const noexcept { return text_.substr(hasValue() ? nameSize_ + 1 : nameSize_); }
     // As evaluation reads it; never null.
     PropertyRef read(platform::Services& services) const;
     std::u16string value(platform::Services& services) const { return read(services)->ValueStr(); }
@@ -44,7 +46,7 @@ public:
     const std::u16string& handler() const noexcept { return handler_; }
     // In upper case; empty when there is none.
     const std::u16string& command() const noexcept { return command_; }
-    bool hasCommandValue() const noexcept { return commandElement_.hasValue(); }
+    const TagElement& commandElement() const noexcept { return commandElement_; }
     // "" when there is no command.
     std::u16string commandValue(platform::Services& services) const;
     // The elements after the command.

@@ -78,6 +78,7 @@ bool contains(const std::vector<std::u16string>& texts, std::u16string_view text
 }  // namespace
 
 CheckResult TemplateCheck::run(std::u16string name, std::u16string text) {
+    answering_.push_back(shownName(name));  // a file that includes the template is in a circle with it
     checkFile(std::move(name), std::move(text), {});
     properties_.reportUnset();
     CheckResult result{std::move(found_).take(), found_.more()};
@@ -95,7 +96,7 @@ CheckResult TemplateCheck::run(std::u16string name, std::u16string text) {
 
 void TemplateCheck::checkFile(std::u16string name, std::u16string text, std::vector<SourcePlace> includedFrom) {
     const TemplateFile& file = files_.emplace_back(std::move(name), std::move(text), std::move(includedFrom));
-    checkRtf(file, found_);
+    reportRtf(file, found_);
     checkTags(file, checkMarkup(file, found_));
 }
 
@@ -171,7 +172,7 @@ void TemplateCheck::checkPreprocess(const TagParts& tag) {
 // Checks a text that a tag yields, each once. `name` in the form of checked_.
 void TemplateCheck::checkAnswer(const TagParts& tag, const std::u16string& name, std::u16string text) {
     if (contains(answering_, name)) {
-        found_.add(DiagnosticCode::circle, tag.file(), tag.tag(), shownName(name) + u" includes itself");
+        found_.add(DiagnosticCode::circle, tag.file(), tag.tag(), name + u" includes itself");
         return;
     }
     const auto [known, isNew] = checked_.try_emplace(name);
@@ -180,7 +181,7 @@ void TemplateCheck::checkAnswer(const TagParts& tag, const std::u16string& name,
     includedFrom.insert(includedFrom.begin(), tag.file().placeOf(tag.tag()));
     const Extent before = extent_;
     answering_.push_back(name);
-    checkFile(shownName(name), std::move(text), std::move(includedFrom));
+    checkFile(name, std::move(text), std::move(includedFrom));
     answering_.pop_back();
     known->second = {extent_.tags - before.tags, extent_.characters - before.characters};
     add(tag.file(), tag.tag(), {});
@@ -285,7 +286,8 @@ void TemplateCheck::checkIncludedFile(const TagParts& tag, const std::u16string&
     std::u16string text = readTextFile(services_.files, path).value_or(std::u16string());
     const bool isList = BuiltInCommands::isListFile(path);
     if (isList) checkListFile(tag, path, text);
-    count(!isList, [&] { checkAnswer(tag, path, std::move(text)); });  // a list file yields one of its entries
+    count(!isList,
+          [&] { checkAnswer(tag, shownName(path), std::move(text)); });  // a list file yields one of its entries
 }
 
 void TemplateCheck::checkListFile(const TagParts& tag, const std::u16string& path, std::u16string_view text) {

@@ -27,13 +27,15 @@ struct CheckResult {
 // as far as their names are known.
 class TemplateCheck {
 public:
-    // `given`: the properties that the host will set, those of EvaluationRules included; null when they are not known.
-    // Throws RuleError.
-    TemplateCheck(platform::Services& services, const std::shared_ptr<privProperties>& given)
+    // `given`: the properties that the host will set; null when they are not known.
+    TemplateCheck(platform::Services& services, std::shared_ptr<privProperties> given, EvaluationRules rules)
         : services_(services),
-          rules_(EvaluationRules::of(Collection(given))),
+          rules_(std::move(rules)),
           handlers_(services, found_),
-          properties_(services, given, found_) {}
+          properties_(services, std::move(given), found_) {}
+    // With the rules among the properties. Throws RuleError.
+    TemplateCheck(platform::Services& services, const std::shared_ptr<privProperties>& given)
+        : TemplateCheck(services, given, EvaluationRules::of(Collection(given))) {}
 
     // `name` of the template, for messages. Called once.
     CheckResult run(std::u16string name, std::u16string text);

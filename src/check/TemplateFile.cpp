@@ -8,8 +8,8 @@ TemplateFile::TemplateFile(std::u16string name, std::u16string source, std::vect
     : name_(std::move(name)),
       source_(std::move(source)),
       includedFrom_(std::move(includedFrom)),
-      stories_(readStories(source_)) {
-    for (std::uint32_t story = 0; story < stories_.size(); ++story) findTags(story);
+      text_(readVisibleText(source_)) {
+    for (std::uint32_t story = 0; story < stories().size(); ++story) findTags(story);
 }
 
 void TemplateFile::findTags(std::uint32_t story) {
@@ -18,7 +18,7 @@ void TemplateFile::findTags(std::uint32_t story) {
         tags_[around.back()].next = static_cast<std::uint32_t>(tags_.size());
         around.pop_back();
     };
-    for (const TagSpan& span : findMarkerPairs(stories_[story].text())) {
+    for (const TagSpan& span : findMarkerPairs(stories()[story].text())) {
         while (!around.empty() && tags_[around.back()].span.close < span.open) leave();
         const std::uint32_t parent = around.empty() ? TemplateTag::noTag : around.back();
         const auto index = static_cast<std::uint32_t>(tags_.size());
@@ -29,9 +29,9 @@ void TemplateFile::findTags(std::uint32_t story) {
 }
 
 TemplateFile::Seen TemplateFile::seenAt(std::size_t index) const {
-    const Story* nearest = &stories_.front();
+    const Story* nearest = &stories().front();
     std::size_t begin = source_.size();
-    for (const Story& story : stories_) {
+    for (const Story& story : stories()) {
         const std::size_t unit = story.unitAt(index);
         if (unit == story.text().size() || story.source(unit).begin >= begin) continue;
         nearest = &story;

@@ -32,12 +32,14 @@ public:
 
     const std::u16string& name() const noexcept { return name_; }
     const std::u16string& source() const noexcept { return source_; }
-    const std::vector<Story>& stories() const noexcept { return stories_; }
+    const std::vector<Story>& stories() const noexcept { return text_.stories; }
+    // Of the RTF, if it is a document.
+    const std::vector<RtfFault>& faults() const noexcept { return text_.faults; }
     const std::vector<TemplateTag>& tags() const noexcept { return tags_; }
     // The tags that included this file, the nearest first.
     const std::vector<SourcePlace>& includedFrom() const noexcept { return includedFrom_; }
 
-    const Story& storyOf(const TemplateTag& tag) const noexcept { return stories_[tag.story]; }
+    const Story& storyOf(const TemplateTag& tag) const noexcept { return stories()[tag.story]; }
     // Between the markers, as the author sees it. The tag must be complete.
     std::u16string_view innerOf(const TemplateTag& tag) const noexcept { return tag.span.inner(storyOf(tag).text()); }
     // What an author sees at a 0-based index of the source: the next character after it, whichever story has it.
@@ -58,7 +60,7 @@ private:
     std::u16string source_;
     std::vector<SourcePlace> includedFrom_;
     mutable std::optional<LineIndex> lines_;  // once a place was asked for
-    std::vector<Story> stories_;
+    VisibleText text_;
     std::vector<TemplateTag> tags_;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "core/Markup.h"
 #include "rtf/read/CodePages.h"
 #include "rtf/read/WordTable.h"
 #include "text/RtfStart.h"
@@ -112,11 +113,11 @@ std::u16string storyName(std::u16string_view letters) {
 class StoryReader {
 public:
     explicit StoryReader(std::u16string_view source)
-        : source_(source), page_(findCodePage(codePageOfDocument(source, rtfStart.size()))) {
+        : source_(source), page_(findCodePage(codePageOfDocument(source, rtfStart.size()))), check_(source) {
         stories_.emplace_back(u"page text");
     }
 
-    std::vector<Story> read();
+    VisibleText read();
 
 private:
     struct Group {
@@ -124,11 +125,15 @@ private:
         std::int32_t fallback = 1;  // the characters after \uN that are not read
         bool inTable = false;
         bool hidden = false;
+        bool isPicture = false;      // nothing in it is text
+        std::size_t from = nowhere;  // the beginning of a hidden group that is not within another one
     };
 
     void open();
-    void close();
+    void close(std::size_t brace);
+    void endHidden(const Group& ended, std::size_t end);
     void takeWord(const ControlWord& word);
+    void takeText();
     void takePlain(std::size_t begin, std::size_t end);
     std::size_t takeSymbol(std::size_t index);
     void show(char16_t unit, TextRange source);
@@ -138,29 +143,32 @@ private:
 
     std::u16string_view source_;
     const CodePage* page_;  // null for one of several bytes a character
+    RtfCheck check_;
     std::vector<Story> stories_;
     std::vector<Group> groups_{Group{0}};
     std::size_t at_ = 0;       // how far the source is read
     std::int32_t toSkip_ = 0;  // characters that stand in for a \uN
+    std::size_t angle_ = 0;    // the first "<" after what was asked for last
 };
 
-std::vector<Story> StoryReader::read() {
+VisibleText StoryReader::read() {
     RtfReader reader(source_, 0, source_.size(), true);
     while (reader.next()) {
-        if (reader.position() < at_) continue;
         takePlain(at_, reader.position());
         at_ = reader.position() + 1;
         if (reader.opens()) {
             open();
         } else if (reader.closes()) {
-            close();
+            close(reader.position());
         } else {
             takeWord(reader.word());
         }
+        takeText();
         reader.goOnAt(at_);
     }
     takePlain(at_, source_.size());
-    return std::move(stories_);
+    for (const Group& open : groups_) endHidden(open, source_.size());
+    return {std::move(stories_), check_.faults()};
 }
 
 void StoryReader::open() {
@@ -169,28 +177,33 @@ void StoryReader::open() {
     Group inner = group();
     const GroupOpening opening = readOpening(source_, brace);
     const WordMeaning meaning = meaningOf(opening.letters);
-    const bool isPicture = opening.letters == u"pict" || opening.letters == u"objdata";
+    check_.open(brace, meaning);
+    inner.from = nowhere;
+    inner.isPicture = inner.isPicture || opening.letters == u"pict" || opening.letters == u"objdata";
     const bool isApart = meaning.is(WordTrait::apartGroup);
-    const bool isHidden = !isApart && (meaning.is(WordTrait::hiddenGroup) || isPicture ||
-                                       (opening.ignorable && opening.letters != u"shppict"));
-    if (isPicture || (isHidden && !inner.hidden)) {
-        const std::size_t end = std::min(findGroupEnd(source_, at_, true), source_.size());
-        const std::size_t angle = source_.substr(0, end).find(u'<', at_);
-        if (isPicture || angle == source_.npos) {
-            at_ = std::min(end + 1, source_.size());
-            return;
-        }
-    }
-    if (isApart || isHidden) {
-        inner = {stories_.size(), 1, false, isHidden || inner.hidden};
+    const bool isHidden =
+        !isApart && (meaning.is(WordTrait::hiddenGroup) || (opening.ignorable && opening.letters != u"shppict"));
+    if (!inner.isPicture && (isApart || isHidden)) {
+        const bool isOutermost = isHidden && !inner.hidden;
+        inner = {stories_.size(), 1, false, isHidden || inner.hidden, false, isOutermost ? brace : nowhere};
         stories_.emplace_back(storyName(opening.letters));
     }
     groups_.push_back(inner);
 }
 
-void StoryReader::close() {
+void StoryReader::close(std::size_t brace) {
+    check_.close(brace);
     toSkip_ = 0;
-    if (groups_.size() > 1) groups_.pop_back();
+    if (groups_.size() == 1) return;
+    endHidden(group(), brace);
+    groups_.pop_back();
+}
+
+// The stories of a hidden group without a "<" go.
+void StoryReader::endHidden(const Group& ended, std::size_t end) {
+    if (ended.from == nowhere) return;
+    if (angle_ < ended.from) angle_ = findAngle(source_, ended.from);
+    if (angle_ >= end) stories_.erase(stories_.begin() + static_cast<std::ptrdiff_t>(ended.story), stories_.end());
 }
 
 void StoryReader::show(char16_t unit, TextRange source) {
@@ -213,14 +226,17 @@ void StoryReader::endParagraph(Word word, TextRange source) {
 }
 
 void StoryReader::takeWord(const ControlWord& word) {
-    static const WordSet set({WordTrait::shown, WordTrait::endsParagraph},
-                             {Word::intbl, Word::pard, Word::u, Word::uc, Word::bin});
+    static const WordSet set(
+        {WordTrait::shown, WordTrait::endsParagraph},
+        {Word::intbl, Word::itap, Word::pard, Word::trowd, Word::cellx, Word::u, Word::uc, Word::bin});
     const TextRange range{word.begin, endWithBlank(source_, word)};
     at_ = range.end;
     if (!set.mayHold(source_, word.begin) && word.letters != u"enspace") return;
     at_ = std::max(range.end, skipBinary(source_, word.begin));
     const WordMeaning meaning = meaningOf(word.letters);
-    if (word.letters == u"u" && !word.number.empty()) {
+    check_.takeWord(word, meaning.word);
+    if (group().isPicture) return;
+    if (meaning.word == Word::u && !word.number.empty()) {
         toSkip_ = 0;
         show(static_cast<char16_t>(numberOf(word.number)), {word.begin, word.end});
         toSkip_ = group().fallback;
@@ -236,12 +252,43 @@ void StoryReader::takeWord(const ControlWord& word) {
     if (meaning.is(WordTrait::shown)) show(object, range);
 }
 
-bool isPlain(char16_t unit) {
+constexpr bool isPlain(char16_t unit) noexcept {
     return unit != u'\\' && unit != u'\r' && unit != u'\n' && unit != u'\0';
+}
+
+// The end of the text at an index: a brace, a backslash, a line end or a NUL. Units are read in blocks, which compilers
+// compare several at a time.
+std::size_t textEnd(std::u16string_view source, std::size_t index) noexcept {
+    constexpr std::size_t block = 16;
+    const auto isText = [](char16_t unit) { return isPlain(unit) && unit != u'{' && unit != u'}'; };
+    for (;;) {
+        for (; index + block <= source.size(); index += block) {
+            const char16_t* const units = source.data() + index;
+            std::uint16_t found = 0;
+            for (std::size_t i = 0; i < block; ++i) found |= static_cast<std::uint16_t>(!isText(units[i]));
+            if (found != 0) break;
+        }
+        const std::size_t last = std::min(index + block, source.size());
+        while (index < last && isText(source[index])) ++index;
+        if (index < last || index == source.size()) return index;
+    }
+}
+
+// Text that is written as it is shown, up to the next brace or backslash.
+void StoryReader::takeText() {
+    if (toSkip_ > 0 || group().isPicture) return;
+    while (at_ < source_.size()) {
+        const std::size_t end = textEnd(source_, at_);
+        if (end > at_) story().addAsWritten(source_.substr(at_, end - at_), at_);
+        at_ = end;
+        while (at_ < source_.size() && source_[at_] != u'\\' && !isPlain(source_[at_])) ++at_;
+        if (at_ == end) return;
+    }
 }
 
 // Text without braces and words; symbols are in it.
 void StoryReader::takePlain(std::size_t begin, std::size_t end) {
+    if (group().isPicture) return;
     for (std::size_t i = begin; i < end;) {
         if (source_[i] == u'\\') {
             i = takeSymbol(i);
@@ -280,18 +327,17 @@ std::size_t StoryReader::takeSymbol(std::size_t index) {
     return end;
 }
 
-std::vector<Story> plainStory(std::u16string_view source) {
-    std::vector<Story> stories;
-    stories.emplace_back(u"");
-    stories[0].addAsWritten(source, 0);
-    return stories;
+VisibleText plainText(std::u16string_view source) {
+    VisibleText text;
+    text.stories.emplace_back(u"").addAsWritten(source, 0);
+    return text;
 }
 
 }  // namespace
 
-std::vector<Story> readStories(std::u16string_view source) {
+VisibleText readVisibleText(std::u16string_view source) {
     const bool isRtf = source.size() >= rtfStart.size() && documentStandsAt(source, 0);
-    return isRtf ? StoryReader(source).read() : plainStory(source);
+    return isRtf ? StoryReader(source).read() : plainText(source);
 }
 
 }  // namespace velmor

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "check/RtfCheck.h"
 #include "rtf/read/RtfReader.h"
 
 namespace velmor {
@@ -71,8 +72,13 @@ private:
     std::uint32_t tables_ = 0;
 };
 
-// The stories of a template in the order of their beginnings; a plain text is one story. Stories of groups that a page
-// does not show are left out unless the source has a "<" in them. Linear in the source.
-std::vector<Story> readStories(std::u16string_view source);
+// A template as its reader finds it, in one pass.
+struct VisibleText {
+    // In the order of their beginnings; a plain text is one story. Those of groups that a page does not show are left
+    // out unless the source has a "<" in them.
+    std::vector<Story> stories;
+    std::vector<RtfFault> faults;  // in the order in which they were found
+};
+VisibleText readVisibleText(std::u16string_view source);
 
 }  // namespace velmor

@@ -6,7 +6,6 @@
 #include <unordered_map>
 #include <utility>
 
-#include "check/TagParts.h"
 #include "cli/LineText.h"
 #include "cli/ReportText.h"
 #include "core/EvaluationRun.h"
@@ -22,8 +21,7 @@ constexpr std::size_t mostOfValue = 2'000;  // characters of a value that the pa
 // A value as the author sees it: the text of a value in an RTF template is RTF.
 std::u16string seenValue(std::u16string_view value, bool isRtf) {
     if (!isRtf) return std::u16string(value);
-    const std::vector<Story> stories = readStories(std::u16string(rtfStart).append(u" ").append(value).append(u"}"));
-    return stories.front().text();
+    return readVisibleText(std::u16string(rtfStart).append(u" ").append(value).append(u"}")).stories.front().text();
 }
 
 // A tag by what is written between its markers.
@@ -167,13 +165,23 @@ Json ReportTags::describe(const TemplateFile& file, const TemplateTag& tag) cons
     if (json["handler"].get_ref<const std::string&>().empty() || isTooDeep) return json;
     const TagParts parts(file, tag);
     json["command"] = shown(parts.command());
-    if (parts.hasCommandValue()) json["commandValue"] = shown(parts.commandValue(services_));
+    if (parts.commandElement().hasValue()) json["commandValue"] = shownValue(parts.commandElement());
     json["parameters"] = Json::array();
     for (const TagElement& each : parts.parameters()) {
-        Json value = each.hasValue() ? Json(shown(each.value(services_))) : Json(nullptr);
+        Json value = each.hasValue() ? Json(shownValue(each)) : Json(nullptr);
         json["parameters"].push_back(Json::array({shown(each.name()), std::move(value)}));
     }
     return json;
+}
+
+// As evaluation reads it. Only the beginning of a long one is looked at, as it is written: it holds tags, each of which
+// is shown by itself.
+std::string ReportTags::shownValue(const TagElement& element) const {
+    constexpr std::size_t mostRead = 2'000;
+    std::u16string_view written = element.writtenValue();
+    if (written.size() <= mostRead || written.starts_with(u'~')) return shown(element.value(services_));
+    if (written.starts_with(u'"')) written.remove_prefix(1);
+    return shown(written.substr(0, mostRead));
 }
 
 // A tag of an included file or of a value. One that is not kept as a whole may lack its parameters.

@@ -2,9 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
+#include "check/TagParts.h"
 #include "check/TemplateFile.h"
 #include "check/TemplatePlaces.h"
 #include "cli/JsonText.h"
@@ -37,6 +39,7 @@ private:
     Json unevaluatedJson(std::size_t tag) const;
     Json describe(const TemplateFile& file, const TemplateTag& tag) const;
     Json describeName(std::u16string_view name) const;
+    std::string shownValue(const TagElement& element) const;
     void addValue(Json& json, std::size_t run) const;
 
     platform::Services& services_;
