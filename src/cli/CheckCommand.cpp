@@ -1,7 +1,6 @@
 #include "check/Annotation.h"
 #include "check/OutputCheck.h"
 #include "check/TagRepair.h"
-#include "check/TemplateCheck.h"
 #include "cli/Commands.h"
 #include "cli/DiagnosticText.h"
 #include "cli/Streams.h"
@@ -23,7 +22,7 @@ CheckResult checkTemplate(platform::Services& services, const CheckOptions& opti
         report("repaired tags: " + std::to_string(repaired.repaired) +
                ", faulty tags left as they are: " + std::to_string(repaired.left));
     }
-    CheckResult result = TemplateCheck(input.services(), input.namedProperties()).run(shownName, document.text);
+    CheckResult result = input.makeCheck().run(shownName, document.text);
     if (!options.annotated.empty()) {
         if (!documentStandsAt(document.text, 0)) {
             throw Failure(exitFile, inputName(name) + " is not an RTF document: only RTF can hold comments");

@@ -1,8 +1,8 @@
 #include "cli/CommandLine.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
-#include <map>
 #include <memory>
 #include <sstream>
 
@@ -55,19 +55,25 @@ CLI::Option* addPasswordFile(CLI::App& command, std::string& name) {
         ->type_name("FILE");
 }
 
-void addEncoding(CLI::App& command, EncodingChoice& encoding) {
-    const auto take = [&encoding](const std::string& name) {
-        if (name != "auto" && name != "ansi" && name != "utf-8") {
-            throw CLI::ValidationError("--encoding", "'" + name + "' is not auto, ansi or utf-8");
-        }
-        encoding = name == "auto"   ? EncodingChoice::automatic
-                   : name == "ansi" ? EncodingChoice::ansi
-                                    : EncodingChoice::utf8;
+// An option that takes one of the names.
+template <typename Choice>
+void addChoice(CLI::App& command, const char* option, const char* description, Choice& choice,
+               const std::vector<std::pair<std::string, Choice>>& choices) {
+    std::string names;
+    for (const auto& [name, value] : choices) names += (names.empty() ? "" : "|") + name;
+    const auto take = [option, names, &choice, choices](const std::string& given) {
+        const auto found =
+            std::find_if(choices.begin(), choices.end(), [&](const auto& each) { return each.first == given; });
+        if (found == choices.end()) throw CLI::ValidationError(option, "'" + given + "' is not " + names);
+        choice = found->second;
     };
-    command
-        .add_option_function<std::string>("--encoding", take,
-                                          "How plain text and property files are encoded (default: auto)")
-        ->type_name("auto|ansi|utf-8");
+    command.add_option_function<std::string>(option, take, description)->type_name(names);
+}
+
+void addEncoding(CLI::App& command, EncodingChoice& encoding) {
+    addChoice<EncodingChoice>(
+        command, "--encoding", "How plain text and property files are encoded (default: auto)", encoding,
+        {{"auto", EncodingChoice::automatic}, {"ansi", EncodingChoice::ansi}, {"utf-8", EncodingChoice::utf8}});
 }
 
 void addRegistry(CLI::App& command, platform::SystemOptions& system) {
@@ -106,39 +112,44 @@ void addTemplateOptions(CLI::App& command, TemplateOptions& options) {
     addEncoding(command, options.encoding);
 }
 
-// Options that set a property of core/EvaluationRules.h.
-void addRules(CLI::App& command, TemplateOptions& options) {
-    const auto add = [&](const char* option, const char* property, const char* description, const char* type) {
-        const auto take = [&options, property](const std::string& value) { options.rules[property] = value; };
-        return command.add_option_function<std::string>(option, take, description)->type_name(type);
-    };
-    add("--missing", "kvTag.Missing",
-        "What becomes of a tag whose property, file or handler is absent (default: empty)", "empty|keep|mark|fail")
-        ->check(CLI::IsMember({"empty", "keep", "mark", "fail"}));
-    add("--data-tags", "kvTag.Data Tags", "What becomes of tags in values and in handlers' answers (default: allow)",
-        "allow|report|refuse")
+// An option that sets a property of core/EvaluationRules.h.
+CLI::Option* addRule(CLI::App& command, TemplateOptions& options, const char* option, const char* property,
+                     const char* description, const char* type) {
+    const auto take = [&options, property](const std::string& value) { options.rules[property] = value; };
+    return command.add_option_function<std::string>(option, take, description)->type_name(type);
+}
+
+// Where a template's properties, files and handlers come from, and the rules for them, which concern a check as well.
+void addSources(CLI::App& command, TemplateOptions& options, CommandLine& line) {
+    addTemplateOptions(command, options);
+    addRule(command, options, "--data-tags", "kvTag.Data Tags",
+            "What becomes of tags in values and in handlers' answers (default: allow)", "allow|report|refuse")
         ->check(CLI::IsMember({"allow", "report", "refuse"}));
-    command.add_flag_callback(
-        "--drop-empty-paragraphs", [&options] { options.rules["kvTag.Drop Empty Paragraphs"] = "True"; },
-        "Leave out paragraphs that held nothing but tags, all of them empty");
-    add("--include-root", "kvTag.Include Root", "Include files of this folder only", "DIR");
-    add("--max-depth", "kvTag.Max Depth", "Most levels of tags within tags (at most 100)", "N")
+    addRule(command, options, "--include-root", "kvTag.Include Root", "Include files of this folder only", "DIR");
+    addRule(command, options, "--max-depth", "kvTag.Max Depth", "Most levels of tags within tags (at most 100)", "N")
         ->check(CLI::PositiveNumber);
-    add("--max-tags", "kvTag.Max Tags", "Most tags that are evaluated", "N")->check(CLI::PositiveNumber);
-    add("--max-output", "kvTag.Max Output", "Most characters of the result", "N")->check(CLI::PositiveNumber);
+    addRule(command, options, "--max-tags", "kvTag.Max Tags", "Most tags that are evaluated", "N")
+        ->check(CLI::PositiveNumber);
+    addRule(command, options, "--max-output", "kvTag.Max Output", "Most characters of the result", "N")
+        ->check(CLI::PositiveNumber);
+    command.add_flag_callback(
+        "--sandbox", [&options, &line] { options.sandbox = line.system.registryOnlyIfNamed = true; },
+        "For a template that nobody has read: --data-tags refuse, --include-root its folder, and no handlers but those "
+        "of --registry");
+    addSystem(command, line.system);
 }
 
 // The template, and how it is evaluated.
 void addEvaluation(CLI::App& command, TemplateOptions& options, CommandLine& line) {
     command.add_option("TEMPLATE", options.input, "The template; - or nothing: standard input")->type_name("");
-    addTemplateOptions(command, options);
-    addRules(command, options);
+    addSources(command, options, line);
+    addRule(command, options, "--missing", "kvTag.Missing",
+            "What becomes of a tag whose property, file or handler is absent (default: empty)", "empty|keep|mark|fail")
+        ->check(CLI::IsMember({"empty", "keep", "mark", "fail"}));
     command.add_flag_callback(
-        "--sandbox", [&options, &line] { options.sandbox = line.system.registryOnlyIfNamed = true; },
-        "For a template that nobody has read: --data-tags refuse, --include-root its folder, and no handlers but those "
-        "of --registry");
+        "--drop-empty-paragraphs", [&options] { options.rules["kvTag.Drop Empty Paragraphs"] = "True"; },
+        "Leave out paragraphs that held nothing but tags, all of them empty");
     command.add_flag("--exact", options.exact, "Include RTF exactly as the component does, without its tolerance");
-    addSystem(command, line.system);
 }
 
 void addEval(CLI::App& app, CommandLine& line) {
@@ -195,18 +206,15 @@ void takeSeparator(RenderOptions& options, const std::string& text) {
 void addRecords(CLI::App& command, RenderOptions& options) {
     command.get_option("--data")->required()->description(
         "The records: a CSV, JSON, JSON lines or SQLite file; - is standard input");
-    const std::map<std::string, DataFormat> formats = {{"csv", DataFormat::csv},
-                                                       {"json", DataFormat::json},
-                                                       {"jsonl", DataFormat::jsonLines},
-                                                       {"sqlite", DataFormat::sqlite}};
-    command.add_option("--data-format", options.dataFormat, "What the data are (default: as their file's name says)")
-        ->type_name("csv|json|jsonl|sqlite")
-        ->transform(CLI::Transformer(formats));
-    const std::map<std::string, DataEncoding> encodings = {
-        {"auto", DataEncoding::automatic}, {"ansi", DataEncoding::ansi}, {"utf-8", DataEncoding::utf8}};
-    command.add_option("--data-encoding", options.dataEncoding, "How CSV data are encoded (default: auto)")
-        ->type_name("auto|ansi|utf-8")
-        ->transform(CLI::Transformer(encodings));
+    addChoice<DataFormat>(command, "--data-format", "What the data are (default: as their file's name says)",
+                          options.dataFormat,
+                          {{"csv", DataFormat::csv},
+                           {"json", DataFormat::json},
+                           {"jsonl", DataFormat::jsonLines},
+                           {"sqlite", DataFormat::sqlite}});
+    addChoice<DataEncoding>(
+        command, "--data-encoding", "How CSV data are encoded (default: auto)", options.dataEncoding,
+        {{"auto", DataEncoding::automatic}, {"ansi", DataEncoding::ansi}, {"utf-8", DataEncoding::utf8}});
     command
         .add_option_function<std::string>(
             "--separator", [&options](const std::string& text) { takeSeparator(options, text); },
@@ -269,13 +277,11 @@ void addExplain(CLI::App& app, CommandLine& line) {
 }
 
 void addFormat(CLI::App& command, CheckFormat& format) {
-    const std::map<std::string, CheckFormat> formats = {{"text", CheckFormat::text},
-                                                        {"json", CheckFormat::json},
-                                                        {"sarif", CheckFormat::sarif},
-                                                        {"github", CheckFormat::github}};
-    command.add_option("--format", format, "How to print what was found (default: text)")
-        ->type_name("text|json|sarif|github")
-        ->transform(CLI::Transformer(formats));
+    addChoice<CheckFormat>(command, "--format", "How to print what was found (default: text)", format,
+                           {{"text", CheckFormat::text},
+                            {"json", CheckFormat::json},
+                            {"sarif", CheckFormat::sarif},
+                            {"github", CheckFormat::github}});
 }
 
 void addCheck(CLI::App& app, CommandLine& line) {
@@ -286,8 +292,7 @@ void addCheck(CLI::App& app, CommandLine& line) {
     command->add_option("--fix", options.fixed, "Write the template with repaired tags to this file")->type_name("OUT");
     command->add_option("--annotate", options.annotated, "Write a copy of the RTF template with comments to this file")
         ->type_name("OUT");
-    addTemplateOptions(*command, options);
-    addSystem(*command, line.system);
+    addSources(*command, options, line);
 }
 
 void addSchema(CLI::App& app, CommandLine& line) {
@@ -295,7 +300,7 @@ void addSchema(CLI::App& app, CommandLine& line) {
         addCommand(app, line, "schema", "Print a JSON Schema of a template's properties", runSchema);
     command->add_option("TEMPLATE", options.input, "The template; - or nothing: standard input")->type_name("");
     command->add_flag("--sample", options.sample, "Print sample data for eval --data instead");
-    addTemplateOptions(*command, options);
+    addSources(*command, options, line);
 }
 
 void addVerify(CLI::App& app, CommandLine& line) {

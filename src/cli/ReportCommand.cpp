@@ -1,4 +1,3 @@
-#include "check/TemplateCheck.h"
 #include "cli/Commands.h"
 #include "cli/DiagnosticText.h"
 #include "cli/ErrorReport.h"
@@ -73,7 +72,7 @@ Json headOf(platform::Services& services, const TemplateFile& file, kvTag& tag, 
 ExitCode runReport(platform::Services& services, const ReportOptions& options) {
     TemplateInput input(services, options);
     std::u16string& text = input.document().text;
-    TemplateCheck check(input.services(), input.namedProperties());
+    TemplateCheck check = input.makeCheck();
     const CheckResult checked = check.run(fromUtf8(options.input.empty() ? "-" : options.input), text);
 
     const TemplatePlaces places(text);

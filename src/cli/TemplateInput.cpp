@@ -79,11 +79,11 @@ std::shared_ptr<kvTag> TemplateInput::makeTag(platform::Services& services, cons
     return tag;
 }
 
-std::shared_ptr<privProperties> TemplateInput::namedProperties() {
-    if (!options_.namesProperties()) return nullptr;
-    auto properties = std::make_shared<privProperties>(services_);
-    addProperties(*properties);
-    return properties;
+TemplateCheck TemplateInput::makeCheck(bool isComplete) {
+    const auto properties = std::make_shared<privProperties>(services_);
+    addProperties(*properties, services_.folders);
+    const bool areKnown = isComplete || options_.namesProperties();
+    return {services_, areKnown ? properties : nullptr, EvaluationRules::of(Collection(properties))};
 }
 
 // For templates and data that nobody has read: tags in data are text, and only files of the template's folder are

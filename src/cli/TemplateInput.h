@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "check/TemplateCheck.h"
 #include "cli/Documents.h"
 #include "cli/PropertyFile.h"
 #include "core/kvTag.h"
@@ -57,18 +58,18 @@ public:
     // The machine's, with the template's folder.
     platform::Services& services() noexcept { return services_; }
     Document& document() noexcept { return document_; }
-    // Adds the properties, and "kvTag.RTF Tolerant" when it is absent.
-    void addProperties(privProperties& properties) const { addProperties(properties, services_.folders); }
     // One with these properties and no value.
     std::shared_ptr<kvTag> makeTag() { return makeTag(services_); }
     // The same on services that stand in for this template's. `addRecord` adds a record's properties where those of a
     // data file would be added. Any number of threads may call it, each with its own services.
     using AddRecord = std::function<void(privProperties&)>;
     std::shared_ptr<kvTag> makeTag(platform::Services& services, const AddRecord& addRecord = {}) const;
-    // For a check: the properties that the options name; null if they name none, so that nobody knows what is set.
-    std::shared_ptr<privProperties> namedProperties();
+    // A check under the rules and with the properties that the options name. If they name none, nobody knows what is
+    // set, unless `isComplete`.
+    TemplateCheck makeCheck(bool isComplete = false);
 
 private:
+    // And "kvTag.RTF Tolerant" when it is absent.
     void addProperties(privProperties& properties, const platform::Folders& folders,
                        const AddRecord& addRecord = {}) const;
     void addSandbox(privProperties& properties, const platform::Folders& folders) const;

@@ -483,6 +483,12 @@ class Check(VelmorTest):
         self.assertTrue(set(codes) <= {rule["id"] for rule in sarif["runs"][0]["tool"]["driver"]["rules"]})
         self.assertEqual(self.velmor("check", stdin=b"Dear <KV:TAG>PROPERTY:a=:</KV>"), b"")
         self.velmor("check", "in/letter.rtf", "in/x.txt", "--fix", "x", expect=USAGE)
+        self.velmor("check", "--format", "xml", expect=USAGE)
+        self.assertIn("'xml' is not text|json|sarif|github", self.messages)
+        self.write("x.txt", b"")
+        found = self.velmor("check", "--max-tags", "1", "--include-root", "in", "--format", "json", expect=REPORTED,
+                            stdin=b"<KV:TAG>PROPERTY:a=:</KV><KV:TAG>INCLUDE=x.txt:</KV>")
+        self.assertEqual([each["code"] for each in json.loads(found)["diagnostics"]], ["KV502", "KV405"])
 
     def test_schema(self):
         self.write("t.txt", b"<KV:TAG>PROPERTY:Name:</KV> <KV:TAG>PROPERTY:n=5:</KV> <KV:TAG>PROPERTY:NAME=x:</KV>"
