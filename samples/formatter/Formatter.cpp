@@ -19,14 +19,12 @@ using velmor::handler::Parameter;
 using velmor::handler::Tag;
 using velmor::handler::Value;
 
-constexpr Parameter dateParameters[] = {
-    {u"PROPERTY"}, {u"VALUE"}, {u"PATTERN", u"d mmmm yyyy:dddd, d mmmm yyyy:mmmm yyyy:dd/mm/yyyy:"}};
-constexpr Parameter numberParameters[] = {{u"PROPERTY"}, {u"VALUE"}, {u"PATTERN", u"#,##0.00:#,##0:0.0:0%:"}};
+constexpr Parameter parameters[] = {{u"PROPERTY"}, {u"VALUE"}, {u"PATTERN"}};
 constexpr Command commands[] = {
     {u"DATE", u"FORMAT>DATE:PROPERTY=name:[VALUE=date:][PATTERN=(d mmmm yyyy):]",
-     u"A date by a pattern of d, m, y, h, n, s and AM/PM", dateParameters},
+     u"A date by a pattern of d, m, y, h, n, s and AM/PM", parameters},
     {u"NUMBER", u"FORMAT>NUMBER:PROPERTY=name:[VALUE=number:][PATTERN=(#,##0.00):]",
-     u"A number by a pattern of #, 0, comma, point and %", numberParameters},
+     u"A number by a pattern of #, 0, comma, point and %", parameters},
 };
 
 Value subject(const Tag& tag) {

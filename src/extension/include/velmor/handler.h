@@ -145,7 +145,7 @@ private:
 // What editors of templates show of a handler.
 struct Parameter {
     std::u16string_view name;
-    std::u16string_view values = {};  // to choose from; each ends with ":"
+    std::u16string_view values = {};  // the only ones; each ends with ":". None: any
 };
 struct Command {
     std::u16string_view name;  // upper case
