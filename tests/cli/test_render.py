@@ -266,8 +266,8 @@ class Trouble(RenderTest):
         master, slave = pty.openpty()
         subprocess.run([test_velmor.PROGRAM, "render", "letter.txt", "--data", "data.csv"], cwd=self.folder.name,
                        stdout=subprocess.DEVNULL, stderr=slave)
-        os.close(slave)
         self.assertIn(b"1 done, 0 failed", os.read(master, 4096))
+        os.close(slave)
         os.close(master)
 
 
