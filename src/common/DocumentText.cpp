@@ -15,6 +15,15 @@ bool isInAnsi(char16_t unit) {
     return unit < 128 || ansiCode(unit) != '?';
 }
 
+// The first character at or after the index that the code page lacks; the text's size when there is none.
+std::size_t findLost(std::u16string_view text, std::size_t at) {
+    for (at += asciiLength(text.substr(at)); at < text.size() && isInAnsi(text[at]);) {
+        ++at;
+        at += asciiLength(text.substr(at));
+    }
+    return at;
+}
+
 // Whether a \ucN sets a number of fallback characters other than 1.
 bool hasOtherFallback(std::u16string_view rtf) {
     for (auto at = rtf.find(u"\\uc"); at != rtf.npos; at = rtf.find(u"\\uc", at + 3)) {
@@ -35,8 +44,7 @@ std::string encodeRtf(std::u16string_view text, PlaceShifts* shifts) {
     bytes.reserve(text.size());
     const bool grouped = hasOtherFallback(text);
     for (std::size_t at = 0; at < text.size();) {
-        const auto fitting = std::find_if_not(text.begin() + static_cast<std::ptrdiff_t>(at), text.end(), isInAnsi);
-        const auto end = static_cast<std::size_t>(fitting - text.begin());
+        const std::size_t end = findLost(text, at);
         bytes += toAnsi(text.substr(at, end - at));
         at = end;
         if (at == text.size()) break;
@@ -61,8 +69,8 @@ std::string encodeRtf(std::u16string_view text, PlaceShifts* shifts) {
 }
 
 std::string encodePlain(std::u16string_view text) {
-    const auto lost = std::find_if_not(text.begin(), text.end(), isInAnsi);
-    if (lost != text.end()) refuseCharacter(text, static_cast<std::size_t>(lost - text.begin()));
+    const std::size_t lost = findLost(text, 0);
+    if (lost < text.size()) refuseCharacter(text, lost);
     return toAnsi(text);
 }
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <bitset>
+#include <cstring>
+#include <type_traits>
 #include <utility>
 
 #include "text/Characters.h"
@@ -141,19 +143,53 @@ Decoded decodeUtf8(std::string_view bytes) noexcept {
     return {code, size};
 }
 
+// Looks at eight bytes at once.
+template <class Char>
+std::size_t asciiUnits(std::basic_string_view<Char> text) noexcept {
+    constexpr std::size_t step = sizeof(std::uint64_t) / sizeof(Char);
+    constexpr std::uint64_t beyond = sizeof(Char) == 1 ? 0x8080808080808080 : 0xFF80FF80FF80FF80;
+    std::size_t at = 0;
+    for (std::uint64_t word = 0; at + step <= text.size(); at += step) {
+        std::memcpy(&word, text.data() + at, sizeof word);
+        if ((word & beyond) != 0) break;
+    }
+    while (at < text.size() && static_cast<std::make_unsigned_t<Char>>(text[at]) < 0x80) ++at;
+    return at;
+}
+
+// Takes ASCII as it is, and each other unit as the function says.
+template <class To, class From, class Convert>
+To converted(From from, Convert convert) {
+    To to(from.size(), 0);
+    for (std::size_t at = 0; at < from.size(); ++at) {
+        const std::size_t run = asciiUnits(from.substr(at));
+        std::copy_n(from.data() + at, run, to.data() + at);
+        at += run;
+        if (at < from.size()) to[at] = convert(from[at]);
+    }
+    return to;
+}
+
 }  // namespace
 
 bool isAscii(std::string_view bytes) noexcept {
-    return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return static_cast<std::uint8_t>(byte) < 0x80; });
+    return asciiUnits(bytes) == bytes.size();
+}
+
+std::size_t asciiLength(std::u16string_view text) noexcept {
+    return asciiUnits(text);
 }
 
 std::string toUtf8(std::u16string_view text) {
     std::string bytes;
     bytes.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] < 0x80) {
-            bytes += static_cast<char>(text[i]);
-        } else if (isHighSurrogate(text[i]) && i + 1 < text.size() && isLowSurrogate(text[i + 1])) {
+        const std::size_t run = asciiUnits(text.substr(i));
+        bytes.resize(bytes.size() + run);
+        std::copy_n(text.data() + i, run, bytes.end() - static_cast<std::ptrdiff_t>(run));
+        i += run;
+        if (i == text.size()) break;
+        if (isHighSurrogate(text[i]) && i + 1 < text.size() && isLowSurrogate(text[i + 1])) {
             appendUtf8(bytes, 0x10000 + ((text[i] - 0xD800u) << 10) + (text[i + 1] - 0xDC00u));
             ++i;
         } else {
@@ -163,19 +199,25 @@ std::string toUtf8(std::u16string_view text) {
     return bytes;
 }
 
+// No character has more units than bytes.
 std::u16string fromUtf8(std::string_view bytes) {
-    std::u16string text;
-    text.reserve(bytes.size());
+    std::u16string text(bytes.size(), u'\0');
+    char16_t* end = text.data();
     while (!bytes.empty()) {
+        const std::size_t run = asciiUnits(bytes);
+        end = std::copy_n(bytes.data(), run, end);
+        bytes.remove_prefix(run);
+        if (bytes.empty()) break;
         const auto [code, size] = decodeUtf8(bytes);
         if (code < 0x10000) {
-            text += static_cast<char16_t>(code);
+            *end++ = static_cast<char16_t>(code);
         } else {
-            text += static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10));
-            text += static_cast<char16_t>(0xDC00 + (code & 0x3FF));
+            *end++ = static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10));
+            *end++ = static_cast<char16_t>(0xDC00 + (code & 0x3FF));
         }
         bytes.remove_prefix(size);
     }
+    text.resize(static_cast<std::size_t>(end - text.data()));
     return text;
 }
 
@@ -220,20 +262,14 @@ std::u16string fromAnsi(std::string_view bytes) {
     if (ansi().isUtf8) return fromUtf8(bytes);
     const CodePage& page = ansi().page;
     if (page.hasPairs()) return fromPairs(page, bytes);
-    std::u16string text(bytes.size(), u'\0');
-    std::transform(bytes.begin(), bytes.end(), text.begin(),
-                   [&](char byte) { return page.unitOf(static_cast<std::uint8_t>(byte)); });
-    return text;
+    return converted<std::u16string>(bytes, [&](char byte) { return page.unitOf(static_cast<std::uint8_t>(byte)); });
 }
 
 std::string toAnsi(std::u16string_view text) {
     if (ansi().isUtf8) return toUtf8(text);
     const CodePage& page = ansi().page;
     if (page.hasPairs()) return toPairs(page, text);
-    std::string bytes(text.size(), '\0');
-    std::transform(text.begin(), text.end(), bytes.begin(),
-                   [&](char16_t unit) { return static_cast<char>(page.codeOf(unit)); });
-    return bytes;
+    return converted<std::string>(text, [&](char16_t unit) { return static_cast<char>(page.codeOf(unit)); });
 }
 
 std::uint16_t ansiCode(char16_t unit) noexcept {

@@ -23,6 +23,8 @@ std::u16string fromUtf16(std::string_view bytes, bool bigEndian);
 std::optional<std::u16string> decodeMarked(std::string_view bytes);
 
 bool isAscii(std::string_view bytes) noexcept;
+// How many characters of ASCII a text begins with.
+std::size_t asciiLength(std::u16string_view text) noexcept;
 
 // The ANSI code page: the system's on Windows, 1252 elsewhere. The five bytes that 1252 leaves
 // undefined pass through as the control characters of the same number. What does not fit becomes
