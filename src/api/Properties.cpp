@@ -60,7 +60,7 @@ Properties::Properties(Properties&&) noexcept = default;
 Properties& Properties::operator=(Properties&&) noexcept = default;
 
 void Properties::setText(const TextIn& name, const TextIn& value) {
-    parts_->items->Add(name.view(), Variant(value.view()), true);
+    parts_->items->SetText(name.view(), value.view());
 }
 
 void Properties::setNumber(const TextIn& name, std::int32_t value) {

@@ -71,12 +71,7 @@ std::u16string Collection::getText(std::u16string_view psName, const Variant& pv
 }
 
 std::optional<std::u16string_view> Collection::textOf(std::u16string_view psName, std::u16string& buffer) const {
-    const PropertyRef property = own_ ? own_->Item(psName) : nullptr;
-    if (!property) return std::nullopt;
-    const std::u16string* const text = property->builder() ? nullptr : property->rawValue().get<std::u16string>();
-    if (text != nullptr) return *text;
-    buffer = property->ValueStr();
-    return buffer;
+    return own_ ? own_->textOf(psName, buffer) : std::nullopt;
 }
 
 std::size_t Collection::textLength(std::u16string_view psName) const {

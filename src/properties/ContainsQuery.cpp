@@ -84,8 +84,8 @@ void privProperties::BuildByContainsQuery(std::u16string_view psSearchString) {
 
 std::u16string privProperties::ContainsQuery() const {
     std::u16string condition;
-    for (std::size_t i = 0; i < items_->size(); ++i) {
-        const PropertyRef property = items_->at(i);
+    for (std::size_t i = 0; i < items().size(); ++i) {
+        const PropertyRef property = items().at(i);
         const std::u16string joined = property->ValueStr();
         if (joined.size() > 1) condition.append(1, u' ').append(joined);
         condition.append(1, u' ').append(property->Name());

@@ -15,7 +15,13 @@ using automation::Variant;
 
 namespace {
 
-constexpr std::size_t mostWithoutIndex = 8;
+constexpr std::size_t mostWithoutIndex = 16;
+constexpr std::size_t unitsOfSource = 240;  // of added texts
+
+// Equal names have equal traits, below 64. Most look-ups of a name that is no key need nothing else.
+std::uint8_t traitOf(std::u16string_view name) noexcept {
+    return name.empty() ? 0 : static_cast<std::uint8_t>((5 * name.size() + foldUnit(name.front())) % 64);
+}
 
 }  // namespace
 
@@ -59,7 +65,19 @@ std::size_t KeyedItems::positionOf(std::u16string_view key) {
     return npos;
 }
 
-PropertyRef KeyedItems::insert(std::size_t position, std::u16string_view name, Variant value) {
+std::optional<std::u16string_view> KeyedItems::textOf(std::u16string_view key, std::u16string& buffer) {
+    claimKeys();
+    Entry* const found = keyedEntry(key);
+    if (found == nullptr) return std::nullopt;
+    if (found->property == nullptr && found->spelling == Spelling::quoted) return found->value;
+    const privProperty& property = *made(*found);
+    const auto* const text = property.builder() != nullptr ? nullptr : property.rawValue().get<std::u16string>();
+    if (text != nullptr) return *text;
+    buffer = property.ValueStr();
+    return buffer;
+}
+
+PropertyRef KeyedItems::insert(std::size_t position, std::u16string_view name, Variant&& value) {
     claimKeys();
     Entry& entry = place(position, newEntry(std::u16string(name), std::move(value), services_.clock.now()));
     try {
@@ -75,8 +93,32 @@ PropertyRef KeyedItems::insert(std::size_t position, std::u16string_view name, V
     return entry.property;
 }
 
+bool KeyedItems::addText(std::u16string_view name, std::u16string_view value) {
+    claimKeys();
+    if (hasRemoved_ || keyedEntry(name) != nullptr) return false;
+    Source& source = sourceFor(name.size() + value.size());
+    const std::size_t at = source.text.size();
+    source.text.append(name).append(value);
+    const std::u16string_view added = std::u16string_view(source.text).substr(at);
+    place(size(), {nullptr, &source, added.substr(0, name.size()), added.substr(name.size()), Spelling::quoted});
+    return true;
+}
+
+// Where so many units fit without moving the others.
+KeyedItems::Source& KeyedItems::sourceFor(std::size_t units) {
+    const Date now = services_.clock.now();
+    if (added_ == nullptr || added_->readAt != now || added_->text.capacity() - added_->text.size() < units) {
+        auto source = std::make_unique<Source>(Source{{}, now});
+        source->text.reserve(std::max(units, unitsOfSource));
+        added_ = source.get();
+        sources_.push_back(std::move(source));
+    }
+    return *added_;
+}
+
 void KeyedItems::remove(std::size_t position) {
     claimKeys();
+    hasRemoved_ = true;
     unused_.push_back(order_[position]);
     const Entry removed = std::exchange(*order_[position], {});  // released last: that may call the host
     if (removed.keyed && indexed_) index_.erase(removed.name);
@@ -106,7 +148,7 @@ const KeyedItems::Source& KeyedItems::keep(std::u16string text, Date readAt) {
     return *sources_.back();
 }
 
-privProperty& KeyedItems::addRead(std::u16string name, Variant value, Date readAt) {
+privProperty& KeyedItems::addRead(std::u16string name, Variant&& value, Date readAt) {
     return *place(size(), newEntry(std::move(name), std::move(value), readAt)).property;
 }
 
@@ -114,7 +156,7 @@ privProperty& KeyedItems::last() {
     return *made(*order_.back());
 }
 
-KeyedItems::Entry KeyedItems::newEntry(std::u16string name, Variant value, Date now) const {
+KeyedItems::Entry KeyedItems::newEntry(std::u16string name, Variant&& value, Date now) const {
     auto property =
         std::make_shared<privProperty>(privProperty::Key(), services_, std::move(name), std::move(value), now);
     const std::u16string_view kept = property->Name();
@@ -145,12 +187,14 @@ const PropertyRef& KeyedItems::made(Entry& entry) const {
 }
 
 KeyedItems::Entry* KeyedItems::keyedEntry(std::u16string_view key) const {
+    const std::uint8_t trait = traitOf(key);
+    if ((traits_ >> trait & 1) == 0) return nullptr;
     if (indexed_) {
         const auto place = index_.find(key);
         return place == index_.end() ? nullptr : place->second;
     }
     for (Entry* const entry : order_) {
-        if (entry->keyed && equalIgnoringCase(entry->name, key)) return entry;
+        if (entry->keyed && entry->trait == trait && equalIgnoringCase(entry->name, key)) return entry;
     }
     return nullptr;
 }
@@ -165,6 +209,8 @@ KeyedItems::Entry* KeyedItems::claimKey(Entry& entry) {
     Entry* const owner = indexed_ ? index_.try_emplace(entry.name, &entry).first->second : keyedEntry(entry.name);
     if (owner != nullptr && owner != &entry) return owner;
     entry.keyed = true;
+    entry.trait = traitOf(entry.name);
+    traits_ |= std::uint64_t{1} << entry.trait;
     return nullptr;
 }
 

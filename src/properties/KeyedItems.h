@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -22,14 +23,14 @@ class PropertyEnumerator;
 // position and at either end takes constant time; elsewhere the places of the shorter side are
 // shifted. Whatever may fail (std::bad_alloc) fails before anything changes.
 //
-// An entry that was read from a text stays a pair of spans of that text until it is requested as a property.
+// An entry that was read from a text, or added as one, stays a pair of spans until it is requested as a property.
 // Likewise, keys are given out when one is first looked up or an entry is first returned, so a collection that
 // is only read and written makes neither.
 class KeyedItems : public std::enable_shared_from_this<KeyedItems> {
 public:
     static constexpr std::size_t npos = static_cast<std::size_t>(-1);
 
-    // A text that entries were read from, and when.
+    // A text that entries are spans of, and when it was read.
     struct Source {
         std::u16string text;
         automation::Date readAt;
@@ -43,7 +44,8 @@ public:
         std::u16string_view value;       // in the source
         Spelling spelling = Spelling::unquoted;
         bool keyed = false;
-        bool multiple = false;  // of the property, once it is made
+        bool multiple = false;   // of the property, once it is made
+        std::uint8_t trait = 0;  // of the name, see traitOf
 
         automation::Variant unreadValue() const;
         std::int32_t unreadEncoding() const noexcept { return spelling == Spelling::substituted ? 8 : 0; }
@@ -63,11 +65,16 @@ public:
 
     // The entry that carries the key; null if no entry does.
     PropertyRef find(std::u16string_view key);
+    // Its text, for which no property is made: its own until it changes, or `buffer`, which receives it.
+    std::optional<std::u16string_view> textOf(std::u16string_view key, std::u16string& buffer);
     std::size_t positionOf(std::u16string_view key);  // npos if no entry carries the key; linear
 
     // Makes a property and places it before a position, which may be size(). If another entry has the
     // key of that name already, that entry's Multiple is set and the new one carries no key.
-    PropertyRef insert(std::size_t position, std::u16string_view name, automation::Variant value);
+    PropertyRef insert(std::size_t position, std::u16string_view name, automation::Variant&& value);
+    // Places an entry of that text at the end. The memory of such entries is released with all of them, so this does
+    // nothing and returns false after a removal; the same if another entry has the key of that name.
+    bool addText(std::u16string_view name, std::u16string_view value);
 
     void remove(std::size_t position);
     void move(std::size_t from, std::size_t to);
@@ -76,7 +83,7 @@ public:
 
     const Source& keep(std::u16string text, automation::Date readAt);
     void addUnread(const Entry& entry) { place(size(), Entry(entry)); }
-    privProperty& addRead(std::u16string name, automation::Variant value, automation::Date readAt);
+    privProperty& addRead(std::u16string name, automation::Variant&& value, automation::Date readAt);
     privProperty& last();  // of the last entry, which must exist
 
 private:
@@ -91,7 +98,8 @@ private:
     using Index = std::unordered_map<std::u16string_view, Entry*, FoldedHash, FoldedEqual>;
 
     Entry& place(std::size_t position, Entry&& entry);
-    Entry newEntry(std::u16string name, automation::Variant value, automation::Date now) const;
+    Entry newEntry(std::u16string name, automation::Variant&& value, automation::Date now) const;
+    Source& sourceFor(std::size_t units);
     const PropertyRef& made(Entry& entry) const;
     Entry* keyedEntry(std::u16string_view key) const;
     Entry* claimKey(Entry& entry);
@@ -101,11 +109,14 @@ private:
 
     platform::Services& services_;
     std::vector<std::unique_ptr<const Source>> sources_;
+    Source* added_ = nullptr;  // the last one of added texts
+    bool hasRemoved_ = false;
     std::deque<Entry> entries_;  // in no order; an entry never moves
     std::vector<Entry*> unused_;
     std::deque<Entry*> order_;
-    std::size_t claimed_ = 0;  // the entries from this position on have not been given their keys
-    Index index_;              // of the keyed entries; unused while a look along the order is as quick
+    std::size_t claimed_ = 0;   // the entries from this position on have not been given their keys
+    std::uint64_t traits_ = 0;  // a bit for each trait of a name that ever was a key
+    Index index_;               // of the keyed entries; unused while a look along the order is as quick
     bool indexed_ = false;
     std::vector<PropertyEnumerator*> enumerators_;
 };

@@ -192,7 +192,7 @@ ObjectRef PropertyReader::collectionOf(std::u16string_view content) const {
     const auto text = textOfBase64(content);
     if (!text) return nullptr;
     const auto collection = std::make_shared<privProperties>(services_);
-    PropertyReader(*collection->items_, services_, decompressed_).read(*text, Form::stored, u":");
+    PropertyReader(collection->items(), services_, decompressed_).read(*text, Form::stored, u":");
     return collection;
 }
 

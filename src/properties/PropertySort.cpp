@@ -105,7 +105,7 @@ std::vector<std::size_t> sortedOrder(KeyedItems& items) {
 }  // namespace
 
 void privProperties::Sort() {
-    if (items_->size() < 2) return;
+    if (Count() < 2) return;
     items_ = std::make_shared<KeyedItems>(*items_, sortedOrder(*items_));
 }
 

@@ -20,17 +20,31 @@ using automation::Date;
 using automation::ObjectRef;
 using automation::Variant;
 
-privProperties::privProperties(platform::Services& services)
-    : services_(services), items_(std::make_shared<KeyedItems>(services)) {}
+privProperties::privProperties(platform::Services& services) : services_(services) {}
 
 privProperties::~privProperties() = default;
 
+KeyedItems& privProperties::items() const {
+    if (!items_) items_ = std::make_shared<KeyedItems>(services_);
+    return *items_;
+}
+
 PropertyRef privProperties::Add(std::u16string_view psName, Variant pvValue, bool pbReplaceOriginal) {
-    PropertyRef found = pbReplaceOriginal ? items_->find(psName) : nullptr;
-    if (found == nullptr) return items_->insert(items_->size(), psName, std::move(pvValue));
+    PropertyRef found = pbReplaceOriginal ? items().find(psName) : nullptr;
+    if (found == nullptr) return items().insert(items().size(), psName, std::move(pvValue));
     found->Value(std::move(pvValue));
     found->Changed(false);
     return found;
+}
+
+void privProperties::SetText(std::u16string_view psName, std::u16string_view psValue) {
+    if (!items().addText(psName, psValue)) Add(psName, psValue, true);
+}
+
+std::optional<std::u16string_view> privProperties::textOf(std::u16string_view psName, std::u16string& buffer) const {
+    const auto text = items_ ? items_->textOf(psName, buffer) : std::nullopt;
+    if (listener_ != nullptr) listener_->lookedUp(psName, text.has_value());
+    return text;
 }
 
 PropertyRef privProperties::itemAt(const Variant& pvIndexKey) const {
@@ -39,31 +53,32 @@ PropertyRef privProperties::itemAt(const Variant& pvIndexKey) const {
 }
 
 PropertyRef privProperties::Item(std::u16string_view psName) const {
-    PropertyRef found = items_->find(psName);
+    PropertyRef found = items_ ? items_->find(psName) : nullptr;
     if (listener_ != nullptr) listener_->lookedUp(psName, found != nullptr);
     return found;
 }
 
 PropertyRef privProperties::Item(std::int32_t plIndex) const {
-    return plIndex >= 1 && plIndex <= Count() ? items_->at(static_cast<std::size_t>(plIndex) - 1) : nullptr;
+    return plIndex >= 1 && plIndex <= Count() ? items().at(static_cast<std::size_t>(plIndex) - 1) : nullptr;
 }
 
 // 0-based; npos or another number beyond the entries if there is no such entry.
 std::size_t privProperties::positionOf(const Variant& pvIndexKey) const {
-    if (const auto* name = pvIndexKey.get<std::u16string>()) return items_->positionOf(*name);
+    if (const auto* name = pvIndexKey.get<std::u16string>()) return items().positionOf(*name);
     return static_cast<std::size_t>(automation::toLong(pvIndexKey).value_or(0)) - 1;
 }
 
 std::int32_t privProperties::Count() const noexcept {
-    return static_cast<std::int32_t>(items_->size());
+    return items_ ? static_cast<std::int32_t>(items_->size()) : 0;
 }
 
 void privProperties::Remove(const Variant& pvIndexKey) {
     const std::size_t position = positionOf(pvIndexKey);
-    if (position < items_->size()) items_->remove(position);
+    if (position < items().size()) items().remove(position);
 }
 
 std::shared_ptr<PropertyEnumerator> privProperties::NewEnum() const {
+    items();
     return std::make_shared<PropertyEnumerator>(items_, 0);
 }
 
@@ -93,7 +108,7 @@ ObjectRef privProperties::GetValueObject(std::u16string_view psName, ObjectRef p
 
 std::u16string privProperties::text(TextForm form, int level) const {
     const auto visit = enter(level);
-    return visit ? PropertyWriter(services_, form, level).write(*items_) : std::u16string();
+    return visit ? PropertyWriter(services_, form, level).write(items()) : std::u16string();
 }
 
 void privProperties::BuildInternal(std::u16string_view psString, bool pbAppendValues, bool pbTagString,
@@ -107,7 +122,7 @@ void privProperties::read(std::u16string_view text, ReadForm form, bool append, 
     try {
         std::size_t ownAllowance = decodingLimit;
         std::size_t& decompressed = decodingAllowance != nullptr ? *decodingAllowance : ownAllowance;
-        PropertyReader(*items_, services_, decompressed).read(text, form, delimiter.empty() ? u":" : delimiter);
+        PropertyReader(items(), services_, decompressed).read(text, form, delimiter.empty() ? u":" : delimiter);
     } catch (...) {
         items_ = old;
         throw;
@@ -121,8 +136,8 @@ void privProperties::RemoveAll() {
 // An entry that was not made into a property is unchanged and has no children.
 template <class Take>
 void privProperties::forEachMade(Take take) const {
-    for (std::size_t i = 0; i < items_->size(); ++i) {
-        if (const PropertyRef property = items_->entry(i).property) take(*property);
+    for (std::int32_t i = 0; i < Count(); ++i) {
+        if (const PropertyRef property = items().entry(static_cast<std::size_t>(i)).property) take(*property);
     }
 }
 
@@ -138,24 +153,24 @@ bool privProperties::Changed() const {
 
 PropertyRef privProperties::Insert(std::int32_t plIndex, std::u16string_view psName, Variant pvValue,
                                    bool pbReplaceOriginal) {
-    const bool replaces = pbReplaceOriginal && items_->find(psName) != nullptr;
+    const bool replaces = pbReplaceOriginal && items().find(psName) != nullptr;
     if (replaces || plIndex < 1 || plIndex > Count()) {
         PropertyRef added = Add(psName, std::move(pvValue), replaces);
         if (replaces && plIndex >= 1) Move(Variant(psName), plIndex);
         return added;
     }
-    return items_->insert(static_cast<std::size_t>(plIndex) - 1, psName, std::move(pvValue));
+    return items().insert(static_cast<std::size_t>(plIndex) - 1, psName, std::move(pvValue));
 }
 
 void privProperties::Move(const Variant& pvIndexKey, std::int32_t plToIndex) {
     const std::size_t from = positionOf(pvIndexKey);
-    if (from >= items_->size()) return;
-    items_->move(from, static_cast<std::size_t>(std::clamp(plToIndex, 1, Count())) - 1);
+    if (from >= items().size()) return;
+    items().move(from, static_cast<std::size_t>(std::clamp(plToIndex, 1, Count())) - 1);
 }
 
 std::int32_t privProperties::GetPropertyIndex(std::u16string_view psName) const {
-    for (std::size_t i = 0; i < items_->size(); ++i) {
-        if (equalIgnoringCase(items_->entry(i).name, psName)) return static_cast<std::int32_t>(i) + 1;
+    for (std::size_t i = 0; i < items().size(); ++i) {
+        if (equalIgnoringCase(items().entry(i).name, psName)) return static_cast<std::int32_t>(i) + 1;
     }
     return 0;
 }

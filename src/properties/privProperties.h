@@ -3,6 +3,7 @@
 #include <concepts>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -72,6 +73,9 @@ public:
         return Add(psName, std::move(poValue), pbReplaceOriginal);
     }
 
+    // The same as AddStr with pbReplaceOriginal, for data of which most is never asked for as a property.
+    void SetText(std::u16string_view psName, std::u16string_view psValue);
+
     // By text: the keyed property of that name, also for a text such as "1". By any other value:
     // the 1-based index. Null for an absent entry.
     template <std::same_as<automation::Variant> Index>
@@ -80,6 +84,9 @@ public:
     }
     PropertyRef Item(std::u16string_view psName) const;
     PropertyRef Item(std::int32_t plIndex) const;
+    // What ValueStr of that property would give, without a copy if it is a text: valid until the property changes. Else
+    // `buffer` receives it. Nothing if there is no such property.
+    std::optional<std::u16string_view> textOf(std::u16string_view psName, std::u16string& buffer) const;
     // Must last as long as the collection, or until it is replaced; null for none.
     void listener(LookupListener* listener) noexcept { listener_ = listener; }
     std::int32_t Count() const noexcept;
@@ -231,7 +238,9 @@ private:
     std::int32_t countTotal(int level) const;
 
     platform::Services& services_;
-    std::shared_ptr<KeyedItems> items_;
+    KeyedItems& items() const;
+
+    mutable std::shared_ptr<KeyedItems> items_;  // null until it is needed
     // True while this collection is being written, sized or counted. Reached again, it counts as empty.
     mutable bool visiting_ = false;
     LookupListener* listener_ = nullptr;

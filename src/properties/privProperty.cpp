@@ -54,7 +54,7 @@ void releaseFlat(std::shared_ptr<void> reference) {
 
 }  // namespace
 
-privProperty::privProperty(Key, platform::Services& services, std::u16string name, Variant value, Date now)
+privProperty::privProperty(Key, platform::Services& services, std::u16string name, Variant&& value, Date now)
     : services_(services), name_(std::move(name)), value_(std::move(value)), created_(now), modified_(now) {}
 
 // Nested collections are released one after another, not one inside the other.

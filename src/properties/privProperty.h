@@ -34,7 +34,7 @@ public:
         Key() = default;
     };
     // The services must outlive the property.
-    privProperty(Key, platform::Services& services, std::u16string name, automation::Variant value,
+    privProperty(Key, platform::Services& services, std::u16string name, automation::Variant&& value,
                  automation::Date now);
     ~privProperty() override;
     privProperty(const privProperty&) = delete;

@@ -158,6 +158,29 @@ TEST_F(PropertyCollection, MakesReadEntriesWhenTheyAreAskedFor) {
     EXPECT_EQ(second->ValueStr(), u"\"");  // it does not need the text
 }
 
+TEST_F(PropertyCollection, SetsTextsAsPropertiesDo) {
+    std::u16string buffer;
+    const std::u16string long1(300, u'1');
+    collection->AddLng(u"n", 1);
+    for (const auto& [name, value] : {std::pair(u"a", u"x\":"), {u"B", u"y"}, {u"A", u"z"}, {u"n", u"2"}, {u"", u""}}) {
+        collection->SetText(name, value);
+    }
+    collection->SetText(u"c", long1);
+    EXPECT_EQ(collection->Stored(), u"n=\"2\":a=\"z\":B=\"y\":=\"\":c=\"" + long1 + u"\":");
+    EXPECT_EQ(collection->textOf(u"b", buffer), u"y");
+    EXPECT_FALSE(collection->Changed());
+    const PropertyRef property = collection->Item(u"b");
+    EXPECT_EQ(property->Created(), services.clock.now());
+    property->ValueLng(3);
+    EXPECT_EQ(collection->textOf(u"b", buffer), u"3");
+    property->StrCatValue()->Append(u"built");
+    EXPECT_EQ(collection->textOf(u"b", buffer), u"built");
+    collection->Remove(u"c");
+    EXPECT_EQ(collection->textOf(u"c", buffer), std::nullopt);
+    collection->SetText(u"c", u"again");
+    EXPECT_EQ(collection->Item(5)->ValueStr(), u"again");
+}
+
 TEST_F(PropertyCollection, InsertsAndMoves) {
     addAll({u"a", u"b", u"c", u"d"});
     // clang-format off
