@@ -52,7 +52,7 @@ EvaluationRules EvaluationRules::of(const Collection& properties) {
     rules.missing = choice<Missing>(properties, missingName, {u"empty", u"keep", u"mark", u"fail"});
     rules.dataTags = choice<DataTags>(properties, dataTagsName, {u"allow", u"report", u"refuse"});
     rules.dropsEmptyParagraphs = choice<bool>(properties, dropEmptyParagraphsName, {u"False", u"True"});
-    rules.includeRoot = properties.getText(includeRootName, Variant(u""));
+    if (const auto root = properties.find(includeRootName)) rules.includeRoot = automation::toText(*root).value_or(u"");
     rules.maximumLevels = limit(properties, maxDepthName, deepestLevel);
     rules.maximumTags = limit(properties, maxTagsName, maximumDispatches);
     rules.maximumOutput = limit(properties, maxOutputName, maximumCharacters);

@@ -1,6 +1,9 @@
 // Answers the most frequent tag without building its elements, if the result is the same.
 
 #include "core/BuiltInCommands.h"
+
+#include <algorithm>
+
 #include "core/EvaluationRules.h"
 #include "core/Markup.h"
 #include "text/Characters.h"
@@ -60,7 +63,8 @@ std::optional<BuiltInCommands::PropertyText> BuiltInCommands::property(std::u16s
                                                                        std::u16string& buffer) {
     if (!isPropertyTag(psName) || !context.properties.own()) return std::nullopt;
     const std::u16string_view rest = psName.substr(propertyTag.size());
-    const std::size_t equals = std::min(rest.find_first_of(u"=:<"), rest.size());
+    const auto endsName = [](char16_t unit) { return unit == u'=' || unit == u':' || unit == u'<'; };
+    const auto equals = static_cast<std::size_t>(std::find_if(rest.begin(), rest.end(), endsName) - rest.begin());
     const std::u16string_view name = rest.substr(0, equals);
     const bool bare = equals == rest.size() || rest[equals] != u'=';
     if (!isPlainName(name) || (bare && equals < rest.size() && rest[equals] == u'<')) return std::nullopt;

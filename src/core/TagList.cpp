@@ -18,8 +18,7 @@ std::u16string storedName(std::u16string_view rawName) {
 
 void KeptLists::cleanUp() {
     // What is released may come back to these lists.
-    for (std::size_t index = 0; index < contexts_.size(); ++index)
-        const ContextRef released = std::move(contexts_[index]);
+    for (ContextRef& context : contexts_) const ContextRef released = std::move(context);
 }
 
 void EndKeptList::operator()(TagList* list) const noexcept {

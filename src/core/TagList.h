@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
+#include <list>
 #include <memory>
 #include <memory_resource>
 #include <string>
@@ -36,12 +36,12 @@ public:
 
 private:
     template <class Ref>
-    static const Ref& shareIn(std::deque<Ref>& shared, const Ref& ref) {
+    static const Ref& shareIn(std::list<Ref>& shared, const Ref& ref) {
         return shared.empty() || shared.back() != ref ? shared.emplace_back(ref) : shared.back();
     }
 
-    std::deque<ContextRef> contexts_;
-    std::deque<BuilderRef> results_;
+    std::list<ContextRef> contexts_;
+    std::list<BuilderRef> results_;
 };
 
 // Spares a visit to lists of which nobody asked for a tag.
@@ -93,7 +93,7 @@ public:
 
     std::shared_ptr<kvTag> item(std::size_t index);
     // Null while nobody asked for the object.
-    std::shared_ptr<kvTag> object(std::size_t index) const { return tags_[index].object; }
+    const std::shared_ptr<kvTag>& object(std::size_t index) const noexcept { return tags_[index].object; }
 
     // --- for the evaluation ---
 

@@ -25,9 +25,10 @@ using automation::Variant;
 
 namespace {
 
-const TextRef& emptyText() {
-    static const TextRef text = std::make_shared<const std::u16string>();
-    return text;
+// Owns nothing, so threads do not count its references.
+TextRef emptyText() {
+    static const std::u16string text;
+    return {TextRef(), &text};
 }
 
 }  // namespace
