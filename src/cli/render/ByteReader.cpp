@@ -1,5 +1,6 @@
 #include "cli/render/ByteReader.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -84,6 +85,17 @@ std::size_t ByteReader::readSome(char* into, std::size_t size) {
     const std::size_t count = std::fread(into, 1, size, file_.get());
     if (count == 0 && std::ferror(file_.get())) refuse();
     return count;
+}
+
+std::string_view ByteReader::getPlain(char end) {
+    if (peek() == endOfData) return {};
+    const auto begin = block_.begin() + static_cast<std::ptrdiff_t>(at_);
+    const auto isLast = [end](char byte) { return byte == end || byte == '\n' || byte == '\r'; };
+    const auto count = static_cast<std::size_t>(std::find_if(begin, block_.end(), isLast) - begin);
+    const std::string_view plain(block_.data() + at_, count);
+    if (count > 0) wasReturn_ = false;
+    at_ += count;
+    return plain;
 }
 
 // Leaves the block as it is at the end of the data.

@@ -31,6 +31,9 @@ public:
         wasReturn_ = byte == '\r';
         return byte;
     }
+    // The next bytes before `end` and before the end of a line, as many as are at hand: none when one of the two, or
+    // the end of the data, comes next. Valid until the next call.
+    std::string_view getPlain(char end);
     int peek() { return at_ < block_.size() || refill() ? static_cast<unsigned char>(block_[at_]) : endOfData; }
     // Of the next byte. (Between CR and LF it is the next line already.)
     Place place() const noexcept { return {offset_ + at_, line_}; }

@@ -53,9 +53,11 @@ bool isAnsi(DataEncoding encoding, ByteReader& bytes) {
     return isMostlyAnsi(bytes.sample());
 }
 
-void append(Record& record, int byte) {
-    record.append(byte);
-    if (byte == 0 && record.failure.empty()) record.failure = "the record holds a NUL";
+void append(Record& record, std::string_view bytes) {
+    const bool isUsable = record.failure.empty();
+    const std::size_t before = record.bytes.size();
+    record.append(bytes);
+    if (isUsable && record.bytes.find('\0', before) != record.bytes.npos) record.failure = "the record holds a NUL";
 }
 
 std::string countOf(std::size_t count, const char* what) {
@@ -68,7 +70,7 @@ CsvReader::CsvReader(const std::string& name, char separator, DataEncoding encod
     : name_(inputName(name)),
       bytes_(name),
       isAnsi_((bytes_.peek(), isAnsi(encoding, bytes_))),
-      separator_(separator != 0 ? separator : separatorIn(bytes_.sample())) {
+      separator_(static_cast<unsigned char>(separator != 0 ? separator : separatorIn(bytes_.sample()))) {
     readHeader();
 }
 
@@ -128,22 +130,24 @@ bool CsvReader::readRow(Record& record) {
 // The byte after the cell, which has been read.
 int CsvReader::readCell(Record& record) {
     if (bytes_.peek() == '"') return readQuoted(record);
-    int byte = bytes_.get();
-    while (byte != separator_ && !endsLine(byte)) {
-        append(record, byte);
-        byte = bytes_.get();
+    const auto separator = static_cast<char>(separator_);
+    for (auto plain = bytes_.getPlain(separator); !plain.empty(); plain = bytes_.getPlain(separator)) {
+        append(record, plain);
     }
-    return byte;
+    return bytes_.get();
 }
 
 int CsvReader::readQuoted(Record& record) {
     bytes_.get();
-    for (int byte = bytes_.get(); byte != endOfData; byte = bytes_.get()) {
+    for (;;) {
+        append(record, bytes_.getPlain('"'));
+        const int byte = bytes_.get();
+        if (byte == endOfData) return unclosed;
         if (byte == '"' && bytes_.peek() != '"') return bytes_.get();
         if (byte == '"') bytes_.get();
-        append(record, byte);
+        const auto each = static_cast<char>(byte);
+        append(record, {&each, 1});
     }
-    return unclosed;
 }
 
 // False if the lines that the record has taken remain lost.
@@ -161,7 +165,7 @@ void CsvReader::addTo(privProperties& properties, const Record& record) const {
             throw RecordFailure("the value of '" + shown(columns_[i].name) +
                                 "' is not UTF-8 (--data-encoding ansi reads the ANSI code page)");
         }
-        properties.AddStr(columns_[i].name, *std::move(text), true);
+        properties.SetText(columns_[i].name, *text);
     }
 }
 

@@ -35,12 +35,14 @@ struct Record {
     std::string failure;      // why it cannot be used; empty if it can
 
     // Past the longest record, nothing but the failure.
+    void append(std::string_view more) {
+        const std::size_t room = longestRecord - bytes.size();
+        bytes += more.substr(0, room);
+        if (more.size() > room && failure.empty()) failure = tooLong;
+    }
     void append(int byte) {
-        if (bytes.size() < longestRecord) {
-            bytes += static_cast<char>(byte);
-        } else if (failure.empty()) {
-            failure = tooLong;
-        }
+        const char each = static_cast<char>(byte);
+        append(std::string_view(&each, 1));
     }
     void clear() {
         bytes.clear();
