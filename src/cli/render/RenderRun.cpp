@@ -24,7 +24,7 @@ void RenderRun::run(unsigned threads) {
     {
         std::unique_lock lock(mutex_);
         while (working_ > 0) {
-            changed_.wait_for(lock, std::chrono::milliseconds(100), [this] { return working_ == 0; });
+            finished_.wait_for(lock, std::chrono::milliseconds(100), [this] { return working_ == 0; });
             if (Interruption::requested()) changed_.notify_all();
             lock.unlock();
             log_.showProgress(progress_);
@@ -44,7 +44,7 @@ void RenderRun::work() {
     }
     const std::scoped_lock lock(mutex_);
     --working_;
-    changed_.notify_all();
+    finished_.notify_all();
 }
 
 void RenderRun::workThrough(LetterMaker& maker) {

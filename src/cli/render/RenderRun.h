@@ -61,8 +61,9 @@ private:
     std::uint64_t taken_ = 0;
     bool isEnd_ = false;
 
-    std::mutex mutex_;  // of what follows
-    std::condition_variable changed_;
+    std::mutex mutex_;                  // of what follows
+    std::condition_variable changed_;   // for threads that make letters
+    std::condition_variable finished_;  // for the one that waits for them
     std::map<std::uint64_t, Batch> ready_;
     std::size_t readySize_ = 0;  // bytes
     std::uint64_t next_ = 0;     // the turn that is to be delivered
