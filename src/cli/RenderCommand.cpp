@@ -115,7 +115,7 @@ private:
 
     std::unique_ptr<Destination> makeDestination() {
         if (plan_.names != nullptr) return std::make_unique<LetterFiles>(services_.files);
-        if (plan_.joinsRtf) return joinedRtf(services_, options_.join, cleaning());
+        if (plan_.joinsRtf) return joinedRtf(services_, options_.join, cleaning(), threadsOf(options_) > 1);
         const Document& document = plan_.input.document();
         const bool hasMark = document.text.starts_with(u'\uFEFF');
         return joinedText(services_, options_.join, hasMark ? encodeDocument(u"\uFEFF", document.encoding) : "");

@@ -17,7 +17,7 @@ namespace velmor {
 namespace {
 
 using Texts = std::vector<std::u16string>;
-using Limits = JoinedCleaning::Limits;
+using Limits = JoinLimits;
 
 class MemorySpool : public Spool {
 public:
@@ -65,7 +65,7 @@ struct Joined {
     std::size_t pieces = 0;
 };
 
-Joined joined(const Texts& texts, const CleanOptions& options, Limits limits = {1, std::size_t{1} << 25}) {
+Joined joined(const Texts& texts, const CleanOptions& options, Limits limits = {1, std::size_t{1} << 25, true}) {
     Machine machine;
     MemorySpool letters, cleaned;
     const auto ignore = [](const std::string&, std::size_t) {};
@@ -131,9 +131,10 @@ TEST(JoinedCleaning, CleansInPartsAsAtOnce) {
     for (const Case& c : cases) {
         Texts texts;
         for (const std::u16string_view document : test::piecesOf(c.documents)) texts.emplace_back(document);
-        for (const bool tolerant : {false, true}) {
+        for (const auto& [tolerant, twoThreads] :
+             {std::pair(false, false), {false, true}, {true, false}, {true, true}}) {
             SCOPED_TRACE(std::string(c.what) + (tolerant ? ", tolerant" : ""));
-            const Joined result = joined(texts, optionsOf(tolerant));
+            const Joined result = joined(texts, optionsOf(tolerant), {1, std::size_t{1} << 25, twoThreads});
             EXPECT_TRUE(equal(result.text, atOnce(texts, optionsOf(tolerant))));
             EXPECT_GE(result.pieces, tolerant ? texts.size() - 1 : 2);
         }

@@ -41,7 +41,8 @@ private:
 // All letters are one file, or standard output if the name is empty or "-". The byte order mark that each has begins
 // the file alone.
 std::unique_ptr<Destination> joinedText(platform::Services& services, const std::string& name, std::string mark);
-// RTF letters, cleaned in merge mode.
-std::unique_ptr<Destination> joinedRtf(platform::Services& services, const std::string& name, const Cleaning& how);
+// RTF letters, cleaned in merge mode, at the end on two threads or one.
+std::unique_ptr<Destination> joinedRtf(platform::Services& services, const std::string& name, const Cleaning& how,
+                                       bool twoThreads);
 
 }  // namespace velmor::cli

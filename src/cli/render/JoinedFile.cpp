@@ -31,14 +31,14 @@ private:
 
 class JoinedRtf final : public Destination {
 public:
-    JoinedRtf(platform::Services& services, const std::string& name, const Cleaning& how)
+    JoinedRtf(platform::Services& services, const std::string& name, const Cleaning& how, bool twoThreads)
         : output_(services.files, name),
-          letters_(services, how, [this](const std::string&, std::size_t count) { tellLost(count); }) {}
+          letters_(services, how, twoThreads, [this](const std::string&, std::size_t count) { tellLost(count); }) {}
 
     void admit(Letter& letter) override {
         admitted_ = &letter;
         try {
-            letters_.add(std::exchange(letter.document, {}), "the letter");
+            letters_.add(*std::exchange(letter.document, std::nullopt), letterName);
         } catch (const Error& error) {
             letter.failure = error.what();
         }
@@ -66,8 +66,9 @@ std::unique_ptr<Destination> joinedText(platform::Services& services, const std:
     return std::make_unique<JoinedText>(services, name, std::move(mark));
 }
 
-std::unique_ptr<Destination> joinedRtf(platform::Services& services, const std::string& name, const Cleaning& how) {
-    return std::make_unique<JoinedRtf>(services, name, how);
+std::unique_ptr<Destination> joinedRtf(platform::Services& services, const std::string& name, const Cleaning& how,
+                                       bool twoThreads) {
+    return std::make_unique<JoinedRtf>(services, name, how, twoThreads);
 }
 
 }  // namespace velmor::cli

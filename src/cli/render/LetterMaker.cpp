@@ -8,6 +8,7 @@
 #include "core/kvTag.h"
 #include "rtf/clean/JoinDocuments.h"
 #include "text/Encoding.h"
+#include "text/privStrCat.h"
 
 #ifdef _WIN32
 #include "platform/win32/Apartment.h"
@@ -64,7 +65,10 @@ struct LetterMaker::Thread {
 };
 
 LetterMaker::LetterMaker(const LetterPlan& plan, const RecordReader& reader, platform::Files& files)
-    : plan_(plan), reader_(reader), thread_(std::make_unique<Thread>(plan.input.services(), files)) {}
+    : plan_(plan),
+      reader_(reader),
+      thread_(std::make_unique<Thread>(plan.input.services(), files)),
+      compiled_(thread_->services, plan.input.document().text) {}
 
 LetterMaker::~LetterMaker() = default;
 
@@ -94,19 +98,19 @@ void LetterMaker::evaluate(const Record& record, Letter& letter) {
         if (letter.isThere) return;
     }
     ErrorReport errors(plan_.name, plan_.places);
-    tag->Value(plan_.compiled);
-    std::u16string result = tag->Result();
+    tag->Value(compiled_);
+    const auto result = tag->resultBuilder();
     if (tag->hasFailed()) throw RecordFailure(failureOf(errors));
     letter.remarks = linesOf(errors);
-    finish(std::move(result), letter);
+    finish(result->contiguous(), letter);
 }
 
-void LetterMaker::finish(std::u16string result, Letter& letter) {
+void LetterMaker::finish(std::u16string_view result, Letter& letter) {
     letter.bytes = encodeResult(result, plan_.input.document().encoding);
     if (!plan_.cleaning) return;
     // As `velmor clean` reads it from its file.
     std::u16string document = fromAnsi(letter.bytes);
-    requireDocument(document, plan_.joinsRtf || !plan_.cleaning->exact, "the letter");
+    requireDocument(document, plan_.joinsRtf || !plan_.cleaning->exact, letterName);
     if (positionOfTag(document) > 0) {
         if (plan_.joinsRtf) throw RecordFailure("the letter still contains a tag, and cannot be joined");
         letter.remarks.emplace_back("the letter still contains a tag; it is not cleaned");
@@ -114,7 +118,7 @@ void LetterMaker::finish(std::u16string result, Letter& letter) {
     }
     clean(thread_->services, document, *plan_.cleaning);
     letter.bytes = plan_.joinsRtf ? std::string() : toAnsi(document);
-    if (plan_.joinsRtf) letter.document = std::move(document);
+    if (plan_.joinsRtf) letter.document.emplace(std::move(document), !plan_.cleaning->exact, letterName);
 }
 
 }  // namespace velmor::cli

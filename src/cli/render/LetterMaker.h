@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <string_view>
 
 #include "check/TemplatePlaces.h"
 #include "cli/Cleaning.h"
@@ -18,15 +19,11 @@ namespace velmor::cli {
 // What all threads share: the template, its places, and what to do with each letter.
 struct LetterPlan {
     LetterPlan(TemplateInput& used, std::string templateName)
-        : input(used),
-          name(std::move(templateName)),
-          places(used.document().text),
-          compiled(used.services(), used.document().text) {}
+        : input(used), name(std::move(templateName)), places(used.document().text) {}
 
     TemplateInput& input;
     const std::string name;  // of the template, for messages
     const TemplatePlaces places;
-    const CompiledTemplate compiled;
     const FileNames* names = nullptr;  // if each letter is a file
     bool leavesThere = false;          // files that are there stay
     std::optional<Cleaning> cleaning;  // of each letter by itself; letters are RTF then
@@ -49,11 +46,12 @@ private:
     struct Thread;
 
     void evaluate(const Record& record, Letter& letter);
-    void finish(std::u16string result, Letter& letter);
+    void finish(std::u16string_view result, Letter& letter);
 
     const LetterPlan& plan_;
     const RecordReader& reader_;
     const std::unique_ptr<Thread> thread_;
+    const CompiledTemplate compiled_;  // threads that shared one would wait for the counts of its references
 };
 
 }  // namespace velmor::cli

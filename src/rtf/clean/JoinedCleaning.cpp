@@ -4,7 +4,6 @@
 
 #include "rtf/clean/CleanRTF.h"
 #include "rtf/clean/JoinDocuments.h"
-#include "rtf/clean/JoinedParts.h"
 #include "rtf/merge/MergeReport.h"
 #include "rtf/pages/MergePageBreaks.h"
 #include "text/Encoding.h"
@@ -27,34 +26,30 @@ private:
 }  // namespace
 
 JoinedCleaning::JoinedCleaning(const CleanOptions& options, platform::Services& services, Spool& letters,
-                               Spool& cleaned, Lost lost, Limits limits)
+                               Spool& cleaned, Lost lost, const JoinLimits& limits)
     : options_(options),
       services_(services),
       letters_(letters),
       cleaned_(cleaned),
       lost_(std::move(lost)),
-      limits_(limits),
-      facts_(options.tolerant) {
+      limits_(limits) {
     options_.mergeMode = true;
 }
 
-void JoinedCleaning::add(std::u16string document, const std::string& name) {
-    requireDocument(document, true, name);
-    const TextRange range = documentIn(document, name);
-    const std::u16string_view text = count_ == 0 ? std::u16string_view(document) : range.of(document);
+void JoinedCleaning::add(JoinableDocument document, const std::string& name) {
+    const bool isFirst = count_ == 0;
     JoinedFacts facts = facts_;
-    count_ == 0 ? facts.noteHost(text, range) : facts.note(text);
+    facts.add(isFirst ? JoinedFacts::ofHost(document.text(), document.range(), options_.tolerant) : document.facts());
     std::u16string obstacle = obstacle_;
     if (obstacle.empty() && !facts.obstacle().empty()) obstacle = fromUtf8(name + " ").append(facts.obstacle());
-    const std::size_t size = size_ + text.size() + (count_ == 0 ? 0 : marker.size());
+    const std::size_t size = size_ + (isFirst ? document.text().size() : marker.size() + document.document().size());
     if (facts.isCleanable()) checkSize(obstacle, size);
-    if (count_ == 0) {
-        firstEnd_ = range.end - 1;
-        first_ = std::move(document);
+    if (isFirst) {
+        firstEnd_ = document.range().end - 1;
+        first_ = document.takeText();
     } else {
-        letters_.add(text);
-        const std::size_t outside = countOutside(document, range);
-        if (outside > 0) lost_(name, outside);
+        letters_.add(document.document());
+        if (document.countOutside() > 0) lost_(name, document.countOutside());
     }
     facts_ = std::move(facts);
     obstacle_ = std::move(obstacle);
@@ -91,8 +86,8 @@ bool JoinedCleaning::cleanInParts(const Write& write) {
     options.overrunProtection = Module1::isOverrunProtectionOn(services_.registry);
     std::u16string host = first_;
     host.insert(firstEnd_, marker);
-    JoinedParts parts(options, services_.guids, facts_, *facts_.unusedMark(), std::move(host), cleaned_, limits_.part,
-                      limits_.atOnce);
+    JoinedParts parts(options, services_.guids, facts_, *facts_.unusedMark(), std::move(host), cleaned_, limits_,
+                      size_);
     letters_.rewind();
     for (std::u16string letter; letters_.next(letter);) {
         if (!parts.add(std::move(letter))) return false;

@@ -7,7 +7,9 @@
 #include <utility>
 
 #include "platform/Services.h"
+#include "rtf/clean/JoinableDocument.h"
 #include "rtf/clean/JoinedFacts.h"
+#include "rtf/clean/JoinedParts.h"
 #include "rtf/clean/Spool.h"
 #include "rtf/clean/SpooledTexts.h"
 #include "rtf/edit/CleanOptions.h"
@@ -22,28 +24,27 @@ namespace velmor {
 // and styles, and with every list, since documents share no lists. The spools get each document twice.
 //
 // Documents are cleaned in parts of the joined text. Where one of them makes that impossible, all are cleaned at once,
-// which is limited to Limits::atOnce. That is one which itself holds documents, section markers, page breaks between
-// joined documents, binary data or a single table marker; one with a table row that does not end; text with braces
-// around the first document; in exact cleaning a brace after a backslash; and bytes in another code page in a font that
-// only later documents define. Documents that were cleaned by themselves hold none of these unless they are damaged.
+// which is limited to JoinLimits::atOnce. That is one which itself holds documents, section markers, page breaks
+// between joined documents, binary data or a single table marker; one with a table row that does not end; text with
+// braces around the first document; in exact cleaning a brace after a backslash; and bytes in another code page in a
+// font that only later documents define. Documents that were cleaned by themselves hold none of these unless they are
+// damaged.
 class JoinedCleaning {
 public:
-    struct Limits {
-        std::size_t part = std::size_t{1} << 20;    // units after which a part ends
-        std::size_t atOnce = std::size_t{1} << 25;  // units that are cleaned at once
-    };
     // How many characters around a further document are left out, white space and NULs aside.
     using Lost = std::function<void(const std::string& name, std::size_t count)>;
 
     // `letters` and `cleaned` are empty; after an error of theirs the object is of no use.
     JoinedCleaning(const CleanOptions& options, platform::Services& services, Spool& letters, Spool& cleaned, Lost lost,
-                   Limits limits);
-    JoinedCleaning(const CleanOptions& options, platform::Services& services, Spool& letters, Spool& cleaned, Lost lost)
-        : JoinedCleaning(options, services, letters, cleaned, std::move(lost), Limits()) {}
+                   const JoinLimits& limits = {});
 
-    // Adds a document; `name` is for messages. Throws Error 5 for a text without RTF document or without its closing
-    // brace, and 7 when all documents must be cleaned at once and are too large; the document is then not added.
-    void add(std::u16string document, const std::string& name);
+    // Adds a document that was made for the same kind of cleaning, exact or tolerant; `name` is for messages. Throws
+    // Error 7 when all documents must be cleaned at once and are too large; the document is then not added.
+    void add(JoinableDocument document, const std::string& name);
+    // The same of a text. Throws Error 5, too, as JoinableDocument does.
+    void add(std::u16string document, const std::string& name) {
+        add(JoinableDocument(std::move(document), options_.tolerant, name), name);
+    }
 
     // Writes the result in pieces, from the begin to the end; nothing when no document was added. To be called once.
     // Throws Error 7 as add(), before it writes anything.
@@ -62,7 +63,7 @@ private:
     SpooledTexts letters_;
     SpooledTexts cleaned_;
     Lost lost_;
-    Limits limits_;
+    JoinLimits limits_;
     JoinedFacts facts_;
     std::u16string first_;      // the first document, with the text around it
     std::size_t firstEnd_ = 0;  // the place of its last brace

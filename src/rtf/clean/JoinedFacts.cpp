@@ -36,37 +36,62 @@ bool hasSyntax(std::u16string_view text) noexcept {
     return text.find_first_of(u"\\{}") != text.npos;
 }
 
+// Exact cleaning and a reader of RTF disagree about braces after "\\", and about those in binary data.
+std::u16string_view obstacleIn(std::u16string_view text, GroupSet groups, bool tolerant) {
+    if (groups.has(Group::mergePageBreak)) return u"holds a page break between joined documents";
+    if (groups.has(Group::section)) return u"holds a section marker";
+    if (RtfSearch(text).findWord(u"\\bin") != text.npos) return u"holds binary data";
+    if (!tolerant && (holds(text, u"\\\\{") || holds(text, u"\\\\}"))) return u"has a brace after a backslash";
+    if (groups.has(Group::generator) && holds(text, u"\\{\\*\\generator")) return u"names a generator in its text";
+    if (groups.has(Group::tableMarker) && !pairsEveryMarker(text, tolerant)) return u"has a single table marker";
+    if (leavesRowOpen(text)) return u"has a table row without its end";
+    return {};
+}
+
 }  // namespace
 
-void JoinedFacts::noteHost(std::u16string_view text, TextRange document) {
-    noteText(text);
-    const std::size_t end = document.end - 1;
-    if (!obstacle_.empty()) return;
+JoinedFacts JoinedFacts::ofHost(std::u16string_view text, TextRange document, bool tolerant) {
+    JoinedFacts facts;
+    facts.noteText(text, tolerant);
+    if (!facts.obstacle_.empty()) return facts;
     if (hasSyntax(text.substr(0, document.begin)) || hasSyntax(text.substr(document.end))) {
-        obstacle_ = u"has more than one document";
-    } else if (endsInRow(text, end)) {
-        obstacle_ = u"ends in a table row";
+        facts.obstacle_ = u"has more than one document";
+    } else if (endsInRow(text, document.end - 1)) {
+        facts.obstacle_ = u"ends in a table row";
     }
+    return facts;
 }
 
-void JoinedFacts::note(std::u16string_view document) {
-    lifted_.exist = true;
-    noteText(document);
+JoinedFacts JoinedFacts::of(std::u16string_view document, bool tolerant) {
+    JoinedFacts facts;
+    facts.lifted_.exist = true;
+    facts.noteText(document, tolerant);
+    return facts;
 }
 
-void JoinedFacts::noteText(std::u16string_view text) {
-    isVersionOne_ = isVersionOne_ || RtfSearch(text).find(u"\\rtf1", 0) != text.npos;
-    holdsTag_ = holdsTag_ || findText(text, u"<KV:", 0, Comparison::text) != text.npos;
-    facing_ = facing_ || RtfSearch(text).findWord(u"\\facingp") != text.npos;
+void JoinedFacts::add(const JoinedFacts& other) {
+    isVersionOne_ = isVersionOne_ || other.isVersionOne_;
+    holdsTag_ = holdsTag_ || other.holdsTag_;
+    facing_ = facing_ || other.facing_;
+    groups_.add(other.groups_);
+    lifted_.add(other.lifted_);
+    if (obstacle_.empty()) obstacle_ = other.obstacle_;
+    noteUnits(other.highUnits_);
+}
+
+void JoinedFacts::noteText(std::u16string_view text, bool tolerant) {
+    isVersionOne_ = RtfSearch(text).find(u"\\rtf1", 0) != text.npos;
+    holdsTag_ = findText(text, u"<KV:", 0, Comparison::text) != text.npos;
+    facing_ = RtfSearch(text).findWord(u"\\facingp") != text.npos;
     noteUnits(text);
-    const auto groups = groupsOfSingleDocument(text, tolerant_);
+    const auto groups = groupsOfSingleDocument(text, tolerant);
     if (!groups) {
         obstacle_ = u"holds another document";
         return;
     }
-    groups_.add(*groups);
-    if (tolerant_) lifted_.note(text, *groups);
-    if (obstacle_.empty()) obstacle_ = obstacleIn(text, *groups);
+    groups_ = *groups;
+    if (tolerant) lifted_.note(text, *groups);
+    obstacle_ = obstacleIn(text, *groups, tolerant);
 }
 
 void JoinedFacts::noteUnits(std::u16string_view text) {
@@ -74,18 +99,6 @@ void JoinedFacts::noteUnits(std::u16string_view text) {
     for (const char16_t unit : text) {
         if (unit >= first && highUnits_.find(unit) == highUnits_.npos) highUnits_ += unit;
     }
-}
-
-// Exact cleaning and a reader of RTF disagree about braces after "\\", and about those in binary data.
-std::u16string_view JoinedFacts::obstacleIn(std::u16string_view text, GroupSet groups) const {
-    if (groups.has(Group::mergePageBreak)) return u"holds a page break between joined documents";
-    if (groups.has(Group::section)) return u"holds a section marker";
-    if (RtfSearch(text).findWord(u"\\bin") != text.npos) return u"holds binary data";
-    if (!tolerant_ && (holds(text, u"\\\\{") || holds(text, u"\\\\}"))) return u"has a brace after a backslash";
-    if (groups.has(Group::generator) && holds(text, u"\\{\\*\\generator")) return u"names a generator in its text";
-    if (groups.has(Group::tableMarker) && !pairsEveryMarker(text, tolerant_)) return u"has a single table marker";
-    if (leavesRowOpen(text)) return u"has a table row without its end";
-    return {};
 }
 
 }  // namespace velmor

@@ -10,14 +10,16 @@
 
 namespace velmor {
 
-// What cleaning the parts of a joined text needs to know of all its documents.
+// What cleaning the parts of a joined text needs to know of its documents.
 class JoinedFacts {
 public:
-    explicit JoinedFacts(bool tolerant) noexcept : tolerant_(tolerant) {}
-
-    // The first document, with the text around it.
-    void noteHost(std::u16string_view text, TextRange document);
-    void note(std::u16string_view document);
+    JoinedFacts() = default;  // of no document
+    // Of the first document, with the text around it. Linear.
+    static JoinedFacts ofHost(std::u16string_view text, TextRange document, bool tolerant);
+    // Of a further document. Linear.
+    static JoinedFacts of(std::u16string_view document, bool tolerant);
+    // Those of documents that follow. The obstacle of the first one stays.
+    void add(const JoinedFacts& other);
 
     // Whether cleaning applies to the joined text.
     bool isCleanable() const noexcept { return isVersionOne_ && !holdsTag_; }
@@ -31,11 +33,9 @@ public:
     std::optional<char16_t> unusedMark() const { return TableCollection::unusedMark(highUnits_); }
 
 private:
-    void noteText(std::u16string_view text);
+    void noteText(std::u16string_view text, bool tolerant);
     void noteUnits(std::u16string_view text);
-    std::u16string_view obstacleIn(std::u16string_view text, GroupSet groups) const;
 
-    bool tolerant_;
     bool isVersionOne_ = false;
     bool holdsTag_ = false;
     bool facing_ = false;

@@ -31,14 +31,14 @@ std::int32_t lastDefaultFont(std::u16string_view text) {
 }  // namespace
 
 JoinedParts::JoinedParts(const CleanOptions& options, platform::Guids& guids, const JoinedFacts& facts, char16_t mark,
-                         std::u16string host, SpooledTexts cleaned, std::size_t partSize, std::size_t largestPart)
+                         std::u16string host, SpooledTexts cleaned, const JoinLimits& limits, std::size_t size)
     : options_(options),
       guids_(guids),
       facts_(facts),
       mark_(mark),
       cleaned_(cleaned),
-      partSize_(partSize),
-      largestPart_(largestPart),
+      limits_(limits),
+      enough_(size > limits.part ? (limits.part + 15) / 16 : limits.part),
       merge_(DocumentMerge::begin(options, facts.lifted())) {
     TableCollection tables(mark_);
     tables.hostGroups() = groupsOfSingleDocument(host, options_.tolerant).value();
@@ -57,7 +57,7 @@ JoinedParts::JoinedParts(const CleanOptions& options, platform::Guids& guids, co
 bool JoinedParts::add(std::u16string document) {
     const bool mayEnd = options_.tolerant || findText(document, u"\\sect", 0, Comparison::binary) == document.npos ||
                         !Module1::continuesSection(document);
-    if (mayEnd && part_.documents.size() >= partSize_ && !endPart()) return false;
+    if (mayEnd && part_.documents.size() >= enough_ && !endPart()) return false;
     const bool isForeign = options_.tolerant && codePageOfDocument(document, hostHeaderStart(document, 0)) != page_;
     const GroupSet groups = groupsOfSingleDocument(document, options_.tolerant).value();
     TableCollection::Document lifted{std::move(document), groups};
@@ -66,7 +66,7 @@ bool JoinedParts::add(std::u16string document) {
     bracketTables(lifted.text);
     part_.groups.add(groups);
     part_.documents.append(mergeMarker).append(lifted.text);
-    return part_.documents.size() <= largestPart_ && !isAmbiguous_;
+    return part_.documents.size() <= limits_.atOnce && !isAmbiguous_;
 }
 
 // A marker may come after the begin of a row, and after a backslash.
@@ -81,7 +81,7 @@ bool JoinedParts::finish(const std::function<void(std::u16string_view)>& write) 
     const bool isOnlyPart = !first_;
     if (isOnlyPart) {
         first_ = std::move(part_);
-    } else if (!cleanNextPart(tail_)) {
+    } else if (!beginCleaning(tail_) || !endCleaning()) {
         return false;
     }
     std::u16string text;
@@ -99,8 +99,9 @@ bool JoinedParts::finish(const std::function<void(std::u16string_view)>& write) 
 }
 
 bool JoinedParts::endPart() {
-    if (first_) return cleanNextPart(emptyDocument);
+    if (first_) return beginCleaning(emptyDocument);
     first_ = std::exchange(part_, {});
+    enough_ = limits_.part;
     std::u16string text;
     afterFirst_ = beginning();
     const bool isClean = cleanFirstPart(emptyDocument, text, afterFirst_);
@@ -121,12 +122,23 @@ bool JoinedParts::cleanFirstPart(std::u16string_view end, std::u16string& text, 
     return clean(text, 0, first_->groups, state) && (end == tail_ || endOf(text) != text.npos);
 }
 
-bool JoinedParts::cleanNextPart(std::u16string_view end) {
-    const std::u16string host = hostOfPart();
-    std::u16string text = host + part_.documents;
+// Of the current part, when that of the part before it has ended.
+bool JoinedParts::beginCleaning(std::u16string_view end) {
+    if (!endCleaning()) return false;
+    cleaning_ = std::async(
+        limits_.twoThreads ? std::launch::async : std::launch::deferred,
+        [this, end, host = hostOfPart(), part = std::exchange(part_, {})] { return cleanNextPart(host, part, end); });
+    return true;
+}
+
+bool JoinedParts::endCleaning() {
+    return !cleaning_.valid() || cleaning_.get();
+}
+
+bool JoinedParts::cleanNextPart(const std::u16string& host, const Part& part, std::u16string_view end) {
+    std::u16string text = host + part.documents;
     text += end;
-    const GroupSet groups = std::exchange(part_, {}).groups;
-    if (!clean(text, host.size(), groups, state_) || !text.starts_with(host)) return false;
+    if (!clean(text, host.size(), part.groups, state_) || !text.starts_with(host)) return false;
     const std::size_t from = text.find(u"\\sect\\", host.size());
     const std::size_t to = end == emptyDocument ? endOf(text) : text.size();
     if (from == text.npos || to == text.npos || to <= from) return false;

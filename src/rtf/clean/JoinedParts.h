@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <future>
 #include <memory>
 #include <optional>
 #include <string>
@@ -15,20 +16,27 @@
 
 namespace velmor {
 
+// How much of a joined text is in memory, and how many threads clean it.
+struct JoinLimits {
+    std::size_t part = std::size_t{1} << 20;    // units after which a part ends
+    std::size_t atOnce = std::size_t{1} << 25;  // units that are cleaned at once
+    bool twoThreads = false;                    // a part is cleaned while the next one is merged
+};
+
 // Cleans joined documents in parts: a few documents at a time, which are merged one after the other. A part is a text
 // of its own, with a host that says what the stages need of the first document. It ends with the page break before an
 // empty document, since a document is finished at the page break after it. A part begins and ends in the middle of such
 // a break, at its \sect.
 //
 // The first part holds the first document, and so the merged tables. It is cleaned when all documents are merged; and
-// once before, for what the other parts need to know.
+// once before, for what the other parts need to know. So it is a small one if there are others. Each other part may be
+// cleaned on a second thread, while the documents after it are merged.
 class JoinedParts {
 public:
     // `facts` are those of all documents; they have no obstacle. `host` is the first document, with the marker of a
-    // page break before its last brace. A part ends when it has `partSize` units, and it never has more than
-    // `largestPart`.
+    // page break before its last brace, `size` that of the joined text. With two threads, both ask for GUIDs.
     JoinedParts(const CleanOptions& options, platform::Guids& guids, const JoinedFacts& facts, char16_t mark,
-                std::u16string host, SpooledTexts cleaned, std::size_t partSize, std::size_t largestPart);
+                std::u16string host, SpooledTexts cleaned, const JoinLimits& limits, std::size_t size);
 
     // Each further document. False when cleaning in parts is not possible.
     bool add(std::u16string document);
@@ -42,7 +50,9 @@ private:
     };
 
     bool endPart();
-    bool cleanNextPart(std::u16string_view end);
+    bool beginCleaning(std::u16string_view end);
+    bool endCleaning();
+    bool cleanNextPart(const std::u16string& host, const Part& part, std::u16string_view end);
     bool cleanFirstPart(std::u16string_view end, std::u16string& text, PartOfText& state) const;
     bool clean(std::u16string& text, std::size_t host, GroupSet groups, PartOfText& state) const;
     std::size_t endOf(std::u16string_view text) const noexcept;
@@ -57,8 +67,8 @@ private:
     const JoinedFacts& facts_;
     char16_t mark_;
     SpooledTexts cleaned_;
-    std::size_t partSize_;
-    std::size_t largestPart_;
+    JoinLimits limits_;
+    std::size_t enough_;  // units after which the current part ends
 
     std::unique_ptr<DocumentMerge> merge_;
     std::u16string head_;    // of the first document, with the placeholders of the merged tables
@@ -68,8 +78,9 @@ private:
     std::optional<Part> first_;
     PartOfText afterFirst_;
     PartOfText state_;
-    Part part_;                 // the current one
-    bool isAmbiguous_ = false;  // stages disagree about the end of a row or group
+    Part part_;                   // the current one
+    bool isAmbiguous_ = false;    // stages disagree about the end of a row or group
+    std::future<bool> cleaning_;  // of a part before the current one; the last member, as it uses others
 };
 
 }  // namespace velmor

@@ -447,6 +447,12 @@ void LiftedDocuments::note(std::u16string_view text, GroupSet groups) {
     ownLists += countOwnLists(text);
 }
 
+void LiftedDocuments::add(const LiftedDocuments& other) noexcept {
+    exist = exist || other.exist;
+    bringTableStyles = bringTableStyles || other.bringTableStyles;
+    ownLists += other.ownLists;
+}
+
 std::unique_ptr<DocumentMerge> DocumentMerge::begin(const CleanOptions& options, const LiftedDocuments& lifted) {
     return std::make_unique<TableMerge>(options, lifted);
 }

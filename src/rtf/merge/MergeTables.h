@@ -15,6 +15,8 @@ namespace velmor {
 struct LiftedDocuments {
     // Takes a text of the run before anything is merged; those of lifted documents are without the documents in them.
     void note(std::u16string_view text, GroupSet groups);
+    // The facts of further texts.
+    void add(const LiftedDocuments& other) noexcept;
 
     bool exist = false;  // beside the host
     bool bringTableStyles = false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -127,7 +128,7 @@ public:
     std::u16string next() override;
 
 private:
-    std::uint32_t count_ = 0;
+    std::atomic<std::uint32_t> count_ = 0;  // two threads may join documents
 };
 
 struct MemoryParts {
