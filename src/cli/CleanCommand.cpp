@@ -55,7 +55,7 @@ Json entriesJson(const std::vector<MergedEntry>& entries) {
 
 // What one run of cleaning merged. `inputs`: the files that were joined, or the one that was cleaned; documents within
 // them have no name.
-Json jsonOf(const MergeReport& report, const std::vector<std::string>& inputs) {
+Json mergeJson(const MergeReport& report, const std::vector<std::string>& inputs) {
     const bool areInputs = report.documents.size() == inputs.size();
     Json documents = Json::array();
     for (std::size_t index = 0; index < report.documents.size(); ++index) {
@@ -133,7 +133,7 @@ private:
             output.write(toAnsi(piece));  // the documents were in this code page
         });
         if (!holdsTag_ && isRtf) {
-            if (options.report != nullptr) runs_.push_back(jsonOf(merged, options_.inputs));
+            if (options.report != nullptr) runs_.push_back(mergeJson(merged, options_.inputs));
             reportPageBreaks(breaks);
         } else if (!holdsTag_) {
             tellNotRtf();
@@ -146,7 +146,7 @@ private:
         MergeReport merged;
         const bool isReported = !options_.report.empty();
         cli::clean(services_, text, {options_.exact, options_.styles, mergeMode}, isReported ? &merged : nullptr);
-        if (isReported) runs_.push_back(jsonOf(merged, {input}));
+        if (isReported) runs_.push_back(mergeJson(merged, {input}));
     }
 
     void writeReport() {
