@@ -42,7 +42,7 @@ std::u16string undoingWord(std::u16string_view letters) {
 }
 
 template <typename Take>
-void forEachWord(std::u16string_view look, Take take) {
+void takeWords(std::u16string_view look, Take take) {
     for (WordRun words(look.substr(0, longestLook), 0); words.next();) take(words.word());
 }
 
@@ -60,7 +60,7 @@ std::optional<ControlWord> findWord(std::u16string_view look, std::u16string_vie
 
 std::u16string directWords(std::u16string_view look) {
     std::u16string words;
-    forEachWord(look, [&](const ControlWord& word) {
+    takeWords(look, [&](const ControlWord& word) {
         if (std::ranges::count(styleWords, word.letters) == 0)
             words.append(look.substr(word.begin, word.end - word.begin));
     });
@@ -69,7 +69,7 @@ std::u16string directWords(std::u16string_view look) {
 
 std::u16string undoingWords(std::u16string_view look, std::u16string_view own) {
     std::u16string words;
-    forEachWord(look, [&](const ControlWord& word) {
+    takeWords(look, [&](const ControlWord& word) {
         if (!findWord(own, word.letters)) words += undoingWord(word.letters);
     });
     return words;
