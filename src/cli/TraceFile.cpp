@@ -5,6 +5,7 @@
 #include <charconv>
 
 #include "cli/JsonText.h"
+#include "core/Markup.h"
 #include "core/TraceCollector.h"
 #include "text/Encoding.h"
 
@@ -30,10 +31,14 @@ static_assert(TraceCollector::Limits().ofName == 60);
 
 // In quotes.
 void TraceLine::putText(std::u16string_view text) {
-    const auto isPlain = [](char16_t unit) { return unit >= u' ' && unit < 0x7F && unit != u'"' && unit != u'\\'; };
-    if (!std::all_of(text.begin(), text.end(), isPlain)) return put(jsonText(Json(toUtf8(text))));
+    std::uint16_t special = 0;  // no branch for each unit: several are looked at together
+    for (const char16_t unit : text) {
+        const bool isPlain = (unit >= u' ') & (unit < 0x7F) & (unit != u'"') & (unit != u'\\');
+        special |= isPlain ? 0 : 1;
+    }
+    if (special != 0) return put(jsonText(Json(toUtf8(text))));
     put('"');
-    for (const char16_t unit : text) put(static_cast<char>(unit));
+    end_ = std::transform(text.begin(), text.end(), end_, [](char16_t unit) { return static_cast<char>(unit); });
     put('"');
 }
 
@@ -50,6 +55,7 @@ private:
 
     void write(std::size_t index);
     void writeCommand(std::u16string_view name);
+    bool hasCommand(std::u16string_view name) const;
     void writePosition(const Tag& tag);
     void writeResult(const TraceCollector::Place& place);
 
@@ -59,7 +65,7 @@ private:
     const std::vector<TraceCollector::Place> places_;
     TraceLine line_;
     std::size_t lineNumber_ = 1;  // of the last outermost tag
-    std::u16string command_;      // of the last tag, with its handler
+    std::u16string command_;      // of the last tag, with its handler; empty if that is
     std::string commandText_;     // as it is written
 };
 
@@ -94,17 +100,22 @@ void TagLines::write(std::size_t index) {
 
 // Most tags have their handler and command in common with the previous one.
 void TagLines::writeCommand(std::u16string_view name) {
-    const std::u16string_view part = commandPart(name);
-    if (part != command_ || commandText_.empty()) {
+    if (!hasCommand(name)) {
         const auto [handler, command] = handlerAndCommand(name);
         TraceLine line;
         line.putText(handler);
         line.put(',');
         line.putText(command);
         commandText_ = line.text();
-        command_ = part;
+        command_ = handler.empty() ? u"" : commandPart(name);
     }
     line_.put(commandText_);
+}
+
+bool TagLines::hasCommand(std::u16string_view name) const {
+    const std::size_t end = command_.size();
+    if (end == 0 || end >= name.size() || !name.starts_with(command_)) return false;
+    return name[end] == elementSeparator || name[end] == u'=';
 }
 
 void TagLines::writePosition(const Tag& tag) {
