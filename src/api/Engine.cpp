@@ -100,10 +100,10 @@ void Engine::setHandler(const TextIn& name, Answer answer) {
 }
 
 Template Engine::compile(const TextIn& text) const {
-    auto compiled = std::make_shared<const CompiledTemplate>(parts_->services(), std::u16string(text.view()));
-    TextRef source = compiled->text();
+    auto prepared = std::make_shared<const PreparedTemplate>(parts_->services(), std::u16string(text.view()));
+    TextRef source = prepared->compiled.text();
     if (*source != text.view()) source = std::make_shared<const std::u16string>(text.view());
-    return Template(std::move(compiled), std::move(source));
+    return Template(std::move(prepared), std::move(source));
 }
 
 Evaluated Engine::evaluate(const TextIn& text, Properties& properties, const EvaluateOptions& options) const {
@@ -117,10 +117,14 @@ Evaluated Engine::evaluate(const Template& compiled, Properties& properties, con
     std::optional<TraceCollector> trace;
     if (options.trace) trace.emplace();
     Evaluated evaluated;
+    if (auto text = compiled.prepared_->plain.result(services, *properties.parts_->items)) {
+        evaluated.text = *std::move(text);
+        return evaluated;
+    }
     const Entries entries(evaluated.errors);
     const auto tag = std::make_shared<kvTag>(services);
     tag->Properties(Collection(properties.parts_->items));
-    tag->Value(*compiled.compiled_);
+    tag->Value(compiled.prepared_->compiled);
     evaluated.text = tag->Result();
     evaluated.failed = tag->hasFailed();
     tag->Dispose(false);

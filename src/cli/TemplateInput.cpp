@@ -61,27 +61,29 @@ TemplateInput::TemplateInput(platform::Services& machine, const TemplateOptions&
     }
 }
 
-void TemplateInput::addProperties(privProperties& properties, const platform::Folders& folders,
-                                  const AddRecord& addRecord) const {
+std::shared_ptr<privProperties> TemplateInput::makeProperties(platform::Services& services,
+                                                              const AddRecord& addRecord) const {
+    const auto made = std::make_shared<privProperties>(services);
+    privProperties& properties = *made;
     if (files_.properties) addPropertyText(properties, *files_.properties);
     if (files_.data) addData(properties, *files_.data, options_.dataFile);
     if (addRecord) addRecord(properties);
     for (const auto& assignment : options_.properties) setProperty(properties, assignment);
     makeTolerant(properties, options_.exact);
-    if (options_.sandbox) addSandbox(properties, folders);
+    if (options_.sandbox) addSandbox(properties, services.folders);
     for (const auto& [name, value] : options_.rules) properties.AddStr(fromUtf8(name), fromUtf8(value), true);
     if (options_.includePath) properties.AddStr(u"Path", fromUtf8(*options_.includePath), true);
+    return made;
 }
 
-std::shared_ptr<kvTag> TemplateInput::makeTag(platform::Services& services, const AddRecord& addRecord) const {
+std::shared_ptr<kvTag> TemplateInput::makeTag(platform::Services& services) const {
     auto tag = std::make_shared<kvTag>(services);
-    addProperties(*tag->Properties().own(), services.folders, addRecord);
+    tag->Properties(Collection(makeProperties(services)));
     return tag;
 }
 
 TemplateCheck TemplateInput::makeCheck(bool isComplete) {
-    const auto properties = std::make_shared<privProperties>(services_);
-    addProperties(*properties, services_.folders);
+    const auto properties = makeProperties(services_);
     const bool areKnown = isComplete || options_.namesProperties();
     return {services_, areKnown ? properties : nullptr, EvaluationRules::of(Collection(properties))};
 }

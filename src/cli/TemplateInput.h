@@ -58,20 +58,19 @@ public:
     // The machine's, with the template's folder.
     platform::Services& services() noexcept { return services_; }
     Document& document() noexcept { return document_; }
+    // Those that the options give, and "kvTag.RTF Tolerant" when it is absent. `addRecord` adds a record's properties
+    // where those of a data file would be added. Any number of threads may call it, each with its own services, which
+    // replace this template's.
+    using AddRecord = std::function<void(privProperties&)>;
+    std::shared_ptr<privProperties> makeProperties(platform::Services& services, const AddRecord& addRecord = {}) const;
     // One with these properties and no value.
     std::shared_ptr<kvTag> makeTag() { return makeTag(services_); }
-    // The same on services that stand in for this template's. `addRecord` adds a record's properties where those of a
-    // data file would be added. Any number of threads may call it, each with its own services.
-    using AddRecord = std::function<void(privProperties&)>;
-    std::shared_ptr<kvTag> makeTag(platform::Services& services, const AddRecord& addRecord = {}) const;
+    std::shared_ptr<kvTag> makeTag(platform::Services& services) const;
     // A check under the rules and with the properties that the options name. If they name none, nobody knows what is
     // set, unless `isComplete`.
     TemplateCheck makeCheck(bool isComplete = false);
 
 private:
-    // And "kvTag.RTF Tolerant" when it is absent.
-    void addProperties(privProperties& properties, const platform::Folders& folders,
-                       const AddRecord& addRecord = {}) const;
     void addSandbox(privProperties& properties, const platform::Folders& folders) const;
 
     const TemplateOptions& options_;

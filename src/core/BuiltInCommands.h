@@ -46,8 +46,15 @@ public:
     // With elements built from its name.
     CommandAnswer run() const;
 
-    // The value of a tag "TAG>PROPERTY:name=default:" (its final ":" may be absent), without a full parse: the default,
-    // or the property's text (see Collection::textOf). Nothing if it needs the full parse.
+    // The parts of a tag "TAG>PROPERTY:name=default:" (its final ":" may be absent), without a full parse. Nothing if it
+    // needs the full parse.
+    struct PlainProperty {
+        std::u16string_view name;
+        std::u16string_view value;  // when the property is absent
+        bool hasDefault;            // one that is not empty
+    };
+    static std::optional<PlainProperty> plainProperty(std::u16string_view psName);
+    // The value of such a tag: the default, or the property's text (see Collection::textOf).
     struct PropertyText {
         std::u16string_view text;
         Origin origin;  // property, or author for the default

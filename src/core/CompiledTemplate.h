@@ -2,8 +2,10 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "core/Markup.h"
+#include "core/PlainTemplate.h"
 #include "core/TagContext.h"
 #include "platform/Services.h"
 
@@ -24,6 +26,15 @@ private:
     const bool isRtf_;
     TextRef text_;
     TopLevelTags tags_;
+};
+
+// A template for many evaluations.
+struct PreparedTemplate {
+    PreparedTemplate(platform::Services& services, std::u16string text)
+        : compiled(services, std::move(text)), plain(*compiled.text(), compiled.tags()) {}
+
+    const CompiledTemplate compiled;
+    const PlainTemplate plain;
 };
 
 }  // namespace velmor

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "automation/Convert.h"
+#include "properties/privProperties.h"
 #include "text/Compare.h"
 
 namespace velmor {
@@ -19,6 +20,8 @@ constexpr std::u16string_view includeRootName = u"kvTag.Include Root";
 constexpr std::u16string_view maxDepthName = u"kvTag.Max Depth";
 constexpr std::u16string_view maxTagsName = u"kvTag.Max Tags";
 constexpr std::u16string_view maxOutputName = u"kvTag.Max Output";
+constexpr std::u16string_view ruleNames[] = {
+    missingName, dataTagsName, dropEmptyParagraphsName, includeRootName, maxDepthName, maxTagsName, maxOutputName};
 
 // The choice whose name the property gives, in the order of the names; the first one if it is absent.
 template <class Choice, std::size_t count>
@@ -48,7 +51,7 @@ RuleError::RuleError(std::u16string_view name, std::u16string_view value)
 
 EvaluationRules EvaluationRules::of(const Collection& properties) {
     EvaluationRules rules;
-    if (!properties) return rules;
+    if (!properties || (properties.own() && !areIn(*properties.own()))) return rules;
     rules.missing = choice<Missing>(properties, missingName, {u"empty", u"keep", u"mark", u"fail"});
     rules.dataTags = choice<DataTags>(properties, dataTagsName, {u"allow", u"report", u"refuse"});
     rules.dropsEmptyParagraphs = choice<bool>(properties, dropEmptyParagraphsName, {u"False", u"True"});
@@ -60,10 +63,13 @@ EvaluationRules EvaluationRules::of(const Collection& properties) {
 }
 
 bool EvaluationRules::isRule(std::u16string_view psName) noexcept {
-    constexpr std::u16string_view names[] = {
-        missingName, dataTagsName, dropEmptyParagraphsName, includeRootName, maxDepthName, maxTagsName, maxOutputName};
-    return std::any_of(std::begin(names), std::end(names),
+    return std::any_of(std::begin(ruleNames), std::end(ruleNames),
                        [&](std::u16string_view name) { return equalIgnoringCase(name, psName); });
+}
+
+bool EvaluationRules::areIn(const privProperties& properties) {
+    return std::any_of(std::begin(ruleNames), std::end(ruleNames),
+                       [&](std::u16string_view name) { return properties.Item(name) != nullptr; });
 }
 
 // The mere look for a file of another machine tells that machine who looks.

@@ -12,6 +12,8 @@
 
 namespace velmor {
 
+class privProperties;
+
 // Error 5: the value of one of the properties below is not one that it can have.
 class RuleError : public Error {
 public:
@@ -48,6 +50,7 @@ struct EvaluationRules {
     static EvaluationRules of(const Collection& properties);
     // Whether a property of this name is a rule. Tags do not set one.
     static bool isRule(std::u16string_view psName) noexcept;
+    static bool areIn(const privProperties& properties);
 
     // Whether it matters where a value comes from.
     bool looksAtValues() const noexcept { return missing != Missing::empty || dataTags != DataTags::allow; }

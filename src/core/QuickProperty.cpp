@@ -58,10 +58,8 @@ std::optional<std::u16string_view> plainDefault(std::u16string_view rest, std::s
 
 }  // namespace
 
-std::optional<BuiltInCommands::PropertyText> BuiltInCommands::property(std::u16string_view psName,
-                                                                       const TagContext& context,
-                                                                       std::u16string& buffer) {
-    if (!isPropertyTag(psName) || !context.properties.own()) return std::nullopt;
+std::optional<BuiltInCommands::PlainProperty> BuiltInCommands::plainProperty(std::u16string_view psName) {
+    if (!isPropertyTag(psName)) return std::nullopt;
     const std::u16string_view rest = psName.substr(propertyTag.size());
     const auto endsName = [](char16_t unit) { return unit == u'=' || unit == u':' || unit == u'<'; };
     const auto equals = static_cast<std::size_t>(std::find_if(rest.begin(), rest.end(), endsName) - rest.begin());
@@ -70,10 +68,19 @@ std::optional<BuiltInCommands::PropertyText> BuiltInCommands::property(std::u16s
     if (!isPlainName(name) || (bare && equals < rest.size() && rest[equals] == u'<')) return std::nullopt;
     const std::optional<std::u16string_view> value = bare ? u"0" : plainDefault(rest, equals + 1);
     if (!value) return std::nullopt;
-    if (const auto text = context.properties.textOf(name, buffer)) return PropertyText{*text, Origin::property};
+    return PlainProperty{name, *value, !bare && !value->empty()};
+}
+
+std::optional<BuiltInCommands::PropertyText> BuiltInCommands::property(std::u16string_view psName,
+                                                                       const TagContext& context,
+                                                                       std::u16string& buffer) {
+    const std::optional<PlainProperty> property = context.properties.own() ? plainProperty(psName) : std::nullopt;
+    if (!property) return std::nullopt;
+    if (const auto text = context.properties.textOf(property->name, buffer))
+        return PropertyText{*text, Origin::property};
     // Without a default the tag may be one for EvaluationRules::missing.
-    if ((bare || value->empty()) && EvaluationRun::current().rules().looksAtValues()) return std::nullopt;
-    return PropertyText{*value, Origin::author};
+    if (!property->hasDefault && EvaluationRun::current().rules().looksAtValues()) return std::nullopt;
+    return PropertyText{property->value, Origin::author};
 }
 
 }  // namespace velmor

@@ -31,8 +31,11 @@ public:
     static void readSettings(platform::Services& services) noexcept {
         if (types_ == 0) readNow(services);
     }
-    // False until the thread's settings are read.
+    // False until the thread's settings are read. The last one: for a stage of an evaluation.
     static bool isOn(LogType type) noexcept { return (types_ & static_cast<std::int32_t>(type)) != 0; }
+    static bool isOn() noexcept {
+        return isOn(LogType::dispatch) || isOn(LogType::tagCollection) || isOn(LogType::result);
+    }
     // Does not check isOn. Control characters in the detail become blanks, so that an entry is one line.
     static void write(platform::Services& services, LogType type, double seconds, std::u16string_view detail) noexcept;
 

@@ -100,7 +100,11 @@ bool KeyedItems::addText(std::u16string_view name, std::u16string_view value) {
     const std::size_t at = source.text.size();
     source.text.append(name).append(value);
     const std::u16string_view added = std::u16string_view(source.text).substr(at);
-    place(size(), {nullptr, &source, added.substr(0, name.size()), added.substr(name.size()), Spelling::quoted});
+    Entry& entry =
+        place(size(), {nullptr, &source, added.substr(0, name.size()), added.substr(name.size()), Spelling::quoted});
+    if (size() > mostWithoutIndex) return true;  // claimKeys gives it its key
+    giveKey(entry);
+    ++claimed_;
     return true;
 }
 
@@ -208,10 +212,14 @@ KeyedItems::Entry* KeyedItems::claimKey(Entry& entry) {
     if (!indexed_ && order_.size() > mostWithoutIndex) buildIndex();
     Entry* const owner = indexed_ ? index_.try_emplace(entry.name, &entry).first->second : keyedEntry(entry.name);
     if (owner != nullptr && owner != &entry) return owner;
+    giveKey(entry);
+    return nullptr;
+}
+
+void KeyedItems::giveKey(Entry& entry) noexcept {
     entry.keyed = true;
     entry.trait = traitOf(entry.name);
     traits_ |= std::uint64_t{1} << entry.trait;
-    return nullptr;
 }
 
 void KeyedItems::markOwner(Entry* owner) noexcept {

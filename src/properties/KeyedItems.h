@@ -103,6 +103,7 @@ private:
     const PropertyRef& made(Entry& entry) const;
     Entry* keyedEntry(std::u16string_view key) const;
     Entry* claimKey(Entry& entry);
+    void giveKey(Entry& entry) noexcept;
     static void markOwner(Entry* owner) noexcept;
     void claimKeys();
     void buildIndex();

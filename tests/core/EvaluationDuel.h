@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "core/BuiltInCommands.h"
+#include "core/CompiledTemplate.h"
 #include "core/Evaluation.h"
 #include "core/LiteralTags.h"
 #include "core/kvTag.h"
@@ -29,14 +31,15 @@ public:
     std::string run() {
         try {
             const std::u16string slow = slowResult(), fast = fastResult();
-            if (!compared_ || fast == slow) return {};
+            if (!compared_ || (fast == slow && plain_.value_or(fast) == fast)) return {};
             return toUtf8(u"template: " + text_ + u"\np: " + p_ + u"\nq: " + q_ + u"\nv: " + v_ + u"\nfast: " + fast +
-                          u"\nslow: " + slow);
+                          u"\nslow: " + slow + u"\nplain: " + plain_.value_or(u"(not)"));
         } catch (const TooMuch&) {
             return {};
         }
     }
     bool compared() const { return compared_; }
+    bool wasPlain() const { return plain_.has_value(); }
 
 private:
     struct TooMuch {};
@@ -89,7 +92,9 @@ private:
         const auto tag = std::make_shared<kvTag>(services_);
         tag->Properties(Collection(properties()));
         tag->privateVariables()->AddStr(u"v", v_);
-        tag->Value(text_);
+        const PreparedTemplate prepared(services_, text_);
+        plain_ = prepared.plain.result(services_, *tag->Properties().own());
+        tag->Value(prepared.compiled);
         const std::u16string result = tag->Result();
         compared_ = true;
         for (std::int32_t i = tag->ErrorLog()->Count(); i > 0; --i) {  // the loop has no limits
@@ -103,6 +108,7 @@ private:
     platform::MemoryServices services_;
     std::u16string text_, p_, q_, v_;
     bool compared_ = false;
+    std::optional<std::u16string> plain_;
 };
 
 }  // namespace velmor::test

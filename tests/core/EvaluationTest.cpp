@@ -9,14 +9,16 @@ namespace {
 
 TEST(Evaluation, EqualsTheLiteralLoop) {
     Random random;
-    int compared = 0;
+    int compared = 0, plain = 0;
     for (int turn = 0; turn < 45000; ++turn) {
         const auto bytes = random.bytes(60);
         test::EvaluationDuel duel(bytes.data(), bytes.size());
         ASSERT_EQ(duel.run(), "");
         compared += duel.compared();
+        plain += duel.wasPlain();
     }
     EXPECT_GT(compared, 20000);
+    EXPECT_GT(plain, 400);
 }
 
 // The first, without its final colon, is sought with one: it is found at the second's place.

@@ -85,9 +85,8 @@ void CsvReader::readHeader() {
     if (!header.failure.empty()) refuse(header.failure);
     std::set<std::u16string> known;
     for (std::size_t i = 0; i < header.cells.size(); ++i) {
-        auto text = decode(header.cell(i));
-        if (!text) refuse("the names of the columns are not UTF-8");
-        Column column{*std::move(text)};
+        Column column;
+        if (!decode(header.cell(i), column.name)) refuse("the names of the columns are not UTF-8");
         if (!column.name.empty() && !known.insert(lowerCase(column.name)).second) {
             refuse("there are two columns '" + shown(column.name) + "'");
         }
@@ -158,20 +157,26 @@ bool CsvReader::recover(const ByteReader::Place& begin) {
 }
 
 void CsvReader::addTo(privProperties& properties, const Record& record) const {
+    std::u16string text;
     for (std::size_t i = 0; i < columns_.size(); ++i) {
         if (!columns_[i].isUsed) continue;
-        auto text = decode(record.cell(i));
-        if (!text) {
+        if (!decode(record.cell(i), text)) {
             throw RecordFailure("the value of '" + shown(columns_[i].name) +
                                 "' is not UTF-8 (--data-encoding ansi reads the ANSI code page)");
         }
-        properties.SetText(columns_[i].name, *text);
+        properties.SetText(columns_[i].name, text);
     }
 }
 
-std::optional<std::u16string> CsvReader::decode(std::string_view bytes) const {
-    if (isAnsi_) return fromAnsi(bytes);
-    return isAscii(bytes) ? std::u16string(bytes.begin(), bytes.end()) : textOfUtf8(bytes);
+bool CsvReader::decode(std::string_view bytes, std::u16string& text) const {
+    if (!isAnsi_ && isAscii(bytes)) {
+        text.resize(bytes.size());
+        std::copy(bytes.begin(), bytes.end(), text.begin());
+        return true;
+    }
+    std::optional<std::u16string> decoded = isAnsi_ ? fromAnsi(bytes) : textOfUtf8(bytes);
+    if (decoded) text = *std::move(decoded);
+    return decoded.has_value();
 }
 
 }  // namespace velmor::cli

@@ -39,8 +39,8 @@ private:
     int readCell(Record& record);
     int readQuoted(Record& record);
     bool recover(const ByteReader::Place& begin);
-    // Nothing if the bytes are not in the data's encoding.
-    std::optional<std::u16string> decode(std::string_view bytes) const;
+    // False if the bytes are not in the data's encoding.
+    bool decode(std::string_view bytes, std::u16string& text) const;
 
     const std::string name_;
     ByteReader bytes_;

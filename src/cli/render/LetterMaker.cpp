@@ -68,7 +68,7 @@ LetterMaker::LetterMaker(const LetterPlan& plan, const RecordReader& reader, pla
     : plan_(plan),
       reader_(reader),
       thread_(std::make_unique<Thread>(plan.input.services(), files)),
-      compiled_(thread_->services, plan.input.document().text) {}
+      template_(thread_->services, plan.input.document().text) {}
 
 LetterMaker::~LetterMaker() = default;
 
@@ -89,16 +89,20 @@ Letter LetterMaker::make(const Record& record) {
 }
 
 void LetterMaker::evaluate(const Record& record, Letter& letter) {
-    const auto tag =
-        plan_.input.makeTag(thread_->services, [&](privProperties& properties) { reader_.addTo(properties, record); });
-    const Disposal disposal(*tag);
+    platform::Services& services = thread_->services;
+    const auto properties =
+        plan_.input.makeProperties(services, [&](privProperties& added) { reader_.addTo(added, record); });
     if (plan_.names != nullptr) {
-        letter.path = plan_.names->of(*tag->Properties().own(), record.number);
+        letter.path = plan_.names->of(*properties, record.number);
         letter.isThere = plan_.leavesThere && plan_.input.services().files.exists(letter.path);
         if (letter.isThere) return;
     }
-    ErrorReport errors(plan_.name, plan_.places);
-    tag->Value(compiled_);
+    if (const auto result = template_.plain.result(services, *properties)) return finish(*result, letter);
+    const auto tag = std::make_shared<kvTag>(services);
+    const Disposal disposal(*tag);
+    tag->Properties(Collection(properties));
+    const ErrorReport errors(plan_.name, plan_.places);
+    tag->Value(template_.compiled);
     const auto result = tag->resultBuilder();
     if (tag->hasFailed()) throw RecordFailure(failureOf(errors));
     letter.remarks = linesOf(errors);

@@ -51,7 +51,7 @@ private:
     const LetterPlan& plan_;
     const RecordReader& reader_;
     const std::unique_ptr<Thread> thread_;
-    const CompiledTemplate compiled_;  // threads that shared one would wait for the counts of its references
+    const PreparedTemplate template_;  // threads that shared one would wait for the counts of its references
 };
 
 }  // namespace velmor::cli

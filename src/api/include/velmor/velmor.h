@@ -28,7 +28,7 @@
 
 namespace velmor {
 
-class CompiledTemplate;
+struct PreparedTemplate;
 class kvTag;
 
 inline namespace v1 {
@@ -235,12 +235,12 @@ public:
     std::u16string_view text() const noexcept { return *text_; }
 
     // For the engine alone.
-    Template(std::shared_ptr<const CompiledTemplate> compiled, std::shared_ptr<const std::u16string> text) noexcept
-        : compiled_(std::move(compiled)), text_(std::move(text)) {}
+    Template(std::shared_ptr<const PreparedTemplate> prepared, std::shared_ptr<const std::u16string> text) noexcept
+        : prepared_(std::move(prepared)), text_(std::move(text)) {}
 
 private:
     friend class Engine;
-    std::shared_ptr<const CompiledTemplate> compiled_;
+    std::shared_ptr<const PreparedTemplate> prepared_;
     std::shared_ptr<const std::u16string> text_;
 };
 
