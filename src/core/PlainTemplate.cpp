@@ -41,9 +41,7 @@ bool PlainTemplate::add(const TagSpan& tag) {
     const std::u16string_view name = tag.inner(text_);
     const auto property = BuiltInCommands::plainProperty(name);
     const std::u16string_view before = text_.substr(end_, tag.open - end_);
-    if (!property || !name.ends_with(elementSeparator) || mayBeginMarker(before) || !isPlainValue(property->value)) {
-        return false;
-    }
+    if (!property || !name.ends_with(elementSeparator) || mayBeginMarker(before)) return false;
     pieces_.push_back({before, property->name, property->value});
     end_ = tag.end();
     return true;

@@ -36,20 +36,36 @@ TEST(Engine, EvaluatesWithTypedPropertiesInBothEncodings) {
     EXPECT_FALSE(properties.text(u"Paid"));
 }
 
+// With a trace, the result is never put together without an evaluation.
 TEST(Engine, EvaluatesACompiledTemplateOften) {
     const Engine engine = ::engine();
-    for (const std::u16string before : {u"", u"{\\rtf1 \\trowd "}) {
-        const std::u16string text = before + u"<KV:TAG>PROPERTY:Name=x:</KV><KV:TAG>PROPERTY:Next=:</KV><KV:open";
-        const velmor::Template compiled = engine.compile(text);
-        for (const char16_t* const name : {u"Ada", u"{Zo\u00eb}", u"<KV:TAG>PROPERTY:Next=:</KV>"}) {
-            Properties once, again;
-            for (Properties* const each : {&once, &again}) {
-                each->setText(u"Name", name);
-                each->setText(u"Next", u"<KV:TAG>SETPROPERTY:Next=2:</KV>1");
+    velmor::EvaluateOptions traced;
+    traced.trace = true;
+    const std::u16string tags = u"<KV:TAG>PROPERTY:Name=x:</KV></KV><KV:TAG>PROPERTY:Next=:</KV>";
+    for (const auto* const before :
+         {u"", u"{\\rtf1 \\trowd ", u"<", u"<KV:TAG>PROPERTY:None=<KV:TAG>PROPERTY:Name=:</KV>:</KV>"}) {
+        for (const auto* const after : {u"", u"<KV:open"}) {
+            const velmor::Template compiled = engine.compile(before + tags + after);
+            for (const auto* const name :
+                 {u"Ada", u"{Zo\u00eb}", u"<KV:TAG>PROPERTY:Next=:</KV>", u"KV:TAG>PROPERTY:Next=:"}) {
+                Properties once, again;
+                for (Properties* const each : {&once, &again}) {
+                    each->setText(u"Name", name);
+                    each->setText(u"Next", std::u16string_view(name).starts_with(u'<')
+                                               ? u"<KV:TAG>SETPROPERTY:Next=2:</KV>1"
+                                               : u"1");
+                }
+                EXPECT_EQ(engine.evaluate(compiled, again).text, engine.evaluate(compiled, once, traced).text);
             }
-            EXPECT_EQ(engine.evaluate(compiled, again).text, engine.evaluate(text, once).text);
         }
     }
+}
+
+TEST(Engine, BracketsTheTablesOfValues) {
+    Properties properties;
+    properties.setText(u"Table", u"{\\rtf1 \\trowd\\irow0\\lastrow\\cellx1 \\cell\\row }");
+    const std::u16string text = engine().evaluate("<KV:TAG>PROPERTY:Table=:</KV>", properties).text;
+    EXPECT_NE(text.find(u"\\korvane\\starttable"), text.npos);
 }
 
 TEST(Engine, AsksTheProgramsHandlers) {
