@@ -1,5 +1,6 @@
 #include "common/TextFile.h"
 
+#include <atomic>
 #include <utility>
 
 #include "text/Encoding.h"
@@ -7,7 +8,8 @@
 namespace velmor {
 namespace {
 
-std::u16string (*textFileDecoder)(std::string_view) = &decodeTextFile;
+// An engine may be made while another reads.
+std::atomic<std::u16string (*)(std::string_view)> textFileDecoder = &decodeTextFile;
 
 }  // namespace
 
@@ -31,12 +33,12 @@ std::u16string decodeTextFileOrUtf8(std::string_view bytes) {
 // The comparison also detects texts that begin like a mark.
 std::string encodeTextFile(std::u16string_view text) {
     std::string bytes = toAnsi(text);
-    return textFileDecoder(bytes) == text ? bytes : "\xef\xbb\xbf" + toUtf8(text);
+    return textFileDecoder.load()(bytes) == text ? bytes : "\xef\xbb\xbf" + toUtf8(text);
 }
 
 std::optional<std::u16string> readTextFile(const platform::Files& files, std::u16string_view path) {
     const auto bytes = files.read(path);
-    return bytes ? std::optional(textFileDecoder(*bytes)) : std::nullopt;
+    return bytes ? std::optional(textFileDecoder.load()(*bytes)) : std::nullopt;
 }
 
 bool appendTextFile(platform::Files& files, std::u16string_view path, std::u16string_view text, bool pbCreate) {
