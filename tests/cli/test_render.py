@@ -233,11 +233,11 @@ class Trouble(RenderTest):
         self.assertEqual(sorted(os.listdir(self.folder.name)), ["data.csv", "letter.txt", "out"])
 
     def interrupt(self, *arguments):
-        """Sends SIGINT when the first letters are made, while standard input has still more to come."""
+        """Sends SIGINT when the first block of data is made into letters, while standard input has still more to come."""
         self.write("letter.txt", LETTER)
         process = subprocess.Popen([test_velmor.PROGRAM, "render", "letter.txt", "--data", "-", *arguments],
                                    cwd=self.folder.name, stdin=subprocess.PIPE, stderr=subprocess.PIPE)
-        process.stdin.write(b"Id,Name\n" + b"".join(b"%d,a\n" % i for i in range(100000)))
+        process.stdin.write(b"Id,Name\n" + b"".join(b"%d,a\n" % i for i in range(40000)))
         process.stdin.flush()
         time.sleep(0.5)
         process.send_signal(signal.SIGINT)
