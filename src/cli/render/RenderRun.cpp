@@ -23,13 +23,13 @@ void RenderRun::run(unsigned threads) {
     for (unsigned i = 0; i < threads; ++i) workers.emplace_back([this] { work(); });
     {
         std::unique_lock lock(mutex_);
-        while (working_ > 0) {
+        do {  // once also if the workers have finished by now
             finished_.wait_for(lock, std::chrono::milliseconds(100), [this] { return working_ == 0; });
             if (Interruption::requested()) changed_.notify_all();
             lock.unlock();
             log_.showProgress(progress_);
             lock.lock();
-        }
+        } while (working_ > 0);
     }
     for (std::thread& worker : workers) worker.join();
     if (failure_) std::rethrow_exception(failure_);
