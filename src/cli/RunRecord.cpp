@@ -140,7 +140,7 @@ void RunRecord::refuse(std::size_t line, const std::string& reason) const {
 }
 
 std::unique_ptr<Tape> RunRecord::tape() const {
-    return std::make_unique<Replayer>(name_, lines_, headLines);
+    return replayingTape(name_, lines_, headLines);
 }
 
 void RunRecord::requireSame(const platform::Files& files, const TemplateOptions& given) const {

@@ -87,9 +87,11 @@ void TapedObjects::forget(const Outsider& outsider) noexcept {
     eraseExpired(outsidersByNumber_, outsider.number);
 }
 
-// --- forms of objects ---
+// --- forms ---
 
-Json TapedObjects::outsideForm(const ObjectRef& real, Held& held) {
+Json TapedObjects::outsideForm(const Variant& value, Held& held) {
+    if (!value.isObject()) return valueForm(value);
+    const ObjectRef real = value.object();
     if (!real) return {"nothing"};
     if (const auto insider = std::dynamic_pointer_cast<Insider>(real)) return {"inside", insider->number};
     std::shared_ptr<Outsider> outsider = outsiders_[real.get()].lock();
@@ -102,7 +104,9 @@ Json TapedObjects::outsideForm(const ObjectRef& real, Held& held) {
     return outsider->form();
 }
 
-Json TapedObjects::insideForm(const ObjectRef& object, Held& held) {
+Json TapedObjects::insideForm(const Variant& value, Held& held) {
+    if (!value.isObject()) return valueForm(value);
+    const ObjectRef object = value.object();
     if (!object) return {"nothing"};
     if (const auto outsider = std::dynamic_pointer_cast<Outsider>(object)) return outsider->form();
     return {"inside", numberOf(object, held)};
@@ -146,22 +150,6 @@ ObjectRef TapedObjects::objectOf(const Json& form) {
     return outsider;
 }
 
-ObjectRef TapedObjects::handedOut(const ObjectRef& object, Held& held) {
-    if (!object) return nullptr;
-    if (const auto outsider = std::dynamic_pointer_cast<Outsider>(object)) return outsider->real;
-    return inside_[numberOf(object, held)].seen.lock();
-}
-
-// --- forms of values ---
-
-Json TapedObjects::formOfInside(const Variant& value, Held& held) {
-    return value.isObject() ? insideForm(value.object(), held) : valueForm(value);
-}
-
-Json TapedObjects::formOfOutside(const Variant& value, Held& held) {
-    return value.isObject() ? outsideForm(value.object(), held) : valueForm(value);
-}
-
 Variant TapedObjects::valueOfForm(const Json& form) {
     const std::string& type = form.at(0).get_ref<const std::string&>();
     const bool isObject = type == "nothing" || type == "inside" || type == "outside";
@@ -169,7 +157,10 @@ Variant TapedObjects::valueOfForm(const Json& form) {
 }
 
 Variant TapedObjects::handedOut(const Variant& value, Held& held) {
-    return value.isObject() ? Variant(handedOut(value.object(), held)) : value;
+    const ObjectRef object = value.object();
+    if (!object) return value;
+    if (const auto outsider = std::dynamic_pointer_cast<Outsider>(object)) return outsider->real;
+    return inside_[numberOf(object, held)].seen.lock();
 }
 
 // --- calls of the outside ---
@@ -181,7 +172,7 @@ Variant TapedObjects::callOutside(Outsider& target, std::u16string_view name, In
     Held held;
     Json question = callForm(target.number, name, kind);
     try {
-        for (const Variant& argument : arguments) question.push_back(formOfInside(argument, held));
+        for (const Variant& argument : arguments) question.push_back(insideForm(argument, held));
     } catch (const std::invalid_argument& reason) {
         tape_.fail(std::string("the evaluation cannot be recorded: a handler gets ") + reason.what());
     }
@@ -209,14 +200,14 @@ Json TapedObjects::realCall(Outsider& target, std::u16string_view name, InvokeKi
         for (const Variant& argument : arguments) given.push_back(handedOut(argument, held));
         const std::vector<Variant> before = given;
         const Variant result = target.real->invoke(name, kind, given);
-        Json answer = Json::object({{"gave", formOfOutside(result, held)}});
+        Json answer = Json::object({{"gave", outsideForm(result, held)}});
         bool isChanged = false;
         for (std::size_t index = 0; index < given.size(); ++index) {
             isChanged = isChanged || !given[index].identical(before[index]);
         }
         if (!isChanged) return answer;
         Json& changed = answer["arguments"] = Json::array();
-        for (const Variant& argument : given) changed.push_back(formOfOutside(argument, held));
+        for (const Variant& argument : given) changed.push_back(outsideForm(argument, held));
         return answer;
     } catch (const Error& error) {
         return raisedForm(error);
@@ -237,7 +228,7 @@ Variant TapedObjects::callInside(Insider& target, std::u16string_view name, Invo
     Json question = callForm(target.number, name, kind);
     try {
         for (const Variant& argument : arguments) {
-            question.push_back(formOfOutside(argument, held));
+            question.push_back(outsideForm(argument, held));
             given.push_back(valueOfForm(question.back()));
         }
     } catch (const std::invalid_argument& reason) {
@@ -251,7 +242,7 @@ Variant TapedObjects::callInside(Insider& target, std::u16string_view name, Invo
         try {
             const Variant value = target.object->invoke(name, kind, given);
             result = handedOut(value, held);
-            return Json::object({{"gave", value.isObject() ? insideForm(value.object(), held) : Json()}});
+            return Json::object({{"gave", value.isObject() ? insideForm(value, held) : Json()}});
         } catch (const Error& error) {
             raised = error;
         } catch (const std::exception&) {

@@ -16,27 +16,29 @@ namespace velmor::cli {
 // collections and other objects of the evaluation that a handler gets. Each side sees the other's objects through one
 // of this class's, so every call is a question on the tape. While replaying nothing is outside, and what a handler
 // asked of the evaluation's objects is asked of them again.
-class TapedObjects final : public Tape::Inside, public std::enable_shared_from_this<TapedObjects> {
+class TapedObjects final : public std::enable_shared_from_this<TapedObjects> {
 public:
     explicit TapedObjects(Tape& tape) : tape_(tape) {}
 
     using Held = std::vector<automation::ObjectRef>;  // keeps objects until an exchange is over
 
-    // The form of an object of the outside, of one of the evaluation, and the object of a form as the evaluation sees
-    // it. Null is Nothing.
-    Json outsideForm(const automation::ObjectRef& real, Held& held);
-    Json insideForm(const automation::ObjectRef& object, Held& held);
+    // The form of a value of the outside, of one of the evaluation, and the object of a form as the evaluation sees it.
+    Json outsideForm(const automation::Variant& value, Held& held);
+    Json insideForm(const automation::Variant& value, Held& held);
     automation::ObjectRef objectOf(const Json& form);
 
-    // An object of the evaluation as the outside sees it. While recording.
-    automation::ObjectRef handedOut(const automation::ObjectRef& object, Held& held);
+    // A value of the evaluation as the outside sees it. While recording.
+    automation::Variant handedOut(const automation::Variant& value, Held& held);
 
     // Releases all objects. Later calls are not put on the tape.
     void close();
 
-    automation::ObjectRef perform(const Json& question) override;
-    void number(std::uint64_t number, const automation::ObjectRef& object) override;
-    void release(std::uint64_t number) override;
+    // What the outside asked while it was recorded, and the object that this gives; null for none. Does not raise for
+    // what the object asked raises.
+    automation::ObjectRef perform(const Json& question);
+    // Gives the object the number that it has in the record.
+    void number(std::uint64_t number, const automation::ObjectRef& object);
+    void release(std::uint64_t number);
 
 private:
     struct Outsider;  // an object of the outside
@@ -55,11 +57,7 @@ private:
     automation::Variant callInside(Insider& target, std::u16string_view name, automation::InvokeKind kind,
                                    std::span<automation::Variant> arguments);
     std::uint64_t numberOf(const automation::ObjectRef& object, Held& held);
-
-    Json formOfInside(const automation::Variant& value, Held& held);
-    Json formOfOutside(const automation::Variant& value, Held& held);
     automation::Variant valueOfForm(const Json& form);
-    automation::Variant handedOut(const automation::Variant& value, Held& held);
 
     Tape& tape_;
     bool isClosed_ = false;

@@ -1,5 +1,7 @@
 #include "cli/TapedServices.h"
 
+#include <concepts>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -7,12 +9,17 @@
 #include <vector>
 
 #include "cli/RecordValues.h"
+#include "cli/TapedObjects.h"
 #include "text/Error.h"
 
 namespace velmor::cli {
 namespace {
 
 using automation::ObjectRef;
+using Text = std::u16string;
+using Texts = std::vector<Text>;
+using OptionalText = std::optional<Text>;
+using OptionalBytes = std::optional<std::string>;
 using View = std::u16string_view;
 
 // The form of what a service gives, and back.
@@ -59,39 +66,38 @@ auto askFor(Tape& tape, const char* service, std::initializer_list<View> argumen
     return value;
 }
 
-// What is written is not recorded, only whether it could be.
-class TapedFiles : public platform::Files {
-public:
-    TapedFiles(Files& real, Tape& tape) : real_(real), tape_(tape) {}
+// Asks for a function of a service whose arguments are texts.
+class Asking {
+protected:
+    explicit Asking(Tape& tape) : tape_(tape) {}
 
-    bool exists(View path) const override {
-        return askFor(tape_, "files.exists", {path}, [&] { return real_.exists(path); });
+    auto ask(const char* service, auto& real, auto function, std::same_as<View> auto... texts) const {
+        return askFor(tape_, service, {texts...}, [&] { return std::invoke(function, real, texts...); });
     }
-    std::optional<std::string> read(View path) const override {
-        return askFor(tape_, "files.read", {path}, [&] { return real_.read(path); });
-    }
+
+    Tape& tape_;
+};
+
+// What is written is not recorded, only whether it could be.
+class TapedFiles : public platform::Files, Asking {
+public:
+    TapedFiles(Files& real, Tape& tape) : Asking(tape), real_(real) {}
+
+    bool exists(View path) const override { return ask("files.exists", real_, &Files::exists, path); }
+    OptionalBytes read(View path) const override { return ask("files.read", real_, &Files::read, path); }
     bool write(View path, std::string_view bytes) override {
         return askFor(tape_, "files.write", {path}, [&] { return real_.write(path, bytes); });
     }
-    bool create(View path) override {
-        return askFor(tape_, "files.create", {path}, [&] { return real_.create(path); });
-    }
+    bool create(View path) override { return ask("files.create", real_, &Files::create, path); }
     bool append(View path, std::string_view bytes) override {
         return askFor(tape_, "files.append", {path}, [&] { return real_.append(path, bytes); });
     }
-    bool remove(View path) override {
-        return askFor(tape_, "files.remove", {path}, [&] { return real_.remove(path); });
-    }
-    std::optional<std::u16string> realPath(View path) const override {
-        return askFor(tape_, "files.realPath", {path}, [&] { return real_.realPath(path); });
-    }
-    bool makeFolder(View path) override {
-        return askFor(tape_, "files.makeFolder", {path}, [&] { return real_.makeFolder(path); });
-    }
+    bool remove(View path) override { return ask("files.remove", real_, &Files::remove, path); }
+    OptionalText realPath(View path) const override { return ask("files.realPath", real_, &Files::realPath, path); }
+    bool makeFolder(View path) override { return ask("files.makeFolder", real_, &Files::makeFolder, path); }
 
 private:
     Files& real_;
-    Tape& tape_;
 };
 
 // The other services.
@@ -100,47 +106,30 @@ class TapedMachine : public platform::Registry,
                      public platform::Folders,
                      public platform::Guids,
                      public platform::Objects,
-                     public platform::Pictures {
+                     public platform::Pictures,
+                     Asking {
 public:
     TapedMachine(platform::Services& real, Tape& tape, TapedObjects& objects)
-        : real_(real), tape_(tape), objects_(objects) {}
+        : Asking(tape), real_(real), objects_(objects) {}
 
-    std::optional<std::u16string> value(View key, View name) const override {
-        return askFor(tape_, "registry.value", {key, name}, [&] { return real_.registry.value(key, name); });
+    OptionalText value(View key, View name) const override {
+        return ask("registry.value", real_.registry, &Registry::value, key, name);
     }
-    std::vector<std::u16string> valueNames(View key) const override {
-        return askFor(tape_, "registry.valueNames", {key}, [&] { return real_.registry.valueNames(key); });
+    Texts valueNames(View key) const override {
+        return ask("registry.valueNames", real_.registry, &Registry::valueNames, key);
     }
-    std::vector<std::u16string> subkeys(View key) const override {
-        return askFor(tape_, "registry.subkeys", {key}, [&] { return real_.registry.subkeys(key); });
-    }
+    Texts subkeys(View key) const override { return ask("registry.subkeys", real_.registry, &Registry::subkeys, key); }
 
-    automation::Date now() const override {
-        return askFor(tape_, "clock.now", {}, [&] { return real_.clock.now(); });
-    }
-    double timer() const override {
-        return askFor(tape_, "clock.timer", {}, [&] { return real_.clock.timer(); });
-    }
+    automation::Date now() const override { return ask("clock.now", real_.clock, &Clock::now); }
+    double timer() const override { return ask("clock.timer", real_.clock, &Clock::timer); }
 
-    std::u16string commonData() const override {
-        return askFor(tape_, "folders.commonData", {}, [&] { return real_.folders.commonData(); });
-    }
-    std::u16string temporary() const override {
-        return askFor(tape_, "folders.temporary", {}, [&] { return real_.folders.temporary(); });
-    }
-    std::u16string component() const override {
-        return askFor(tape_, "folders.component", {}, [&] { return real_.folders.component(); });
-    }
-    std::u16string machineName() const override {
-        return askFor(tape_, "folders.machineName", {}, [&] { return real_.folders.machineName(); });
-    }
-    char16_t separator() const override {
-        return askFor(tape_, "folders.separator", {}, [&] { return real_.folders.separator(); });
-    }
+    Text commonData() const override { return ask("folders.commonData", real_.folders, &Folders::commonData); }
+    Text temporary() const override { return ask("folders.temporary", real_.folders, &Folders::temporary); }
+    Text component() const override { return ask("folders.component", real_.folders, &Folders::component); }
+    Text machineName() const override { return ask("folders.machineName", real_.folders, &Folders::machineName); }
+    char16_t separator() const override { return ask("folders.separator", real_.folders, &Folders::separator); }
 
-    std::u16string next() override {
-        return askFor(tape_, "guids.next", {}, [&] { return real_.guids.next(); });
-    }
+    Text next() override { return ask("guids.next", real_.guids, &Guids::next); }
 
     ObjectRef create(View className) override {
         TapedObjects::Held held;
@@ -177,33 +166,33 @@ public:
     bool save(const ObjectRef& picture, View path) override {
         return askFor(tape_, "pictures.save", {path}, [&] {
             TapedObjects::Held held;
-            return real_.pictures.save(objects_.handedOut(picture, held), path);
+            return real_.pictures.save(objects_.handedOut(picture, held).object(), path);
         });
     }
 
 private:
     platform::Services& real_;
-    Tape& tape_;
     TapedObjects& objects_;
 };
 
-}  // namespace
+struct Parts {
+    Parts(platform::Services& real, Tape& tape)
+        : objects(std::make_shared<TapedObjects>(tape)), files(real.files, tape), machine(real, tape, *objects) {
+        tape.inside(*objects);
+    }
+    ~Parts() { objects->close(); }
 
-struct TapedServices::Parts {
+    const std::shared_ptr<TapedObjects> objects;
     TapedFiles files;
     TapedMachine machine;
     platform::Services services{machine, files, machine, machine, machine, machine, machine};
 };
 
-TapedServices::TapedServices(platform::Services& real, Tape& tape)
-    : objects_(std::make_shared<TapedObjects>(tape)), parts_(new Parts{{real.files, tape}, {real, tape, *objects_}}) {}
+}  // namespace
 
-TapedServices::~TapedServices() {
-    objects_->close();
-}
-
-platform::Services& TapedServices::services() noexcept {
-    return parts_->services;
+std::shared_ptr<platform::Services> tapedServices(platform::Services& real, Tape& tape) {
+    const auto parts = std::make_shared<Parts>(real, tape);
+    return {parts, &parts->services};
 }
 
 }  // namespace velmor::cli
