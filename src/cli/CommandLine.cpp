@@ -35,24 +35,42 @@ std::pair<CLI::App*, Options&> addCommand(CLI::App& app, CommandLine& line, cons
     return {command, *options};
 }
 
+// An option with what the help calls its value; an argument without it.
+template <typename Value>
+CLI::Option* addOption(CLI::App& command, const char* name, const char* type, Value& value,
+                       const std::string& description) {
+    return command.add_option(name, value, description)->type_name(type);
+}
+
+// One that may be repeated, each time with one value.
+CLI::Option* addList(CLI::App& command, const char* name, const char* type, std::vector<std::string>& values,
+                     const char* description) {
+    return addOption(command, name, type, values, description)->allow_extra_args(false)->take_all();
+}
+
 std::string checkAssignment(const std::string& text) {
     const auto equals = text.find('=');
     return equals == text.npos || equals == 0 ? "'" + text + "' does not have the form name=value" : std::string();
 }
 
-void addOutput(CLI::App& command, std::string& name, const std::string& what) {
-    command.add_option("-o,--output", name, "Write the " + what + " to this file, whole or not at all")
-        ->type_name("OUT");
+void addTemplate(CLI::App& command, std::string& name) {
+    addOption(command, "TEMPLATE", "", name, "The template; - or nothing: standard input");
 }
 
-// Standard output is for the result.
-std::string refuseStandardOutput(const std::string& name) {
-    return name == "-" ? "this is written to a file" : "";
+void addOutput(CLI::App& command, std::string& name, const std::string& what) {
+    addOption(command, "-o,--output", "OUT", name, "Write the " + what + " to this file, whole or not at all");
+}
+
+// A file besides the result, which standard output is for.
+CLI::Option* addFile(CLI::App& command, const char* option, const char* type, std::string& name,
+                     const char* description) {
+    const auto refuse = [](const std::string& given) { return given == "-" ? "this is written to a file" : ""; };
+    return addOption(command, option, type, name, description)->check(CLI::Validator(refuse, ""));
 }
 
 CLI::Option* addPasswordFile(CLI::App& command, std::string& name) {
-    return command.add_option("--password-file", name, "Decipher the property file with this file's first line")
-        ->type_name("FILE");
+    return addOption(command, "--password-file", "FILE", name,
+                     "Decipher the property file with this file's first line");
 }
 
 // An option that takes one of the names.
@@ -98,17 +116,13 @@ void addSystem(CLI::App& command, platform::SystemOptions& system) {
 
 // The properties that a template is evaluated with, and how its files are found and read.
 void addTemplateOptions(CLI::App& command, TemplateOptions& options) {
-    command.add_option("--property", options.properties, "Set a property to a text; may be repeated")
-        ->type_name("name=value")
-        ->allow_extra_args(false)
-        ->take_all()
+    addList(command, "--property", "name=value", options.properties, "Set a property to a text; may be repeated")
         ->check(CLI::Validator(checkAssignment, ""));
-    command.add_option("--properties", options.propertyFile, "Read properties from this property file")
-        ->type_name("FILE");
+    addOption(command, "--properties", "FILE", options.propertyFile, "Read properties from this property file");
     addPasswordFile(command, options.passwordFile)->needs("--properties");
-    command.add_option("--data", options.dataFile, "Read properties from this JSON file")->type_name("FILE");
-    command.add_option("--include-path", options.includePath, "The folder of included files (the property \"Path\")")
-        ->type_name("DIR");
+    addOption(command, "--data", "FILE", options.dataFile, "Read properties from this JSON file");
+    addOption(command, "--include-path", "DIR", options.includePath,
+              "The folder of included files (the property \"Path\")");
     addEncoding(command, options.encoding);
 }
 
@@ -141,7 +155,7 @@ void addSources(CLI::App& command, TemplateOptions& options, CommandLine& line) 
 
 // The template, and how it is evaluated.
 void addEvaluation(CLI::App& command, TemplateOptions& options, CommandLine& line) {
-    command.add_option("TEMPLATE", options.input, "The template; - or nothing: standard input")->type_name("");
+    addTemplate(command, options.input);
     addSources(command, options, line);
     addRule(command, options, "--missing", "kvTag.Missing",
             "What becomes of a tag whose property, file or handler is absent (default: empty)", "empty|keep|mark|fail")
@@ -156,13 +170,10 @@ void addEval(CLI::App& app, CommandLine& line) {
     const auto [command, options] = addCommand(app, line, "eval", "Evaluate a template", runEval);
     addOutput(*command, options.output, "result");
     addEvaluation(*command, options, line);
-    const CLI::Validator file(refuseStandardOutput, "");
-    command->add_option("--trace", options.trace, "Write what each tag gave, where and how fast, to this JSON file")
-        ->type_name("FILE")
-        ->check(file);
-    CLI::Option* const record =
-        command->add_option("--record", options.record, "Write what handlers, files and the machine gave to this file");
-    record->type_name("FILE")->check(file);
+    addFile(*command, "--trace", "FILE", options.trace,
+            "Write what each tag gave, where and how fast, to this JSON file");
+    CLI::Option* const record = addFile(*command, "--record", "FILE", options.record,
+                                        "Write what handlers, files and the machine gave to this file");
     const auto take = [&options = options, &line](const std::string& name) {
         options.replay = name;
         line.replays = true;
@@ -175,11 +186,9 @@ void addEval(CLI::App& app, CommandLine& line) {
 }
 
 void addStyles(CLI::App& command, std::string& styles) {
-    command
-        .add_option("--styles", styles,
-                    "What becomes of an embedded style whose name has another definition: it gets a new name, its text "
-                    "looks as the host says, or keeps its look as direct formatting (default: rename)")
-        ->type_name("rename|host|keep")
+    addOption(command, "--styles", "rename|host|keep", styles,
+              "What becomes of an embedded style whose name has another definition: it gets a new name, its text looks "
+              "as the host says, or keeps its look as direct formatting (default: rename)")
         ->check(CLI::IsMember({"rename", "host", "keep"}));
 }
 
@@ -220,13 +229,11 @@ void addRecords(CLI::App& command, RenderOptions& options) {
             "--separator", [&options](const std::string& text) { takeSeparator(options, text); },
             "What separates the values of CSV data (default: what the first line has)")
         ->type_name("C");
-    command.add_option("--sql", options.sql, "The query that gives the records of an SQLite file")->type_name("QUERY");
-    command.add_option("--where", options.where, "Only records with this value; may be repeated: all must hold")
-        ->type_name("NAME=VALUE")
-        ->allow_extra_args(false)
-        ->take_all()
+    addOption(command, "--sql", "QUERY", options.sql, "The query that gives the records of an SQLite file");
+    addList(command, "--where", "NAME=VALUE", options.where,
+            "Only records with this value; may be repeated: all must hold")
         ->check(CLI::Validator(checkAssignment, ""));
-    command.add_option("--limit", options.limit, "At most so many records")->type_name("N")->check(CLI::PositiveNumber);
+    addOption(command, "--limit", "N", options.limit, "At most so many records")->check(CLI::PositiveNumber);
     command
         .add_option_function<std::string>(
             "--part", [&options](const std::string& text) { takePart(options, text); },
@@ -239,22 +246,16 @@ void addRender(CLI::App& app, CommandLine& line) {
         addCommand(app, line, "render", "Evaluate a template for each record of data", runRender);
     addEvaluation(*command, options, line);
     addRecords(*command, options);
-    const CLI::Validator file(refuseStandardOutput, "");
-    CLI::Option* const each =
-        command->add_option("--each", options.each, "Write each letter to a file of its own, as 'out/{Id}-{Name}.rtf'");
-    each->type_name("PATTERN")->check(file);
-    command->add_option("--join", options.join, "Join all letters into this file (default: standard output)")
-        ->type_name("OUT")
+    CLI::Option* const each = addFile(*command, "--each", "PATTERN", options.each,
+                                      "Write each letter to a file of its own, as 'out/{Id}-{Name}.rtf'");
+    addOption(*command, "--join", "OUT", options.join, "Join all letters into this file (default: standard output)")
         ->excludes(each);
     command->add_flag("--continue", options.continues, "Make only the letters whose files are not there")->needs(each);
     command->add_flag("--clean", options.cleans, "Clean each RTF letter; joined ones always are")->needs(each);
     addStyles(*command, options.styles);
-    command->add_option("--jobs", options.jobs, "Threads (default: as many as the machine has)")
-        ->type_name("N")
+    addOption(*command, "--jobs", "N", options.jobs, "Threads (default: as many as the machine has)")
         ->check(CLI::Range(1, 256));
-    command->add_option("--report", options.report, "Write counts, times and failures to this JSON file")
-        ->type_name("FILE")
-        ->check(file);
+    addFile(*command, "--report", "FILE", options.report, "Write counts, times and failures to this JSON file");
     command->add_flag("--progress", options.showsProgress, "Show progress also where there is no terminal");
     command->add_flag("-q,--quiet", options.isQuiet, "Show no progress");
 }
@@ -268,11 +269,8 @@ void addReport(CLI::App& app, CommandLine& line) {
 void addExplain(CLI::App& app, CommandLine& line) {
     const auto [command, options] =
         addCommand(app, line, "explain", "Say which tag wrote a character of an output", runExplain);
-    command->add_option("PLACE", options.place, "The character: OUT:OFFSET or OUT:LINE:COLUMN")
-        ->type_name("")
-        ->required();
-    command->add_option("--trace", options.trace, "The trace of the evaluation that wrote the output")
-        ->type_name("FILE")
+    addOption(*command, "PLACE", "", options.place, "The character: OUT:OFFSET or OUT:LINE:COLUMN")->required();
+    addOption(*command, "--trace", "FILE", options.trace, "The trace of the evaluation that wrote the output")
         ->required();
 }
 
@@ -287,18 +285,18 @@ void addFormat(CLI::App& command, CheckFormat& format) {
 void addCheck(CLI::App& app, CommandLine& line) {
     const auto [command, options] =
         addCommand(app, line, "check", "Find the mistakes of templates without evaluating them", runCheck);
-    command->add_option("TEMPLATE", options.inputs, "The templates; - or nothing: standard input")->type_name("");
+    addOption(*command, "TEMPLATE", "", options.inputs, "The templates; - or nothing: standard input");
     addFormat(*command, options.format);
-    command->add_option("--fix", options.fixed, "Write the template with repaired tags to this file")->type_name("OUT");
-    command->add_option("--annotate", options.annotated, "Write a copy of the RTF template with comments to this file")
-        ->type_name("OUT");
+    addOption(*command, "--fix", "OUT", options.fixed, "Write the template with repaired tags to this file");
+    addOption(*command, "--annotate", "OUT", options.annotated,
+              "Write a copy of the RTF template with comments to this file");
     addSources(*command, options, line);
 }
 
 void addSchema(CLI::App& app, CommandLine& line) {
     const auto [command, options] =
         addCommand(app, line, "schema", "Print a JSON Schema of a template's properties", runSchema);
-    command->add_option("TEMPLATE", options.input, "The template; - or nothing: standard input")->type_name("");
+    addTemplate(*command, options.input);
     command->add_flag("--sample", options.sample, "Print sample data for eval --data instead");
     addSources(*command, options, line);
 }
@@ -306,41 +304,36 @@ void addSchema(CLI::App& app, CommandLine& line) {
 void addVerify(CLI::App& app, CommandLine& line) {
     const auto [command, options] =
         addCommand(app, line, "verify", "Find what is wrong with finished documents", runVerify);
-    command->add_option("FILE", options.inputs, "The documents; -: standard input")->type_name("")->required();
+    addOption(*command, "FILE", "", options.inputs, "The documents; -: standard input")->required();
     addFormat(*command, options.format);
 }
 
 void addClean(CLI::App& app, CommandLine& line) {
     const auto [command, options] =
         addCommand(app, line, "clean", "Make one clean RTF document of RTF documents", runClean);
-    command->add_option("FILE", options.inputs, "RTF files; -: standard input. Several are joined in this order")
-        ->type_name("");
-    command->add_option("--inputs-from", options.inputsFrom, "Take more files from this list, a name on each line")
-        ->type_name("LIST");
+    addOption(*command, "FILE", "", options.inputs, "RTF files; -: standard input. Several are joined in this order");
+    addOption(*command, "--inputs-from", "LIST", options.inputsFrom,
+              "Take more files from this list, a name on each line");
     addOutput(*command, options.output, "document");
     command->add_flag("--merge", options.merge,
                       "Merge mode also for one file, which holds documents that were joined before");
     command->add_flag("--exact", options.exact, "Clean exactly as the component does, without its tolerance");
     addStyles(*command, options.styles);
-    command
-        ->add_option("--report", options.report,
-                     "Write what merging did with fonts, colours, styles and lists to "
-                     "this JSON file")
-        ->type_name("FILE")
-        ->check(CLI::Validator(refuseStandardOutput, ""));
+    addFile(*command, "--report", "FILE", options.report,
+            "Write what merging did with fonts, colours, styles and lists to this JSON file");
     addRegistry(*command, line.system);
 }
 
 void addTags(CLI::App& app, CommandLine& line) {
     const auto [command, options] = addCommand(app, line, "tags", "List the tags of a template", runTags);
-    command->add_option("TEMPLATE", options.input, "The template; - or nothing: standard input")->type_name("");
+    addTemplate(*command, options.input);
     command->add_flag("--json", options.json, "As JSON");
     addEncoding(*command, options.encoding);
 }
 
 void addProps(CLI::App& app, CommandLine& line) {
     const auto [command, options] = addCommand(app, line, "props", "List a property file", runProps);
-    command->add_option("FILE", options.file.name, "The property file; -: standard input")->type_name("")->required();
+    addOption(*command, "FILE", "", options.file.name, "The property file; -: standard input")->required();
     addPasswordFile(*command, options.file.passwordFile);
     command->add_flag("--json", options.json, "As JSON");
     addEncoding(*command, options.file.encoding);
@@ -349,10 +342,10 @@ void addProps(CLI::App& app, CommandLine& line) {
 void addHandlers(CLI::App& app, CommandLine& line) {
     const auto [command, options] =
         addCommand(app, line, "handlers", "List the registered handlers and their commands", runHandlers);
-    command->add_option("NAME", options.name, "Only this handler")->type_name("");
+    addOption(*command, "NAME", "", options.name, "Only this handler");
     command->add_flag("--all", options.all, "Hidden handlers as well");
-    command->add_option("--test", options.test, "Print what this handler answers to a tag, such as DATE:VALUE=1:")
-        ->type_name("NAME TAG")
+    addOption(*command, "--test", "NAME TAG", options.test,
+              "Print what this handler answers to a tag, such as DATE:VALUE=1:")
         ->expected(2);
     command->add_flag("--json", options.json, "As JSON");
     addSystem(*command, line.system);
@@ -360,7 +353,7 @@ void addHandlers(CLI::App& app, CommandLine& line) {
 
 void addLog(CLI::App& app, CommandLine& line) {
     const auto [command, options] = addCommand(app, line, "log", "Sum up a day's timing log", runLog);
-    command->add_option("FILE", options.input, "The log; -: standard input")->type_name("")->required();
+    addOption(*command, "FILE", "", options.input, "The log; -: standard input")->required();
     command->add_flag("--json", options.json, "As JSON");
 }
 
