@@ -1,7 +1,10 @@
 #include "cli/DiagnosticText.h"
 
-#include "cli/JsonText.h"
+#include <algorithm>
+
 #include "cli/Streams.h"
+#include "common/Hexadecimal.h"
+#include "text/Characters.h"
 #include "text/Encoding.h"
 
 namespace velmor::cli {
@@ -9,6 +12,16 @@ namespace {
 
 std::string severity(const Diagnostic& diagnostic) {
     return toUtf8(severityText(diagnostic.code));
+}
+
+// With each character that `isSpecial` names as its number.
+template <class IsSpecial>
+std::string percentEncoded(std::string_view text, IsSpecial isSpecial) {
+    std::string result;
+    for (const char& each : text) {
+        result += isSpecial(each) ? "%" + toUtf8(hexadecimal({&each, 1})) : std::string(1, each);
+    }
+    return result;
 }
 
 // ---- JSON
@@ -44,24 +57,12 @@ void printJson(const std::vector<Diagnostic>& diagnostics, std::size_t more) {
 
 // A relative or absolute path as a URI reference.
 std::string uriOf(std::u16string_view path) {
-    constexpr std::string_view plain = "-._~/";
-    constexpr char digits[] = "0123456789ABCDEF";
-    std::string uri;
-    for (const char each : toUtf8(path)) {
-        const auto byte = static_cast<unsigned char>(each);
-        const bool isLetterOrDigit =
-            (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9');
-        if (isLetterOrDigit || plain.find(each) != plain.npos) {
-            uri += each;
-        } else if (each == '\\') {
-            uri += '/';
-        } else {
-            uri += '%';
-            uri += digits[byte >> 4];
-            uri += digits[byte & 15];
-        }
-    }
-    return uri;
+    std::string plain = toUtf8(path);
+    std::replace(plain.begin(), plain.end(), '\\', '/');
+    return percentEncoded(plain, [](char each) {
+        const auto unit = static_cast<unsigned char>(each);
+        return !isLetter(unit) && !isDigit(unit) && std::string_view("-._~/").find(each) == std::string_view::npos;
+    });
 }
 
 Json sarifLocation(const SourcePlace& place, std::size_t length) {
@@ -112,18 +113,7 @@ std::string sarifText(const std::vector<Diagnostic>& diagnostics) {
 // ---- Workflow commands
 
 std::string escaped(std::string_view text, std::string_view special) {
-    constexpr char digits[] = "0123456789ABCDEF";
-    std::string result;
-    for (const char each : text) {
-        if (special.find(each) == special.npos) {
-            result += each;
-            continue;
-        }
-        result += '%';
-        result += digits[static_cast<unsigned char>(each) >> 4];
-        result += digits[static_cast<unsigned char>(each) & 15];
-    }
-    return result;
+    return percentEncoded(text, [&](char each) { return special.find(each) != special.npos; });
 }
 
 std::string workflowCommand(const Diagnostic& diagnostic) {
