@@ -34,7 +34,7 @@ struct Line {
 };
 
 constexpr std::u16string_view stages[] = {u"EVTAG ", u"TAGCOL", u"CLNRTF", u"GENRES"};
-constexpr std::u16string_view date = u"dd/dd/dddd dd:dd:dd ";  // each d a digit
+constexpr std::u16string_view dateForm = u"dd/dd/dddd dd:dd:dd ";  // each d a digit
 constexpr std::size_t stageWidth = 6;
 
 bool startsLike(std::u16string_view text, std::u16string_view pattern) noexcept {
@@ -79,16 +79,11 @@ std::optional<Line> parseStage(std::u16string_view text) noexcept {
 }
 
 std::optional<Line> parseLine(std::u16string_view text) noexcept {
-    if (!startsLike(text, date)) return {};
-    for (std::size_t blank = date.size() - 1; blank != text.npos; blank = text.find(u' ', blank + 1)) {
+    if (!startsLike(text, dateForm)) return {};
+    for (std::size_t blank = dateForm.size() - 1; blank != text.npos; blank = text.find(u' ', blank + 1)) {
         if (const auto line = parseStage(text.substr(blank + 1))) return line;
     }
     return {};
-}
-
-std::u16string_view withoutReturn(std::u16string_view line) noexcept {
-    if (line.ends_with(u'\r')) line.remove_suffix(1);
-    return line;
 }
 
 // Reads the lines that core/TimingLog.h describes, also where a copy has lost the carriage returns. Linear.
@@ -96,9 +91,10 @@ TimingSummary summarize(std::u16string_view log) {
     TimingSummary summary;
     std::unordered_map<std::u16string, std::size_t> places;
     while (!log.empty()) {
-        const std::size_t end = log.find(u'\n');
-        const auto line = end == log.npos ? std::nullopt : parseLine(withoutReturn(log.substr(0, end)));
-        log.remove_prefix(end == log.npos ? log.size() : end + 1);
+        const std::size_t end = std::min(log.find(u'\n'), log.size() - 1);
+        const std::size_t length = end - (end > 0 && log[end - 1] == u'\r' ? 1 : 0);
+        const auto line = log[end] == u'\n' ? parseLine(log.substr(0, length)) : std::nullopt;
+        log.remove_prefix(end + 1);
         if (!line) {
             ++summary.unread;
             continue;
@@ -121,9 +117,7 @@ constexpr std::size_t longestHandler = 40;
 
 // In thousandths of a second, as in the log.
 std::string secondsText(std::int64_t milliseconds) {
-    const std::string digits = std::to_string(milliseconds);
-    const std::string filled = digits.size() < 4 ? std::string(4 - digits.size(), '0') + digits : digits;
-    return filled.substr(0, filled.size() - 3) + "." + filled.substr(filled.size() - 3);
+    return std::to_string(milliseconds / 1000) + "." + std::to_string(1000 + milliseconds % 1000).substr(1);
 }
 
 std::int64_t mean(const TimingEntry& entry) {
