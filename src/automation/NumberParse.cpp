@@ -19,9 +19,9 @@ public:
     explicit NumberReader(std::u16string_view text) : text_(text) {}
 
     std::optional<ParsedNumber> read() {
-        readPrefix();
+        readAround(true);
         if (peek() == u'&' ? !readRadix() : !readDigits()) return std::nullopt;
-        readSuffix();
+        readAround(false);
         if (at_ < text_.size() || open_) return std::nullopt;
         number_.negative = minus_ || parentheses_;
         return std::move(number_);
@@ -30,22 +30,13 @@ public:
 private:
     char16_t peek(std::size_t ahead = 0) const { return at_ + ahead < text_.size() ? text_[at_ + ahead] : u'\0'; }
 
-    // Blanks and, each once, a sign, "$" and "(".
-    void readPrefix() {
+    // Before or after the digits: blanks and, each once, a sign, "$" and a parenthesis.
+    void readAround(bool before) {
         for (; at_ < text_.size(); ++at_) {
             const char16_t unit = text_[at_];
             if (isNumberBlank(unit) || takeSign(unit) || takeOnce(unit, u'$', currency_)) continue;
-            if (!takeOnce(unit, u'(', parentheses_)) return;
-            open_ = true;
-        }
-    }
-
-    void readSuffix() {
-        for (; at_ < text_.size(); ++at_) {
-            const char16_t unit = text_[at_];
-            if (isNumberBlank(unit) || takeSign(unit) || takeOnce(unit, u'$', currency_)) continue;
-            if (unit != u')' || !open_) return;
-            open_ = false;
+            if (before ? !takeOnce(unit, u'(', parentheses_) : unit != u')' || !open_) return;
+            open_ = before;
         }
     }
 

@@ -103,12 +103,9 @@ struct ToText {
 };
 
 std::optional<bool> booleanOf(std::u16string_view text) {
-    for (const std::u16string_view word : {u"True", u"#TRUE#"}) {
-        if (equalIgnoringCase(text, word)) return true;
-    }
-    for (const std::u16string_view word : {u"False", u"#FALSE#"}) {
-        if (equalIgnoringCase(text, word)) return false;
-    }
+    const auto is = [&](std::u16string_view word) { return equalIgnoringCase(text, word); };
+    if (is(u"True") || is(u"#TRUE#")) return true;
+    if (is(u"False") || is(u"#FALSE#")) return false;
     const auto number = parseNumber(text);
     return number ? std::optional(*number != 0) : std::nullopt;
 }

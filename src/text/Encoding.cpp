@@ -20,13 +20,6 @@ constexpr std::array<char16_t, 32> windows1252 = {0x20AC, 0x81,   0x201A, 0x0192
 
 using Pair = AnsiCodePage::Pair;
 
-bool precedesInCode(const Pair& a, const Pair& b) noexcept {
-    return a.code < b.code;
-}
-bool precedesInUnit(const Pair& a, const Pair& b) noexcept {
-    return a.unit < b.unit;
-}
-
 std::uint8_t byteAt(std::string_view bytes, std::size_t at) noexcept {
     return static_cast<std::uint8_t>(bytes[at]);
 }
@@ -39,8 +32,8 @@ public:
         for (std::size_t i = 0; i < units_.size(); ++i) {
             codesByUnit_.push_back({static_cast<std::uint16_t>(0x80 + i), units_[i]});
         }
-        std::stable_sort(codesByUnit_.begin(), codesByUnit_.end(), precedesInUnit);
-        std::sort(pairsByCode_.begin(), pairsByCode_.end(), precedesInCode);
+        std::ranges::stable_sort(codesByUnit_, {}, &Pair::unit);
+        std::ranges::sort(pairsByCode_, {}, &Pair::code);
         for (const Pair& pair : pairsByCode_) leads_.set(pair.code >> 8);
     }
 
@@ -51,9 +44,9 @@ public:
     // Null when the two are no character.
     const Pair* pairOf(std::uint8_t lead, std::uint8_t second) const noexcept {
         if (!isLead(lead)) return nullptr;
-        const Pair sought{static_cast<std::uint16_t>(lead << 8 | second), 0};
-        const auto found = std::lower_bound(pairsByCode_.begin(), pairsByCode_.end(), sought, precedesInCode);
-        return found != pairsByCode_.end() && found->code == sought.code ? &*found : nullptr;
+        const auto code = static_cast<std::uint16_t>(lead << 8 | second);
+        const auto found = std::ranges::lower_bound(pairsByCode_, code, {}, &Pair::code);
+        return found != pairsByCode_.end() && found->code == code ? &*found : nullptr;
     }
     const Pair* pairAt(std::string_view bytes, std::size_t at) const noexcept {
         return at + 1 < bytes.size() ? pairOf(byteAt(bytes, at), byteAt(bytes, at + 1)) : nullptr;
@@ -61,7 +54,7 @@ public:
 
     std::uint16_t codeOf(char16_t unit) const noexcept {
         if (unit < 0x80) return unit;
-        const auto found = std::lower_bound(codesByUnit_.begin(), codesByUnit_.end(), Pair{0, unit}, precedesInUnit);
+        const auto found = std::ranges::lower_bound(codesByUnit_, unit, {}, &Pair::unit);
         return found != codesByUnit_.end() && found->unit == unit ? found->code : std::uint16_t{'?'};
     }
 
@@ -126,8 +119,7 @@ struct Decoded {
 // The bytes that may follow a lead byte: which ones the second may be keeps out overlong forms and
 // what lies beyond Unicode. Surrogates may be written.
 Decoded decodeUtf8(std::string_view bytes) noexcept {
-    const auto byteAt = [&](std::size_t i) { return static_cast<std::uint8_t>(bytes[i]); };
-    const std::uint8_t lead = byteAt(0);
+    const std::uint8_t lead = byteAt(bytes, 0);
     if (lead < 0x80) return {lead, 1};
     if (lead < 0xC2 || lead > 0xF4) return {0xFFFD, 1};
     const std::size_t size = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
@@ -136,7 +128,7 @@ Decoded decodeUtf8(std::string_view bytes) noexcept {
     char32_t code = lead & (0xFFu >> (size + 1));
     for (std::size_t i = 1; i < size; ++i) {
         if (i == bytes.size()) return {0xFFFD, i};
-        const std::uint8_t byte = byteAt(i);
+        const std::uint8_t byte = byteAt(bytes, i);
         if (byte < (i == 1 ? lowest : 0x80) || byte > (i == 1 ? highest : 0xBF)) return {0xFFFD, i};
         code = (code << 6) | (byte & 0x3F);
     }

@@ -12,16 +12,9 @@ namespace velmor {
 namespace {
 
 std::u16string escaped(char16_t unit) {
-    switch (unit) {
-        case u'\r':
-            return u"\\r";
-        case u'\n':
-            return u"\\n";
-        case u'\t':
-            return u"\\t";
-        default:
-            break;
-    }
+    if (unit == u'\r') return u"\\r";
+    if (unit == u'\n') return u"\\n";
+    if (unit == u'\t') return u"\\t";
     std::array<char, 8> text{};
     std::snprintf(text.data(), text.size(), "\\u%04x", static_cast<unsigned>(unit));
     return fromUtf8(text.data());

@@ -15,15 +15,10 @@ namespace {
 
 constexpr std::size_t npos = std::u16string_view::npos;
 
-struct Exact {
-    static constexpr bool ignoresCase = false;
-    static char16_t fold(char16_t unit) noexcept { return unit; }
-};
-
-struct Folded {
-    static constexpr bool ignoresCase = true;
-    static char16_t fold(char16_t unit) noexcept { return foldUnit(unit); }
-};
+template <bool ignoresCase>
+char16_t folded(char16_t unit) noexcept {
+    return ignoresCase ? foldUnit(unit) : unit;
+}
 
 // ---- The quick path: blocks of places, two rare units
 
@@ -45,16 +40,16 @@ struct Anchor {
     std::uint16_t value = 0;
 };
 
-template <typename Units>
+template <bool ignoresCase>
 class Filter {
 public:
     explicit Filter(std::u16string_view sought) noexcept {
         int rarest = -1, second = -1;
         for (std::size_t i = 0; i < std::min<std::size_t>(sought.size(), 64); ++i) {
-            const char16_t unit = Units::fold(sought[i]);
-            if (Units::ignoresCase && unit >= 0x80) continue;
+            const char16_t unit = folded<ignoresCase>(sought[i]);
+            if (ignoresCase && unit >= 0x80) continue;
             const int rarity = unit < 0x80 ? rarityOf[unit] : 255;
-            const bool letter = Units::ignoresCase && unit >= u'a' && unit <= u'z';
+            const bool letter = ignoresCase && unit >= u'a' && unit <= u'z';
             const Anchor anchor{i, static_cast<std::uint16_t>(letter ? 0x20 : 0), unit};
             if (rarity > rarest) {
                 second_ = first_, second = rarest;
@@ -85,7 +80,7 @@ private:
 
     static std::uint16_t differs(const char16_t* place, const Anchor& anchor) noexcept {
         const std::uint16_t unit = place[anchor.offset];
-        return static_cast<std::uint16_t>((Units::ignoresCase ? unit | anchor.mask : unit) ^ anchor.value);
+        return static_cast<std::uint16_t>((ignoresCase ? unit | anchor.mask : unit) ^ anchor.value);
     }
     // True if both units match at one of `count` places. No early exit, so that it vectorises.
     template <std::size_t count>
@@ -105,11 +100,10 @@ private:
     bool usable_ = false;
 };
 
-template <typename Units>
+template <bool ignoresCase>
 bool standsAt(std::u16string_view sought, const char16_t* place) noexcept {
-    return std::equal(sought.begin(), sought.end(), place, [](char16_t a, char16_t b) {
-        return a == b || (Units::ignoresCase && foldUnit(a) == foldUnit(b));
-    });
+    return std::equal(sought.begin(), sought.end(), place,
+                      [](char16_t a, char16_t b) { return a == b || (ignoresCase && foldUnit(a) == foldUnit(b)); });
 }
 
 // Once comparisons cost several times the distance covered, the two-way search takes over.
@@ -126,13 +120,13 @@ private:
 // ---- The two-way search
 
 // Texts read by index, folded; backwards, the last unit is the first.
-template <typename Units, bool backwards>
+template <bool ignoresCase, bool backwards>
 struct Reader {
     std::u16string_view text;
 
     std::size_t size() const noexcept { return text.size(); }
     char16_t operator[](std::size_t index) const noexcept {
-        return Units::fold(text[backwards ? text.size() - 1 - index : index]);
+        return folded<ignoresCase>(text[backwards ? text.size() - 1 - index : index]);
     }
 };
 
@@ -200,28 +194,28 @@ std::size_t findTwoWay(const Text& text, const Text& sought) noexcept {
 
 // ---- Both together
 
-template <typename Units>
+template <bool ignoresCase>
 std::size_t findForward(std::u16string_view text, std::u16string_view sought, std::size_t start) noexcept {
     const auto thorough = [&](std::size_t from) {
-        using Text = Reader<Units, false>;
+        using Text = Reader<ignoresCase, false>;
         const std::size_t hit = findTwoWay(Text{text.substr(from)}, Text{sought});
         return hit == npos ? npos : from + hit;
     };
-    const Filter<Units> filter(sought);
+    const Filter<ignoresCase> filter(sought);
     if (!filter.usable()) return thorough(start);
     Budget budget(sought.size());
     const std::size_t end = text.size() - sought.size() + 1;
     for (std::size_t place = start;; ++place) {
         place += filter.next(text.data() + place, end - place);
         if (place == end) return npos;
-        if (standsAt<Units>(sought, text.data() + place)) return place;
+        if (standsAt<ignoresCase>(sought, text.data() + place)) return place;
         if (budget.isSpent(place - start)) return thorough(place + 1);
     }
 }
 
-template <typename Units>
+template <bool ignoresCase>
 std::size_t findBackward(std::u16string_view text, std::u16string_view sought) noexcept {
-    using Text = Reader<Units, true>;
+    using Text = Reader<ignoresCase, true>;
     const std::size_t hit = findTwoWay(Text{text}, Text{sought});
     return hit == npos ? npos : text.size() - hit - sought.size();
 }
@@ -232,14 +226,14 @@ std::size_t findText(std::u16string_view text, std::u16string_view sought, std::
                      Comparison comparison) noexcept {
     if (start > text.size() || sought.size() > text.size() - start) return npos;
     if (sought.empty()) return start;
-    return comparison == Comparison::binary ? findForward<Exact>(text, sought, start)
-                                            : findForward<Folded>(text, sought, start);
+    return comparison == Comparison::binary ? findForward<false>(text, sought, start)
+                                            : findForward<true>(text, sought, start);
 }
 
 std::size_t findTextReverse(std::u16string_view text, std::u16string_view sought, Comparison comparison) noexcept {
     if (sought.size() > text.size()) return npos;
     if (sought.empty()) return text.size();
-    return comparison == Comparison::binary ? findBackward<Exact>(text, sought) : findBackward<Folded>(text, sought);
+    return comparison == Comparison::binary ? findBackward<false>(text, sought) : findBackward<true>(text, sought);
 }
 
 }  // namespace velmor
