@@ -13,22 +13,19 @@ inline bool isEscaped(std::u16string_view text, std::size_t index) noexcept {
     return run % 2 == 1;
 }
 
-// isEscaped for ascending indexes of one text that does not change meanwhile. A run is walked once,
+// isEscaped for ascending indexes of one text, which does not change before the last of them. A run is walked once,
 // so a whole sweep costs no more than the text, backslashes throughout included.
 class EscapeScan {
 public:
-    explicit EscapeScan(std::u16string_view text) noexcept : text_(text) {}
-
-    bool isEscaped(std::size_t index) noexcept {
+    bool isEscaped(std::u16string_view text, std::size_t index) noexcept {
         std::size_t start = index;
-        while (start > asked_ && text_[start - 1] == u'\\') --start;
+        while (start > asked_ && text[start - 1] == u'\\') --start;
         run_ = index - start + (start == asked_ ? run_ : 0);
         asked_ = index;
         return run_ % 2 == 1;
     }
 
 private:
-    std::u16string_view text_;
     std::size_t asked_ = 0;  // the last index asked for,
     std::size_t run_ = 0;    // and the backslashes just before it
 };

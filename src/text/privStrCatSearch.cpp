@@ -62,11 +62,11 @@ std::int32_t privStrCat::FindContains(std::u16string_view psContains, std::int32
 std::int32_t privStrCat::FindCount(std::u16string_view psFind, std::int32_t plStartPosition, std::int32_t plEndPosition,
                                    bool pbBinaryCompare, bool pbIsRTFtag) const {
     const std::int32_t end = plEndPosition == 0 ? Length() : plEndPosition;
-    EscapeScan escapes(contiguous());
+    EscapeScan escapes;
     std::int32_t count = 0;
     std::int32_t hit = Find(psFind, plStartPosition, pbBinaryCompare);
     while (hit != 0 && hit <= end) {
-        if (!pbIsRTFtag || !escapes.isEscaped(toIndex(hit))) ++count;
+        if (!pbIsRTFtag || !escapes.isEscaped(contiguous(), toIndex(hit))) ++count;
         hit = Find(psFind, hit + 1, pbBinaryCompare);
     }
     return count;

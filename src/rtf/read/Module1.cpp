@@ -27,73 +27,36 @@ auto guarded(Search search) noexcept -> decltype(search()) {
     }
 }
 
-// The units of a builder's search, so that one rule serves builder and text.
-struct BuilderUnits {
-    const privStrCat& text;
-    char16_t operator[](std::size_t index) const { return text.unitAt(static_cast<std::int32_t>(index) + 1); }
-};
-
-struct TextUnits {
-    std::u16string_view text;
-    char16_t operator[](std::size_t index) const { return index < text.size() ? text[index] : u'\0'; }
-};
-
-// Counts the backslashes that end just before an index. While the indices ascend, no backslash is read twice,
-// so that searching a run of backslashes stays linear.
-template <typename Units>
-class BackslashRun {
-public:
-    explicit BackslashRun(Units units) : units_(units) {}
-
-    std::size_t before(std::size_t index) {
-        std::size_t begin = index;
-        while (begin > known_ && units_[begin - 1] == u'\\') --begin;
-        run_ = index - begin + (begin == known_ ? run_ : 0);
-        known_ = index;
-        return run_;
-    }
-
-private:
-    Units units_;
-    std::size_t known_ = 0;
-    std::size_t run_ = 0;  // just before known_
-};
-
-template <typename Units>
-bool delimited(const Units& units, std::size_t index, std::size_t length, bool required) {
-    return !required || isDelimiter(units[index + length]);
+// U+0000 outside of the text.
+char16_t unitAt(std::u16string_view text, std::size_t index) {
+    return index < text.size() ? text[index] : u'\0';
 }
 
-std::int32_t findInBuilder(const privStrCat& text, std::u16string_view sought, std::int32_t start,
-                           Comparison comparison, bool requireDelimiter, BackslashRun<BuilderUnits>& run) {
-    const BuilderUnits units{text};
+bool delimited(std::u16string_view text, std::size_t index, std::size_t length, bool required) {
+    return !required || isDelimiter(unitAt(text, index + length));
+}
+
+std::int32_t findInBuilder(const privStrCat& builder, std::u16string_view sought, std::int32_t start,
+                           Comparison comparison, bool requireDelimiter, EscapeScan& escapes) {
     for (;; ++start) {
-        start = text.Find(sought, start, comparison == Comparison::binary);
+        start = builder.Find(sought, start, comparison == Comparison::binary);
         if (start == 0) return 0;
+        const std::u16string_view text = builder.contiguous();
         const auto index = static_cast<std::size_t>(start) - 1;
         // After any other character the delimiter is not tested: callers rely on it.
-        if (index > 0 && units[index - 1] != u'\\') return start;
-        if (run.before(index) % 2 == 0 && delimited(units, index, sought.size(), requireDelimiter)) return start;
+        if (index > 0 && text[index - 1] != u'\\') return start;
+        if (!escapes.isEscaped(text, index) && delimited(text, index, sought.size(), requireDelimiter)) return start;
     }
 }
 
 std::size_t findInText(std::u16string_view text, std::u16string_view sought, std::size_t start, Comparison comparison,
-                       bool requireDelimiter, BackslashRun<TextUnits>& run) {
-    const TextUnits units{text};
+                       bool requireDelimiter, EscapeScan& escapes) {
     for (;; ++start) {
         start = findText(text, sought, start, comparison);
         if (start == nowhere) return nowhere;
-        if (units[start] != u'\\') continue;
-        if (run.before(start) % 2 == 0 && delimited(units, start, sought.size(), requireDelimiter)) return start;
+        if (unitAt(text, start) != u'\\') continue;
+        if (!escapes.isEscaped(text, start) && delimited(text, start, sought.size(), requireDelimiter)) return start;
     }
-}
-
-// Whether the index has an unescaped backslash: an even run of backslashes precedes it.
-template <typename Units>
-bool beginsWord(const Units& units, std::size_t index) {
-    std::size_t begin = index;
-    while (begin > 0 && units[begin - 1] == u'\\') --begin;
-    return units[index] == u'\\' && (index - begin) % 2 == 0;
 }
 
 std::int32_t numberAfter(std::u16string_view text, std::size_t word, std::size_t length) {
@@ -121,47 +84,35 @@ bool isDelimiter(char16_t unit) noexcept {
 std::int32_t FindRTFWord(std::int32_t plStart, const privStrCat& poText, std::u16string_view psFind,
                          std::int32_t plCompare, bool pbDelimited) noexcept {
     return guarded([&] {
-        BackslashRun run(BuilderUnits{poText});
-        return findInBuilder(poText, psFind, plStart, comparisonOf(plCompare), pbDelimited, run);
+        EscapeScan escapes;
+        return findInBuilder(poText, psFind, plStart, comparisonOf(plCompare), pbDelimited, escapes);
     });
 }
 
 std::int32_t FindRTFWordReverse(const privStrCat& poText, std::u16string_view psFind, std::int32_t plStart,
                                 std::int32_t plCompare, bool pbDelimited) noexcept {
-    return guarded([&] {
-        const BuilderUnits units{poText};
-        // Not -1 again, if the search continues before the first character.
-        std::int32_t start = plStart == -1 ? poText.Length() : plStart;
-        while (start > 0) {
-            start = poText.FindReverse(psFind, start, plCompare == binaryCompare);
-            if (start == 0) break;
-            const auto index = static_cast<std::size_t>(start) - 1;
-            if (beginsWord(units, index) && delimited(units, index, psFind.size(), pbDelimited)) return start;
-            --start;
-        }
-        return std::int32_t{0};
-    });
+    return FindRTFWordInTextReverse(poText.contiguous(), psFind, plStart, plCompare, pbDelimited);
 }
 
 std::int32_t FindRTFWordInText(std::int32_t plStart, std::u16string_view psText, std::u16string_view psFind,
                                std::int32_t plCompare, bool pbDelimited) noexcept {
     if (plStart < 1) return 0;
-    BackslashRun run(TextUnits{psText});
-    return positionOf(
-        findInText(psText, psFind, static_cast<std::size_t>(plStart) - 1, comparisonOf(plCompare), pbDelimited, run));
+    EscapeScan escapes;
+    return positionOf(findInText(psText, psFind, static_cast<std::size_t>(plStart) - 1, comparisonOf(plCompare),
+                                 pbDelimited, escapes));
 }
 
 std::int32_t FindRTFWordInTextReverse(std::u16string_view psText, std::u16string_view psFind, std::int32_t plStart,
                                       std::int32_t plCompare, bool pbDelimited) noexcept {
     if (plStart < -1) return 0;
-    const TextUnits units{psText};
     std::size_t end = plStart == -1 ? psText.size() : std::min(psText.size(), static_cast<std::size_t>(plStart));
     while (end > 0) {
         // Nothing is found there, as in a builder.
         const std::size_t index =
             psFind.empty() ? end - 1 : findTextReverse(psText.substr(0, end), psFind, comparisonOf(plCompare));
         if (index == nowhere) return 0;
-        if (beginsWord(units, index) && delimited(units, index, psFind.size(), pbDelimited)) return positionOf(index);
+        const bool beginsWord = unitAt(psText, index) == u'\\' && !isEscaped(psText, index);
+        if (beginsWord && delimited(psText, index, psFind.size(), pbDelimited)) return positionOf(index);
         end = index;
     }
     return 0;
@@ -170,10 +121,10 @@ std::int32_t FindRTFWordInTextReverse(std::u16string_view psText, std::u16string
 void ReplaceRTFWord(privStrCat& poText, std::u16string_view psFind, std::u16string_view psReplace, std::int32_t plStart,
                     std::int32_t plCount, std::int32_t plCompare) noexcept {
     guarded([&] {
-        BackslashRun run(BuilderUnits{poText});
+        EscapeScan escapes;
         std::int32_t remaining = plCount == -1 ? poText.Length() : plCount;
         for (std::int32_t start = plStart; remaining >= 1 && !psFind.empty(); --remaining) {
-            start = findInBuilder(poText, psFind, start, comparisonOf(plCompare), false, run);
+            start = findInBuilder(poText, psFind, start, comparisonOf(plCompare), false, escapes);
             // A match that continues into the spare tail is not replaced, nor anything after it.
             if (start == 0 || static_cast<std::size_t>(poText.Length() - start) + 1 < psFind.size()) break;
             overwrite(poText, start, psFind.size(), psReplace);
@@ -186,9 +137,9 @@ std::int32_t CountRTFWord(std::int32_t plStart, std::u16string_view psText, std:
                           std::int32_t plEnd, std::int32_t plCompare, bool pbUnescapedOnly) noexcept {
     if (plStart < 1) return 0;
     const Comparison comparison = comparisonOf(plCompare);
-    BackslashRun run(TextUnits{psText});
+    EscapeScan escapes;
     const auto find = [&](std::size_t start) {
-        return pbUnescapedOnly ? findInText(psText, psFind, start, comparison, false, run)
+        return pbUnescapedOnly ? findInText(psText, psFind, start, comparison, false, escapes)
                                : findText(psText, psFind, start, comparison);
     };
     const std::int64_t end = plEnd == 0 ? static_cast<std::int64_t>(psText.size()) : plEnd;
