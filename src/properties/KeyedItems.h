@@ -88,14 +88,7 @@ public:
 
 private:
     friend class PropertyEnumerator;
-    struct FoldedHash {
-        // Not noexcept: libstdc++ then stores the hashes instead of computing them anew along a bucket.
-        std::size_t operator()(std::u16string_view key) const { return hashIgnoringCase(key); }
-    };
-    struct FoldedEqual {
-        bool operator()(std::u16string_view a, std::u16string_view b) const noexcept { return equalIgnoringCase(a, b); }
-    };
-    using Index = std::unordered_map<std::u16string_view, Entry*, FoldedHash, FoldedEqual>;
+    using Index = std::unordered_map<std::u16string_view, Entry*, HashIgnoringCase, EqualIgnoringCase>;
 
     Entry& place(std::size_t position, Entry&& entry);
     Entry newEntry(std::u16string name, automation::Variant&& value, automation::Date now) const;

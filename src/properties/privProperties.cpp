@@ -1,17 +1,18 @@
 #include "properties/privProperties.h"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include "automation/Convert.h"
-#include "common/Limits.h"
+#include "common/Cipher.h"
+#include "common/TextFile.h"
 #include "platform/Services.h"
 #include "properties/KeyedItems.h"
 #include "properties/Overflow.h"
 #include "properties/PropertyEnumerator.h"
-#include "properties/PropertyReader.h"
-#include "properties/PropertyWriter.h"
 #include "text/Compare.h"
+#include "text/Encoding.h"
 #include "text/privStrCat.h"
 
 namespace velmor {
@@ -106,29 +107,6 @@ ObjectRef privProperties::GetValueObject(std::u16string_view psName, ObjectRef p
     return found == nullptr ? std::move(poDefault) : found->Value().object();
 }
 
-std::u16string privProperties::text(TextForm form, int level) const {
-    const auto visit = enter(level);
-    return visit ? PropertyWriter(services_, form, level).write(items()) : std::u16string();
-}
-
-void privProperties::BuildInternal(std::u16string_view psString, bool pbAppendValues, bool pbTagString,
-                                   std::u16string_view psDelimiter) {
-    read(psString, pbTagString ? ReadForm::tag : ReadForm::stored, pbAppendValues, psDelimiter);
-}
-
-void privProperties::read(std::u16string_view text, ReadForm form, bool append, std::u16string_view delimiter) {
-    const auto old = items_;  // the text may be a value of its own
-    if (!append) RemoveAll();
-    try {
-        std::size_t ownAllowance = decodingLimit;
-        std::size_t& decompressed = decodingAllowance != nullptr ? *decodingAllowance : ownAllowance;
-        PropertyReader(items(), services_, decompressed).read(text, form, delimiter.empty() ? u":" : delimiter);
-    } catch (...) {
-        items_ = old;
-        throw;
-    }
-}
-
 void privProperties::RemoveAll() {
     items_ = std::make_shared<KeyedItems>(services_);
 }
@@ -202,6 +180,26 @@ std::int32_t privProperties::sizeStored(int level) const {
     const auto visit = enter(level);
     if (!visit) return 0;
     return sumOfSizes([level](privProperty& property) { return property.sizeStored(level); });
+}
+
+// ---- Property files
+
+bool privProperties::save(TextForm form, std::u16string_view psFileName, std::u16string_view psPassword) const try {
+    std::u16string content = text(form, 0);
+    if (!psPassword.empty()) content = encipheredText(content, psPassword);
+    return services_.files.write(psFileName, encodeTextFile(content));
+} catch (const std::exception&) {
+    return false;
+}
+
+bool privProperties::LoadFromFile(std::u16string_view psFileName, std::u16string_view psPassword) try {
+    auto text = readTextFile(services_.files, psFileName);
+    if (!text) return false;
+    if (!psPassword.empty()) text = fromUtf8(deciphered(*text, psPassword).value_or(std::string()));
+    Build(*text);
+    return true;
+} catch (const std::exception&) {
+    return false;
 }
 
 }  // namespace velmor

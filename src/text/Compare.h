@@ -27,6 +27,17 @@ bool equalIgnoringCase(std::u16string_view left, std::u16string_view right) noex
 // Equal texts (in the sense of equalIgnoringCase) have equal hashes.
 std::size_t hashIgnoringCase(std::u16string_view text) noexcept;
 
+// For containers whose keys are compared so.
+struct HashIgnoringCase {
+    // Not noexcept: libstdc++ then stores the hashes instead of computing them anew along a bucket.
+    std::size_t operator()(std::u16string_view text) const { return hashIgnoringCase(text); }
+};
+struct EqualIgnoringCase {
+    bool operator()(std::u16string_view left, std::u16string_view right) const noexcept {
+        return equalIgnoringCase(left, right);
+    }
+};
+
 enum class Comparison { binary, text };
 
 // 0-based index of the first `sought` at or after `start`, npos without one. An empty `sought` is found at

@@ -13,16 +13,6 @@
 
 namespace velmor {
 
-struct HashIgnoringCase {
-    std::size_t operator()(const std::u16string& text) const noexcept { return hashIgnoringCase(text); }
-};
-
-struct EqualIgnoringCase {
-    bool operator()(const std::u16string& left, const std::u16string& right) const noexcept {
-        return equalIgnoringCase(left, right);
-    }
-};
-
 // Numbers by name, without regard to case.
 using NameIndex = std::unordered_map<std::u16string, std::int32_t, HashIgnoringCase, EqualIgnoringCase>;
 
@@ -84,7 +74,7 @@ public:
     std::u16string_view of(std::int32_t number) {
         const auto index = static_cast<std::size_t>(number);
         if (index >= shortNumbers) return long_.try_emplace(number, decimal(number)).first->second;
-        while (texts_.size() <= index) texts_.push_back(decimal(static_cast<std::int32_t>(texts_.size())));
+        while (texts_.size() <= index) texts_.push_back(decimal(texts_.size()));
         return texts_[index];
     }
 

@@ -34,11 +34,6 @@ std::int32_t numberOf(std::u16string_view digits) noexcept {
     return negative ? -value : value;
 }
 
-std::u16string decimal(std::int64_t number) {
-    const std::string digits = std::to_string(number);
-    return {digits.begin(), digits.end()};
-}
-
 std::size_t skipBinary(std::u16string_view text, std::size_t index) noexcept {
     const std::size_t after = index + 2;
     if (!wordStandsAt(text, index, u"\\bin")) return after;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -57,7 +58,12 @@ std::optional<std::int32_t> wholeNumber(std::u16string_view text) noexcept;
 
 // The number of a word, with or without a preceding "-"; one beyond 9 digits is cut short, an absent one is 0.
 std::int32_t numberOf(std::u16string_view digits) noexcept;
-std::u16string decimal(std::int64_t number);
+
+template <std::integral Number>
+std::u16string decimal(Number number) {
+    const std::string digits = std::to_string(number);
+    return {digits.begin(), digits.end()};
+}
 
 // ---- Words
 
