@@ -7,7 +7,6 @@
 #include "rtf/clean/RemoveBackground.h"
 #include "rtf/merge/UnwrapNestedDocuments.h"
 #include "rtf/pages/KeepSectionWords.h"
-#include "rtf/pages/MergePageBreaks.h"
 #include "rtf/pages/SectionMarkers.h"
 #include "rtf/tables/LooseTables.h"
 #include "rtf/tables/NestedTables.h"

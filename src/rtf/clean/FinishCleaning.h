@@ -5,7 +5,7 @@
 
 #include "platform/Services.h"
 #include "rtf/edit/CleanOptions.h"
-#include "rtf/pages/JoinedHeaders.h"
+#include "rtf/pages/MergePageBreaks.h"
 #include "rtf/read/GroupSet.h"
 
 namespace velmor {

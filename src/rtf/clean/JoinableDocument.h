@@ -3,7 +3,9 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "rtf/clean/JoinDocuments.h"
 #include "rtf/clean/JoinedFacts.h"
 #include "rtf/read/RtfReader.h"
 
@@ -14,7 +16,12 @@ namespace velmor {
 class JoinableDocument {
 public:
     // Throws Error 5 for a text without RTF document or without its closing brace; `name` is for messages. Linear.
-    JoinableDocument(std::u16string text, bool tolerant, const std::string& name);
+    JoinableDocument(std::u16string text, bool tolerant, const std::string& name) : text_(std::move(text)) {
+        requireDocument(text_, true, name);
+        range_ = documentIn(text_, name);
+        facts_ = JoinedFacts::of(document(), tolerant);
+        countOutside_ = velmor::countOutside(text_, range_);
+    }
 
     // With what is around the document.
     const std::u16string& text() const noexcept { return text_; }

@@ -4,6 +4,7 @@
 
 #include "rtf/clean/CleanRTF.h"
 #include "rtf/clean/JoinDocuments.h"
+#include "rtf/clean/JoinedParts.h"
 #include "rtf/merge/MergeReport.h"
 #include "rtf/pages/MergePageBreaks.h"
 #include "text/Encoding.h"

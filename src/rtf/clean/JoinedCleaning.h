@@ -9,12 +9,18 @@
 #include "platform/Services.h"
 #include "rtf/clean/JoinableDocument.h"
 #include "rtf/clean/JoinedFacts.h"
-#include "rtf/clean/JoinedParts.h"
 #include "rtf/clean/Spool.h"
 #include "rtf/clean/SpooledTexts.h"
 #include "rtf/edit/CleanOptions.h"
 
 namespace velmor {
+
+// How much of a joined text is in memory, and how many threads clean it.
+struct JoinLimits {
+    std::size_t part = std::size_t{1} << 20;    // units after which a part ends
+    std::size_t atOnce = std::size_t{1} << 25;  // units that are cleaned at once
+    bool twoThreads = false;                    // a part is cleaned while the next one is merged
+};
 
 // Joins documents as they come, and cleans them in merge mode in bounded memory. The result is that of joinDocuments
 // and CleanRTFText, except for the identifiers of table markers, which are new on every call; and it may be longer than

@@ -39,15 +39,7 @@ std::optional<char16_t> TableCollection::unusedMark(std::u16string_view text) {
 }
 
 std::u16string TableCollection::placeholderOf(std::size_t number) const {
-    return mark_ + decimal(static_cast<std::int64_t>(number)) + mark_;
-}
-
-std::u16string TableCollection::placeholder(SharedTable table) const {
-    return placeholderOf(static_cast<std::size_t>(table));
-}
-
-std::u16string TableCollection::placeholder(std::size_t index) const {
-    return placeholderOf(tableCount + index);
+    return mark_ + decimal(number) + mark_;
 }
 
 TableCollection::Placeholder TableCollection::placeholderAt(std::u16string_view text,

@@ -42,7 +42,7 @@ public:
     std::deque<Document>& documents() noexcept { return documents_; }
     const std::deque<Document>& documents() const noexcept { return documents_; }
     // `index` as in documents().
-    std::u16string placeholder(std::size_t index) const;
+    std::u16string placeholder(std::size_t index) const { return placeholderOf(tableCount + index); }
 
     // The placeholder at a mark in one of the texts of this run.
     struct Placeholder {
@@ -56,7 +56,7 @@ public:
 
     // ---- The shared tables.
 
-    std::u16string placeholder(SharedTable table) const;
+    std::u16string placeholder(SharedTable table) const { return placeholderOf(static_cast<std::size_t>(table)); }
     // A table that is never stored leaves no text.
     void store(SharedTable table, std::u16string text) { tables_[static_cast<std::size_t>(table)] = std::move(text); }
 

@@ -173,10 +173,14 @@ private:
         return braces.substr(0, open);
     }
 
+    // The first unescaped group with this opening (without regard to case) that is closed.
     std::optional<Table> find(std::u16string_view text, std::u16string_view opening) const {
-        const auto group = findTableGroup(text, opening, options_.tolerant);
-        if (!group) return std::nullopt;
-        return Table{*group, placeOf(text, *group, options_.tolerant)};
+        const bool tolerant = options_.tolerant;
+        const std::size_t begin = RtfSearch(text, tolerant).find(opening, 0, Comparison::text);
+        const std::size_t end = begin == nowhere ? noGroupEnd : findGroupEnd(text, begin + 1, tolerant);
+        if (end == noGroupEnd) return std::nullopt;
+        const TextRange group{begin, end + 1};
+        return Table{group, placeOf(text, group, tolerant)};
     }
 
     std::optional<Table> findStarred(std::u16string_view text, std::u16string_view starred,
@@ -189,7 +193,7 @@ private:
         tables_ = {};
         if (groups.has(Group::fontTable)) tables_.fonts = find(text, u"{\\fonttbl");
         if (groups.has(Group::colourTable)) {
-            if (const auto colours = ColourTable::find(text, options_.tolerant)) {
+            if (const auto colours = colours_.find(text)) {
                 tables_.colours = Table{*colours, *colours, openBraces(text, *colours)};
             }
         }

@@ -1,12 +1,34 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
 #include "rtf/edit/CleanOptions.h"
-#include "rtf/pages/JoinedHeaders.h"
+#include "rtf/pages/HeaderWords.h"
+#include "rtf/pages/PageSetup.h"
 
-namespace velmor::Module1 {
+namespace velmor {
+
+// Who gives a group that a section shows.
+enum class HeaderSource : std::uint8_t { nobody, previousDocument, thisDocument, thisSection };
+using HeaderSources = std::array<HeaderSource, 4>;  // by pages; the right ones for all
+
+// What a part of a joined text needs to know of the other parts.
+struct JoinedPart {
+    bool goesOn = false;       // documents precede it: its host only holds its documents
+    bool facingPages = false;  // a document of another part has \facingp
+
+    // At the begin of the part; afterwards what the documents before its last one leave to that one.
+    PageSetup hostPage;
+    PerKind<HeaderSources> shown;
+    PerKind<bool> emptied;  // sections show an empty group that separates documents
+
+    bool operator==(const JoinedPart&) const = default;
+};
+
+namespace Module1 {
 
 // Precedes each document that was joined to the previous one.
 inline constexpr std::u16string_view mergePageBreakMarker = u"{\\*\\korvanemergepagebreak}";
@@ -31,4 +53,5 @@ void ApplyMergePageBreaks(std::u16string& psText, const CleanOptions& options, b
 // Whether exact cleaning keeps the marker before the document.
 bool continuesSection(std::u16string_view psDocument);
 
-}  // namespace velmor::Module1
+}  // namespace Module1
+}  // namespace velmor

@@ -26,12 +26,7 @@ std::u16string_view characterSetOf(std::int32_t page) noexcept {
 }
 
 std::int32_t byteAt(std::u16string_view text, std::size_t index) noexcept {
-    const auto digit = [&](std::size_t at) {
-        const char16_t unit = at < text.size() ? text[at] : u' ';
-        if (unit >= u'0' && unit <= u'9') return unit - u'0';
-        const int letter = unit | 0x20;
-        return letter >= u'a' && letter <= u'f' ? letter - u'a' + 10 : -1;
-    };
+    const auto digit = [&](std::size_t at) { return at < text.size() ? hexadecimalDigit(text[at]) : -1; };
     const std::int32_t high = digit(index + 2), low = digit(index + 3);
     return high < 0 || low < 0 ? -1 : high * 16 + low;
 }

@@ -52,7 +52,7 @@ std::u16string paragraphWords(std::u16string_view text, std::size_t index) {
         if (word.letters.empty() || isCut || (endsRun && at != 0)) break;
         if (meaning.is(WordTrait::paragraph)) words.append(text.substr(at, word.end - at));
         at = endWithBlank(text, word);
-        while (at < text.size() && (text[at] == u'\r' || text[at] == u'\n')) ++at;
+        while (at < text.size() && isLineEnd(text[at])) ++at;
     }
     return words;
 }

@@ -200,6 +200,21 @@ WordMeaning meaningOf(std::u16string_view letters) noexcept {
                                  : WordMeaning{known.word, known.traits};
 }
 
+std::optional<StyleKind> styleKindOf(Word word) noexcept {
+    switch (word) {
+        case Word::s:
+            return StyleKind::paragraph;
+        case Word::cs:
+            return StyleKind::character;
+        case Word::ds:
+            return StyleKind::section;
+        case Word::ts:
+            return StyleKind::table;
+        default:
+            return std::nullopt;
+    }
+}
+
 WordSet::WordSet(std::initializer_list<WordTrait> traits, std::initializer_list<Word> words) {
     for (const WordTrait trait : traits) traits_ |= bit(trait);
     for (const Word word : words) words_ |= std::uint64_t{1} << static_cast<unsigned>(word);

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <optional>
 #include <string_view>
 
 namespace velmor {
@@ -85,6 +86,14 @@ enum class Word : std::uint8_t {
     pgbrdrhead,
     pgbrdrfoot,
 };
+
+enum class StyleKind : std::uint8_t { paragraph, character, section, table };
+
+// The kind of style that the word numbers.
+std::optional<StyleKind> styleKindOf(Word word) noexcept;
+
+// The number of a style that means none.
+inline constexpr std::int32_t noStyle = 222;
 
 // A word of the table. Any other is Word::other, without traits.
 struct WordMeaning {

@@ -322,7 +322,7 @@ private:
         // Nested cells belong to the row unless it has others.
         for (; columns < (table.cells != 0 ? table.cells : table.nestedCells); ++columns) {
             right += inch;
-            added.append(u"\\cellx").append(decimal(static_cast<std::int64_t>(right)));
+            added.append(u"\\cellx").append(decimal(right));
         }
         if (!added.empty()) edits_.replaceVal(index, index, std::move(added));
     }
