@@ -86,8 +86,7 @@ const std::vector<DiagnosticCode>& allDiagnosticCodes() {
 }
 
 std::u16string placeText(const SourcePlace& place) {
-    const auto number = [](std::size_t count) { return decimal(static_cast<std::int64_t>(count)); };
-    return place.file + (place.file.empty() ? u"" : u":") + number(place.line) + u":" + number(place.column);
+    return place.file + (place.file.empty() ? u"" : u":") + decimal(place.line) + u":" + decimal(place.column);
 }
 
 std::u16string messageText(const Diagnostic& diagnostic) {

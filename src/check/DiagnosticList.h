@@ -2,9 +2,11 @@
 
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "check/Diagnostic.h"
+#include "check/TagParts.h"
 #include "check/TemplateFile.h"
 
 namespace velmor {
@@ -20,6 +22,9 @@ public:
     // Of a tag's opening marker.
     void add(DiagnosticCode code, const TemplateFile& file, const TemplateTag& tag, std::u16string message,
              std::u16string hint = {});
+    void add(DiagnosticCode code, const TagParts& tag, std::u16string message, std::u16string hint = {}) {
+        add(code, tag.file(), tag.tag(), std::move(message), std::move(hint));
+    }
     // Of a range of a file's source that no page shows.
     void addInSource(DiagnosticCode code, const TemplateFile& file, TextRange range, std::u16string message);
 

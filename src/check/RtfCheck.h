@@ -3,7 +3,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "rtf/read/RtfReader.h"
@@ -32,14 +34,63 @@ public:
     explicit RtfCheck(std::u16string_view source) : source_(source) {}
 
     // `meaning` of the first word of the group.
-    void open(std::size_t brace, WordMeaning meaning);
-    void close(std::size_t brace);
+    void open(std::size_t brace, WordMeaning meaning) {
+        if (isEnded_) return;
+        open_.push_back(brace);
+        if (open_.size() > deepestGroup && !std::exchange(isTooDeep_, true)) {
+            faults_.push_back({RtfFault::Kind::tooDeep, {brace, brace + 1}});
+        }
+        if (nested_ == 0 && meaning.word == Word::nesttableprops) {
+            nested_ = open_.size();
+            nestedDefinition_ = {};
+        }
+        if (!meaning.is(WordTrait::apartGroup)) return;
+        states_.emplace_back();
+        states_.back().depth = open_.size();
+    }
+
+    void close(std::size_t brace) {
+        if (isEnded_) return;
+        if (nested_ == open_.size()) nested_ = 0;
+        if (states_.back().depth == open_.size()) {
+            endTables();
+            states_.pop_back();
+        }
+        open_.pop_back();
+        isEnded_ = open_.empty();
+        if (!isEnded_) return;
+        const std::size_t next = source_.find_first_not_of(std::u16string_view(u" \t\r\n\0", 5), brace + 1);
+        if (next != source_.npos) faults_.push_back({RtfFault::Kind::endsEarly, {brace, brace + 1}});
+    }
+
     // A word that TableLevel takes, or \\cellx; it ignores others.
-    void takeWord(const ControlWord& word, Word meaning);
+    void takeWord(const ControlWord& word, Word meaning) {
+        if (isEnded_) return;
+        TableState& state = states_.back();
+        if (nested_ != 0) {
+            nestedDefinition_.take(meaning);
+            if (meaning == Word::nestrow) endRow(word, state.level.nestedRow(), nestedDefinition_);
+            return;
+        }
+        state.definition.take(meaning);
+        const std::optional<Level> level = state.level.take(word, meaning);
+        if (meaning == Word::row) endRow(word, 1, state.definition);
+        if (meaning != Word::cell && meaning != Word::nestcell) return;
+        Cells& cells = state.cells[*level];
+        ++cells.count;
+        cells.last = {word.begin, word.end};
+    }
+
     // The source has ended. Called once.
-    std::vector<RtfFault> faults();
+    std::vector<RtfFault> faults() {
+        endTables();
+        if (!open_.empty()) faults_.push_back({RtfFault::Kind::neverClosed, {open_.back(), open_.back() + 1}});
+        return std::move(faults_);
+    }
 
 private:
+    static constexpr std::size_t deepestGroup = 1000;
+
     // The columns that a definition names.
     struct RowDefinition {
         bool isThere = false;
@@ -62,8 +113,19 @@ private:
         std::map<Level, Cells> cells;  // that no row has ended yet
     };
 
-    void endRow(const ControlWord& word, Level level, const RowDefinition& definition);
-    void endTables();
+    void endRow(const ControlWord& word, Level level, const RowDefinition& definition) {
+        std::map<Level, Cells>& all = states_.back().cells;
+        const std::int64_t count = all[level].count;
+        all.erase(all.lower_bound(level), all.end());
+        if (count == definition.columns || count == 0) return;
+        const auto kind = definition.isThere ? RtfFault::Kind::wrongCells : RtfFault::Kind::noDefinition;
+        faults_.push_back({kind, {word.begin, word.end}, count, definition.columns});
+    }
+
+    // Cells without a row.
+    void endTables() {
+        for (const auto& [level, cells] : states_.back().cells) faults_.push_back({RtfFault::Kind::noRow, cells.last});
+    }
 
     std::u16string_view source_;
     std::vector<RtfFault> faults_;

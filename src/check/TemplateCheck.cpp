@@ -149,7 +149,7 @@ void TemplateCheck::checkRows(const TagParts& tag) {
     if (list) {
         properties_.setByRows(*list->Properties());
     } else if (name && properties_.knowsGiven() && !properties_.isSetByTemplate(*name)) {
-        found_.add(DiagnosticCode::unsetProperty, tag.file(), tag.tag(), u"nothing sets the property " + *name, {});
+        found_.add(DiagnosticCode::unsetProperty, tag, u"nothing sets the property " + *name, {});
     }
     if (const TagElement* const row = tag.find(u"ROW")) checkInclude(tag, row->value(services_));
 }
@@ -163,8 +163,7 @@ void TemplateCheck::checkPreprocess(const TagParts& tag) {
     const bool isTruthValue = value->ValueBoolean() || automation::toBoolean(value->Value()) || lower == u"no" ||
                               lower == u"n" || lower == u"f" || lower == u"off";
     if (isTruthValue) return;
-    found_.add(DiagnosticCode::unsuitableValue, tag.file(), tag.tag(),
-               u"PREPROCESS is neither True nor False: " + value->ValueStr());
+    found_.add(DiagnosticCode::unsuitableValue, tag, u"PREPROCESS is neither True nor False: " + value->ValueStr());
 }
 
 // ---- What tags yield
@@ -172,8 +171,7 @@ void TemplateCheck::checkPreprocess(const TagParts& tag) {
 // Checks a text that a tag yields, each once. `name` in the form of checked_.
 void TemplateCheck::checkAnswer(const TagParts& tag, const std::u16string& name, std::u16string text) {
     if (contains(answering_, name)) {
-        found_.add(DiagnosticCode::circle, tag.file(), tag.tag(), name + u" includes itself");
-        return;
+        return found_.add(DiagnosticCode::circle, tag, name + u" includes itself");
     }
     const auto [known, isNew] = checked_.try_emplace(name);
     if (!isNew) return add(tag.file(), tag.tag(), known->second);
@@ -255,20 +253,17 @@ void TemplateCheck::checkInclude(const TagParts& tag, std::u16string name) {
     const std::optional<std::u16string> file = knownText(std::move(name));
     if (!file) return;
     if (file->empty()) {
-        found_.add(DiagnosticCode::missingInclude, tag.file(), tag.tag(), u"the tag names no file");
-        return;
+        return found_.add(DiagnosticCode::missingInclude, tag, u"the tag names no file");
     }
     const std::optional<std::u16string> path = fullPath(*file);
     if (!path) return;
     const bool exists = rules_.admitsPath(*path) && services_.files.exists(*path);
     if (!rules_.admitsPath(*path) || (exists && !rules_.admitsFile(services_, *path))) {
-        found_.add(DiagnosticCode::outsideRoot, tag.file(), tag.tag(),
-                   u"the file " + *path + u" is not in the folder that files may be included from");
-        return;
+        return found_.add(DiagnosticCode::outsideRoot, tag,
+                          u"the file " + *path + u" is not in the folder that files may be included from");
     }
     if (!exists) {
-        found_.add(DiagnosticCode::missingInclude, tag.file(), tag.tag(), u"the file " + *path + u" does not exist");
-        return;
+        return found_.add(DiagnosticCode::missingInclude, tag, u"the file " + *path + u" does not exist");
     }
     checkIncludedFile(tag, *path);
 }
@@ -276,12 +271,10 @@ void TemplateCheck::checkInclude(const TagParts& tag, std::u16string name) {
 void TemplateCheck::checkIncludedFile(const TagParts& tag, const std::u16string& path) {
     const std::optional<std::string> bytes = services_.files.read(path);
     if (!bytes) {
-        found_.add(DiagnosticCode::missingInclude, tag.file(), tag.tag(), u"the file " + path + u" cannot be read");
-        return;
+        return found_.add(DiagnosticCode::missingInclude, tag, u"the file " + path + u" cannot be read");
     }
     if (const std::u16string kind = binaryKind(*bytes); !kind.empty()) {
-        found_.add(DiagnosticCode::binaryInclude, tag.file(), tag.tag(), u"the file " + path + u" is " + kind);
-        return;
+        return found_.add(DiagnosticCode::binaryInclude, tag, u"the file " + path + u" is " + kind);
     }
     std::u16string text = readTextFile(services_.files, path).value_or(std::u16string());
     const bool isList = BuiltInCommands::isListFile(path);
@@ -300,14 +293,13 @@ void TemplateCheck::checkListFile(const TagParts& tag, const std::u16string& pat
     if (!value) return;
     const std::optional<std::int32_t> position = index ? automation::toLong(Variant(*value)) : std::nullopt;
     if (index && !position) {
-        found_.add(DiagnosticCode::unsuitableValue, tag.file(), tag.tag(), u"INDEX is not a number: " + *value);
-        return;
+        return found_.add(DiagnosticCode::unsuitableValue, tag, u"INDEX is not a number: " + *value);
     }
     if (index ? list.Item(*position) != nullptr : list.Item(*value) != nullptr) return;
     std::vector<std::u16string> names;
     for (std::int32_t i = 1; !index && i <= list.Count(); ++i) names.push_back(list.Item(i)->Name());
-    found_.add(DiagnosticCode::missingEntry, tag.file(), tag.tag(),
-               u"the list file " + path + u" has no entry " + *value, didYouMean(*value, names));
+    found_.add(DiagnosticCode::missingEntry, tag, u"the list file " + path + u" has no entry " + *value,
+               didYouMean(*value, names));
 }
 
 }  // namespace velmor

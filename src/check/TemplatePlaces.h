@@ -6,6 +6,7 @@
 
 #include "check/LineIndex.h"
 #include "core/Markup.h"
+#include "text/Compare.h"
 
 namespace velmor {
 
@@ -19,10 +20,18 @@ public:
         std::size_t column;
     };
 
-    explicit TemplatePlaces(std::u16string_view text);
+    explicit TemplatePlaces(std::u16string_view text) : lines_(text) {
+        const bool hasTables = findText(text, u"\\trowd", 0, Comparison::binary) != text.npos;
+        if (hasTables) tags_ = findTopLevelTags(text).tags;
+    }
+
     // `index` and `position` as evaluation has them, both from 1. Costs less if the tag is in line `near` or the next
     // one.
-    Place of(std::size_t index, std::size_t position, std::size_t near = 1) const noexcept;
+    Place of(std::size_t index, std::size_t position, std::size_t near = 1) const noexcept {
+        if (index > 0 && index <= tags_.size()) position = tags_[index - 1].open + std::size_t{1};
+        const auto [line, column] = lines_.at(position - 1, near);
+        return {position, line, column};
+    }
 
 private:
     const LineIndex lines_;

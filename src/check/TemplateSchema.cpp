@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "automation/Portable.h"
-#include "text/Characters.h"
+#include "text/OneLine.h"
 
 namespace velmor {
 
@@ -23,14 +23,8 @@ void appendUnit(std::u16string& json, char16_t unit) {
 }
 
 std::u16string quoted(std::u16string_view text) {
-    constexpr char16_t replacement = 0xFFFD;
     std::u16string json = u"\"";
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool isPair = isHighSurrogate(text[i]) && i + 1 < text.size() && isLowSurrogate(text[i + 1]);
-        if (isPair) json += text[i++];
-        const bool isLone = !isPair && (isHighSurrogate(text[i]) || isLowSurrogate(text[i]));
-        appendUnit(json, isLone ? replacement : text[i]);
-    }
+    for (const char16_t unit : withoutLoneSurrogates(std::u16string(text))) appendUnit(json, unit);
     return json + u'"';
 }
 

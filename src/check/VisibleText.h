@@ -44,9 +44,8 @@ public:
     // "page text, paragraph 4", "header, table 1, row 2, cell 3"; empty in plain text.
     std::u16string placeOf(std::size_t index) const;
 
-    void add(char16_t unit, TextRange source);
-    // Text that is written in the source as it is shown.
-    void addAsWritten(std::u16string_view text, std::size_t begin);
+    // A unit, or text that is written in the source as it is shown.
+    void add(std::u16string_view text, TextRange source);
     // The source of the last unit, which took more than one unit of it, goes on up to `end`.
     void extend(std::size_t end) noexcept { runs_.back().end = static_cast<std::uint32_t>(end); }
     void endParagraph(bool inTable);
