@@ -1,3 +1,5 @@
+#include <memory>
+
 #include "platform/Cryptography.h"
 #include "platform/win32/Windows.h"
 #include "text/Error.h"
@@ -28,31 +30,26 @@ ULONG sizeOf(std::string_view bytes) {
     return static_cast<ULONG>(bytes.size());
 }
 
-class Algorithm {
-public:
-    explicit Algorithm(const wchar_t* name, ULONG flags = 0) {
-        require(BCryptOpenAlgorithmProvider(&handle_, name, nullptr, flags));
-    }
-    ~Algorithm() { BCryptCloseAlgorithmProvider(handle_, 0); }
-    Algorithm(const Algorithm&) = delete;
-    Algorithm& operator=(const Algorithm&) = delete;
-    BCRYPT_ALG_HANDLE get() const { return handle_; }
-
-private:
-    BCRYPT_ALG_HANDLE handle_ = nullptr;
+struct CloseAlgorithm {
+    void operator()(BCRYPT_ALG_HANDLE algorithm) const { BCryptCloseAlgorithmProvider(algorithm, 0); }
 };
+using Algorithm = std::unique_ptr<void, CloseAlgorithm>;
+
+Algorithm openAlgorithm(const wchar_t* name, ULONG flags = 0) {
+    BCRYPT_ALG_HANDLE handle = nullptr;
+    require(BCryptOpenAlgorithmProvider(&handle, name, nullptr, flags));
+    return Algorithm(handle);
+}
 
 class GcmKey {
 public:
-    explicit GcmKey(const CipherKey& key) : algorithm_(BCRYPT_AES_ALGORITHM) {
+    explicit GcmKey(const CipherKey& key) : algorithm_(openAlgorithm(BCRYPT_AES_ALGORITHM)) {
         wchar_t mode[] = BCRYPT_CHAIN_MODE_GCM;
         require(
             BCryptSetProperty(algorithm_.get(), BCRYPT_CHAINING_MODE, reinterpret_cast<UCHAR*>(mode), sizeof mode, 0));
-        auto bytes = key.bytes();
-        const NTSTATUS status = BCryptGenerateSymmetricKey(algorithm_.get(), &handle_, nullptr, 0, bytes.data(),
-                                                           static_cast<ULONG>(bytes.size()), 0);
-        SecureZeroMemory(bytes.data(), bytes.size());
-        require(status);
+        auto* const bytes = const_cast<UCHAR*>(key.bytes().data());  // only read
+        const auto size = static_cast<ULONG>(key.bytes().size());
+        require(BCryptGenerateSymmetricKey(algorithm_.get(), &handle_, nullptr, 0, bytes, size, 0));
     }
     ~GcmKey() { BCryptDestroyKey(handle_); }
     GcmKey(const GcmKey&) = delete;
@@ -60,7 +57,7 @@ public:
     BCRYPT_KEY_HANDLE get() const { return handle_; }
 
 private:
-    Algorithm algorithm_;
+    const Algorithm algorithm_;
     BCRYPT_KEY_HANDLE handle_ = nullptr;
 };
 
@@ -85,7 +82,7 @@ std::string randomBytes(std::size_t count) {
 }
 
 void deriveKey(CipherKey& key, std::string_view password, std::string_view salt, std::uint32_t rounds) {
-    const Algorithm hmac(BCRYPT_SHA256_ALGORITHM, BCRYPT_ALG_HANDLE_HMAC_FLAG);
+    const Algorithm hmac = openAlgorithm(BCRYPT_SHA256_ALGORITHM, BCRYPT_ALG_HANDLE_HMAC_FLAG);
     require(BCryptDeriveKeyPBKDF2(hmac.get(), raw(password), sizeOf(password), raw(salt), sizeOf(salt), rounds,
                                   key.bytes().data(), static_cast<ULONG>(key.bytes().size()), 0));
 }

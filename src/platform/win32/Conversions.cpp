@@ -4,6 +4,7 @@
 
 #include "automation/PlatformConversions.h"
 #include "platform/win32/VariantBridge.h"
+#include "platform/win32/WideText.h"
 
 namespace velmor::platform {
 
@@ -12,19 +13,15 @@ namespace {
 using automation::Variant;
 using automation::VariantType;
 
-// The platform reads a text up to its first U+0000; a text with one is neither a number nor a date.
-bool isReadable(std::u16string_view text) {
-    return text.find(u'\0') == std::u16string_view::npos;
-}
-
 // LCID 0 compares texts unit by unit, as scripts do.
 constexpr LCID binary = 0;
 
+// The platform reads a text up to its first U+0000; a text with one is neither a number nor a date.
 class UserLocaleConversions final : public automation::PlatformConversions {
 public:
     std::optional<Variant> convert(const Variant& value, VariantType target) const override {
         const auto* text = value.get<std::u16string>();
-        if (text != nullptr && !isReadable(*text)) return std::nullopt;
+        if (text != nullptr && holdsZero(*text)) return std::nullopt;
         ScopedVariant converted = toVariant(value);
         const HRESULT result = VariantChangeTypeEx(converted.get(), converted.get(), LOCALE_USER_DEFAULT,
                                                    VARIANT_ALPHABOOL, static_cast<VARTYPE>(target));
@@ -33,7 +30,7 @@ public:
 
     std::optional<automation::Date> parseDate(std::u16string_view text, std::uint32_t localeId,
                                               std::uint32_t flags) const override {
-        if (!isReadable(text)) return std::nullopt;
+        if (holdsZero(text)) return std::nullopt;
         ScopedVariant source = toVariant(Variant(text));
         double days = 0;
         const LCID locale = localeId == 0 ? LOCALE_USER_DEFAULT : localeId;

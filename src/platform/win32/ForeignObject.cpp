@@ -135,17 +135,83 @@ public:
 
     const ComPtr<IDispatch>& dispatch() const noexcept { return dispatch_; }
 
-    Variant invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) override;
+    Variant invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) override {
+        const auto alive = shared_from_this();  // the call may make its holder let it go
+        const DISPID id = identifierOf(name);
+        const bool puts = kind == InvokeKind::let || kind == InvokeKind::set;
+        const bool needsTypes = !puts && !std::all_of(arguments.begin(), arguments.end(),
+                                                      [](const Variant& value) { return value.isObject(); });
+        CallArguments given(arguments, needsTypes ? parametersOf(id) : nullptr, puts);
+        DISPID put = DISPID_PROPERTYPUT;
+        DISPPARAMS parameters = given.parameters(puts ? &put : nullptr);
+        ScopedVariant result;
+        EXCEPINFO exception{};
+        VARIANT* const wanted = puts ? nullptr : result.get();
+        const auto call = [&](WORD flags) {
+            return dispatch_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, wanted, &exception,
+                                     nullptr);
+        };
+        HRESULT outcome = call(flagsOf(kind));
+        if (outcome == DISP_E_MEMBERNOTFOUND && kind == InvokeKind::set) outcome = call(DISPATCH_PROPERTYPUT);
+        if (FAILED(outcome)) throw errorOf(outcome, outcome == DISP_E_EXCEPTION ? &exception : nullptr);
+        given.takeBack();
+        return fromVariant(*result);
+    }
+
     // From the type information of class or interface, without the underscore that hides a default interface;
     // "Picture" for the system's pictures; "Object" without type information.
-    std::u16string typeName() const override;
+    std::u16string typeName() const override {
+        if (dispatch_.as<IUnknown>(IID_IPicture)) return u"Picture";
+        ComPtr<ITypeInfo> types;
+        std::u16string name;
+        const ComPtr<IProvideClassInfo> provider = dispatch_.as<IProvideClassInfo>(IID_IProvideClassInfo);
+        if (provider && SUCCEEDED(provider->GetClassInfo(types.put())) && types) name = nameOf(*types.get());
+        if (name.empty() && SUCCEEDED(dispatch_->GetTypeInfo(0, LOCALE_USER_DEFAULT, types.put())) && types) {
+            name = nameOf(*types.get());
+        }
+        return name.empty() ? u"Object" : name;
+    }
 
 private:
     // The variant types of a member's parameters; VT_BYREF marks those by reference.
     using Parameters = std::vector<VARTYPE>;
 
-    DISPID identifierOf(std::u16string_view name);
-    const Parameters* parametersOf(DISPID id);
+    DISPID identifierOf(std::u16string_view name) {
+        if (name.empty()) return DISPID_VALUE;
+        std::u16string key(name);
+        if (const auto known = identifiers_.find(key); known != identifiers_.end()) return known->second;
+        std::wstring text = wide(name);
+        wchar_t* names[] = {text.data()};
+        DISPID id = DISPID_UNKNOWN;
+        if (holdsZero(name) || FAILED(dispatch_->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id))) {
+            automation::raiseNoSuchMember(name);
+        }
+        identifiers_.emplace(std::move(key), id);
+        return id;
+    }
+
+    const Parameters* parametersOf(DISPID id) {
+        if (const auto known = parameters_.find(id); known != parameters_.end()) return &known->second;
+        if (!typesRead_) {
+            ComPtr<ITypeInfo> types;
+            dispatch_->GetTypeInfo(0, LOCALE_USER_DEFAULT, types.put());
+            types_ = withMembers(std::move(types));
+            typesRead_ = true;
+        }
+        if (!types_) return nullptr;
+        for (UINT i = 0;; ++i) {
+            FUNCDESC* found = nullptr;
+            if (FAILED(types_->GetFuncDesc(i, &found))) return nullptr;
+            const std::unique_ptr<FUNCDESC, FreeDescription> description(found, {*types_.get()});
+            const bool reads = description->invkind == INVOKE_FUNC || description->invkind == INVOKE_PROPERTYGET;
+            if (description->memid != id || !reads) continue;
+            Parameters& parameters = parameters_[id];
+            for (SHORT p = 0; p < description->cParams; ++p) {
+                parameters.push_back(passingType(description->lprgelemdescParam[p].tdesc));
+            }
+            return &parameters;
+        }
+    }
 
     ComPtr<IDispatch> dispatch_;
     std::unordered_map<std::u16string, DISPID> identifiers_;  // by requested name
@@ -155,78 +221,6 @@ private:
 };
 
 }  // namespace
-
-Variant ForeignObject::invoke(std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) {
-    const auto alive = shared_from_this();  // the call may make its holder let it go
-    const DISPID id = identifierOf(name);
-    const bool puts = kind == InvokeKind::let || kind == InvokeKind::set;
-    const bool needsTypes = !puts && !std::all_of(arguments.begin(), arguments.end(),
-                                                  [](const Variant& value) { return value.isObject(); });
-    CallArguments call(arguments, needsTypes ? parametersOf(id) : nullptr, puts);
-    DISPID put = DISPID_PROPERTYPUT;
-    DISPPARAMS parameters = call.parameters(puts ? &put : nullptr);
-    ScopedVariant result;
-    EXCEPINFO exception{};
-    VARIANT* const wanted = puts ? nullptr : result.get();
-    HRESULT outcome =
-        dispatch_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flagsOf(kind), &parameters, wanted, &exception, nullptr);
-    if (outcome == DISP_E_MEMBERNOTFOUND && kind == InvokeKind::set) {
-        outcome = dispatch_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYPUT, &parameters, wanted,
-                                    &exception, nullptr);
-    }
-    if (FAILED(outcome)) throw errorOf(outcome, outcome == DISP_E_EXCEPTION ? &exception : nullptr);
-    call.takeBack();
-    return fromVariant(*result);
-}
-
-DISPID ForeignObject::identifierOf(std::u16string_view name) {
-    if (name.empty()) return DISPID_VALUE;
-    std::u16string key(name);
-    if (const auto known = identifiers_.find(key); known != identifiers_.end()) return known->second;
-    std::wstring text = wide(name);
-    wchar_t* names[] = {text.data()};
-    DISPID id = DISPID_UNKNOWN;
-    if (holdsZero(name) || FAILED(dispatch_->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id))) {
-        automation::raiseNoSuchMember(name);
-    }
-    identifiers_.emplace(std::move(key), id);
-    return id;
-}
-
-const ForeignObject::Parameters* ForeignObject::parametersOf(DISPID id) {
-    if (const auto known = parameters_.find(id); known != parameters_.end()) return &known->second;
-    if (!typesRead_) {
-        ComPtr<ITypeInfo> types;
-        dispatch_->GetTypeInfo(0, LOCALE_USER_DEFAULT, types.put());
-        types_ = withMembers(std::move(types));
-        typesRead_ = true;
-    }
-    if (!types_) return nullptr;
-    for (UINT i = 0;; ++i) {
-        FUNCDESC* found = nullptr;
-        if (FAILED(types_->GetFuncDesc(i, &found))) return nullptr;
-        const std::unique_ptr<FUNCDESC, FreeDescription> description(found, {*types_.get()});
-        const bool reads = description->invkind == INVOKE_FUNC || description->invkind == INVOKE_PROPERTYGET;
-        if (description->memid != id || !reads) continue;
-        Parameters& parameters = parameters_[id];
-        for (SHORT p = 0; p < description->cParams; ++p) {
-            parameters.push_back(passingType(description->lprgelemdescParam[p].tdesc));
-        }
-        return &parameters;
-    }
-}
-
-std::u16string ForeignObject::typeName() const {
-    if (dispatch_.as<IUnknown>(IID_IPicture)) return u"Picture";
-    ComPtr<ITypeInfo> types;
-    std::u16string name;
-    const ComPtr<IProvideClassInfo> provider = dispatch_.as<IProvideClassInfo>(IID_IProvideClassInfo);
-    if (provider && SUCCEEDED(provider->GetClassInfo(types.put())) && types) name = nameOf(*types.get());
-    if (name.empty() && SUCCEEDED(dispatch_->GetTypeInfo(0, LOCALE_USER_DEFAULT, types.put())) && types) {
-        name = nameOf(*types.get());
-    }
-    return name.empty() ? u"Object" : name;
-}
 
 automation::ObjectRef wrapForeign(IDispatch* dispatch) {
     return std::make_shared<ForeignObject>(dispatch);

@@ -14,8 +14,8 @@ constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELET
 
 class File {
 public:
-    File(const std::wstring& path, DWORD access, DWORD disposition)
-        : handle_(CreateFileW(path.c_str(), access, shareAll, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr)) {}
+    File(const std::wstring& path, DWORD access, DWORD disposition, DWORD flags = FILE_ATTRIBUTE_NORMAL)
+        : handle_(CreateFileW(path.c_str(), access, shareAll, nullptr, disposition, flags, nullptr)) {}
     ~File() { close(); }
     File(const File&) = delete;
     File& operator=(const File&) = delete;
@@ -178,12 +178,10 @@ public:
 
     std::optional<std::u16string> realPath(std::u16string_view path) const override {
         constexpr std::wstring_view prefix = L"\\\\?\\";
-        const HANDLE handle = CreateFileW(nativePath(path).c_str(), 0, shareAll, nullptr, OPEN_EXISTING,
-                                          FILE_FLAG_BACKUP_SEMANTICS, nullptr);
-        if (handle == INVALID_HANDLE_VALUE) return std::nullopt;
+        const File file(nativePath(path), 0, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);  // or a folder
+        if (!file) return std::nullopt;
         std::wstring found(32768, L'\0');  // the longest path there is
-        found.resize(GetFinalPathNameByHandleW(handle, found.data(), static_cast<DWORD>(found.size()), 0));
-        CloseHandle(handle);
+        found.resize(GetFinalPathNameByHandleW(file.get(), found.data(), static_cast<DWORD>(found.size()), 0));
         if (found.empty()) return std::nullopt;
         return fromWide(found.starts_with(prefix) ? std::wstring_view(found).substr(prefix.size()) : found);
     }
