@@ -25,13 +25,7 @@ using handler::detail::viewOf;
 constexpr std::int32_t outOfMemory = 7;
 constexpr std::int32_t automationError = 440;
 
-std::int32_t invokeLent(VelmorObject* object, std::int32_t kind, VelmorText member, const VelmorValue* arguments,
-                        std::size_t count, VelmorValue* result) noexcept;
-std::int32_t convertLent(VelmorObject* object, const VelmorValue* value, std::int32_t type,
-                         VelmorValue* result) noexcept;
-void releaseLent(VelmorValue* result) noexcept;
-
-constexpr VelmorObjectFunctions objectFunctions{&invokeLent, &convertLent, &releaseLent};
+extern const VelmorObjectFunctions objectFunctions;
 
 // An object as the library sees it.
 struct LentObject : VelmorObject {
@@ -59,26 +53,13 @@ Variant variantOf(const VelmorValue& value) {
 
 // Texts are lent: the variant must outlive the value. Objects become ours.
 VelmorValue lentValue(const Variant& value) {
-    VelmorValue result{};
-    if (const auto* const text = value.get<std::u16string>()) {
-        result.type = VELMOR_TEXT;
-        result.text = lent(*text);
-    } else if (const auto* const truth = value.get<bool>()) {
-        result.type = VELMOR_TRUTH;
-        result.number = *truth ? 1 : 0;
-    } else if (const auto* const date = value.get<automation::Date>()) {
-        result.type = VELMOR_DATE;
-        result.number = date->days;
-    } else if (value.isObject()) {
-        if (ObjectRef object = value.object()) {
-            result.object = new LentObject(std::move(object));
-            result.type = VELMOR_OBJECT;
-        }
-    } else if (const auto number = value.isEmpty() ? std::nullopt : automation::portable::toDouble(value)) {
-        result.type = VELMOR_NUMBER;
-        result.number = *number;
-    }
-    return result;
+    if (const auto* const text = value.get<std::u16string>()) return {VELMOR_TEXT, 0, lent(*text), nullptr};
+    if (const auto* const truth = value.get<bool>()) return {VELMOR_TRUTH, *truth ? 1.0 : 0.0, {}, nullptr};
+    if (const auto* const date = value.get<automation::Date>()) return {VELMOR_DATE, date->days, {}, nullptr};
+    if (ObjectRef object = value.object()) return {VELMOR_OBJECT, 0, {}, new LentObject(std::move(object))};
+    const bool isNothing = value.isEmpty() || value.isObject();
+    const auto number = isNothing ? std::nullopt : automation::portable::toDouble(value);
+    return number ? VelmorValue{VELMOR_NUMBER, *number, {}, nullptr} : VelmorValue{};
 }
 
 void give(const Variant& value, VelmorValue& result) {
@@ -149,6 +130,8 @@ void releaseLent(VelmorValue* result) noexcept {
     *result = {};
 }
 
+const VelmorObjectFunctions objectFunctions{&invokeLent, &convertLent, &releaseLent};
+
 // The arguments of one call of the library.
 class LentArguments {
 public:
@@ -171,21 +154,6 @@ private:
     std::vector<VelmorValue> values_;
 };
 
-// What the library gave; it takes it back.
-class LibraryResult {
-public:
-    explicit LibraryResult(const VelmorHandlerLibrary& library) : library_(library) {}
-    LibraryResult(const LibraryResult&) = delete;
-    LibraryResult& operator=(const LibraryResult&) = delete;
-    ~LibraryResult() { library_.release(&value_); }
-
-    VelmorValue* raw() noexcept { return &value_; }
-
-private:
-    const VelmorHandlerLibrary& library_;
-    VelmorValue value_{};
-};
-
 class LibraryHandler final : public automation::Object {
 public:
     LibraryHandler(const VelmorHandlerLibrary& library, const VelmorHandlerClass& described)
@@ -193,7 +161,7 @@ public:
 
     Variant invoke(std::u16string_view name, InvokeKind, std::span<Variant> arguments) override {
         const LentArguments lentArguments(arguments);
-        LibraryResult result(library_);
+        handler::detail::Result result(library_.release);
         const std::int32_t number = class_.invoke(lent(name), lentArguments.data(), lentArguments.size(), result.raw());
         if (number == 0) return variantOf(*result.raw());
         std::u16string description(viewOf(result.raw()->text));

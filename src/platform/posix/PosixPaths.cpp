@@ -12,11 +12,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::optional<std::string> nativePath(std::u16string_view path) {
-    if (path.empty() || path.find(u'\0') != path.npos) return std::nullopt;
-    return toUtf8(path);
-}
-
 // The first entry, in sorted order, that equals the name without regard to case; the name itself if there is none.
 fs::path entryIgnoringCase(const fs::path& folder, const fs::path& name) {
     const std::u16string sought = fromUtf8(name.native());
@@ -39,6 +34,16 @@ fs::path inExistingSpelling(const fs::path& path) {
     return result;
 }
 
+// As it is written if it exists, else in the spelling that `spell` gives it.
+template <class Spell>
+std::optional<std::string> nativePath(std::u16string_view path, Spell spell) {
+    if (path.empty() || path.find(u'\0') != path.npos) return std::nullopt;
+    std::string native = toUtf8(path);
+    if (pathExists(native)) return native;
+    std::replace(native.begin(), native.end(), '\\', '/');
+    return spell(native);
+}
+
 }  // namespace
 
 bool pathExists(const fs::path& path) {
@@ -47,18 +52,12 @@ bool pathExists(const fs::path& path) {
 }
 
 std::optional<std::string> pathToRead(std::u16string_view path) {
-    auto native = nativePath(path);
-    if (!native || pathExists(*native)) return native;
-    std::replace(native->begin(), native->end(), '\\', '/');
-    return inExistingSpelling(*native);
+    return nativePath(path, inExistingSpelling);
 }
 
 std::optional<std::string> pathToChange(std::u16string_view path) {
-    auto native = nativePath(path);
-    if (!native || pathExists(*native)) return native;
-    std::replace(native->begin(), native->end(), '\\', '/');
-    const fs::path whole = *native;
-    return inExistingSpelling(whole.parent_path()) / whole.filename();
+    return nativePath(path,
+                      [](const fs::path& whole) { return inExistingSpelling(whole.parent_path()) / whole.filename(); });
 }
 
 }  // namespace velmor::platform

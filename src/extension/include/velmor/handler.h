@@ -189,33 +189,21 @@ inline bool equal(std::u16string_view left, std::u16string_view right) {
 
 // The value for a call; it refers to what `value` holds.
 inline VelmorValue lentValue(const Value& value) {
-    VelmorValue result{};
-    if (const auto* const text = value.get<std::u16string>()) {
-        result.type = VELMOR_TEXT;
-        result.text = lent(*text);
-    } else if (const auto* const object = value.get<Object>()) {
-        result.type = VELMOR_OBJECT;
-        result.object = object->raw();
-    } else if (const auto* const date = value.get<Date>()) {
-        result.type = VELMOR_DATE;
-        result.number = date->days;
-    } else if (const auto* const truth = value.get<bool>()) {
-        result.type = VELMOR_TRUTH;
-        result.number = *truth ? 1 : 0;
-    } else if (const auto* const number = value.get<double>()) {
-        result.type = VELMOR_NUMBER;
-        result.number = *number;
-    }
-    return result;
+    if (const auto* const text = value.get<std::u16string>()) return {VELMOR_TEXT, 0, lent(*text), nullptr};
+    if (const auto* const object = value.get<Object>()) return {VELMOR_OBJECT, 0, {}, object->raw()};
+    if (const auto* const date = value.get<Date>()) return {VELMOR_DATE, date->days, {}, nullptr};
+    if (const auto* const truth = value.get<bool>()) return {VELMOR_TRUTH, *truth ? 1.0 : 0.0, {}, nullptr};
+    if (const auto* const number = value.get<double>()) return {VELMOR_NUMBER, *number, {}, nullptr};
+    return {};
 }
 
-// What a function of the program gave, which it releases.
+// What a function of the other side gave, which that side releases.
 class Result {
 public:
-    explicit Result(const VelmorObjectFunctions& functions) : functions_(functions) {}
+    explicit Result(void (*release)(VelmorValue*)) : release_(release) {}
     Result(const Result&) = delete;
     Result& operator=(const Result&) = delete;
-    ~Result() { functions_.release(&value_); }
+    ~Result() { release_(&value_); }
 
     VelmorValue* raw() noexcept { return &value_; }
     void check(std::int32_t outcome) const {
@@ -247,7 +235,7 @@ private:
         }));
     }
 
-    const VelmorObjectFunctions& functions_;
+    void (*const release_)(VelmorValue*);
     VelmorValue value_{};
 };
 
@@ -255,8 +243,7 @@ private:
 inline void giveText(std::u16string_view text, VelmorValue& result) {
     auto units = std::make_unique<char16_t[]>(text.size());
     text.copy(units.get(), text.size());
-    result.type = VELMOR_TEXT;
-    result.text = {units.release(), text.size()};
+    result = {VELMOR_TEXT, 0, {units.release(), text.size()}, nullptr};
 }
 inline void releaseResult(VelmorValue* result) noexcept {
     if (result->type == VELMOR_TEXT) delete[] result->text.units;
@@ -311,8 +298,7 @@ inline void invokeMember(const Class& described, std::u16string_view member, Arg
     for (const std::u16string_view known : members) isKnown = isKnown || equal(known, member);
     if (!isKnown) throw Failure(438, u"Object doesn't support this property or method");
     if (equal(member, u"Interface")) {
-        result.type = VELMOR_NUMBER;
-        result.number = level;
+        result = {VELMOR_NUMBER, level, {}, nullptr};
     } else {
         const bool answers = equal(member, u"GetTagValue");
         giveText(answers ? answer(described, arguments) : describe(described, member, arguments), result);
@@ -365,7 +351,7 @@ inline Value Object::invoke(std::int32_t kind, std::u16string_view member, std::
     std::array<VelmorValue, 8> values{};
     if (arguments.size() > values.size()) throw Failure(450, u"Wrong number of arguments");
     for (std::size_t i = 0; i < arguments.size(); ++i) values[i] = detail::lentValue(arguments[i]);
-    detail::Result result(*object_->functions);
+    detail::Result result(object_->functions->release);
     result.check(object_->functions->invoke(object_.get(), kind, detail::lent(member), values.data(), arguments.size(),
                                             result.raw()));
     return result.take();
@@ -373,7 +359,7 @@ inline Value Object::invoke(std::int32_t kind, std::u16string_view member, std::
 
 inline Value Object::convert(const Value& value, std::int32_t type) const {
     const VelmorValue given = detail::lentValue(value);
-    detail::Result result(*object_->functions);
+    detail::Result result(object_->functions->release);
     result.check(object_->functions->convert(object_.get(), &given, type, result.raw()));
     return result.take();
 }
