@@ -65,7 +65,6 @@ public:
         std::int32_t id = -1;
         std::u16string_view parameters = {};  // their names in order, with a blank after each
     };
-    static constexpr std::size_t npos = static_cast<std::size_t>(-1);
 
     // The names must outlive the table (they are literals).
     explicit DispatchTable(std::vector<Row> rows) : DispatchTable({}, std::move(rows)) {}
@@ -76,26 +75,24 @@ public:
     // Raises 438 for an unknown name, and 450 when the arguments do not fit. The object must be of the class.
     Variant invoke(Object& self, std::u16string_view name, InvokeKind kind, std::span<Variant> arguments) const;
 
-    // Any row of that name; npos for an unknown name.
-    std::size_t find(std::u16string_view name) const noexcept;
+    // Any row of that name; null for an unknown name.
+    const Row* find(std::u16string_view name) const noexcept;
     // The same by the member's identifier.
-    std::size_t findId(std::int32_t id) const noexcept;
-    const Row& row(std::size_t index) const noexcept { return rows_[index]; }
+    const Row* findId(std::int32_t id) const noexcept;
 
-    // The position of a parameter of the members with that identifier; npos for an unknown name.
-    std::size_t parameter(std::int32_t id, std::u16string_view name) const noexcept;
+    // The position of a parameter of the members with that identifier; -1 for an unknown name.
+    std::int32_t parameter(std::int32_t id, std::u16string_view name) const noexcept;
 
 private:
     struct Found {
-        std::size_t row;
+        const Row& row;
         std::size_t own;  // the arguments that the member takes itself
     };
     Found resolve(std::u16string_view name, InvokeKind kind, std::span<const Variant> arguments) const;
-    std::size_t find(std::u16string_view name, InvokeKind kind) const noexcept;
-
-    std::size_t indexOf(std::vector<Row>::const_iterator row) const noexcept {
-        return row == rows_.end() ? npos : static_cast<std::size_t>(row - rows_.begin());
-    }
+    const Row* find(std::u16string_view name, InvokeKind kind) const noexcept;
+    // The first row with this property; null without one.
+    template <class IsSought>
+    const Row* rowWhere(IsSought isSought) const noexcept;
 
     std::u16string_view default_;
     std::vector<Row> rows_;

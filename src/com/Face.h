@@ -17,26 +17,23 @@ public:
     explicit TableNames(const automation::DispatchTable& members) noexcept : members_(members) {}
 
     DISPID identifierOf(std::u16string_view name) override {
-        const std::size_t row = members_.find(name);
-        return row == npos ? DISPID_UNKNOWN : members_.row(row).id;
+        const auto* const row = members_.find(name);
+        return row ? row->id : DISPID_UNKNOWN;
     }
     DISPID parameterOf(DISPID member, std::u16string_view name) const override {
-        const std::size_t position = members_.parameter(member, name);
-        return position == npos ? DISPID_UNKNOWN : static_cast<DISPID>(position);
+        return members_.parameter(member, name);
     }
     bool hasParameter(DISPID member, DISPID position) const override {
-        const std::size_t row = members_.findId(member);
-        return row != npos && position >= 0 && position < members_.row(row).maximum;
+        const auto* const row = members_.findId(member);
+        return row && position >= 0 && position < row->maximum;
     }
     std::u16string_view nameOf(DISPID member) const override {
-        const std::size_t row = members_.findId(member);
-        if (row == npos) automation::raiseNoSuchMember({});
-        return members_.row(row).name;
+        const auto* const row = members_.findId(member);
+        if (!row) automation::raiseNoSuchMember({});
+        return row->name;
     }
 
 private:
-    static constexpr std::size_t npos = automation::DispatchTable::npos;
-
     const automation::DispatchTable& members_;
 };
 
