@@ -45,11 +45,11 @@ STDAPI DllCanUnloadNow() {
 }
 
 STDAPI DllRegisterServer() {
-    return platform::outcomeOf([] { registerServer(server(), Audience::everyone); });
+    return platform::outcomeOf([] { registerServer(server(), HKEY_LOCAL_MACHINE); });
 }
 
 STDAPI DllUnregisterServer() {
-    return platform::outcomeOf([] { unregisterServer(server(), Audience::everyone); });
+    return platform::outcomeOf([] { unregisterServer(server(), HKEY_LOCAL_MACHINE); });
 }
 
 // "regsvr32 /n /i:user": for the current user alone. "regsvr32 /n /i:surrogate": with a surrogate, for everyone.
@@ -57,9 +57,9 @@ STDAPI DllInstall(BOOL install, LPCWSTR command) {
     if (!command || !*command) return install ? DllRegisterServer() : DllUnregisterServer();
     const bool forUser = _wcsicmp(command, L"user") == 0, withSurrogate = _wcsicmp(command, L"surrogate") == 0;
     if (!forUser && !withSurrogate) return E_INVALIDARG;
-    const Audience audience = forUser ? Audience::currentUser : Audience::everyone;
+    const HKEY root = forUser ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
     return platform::outcomeOf([&] {
-        if (!install) return unregisterServer(server(), audience);
-        registerServer(server(), audience, withSurrogate ? Surrogate::system : Surrogate::none);
+        if (!install) return unregisterServer(server(), root);
+        registerServer(server(), root, withSurrogate ? Surrogate::system : Surrogate::none);
     });
 }

@@ -3,9 +3,9 @@
 #include <atomic>
 
 #include "com/Guard.h"
-#include "platform/Machine.h"
 #include "platform/win32/ComPtr.h"
-#include "platform/win32/WideText.h"
+//
+#include "extension/ClassRegistry.h"  // after windows.h
 
 namespace velmor::com {
 
@@ -18,7 +18,7 @@ std::atomic<ITypeLib*> loaded{nullptr};
 ITypeLib& typeLibrary() {
     if (!loaded) {
         platform::ComPtr<ITypeLib> library;
-        platform::check(LoadTypeLibEx(platform::wide(platform::ownFile()).c_str(), REGKIND_NONE, library.put()));
+        platform::check(LoadTypeLibEx(ownFile().c_str(), REGKIND_NONE, library.put()));
         ITypeLib* none = nullptr;
         if (loaded.compare_exchange_strong(none, library.get())) library.detach();
     }

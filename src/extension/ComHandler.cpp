@@ -13,23 +13,26 @@
 #include <cwchar>
 #include <iterator>
 
+#include "ClassRegistry.h"
 #include "ComObject.h"
+#include "ErrorNumbers.h"
 #include "ScopedVariant.h"
 
 extern "C" const VelmorHandlerLibrary* velmorHandlerLibrary(std::int32_t version);
 
 namespace {
 
+using velmor::com::ClassRegistry;
+using velmor::com::errorNumberOf;
+using velmor::com::RegisteredClass;
+using velmor::com::resultOf;
 using velmor::com::ScopedVariant;
 using velmor::handler::detail::equal;
 using velmor::handler::detail::lent;
 using velmor::handler::detail::members;
 using velmor::handler::detail::viewOf;
 
-constexpr HRESULT controlFacility = static_cast<HRESULT>(0x800A0000u);
 constexpr std::int32_t automationError = 440;
-
-HMODULE ownModule = nullptr;
 
 const VelmorHandlerLibrary& ownLibrary() {
     return *velmorHandlerLibrary(VELMOR_HANDLER_ABI);
@@ -49,28 +52,6 @@ std::u16string_view viewOf(const wchar_t* text) {
 BSTR bstrOf(std::u16string_view text) {
     static_assert(sizeof(OLECHAR) == sizeof(char16_t));
     return SysAllocStringLen(reinterpret_cast<const OLECHAR*>(text.data()), static_cast<UINT>(text.size()));
-}
-
-// Errors of automation and their numbers
-
-struct KnownResult {
-    HRESULT code;
-    std::int32_t number;
-};
-constexpr KnownResult knownResults[] = {
-    {DISP_E_MEMBERNOTFOUND, 438},   {DISP_E_UNKNOWNNAME, 438}, {DISP_E_BADPARAMCOUNT, 450},
-    {DISP_E_PARAMNOTOPTIONAL, 450}, {DISP_E_TYPEMISMATCH, 13}, {DISP_E_BADVARTYPE, 13},
-    {DISP_E_OVERFLOW, 6},           {E_INVALIDARG, 5},         {E_OUTOFMEMORY, 7}};
-
-std::int32_t numberOf(HRESULT code) {
-    const auto* const known = std::ranges::find(knownResults, code, &KnownResult::code);
-    if (known != std::end(knownResults)) return known->number;
-    const bool isControl = (static_cast<std::uint32_t>(code) >> 16) == 0x800A;
-    return isControl ? code & 0xFFFF : static_cast<std::int32_t>(code);
-}
-HRESULT codeOf(std::int32_t number) {
-    if (number > 0 && number <= 0xFFFF) return controlFacility | number;
-    return FAILED(number) ? static_cast<HRESULT>(number) : E_FAIL;
 }
 
 // Values of the host for the handler. A text is the system's string, an object counts as one reference.
@@ -98,8 +79,7 @@ void release(VelmorValue* value) noexcept {
 }
 
 void takeText(BSTR text, VelmorValue& value) {
-    value.type = VELMOR_TEXT;
-    value.text = {reinterpret_cast<const char16_t*>(text), SysStringLen(text)};
+    value = {VELMOR_TEXT, 0, {reinterpret_cast<const char16_t*>(text), SysStringLen(text)}, nullptr};
 }
 
 HRESULT takeObject(IUnknown* unknown, VelmorValue& value) {
@@ -107,13 +87,13 @@ HRESULT takeObject(IUnknown* unknown, VelmorValue& value) {
     IDispatch* dispatch = nullptr;
     const HRESULT code = unknown->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(&dispatch));
     if (FAILED(code)) return DISP_E_TYPEMISMATCH;
-    value.object = new (std::nothrow) LentObject(dispatch);
-    if (value.object == nullptr) {
-        dispatch->Release();
-        return E_OUTOFMEMORY;
+    auto* const object = new (std::nothrow) LentObject(dispatch);
+    if (object != nullptr) {
+        value = {VELMOR_OBJECT, 0, {}, object};
+        return S_OK;
     }
-    value.type = VELMOR_OBJECT;
-    return S_OK;
+    dispatch->Release();
+    return E_OUTOFMEMORY;
 }
 
 // Takes the variant's text; the variant is cleared.
@@ -126,12 +106,10 @@ HRESULT take(VARIANT& variant, VelmorValue& value) {
             V_VT(&variant) = VT_EMPTY;
             break;
         case VT_BOOL:
-            value.type = VELMOR_TRUTH;
-            value.number = V_BOOL(&variant) != VARIANT_FALSE ? 1 : 0;
+            value = {VELMOR_TRUTH, V_BOOL(&variant) != VARIANT_FALSE ? 1.0 : 0.0, {}, nullptr};
             break;
         case VT_DATE:
-            value.type = VELMOR_DATE;
-            value.number = V_DATE(&variant);
+            value = {VELMOR_DATE, V_DATE(&variant), {}, nullptr};
             break;
         case VT_DISPATCH:
         case VT_UNKNOWN:
@@ -143,8 +121,7 @@ HRESULT take(VARIANT& variant, VelmorValue& value) {
             break;
         default:
             if (SUCCEEDED(VariantChangeType(&variant, &variant, 0, VT_R8))) {
-                value.type = VELMOR_NUMBER;
-                value.number = V_R8(&variant);
+                value = {VELMOR_NUMBER, V_R8(&variant), {}, nullptr};
             }
     }
     VariantClear(&variant);
@@ -157,10 +134,10 @@ HRESULT give(const VelmorValue& value, VARIANT& variant);
 // Calls of the host's objects
 
 std::int32_t failed(HRESULT code, EXCEPINFO& exception, VelmorValue& result) {
-    std::int32_t number = numberOf(code);
+    std::int32_t number = errorNumberOf(code);
     if (code == DISP_E_EXCEPTION) {
         if (exception.pfnDeferredFillIn != nullptr) exception.pfnDeferredFillIn(&exception);
-        number = exception.scode != 0 ? numberOf(exception.scode) : exception.wCode;
+        number = exception.scode != 0 ? errorNumberOf(exception.scode) : exception.wCode;
         if (exception.bstrDescription != nullptr) takeText(exception.bstrDescription, result);
         SysFreeString(exception.bstrSource);
         SysFreeString(exception.bstrHelpFile);
@@ -205,19 +182,19 @@ std::int32_t invoke(VelmorObject* object, std::int32_t kind, VelmorText member, 
         if (SUCCEEDED(code)) code = take(*given.get(), *result);
         return SUCCEEDED(code) ? 0 : failed(code, exception, *result);
     } catch (const std::bad_alloc&) {
-        return numberOf(E_OUTOFMEMORY);
+        return errorNumberOf(E_OUTOFMEMORY);
     }
 }
 
 std::int32_t convert(VelmorObject*, const VelmorValue* value, std::int32_t type, VelmorValue* result) noexcept {
     constexpr VARTYPE types[] = {VT_EMPTY, VT_BSTR, VT_R8, VT_DATE, VT_BOOL};
     *result = {};
-    if (type < VELMOR_TEXT || type > VELMOR_TRUTH) return numberOf(E_INVALIDARG);
+    if (type < VELMOR_TEXT || type > VELMOR_TRUTH) return errorNumberOf(E_INVALIDARG);
     ScopedVariant given;
     HRESULT code = give(*value, *given.get());
     if (SUCCEEDED(code)) code = VariantChangeType(given.get(), given.get(), VARIANT_ALPHABOOL, types[type]);
     if (SUCCEEDED(code)) code = take(*given.get(), *result);
-    return SUCCEEDED(code) ? 0 : numberOf(code);
+    return SUCCEEDED(code) ? 0 : errorNumberOf(code);
 }
 
 constexpr VelmorObjectFunctions objectFunctions{&invoke, &convert, &release};
@@ -319,7 +296,7 @@ private:
 
     EXCEPINFO exceptionOf(std::int32_t number, std::u16string_view description) const {
         EXCEPINFO exception{};
-        exception.scode = codeOf(number);
+        exception.scode = resultOf(number);
         exception.bstrSource = bstrOf(viewOf(class_.name));
         if (!description.empty()) exception.bstrDescription = bstrOf(description);
         return exception;
@@ -328,69 +305,23 @@ private:
     const VelmorHandlerClass& class_;
 };
 
-// Registration, for all users or the current one. Class identifiers and handlers are apart for programs of 32 and of 64
-// bits; class names are shared.
+// Registration, for all users or the current one. The handlers' entries are the machine's, and apart for programs of 32
+// and of 64 bits as class identifiers are.
 
 constexpr wchar_t handlers[] = L"SOFTWARE\\Korvane\\Quillmark\\Handlers";
-constexpr bool is64Bit = sizeof(void*) == 8;
 
-std::wstring classKey(const VelmorHandlerClass& described) {
-    return L"Software\\Classes\\CLSID\\" + wide(described.identifier);
-}
-std::wstring nameKey(const VelmorHandlerClass& described) {
-    return L"Software\\Classes\\" + wide(described.name);
+RegisteredClass registeredClass(const VelmorHandlerClass& described) {
+    return {wide(described.identifier), {wide(described.name)}, wide(described.description)};
 }
 
-// Collects the first failure of several steps.
-class Steps {
-public:
-    void take(LSTATUS status, LSTATUS alsoFine = ERROR_SUCCESS) {
-        if (status != alsoFine && first_ == ERROR_SUCCESS) first_ = status;
-    }
-    HRESULT outcome() const { return HRESULT_FROM_WIN32(static_cast<DWORD>(first_)); }
-
-private:
-    LSTATUS first_ = ERROR_SUCCESS;
-};
-
-void set(Steps& steps, HKEY root, const std::wstring& key, const wchar_t* name, const std::wstring& value) {
-    const auto bytes = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
-    steps.take(RegSetKeyValueW(root, key.c_str(), name, REG_SZ, value.c_str(), bytes));
-}
-
-std::wstring ownFile() {
-    std::wstring path(MAX_PATH, L'\0');
-    while (true) {
-        const DWORD length = GetModuleFileNameW(ownModule, path.data(), static_cast<DWORD>(path.size()));
-        if (length < path.size()) return path.substr(0, length);
-        path.resize(path.size() * 2);
-    }
-}
-
-void write(Steps& steps, HKEY root, const VelmorHandlerClass& described) {
-    const std::wstring key = classKey(described), description = wide(described.description);
-    set(steps, root, key, nullptr, description);
-    set(steps, root, key + L"\\InprocServer32", nullptr, ownFile());
-    set(steps, root, key + L"\\InprocServer32", L"ThreadingModel", L"Apartment");
-    set(steps, root, key + L"\\ProgID", nullptr, wide(described.name));
-    set(steps, root, nameKey(described), nullptr, description);
-    set(steps, root, nameKey(described) + L"\\CLSID", nullptr, wide(described.identifier));
-    if (described.handler.length != 0 && root == HKEY_LOCAL_MACHINE) {
-        set(steps, root, handlers, wide(described.handler).c_str(), wide(described.name));
-    }
-}
-
-// Whether the same library of the other bitness is registered. On a 32-bit Windows this is the class itself.
-bool hasPartner(HKEY root, const VelmorHandlerClass& described) {
-    HKEY found = nullptr;
-    const REGSAM other = is64Bit ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
-    if (RegOpenKeyExW(root, classKey(described).c_str(), 0, KEY_READ | other, &found) != ERROR_SUCCESS) return false;
-    RegCloseKey(found);
-    return true;
+void writeEntry(ClassRegistry& classes, const VelmorHandlerClass& described) {
+    if (described.handler.length == 0 || !classes.isMachine()) return;
+    classes.setValue(handlers, wide(described.handler).c_str(), wide(described.name));
 }
 
 // The handler's entry if it still names this class, and the keys that are empty then.
-void removeEntry(Steps& steps, const VelmorHandlerClass& described) {
+void removeEntry(ClassRegistry& classes, const VelmorHandlerClass& described) {
+    if (described.handler.length == 0 || !classes.isMachine()) return;
     const std::wstring handler = wide(described.handler);
     wchar_t named[256] = L"";
     DWORD bytes = sizeof named;
@@ -399,37 +330,33 @@ void removeEntry(Steps& steps, const VelmorHandlerClass& described) {
         wide(described.name) != named) {
         return;
     }
-    steps.take(RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, handlers, handler.c_str()));
+    classes.takeStatus(RegDeleteKeyValueW(HKEY_LOCAL_MACHINE, handlers, handler.c_str()));
     for (std::wstring key = handlers; key.find(L'\\') != key.npos; key.erase(key.rfind(L'\\'))) {
         SHDeleteEmptyKeyW(HKEY_LOCAL_MACHINE, key.c_str());
     }
 }
 
-void remove(Steps& steps, HKEY root, const VelmorHandlerClass& described) {
-    steps.take(RegDeleteTreeW(root, classKey(described).c_str()), ERROR_FILE_NOT_FOUND);
-    if (described.handler.length != 0 && root == HKEY_LOCAL_MACHINE) removeEntry(steps, described);
-    if (!hasPartner(root, described)) {
-        steps.take(RegDeleteTreeW(root, nameKey(described).c_str()), ERROR_FILE_NOT_FOUND);
+void unregisterClasses(ClassRegistry& classes) {
+    for (const VelmorHandlerClass& described : ownClasses()) {
+        removeEntry(classes, described);
+        classes.remove(registeredClass(described));
     }
 }
 
-HRESULT unregisterClasses(HKEY root) {
-    Steps steps;
-    for (const VelmorHandlerClass& described : ownClasses()) remove(steps, root, described);
-    return steps.outcome();
-}
-
 // All or nothing.
-HRESULT registerClasses(HKEY root) {
-    Steps steps;
-    for (const VelmorHandlerClass& described : ownClasses()) write(steps, root, described);
-    if (FAILED(steps.outcome())) unregisterClasses(root);
-    return steps.outcome();
+void registerClasses(ClassRegistry& classes) {
+    for (const VelmorHandlerClass& described : ownClasses()) {
+        classes.write(registeredClass(described));
+        writeEntry(classes, described);
+    }
+    if (FAILED(classes.outcome())) unregisterClasses(classes);
 }
 
 HRESULT changeRegistration(bool install, HKEY root) noexcept {
     try {
-        return install ? registerClasses(root) : unregisterClasses(root);
+        ClassRegistry classes(root);
+        install ? registerClasses(classes) : unregisterClasses(classes);
+        return classes.outcome();
     } catch (const std::bad_alloc&) {
         return E_OUTOFMEMORY;
     }
@@ -441,11 +368,6 @@ bool hasIdentifier(const VelmorHandlerClass& described, REFCLSID id) {
 }
 
 }  // namespace
-
-extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
-    if (reason == DLL_PROCESS_ATTACH) ownModule = instance;
-    return TRUE;
-}
 
 STDAPI DllGetClassObject(REFCLSID classId, REFIID id, void** object) {
     if (object == nullptr) return E_POINTER;

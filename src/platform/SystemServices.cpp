@@ -22,12 +22,21 @@ public:
     }
 };
 
+constexpr bool isWindows = std::filesystem::path::preferred_separator == '\\';
+
+// The root of a drive keeps its separator.
+std::u16string withoutLastSeparator(std::u16string folder) {
+    constexpr std::size_t root = isWindows ? 3 : 1;
+    while (folder.size() > root && (folder.back() == u'/' || (isWindows && folder.back() == u'\\'))) folder.pop_back();
+    return folder;
+}
+
 class SystemFolders : public Folders {
 public:
     explicit SystemFolders(std::u16string component) : component_(std::move(component)) {}
 
-    std::u16string commonData() const override { return commonDataFolder(); }
-    std::u16string temporary() const override { return temporaryFolder(); }
+    std::u16string commonData() const override { return withoutLastSeparator(commonDataFolder()); }
+    std::u16string temporary() const override { return withoutLastSeparator(temporaryFolder()); }
     std::u16string component() const override { return component_; }
     std::u16string machineName() const override { return nameOfMachine(); }
     char16_t separator() const override { return std::filesystem::path::preferred_separator; }

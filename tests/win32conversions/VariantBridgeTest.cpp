@@ -8,6 +8,8 @@
 #include "platform/win32/ComPtr.h"
 #include "platform/win32/Faces.h"
 #include "text/Error.h"
+//
+#include "extension/ErrorNumbers.h"  // after windows.h
 
 namespace velmor::platform {
 namespace {
@@ -114,12 +116,12 @@ TEST(VariantBridge, ArraysAreCarriedWhole) {
 }
 
 TEST(VariantBridge, ErrorsPassInBothDirections) {
-    EXPECT_EQ(hresultOf(Error(5, u"", u"")), static_cast<HRESULT>(0x800A0005u));
-    EXPECT_EQ(errorNumberOf(static_cast<HRESULT>(0x800A0005u)), 5);
-    EXPECT_EQ(errorNumberOf(DISP_E_TYPEMISMATCH), 13);
-    EXPECT_EQ(errorNumberOf(E_OUTOFMEMORY), 7);
-    EXPECT_EQ(errorNumberOf(hresultOf(Error(E_ACCESSDENIED, u"", u""))), E_ACCESSDENIED);
-    EXPECT_EQ(hresultOf(Error(0, u"", u"")), E_FAIL);
+    EXPECT_EQ(com::resultOf(5), static_cast<HRESULT>(0x800A0005u));
+    EXPECT_EQ(com::errorNumberOf(static_cast<HRESULT>(0x800A0005u)), 5);
+    EXPECT_EQ(com::errorNumberOf(DISP_E_TYPEMISMATCH), 13);
+    EXPECT_EQ(com::errorNumberOf(E_OUTOFMEMORY), 7);
+    EXPECT_EQ(com::errorNumberOf(com::resultOf(E_ACCESSDENIED)), E_ACCESSDENIED);
+    EXPECT_EQ(com::resultOf(0), E_FAIL);
 
     EXCEPINFO exception{};
     exception.scode = static_cast<SCODE>(0x800A0005u);

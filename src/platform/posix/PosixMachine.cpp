@@ -19,29 +19,19 @@
 namespace velmor::platform {
 namespace {
 
-// Empty when it is not set.
-std::u16string environmentVariable(const char* name) {
+std::u16string environmentVariable(const char* name, std::u16string_view otherwise = u"") {
     const char* value = std::getenv(name);
-    return value ? fromUtf8(value) : std::u16string();
-}
-
-std::u16string withoutLastSeparator(std::u16string folder) {
-    while (folder.size() > 1 && folder.back() == u'/') folder.pop_back();
-    return folder;
+    return value && *value ? fromUtf8(value) : std::u16string(otherwise);
 }
 
 }  // namespace
 
-// $VELMOR_DATA, else /var/lib/velmor.
 std::u16string commonDataFolder() {
-    auto folder = environmentVariable("VELMOR_DATA");
-    return folder.empty() ? u"/var/lib/velmor" : withoutLastSeparator(std::move(folder));
+    return environmentVariable("VELMOR_DATA", u"/var/lib/velmor");
 }
 
-// $TMPDIR, else /tmp.
 std::u16string temporaryFolder() {
-    auto folder = environmentVariable("TMPDIR");
-    return folder.empty() ? u"/tmp" : withoutLastSeparator(std::move(folder));
+    return environmentVariable("TMPDIR", u"/tmp");
 }
 
 std::u16string nameOfMachine() {
@@ -51,8 +41,7 @@ std::u16string nameOfMachine() {
 
 std::u16string usualRegistryFile(const Files& files) {
     if (auto named = environmentVariable("VELMOR_REGISTRY"); !named.empty()) return named;
-    std::u16string folder = environmentVariable("XDG_CONFIG_HOME");
-    if (folder.empty()) folder = environmentVariable("HOME") + u"/.config";
+    const std::u16string folder = environmentVariable("XDG_CONFIG_HOME", environmentVariable("HOME") + u"/.config");
     for (std::u16string path : {folder + u"/velmor/registry.reg", std::u16string(u"/etc/velmor/registry.reg")}) {
         if (files.exists(path)) return path;
     }

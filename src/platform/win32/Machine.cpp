@@ -6,40 +6,25 @@
 #include "platform/SystemServices.h"
 #include "platform/win32/ComPtr.h"
 #include "platform/win32/Faces.h"
-#include "platform/win32/RegistryViews.h"
 #include "platform/win32/VariantBridge.h"
 #include "platform/win32/WideText.h"
 #include "platform/win32/Windows.h"
 #include "text/Encoding.h"
 
-// Needs Windows.h before it.
+// They need Windows.h before them.
 #include <shlobj.h>
+
+#include "extension/ClassRegistry.h"
 
 namespace velmor::platform {
 namespace {
 
-constexpr DWORD longestPath = 32768;
-
-// The root of a drive keeps its separator.
-std::u16string withoutLastSeparator(std::u16string folder) {
-    while (folder.size() > 3 && (folder.back() == u'\\' || folder.back() == u'/')) folder.pop_back();
-    return folder;
-}
-
-bool isRegistered(const CLSID& identifier, REGSAM view) {
-    wchar_t text[39];
-    StringFromGUID2(identifier, text, 39);
-    HKEY key = nullptr;
-    const std::wstring path = L"Software\\Classes\\CLSID\\" + std::wstring(text);
-    if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, path.c_str(), 0, KEY_READ | view, &key) != ERROR_SUCCESS) return false;
-    RegCloseKey(key);
-    return true;
-}
-
 std::u16string reasonOf(HRESULT failure, const CLSID& identifier) {
-    if (!isRegistered(identifier, ownView) && isRegistered(identifier, otherView)) {
-        return is64Bit ? u"the class is registered for 32-bit programs only"
-                       : u"the class is registered for 64-bit programs only";
+    const com::ClassRegistry classes(HKEY_LOCAL_MACHINE);
+    const std::wstring key = com::classKey(com::textOf(identifier));
+    if (!classes.has(key) && classes.has(key, com::otherView)) {
+        return com::is64Bit ? u"the class is registered for 32-bit programs only"
+                            : u"the class is registered for 64-bit programs only";
     }
     return errorOf(failure, nullptr).description();
 }
@@ -74,13 +59,13 @@ automation::Date localTime() {
 std::u16string commonDataFolder() {
     wchar_t path[MAX_PATH] = {};
     if (FAILED(SHGetFolderPathW(nullptr, CSIDL_COMMON_APPDATA, nullptr, 0, path))) return {};
-    return withoutLastSeparator(fromWide(path));
+    return fromWide(path);
 }
 
 std::u16string temporaryFolder() {
     wchar_t path[MAX_PATH + 2] = {};
     const DWORD length = GetTempPathW(MAX_PATH + 2, path);
-    return length == 0 || length > MAX_PATH + 1 ? std::u16string() : withoutLastSeparator(fromWide({path, length}));
+    return length == 0 || length > MAX_PATH + 1 ? std::u16string() : fromWide({path, length});
 }
 
 std::u16string nameOfMachine() {
@@ -94,12 +79,7 @@ std::unique_ptr<Objects> machineObjects(const Registry&, std::vector<std::u16str
 }
 
 std::u16string ownFile() {
-    HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<const wchar_t*>(&ownFile), &module);
-    std::wstring path(longestPath, L'\0');
-    path.resize(GetModuleFileNameW(module, path.data(), longestPath));
-    return fromWide(path);
+    return fromWide(com::ownFile());
 }
 
 std::string lastSystemError() {

@@ -1,36 +1,32 @@
+#include <memory>
 #include <set>
+#include <type_traits>
 
 #include "platform/Machine.h"
-#include "platform/win32/RegistryViews.h"
 #include "platform/win32/WideText.h"
 #include "platform/win32/Windows.h"
 #include "text/Compare.h"
+//
+#include "extension/ClassRegistry.h"  // after windows.h
 
 namespace velmor::platform {
 namespace {
 
 constexpr DWORD longestName = 16384;
 
-class Key {
-public:
-    Key(std::u16string_view path, REGSAM view) {
-        while (!path.empty() && path.back() == u'\\') path.remove_suffix(1);
-        if (holdsZero(path)) return;
-        const LSTATUS status = RegOpenKeyExW(HKEY_LOCAL_MACHINE, wide(path).c_str(), 0, KEY_READ | view, &key_);
-        if (status != ERROR_SUCCESS) key_ = nullptr;
-    }
-    ~Key() {
-        if (key_) RegCloseKey(key_);
-    }
-    Key(const Key&) = delete;
-    Key& operator=(const Key&) = delete;
-
-    explicit operator bool() const { return key_ != nullptr; }
-    HKEY get() const { return key_; }
-
-private:
-    HKEY key_ = nullptr;
+struct CloseKey {
+    void operator()(HKEY key) const { RegCloseKey(key); }
 };
+using Key = std::unique_ptr<std::remove_pointer_t<HKEY>, CloseKey>;
+
+// Null for an absent key.
+Key openKey(std::u16string_view path, REGSAM view) {
+    while (!path.empty() && path.back() == u'\\') path.remove_suffix(1);
+    HKEY key = nullptr;
+    if (holdsZero(path)) return nullptr;
+    const LSTATUS status = RegOpenKeyExW(HKEY_LOCAL_MACHINE, wide(path).c_str(), 0, KEY_READ | view, &key);
+    return Key(status == ERROR_SUCCESS ? key : nullptr);
+}
 
 bool isText(DWORD type) {
     return type == REG_SZ || type == REG_EXPAND_SZ;
@@ -55,8 +51,8 @@ std::vector<std::u16string> namesInBothViews(std::u16string_view key, Enumerate 
     std::vector<std::u16string> names;
     std::set<std::u16string> seen;  // in lower case
     std::wstring buffer(longestName, L'\0');
-    for (const REGSAM view : {ownView, otherView}) {
-        const Key open(key, view);
+    for (const REGSAM view : {com::ownView, com::otherView}) {
+        const Key open = openKey(key, view);
         for (DWORD i = 0; open; ++i) {
             DWORD length = longestName;
             const LSTATUS status = enumerate(open.get(), i, buffer.data(), &length);
@@ -84,8 +80,8 @@ class MachineRegistry : public Registry {
 public:
     std::optional<std::u16string> value(std::u16string_view key, std::u16string_view name) const override {
         if (holdsZero(name)) return std::nullopt;
-        for (const REGSAM view : {ownView, otherView}) {
-            const Key open(key, view);
+        for (const REGSAM view : {com::ownView, com::otherView}) {
+            const Key open = openKey(key, view);
             auto text = open ? readText(open.get(), wide(name)) : std::nullopt;
             if (text) return text;
         }

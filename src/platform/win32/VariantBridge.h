@@ -56,11 +56,8 @@ bool isInterface(VARTYPE type) noexcept;
 // The bytes that a value of that type takes in memory; 0 for types without values of their own, and for arrays.
 std::size_t widthOf(VARTYPE type) noexcept;
 
-// Errors. Numbers 1 to 65535 are HRESULTs of the control facility (0x800A....), others are taken as
-// they are; the platform's own failures come in as the numbers that scripts know them by.
-HRESULT hresultOf(const Error& error) noexcept;
-std::int32_t errorNumberOf(HRESULT result) noexcept;
-// With the texts of an exception record, which is emptied (deferred fill-in included); null: none.
+// The error of a result, with the texts of an exception record, which is emptied (deferred fill-in included); null:
+// none.
 Error errorOf(HRESULT result, EXCEPINFO* exception);
 
 }  // namespace velmor::platform
