@@ -46,8 +46,8 @@ public:
     // With elements built from its name.
     CommandAnswer run() const;
 
-    // The parts of a tag "TAG>PROPERTY:name=default:" (its final ":" may be absent), without a full parse. Nothing if it
-    // needs the full parse.
+    // The parts of a tag "TAG>PROPERTY:name=default:" (its final ":" may be absent), without a full parse. Nothing if
+    // it needs the full parse.
     struct PlainProperty {
         std::u16string_view name;
         std::u16string_view value;  // when the property is absent

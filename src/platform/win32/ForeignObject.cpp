@@ -17,8 +17,6 @@ namespace {
 using automation::InvokeKind;
 using automation::Variant;
 
-constexpr VARTYPE variantReference = VT_BYREF | VT_VARIANT;
-
 // A DECIMAL has none: it lies across the type of its VARIANT.
 bool hasReferenceOfItsOwn(VARTYPE type) {
     return widthOf(type) != 0 && type != VT_DECIMAL;

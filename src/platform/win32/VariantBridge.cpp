@@ -13,7 +13,6 @@ using automation::Variant;
 
 namespace {
 
-constexpr VARTYPE variantReference = VT_BYREF | VT_VARIANT;
 constexpr int nestingLimit = 64;  // of references to variants
 
 // The place of the data in a VARIANT of that type that is not a reference.

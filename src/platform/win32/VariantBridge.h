@@ -15,6 +15,8 @@ namespace velmor::platform {
 
 using com::ScopedVariant;
 
+inline constexpr VARTYPE variantReference = VT_BYREF | VT_VARIANT;
+
 // Between automation::Variant and the platform's VARIANT. Ownership is the platform's: what comes
 // in is read and never released, what goes out belongs to the receiver.
 
