@@ -63,7 +63,7 @@ TemplateInput::TemplateInput(platform::Services& machine, const TemplateOptions&
 
 std::shared_ptr<privProperties> TemplateInput::makeProperties(platform::Services& services,
                                                               const AddRecord& addRecord) const {
-    const auto made = std::make_shared<privProperties>(services);
+    auto made = std::make_shared<privProperties>(services);
     privProperties& properties = *made;
     if (files_.properties) addPropertyText(properties, *files_.properties);
     if (files_.data) addData(properties, *files_.data, options_.dataFile);

@@ -175,8 +175,9 @@ bool CsvReader::decode(std::string_view bytes, std::u16string& text) const {
         return true;
     }
     std::optional<std::u16string> decoded = isAnsi_ ? fromAnsi(bytes) : textOfUtf8(bytes);
-    if (decoded) text = *std::move(decoded);
-    return decoded.has_value();
+    if (!decoded) return false;
+    text = *std::move(decoded);
+    return true;
 }
 
 }  // namespace velmor::cli
