@@ -67,14 +67,6 @@ std::u16string document(std::size_t length, Shape shape) {
 
 // ---- Ours and the floor
 
-class Host : public velmor::CleanHost {
-public:
-    velmor::platform::Services& services() noexcept override { return machine_; }
-
-private:
-    velmor::platform::MemoryServices machine_;
-};
-
 std::u16string tokenizeAndCopy(const std::u16string& text) {
     std::u16string copy;
     copy.reserve(text.size());
@@ -99,7 +91,7 @@ enum class Work { copying, cleaning, tolerantCleaning };
 
 void measure(benchmark::State& state, Shape shape, Work work) {
     const std::u16string text = document(static_cast<std::size_t>(state.range(0)), shape);
-    Host host;
+    velmor::platform::MemoryServices machine;
     CleanOptions options;
     options.tolerant = work == Work::tolerantCleaning;
     for (auto _ : state) {
@@ -107,7 +99,7 @@ void measure(benchmark::State& state, Shape shape, Work work) {
         std::u16string value = text;
         state.ResumeTiming();
         if (work != Work::copying) {
-            velmor::Module1::CleanRTFText(value, options, host);
+            velmor::Module1::CleanRTFText(value, options, machine);
             benchmark::DoNotOptimize(value.data());
         } else {
             const std::u16string copy = tokenizeAndCopy(value);

@@ -150,7 +150,7 @@ Outcome<std::u16string> Engine::join(const std::vector<std::u16string>& document
             text = cleaned(parts_->services(), std::move(text), exact, false);
         }
         if (texts.empty()) return Failure{5, u"there is no document"};
-        std::u16string joined = joinDocuments(std::move(texts), names, [](const std::string&, std::size_t) {});
+        std::u16string joined = joinDocuments(std::move(texts), names);
         return cleaned(parts_->services(), std::move(joined), exact, true);
     } catch (const Error& error) {
         return Failure{error.number(), error.description()};

@@ -118,13 +118,14 @@ private:
         MergeReport merged;
         CleanOptions options = cleanOptions({options_.exact, options_.styles, true});
         if (!options_.report.empty()) options.report = &merged;
-        JoinedCleaning joining(options, services_, letters, cleaned,
-                               [this](const std::string& name, std::size_t count) { tellLost(name, count); });
+        JoinedCleaning joining(options, services_, letters, cleaned);
         texts.rewind();
         std::u16string text;
         for (std::size_t i = 0; texts.next(text); ++i) {
             if (!holdsTag_) clean(text, options_.inputs[i], false);
-            joining.add(std::move(text), inputName(options_.inputs[i]));
+            const std::string name = inputName(options_.inputs[i]);
+            const std::size_t lost = joining.add({std::move(text), options.tolerant, name});
+            if (lost > 0) tellLost(name, lost);
         }
         Output output(services_.files, options_.output);
         MarkerCount breaks;

@@ -5,7 +5,7 @@
 
 #include "common/TemporaryFile.h"
 #include "platform/Services.h"
-#include "rtf/clean/Spool.h"
+#include "rtf/clean/SpooledTexts.h"
 
 namespace velmor::cli {
 

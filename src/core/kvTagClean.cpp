@@ -1,29 +1,15 @@
 // kvTag: cleaning RTF.
 
-#include <utility>
-
 #include "core/Options.h"
 #include "core/TimingLog.h"
 #include "core/kvTag.h"
 #include "rtf/clean/CleanRTF.h"
+#include "rtf/clean/FinishCleaning.h"
+#include "rtf/read/RtfReader.h"
+#include "text/Encoding.h"
 
 namespace velmor {
 namespace {
-
-class TagCleanHost final : public CleanHost {
-public:
-    explicit TagCleanHost(platform::Services& services) noexcept : services_(services) {}
-
-    platform::Services& services() noexcept override { return services_; }
-    bool timesCleaning() const noexcept override { return TimingLog::isOn(LogType::cleaning); }
-    void cleaned(double seconds, std::int32_t length) noexcept override {
-        const std::string digits = std::to_string(length);
-        TimingLog::write(services_, LogType::cleaning, seconds, std::u16string(digits.begin(), digits.end()));
-    }
-
-private:
-    platform::Services& services_;
-};
 
 CleanOptions optionsOf(kvTag& tag) {
     CleanOptions options;
@@ -33,20 +19,34 @@ CleanOptions optionsOf(kvTag& tag) {
     return options;
 }
 
+void clean(platform::Services& services, std::u16string& text, const CleanOptions& options) noexcept {
+    const TimedStage stage(services, LogType::cleaning);
+    Module1::CleanRTFText(text, options, services);
+    if (stage) stage.finish(decimal(text.size()));
+}
+
 }  // namespace
 
 bool kvTag::CleanRTFFile(std::u16string_view psFileName, std::u16string_view psSaveFileName) {
     const std::shared_ptr<Object> alive = keep();
-    TagCleanHost host(services_);
-    return Module1::CleanRTFFileText(psFileName, psSaveFileName, optionsOf(*this), host);
+    const CleanOptions options = optionsOf(*this);
+    bool saved = false;
+    attempt([&] {
+        auto bytes = services_.files.read(psFileName);
+        if (!bytes) return;
+        std::u16string text = fromAnsi(*bytes);
+        bytes.reset();
+        clean(services_, text, options);
+        saved = services_.files.write(psSaveFileName.empty() ? psFileName : psSaveFileName, toAnsi(text));
+    });
+    return saved;
 }
 
 void kvTag::CleanRTF(std::u16string& psRTF, MergeReport* report) {
     const std::shared_ptr<Object> alive = keep();
-    TagCleanHost host(services_);
     CleanOptions options = optionsOf(*this);
     options.report = report;
-    Module1::CleanRTFText(psRTF, options, host);
+    clean(services_, psRTF, options);
 }
 
 std::u16string kvTag::CleanRTFByVal(std::u16string psRTF) {

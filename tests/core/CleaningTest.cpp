@@ -54,5 +54,31 @@ TEST_F(Cleaning, WritesALineForEveryTextAndEveryFile) {
     EXPECT_TRUE(machine.files.get(u"out.rtf").has_value());
 }
 
+TEST_F(Cleaning, RefusesMissingFilesAndReplacesWholeFiles) {
+    platform::MemoryFiles& files = machine.files;
+    files.set(u"in.rtf", "{\\rtf1 \xe4\r\n\r\n}");
+    files.set(u"empty.rtf", "");
+    files.set(u"locked.rtf", "{\\rtf1 x}");
+    files.set(u"kept.rtf", "old");
+    files.failReading(u"locked.rtf");
+
+    const auto tag = std::make_shared<kvTag>(machine);
+    EXPECT_FALSE(tag->CleanRTFFile(u"none.rtf", u"out.rtf"));
+    EXPECT_FALSE(tag->CleanRTFFile(u"locked.rtf", u"out.rtf"));
+    EXPECT_FALSE(files.get(u"out.rtf").has_value());
+    EXPECT_TRUE(tag->CleanRTFFile(u"empty.rtf", u"out.rtf"));
+    EXPECT_EQ(files.get(u"out.rtf"), "");
+
+    EXPECT_TRUE(tag->CleanRTFFile(u"in.rtf", u"out.rtf"));
+    EXPECT_EQ(files.get(u"in.rtf"), "{\\rtf1 \xe4\r\n\r\n}");
+    EXPECT_TRUE(tag->CleanRTFFile(u"in.rtf", u""));
+    EXPECT_EQ(files.get(u"in.rtf"), files.get(u"out.rtf"));
+    EXPECT_EQ(files.get(u"in.rtf")->substr(files.get(u"in.rtf")->size() - 4), "\xe4\r\n}");
+
+    files.failWriting(u"kept.rtf");
+    EXPECT_FALSE(tag->CleanRTFFile(u"in.rtf", u"kept.rtf"));
+    EXPECT_EQ(files.get(u"kept.rtf"), "old");
+}
+
 }  // namespace
 }  // namespace velmor

@@ -18,19 +18,6 @@ namespace {
 using test::onSmallStack;
 using test::RtfText;
 
-class TestHost : public test::CleanTestHost {
-public:
-    bool timesCleaning() const noexcept override { return timed; }
-    void cleaned(double, std::int32_t length) noexcept override { lengths.push_back(length); }
-
-    void protectRows(std::u16string_view value) {
-        machine.registry.set(u"SOFTWARE\\Korvane\\Quillmark\\Options", u"RTF Table Overrun Protection", value);
-    }
-
-    bool timed = false;
-    std::vector<std::int32_t> lengths;
-};
-
 CleanOptions optionsOf(bool mergeMode, bool tolerant) {
     CleanOptions options;
     options.mergeMode = mergeMode;
@@ -39,8 +26,8 @@ CleanOptions optionsOf(bool mergeMode, bool tolerant) {
 }
 
 std::u16string cleaned(std::u16string text, const CleanOptions& options = {}) {
-    TestHost host;
-    Module1::CleanRTFText(text, options, host);
+    platform::MemoryServices machine;
+    Module1::CleanRTFText(text, options, machine);
     return text;
 }
 
@@ -74,25 +61,14 @@ TEST(CleanRTF, ChangesFinishedDocumentsOnly) {
     for (const char16_t* text : texts) EXPECT_EQ(toUtf8(cleaned(text)), toUtf8(text));
 }
 
-TEST(CleanRTF, ReportsTheLengthInEveryCase) {
-    TestHost host;
-    for (const bool timed : {false, true}) {
-        host.timed = timed;
-        std::u16string texts[] = {u"plain", u"{\\rtf1 x}"};
-        for (std::u16string& text : texts) Module1::CleanRTFText(text, {}, host);
-        EXPECT_EQ(host.lengths.size(), timed ? 2u : 0u);
-    }
-    EXPECT_EQ(host.lengths.front(), 5);
-}
-
 TEST(CleanRTF, ProtectsRowsUnlessTheOptionIsOff) {
     const std::u16string row = u"{\\rtf1 \\trowd\\cellx9 a\\cell\\row }";
     EXPECT_EQ(count(cleaned(row), u"\\trkeep\\row"), 1u);
     for (const std::u16string_view value : {u"1", u"0", u"", u"01", u"yes"}) {
-        TestHost host;
-        host.protectRows(value);
+        platform::MemoryServices machine;
+        machine.registry.set(u"SOFTWARE\\Korvane\\Quillmark\\Options", u"RTF Table Overrun Protection", value);
         std::u16string text = row;
-        Module1::CleanRTFText(text, {}, host);
+        Module1::CleanRTFText(text, {}, machine);
         EXPECT_EQ(count(text, u"\\trkeep"), value == u"1" ? 1u : 0u) << toUtf8(value);
     }
 }
@@ -228,34 +204,6 @@ TEST(CleanRTF, AcceptsAnyDepthAndNumberOfDocuments) {
     });
 }
 
-// ---- Files
-
-TEST(CleanRTFFile, RefusesMissingFilesAndReplacesWholeFiles) {
-    TestHost host;
-    platform::MemoryFiles& files = host.machine.files;
-    files.set(u"in.rtf", "{\\rtf1 \xe4\r\n\r\n}");
-    files.set(u"empty.rtf", "");
-    files.set(u"locked.rtf", "{\\rtf1 x}");
-    files.set(u"kept.rtf", "old");
-    files.failReading(u"locked.rtf");
-
-    EXPECT_FALSE(Module1::CleanRTFFileText(u"none.rtf", u"out.rtf", {}, host));
-    EXPECT_FALSE(Module1::CleanRTFFileText(u"locked.rtf", u"out.rtf", {}, host));
-    EXPECT_FALSE(files.get(u"out.rtf").has_value());
-    EXPECT_TRUE(Module1::CleanRTFFileText(u"empty.rtf", u"out.rtf", {}, host));
-    EXPECT_EQ(files.get(u"out.rtf"), "");
-
-    EXPECT_TRUE(Module1::CleanRTFFileText(u"in.rtf", u"out.rtf", {}, host));
-    EXPECT_EQ(files.get(u"in.rtf"), "{\\rtf1 \xe4\r\n\r\n}");
-    EXPECT_TRUE(Module1::CleanRTFFileText(u"in.rtf", u"", {}, host));
-    EXPECT_EQ(files.get(u"in.rtf"), files.get(u"out.rtf"));
-    EXPECT_EQ(files.get(u"in.rtf")->substr(files.get(u"in.rtf")->size() - 4), "\xe4\r\n}");
-
-    files.failWriting(u"kept.rtf");
-    EXPECT_FALSE(Module1::CleanRTFFileText(u"in.rtf", u"kept.rtf", {}, host));
-    EXPECT_EQ(files.get(u"kept.rtf"), "old");
-}
-
 // ---- Real documents
 
 TEST(CleanCorpus, KeepsTheTextAndTheBraces) {
@@ -304,12 +252,12 @@ TEST(CleanCorpus, NestsTheTablesOfADocumentInACell) {
         std::erase_if(result, [](char16_t unit) { return unit <= u' '; });
         return result;
     };
-    TestHost host;
+    platform::MemoryServices machine;
     for (auto [name, document] : test::corpus()) {
         document.resize(document.find_last_of(u'}') + 1);
         if (count(document, u"\\row") == 0 || !RtfText(document).isBalanced()) continue;
         if (!document.starts_with(u"{\\rtf1")) document.insert(5, u"1");
-        addTableMarkers(document, host.machine.guids);
+        addTableMarkers(document, machine.guids);
         const std::u16string text = u"{\\rtf1{\\*\\korvane\\starttable{x}}\\trowd\\cellx9000\\pard\\intbl " + document +
                                     u"\\cell\\row{\\*\\korvane\\endtable{x}}}";
         for (const bool tolerant : {false, true}) {

@@ -9,13 +9,6 @@
 
 namespace velmor::test {
 
-class CleanTestHost : public CleanHost {
-public:
-    platform::Services& services() noexcept override { return machine; }
-
-    platform::MemoryServices machine;
-};
-
 // Cleans an RTF text made of pieces that the bytes select. Empty, or the text, unless it grows within bounds, no
 // placeholder remains, and balanced braces stay balanced.
 inline std::u16string faultOfCleaning(const std::uint8_t* data, std::size_t size) {
@@ -39,9 +32,9 @@ inline std::u16string faultOfCleaning(const std::uint8_t* data, std::size_t size
     std::u16string text = u"{\\rtf1";
     for (std::size_t i = 1; i < size; ++i) text += pieces[data[i] % pieces.size()];
 
-    CleanTestHost host;
+    platform::MemoryServices machine;
     std::u16string result = text;
-    Module1::CleanRTFText(result, options, host);
+    Module1::CleanRTFText(result, options, machine);
     const bool bounded = result.size() < 100 * text.size() + 4000;
     const bool ownsNothing = result.find(u'\ufdd0') == result.npos;
     const bool balanced = !options.tolerant || RtfText(result).isBalanced() || !RtfText(text).isBalanced();

@@ -31,9 +31,9 @@ private:
 };
 
 // With identifiers that withNumberedIdentities() knows.
-class Machine : public CleanHost {
+class Machine {
 public:
-    platform::Services& services() noexcept override { return services_; }
+    operator const platform::Services&() const noexcept { return services_; }
 
 private:
     platform::MemoryServices memory_;
@@ -54,7 +54,7 @@ CleanOptions optionsOf(bool tolerant, StyleConflict styles = StyleConflict::rena
 std::u16string atOnce(Texts texts, const CleanOptions& options) {
     const std::vector<std::string> names(texts.size());
     for (std::u16string& text : texts) requireDocument(text, true, "");
-    std::u16string joined = joinDocuments(std::move(texts), names, [](const std::string&, std::size_t) {});
+    std::u16string joined = joinDocuments(std::move(texts), names);
     Machine machine;
     Module1::CleanRTFText(joined, options, machine);
     return test::withNumberedIdentities(std::move(joined));
@@ -68,9 +68,8 @@ struct Joined {
 Joined joined(const Texts& texts, const CleanOptions& options, Limits limits = {1, std::size_t{1} << 25, true}) {
     Machine machine;
     MemorySpool letters, cleaned;
-    const auto ignore = [](const std::string&, std::size_t) {};
-    JoinedCleaning joining(options, machine.services(), letters, cleaned, ignore, limits);
-    for (const std::u16string& text : texts) joining.add(text, "a letter");
+    JoinedCleaning joining(options, machine, letters, cleaned, limits);
+    for (const std::u16string& text : texts) joining.add({text, options.tolerant, "a letter"});
     Joined result;
     joining.finish([&](std::u16string_view text) {
         result.text += text;
@@ -172,12 +171,11 @@ TEST(JoinedCleaning, CleansAtOnceWhatCannotBeCleanedInParts) {
 TEST(JoinedCleaning, RefusesLettersAndGoesOn) {
     Machine machine;
     MemorySpool letters, cleaned;
-    std::string lost;
-    const auto note = [&](const std::string& name, std::size_t count) { lost += name + std::to_string(count); };
-    JoinedCleaning joining(optionsOf(true), machine.services(), letters, cleaned, note, {1, 60});
+    std::size_t lost = 0;
+    JoinedCleaning joining(optionsOf(true), machine, letters, cleaned, {1, 60});
     const auto errorOf = [&](std::u16string text) {
         try {
-            joining.add(std::move(text), "x.rtf");
+            lost = joining.add({std::move(text), true, "x.rtf"});
         } catch (const Error& error) {
             return std::to_string(error.number()) + " " + error.what();
         }
@@ -189,7 +187,7 @@ TEST(JoinedCleaning, RefusesLettersAndGoesOn) {
     EXPECT_EQ(errorOf(u"{\\rtf1 {\\rtf1 b}" + std::u16string(50, u'b') + u"}"),
               "7 the joined document is too large to be cleaned at once, as it must be: x.rtf holds another document");
     EXPECT_EQ(errorOf(u" 1 {\\rtf1 c} 2"), "");
-    EXPECT_EQ(lost, "x.rtf2");
+    EXPECT_EQ(lost, 2u);
     std::u16string result;
     joining.finish([&](std::u16string_view text) { result += text; });
     EXPECT_TRUE(equal(result, atOnce({u"{\\rtf a}", u"{\\rtf1 c}"}, optionsOf(true))));
@@ -252,8 +250,7 @@ TEST(JoinedCleaning, CleansRealDocumentsAsAtOnce) {
         while (texts.size() < 2 + random.below(4)) {
             std::u16string text = random.of(documents);
             try {
-                requireDocument(text, true, "");
-                documentIn(text, "");
+                text = JoinableDocument(text, true, "").text;
             } catch (const Error&) {
                 continue;
             }

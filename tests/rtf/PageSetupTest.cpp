@@ -12,8 +12,8 @@ std::string sectionsOf(std::u16string text, bool mergeMode) {
     CleanOptions options;
     options.tolerant = true;
     options.mergeMode = mergeMode;
-    test::CleanTestHost host;
-    Module1::CleanRTFText(text, options, host);
+    platform::MemoryServices machine;
+    Module1::CleanRTFText(text, options, machine);
     std::u16string sections;
     for (const auto& section : test::SectionReader::of(text)) {
         sections += section.text + u": " + section.page;

@@ -32,13 +32,15 @@ private:
 class JoinedRtf final : public Destination {
 public:
     JoinedRtf(platform::Services& services, const std::string& name, const Cleaning& how, bool twoThreads)
-        : output_(services.files, name),
-          letters_(services, how, twoThreads, [this](const std::string&, std::size_t count) { tellLost(count); }) {}
+        : output_(services.files, name), letters_(services, how, twoThreads) {}
 
     void admit(Letter& letter) override {
-        admitted_ = &letter;
         try {
-            letters_.add(*std::exchange(letter.document, std::nullopt), letterName);
+            const std::size_t lost = letters_.add(*std::exchange(letter.document, std::nullopt));
+            if (lost > 0) {
+                letter.remarks.push_back(std::to_string(lost) + (lost == 1 ? " character" : " characters") +
+                                         " outside the document left out");
+            }
         } catch (const Error& error) {
             letter.failure = error.what();
         }
@@ -50,14 +52,8 @@ public:
     }
 
 private:
-    void tellLost(std::size_t count) {
-        admitted_->remarks.push_back(std::to_string(count) + (count == 1 ? " character" : " characters") +
-                                     " outside the document left out");
-    }
-
     Output output_;
     JoinedLetters letters_;
-    Letter* admitted_ = nullptr;  // while it is being added
 };
 
 }  // namespace

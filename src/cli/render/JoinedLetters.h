@@ -15,10 +15,10 @@ namespace velmor::cli {
 // files. Memory does not depend on their number.
 class JoinedLetters {
 public:
-    JoinedLetters(platform::Services& services, const Cleaning& how, bool twoThreads, JoinedCleaning::Lost lost);
+    JoinedLetters(platform::Services& services, const Cleaning& how, bool twoThreads);
 
-    // Throws Error for a document that cannot be joined.
-    void add(JoinableDocument document, const std::string& name);
+    // As JoinedCleaning::add. Throws Error for a document that cannot be joined.
+    std::size_t add(JoinableDocument document);
     // Gives the document, piece by piece.
     void finish(const std::function<void(std::u16string_view)>& write);
 

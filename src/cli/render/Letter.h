@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "rtf/clean/JoinableDocument.h"
+#include "rtf/clean/JoinDocuments.h"
 
 namespace velmor::cli {
 
@@ -25,7 +25,7 @@ struct Letter {
 
     bool isMade() const noexcept { return failure.empty() && !isThere; }
     std::size_t size() const noexcept {
-        return bytes.size() + (document ? document->text().size() * sizeof(char16_t) : 0);
+        return bytes.size() + (document ? document->text.size() * sizeof(char16_t) : 0);
     }
 };
 

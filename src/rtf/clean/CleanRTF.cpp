@@ -8,7 +8,6 @@
 #include "rtf/read/RtfReader.h"
 #include "rtf/tables/TableMarkers.h"
 #include "text/Compare.h"
-#include "text/Encoding.h"
 
 namespace velmor {
 namespace {
@@ -56,38 +55,12 @@ bool Module1::isCleanable(std::u16string_view psText) noexcept {
     return holdsDocument && findText(psText, u"<KV:", 0, Comparison::text) == psText.npos;
 }
 
-void Module1::CleanRTFText(std::u16string& psText, CleanOptions options, CleanHost& host) noexcept {
-    const bool timed = host.timesCleaning();
-    const double start = timed ? host.services().clock.timer() : 0;
-    if (isCleanable(psText)) {
-        attempt([&] {
-            options.overrunProtection = isOverrunProtectionOn(host.services().registry);
-            clean(psText, options, host.services().guids);
-        });
-    }
-    if (timed) host.cleaned(host.services().clock.timer() - start, static_cast<std::int32_t>(psText.size()));
-}
-
-bool Module1::CleanRTFFileText(std::u16string_view psFileName, std::u16string_view psSaveFileName,
-                               const CleanOptions& options, CleanHost& host) noexcept {
-    bool saved = false;
+void Module1::CleanRTFText(std::u16string& psText, CleanOptions options, const platform::Services& services) noexcept {
+    if (!isCleanable(psText)) return;
     attempt([&] {
-        platform::Files& files = host.services().files;
-        auto bytes = files.read(psFileName);
-        if (!bytes) return;
-        std::u16string text = fromAnsi(*bytes);
-        bytes.reset();
-        CleanRTFText(text, options, host);
-        saved = SaveTextFile(text, psSaveFileName.empty() ? psFileName : psSaveFileName, files);
+        options.overrunProtection = isOverrunProtectionOn(services.registry);
+        clean(psText, options, services.guids);
     });
-    return saved;
-}
-
-bool Module1::SaveTextFile(std::u16string_view psText, std::u16string_view psFileName,
-                           platform::Files& files) noexcept {
-    bool saved = false;
-    attempt([&] { saved = files.write(psFileName, toAnsi(psText)); });
-    return saved;
 }
 
 }  // namespace velmor

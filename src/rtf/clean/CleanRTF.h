@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "rtf/clean/CleanHost.h"
+#include "platform/Services.h"
 #include "rtf/edit/CleanOptions.h"
 
 namespace velmor::Module1 {
@@ -22,15 +22,6 @@ bool isCleanable(std::u16string_view psText) noexcept;
 bool isOverrunProtectionOn(const platform::Registry& registry);
 
 // Reads the option "RTF Table Overrun Protection" itself.
-void CleanRTFText(std::u16string& psText, CleanOptions options, CleanHost& host) noexcept;
-
-// Cleans a file into psSaveFileName, or into itself when that is empty. False when the file is absent or
-// unreadable, or cannot be written; the target is then unchanged.
-bool CleanRTFFileText(std::u16string_view psFileName, std::u16string_view psSaveFileName, const CleanOptions& options,
-                      CleanHost& host) noexcept;
-
-// Writes the text in the system's ANSI code page ("?" for characters that it lacks). The file is replaced as a
-// whole or not at all.
-bool SaveTextFile(std::u16string_view psText, std::u16string_view psFileName, platform::Files& files) noexcept;
+void CleanRTFText(std::u16string& psText, CleanOptions options, const platform::Services& services) noexcept;
 
 }  // namespace velmor::Module1

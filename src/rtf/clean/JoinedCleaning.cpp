@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "rtf/clean/CleanRTF.h"
-#include "rtf/clean/JoinDocuments.h"
 #include "rtf/clean/JoinedParts.h"
 #include "rtf/merge/MergeReport.h"
 #include "rtf/pages/MergePageBreaks.h"
@@ -15,47 +14,33 @@ namespace {
 
 constexpr std::u16string_view marker = Module1::mergePageBreakMarker;
 
-class OwnHost final : public CleanHost {
-public:
-    explicit OwnHost(platform::Services& services) noexcept : services_(services) {}
-    platform::Services& services() noexcept override { return services_; }
-
-private:
-    platform::Services& services_;
-};
-
 }  // namespace
 
-JoinedCleaning::JoinedCleaning(const CleanOptions& options, platform::Services& services, Spool& letters,
-                               Spool& cleaned, Lost lost, const JoinLimits& limits)
-    : options_(options),
-      services_(services),
-      letters_(letters),
-      cleaned_(cleaned),
-      lost_(std::move(lost)),
-      limits_(limits) {
+JoinedCleaning::JoinedCleaning(const CleanOptions& options, const platform::Services& services, Spool& letters,
+                               Spool& cleaned, const JoinLimits& limits)
+    : options_(options), services_(services), letters_(letters), cleaned_(cleaned), limits_(limits) {
     options_.mergeMode = true;
 }
 
-void JoinedCleaning::add(JoinableDocument document, const std::string& name) {
+std::size_t JoinedCleaning::add(JoinableDocument document) {
     const bool isFirst = count_ == 0;
     JoinedFacts facts = facts_;
-    facts.add(isFirst ? JoinedFacts::ofHost(document.text(), document.range(), options_.tolerant) : document.facts());
+    facts.add(isFirst ? document.factsOfFirst(options_.tolerant) : document.facts);
     std::u16string obstacle = obstacle_;
-    if (obstacle.empty() && !facts.obstacle().empty()) obstacle = fromUtf8(name + " ").append(facts.obstacle());
-    const std::size_t size = size_ + (isFirst ? document.text().size() : marker.size() + document.document().size());
+    if (obstacle.empty() && !facts.obstacle.empty()) obstacle = fromUtf8(document.name + " ").append(facts.obstacle);
+    const std::size_t size = size_ + (isFirst ? document.text.size() : marker.size() + document.document().size());
     if (facts.isCleanable()) checkSize(obstacle, size);
     if (isFirst) {
-        firstEnd_ = document.range().end - 1;
-        first_ = document.takeText();
+        firstEnd_ = document.range.end - 1;
+        first_ = std::move(document.text);
     } else {
         letters_.add(document.document());
-        if (document.countOutside() > 0) lost_(name, document.countOutside());
     }
     facts_ = std::move(facts);
     obstacle_ = std::move(obstacle);
     size_ = size;
     ++count_;
+    return isFirst ? 0 : document.countOutside;
 }
 
 void JoinedCleaning::checkSize(const std::u16string& obstacle, std::size_t size) const {
@@ -103,8 +88,7 @@ void JoinedCleaning::cleanAtOnce(const Write& write) {
     joined.reserve(size_);
     writeJoined([&](std::u16string_view text) { joined.append(text); });
     first_ = {};
-    OwnHost host(services_);
-    Module1::CleanRTFText(joined, options_, host);
+    Module1::CleanRTFText(joined, options_, services_);
     write(joined);
 }
 

@@ -4,12 +4,9 @@
 #include <functional>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "platform/Services.h"
-#include "rtf/clean/JoinableDocument.h"
-#include "rtf/clean/JoinedFacts.h"
-#include "rtf/clean/Spool.h"
+#include "rtf/clean/JoinDocuments.h"
 #include "rtf/clean/SpooledTexts.h"
 #include "rtf/edit/CleanOptions.h"
 
@@ -37,20 +34,14 @@ struct JoinLimits {
 // damaged.
 class JoinedCleaning {
 public:
-    // How many characters around a further document are left out, white space and NULs aside.
-    using Lost = std::function<void(const std::string& name, std::size_t count)>;
-
     // `letters` and `cleaned` are empty; after an error of theirs the object is of no use.
-    JoinedCleaning(const CleanOptions& options, platform::Services& services, Spool& letters, Spool& cleaned, Lost lost,
+    JoinedCleaning(const CleanOptions& options, const platform::Services& services, Spool& letters, Spool& cleaned,
                    const JoinLimits& limits = {});
 
-    // Adds a document that was made for the same kind of cleaning, exact or tolerant; `name` is for messages. Throws
-    // Error 7 when all documents must be cleaned at once and are too large; the document is then not added.
-    void add(JoinableDocument document, const std::string& name);
-    // The same of a text. Throws Error 5, too, as JoinableDocument does.
-    void add(std::u16string document, const std::string& name) {
-        add(JoinableDocument(std::move(document), options_.tolerant, name), name);
-    }
+    // Adds a document that was made for the same kind of cleaning, exact or tolerant. Returns how many characters
+    // around it are left out: none of the first document's, white space and NULs aside. Throws Error 7 when all
+    // documents must be cleaned at once and are too large; the document is then not added.
+    std::size_t add(JoinableDocument document);
 
     // Writes the result in pieces, from the begin to the end; nothing when no document was added. To be called once.
     // Throws Error 7 as add(), before it writes anything.
@@ -65,10 +56,9 @@ private:
     void cleanAtOnce(const Write& write);
 
     CleanOptions options_;
-    platform::Services& services_;
+    const platform::Services& services_;
     SpooledTexts letters_;
     SpooledTexts cleaned_;
-    Lost lost_;
     JoinLimits limits_;
     JoinedFacts facts_;
     std::u16string first_;      // the first document, with the text around it

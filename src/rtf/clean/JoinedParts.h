@@ -44,7 +44,7 @@ public:
           cleaned_(cleaned),
           limits_(limits),
           enough_(size > limits.part ? (limits.part + 15) / 16 : limits.part),
-          merge_(DocumentMerge::begin(options, facts.lifted())) {
+          merge_(DocumentMerge::begin(options, facts.lifted)) {
         TableCollection tables(mark_);
         tables.hostGroups() = groupsOfSingleDocument(host, options_.tolerant).value();
         part_.groups = tables.hostGroups();
@@ -141,7 +141,7 @@ private:
 
     PartOfText beginning() const {
         PartOfText state;
-        state.pages.facingPages = facts_.hasFacingPages();
+        state.pages.facingPages = facts_.hasFacingPages;
         return state;
     }
 

@@ -1,33 +1,36 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <string_view>
 
-#include "rtf/clean/Spool.h"
+#include "text/Encoding.h"
 
 namespace velmor {
 
-// Texts in a spool, in the order of adding. Text of one byte a character takes one byte.
+// Bytes kept outside of memory, such as a temporary file: written one after the other, then read from the begin. Each
+// call raises an Error when it fails.
+class Spool {
+public:
+    virtual ~Spool() = default;
+
+    virtual void append(std::string_view bytes) = 0;
+    // Reading begins anew.
+    virtual void rewind() = 0;
+    // The next `size` bytes; as many were written.
+    virtual void read(char* bytes, std::size_t size) = 0;
+};
+
+// Texts in a spool, in the order of adding, each as its size and its UTF-8.
 class SpooledTexts {
 public:
     explicit SpooledTexts(Spool& spool) noexcept : spool_(spool) {}
 
     void add(std::u16string_view text) {
-        char16_t used = 0;
-        for (const char16_t unit : text) used = static_cast<char16_t>(used | unit);
-        const Head head{text.size(), used > 0xFF};
-        spool_.append({reinterpret_cast<const char*>(&head), sizeof head});
-        if (head.isWide != 0) {
-            spool_.append({reinterpret_cast<const char*>(text.data()), text.size() * sizeof(char16_t)});
-        } else {
-            bytes_.resize(text.size());
-            std::transform(text.begin(), text.end(), bytes_.begin(),
-                           [](char16_t unit) { return static_cast<char>(unit); });
-            spool_.append(bytes_);
-        }
+        const std::string bytes = toUtf8(text);
+        const std::size_t size = bytes.size();
+        spool_.append({reinterpret_cast<const char*>(&size), sizeof size});
+        spool_.append(bytes);
         ++count_;
     }
 
@@ -41,30 +44,18 @@ public:
     bool next(std::u16string& text) {
         if (read_ == count_) return false;
         ++read_;
-        Head head{};
-        spool_.read(reinterpret_cast<char*>(&head), sizeof head);
-        text.resize(head.length);
-        if (head.isWide != 0) {
-            spool_.read(reinterpret_cast<char*>(text.data()), text.size() * sizeof(char16_t));
-        } else {
-            bytes_.resize(text.size());
-            spool_.read(bytes_.data(), bytes_.size());
-            std::transform(bytes_.begin(), bytes_.end(), text.begin(),
-                           [](char byte) { return static_cast<unsigned char>(byte); });
-        }
+        std::size_t size = 0;
+        spool_.read(reinterpret_cast<char*>(&size), sizeof size);
+        std::string bytes(size, '\0');
+        spool_.read(bytes.data(), size);
+        text = fromUtf8(bytes);
         return true;
     }
 
 private:
-    struct Head {
-        std::uint64_t length;  // in units
-        std::uint64_t isWide;  // two bytes a unit
-    };
-
     Spool& spool_;
     std::size_t count_ = 0;
     std::size_t read_ = 0;
-    std::string bytes_;
 };
 
 }  // namespace velmor
