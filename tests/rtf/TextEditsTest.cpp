@@ -30,16 +30,10 @@ TEST(TextEdits, EqualChangesMadeOneByOneFromTheEnd) {
         TextEdits edits;
         for (std::size_t at = random() % 9; at <= before.size(); at += random() % 9) {
             const std::size_t end = std::min(before.size(), at + random() % 6);
-            const std::size_t part = random() % (before.size() + 1);
-            if (random() % 8 == 0) {
-                edits.insertPart(at, text, {part, before.size()});
-                changes.push_back({at, at, before.substr(part)});
-            } else {
-                const std::u16string put(random() % 3 == 0 ? random() % 20 : 0, u'-');
-                edits.replaceVal(at, end, put);
-                changes.push_back({at, end, put});
-                at = end;
-            }
+            const std::u16string put(random() % 3 == 0 ? random() % 20 : 0, u'-');
+            edits.replaceVal(at, end, put);
+            changes.push_back({at, end, put});
+            at = end;
         }
         std::u16string literal = before;
         for (auto it = changes.rbegin(); it != changes.rend(); ++it) {

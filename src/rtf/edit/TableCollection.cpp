@@ -113,7 +113,7 @@ void TableCollection::expand(std::u16string& psText) {
         if (parts.isOfEntry()) added += parts.part().size();
         if (added > privStrCat::maximumLength - psText.size()) throw std::length_error("TableCollection");
     }
-    Rewriting result(psText, added, false);
+    Rewriting result(psText, added);
     for (Parts parts(*this, result.source()); parts.next();) {
         if (parts.followsEmpty() && wordTakesIn(result.written(), parts.part()[0])) result.put(u" ");
         result.put(parts.part());

@@ -13,7 +13,7 @@
 namespace velmor {
 
 // Tables that all documents of a run share; each has one place in the host's header.
-enum class SharedTable : std::uint8_t { fonts, colours, lists, listOverrides, styles };
+enum class SharedTable : std::uint8_t { fonts, colours, styles, lists, listOverrides };
 
 // The entries that one run of cleaning sets aside: the lifted documents ("RTF1", "RTF2", ... in order of their
 // openings, so a document precedes those in it), and the shared tables. Each has a placeholder, a short text at

@@ -24,8 +24,8 @@ bool wordTakesIn(std::u16string_view text, char16_t next) noexcept {
     return isWord && (next == u' ' || isDigit(next) || !hasNumber);
 }
 
-Rewriting::Rewriting(std::u16string& text, std::size_t lead, bool keepsSource)
-    : text_(text), inPlace_(!keepsSource && lead <= text.capacity() - text.size()) {
+Rewriting::Rewriting(std::u16string& text, std::size_t lead)
+    : text_(text), inPlace_(lead <= text.capacity() - text.size()) {
     const std::size_t length = text.size();
     if (inPlace_) {
         text.resize(length + lead);
@@ -69,7 +69,7 @@ TextEdits::Growth TextEdits::growth(std::size_t length) const noexcept {
     Growth result;
     std::size_t removed = 0, added = 0;
     for (const Edit& edit : edits_) {
-        added += edit.length + (edit.seam == Seam::apart);
+        added += edit.length + (edit.seam == Seam::apart || edit.seam == Seam::words);
         removed += edit.end - edit.begin;
         if (added > removed) result.lead = std::max(result.lead, added - removed);
     }
@@ -91,7 +91,8 @@ void TextEdits::write(Rewriting& target, PlaceShifts* shifts) const {
     for (const Edit& edit : edits_) {
         writeRest(edit.begin);
         if (edit.length != 0) target.put({edit.text, edit.length});
-        if (edit.seam != Seam::plain || edit.length != 0) apart = edit.seam == Seam::apart;
+        const bool endsWithWord = edit.seam == Seam::words && !standsAt(from, edit.end, u" ");
+        if (edit.seam != Seam::plain || edit.length != 0) apart = edit.seam == Seam::apart || endsWithWord;
         at = edit.end;
     }
     writeRest(from.size());
@@ -103,12 +104,11 @@ void TextEdits::apply(std::u16string& text, PlaceShifts* shifts) {
     order();
     const Growth growth = this->growth(text.size());
     if (growth.length > privStrCat::maximumLength) throw std::length_error("TextEdits");
-    Rewriting target(text, growth.lead, copiesParts_);
+    Rewriting target(text, growth.lead);
     write(target, shifts);
     target.finish();
     edits_.clear();
     kept_.clear();
-    copiesParts_ = false;
 }
 
 }  // namespace velmor

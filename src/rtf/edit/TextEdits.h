@@ -16,8 +16,8 @@ namespace velmor {
 // and the text is unchanged.
 class Rewriting {
 public:
-    // Writing is at most `lead` units ahead of reading. A source that is kept stays readable where it is.
-    Rewriting(std::u16string& text, std::size_t lead, bool keepsSource);
+    // Writing is at most `lead` units ahead of reading.
+    Rewriting(std::u16string& text, std::size_t lead);
 
     std::u16string_view source() const noexcept { return source_; }
     std::u16string_view written() const noexcept {
@@ -69,10 +69,9 @@ public:
     void replaceApartVal(std::size_t begin, std::size_t end, std::u16string text) {
         add({begin, end, keep(std::move(text)), Seam::apart});
     }
-    // Inserts a copy of a part of the text that changes, as it is before all changes.
-    void insertPart(std::size_t at, std::u16string_view text, TextRange part) {
-        copiesParts_ = true;
-        insert(at, text.substr(part.begin, part.end - part.begin));
+    // As replaceApartVal, for control words: a blank that follows ends the last of them.
+    void replaceByWordsVal(std::size_t begin, std::size_t end, std::u16string words) {
+        add({begin, end, keep(std::move(words)), Seam::words});
     }
 
     // A place whose change is known later: no change until it is filled. A cut may then extend up to the place
@@ -81,27 +80,18 @@ public:
         insert(at, {});
         return edits_.size() - 1;
     }
-    void fill(std::size_t place, std::u16string_view text) { edits_[place].put(text, Seam::plain); }
-    void fillApart(std::size_t place, std::u16string_view text) { edits_[place].put(text, Seam::apart); }
-    void fillApartVal(std::size_t place, std::u16string text) { fillApart(place, keep(std::move(text))); }
-    void fillCut(std::size_t place, std::size_t end) {
-        edits_[place].put({}, Seam::apart);
-        edits_[place].end = static_cast<std::uint32_t>(end);
-    }
-
-    // A place becomes a replacement of another range.
-    void refillVal(std::size_t place, std::size_t begin, std::size_t end, std::u16string text) {
-        edits_[place] = {begin, end, keep(std::move(text)), Seam::plain};
-    }
+    void fill(std::size_t place, std::u16string_view text) { refill(place, edits_[place].end, text, Seam::plain); }
+    void fillApart(std::size_t place, std::u16string_view text) { refill(place, edits_[place].end, text, Seam::apart); }
+    void fillCut(std::size_t place, std::size_t end) { refill(place, end, {}, Seam::apart); }
 
     // The edits are used up. Raises std::length_error when the text would grow beyond the limit of a string
     // builder, or std::bad_alloc; the text is then unchanged. `shifts` receives where the parts between the edits are.
     void apply(std::u16string& text, PlaceShifts* shifts = nullptr);
 
 private:
-    // The continuation of the text: whether a blank separates it from the preceding word. A plain seam without
-    // text leaves this to the previous edit.
-    enum class Seam : std::uint8_t { plain, apart, joined };
+    // The continuation of the text: whether a blank separates it from the preceding word; after words, one of the
+    // text's own may. A plain seam without text leaves this to the previous edit.
+    enum class Seam : std::uint8_t { plain, apart, words, joined };
 
     struct Edit {
         Edit(std::size_t from, std::size_t to, std::u16string_view put, Seam goingOn)
@@ -111,12 +101,6 @@ private:
               length(static_cast<std::uint32_t>(put.size())),
               seam(goingOn) {}
 
-        void put(std::u16string_view changed, Seam goingOn) noexcept {
-            text = changed.data();
-            length = static_cast<std::uint32_t>(changed.size());
-            seam = goingOn;
-        }
-
         std::uint32_t begin;
         std::uint32_t end;
         const char16_t* text;
@@ -125,6 +109,9 @@ private:
     };
 
     void add(Edit edit) { edits_.push_back(edit); }
+    void refill(std::size_t place, std::size_t end, std::u16string_view text, Seam seam) {
+        edits_[place] = {edits_[place].begin, end, text, seam};
+    }
     void order();
     struct Growth {
         std::size_t length = 0;  // of the changed text, at most
@@ -136,7 +123,6 @@ private:
 
     std::vector<Edit> edits_;
     std::deque<std::u16string> kept_;
-    bool copiesParts_ = false;
 };
 
 // True when `next` after the text would be a part of the text's last control word, or the blank that ends it.

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,15 +17,9 @@ namespace velmor {
 // of documents other than the host: the theme that stays is the host's.
 class ColourTable {
 public:
-    explicit ColourTable(const CleanOptions& options) noexcept : tolerant_(options.tolerant), report_(options.report) {}
+    static constexpr std::u16string_view opening = u"{\\colortbl";
 
-    // "{\colortbl", in exactly these letters, to the next "}": a colour contains no brace, so that one also ends a
-    // damaged table.
-    std::optional<TextRange> find(std::u16string_view text) const noexcept {
-        const std::size_t begin = RtfSearch(text, tolerant_).find(opening, 0);
-        const std::size_t end = begin == nowhere ? nowhere : text.find(u'}', begin);
-        return end == nowhere ? std::nullopt : std::optional(TextRange{begin, end + 1});
-    }
+    explicit ColourTable(const CleanOptions& options) noexcept : tolerant_(options.tolerant), report_(options.report) {}
 
     // Adds the colours of a document's table; `numbers` receives the new number of each.
     void add(std::u16string_view table, NumberMap& numbers, bool host) {
@@ -62,16 +55,6 @@ public:
     }
 
 private:
-    static constexpr std::u16string_view opening = u"{\\colortbl";
-
-    static std::u16string withoutWhiteSpace(std::u16string_view text) {
-        std::u16string result;
-        for (const char16_t unit : text) {
-            if (!isWhiteSpace(unit)) result += unit;
-        }
-        return result;
-    }
-
     // What remains is the colour that readers without themes show. A definition that says nothing else stays.
     static std::u16string withoutThemeWords(std::u16string definition) {
         std::u16string result;
@@ -86,7 +69,8 @@ private:
 
     std::int32_t numberOf(std::u16string_view definition, bool host) {
         const auto next = static_cast<std::int32_t>(numbers_.size()) + 1;
-        std::u16string text = tolerant_ ? withoutWhiteSpace(definition) : std::u16string(definition);
+        std::u16string text(definition);
+        if (tolerant_) std::erase_if(text, isWhiteSpace);
         if (tolerant_ && !host) text = withoutThemeWords(std::move(text));
         const auto [known, isNew] = numbers_.emplace(std::move(text), next);
         if (isNew) definitions_ += known->first;

@@ -17,6 +17,8 @@ namespace velmor {
 // character sets apart, and keeps the numbers of the host's theme fonts, which programs know by their numbers.
 class FontTable {
 public:
+    static constexpr std::u16string_view opening = u"{\\fonttbl";
+
     explicit FontTable(const CleanOptions& options) noexcept : tolerant_(options.tolerant) {}
 
     // Adds the fonts of a document's table, "{\fonttbl" to its brace; `numbers` receives the new
@@ -24,23 +26,22 @@ public:
     // one, unless that is empty.
     void add(std::u16string_view table, NumberMap& numbers, std::u16string_view characterSet = {},
              MergeReport* report = nullptr) {
-        constexpr std::u16string_view opening = u"{\\fonttbl";
         const bool isHost = numbers_.empty();
         for (TableEntries entries(table, opening.size(), tolerant_); entries.next();) {
             std::u16string_view entry = entries.text();
             std::u16string changed;
             if (!characterSet.empty()) entry = changed = inCharacterSet(entry, characterSet);
             const FontEntry font = readFontEntry(entry);
-            if (font.digits.empty()) continue;
-            const auto [number, isNew] = settle(keyOf(font, entry), font.digits, isHost);
-            numbers.set(font.digits, number);
-            if (report != nullptr)
-                report->add(&MergeReport::Document::fonts, font.name, font.digits, decimal(number), isNew);
+            const std::u16string_view own = font.number.number;
+            if (own.empty()) continue;
+            const auto [number, isNew] = settle(keyOf(font, entry), own, isHost);
+            numbers.set(own, number);
+            if (report != nullptr) report->add(&MergeReport::Document::fonts, font.name, own, decimal(number), isNew);
             if (!isNew) continue;
             const std::u16string_view opened = entries.isGroup() ? u"" : u"{";
             if (entries.isGroup()) entry.remove_suffix(1);
-            entries_.append(u"\r\n").append(opened).append(entry, 0, font.number).append(decimal(number));
-            entries_.append(entry.substr(font.number + font.digits.size())).append(font.isEnded ? u"}" : u";}");
+            entries_.append(u"\r\n").append(opened).append(entry, 0, font.number.numberBegin());
+            entries_.append(decimal(number)).append(entry.substr(font.number.end)).append(font.isEnded ? u"}" : u";}");
         }
     }
 
@@ -52,14 +53,11 @@ public:
     }
 
     // The merged table.
-    std::u16string text() const { return u"{\\fonttbl" + entries_ + u"}"; }
+    std::u16string text() const { return std::u16string(opening) + entries_ + u"}"; }
 
 private:
     struct FontEntry {
-        std::size_t number = 0;  // the place of its digits
-        std::u16string_view digits;
-        std::u16string_view characterSet;
-        TextRange characterSetWord;
+        ControlWord number, characterSet;
         std::u16string name;
         bool isEnded = false;
     };
@@ -76,12 +74,9 @@ private:
             if (items.kind() == EntryItems::Kind::text) {
                 if (items.text() != u"\r" && items.text() != u"\n") font.name += items.text();
             } else if (word.letters == u"f" && !word.number.empty()) {
-                if (!font.digits.empty()) continue;
-                font.number = word.numberBegin();
-                font.digits = word.number;
+                if (font.number.number.empty()) font.number = word;
             } else if (word.letters == u"fcharset") {
-                font.characterSet = word.number;
-                font.characterSetWord = {word.begin, word.end};
+                font.characterSet = word;
             } else if (word.letters == u"u") {
                 font.name += items.text();
             }
@@ -92,19 +87,19 @@ private:
     // The key of a font: its name, or its entry if it has no name.
     std::u16string keyOf(const FontEntry& font, std::u16string_view entry) const {
         std::u16string key = font.name;
-        if (key.empty()) key.append(1, u'\1').append(entry.substr(font.number + font.digits.size()));
-        if (tolerant_) key.append(1, u'\0').append(font.characterSet);
+        if (key.empty()) key.append(1, u'\1').append(entry.substr(font.number.end));
+        if (tolerant_) key.append(1, u'\0').append(font.characterSet.number);
         return key;
     }
 
     // The entry with the given character set, if it names none or 1, which means that of the document's code page.
     std::u16string inCharacterSet(std::u16string_view entry, std::u16string_view characterSet) const {
         const FontEntry font = readFontEntry(entry);
+        const ControlWord& named = font.characterSet;
         std::u16string result(entry);
-        if (font.digits.empty() || !(font.characterSet.empty() || font.characterSet == u"1")) return result;
-        const TextRange named = font.characterSetWord;
-        if (named.end != 0) result.erase(named.begin, named.end - named.begin);
-        const std::size_t at = named.end != 0 ? named.begin : font.number + font.digits.size();
+        if (font.number.number.empty() || !(named.number.empty() || named.number == u"1")) return result;
+        result.erase(named.begin, named.end - named.begin);
+        const std::size_t at = named.end != 0 ? named.begin : font.number.end;
         return result.insert(at, std::u16string(u"\\fcharset").append(characterSet));
     }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -25,6 +26,9 @@ namespace velmor {
 // the numbers of the merged document.
 class ListTables {
 public:
+    static constexpr std::u16string_view listOpening = u"{\\*\\listtable";
+    static constexpr std::u16string_view overrideOpening = u"{\\*\\listoverridetable";
+
     explicit ListTables(const CleanOptions& options) noexcept : tolerant_(options.tolerant), report_(options.report) {}
 
     // Readers number the lists that paragraphs describe themselves ({\*\pn...}) from 1, as if they were in the tables.
@@ -75,7 +79,7 @@ public:
         forEach(table, [&](std::u16string_view entry) {
             const std::u16string_view word = firstWord(entry);
             if (word == u"list") {
-                addList(host_ ? std::u16string(entry) : withoutBlanks(entry), settledLists_.at(index++));
+                addList(entry, settledLists_.at(index++));
             } else if (word == u"listpicture") {
                 addPictures(entry);
             } else {
@@ -88,7 +92,7 @@ public:
         std::size_t index = 0;
         forEach(table, [&](std::u16string_view entry) {
             if (firstWord(entry) == u"listoverride") {
-                addOverride(host_ ? std::u16string(entry) : withoutBlanks(entry), settledOverrides_.at(index++));
+                addOverride(entry, settledOverrides_.at(index++));
             } else {
                 overrides_.append(u"\r\n").append(entry);
             }
@@ -104,16 +108,16 @@ public:
         return staysFree ? NumberMap::none : 0;
     }
 
-    bool hasLists() const noexcept { return !lists_.empty(); }
-    bool hasOverrides() const noexcept { return !overrides_.empty(); }
-
+    // The merged tables; nothing without entries.
     std::u16string listTable() const {
-        std::u16string table = u"{\\*\\listtable";
+        if (lists_.empty()) return {};
+        std::u16string table(listOpening);
         if (!pictures_.empty()) table.append(u"\r\n{\\*\\listpicture").append(pictures_).append(u"}");
         return table.append(lists_).append(u"}");
     }
-
-    std::u16string overrideTable() const { return u"{\\*\\listoverridetable" + overrides_ + u"}"; }
+    std::u16string overrideTable() const {
+        return overrides_.empty() ? u"" : std::u16string(overrideOpening) + overrides_ + u"}";
+    }
 
 private:
     // The first word of an entry, after "\*".
@@ -169,7 +173,7 @@ private:
     }
 
     // A list that is absent from the document's table must not mean another document's list.
-    std::u16string_view idOf(std::u16string_view id) {
+    const std::u16string& idOf(std::u16string_view id) {
         const auto [known, isNew] = idsOfDocument_.emplace(id, std::u16string());
         if (isNew) known->second = settle(ids_, id);
         return known->second;
@@ -187,14 +191,16 @@ private:
         }
     }
 
-    // The entry with its numbers replaced: `replace` gets each word of it, and the edits.
-    template <typename Replace>
-    std::u16string renumbered(std::u16string_view entry, Replace replace) {
-        std::u16string text(entry);
+    // The entry with its numbers replaced: `newNumber` gets each word of it, and gives the new number.
+    template <typename NewNumber>
+    std::u16string renumbered(std::u16string_view entry, NewNumber newNumber) {
+        std::u16string text = host_ ? std::u16string(entry) : withoutBlanks(entry);
         TextEdits edits;
-        for (EntryItems items(entry, tolerant_); items.next();) {
-            if (items.kind() == EntryItems::Kind::group) renumberPictures(entry, items, edits);
-            if (items.kind() == EntryItems::Kind::word) replace(items.word(), edits);
+        for (EntryItems items(text, tolerant_); items.next();) {
+            if (items.kind() == EntryItems::Kind::group) renumberPictures(text, items, edits);
+            if (items.kind() != EntryItems::Kind::word) continue;
+            const ControlWord& word = items.word();
+            if (const auto number = newNumber(word)) edits.replaceVal(word.numberBegin(), word.end, *number);
         }
         edits.apply(text);
         return text;
@@ -202,12 +208,12 @@ private:
 
     void addList(std::u16string_view entry, const List& list) {
         bool hasId = false;
-        std::u16string text = renumbered(entry, [&](const ControlWord& word, TextEdits& edits) {
-            const auto set = [&](std::u16string_view number) { edits.replace(word.numberBegin(), word.end, number); };
-            hasId = hasId || word.letters == u"listid";
-            if (word.letters == u"listid") set(list.id);
-            if (word.letters == u"listtemplateid") set(list.templateId);
-            if (word.letters == u"liststyleid") set(idOf(word.number));
+        std::u16string text = renumbered(entry, [&](const ControlWord& word) -> std::optional<std::u16string> {
+            if (word.letters == u"listtemplateid") return list.templateId;
+            if (word.letters == u"liststyleid") return idOf(word.number);
+            if (word.letters != u"listid") return std::nullopt;
+            hasId = true;
+            return list.id;
         });
         if (!hasId) text.insert(text.size() - 1, u"\\listid" + list.id);
         lists_.append(u"\r\n").append(text);
@@ -220,16 +226,15 @@ private:
         });
     }
 
-    void addOverride(std::u16string_view entry, std::u16string_view number) {
+    void addOverride(std::u16string_view entry, const std::u16string& number) {
         std::int32_t levels = 0;
         for (EntryItems items(entry, tolerant_); items.next();) {
             levels += items.kind() == EntryItems::Kind::group && firstWord(items.text()) == u"lfolevel";
         }
-        const std::u16string text = renumbered(entry, [&](const ControlWord& word, TextEdits& edits) {
-            const auto set = [&](std::u16string_view with) { edits.replace(word.numberBegin(), word.end, with); };
-            if (word.letters == u"listid") set(idOf(word.number));
-            if (word.letters == u"listoverridecount") edits.replaceVal(word.numberBegin(), word.end, decimal(levels));
-            if (word.letters == u"ls") set(number);
+        const std::u16string text = renumbered(entry, [&](const ControlWord& word) -> std::optional<std::u16string> {
+            if (word.letters == u"listid") return idOf(word.number);
+            if (word.letters == u"listoverridecount") return decimal(levels);
+            return word.letters == u"ls" ? std::optional(number) : std::nullopt;
         });
         overrides_.append(u"\r\n").append(text);
     }

@@ -32,13 +32,13 @@ struct MergeReport {
     };
 
     // Of the last document: an entry that is new or shared.
-    void add(std::vector<MergedEntry> Document::*table, std::u16string_view name, std::u16string_view number,
-             std::u16string_view newNumber, bool isNew) {
+    MergedEntry& add(std::vector<MergedEntry> Document::*table, std::u16string_view name, std::u16string_view number,
+                     std::u16string_view newNumber, bool isNew) {
         using Outcome = MergedEntry::Outcome;
         const Outcome outcome = !isNew ? Outcome::shared : documents.size() == 1 ? Outcome::kept : Outcome::added;
-        (documents.back().*table)
-            .push_back({outcome, std::u16string(name), std::u16string(name), std::u16string(number),
-                        std::u16string(newNumber)});
+        return (documents.back().*table)
+            .emplace_back(MergedEntry{outcome, std::u16string(name), std::u16string(name), std::u16string(number),
+                                      std::u16string(newNumber)});
     }
 
     std::vector<Document> documents;  // the host, then the lifted ones in the order of their openings

@@ -1,6 +1,7 @@
 #include "rtf/merge/MergeTables.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
 #include <tuple>
 #include <vector>
@@ -31,18 +32,18 @@ struct Table {
     std::u16string_view left = {};  // what replaces it: the braces that a damaged one leaves open
 };
 
-// The tables of one document, as it is.
-struct DocumentTables {
-    std::optional<Table> fonts, colours, styles, lists, overrides;
+// How the shared tables begin in a document, the first form preferred; in the order of SharedTable.
+struct Openings {
+    Group group;
+    std::u16string_view first, second = {};
 };
-
-std::u16string_view part(std::u16string_view text, const Table& table) {
-    return table.group.of(text);
-}
-
-bool overlap(const std::optional<Table>& one, const std::optional<Table>& other) {
-    return one && other && one->place.begin < other->place.end && other->place.begin < one->place.end;
-}
+constexpr Openings openings[] = {
+    {Group::fontTable, FontTable::opening},
+    {Group::colourTable, ColourTable::opening},
+    {Group::styleSheet, StyleSheet::opening},
+    {Group::listTable, ListTables::listOpening, u"{\\listtable"},
+    {Group::listOverrideTable, ListTables::overrideOpening, u"{\\listoverridetable"},
+};
 
 // A table may come in two forms, {\upr{\fonttbl...}{\*\ud{\fonttbl...}}}, for readers without
 // Unicode and with it. The group that holds both goes with the first.
@@ -104,7 +105,7 @@ public:
           colours_(options),
           styles_(options),
           lists_(options),
-          sweep_(options, numbers_) {}
+          sweep_(options) {}
 
     void mergeHost(std::u16string& text, TableCollection& tables) override {
         if (lifted_.exist) padRows(text, tables.hostGroups());
@@ -147,9 +148,9 @@ public:
     void store(TableCollection& tables) const override {
         tables.store(SharedTable::fonts, fonts_.text());
         tables.store(SharedTable::colours, colours_.text());
-        if (!styles_.empty()) tables.store(SharedTable::styles, styles_.text());
-        if (lists_.hasLists()) tables.store(SharedTable::lists, lists_.listTable());
-        if (lists_.hasOverrides()) tables.store(SharedTable::listOverrides, lists_.overrideTable());
+        tables.store(SharedTable::styles, styles_.text());
+        tables.store(SharedTable::lists, lists_.listTable());
+        tables.store(SharedTable::listOverrides, lists_.overrideTable());
     }
 
     bool canAddFont(std::int32_t number) const noexcept override { return fonts_.canAdd(number); }
@@ -183,41 +184,35 @@ private:
         return Table{group, placeOf(text, group, tolerant)};
     }
 
-    std::optional<Table> findStarred(std::u16string_view text, std::u16string_view starred,
-                                     std::u16string_view plain) const {
-        const auto table = find(text, starred);
-        return table ? table : find(text, plain);
-    }
-
-    void findTables(std::u16string_view text, GroupSet groups) {
-        tables_ = {};
-        if (groups.has(Group::fontTable)) tables_.fonts = find(text, u"{\\fonttbl");
-        if (groups.has(Group::colourTable)) {
-            if (const auto colours = colours_.find(text)) {
-                tables_.colours = Table{*colours, *colours, openBraces(text, *colours)};
-            }
-        }
-        if (groups.has(Group::styleSheet)) tables_.styles = find(text, u"{\\stylesheet");
-        if (groups.has(Group::listTable)) tables_.lists = findStarred(text, u"{\\*\\listtable", u"{\\listtable");
-        if (groups.has(Group::listOverrideTable)) {
-            tables_.overrides = findStarred(text, u"{\\*\\listoverridetable", u"{\\listoverridetable");
-        }
-        dropOverlapping();
+    // To the next "}": a colour contains no brace, so that one also ends a damaged table.
+    std::optional<Table> findColours(std::u16string_view text) const {
+        const std::size_t begin = RtfSearch(text, options_.tolerant).find(ColourTable::opening, 0);
+        const std::size_t end = begin == nowhere ? nowhere : text.find(u'}', begin);
+        if (end == nowhere) return std::nullopt;
+        const TextRange group{begin, end + 1};
+        return Table{group, group, openBraces(text, group)};
     }
 
     // A table that lies in another one, or crosses it, is not a table of its own.
-    void dropOverlapping() {
-        std::optional<Table>* const all[] = {&tables_.fonts, &tables_.colours, &tables_.styles, &tables_.lists,
-                                             &tables_.overrides};
-        for (std::size_t i = 1; i < std::size(all); ++i) {
-            const auto crosses = [&](const auto* other) { return overlap(*all[i], *other); };
-            if (std::any_of(all, all + i, crosses)) all[i]->reset();
+    void findTables(std::u16string_view text, GroupSet groups) {
+        tables_ = {};
+        for (std::size_t kind = 0; kind < tables_.size(); ++kind) {
+            const auto& [group, first, second] = openings[kind];
+            if (!groups.has(group)) continue;
+            auto table = group == Group::colourTable ? findColours(text) : find(text, first);
+            if (!table && !second.empty()) table = find(text, second);
+            const auto crosses = [&](const std::optional<Table>& other) {
+                return other && table->place.begin < other->place.end && other->place.begin < table->place.end;
+            };
+            if (table && std::none_of(tables_.begin(), tables_.end(), crosses)) tables_[kind] = table;
         }
     }
 
+    const std::optional<Table>& table(SharedTable kind) const { return tables_[static_cast<std::size_t>(kind)]; }
+
     // A table of the text with its references renumbered.
     std::u16string swept(std::u16string_view text, const Table& table, const References& references) {
-        std::u16string result(part(text, table));
+        std::u16string result(table.group.of(text));
         sweep_.begin(result, references, edits_);
         sweep_.sweep(0, result.size());
         edits_.apply(result);
@@ -230,12 +225,12 @@ private:
         references_ = {};
         fontNumbers_.clear();
         colourNumbers_.clear();
-        if (tables_.fonts) {
-            addFonts(part(text, *tables_.fonts), host);
+        if (const auto& fonts = table(SharedTable::fonts)) {
+            addFonts(fonts->group.of(text), host);
             references_.fonts = &fontNumbers_;
         }
-        if (tables_.colours) {
-            colours_.add(part(text, *tables_.colours), colourNumbers_, host);
+        if (const auto& colours = table(SharedTable::colours)) {
+            colours_.add(colours->group.of(text), colourNumbers_, host);
             references_.colours = &colourNumbers_;
         }
         whole_ = options_.tolerant && !host && isWhole(text);
@@ -265,7 +260,7 @@ private:
 
     // Whether the lifted document says how it looks. Any other is a fragment, and looks like its surroundings.
     bool isWhole(std::u16string_view text) const {
-        if (tables_.fonts || tables_.styles) return true;
+        if (table(SharedTable::fonts) || table(SharedTable::styles)) return true;
         for (RtfReader scanner(text, 0, text.size()); scanner.nextWord();) {
             const auto stands = [&](std::u16string_view word) { return standsAt(text, scanner.position() + 1, word); };
             if (std::any_of(PageSetup::documentWords.begin(), PageSetup::documentWords.end(), stands)) return true;
@@ -291,21 +286,24 @@ private:
     // Styles refer to lists and lists to styles; the numbers of the lists are settled first.
     void mergeStylesAndLists(std::u16string_view text) {
         References references = references_;
-        if (tables_.lists) lists_.readLists(part(text, *tables_.lists));
-        if (tables_.overrides) lists_.readOverrides(part(text, *tables_.overrides));
+        const auto& styles = table(SharedTable::styles);
+        const auto& lists = table(SharedTable::lists);
+        const auto& overrides = table(SharedTable::listOverrides);
+        if (lists) lists_.readLists(lists->group.of(text));
+        if (overrides) lists_.readOverrides(overrides->group.of(text));
         references.lists = &lists_;
-        if (tables_.styles) styles_.readSheet(swept(text, *tables_.styles, references));
+        if (styles) styles_.readSheet(swept(text, *styles, references));
         if (whole_) settleDefaultFont();
-        if (tables_.styles) styles_.addStyles(references_.defaultFont);
+        if (styles) styles_.addStyles(references_.defaultFont);
         references.lists = nullptr;
         references.styles = &styles_;
-        if (tables_.lists) lists_.addLists(swept(text, *tables_.lists, references));
-        if (tables_.overrides) lists_.addOverrides(swept(text, *tables_.overrides, references));
+        if (lists) lists_.addLists(swept(text, *lists, references));
+        if (overrides) lists_.addOverrides(swept(text, *overrides, references));
     }
 
     void takeOut() {
         changes_.clear();
-        for (const auto& table : {tables_.fonts, tables_.colours, tables_.styles, tables_.lists, tables_.overrides}) {
+        for (const auto& table : tables_) {
             if (table) changes_.push_back({table->place, std::u16string(table->left)});
         }
     }
@@ -314,17 +312,18 @@ private:
     // refer to. One that is never stored leaves nothing there.
     void placeInHost(std::size_t header, const TableCollection& tables) {
         changes_.clear();
-        const auto place = [&](const std::optional<Table>& table, std::size_t otherwise, SharedTable shared) {
-            const TextRange range = table ? table->place : TextRange{otherwise, otherwise};
-            changes_.push_back({range, tables.placeholder(shared).append(table ? table->left : u"")});
+        const auto place = [&](SharedTable kind, std::size_t otherwise) {
+            const std::optional<Table>& own = table(kind);
+            const TextRange range = own ? own->place : TextRange{otherwise, otherwise};
+            changes_.push_back({range, tables.placeholder(kind).append(own ? own->left : u"")});
             return range.end;
         };
         // At one place the one that is put in last comes first.
-        const std::size_t colours = place(tables_.colours, header, SharedTable::colours);
-        const std::size_t fonts = place(tables_.fonts, header, SharedTable::fonts);
-        const std::size_t styles = place(tables_.styles, std::max(colours, fonts), SharedTable::styles);
-        const std::size_t lists = place(tables_.lists, std::max({colours, fonts, styles}), SharedTable::lists);
-        place(tables_.overrides, std::max({colours, fonts, lists}), SharedTable::listOverrides);
+        const std::size_t colours = place(SharedTable::colours, header);
+        const std::size_t fonts = place(SharedTable::fonts, header);
+        const std::size_t styles = place(SharedTable::styles, std::max(colours, fonts));
+        const std::size_t lists = place(SharedTable::lists, std::max({colours, fonts, styles}));
+        place(SharedTable::listOverrides, std::max({colours, fonts, lists}));
     }
 
     // The text of a whole document begins with RTF's own formatting of paragraphs and characters.
@@ -355,7 +354,7 @@ private:
 
     // What the document shows where it names no font. Styles are read, and not yet added.
     void settleDefaultFont() {
-        const bool isNamed = defaultFontWord_ && tables_.fonts;
+        const bool isNamed = defaultFontWord_ && table(SharedTable::fonts);
         defaultFont_ = isNamed ? fontNumbers_.find(defaultFontWord_->number) : NumberMap::none;
         if (defaultFont_ == NumberMap::none) defaultFont_ = readersFont();
         if (defaultFont_ != hostFont_) references_.defaultFont = defaultFont_;
@@ -365,14 +364,14 @@ private:
     // it at \plain.
     void noteHostsSize(std::u16string_view text, std::size_t header) {
         constexpr std::int32_t rtfSize = 24;
-        const auto size = tables_.fonts ? findHeaderWord(text, header, u"fs") : std::nullopt;
-        const bool changesPlain = size && size->begin < tables_.fonts->group.begin && numberOf(size->number) != rtfSize;
-        if (changesPlain) plainSize_ = rtfSize;
+        const auto& fonts = table(SharedTable::fonts);
+        const auto size = fonts ? findHeaderWord(text, header, u"fs") : std::nullopt;
+        if (size && size->begin < fonts->group.begin && numberOf(size->number) != rtfSize) plainSize_ = rtfSize;
     }
 
     void renumberHostsFont() {
         if (!options_.tolerant) return;
-        if (!tables_.fonts) {
+        if (!table(SharedTable::fonts)) {
             hostHasFonts_ = false;
             if (defaultFontWord_) fontNumbers_.set(defaultFontWord_->number, hostFont_ = 0);
             references_.fonts = &fontNumbers_;
@@ -401,10 +400,8 @@ private:
             sweep_.sweep(at, next.range.begin);
             if (next.text.empty()) {
                 edits_.cut(next.range.begin, next.range.end);
-            } else if (standsAt(text, next.range.end, u" ")) {
-                edits_.replaceVal(next.range.begin, next.range.end, std::move(next.text));  // the blank ended a word
             } else {
-                edits_.replaceApartVal(next.range.begin, next.range.end, std::move(next.text));
+                edits_.replaceByWordsVal(next.range.begin, next.range.end, std::move(next.text));
             }
             at = next.range.end;
         }
@@ -422,7 +419,6 @@ private:
     ColourTable colours_;
     StyleSheet styles_;
     ListTables lists_;
-    NumberTexts numbers_;
     std::int32_t hostFont_ = NumberMap::none;  // its default, if it names one
     bool hostHasFonts_ = true;
     bool hostControlsWidows_ = false;
@@ -437,7 +433,7 @@ private:
     bool whole_ = false;
     std::optional<ControlWord> defaultFontWord_;  // its \deff
     std::int32_t defaultFont_ = NumberMap::none;
-    DocumentTables tables_;
+    std::array<std::optional<Table>, std::size(openings)> tables_;  // by SharedTable
     NumberMap fontNumbers_, colourNumbers_;
     References references_;
     std::vector<Change> changes_;

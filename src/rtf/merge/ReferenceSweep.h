@@ -39,8 +39,7 @@ struct References {
 // merging does too.
 class ReferenceSweep {
 public:
-    ReferenceSweep(const CleanOptions& options, NumberTexts& numbers) noexcept
-        : tolerant_(options.tolerant), numbers_(numbers) {}
+    explicit ReferenceSweep(const CleanOptions& options) noexcept : tolerant_(options.tolerant) {}
 
     // A new text; `edits` receives what changes.
     void begin(std::u16string_view text, const References& references, TextEdits& edits) {
@@ -100,7 +99,7 @@ private:
     // Takes the words that format the text of a style as well: those of the look that goes are cut, and those of the
     // look that comes precede the others, which are the author's.
     std::size_t takeFormatted(const ControlWord& found, const DirectLook& look) {
-        insertWords(found.end, look.words);
+        edits_->replaceByWordsVal(found.end, found.end, look.words);
         WordRun run(text_, found.end);
         std::size_t end = found.end;
         while (run.next() && run.word().begin < end_) {
@@ -112,20 +111,11 @@ private:
                 edits_->cut(word.begin, endWithBlank(text_, word));
             } else {
                 take(word.begin);
-                if (meaning == Word::plain) insertWords(word.end, look.words);
+                if (meaning == Word::plain) edits_->replaceByWordsVal(word.end, word.end, look.words);
             }
             end = word.end;
         }
         return end;
-    }
-
-    // After a word. A blank that ended it ends the last one of `words` then.
-    void insertWords(std::size_t at, std::u16string_view words) {
-        if (standsAt(text_, at, u" ")) {
-            edits_->replaceVal(at, at, std::u16string(words));
-        } else {
-            edits_->replaceApartVal(at, at, std::u16string(words));
-        }
     }
 
     // The word's number in the merged document.
@@ -231,7 +221,7 @@ private:
     }
 
     bool tolerant_;
-    NumberTexts& numbers_;
+    NumberTexts numbers_;
     std::u16string_view text_;
     References references_;
     TextEdits* edits_ = nullptr;

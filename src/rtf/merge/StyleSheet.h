@@ -33,6 +33,8 @@ struct DirectLook {
 // has the name (CleanOptions::styles). docs/cleaning.md has the rules.
 class StyleSheet {
 public:
+    static constexpr std::u16string_view opening = u"{\\stylesheet";
+
     explicit StyleSheet(const CleanOptions& options)
         : tolerant_(options.tolerant), conflict_(options.styles), report_(options.report) {
         fresh_.take(decimal(noStyle));
@@ -53,10 +55,12 @@ public:
         hasSheet_ = true;
         sheet_ = std::move(sheet);
         if (!host_) addNormalOfHost();
-        for (TableEntries entries(sheet_, styleSheetOpening.size(), tolerant_); entries.next();) {
-            if (entries.isGroup()) styles_.push_back(read(entries.text()));
+        for (TableEntries entries(sheet_, opening.size(), tolerant_); entries.next();) {
+            if (!entries.isGroup()) continue;
+            const Style& style = styles_.emplace_back(read(entries.text()));
+            places_[static_cast<std::size_t>(style.kind)].set(style.number(),
+                                                              static_cast<std::int32_t>(styles_.size() - 1));
         }
-        findNumbers();
     }
 
     // Adds the styles that were read. `font`: what those mean that name none; NumberMap::none leaves them so.
@@ -71,7 +75,7 @@ public:
 
     // The number of the document's style; NumberMap::none when the reference stays as it is.
     std::int32_t numberOf(StyleKind kind, std::u16string_view number) {
-        if (const Style* style = styleOf({0, number}, kind)) {
+        if (const Style* style = styleOf(number, kind)) {
             // Text of a character style that is one of paragraphs looks as if it named none.
             const bool isParagraphs = kind == StyleKind::character && style->kind == StyleKind::paragraph;
             return isParagraphs && tolerant_ && !host_ ? noStyle : style->newNumber;
@@ -85,7 +89,7 @@ public:
     // What a reference to the document's style must write besides the number; null when nothing.
     const DirectLook* directLook(StyleKind kind, std::u16string_view number) const {
         if (definitions_.empty()) return nullptr;
-        const Style* const style = styleOf({0, number}, kind);
+        const Style* const style = styleOf(number, kind);
         const bool hasLook =
             style != nullptr && style->kind == kind && !(style->direct.words.empty() && style->direct.replaced.empty());
         return hasLook ? &style->direct : nullptr;
@@ -108,29 +112,16 @@ public:
         return isNumber ? velmor::numberOf(font->number) : NumberMap::none;
     }
 
-    bool empty() const noexcept { return entries_.empty(); }
-    std::u16string text() const { return u"{\\stylesheet" + entries_ + u"}"; }
+    // The merged sheet; nothing without styles.
+    std::u16string text() const { return entries_.empty() ? u"" : std::u16string(opening) + entries_ + u"}"; }
 
 private:
-    static constexpr std::u16string_view styleSheetOpening = u"{\\stylesheet";
     static constexpr std::u16string_view normal = u"{\\s0 Normal;}";
-    static constexpr std::u16string_view baseWord = u"\\sbasedon";
-
-    static std::u16string folded(std::u16string_view text) {
-        std::u16string result(text);
-        std::transform(result.begin(), result.end(), result.begin(), foldUnit);
-        return result;
-    }
 
     static std::u16string_view trimmed(std::u16string_view text) {
         text.remove_prefix(skipWhiteSpace(text, 0));
         while (!text.empty() && isWhiteSpace(text.back())) text.remove_suffix(1);
         return text;
-    }
-
-    // Where a reference looks first: another kind than its own for \slink, paragraphs for \snext.
-    static StyleKind linkedKind(StyleKind kind) {
-        return kind == StyleKind::paragraph ? StyleKind::character : StyleKind::paragraph;
     }
 
     // Of a style's name and kind. A name belongs to each kind by itself.
@@ -140,15 +131,10 @@ private:
 
     static constexpr std::size_t kinds = 4;
 
-    struct Reference {
-        std::size_t at = 0;  // the place of its digits
-        std::u16string_view digits;
-    };
-
     struct Style {
         std::u16string_view entry;
         StyleKind kind = StyleKind::paragraph;
-        Reference number, base, next, link;
+        ControlWord own, base, next, link;  // the words with the numbers of this style and of others
         std::size_t nameBegin = 0;
         std::size_t nameEnd = 0;
         std::u16string name;  // without its further names, letter case folded
@@ -161,7 +147,7 @@ private:
         bool isLeftOut = false;  // its text has the other style of its name
         DirectLook direct;
 
-        std::u16string_view ownNumber() const noexcept { return number.digits.empty() ? u"0" : number.digits; }
+        std::u16string_view number() const noexcept { return own.number.empty() ? u"0" : own.number; }
     };
 
     // The style that has a name.
@@ -174,23 +160,18 @@ private:
         return style.entry.substr(style.nameBegin, style.nameEnd - style.nameBegin);
     }
 
-    void noteWord(Style& style, const EntryItems& items) const {
-        const ControlWord& word = items.word();
-        const Reference reference{word.numberBegin(), word.number};
+    static void noteWord(Style& style, const ControlWord& word) {
         const bool numbered = !word.number.empty();
-        if (numbered && style.number.digits.empty()) {
-            if (const auto kind = styleKindOf(meaningOf(word.letters).word)) {
-                style.kind = *kind;
-                style.number = reference;
-                return;
-            }
-        }
-        if (numbered && word.letters == u"sbasedon") {
-            style.base = reference;
+        const auto kind = styleKindOf(meaningOf(word.letters).word);
+        if (numbered && kind && style.own.number.empty()) {
+            style.kind = *kind;
+            style.own = word;
+        } else if (numbered && word.letters == u"sbasedon") {
+            style.base = word;
         } else if (numbered && word.letters == u"snext") {
-            style.next = reference;
+            style.next = word;
         } else if (numbered && word.letters == u"slink") {
-            style.link = reference;
+            style.link = word;
         } else if (word.letters != u"styrsid") {
             style.look.append(u"\\").append(word.letters).append(word.number);
         }
@@ -204,7 +185,7 @@ private:
             if (items.endsName()) break;
             const bool isWord = items.kind() == EntryItems::Kind::word;
             const bool isName = items.kind() == EntryItems::Kind::text || (isWord && items.word().letters == u"u");
-            if (isWord && !isName) noteWord(style, items);
+            if (isWord && !isName) noteWord(style, items.word());
             if (items.kind() == EntryItems::Kind::group) {
                 style.look += items.text();
                 if (!trimmed(nameIn(style)).empty()) continue;
@@ -215,16 +196,15 @@ private:
         std::u16string_view name = nameIn(style);
         name = name.substr(0, name.find(u','));
         style.nameEnd = style.nameBegin + name.size();
-        style.name = folded(trimmed(name));
+        style.name = trimmed(name);
+        std::transform(style.name.begin(), style.name.end(), style.name.begin(), foldUnit);
         return style;
     }
 
     void report(const Style& style) {
         using Outcome = MergedEntry::Outcome;
-        MergeReport::Document& document = report_->documents.back();
-        report_->add(&MergeReport::Document::styles, trimmed(nameIn(style)), style.number.digits,
-                     decimal(style.newNumber), style.isNew);
-        MergedEntry& entry = document.styles.back();
+        MergedEntry& entry = report_->add(&MergeReport::Document::styles, trimmed(nameIn(style)), style.own.number,
+                                          decimal(style.newNumber), style.isNew);
         entry.newName += style.suffix;
         if (!style.suffix.empty()) entry.outcome = Outcome::renamed;
         if (style.isLeftOut) entry.outcome = conflict_ == StyleConflict::host ? Outcome::replaced : Outcome::direct;
@@ -233,7 +213,7 @@ private:
     // The default font, where a style neither names a font nor is based on one that may.
     void nameFont(std::int32_t font) {
         for (Style& style : styles_) {
-            const bool inherits = style.base.digits != u"0" && styleOf(style.base, style.kind) != nullptr;
+            const bool inherits = style.base.number != u"0" && baseOf(style) != nullptr;
             if (style.kind != StyleKind::paragraph || inherits || findWord(style.look, u"f")) continue;
             style.font = u"\\f" + decimal(font);
             style.look += style.font;
@@ -255,19 +235,20 @@ private:
         if (!tolerant_) entries_.append(u"\r\n").append(normal);
     }
 
-    void findNumbers() {
-        for (std::size_t i = 0; i < styles_.size(); ++i) {
-            const Style& style = styles_[i];
-            places_[static_cast<std::size_t>(style.kind)].set(style.ownNumber(), static_cast<std::int32_t>(i));
-        }
-    }
-
-    const Style* styleOf(const Reference& reference, StyleKind preferred) const {
-        if (reference.digits.empty()) return nullptr;
-        const auto find = [&](std::size_t kind) { return places_[kind].find(reference.digits); };
+    const Style* styleOf(std::u16string_view number, StyleKind preferred) const {
+        if (number.empty()) return nullptr;
+        const auto find = [&](std::size_t kind) { return places_[kind].find(number); };
         std::int32_t place = find(static_cast<std::size_t>(preferred));
         for (std::size_t kind = 0; kind < kinds && place == NumberMap::none; ++kind) place = find(kind);
         return place == NumberMap::none ? nullptr : &styles_[static_cast<std::size_t>(place)];
+    }
+
+    const Style* baseOf(const Style& style) const { return styleOf(style.base.number, style.kind); }
+    const Style* nextOf(const Style& style) const { return styleOf(style.next.number, StyleKind::paragraph); }
+    // Of another kind, if there is one.
+    const Style* linkOf(const Style& style) const {
+        const bool isParagraphs = style.kind == StyleKind::paragraph;
+        return styleOf(style.link.number, isParagraphs ? StyleKind::character : StyleKind::paragraph);
     }
 
     // The style that another one is based on is settled first. A ring of them is cut where it was entered.
@@ -277,16 +258,11 @@ private:
         while (styles_[index].newNumber == NumberMap::none) {
             styles_[index].newNumber = entered;
             chain.push_back(index);
-            const Style* base = styleOf(styles_[index].base, styles_[index].kind);
+            const Style* base = baseOf(styles_[index]);
             if (base == nullptr) break;
             index = static_cast<std::size_t>(base - styles_.data());
         }
         for (auto at = chain.rbegin(); at != chain.rend(); ++at) settle(styles_[*at]);
-    }
-
-    std::u16string nameOf(const Reference& reference, StyleKind preferred) const {
-        const Style* style = styleOf(reference, preferred);
-        return style == nullptr ? std::u16string() : style->name;
     }
 
     // Equal keys, equal styles. The style that follows and the linked one count by name: they do not
@@ -295,12 +271,12 @@ private:
         std::u16string key = style.name;
         key.append(1, u'\0').append(1, static_cast<char16_t>(u'0' + static_cast<int>(style.kind))).append(style.look);
         key += u'\0';
-        if (const Style* base = styleOf(style.base, style.kind)) {
-            key += base->newNumber < 0 ? base->name : decimal(base->newNumber);
-        }
-        const std::u16string next = nameOf(style.next, StyleKind::paragraph);
-        key.append(1, u'\0').append(next.empty() ? style.name : next);
-        return key.append(1, u'\0').append(nameOf(style.link, linkedKind(style.kind)));
+        if (const Style* base = baseOf(style)) key += base->newNumber < 0 ? base->name : decimal(base->newNumber);
+        const Style* const next = nextOf(style);
+        key.append(1, u'\0').append(next == nullptr || next->name.empty() ? style.name : next->name);
+        key += u'\0';
+        if (const Style* link = linkOf(style)) key += link->name;
+        return key;
     }
 
     void define(const Style& style, std::int32_t number) {
@@ -336,16 +312,16 @@ private:
         const auto [known, isNew] = numbersByKey_.emplace(std::move(key), NumberMap::none);
         if (isNew || host_) {
             style.isNew = true;
-            const std::u16string_view number = style.ownNumber();
+            const std::u16string_view number = style.number();
             const bool keeps = host_ && number[0] != u'-' && fresh_.take(number);
             known->second = keeps ? wholeNumber(number).value() : fresh_.next();
             if (known->second == 0) {
                 hasNormal_ = true;
                 normalLook_ = style.look.substr(0, longestLook);
-                if (!style.base.digits.empty()) normalLook_ += baseWord;
+                if (!style.base.number.empty()) normalLook_ += u"\\sbasedon";
             }
             const bool isNormal = known->second == 0 || (host_ && style.name == u"normal");
-            changesPlain_ = changesPlain_ || (isNormal && !(style.look.empty() && style.base.digits.empty()));
+            changesPlain_ = changesPlain_ || (isNormal && !(style.look.empty() && style.base.number.empty()));
             if (!style.name.empty()) claimName(style);
             define(style, known->second);
         }
@@ -366,9 +342,9 @@ private:
     // 0.
     std::u16string ownSpacing(const Style& style) const {
         if (!tolerant_ || host_ || style.kind != StyleKind::paragraph) return {};
-        const Style* const base = styleOf(style.base, style.kind);
-        const bool isNormal = base == nullptr && style.ownNumber() == u"0";
-        const bool wasNormal = base != nullptr && style.base.digits == u"0" && base->newNumber != 0;
+        const Style* const base = baseOf(style);
+        const bool isNormal = base == nullptr && style.number() == u"0";
+        const bool wasNormal = base != nullptr && style.base.number == u"0" && base->newNumber != 0;
         if (!isNormal && !wasNormal) return {};
         const std::u16string& inherited = isNormal ? normalLook_ : base->look;
         std::u16string words;
@@ -382,8 +358,8 @@ private:
     // Whether LibreOffice would show words of the base instead of the style's own. It removes from every style with a
     // base the words that the host's style 0 has with the same number, and the base's then apply.
     bool losesWords(const Style& style) const {
-        if (!tolerant_ || host_ || style.kind != StyleKind::paragraph || style.base.digits.empty()) return false;
-        const Style* const base = styleOf(style.base, style.kind);
+        if (!tolerant_ || host_ || style.kind != StyleKind::paragraph || style.base.number.empty()) return false;
+        const Style* const base = baseOf(style);
         if (base != nullptr && base->newNumber == 0) return false;
         const auto says = [](std::u16string_view look, const ControlWord& word) {
             const auto found = findWord(look, word.letters);
@@ -400,8 +376,8 @@ private:
     // Whether LibreOffice would give the character style RTF's size: it gives every style with a base the defaults of
     // the words that style 0 has and the style has not. The document's own style 0 has no size.
     bool gainsSize(const Style& style) const {
-        if (!tolerant_ || host_ || style.kind != StyleKind::character || style.base.digits.empty()) return false;
-        const Style* const base = styleOf(style.base, style.kind);
+        if (!tolerant_ || host_ || style.kind != StyleKind::character || style.base.number.empty()) return false;
+        const Style* const base = baseOf(style);
         const Style* const own = ownNormal();
         const auto hasSize = [](std::u16string_view look) { return findWord(look, u"fs").has_value(); };
         const bool isOnlyBase = base == nullptr || base->look.empty() || base->look == u"\\additive";
@@ -412,27 +388,26 @@ private:
         std::u16string entry(style.entry);
         TextEdits edits;
         // A reference to a style that the document lacks must not refer to another document's.
-        const auto point = [&](const Reference& reference, const Style* to, std::int32_t otherwise) {
-            if (reference.digits.empty() || (to == nullptr && host_)) return;
+        const auto point = [&](const ControlWord& reference, const Style* to, std::int32_t otherwise) {
+            if (reference.number.empty() || (to == nullptr && host_)) return;
             const std::int32_t number = to == nullptr ? otherwise : to->newNumber;
-            edits.replaceVal(reference.at, reference.at + reference.digits.size(), decimal(number));
+            edits.replaceVal(reference.numberBegin(), reference.end, decimal(number));
         };
-        const Style* const base = styleOf(style.base, style.kind);
+        const Style* const base = baseOf(style);
         std::u16string number = decimal(style.newNumber) + style.font + ownSpacing(style);
         if (base != nullptr && conflict_ == StyleConflict::keep) number += base->direct.words;
-        if (!style.number.digits.empty()) {
-            edits.replaceVal(style.number.at, style.number.at + style.number.digits.size(), number);
+        if (!style.own.number.empty()) {
+            edits.replaceVal(style.own.numberBegin(), style.own.end, number);
         } else if (style.newNumber != 0) {
             edits.replaceVal(1, 1, u"\\s" + number);
         }
         if (losesWords(style) || gainsSize(style)) {
-            const std::size_t begin = style.base.at - baseWord.size();
-            edits.cut(begin, endWithBlank(style.entry, readWord(style.entry, begin)));
+            edits.cut(style.base.begin, endWithBlank(style.entry, style.base));
         } else {
             point(style.base, base, noStyle);
         }
-        point(style.next, styleOf(style.next, StyleKind::paragraph), style.newNumber);
-        point(style.link, styleOf(style.link, linkedKind(style.kind)), noStyle);
+        point(style.next, nextOf(style), style.newNumber);
+        point(style.link, linkOf(style), noStyle);
         if (!style.suffix.empty()) edits.insert(style.nameEnd, style.suffix);
         edits.apply(entry);
         entries_.append(u"\r\n").append(entry);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <set>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -19,16 +20,6 @@ namespace {
 
 // ---- Exact
 
-bool versionOneStandsAt(std::u16string_view text, std::size_t index) noexcept {
-    return index + 5 < text.size() && text[index + 5] == u'1' && documentStandsAt(text, index);
-}
-
-void cutOpening(std::u16string_view text, std::size_t index, TextEdits& edits) {
-    const std::size_t end = index + 6;
-    // A blank after the opening word ended it, and may end the preceding word.
-    standsAt(text, end, u" ") ? edits.cutJoining(index, end) : edits.cut(index, end);
-}
-
 // The braces of the documents after `from`, up to the first that is not closed.
 TextEdits unwrapPlainly(std::u16string_view text, std::size_t from) {
     struct Open {
@@ -39,9 +30,11 @@ TextEdits unwrapPlainly(std::u16string_view text, std::size_t from) {
     std::vector<Open> open;
     for (RtfReader reader(text, from, text.size()); reader.nextBrace();) {
         const std::size_t index = reader.position();
-        if (reader.opens() && versionOneStandsAt(text, index)) {
+        if (reader.opens() && documentStandsAt(text, index) && standsAt(text, index + 5, u"1")) {
             open.push_back({reader.depth(), edits.size()});
-            cutOpening(text, index, edits);
+            const std::size_t end = index + 6;
+            // A blank after the opening word ended it, and may end the preceding word.
+            standsAt(text, end, u" ") ? edits.cutJoining(index, end) : edits.cut(index, end);
         } else if (reader.closes() && !open.empty() && open.back().depth == reader.depth() + 1) {
             edits.cut(index, index + 1);
             open.pop_back();
@@ -102,20 +95,6 @@ public:
     }
 
 private:
-    struct Document {
-        std::size_t depth = 0;  // of the groups outside
-        const CodePage* page = nullptr;
-        std::size_t begin = 0;
-        std::size_t edits = 0;      // before its own
-        TextRange opening;          // its word, if it is removed
-        std::u16string counted;     // the text that replaces the word
-        std::uint32_t story = 0;    // of the paragraph around it
-        std::size_t paragraph = 0;  // the begin of that paragraph
-        Level level = 0;            // and its level
-        bool begun = false;         // its first paragraph or row has begun
-        bool endsParagraph = false;
-    };
-
     // The state that RTF restores after a group. The paragraph, and the row around it, go on after a group of the same
     // story.
     struct Group {
@@ -124,6 +103,17 @@ private:
         std::uint32_t story = 0;    // texts with paragraphs of their own: the body, a footnote, ...
         std::size_t paragraph = 0;  // the begin of the current one
         TableLevel level;           // and its level
+    };
+
+    struct Document {
+        Group around;
+        std::size_t depth;  // of the groups outside
+        const CodePage* page;
+        std::size_t begin;
+        std::size_t edits;  // before its own; the first of these may become a \par
+        bool isUnwrapped = false;
+        bool begun = false;  // its first paragraph or row has begun
+        bool endsParagraph = false;
     };
 
     // Returns the index to continue at.
@@ -206,24 +196,29 @@ private:
         }
     }
 
+    // Whether the paragraph is one of the innermost document's own.
+    bool isInDocument() const noexcept {
+        return !documents_.empty() && documents_.back().around.story == groups_.back().story;
+    }
+
     // The first paragraph, or row, of the open documents. A row would include text that precedes the document in
     // the same paragraph in its first cell.
     void beginDocuments(const ControlWord& word, bool row) {
-        if (documents_.empty() || documents_.back().begun || documents_.back().story != groups_.back().story) return;
+        if (!isInDocument() || documents_.back().begun) return;
         Document& document = documents_.back();
-        const std::size_t paragraph = document.paragraph;
         groups_.back().paragraph = document.begin;
         for (auto open = documents_.rbegin(); open != documents_.rend() && !open->begun; ++open) open->begun = true;
         const bool isFirst =
             word.letters != u"trowd" || !showsText(text_.substr(document.begin, word.begin - document.begin));
         document.endsParagraph =
-            row && isFirst && showsMoreThanPages(text_.substr(paragraph, document.begin - paragraph));
+            row && isFirst && showsMoreThanPages(TextRange{document.around.paragraph, document.begin}.of(text_));
     }
 
     // The paragraphs of a document in a cell stay there.
     void keepInTable(const ControlWord& word) {
-        if (documents_.empty() || documents_.back().story != groups_.back().story) return;
-        const Level level = documents_.back().level;
+        if (!isInDocument()) return;
+        const TableLevel& around = documents_.back().around.level;
+        const Level level = std::max(around.paragraph, Level{around.rowBegun});
         if (level == 0 || saysTable(text_, word.end)) return;
         groups_.back().level.paragraph = level;
         std::u16string words = u"\\intbl";
@@ -260,29 +255,18 @@ private:
 
     void openDocument(std::size_t index) {
         const Group around = groups_.back();
+        documents_.push_back({around, groups_.size(), findCodePage(windowsLatin), index, edits_.size()});
         Group& group = groups_.emplace_back(around);
         group.font = Group{}.font;
         group.fallback = Group{}.fallback;
+        edits_.reserve(index);
         // The braces of the document stay: its settings end there.
         const ControlWord word = readWord(text_, index + 1);
-        Document& document = documents_.emplace_back();
-        document.depth = groups_.size() - 1;
-        document.page = findCodePage(windowsLatin);
-        document.begin = index;
-        document.edits = edits_.size();
-        document.story = around.story;
-        document.paragraph = around.paragraph;
-        document.level = std::max(around.level.paragraph, Level{around.level.rowBegun});
-        if (word.letters.size() != 3) return;
+        documents_.back().isUnwrapped = word.letters.size() == 3;
+        if (!documents_.back().isUnwrapped) return;
         // The document begins with the default number of fallback characters; it may rely on it.
-        const std::u16string_view counted = around.fallback == Group{}.fallback ? u"" : u"\\uc1";
-        document.opening = {word.begin, endWithBlank(text_, word)};
-        document.counted = counted;
-        if (counted.empty()) {
-            edits_.cut(document.opening.begin, document.opening.end);
-        } else {
-            edits_.replace(document.opening.begin, document.opening.end, counted);
-        }
+        const std::size_t end = endWithBlank(text_, word);
+        around.fallback == Group{}.fallback ? edits_.cut(word.begin, end) : edits_.replace(word.begin, end, u"\\uc1");
     }
 
     void closeGroup() {
@@ -296,20 +280,15 @@ private:
             }
         }
         if (documents_.empty() || documents_.back().depth != groups_.size()) return;
-        closeDocument();
-        documents_.pop_back();
-    }
-
-    void closeDocument() {
         const Document& document = documents_.back();
-        if (document.opening.end == 0 || !document.endsParagraph) return;
-        edits_.refillVal(document.edits, document.begin, document.opening.end, u"\\par{" + document.counted);
+        if (document.isUnwrapped && document.endsParagraph) edits_.fill(document.edits, u"\\par");
+        documents_.pop_back();
     }
 
     // Readers decode a font's text by its character set, whatever the document's is.
     bool fontHasOwnCharset(std::int32_t font) {
         if (!std::exchange(charsetsRead_, true)) readFontCharsets();
-        return std::binary_search(fontsWithCharset_.begin(), fontsWithCharset_.end(), font);
+        return fontsWithCharset_.contains(font);
     }
 
     void readFontCharsets() {
@@ -322,9 +301,8 @@ private:
             const ControlWord word = readWord(text_, scanner.position());
             if (word.letters == u"f") font = numberOf(word.number);
             const bool anyCharset = word.number == u"1" || word.number.empty();
-            if (word.letters == u"fcharset" && !anyCharset) fontsWithCharset_.push_back(font);
+            if (word.letters == u"fcharset" && !anyCharset) fontsWithCharset_.insert(font);
         }
-        std::sort(fontsWithCharset_.begin(), fontsWithCharset_.end());
     }
 
     std::u16string_view text_;
@@ -337,7 +315,7 @@ private:
     std::uint32_t storyCount_ = 0;
     std::int32_t skipped_ = 0;  // remaining fallback units of a \u
     bool charsetsRead_ = false;
-    std::vector<std::int32_t> fontsWithCharset_;  // ascending
+    std::set<std::int32_t> fontsWithCharset_;
 };
 
 }  // namespace

@@ -311,7 +311,7 @@ private:
         const Open& table = open_.back();
         std::size_t columns = 0, right = 0;
         if (definition != nullptr && mayRepeat(definition->range)) {
-            edits_.insertPart(index, text_, definition->range);
+            edits_.replaceVal(index, index, std::u16string(definition->range.of(text_)));
             columns = definition->columns;
             if (columns != 0)
                 right = static_cast<std::size_t>(numberOf(readWord(text_, definition->lastColumn).number));
@@ -368,7 +368,7 @@ private:
         std::u16string words = table.defaults == nowhere ? u"" : paragraphWords(text_, table.defaults);
         if (words.empty() && !table.followsTable) return;
         words.insert(0, u"\\pard").append(inTable(table.level));
-        edits_.fillApartVal(table.setUpPlace, std::move(words));
+        edits_.fillApart(table.setUpPlace, edits_.keep(std::move(words)));
     }
 
     Open* outerTable() { return open_.empty() || !open_.back().isTable() ? nullptr : &open_.back(); }
