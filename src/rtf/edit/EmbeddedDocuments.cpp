@@ -31,41 +31,33 @@ bool carrierStandsAt(std::u16string_view text, std::size_t index) noexcept {
     return standsAt(text, index, carriers[0]) || standsAt(text, index, carriers[1]);
 }
 
-constexpr std::size_t host = static_cast<std::size_t>(-1);
-
-// A document in the text; its parent is the document that holds it.
-struct Found {
-    std::uint32_t begin;
-    std::uint32_t end;
-    std::size_t parent;
-    bool isCarrier;
-    GroupSet groups;
-};
-
-// Finds the documents of a text in the order in which they begin.
-class DocumentFinder {
+// Lifts the documents after the host's opening, each from its own parts of the text, and collects the edits of the
+// host.
+class Lifting {
 public:
-    DocumentFinder(std::u16string_view text, std::size_t hostAt, bool tolerant)
-        : text_(text), hostAt_(hostAt), reader_(text, 0, text.size(), tolerant) {
+    Lifting(std::u16string_view text, std::size_t hostAt, bool tolerant, TableCollection& tables)
+        : text_(text), hostAt_(hostAt), reader_(text, 0, text.size(), tolerant), tables_(tables) {
         while (reader_.nextAnyBrace()) takeBrace(reader_.position());
-        dropUnclosed();
+        if (!open_.empty()) forgetUnclosed();
     }
 
-    const std::vector<Found>& found() const noexcept { return found_; }
-    GroupSet hostGroups() const noexcept { return hostGroups_; }
+    TextEdits& hostEdits() noexcept { return hostEdits_; }
     bool sawDocument() const noexcept { return sawDocument_; }
 
 private:
+    // A document whose closing brace has not been read.
     struct Open {
-        std::size_t document;
+        std::size_t document;  // index in the collection
+        std::size_t begin;
         std::int64_t depth;
+        std::size_t from;  // the text before it is copied
     };
 
     void takeBrace(std::size_t index) {
         if (reader_.closes()) {
-            if (reader_.counts()) closeBrace(index);
+            if (reader_.counts()) closeBrace(index + 1);
         } else if (index > hostAt_ && documentStandsAt(text_, index)) {
-            openDocument(index);
+            carrierStandsAt(text_, index) ? unwrap(index) : lift(index);
         } else {
             // Escaped groups are noted too: the set may hold more groups than the text, never fewer.
             groups().note(text_, index);
@@ -73,129 +65,85 @@ private:
         }
     }
 
-    void openDocument(std::size_t index) {
-        const std::size_t parent = open_.empty() ? host : open_.back().document;
-        const bool isCarrier = carrierStandsAt(text_, index);
-        const std::size_t end = isCarrier ? index + carrierLength : index;
-        if (isCarrier) {
-            groups().note(text_, index + carrierOpening);
-            reader_.goOnAt(end);
-        } else {
-            sawDocument_ = true;
-            open_.push_back({found_.size(), depth_++});
+    void lift(std::size_t index) {
+        const std::size_t document = tables_.documents().size();
+        if (!open_.empty()) {
+            copyUpTo(index);
+            textOf(open_.back()) += tables_.placeholder(document);
         }
-        found_.push_back({static_cast<std::uint32_t>(index), static_cast<std::uint32_t>(end), parent, isCarrier, {}});
+        tables_.documents().emplace_back();
+        open_.push_back({document, index, depth_++, index});
+        sawDocument_ = true;
     }
 
-    void closeBrace(std::size_t index) {
+    void closeBrace(std::size_t end) {
         --depth_;
         if (open_.empty() || open_.back().depth != depth_) return;
-        found_[open_.back().document].end = static_cast<std::uint32_t>(index + 1);
+        copyUpTo(end);
+        const Open closed = open_.back();
         open_.pop_back();
+        if (open_.empty()) {
+            hostEdits_.replaceVal(closed.begin, end, tables_.placeholder(closed.document));
+        } else {
+            open_.back().from = end;
+        }
+    }
+
+    void unwrap(std::size_t index) {
+        const std::size_t inner = index + carrierOpening, end = index + carrierLength;
+        groups().note(text_, inner);
+        reader_.goOnAt(end);
+        for (const auto& [from, to] : {TextRange{index, inner}, TextRange{end - 1, end}}) {
+            if (open_.empty()) {
+                hostEdits_.cut(from, to);
+            } else {
+                copyUpTo(from);
+                open_.back().from = to;
+            }
+        }
     }
 
     // Forgets the first document without an end, and all after its opening.
-    void dropUnclosed() {
-        if (open_.empty()) return;
-        const std::size_t first = open_.front().document;
-        for (std::size_t i = first; i < found_.size(); ++i) hostGroups_.add(found_[i].groups);
-        found_.resize(first);
-        open_.clear();
+    void forgetUnclosed() {
+        auto& documents = tables_.documents();
+        const auto first = documents.begin() + static_cast<std::ptrdiff_t>(open_.front().document);
+        for (auto each = first; each != documents.end(); ++each) tables_.hostGroups().add(each->groups);
+        documents.erase(first, documents.end());
     }
 
-    GroupSet& groups() noexcept { return open_.empty() ? hostGroups_ : found_[open_.back().document].groups; }
+    // Gives the innermost open document its text up to `end`.
+    void copyUpTo(std::size_t end) { textOf(open_.back()).append(text_, open_.back().from, end - open_.back().from); }
+
+    std::u16string& textOf(const Open& open) { return tables_.documents()[open.document].text; }
+    GroupSet& groups() {
+        return open_.empty() ? tables_.hostGroups() : tables_.documents()[open_.back().document].groups;
+    }
 
     std::u16string_view text_;
     std::size_t hostAt_;
     RtfReader reader_;
-    std::vector<Found> found_;
-    std::vector<Open> open_;
-    std::int64_t depth_ = 0;
-    GroupSet hostGroups_;
-    bool sawDocument_ = false;
-};
-
-// Builds the lifted documents, each from its own parts of the text, and the edits of the host.
-class Lifting {
-public:
-    Lifting(std::u16string_view text, const std::vector<Found>& found, TableCollection& tables)
-        : text_(text), found_(found), tables_(tables) {
-        for (std::size_t i = 0; i < found_.size(); ++i) {
-            while (!open_.empty() && open_.back().document != found_[i].parent) finish();
-            found_[i].isCarrier ? unwrap(found_[i]) : lift(i);
-        }
-        while (!open_.empty()) finish();
-    }
-
-    TextEdits& hostEdits() noexcept { return hostEdits_; }
-
-private:
-    struct Part {
-        std::size_t document;  // index in found
-        std::u16string& text;
-        std::size_t from;  // the text before it is copied
-    };
-
-    void lift(std::size_t index) {
-        const Found& document = found_[index];
-        std::u16string placeholder = tables_.placeholder(tables_.documents().size());
-        if (open_.empty()) {
-            hostEdits_.replaceVal(document.begin, document.end, std::move(placeholder));
-        } else {
-            copyUpTo(document.begin, document.end);
-            open_.back().text += placeholder;
-        }
-        TableCollection::Document& lifted = tables_.documents().emplace_back();
-        lifted.groups = document.groups;
-        open_.push_back({index, lifted.text, document.begin});
-    }
-
-    void unwrap(const Found& carrier) {
-        const std::size_t inner = carrier.begin + carrierOpening;
-        if (open_.empty()) {
-            hostEdits_.cut(carrier.begin, inner);
-            hostEdits_.cut(carrier.end - 1, carrier.end);
-        } else {
-            copyUpTo(carrier.begin, inner);
-            copyUpTo(carrier.end - 1, carrier.end);
-        }
-    }
-
-    // Gives the innermost open document its text up to `end`, and continues it at `next`.
-    void copyUpTo(std::size_t end, std::size_t next) {
-        auto& [document, text, from] = open_.back();
-        text.append(text_, from, end - from);
-        from = next;
-    }
-
-    void finish() {
-        const std::size_t end = found_[open_.back().document].end;
-        copyUpTo(end, end);
-        open_.pop_back();
-    }
-
-    std::u16string_view text_;
-    const std::vector<Found>& found_;
     TableCollection& tables_;
     TextEdits hostEdits_;
-    std::vector<Part> open_;
+    std::vector<Open> open_;
+    std::int64_t depth_ = 0;
+    bool sawDocument_ = false;
 };
 
 }  // namespace
 
 std::optional<GroupSet> groupsOfSingleDocument(std::u16string_view text, bool tolerant) {
-    const DocumentFinder finder(text, findHostDocument(text), tolerant);
-    if (finder.sawDocument() || !finder.found().empty()) return std::nullopt;
-    return finder.hostGroups();
+    TableCollection tables(u'\0');
+    Lifting lifting(text, findHostDocument(text), tolerant, tables);
+    if (lifting.sawDocument() || !lifting.hostEdits().empty()) return std::nullopt;
+    return tables.hostGroups();
 }
 
 bool Module1::ExtractEmbeddedDocuments(std::u16string& psText, TableCollection& poTables, const CleanOptions& options) {
     const std::size_t hostAt = findHostDocument(psText);
     if (hostAt == noDocument) return false;
-    const DocumentFinder finder(psText, hostAt, options.tolerant);
-    Lifting(psText, finder.found(), poTables).hostEdits().apply(psText);
-    poTables.hostGroups() = finder.hostGroups();
-    return finder.sawDocument();
+    Lifting lifting(psText, hostAt, options.tolerant, poTables);
+    lifting.hostEdits().apply(psText);
+    return lifting.sawDocument();
 }
 
 }  // namespace velmor
