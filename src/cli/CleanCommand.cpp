@@ -119,14 +119,13 @@ private:
         CleanOptions options = cleanOptions({options_.exact, options_.styles, true});
         if (!options_.report.empty()) options.report = &merged;
         JoinedCleaning joining(options, services_, letters, cleaned);
-        texts.rewind();
-        std::u16string text;
-        for (std::size_t i = 0; texts.next(text); ++i) {
-            if (!holdsTag_) clean(text, options_.inputs[i], false);
-            const std::string name = inputName(options_.inputs[i]);
+        texts.forEach([&, input = options_.inputs.begin()](std::u16string text) mutable {
+            if (!holdsTag_) clean(text, *input, false);
+            const std::string name = inputName(*input++);
             const std::size_t lost = joining.add({std::move(text), options.tolerant, name});
             if (lost > 0) tellLost(name, lost);
-        }
+            return true;
+        });
         Output output(services_.files, options_.output);
         MarkerCount breaks;
         joining.finish([&](std::u16string_view piece) {

@@ -194,10 +194,11 @@ TEST(JoinedCleaning, RefusesLettersAndGoesOn) {
 }
 
 TEST(JoinedCleaning, JoinsWithoutCleaning) {
-    for (const Texts& texts : {Texts{u"{\\rtf1 a}", u"{\\rtf1 <KV:TAG>}", u"{\\rtf1 c}"},
-                               Texts{u"{\\rtf2 a}", u"{\\rtf2 b}"}, Texts{u"a {\\rtf1 b} c"}}) {
+    for (const Texts& texts :
+         {Texts{u"{\\rtf1 a}", u"{\\rtf1 <KV:TAG>}", u"{\\rtf1 c}"}, Texts{u"{\\rtf2 a}", u"{\\rtf2 b}"}}) {
         EXPECT_TRUE(equal(joined(texts, optionsOf(true)).text, atOnce(texts, optionsOf(true))));
     }
+    EXPECT_TRUE(equal(joined({u"a {\\rtf1 b} c"}, optionsOf(true)).text, u"a {\\rtf1 b} c"));
     EXPECT_EQ(joined({}, optionsOf(true)).pieces, 0u);
 }
 

@@ -1,8 +1,10 @@
 #include <utility>
 
+#include "cli/Cleaning.h"
 #include "cli/Output.h"
+#include "cli/SpoolFile.h"
 #include "cli/render/Destination.h"
-#include "cli/render/JoinedLetters.h"
+#include "rtf/clean/JoinedCleaning.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
 
@@ -29,14 +31,19 @@ private:
     bool isStarted_ = false;
 };
 
+// Joins letters that were cleaned by themselves, and cleans them in merge mode, as `velmor clean` does with its files.
+// Memory does not depend on their number.
 class JoinedRtf final : public Destination {
 public:
     JoinedRtf(platform::Services& services, const std::string& name, const Cleaning& how, bool twoThreads)
-        : output_(services.files, name), letters_(services, how, twoThreads) {}
+        : output_(services.files, name),
+          letters_(services),
+          cleaned_(services),
+          joining_(cleanOptions(how), services, letters_, cleaned_, {.twoThreads = twoThreads}) {}
 
     void admit(Letter& letter) override {
         try {
-            const std::size_t lost = letters_.add(*std::exchange(letter.document, std::nullopt));
+            const std::size_t lost = joining_.add(*std::exchange(letter.document, std::nullopt));
             if (lost > 0) {
                 letter.remarks.push_back(std::to_string(lost) + (lost == 1 ? " character" : " characters") +
                                          " outside the document left out");
@@ -47,13 +54,14 @@ public:
     }
     void finish() override {
         // Letters are made of what the ANSI code page has.
-        letters_.finish([this](std::u16string_view text) { output_.write(toAnsi(text)); });
+        joining_.finish([this](std::u16string_view text) { output_.write(toAnsi(text)); });
         output_.finish();
     }
 
 private:
     Output output_;
-    JoinedLetters letters_;
+    SpoolFile letters_, cleaned_;
+    JoinedCleaning joining_;
 };
 
 }  // namespace

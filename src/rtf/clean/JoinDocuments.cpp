@@ -74,20 +74,24 @@ void noteUnits(std::u16string_view text, std::u16string& highUnits) {
     }
 }
 
-JoinedFacts factsOf(std::u16string_view text, bool tolerant) {
+void refuse(JoinedFacts& facts, const std::string& name, std::u16string_view reason) {
+    if (!reason.empty()) facts.obstacle = fromUtf8(name + " ").append(reason);
+}
+
+JoinedFacts factsOf(std::u16string_view text, bool tolerant, const std::string& name) {
     JoinedFacts facts;
+    facts.documents = 1;
+    facts.size = text.size();
     facts.isVersionOne = RtfSearch(text).find(u"\\rtf1", 0) != text.npos;
     facts.holdsTag = findText(text, u"<KV:", 0, Comparison::text) != text.npos;
     facts.hasFacingPages = RtfSearch(text).findWord(u"\\facingp") != text.npos;
     noteUnits(text, facts.highUnits);
     const auto groups = groupsOfSingleDocument(text, tolerant);
-    if (!groups) {
-        facts.obstacle = u"holds another document";
-        return facts;
+    if (groups) {
+        facts.groups = *groups;
+        if (tolerant) facts.lifted.note(text, *groups);
     }
-    facts.groups = *groups;
-    if (tolerant) facts.lifted.note(text, *groups);
-    facts.obstacle = obstacleIn(text, *groups, tolerant);
+    refuse(facts, name, groups ? obstacleIn(text, *groups, tolerant) : u"holds another document");
     return facts;
 }
 
@@ -120,6 +124,8 @@ std::u16string joinDocuments(std::vector<std::u16string> texts, const std::vecto
 }
 
 void JoinedFacts::add(const JoinedFacts& other) {
+    documents += other.documents;
+    size += other.size;
     isVersionOne = isVersionOne || other.isVersionOne;
     holdsTag = holdsTag || other.holdsTag;
     hasFacingPages = hasFacingPages || other.hasFacingPages;
@@ -133,20 +139,21 @@ JoinableDocument::JoinableDocument(std::u16string documentText, bool tolerant, s
     : name(std::move(documentName)), text(std::move(documentText)) {
     requireDocument(text, true, name);
     range = documentIn(text, name);
-    facts = factsOf(document(), tolerant);
+    facts = factsOf(document(), tolerant, name);
+    facts.size += Module1::mergePageBreakMarker.size();
     facts.lifted.exist = true;
     const std::u16string_view whole = text;
     countOutside = countVisible(whole.substr(0, range.begin)) + countVisible(whole.substr(range.end));
 }
 
 JoinedFacts JoinableDocument::factsOfFirst(bool tolerant) const {
-    JoinedFacts first = factsOf(text, tolerant);
+    JoinedFacts first = factsOf(text, tolerant, name);
     if (!first.obstacle.empty()) return first;
     const std::u16string_view whole = text;
     if (hasSyntax(whole.substr(0, range.begin)) || hasSyntax(whole.substr(range.end))) {
-        first.obstacle = u"has more than one document";
+        refuse(first, name, u"has more than one document");
     } else if (endsInRow(text, range.end - 1)) {
-        first.obstacle = u"ends in a table row";
+        refuse(first, name, u"ends in a table row");
     }
     return first;
 }

@@ -37,13 +37,14 @@ struct JoinedFacts {
     // A mark for a TableCollection of the joined text.
     std::optional<char16_t> unusedMark() const { return TableCollection::unusedMark(highUnits); }
 
+    std::size_t documents = 0;
+    std::size_t size = 0;  // of the joined text
     bool isVersionOne = false;
     bool holdsTag = false;
     bool hasFacingPages = false;
     GroupSet groups;
     LiftedDocuments lifted;
-    // Why the documents cannot be cleaned in parts, as the rest of a sentence about the last one; empty if they can.
-    std::u16string_view obstacle;
+    std::u16string obstacle;   // why the documents cannot be cleaned in parts, as a sentence; empty if they can
     std::u16string highUnits;  // those that may not be a mark, each once
 };
 

@@ -6,7 +6,6 @@
 #include "rtf/clean/JoinedParts.h"
 #include "rtf/merge/MergeReport.h"
 #include "rtf/pages/MergePageBreaks.h"
-#include "text/Encoding.h"
 #include "text/Error.h"
 
 namespace velmor {
@@ -23,13 +22,10 @@ JoinedCleaning::JoinedCleaning(const CleanOptions& options, const platform::Serv
 }
 
 std::size_t JoinedCleaning::add(JoinableDocument document) {
-    const bool isFirst = count_ == 0;
+    const bool isFirst = facts_.documents == 0;
     JoinedFacts facts = facts_;
     facts.add(isFirst ? document.factsOfFirst(options_.tolerant) : document.facts);
-    std::u16string obstacle = obstacle_;
-    if (obstacle.empty() && !facts.obstacle.empty()) obstacle = fromUtf8(document.name + " ").append(facts.obstacle);
-    const std::size_t size = size_ + (isFirst ? document.text.size() : marker.size() + document.document().size());
-    if (facts.isCleanable()) checkSize(obstacle, size);
+    if (facts.isCleanable()) checkSize(facts);
     if (isFirst) {
         firstEnd_ = document.range.end - 1;
         first_ = std::move(document.text);
@@ -37,33 +33,30 @@ std::size_t JoinedCleaning::add(JoinableDocument document) {
         letters_.add(document.document());
     }
     facts_ = std::move(facts);
-    obstacle_ = std::move(obstacle);
-    size_ = size;
-    ++count_;
     return isFirst ? 0 : document.countOutside;
 }
 
-void JoinedCleaning::checkSize(const std::u16string& obstacle, std::size_t size) const {
-    if (obstacle.empty() || size <= limits_.atOnce) return;
-    throw Error(7, u"the joined document is too large to be cleaned at once, as it must be: " + obstacle);
+void JoinedCleaning::checkSize(const JoinedFacts& facts) const {
+    if (facts.obstacle.empty() || facts.size <= limits_.atOnce) return;
+    throw Error(7, u"the joined document is too large to be cleaned at once, as it must be: " + facts.obstacle);
 }
 
 void JoinedCleaning::finish(const Write& write) {
-    if (count_ == 0) return;
-    if (!facts_.isCleanable() || !facts_.unusedMark()) {
+    if (facts_.documents == 0) return;
+    if (facts_.documents == 1 || !facts_.isCleanable() || !facts_.unusedMark()) {
         writeJoined(write);
-    } else if (count_ == 1 || !obstacle_.empty() || !cleanInParts(write)) {
+    } else if (!facts_.obstacle.empty() || !cleanInParts(write)) {
         cleanAtOnce(write);
     }
 }
 
 void JoinedCleaning::writeJoined(const Write& write) {
     write(std::u16string_view(first_).substr(0, firstEnd_));
-    letters_.rewind();
-    for (std::u16string letter; letters_.next(letter);) {
+    letters_.forEach([&](std::u16string_view letter) {
         write(marker);
         write(letter);
-    }
+        return true;
+    });
     write(std::u16string_view(first_).substr(firstEnd_));
 }
 
@@ -72,20 +65,16 @@ bool JoinedCleaning::cleanInParts(const Write& write) {
     options.overrunProtection = Module1::isOverrunProtectionOn(services_.registry);
     std::u16string host = first_;
     host.insert(firstEnd_, marker);
-    JoinedParts parts(options, services_.guids, facts_, *facts_.unusedMark(), std::move(host), cleaned_, limits_,
-                      size_);
-    letters_.rewind();
-    for (std::u16string letter; letters_.next(letter);) {
-        if (!parts.add(std::move(letter))) return false;
-    }
-    return parts.finish(write);
+    JoinedParts parts(options, services_.guids, facts_, *facts_.unusedMark(), std::move(host), cleaned_, limits_);
+    return letters_.forEach([&](std::u16string letter) { return parts.add(std::move(letter)); }) && parts.finish(write);
 }
 
 void JoinedCleaning::cleanAtOnce(const Write& write) {
-    checkSize(obstacle_.empty() ? u"some text depends on all documents" : obstacle_, size_);
+    if (facts_.obstacle.empty()) facts_.obstacle = u"some text depends on all documents";
+    checkSize(facts_);
     if (options_.report != nullptr) options_.report->documents.clear();
     std::u16string joined;
-    joined.reserve(size_);
+    joined.reserve(facts_.size);
     writeJoined([&](std::u16string_view text) { joined.append(text); });
     first_ = {};
     Module1::CleanRTFText(joined, options_, services_);

@@ -43,14 +43,14 @@ public:
     // documents must be cleaned at once and are too large; the document is then not added.
     std::size_t add(JoinableDocument document);
 
-    // Writes the result in pieces, from the begin to the end; nothing when no document was added. To be called once.
-    // Throws Error 7 as add(), before it writes anything.
+    // Writes the result in pieces, from the begin to the end; nothing when no document was added, and the first
+    // document as it is when no other was. To be called once. Throws Error 7 as add(), before it writes anything.
     void finish(const std::function<void(std::u16string_view)>& write);
 
 private:
     using Write = std::function<void(std::u16string_view)>;
 
-    void checkSize(const std::u16string& obstacle, std::size_t size) const;
+    void checkSize(const JoinedFacts& facts) const;
     void writeJoined(const Write& write);
     bool cleanInParts(const Write& write);
     void cleanAtOnce(const Write& write);
@@ -63,9 +63,6 @@ private:
     JoinedFacts facts_;
     std::u16string first_;      // the first document, with the text around it
     std::size_t firstEnd_ = 0;  // the place of its last brace
-    std::size_t count_ = 0;     // of documents
-    std::size_t size_ = 0;      // of the joined text
-    std::u16string obstacle_;   // why all documents are cleaned at once; empty if they are not
 };
 
 }  // namespace velmor

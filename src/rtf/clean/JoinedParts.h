@@ -34,16 +34,16 @@ namespace velmor {
 class JoinedParts {
 public:
     // `facts` are those of all documents; they have no obstacle. `host` is the first document, with the marker of a
-    // page break before its last brace, `size` that of the joined text. With two threads, both ask for GUIDs.
+    // page break before its last brace. With two threads, both ask for GUIDs.
     JoinedParts(const CleanOptions& options, platform::Guids& guids, const JoinedFacts& facts, char16_t mark,
-                std::u16string host, SpooledTexts cleaned, const JoinLimits& limits, std::size_t size)
+                std::u16string host, SpooledTexts cleaned, const JoinLimits& limits)
         : options_(options),
           guids_(guids),
           facts_(facts),
           mark_(mark),
           cleaned_(cleaned),
           limits_(limits),
-          enough_(size > limits.part ? (limits.part + 15) / 16 : limits.part),
+          enough_(facts.size > limits.part ? (limits.part + 15) / 16 : limits.part),
           merge_(DocumentMerge::begin(options, facts.lifted)) {
         TableCollection tables(mark_);
         tables.hostGroups() = groupsOfSingleDocument(host, options_.tolerant).value();
@@ -87,15 +87,16 @@ public:
         std::u16string text;
         PartOfText state = beginning();
         if (!cleanFirstPart(isOnlyPart ? std::u16string_view(tail_) : emptyDocument, text, state)) return false;
-        if (isOnlyPart) {
-            write(text);
-            return true;
+        if (!isOnlyPart) {
+            // The other parts were cleaned before the tables were complete.
+            if (!(state == afterFirst_)) return false;
+            text.resize(endOf(text));
         }
-        // The other parts were cleaned before the tables were complete.
-        if (!(state == afterFirst_)) return false;
-        write(std::u16string_view(text).substr(0, endOf(text)));
-        for (cleaned_.rewind(); cleaned_.next(text);) write(text);
-        return true;
+        write(text);
+        return cleaned_.forEach([&](std::u16string_view part) {
+            write(part);
+            return true;
+        });
     }
 
 private:

@@ -34,28 +34,23 @@ public:
         ++count_;
     }
 
-    // Reading begins with the first text.
-    void rewind() {
+    // `take` gets each text, until it returns false; then forEach does, too.
+    template <typename Take>
+    bool forEach(Take take) {
         spool_.rewind();
-        read_ = 0;
-    }
-
-    // False when none is left.
-    bool next(std::u16string& text) {
-        if (read_ == count_) return false;
-        ++read_;
-        std::size_t size = 0;
-        spool_.read(reinterpret_cast<char*>(&size), sizeof size);
-        std::string bytes(size, '\0');
-        spool_.read(bytes.data(), size);
-        text = fromUtf8(bytes);
+        for (std::size_t left = count_; left > 0; --left) {
+            std::size_t size = 0;
+            spool_.read(reinterpret_cast<char*>(&size), sizeof size);
+            std::string bytes(size, '\0');
+            spool_.read(bytes.data(), size);
+            if (!take(fromUtf8(bytes))) return false;
+        }
         return true;
     }
 
 private:
     Spool& spool_;
     std::size_t count_ = 0;
-    std::size_t read_ = 0;
 };
 
 }  // namespace velmor
