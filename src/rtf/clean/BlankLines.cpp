@@ -28,14 +28,10 @@ void Module1::CollapseBlankLines(std::u16string& psText, const CleanOptions& opt
     TextEdits edits;
     std::size_t from = 0;
     // The data of a picture is not text and must keep its length.
-    for (std::size_t at = 0;
-         options.tolerant && (at = findText(text, u"\\bin", at, Comparison::binary)) != text.npos;) {
-        const std::size_t end = isEscaped(text, at) ? at + 2 : skipEscape(text, at);
-        if (end > at + 4) {
-            collapse(text, from, at, edits);
-            from = end;
-        }
-        at = end;
+    RtfSearch search(text);
+    for (std::size_t at = 0; options.tolerant && (at = search.findWord(u"\\bin", from)) != text.npos;) {
+        collapse(text, from, at, edits);
+        from = skipEscape(text, at);
     }
     collapse(text, from, text.size(), edits);
     edits.apply(psText);

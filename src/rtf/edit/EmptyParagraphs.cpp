@@ -142,7 +142,6 @@ private:
             }
         } else {
             cut(flow.held);
-            flow.held.clear();
             flow.afterRow = Word::other;
         }
         flow.blanks.clear();
@@ -152,11 +151,8 @@ private:
     // The end of a cell, a row or a section.
     void endOther(Word word) noexcept {
         shows_ = true;
-        Flow& flow = this->flow();
-        flow.blanks.clear();
-        flow.held.clear();
-        flow.hasMark = flow.shows = false;
-        flow.afterRow = word == Word::row || word == Word::nestrow ? word : Word::other;
+        flow() = {};
+        if (word == Word::row || word == Word::nestrow) flow().afterRow = word;
     }
 
     // With its last paragraph.
@@ -172,9 +168,11 @@ private:
         flow().afterRow = Word::other;
     }
 
-    void cut(const std::vector<TextRange>& ranges) {
-        if (edits_ == nullptr) return;
-        for (const TextRange& range : ranges) edits_->cut(range.begin, range.end);
+    void cut(std::vector<TextRange>& ranges) {
+        for (const TextRange& range : ranges) {
+            if (edits_ != nullptr) edits_->cut(range.begin, range.end);
+        }
+        ranges.clear();
     }
 
     std::u16string_view text_;
@@ -185,18 +183,13 @@ private:
     std::vector<Group> groups_;
 };
 
-// Past the line end at the index.
-std::size_t skipLineEnd(std::u16string_view text, std::size_t index) noexcept {
-    return std::min(index + (standsAt(text, index, u"\r\n") ? 2 : 1), text.size());
-}
-
 void findEmptyLines(std::u16string_view lines, TextEdits& edits) {
     constexpr std::u16string_view nothing = u" \t\uFDD1";
     for (std::size_t at = lines.starts_with(u'\uFEFF') ? 1 : 0; at < lines.size();) {
         const std::size_t end = std::min(lines.find_first_of(u"\r\n", at), lines.size());
         const std::u16string_view line = lines.substr(at, end - at);
         const bool isEmpty = line.find(emptyTag) != line.npos && line.find_first_not_of(nothing) == line.npos;
-        const std::size_t next = skipLineEnd(lines, end);
+        const std::size_t next = std::min(end + (standsAt(lines, end, u"\r\n") ? 2 : 1), lines.size());
         if (isEmpty) edits.replace(at, next, {});
         for (std::size_t i = line.find(emptyTag); !isEmpty && i != line.npos; i = line.find(emptyTag, i + 1)) {
             edits.replace(at + i, at + i + 1, {});

@@ -20,14 +20,10 @@ std::size_t growth(std::u16string_view text) {
     return specials + lines * (paragraphEnd.size() - 2);
 }
 
-bool isDocument(std::u16string_view text) {
-    return text.starts_with(rtfStart);
-}
-
 }  // namespace
 
 std::size_t protectedRTFLength(std::u16string_view psValue) noexcept {
-    return psValue.size() + (isDocument(psValue) ? 0 : growth(psValue));
+    return psValue.size() + (psValue.starts_with(rtfStart) ? 0 : growth(psValue));
 }
 
 void ProtectRTFCode(std::u16string& psValue) {

@@ -157,13 +157,7 @@ std::int32_t FindFirstOfAny(std::int32_t plStart, std::u16string_view psText, st
     if (plStart < 1) return 0;
     const auto start = static_cast<std::size_t>(plStart) - 1;
     if (plCompare == binaryCompare) return positionOf(psText.find_first_of(psSet, start));
-    for (std::size_t i = start; i < psText.size(); ++i) {
-        const char16_t unit = lowerUnit(psText[i]);
-        if (std::any_of(psSet.begin(), psSet.end(), [&](char16_t sought) { return lowerUnit(sought) == unit; })) {
-            return positionOf(i);
-        }
-    }
-    return 0;
+    return guarded([&] { return positionOf(lowerCase(psText).find_first_of(lowerCase(psSet), start)); });
 }
 
 GroupExtent FindGroupEnd(std::int32_t plStart, std::u16string_view psText, std::u16string_view psOpening,
@@ -171,9 +165,8 @@ GroupExtent FindGroupEnd(std::int32_t plStart, std::u16string_view psText, std::
     if (plStart < 1) return {};
     const std::size_t start = findText(psText, psOpening, static_cast<std::size_t>(plStart) - 1, Comparison::text);
     if (start == nowhere) return {};
-    const std::size_t limit = plLimit == 0  ? psText.size()
-                              : plLimit < 0 ? 0
-                                            : std::min(psText.size(), static_cast<std::size_t>(plLimit));
+    const auto asked = static_cast<std::size_t>(std::max(plLimit, 0));
+    const std::size_t limit = plLimit == 0 ? psText.size() : std::min(psText.size(), asked);
     std::int32_t depth = 1;
     for (std::size_t i = start + 1; i < limit; ++i) {
         if ((psText[i] != u'{' && psText[i] != u'}') || psText[i - 1] == u'\\') continue;
