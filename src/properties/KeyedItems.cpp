@@ -27,7 +27,14 @@ std::uint8_t traitOf(std::u16string_view name) noexcept {
 
 Variant KeyedItems::Entry::unreadValue() const {
     if (spelling == Spelling::unquoted) return typedValue(value);
-    return spelling == Spelling::quoted ? Variant(value) : Variant(withoutSubstitute(value));
+    return isText() ? Variant(value) : Variant(withoutSubstitute(value));
+}
+
+std::u16string_view KeyedItems::Entry::verbatim() const noexcept {
+    if (property != nullptr || !source->isDelimited) return {};
+    const bool quoted = spelling == Spelling::quoted;
+    if (!quoted && (spelling != Spelling::unquoted || !isWrittenForm(value))) return {};
+    return {name.data(), value.data() + value.size() + (quoted ? 2 : 1)};
 }
 
 KeyedItems::KeyedItems(KeyedItems& other, const std::vector<std::size_t>& order) : services_(other.services_) {
@@ -69,7 +76,7 @@ std::optional<std::u16string_view> KeyedItems::textOf(std::u16string_view key, s
     claimKeys();
     Entry* const found = keyedEntry(key);
     if (found == nullptr) return std::nullopt;
-    if (found->property == nullptr && found->spelling == Spelling::quoted) return found->value;
+    if (found->property == nullptr && found->isText()) return found->value;
     const privProperty& property = *made(*found);
     const auto* const text = property.builder() != nullptr ? nullptr : property.rawValue().get<std::u16string>();
     if (text != nullptr) return *text;
@@ -101,7 +108,7 @@ bool KeyedItems::addText(std::u16string_view name, std::u16string_view value) {
     source.text.append(name).append(value);
     const std::u16string_view added = std::u16string_view(source.text).substr(at);
     Entry& entry =
-        place(size(), {nullptr, &source, added.substr(0, name.size()), added.substr(name.size()), Spelling::quoted});
+        place(size(), {nullptr, &source, added.substr(0, name.size()), added.substr(name.size()), Spelling::plain});
     if (size() > mostWithoutIndex) return true;  // claimKeys gives it its key
     giveKey(entry);
     ++claimed_;
@@ -147,8 +154,8 @@ void KeyedItems::move(std::size_t from, std::size_t to) {
     }
 }
 
-const KeyedItems::Source& KeyedItems::keep(std::u16string text, Date readAt) {
-    sources_.push_back(std::make_unique<const Source>(Source{std::move(text), readAt}));
+const KeyedItems::Source& KeyedItems::keep(Source&& source) {
+    sources_.push_back(std::make_unique<const Source>(std::move(source)));
     return *sources_.back();
 }
 

@@ -34,9 +34,10 @@ public:
     struct Source {
         std::u16string text;
         automation::Date readAt;
+        bool isDelimited = false;  // its entries end with ":", as they are written
     };
-    // How a value is written there: typed by typedValue; in quotes; with its quotes substituted.
-    enum class Spelling : std::uint8_t { unquoted, quoted, substituted };
+    // How a value is written there: typed by typedValue; in quotes; as it is; with its quotes substituted.
+    enum class Spelling : std::uint8_t { unquoted, quoted, plain, substituted };
     struct Entry {
         PropertyRef property;            // null until it is requested
         const Source* source = nullptr;  // null when the entry was not read from a text
@@ -47,6 +48,9 @@ public:
         bool multiple = false;   // of the property, once it is made
         std::uint8_t trait = 0;  // of the name, see traitOf
 
+        // The whole entry, if the source has it as the writer of the text form would write it; else empty.
+        std::u16string_view verbatim() const noexcept;
+        bool isText() const noexcept { return spelling == Spelling::quoted || spelling == Spelling::plain; }
         automation::Variant unreadValue() const;
         std::int32_t unreadEncoding() const noexcept { return spelling == Spelling::substituted ? 8 : 0; }
     };
@@ -81,7 +85,7 @@ public:
 
     // For the reader. Its entries become properties on request.
 
-    const Source& keep(std::u16string text, automation::Date readAt);
+    const Source& keep(Source&& source);
     void addUnread(const Entry& entry) { place(size(), Entry(entry)); }
     privProperty& addRead(std::u16string name, automation::Variant&& value, automation::Date readAt);
     privProperty& last();  // of the last entry, which must exist

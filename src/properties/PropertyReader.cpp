@@ -104,7 +104,7 @@ public:
         complete.reserve(text.size() + delimiter.size());
         complete += text;
         if (!text.ends_with(delimiter)) complete += delimiter;
-        readEntries(items_.keep(std::move(complete), now_), delimiter, from);
+        readEntries(items_.keep({std::move(complete), now_, delimiter == u":"}), delimiter, from);
     }
 
 private:
@@ -199,7 +199,7 @@ private:
             if (object == nullptr) return Scanner::npos;
             add(name, Variant(std::move(object)));
         } else {
-            addSpan(name, text.substr(from, end + 1 - from), Spelling::quoted);
+            addSpan(name, text.substr(from, end + 1 - from), Spelling::plain);
         }
         return end + 1;
     }

@@ -69,7 +69,7 @@ public:
 
     std::u16string write(const KeyedItems& items) {
         for (std::size_t i = 0; i < items.size(); ++i) {
-            if (i == sample) out_.reserve(out_.size() / sample * (items.size() + items.size() / 8));
+            if (i == sample) out_.reserve(out_.size() / sample * (items.size() + items.size() / 4));
             if (asTag_ && i == 0) {
                 out_.append(items.entry(i).name).append(1, u'>');
             } else {
@@ -84,12 +84,14 @@ private:
     using Child = privProperty::Child;
 
     void writeEntry(const KeyedItems::Entry& entry) {
+        const std::u16string_view verbatim = asTag_ ? std::u16string_view() : entry.verbatim();
+        if (!verbatim.empty()) {
+            out_ += verbatim;
+            return;
+        }
         appendName(out_, entry.name);
         if (entry.property != nullptr) {
             writeProperty(*entry.property);
-        } else if (entry.spelling == KeyedItems::Spelling::quoted) {
-            out_ += u'=';
-            writeText(entry.value, 0);
         } else {
             writeValue(entry.unreadValue(), entry.unreadEncoding());
         }

@@ -96,6 +96,14 @@ Variant typedValue(std::u16string_view text) {
     return value ? *std::move(value) : Variant(text);
 }
 
+bool isWrittenForm(std::u16string_view text) noexcept {
+    constexpr std::size_t longestCertain = 9;  // digits of a long
+    if (!text.ends_with(u'&')) return text == u"True" || text == u"False" || text == u"NUL";
+    const std::u16string_view digits = text.substr(0, text.size() - 1);
+    const bool inRange = !digits.empty() && digits.front() != u'0' && digits.size() <= longestCertain;
+    return inRange && digits.find_first_not_of(u"0123456789") == digits.npos;
+}
+
 std::optional<automation::Date> dateOfText(std::u16string_view text) {
     if (text.size() > longestDate) return std::nullopt;
     const auto date = hasMonthName(text) ? portable::parseDate(text) : std::nullopt;

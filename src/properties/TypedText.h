@@ -17,6 +17,10 @@ namespace velmor {
 // its spelling, such as a number that its type cannot hold.
 automation::Variant typedValue(std::u16string_view text);
 
+// True for booleans, Null and most whole numbers in the form that is written for them. Asks for no conversion, so it
+// is False for some texts that are in that form, too.
+bool isWrittenForm(std::u16string_view text) noexcept;
+
 // The date between two "#". The written form, "5 Mar 2004 2:07:09 PM" in any case, is read alike on
 // every machine; any other text if this machine takes it for a date. Nothing for more than 64
 // characters, so a search for the second "#" may try each candidate.

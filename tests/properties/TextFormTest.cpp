@@ -89,6 +89,37 @@ TEST_F(PropertyText, RefusesCollectionsThatOutgrowTheirLimit) {
     EXPECT_EQ(collection->Stored(), u"");
 }
 
+TEST_F(PropertyText, WritesAnEntryAlikeBeforeAndAfterItIsRequested) {
+    constexpr std::u16string_view written[] = {u"t>:",
+                                               u"z=0&:",
+                                               u"n=12&:",
+                                               u"y=-5&:",
+                                               u"x=007&:",
+                                               u"w=999999999&:",
+                                               u"v=9999999999&:",
+                                               u"u=5:",
+                                               u"s=&:",
+                                               u"r=True:",
+                                               u"q=true:",
+                                               u"p=NUL:",
+                                               u"o=1.50#:",
+                                               u"  m=\"a\":",
+                                               u"l=\"\":",
+                                               u"k=\"a\"b=c\":",
+                                               u"i=~RO~Font\"x\":",
+                                               u"h:",
+                                               u"g=~CE\"\u00B6a\":"};
+    for (const std::u16string_view delimiter : {u":", u"|"}) {
+        std::u16string text;
+        for (const std::u16string_view entry : written) text.append(entry, 0, entry.size() - 1).append(delimiter);
+        collection->Build(text, false, false, delimiter);
+        const std::u16string stored = collection->Stored(), command = collection->TagCommand();
+        for (std::int32_t i = 1; i <= collection->Count(); ++i) EXPECT_NE(collection->Item(i), nullptr);
+        EXPECT_EQ(toUtf8(stored), toUtf8(collection->Stored()));
+        EXPECT_EQ(toUtf8(command), toUtf8(collection->TagCommand()));
+    }
+}
+
 TEST_F(PropertyText, WritesTextsThatHoldATerminator) {
     const struct {
         const char16_t* value;
