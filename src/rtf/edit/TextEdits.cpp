@@ -32,7 +32,7 @@ Rewriting::Rewriting(std::u16string& text, std::size_t lead)
         if (lead != 0) std::char_traits<char16_t>::move(text.data() + lead, text.data(), length);
         source_ = {text.data() + lead, length};
     } else {
-        fresh_.reserve(length + lead);
+        fresh_.reserve(length + lead + length / 16);  // so that later stages find room
         source_ = text;
     }
 }
