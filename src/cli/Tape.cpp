@@ -208,9 +208,9 @@ private:
 void Tape::fail(const std::string& message) {
     if (trouble_) return;
     EvaluationRun& run = EvaluationRun::current();
-    const OutermostTag& tag = run.outermostTag();
+    const OutermostTag& tag = run.outermostTag;
     trouble_ = {message, tag.index, tag.position, std::u16string(tag.text)};
-    run.fail();
+    run.hasFailed = true;
 }
 
 bool Tape::read(const Json& answer, const std::function<void(const Json& answer)>& read) {

@@ -63,14 +63,14 @@ void Dispatch::run() {
     } else {
         address_ = HandlerAddress::parse(handler_);
     }
-    if (EvaluationRun::current().hasFailed()) return;
+    if (EvaluationRun::current().hasFailed) return;
     if (const auto limit = EvaluationRun::current().countDispatch()) {
         report(*limit);
         return;
     }
     answer_.hasValue = answer_.isSearched = false;
     answer_.origin = request_.context->origin;
-    EvaluationRun::current().keepsTag(false);
+    EvaluationRun::current().keepsTag = false;
     try {
         if (address_.name == BuiltInCommands::handler) {
             answerBuiltIn();
@@ -148,10 +148,11 @@ void Dispatch::answerAbsent(std::u16string_view name) {
         case EvaluationRules::Missing::keep:
             answer_.text.append(openingMarker).append(request_.name).append(closingMarker);
             hideMarkers(answer_.text);
-            EvaluationRun::current().keepsTag(true);
+            EvaluationRun::current().keepsTag = true;
             return;
         case EvaluationRules::Missing::fail:
-            return EvaluationRun::current().fail();
+            EvaluationRun::current().hasFailed = true;
+            return;
         default:
             answer_.text.append(u"[").append(name).append(u"?]");
             hideMarkers(answer_.text);
@@ -170,7 +171,7 @@ void Dispatch::takeData(Origin origin) {
     if (isAuthors(answer_.origin) && origin != Origin::author) answer_.origin = origin;
     takeValue();
     if (rules_.dataTags == EvaluationRules::DataTags::allow) return;
-    const ContextRef context = contextOf(answer_.origin, request_.context);
+    const ContextRef context = contextWith(&TagContext::origin, answer_.origin, request_.context);
     const bool hasTags = !answer_.tags.tags.empty();
     if (hasTags && admitsTags(request_.services, *context, address_.name, request_.name)) return;
     if (isAuthors(answer_.origin) || rules_.dataTags != EvaluationRules::DataTags::refuse) return;

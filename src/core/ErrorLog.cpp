@@ -7,8 +7,6 @@ namespace velmor {
 
 namespace {
 
-constinit thread_local ErrorListener* listener = nullptr;
-
 PropertyRef add(platform::Services& services, privProperties& log, const ErrorLogEntry& entry) {
     PropertyRef property = log.AddStr(entry.handler, std::u16string(entry.message), false);
     const PropertiesRef details = property->Properties();
@@ -25,7 +23,7 @@ std::u16string leftOutMessage(std::int64_t count) {
 }
 
 void addOrCount(platform::Services& services, privProperties& log, const ErrorLogEntry& entry) {
-    LogEntryCount* const entries = EvaluationRun::current().logEntries();
+    LogEntryCount* const entries = EvaluationRun::current().logEntries;
     if (entries == nullptr || ++entries->count <= maximumLogEntries) {
         add(services, log, entry);
         return;
@@ -42,7 +40,8 @@ void addOrCount(platform::Services& services, privProperties& log, const ErrorLo
 
 void addErrorLogEntry(platform::Services& services, privProperties& log, const ErrorLogEntry& entry) noexcept {
     try {
-        if (listener != nullptr) listener->heard(entry, EvaluationRun::current().outermostTag());
+        ErrorListener* const listener = ErrorListener::current();
+        if (listener != nullptr) listener->heard(entry, EvaluationRun::current().outermostTag);
         addOrCount(services, log, entry);
     } catch (const std::exception&) {
         // No memory for the entry: evaluation goes on.
@@ -58,14 +57,6 @@ void logFailure(platform::Services& services, privProperties& log, std::u16strin
     } catch (const std::exception&) {
         addErrorLogEntry(services, log, {handler, u"Out of memory", 7, tagName, {}});
     }
-}
-
-ErrorListener::ErrorListener() noexcept : before_(listener) {
-    listener = this;
-}
-
-ErrorListener::~ErrorListener() {
-    listener = before_;
 }
 
 }  // namespace velmor

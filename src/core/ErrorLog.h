@@ -33,15 +33,19 @@ void logFailure(platform::Services& services, privProperties& log, std::u16strin
 // only counts. The listener made last hears alone.
 class ErrorListener {
 public:
-    ErrorListener() noexcept;
-    virtual ~ErrorListener();
+    ErrorListener() noexcept : before_(current_) { current_ = this; }
+    virtual ~ErrorListener() { current_ = before_; }
     ErrorListener(const ErrorListener&) = delete;
     ErrorListener& operator=(const ErrorListener&) = delete;
 
     // `tag` is the tag of the outermost text whose answer led to the entry. The views last for the call.
     virtual void heard(const ErrorLogEntry& entry, const OutermostTag& tag) = 0;
 
+    static ErrorListener* current() noexcept { return current_; }
+
 private:
+    static constinit inline thread_local ErrorListener* current_ = nullptr;
+
     ErrorListener* const before_;
 };
 

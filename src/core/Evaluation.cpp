@@ -24,11 +24,11 @@ public:
     AnsweringOutermost(const TagList& tags, std::size_t index) noexcept : isOutermost_(run_.level() == 1) {
         if (!isOutermost_) return;
         const TagSpan& span = tags.span(index);
-        run_.outermostTag({static_cast<std::int32_t>(index + 1), static_cast<std::int32_t>(span.open + 1),
-                           tags.text().substr(span.open, span.end() - span.open)});
+        run_.outermostTag = {static_cast<std::int32_t>(index + 1), static_cast<std::int32_t>(span.open + 1),
+                             tags.text().substr(span.open, span.end() - span.open)};
     }
     ~AnsweringOutermost() {
-        if (isOutermost_) run_.outermostTag({});
+        if (isOutermost_) run_.outermostTag = {};
     }
     AnsweringOutermost(const AnsweringOutermost&) = delete;
     AnsweringOutermost& operator=(const AnsweringOutermost&) = delete;
@@ -43,13 +43,6 @@ std::size_t sizeOf(const privStrCat& builder) noexcept {
 }
 
 }  // namespace
-
-ContextRef protectedContext(const ContextRef& context) {
-    if (context->protectRtf) return context;
-    auto changed = std::make_shared<TagContext>(*context);
-    changed->protectRtf = true;
-    return changed;
-}
 
 std::u16string evaluateText(platform::Services& services, const ContextRef& context, std::u16string_view handler,
                             std::u16string text, bool isAnswer) {
@@ -72,9 +65,9 @@ std::u16string evaluateText(platform::Services& services, const ContextRef& cont
     TagList tags(services, text, found, own);
     const auto result = std::make_shared<privStrCat>();
     Evaluation(tags, result, true).run();
-    std::u16string evaluated(run.hasFailed() ? std::u16string_view() : result->contiguous());
+    std::u16string evaluated(run.hasFailed ? std::u16string_view() : result->contiguous());
     if (!isAnswer) showMarkers(evaluated);
-    if (run.emptyTags() > 0) removeEmptyTags(evaluated);
+    if (run.emptyTags > 0) removeEmptyTags(evaluated);
     return evaluated;
 }
 
@@ -168,14 +161,14 @@ void Evaluation::runLiterally(std::size_t from) {
 
 void Evaluation::answer(std::size_t index, const BuilderRef& results) {
     const std::size_t start = sizeOf(*results);
-    const std::size_t emptyTags = EvaluationRun::current().emptyTags();
+    const std::size_t emptyTags = EvaluationRun::current().emptyTags;
     if (listener_ != nullptr) {
         listener_->tagBegins({tags_.rawName(index), tags_.context()->origin, index + 1, tags_.span(index).open + 1});
     }
     answerSafely(index, results);
     if (listener_ != nullptr) listener_->tagEnds(start, results->contiguous().substr(start));
     if (!rules_.dropsEmptyParagraphs) return;
-    if (sizeOf(*results) == start || EvaluationRun::current().emptyTags() > emptyTags) markEmptyTag(start, *results);
+    if (sizeOf(*results) == start || EvaluationRun::current().emptyTags > emptyTags) markEmptyTag(start, *results);
 }
 
 // A result that shows nothing but empty tags is empty, too.
@@ -183,7 +176,7 @@ void Evaluation::markEmptyTag(std::size_t start, privStrCat& results) const {
     const std::u16string_view result = results.contiguous().substr(start);
     if (!showsNothing(result, tags_.context()->protectRtf || result.starts_with(rtfStart))) return;
     results.add({&emptyTag, 1});
-    EvaluationRun::current().countEmptyTag();
+    ++EvaluationRun::current().emptyTags;
 }
 
 void Evaluation::answerSafely(std::size_t index, const BuilderRef& results) {
@@ -213,7 +206,7 @@ void Evaluation::answerByObject(std::size_t index, privStrCat& results) {
     const bool isMadeHere = !tags_.object(index);
     const std::size_t start = sizeOf(results);
     tags_.item(index)->appendResult(results);
-    if (EvaluationRun::current().keepsTag()) keepTag(index, start, results);
+    if (EvaluationRun::current().keepsTag) keepTag(index, start, results);
     if (isMadeHere) tags_.settleObject(index, start, sizeOf(results) - start);
 }
 
@@ -223,7 +216,7 @@ void Evaluation::answerHere(std::size_t index, const BuilderRef& results) {
     const EvaluationLevel level;
     TagAnswer answer = dispatch({tags_.services(), tags_.context(), tags_.rawName(index), nullptr, isFit_});
     KeptListRef nested;
-    if (EvaluationRun::current().keepsTag()) {
+    if (EvaluationRun::current().keepsTag) {
         keepTag(index, start, *results);
     } else if (answer.tags.tags.empty()) {
         results->add(answer.value());
@@ -235,7 +228,7 @@ void Evaluation::answerHere(std::size_t index, const BuilderRef& results) {
 
 // The result is the tag as it is written.
 void Evaluation::keepTag(std::size_t index, std::size_t start, privStrCat& results) {
-    EvaluationRun::current().keepsTag(false);
+    EvaluationRun::current().keepsTag = false;
     results.truncate(start);
     const TagSpan& span = tags_.span(index);
     std::u16string written(tags_.text().substr(span.open, span.end() - span.open));
@@ -250,8 +243,8 @@ KeptListRef Evaluation::evaluateTagsOf(TagAnswer& answer, std::size_t index, con
         return nullptr;
     }
     const bool isFit = !answer.view.empty();
-    const ContextRef context =
-        contextOf(answer.origin, answer.isRtf ? protectedContext(tags_.context()) : tags_.context());
+    const ContextRef context = contextWith(&TagContext::origin, answer.origin,
+                                           answer.isRtf ? protectedContext(tags_.context()) : tags_.context());
     if (KeptListRef kept = tags_.keepNested(answer.value(), answer.isPart, answer.tags, context)) {
         std::u16string().swap(answer.text);
         Evaluation(*kept, results).run(isFit);

@@ -98,18 +98,11 @@ RulesInForce::~RulesInForce() {
 
 void hideMarkers(std::u16string& text) noexcept {
     std::replace(text.begin(), text.end(), u'<', hidden);
-    EvaluationRun::current().hidesMarkers(true);
+    EvaluationRun::current().hidesMarkers = true;
 }
 
 void showMarkers(std::u16string& text) noexcept {
-    if (EvaluationRun::current().hidesMarkers()) std::replace(text.begin(), text.end(), hidden, u'<');
-}
-
-ContextRef contextOf(Origin origin, const ContextRef& context) {
-    if (context->origin == origin) return context;
-    auto changed = std::make_shared<TagContext>(*context);
-    changed->origin = origin;
-    return changed;
+    if (EvaluationRun::current().hidesMarkers) std::replace(text.begin(), text.end(), hidden, u'<');
 }
 
 }  // namespace velmor

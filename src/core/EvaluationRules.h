@@ -82,7 +82,4 @@ void hideMarkers(std::u16string& text) noexcept;
 // Undoes it, if this evaluation hid anything.
 void showMarkers(std::u16string& text) noexcept;
 
-// The same context for a text of that origin.
-ContextRef contextOf(Origin origin, const ContextRef& context);
-
 }  // namespace velmor

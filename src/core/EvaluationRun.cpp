@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "common/Limits.h"
 #include "core/EvaluationRules.h"
 #include "core/TagListener.h"
 #include "properties/privProperty.h"
@@ -29,9 +28,9 @@ std::u16string limitMessage(EvaluationLimit limit) {
         case EvaluationLimit::dispatches:
             return u"More than " + grouped(rules.maximumTags) + u" tags in one evaluation";
         case EvaluationLimit::held:
-            return u"More than 33,554,432 characters held at once in one evaluation";
+            return u"More than " + grouped(maximumHeld) + u" characters held at once in one evaluation";
         case EvaluationLimit::decoded:
-            return u"More than 33,554,432 bytes of compressed values in one evaluation";
+            return u"More than " + grouped(maximumDecoded) + u" bytes of compressed values in one evaluation";
         case EvaluationLimit::kept:
             return u"The values of further tags within tags are not kept";
         case EvaluationLimit::output:
@@ -39,7 +38,7 @@ std::u16string limitMessage(EvaluationLimit limit) {
         case EvaluationLimit::characters:
             break;
     }
-    return u"More than 1,073,741,823 characters in one evaluation";
+    return u"More than " + grouped(maximumCharacters) + u" characters in one evaluation";
 }
 
 const EvaluationRules& EvaluationRun::noRules() noexcept {
@@ -108,7 +107,7 @@ bool EvaluationRun::isFirst(EvaluationLimit limit) noexcept {
 EvaluationLevel::EvaluationLevel() noexcept : run_(EvaluationRun::current()) {
     if (run_.level_ == 0) {
         run_ = EvaluationRun();
-        run_.logEntries_ = &logEntries_;
+        run_.logEntries = &logEntries_;
     }
     run_.tooDeep_ |= ++run_.level_ > run_.rules().maximumLevels;
 }
@@ -117,30 +116,6 @@ EvaluationLevel::~EvaluationLevel() {
     --run_.level_;
     if (run_.level_ <= 1) run_.tooDeep_ = false;
     if (run_.level_ == 0) run_ = EvaluationRun();
-}
-
-CountedDecoding::CountedDecoding() noexcept {
-    EvaluationRun& run = EvaluationRun::current();
-    if (run.level() > 0) decodingAllowance = &run.decodable();
-}
-
-CountedDecoding::~CountedDecoding() {
-    decodingAllowance = nullptr;
-}
-
-bool CountedDecoding::refused(std::u16string_view text) noexcept {
-    return EvaluationRun::current().decodable() == 0 && text.find(u"~GZ\"") != text.npos;
-}
-
-TextApart::TextApart() noexcept
-    : run_(EvaluationRun::current()), before_(run_.held_ - run_.stored_), counts_(run_.level_ > 1) {
-    if (counts_) ++run_.apart_;
-}
-
-TextApart::~TextApart() {
-    if (!counts_) return;
-    --run_.apart_;
-    run_.held_ = before_ + run_.stored_;
 }
 
 std::optional<EvaluationLimit> EvaluationLevel::refused() const noexcept {

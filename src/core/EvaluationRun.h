@@ -4,7 +4,10 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
+
+#include "common/Limits.h"
 
 namespace velmor {
 
@@ -76,33 +79,22 @@ public:
     bool store(std::size_t size, std::size_t replaced) noexcept;
     // Keeps so many bytes until the evaluation ends; false, and nothing kept, beyond the limit.
     bool keep(std::size_t bytes) noexcept;
-    std::size_t& decodable() noexcept { return decodable_; }
 
     // What the outermost text's host asks for.
     const EvaluationRules& rules() const noexcept { return rules_ != nullptr ? *rules_ : noRules(); }
     void rules(const EvaluationRules* rules) noexcept { rules_ = rules; }
     // Whether TagContext::origin is kept: a rule or a listener asks for it.
     bool tracksOrigins() const noexcept;
-    // No tag is answered any more, and the outermost result is empty.
-    void fail() noexcept { failed_ = true; }
-    bool hasFailed() const noexcept { return failed_; }
-    bool hidesMarkers() const noexcept { return hidesMarkers_; }
-    void hidesMarkers(bool hides) noexcept { hidesMarkers_ = hides; }
-    // Whether the tag that was dispatched last stays as it is written.
-    bool keepsTag() const noexcept { return keepsTag_; }
-    void keepsTag(bool keeps) noexcept { keepsTag_ = keeps; }
-
-    // The marks for empty tags (rtf/edit/EmptyParagraphs.h) that were written.
-    std::size_t emptyTags() const noexcept { return emptyTags_; }
-    void countEmptyTag() noexcept { ++emptyTags_; }
-
-    // Empty at the beginning and between two tags. Holds views of the text under evaluation.
-    const OutermostTag& outermostTag() const noexcept { return outermostTag_; }
-    void outermostTag(const OutermostTag& tag) noexcept { outermostTag_ = tag; }
-    // The entries that this evaluation added to the error log; null while none runs.
-    LogEntryCount* logEntries() noexcept { return logEntries_; }
     // True the first time that it is asked for a limit: that limit's one entry is to be written.
     bool isFirst(EvaluationLimit limit) noexcept;
+
+    bool hasFailed = false;                  // no tag is answered any more, and the outermost result is empty
+    bool hidesMarkers = false;               // see EvaluationRules.h
+    bool keepsTag = false;                   // the tag that was dispatched last stays as it is written
+    std::size_t emptyTags = 0;               // marks for empty tags (rtf/edit/EmptyParagraphs.h) that were written
+    std::size_t decodable = maximumDecoded;  // bytes of compressed values that may still come
+    OutermostTag outermostTag;  // empty at the beginning and between two tags; views of the text under evaluation
+    LogEntryCount* logEntries = nullptr;  // what this evaluation added to the error log; null while none runs
 
 private:
     friend class EvaluationLevel;
@@ -115,21 +107,14 @@ private:
 
     int level_ = 0;
     bool tooDeep_ = false;
-    bool failed_ = false;
-    bool hidesMarkers_ = false;
-    bool keepsTag_ = false;
-    std::size_t emptyTags_ = 0;
     unsigned reported_ = 0;
     std::int64_t dispatches_ = 0;
     std::int64_t characters_ = 0;
     std::int64_t held_ = 0;
     std::int64_t heldMost_ = maximumHeld;
     std::int64_t stored_ = 0;  // the part of held_ that lies in properties
-    std::size_t decodable_ = maximumDecoded;
     std::size_t keepable_ = maximumKept;
     int apart_ = 0;  // texts of their own that are being evaluated
-    OutermostTag outermostTag_;
-    LogEntryCount* logEntries_ = nullptr;
     const EvaluationRules* rules_ = nullptr;
 };
 
@@ -170,25 +155,36 @@ private:
 // While it lives, the compressed values in texts that are read count against the running evaluation.
 class CountedDecoding {
 public:
-    CountedDecoding() noexcept;
-    ~CountedDecoding();
+    CountedDecoding() noexcept {
+        EvaluationRun& run = EvaluationRun::current();
+        if (run.level() > 0) decodingAllowance = &run.decodable;
+    }
+    ~CountedDecoding() { decodingAllowance = nullptr; }
     CountedDecoding(const CountedDecoding&) = delete;
     CountedDecoding& operator=(const CountedDecoding&) = delete;
 
     // True when nothing is left for a value of this text.
-    static bool refused(std::u16string_view text) noexcept;
+    static bool refused(std::u16string_view text) noexcept {
+        return EvaluationRun::current().decodable == 0 && text.find(u"~GZ\"") != text.npos;
+    }
 };
 
 // While it lives, the values that tags yield are held; those of the outermost text are not.
 class TextApart {
 public:
-    TextApart() noexcept;
-    ~TextApart();
+    TextApart() noexcept : before_(run_.held_ - run_.stored_), counts_(run_.level_ > 1) {
+        if (counts_) ++run_.apart_;
+    }
+    ~TextApart() {
+        if (!counts_) return;
+        --run_.apart_;
+        run_.held_ = before_ + run_.stored_;
+    }
     TextApart(const TextApart&) = delete;
     TextApart& operator=(const TextApart&) = delete;
 
 private:
-    EvaluationRun& run_;
+    EvaluationRun& run_ = EvaluationRun::current();
     const std::int64_t before_;  // what was held, apart from properties
     const bool counts_;
 };

@@ -42,7 +42,16 @@ struct TagContext {
 
 using ContextRef = std::shared_ptr<const TagContext>;
 
-// The same with protection on.
-ContextRef protectedContext(const ContextRef& context);
+// The same with that value of a member.
+template <class Value>
+ContextRef contextWith(Value TagContext::*member, Value value, const ContextRef& context) {
+    if ((*context).*member == value) return context;
+    auto changed = std::make_shared<TagContext>(*context);
+    (*changed).*member = value;
+    return changed;
+}
+inline ContextRef protectedContext(const ContextRef& context) {
+    return contextWith(&TagContext::protectRtf, true, context);
+}
 
 }  // namespace velmor

@@ -331,7 +331,7 @@ std::u16string kvTag::GetProcessedElementsValue(std::u16string_view psName, cons
 ContextRef kvTag::contextFor(std::u16string_view text) {
     const ContextRef context = sharedContext();
     const bool isOwn = name_.find(text) != std::u16string::npos || !isAuthors(context->origin);
-    return !isChild_ || isOwn ? context : contextOf(Origin::handler, context);
+    return !isChild_ || isOwn ? context : contextWith(&TagContext::origin, Origin::handler, context);
 }
 
 std::u16string kvTag::ProcessValue(std::u16string_view psValue) {

@@ -39,7 +39,7 @@ std::u16string kvTag::Result() {
     const std::shared_ptr<Object> alive = keep();
     if (isRunning()) {
         std::u16string text = evaluation_->soFar();
-        if (EvaluationRun::current().emptyTags() > 0) removeEmptyTags(text);
+        if (EvaluationRun::current().emptyTags > 0) removeEmptyTags(text);
         return text;
     }
     ensureResult();
@@ -90,7 +90,7 @@ void kvTag::takeResult(TextRef result) {
 
 // The marks are for the text around this tag. The text that its tags refer to keeps them.
 void kvTag::forgetEmptyTags() {
-    if (EvaluationRun::current().emptyTags() == 0 || !resultBuilder_) return;
+    if (EvaluationRun::current().emptyTags == 0 || !resultBuilder_) return;
     std::u16string text(resultBuilder_->contiguous());
     removeEmptyTags(text);
     takeResult(std::make_shared<const std::u16string>(std::move(text)));
@@ -129,9 +129,9 @@ void kvTag::evaluate() {
 void kvTag::finishResult() {
     const EvaluationRun& run = EvaluationRun::current();
     if (run.level() != 1) return;
-    hasFailed_ = run.hasFailed();
+    hasFailed_ = run.hasFailed;
     if (hasFailed_) return takeResult(std::make_shared<const std::u16string>());
-    if (run.emptyTags() > 0 && resultBuilder_) {
+    if (run.emptyTags > 0 && resultBuilder_) {
         std::u16string text(resultBuilder_->contiguous());
         PlaceShifts shifts;
         TagListener* const listener = TagListener::current();
@@ -139,8 +139,8 @@ void kvTag::finishResult() {
         takeResult(std::make_shared<const std::u16string>(std::move(text)));
         if (listener != nullptr) listener->resultMoves(std::move(shifts));
     }
-    if (run.hidesMarkers() && resultBuilder_) resultBuilder_->exchangeUnits(hidden, u'<');
-    if (run.hidesMarkers() && result_) {
+    if (run.hidesMarkers && resultBuilder_) resultBuilder_->exchangeUnits(hidden, u'<');
+    if (run.hidesMarkers && result_) {
         std::u16string result = *result_;
         showMarkers(result);
         takeResult(std::make_shared<const std::u16string>(std::move(result)));
