@@ -40,15 +40,10 @@ TagList::~TagList() {
     cleanUp();
 }
 
-KeptListRef TagList::make(platform::Services& services, std::u16string_view text, const TopLevelTags& tags,
+KeptListRef TagList::keep(platform::Services& services, std::u16string_view text, const TopLevelTags& tags,
                           const ContextRef& context, KeptLists& lists) {
     void* const place = lists.memory.allocate(sizeof(TagList), alignof(TagList));
     return KeptListRef(new (place) TagList(services, text, tags, context, &lists));
-}
-
-KeptListRef TagList::keep(platform::Services& services, KeptLists& lists, const TopLevelTags& tags,
-                          const ContextRef& context) {
-    return make(services, *lists.source, tags, context, lists);
 }
 
 KeptListRef TagList::keepNested(std::u16string_view value, bool isPart, const TopLevelTags& tags,
@@ -60,7 +55,7 @@ KeptListRef TagList::keepNested(std::u16string_view value, bool isPart, const To
         auto* const copy = static_cast<char16_t*>(lists_->memory.allocate(textBytes, alignof(char16_t)));
         value = {copy, value.copy(copy, value.size())};
     }
-    return make(services_, value, tags, context, *lists_);
+    return keep(services_, value, tags, context, *lists_);
 }
 
 std::shared_ptr<kvTag> TagList::item(std::size_t index) {

@@ -69,9 +69,9 @@ public:
     // long.
     TagList(platform::Services& services, std::u16string_view text, const TopLevelTags& tags, const ContextRef& context)
         : TagList(services, text, tags, context, nullptr) {}
-    // A list that is kept: of the outermost text ...
-    static KeptListRef keep(platform::Services& services, KeptLists& lists, const TopLevelTags& tags,
-                            const ContextRef& context);
+    // A list that is kept: of the outermost text, which is the source of `lists`, ...
+    static KeptListRef keep(platform::Services& services, std::u16string_view text, const TopLevelTags& tags,
+                            const ContextRef& context, KeptLists& lists);
     // ... and of a value that one of its tags became, which may be a part of its text. Null when too much is kept by
     // now, and in a list that is not kept.
     KeptListRef keepNested(std::u16string_view value, bool isPart, const TopLevelTags& tags, const ContextRef& context);
@@ -121,8 +121,6 @@ private:
     friend struct EndKeptList;
     TagList(platform::Services& services, std::u16string_view text, const TopLevelTags& tags, const ContextRef& context,
             KeptLists* lists);
-    static KeptListRef make(platform::Services& services, std::u16string_view text, const TopLevelTags& tags,
-                            const ContextRef& context, KeptLists& lists);
     void adoptOutcome(ListedTag& entry);
     bool isSpare(const kvTag& tag, std::size_t index) const;
 

@@ -42,14 +42,6 @@ kvTag::~kvTag() {
     releaseDirect();
 }
 
-bool kvTag::isChild() const {
-    return isChild_;
-}
-
-platform::Services& kvTag::services() const {
-    return services_;
-}
-
 // --- what tags share ---
 
 TagContext& kvTag::ownContext() {
@@ -90,34 +82,6 @@ void kvTag::releaseShared() {
     context_->protectRtf = protect;
 }
 
-Collection kvTag::Properties() {
-    return ensure(&TagContext::properties);
-}
-
-void kvTag::Properties(const Collection& collection) {
-    ownContext().properties = collection;
-}
-
-Collection kvTag::Variables() {
-    return ensure(&TagContext::variables);
-}
-
-void kvTag::Variables(const Collection& collection) {
-    ownContext().variables = collection;
-}
-
-automation::ObjectRef kvTag::Database() const {
-    return context_->database;
-}
-
-void kvTag::Database(automation::ObjectRef database) {
-    ownContext().database = std::move(database);
-}
-
-bool kvTag::ProtectRTF() const {
-    return context_->protectRtf;
-}
-
 void kvTag::ProtectRTF(bool pbProtect) {
     if (context_->protectRtf != pbProtect) ownContext().protectRtf = pbProtect;
 }
@@ -138,18 +102,6 @@ void kvTag::releaseDirect() noexcept {
 
 std::u16string kvTag::directElement(std::u16string_view psName) {
     return GetProcessedElementsValue(psName, Variant(std::int32_t{0}));
-}
-
-std::shared_ptr<privProperties> kvTag::privateVariables() {
-    return ensure(&TagContext::privateVariables);
-}
-
-void kvTag::privateVariables(std::shared_ptr<privProperties> collection) {
-    ownContext().privateVariables = std::move(collection);
-}
-
-std::shared_ptr<privProperties> kvTag::ErrorLog() {
-    return ensure(&TagContext::errorLog);
 }
 
 automation::ObjectRef kvTag::Library() const {
@@ -210,10 +162,6 @@ void kvTag::enterFailure() noexcept {
     }
 }
 
-std::u16string kvTag::Name() const {
-    return name_;
-}
-
 void kvTag::Name(std::u16string_view psName) {
     name_ = psName;
     if (!name_.ends_with(elementSeparator)) name_ += elementSeparator;
@@ -221,10 +169,6 @@ void kvTag::Name(std::u16string_view psName) {
     tagsBuilt_ = false;
     resultGenerated_ = false;
     ++changes_;
-}
-
-std::u16string kvTag::Value() const {
-    return *value_;
 }
 
 void kvTag::Value(std::u16string psValue) {
@@ -249,11 +193,7 @@ void kvTag::BuildTagCollection() {
 std::shared_ptr<kvTags> kvTag::listTags(const TextRef& value, const TopLevelTags& found) {
     if (found.tags.empty()) return std::make_shared<kvTags>();
     const auto lists = std::make_shared<KeptLists>(value);
-    return std::make_shared<kvTags>(lists, TagList::keep(services_, *lists, found, sharedContext()));
-}
-
-std::shared_ptr<kvTags> kvTag::Tags() const {
-    return tags_;
+    return std::make_shared<kvTags>(lists, TagList::keep(services_, *value, found, sharedContext(), *lists));
 }
 
 void kvTag::AddTableStartEndControlWords() {

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "automation/Object.h"
 #include "automation/Variant.h"
@@ -49,10 +50,10 @@ public:
 
     // --- the members of the public class, in its order (get and let by the same name) ---
 
-    std::u16string Name() const;
+    std::u16string Name() const { return name_; }
     void Name(std::u16string_view psName);  // appends ":" when it does not end in one
 
-    std::u16string Value() const;
+    std::u16string Value() const { return *value_; }
     // Brackets tables, finds the top-level tags; "{\rtf1" at its start turns ProtectRTF on.
     void Value(std::u16string psValue);
 
@@ -60,13 +61,13 @@ public:
     std::u16string Result();
 
     // Created on first read. A host's own collection comes back as the same object.
-    Collection Properties();
-    void Properties(const Collection& collection);
+    Collection Properties() { return ensure(&TagContext::properties); }
+    void Properties(const Collection& collection) { ownContext().properties = collection; }
     // The text of a property, evaluated when it holds an opening marker (in exact case).
     std::u16string GetProcessedPropertiesValue(std::u16string_view psName, std::u16string_view psDefault = {});
 
-    Collection Variables();
-    void Variables(const Collection& collection);
+    Collection Variables() { return ensure(&TagContext::variables); }
+    void Variables(const Collection& collection) { ownContext().variables = collection; }
     std::u16string GetProcessedVariablesValue(std::u16string_view psName, std::u16string_view psDefault = {});
 
     void BuildTagCollection();
@@ -81,11 +82,11 @@ public:
     automation::Variant CommandValue();
     std::u16string CommandValueProcessed();
 
-    automation::ObjectRef Database() const;
-    void Database(automation::ObjectRef database);
+    automation::ObjectRef Database() const { return context_->database; }
+    void Database(automation::ObjectRef database) { ownContext().database = std::move(database); }
 
     void ProtectRTFCode(std::u16string& psValue) const;
-    bool ProtectRTF() const;
+    bool ProtectRTF() const { return context_->protectRtf; }
     void ProtectRTF(bool pbProtect);
 
     // See rtf/clean/CleanRTF.h. CleanRTF cleans in place, CleanRTFByVal a copy, CleanRTFFile a file. The
@@ -102,7 +103,7 @@ public:
     std::u16string ProcessName(std::u16string_view psName);
 
     // Null before the first build.
-    std::shared_ptr<kvTags> Tags() const;
+    std::shared_ptr<kvTags> Tags() const { return tags_; }
 
     // Created on first read. It does not keep the tag alive, and does nothing once the tag is gone.
     std::shared_ptr<kvDirectTag> Direct();
@@ -110,7 +111,7 @@ public:
     void LogError(std::u16string_view psTagHandler, std::u16string_view psError, std::int32_t& plErrorNumber,
                   std::u16string_view psTagData = {}, std::u16string_view psErrorData = {});
     void LogError(std::u16string_view psTagHandler, std::u16string_view psError);
-    std::shared_ptr<privProperties> ErrorLog();
+    std::shared_ptr<privProperties> ErrorLog() { return ensure(&TagContext::errorLog); }
 
     // The companion library (common/kvLibrary.h); a new object on every read.
     automation::ObjectRef Library() const;
@@ -153,11 +154,10 @@ public:
     // Whether a rule ("kvTag.Missing") had the evaluation fail; the result is empty then.
     bool hasFailed() const noexcept { return hasFailed_; }
     // True for a tag made by another tag.
-    bool isChild() const;
+    bool isChild() const { return isChild_; }
     // The internal collection that PRIVVAR and PRIVSTRCATDUMP read; created on first use.
-    std::shared_ptr<privProperties> privateVariables();
-    void privateVariables(std::shared_ptr<privProperties> collection);
-    platform::Services& services() const;
+    std::shared_ptr<privProperties> privateVariables() { return ensure(&TagContext::privateVariables); }
+    platform::Services& services() const { return services_; }
 
 private:
     friend class TagList;

@@ -7,12 +7,6 @@ namespace velmor {
 
 using automation::Variant;
 
-kvTags::kvTags() = default;
-
-kvTags::kvTags(std::shared_ptr<KeptLists> lists, KeptListRef tags) : lists_(std::move(lists)), tags_(std::move(tags)) {}
-
-kvTags::~kvTags() = default;
-
 std::shared_ptr<kvTag> kvTags::Item(const Variant& vntIndexKey) {
     // A text is a key, and no tag has one.
     if (vntIndexKey.isString()) return nullptr;
@@ -24,16 +18,8 @@ std::shared_ptr<kvTag> kvTags::Item(std::int32_t index) {
     return tags_->item(static_cast<std::size_t>(index - 1));
 }
 
-std::int32_t kvTags::Count() const {
-    return tags_ ? static_cast<std::int32_t>(tags_->size()) : 0;
-}
-
 std::shared_ptr<TagEnumerator> kvTags::NewEnum() {
     return std::make_shared<TagEnumerator>(std::static_pointer_cast<kvTags>(shared_from_this()));
-}
-
-void kvTags::cleanUp() {
-    if (tags_) tags_->cleanUp();
 }
 
 automation::ObjectRef TagEnumerator::nextObject() {
@@ -46,10 +32,6 @@ bool TagEnumerator::skip(std::uint32_t count) {
     const auto left = static_cast<std::uint32_t>(std::max(0, tags_->Count() - position_));
     position_ += static_cast<std::int32_t>(std::min(count, left));
     return count <= left;
-}
-
-std::shared_ptr<automation::Enumeration> TagEnumerator::clone() const {
-    return std::make_shared<TagEnumerator>(*this);
 }
 
 }  // namespace velmor

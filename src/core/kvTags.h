@@ -18,20 +18,21 @@ class TagEnumerator;
 // child made for a reader of this collection stays the same object.
 class kvTags : public automation::Object {
 public:
-    kvTags();
-    kvTags(std::shared_ptr<KeptLists> lists, KeptListRef tags);
-    ~kvTags() override;
+    kvTags() = default;
+    kvTags(std::shared_ptr<KeptLists> lists, KeptListRef tags) : lists_(std::move(lists)), tags_(std::move(tags)) {}
 
     // By 1-based index; a text is a key, and no tag has one. Null when there is none; never raises.
     std::shared_ptr<kvTag> Item(const automation::Variant& vntIndexKey);
     std::shared_ptr<kvTag> Item(std::int32_t index);
-    std::int32_t Count() const;
+    std::int32_t Count() const { return tags_ ? static_cast<std::int32_t>(tags_->size()) : 0; }
     // What a host's "For Each" steps through.
     std::shared_ptr<TagEnumerator> NewEnum();
 
     // Breaks the references from the tags to what they share with their parent, innermost last,
     // and empties the collection. The shared collections themselves stay as they are.
-    void cleanUp();
+    void cleanUp() {
+        if (tags_) tags_->cleanUp();
+    }
 
     automation::Variant invoke(std::u16string_view name, automation::InvokeKind kind,
                                std::span<automation::Variant> arguments) override;
@@ -52,7 +53,7 @@ public:
     automation::ObjectRef nextObject() override;
     bool skip(std::uint32_t count) override;
     void reset() noexcept override { position_ = 0; }
-    std::shared_ptr<automation::Enumeration> clone() const override;
+    std::shared_ptr<automation::Enumeration> clone() const override { return std::make_shared<TagEnumerator>(*this); }
     std::u16string typeName() const override { return u"TagEnumerator"; }
 
 private:
