@@ -59,9 +59,9 @@ private:
         const auto [place, isNew] = handlers_.try_emplace(name);
         Handler& handler = place->second;
         if (!isNew) return handler;
-        if (name == BuiltInCommands::handler) {
+        if (name == builtInHandler) {
             handler.isKnown = true;
-            handler.commands = BuiltInCommands::names();
+            handler.commands = commandNames();
         } else {
             handler.isKnown = info_.TagRegistered(name) || name == rowsHandler;
             if (handler.isKnown) handler.commands = catalogueItems(info_.CommandList(name));
@@ -93,7 +93,7 @@ private:
     // The built-in commands take a name of the author's first, where they take parameters.
     void checkParameters(const TagParts& tag, const std::vector<Parameter>& parameters) {
         if (parameters.empty()) return;
-        const std::size_t first = tag.handler() == BuiltInCommands::handler ? 1 : 0;
+        const std::size_t first = tag.handler() == builtInHandler ? 1 : 0;
         for (std::size_t index = first; index < tag.parameters().size(); ++index) {
             checkParameter(tag, tag.parameters()[index], parameters);
         }

@@ -130,7 +130,7 @@ void TemplateCheck::count(bool isCertain, Step step) {
 void TemplateCheck::checkTag(const TagParts& tag) {
     handlers_.check(tag);
     if (tag.handler() == rowsHandler) checkRows(tag);
-    if (tag.handler() != BuiltInCommands::handler) return;
+    if (tag.handler() != builtInHandler) return;
     if (tag.command() == u"PROPERTY") {
         properties_.read(tag);
         checkGivenValue(tag);
@@ -245,7 +245,7 @@ std::optional<std::u16string> TemplateCheck::fullPath(std::u16string_view file) 
     if (!isPathKnown_ || properties_.isSetByTemplate(pathProperty)) return std::nullopt;
     const PropertyRef given = properties_.known(pathProperty);
     std::u16string folder = path_ ? *path_ : given ? given->ValueStr() : services_.folders.component();
-    return BuiltInCommands::pathOf(file, std::move(folder), services_.folders.separator());
+    return includedPath(file, std::move(folder), services_.folders.separator());
 }
 
 // `name` may hold tags.
@@ -277,7 +277,7 @@ void TemplateCheck::checkIncludedFile(const TagParts& tag, const std::u16string&
         return found_.add(DiagnosticCode::binaryInclude, tag, u"the file " + path + u" is " + kind);
     }
     std::u16string text = readTextFile(services_.files, path).value_or(std::u16string());
-    const bool isList = BuiltInCommands::isListFile(path);
+    const bool isList = isListFile(path);
     if (isList) checkListFile(tag, path, text);
     count(!isList,
           [&] { checkAnswer(tag, shownName(path), std::move(text)); });  // a list file yields one of its entries

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <utility>
 
-#include "core/BuiltInCommands.h"
 #include "core/ErrorLog.h"
 #include "core/EvaluationRules.h"
 #include "core/Markup.h"
 #include "core/kvTag.h"
+#include "handlers/ITag4.h"
 #include "rtf/edit/EmptyParagraphs.h"
 #include "rtf/tables/TableMarkers.h"
 #include "text/privStrCat.h"
@@ -258,7 +258,7 @@ KeptListRef Evaluation::evaluateTagsOf(TagAnswer& answer, std::size_t index, con
 }
 
 void Evaluation::report(EvaluationLimit limit, std::size_t index) {
-    reportLimit(tags_.services(), *tags_.context(), limit, BuiltInCommands::handler, tags_.rawName(index));
+    reportLimit(tags_.services(), *tags_.context(), limit, builtInHandler, tags_.rawName(index));
 }
 
 }  // namespace velmor

@@ -39,7 +39,7 @@ PlainTemplate::PlainTemplate(std::u16string_view text, const TopLevelTags& tags)
 
 bool PlainTemplate::add(const TagSpan& tag) {
     const std::u16string_view name = tag.inner(text_);
-    const auto property = BuiltInCommands::plainProperty(name);
+    const auto property = plainProperty(name);
     const std::u16string_view before = text_.substr(end_, tag.open - end_);
     if (!property || !name.ends_with(elementSeparator) || mayBeginMarker(before)) return false;
     pieces_.push_back({before, property->name, property->value});

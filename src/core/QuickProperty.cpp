@@ -58,7 +58,7 @@ std::optional<std::u16string_view> plainDefault(std::u16string_view rest, std::s
 
 }  // namespace
 
-std::optional<BuiltInCommands::PlainProperty> BuiltInCommands::plainProperty(std::u16string_view psName) {
+std::optional<PlainProperty> plainProperty(std::u16string_view psName) {
     if (!isPropertyTag(psName)) return std::nullopt;
     const std::u16string_view rest = psName.substr(propertyTag.size());
     const auto endsName = [](char16_t unit) { return unit == u'=' || unit == u':' || unit == u'<'; };
@@ -71,9 +71,8 @@ std::optional<BuiltInCommands::PlainProperty> BuiltInCommands::plainProperty(std
     return PlainProperty{name, *value, !bare && !value->empty()};
 }
 
-std::optional<BuiltInCommands::PropertyText> BuiltInCommands::property(std::u16string_view psName,
-                                                                       const TagContext& context,
-                                                                       std::u16string& buffer) {
+std::optional<PropertyText> propertyText(std::u16string_view psName, const TagContext& context,
+                                         std::u16string& buffer) {
     const std::optional<PlainProperty> property = context.properties.own() ? plainProperty(psName) : std::nullopt;
     if (!property) return std::nullopt;
     if (const auto text = context.properties.textOf(property->name, buffer))

@@ -82,7 +82,7 @@ private:
             if (++dispatches > 60) throw TooMuch();
             context->protectRtf = protect;
             const bool builtIn = equalIgnoringCase(name.substr(0, 4), u"TAG>");
-            std::u16string value = builtIn ? BuiltInCommands(services_, ContextRef(context), name).run().text : u"";
+            std::u16string value = builtIn ? answerCommand(services_, ContextRef(context), name).text : u"";
             protect = fitIntoRtf(services_, protect, value) || protect;
             return value;
         };
