@@ -5,7 +5,8 @@
 #include <utility>
 
 #include "core/EvaluationRules.h"
-#include "core/Markup.h"
+#include "core/Options.h"
+#include "handlers/ITag4.h"
 #include "text/Compare.h"
 
 namespace velmor::cli {
@@ -19,21 +20,12 @@ enum class LookedUpBy {
 };
 
 LookedUpBy askerOf(std::u16string_view name) {
-    constexpr std::u16string_view builtIn = u"TAG>";
-    if (!equalIgnoringCase(name.substr(0, builtIn.size()), builtIn)) return LookedUpBy::reader;
-    name.remove_prefix(builtIn.size());
-    const std::u16string_view command = name.substr(0, name.find_first_of(u":="));
-    if (equalIgnoringCase(command, u"PROPERTY")) return LookedUpBy::reader;
-    const bool sets = equalIgnoringCase(command, u"SETPROPERTY") || equalIgnoringCase(command, u"SETPATH");
-    return sets ? LookedUpBy::setter : LookedUpBy::included;
+    const auto [handler, command] = handlerAndCommand(name);
+    if (handler != builtInHandler || command == u"PROPERTY") return LookedUpBy::reader;
+    return command == u"SETPROPERTY" || command == u"SETPATH" ? LookedUpBy::setter : LookedUpBy::included;
 }
 
 }  // namespace
-
-bool isOption(std::u16string_view property) noexcept {
-    constexpr std::u16string_view prefix = u"kvTag.";
-    return equalIgnoringCase(property.substr(0, prefix.size()), prefix);
-}
 
 ReportCollector::ReportCollector(std::shared_ptr<privProperties> properties)
     : TraceCollector({mostTags, mostOfName}), properties_(std::move(properties)) {
@@ -66,9 +58,9 @@ std::u16string_view ReportCollector::valueOf(std::size_t tag) const noexcept {
 void ReportCollector::lookedUp(std::u16string_view psName, bool isFound) noexcept {
     if (isOption(psName)) return;
     const std::uint32_t tag = answering();
-    const LookedUpBy asker = tag == noTag ? LookedUpBy::included : askerOf(nameOf(tags()[tag]));
-    if (asker == LookedUpBy::setter || (asker == LookedUpBy::included && !isFound)) return;
     try {
+        const LookedUpBy asker = tag == noTag ? LookedUpBy::included : askerOf(nameOf(tags()[tag]));
+        if (asker == LookedUpBy::setter || (asker == LookedUpBy::included && !isFound)) return;
         Property* const property = propertyOf(psName);
         if (property == nullptr) return;
         property->isReadElsewhere |= tag == noTag;

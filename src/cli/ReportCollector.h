@@ -58,7 +58,4 @@ private:
     std::unordered_map<std::u16string, std::size_t> known_;  // by name in upper case
 };
 
-// "kvTag.Missing" and the like: options of evaluation, not data.
-bool isOption(std::u16string_view property) noexcept;
-
 }  // namespace velmor::cli

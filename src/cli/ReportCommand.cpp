@@ -12,6 +12,7 @@
 #include "cli/ReportText.h"
 #include "cli/Streams.h"
 #include "cli/report/ReportPage.h"
+#include "core/Options.h"
 #include "core/kvTag.h"
 #include "properties/PropertyEnumerator.h"
 #include "text/Compare.h"

@@ -5,6 +5,7 @@
 #include "cli/DataFile.h"
 #include "cli/Streams.h"
 #include "common/TextFile.h"
+#include "core/Options.h"
 #include "properties/privProperty.h"
 #include "text/Encoding.h"
 
@@ -14,12 +15,6 @@ namespace {
 void setProperty(privProperties& properties, const std::string& assignment) {
     const auto equals = assignment.find('=');
     properties.AddStr(fromUtf8(assignment.substr(0, equals)), fromUtf8(assignment.substr(equals + 1)), true);
-}
-
-// Does not change a value that the properties set, unless `exact`.
-void makeTolerant(privProperties& properties, bool exact) {
-    constexpr std::u16string_view name = u"kvTag.RTF Tolerant";
-    if (exact || !properties.Item(name)) properties.AddBoolean(name, !exact, true);
 }
 
 std::u16string folderOf(const std::string& input, char16_t separator) {
@@ -69,7 +64,10 @@ std::shared_ptr<privProperties> TemplateInput::makeProperties(platform::Services
     if (files_.data) addData(properties, *files_.data, options_.dataFile);
     if (addRecord) addRecord(properties);
     for (const auto& assignment : options_.properties) setProperty(properties, assignment);
-    makeTolerant(properties, options_.exact);
+    // A value that the properties set stays, unless `exact`.
+    if (options_.exact || !properties.Item(tolerantProperty)) {
+        properties.AddBoolean(tolerantProperty, !options_.exact, true);
+    }
     if (options_.sandbox) addSandbox(properties, services.folders);
     for (const auto& [name, value] : options_.rules) properties.AddStr(fromUtf8(name), fromUtf8(value), true);
     if (options_.includePath) properties.AddStr(u"Path", fromUtf8(*options_.includePath), true);

@@ -11,7 +11,11 @@ class Collection;
 // Below HKEY_LOCAL_MACHINE: the settings of the machine, all of them strings.
 inline constexpr std::u16string_view optionsKey = u"SOFTWARE\\Korvane\\Quillmark\\Options";
 
-// Whether RTF is cleaned and included tolerantly: the property "kvTag.RTF Tolerant"; if it is absent, the
+// "kvTag.Missing" and the like: properties that are options of evaluation, not data.
+bool isOption(std::u16string_view psName) noexcept;
+inline constexpr std::u16string_view tolerantProperty = u"kvTag.RTF Tolerant";
+
+// Whether RTF is cleaned and included tolerantly: the property of that name; if it is absent, the
 // machine's option "RTF Tolerant"; false by default. Never raises.
 bool isTolerant(const platform::Services& services, const Collection& properties) noexcept;
 
