@@ -44,12 +44,18 @@ void ErrorReport::heard(const ErrorLogEntry& entry, const OutermostTag& tag) {
 }
 
 bool ErrorReport::print() const {
-    for (const Line& line : lines_) {
-        const std::string text = textOf(line.place) + ": " + line.text;
-        report(line.count == 1 ? text : text + " (" + std::to_string(line.count) + " times)");
-    }
+    for (const std::string& message : messages()) report(message);
     if (others_ > 0) report(name_ + ": " + std::to_string(others_) + " more errors");
     return !lines_.empty();
+}
+
+std::vector<std::string> ErrorReport::messages() const {
+    std::vector<std::string> messages;
+    for (const Line& line : lines_) {
+        const std::string count = line.count == 1 ? "" : " (" + std::to_string(line.count) + " times)";
+        messages.push_back(textOf(line.place) + ": " + line.text + count);
+    }
+    return messages;
 }
 
 std::optional<TemplatePlaces::Place> ErrorReport::placeOf(const OutermostTag& tag) const {

@@ -24,6 +24,8 @@ public:
     void heard(const ErrorLogEntry& entry, const OutermostTag& tag) override;
     // Returns whether there was anything to report.
     bool print() const;
+    // A message for each line.
+    std::vector<std::string> messages() const;
     // Nothing if no tag is being answered.
     std::optional<TemplatePlaces::Place> placeOf(const OutermostTag& tag) const;
     // "TEMPLATE:LINE:COLUMN", or the template's name alone.
