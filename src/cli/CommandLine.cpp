@@ -73,6 +73,13 @@ CLI::Option* addPasswordFile(CLI::App& command, std::string& name) {
                      "Decipher the property file with this file's first line");
 }
 
+// An option whose value a function takes.
+template <typename Value = std::string, typename Take>
+CLI::Option* addTaken(CLI::App& command, const char* name, const char* type, const Take& take,
+                      const std::string& description) {
+    return command.add_option_function<Value>(name, take, description)->type_name(type);
+}
+
 // An option that takes one of the names.
 template <typename Choice>
 void addChoice(CLI::App& command, const char* option, const char* description, Choice& choice,
@@ -85,7 +92,7 @@ void addChoice(CLI::App& command, const char* option, const char* description, C
         if (found == choices.end()) throw CLI::ValidationError(option, "'" + given + "' is not " + names);
         choice = found->second;
     };
-    command.add_option_function<std::string>(option, take, description)->type_name(names);
+    addTaken(command, option, names.c_str(), take, description);
 }
 
 void addEncoding(CLI::App& command, EncodingChoice& encoding) {
@@ -96,7 +103,7 @@ void addEncoding(CLI::App& command, EncodingChoice& encoding) {
 
 void addRegistry(CLI::App& command, platform::SystemOptions& system) {
     const auto take = [&system](const std::string& name) { system.registryFile = fromUtf8(name); };
-    command.add_option_function<std::string>("--registry", take, "The registry file (.reg)")->type_name("FILE");
+    addTaken(command, "--registry", "FILE", take, "The registry file (.reg)");
 }
 
 void addSystem(CLI::App& command, platform::SystemOptions& system) {
@@ -105,10 +112,8 @@ void addSystem(CLI::App& command, platform::SystemOptions& system) {
     const auto take = [&system](const std::vector<std::string>& folders) {
         for (const auto& folder : folders) system.handlerFolders.push_back(fromUtf8(folder));
     };
-    command
-        .add_option_function<std::vector<std::string>>("--handlers", take,
-                                                       "A folder with handler libraries; may be repeated")
-        ->type_name("DIR")
+    addTaken<std::vector<std::string>>(command, "--handlers", "DIR", take,
+                                       "A folder with handler libraries; may be repeated")
         ->allow_extra_args(false)
         ->take_all();
 #endif
@@ -130,7 +135,7 @@ void addTemplateOptions(CLI::App& command, TemplateOptions& options) {
 CLI::Option* addRule(CLI::App& command, TemplateOptions& options, const char* option, const char* property,
                      const char* description, const char* type) {
     const auto take = [&options, property](const std::string& value) { options.rules[property] = value; };
-    return command.add_option_function<std::string>(option, take, description)->type_name(type);
+    return addTaken(command, option, type, take, description);
 }
 
 // Where a template's properties, files and handlers come from, and the rules for them, which concern a check as well.
@@ -178,10 +183,7 @@ void addEval(CLI::App& app, CommandLine& line) {
         options.replay = name;
         line.replays = true;
     };
-    command
-        ->add_option_function<std::string>("--replay", take,
-                                           "Evaluate what this record holds, with what it holds and nothing else")
-        ->type_name("FILE")
+    addTaken(*command, "--replay", "FILE", take, "Evaluate what this record holds, with what it holds and nothing else")
         ->excludes(record);
 }
 
@@ -208,7 +210,7 @@ void takeSeparator(RenderOptions& options, const std::string& text) {
         static_cast<unsigned char>(separator.front()) >= 0x80) {
         throw CLI::ValidationError("--separator", "'" + text + "' is not one ASCII character, or tab");
     }
-    options.separator = separator.front();
+    options.data.separator = separator.front();
 }
 
 // The records, and which of them are rendered.
@@ -216,29 +218,24 @@ void addRecords(CLI::App& command, RenderOptions& options) {
     command.get_option("--data")->required()->description(
         "The records: a CSV, JSON, JSON lines or SQLite file; - is standard input");
     addChoice<DataFormat>(command, "--data-format", "What the data are (default: as their file's name says)",
-                          options.dataFormat,
+                          options.data.format,
                           {{"csv", DataFormat::csv},
                            {"json", DataFormat::json},
                            {"jsonl", DataFormat::jsonLines},
                            {"sqlite", DataFormat::sqlite}});
     addChoice<DataEncoding>(
-        command, "--data-encoding", "How CSV data are encoded (default: auto)", options.dataEncoding,
+        command, "--data-encoding", "How CSV data are encoded (default: auto)", options.data.encoding,
         {{"auto", DataEncoding::automatic}, {"ansi", DataEncoding::ansi}, {"utf-8", DataEncoding::utf8}});
-    command
-        .add_option_function<std::string>(
-            "--separator", [&options](const std::string& text) { takeSeparator(options, text); },
-            "What separates the values of CSV data (default: what the first line has)")
-        ->type_name("C");
-    addOption(command, "--sql", "QUERY", options.sql, "The query that gives the records of an SQLite file");
+    const auto separator = [&options](const std::string& text) { takeSeparator(options, text); };
+    addTaken(command, "--separator", "C", separator,
+             "What separates the values of CSV data (default: what the first line has)");
+    addOption(command, "--sql", "QUERY", options.data.sql, "The query that gives the records of an SQLite file");
     addList(command, "--where", "NAME=VALUE", options.where,
             "Only records with this value; may be repeated: all must hold")
         ->check(CLI::Validator(checkAssignment, ""));
     addOption(command, "--limit", "N", options.limit, "At most so many records")->check(CLI::PositiveNumber);
-    command
-        .add_option_function<std::string>(
-            "--part", [&options](const std::string& text) { takePart(options, text); },
-            "Only this part of the data: the parts in their order are the whole")
-        ->type_name("I/N");
+    const auto part = [&options](const std::string& text) { takePart(options, text); };
+    addTaken(command, "--part", "I/N", part, "Only this part of the data: the parts in their order are the whole");
 }
 
 void addRender(CLI::App& app, CommandLine& line) {

@@ -26,10 +26,7 @@ struct EvalOptions : TemplateOptions {
 ExitCode runEval(platform::Services& services, const EvalOptions& options);
 
 struct RenderOptions : TemplateOptions {  // dataFile: the records
-    DataFormat dataFormat = DataFormat::automatic;
-    DataEncoding dataEncoding = DataEncoding::automatic;
-    char separator = 0;  // of CSV; 0: found out
-    std::string sql;
+    DataForm data;
     std::vector<std::string> where;  // "name=value"
     std::uint64_t limit = 0;         // most letters; 0: no limit
     std::uint64_t part = 0;          // of `parts`

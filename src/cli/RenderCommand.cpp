@@ -49,11 +49,11 @@ TemplateOptions sharedOptions(const RenderOptions& options) {
     return shared;
 }
 
-RecordChoice choiceOf(const RenderOptions& options, const DataSource& source) {
+RecordChoice choiceOf(const RenderOptions& options) {
     RecordChoice choice;
     if (options.parts > 0) {
-        if (source.name == "-") throw Failure(exitUsage, "--part needs data that can be read twice, not a pipe");
-        choice = partOf(source, options.part, options.parts);
+        if (options.dataFile == "-") throw Failure(exitUsage, "--part needs data that can be read twice, not a pipe");
+        choice = partOf(options.dataFile, options.data, options.part, options.parts);
     }
     if (options.limit > 0) choice.limit = options.limit;
     for (const std::string& condition : options.where) {
@@ -73,11 +73,10 @@ public:
         : services_(services),
           options_(options),
           shared_(sharedOptions(options)),
-          source_{options.dataFile, options.dataFormat, options.dataEncoding, options.separator, options.sql},
           input_(services, shared_),
           plan_(input_, inputName(shared_.input)),
-          reader_(openRecords(source_)),
-          choice_(choiceOf(options, source_)),
+          reader_(openRecords(options.dataFile, options.data)),
+          choice_(choiceOf(options)),
           log_(inputName(options.dataFile), progressOf(options)) {
         plan();
     }
@@ -180,7 +179,6 @@ private:
     const RenderOptions& options_;
     const Interruption interruption_;
     const TemplateOptions shared_;
-    const DataSource source_;
     TemplateInput input_;
     std::optional<FileNames> names_;
     LetterPlan plan_;

@@ -6,8 +6,8 @@
 
 namespace velmor::cli {
 
-RecordChoice partOf(const DataSource& source, std::uint64_t part, std::uint64_t parts) {
-    const auto reader = openRecords(source);
+RecordChoice partOf(const std::string& data, const DataForm& form, std::uint64_t part, std::uint64_t parts) {
+    const auto reader = openRecords(data, form);
     Record record;
     std::uint64_t count = 0;
     while (!Interruption::requested() && reader->next(record)) ++count;

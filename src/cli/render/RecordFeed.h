@@ -21,7 +21,7 @@ struct RecordChoice {
 
 // The part `part` of `parts` (from 1): records that follow each other, so that the parts in their order are the data.
 // Reads the data once to count them.
-RecordChoice partOf(const DataSource& source, std::uint64_t part, std::uint64_t parts);
+RecordChoice partOf(const std::string& data, const DataForm& form, std::uint64_t part, std::uint64_t parts);
 
 // Gives the chosen records, with their numbers. One thread at a time.
 class RecordFeed {

@@ -6,10 +6,7 @@
 #include "cli/Failure.h"
 #include "cli/LineText.h"
 #include "cli/Streams.h"
-#include "cli/render/ByteReader.h"
-#include "cli/render/CsvReader.h"
-#include "cli/render/JsonReader.h"
-#include "cli/render/SqliteReader.h"
+#include "core/Options.h"
 #include "text/Compare.h"
 
 namespace velmor::cli {
@@ -23,12 +20,12 @@ std::string extensionOf(const std::string& name) {
     return extension;
 }
 
-DataFormat formatOf(const DataSource& source) {
-    if (source.format != DataFormat::automatic) return source.format;
-    const std::string extension = extensionOf(source.name);
+DataFormat formatOf(const std::string& name, const DataForm& form) {
+    if (form.format != DataFormat::automatic) return form.format;
+    const std::string extension = extensionOf(name);
     if (extension == "json") return DataFormat::json;
     if (extension == "jsonl" || extension == "ndjson") return DataFormat::jsonLines;
-    if (extension == "sqlite" || extension == "sqlite3" || extension == "db" || !source.sql.empty()) {
+    if (extension == "sqlite" || extension == "sqlite3" || extension == "db" || !form.sql.empty()) {
         return DataFormat::sqlite;
     }
     return DataFormat::csv;
@@ -36,29 +33,27 @@ DataFormat formatOf(const DataSource& source) {
 
 }  // namespace
 
-std::unique_ptr<RecordReader> openRecords(const DataSource& source) {
-    const DataFormat format = formatOf(source);
+std::unique_ptr<RecordReader> openRecords(const std::string& name, const DataForm& form) {
+    const DataFormat format = formatOf(name, form);
     const auto requireFormat = [&](bool isGiven, const char* option, DataFormat needed) {
         if (isGiven && format != needed) throw Failure(exitUsage, std::string(option) + " is not for these data");
     };
-    requireFormat(!source.sql.empty(), "--sql", DataFormat::sqlite);
-    requireFormat(source.separator != 0, "--separator", DataFormat::csv);
-    requireFormat(source.encoding != DataEncoding::automatic, "--data-encoding", DataFormat::csv);
+    requireFormat(!form.sql.empty(), "--sql", DataFormat::sqlite);
+    requireFormat(form.separator != 0, "--separator", DataFormat::csv);
+    requireFormat(form.encoding != DataEncoding::automatic, "--data-encoding", DataFormat::csv);
     switch (format) {
         case DataFormat::json:
-            return std::make_unique<JsonArrayReader>(source.name);
         case DataFormat::jsonLines:
-            return std::make_unique<JsonLinesReader>(source.name);
+            return openJson(name, format == DataFormat::jsonLines);
         case DataFormat::sqlite:
-            return openSqlite(source.name, source.sql);
+            return openSqlite(name, form.sql);
         default:
-            return std::make_unique<CsvReader>(source.name, source.separator, source.encoding);
+            return openCsv(name, form);
     }
 }
 
 bool setsRules(std::u16string_view name) noexcept {
-    constexpr std::u16string_view prefix = u"kvTag.";
-    return equalIgnoringCase(name, u"Path") || equalIgnoringCase(name.substr(0, prefix.size()), prefix);
+    return equalIgnoringCase(name, u"Path") || isOption(name);
 }
 
 std::string unusedRule(std::u16string_view name) {

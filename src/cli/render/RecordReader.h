@@ -14,9 +14,8 @@ namespace velmor::cli {
 enum class DataFormat { automatic, csv, json, jsonLines, sqlite };
 enum class DataEncoding { automatic, ansi, utf8 };
 
-// The records' file as the command line names it. UTF-8.
-struct DataSource {
-    std::string name;  // "-": standard input
+// What a file of records holds, as the command line says. UTF-8.
+struct DataForm {
     DataFormat format = DataFormat::automatic;
     DataEncoding encoding = DataEncoding::automatic;  // of CSV
     char separator = 0;                               // of CSV; 0: the first line shows it
@@ -40,8 +39,16 @@ public:
     virtual std::set<std::string> unusedColumns() const = 0;
 };
 
-// Throws Failure when the data cannot be opened, or has no records that anything could be made of.
-std::unique_ptr<RecordReader> openRecords(const DataSource& source);
+// Throws Failure when the data cannot be opened, or has no records that anything could be made of. The name "-" is
+// standard input.
+std::unique_ptr<RecordReader> openRecords(const std::string& name, const DataForm& form);
+
+// Those of one format.
+std::unique_ptr<RecordReader> openCsv(const std::string& name, const DataForm& form);
+std::unique_ptr<RecordReader> openJson(const std::string& name, bool isLines);
+// The rows of a query on a file that is opened for reading alone. An integer is a whole number, a real number a double,
+// a text a text, NULL is Null; a row with binary data fails. Throws Failure where SQLite is not built in.
+std::unique_ptr<RecordReader> openSqlite(const std::string& name, const std::string& sql);
 
 // Whether a value of that name would set the rules of the evaluation ("Path", "kvTag.Missing" and so on). Data set no
 // rules: such a column gives no property.

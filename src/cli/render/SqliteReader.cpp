@@ -1,4 +1,4 @@
-#include "cli/render/SqliteReader.h"
+#include "cli/render/RecordReader.h"
 
 #include "cli/Failure.h"
 
