@@ -67,11 +67,7 @@ inline namespace v1 {
 namespace {
 
 std::u16string cleaned(platform::Services& services, std::u16string text, bool exact, bool merge) {
-    const auto tag = std::make_shared<kvTag>(services);
-    tag->Properties().own()->AddBoolean(api::tolerant, !exact, true);
-    tag->CleanRTFMergeMode(merge);
-    tag->CleanRTF(text);
-    tag->Dispose();
+    cleanAsTag(services, text, {.mergeMode = merge, .tolerant = !exact});
     return text;
 }
 

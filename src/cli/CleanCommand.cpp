@@ -5,13 +5,13 @@
 #include <utility>
 #include <vector>
 
-#include "cli/Cleaning.h"
 #include "cli/Documents.h"
 #include "cli/JsonText.h"
 #include "cli/Output.h"
 #include "cli/SpoolFile.h"
 #include "cli/Streams.h"
-#include "rtf/clean/CleanRTF.h"
+#include "core/Markup.h"
+#include "core/kvTag.h"
 #include "rtf/clean/JoinDocuments.h"
 #include "rtf/clean/JoinedCleaning.h"
 #include "rtf/merge/MergeReport.h"
@@ -116,8 +116,7 @@ private:
             texts.add(text);
         }
         MergeReport merged;
-        CleanOptions options = cleanOptions({options_.exact, options_.styles, true});
-        if (!options_.report.empty()) options.report = &merged;
+        const CleanOptions options = cleaning(true, merged);
         JoinedCleaning joining(options, services_, letters, cleaned);
         texts.forEach([&, input = options_.inputs.begin()](std::u16string text) mutable {
             if (!holdsTag_) clean(text, *input, false);
@@ -144,9 +143,16 @@ private:
 
     void clean(std::u16string& text, const std::string& input, bool mergeMode) {
         MergeReport merged;
-        const bool isReported = !options_.report.empty();
-        cli::clean(services_, text, {options_.exact, options_.styles, mergeMode}, isReported ? &merged : nullptr);
-        if (isReported) runs_.push_back(mergeJson(merged, {input}));
+        const CleanOptions options = cleaning(mergeMode, merged);
+        cleanAsTag(services_, text, options);
+        if (options.report != nullptr) runs_.push_back(mergeJson(merged, {input}));
+    }
+
+    CleanOptions cleaning(bool mergeMode, MergeReport& merged) const {
+        return {.mergeMode = mergeMode,
+                .tolerant = !options_.exact,
+                .styles = options_.styles,
+                .report = options_.report.empty() ? nullptr : &merged};
     }
 
     void writeReport() {
@@ -155,10 +161,10 @@ private:
     }
 
     void reportTag(std::u16string_view text, const std::string& input) {
-        const std::size_t position = positionOfTag(text);
-        if (position == 0) return;
+        const std::size_t place = findOpeningMarker(text, 0);
+        if (place == text.npos) return;
         holdsTag_ = true;
-        tell(inputName(input) + " still contains a tag (position " + std::to_string(position) + "); " +
+        tell(inputName(input) + " still contains a tag (position " + std::to_string(place + 1) + "); " +
              (joins_ ? "the documents are joined, but not cleaned" : "it is not changed"));
     }
 

@@ -187,10 +187,11 @@ void addEval(CLI::App& app, CommandLine& line) {
         ->excludes(record);
 }
 
-void addStyles(CLI::App& command, std::string& styles) {
-    addOption(command, "--styles", "rename|host|keep", styles,
-              "What becomes of an embedded style whose name has another definition: it gets a new name, its text looks "
-              "as the host says, or keeps its look as direct formatting (default: rename)")
+void addStyles(CLI::App& command, StyleConflict& styles) {
+    const auto take = [&styles](const std::string& name) { styles = styleConflictOf(fromUtf8(name)); };
+    addTaken(command, "--styles", "rename|host|keep", take,
+             "What becomes of an embedded style whose name has another definition: it gets a new name, its text looks "
+             "as the host says, or keeps its look as direct formatting (default: rename)")
         ->check(CLI::IsMember({"rename", "host", "keep"}));
 }
 

@@ -10,6 +10,7 @@
 #include "cli/TemplateInput.h"
 #include "cli/render/RecordReader.h"
 #include "platform/Services.h"
+#include "rtf/edit/CleanOptions.h"
 
 namespace velmor::cli {
 
@@ -35,10 +36,10 @@ struct RenderOptions : TemplateOptions {  // dataFile: the records
     std::string join;                // the joined file
     bool continues = false;          // files that are there stay
     bool cleans = false;             // each letter
-    std::string styles = "rename";   // as for `clean`
-    unsigned jobs = 0;               // threads; 0: as many as the machine has
-    std::string report;              // where the report goes; empty: nowhere
-    bool showsProgress = false;      // also where standard error is no terminal
+    StyleConflict styles = StyleConflict::rename;
+    unsigned jobs = 0;           // threads; 0: as many as the machine has
+    std::string report;          // where the report goes; empty: nowhere
+    bool showsProgress = false;  // also where standard error is no terminal
     bool isQuiet = false;
 };
 // Evaluates a template for each record, and writes the letters, each to its file or all joined. Reports records that
@@ -88,10 +89,10 @@ struct CleanCommandOptions {
     std::vector<std::string> inputs;
     std::string inputsFrom;  // a file that names more, one on each line; empty: none
     std::string output;
-    bool merge = false;             // merge mode for one input too; several inputs always use it
-    bool exact = false;             // not tolerant
-    std::string styles = "rename";  // of equal name and other definition: or "host", "keep"
-    std::string report;             // where the report of what merging did goes; empty: nowhere
+    bool merge = false;  // merge mode for one input too; several inputs always use it
+    bool exact = false;  // not tolerant
+    StyleConflict styles = StyleConflict::rename;
+    std::string report;  // where the report of what merging did goes; empty: nowhere
 };
 // Joins several inputs, cleans the document and writes it. Reports documents that are not changed and
 // text that joining leaves out.

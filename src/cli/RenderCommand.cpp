@@ -103,7 +103,7 @@ public:
 
 private:
     bool isRtf() const { return plan_.input.document().text.starts_with(u"{\\rtf"); }
-    Cleaning cleaning() const { return {options_.exact, options_.styles, false}; }
+    CleanOptions cleaning() const { return {.tolerant = !options_.exact, .styles = options_.styles}; }
 
     void plan() {
         if (!options_.each.empty()) plan_.names = &names_.emplace(options_.each);

@@ -22,7 +22,7 @@ class kvDirectTag;
 class kvTags;
 class privProperties;
 class privStrCat;
-struct MergeReport;
+struct CleanOptions;
 struct TopLevelTags;
 
 // One template or one tag under evaluation.
@@ -91,11 +91,11 @@ public:
 
     // See rtf/clean/CleanRTF.h. CleanRTF cleans in place, CleanRTFByVal a copy, CleanRTFFile a file. The
     // property "kvTag.RTF Tolerant" (false when absent) chooses tolerant cleaning, "kvTag.Styles" what becomes of
-    // styles of equal name: "rename" (any other value means it), "host" or "keep". `report` receives what merging did.
+    // styles of equal name: "rename" (any other value means it), "host" or "keep".
     bool CleanRTFFile(std::u16string_view psFileName, std::u16string_view psSaveFileName = {});
     bool CleanRTFMergeMode() const { return cleanMergeMode_; }
     void CleanRTFMergeMode(bool pbMergeMode) { cleanMergeMode_ = pbMergeMode; }
-    void CleanRTF(std::u16string& psRTF, MergeReport* report = nullptr);
+    void CleanRTF(std::u16string& psRTF);
     std::u16string CleanRTFByVal(std::u16string psRTF);
 
     std::shared_ptr<kvTag> NewTag();
@@ -211,5 +211,8 @@ private:
     bool hasFailed_ = false;
     bool cleanMergeMode_ = false;
 };
+
+// Cleans in place as a new tag with these options does, with its line in the timing log.
+void cleanAsTag(platform::Services& services, std::u16string& text, const CleanOptions& options) noexcept;
 
 }  // namespace velmor

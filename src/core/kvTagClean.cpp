@@ -27,6 +27,11 @@ void clean(platform::Services& services, std::u16string& text, const CleanOption
 
 }  // namespace
 
+void cleanAsTag(platform::Services& services, std::u16string& text, const CleanOptions& options) noexcept {
+    TimingLog::readSettings(services);
+    clean(services, text, options);
+}
+
 bool kvTag::CleanRTFFile(std::u16string_view psFileName, std::u16string_view psSaveFileName) {
     const std::shared_ptr<Object> alive = keep();
     const CleanOptions options = optionsOf(*this);
@@ -42,11 +47,9 @@ bool kvTag::CleanRTFFile(std::u16string_view psFileName, std::u16string_view psS
     return saved;
 }
 
-void kvTag::CleanRTF(std::u16string& psRTF, MergeReport* report) {
+void kvTag::CleanRTF(std::u16string& psRTF) {
     const std::shared_ptr<Object> alive = keep();
-    CleanOptions options = optionsOf(*this);
-    options.report = report;
-    clean(services_, psRTF, options);
+    clean(services_, psRTF, optionsOf(*this));
 }
 
 std::u16string kvTag::CleanRTFByVal(std::u16string psRTF) {

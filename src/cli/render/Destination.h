@@ -6,9 +6,9 @@
 #include <string_view>
 #include <unordered_set>
 
-#include "cli/Cleaning.h"
 #include "cli/render/Letter.h"
 #include "platform/Services.h"
+#include "rtf/edit/CleanOptions.h"
 
 namespace velmor::cli {
 
@@ -41,8 +41,9 @@ private:
 // All letters are one file, or standard output if the name is empty or "-". The byte order mark that each has begins
 // the file alone.
 std::unique_ptr<Destination> joinedText(platform::Services& services, const std::string& name, std::string mark);
-// RTF letters, cleaned in merge mode, at the end on two threads or one.
-std::unique_ptr<Destination> joinedRtf(platform::Services& services, const std::string& name, const Cleaning& how,
-                                       bool twoThreads);
+// RTF letters, joined and cleaned in merge mode as `velmor clean` does with its files, at the end on two threads or
+// one. Memory does not depend on their number.
+std::unique_ptr<Destination> joinedRtf(platform::Services& services, const std::string& name,
+                                       const CleanOptions& options, bool twoThreads);
 
 }  // namespace velmor::cli

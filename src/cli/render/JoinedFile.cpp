@@ -1,6 +1,5 @@
 #include <utility>
 
-#include "cli/Cleaning.h"
 #include "cli/Output.h"
 #include "cli/SpoolFile.h"
 #include "cli/render/Destination.h"
@@ -35,11 +34,11 @@ private:
 // Memory does not depend on their number.
 class JoinedRtf final : public Destination {
 public:
-    JoinedRtf(platform::Services& services, const std::string& name, const Cleaning& how, bool twoThreads)
+    JoinedRtf(platform::Services& services, const std::string& name, const CleanOptions& options, bool twoThreads)
         : output_(services.files, name),
           letters_(services),
           cleaned_(services),
-          joining_(cleanOptions(how), services, letters_, cleaned_, {.twoThreads = twoThreads}) {}
+          joining_(options, services, letters_, cleaned_, {.twoThreads = twoThreads}) {}
 
     void admit(Letter& letter) override {
         try {
@@ -70,9 +69,9 @@ std::unique_ptr<Destination> joinedText(platform::Services& services, const std:
     return std::make_unique<JoinedText>(services, name, std::move(mark));
 }
 
-std::unique_ptr<Destination> joinedRtf(platform::Services& services, const std::string& name, const Cleaning& how,
-                                       bool twoThreads) {
-    return std::make_unique<JoinedRtf>(services, name, how, twoThreads);
+std::unique_ptr<Destination> joinedRtf(platform::Services& services, const std::string& name,
+                                       const CleanOptions& options, bool twoThreads) {
+    return std::make_unique<JoinedRtf>(services, name, options, twoThreads);
 }
 
 }  // namespace velmor::cli

@@ -17,48 +17,18 @@
 #endif
 
 namespace velmor::cli {
-namespace {
-
-std::string describe(const ErrorReport& errors, const ErrorReport::Line& line) {
-    const std::string text = errors.textOf(line.place) + ": " + line.text;
-    return line.count == 1 ? text : text + " (" + std::to_string(line.count) + " times)";
-}
-
-std::vector<std::string> linesOf(const ErrorReport& errors) {
-    std::vector<std::string> lines;
-    for (const ErrorReport::Line& line : errors.lines()) lines.push_back(describe(errors, line));
-    return lines;
-}
-
-std::string failureOf(const ErrorReport& errors) {
-    return errors.lines().empty() ? "the evaluation failed" : describe(errors, errors.lines().front());
-}
-
-// A tag and its collections may hold each other.
-struct Disposal {
-    explicit Disposal(kvTag& used) : tag(used) {}
-    ~Disposal() { tag.Dispose(); }
-    Disposal(const Disposal&) = delete;
-    Disposal& operator=(const Disposal&) = delete;
-
-    kvTag& tag;
-};
-
-}  // namespace
+namespace {}  // namespace
 
 // A handler that is a program answers one thread: each thread starts its own.
 struct LetterMaker::Thread {
-#ifdef _WIN32
-    Thread(const platform::Services& shared, platform::Files& files)
-        : services{shared.registry, files,           shared.clock, shared.folders,
-                   shared.objects,  shared.pictures, shared.guids} {}
-
-    const platform::Apartment apartment;
-#else
     Thread(const platform::Services& shared, platform::Files& files)
         : objects(shared.objects), services{shared.registry, files,           shared.clock, shared.folders,
                                             objects,         shared.pictures, shared.guids} {}
 
+#ifdef _WIN32
+    const platform::Apartment apartment;
+    platform::Objects& objects;
+#else
     process::ProcessObjects objects;
 #endif
     platform::Services services;
@@ -99,13 +69,14 @@ void LetterMaker::evaluate(const Record& record, Letter& letter) {
     }
     if (const auto result = template_.plain.result(services, *properties)) return finish(*result, letter);
     const auto tag = std::make_shared<kvTag>(services);
-    const Disposal disposal(*tag);
+    // A tag and its collections may hold each other.
+    const std::unique_ptr<kvTag, void (*)(kvTag*)> disposal(tag.get(), [](kvTag* used) { used->Dispose(); });
     tag->Properties(Collection(properties));
     const ErrorReport errors(plan_.name, plan_.places);
     tag->Value(template_.compiled);
     const auto result = tag->resultBuilder();
-    if (tag->hasFailed()) throw RecordFailure(failureOf(errors));
-    letter.remarks = linesOf(errors);
+    letter.remarks = errors.messages();
+    if (tag->hasFailed()) throw RecordFailure(letter.remarks.empty() ? "the evaluation failed" : letter.remarks[0]);
     finish(result->contiguous(), letter);
 }
 
@@ -114,15 +85,15 @@ void LetterMaker::finish(std::u16string_view result, Letter& letter) {
     if (!plan_.cleaning) return;
     // As `velmor clean` reads it from its file.
     std::u16string document = fromAnsi(letter.bytes);
-    requireDocument(document, plan_.joinsRtf || !plan_.cleaning->exact, letterName);
-    if (positionOfTag(document) > 0) {
+    requireDocument(document, plan_.joinsRtf || plan_.cleaning->tolerant, letterName);
+    if (findOpeningMarker(document, 0) != document.npos) {
         if (plan_.joinsRtf) throw RecordFailure("the letter still contains a tag, and cannot be joined");
         letter.remarks.emplace_back("the letter still contains a tag; it is not cleaned");
         return;
     }
-    clean(thread_->services, document, *plan_.cleaning);
+    cleanAsTag(thread_->services, document, *plan_.cleaning);
     letter.bytes = plan_.joinsRtf ? std::string() : toAnsi(document);
-    if (plan_.joinsRtf) letter.document.emplace(std::move(document), !plan_.cleaning->exact, letterName);
+    if (plan_.joinsRtf) letter.document.emplace(std::move(document), plan_.cleaning->tolerant, letterName);
 }
 
 }  // namespace velmor::cli

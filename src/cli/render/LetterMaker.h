@@ -5,7 +5,6 @@
 #include <string_view>
 
 #include "check/TemplatePlaces.h"
-#include "cli/Cleaning.h"
 #include "cli/ErrorReport.h"
 #include "cli/TemplateInput.h"
 #include "cli/render/FileNames.h"
@@ -13,6 +12,7 @@
 #include "cli/render/RecordReader.h"
 #include "core/CompiledTemplate.h"
 #include "platform/Services.h"
+#include "rtf/edit/CleanOptions.h"
 
 namespace velmor::cli {
 
@@ -24,10 +24,10 @@ struct LetterPlan {
     TemplateInput& input;
     const std::string name;  // of the template, for messages
     const TemplatePlaces places;
-    const FileNames* names = nullptr;  // if each letter is a file
-    bool leavesThere = false;          // files that are there stay
-    std::optional<Cleaning> cleaning;  // of each letter by itself; letters are RTF then
-    bool joinsRtf = false;             // letters are cleaned documents, not bytes
+    const FileNames* names = nullptr;      // if each letter is a file
+    bool leavesThere = false;              // files that are there stay
+    std::optional<CleanOptions> cleaning;  // of each letter by itself; letters are RTF then
+    bool joinsRtf = false;                 // letters are cleaned documents, not bytes
 };
 
 // Evaluates the template for one record after another, on one thread: it has that thread's apartment and handlers.
