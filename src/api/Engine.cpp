@@ -1,24 +1,32 @@
+#include <chrono>
 #include <optional>
+#include <tuple>
 #include <utility>
+#include <vector>
 
-#include "api/EngineParts.h"
 #include "api/OptionProperties.h"
+#include "api/ProgramHandlers.h"
 #include "api/PropertiesParts.h"
-#include "api/Trace.h"
 #include "automation/Convert.h"
+#include "check/TemplateCheck.h"
 #include "check/TemplatePlaces.h"
+#include "check/TemplateSchema.h"
 #include "common/TextFile.h"
 #include "core/CompiledTemplate.h"
 #include "core/ErrorLog.h"
+#include "core/Options.h"
 #include "core/TagTree.h"
 #include "core/TraceCollector.h"
 #include "core/kvTag.h"
+#include "platform/SystemServices.h"
 #include "platform/TemplateFolders.h"
 #include "rtf/clean/CleanRTF.h"
 #include "rtf/clean/JoinDocuments.h"
+#include "text/Encoding.h"
 #include "text/Error.h"
 
 namespace velmor {
+
 namespace {
 
 class Entries final : public ErrorListener {
@@ -60,11 +68,45 @@ TagPlace placeOf(const TagNode& node) {
     return place;
 }
 
-}  // namespace
+// What was collected during an evaluation; the places are those of its template.
+std::vector<TracedTag> tracedTags(const TraceCollector& trace, const TemplatePlaces& places) {
+    const std::vector<TraceCollector::Place> results = trace.places();
+    std::vector<TracedTag> tags;
+    tags.reserve(results.size());
+    for (std::size_t index = 0; index < results.size(); ++index) {
+        const TraceCollector::Tag& from = trace.tags()[index];
+        const bool isOutermost = from.parent == TraceCollector::noTag;
+        const bool hasPlace = isOutermost && from.index > 0;
+        TracedTag& tag = tags.emplace_back();
+        tag.parent = isOutermost ? 0 : std::size_t{from.parent} + 1;
+        tag.origin = fromUtf8(originText(from.origin));
+        tag.name = trace.nameOf(from);
+        std::tie(tag.handler, tag.command) = handlerAndCommand(tag.name);
+        tag.position = hasPlace ? places.of(from.index, from.position).position : from.position;
+        tag.length = results[index].length;
+        if (results[index].start != TraceCollector::npos) tag.place = results[index].start + 1;
+        tag.seconds = std::chrono::duration<double>(from.time).count();
+    }
+    return tags;
+}
 
-inline namespace v1 {
+Mistake::Place placeOf(const SourcePlace& place) {
+    return {place.file, place.offset, place.line, place.column};
+}
 
-namespace {
+Mistake mistakeOf(const Diagnostic& diagnostic) {
+    Mistake mistake;
+    mistake.code = codeText(diagnostic.code);
+    mistake.isError = severityOf(diagnostic.code) == Severity::error;
+    mistake.message = diagnostic.message;
+    mistake.hint = diagnostic.hint;
+    mistake.place = placeOf(diagnostic.place);
+    mistake.length = diagnostic.length;
+    mistake.seenAt = diagnostic.seenAt;
+    mistake.context = diagnostic.context;
+    for (const SourcePlace& place : diagnostic.includedFrom) mistake.includedFrom.push_back(placeOf(place));
+    return mistake;
+}
 
 std::u16string cleaned(platform::Services& services, std::u16string text, bool exact, bool merge) {
     cleanAsTag(services, text, {.mergeMode = merge, .tolerant = !exact});
@@ -72,6 +114,22 @@ std::u16string cleaned(platform::Services& services, std::u16string text, bool e
 }
 
 }  // namespace
+
+inline namespace v1 {
+
+struct Engine::Parts {
+    explicit Parts(const platform::SystemOptions& options) : machine(options) {}
+
+    platform::Services& services() { return machine.services(); }
+    // With the program's handlers, and these folders in place of the machine's.
+    platform::Services services(platform::Folders& folders) {
+        const platform::Services& own = machine.services();
+        return {handlers, own.files, own.clock, folders, handlers, own.pictures, own.guids};
+    }
+
+    platform::SystemServices machine;
+    api::ProgramHandlers handlers{machine.services()};
+};
 
 Engine::Engine(std::unique_ptr<Parts> parts) noexcept : parts_(std::move(parts)) {}
 Engine::~Engine() = default;
@@ -127,7 +185,7 @@ Evaluated Engine::evaluate(const Template& compiled, Properties& properties, con
     if (trace || !evaluated.errors.empty()) {
         const TemplatePlaces places(compiled.text());
         placeEntries(evaluated.errors, places);
-        if (trace) evaluated.trace = api::tracedTags(*trace, places);
+        if (trace) evaluated.trace = tracedTags(*trace, places);
     }
     return evaluated;
 }
@@ -157,6 +215,34 @@ std::vector<TagPlace> Engine::tags(const TextIn& text) const {
     std::vector<TagPlace> places;
     visitTags(parts_->services(), text.view(), [&](const TagNode& node) { places.push_back(placeOf(node)); });
     return places;
+}
+
+Outcome<Checked> Engine::check(const TextIn& text, Properties* properties, const EvaluateOptions& options) const {
+    const std::u16string folder = options.includePath.empty() ? u"." : options.includePath;
+    platform::TemplateFolders folders(parts_->services().folders, folder);
+    platform::Services services = parts_->services(folders);
+    const PropertiesRef given = properties ? properties->parts_->items : nullptr;
+    std::optional<api::OptionProperties> optionProperties;
+    if (given) optionProperties.emplace(*given, options);
+    try {
+        const CheckResult result = TemplateCheck(services, given).run({}, std::u16string(text.view()));
+        Checked checked;
+        for (const Diagnostic& diagnostic : result.diagnostics) checked.mistakes.push_back(mistakeOf(diagnostic));
+        checked.more = result.more;
+        return checked;
+    } catch (const Error& error) {
+        return Failure{error.number(), error.description()};
+    }
+}
+
+std::u16string Engine::schema(const TextIn& text, const EvaluateOptions& options) const {
+    platform::TemplateFolders folders(parts_->services().folders, u".");
+    platform::Services services = parts_->services(folders);
+    const auto given = std::make_shared<privProperties>(services);
+    const api::OptionProperties optionProperties(*given, options);
+    TemplateCheck check(services, given);
+    check.run({}, std::u16string(text.view()));
+    return schemaText(check.properties(), {});
 }
 
 std::string_view version() noexcept {

@@ -62,24 +62,19 @@ void ProgramHandlers::set(std::u16string_view name, Answer answer) {
     answers_[upperCase(key + u'\\' + address.group + address.name)] = std::move(answer);
 }
 
-const Answer* ProgramHandlers::find(std::u16string_view path) const {
-    const auto found = answers_.find(upperCase(path));
-    return found == answers_.end() ? nullptr : &found->second;
-}
-
-std::optional<std::u16string> HandlerRegistry::value(std::u16string_view key, std::u16string_view name) const {
+std::optional<std::u16string> ProgramHandlers::value(std::u16string_view key, std::u16string_view name) const {
     std::u16string path(key);
     if (!path.ends_with(u'\\')) path += u'\\';
     path += name;
-    if (handlers_.find(path) != nullptr) return std::u16string(classPrefix).append(path);
-    return machine_.value(key, name);
+    if (answers_.contains(upperCase(path))) return std::u16string(classPrefix).append(path);
+    return registry_.value(key, name);
 }
 
-automation::ObjectRef HandlerObjects::create(std::u16string_view className) {
-    if (!className.starts_with(classPrefix)) return machine_.create(className);
-    const Answer* const answer = handlers_.find(className.substr(classPrefix.size()));
-    if (answer == nullptr) throw Error(429);
-    return std::make_shared<ProgramHandler>(*answer);
+automation::ObjectRef ProgramHandlers::create(std::u16string_view className) {
+    if (!className.starts_with(classPrefix)) return objects_.create(className);
+    const auto found = answers_.find(upperCase(className.substr(classPrefix.size())));
+    if (found == answers_.end()) throw Error(429);
+    return std::make_shared<ProgramHandler>(found->second);
 }
 
 }  // namespace velmor::api

@@ -10,43 +10,24 @@
 
 namespace velmor::api {
 
-// The handlers of a program, by the registry's path of their entries in upper case.
-class ProgramHandlers {
+// The handlers of a program: in the machine's registry they precede those of the same name, and its objects are created
+// for the class names that the registry then gives.
+class ProgramHandlers final : public platform::Registry, public platform::Objects {
 public:
+    explicit ProgramHandlers(const platform::Services& machine)
+        : registry_(machine.registry), objects_(machine.objects) {}
+
     void set(std::u16string_view name, Answer answer);
-    // Null if there is none.
-    const Answer* find(std::u16string_view path) const;
-
-private:
-    std::map<std::u16string, Answer, std::less<>> answers_;
-};
-
-// The machine's registry, in which the program's handlers precede those of the same name.
-class HandlerRegistry final : public platform::Registry {
-public:
-    HandlerRegistry(const platform::Registry& machine, const ProgramHandlers& handlers)
-        : machine_(machine), handlers_(handlers) {}
 
     std::optional<std::u16string> value(std::u16string_view key, std::u16string_view name) const override;
-    std::vector<std::u16string> valueNames(std::u16string_view key) const override { return machine_.valueNames(key); }
-    std::vector<std::u16string> subkeys(std::u16string_view key) const override { return machine_.subkeys(key); }
-
-private:
-    const platform::Registry& machine_;
-    const ProgramHandlers& handlers_;
-};
-
-// Creates the program's handlers for the class names that HandlerRegistry gives, and the machine's objects.
-class HandlerObjects final : public platform::Objects {
-public:
-    HandlerObjects(platform::Objects& machine, const ProgramHandlers& handlers)
-        : machine_(machine), handlers_(handlers) {}
-
+    std::vector<std::u16string> valueNames(std::u16string_view key) const override { return registry_.valueNames(key); }
+    std::vector<std::u16string> subkeys(std::u16string_view key) const override { return registry_.subkeys(key); }
     automation::ObjectRef create(std::u16string_view className) override;
 
 private:
-    platform::Objects& machine_;
-    const ProgramHandlers& handlers_;
+    const platform::Registry& registry_;
+    platform::Objects& objects_;
+    std::map<std::u16string, Answer> answers_;  // by the registry's path of their entries in upper case
 };
 
 }  // namespace velmor::api

@@ -12,6 +12,7 @@
 #include "cli/Streams.h"
 #include "core/Markup.h"
 #include "core/kvTag.h"
+#include "rtf/clean/CleanRTF.h"
 #include "rtf/clean/JoinDocuments.h"
 #include "rtf/clean/JoinedCleaning.h"
 #include "rtf/merge/MergeReport.h"
