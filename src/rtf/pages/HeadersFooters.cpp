@@ -35,22 +35,15 @@ public:
     void run() {
         const std::size_t host = findHostDocument(host_);
         if (host == noDocument) return;
-        levels_.push_back({true, false, false});
+        levels_.push_back({true, false});
         enter(host_, host, FlowPlace::host);
-        while (!readings_.empty()) {
-            if (readings_.back().at < readings_.back().text.size()) {
-                step();
-            } else {
-                leave();
-            }
-        }
+        while (!readings_.empty()) step();
     }
 
 private:
     struct Level {
         bool body;
-        bool inTable;     // its paragraph is in a table
-        bool passedOver;  // inside a header or footer group that is removed from its document
+        bool inTable;  // its paragraph is in a table
     };
 
     struct OpenGroup {
@@ -60,20 +53,19 @@ private:
         bool body;
     };
 
-    // A text that is being read, and the place reached.
+    // A text that is being read, up to its next placeholder.
     struct Reading {
-        std::u16string_view text;
-        std::size_t at;
+        RtfReader reader;
         std::uint32_t number;  // as in FlowPlace
         std::size_t base;      // levels around it
         bool inTable;
-        std::optional<OpenGroup> group;
+        std::optional<OpenGroup> group{};
     };
 
     void enter(std::u16string_view text, std::size_t at, std::uint32_t number) {
         const bool in = !readings_.empty() && inTable();
-        readings_.push_back({text, at, number, levels_.size(), in, std::nullopt});
-        levels_.push_back({levels_.back().body, false, false});
+        readings_.push_back({RtfReader(text, at, 0, true), number, levels_.size(), in});
+        levels_.push_back({levels_.back().body, false});
         if (number != FlowPlace::host) sections_.enterDocument(number);
     }
 
@@ -82,83 +74,79 @@ private:
         readings_.pop_back();
         if (readings_.empty()) return;
         sections_.leaveDocument();
-        sections_.leaveGroup(place(readings_.back().at, readings_.back().at));
+        sections_.leaveGroup(place(reader().at(), reader().at()));
     }
 
+    RtfReader& reader() noexcept { return readings_.back().reader; }
+
     void step() {
-        const char16_t unit = readings_.back().text[readings_.back().at];
-        if (unit == u'\\') {
-            readBackslash();
-        } else if (unit == u'{') {
-            if (!readMarker()) openGroup();
-        } else if (unit == u'}') {
-            closeGroup();
-        } else if (unit == tables_.mark()) {
+        const std::size_t from = reader().at();
+        const bool found = reader().next();
+        readPlainText(from, found ? reader().position() : reader().at());
+        if (!found) {
             readPlaceholder();
-        } else {
-            readPlainText();
+        } else if (reader().closes()) {
+            closeGroup(reader().position());
+        } else if (!reader().opens()) {
+            takeWord();
+        } else if (!readMarker(reader().position())) {
+            openGroup(reader().position());
         }
     }
 
+    // Characters and symbols.
+    void readPlainText(std::size_t from, std::size_t to) {
+        if (!levels_.back().body || !sections_.awaitsContent()) return;
+        const std::u16string_view text = reader().text().substr(0, to);
+        const std::size_t shown = from + firstShown(text.substr(from));
+        if (shown < text.size()) content(shown);
+    }
+
+    // What ends the plain text is a placeholder, or the end of the text.
     void readPlaceholder() {
-        Reading& reading = readings_.back();
-        const TableCollection::Placeholder found = tables_.placeholderAt(reading.text, reading.at);
-        reading.at = found.end;
+        const std::u16string_view text = reader().text();
+        const std::size_t at = reader().at();
+        if (at >= text.size()) return leave();
+        if (text[at] != tables_.mark()) return reader().limitTo(text.find(tables_.mark(), at));
+        const TableCollection::Placeholder found = tables_.placeholderAt(text, at);
+        reader().goOnAt(found.end);
         if (!found.document) return;
         enter(tables_.documents()[*found.document].text, 0, static_cast<std::uint32_t>(*found.document + 1));
     }
 
-    void readPlainText() {
-        Reading& reading = readings_.back();
-        const char16_t mark = tables_.mark();
-        const bool listens = levels_.back().body && sections_.awaitsContent();
-        for (std::size_t& at = reading.at; at < reading.text.size(); ++at) {
-            const char16_t unit = reading.text[at];
-            if (unit == u'\\' || unit == u'{' || unit == u'}' || unit == mark) return;
-            if (listens && !isWhiteSpace(unit)) {
-                content(at);
-                if (sections_.awaitsContent()) continue;
-                ++at;
-                return;
-            }
-        }
-    }
-
     // ---- Groups
 
-    bool readMarker() {
-        Reading& reading = readings_.back();
-        if (!standsAt(reading.text, reading.at, u"{\\*\\korvane")) return false;
-        if (standsAt(reading.text, reading.at, SectionGroups::opening) && levels_.back().body) sections_.description();
+    bool readMarker(std::size_t index) {
+        const std::u16string_view text = reader().text();
+        if (!standsAt(text, index, u"{\\*\\korvane")) return false;
+        if (standsAt(text, index, SectionGroups::opening) && levels_.back().body) sections_.description();
         for (const HeaderKind kind : headerKinds) {
             const std::u16string_view opening = markers[static_cast<std::size_t>(kind)];
-            if (!wordStandsAt(reading.text, reading.at, opening)) continue;
-            const std::size_t end = skipWhiteSpace(reading.text, reading.at + opening.size());
-            if (!standsAt(reading.text, end, u"}")) return false;
-            if (!levels_.back().passedOver) sections_.marker(kind, place(reading.at, end + 1));
-            reading.at = end + 1;
+            if (!wordStandsAt(text, index, opening)) continue;
+            const std::size_t end = skipWhiteSpace(text, index + opening.size());
+            if (!standsAt(text, end, u"}")) return false;
+            if (!passesOver()) sections_.marker(kind, place(index, end + 1));
+            reader().goOnAt(end + 1);
             return true;
         }
         return false;
     }
 
-    void openGroup() {
-        const std::size_t index = readings_.back().at++;
+    void openGroup(std::size_t index) {
         levels_.push_back(levels_.back());
         classify(index);
     }
 
     void classify(std::size_t index) {
         Reading& reading = readings_.back();
-        const GroupOpening opening = readOpening(reading.text, index);
+        const GroupOpening opening = readOpening(reader().text(), index);
         const std::u16string_view letters = opening.letters;
-        if (!standsAt(reading.text, opening.word, u"\\")) return;
+        if (!standsAt(reader().text(), opening.word, u"\\")) return;
         const WordMeaning meaning = meaningOf(letters);
         Level& level = levels_.back();
         const auto name = headerNamed(letters);
         if (name && opening.word == index + 1 && !reading.group) {
             reading.group = OpenGroup{*name, index, levels_.size(), level.body};
-            level.passedOver = reading.number != FlowPlace::host;
         } else if (meaning.is(WordTrait::shownGroup) || (letters == u"field" && showsResult(index))) {
             content(index);
         } else if (!opening.ignorable && letters != u"field" && !meaning.is(WordTrait::hiddenGroup)) {
@@ -170,13 +158,12 @@ private:
     // For the outermost field only, as its content is not body text.
     bool showsResult(std::size_t index) const {
         if (!levels_.back().body || !sections_.awaitsContent()) return false;
-        const std::u16string_view text = readings_.back().text;
+        const std::u16string_view text = readings_.back().reader.text();
         return showsText(text.substr(index, findGroupEnd(text, index + 1, true) - index));
     }
 
-    void closeGroup() {
+    void closeGroup(std::size_t index) {
         Reading& reading = readings_.back();
-        const std::size_t index = reading.at++;
         if (levels_.size() < reading.base + 2) return;
         if (reading.number == FlowPlace::host && levels_.size() == reading.base + 2) {
             sections_.paragraphEnd(place(index, index));
@@ -185,31 +172,21 @@ private:
             const OpenGroup& group = *reading.group;
             FlowPlace whole = place(group.begin, index + 1);
             whole.body = group.body;
-            sections_.group(group.name, reading.text.substr(group.begin, index + 1 - group.begin), whole);
+            sections_.group(group.name, TextRange{group.begin, index + 1}.of(reader().text()), whole);
             reading.group.reset();
         }
         levels_.pop_back();
-        if (levels_.size() > readings_.front().base + 1) sections_.leaveGroup(place(reading.at, reading.at));
+        if (levels_.size() > readings_.front().base + 1) sections_.leaveGroup(place(index + 1, index + 1));
     }
 
     // ---- Words
 
-    void readBackslash() {
-        Reading& reading = readings_.back();
-        const std::size_t index = reading.at;
-        if (!sections_.awaitsContent() && !wordsAnywhere.mayHold(reading.text, index)) {
-            reading.at = index + 2;
-            return;
-        }
-        const ControlWord word = readWord(reading.text, index);
-        if (word.letters.empty()) {
-            if (index + 1 < reading.text.size() && isShownSymbol(reading.text[index + 1])) content(index);
-            reading.at = index + 2;
-            return;
-        }
-        reading.at = word.letters == u"bin" ? std::max(word.end, skipEscape(reading.text, index))
-                                            : endWithBlank(reading.text, word);
-        if (!levels_.back().passedOver) take(word, std::min(reading.at, reading.text.size()));
+    void takeWord() {
+        if (!sections_.awaitsContent() && !wordsAnywhere.mayHold(reader().text(), reader().position())) return;
+        const ControlWord word = reader().word();
+        const std::size_t end = endWithBlank(reader().text(), word);
+        reader().goOnAt(word.letters == u"bin" ? std::max(word.end, reader().at()) : end);
+        if (!passesOver()) take(word, end);
     }
 
     void take(const ControlWord& word, std::size_t end) {
@@ -221,16 +198,16 @@ private:
 
     // A page border goes with the words that describe its line, but without borders of a paragraph.
     void takeHeaderWord(Word name, ControlWord word) {
-        Reading& reading = readings_.back();
+        const std::u16string_view text = reader().text();
         const bool hasLine = name >= Word::pgbrdrt && name <= Word::pgbrdrsnap;
-        WordRun line(reading.text, word.end);
+        WordRun line(text, word.end);
         for (int words = 0; hasLine && words < longestLine && line.next(); ++words) {
             const WordMeaning meaning = meaningOf(line.word().letters);
             if (!meaning.is(WordTrait::borderLine) || meaning.is(WordTrait::edge)) break;
             word.end = line.word().end;
         }
-        reading.at = endWithBlank(reading.text, word);
-        sections_.headerWord(name, TextRange{word.begin, word.end}.of(reading.text), place(word.begin, reading.at));
+        reader().goOnAt(endWithBlank(text, word));
+        sections_.headerWord(name, TextRange{word.begin, word.end}.of(text), place(word.begin, reader().at()));
     }
 
     void takeBodyWord(WordMeaning meaning, const FlowPlace& at) {
@@ -258,6 +235,10 @@ private:
         if (meaning.word == Word::row) rowIsOpen_ = false;
     }
 
+    // Inside a header or footer group, which is removed from its document.
+    bool passesOver() const noexcept {
+        return readings_.back().number != FlowPlace::host && readings_.back().group.has_value();
+    }
     bool inTable() const noexcept { return rowIsOpen_ || readings_.back().inTable || levels_.back().inTable; }
     FlowPlace place(std::size_t begin, std::size_t end) const noexcept {
         return {readings_.back().number, begin, end, levels_.back().body, inTable(), levels_.size()};
