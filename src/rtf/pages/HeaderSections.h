@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -32,20 +33,17 @@ struct FlowPlace {
     HoldingPlace holding() const noexcept { return {begin, depth, text}; }
 };
 
-// Groups of one kind, by their pages; empty if absent. Of several the first one counts.
-using PageGroups = std::array<std::u16string_view, 4>;
-
 // The groups of one kind in a new section.
 struct NewGroups {
     bool wanted = false;
+    bool byHost = false;        // the host's own follow and stay in place, so no others are wanted
     bool searching = false;     // later groups may still be taken
-    bool byHost = false;        // the host's own follow and stay in place
-    std::uint32_t awaited = 0;  // the next document after the marker
+    std::uint32_t awaited = 0;  // the document with which the search ends: the source, or the next one after the marker
     std::uint32_t source = 0;   // the document whose groups are taken
-    PageGroups groups{};
+    std::array<std::u16string_view, 4> groups{};  // by their pages; of several the first one counts
     HeaderWords words;
 
-    bool taken() const noexcept { return source != 0 && !byHost; }
+    std::u16string_view given(HeaderPages pages) const noexcept { return groups[static_cast<std::size_t>(pages)]; }
 };
 
 // The sections of the whole document, as the header and footer stage reads them, and the stage's changes. Given
@@ -61,28 +59,25 @@ public:
 
     void enterDocument(std::uint32_t text) {
         documents_.push_back({text, {}, braced_ && section_.hasContent});
-        Start* const start = target();
-        if (start == nullptr) return;
-        for (const HeaderKind kind : headerKinds) {
-            if (start->kinds[kind].awaited == 0) start->kinds[kind].awaited = text;
+        for (NewGroups& groups : newGroups()) {
+            if (groups.awaited == 0) groups.awaited = text;
         }
     }
 
     void leaveDocument() {
         const std::uint32_t left = documents_.back().text;
         documents_.pop_back();
-        Start* const start = target();
-        if (start == nullptr) return;
-        for (const HeaderKind kind : headerKinds) {
-            NewGroups& groups = start->kinds[kind];
-            const bool searched = groups.source != 0 ? groups.source == left : groups.awaited == left;
-            if (searched) groups.searching = false;
+        for (NewGroups& groups : newGroups()) {
+            if (groups.awaited == left) groups.searching = false;
         }
     }
 
     // The place is after it; also called for a document's end.
     void leaveGroup(const FlowPlace& place) {
-        if (braced_) leaveBraces(place);
+        if (!braced_) return;
+        for (; !saved_.empty() && saved_.back().depth > place.depth; saved_.pop_back()) words_ = saved_.back().words;
+        if (lastPage_) lastPage_->holding.leave(place.holding());
+        if (section_.start) section_.holding.leave(place.holding());
     }
 
     void content(const FlowPlace& place) {
@@ -105,7 +100,7 @@ public:
     void pageBreak(const FlowPlace& place) {
         if (dropsBreak(place)) return;
         section_.hasContent = section_.hasPage = true;
-        if (!place.inTable) lastPage_ = PageBreak{place, false, place.holding(), section_.holding, section_.words};
+        if (!place.inTable) lastPage_ = PageBreak{place, false, place.holding(), section_.holding, words_.inForce};
     }
 
     void sectionBreak(const FlowPlace& place) {
@@ -120,7 +115,7 @@ public:
         lastPage_.reset();
         if (place.text != FlowPlace::host) return documentDefaults(place);
         save(place.depth);
-        section_.words = section_.said = {};
+        words_ = {};
         if (section_.start) section_.defaults.push_back(place);
     }
 
@@ -128,11 +123,10 @@ public:
     void headerWord(Word word, std::u16string_view written, const FlowPlace& place) {
         if (place.text != FlowPlace::host) {
             cut(place);
-            if (place.body) documents_.back().words[word] = written;
-            tellTakers(place, [&](HeaderWords& words) { words[word] = written; });
+            if (place.body) changeWords([&](HeaderWords& words) { words[word] = written; });
         } else if (place.body) {
             save(place.depth);
-            section_.words[word] = section_.said[word] = written;
+            words_.inForce[word] = words_.said[word] = written;
             lastPage_.reset();
         }
     }
@@ -194,10 +188,6 @@ public:
     }
 
 private:
-    static std::u16string_view mainOf(const PageGroups& groups) noexcept {
-        return groups[0].empty() ? groups[1] : groups[0];
-    }
-
     struct Start {
         PerKind<NewGroups> kinds;
         FlowPlace place;        // its text replaces this
@@ -210,26 +200,36 @@ private:
             kinds[kind].wanted = kinds[kind].searching = true;
         }
         bool takesGroups() const noexcept {
-            return std::any_of(kinds.values.begin(), kinds.values.end(),
-                               [](const NewGroups& groups) { return groups.byHost || groups.source != 0; });
+            return std::ranges::any_of(kinds.values, [](const auto& kind) { return kind.byHost || kind.source != 0; });
         }
+    };
+
+    struct Words {
+        HeaderWords inForce;
+        HeaderWords said;  // by the host, in the section or after its new start
+
+        void add(const HeaderWords& more) noexcept { inForce.add(more, said); }
     };
 
     // The state that a group's closing brace restores.
     struct Saved {
         std::size_t depth;
-        HeaderWords words, said;  // as in Section
+        Words words;
+    };
+
+    // The host's own groups of one kind.
+    struct HostGroups {
+        std::u16string_view main;
+        bool haveFirst = false;
+        std::vector<FlowPlace> places;
     };
 
     struct Section {
-        HeaderWords words;            // in force
-        HeaderWords said;             // by the host, in it or after its new start
-        PerKind<PageGroups> given{};  // by the host
         bool hasContent = false;
         bool hasPage = false;     // a page break
         bool byDocument = false;  // a lifted document's break began it
         std::optional<Start> start;
-        PerKind<std::vector<FlowPlace>> hostGroups;
+        PerKind<HostGroups> hostGroups;
         std::vector<FlowPlace> defaults;  // each \sectd of the host that follows the start
         HoldingPlace holding;             // for the words of its start
     };
@@ -256,39 +256,28 @@ private:
 
     void cut(const FlowPlace& place) { edits_[place.text].cut(place.begin, place.end); }
 
-    // ---- Groups, whose end restores the section
-
-    void leaveBraces(const FlowPlace& place) {
-        for (; !saved_.empty() && saved_.back().depth > place.depth; saved_.pop_back()) {
-            section_.words = saved_.back().words;
-            section_.said = saved_.back().said;
-        }
-        if (lastPage_) lastPage_->holding.leave(place.holding());
-        if (section_.start) section_.holding.leave(place.holding());
-    }
+    // ---- Groups, whose end restores the words
 
     // The words in force are about to change, in a group of this depth.
     void save(std::size_t depth) {
-        if (braced_ && (saved_.empty() || saved_.back().depth < depth))
-            saved_.push_back({depth, section_.words, section_.said});
+        if (braced_ && (saved_.empty() || saved_.back().depth < depth)) saved_.push_back({depth, words_});
     }
 
     // The new start precedes the host's later words.
     void forgetSaid() {
-        section_.said = {};
-        for (Saved& saved : saved_) saved.said = {};
+        words_.said = {};
+        for (Saved& saved : saved_) saved.words.said = {};
     }
 
     // Groups within that of the section's start do not restore the words before the start.
     void holdInGroups(const HeaderWords& carried) {
         const std::size_t depth = section_.holding.depth;
-        auto inner = saved_.end();
-        while (inner != saved_.begin() && (inner - 1)->depth > depth) --inner;
-        if (inner == saved_.begin() || (inner - 1)->depth < depth) {
-            const HeaderWords before = inner == saved_.end() ? section_.words : inner->words;
-            inner = saved_.insert(inner, {depth, before, {}}) + 1;
+        auto group = std::ranges::lower_bound(saved_, depth, {}, &Saved::depth);
+        if (group == saved_.end() || group->depth > depth) {
+            const Words& before = group == saved_.end() ? words_ : group->words;
+            group = saved_.insert(group, {depth, {before.inForce, {}}});
         }
-        for (; inner != saved_.end(); ++inner) inner->words.add(carried, inner->said);
+        while (++group != saved_.end()) group->words.add(carried);
     }
 
     // ---- Where sections begin
@@ -331,7 +320,6 @@ private:
 
     // The previous section is closed.
     void beginSection(Section next) {
-        next.words = section_.words;
         section_ = std::move(next);
         lastPage_.reset();
         forgetSaid();
@@ -349,24 +337,22 @@ private:
 
     // ---- Words
 
-    template <typename Set>
-    void tellTakers(const FlowPlace& place, Set set) {
-        Start* const start = target();
-        if (start == nullptr || !place.body) return;
-        for (const HeaderKind kind : headerKinds) {
-            NewGroups& groups = start->kinds[kind];
-            if (groups.searching && groups.source == place.text) set(groups.words);
+    // Those of the current document.
+    template <typename Change>
+    void changeWords(Change change) {
+        change(documents_.back().words);
+        for (NewGroups& groups : newGroups()) {
+            if (groups.searching && groups.source == documents_.back().text) change(groups.words);
         }
     }
 
     void documentDefaults(const FlowPlace& place) {
-        documents_.back().words = {};
-        tellTakers(place, [](HeaderWords& words) { words = {}; });
+        changeWords([](HeaderWords& words) { words = {}; });
         // The section keeps its page, margins and columns.
         if (section_.start || documents_.back().continues) return cut(place);
         if (section_.byDocument) {
             save(place.depth);
-            section_.words[Word::titlepg] = {};
+            words_.inForce[Word::titlepg] = {};
         }
         putWordsAfter(place);
     }
@@ -374,30 +360,29 @@ private:
     // The words in force, instead of the blank that ends the \sectd.
     void putWordsAfter(const FlowPlace& defaults) {
         const std::size_t end = defaults.begin + std::u16string_view(u"\\sectd").size();
-        std::u16string words = section_.words.text();
-        if (!words.empty()) edits_[defaults.text].replaceApartVal(std::min(end, defaults.end), defaults.end, words);
+        std::u16string text = words_.inForce.text();
+        if (!text.empty()) edits_[defaults.text].replaceApartVal(std::min(end, defaults.end), defaults.end, text);
     }
 
     void keepHostGroup(HeaderName name, std::u16string_view text, const FlowPlace& place) {
         paragraphEnd(place);
         lastPage_.reset();
         if (name.pages != HeaderPages::left) current_[name.kind].firstIsMain = false;
-        std::u16string_view& given = section_.given[name.kind][static_cast<std::size_t>(ordinary(name.pages))];
-        if (given.empty()) given = text;
-        section_.hostGroups[name.kind].push_back(place);
+        HostGroups& own = section_.hostGroups[name.kind];
+        if (name.pages == HeaderPages::first) own.haveFirst = true;
+        if (ordinary(name.pages) == HeaderPages::right && own.main.empty()) own.main = text;
+        own.places.push_back(place);
         if (!section_.start || !section_.start->kinds[name.kind].wanted) return;
+        section_.start->kinds[name.kind] = {};
         section_.start->kinds[name.kind].byHost = true;
-        section_.start->kinds[name.kind].searching = false;
     }
 
     void take(HeaderName name, std::u16string_view text) {
-        Start* const start = target();
-        if (start == nullptr) return;
-        NewGroups& groups = start->kinds[name.kind];
+        if (target() == nullptr || !target()->kinds[name.kind].searching) return;
+        NewGroups& groups = target()->kinds[name.kind];
         const Document& document = documents_.back();
-        if (!groups.searching) return;
         if (groups.source == 0) {
-            groups.source = document.text;
+            groups.source = groups.awaited = document.text;
             groups.words = document.words;
         }
         std::u16string_view& group = groups.groups[static_cast<std::size_t>(name.pages)];
@@ -409,7 +394,7 @@ private:
     // `left`: the groups in which it ends have ended since. Returns the words of its start.
     HeaderWords closeSection(bool left = false) {
         for (const HeaderKind kind : headerKinds) {
-            const std::u16string_view main = mainOf(section_.given[kind]);
+            const std::u16string_view main = section_.hostGroups[kind].main;
             if (!main.empty()) current_[kind].main = main;
         }
         const HeaderWords carried = section_.start ? writeStart(*section_.start, left) : HeaderWords();
@@ -421,10 +406,10 @@ private:
     void closeSectionAt(const PageBreak& page) {
         const bool left = section_.holding.depth < page.sectionHolding.depth;
         section_.holding = page.sectionHolding;
-        const HeaderWords words = std::exchange(section_.words, page.words);
+        const HeaderWords inForce = std::exchange(words_.inForce, page.words);
         const HeaderWords carried = closeSection(left);
-        section_.words = words;
-        if (!left) section_.words.add(carried, section_.said);
+        words_.inForce = inForce;
+        if (!left) words_.add(carried);
     }
 
     // The section's words in the documents of the taken groups become the section's words.
@@ -432,10 +417,10 @@ private:
         HeaderWords carried;
         for (const HeaderKind kind : headerKinds) {
             const NewGroups& groups = start.kinds[kind];
-            if (groups.taken()) carried.add(groups.words.about(kind), {});
+            if (groups.source != 0) carried.add(groups.words.about(kind), {});
         }
         if (braced_ && !left) holdInGroups(carried);
-        section_.words.add(carried, section_.said);
+        words_.add(carried);
         return carried;
     }
 
@@ -446,7 +431,7 @@ private:
         std::u16string groups;
         for (const HeaderKind kind : headerKinds) {
             const NewGroups& newGroups = start.kinds[kind];
-            if (newGroups.taken() || (start.breaks && newGroups.wanted && !newGroups.byHost)) {
+            if (newGroups.source != 0 || (start.breaks && newGroups.wanted)) {
                 appendNew(groups, kind, newGroups, title);
             } else if (title && (start.breaks || !hadTitle)) {
                 appendFirstOfOther(groups, kind);
@@ -466,37 +451,41 @@ private:
 
     // Every page shows the new ones: a section inherits the groups that it does not give.
     void appendNew(std::u16string& text, HeaderKind kind, const NewGroups& groups, bool title) {
-        const auto given = [&](HeaderPages pages) { return groups.groups[static_cast<std::size_t>(pages)]; };
-        const std::u16string_view main = mainOf(groups.groups);
+        const std::u16string_view main =
+            groups.given(groups.given(HeaderPages::all).empty() ? HeaderPages::right : HeaderPages::all);
         if (main.empty()) text += groupFor({kind, HeaderPages::all}, {});
         for (const HeaderPages pages : {HeaderPages::all, HeaderPages::right, HeaderPages::left}) {
-            if (!given(pages).empty()) text += given(pages);
+            text += groups.given(pages);
         }
-        if (facing_ && given(HeaderPages::left).empty()) text += groupFor({kind, HeaderPages::left}, main);
+        if (facing_ && groups.given(HeaderPages::left).empty()) text += groupFor({kind, HeaderPages::left}, main);
         const bool ownFirst = !groups.words[Word::titlepg].empty() || !title;
-        const std::u16string_view first = ownFirst ? given(HeaderPages::first) : main;
+        const std::u16string_view first = ownFirst ? groups.given(HeaderPages::first) : main;
         if (title || !first.empty()) text += groupFor({kind, HeaderPages::first}, first);
         current_[kind] = {main, title && !ownFirst};
-        for (const FlowPlace& group : section_.hostGroups[kind]) cut(group);
+        for (const FlowPlace& group : section_.hostGroups[kind].places) cut(group);
     }
 
     // The first page of the new section, and of later ones, shows the ordinary group of the other kind.
     void appendFirstOfOther(std::u16string& text, HeaderKind kind) {
-        const bool own = !section_.given[kind][static_cast<std::size_t>(HeaderPages::first)].empty();
-        if (own || current_[kind].firstIsMain) return;
+        if (section_.hostGroups[kind].haveFirst || current_[kind].firstIsMain) return;
         text += groupFor({kind, HeaderPages::first}, current_[kind].main);
         current_[kind].firstIsMain = true;
     }
 
     Start* target() noexcept { return pending_ ? &*pending_ : section_.start ? &*section_.start : nullptr; }
-    bool hasTitle() noexcept { return !section_.words[Word::titlepg].empty(); }
+    // Of the target, by kind; none without one.
+    std::span<NewGroups> newGroups() noexcept {
+        return target() != nullptr ? std::span(target()->kinds.values) : std::span<NewGroups>();
+    }
+    bool hasTitle() noexcept { return !words_.inForce[Word::titlepg].empty(); }
 
     Edits edits_;
     Section section_;
     std::optional<Start> pending_;  // inside a table: begins after it
     std::optional<PageBreak> lastPage_;
     std::vector<Document> documents_;  // open ones
-    std::vector<Saved> saved_;         // deeper ones follow
+    Words words_;
+    std::vector<Saved> saved_;  // deeper ones follow
     PerKind<Current> current_;
     bool facing_ = false;
     bool braced_;
