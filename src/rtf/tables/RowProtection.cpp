@@ -22,37 +22,35 @@ public:
         : text_(text), hasMarkers_(hasMarkers), edits_(edits) {}
 
     void take(std::size_t index) {
+        RowToKeep& row = rows_.back();
         if (standsAt(text_, index, u"\\row")) {
-            if (row_.begun && !row_.kept) edits_.insert(index, u"\\trkeep");
-            row_ = {};
+            if (row.begun && !row.kept) edits_.insert(index, u"\\trkeep");
+            row = {};
         } else if (standsAt(text_, index, u"\\tr")) {
-            row_.kept = row_.begun && (row_.kept || standsAt(text_, index, u"\\trkeep"));
-            row_.begun = row_.begun || standsAt(text_, index, u"\\trowd");
+            row.kept = row.begun && (row.kept || standsAt(text_, index, u"\\trkeep"));
+            row.begun = row.begun || standsAt(text_, index, u"\\trowd");
         } else if (hasMarkers_ && index >= 3 && !isEscaped(text_, index - 3)) {
             takeMarker(index - 3);
         }
     }
 
-    bool inRow() const noexcept { return row_.begun; }
-    bool areComplete() const noexcept { return !row_.begun && outer_.empty(); }
+    bool inRow() const noexcept { return rows_.back().begun; }
+    bool areComplete() const noexcept { return !inRow() && rows_.size() == 1; }
 
 private:
     // A table in a pair of markers is separate from the row around it.
     void takeMarker(std::size_t index) {
         if (standsAt(text_, index, startTableMarker)) {
-            outer_.push_back(row_);
-            row_ = {};
-        } else if (!outer_.empty() && standsAt(text_, index, endTableMarker)) {
-            row_ = outer_.back();
-            outer_.pop_back();
+            rows_.emplace_back();
+        } else if (rows_.size() > 1 && standsAt(text_, index, endTableMarker)) {
+            rows_.pop_back();
         }
     }
 
     std::u16string_view text_;
     bool hasMarkers_;
     TextEdits& edits_;
-    RowToKeep row_;
-    std::vector<RowToKeep> outer_;
+    std::vector<RowToKeep> rows_{{}};  // around a pair, and in it
 };
 
 }  // namespace
