@@ -160,7 +160,10 @@ TEST(MergePageBreaks, TakeThePageOfTheNextDocument) {
         {u"\\intbl a\\pard" M u"\\pard",
          u"\\intbl a\\pard\\sect\\pgwsxn0\\pghsxn0\\marglsxn0\\margrsxn0\\margtsxn0\\margbsxn0\\pard"},
     };
-    check(cases, [](std::u16string& text) { Module1::ApplyMergePageBreaks(text, {}); });
+    check(cases, [](std::u16string& text) {
+        JoinedPart whole;
+        Module1::ApplyMergePageBreaks(text, {}, true, whole);
+    });
     const Case tolerant[] = {
         {M u"\\sectd\\cols2 x\\sect y",
          u"\\sect\\sectd\\pgwsxn12240\\pghsxn15840\\marglsxn1800\\margrsxn1800"
@@ -180,7 +183,10 @@ TEST(MergePageBreaks, TakeThePageOfTheNextDocument) {
          u"\\margtsxn1440\\margbsxn1440\\pard\\plain\\uc1a\\sect\\sectd\\pgwsxn9 b"},
     };
 #undef M
-    check(tolerant, [](std::u16string& text) { Module1::ApplyMergePageBreaks(text, tolerantly()); });
+    check(tolerant, [](std::u16string& text) {
+        JoinedPart whole;
+        Module1::ApplyMergePageBreaks(text, tolerantly(), true, whole);
+    });
 }
 
 TEST(SectionMarkers, DescribeTheirSection) {

@@ -142,7 +142,8 @@ TEST(JoinedHeaders, EmptyHeadersTakeNoRoom) {
 #undef M
     CleanOptions options;
     options.tolerant = true;
-    Module1::ApplyMergePageBreaks(text, options);
+    JoinedPart whole;
+    Module1::ApplyMergePageBreaks(text, options, true, whole);
     EXPECT_NE(text.find(u"{\\header\\pard\\plain\\fs2\\par}"), text.npos) << toUtf8(text);
     EXPECT_NE(text.find(u"\\headery1440 b{\\headery0\\sect}c}\\headery0\\sect"), text.npos) << toUtf8(text);
     // It inherits the empty header, until it gives one.
@@ -152,7 +153,8 @@ TEST(JoinedHeaders, EmptyHeadersTakeNoRoom) {
 TEST(JoinedHeaders, GiveTheHostFacingPages) {
     const auto joined = [](const std::u16string& begin) {
         std::u16string text = u"{\\rtf1" + begin + u"{\\*\\korvanemergepagebreak}{\\rtf1\\facingp b}}";
-        Module1::ApplyMergePageBreaks(text, {});
+        JoinedPart whole;
+        Module1::ApplyMergePageBreaks(text, {}, true, whole);
         return toUtf8(text.substr(6, text.find(u"\\sect\\pgwsxn") - 6));
     };
     EXPECT_EQ(joined(u"\\ansi{\\fonttbl x}a"), "\\facingp\\ansi{\\fonttbl x}a");

@@ -33,7 +33,7 @@ void finishCleaning(std::u16string& text, const CleanOptions& options, platform:
     if (options.tolerant) applySectionMarkers();
     if (options.mergeMode && groups.has(Group::mergePageBreak)) {
         const bool headers = groups.has(Group::header) || groups.has(Group::footer);
-        attempt([&] { Module1::ApplyMergePageBreaks(text, options, headers, &part.pages); });
+        attempt([&] { Module1::ApplyMergePageBreaks(text, options, headers, part.pages); });
     }
     if (!options.tolerant) applySectionMarkers();
     if (mayHaveLooseTables(text, options, groups, hasDocuments)) {

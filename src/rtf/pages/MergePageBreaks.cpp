@@ -72,12 +72,12 @@ public:
     }
 
     PageSetup page() const {
-        PageSetup page;
+        PageSetup page = documentPage();
         // Exact cleaning ignores a number that ends with the section; a reader would accept it.
         const std::u16string_view settings = tolerant_ ? text_ : text_.substr(0, settingsEnd_);
         for (std::size_t i = 0; i < PageSetup::valueCount; ++i) {
-            const bool own = sectionAt_[i] != nowhere;
-            page.values[i] = own ? valueAt(settings, sectionAt_[i], PageSetup::sectionWords[i]) : documentValue(i);
+            if (sectionAt_[i] == nowhere) continue;
+            page.values[i] = valueAt(settings, sectionAt_[i], PageSetup::sectionWords[i]);
         }
         if (landscape_ || portrait_) page.turn(landscape_);
         return page;
@@ -269,9 +269,8 @@ private:
 }  // namespace
 
 void Module1::ApplyMergePageBreaks(std::u16string& psText, const CleanOptions& options, bool pbHeaders,
-                                   JoinedPart* poPart) {
-    JoinedPart whole;
-    MergeBreaks breaks(psText, options.tolerant, poPart != nullptr ? *poPart : whole);
+                                   JoinedPart& poPart) {
+    MergeBreaks breaks(psText, options.tolerant, poPart);
     if (pbHeaders) breaks.separateHeaders();
     std::move(breaks).edits().apply(psText);
 }

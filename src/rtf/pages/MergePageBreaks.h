@@ -47,8 +47,7 @@ inline constexpr std::u16string_view mergePageBreakMarker = u"{\\*\\korvanemerge
 // for example) continue in a document that does not begin with "\sectd", unless tolerant. `pbHeaders` false: no
 // document has any. One pass for the pages, one for headers and footers. `poPart` goes from one part of a joined text
 // to the next: each part has a host, and its last document is the first one of the next part, or an empty one.
-void ApplyMergePageBreaks(std::u16string& psText, const CleanOptions& options, bool pbHeaders = true,
-                          JoinedPart* poPart = nullptr);
+void ApplyMergePageBreaks(std::u16string& psText, const CleanOptions& options, bool pbHeaders, JoinedPart& poPart);
 
 // Whether exact cleaning keeps the marker before the document.
 bool continuesSection(std::u16string_view psDocument);
