@@ -51,8 +51,7 @@ SectionWords pageOf(const SectionWords& words) {
         std::erase_if(page, [&](const SectionWord& other) { return lettersOf(other) == lettersOf(word); });
         page.push_back(word);
     }
-    std::sort(page.begin(), page.end(),
-              [](const auto& left, const auto& right) { return left.written < right.written; });
+    std::ranges::sort(page, {}, &SectionWord::written);
     return page;
 }
 
@@ -125,8 +124,7 @@ private:
         documents_.pop_back();
         if (!document.ownsSection) return;
         if (!ended_.empty() && showsSince(after_, index)) canEnd_ ? endSectionInDocument() : ended_.clear();
-        const auto own = std::find_if(inForce_.begin(), inForce_.end(),
-                                      [&](const SectionWord& word) { return word.depth >= document.depth; });
+        const auto own = std::ranges::find_if(inForce_, [&](auto& word) { return word.depth >= document.depth; });
         if (!resets(ended_)) ended_.insert(ended_.begin(), own, inForce_.end());
         around_ = wordsAround(document);
         canEnd_ = document.inBody && !mergeMode_;
