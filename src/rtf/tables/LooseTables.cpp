@@ -6,7 +6,6 @@
 #include "rtf/read/ParagraphText.h"
 #include "rtf/read/RtfReader.h"
 #include "rtf/read/TableLevel.h"
-#include "rtf/tables/ApartGroups.h"
 #include "rtf/tables/MarkerPairs.h"
 #include "rtf/tables/TableMarkers.h"
 #include "rtf/tables/TableWords.h"
@@ -78,7 +77,7 @@ private:
     void openBrace(std::size_t index) {
         if (documentStandsAt(text_, index)) {
             open(Kind::document, readWord(text_, index + 1).end);
-        } else if (const std::size_t word = firstWordOfApartGroup(text_, index)) {
+        } else if (const std::size_t word = tables::firstWordOfApartGroup(text_, index)) {
             open(Kind::apart, word);
         }
     }

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include "rtf/edit/TextEdits.h"
 #include "rtf/read/ParagraphText.h"
 #include "rtf/read/RtfReader.h"
-#include "rtf/tables/ApartGroups.h"
 #include "rtf/tables/MarkerPairs.h"
 #include "rtf/tables/RowDefinition.h"
 #include "rtf/tables/TableWords.h"
@@ -39,8 +39,7 @@ constexpr std::u16string_view levelDigit(std::size_t level) {
 
 struct Definition {
     RowDefinition row;
-    std::size_t place;     // of its cut
-    std::size_t previous;  // in the same row
+    std::size_t place;  // of its cut
 };
 
 // An open pair of markers, or an open group with separate paragraphs.
@@ -61,13 +60,27 @@ struct Open {
     std::size_t rowBegin = 0;
     std::size_t cells = 0;
     std::size_t nestedCells = 0;
-    std::size_t definition = nowhere;        // the last one of the row
-    std::size_t nestedDefinition = nowhere;  // the begin of one that is in its group already
-    std::size_t lastDefinition = nowhere;    // of the rows before
+    std::vector<Definition> definitions{};
+    std::size_t nestedDefinition = nowhere;         // the begin of one that is in its group already
+    std::optional<RowDefinition> lastDefinition{};  // of the rows up to it
 
-    bool isTable() const noexcept { return level != 0; }
     bool isNested() const noexcept { return level > 1; }
 };
+
+// The ends of the groups with separate paragraphs, by their first words; groups without an end are left out. One pass.
+std::unordered_map<std::size_t, std::size_t> findApartGroups(std::u16string_view text) {
+    std::unordered_map<std::size_t, std::size_t> ends;
+    std::vector<std::size_t> open;  // the first words; 0 for other groups
+    for (RtfReader braces(text, 0, text.size(), true); braces.nextBrace();) {
+        if (braces.opens()) {
+            open.push_back(tables::firstWordOfApartGroup(text, braces.position()));
+        } else if (!open.empty()) {
+            if (open.back() != 0) ends.emplace(open.back(), braces.position());
+            open.pop_back();
+        }
+    }
+    return ends;
+}
 
 // Reads the text once, from left to right, and collects the changes.
 class Conversion {
@@ -89,7 +102,7 @@ private:
     void readUpTo(std::size_t limit) {
         reader_.limitTo(limit);
         while (reader_.at() < limit) {
-            if (!open_.empty() && open_.back().isTable()) {
+            if (isInTable()) {
                 readTable(limit);
             } else if (!open_.empty() && open_.back().end < limit) {
                 reader_.goOnAt(open_.back().end);
@@ -105,16 +118,15 @@ private:
         while (reader_.nextWord()) {
             if (!tables::levelWords.mayHold(text_, reader_.position())) continue;
             take(reader_.word(), limit);
-            if (!open_.back().isTable()) return;
+            if (!isInTable()) return;
         }
     }
 
     void enter(const TableMarker& marker) {
         // A pair that crosses the end of a separate group belongs neither to it nor to the table around it.
         if (!open_.empty() && marker.tableEnd > open_.back().end) return;
-        const Open* outer = outerTable();
-        const std::size_t level = outer == nullptr ? 1 : std::min(highestLevel, outer->level + 1);
-        if (outer != nullptr) prepareForTable(marker.begin);
+        const std::size_t level = open_.empty() ? 1 : std::min(highestLevel, open_.back().level + 1);
+        if (level > 1) prepareForTable(marker.begin);
         paragraphPlaces_.clear();
         reader_.goOnAt(marker.end);
         Open& table = open_.emplace_back(Open{marker.tableEnd, level, marker.end});
@@ -127,11 +139,10 @@ private:
         paragraphPlaces_.clear();
         open_.pop_back();
         reader_.goOnAt(marker.end);
-        if (Open* outer = outerTable()) {
-            beginParagraph(marker.end);
-            outer->setUpPlace = edits_.reserve(afterBraces(marker.end));
-            outer->followsTable = true;
-        }
+        if (!isInTable()) return;
+        beginParagraph(marker.end);
+        open_.back().setUpPlace = edits_.reserve(afterBraces(marker.end));
+        open_.back().followsTable = true;
     }
 
     // Text before a table in its cell becomes a paragraph. An empty paragraph separates two tables, which would
@@ -233,21 +244,16 @@ private:
             table.nestedDefinition = index;
             return;
         }
-        const RowDefinition row = definitions_.empty()
-                                      ? rowDefinitionAt(text_, index, limit)
-                                      : rowDefinitionLike(text_, index, limit, definitions_.back().row);
-        definitions_.push_back({row, edits_.reserve(index), table.definition});
-        table.definition = definitions_.size() - 1;
+        const RowDefinition row = rowDefinitionAt(text_, index, limit);
+        table.definitions.push_back({row, edits_.reserve(index)});
         reader_.goOnAt(row.range.end);
     }
 
     void takeApartText(const ControlWord& word) {
         if (!apartGroups_) apartGroups_ = findApartGroups(text_);
-        std::size_t& next = nextApartGroup_;
-        while (next < apartGroups_->size() && (*apartGroups_)[next].begin < word.begin) ++next;
-        if (next == apartGroups_->size() || (*apartGroups_)[next].begin != word.begin) return;
-        const std::size_t end = (*apartGroups_)[next].end;
-        if (end <= open_.back().end) open_.push_back(Open{end, 0, word.end});
+        const auto group = apartGroups_->find(word.begin);
+        if (group == apartGroups_->end() || group->second > open_.back().end) return;
+        open_.push_back(Open{group->second, 0, word.end});
     }
 
     void takeRow(const ControlWord& word) {
@@ -256,16 +262,14 @@ private:
         std::size_t end = word.end;
         if (table.isNested()) {
             const bool isDone = table.nestedDefinition != nowhere;
-            table.lastDefinition = definitionOfRow();
-            const RowDefinition* definition =
-                table.lastDefinition == nowhere ? nullptr : &definitions_[table.lastDefinition].row;
-            if (!isDone && (definition != nullptr || table.cells + table.nestedCells != 0)) {
-                nestRow(word, definition);
+            endDefinitions(table);
+            if (!isDone && (table.lastDefinition || table.cells + table.nestedCells != 0)) {
+                nestRow(word, table.lastDefinition);
                 end += standsAt(text_, end, u" ");
             } else if (word.letters == u"row") {
                 edits_.insert(word.begin + 1, u"nest");
             }
-            table.definition = table.nestedDefinition = nowhere;
+            table.nestedDefinition = nowhere;
         }
         end += end == word.end && standsAt(text_, end, u" }");
         table.inRow = false;
@@ -275,26 +279,23 @@ private:
         if (table.isNested()) table.startPlace = table.setUpPlace = edits_.reserve(afterBraces(end));
     }
 
-    // The definition in force for the row. The row's own definitions are removed from it.
-    std::size_t definitionOfRow() {
-        const Open& table = open_.back();
+    // The row's own definitions are removed from it, unless it is done already.
+    void endDefinitions(Open& table) {
         if (table.nestedDefinition != nowhere) {
-            definitions_.push_back({rowDefinitionAt(text_, table.nestedDefinition, table.end), nowhere, nowhere});
-            return definitions_.size() - 1;
+            table.lastDefinition = rowDefinitionAt(text_, table.nestedDefinition, table.end);
+        } else if (!table.definitions.empty()) {
+            table.lastDefinition = table.definitions.back().row;
+            for (const Definition& own : table.definitions) edits_.fillCut(own.place, own.row.range.end);
         }
-        if (table.definition == nowhere) return table.lastDefinition;
-        for (std::size_t i = table.definition; i != nowhere; i = definitions_[i].previous) {
-            edits_.fillCut(definitions_[i].place, definitions_[i].row.range.end);
-        }
-        return table.definition;
+        table.definitions.clear();
     }
 
-    void nestRow(const ControlWord& word, const RowDefinition* definition) {
+    void nestRow(const ControlWord& word, const std::optional<RowDefinition>& definition) {
         const std::size_t row = word.begin;
         const std::size_t keep = row - std::min(row, keepTogether.size());
         // A \trkeep may directly precede the row's end; it is a part of the definition.
         const bool isKept = standsAt(text_, keep, keepTogether) && !isEscaped(text_, keep) &&
-                            keep >= open_.back().paragraph && (definition == nullptr || keep >= definition->range.end);
+                            keep >= open_.back().paragraph && (!definition || keep >= definition->range.end);
         if (isKept) edits_.cut(keep, row);
         edits_.insert(row, u"\\pard");
         edits_.insert(row, inTable(open_.back().level));
@@ -307,10 +308,10 @@ private:
     }
 
     // Readers drop cells without a column, so the row gets the missing columns, of one inch each.
-    void insertDefinition(std::size_t index, const RowDefinition* definition) {
+    void insertDefinition(std::size_t index, const std::optional<RowDefinition>& definition) {
         const Open& table = open_.back();
         std::size_t columns = 0, right = 0;
-        if (definition != nullptr && mayRepeat(definition->range)) {
+        if (definition && mayRepeat(definition->range)) {
             edits_.replaceVal(index, index, std::u16string(definition->range.of(text_)));
             columns = definition->columns;
             if (columns != 0)
@@ -371,16 +372,14 @@ private:
         edits_.fillApart(table.setUpPlace, edits_.keep(std::move(words)));
     }
 
-    Open* outerTable() { return open_.empty() || !open_.back().isTable() ? nullptr : &open_.back(); }
+    bool isInTable() const noexcept { return !open_.empty() && open_.back().level != 0; }
 
     std::u16string_view text_;
     bool tolerant_;
     RtfReader reader_;
-    std::optional<std::vector<TextRange>> apartGroups_;  // found on first use
-    std::size_t nextApartGroup_ = 0;
+    std::optional<std::unordered_map<std::size_t, std::size_t>> apartGroups_;  // found on first use
     TextEdits edits_;
     std::vector<Open> open_;
-    std::vector<Definition> definitions_;
     std::vector<std::size_t> paragraphPlaces_;  // after \par and \pard, since the last \intbl or pair
     std::size_t repeats_ = 64 * text_.size();   // remaining units for repeated definitions
 };

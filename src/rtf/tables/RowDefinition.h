@@ -19,8 +19,4 @@ struct RowDefinition {
 // Reads up to `limit`.
 RowDefinition rowDefinitionAt(std::u16string_view text, std::size_t begin, std::size_t limit) noexcept;
 
-// The same, and quicker for a definition that is equal to a known one: programs repeat it after the cells.
-RowDefinition rowDefinitionLike(std::u16string_view text, std::size_t begin, std::size_t limit,
-                                const RowDefinition& known) noexcept;
-
 }  // namespace velmor

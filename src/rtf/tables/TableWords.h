@@ -12,6 +12,13 @@ inline const WordSet levelWords({WordTrait::apartGroup},
                                 {Word::cell, Word::intbl, Word::itap, Word::nestcell, Word::nestrow, Word::par,
                                  Word::pard, Word::row, Word::sect, Word::trowd});
 
+// The first word of the group that begins with the brace, if its paragraphs are separate from those around it:
+// footnotes, headers, text boxes, and what only readers without nested tables read. Otherwise 0.
+inline std::size_t firstWordOfApartGroup(std::u16string_view text, std::size_t brace) noexcept {
+    const std::size_t word = brace + (standsAt(text, brace + 1, u"\\*") ? 3 : 1);
+    return standsAt(text, word, u"\\") && wordIs(WordTrait::apartGroup, readWord(text, word).letters) ? word : 0;
+}
+
 // Whether a row begins at the index with "\trowd", white space or none, and "\irow0".
 inline bool firstRowStandsAt(std::u16string_view text, std::size_t index) noexcept {
     return standsAt(text, index, u"\\trowd") && standsAt(text, skipWhiteSpace(text, index + 6), u"\\irow0");
