@@ -6,7 +6,6 @@
 #include "rtf/read/Module1.h"
 #include "rtf/read/RtfReader.h"
 #include "rtf/tables/NestedTableFinder.h"
-#include "rtf/tables/RowTrimmer.h"
 #include "rtf/tables/TableWords.h"
 #include "text/Compare.h"
 
@@ -29,10 +28,7 @@ std::size_t lastWord(std::u16string_view text, std::u16string_view word) {
 std::size_t findTableStart(std::u16string_view text, std::size_t previousEnd, std::size_t row) {
     const std::u16string_view before = text.substr(previousEnd, row - previousEnd);
     std::size_t start = before.size();
-    if (before.size() >= 5 && before.substr(before.size() - 5) == u"\\cell") {
-        const std::int32_t first = Module1::FindRTFWordInText(1, before, u"\\cell", Module1::binaryCompare, false);
-        if (first != 0) start = static_cast<std::size_t>(first) - 1;
-    }
+    if (before.ends_with(u"\\cell")) start = std::min(start, RtfSearch(before).find(u"\\cell", 0));
     if (const std::size_t inTable = lastWord(before.substr(0, start), u"\\intbl"); inTable != nowhere) {
         const std::size_t paragraph = lastWord(before.substr(0, inTable), u"\\par");
         start = paragraph == nowhere ? inTable : paragraph;
@@ -75,37 +71,74 @@ bool next(RtfReader& reader, TableWord& word) noexcept {
     return false;
 }
 
-// Passes the words of rows to a trimmer, except the ends. Definitions of nested rows are not theirs.
-void takeRowWord(std::u16string_view text, Word word, std::size_t index, RowTrimmer& rows) {
-    if (word == Word::cell) {
-        rows.cell(index);
-    } else if (word == Word::korvane && index >= 3 && standsAt(text, index - 3, u"{\\*")) {
-        rows.marker(index);
-    } else if (word == Word::trowd && !tables::isNestedDefinition(text, index)) {
-        rows.definition();
+// Removes the text between the last cell of a row and its end, where that loses nothing. It gets the words of the rows
+// from left to right.
+class RowTrimmer {
+public:
+    RowTrimmer(std::u16string_view text, TextEdits& edits) noexcept : text_(text), edits_(edits) {}
+
+    void begin() noexcept { row_ = {}; }
+    // A marker precedes the index, or will do so.
+    void marker(std::size_t index) noexcept { row_.markerAt = std::max(row_.markerAt, index); }
+    void definition() noexcept { row_.definedAfter = true; }
+
+    void take(Word word, std::size_t index) {
+        if (word == Word::cell) {
+            row_.cellEnd = index + cellLength;
+            row_.definedBefore = row_.definedBefore || row_.definedAfter;
+            row_.definedAfter = false;
+        } else if (word == Word::korvane && index >= 3 && standsAt(text_, index - 3, u"{\\*")) {
+            marker(index);
+        } else if (word == Word::trowd && !tables::isNestedDefinition(text_, index)) {
+            definition();
+        } else if (word == Word::row) {
+            if (row_.isRemovable(index)) edits_.replace(row_.cellEnd, index, {});
+            begin();
+        }
     }
-}
+
+private:
+    static constexpr std::size_t cellLength = 5;
+
+    struct Row {
+        std::size_t cellEnd = 0;  // 0: the row has no cell yet
+        std::size_t markerAt = 0;
+        bool definedBefore = false;  // before the last cell
+        bool definedAfter = false;
+
+        bool isRemovable(std::size_t end) const noexcept {
+            const bool onlyDefinition = definedAfter && !definedBefore;
+            return cellEnd != 0 && end > cellEnd + 1 && !onlyDefinition && markerAt < cellEnd;
+        }
+    };
+
+    std::u16string_view text_;
+    TextEdits& edits_;
+    Row row_;
+};
 
 // Reads one table after the other, and collects them, inner ones before outer ones.
 class TableReader {
 public:
-    explicit TableReader(std::u16string_view text) : text_(text), nested_(text, tables_) {}
+    explicit TableReader(std::u16string_view text) : text_(text), nested_(text, tables_), rows_(text, edits_) {}
 
     // The end of the table that begins at `start`; nothing when its last row is missing: then the nested tables
     // of its complete parts stay collected.
     std::size_t read(std::size_t start) {
         const std::size_t cuts = edits_.size();
-        known_ = tables_.size();
-        nestedTables_ = lastRows_ = 0;
+        first_ = known_ = tables_.size();
+        lastRows_ = 0;
         lastRowSeen_ = false;
-        rows_ = {};
+        rows_.begin();
         nested_.begin(start);
         RtfReader reader(text_, start, text_.size());
         for (TableWord read; next(reader, read);) {
             const std::size_t index = reader.position();
             // The marker separates a definition at the begin of the table from the text before it.
             if (index == start && read.meaning == Word::trowd) rows_.definition();
-            takeRowWord(text_, read.meaning, index, rows_);
+            // Tables of earlier rows precede this row's cells and do not matter.
+            if (read.meaning == Word::row && !tables_.empty()) rows_.marker(tables_.back().end);
+            rows_.take(read.meaning, index);
             if (read.meaning == Word::lastrow) {
                 lastRowSeen_ = true;
                 ++lastRows_;
@@ -132,9 +165,6 @@ public:
 private:
     // True when the row ends the table.
     bool takeRow(std::size_t start, std::size_t index) {
-        // Tables of earlier rows precede this row's cells and do not matter.
-        if (!tables_.empty()) rows_.marker(tables_.back().end);
-        if (const auto cut = rows_.row(index)) edits_.replace(cut->begin, cut->end, {});
         if (!lastRowSeen_) return false;
         if (!isTableEnd()) {
             nested_.begin(index);
@@ -148,11 +178,10 @@ private:
     // A table ends with the row of its last "\lastrow" word, unless all of these words so far belong to
     // nested tables. A part without nested tables ends it in any case.
     bool isTableEnd() {
-        const std::size_t found = tables_.size() - known_;
-        nestedTables_ += found;
-        known_ += found;
+        const bool hasNested = tables_.size() > known_;
+        known_ = tables_.size();
         lastRowSeen_ = false;
-        return found == 0 || lastRows_ > nestedTables_;
+        return !hasNested || lastRows_ > known_ - first_;
     }
 
     std::u16string_view text_;
@@ -160,8 +189,8 @@ private:
     TextEdits edits_;
     NestedTableFinder nested_;
     RowTrimmer rows_;
-    std::size_t known_ = 0;         // tables before the current part
-    std::size_t nestedTables_ = 0;  // in the parts before
+    std::size_t first_ = 0;  // tables before this one
+    std::size_t known_ = 0;  // and before the current part of it
     std::size_t lastRows_ = 0;
     bool lastRowSeen_ = false;  // in the current part
 };
@@ -207,16 +236,11 @@ bool addTableMarkers(std::u16string& value, platform::Guids& guids) {
 void RemoveExtraTrowd(std::u16string& value, std::int32_t& plTableStart, std::int32_t& plTableEnd) {
     const TextRange table = rangeWithin(value, plTableStart, plTableEnd);
     TextEdits edits;
-    RowTrimmer rows;
+    RowTrimmer rows(value, edits);
     RtfReader reader(value, table.begin, table.end);
     for (TableWord read; next(reader, read);) {
-        const std::size_t index = reader.position();
-        if (read.meaning != Word::row) {
-            // A cell that begins with the range precedes the table.
-            if (read.meaning != Word::cell || index > table.begin) takeRowWord(value, read.meaning, index, rows);
-        } else if (const auto cut = rows.row(index)) {
-            edits.replace(cut->begin, cut->end, {});
-        }
+        // A cell that begins with the range precedes the table.
+        if (read.meaning != Word::cell || reader.position() > table.begin) rows.take(read.meaning, reader.position());
     }
     const std::size_t length = value.size();
     edits.apply(value);
