@@ -6,15 +6,15 @@
 
 namespace velmor {
 
-std::optional<PageSetup::Value> PageSetup::sectionValue(std::u16string_view letters) noexcept {
-    for (const Value value : writtenOrder) {
+std::optional<std::size_t> PageSetup::sectionValue(std::u16string_view letters) noexcept {
+    for (std::size_t value = 0; value < valueCount; ++value) {
         if (letters.starts_with(sectionWords[value])) return value;
     }
     return std::nullopt;
 }
 
-std::optional<PageSetup::Value> PageSetup::documentValue(std::u16string_view letters) noexcept {
-    for (const Value value : writtenOrder) {
+std::optional<std::size_t> PageSetup::documentValue(std::u16string_view letters) noexcept {
+    for (std::size_t value = 0; value < valueCount; ++value) {
         if (letters == documentWords[value]) return value;
     }
     return std::nullopt;
@@ -29,19 +29,19 @@ void PageSetup::turn(bool toLandscape) noexcept {
 
 std::u16string PageSetup::words() const {
     std::u16string text = landscape ? u"\\lndscpsxn" : u"";
-    for (const Value value : writtenOrder) text += word(value);
+    for (std::size_t value = 0; value < valueCount; ++value) text += word(value);
     return text;
 }
 
 std::u16string PageSetup::wordsUnlike(const PageSetup& other) const {
     std::u16string text;
-    for (const Value value : writtenOrder) {
+    for (std::size_t value = 0; value < valueCount; ++value) {
         if (values[value] != other.values[value]) text += word(value);
     }
     return text;
 }
 
-std::u16string PageSetup::word(Value value) const {
+std::u16string PageSetup::word(std::size_t value) const {
     return u"\\" + std::u16string(sectionWords[value]) + decimal(values[value]);
 }
 

@@ -9,21 +9,21 @@
 
 namespace velmor {
 
-// The page of a section in twips, in the order in which stages read the values.
+// The page of a section in twips, in the order in which stages write the values.
 struct PageSetup {
-    enum Value : std::size_t { height, width, left, right, top, bottom };
+    enum Value : std::size_t { width, height, left, right, top, bottom };
     static constexpr std::size_t valueCount = 6;
     using Words = std::array<std::u16string_view, valueCount>;
 
     // The words for a section, and for a whole document.
-    static constexpr Words sectionWords = {u"pghsxn", u"pgwsxn", u"marglsxn", u"margrsxn", u"margtsxn", u"margbsxn"};
-    static constexpr Words documentWords = {u"paperh", u"paperw", u"margl", u"margr", u"margt", u"margb"};
+    static constexpr Words sectionWords = {u"pgwsxn", u"pghsxn", u"marglsxn", u"margrsxn", u"margtsxn", u"margbsxn"};
+    static constexpr Words documentWords = {u"paperw", u"paperh", u"margl", u"margr", u"margt", u"margb"};
     // The value that a word with these letters gives. Further letters may follow the word for a section.
-    static std::optional<Value> sectionValue(std::u16string_view letters) noexcept;
-    static std::optional<Value> documentValue(std::u16string_view letters) noexcept;
+    static std::optional<std::size_t> sectionValue(std::u16string_view letters) noexcept;
+    static std::optional<std::size_t> documentValue(std::u16string_view letters) noexcept;
 
     // RTF's default page.
-    static constexpr std::array<std::int32_t, valueCount> defaults = {15840, 12240, 1800, 1800, 1440, 1440};
+    static constexpr std::array<std::int32_t, valueCount> defaults = {12240, 15840, 1800, 1800, 1440, 1440};
 
     std::array<std::int32_t, valueCount> values{};
     bool landscape = false;
@@ -40,9 +40,7 @@ struct PageSetup {
     std::u16string wordsUnlike(const PageSetup& other) const;
 
 private:
-    static constexpr std::array<Value, valueCount> writtenOrder = {width, height, left, right, top, bottom};
-
-    std::u16string word(Value value) const;
+    std::u16string word(std::size_t value) const;
 };
 
 // The text between the index and the next unit that ends a word's number, without white space around it; nothing

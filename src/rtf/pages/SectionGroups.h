@@ -71,7 +71,7 @@ private:
 
     // The words of groups: those of PageSetup's values, then the two of the orientation.
     static constexpr std::array<std::u16string_view, PageSetup::valueCount + 2> words = {
-        u"paperheight", u"paperwidth", u"marginl", u"marginr", u"margint", u"marginb", u"landscape", u"portrait"};
+        u"paperwidth", u"paperheight", u"marginl", u"marginr", u"margint", u"marginb", u"landscape", u"portrait"};
 
     struct Word {
         std::size_t at;
