@@ -107,7 +107,7 @@ private:
         opened.kind = kind;
         opened.depth = reader_.depth();
         opened.paragraph = begin;
-        if (!stories_.empty() && kind != Kind::apart) {
+        if (kind != Kind::apart) {
             beginParagraph(begin);
             opened.inRow = story().isInRow();
             opened.inTable = story().inTable || story().kind == Kind::pair || (tolerant_ && opened.inRow);
@@ -119,7 +119,7 @@ private:
         endTable();
         const Story closed = std::move(stories_.back());
         stories_.pop_back();
-        if (stories_.empty() || closed.kind == Kind::apart) return;
+        if (closed.kind == Kind::apart) return;
         const bool hasTables = closed.hasTables || closed.kind == Kind::pair;
         story().hasTables |= hasTables;
         story().holdsTables |= hasTables && closed.inRow;

@@ -161,21 +161,16 @@ private:
         switch (meaning.word) {
             case Word::cell:
             case Word::nestcell:
-                takeCell(word);
-                break;
+                return takeCell(word);
             case Word::row:
             case Word::nestrow:
-                takeRow(word);
-                break;
+                return takeRow(word);
             case Word::trowd:
-                takeDefinition(word.begin, limit);
-                break;
+                return takeDefinition(word.begin, limit);
             case Word::intbl:
-                takeInTable(word);
-                break;
+                return takeInTable(word);
             case Word::itap:
-                takeLevel(word);
-                break;
+                return takeLevel(word);
             case Word::sect:
                 if (!open_.back().inRow) break;
                 edits_.replace(word.begin, word.end, endOfParagraph);
@@ -186,8 +181,7 @@ private:
                 beginParagraph(word.end);
                 break;
             case Word::pard:
-                takeParagraphDefaults(word);
-                break;
+                return takeParagraphDefaults(word);
             default:
                 if (meaning.is(WordTrait::apartGroup)) takeApartText(word);
         }
@@ -314,8 +308,7 @@ private:
         if (definition && mayRepeat(definition->range)) {
             edits_.replaceVal(index, index, std::u16string(definition->range.of(text_)));
             columns = definition->columns;
-            if (columns != 0)
-                right = static_cast<std::size_t>(numberOf(readWord(text_, definition->lastColumn).number));
+            right = definition->right;
         } else {
             edits_.insert(index, u"\\trowd");
         }

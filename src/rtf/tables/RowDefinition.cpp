@@ -26,7 +26,7 @@ RowDefinition rowDefinitionAt(std::u16string_view text, std::size_t begin, std::
         const Word meaning = meaningOf(word.letters).word;
         if (meaning == Word::cellx) {
             ++definition.columns;
-            definition.lastColumn = word.begin;
+            definition.right = static_cast<std::size_t>(numberOf(word.number));
         } else if (meaning == Word::cell || meaning == Word::nestcell || meaning == Word::intbl ||
                    meaning == Word::itap) {
             text = text.substr(0, word.begin);

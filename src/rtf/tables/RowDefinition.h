@@ -9,8 +9,8 @@ namespace velmor {
 
 struct RowDefinition {
     TextRange range;
-    std::size_t columns = 0;     // its \cellx words
-    std::size_t lastColumn = 0;  // the place of the last one
+    std::size_t columns = 0;  // its \cellx words
+    std::size_t right = 0;    // the number of the last one
 };
 
 // The definition of a row that begins with the "\trowd" at `begin`: the unbroken run of control words up to the
