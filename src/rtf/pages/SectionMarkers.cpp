@@ -45,8 +45,7 @@ private:
     // The document whose markers are read: a joined one, or else the whole text.
     struct Document {
         SectionGroups groups;
-        std::size_t unread;                // for content
-        bool shows = false;                // something before `unread`
+        std::size_t unread;                // nothing shows before it
         std::vector<std::size_t> pages{};  // that do not begin a section yet
         std::size_t defaults = nowhere;    // the last "\sectd"
         std::size_t described = nowhere;   // index of the description of `defaults`, or of the document
@@ -117,10 +116,9 @@ private:
     }
 
     bool showsTextUpTo(std::size_t index) {
-        Document& document = *document_;
-        document.shows = document.shows || showsText(text_.substr(document.unread, index - document.unread));
-        document.unread = index;
-        return document.shows;
+        std::size_t& unread = document_->unread;
+        unread += firstShown(text_.substr(unread, index - unread));
+        return unread < index;
     }
 
     // Of several markers the last one counts; in exact cleaning its words precede the others.
@@ -144,8 +142,7 @@ private:
     }
 
     void writeUpToSectionEnds() {
-        std::sort(descriptions_.begin(), descriptions_.end(),
-                  [](const Description& left, const Description& right) { return left.at < right.at; });
+        std::ranges::sort(descriptions_, {}, &Description::at);
         auto next = descriptions_.begin();
         walk(text_.size(), [&](std::size_t index, std::size_t depth) {
             const bool begins = next != descriptions_.end() && next->at <= index;
