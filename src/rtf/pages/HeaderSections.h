@@ -89,8 +89,7 @@ public:
     // Also called where nothing else of the host follows but its last brace.
     void paragraphEnd(const FlowPlace& place) {
         if (!pending_ || place.inTable || !place.body) return;
-        const Start start = *pending_;
-        pending_.reset();
+        const Start start = *std::exchange(pending_, std::nullopt);
         closeSection();  // its text here precedes the new one
         FlowPlace before = place;
         before.end = before.begin;
@@ -133,7 +132,7 @@ public:
 
     // Any other word that describes a section.
     void sectionWord(const FlowPlace& place) {
-        if (place.body && awaitsSectionWords()) cut(place);
+        if (!documents_.empty() && documents_.back().continues) cut(place);
     }
 
     void facingPages(const FlowPlace& place) {
@@ -170,8 +169,6 @@ public:
         }
     }
 
-    // Whether sectionWord would change anything.
-    bool awaitsSectionWords() const noexcept { return !documents_.empty() && documents_.back().continues; }
     // False when content would change nothing.
     bool awaitsContent() const noexcept { return pending_ || lastPage_ || !section_.hasContent; }
 
@@ -282,8 +279,6 @@ private:
 
     // ---- Where sections begin
 
-    bool justBegan() const noexcept { return section_.start && section_.start->breaks && !section_.hasContent; }
-
     void beginAtMarker(HeaderKind kind, const FlowPlace& place) {
         Start start;
         start.want(kind);
@@ -329,7 +324,7 @@ private:
     // A break directly after the section's own would leave an empty page.
     bool dropsBreak(const FlowPlace& place) {
         paragraphEnd(place);
-        if (!justBegan()) return false;
+        if (!section_.start || !section_.start->breaks || section_.hasContent) return false;
         cut(place);
         section_.start->forBreak = true;
         return true;

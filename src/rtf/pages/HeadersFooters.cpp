@@ -29,14 +29,12 @@ const WordSet wordsAnywhere({WordTrait::section}, {Word::bin, Word::facingp, Wor
 // no recursion.
 class DocumentFlow {
 public:
-    DocumentFlow(std::u16string_view host, const TableCollection& tables, HeaderSections& sections)
-        : host_(host), tables_(tables), sections_(sections) {}
+    DocumentFlow(const TableCollection& tables, HeaderSections& sections) : tables_(tables), sections_(sections) {}
 
-    void run() {
-        const std::size_t host = findHostDocument(host_);
+    void read(std::u16string_view text) {
+        const std::size_t host = findHostDocument(text);
         if (host == noDocument) return;
-        levels_.push_back({true, false});
-        enter(host_, host, FlowPlace::host);
+        enter(text, host, FlowPlace::host);
         while (!readings_.empty()) step();
     }
 
@@ -134,10 +132,6 @@ private:
 
     void openGroup(std::size_t index) {
         levels_.push_back(levels_.back());
-        classify(index);
-    }
-
-    void classify(std::size_t index) {
         Reading& reading = readings_.back();
         const GroupOpening opening = readOpening(reader().text(), index);
         const std::u16string_view letters = opening.letters;
@@ -247,11 +241,10 @@ private:
         if (levels_.back().body && sections_.awaitsContent()) sections_.content(place(index, index));
     }
 
-    std::u16string_view host_;
     const TableCollection& tables_;
     HeaderSections& sections_;
     std::vector<Reading> readings_;
-    std::vector<Level> levels_;
+    std::vector<Level> levels_{{true, false}};
     bool rowIsOpen_ = false;
 };
 
@@ -261,7 +254,7 @@ void Module1::ApplyHeadersFooters(std::u16string& psText, TableCollection& poTab
     const GroupSet host = poTables.hostGroups();
     if (poTables.documents().empty() && !host.has(Group::newHeader) && !host.has(Group::newFooter)) return;
     HeaderSections sections(options.tolerant);
-    DocumentFlow(psText, poTables, sections).run();
+    DocumentFlow(poTables, sections).read(psText);
     for (auto& [number, changes] : sections.finish()) {
         changes.apply(number == FlowPlace::host ? psText : poTables.documents()[number - 1].text);
     }

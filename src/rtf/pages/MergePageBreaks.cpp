@@ -94,26 +94,17 @@ private:
     }
 
     void takeWord(const ControlWord& word) {
-        switch (meaningOf(word.letters).word) {
-            case Word::facingp:
-                facing_ = true;
-                break;
-            case Word::page:
-            case Word::sect:
-                takeEnd(word);
-                break;
-            case Word::par:
-                lastRow_ = nowhere;
-                break;
-            case Word::row:
-                lastRow_ = word.end;
-                break;
-            case Word::sectd:
-                beginSection(word);
-                break;
-            default:
-                takeSetting(word);
-                break;
+        const Word meaning = meaningOf(word.letters).word;
+        if (meaning == Word::facingp) {
+            facing_ = true;
+        } else if (meaning == Word::page || meaning == Word::sect) {
+            takeEnd(word);
+        } else if (meaning == Word::par || meaning == Word::row) {
+            lastRow_ = meaning == Word::row ? word.end : nowhere;
+        } else if (meaning == Word::sectd) {
+            beginSection(word);
+        } else {
+            takeSetting(word);
         }
     }
 
