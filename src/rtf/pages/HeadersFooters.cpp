@@ -16,8 +16,6 @@
 namespace velmor {
 namespace {
 
-constexpr std::u16string_view markers[] = {u"{\\*\\korvanenewheader", u"{\\*\\korvanenewfooter"};
-
 constexpr int longestLine = 12;
 
 // The words that matter everywhere.
@@ -48,7 +46,6 @@ private:
         HeaderName name;
         std::size_t begin;
         std::size_t level;
-        bool body;
     };
 
     // A text that is being read, up to its next placeholder.
@@ -118,16 +115,13 @@ private:
         const std::u16string_view text = reader().text();
         if (!standsAt(text, index, u"{\\*\\korvane")) return false;
         if (standsAt(text, index, SectionGroups::opening) && levels_.back().body) sections_.description();
-        for (const HeaderKind kind : headerKinds) {
-            const std::u16string_view opening = markers[static_cast<std::size_t>(kind)];
-            if (!wordStandsAt(text, index, opening)) continue;
-            const std::size_t end = skipWhiteSpace(text, index + opening.size());
-            if (!standsAt(text, end, u"}")) return false;
-            if (!passesOver()) sections_.marker(kind, place(index, end + 1));
-            reader().goOnAt(end + 1);
-            return true;
-        }
-        return false;
+        const ControlWord word = readWord(text, index + 3);
+        const bool isHeader = word.letters == u"korvanenewheader";
+        const std::size_t end = skipWhiteSpace(text, word.numberBegin());
+        if ((!isHeader && word.letters != u"korvanenewfooter") || !standsAt(text, end, u"}")) return false;
+        if (!passesOver()) sections_.marker(isHeader ? HeaderKind::header : HeaderKind::footer, place(index, end + 1));
+        reader().goOnAt(end + 1);
+        return true;
     }
 
     void openGroup(std::size_t index) {
@@ -140,7 +134,7 @@ private:
         Level& level = levels_.back();
         const auto name = headerNamed(letters);
         if (name && opening.word == index + 1 && !reading.group) {
-            reading.group = OpenGroup{*name, index, levels_.size(), level.body};
+            reading.group = OpenGroup{*name, index, levels_.size()};
         } else if (meaning.is(WordTrait::shownGroup) || (letters == u"field" && showsResult(index))) {
             content(index);
         } else if (!opening.ignorable && letters != u"field" && !meaning.is(WordTrait::hiddenGroup)) {
@@ -165,7 +159,7 @@ private:
         if (reading.group && reading.group->level == levels_.size()) {
             const OpenGroup& group = *reading.group;
             FlowPlace whole = place(group.begin, index + 1);
-            whole.body = group.body;
+            whole.body = levels_[levels_.size() - 2].body;
             sections_.group(group.name, TextRange{group.begin, index + 1}.of(reader().text()), whole);
             reading.group.reset();
         }
