@@ -63,14 +63,12 @@ public:
     }
 
 private:
-    static constexpr std::size_t none = static_cast<std::size_t>(-1);
-
     // An unbroken run of paragraphs of `level` or deeper.
     struct Run {
         Level level;
         std::size_t begin;
-        std::size_t table = none;  // the begin of the level's next table; none after a table, until a paragraph follows
-        bool firstRow = false;     // the table's first row was seen
+        std::size_t table = nowhere;  // the begin of its next table; nowhere between a table and the next paragraph
+        bool firstRow = false;        // the table's first row was seen
     };
 
     void endParagraph(Level level, std::size_t next) {
@@ -86,7 +84,7 @@ private:
         if (rowIsLast_) {
             if (run.firstRow) found_.push_back({run.table, next});
             run.firstRow = false;
-            run.table = none;
+            run.table = nowhere;
         }
         paragraph_ = skipClosingBraces(text_, next);
     }
@@ -98,7 +96,7 @@ private:
             return;
         }
         const std::size_t begin = tables::continueRuns(runs_, level, paragraph_, [](const Run&) {});
-        if (runs_.back().table == none) runs_.back().table = begin;
+        if (runs_.back().table == nowhere) runs_.back().table = begin;
     }
 
     std::u16string_view text_;

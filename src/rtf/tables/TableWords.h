@@ -12,8 +12,8 @@ inline const WordSet levelWords({WordTrait::apartGroup},
                                 {Word::cell, Word::intbl, Word::itap, Word::nestcell, Word::nestrow, Word::par,
                                  Word::pard, Word::row, Word::sect, Word::trowd});
 
-// The first word of the group that begins with the brace, if its paragraphs are separate from those around it:
-// footnotes, headers, text boxes, and what only readers without nested tables read. Otherwise 0.
+// The first word of the group that begins with the brace, "\*" aside, if its paragraphs are separate from those around
+// it: footnotes, headers, footers, text boxes, and groups that only readers without nested tables read. Otherwise 0.
 inline std::size_t firstWordOfApartGroup(std::u16string_view text, std::size_t brace) noexcept {
     const std::size_t word = brace + (standsAt(text, brace + 1, u"\\*") ? 3 : 1);
     return standsAt(text, word, u"\\") && wordIs(WordTrait::apartGroup, readWord(text, word).letters) ? word : 0;
