@@ -1,7 +1,6 @@
 #include "rtf/tables/OpenRows.h"
 
 #include <cstddef>
-#include <utility>
 #include <vector>
 
 #include "rtf/read/RtfReader.h"
@@ -27,15 +26,13 @@ public:
                 takeWord();
             }
         }
-        return isLost_ || texts_.front().row || pairs_ != 0;
+        return isLost_ || rows_.front() || !pairs_.empty();
     }
 
 private:
-    // A text of paragraphs, or of the pair of table markers that is open in it.
-    struct Text {
-        std::size_t depth = 0;
-        bool row = false;            // is open
-        std::vector<bool> around{};  // the same of the rows around its pairs
+    struct Pair {
+        std::size_t texts;  // of paragraphs, that are open
+        bool row;           // around it
     };
 
     // The row of a nested table belongs to the row around it, although it is in a group of its own.
@@ -46,44 +43,46 @@ private:
         const WordMeaning meaning = meaningOf(opening.letters);
         const bool isApart = opening.ignorable || meaning.is(WordTrait::hiddenGroup) ||
                              meaning.is(WordTrait::shownGroup) || meaning.is(WordTrait::apartGroup);
-        if (isApart && meaning.word != Word::nesttableprops) texts_.push_back({reader_.depth()});
+        groups_.push_back(isApart && meaning.word != Word::nesttableprops);
+        if (groups_.back()) rows_.push_back(false);
     }
 
     void closeGroup() {
-        if (texts_.back().depth <= reader_.depth()) return;
-        isLost_ = texts_.back().row || !texts_.back().around.empty();
-        texts_.pop_back();
+        if (groups_.empty()) return;
+        if (groups_.back()) {
+            isLost_ = rows_.back() || (!pairs_.empty() && pairs_.back().texts == rows_.size());
+            rows_.pop_back();
+        }
+        groups_.pop_back();
     }
 
     void takeMarker(bool isStart) {
-        Text& text = texts_.back();
         if (isStart) {
-            ++pairs_;
-            text.around.push_back(std::exchange(text.row, false));
-        } else if (!text.around.empty()) {
-            --pairs_;
-            text.row = text.row || text.around.back();
-            text.around.pop_back();
-        } else {
-            isLost_ = pairs_ != 0;
+            pairs_.push_back({rows_.size(), rows_.back()});
+            rows_.back() = false;
+        } else if (!pairs_.empty()) {
+            isLost_ = pairs_.back().texts != rows_.size();
+            rows_.back() = rows_.back() || pairs_.back().row;
+            pairs_.pop_back();
         }
     }
 
     void takeWord() {
         const ControlWord word = reader_.word();
         if (word.letters == u"row") {
-            texts_.back().row = false;
+            rows_.back() = false;
         } else if (word.letters == u"cell" || word.letters.starts_with(u"trowd")) {
-            texts_.back().row = true;
+            rows_.back() = true;
         } else if (word.letters.starts_with(u"row")) {
             isLost_ = true;  // some stages take it for a \row
         }
     }
 
     RtfReader reader_;
-    std::vector<Text> texts_{{}};  // that are open
-    std::size_t pairs_ = 0;        // that are open
-    bool isLost_ = false;          // a row stays open
+    std::vector<bool> groups_;       // whether they have paragraphs of their own
+    std::vector<bool> rows_{false};  // of each open text of paragraphs: whether its row is open
+    std::vector<Pair> pairs_;        // of table markers
+    bool isLost_ = false;            // a row stays open
 };
 
 }  // namespace
