@@ -1,9 +1,8 @@
 #include <algorithm>
+#include <array>
 #include <charconv>
-#include <cmath>
 #include <limits>
 
-#include "automation/DecimalNumber.h"
 #include "automation/NumberText.h"
 #include "text/Characters.h"
 
@@ -137,6 +136,22 @@ std::string roundedDigits(const std::string& digits, std::int64_t count) {
     return up ? nextNumber(std::move(whole)) : "0" + whole;
 }
 
+// Nothing when the number needs more than 96 bits. Zero is never negative.
+std::optional<Decimal> decimalOfDigits(std::string_view digits, std::uint8_t scale, bool negative) noexcept {
+    std::array<std::uint32_t, 3> words{};  // least first
+    for (const char digit : digits) {
+        std::uint64_t carry = static_cast<std::uint64_t>(digit - '0');
+        for (std::uint32_t& word : words) {
+            carry += std::uint64_t{word} * 10;
+            word = static_cast<std::uint32_t>(carry);
+            carry >>= 32;
+        }
+        if (carry != 0) return std::nullopt;
+    }
+    const std::uint64_t low = std::uint64_t{words[1]} << 32 | words[0];
+    return Decimal{words[2], low, scale, negative && (words[2] != 0 || low != 0)};
+}
+
 }  // namespace
 
 std::optional<ParsedNumber> parseNumberText(std::u16string_view text) {
@@ -177,7 +192,8 @@ std::optional<Decimal> decimalOf(const ParsedNumber& number) {
     scale = std::min<std::int64_t>(scale, 29 - number.exponent);
     for (; scale >= 0; --scale) {
         const std::string digits = roundedDigits(number.digits, number.exponent + scale);
-        if (const auto decimal = decimalOf(digits, static_cast<std::uint8_t>(scale), number.negative)) return decimal;
+        if (const auto decimal = decimalOfDigits(digits, static_cast<std::uint8_t>(scale), number.negative))
+            return decimal;
     }
     return std::nullopt;
 }

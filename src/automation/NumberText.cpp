@@ -6,14 +6,37 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "automation/DecimalNumber.h"
-
 namespace velmor::automation::portable {
 
 namespace {
 
 std::u16string widened(std::string_view text) {
     return std::u16string(text.begin(), text.end());
+}
+
+// Of the whole number that a Decimal divides: no leading zeros, "0" for zero.
+std::string digitsOf(const Decimal& decimal) {
+    std::array<std::uint32_t, 3> words{decimal.high, static_cast<std::uint32_t>(decimal.low >> 32),
+                                       static_cast<std::uint32_t>(decimal.low)};
+    std::string reversed;
+    do {
+        std::uint64_t remainder = 0;  // of the division by ten
+        for (std::uint32_t& word : words) {
+            remainder = remainder << 32 | word;
+            word = static_cast<std::uint32_t>(remainder / 10);
+            remainder %= 10;
+        }
+        reversed += static_cast<char>('0' + remainder);
+    } while (std::ranges::any_of(words, [](std::uint32_t word) { return word != 0; }));
+    return {reversed.rbegin(), reversed.rend()};
+}
+
+// The digits with 28 decimals, all of one length, so that they compare as texts.
+std::string alignedDigits(const Decimal& decimal) {
+    constexpr std::size_t decimals = 28, most = 29 + decimals;
+    std::string digits = digitsOf(decimal);
+    digits.append(decimals - std::min<std::size_t>(decimals, decimal.scale), '0');
+    return std::string(most - digits.size(), '0') + digits;
 }
 
 // A whole number, given as its digits, with a point before the last `decimals` of them, or so many zeros after them.
@@ -93,6 +116,13 @@ std::u16string numberText(Currency value) {
 
 std::u16string numberText(Decimal value) {
     return pointedText(value.negative, digitsOf(value), value.scale);
+}
+
+std::weak_ordering compareDecimals(const Decimal& left, const Decimal& right) {
+    const std::string leftDigits = alignedDigits(left), rightDigits = alignedDigits(right);
+    const bool bothZero = leftDigits == rightDigits && leftDigits.find_first_not_of('0') == leftDigits.npos;
+    if (left.negative != right.negative && !bothZero) return right.negative <=> left.negative;
+    return left.negative ? rightDigits <=> leftDigits : leftDigits <=> rightDigits;
 }
 
 }  // namespace velmor::automation::portable

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -17,6 +18,9 @@ std::u16string numberText(float value);
 std::u16string numberText(std::int32_t value);
 std::u16string numberText(Currency value);  // up to 4 decimals, no trailing zeros
 std::u16string numberText(Decimal value);   // all digits, no trailing zeros after the point
+
+// Scales do not matter: 1.5 equals 1.50, 0 equals -0.
+std::weak_ordering compareDecimals(const Decimal& left, const Decimal& right);
 
 // The digits of the whole number after this one.
 std::string nextNumber(std::string digits);

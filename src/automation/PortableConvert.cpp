@@ -5,7 +5,6 @@
 #include <concepts>
 #include <limits>
 
-#include "automation/DecimalNumber.h"
 #include "automation/NumberText.h"
 #include "automation/Portable.h"
 #include "text/Compare.h"
@@ -59,11 +58,7 @@ struct ToScaled {
     }
     std::optional<std::int64_t> operator()(Date value) const { return (*this)(value.days); }
     std::optional<std::int64_t> operator()(Currency value) const {
-        if (decimals == 4) return value.scaled;
-        const std::int64_t whole = value.scaled / 10000;
-        const std::int64_t rest = std::abs(value.scaled % 10000);
-        const bool away = rest > 5000 || (rest == 5000 && whole % 2 != 0);
-        return away ? whole + (value.scaled < 0 ? -1 : 1) : whole;
+        return decimals == 4 ? value.scaled : (*this)(numberText(value));
     }
     std::optional<std::int64_t> operator()(const Decimal& value) const { return (*this)(numberText(value)); }
     std::optional<std::int64_t> operator()(const std::u16string& value) const {
@@ -102,14 +97,6 @@ struct ToText {
     std::optional<std::u16string> operator()(const auto&) const { return std::nullopt; }
 };
 
-std::optional<bool> booleanOf(std::u16string_view text) {
-    const auto is = [&](std::u16string_view word) { return equalIgnoringCase(text, word); };
-    if (is(u"True") || is(u"#TRUE#")) return true;
-    if (is(u"False") || is(u"#FALSE#")) return false;
-    const auto number = parseNumber(text);
-    return number ? std::optional(*number != 0) : std::nullopt;
-}
-
 template <class Integer>
 std::optional<Integer> toWhole(const Variant& value) {
     const auto whole = value.visit(ToScaled{0});
@@ -146,7 +133,11 @@ std::optional<float> toSingle(const Variant& value) {
 }
 
 std::optional<bool> toBoolean(const Variant& value) {
-    if (const auto* text = value.get<std::u16string>()) return booleanOf(*text);
+    if (const auto* text = value.get<std::u16string>()) {
+        const auto is = [&](std::u16string_view word) { return equalIgnoringCase(*text, word); };
+        if (is(u"True") || is(u"#TRUE#")) return true;
+        if (is(u"False") || is(u"#FALSE#")) return false;
+    }
     const auto number = toDouble(value);
     return number ? std::optional(*number != 0) : std::nullopt;
 }
@@ -158,14 +149,8 @@ std::optional<Currency> toCurrency(const Variant& value) {
 
 std::optional<Decimal> toDecimal(const Variant& value) {
     if (const auto* decimal = value.get<Decimal>()) return *decimal;
-    std::optional<std::u16string> text;
-    if (value.get<bool>() != nullptr) {
-        text = *value.get<bool>() ? u"-1" : u"0";
-    } else if (const auto* date = value.get<Date>()) {
-        text = numberText(date->days);
-    } else {
-        text = value.isEmpty() ? u"0" : toText(value);
-    }
+    const bool hasOtherText = value.isEmpty() || value.get<bool>() != nullptr || value.get<Date>() != nullptr;
+    const auto text = hasOtherText ? numberText(*toDouble(value)) : toText(value);
     const auto number = text ? decimalDigitsOf(*text) : std::nullopt;
     return number ? decimalOf(*number) : std::nullopt;
 }

@@ -1,4 +1,4 @@
-#include "automation/DecimalNumber.h"
+#include "automation/NumberText.h"
 #include "automation/Portable.h"
 
 namespace velmor::automation::portable {

@@ -8,7 +8,7 @@
 #include <numeric>
 #include <utility>
 
-#include "automation/DecimalNumber.h"
+#include "automation/NumberText.h"
 #include "automation/Portable.h"
 #include "properties/KeyedItems.h"
 #include "properties/privProperties.h"
