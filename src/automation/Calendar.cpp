@@ -38,9 +38,8 @@ DateFields fieldsOf(DayAndSecond parts) {
             parts.second % 60};
 }
 
-bool isTime(const DateFields& fields) {
-    return fields.hour >= 0 && fields.hour < 24 && fields.minute >= 0 && fields.minute < 60 && fields.second >= 0 &&
-           fields.second < 60;
+bool isWithin(int value, int least, int most) {
+    return least <= value && value <= most;
 }
 
 void appendNumber(std::u16string& text, int value, std::size_t digits = 1) {
@@ -64,8 +63,10 @@ DateFields dateFields(Date date) {
 }
 
 std::optional<Date> dateFromFields(const DateFields& fields) {
-    if (fields.year < 100 || fields.year > 9999 || !isTime(fields)) return std::nullopt;
-    if (fields.month < 1 || fields.month > 12 || fields.day < 1 || fields.day > 31) return std::nullopt;
+    if (!isWithin(fields.hour, 0, 23) || !isWithin(fields.minute, 0, 59) || !isWithin(fields.second, 0, 59) ||
+        !isWithin(fields.year, 100, 9999) || !isWithin(fields.month, 1, 12) || !isWithin(fields.day, 1, 31)) {
+        return std::nullopt;
+    }
     const std::chrono::year_month_day day{std::chrono::year{fields.year},
                                           std::chrono::month{static_cast<unsigned>(fields.month)},
                                           std::chrono::day{static_cast<unsigned>(fields.day)}};

@@ -19,9 +19,8 @@ constexpr std::size_t longestText = 100;  // the longest date
 
 struct Token {
     enum class Kind { number, month, weekday, morning, afternoon, separator } kind;
-    int value = 0;           // a number, a month from 1
-    int digits = 0;          // of a number
-    char16_t separator = 0;  // one of : / - . ,
+    int value = 0;   // a number, a month from 1, a separator: one of : / - . ,
+    int digits = 0;  // of a number
 };
 using Kind = Token::Kind;
 
@@ -64,7 +63,7 @@ std::optional<std::vector<Token>> tokensOf(std::u16string_view text) {
         } else if (isNumberBlank(text[at])) {
             ++at;
         } else if (std::u16string_view(u":/-.,").find(text[at]) != std::u16string_view::npos) {
-            tokens.push_back({Kind::separator, 0, 0, text[at++]});
+            tokens.push_back({Kind::separator, text[at++]});
         } else {
             return std::nullopt;
         }
@@ -83,14 +82,13 @@ public:
         while (at_ < tokens_.size()) {
             if (startsTime() ? !readTime() : !readDay()) return std::nullopt;
         }
-        if (!hasTime_ && !hasDay_) return std::nullopt;
         return dateFromFields(fields_);
     }
 
 private:
     bool is(std::size_t at, Kind kind) const { return at < tokens_.size() && tokens_[at].kind == kind; }
     bool isSeparator(std::size_t at, char16_t separator) const {
-        return is(at, Kind::separator) && tokens_[at].separator == separator;
+        return is(at, Kind::separator) && tokens_[at].value == separator;
     }
     bool isMeridiem(std::size_t at) const { return is(at, Kind::morning) || is(at, Kind::afternoon); }
     // Between two numbers a point separates hours and minutes, too.
@@ -129,7 +127,7 @@ private:
         for (; at_ < tokens_.size() && !startsTime(); ++at_) {
             const Token& token = tokens_[at_];
             if (token.kind == Kind::separator) {
-                if (separated || token.separator == u':') return false;
+                if (separated || token.value == u':') return false;
                 separated = true;
                 continue;
             }

@@ -9,10 +9,6 @@ namespace velmor::automation {
 
 namespace {
 
-bool isAssignment(InvokeKind kind) noexcept {
-    return kind == InvokeKind::let || kind == InvokeKind::set;
-}
-
 void refuseMissing(std::span<const Variant> required) {
     for (std::size_t index = 0; index < required.size(); ++index) {
         if (required[index].isMissing()) throw ArgumentError(450, index);
@@ -36,7 +32,7 @@ Variant DispatchTable::invoke(Object& self, std::u16string_view name, InvokeKind
 DispatchTable::Found DispatchTable::resolve(std::u16string_view name, InvokeKind kind,
                                             std::span<const Variant> arguments) const {
     const std::u16string_view asked = name.empty() ? default_ : name;
-    const bool assigns = isAssignment(kind);
+    const bool assigns = kind == InvokeKind::let || kind == InvokeKind::set;
     if (assigns && arguments.empty()) throw Error(450);
     const std::size_t count = arguments.size() - (assigns ? 1 : 0);
     const Row* const row = find(asked, kind);
