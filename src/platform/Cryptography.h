@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -17,18 +16,13 @@ inline constexpr std::size_t cipherNonceSize = 12;
 inline constexpr std::size_t cipherTagSize = 16;
 
 // A secret that is erased from memory with this object.
-class CipherKey {
-public:
+struct CipherKey {
     CipherKey() = default;
     ~CipherKey();
     CipherKey(const CipherKey&) = delete;
     CipherKey& operator=(const CipherKey&) = delete;
 
-    std::array<std::uint8_t, 32>& bytes() noexcept { return bytes_; }
-    const std::array<std::uint8_t, 32>& bytes() const noexcept { return bytes_; }
-
-private:
-    std::array<std::uint8_t, 32> bytes_{};
+    std::array<std::uint8_t, 32> bytes{};
 };
 
 // Unpredictable bytes.
@@ -46,7 +40,10 @@ std::string seal(const CipherKey& key, std::string_view nonce, std::string_view 
 std::optional<std::string> unseal(const CipherKey& key, std::string_view nonce, std::string_view associated,
                                   std::string_view sealed);
 
-// For the two implementations. Raises 7 beyond the limit, 5 for a nonce of the wrong size.
-void requireSealable(std::string_view nonce, std::string_view plain);
+// What seal and unseal share, as each system does it: writes as many bytes as `source` has to `target`, and writes the
+// tag (cipherTagSize bytes) or compares it. False when it differs. The target is then worth nothing.
+enum class CipherStep { seal, unseal };
+bool applyCipher(CipherStep step, const CipherKey& key, std::string_view nonce, std::string_view associated,
+                 std::string_view source, char* target, char* tag);
 
 }  // namespace velmor::platform

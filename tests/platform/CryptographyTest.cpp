@@ -22,7 +22,7 @@ TEST(Cryptography, DerivesThePublishedKeys) {
     const auto derived = [](const char* password, const char* salt, std::uint32_t rounds) {
         CipherKey key;
         deriveKey(key, password, salt, rounds);
-        return std::string(key.bytes().begin(), key.bytes().end());
+        return std::string(key.bytes.begin(), key.bytes.end());
     };
     EXPECT_EQ(derived("passwd", "salt", 1),
               fromHex("55ac046e56e3089fec1691c22544b605f94185216dde0465e68b9d57c20dacbc"));
@@ -32,7 +32,7 @@ TEST(Cryptography, DerivesThePublishedKeys) {
 
 void setKey(CipherKey& key) {
     const std::string bytes = fromHex("feffe9928665731c6d6a8f9467308308feffe9928665731c6d6a8f9467308308");
-    std::copy(bytes.begin(), bytes.end(), key.bytes().begin());
+    std::copy(bytes.begin(), bytes.end(), key.bytes.begin());
 }
 
 const std::string nonce = fromHex("cafebabefacedbaddecaf888");
@@ -68,7 +68,7 @@ TEST(Cryptography, RefusesChangedData) {
     EXPECT_EQ(unseal(key, nonce, "other", sealed), std::nullopt);
     EXPECT_EQ(unseal(key, std::string(cipherNonceSize, 'n'), associated, sealed), std::nullopt);
     EXPECT_THROW(seal(key, "short", {}, plain), Error);
-    key.bytes()[31] ^= 1;
+    key.bytes[31] ^= 1;
     EXPECT_EQ(unseal(key, nonce, associated, sealed), std::nullopt);
 }
 

@@ -41,36 +41,19 @@ Algorithm openAlgorithm(const wchar_t* name, ULONG flags = 0) {
     return Algorithm(handle);
 }
 
-class GcmKey {
-public:
-    explicit GcmKey(const CipherKey& key) : algorithm_(openAlgorithm(BCRYPT_AES_ALGORITHM)) {
-        wchar_t mode[] = BCRYPT_CHAIN_MODE_GCM;
-        require(
-            BCryptSetProperty(algorithm_.get(), BCRYPT_CHAINING_MODE, reinterpret_cast<UCHAR*>(mode), sizeof mode, 0));
-        auto* const bytes = const_cast<UCHAR*>(key.bytes().data());  // only read
-        const auto size = static_cast<ULONG>(key.bytes().size());
-        require(BCryptGenerateSymmetricKey(algorithm_.get(), &handle_, nullptr, 0, bytes, size, 0));
-    }
-    ~GcmKey() { BCryptDestroyKey(handle_); }
-    GcmKey(const GcmKey&) = delete;
-    GcmKey& operator=(const GcmKey&) = delete;
-    BCRYPT_KEY_HANDLE get() const { return handle_; }
-
-private:
-    const Algorithm algorithm_;
-    BCRYPT_KEY_HANDLE handle_ = nullptr;
+struct DestroyKey {
+    void operator()(BCRYPT_KEY_HANDLE key) const { BCryptDestroyKey(key); }
 };
+using GcmKey = std::unique_ptr<void, DestroyKey>;
 
-BCRYPT_AUTHENTICATED_CIPHER_MODE_INFO authentication(std::string_view nonce, std::string_view associated, UCHAR* tag) {
-    BCRYPT_AUTHENTICATED_CIPHER_MODE_INFO info;
-    BCRYPT_INIT_AUTH_MODE_INFO(info);
-    info.pbNonce = raw(nonce);
-    info.cbNonce = sizeOf(nonce);
-    info.pbAuthData = raw(associated);
-    info.cbAuthData = sizeOf(associated);
-    info.pbTag = tag;
-    info.cbTag = static_cast<ULONG>(cipherTagSize);
-    return info;
+// The algorithm must outlive the key.
+GcmKey gcmKey(const Algorithm& aes, const CipherKey& key) {
+    wchar_t mode[] = BCRYPT_CHAIN_MODE_GCM;
+    require(BCryptSetProperty(aes.get(), BCRYPT_CHAINING_MODE, reinterpret_cast<UCHAR*>(mode), sizeof mode, 0));
+    auto* const bytes = const_cast<UCHAR*>(key.bytes.data());  // only read
+    BCRYPT_KEY_HANDLE handle = nullptr;
+    require(BCryptGenerateSymmetricKey(aes.get(), &handle, nullptr, 0, bytes, ULONG{sizeof key.bytes}, 0));
+    return GcmKey(handle);
 }
 
 }  // namespace
@@ -84,35 +67,28 @@ std::string randomBytes(std::size_t count) {
 void deriveKey(CipherKey& key, std::string_view password, std::string_view salt, std::uint32_t rounds) {
     const Algorithm hmac = openAlgorithm(BCRYPT_SHA256_ALGORITHM, BCRYPT_ALG_HANDLE_HMAC_FLAG);
     require(BCryptDeriveKeyPBKDF2(hmac.get(), raw(password), sizeOf(password), raw(salt), sizeOf(salt), rounds,
-                                  key.bytes().data(), static_cast<ULONG>(key.bytes().size()), 0));
+                                  key.bytes.data(), static_cast<ULONG>(key.bytes.size()), 0));
 }
 
-std::string seal(const CipherKey& key, std::string_view nonce, std::string_view associated, std::string_view plain) {
-    requireSealable(nonce, plain);
-    const GcmKey gcm(key);
-    std::string sealed(plain.size() + cipherTagSize, '\0');
-    auto info = authentication(nonce, associated, raw(sealed) + plain.size());
+bool applyCipher(CipherStep step, const CipherKey& key, std::string_view nonce, std::string_view associated,
+                 std::string_view source, char* target, char* tag) {
+    const Algorithm aes = openAlgorithm(BCRYPT_AES_ALGORITHM);
+    const GcmKey gcm = gcmKey(aes, key);
+    BCRYPT_AUTHENTICATED_CIPHER_MODE_INFO info;
+    BCRYPT_INIT_AUTH_MODE_INFO(info);
+    info.pbNonce = raw(nonce);
+    info.cbNonce = sizeOf(nonce);
+    info.pbAuthData = raw(associated);
+    info.cbAuthData = sizeOf(associated);
+    info.pbTag = reinterpret_cast<UCHAR*>(tag);
+    info.cbTag = static_cast<ULONG>(cipherTagSize);
     ULONG size = 0;
-    require(
-        BCryptEncrypt(gcm.get(), raw(plain), sizeOf(plain), &info, nullptr, 0, raw(sealed), sizeOf(plain), &size, 0));
-    return sealed;
-}
-
-std::optional<std::string> unseal(const CipherKey& key, std::string_view nonce, std::string_view associated,
-                                  std::string_view sealed) {
-    if (sealed.size() < cipherTagSize) return std::nullopt;
-    const std::string_view body = sealed.substr(0, sealed.size() - cipherTagSize);
-    requireSealable(nonce, body);
-    const GcmKey gcm(key);
-    std::string tag(sealed.substr(body.size()));
-    auto info = authentication(nonce, associated, raw(tag));
-    std::string plain(body.size(), '\0');
-    ULONG size = 0;
-    const NTSTATUS status =
-        BCryptDecrypt(gcm.get(), raw(body), sizeOf(body), &info, nullptr, 0, raw(plain), sizeOf(body), &size, 0);
-    if (status == tagMismatch) return std::nullopt;
+    const auto apply = step == CipherStep::seal ? &BCryptEncrypt : &BCryptDecrypt;
+    const NTSTATUS status = apply(gcm.get(), raw(source), sizeOf(source), &info, nullptr, 0,
+                                  reinterpret_cast<UCHAR*>(target), sizeOf(source), &size, 0);
+    if (status == tagMismatch) return false;
     require(status);
-    return plain;
+    return true;
 }
 
 }  // namespace velmor::platform
