@@ -11,32 +11,6 @@
 
 namespace velmor::com {
 
-// What hosts call the members of a table by.
-class TableNames final : public platform::MemberNames {
-public:
-    explicit TableNames(const automation::DispatchTable& members) noexcept : members_(members) {}
-
-    DISPID identifierOf(std::u16string_view name) override {
-        const auto* const row = members_.find(name);
-        return row ? row->id : DISPID_UNKNOWN;
-    }
-    DISPID parameterOf(DISPID member, std::u16string_view name) const override {
-        return members_.parameter(member, name);
-    }
-    bool hasParameter(DISPID member, DISPID position) const override {
-        const auto* const row = members_.findId(member);
-        return row && position >= 0 && position < row->maximum;
-    }
-    std::u16string_view nameOf(DISPID member) const override {
-        const auto* const row = members_.findId(member);
-        if (!row) automation::raiseNoSuchMember({});
-        return row->name;
-    }
-
-private:
-    const automation::DispatchTable& members_;
-};
-
 // The face of a core object: keeps it alive, and is the only one that it has. Its members are those of the class's
 // table, late-bound, and of the dual interface. Derived classes translate members, and have no rule of their own.
 template <class Interface, class Core, const automation::DispatchTable& (*memberTable)(), const CLSID& classId>
@@ -86,9 +60,21 @@ protected:
 private:
     using Base = platform::Face<Interface>;
 
-    platform::MemberNames& members() noexcept override {
-        static TableNames names(memberTable());
-        return names;
+    DISPID identifierOf(std::u16string_view name) final {
+        const auto* const row = memberTable().find(name);
+        return row ? row->id : DISPID_UNKNOWN;
+    }
+    DISPID parameterOf(DISPID member, std::u16string_view name) const final {
+        return memberTable().parameter(member, name);
+    }
+    bool hasParameter(DISPID member, DISPID position) const final {
+        const auto* const row = memberTable().findId(member);
+        return row && position >= 0 && position < row->maximum;
+    }
+    std::u16string_view nameOf(DISPID member) const final {
+        const auto* const row = memberTable().findId(member);
+        if (!row) automation::raiseNoSuchMember({});
+        return row->name;
     }
 };
 

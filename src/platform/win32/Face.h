@@ -11,9 +11,12 @@
 
 namespace velmor::platform {
 
-// What every object of ours shows outside: its one identity, late binding, and the name of its class.
+// What every object of ours shows outside: its one identity, late binding, and the name of its class. A derived class
+// tells the names of its members.
 template <class Interface>
-class Face : public com::ComObject<Interface, ISupportErrorInfo, IProvideClassInfo>, public RegisteredFace {
+class Face : public com::ComObject<Interface, ISupportErrorInfo, IProvideClassInfo>,
+             public RegisteredFace,
+             protected MemberNames {
 public:
     IDispatch* identity() noexcept final { return static_cast<Interface*>(this); }
     bool addReferenceIfAlive() noexcept final { return this->references_.addIfAlive(); }
@@ -39,21 +42,18 @@ public:
         return info ? DISP_E_BADINDEX : E_POINTER;
     }
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) noexcept override {
-        return findNames(members(), names, count, ids);
+        return findNames(*this, names, count, ids);
     }
     // The object and its face live to the call's end, whatever handlers and the host's objects release meanwhile.
     HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result,
                                      EXCEPINFO* exception, UINT* faulty) noexcept override {
         const ComPtr<Interface> alive(this);
-        return invokeLate(*core(), members(), {id, flags, arguments, result, exception, faulty});
+        return invokeLate(*core(), *this, {id, flags, arguments, result, exception, faulty});
     }
 
     HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID id) noexcept override {
         return IsEqualIID(id, __uuidof(Interface)) || IsEqualIID(id, IID_IDispatch) ? S_OK : S_FALSE;
     }
-
-protected:
-    virtual MemberNames& members() noexcept = 0;
 
 private:
     using Base = com::ComObject<Interface, ISupportErrorInfo, IProvideClassInfo>;

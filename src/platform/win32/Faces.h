@@ -47,6 +47,6 @@ automation::ObjectRef wrapForeign(IDispatch* dispatch);
 IDispatch* foreignOf(const automation::ObjectRef& object);
 
 // Serves any Object as IDispatch with identifiers given out on demand; the same adapter as long as
-// one lives. With a reference for the caller. (GenericAdapter.cpp)
+// one lives. With a reference for the caller; the object is not null. (GenericAdapter.cpp)
 IDispatch* adapterOf(const automation::ObjectRef& object);
 }  // namespace velmor::platform

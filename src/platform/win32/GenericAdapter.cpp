@@ -13,31 +13,8 @@
 namespace velmor::platform {
 namespace {
 
-// Identifiers that are given out on demand, 1, 2, ...: the object answers for its members only when it is called. 0 is
-// the default member's. The names of parameters are not known.
-class NamesOnDemand final : public MemberNames {
-public:
-    DISPID identifierOf(std::u16string_view name) override {
-        std::u16string key = lowerCase(name);
-        if (const auto known = identifiers_.find(key); known != identifiers_.end()) return known->second;
-        names_.emplace_back(name);
-        return identifiers_.emplace(std::move(key), static_cast<DISPID>(names_.size())).first->second;
-    }
-    DISPID parameterOf(DISPID, std::u16string_view) const override { return DISPID_UNKNOWN; }
-    bool hasParameter(DISPID, DISPID) const override { return false; }
-    std::u16string_view nameOf(DISPID member) const override {
-        if (member == DISPID_VALUE) return {};
-        if (member == DISPID_NEWENUM) return u"NewEnum";
-        if (member < 1 || static_cast<std::size_t>(member) > names_.size()) automation::raiseNoSuchMember({});
-        return names_[static_cast<std::size_t>(member) - 1];
-    }
-
-private:
-    std::unordered_map<std::u16string, DISPID> identifiers_;  // by lower-case name
-    std::vector<std::u16string> names_;                       // by identifier, less 1
-};
-
-// Of its class it tells the name.
+// Identifiers are given out on demand, 1, 2, ...: the object answers for its members only when it is called. 0 is the
+// default member's. The names of parameters are not known. Of its class it tells the name.
 class GenericAdapter final : public Face<IDispatch> {
 public:
     explicit GenericAdapter(automation::ObjectRef object) : object_(std::move(object)) {}
@@ -58,16 +35,29 @@ public:
     }
 
 private:
-    MemberNames& members() noexcept override { return names_; }
+    DISPID identifierOf(std::u16string_view name) override {
+        std::u16string key = lowerCase(name);
+        if (const auto known = identifiers_.find(key); known != identifiers_.end()) return known->second;
+        names_.emplace_back(name);
+        return identifiers_.emplace(std::move(key), static_cast<DISPID>(names_.size())).first->second;
+    }
+    DISPID parameterOf(DISPID, std::u16string_view) const override { return DISPID_UNKNOWN; }
+    bool hasParameter(DISPID, DISPID) const override { return false; }
+    std::u16string_view nameOf(DISPID member) const override {
+        if (member == DISPID_VALUE) return {};
+        if (member == DISPID_NEWENUM) return u"NewEnum";
+        if (member < 1 || static_cast<std::size_t>(member) > names_.size()) automation::raiseNoSuchMember({});
+        return names_[static_cast<std::size_t>(member) - 1];
+    }
 
     automation::ObjectRef object_;
-    NamesOnDemand names_;
+    std::unordered_map<std::u16string, DISPID> identifiers_;  // by lower-case name
+    std::vector<std::u16string> names_;                       // by identifier, less 1
 };
 
 }  // namespace
 
 IDispatch* adapterOf(const automation::ObjectRef& object) {
-    if (!object) return nullptr;
     return liveFaceOf(*object, [&] { return std::make_unique<GenericAdapter>(object); });
 }
 
