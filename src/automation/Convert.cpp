@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "automation/PlatformConversions.h"
+#include "text/Characters.h"
 #include "text/Compare.h"
 #include "text/Error.h"
 
@@ -19,10 +20,9 @@ bool isConvertible(const Variant& value) {
 }
 
 bool isTrueWord(std::u16string_view text) {
-    while (!text.empty() && text.front() == u' ') text.remove_prefix(1);
-    while (!text.empty() && text.back() == u' ') text.remove_suffix(1);
     constexpr std::u16string_view words[] = {u"true", u"yes", u"y", u"t", u"on"};
-    return std::ranges::any_of(words, [&](std::u16string_view word) { return equalIgnoringCase(text, word); });
+    const std::u16string_view bare = trimmed(text, u" ");
+    return std::ranges::any_of(words, [&](std::u16string_view word) { return equalIgnoringCase(bare, word); });
 }
 
 }  // namespace

@@ -31,10 +31,6 @@ const RegistryTree::Key* RegistryTree::find(std::u16string_view key) const {
     return place == keys_.end() ? nullptr : &place->second;
 }
 
-void RegistryTree::addKey(std::u16string_view key) {
-    keyAt(key);
-}
-
 void RegistryTree::set(std::u16string_view key, std::u16string_view name, std::u16string_view value) {
     const Value added{++valuesSet_, std::u16string(name), {}};
     keyAt(key).values.try_emplace(lowerCase(name), added).first->second.text = value;

@@ -16,7 +16,7 @@ namespace velmor::platform {
 // exist with it. Nothing is recursive, and a path of n units costs O(n) memory.
 class RegistryTree : public Registry {
 public:
-    void addKey(std::u16string_view key);
+    void addKey(std::u16string_view key) { keyAt(key); }
     void set(std::u16string_view key, std::u16string_view name, std::u16string_view value);
     void removeValue(std::u16string_view key, std::u16string_view name);
     void removeKey(std::u16string_view key);  // with everything below it

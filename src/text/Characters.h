@@ -1,5 +1,8 @@
 #pragma once
 
+#include <algorithm>
+#include <string_view>
+
 namespace velmor {
 
 // Kinds of single UTF-16 code units. Letters and digits are those of ASCII.
@@ -30,6 +33,12 @@ constexpr int hexadecimalDigit(char16_t unit) noexcept {
     if (isDigit(unit)) return unit - u'0';
     const auto lower = static_cast<char16_t>(unit | 0x20);
     return lower >= u'a' && lower <= u'f' ? lower - u'a' + 10 : -1;
+}
+
+// The text without these characters at its start and at its end.
+constexpr std::u16string_view trimmed(std::u16string_view text, std::u16string_view characters) noexcept {
+    text.remove_prefix(std::min(text.find_first_not_of(characters), text.size()));
+    return text.substr(0, text.find_last_not_of(characters) + 1);
 }
 
 }  // namespace velmor
