@@ -60,9 +60,7 @@ public:
     automation::Variant invoke(std::u16string_view name, automation::InvokeKind kind,
                                std::span<automation::Variant> arguments) override {
         const bool reads = kind == automation::InvokeKind::get || kind == automation::InvokeKind::method;
-        if (!reads || !equalIgnoringCase(name, u"Type")) {
-            automation::raiseNoSuchMember(name);
-        }
+        if (!reads || !equalIgnoringCase(name, u"Type")) automation::raiseNoSuchMember(name);
         if (!arguments.empty()) throw Error(450);
         return static_cast<std::int16_t>(type_);
     }

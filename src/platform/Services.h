@@ -1,8 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -52,9 +50,9 @@ public:
     virtual std::optional<std::string> read(std::u16string_view path) const = 0;
     // Replaces the file whole or not at all (a temporary file beside it, then a rename); a
     // read-only file (Linux: one that the caller or nobody may write to) is not replaced.
-    virtual bool write(std::u16string_view path, std::string_view bytes) = 0;
+    virtual bool write(std::u16string_view path, std::string_view bytes);
     // The same for bytes that are not held as a whole; null on failure, and for files that cannot be written so.
-    virtual std::unique_ptr<FileWriter> writer(std::u16string_view path);
+    virtual std::unique_ptr<FileWriter> writer(std::u16string_view) { return nullptr; }
     // Makes an empty file in one step; false when there is one of that name, or on failure.
     virtual bool create(std::u16string_view path) { return !exists(path) && write(path, {}); }
     virtual bool append(std::u16string_view path, std::string_view bytes) = 0;  // makes the file

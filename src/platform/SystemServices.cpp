@@ -1,14 +1,13 @@
 #include "platform/SystemServices.h"
 
 #include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <utility>
 
 #include "platform/Cryptography.h"
-#include "platform/GuidText.h"
 #include "platform/Machine.h"
 #include "platform/RegistryFile.h"
-#include "text/Encoding.h"
 #include "text/Error.h"
 
 namespace velmor::platform {
@@ -64,8 +63,9 @@ std::u16string folderOf(const std::u16string& path) {
 
 }  // namespace
 
-std::unique_ptr<FileWriter> Files::writer(std::u16string_view) {
-    return nullptr;
+bool Files::write(std::u16string_view path, std::string_view bytes) {
+    const auto writer = this->writer(path);
+    return writer && writer->write(bytes) && writer->finish();
 }
 
 struct SystemServices::Parts {
@@ -119,6 +119,17 @@ Services& SystemServices::services() {
 
 const std::vector<std::u16string>& SystemServices::warnings() const {
     return parts_->warnings;
+}
+
+std::u16string guidText(std::string_view bytes) {
+    constexpr std::u16string_view digits = u"0123456789ABCDEF";
+    std::u16string text = u"{";
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (i == 4 || i == 6 || i == 8 || i == 10) text += u'-';
+        text += digits[static_cast<std::uint8_t>(bytes[i]) >> 4];
+        text += digits[bytes[i] & 15];
+    }
+    return text + u'}';
 }
 
 void requireClassName(std::u16string_view className) {

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Services.h"
@@ -50,6 +51,9 @@ private:
 
 // The system's message for the last failure of the machine's services on this thread.
 std::string lastSystemError();
+
+// "{XXXXXXXX-XXXX-XXXX-XXXX-XXXXXXXXXXXX}", upper case, of 16 bytes in written order.
+std::u16string guidText(std::string_view bytes);
 
 // One for the whole program with the usual places, made by the first call and never destroyed.
 Services& systemServices();

@@ -23,7 +23,6 @@ using handler::detail::lent;
 using handler::detail::viewOf;
 
 constexpr std::int32_t outOfMemory = 7;
-constexpr std::int32_t automationError = 440;
 
 extern const VelmorObjectFunctions objectFunctions;
 

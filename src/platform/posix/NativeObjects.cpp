@@ -1,7 +1,6 @@
 #include <dlfcn.h>
 
 #include <exception>
-#include <filesystem>
 #include <utility>
 
 #include "platform/Machine.h"
@@ -18,24 +17,14 @@ namespace {
 constexpr std::u16string_view classes = u"SOFTWARE\\Classes\\";
 constexpr std::u16string_view windowsEnding = u".dll";
 
-std::u16string fileNameOf(std::u16string_view path) {
-    const std::size_t separator = path.find_last_of(u"\\/");
-    return std::u16string(separator == path.npos ? path : path.substr(separator + 1));
-}
-
 // The possible file names of a library.
 std::vector<std::u16string> namesFor(std::u16string_view registered) {
-    const std::u16string name = fileNameOf(registered);
+    const std::u16string name(registered.substr(registered.find_last_of(u"\\/") + 1));
     if (name.size() <= windowsEnding.size()) return {name};
     const std::size_t stemLength = name.size() - windowsEnding.size();
     if (!equalIgnoringCase(std::u16string_view(name).substr(stemLength), windowsEnding)) return {name};
     const std::u16string stem = name.substr(0, stemLength) + u".so";
     return {stem, u"lib" + stem};
-}
-
-bool isFile(const std::optional<std::string>& path) {
-    std::error_code failure;
-    return path && std::filesystem::is_regular_file(*path, failure);
 }
 
 std::u16string_view reasonFor(int outcome) {
@@ -117,7 +106,7 @@ private:
     std::string findLibrary(std::u16string_view registered) const {
         if (registered.starts_with(u'/')) {
             const auto path = pathToRead(registered);
-            if (isFile(path)) return *path;
+            if (path && isRegularFile(*path)) return *path;
         }
         for (const std::u16string& folder : folders_) {
             // A relative path is tried as a whole first, so that a library may be in a subfolder.
@@ -125,7 +114,7 @@ private:
             if (!registered.starts_with(u'/')) names.insert(names.begin(), std::u16string(registered));
             for (const std::u16string& name : names) {
                 const auto path = pathToRead(folder + u"/" + name);
-                if (isFile(path) && !path->ends_with(".dll")) return *path;
+                if (path && isRegularFile(*path) && !path->ends_with(".dll")) return *path;
             }
         }
         return {};

@@ -37,11 +37,6 @@ private:
     int number_;
 };
 
-bool isRegular(const std::string& path) {
-    struct stat status;
-    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
-}
-
 bool writeAll(int descriptor, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
@@ -191,7 +186,7 @@ class PosixFiles : public Files {
 public:
     bool exists(std::u16string_view path) const override {
         const auto native = pathToRead(path);
-        return native && isRegular(*native);
+        return native && isRegularFile(*native);
     }
 
     std::optional<std::string> read(std::u16string_view path) const override {
@@ -210,8 +205,7 @@ public:
     // written to directly. Signals that end the program wait until a regular file is written.
     bool write(std::u16string_view path, std::string_view bytes) override {
         const SignalHold hold;
-        const auto writer = this->writer(path);
-        return writer && writer->write(bytes) && writer->finish();
+        return Files::write(path, bytes);
     }
 
     // Here no signal waits: one that ends the program leaves the temporary file.
@@ -221,7 +215,7 @@ public:
         const auto [target, descriptor] = followLinks(*native);
         if (descriptor >= 0) return opened(fcntl(descriptor, F_DUPFD_CLOEXEC, 0));
         if (isReadOnly(target)) return nullptr;
-        if (!pathExists(target) || isRegular(target)) return opened(target);
+        if (!pathExists(target) || isRegularFile(target)) return opened(target);
         return opened(open(target.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
     }
 

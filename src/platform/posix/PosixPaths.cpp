@@ -51,6 +51,11 @@ bool pathExists(const fs::path& path) {
     return fs::exists(path, failure);
 }
 
+bool isRegularFile(const fs::path& path) {
+    std::error_code failure;
+    return fs::is_regular_file(path, failure);
+}
+
 std::optional<std::string> pathToRead(std::u16string_view path) {
     return nativePath(path, inExistingSpelling);
 }

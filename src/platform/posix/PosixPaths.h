@@ -16,5 +16,6 @@ std::optional<std::string> pathToRead(std::u16string_view path);
 std::optional<std::string> pathToChange(std::u16string_view path);
 
 bool pathExists(const std::filesystem::path& path);
+bool isRegularFile(const std::filesystem::path& path);
 
 }  // namespace velmor::platform

@@ -66,10 +66,6 @@ bool isDevice(const std::wstring& path) {
     return file && !file.isOnDisk();
 }
 
-std::wstring nameBeside(const std::wstring& path, int attempt) {
-    return path + L"." + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(attempt) + L".tmp";
-}
-
 // While it is set, the system removes the file at the end of the program, however it ends.
 bool removeWhenClosed(const File& file, bool set) {
     FILE_DISPOSITION_INFO disposition{};
@@ -78,9 +74,11 @@ bool removeWhenClosed(const File& file, bool set) {
 }
 
 std::wstring freeNameBeside(const std::wstring& path) {
-    int attempt = 0;
-    while (attempt < 100 && GetFileAttributesW(nameBeside(path, attempt).c_str()) != INVALID_FILE_ATTRIBUTES) ++attempt;
-    return nameBeside(path, attempt);
+    const std::wstring stem = path + L"." + std::to_wstring(GetCurrentProcessId()) + L"-";
+    for (int attempt = 0;; ++attempt) {
+        std::wstring name = stem + std::to_wstring(attempt) + L".tmp";
+        if (attempt == 100 || GetFileAttributesW(name.c_str()) == INVALID_FILE_ATTRIBUTES) return name;
+    }
 }
 
 // To a device, or to a file: a new one in the same folder takes the name when everything is on the disk.
@@ -125,10 +123,6 @@ bool hasAttribute(const std::wstring& path, DWORD attribute) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & attribute) != 0;
 }
 
-bool isFolder(const std::wstring& path) {
-    return hasAttribute(path, FILE_ATTRIBUTE_DIRECTORY);
-}
-
 // Not every system refuses to rename over one.
 bool isReadOnly(const std::wstring& path) {
     const bool refused = hasAttribute(path, FILE_ATTRIBUTE_READONLY);
@@ -152,15 +146,10 @@ public:
         return file.readAll(bytes) ? std::optional(std::move(bytes)) : std::nullopt;
     }
 
-    bool write(std::u16string_view path, std::string_view bytes) override {
-        const auto writer = this->writer(path);
-        return writer && writer->write(bytes) && writer->finish();
-    }
-
     // A device (NUL, CON) is written to directly.
     std::unique_ptr<FileWriter> writer(std::u16string_view path) override {
         const std::wstring native = nativePath(path);
-        if (native.empty() || isFolder(native) || isReadOnly(native)) return nullptr;
+        if (native.empty() || hasAttribute(native, FILE_ATTRIBUTE_DIRECTORY) || isReadOnly(native)) return nullptr;
         auto writer = std::make_unique<SystemWriter>(native, isDevice(native));
         return *writer ? std::move(writer) : nullptr;
     }

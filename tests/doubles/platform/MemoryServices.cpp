@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "automation/Convert.h"
-#include "platform/GuidText.h"
 #include "platform/Machine.h"
+#include "platform/SystemServices.h"
 #include "text/Compare.h"
 #include "text/Error.h"
 
