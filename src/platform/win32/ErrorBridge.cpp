@@ -40,12 +40,8 @@ Raised describeException() {
 
 }  // namespace
 
-Raised raisedNow() noexcept {
-    try {
-        return describeException();
-    } catch (...) {
-        return {E_OUTOFMEMORY, {}, {}};
-    }
+Raised raisedNow() noexcept try { return describeException(); } catch (...) {
+    return {E_OUTOFMEMORY, {}, {}};
 }
 
 Error errorOf(HRESULT result, EXCEPINFO* exception) {

@@ -116,11 +116,6 @@ ComPtr<ITypeInfo> withMembers(ComPtr<ITypeInfo> types) {
     return members;
 }
 
-struct FreeDescription {
-    ITypeInfo& types;
-    void operator()(FUNCDESC* description) const { types.ReleaseFuncDesc(description); }
-};
-
 // A foreign automation object, called late-bound.
 //
 // Arguments are passed by the object's type information: a parameter by reference gets a reference of its own
@@ -190,17 +185,18 @@ private:
 
     const Parameters* parametersOf(DISPID id) {
         if (const auto known = parameters_.find(id); known != parameters_.end()) return &known->second;
-        if (!typesRead_) {
+        if (!types_) {
             ComPtr<ITypeInfo> types;
             dispatch_->GetTypeInfo(0, LOCALE_USER_DEFAULT, types.put());
             types_ = withMembers(std::move(types));
-            typesRead_ = true;
         }
-        if (!types_) return nullptr;
+        ITypeInfo* const types = types_->get();
+        if (types == nullptr) return nullptr;
+        const auto release = [types](FUNCDESC* description) { types->ReleaseFuncDesc(description); };
         for (UINT i = 0;; ++i) {
             FUNCDESC* found = nullptr;
-            if (FAILED(types_->GetFuncDesc(i, &found))) return nullptr;
-            const std::unique_ptr<FUNCDESC, FreeDescription> description(found, {*types_.get()});
+            if (FAILED(types->GetFuncDesc(i, &found))) return nullptr;
+            const std::unique_ptr<FUNCDESC, decltype(release)> description(found, release);
             const bool reads = description->invkind == INVOKE_FUNC || description->invkind == INVOKE_PROPERTYGET;
             if (description->memid != id || !reads) continue;
             Parameters& parameters = parameters_[id];
@@ -214,8 +210,7 @@ private:
     ComPtr<IDispatch> dispatch_;
     std::unordered_map<std::u16string, DISPID> identifiers_;  // by requested name
     std::unordered_map<DISPID, Parameters> parameters_;
-    bool typesRead_ = false;
-    ComPtr<ITypeInfo> types_;
+    std::optional<ComPtr<ITypeInfo>> types_;  // once asked for
 };
 
 }  // namespace

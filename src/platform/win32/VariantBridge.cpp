@@ -27,10 +27,6 @@ T load(const void* data) noexcept {
     return value;
 }
 
-automation::Decimal decimalOf(const DECIMAL& source) noexcept {
-    return {source.Hi32, source.Lo64, source.scale, (source.sign & DECIMAL_NEG) != 0};
-}
-
 Variant objectFor(IUnknown* unknown) {
     ComPtr<IUnknown> held(unknown);
     const auto dispatch = held.as<IDispatch>(IID_IDispatch);
@@ -66,7 +62,10 @@ Variant read(VARTYPE type, const void* data) {
     if (type == VT_ERROR) return automation::ErrorCode{load<std::int32_t>(data)};
     if (type == VT_BOOL) return load<VARIANT_BOOL>(data) != VARIANT_FALSE;
     if (type == VT_UNKNOWN) return objectFor(load<IUnknown*>(data));
-    if (type == VT_DECIMAL) return decimalOf(load<DECIMAL>(data));
+    if (type == VT_DECIMAL) {
+        const auto source = load<DECIMAL>(data);
+        return automation::Decimal{source.Hi32, source.Lo64, source.scale, (source.sign & DECIMAL_NEG) != 0};
+    }
     if (type == VT_UI1) return load<std::uint8_t>(data);
     return widened(type, data);
 }
@@ -152,8 +151,8 @@ VARIANT& variableOf(VARIANT& argument) noexcept {
 
 HRESULT assignReference(VARIANT& argument, const Variant& value) {
     VARIANT& variable = variableOf(argument);
-    if (V_ISBYREF(&variable) && V_BYREF(&variable) == nullptr) return DISP_E_TYPEMISMATCH;
-    if (!V_ISBYREF(&argument)) return DISP_E_TYPEMISMATCH;
+    const bool isNull = V_ISBYREF(&variable) && V_BYREF(&variable) == nullptr;
+    if (isNull || !V_ISBYREF(&argument)) return DISP_E_TYPEMISMATCH;
     if (!V_ISBYREF(&variable) || V_VT(&variable) == variantReference) {
         const ScopedVariant former(std::exchange(variable, toVariant(value).detach()));
         return S_OK;
