@@ -12,7 +12,7 @@
 #include "core/TagContext.h"
 #include "direct/DirectOwner.h"
 #include "platform/Services.h"
-#include "text/ResultSource.h"
+#include "text/privStrCat.h"
 
 namespace velmor {
 
@@ -21,7 +21,6 @@ class Evaluation;
 class kvDirectTag;
 class kvTags;
 class privProperties;
-class privStrCat;
 struct CleanOptions;
 struct TopLevelTags;
 
@@ -127,7 +126,7 @@ public:
                                std::span<automation::Variant> arguments) override;
     std::u16string typeName() const override { return u"kvTag"; }
 
-    // --- text/ResultSource.h ---
+    // --- ResultSource (text/privStrCat.h) ---
 
     // The result without a copy; stays as it is when the tag goes on to another value.
     std::shared_ptr<const privStrCat> resultBuilder() override;

@@ -2,14 +2,24 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "text/Compare.h"
-#include "text/ResultSource.h"
 
 namespace velmor {
+
+class privStrCat;
+
+// What privStrCat::InsertTagResult reads of a tag. The builder's length and the text must agree.
+class ResultSource {
+public:
+    virtual ~ResultSource() = default;
+    virtual std::shared_ptr<const privStrCat> resultBuilder() = 0;  // evaluates first if need be
+    virtual std::u16string result() = 0;
+};
 
 // The string builder in which every long text is assembled and edited in place.
 //
@@ -54,7 +64,9 @@ public:
     void PrependVal(std::u16string psString) noexcept { Prepend(psString); }
     // Appends first, then prepends.
     void Surround(std::u16string_view psPrepend, std::u16string_view psAppend) noexcept;
-    void SurroundVal(const std::u16string& psPrepend, const std::u16string& psAppend) noexcept;
+    void SurroundVal(const std::u16string& psPrepend, const std::u16string& psAppend) noexcept {
+        Surround(psPrepend, psAppend);
+    }
 
     void ReturnStr(std::u16string& psReturn) const noexcept;
     std::u16string ReturnVal() const noexcept;
@@ -118,11 +130,11 @@ public:
     std::u16string RightStr(std::int32_t plLength) const;
     // All but the last plLength characters. A negative plLength takes as many of the spare tail.
     std::u16string LeftStrLessBy(std::int32_t plLength) const;
-    std::u16string LCaseStr() const;
-    std::u16string UCaseStr() const;
-    std::u16string TrimStr() const;
-    std::u16string TrimLeftStr() const;
-    std::u16string TrimRightStr() const;
+    std::u16string LCaseStr() const { return inCase(lowerCase); }
+    std::u16string UCaseStr() const { return inCase(upperCase); }
+    std::u16string TrimStr() const { return trimmed(true, true); }
+    std::u16string TrimLeftStr() const { return trimmed(true, false); }
+    std::u16string TrimRightStr() const { return trimmed(false, true); }
 
     // ---- Editing.
 
@@ -211,6 +223,8 @@ private:
     // Of content and tail; index <= length_.
     std::u16string bufferCopy(std::size_t index, std::size_t count) const;
     std::u16string part(std::int32_t start, std::int32_t count) const;  // its copy from a position
+    std::u16string inCase(std::u16string (*map)(std::u16string_view)) const;
+    std::u16string trimmed(bool atStart, bool atEnd) const;  // without blanks there
     std::int32_t replaceAll(std::u16string_view sought, std::u16string_view replacement, std::size_t from,
                             std::int32_t limit, Comparison comparison);
     void takeSwept(std::u16string& swept, std::size_t removed, std::int32_t hits);

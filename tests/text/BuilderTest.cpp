@@ -6,7 +6,6 @@
 #include "Random.h"
 #include "text/Encoding.h"
 #include "text/Error.h"
-#include "text/ResultSource.h"
 #include "text/privStrCat.h"
 
 namespace velmor::test {
