@@ -1,7 +1,6 @@
 #include "text/Encoding.h"
 
 #include <algorithm>
-#include <array>
 #include <bitset>
 #include <cstring>
 #include <type_traits>

@@ -5,16 +5,9 @@
 
 namespace velmor {
 
-// True when an odd run of backslashes ends just before the 0-based index: the character there is
-// escaped. Costs the length of the run.
-inline bool isEscaped(std::u16string_view text, std::size_t index) noexcept {
-    std::size_t run = 0;
-    while (run < index && text[index - 1 - run] == u'\\') ++run;
-    return run % 2 == 1;
-}
-
-// isEscaped for ascending indexes of one text, which does not change before the last of them. A run is walked once,
-// so a whole sweep costs no more than the text, backslashes throughout included.
+// Whether the character at a 0-based index is escaped: an odd run of backslashes ends just before it. For ascending
+// indexes of one text, which does not change before the last of them. A run is walked once, so a whole sweep costs no
+// more than the text, backslashes throughout included.
 class EscapeScan {
 public:
     bool isEscaped(std::u16string_view text, std::size_t index) noexcept {
@@ -29,5 +22,10 @@ private:
     std::size_t asked_ = 0;  // the last index asked for,
     std::size_t run_ = 0;    // and the backslashes just before it
 };
+
+// The same for one index. Costs the length of the run.
+inline bool isEscaped(std::u16string_view text, std::size_t index) noexcept {
+    return EscapeScan().isEscaped(text, index);
+}
 
 }  // namespace velmor

@@ -26,12 +26,12 @@ char16_t folded(char16_t unit) noexcept {
 constexpr std::u16string_view commonUnits =
     u"\\0fre latdins2c1bpo{}3h548u6g7m9w;xvTy'-*Nq.AR?kCE:SFLzDjBMHPWI></)GU(O,=VK\"YJ~_#ZX%$!Q&+@^[]`|\r\n";
 
-constexpr std::array<std::uint8_t, 128> rarityTable() {
+constexpr auto rarityOf = [] {
     std::array<std::uint8_t, 128> table{};
-    for (std::uint8_t& rarity : table) rarity = 128;
+    table.fill(128);
     for (std::size_t i = 0; i < commonUnits.size(); ++i) table[commonUnits[i]] = static_cast<std::uint8_t>(i);
     return table;
-}
+}();
 
 // One unit of the sought text. It matches where (unit | mask) == value.
 struct Anchor {
@@ -93,8 +93,6 @@ private:
         return any != 0;
     }
 
-    static constexpr std::array<std::uint8_t, 128> rarityOf = rarityTable();
-
     Anchor first_;
     Anchor second_;
     bool usable_ = false;
@@ -105,17 +103,6 @@ bool standsAt(std::u16string_view sought, const char16_t* place) noexcept {
     return std::equal(sought.begin(), sought.end(), place,
                       [](char16_t a, char16_t b) { return a == b || (ignoresCase && foldUnit(a) == foldUnit(b)); });
 }
-
-// Once comparisons cost several times the distance covered, the two-way search takes over.
-class Budget {
-public:
-    explicit Budget(std::size_t soughtSize) noexcept : each_(soughtSize) {}
-    bool isSpent(std::size_t distance) noexcept { return (spent_ += each_) > 4096 + 8 * distance; }
-
-private:
-    std::size_t each_;
-    std::size_t spent_ = 0;
-};
 
 // ---- The two-way search
 
@@ -203,13 +190,15 @@ std::size_t findForward(std::u16string_view text, std::u16string_view sought, st
     };
     const Filter<ignoresCase> filter(sought);
     if (!filter.usable()) return thorough(start);
-    Budget budget(sought.size());
+    std::size_t compared = 0;
     const std::size_t end = text.size() - sought.size() + 1;
     for (std::size_t place = start;; ++place) {
         place += filter.next(text.data() + place, end - place);
         if (place == end) return npos;
         if (standsAt<ignoresCase>(sought, text.data() + place)) return place;
-        if (budget.isSpent(place - start)) return thorough(place + 1);
+        compared += sought.size();
+        // The comparisons cost several times the distance covered.
+        if (compared > 4096 + 8 * (place - start)) return thorough(place + 1);
     }
 }
 
