@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "cli/Streams.h"
-#include "common/Hexadecimal.h"
+#include "common/ByteText.h"
 #include "text/Characters.h"
 #include "text/Encoding.h"
 

@@ -10,7 +10,7 @@
 #include <type_traits>
 
 #include "automation/Variant.h"
-#include "common/Base64.h"
+#include "common/ByteText.h"
 #include "text/Encoding.h"
 #include "text/OneLine.h"
 

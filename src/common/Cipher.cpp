@@ -1,6 +1,6 @@
 #include "common/Cipher.h"
 
-#include "common/Base64.h"
+#include "common/ByteText.h"
 #include "common/Limits.h"
 #include "platform/Cryptography.h"
 #include "text/Encoding.h"

@@ -61,17 +61,13 @@ std::string encodeRtf(std::u16string_view text, PlaceShifts* shifts) {
     return bytes;
 }
 
-[[noreturn]] void refuseCharacter(std::u16string_view text, std::size_t index) {
-    const bool pair = isHighSurrogate(text[index]) && index + 1 < text.size();
-    const std::u16string character(text.substr(index, pair ? 2 : 1));
-    throw Error(5, u"The text contains '" + character + u"' (position " + fromUtf8(std::to_string(index + 1)) +
-                       u"), which the ANSI code page lacks");
-}
-
 std::string encodePlain(std::u16string_view text) {
     const std::size_t lost = findLost(text, 0);
-    if (lost < text.size()) refuseCharacter(text, lost);
-    return toAnsi(text);
+    if (lost == text.size()) return toAnsi(text);
+    const bool pair = isHighSurrogate(text[lost]) && lost + 1 < text.size();
+    const std::u16string character(text.substr(lost, pair ? 2 : 1));
+    throw Error(5, u"The text contains '" + character + u"' (position " + fromUtf8(std::to_string(lost + 1)) +
+                       u"), which the ANSI code page lacks");
 }
 
 std::string encodeUtf16(std::u16string_view text, bool bigEndian) {

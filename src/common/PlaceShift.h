@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
@@ -15,6 +16,11 @@ using PlaceShifts = std::vector<PlaceShift>;
 
 // Where a place of the text is in what the text has become; for a part that was removed, where it was. Costs the
 // logarithm of the number of shifts.
-std::size_t shiftedPlace(const PlaceShifts& shifts, std::size_t place) noexcept;
+inline std::size_t shiftedPlace(const PlaceShifts& shifts, std::size_t place) noexcept {
+    const auto next = std::upper_bound(shifts.begin(), shifts.end(), place,
+                                       [](std::size_t at, const PlaceShift& shift) { return at < shift.from; });
+    if (next != shifts.begin()) place = (next - 1)->to + (place - (next - 1)->from);
+    return next == shifts.end() ? place : std::min(place, next->to);
+}
 
 }  // namespace velmor

@@ -7,10 +7,8 @@ constexpr int attempts = 16;  // GUIDs do not collide; repeated failure has anot
 
 // The braces and hyphens of a GUID are legal in file names but inconvenient to type.
 std::u16string uniqueName(platform::Services& services) {
-    std::u16string name;
-    for (const char16_t unit : services.guids.next()) {
-        if (unit != u'{' && unit != u'-' && unit != u'}') name += unit;
-    }
+    std::u16string name = services.guids.next();
+    std::erase_if(name, [](char16_t unit) { return unit == u'{' || unit == u'-' || unit == u'}'; });
     return name;
 }
 

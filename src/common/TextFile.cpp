@@ -23,11 +23,9 @@ std::u16string decodeTextFile(std::string_view bytes) {
 }
 
 std::u16string decodeTextFileOrUtf8(std::string_view bytes) {
-    if (auto marked = decodeMarked(bytes)) return *std::move(marked);
-    if (!bytes.starts_with("{\\rtf") && !isAscii(bytes)) {
-        if (auto text = textOfUtf8(bytes)) return *std::move(text);
-    }
-    return fromAnsi(bytes);
+    auto text = decodeMarked(bytes);
+    if (!text && !bytes.starts_with("{\\rtf") && !isAscii(bytes)) text = textOfUtf8(bytes);
+    return text ? *std::move(text) : fromAnsi(bytes);
 }
 
 // The comparison also detects texts that begin like a mark.

@@ -6,11 +6,10 @@
 
 #include "automation/Convert.h"
 #include "automation/Object.h"
-#include "common/Base64.h"
+#include "common/ByteText.h"
 #include "common/Cipher.h"
 #include "common/Compression.h"
 #include "common/DocumentText.h"
-#include "common/Hexadecimal.h"
 #include "common/TemporaryFile.h"
 #include "common/TextFile.h"
 #include "platform/Services.h"

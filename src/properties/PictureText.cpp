@@ -1,6 +1,6 @@
 #include "properties/PictureText.h"
 
-#include "common/Base64.h"
+#include "common/ByteText.h"
 #include "common/TemporaryFile.h"
 
 namespace velmor {

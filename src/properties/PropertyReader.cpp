@@ -5,9 +5,8 @@
 #include <string_view>
 #include <utility>
 
-#include "common/Base64.h"
+#include "common/ByteText.h"
 #include "common/Compression.h"
-#include "common/Hexadecimal.h"
 #include "common/Limits.h"
 #include "platform/Services.h"
 #include "properties/EntryName.h"

@@ -8,9 +8,8 @@
 
 #include "automation/Convert.h"
 #include "automation/Portable.h"
-#include "common/Base64.h"
+#include "common/ByteText.h"
 #include "common/Compression.h"
-#include "common/Hexadecimal.h"
 #include "properties/EntryName.h"
 #include "properties/KeyedItems.h"
 #include "properties/PictureText.h"

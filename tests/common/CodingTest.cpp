@@ -3,9 +3,8 @@
 #include <random>
 
 #include "Seed.h"
-#include "common/Base64.h"
+#include "common/ByteText.h"
 #include "common/Compression.h"
-#include "common/Hexadecimal.h"
 
 namespace velmor {
 namespace {

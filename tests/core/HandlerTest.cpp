@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "common/Base64.h"
+#include "common/ByteText.h"
 #include "common/Compression.h"
 #include "core/ErrorLog.h"
 #include "core/EvaluationRun.h"

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "Random.h"
-#include "common/Base64.h"
+#include "common/ByteText.h"
 #include "common/Compression.h"
 #include "properties/Describe.h"
 #include "properties/TextFormOfPieces.h"

@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "common/Base64.h"
+#include "common/ByteText.h"
 #include "properties/Describe.h"
 #include "text/Error.h"
 

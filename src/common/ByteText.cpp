@@ -1,10 +1,11 @@
-#include "common/Base64.h"
+#include "common/ByteText.h"
 
 #include <array>
 #include <cstdint>
 #include <utility>
 
 #include "common/Limits.h"
+#include "text/Characters.h"
 
 namespace velmor {
 namespace {
@@ -67,6 +68,36 @@ std::optional<std::string> fromBase64(std::u16string_view encoded) {
     const std::size_t last = digits % 4;
     const bool isPadded = padding == 0 || (last != 0 && padding == 4 - last);
     return last != 1 && isPadded ? std::optional(std::move(bytes)) : std::nullopt;
+}
+
+std::u16string hexadecimal(std::string_view bytes) {
+    constexpr std::u16string_view digits = u"0123456789ABCDEF";
+    std::u16string text;
+    text.reserve(bytes.size() * 2);
+    for (const char byte : bytes) {
+        const auto value = static_cast<std::uint8_t>(byte);
+        text += digits[value >> 4];
+        text += digits[value & 15];
+    }
+    return text;
+}
+
+std::optional<std::string> fromHexadecimal(std::u16string_view encoded) {
+    if (encoded.size() / 2 > decodingLimit) return std::nullopt;
+    std::string bytes;
+    bytes.reserve(encoded.size() / 2);
+    for (std::size_t i = 0; i < encoded.size();) {
+        if (isWhiteSpace(encoded[i])) {
+            ++i;
+            continue;
+        }
+        if (i + 1 == encoded.size()) return std::nullopt;
+        const int high = hexadecimalDigit(encoded[i]), low = hexadecimalDigit(encoded[i + 1]);
+        if (high < 0 || low < 0) return std::nullopt;
+        bytes.push_back(static_cast<char>(high << 4 | low));
+        i += 2;
+    }
+    return bytes;
 }
 
 }  // namespace velmor
