@@ -28,13 +28,13 @@ private:
     throw Error(438, std::move(description));
 }
 
-// For calls of foreign objects: an error counts as no answer.
+// For calls of foreign objects: an error counts as no answer, if there is to be one.
 template <class Call>
 auto quietly(Call&& call) -> decltype(call()) {
     try {
         return call();
     } catch (const std::exception&) {
-        return {};
+        return decltype(call())();
     }
 }
 

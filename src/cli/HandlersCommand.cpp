@@ -57,7 +57,7 @@ std::u16string failureToCreate(platform::Services& services, const Handler& hand
     const std::u16string className = HandlerAddress::parse(handler.name).className(services.registry);
     if (className.empty()) return u"its class name is empty";
     try {
-        ITag4::create(services.objects, className);
+        services.objects.create(className);
         return {};
     } catch (const Error& error) {
         return error.description();

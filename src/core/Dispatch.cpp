@@ -82,7 +82,7 @@ private:
                                  u"Tag Handler not found. The handler's class name is not registered");
             return;
         }
-        const ITag4 handler = ITag4::create(request_.services.objects, className);
+        const ITag4 handler(request_.services.objects.create(className));
         if (!ITag4::answersTags(handler.Interface())) {
             answerWithoutHandler(u"kvTag.Old Handler Message", u"system handler too old",
                                  u"Tag Handler is for an old version of Quillmark. Handler Class: " + className);

@@ -24,6 +24,10 @@ std::u16string named(std::u16string_view psName, std::u16string_view key) {
     return std::u16string(psName).append(u"_").append(key);
 }
 
+std::u16string namedIfAny(std::u16string_view psName, std::u16string_view key) {
+    return psName.empty() ? std::u16string(key) : named(psName, key);
+}
+
 std::u16string itemKey(std::int32_t plObjectType) {
     return u"kvObjectItem_" + automation::toText(Variant(plObjectType)).value_or(std::u16string());
 }
@@ -70,19 +74,12 @@ struct kvDirectTag::Access {
     ObjectRef properties;  // the tag's own collection, or a host's
     ObjectRef database;
 
-    ObjectRef object(std::u16string_view key) const {
-        return call(*properties, u"GetValueObject", objectName(key)).object();
-    }
     std::int32_t identifier(std::u16string_view key) const {
         return automation::toLong(call(*properties, u"GetValueLng", identifierName(key), 0)).value_or(0);
     }
     void put(std::u16string_view key, const ObjectRef& object, std::int32_t identifier) const {
         call(*properties, u"AddObject", objectName(key), object, true);
         call(*properties, u"AddLng", identifierName(key), identifier, true);
-    }
-    void remove(std::u16string_view key) const {
-        call(*properties, u"Remove", objectName(key));
-        call(*properties, u"Remove", identifierName(key));
     }
 
     std::int32_t requested(std::int32_t plID, std::u16string_view psIDName) const {
@@ -91,7 +88,7 @@ struct kvDirectTag::Access {
     }
     // Null when the kept object has another identifier.
     ObjectRef kept(const std::u16string& key, std::int32_t identifier) const {
-        const ObjectRef found = object(key);
+        const ObjectRef found = call(*properties, u"GetValueObject", objectName(key)).object();
         return identifier == 0 || this->identifier(key) == identifier ? found : nullptr;
     }
     const ObjectRef& hostDatabase() const {
@@ -177,18 +174,13 @@ void kvDirectTag::SetObjectName(std::u16string_view psName, const ObjectRef& poO
         const Access on = access();
         const std::u16string type = poObject->typeName();
         const std::u16string upperType = upperCase(type);
-        if (upperType == u"NOTHING" || upperType == u"OBJECT") return false;
+        if (upperType == u"NOTHING" || upperType == u"OBJECT") return;
         std::int32_t identifier = 0;
         if (upperType == u"KVOBJECTITEMS" || upperType == u"KVOBJECTITEM") {
             identifier = automation::toLong(poObject->invoke(u"ItemAccount", InvokeKind::get, {})).value_or(0);
         }
-        on.put(psName.empty() ? type : named(psName, type), poObject, identifier);
-        return true;
+        on.put(namedIfAny(psName, type), poObject, identifier);
     });
-}
-
-void kvDirectTag::SetObject(const ObjectRef& poObject) {
-    SetObjectName({}, poObject);
 }
 
 void kvDirectTag::RecordErrorLog(std::int32_t) {
@@ -200,25 +192,23 @@ void kvDirectTag::RecordErrorLog(std::int32_t) {
         const auto log = on.owner->directErrorLog();
         for (std::int32_t index = 1; index <= log->Count(); ++index) entries.push_back(log->Item(index));
         for (const PropertyRef& entry : entries) logEvent(*database, *entry);
-        return true;
     });
 }
 
 void kvDirectTag::remove(const std::u16string& key) {
-    quietly([&] { return access().remove(key), true; });
+    quietly([&] {
+        const Access on = access();
+        call(*on.properties, u"Remove", objectName(key));
+        call(*on.properties, u"Remove", identifierName(key));
+    });
 }
 
 void kvDirectTag::RemoveObjectItem(std::int32_t plObjectType, std::u16string_view psName) {
-    if (plObjectType != 0) {
-        remove(itemKey(plObjectType));
-    } else {
-        remove(psName.empty() ? u"kvObjectItem" : named(psName, u"kvObjectItem"));
-    }
+    remove(plObjectType != 0 ? itemKey(plObjectType) : namedIfAny(psName, u"kvObjectItem"));
 }
 
 void kvDirectTag::RemoveObject(std::u16string_view psClassName, std::u16string_view psName) {
-    const std::u16string key = shortClassName(psClassName);
-    remove(psName.empty() ? key : named(psName, key));
+    remove(namedIfAny(psName, shortClassName(psClassName)));
 }
 
 }  // namespace velmor

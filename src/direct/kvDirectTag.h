@@ -50,7 +50,7 @@ public:
     // Keeps an object of the caller, unless it is Nothing or its type name is "Object". The
     // identifier is the ItemAccount of an object item, and 0 for any other object.
     void SetObjectName(std::u16string_view psName, const automation::ObjectRef& poObject);
-    void SetObject(const automation::ObjectRef& poObject);
+    void SetObject(const automation::ObjectRef& poObject) { SetObjectName({}, poObject); }
 
     // Calls the database's LogEvent (name, message, error number, 64) for each entry of the tag's
     // error log. Stops at the first failure. The log does not change. plMode has no effect.

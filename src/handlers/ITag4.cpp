@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::int32_t lowestWithCatalogue = 2;
 constexpr std::int32_t lowestWithDatabase = 4;
+constexpr std::int32_t lowestDisposed = 5;
 
 }  // namespace
 
@@ -36,10 +37,6 @@ std::u16string HandlerAddress::className(const platform::Registry& registry) con
     return registry.value(key + u'\\' + group, name).value_or(std::u16string());
 }
 
-ITag4 ITag4::create(platform::Objects& objects, std::u16string_view className) {
-    return ITag4(objects.create(className));
-}
-
 std::int32_t ITag4::Interface() const {
     const std::optional<std::int32_t> level = automation::toLong(handler_->invoke(u"Interface", InvokeKind::get, {}));
     if (!level) throw Error(13);
@@ -51,7 +48,7 @@ std::u16string ITag4::GetTagValue(const automation::ObjectRef& tag) const {
 }
 
 void ITag4::Dispose() const {
-    if (isDisposed(Interface())) handler_->invoke(u"Dispose", InvokeKind::method, {});
+    if (Interface() >= lowestDisposed) handler_->invoke(u"Dispose", InvokeKind::method, {});
 }
 
 std::u16string ITag4::catalogue(std::u16string_view member, std::initializer_list<std::u16string_view> texts,

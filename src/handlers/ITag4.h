@@ -44,15 +44,12 @@ struct HandlerAddress {
 // Calls raise the handler's errors, and 13 when its answer does not convert.
 class ITag4 {
 public:
-    // Raises 429 when the class cannot be created.
-    static ITag4 create(platform::Objects& objects, std::u16string_view className);
     explicit ITag4(automation::ObjectRef handler) : handler_(std::move(handler)) {}
 
     // Read on each call; the members below read it before they call.
     std::int32_t Interface() const;
 
     static bool answersTags(std::int32_t level) noexcept { return level > 2; }
-    static bool isDisposed(std::int32_t level) noexcept { return level > 4; }
 
     std::u16string GetTagValue(const automation::ObjectRef& tag) const;
     void Dispose() const;  // only when the level says so

@@ -78,14 +78,10 @@ bool kvTagInfo::TagAvailable(std::u16string_view psHandlerName) const {
 
 // --- lists of handlers ---
 
-bool kvTagInfo::isHidden(const std::u16string& key, std::u16string_view name) const {
-    return services_.registry.value(key + u'\\' + std::u16string(name), u"Hide").value_or(u"0") != u"0";
-}
-
 std::shared_ptr<privProperties> kvTagInfo::HandlerList2(std::u16string_view psSubHandler, bool pbFiltered,
                                                         bool pbIncludeSubHandlers) const {
     auto list = std::make_shared<privProperties>(services_);
-    quietly([&] { return addHandlers(*list, psSubHandler, pbFiltered, pbIncludeSubHandlers), true; });
+    quietly([&] { addHandlers(*list, psSubHandler, pbFiltered, pbIncludeSubHandlers); });
     return list;
 }
 
@@ -95,7 +91,9 @@ void kvTagInfo::addHandlers(privProperties& list, std::u16string_view psSubHandl
     const std::u16string key = psSubHandler.empty()
                                    ? std::u16string(handlersKey)
                                    : std::u16string(subHandlersKey) + u'\\' + std::u16string(psSubHandler);
-    const auto isListed = [&](std::u16string_view name) { return !pbFiltered || !isHidden(key, name); };
+    const auto isListed = [&](std::u16string_view name) {
+        return !pbFiltered || registry.value((key + u'\\').append(name), u"Hide").value_or(u"0") == u"0";
+    };
     for (const std::u16string& name : registry.valueNames(key)) {
         // The key's default value is not a handler.
         if (!name.empty() && isListed(name)) list.AddStr(name, registry.value(key, name).value_or(std::u16string()));
@@ -138,7 +136,7 @@ std::u16string kvTagInfo::ask(std::u16string_view psHandlerName, std::u16string_
             return std::u16string(builtIn ? commandOf(address.name, *texts.begin()).*builtIn : u"");
         }
         if (className.empty()) return {};
-        return ITag4::create(services_.objects, className).catalogue(member, texts, address.name, database_);
+        return ITag4(services_.objects.create(className)).catalogue(member, texts, address.name, database_);
     });
 }
 

@@ -68,7 +68,6 @@ public:
 private:
     void addHandlers(privProperties& list, std::u16string_view psSubHandler, bool pbFiltered,
                      bool pbIncludeSubHandlers) const;
-    bool isHidden(const std::u16string& key, std::u16string_view name) const;
     // `builtIn`: what answers for a built-in handler; null for nothing. The texts begin with a command, if any.
     std::u16string ask(std::u16string_view psHandlerName, std::u16string_view member,
                        std::u16string_view BuiltInCommand::*builtIn,
