@@ -6,7 +6,6 @@
 
 #include "core/EvaluationRules.h"
 #include "core/Options.h"
-#include "handlers/ITag4.h"
 #include "text/Compare.h"
 
 namespace velmor::cli {
@@ -20,9 +19,10 @@ enum class LookedUpBy {
 };
 
 LookedUpBy askerOf(std::u16string_view name) {
-    const auto [handler, command] = handlerAndCommand(name);
-    if (handler != builtInHandler || command == u"PROPERTY") return LookedUpBy::reader;
-    return command == u"SETPROPERTY" || command == u"SETPATH" ? LookedUpBy::setter : LookedUpBy::included;
+    name = commandPart(name);
+    const auto is = [&](std::u16string_view command) { return equalIgnoringCase(name, command); };
+    if (!equalIgnoringCase(name.substr(0, 4), u"TAG>") || is(u"TAG>PROPERTY")) return LookedUpBy::reader;
+    return is(u"TAG>SETPROPERTY") || is(u"TAG>SETPATH") ? LookedUpBy::setter : LookedUpBy::included;
 }
 
 }  // namespace
@@ -58,9 +58,9 @@ std::u16string_view ReportCollector::valueOf(std::size_t tag) const noexcept {
 void ReportCollector::lookedUp(std::u16string_view psName, bool isFound) noexcept {
     if (isOption(psName)) return;
     const std::uint32_t tag = answering();
+    const LookedUpBy asker = tag == noTag ? LookedUpBy::included : askerOf(nameOf(tags()[tag]));
+    if (asker == LookedUpBy::setter || (asker == LookedUpBy::included && !isFound)) return;
     try {
-        const LookedUpBy asker = tag == noTag ? LookedUpBy::included : askerOf(nameOf(tags()[tag]));
-        if (asker == LookedUpBy::setter || (asker == LookedUpBy::included && !isFound)) return;
         Property* const property = propertyOf(psName);
         if (property == nullptr) return;
         property->isReadElsewhere |= tag == noTag;
