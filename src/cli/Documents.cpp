@@ -26,18 +26,12 @@ std::u16string decodeUtf16(std::string_view bytes, bool bigEndian, const std::st
     return fromUtf16(bytes, bigEndian);
 }
 
-std::optional<TextEncoding> markedEncoding(std::string_view bytes) {
-    if (bytes.starts_with("\xEF\xBB\xBF")) return TextEncoding::utf8;
-    if (bytes.starts_with("\xFF\xFE")) return TextEncoding::utf16;
-    if (bytes.starts_with("\xFE\xFF")) return TextEncoding::utf16BigEndian;
-    return std::nullopt;
-}
-
 // The text with its byte order mark, if it has one.
 Document decodeMarkedOr(std::string_view bytes, EncodingChoice choice, const std::string& name) {
     const auto marked = markedEncoding(bytes);
-    if (marked == TextEncoding::utf16) return {decodeUtf16(bytes, false, name), *marked};
-    if (marked == TextEncoding::utf16BigEndian) return {decodeUtf16(bytes, true, name), *marked};
+    if (marked && *marked != TextEncoding::utf8) {
+        return {decodeUtf16(bytes, *marked == TextEncoding::utf16BigEndian, name), *marked};
+    }
     if (marked || choice == EncodingChoice::utf8) return {decodeUtf8(bytes, name), TextEncoding::utf8};
     if (choice == EncodingChoice::automatic && !isAscii(bytes)) {
         if (auto text = textOfUtf8(bytes)) return {*std::move(text), TextEncoding::utf8};

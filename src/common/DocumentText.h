@@ -4,12 +4,9 @@
 #include <string_view>
 
 #include "common/PlaceShift.h"
+#include "text/Encoding.h"
 
 namespace velmor {
-
-// How plain text is encoded in a file. RTF documents ignore it. A byte order mark is part of the
-// text.
-enum class TextEncoding { ansi, utf8, utf16, utf16BigEndian };
 
 // The bytes of a finished document; no character is lost.
 // RTF: the ANSI code page, and \uN? for a character that it lacks (in a group with \uc1 where the document sets

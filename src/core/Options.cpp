@@ -14,7 +14,7 @@ bool isOption(std::u16string_view psName) noexcept {
 bool isTolerant(const platform::Services& services, const Collection& properties) noexcept {
     try {
         if (const auto own = properties.find(tolerantProperty)) return automation::truth(*own);
-        const std::u16string option = services.registry.value(optionsKey, u"RTF Tolerant").value_or(u"0");
+        const std::u16string option = services.registry.value(platform::optionsKey, u"RTF Tolerant").value_or(u"0");
         return automation::truth(automation::Variant(option));
     } catch (const std::exception&) {
         return false;

@@ -8,9 +8,6 @@ namespace velmor {
 
 class Collection;
 
-// Below HKEY_LOCAL_MACHINE: the settings of the machine, all of them strings.
-inline constexpr std::u16string_view optionsKey = u"SOFTWARE\\Korvane\\Quillmark\\Options";
-
 // "kvTag.Missing" and the like: properties that are options of evaluation, not data.
 bool isOption(std::u16string_view psName) noexcept;
 inline constexpr std::u16string_view tolerantProperty = u"kvTag.RTF Tolerant";

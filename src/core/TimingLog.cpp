@@ -92,7 +92,7 @@ const TimingLog::Target& TimingLog::keep(Target target) {
 void TimingLog::readNow(platform::Services& services) noexcept {
     types_ = nothing;
     try {
-        const std::u16string option = services.registry.value(optionsKey, u"Logging Types").value_or(u"1");
+        const std::u16string option = services.registry.value(platform::optionsKey, u"Logging Types").value_or(u"1");
         const std::int32_t types = automation::toLong(automation::Variant(option)).value_or(0);
         if (types == 0) return;
         target_ = &keep(targetOf(services));

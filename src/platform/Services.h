@@ -29,6 +29,8 @@ public:
     virtual std::vector<std::u16string> valueNames(std::u16string_view key) const = 0;
     virtual std::vector<std::u16string> subkeys(std::u16string_view key) const = 0;
 };
+// The key of the machine's settings, all of them strings.
+inline constexpr std::u16string_view optionsKey = u"SOFTWARE\\Korvane\\Quillmark\\Options";
 
 // A file that is written piece by piece and is there only when finish() succeeded: until then the file of that name
 // stays as it was. A writer that is not finished leaves nothing. Belongs to one thread at a time.

@@ -226,11 +226,18 @@ std::u16string fromUtf16(std::string_view bytes, bool bigEndian) {
     return text;
 }
 
-std::optional<std::u16string> decodeMarked(std::string_view bytes) {
-    if (bytes.starts_with("\xef\xbb\xbf")) return fromUtf8(bytes.substr(3));
-    if (bytes.starts_with("\xff\xfe")) return fromUtf16(bytes.substr(2), false);
-    if (bytes.starts_with("\xfe\xff")) return fromUtf16(bytes.substr(2), true);
+std::optional<TextEncoding> markedEncoding(std::string_view bytes) noexcept {
+    if (bytes.starts_with("\xef\xbb\xbf")) return TextEncoding::utf8;
+    if (bytes.starts_with("\xff\xfe")) return TextEncoding::utf16;
+    if (bytes.starts_with("\xfe\xff")) return TextEncoding::utf16BigEndian;
     return std::nullopt;
+}
+
+std::optional<std::u16string> decodeMarked(std::string_view bytes) {
+    const auto marked = markedEncoding(bytes);
+    if (!marked) return std::nullopt;
+    if (*marked == TextEncoding::utf8) return fromUtf8(bytes.substr(3));
+    return fromUtf16(bytes.substr(2), *marked == TextEncoding::utf16BigEndian);
 }
 
 AnsiCodePage westernCodePage() {

@@ -19,7 +19,12 @@ std::optional<std::u16string> textOfUtf8(std::string_view bytes);
 
 // The code units of UTF-16; an odd last byte is dropped.
 std::u16string fromUtf16(std::string_view bytes, bool bigEndian);
-// The text after a byte order mark (UTF-8, UTF-16 in either order); nothing without a mark.
+
+// How plain text is encoded in a file. RTF documents ignore it.
+enum class TextEncoding { ansi, utf8, utf16, utf16BigEndian };
+// What a byte order mark at the begin says; nothing without one.
+std::optional<TextEncoding> markedEncoding(std::string_view bytes) noexcept;
+// The text after a byte order mark; nothing without one.
 std::optional<std::u16string> decodeMarked(std::string_view bytes);
 
 bool isAscii(std::string_view bytes) noexcept;

@@ -46,7 +46,7 @@ void clean(std::u16string& text, const CleanOptions& options, platform::Guids& g
 }  // namespace
 
 bool Module1::isOverrunProtectionOn(const platform::Registry& registry) {
-    const auto value = registry.value(u"SOFTWARE\\Korvane\\Quillmark\\Options", u"RTF Table Overrun Protection");
+    const auto value = registry.value(platform::optionsKey, u"RTF Table Overrun Protection");
     return !value || *value == u"1";
 }
 
