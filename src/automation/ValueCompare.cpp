@@ -1,3 +1,5 @@
+#include <compare>
+
 #include "automation/NumberText.h"
 #include "automation/Portable.h"
 
@@ -19,7 +21,7 @@ bool equalNumbers(const Variant& left, const Variant& right) {
     if (eitherIs<Decimal>(left, right)) {
         const auto leftDecimal = toDecimal(left);
         const auto rightDecimal = toDecimal(right);
-        if (leftDecimal && rightDecimal) return compareDecimals(*leftDecimal, *rightDecimal) == 0;
+        if (leftDecimal && rightDecimal) return std::is_eq(compareDecimals(*leftDecimal, *rightDecimal));
     } else if (eitherIs<float>(left, right)) {
         return toSingle(left) == toSingle(right);
     } else if (!eitherIs<double>(left, right) && !eitherIs<Date>(left, right)) {

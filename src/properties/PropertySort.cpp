@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <compare>
 #include <cstdint>
 #include <list>
 #include <map>
@@ -32,7 +33,8 @@ struct SortsBefore {
     bool operator()(const Variant& left, const Variant& right) const {
         if (const auto* text = left.get<std::u16string>()) return *text < *right.get<std::u16string>();
         if (const auto* amount = left.get<Currency>()) return amount->scaled < right.get<Currency>()->scaled;
-        if (const auto* number = left.get<Decimal>()) return compareDecimals(*number, *right.get<Decimal>()) < 0;
+        if (const auto* number = left.get<Decimal>())
+            return std::is_lt(compareDecimals(*number, *right.get<Decimal>()));
         return toDouble(left) < toDouble(right);
     }
 };

@@ -33,11 +33,11 @@ struct Table {
 };
 
 // How the shared tables begin in a document, the first form preferred; in the order of SharedTable.
-struct Openings {
+struct TableOpenings {
     Group group;
     std::u16string_view first, second = {};
 };
-constexpr Openings openings[] = {
+constexpr TableOpenings tableOpenings[] = {
     {Group::fontTable, FontTable::opening},
     {Group::colourTable, ColourTable::opening},
     {Group::styleSheet, StyleSheet::opening},
@@ -197,7 +197,7 @@ private:
     void findTables(std::u16string_view text, GroupSet groups) {
         tables_ = {};
         for (std::size_t kind = 0; kind < tables_.size(); ++kind) {
-            const auto& [group, first, second] = openings[kind];
+            const auto& [group, first, second] = tableOpenings[kind];
             if (!groups.has(group)) continue;
             auto table = group == Group::colourTable ? findColours(text) : find(text, first);
             if (!table && !second.empty()) table = find(text, second);
@@ -433,7 +433,7 @@ private:
     bool whole_ = false;
     std::optional<ControlWord> defaultFontWord_;  // its \deff
     std::int32_t defaultFont_ = NumberMap::none;
-    std::array<std::optional<Table>, std::size(openings)> tables_;  // by SharedTable
+    std::array<std::optional<Table>, std::size(tableOpenings)> tables_;  // by SharedTable
     NumberMap fontNumbers_, colourNumbers_;
     References references_;
     std::vector<Change> changes_;

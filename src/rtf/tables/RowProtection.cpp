@@ -10,13 +10,13 @@
 namespace velmor {
 namespace {
 
-struct Row {
+struct RowToKeep {
     bool begun = false;
     bool kept = false;
 };
 
 // A word with such a beginning counts as that word.
-void takeRowWord(std::u16string_view text, std::size_t index, Row& row, TextEdits& edits) {
+void takeRowWord(std::u16string_view text, std::size_t index, RowToKeep& row, TextEdits& edits) {
     if (standsAt(text, index, u"\\row")) {
         if (row.begun && !row.kept) edits.insert(index, u"\\trkeep");
         row = {};
@@ -27,7 +27,7 @@ void takeRowWord(std::u16string_view text, std::size_t index, Row& row, TextEdit
 }
 
 // A table in a pair of markers is separate from the row around it.
-void takeMarker(std::u16string_view text, std::size_t index, std::vector<Row>& rows) {
+void takeMarker(std::u16string_view text, std::size_t index, std::vector<RowToKeep>& rows) {
     if (standsAt(text, index, startTableMarker)) {
         rows.emplace_back();
     } else if (rows.size() > 1 && standsAt(text, index, endTableMarker)) {
@@ -43,7 +43,7 @@ bool Module1::ProtectTableRows(std::u16string& psText, const CleanOptions& optio
     const bool hasMarkers =
         options.tolerant && findText(psText, startTableMarker, 0, Comparison::binary) != psText.npos;
     TextEdits edits;
-    std::vector<Row> rows(1);  // around a pair of markers, and in it
+    std::vector<RowToKeep> rows(1);  // around a pair of markers, and in it
     RtfSearch search(psText);
     RtfReader reader(psText, hasMarkers ? 0 : search.find(definition, 0), psText.size());
     while (reader.nextWord()) {
