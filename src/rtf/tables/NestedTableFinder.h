@@ -10,7 +10,7 @@
 
 namespace velmor {
 
-// Finds the nested tables in an outer table, by the levels of its paragraphs. It gets the table's words and
+// Finds the nested tables in a part of an outer table, by the levels of its paragraphs. It gets the table's words and
 // braces from left to right. Time is linear, memory grows with the depth of nesting only.
 //
 // A nested table has a first row "\nesttableprops", "\trowd" and "\irow0"; it begins with the first of the unbroken run
@@ -18,20 +18,12 @@ namespace velmor {
 // of its row that has "\lastrow". Without one it is not marked.
 class NestedTableFinder {
 public:
-    // Appends to `found`, inner tables before outer ones.
-    NestedTableFinder(std::u16string_view text, std::vector<TextRange>& found) noexcept : text_(text), found_(found) {}
-
-    // A new range begins; tables that began before it are forgotten.
-    void begin(std::size_t index) {
-        runs_.clear();
-        paragraph_ = skipClosingBraces(text_, index);
-        level_ = {};
-        depth_ = 0;
-        inRow_ = skipping_ = false;
-    }
+    // The part begins at the index. Appends to `found`, inner tables before outer ones.
+    NestedTableFinder(std::u16string_view text, std::size_t index, std::vector<TextRange>& found) noexcept
+        : text_(text), found_(found), paragraph_(skipClosingBraces(text, index)) {}
 
     void take(const ControlWord& word, Word meaning) {
-        if (skipping_ && meaning != Word::cell && meaning != Word::row) return;
+        if (skipStart_ != nowhere && meaning != Word::cell && meaning != Word::row) return;
         if (meaning == Word::lastrow) {
             rowIsLast_ = true;
         } else if (meaning == Word::nesttableprops) {
@@ -41,13 +33,14 @@ public:
             rowIsLast_ = false;
         } else if (meaning == Word::nonesttables) {
             if (word.begin == 0 || text_[word.begin - 1] != u'{') return;
-            skipping_ = true;
             skipDepth_ = depth_;
             skipStart_ = word.begin - 1;
         } else if (const auto level = level_.take(word, meaning)) {
             // Whatever the braces are, the properties of a row and a skipped group end before these words.
-            inRow_ = skipping_ = false;
-            endParagraph(*level, word.numberBegin());
+            inRow_ = false;
+            skipStart_ = nowhere;
+            extendRuns(*level);
+            paragraph_ = skipClosingBraces(text_, skipBlank(text_, word.numberBegin()));
         }
     }
 
@@ -55,9 +48,9 @@ public:
 
     void closeBrace(std::size_t index) {
         --depth_;
-        if (skipping_ && depth_ < skipDepth_) {
-            skipping_ = false;
+        if (skipStart_ != nowhere && depth_ < skipDepth_) {
             if (paragraph_ == skipStart_) paragraph_ = skipClosingBraces(text_, index + 1);
+            skipStart_ = nowhere;
         }
         if (inRow_ && depth_ < rowDepth_) finishRow(index + 1);
     }
@@ -70,11 +63,6 @@ private:
         std::size_t table = nowhere;  // the begin of its next table; nowhere between a table and the next paragraph
         bool firstRow = false;        // the table's first row was seen
     };
-
-    void endParagraph(Level level, std::size_t next) {
-        extendRuns(level);
-        paragraph_ = skipClosingBraces(text_, skipBlank(text_, next));
-    }
 
     void finishRow(std::size_t next) {
         inRow_ = false;
@@ -102,7 +90,7 @@ private:
     std::u16string_view text_;
     std::vector<TextRange>& found_;
     std::vector<Run> runs_;
-    std::size_t paragraph_ = 0;  // the begin of the current paragraph
+    std::size_t paragraph_;  // the begin of the current paragraph
     TableLevel level_;
     std::ptrdiff_t depth_ = 0;
 
@@ -111,9 +99,8 @@ private:
     bool rowIsLast_ = false;
     std::ptrdiff_t rowDepth_ = 0;
 
-    bool skipping_ = false;  // a group that only readers without nested tables read
+    std::size_t skipStart_ = nowhere;  // the begin of an open group that only readers without nested tables read
     std::ptrdiff_t skipDepth_ = 0;
-    std::size_t skipStart_ = 0;
 };
 
 }  // namespace velmor

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 
 #include "rtf/read/Module1.h"
 #include "rtf/read/RtfReader.h"
@@ -77,7 +78,6 @@ class RowTrimmer {
 public:
     RowTrimmer(std::u16string_view text, TextEdits& edits) noexcept : text_(text), edits_(edits) {}
 
-    void begin() noexcept { row_ = {}; }
     // A marker precedes the index, or will do so.
     void marker(std::size_t index) noexcept { row_.markerAt = std::max(row_.markerAt, index); }
     void definition() noexcept { row_.definedAfter = true; }
@@ -93,7 +93,7 @@ public:
             definition();
         } else if (word == Word::row) {
             if (row_.isRemovable(index)) edits_.replace(row_.cellEnd, index, {});
-            begin();
+            row_ = {};
         }
     }
 
@@ -120,7 +120,7 @@ private:
 // Reads one table after the other, and collects them, inner ones before outer ones.
 class TableReader {
 public:
-    explicit TableReader(std::u16string_view text) : text_(text), nested_(text, tables_), rows_(text, edits_) {}
+    explicit TableReader(std::u16string_view text) : text_(text) {}
 
     // The end of the table that begins at `start`; nothing when its last row is missing: then the nested tables
     // of its complete parts stay collected.
@@ -129,16 +129,16 @@ public:
         first_ = known_ = tables_.size();
         lastRows_ = 0;
         lastRowSeen_ = false;
-        rows_.begin();
-        nested_.begin(start);
+        RowTrimmer rows(text_, edits_);
+        nested_.emplace(text_, start, tables_);
         RtfReader reader(text_, start, text_.size());
         for (TableWord read; next(reader, read);) {
             const std::size_t index = reader.position();
             // The marker separates a definition at the begin of the table from the text before it.
-            if (index == start && read.meaning == Word::trowd) rows_.definition();
+            if (index == start && read.meaning == Word::trowd) rows.definition();
             // Tables of earlier rows precede this row's cells and do not matter.
-            if (read.meaning == Word::row && !tables_.empty()) rows_.marker(tables_.back().end);
-            rows_.take(read.meaning, index);
+            if (read.meaning == Word::row && !tables_.empty()) rows.marker(tables_.back().end);
+            rows.take(read.meaning, index);
             if (read.meaning == Word::lastrow) {
                 lastRowSeen_ = true;
                 ++lastRows_;
@@ -146,11 +146,11 @@ public:
                 return tables_.back().end;
             }
             if (reader.opens()) {
-                nested_.openBrace();
+                nested_->openBrace();
             } else if (reader.closes()) {
-                nested_.closeBrace(index);
+                nested_->closeBrace(index);
             } else {
-                nested_.take(read.word, read.meaning);
+                nested_->take(read.word, read.meaning);
             }
         }
         edits_.truncate(cuts);
@@ -166,8 +166,13 @@ private:
     // True when the row ends the table.
     bool takeRow(std::size_t start, std::size_t index) {
         if (!lastRowSeen_) return false;
-        if (!isTableEnd()) {
-            nested_.begin(index);
+        lastRowSeen_ = false;
+        // A table ends with the row of its last "\lastrow" word, unless all of these words so far belong to
+        // nested tables. A part without nested tables ends it in any case.
+        const bool hasNested = tables_.size() > known_;
+        known_ = tables_.size();
+        if (hasNested && lastRows_ <= known_ - first_) {
+            nested_.emplace(text_, index, tables_);
             return false;
         }
         const std::size_t end = index + 4;
@@ -175,33 +180,15 @@ private:
         return true;
     }
 
-    // A table ends with the row of its last "\lastrow" word, unless all of these words so far belong to
-    // nested tables. A part without nested tables ends it in any case.
-    bool isTableEnd() {
-        const bool hasNested = tables_.size() > known_;
-        known_ = tables_.size();
-        lastRowSeen_ = false;
-        return !hasNested || lastRows_ > known_ - first_;
-    }
-
     std::u16string_view text_;
     std::vector<TextRange> tables_;
     TextEdits edits_;
-    NestedTableFinder nested_;
-    RowTrimmer rows_;
-    std::size_t first_ = 0;  // tables before this one
-    std::size_t known_ = 0;  // and before the current part of it
+    std::optional<NestedTableFinder> nested_;  // for the current part
+    std::size_t first_ = 0;                    // tables before this one
+    std::size_t known_ = 0;                    // and before the current part of it
     std::size_t lastRows_ = 0;
     bool lastRowSeen_ = false;  // in the current part
 };
-
-// The 0-based range of two 1-based positions, within the text.
-TextRange rangeWithin(const std::u16string& text, std::int32_t start, std::int32_t end) {
-    const auto clamp = [&](std::int32_t position) {
-        return position < 1 ? 0 : std::min(text.size(), static_cast<std::size_t>(position) - 1);
-    };
-    return {clamp(start), clamp(end)};
-}
 
 }  // namespace
 
@@ -234,13 +221,16 @@ bool addTableMarkers(std::u16string& value, platform::Guids& guids) {
 }
 
 void RemoveExtraTrowd(std::u16string& value, std::int32_t& plTableStart, std::int32_t& plTableEnd) {
-    const TextRange table = rangeWithin(value, plTableStart, plTableEnd);
+    const auto indexWithin = [&](std::int32_t position) {
+        return position < 1 ? 0 : std::min(value.size(), static_cast<std::size_t>(position) - 1);
+    };
+    const std::size_t start = indexWithin(plTableStart);
     TextEdits edits;
     RowTrimmer rows(value, edits);
-    RtfReader reader(value, table.begin, table.end);
+    RtfReader reader(value, start, indexWithin(plTableEnd));
     for (TableWord read; next(reader, read);) {
         // A cell that begins with the range precedes the table.
-        if (read.meaning != Word::cell || reader.position() > table.begin) rows.take(read.meaning, reader.position());
+        if (read.meaning != Word::cell || reader.position() > start) rows.take(read.meaning, reader.position());
     }
     const std::size_t length = value.size();
     edits.apply(value);
