@@ -31,11 +31,11 @@ struct Story {
     bool inRow = false;         // of the story around it
     bool first = true;          // the first paragraph has not begun; `paragraph` is the begin of the story
     std::size_t paragraph = 0;  // the begin of the current paragraph
-    TableLevel level;
+    TableLevel level{};
     bool hasTables = false;
-    bool holdsTables = false;       // of documents, in its current table
-    std::vector<LooseRun> runs;     // each deeper than the one before
-    std::vector<TextRange> tables;  // from the current outer one, inner ones first
+    bool holdsTables = false;         // of documents, in its current table
+    std::vector<LooseRun> runs{};     // each deeper than the one before
+    std::vector<TextRange> tables{};  // from the current outer one, inner ones first
 
     bool isInRow() const noexcept { return level.rowBegun || level.paragraph > 0; }
 };
@@ -103,10 +103,7 @@ private:
     }
 
     void open(Kind kind, std::size_t begin) {
-        Story opened;
-        opened.kind = kind;
-        opened.depth = reader_.depth();
-        opened.paragraph = begin;
+        Story opened{.kind = kind, .depth = reader_.depth(), .paragraph = begin};
         if (kind != Kind::apart) {
             beginParagraph(begin);
             opened.inRow = story().isInRow();
@@ -160,13 +157,12 @@ private:
     }
 
     void endParagraph(Level level, const ControlWord& word) {
-        extendRuns(level);
+        if (level == 0) {
+            endTable();
+        } else {
+            tables::continueRuns(story().runs, level, story().paragraph, [&](const LooseRun& run) { endRun(run); });
+        }
         story().paragraph = skipClosingBraces(text_, endWithBlank(text_, word));
-    }
-
-    void extendRuns(Level level) {
-        if (level == 0) return endTable();
-        tables::continueRuns(story().runs, level, story().paragraph, [&](const LooseRun& run) { endRun(run); });
     }
 
     void endRun(const LooseRun& run) {
