@@ -64,19 +64,6 @@ void TextEdits::order() {
     });
 }
 
-// Every cut may need a blank between words.
-TextEdits::Growth TextEdits::growth(std::size_t length) const noexcept {
-    Growth result;
-    std::size_t removed = 0, added = 0;
-    for (const Edit& edit : edits_) {
-        added += edit.length + (edit.seam == Seam::apart || edit.seam == Seam::words);
-        removed += edit.end - edit.begin;
-        if (added > removed) result.lead = std::max(result.lead, added - removed);
-    }
-    result.length = length - removed + added;
-    return result;
-}
-
 void TextEdits::write(Rewriting& target, PlaceShifts* shifts) const {
     const std::u16string_view from = target.source();
     std::size_t at = 0;
@@ -102,9 +89,16 @@ void TextEdits::write(Rewriting& target, PlaceShifts* shifts) const {
 void TextEdits::apply(std::u16string& text, PlaceShifts* shifts) {
     if (edits_.empty()) return;
     order();
-    const Growth growth = this->growth(text.size());
-    if (growth.length > privStrCat::maximumLength) throw std::length_error("TextEdits");
-    Rewriting target(text, growth.lead);
+    std::size_t removed = 0, added = 0;
+    std::size_t lead = 0;  // how far writing may be ahead of reading
+    for (const Edit& edit : edits_) {
+        // Every cut may need a blank between words.
+        added += edit.length + (edit.seam == Seam::apart || edit.seam == Seam::words);
+        removed += edit.end - edit.begin;
+        if (added > removed) lead = std::max(lead, added - removed);
+    }
+    if (text.size() - removed + added > privStrCat::maximumLength) throw std::length_error("TextEdits");
+    Rewriting target(text, lead);
     write(target, shifts);
     target.finish();
     edits_.clear();

@@ -113,12 +113,6 @@ private:
         edits_[place] = {edits_[place].begin, end, text, seam};
     }
     void order();
-    struct Growth {
-        std::size_t length = 0;  // of the changed text, at most
-        std::size_t lead = 0;    // how far writing may be ahead of reading
-    };
-
-    Growth growth(std::size_t length) const noexcept;
     void write(Rewriting& target, PlaceShifts* shifts) const;
 
     std::vector<Edit> edits_;
