@@ -27,10 +27,6 @@ constexpr std::u16string_view carriers[] = {u"{\\rtf1{\\*\\korvanenewheader}}", 
 constexpr std::size_t carrierLength = carriers[0].size();
 constexpr std::size_t carrierOpening = 6;
 
-bool carrierStandsAt(std::u16string_view text, std::size_t index) noexcept {
-    return standsAt(text, index, carriers[0]) || standsAt(text, index, carriers[1]);
-}
-
 // Lifts the documents after the host's opening, each from its own parts of the text, and collects the edits of the
 // host.
 class Lifting {
@@ -38,7 +34,12 @@ public:
     Lifting(std::u16string_view text, std::size_t hostAt, bool tolerant, TableCollection& tables)
         : text_(text), hostAt_(hostAt), reader_(text, 0, text.size(), tolerant), tables_(tables) {
         while (reader_.nextAnyBrace()) takeBrace(reader_.position());
-        if (!open_.empty()) forgetUnclosed();
+        if (open_.empty()) return;
+        // Forgets the first document without an end, and all after its opening.
+        auto& documents = tables_.documents();
+        const auto first = documents.begin() + static_cast<std::ptrdiff_t>(open_.front().document);
+        for (auto each = first; each != documents.end(); ++each) tables_.hostGroups().add(each->groups);
+        documents.erase(first, documents.end());
     }
 
     TextEdits& hostEdits() noexcept { return hostEdits_; }
@@ -57,7 +58,8 @@ private:
         if (reader_.closes()) {
             if (reader_.counts()) closeBrace(index + 1);
         } else if (index > hostAt_ && documentStandsAt(text_, index)) {
-            carrierStandsAt(text_, index) ? unwrap(index) : lift(index);
+            const bool isCarrier = standsAt(text_, index, carriers[0]) || standsAt(text_, index, carriers[1]);
+            isCarrier ? unwrap(index) : lift(index);
         } else {
             // Escaped groups are noted too: the set may hold more groups than the text, never fewer.
             groups().note(text_, index);
@@ -101,14 +103,6 @@ private:
                 open_.back().from = to;
             }
         }
-    }
-
-    // Forgets the first document without an end, and all after its opening.
-    void forgetUnclosed() {
-        auto& documents = tables_.documents();
-        const auto first = documents.begin() + static_cast<std::ptrdiff_t>(open_.front().document);
-        for (auto each = first; each != documents.end(); ++each) tables_.hostGroups().add(each->groups);
-        documents.erase(first, documents.end());
     }
 
     // Gives the innermost open document its text up to `end`.
