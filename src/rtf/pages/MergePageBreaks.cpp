@@ -67,7 +67,8 @@ public:
     // The page that \sectd restores.
     PageSetup documentPage() const {
         PageSetup page;
-        for (std::size_t i = 0; i < PageSetup::valueCount; ++i) page.values[i] = documentValue(i);
+        if (tolerant_) page.values = PageSetup::defaults;
+        readValues(page, text_, PageSetup::documentWords, documentAt_);
         return page;
     }
 
@@ -75,22 +76,19 @@ public:
         PageSetup page = documentPage();
         // Exact cleaning ignores a number that ends with the section; a reader would accept it.
         const std::u16string_view settings = tolerant_ ? text_ : text_.substr(0, settingsEnd_);
-        for (std::size_t i = 0; i < PageSetup::valueCount; ++i) {
-            if (sectionAt_[i] == nowhere) continue;
-            page.values[i] = valueAt(settings, sectionAt_[i], PageSetup::sectionWords[i]);
-        }
+        readValues(page, settings, PageSetup::sectionWords, sectionAt_);
         if (landscape_ || portrait_) page.turn(landscape_);
         return page;
     }
 
 private:
-    std::int32_t valueAt(std::u16string_view text, std::size_t index, std::u16string_view word) const {
-        return wholeNumber(wordNumberAt(text, index, word, tolerant_).value_or(u"")).value_or(0);
-    }
+    using Places = std::array<std::size_t, PageSetup::valueCount>;  // nowhere for absent words
 
-    std::int32_t documentValue(std::size_t i) const {
-        if (documentAt_[i] != nowhere) return valueAt(text_, documentAt_[i], PageSetup::documentWords[i]);
-        return tolerant_ ? PageSetup::defaults[i] : 0;
+    void readValues(PageSetup& page, std::u16string_view text, const PageSetup::Words& words, const Places& at) const {
+        for (std::size_t i = 0; i < PageSetup::valueCount; ++i) {
+            if (at[i] == nowhere) continue;
+            page.values[i] = wholeNumber(wordNumberAt(text, at[i], words[i], tolerant_).value_or(u"")).value_or(0);
+        }
     }
 
     void takeWord(const ControlWord& word) {
@@ -147,8 +145,8 @@ private:
 
     std::u16string_view text_;
     bool tolerant_;
-    std::array<std::size_t, PageSetup::valueCount> sectionAt_;
-    std::array<std::size_t, PageSetup::valueCount> documentAt_;
+    Places sectionAt_;
+    Places documentAt_;
     std::size_t section_ = nowhere;
     std::size_t settingsEnd_ = nowhere;
     bool open_ = true;  // the current words belong to the settings
@@ -168,19 +166,8 @@ private:
 // The breaks of a whole text.
 class MergeBreaks {
 public:
-    MergeBreaks(std::u16string_view text, bool tolerant, JoinedPart& part)
+    MergeBreaks(std::u16string_view text, bool tolerant, bool headers, JoinedPart& part)
         : text_(text), tolerant_(tolerant), part_(part) {
-        read();
-    }
-
-    void separateHeaders() {
-        if (!joins_.empty()) JoinedHeaders(text_, joins_, tolerant_, part_, edits_);
-    }
-    TextEdits edits() && { return std::move(edits_); }
-
-private:
-    // No section can begin in a table row: a marker there ends a paragraph only.
-    void read() {
         if (RtfSearch(text_).find(breakMarker, 0) == nowhere) return;
         JoinedDocument document(text_, 0, 0, tolerant_);
         for (RtfReader reader(text_, 0, text_.size(), tolerant_); reader.next();) {
@@ -188,7 +175,7 @@ private:
             if (!standsAt(text_, at, breakMarker)) {
                 document.take(reader);
             } else if (document.inRow()) {
-                edits_.replaceApartVal(at, end, u"\\par");
+                edits_.replaceApartVal(at, end, u"\\par");  // no section can begin in a table row
             } else {
                 document.endAt(at);
                 finish(document);
@@ -198,8 +185,12 @@ private:
             }
         }
         finish(document);
+        if (headers) JoinedHeaders(text_, joins_, tolerant_, part_, edits_);
     }
 
+    TextEdits edits() && { return std::move(edits_); }
+
+private:
     // A document was read to its end; a marker may precede it.
     void finish(const JoinedDocument& document) {
         if (marker_ == nowhere) {
@@ -209,7 +200,6 @@ private:
             replaceMarker(document);
         } else {
             joins_.back().facing = joins_.back().facing || document.hasFacingPages();
-            return;
         }
         keepSections(document);
     }
@@ -261,9 +251,7 @@ private:
 
 void Module1::ApplyMergePageBreaks(std::u16string& psText, const CleanOptions& options, bool pbHeaders,
                                    JoinedPart& poPart) {
-    MergeBreaks breaks(psText, options.tolerant, poPart);
-    if (pbHeaders) breaks.separateHeaders();
-    std::move(breaks).edits().apply(psText);
+    MergeBreaks(psText, options.tolerant, pbHeaders, poPart).edits().apply(psText);
 }
 
 bool Module1::continuesSection(std::u16string_view psDocument) {

@@ -29,7 +29,17 @@ public:
     SectionGroups(std::u16string_view text, std::size_t begin, std::size_t end, bool tolerant)
         : text_(text), tolerant_(tolerant) {
         if (tolerant) page_.values = PageSetup::defaults;
-        readDocument(begin, end);
+        // The first word for each value counts, even without a number.
+        std::array<bool, PageSetup::valueCount> seen{};
+        RtfReader reader(text, begin, end, tolerant);
+        for (std::size_t left = seen.size(); left > 0 && reader.nextWord();) {
+            const ControlWord word = reader.word();
+            const auto value = PageSetup::documentValue(word.letters);
+            if (!value || seen[*value]) continue;
+            seen[*value] = true;
+            --left;
+            documentNumbers_[*value] = wordNumberAt(text, word.begin, word.letters, tolerant);
+        }
     }
 
     // Reads the group at the index; indices ascend. False when its brace is absent or a value is not a number;
@@ -77,20 +87,6 @@ private:
         std::size_t at;
         std::optional<std::int32_t> twips;  // nothing when the text is not a number
     };
-
-    // The first word for each value counts, even without a number.
-    void readDocument(std::size_t begin, std::size_t end) {
-        std::array<bool, PageSetup::valueCount> seen{};
-        RtfReader reader(text_, begin, end, tolerant_);
-        for (std::size_t left = seen.size(); left > 0 && reader.nextWord();) {
-            const ControlWord word = reader.word();
-            const auto value = PageSetup::documentValue(word.letters);
-            if (!value || seen[*value]) continue;
-            seen[*value] = true;
-            --left;
-            documentNumbers_[*value] = wordNumberAt(text_, word.begin, word.letters, tolerant_);
-        }
-    }
 
     void readGroup(std::size_t begin) {
         groupEnd_ = text_.find(u'}', begin);
