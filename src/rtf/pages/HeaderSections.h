@@ -41,7 +41,7 @@ struct NewGroups {
     std::uint32_t awaited = 0;  // the document with which the search ends: the source, or the next one after the marker
     std::uint32_t source = 0;   // the document whose groups are taken
     std::array<std::u16string_view, 4> groups{};  // by their pages; of several the first one counts
-    HeaderWords words;
+    HeaderWords words{};
 
     std::u16string_view given(HeaderPages pages) const noexcept { return groups[static_cast<std::size_t>(pages)]; }
 };
@@ -105,9 +105,7 @@ public:
     void sectionBreak(const FlowPlace& place) {
         if (dropsBreak(place)) return;
         closeSection();
-        Section next;
-        next.byDocument = place.text != FlowPlace::host;
-        beginSection(std::move(next));
+        beginSection({.byDocument = place.text != FlowPlace::host});
     }
 
     void sectionDefaults(const FlowPlace& place) {
@@ -136,21 +134,15 @@ public:
     }
 
     void facingPages(const FlowPlace& place) {
-        if (place.text == FlowPlace::host) {
-            facing_ = true;
-        } else {
-            cut(place);
-        }
+        if (place.text != FlowPlace::host) return cut(place);
+        facing_ = true;
     }
 
     // A header or footer group with its closing brace.
     void group(HeaderName name, std::u16string_view text, const FlowPlace& place) {
-        if (place.text == FlowPlace::host) {
-            if (place.body) keepHostGroup(name, text, place);
-        } else {
-            cut(place);
-            if (place.body) take(name, text);
-        }
+        const bool isOfHost = place.text == FlowPlace::host;
+        if (!isOfHost) cut(place);
+        if (place.body) isOfHost ? keepHostGroup(name, text, place) : take(name, text);
     }
 
     void marker(HeaderKind kind, const FlowPlace& place) {
@@ -192,10 +184,7 @@ private:
         bool asPage = false;    // written as a page break, which becomes the section's
         bool forBreak = false;  // replaces another break
 
-        void want(HeaderKind kind) {
-            kinds[kind] = {};
-            kinds[kind].wanted = kinds[kind].searching = true;
-        }
+        void want(HeaderKind kind) { kinds[kind] = {.wanted = true, .searching = true}; }
         bool takesGroups() const noexcept {
             return std::ranges::any_of(kinds.values, [](const auto& kind) { return kind.byHost || kind.source != 0; });
         }
@@ -216,19 +205,19 @@ private:
 
     // The host's own groups of one kind.
     struct HostGroups {
-        std::u16string_view main;
+        bool haveMain = false;
         bool haveFirst = false;
-        std::vector<FlowPlace> places;
+        std::vector<FlowPlace> places{};
     };
 
     struct Section {
         bool hasContent = false;
         bool hasPage = false;     // a page break
         bool byDocument = false;  // a lifted document's break began it
-        std::optional<Start> start;
-        PerKind<HostGroups> hostGroups;
-        std::vector<FlowPlace> defaults;  // each \sectd of the host that follows the start
-        HoldingPlace holding;             // for the words of its start
+        std::optional<Start> start{};
+        PerKind<HostGroups> hostGroups{};
+        std::vector<FlowPlace> defaults{};  // each \sectd of the host that follows the start
+        HoldingPlace holding{};             // for the words of its start
     };
 
     // The groups of one kind that later pages show.
@@ -307,10 +296,7 @@ private:
     void begin(Start start, const FlowPlace& place, const HoldingPlace& holding) {
         start.place = place;
         start.breaks = true;
-        Section next;
-        next.start = start;
-        next.holding = holding;
-        beginSection(std::move(next));
+        beginSection({.start = start, .holding = holding});
     }
 
     // The previous section is closed.
@@ -365,11 +351,12 @@ private:
         if (name.pages != HeaderPages::left) current_[name.kind].firstIsMain = false;
         HostGroups& own = section_.hostGroups[name.kind];
         if (name.pages == HeaderPages::first) own.haveFirst = true;
-        if (ordinary(name.pages) == HeaderPages::right && own.main.empty()) own.main = text;
+        if (ordinary(name.pages) == HeaderPages::right && !std::exchange(own.haveMain, true)) {
+            current_[name.kind].main = text;
+        }
         own.places.push_back(place);
         if (!section_.start || !section_.start->kinds[name.kind].wanted) return;
-        section_.start->kinds[name.kind] = {};
-        section_.start->kinds[name.kind].byHost = true;
+        section_.start->kinds[name.kind] = {.byHost = true};
     }
 
     void take(HeaderName name, std::u16string_view text) {
@@ -388,10 +375,6 @@ private:
 
     // `left`: the groups in which it ends have ended since. Returns the words of its start.
     HeaderWords closeSection(bool left = false) {
-        for (const HeaderKind kind : headerKinds) {
-            const std::u16string_view main = section_.hostGroups[kind].main;
-            if (!main.empty()) current_[kind].main = main;
-        }
         const HeaderWords carried = section_.start ? writeStart(*section_.start, left) : HeaderWords();
         for (const FlowPlace& defaults : section_.defaults) putWordsAfter(defaults);
         return carried;
