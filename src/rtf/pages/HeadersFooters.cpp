@@ -174,10 +174,7 @@ private:
         const ControlWord word = reader().word();
         const std::size_t end = endWithBlank(reader().text(), word);
         reader().goOnAt(word.letters == u"bin" ? std::max(word.end, reader().at()) : end);
-        if (!passesOver()) take(word, end);
-    }
-
-    void take(const ControlWord& word, std::size_t end) {
+        if (passesOver()) return;
         const WordMeaning meaning = meaningOf(word.letters);
         if (HeaderWords::has(meaning.word)) return takeHeaderWord(meaning.word, word);
         if (meaning.word == Word::facingp) return sections_.facingPages(place(word.begin, end));
@@ -212,12 +209,10 @@ private:
                 return sections_.sectionBreak(at);
             case Word::sectd:
                 return sections_.sectionDefaults(at);
-            case Word::trowd:
-                rowIsOpen_ = true;
-                break;
             default:
                 break;
         }
+        if (meaning.word == Word::trowd) rowIsOpen_ = true;
         if (meaning.is(WordTrait::section)) sections_.sectionWord(at);
         if (meaning.is(WordTrait::shown) || meaning.is(WordTrait::shownCell)) content(at.begin);
         if (meaning.word == Word::row) rowIsOpen_ = false;
