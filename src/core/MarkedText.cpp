@@ -19,14 +19,6 @@ constexpr std::uint64_t inverseOf(std::uint64_t odd) noexcept {
     return inverse;
 }
 
-std::uint64_t power(std::uint64_t base, std::size_t exponent) noexcept {
-    std::uint64_t result = 1;
-    for (; exponent != 0; exponent >>= 1, base *= base) {
-        if ((exponent & 1) != 0) result *= base;
-    }
-    return result;
-}
-
 std::size_t countMarkers(std::u16string_view text) noexcept {
     std::size_t count = 0;
     for (MarkerPlace at = findMarker(text, 0); at.position < text.size(); at = findMarker(text, at.position + 1)) {
@@ -40,9 +32,9 @@ std::size_t countMarkers(std::u16string_view text) noexcept {
 // --- hashes ---
 
 MarkedText::Hash MarkedText::Hash::of(std::u16string_view text) noexcept {
-    Hash hash{0, velmor::power(hashBase, text.size())};
+    Hash hash;
     // One more than the unit, so that leading zeros count.
-    for (const char16_t unit : text) hash.sum = hash.sum * hashBase + foldUnit(unit) + 1;
+    for (const char16_t unit : text) hash += {foldUnit(unit) + std::uint64_t{1}, hashBase};
     return hash;
 }
 
@@ -358,7 +350,9 @@ std::optional<MarkedText::Place> MarkedText::find(std::u16string_view name) cons
     // Not equal_range, which takes time linear in the number of equal keys.
     const std::uint64_t key = keyOf(Hash::of(between), endsOpen);
     for (auto node = index_.lower_bound(key); node != index_.end() && nodes_[*node].key == key; ++node) {
-        if (isOpening(*node) == endsOpen && holds(nodes_[*node].opener, *node, between)) return placeEndingWith(*node);
+        if (isOpening(*node) == endsOpen && holds(nodes_[*node].opener, *node, between)) {
+            return Place{nodes_[*node].opener, endsOpen ? nodes_[*node].after : *node};
+        }
     }
     return std::nullopt;
 }
@@ -376,10 +370,6 @@ bool MarkedText::holds(Node opener, Node end, std::u16string_view name) const {
         }
     }
     return name.empty();
-}
-
-MarkedText::Place MarkedText::placeEndingWith(Node node) const {
-    return {nodes_[node].opener, isOpening(node) ? nodes_[node].after : node};
 }
 
 std::optional<MarkedText::Place> MarkedText::findPlainly(std::u16string_view name) const {

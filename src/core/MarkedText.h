@@ -114,7 +114,6 @@ private:
     void index(Node node, Node opener, std::uint64_t key);
     void unindex(Node node);
     bool holds(Node opener, Node end, std::u16string_view name) const;
-    Place placeEndingWith(Node node) const;
     std::optional<Place> findPlainly(std::u16string_view name) const;
 
     std::deque<std::u16string> texts_;
