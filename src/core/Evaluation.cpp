@@ -18,26 +18,6 @@ namespace {
 
 constexpr std::size_t npos = std::u16string_view::npos;
 
-// Says which tag of the outermost text is being answered, for as long as it is.
-class AnsweringOutermost {
-public:
-    AnsweringOutermost(const TagList& tags, std::size_t index) noexcept : isOutermost_(run_.level() == 1) {
-        if (!isOutermost_) return;
-        const TagSpan& span = tags.span(index);
-        run_.outermostTag = {static_cast<std::int32_t>(index + 1), static_cast<std::int32_t>(span.open + 1),
-                             tags.text().substr(span.open, span.end() - span.open)};
-    }
-    ~AnsweringOutermost() {
-        if (isOutermost_) run_.outermostTag = {};
-    }
-    AnsweringOutermost(const AnsweringOutermost&) = delete;
-    AnsweringOutermost& operator=(const AnsweringOutermost&) = delete;
-
-private:
-    EvaluationRun& run_ = EvaluationRun::current();
-    const bool isOutermost_;
-};
-
 std::size_t sizeOf(const privStrCat& builder) noexcept {
     return static_cast<std::size_t>(builder.Length());
 }
@@ -181,7 +161,10 @@ void Evaluation::markEmptyTag(std::size_t start, privStrCat& results) const {
 
 void Evaluation::answerSafely(std::size_t index, const BuilderRef& results) {
     const std::size_t start = sizeOf(*results);
-    const AnsweringOutermost answering(tags_, index);
+    EvaluationRun& run = EvaluationRun::current();
+    const OutermostTag tag{static_cast<std::int32_t>(index + 1), static_cast<std::int32_t>(tags_.span(index).open + 1),
+                           tags_.span(index).whole(tags_.text())};
+    const Temporarily<OutermostTag> answering(run.outermostTag, run.level() == 1 ? tag : run.outermostTag);
     try {
         if (tags_.object(index) || needsObject(tags_.rawName(index))) {
             answerByObject(index, *results);
@@ -230,8 +213,7 @@ void Evaluation::answerHere(std::size_t index, const BuilderRef& results) {
 void Evaluation::keepTag(std::size_t index, std::size_t start, privStrCat& results) {
     EvaluationRun::current().keepsTag = false;
     results.truncate(start);
-    const TagSpan& span = tags_.span(index);
-    std::u16string written(tags_.text().substr(span.open, span.end() - span.open));
+    std::u16string written(tags_.span(index).whole(tags_.text()));
     hideMarkers(written);
     results.add(written);
 }

@@ -120,6 +120,20 @@ private:
 
 constinit inline thread_local EvaluationRun EvaluationRun::current_{};
 
+// Sets a value for as long as it lives.
+template <class T>
+class Temporarily {
+public:
+    Temporarily(T& target, T value) : target_(target), before_(target) { target = value; }
+    ~Temporarily() { target_ = before_; }
+    Temporarily(const Temporarily&) = delete;
+    Temporarily& operator=(const Temporarily&) = delete;
+
+private:
+    T& target_;
+    T before_;
+};
+
 // Held by each evaluation loop while it runs.
 class EvaluationLevel {
 public:

@@ -41,7 +41,8 @@ struct TagSpan {
 
     bool complete() const noexcept { return close != unclosed; }
     std::size_t end() const noexcept { return close + closingMarker.size(); }
-    // The text between the markers.
+    // The text with the markers, and the text between them.
+    std::u16string_view whole(std::u16string_view text) const noexcept { return text.substr(open, end() - open); }
     std::u16string_view inner(std::u16string_view text) const noexcept {
         const std::size_t begin = open + openingMarker.size();
         return text.substr(begin, close - begin);

@@ -182,7 +182,6 @@ private:
     bool isRunning() const { return answering_ && evaluation_ != nullptr; }
     // `isHeard`: a TagListener has heard of the tag.
     void ensureResult(bool isHeard = false);
-    void evaluateHeard();
     void evaluate();
     void evaluateValue();
     void finishResult();

@@ -17,24 +17,6 @@
 
 namespace velmor {
 
-namespace {
-
-// Sets a value for as long as it lives.
-template <class T>
-class Temporarily {
-public:
-    Temporarily(T& target, T value) : target_(target), before_(target) { target = value; }
-    ~Temporarily() { target_ = before_; }
-    Temporarily(const Temporarily&) = delete;
-    Temporarily& operator=(const Temporarily&) = delete;
-
-private:
-    T& target_;
-    T before_;
-};
-
-}  // namespace
-
 std::u16string kvTag::Result() {
     const std::shared_ptr<Object> alive = keep();
     if (isRunning()) {
@@ -70,13 +52,9 @@ std::shared_ptr<const privStrCat> kvTag::resultBuilder() {
 
 void kvTag::ensureResult(bool isHeard) {
     if (resultGenerated_ || answering_) return;
-    if (isHeard || TagListener::current() == nullptr || EvaluationRun::current().level() == 0) return evaluate();
-    evaluateHeard();
-}
-
-// A tag that a handler evaluates by itself.
-void kvTag::evaluateHeard() {
     TagListener* const listener = TagListener::current();
+    if (isHeard || listener == nullptr || EvaluationRun::current().level() == 0) return evaluate();
+    // A handler evaluates the tag by itself.
     const std::u16string name = name_;
     listener->tagBegins({name, context_->origin});
     evaluate();
