@@ -41,10 +41,6 @@ void giveVersion(std::u16string& text) {
     if (isWholeWord) text.replace(word, end - word, u"1");
 }
 
-std::u16string textOf(const PropertyRef& property) {
-    return property ? property->ValueStr() : std::u16string();
-}
-
 // The commands, for one tag.
 class BuiltInCommands {
 public:
@@ -64,7 +60,7 @@ public:
 
     CommandAnswer run(privProperties& elements) const {
         const PropertyRef first = elements.Item(handlerElement);
-        if (!first || upperCase(first->Name()) != builtInHandler) return u"!Incorrect Handler!";
+        if (!first || upperCase(first->Name()) != builtInHandler) return std::u16string(u"!Incorrect Handler!");
         const PropertyRef name = elements.Item(commandElement);
         const std::u16string sought = name ? upperCase(name->Name()) : std::u16string();
         const auto command = std::find_if(commands().begin(), commands().end(),
@@ -108,8 +104,8 @@ public:
             {u"SETPATH", u"", &BuiltInCommands::setPath},
             {u"TRKEEPFOLLOW", u"{\\rtf1\\trkeepfollow}", nullptr},
             {u"TRKEEPNEXT", u"{\\rtf1\\trkeepfollow}", nullptr},  // the same group, on purpose
-            {u"PRIVVAR", u"", &BuiltInCommands::privateVariable},
-            {u"PRIVSTRCATDUMP", u"", &BuiltInCommands::dumpPrivateVariable},
+            {u"PRIVVAR", u"", &BuiltInCommands::privateVariable<&privProperties::GetValueStr>},
+            {u"PRIVSTRCATDUMP", u"", &BuiltInCommands::privateVariable<&privProperties::GetValueStrCatDump>},
         };
         return all;
     }
@@ -161,23 +157,13 @@ private:
         return path;
     }
 
+    template <auto read>
     CommandAnswer privateVariable(privProperties& elements) const {
         const PropertyRef parameter = elements.Item(firstParameter);
         if (!parameter) return {};
-        return privateAnswer(*parameter,
-                             context_->privateVariables->GetValueStr(parameter->Name(), parameter->ValueStr()));
-    }
-
-    CommandAnswer dumpPrivateVariable(privProperties& elements) const {
-        const PropertyRef parameter = elements.Item(firstParameter);
-        if (!parameter) return {};
-        return privateAnswer(*parameter,
-                             context_->privateVariables->GetValueStrCatDump(parameter->Name(), parameter->ValueStr()));
-    }
-
-    CommandAnswer privateAnswer(privProperty& parameter, std::u16string value) const {
-        CommandAnswer answer(std::move(value));
-        if (context_->privateVariables->Item(parameter.Name())) answer.origin = Origin::handler;
+        privProperties& variables = *context_->privateVariables;
+        CommandAnswer answer((variables.*read)(parameter->Name(), parameter->ValueStr()));
+        if (variables.Item(parameter->Name())) answer.origin = Origin::handler;
         return answer;
     }
 
@@ -188,23 +174,19 @@ private:
     }
 
     std::u16string commandValue(privProperties& elements) const {
-        return processed(textOf(elements.Item(commandElement)));
+        const PropertyRef command = elements.Item(commandElement);
+        return command ? processed(command->ValueStr()) : std::u16string();
     }
 
     CommandAnswer listEntry(std::u16string_view psList, privProperties& elements) const {
         privProperties list(services_);
         if (!build(list, psList, false)) return {};
-        std::u16string sought = u"1";
-        PropertyRef entry;
-        if (const PropertyRef index = elements.Item(std::u16string_view(u"INDEX"))) {
-            sought = processed(textOf(index));
-            entry = list.Item(automation::toLong(Variant(sought)).value_or(0));
-        } else if (const PropertyRef key = elements.Item(std::u16string_view(u"KEY"))) {
-            sought = processed(textOf(key));
-            entry = list.Item(std::u16string_view(sought));
-        } else {
-            entry = list.Item(1);
-        }
+        const PropertyRef index = elements.Item(std::u16string_view(u"INDEX"));
+        const PropertyRef key = index ? nullptr : elements.Item(std::u16string_view(u"KEY"));
+        const PropertyRef& given = index ? index : key;
+        const std::u16string sought = given ? processed(given->ValueStr()) : u"1";
+        const PropertyRef entry =
+            key ? list.Item(std::u16string_view(sought)) : list.Item(automation::toLong(Variant(sought)).value_or(0));
         return entry ? CommandAnswer(entry->ValueStr()) : CommandAnswer::missing(sought);
     }
 

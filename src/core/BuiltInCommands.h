@@ -12,13 +12,11 @@
 namespace velmor {
 
 class privProperties;
-class privProperty;
 
 // What a command gives.
 struct CommandAnswer {
     CommandAnswer() = default;
     CommandAnswer(std::u16string value) : text(std::move(value)) {}
-    CommandAnswer(const char16_t* value) : text(value) {}
     // Nothing, because what has that name is absent.
     static CommandAnswer missing(std::u16string_view name) {
         CommandAnswer answer;
