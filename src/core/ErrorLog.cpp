@@ -1,6 +1,7 @@
 #include "core/ErrorLog.h"
 
 #include "properties/privProperties.h"
+#include "rtf/read/RtfReader.h"
 #include "text/Error.h"
 
 namespace velmor {
@@ -17,18 +18,13 @@ PropertyRef add(platform::Services& services, privProperties& log, const ErrorLo
     return property;
 }
 
-std::u16string leftOutMessage(std::int64_t count) {
-    const std::string digits = std::to_string(count);
-    return std::u16string(digits.begin(), digits.end()).append(u" more errors are not listed");
-}
-
 void addOrCount(platform::Services& services, privProperties& log, const ErrorLogEntry& entry) {
     LogEntryCount* const entries = EvaluationRun::current().logEntries;
     if (entries == nullptr || ++entries->count <= maximumLogEntries) {
         add(services, log, entry);
         return;
     }
-    const std::u16string message = leftOutMessage(entries->count - maximumLogEntries);
+    const std::u16string message = decimal(entries->count - maximumLogEntries) + u" more errors are not listed";
     if (entries->last) {
         entries->last->SetValueQuiet(automation::Variant(message));
     } else {

@@ -1,6 +1,7 @@
 #include "core/EvaluationRun.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "core/EvaluationRules.h"
 #include "core/TagListener.h"
@@ -81,13 +82,11 @@ bool EvaluationRun::hold(std::size_t count) noexcept {
 }
 
 bool EvaluationRun::store(std::size_t size, std::size_t replaced) noexcept {
-    const auto freed = static_cast<std::size_t>(std::min(static_cast<std::int64_t>(replaced), stored_));
-    release(freed);
-    if (!hold(size)) {
-        held_ += static_cast<std::int64_t>(freed);
-        return false;
-    }
-    stored_ += static_cast<std::int64_t>(size) - static_cast<std::int64_t>(freed);
+    const std::int64_t freed = std::min(static_cast<std::int64_t>(replaced), stored_);
+    const std::int64_t more = static_cast<std::int64_t>(size) - freed;
+    if (more > heldMost_ - held_) return false;
+    held_ += more;
+    stored_ += more;
     return true;
 }
 
@@ -99,9 +98,7 @@ bool EvaluationRun::keep(std::size_t bytes) noexcept {
 
 bool EvaluationRun::isFirst(EvaluationLimit limit) noexcept {
     const unsigned bit = 1u << static_cast<unsigned>(limit);
-    const bool first = (reported_ & bit) == 0;
-    reported_ |= bit;
-    return first;
+    return (std::exchange(reported_, reported_ | bit) & bit) == 0;
 }
 
 EvaluationLevel::EvaluationLevel() noexcept : run_(EvaluationRun::current()) {

@@ -9,6 +9,7 @@
 #include "common/TextFile.h"
 #include "core/Markup.h"
 #include "core/Options.h"
+#include "rtf/read/RtfReader.h"
 
 namespace velmor {
 
@@ -22,24 +23,18 @@ namespace {
 
 constexpr std::int32_t nothing = 1;  // no line has this bit: the settings are read, nothing is on
 
-std::u16string_view stageWord(LogType type) noexcept {
-    switch (type) {
-        case LogType::dispatch:
-            return u" EVTAG  ";
-        case LogType::tagCollection:
-            return u" TAGCOL ";
-        case LogType::cleaning:
-            return u" CLNRTF ";
-        case LogType::result:
-            break;
-    }
-    return u" GENRES ";
-}
+struct StageWord {
+    LogType type;
+    std::u16string_view word;
+};
+constexpr StageWord stageWords[] = {{LogType::dispatch, u" EVTAG  "},
+                                    {LogType::tagCollection, u" TAGCOL "},
+                                    {LogType::cleaning, u" CLNRTF "},
+                                    {LogType::result, u" GENRES "}};
 
 std::u16string padded(std::int64_t number, std::size_t width) {
-    std::u16string digits;
-    for (const char unit : std::to_string(number)) digits += static_cast<char16_t>(unit);
-    return digits.size() < width ? std::u16string(width - digits.size(), u'0') + digits : digits;
+    const std::u16string digits = decimal(number);
+    return std::u16string(width - std::min(width, digits.size()), u'0') + digits;
 }
 
 std::u16string timeText(automation::Date date) {
@@ -63,11 +58,6 @@ std::u16string onOneLine(std::u16string_view text) {
     return line;
 }
 
-std::u16string machineColumn(const platform::Folders& folders) {
-    const std::u16string name = folders.machineName();
-    return onOneLine(name).substr(std::min(name.find_first_not_of(u'\\'), name.size()));
-}
-
 }  // namespace
 
 TimingLog::Target TimingLog::targetOf(platform::Services& services) {
@@ -75,9 +65,10 @@ TimingLog::Target TimingLog::targetOf(platform::Services& services) {
     const std::u16string folder = services.folders.commonData() + separator + u"Pellmar" + separator + u"Logs";
     const automation::DateFields today = automation::dateFields(services.clock.now());
     services.files.makeFolder(folder);
+    const std::u16string machine = services.folders.machineName();
     return {folder + separator + u"VelmorLog-" + padded(today.year, 4) + padded(today.month, 2) + padded(today.day, 2) +
                 u".log",
-            machineColumn(services.folders)};
+            onOneLine(machine).substr(std::min(machine.find_first_not_of(u'\\'), machine.size()))};
 }
 
 // Threads of one day share an entry, so there are few, and all exist until the program ends.
@@ -106,7 +97,7 @@ void TimingLog::write(platform::Services& services, LogType type, double seconds
     if (target_ == nullptr) return;
     try {
         std::u16string line = timeText(services.clock.now()) + u' ' + target_->machine;
-        line.append(stageWord(type))
+        line.append(std::ranges::find(stageWords, type, &StageWord::type)->word)
             .append(secondsText(seconds))
             .append(u" ")
             .append(onOneLine(detail))
@@ -128,7 +119,7 @@ std::u16string searchDetail(std::u16string_view handler, std::u16string_view tex
         const bool isTag = tag != found.tags.end() && tag->open == at;
         at = findOpeningMarker(text, isTag ? (tag++)->end() : at + closingMarker.size());
     }
-    return std::u16string(handler) + u' ' + padded(turns, 1);
+    return std::u16string(handler) + u' ' + decimal(turns);
 }
 
 }  // namespace velmor
