@@ -11,9 +11,10 @@ using automation::Variant;
 namespace {
 
 // Calls a member of the host's collection, which may release every reference to the collection. An error counts
-// as no result.
+// as no result, and so does an absent collection.
 template <class Call>
 auto quietly(automation::ObjectRef collection, Call&& call) -> decltype(call(*collection)) {
+    if (!collection) return {};
     try {
         return call(*collection);
     } catch (const std::exception&) {
@@ -35,7 +36,6 @@ automation::ObjectRef Collection::object() const {
 
 std::int32_t Collection::Count() const {
     if (own_) return own_->Count();
-    if (!foreign_) return 0;
     return quietly(
                foreign_,
                [](automation::Object& host) { return automation::toLong(host.invoke(u"Count", InvokeKind::get, {})); })
@@ -47,7 +47,6 @@ std::optional<Variant> Collection::find(std::u16string_view psName) const {
         const PropertyRef property = own_->Item(psName);
         return property ? std::optional<Variant>(property->Value()) : std::nullopt;
     }
-    if (!foreign_) return std::nullopt;
     return quietly(foreign_, [&](automation::Object& host) -> std::optional<Variant> {
         Variant arguments[] = {Variant(psName)};
         const automation::ObjectRef item = host.invoke(u"Item", InvokeKind::get, arguments).object();
@@ -58,7 +57,6 @@ std::optional<Variant> Collection::find(std::u16string_view psName) const {
 
 Variant Collection::get(std::u16string_view psName, const Variant& pvDefault) const {
     if (own_) return own_->GetValue(psName, pvDefault);
-    if (!foreign_) return pvDefault;
     const std::optional<Variant> value = quietly(foreign_, [&](automation::Object& host) -> std::optional<Variant> {
         Variant arguments[] = {Variant(psName), pvDefault};
         return host.invoke(u"GetValue", InvokeKind::method, arguments);
@@ -86,7 +84,6 @@ bool Collection::truth(std::u16string_view psName, bool pbDefault) const {
 
 bool Collection::put(std::u16string_view psName, Variant value) const {
     if (own_) return own_->Add(psName, std::move(value), true) != nullptr;
-    if (!foreign_) return false;
     return quietly(foreign_, [&](automation::Object& host) {
         Variant arguments[] = {Variant(psName), std::move(value), Variant(true)};
         host.invoke(u"Add", InvokeKind::method, arguments);
@@ -95,11 +92,8 @@ bool Collection::put(std::u16string_view psName, Variant value) const {
 }
 
 void Collection::Dispose() const {
-    if (own_) {
-        own_->Dispose();
-    } else if (foreign_) {
-        quietly(foreign_, [](automation::Object& host) { return host.invoke(u"Dispose", InvokeKind::method, {}); });
-    }
+    if (own_) return own_->Dispose();
+    quietly(foreign_, [](automation::Object& host) { return host.invoke(u"Dispose", InvokeKind::method, {}); });
 }
 
 }  // namespace velmor

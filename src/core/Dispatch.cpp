@@ -108,7 +108,8 @@ private:
     void takeCommand(CommandAnswer answer) {
         answer_.text = std::move(answer.text);
         if (!answer.absent.empty() && rules_.missing != EvaluationRules::Missing::empty) {
-            logValue(u"There is no value", answer.absent);
+            addErrorLogEntry(request_.services, *request_.context->errorLog,
+                             {address_.name, u"There is no value", 0, request_.name, answer.absent});
             return answerAbsent(answer.absent);
         }
         takeData(answer.origin);
@@ -203,10 +204,6 @@ private:
         }
     }
 
-    void logValue(std::u16string_view message, std::u16string_view errorData) {
-        addErrorLogEntry(request_.services, *request_.context->errorLog,
-                         {address_.name, message, 0, request_.name, errorData});
-    }
     bool isProtected() const { return request_.tag ? request_.tag->ProtectRTF() : request_.context->protectRtf; }
     void report(EvaluationLimit limit) {
         reportLimit(request_.services, *request_.context, limit, address_.name, request_.name);

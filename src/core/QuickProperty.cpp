@@ -15,10 +15,6 @@ namespace {
 
 constexpr std::u16string_view propertyTag = u"TAG>PROPERTY:";
 
-bool isPropertyTag(std::u16string_view name) noexcept {
-    return name.size() >= propertyTag.size() && equalIgnoringCase(name.substr(0, propertyTag.size()), propertyTag);
-}
-
 // Names that the reader does not change (except their case).
 bool isPlainName(std::u16string_view name) noexcept {
     return !name.empty() && name.front() > u' ' && name.find(u'!') == std::u16string_view::npos;
@@ -27,10 +23,7 @@ bool isPlainName(std::u16string_view name) noexcept {
 // A long with the same text.
 bool isPlainNumber(std::u16string_view value) noexcept {
     if (value.empty() || value.size() > 9 || (value.front() == u'0' && value.size() > 1)) return false;
-    for (const char16_t unit : value) {
-        if (!isDigit(unit)) return false;
-    }
-    return true;
+    return std::all_of(value.begin(), value.end(), isDigit);
 }
 
 // A text that neither begins like a number, marker or quoted value, nor ends like a typed number.
@@ -59,7 +52,7 @@ std::optional<std::u16string_view> plainDefault(std::u16string_view rest, std::s
 }  // namespace
 
 std::optional<PlainProperty> plainProperty(std::u16string_view psName) {
-    if (!isPropertyTag(psName)) return std::nullopt;
+    if (!equalIgnoringCase(psName.substr(0, propertyTag.size()), propertyTag)) return std::nullopt;
     const std::u16string_view rest = psName.substr(propertyTag.size());
     const auto endsName = [](char16_t unit) { return unit == u'=' || unit == u':' || unit == u'<'; };
     const auto equals = static_cast<std::size_t>(std::find_if(rest.begin(), rest.end(), endsName) - rest.begin());

@@ -116,11 +116,13 @@ void TraceCollector::textEnds(std::size_t length) noexcept {
 }
 
 std::vector<TraceCollector::Place> TraceCollector::places() const {
-    const std::vector<std::size_t> starts = writtenStarts();
+    std::vector<std::size_t> starts;
     std::vector<Place> places;
+    starts.reserve(tags_.size());
     places.reserve(tags_.size());
-    for (std::size_t i = 0; i < tags_.size(); ++i) {
-        Place place{starts[i], tags_[i].length};
+    for (const Tag& tag : tags_) {
+        starts.push_back(writtenStart(tag, starts));  // parents precede their children
+        Place place{starts.back(), tag.length};
         if (place.start != npos) {
             const std::size_t end = shiftedPlace(shifts_, place.start + place.length);
             place.start = shiftedPlace(shifts_, place.start);
@@ -131,14 +133,7 @@ std::vector<TraceCollector::Place> TraceCollector::places() const {
     return places;
 }
 
-// Where the results of the tags begin before empty paragraphs are removed.
-std::vector<std::size_t> TraceCollector::writtenStarts() const {
-    std::vector<std::size_t> starts;
-    starts.reserve(tags_.size());
-    for (const Tag& tag : tags_) starts.push_back(writtenStart(tag, starts));  // parents precede their children
-    return starts;
-}
-
+// Where the result of the tag begins before empty paragraphs are removed.
 std::size_t TraceCollector::writtenStart(const Tag& tag, const std::vector<std::size_t>& parents) const {
     if (tag.text == noTag) return npos;
     const Text& text = texts_[tag.text];

@@ -98,7 +98,6 @@ private:
 
     std::uint32_t add(const HeardTag& tag);
     std::uint32_t addText(std::size_t start, bool isApart);
-    std::vector<std::size_t> writtenStarts() const;
     std::size_t writtenStart(const Tag& tag, const std::vector<std::size_t>& parents) const;
 
     const Limits limits_;

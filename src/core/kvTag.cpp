@@ -163,8 +163,7 @@ void kvTag::enterFailure() noexcept {
 }
 
 void kvTag::Name(std::u16string_view psName) {
-    name_ = psName;
-    if (!name_.ends_with(elementSeparator)) name_ += elementSeparator;
+    name_ = storedName(psName);
     elements_.reset();
     tagsBuilt_ = false;
     resultGenerated_ = false;
