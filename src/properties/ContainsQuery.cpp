@@ -30,8 +30,7 @@ public:
 private:
     void endPhrase() {
         if (word_.empty()) return;
-        word_.insert(0, 1, u'"');
-        word_ += u'"';
+        word_ = u'"' + word_ + u'"';
         addTerm();
     }
 

@@ -1,4 +1,4 @@
-// privProperties::read and BuildInternal: the text form becomes entries.
+// privProperties::read: the text form becomes entries.
 
 #include <algorithm>
 #include <cstddef>
@@ -276,11 +276,6 @@ private:
     Form form_ = Form::stored;
     bool any_ = false;  // an entry was read
 };
-
-void privProperties::BuildInternal(std::u16string_view psString, bool pbAppendValues, bool pbTagString,
-                                   std::u16string_view psDelimiter) {
-    read(psString, pbTagString ? ReadForm::tag : ReadForm::stored, pbAppendValues, psDelimiter);
-}
 
 void privProperties::read(std::u16string_view text, ReadForm form, bool append, std::u16string_view delimiter) {
     const auto old = items_;  // the text may be a value of its own

@@ -1,6 +1,8 @@
 // The estimates of a property's size. Callers compare only sizes that were computed this way.
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "properties/Overflow.h"
 #include "properties/privProperties.h"
@@ -28,10 +30,8 @@ constexpr TypeSize typeSizes[] = {
 };
 
 TypeSize sizeOf(VariantType type) {
-    for (const TypeSize& each : typeSizes) {
-        if (each.type == type) return each;
-    }
-    return {type, 0, 0};
+    const auto* const found = std::ranges::find(typeSizes, type, &TypeSize::type);
+    return found != std::end(typeSizes) ? *found : TypeSize{type, 0, 0};
 }
 
 bool isText(const privProperty& property) {
@@ -57,10 +57,6 @@ std::int32_t privProperty::valueSizeStored() const {
     // nearbyint rounds halves to even, as the platform does.
     const double size = static_cast<double>(length) * encodedGrowth + static_cast<double>(name) + 7;
     return checkedLong(static_cast<std::int64_t>(std::nearbyint(size)));
-}
-
-std::int32_t privProperty::SizeStored() {
-    return sizeStored(0);
 }
 
 std::int32_t privProperty::sizeStored(int level) {

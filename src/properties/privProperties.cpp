@@ -156,9 +156,10 @@ std::int32_t privProperties::GetPropertyIndex(std::u16string_view psName) const 
 std::int32_t privProperties::countTotal(int level) const {
     const auto visit = enter(level);
     if (!visit) return 0;
-    std::int64_t count = Count();
-    forEachMade([&](privProperty& property) { count = checkedLong(count + property.countChildren(level)); });
-    return static_cast<std::int32_t>(count);
+    std::int32_t count = Count();
+    forEachMade(
+        [&](privProperty& property) { count = property.withChildren(count, level, &privProperties::countTotal); });
+    return count;
 }
 
 // Each property's size, once for having attributes and once for having child properties.

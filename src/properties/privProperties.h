@@ -156,7 +156,9 @@ public:
     }
 
     void BuildInternal(std::u16string_view psString, bool pbAppendValues, bool pbTagString,
-                       std::u16string_view psDelimiter);
+                       std::u16string_view psDelimiter) {
+        read(psString, pbTagString ? ReadForm::tag : ReadForm::stored, pbAppendValues, psDelimiter);
+    }
     // Of a list file: unquoted paths and nested tags are one value, as in a tag.
     void BuildList(std::u16string_view psString) { read(psString, ReadForm::list, false, u":"); }
 

@@ -192,8 +192,4 @@ std::int32_t privProperty::withChildren(std::int32_t own, int level, std::int32_
     return own;
 }
 
-std::int32_t privProperty::countChildren(int level) {
-    return withChildren(0, level, &privProperties::countTotal);
-}
-
 }  // namespace velmor

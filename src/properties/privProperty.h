@@ -95,7 +95,7 @@ public:
     // Estimate in bytes of the value alone; an integer counts 1, a long 2.
     std::int32_t Size() const;
     // Estimate of the characters in the text form, children included. Raises 6 on overflow.
-    std::int32_t SizeStored();
+    std::int32_t SizeStored() { return sizeStored(0); }
 
     // For the collection, the text form and the programs.
 
@@ -145,7 +145,6 @@ private:
     bool has(Child which) const;
     std::int32_t valueSizeStored() const;
     std::int32_t sizeStored(int level);
-    std::int32_t countChildren(int level);
     std::int32_t withChildren(std::int32_t own, int level, std::int32_t (privProperties::*sum)(int) const);
 
     platform::Services& services_;
