@@ -169,18 +169,14 @@ private:
 // While it lives, the compressed values in texts that are read count against the running evaluation.
 class CountedDecoding {
 public:
-    CountedDecoding() noexcept {
-        EvaluationRun& run = EvaluationRun::current();
-        if (run.level() > 0) decodingAllowance = &run.decodable;
-    }
-    ~CountedDecoding() { decodingAllowance = nullptr; }
-    CountedDecoding(const CountedDecoding&) = delete;
-    CountedDecoding& operator=(const CountedDecoding&) = delete;
-
     // True when nothing is left for a value of this text.
     static bool refused(std::u16string_view text) noexcept {
         return EvaluationRun::current().decodable == 0 && text.find(u"~GZ\"") != text.npos;
     }
+
+private:
+    EvaluationRun& run_ = EvaluationRun::current();
+    const Temporarily<std::size_t*> counted_{decodingAllowance, run_.level() > 0 ? &run_.decodable : nullptr};
 };
 
 // While it lives, the values that tags yield are held; those of the outermost text are not.
