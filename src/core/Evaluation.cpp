@@ -162,9 +162,12 @@ void Evaluation::markEmptyTag(std::size_t start, privStrCat& results) const {
 void Evaluation::answerSafely(std::size_t index, const BuilderRef& results) {
     const std::size_t start = sizeOf(*results);
     EvaluationRun& run = EvaluationRun::current();
-    const OutermostTag tag{static_cast<std::int32_t>(index + 1), static_cast<std::int32_t>(tags_.span(index).open + 1),
-                           tags_.span(index).whole(tags_.text())};
-    const Temporarily<OutermostTag> answering(run.outermostTag, run.level() == 1 ? tag : run.outermostTag);
+    const auto outermost = [&] {
+        const TagSpan& span = tags_.span(index);
+        return OutermostTag{static_cast<std::int32_t>(index + 1), static_cast<std::int32_t>(span.open + 1),
+                            span.whole(tags_.text())};
+    };
+    const Temporarily<OutermostTag> answering(run.outermostTag, run.level() == 1 ? outermost() : run.outermostTag);
     try {
         if (tags_.object(index) || needsObject(tags_.rawName(index))) {
             answerByObject(index, *results);
