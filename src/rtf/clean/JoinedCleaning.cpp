@@ -9,11 +9,6 @@
 #include "text/Error.h"
 
 namespace velmor {
-namespace {
-
-constexpr std::u16string_view marker = Module1::mergePageBreakMarker;
-
-}  // namespace
 
 JoinedCleaning::JoinedCleaning(const CleanOptions& options, const platform::Services& services, Spool& letters,
                                Spool& cleaned, const JoinLimits& limits)
@@ -53,7 +48,7 @@ void JoinedCleaning::finish(const Write& write) {
 void JoinedCleaning::writeJoined(const Write& write) {
     write(std::u16string_view(first_).substr(0, firstEnd_));
     letters_.forEach([&](std::u16string_view letter) {
-        write(marker);
+        write(Module1::mergePageBreakMarker);
         write(letter);
         return true;
     });
@@ -64,7 +59,7 @@ bool JoinedCleaning::cleanInParts(const Write& write) {
     CleanOptions options = options_;
     options.overrunProtection = Module1::isOverrunProtectionOn(services_.registry);
     std::u16string host = first_;
-    host.insert(firstEnd_, marker);
+    host.insert(firstEnd_, Module1::mergePageBreakMarker);
     JoinedParts parts(options, services_.guids, facts_, *facts_.unusedMark(), std::move(host), cleaned_, limits_);
     return letters_.forEach([&](std::u16string letter) { return parts.add(std::move(letter)); }) && parts.finish(write);
 }
