@@ -12,10 +12,8 @@ namespace {
 }  // namespace
 
 const CodePage* findCodePage(std::int32_t number) noexcept {
-    for (const CodePage& page : codePages) {
-        if (page.number == number) return &page;
-    }
-    return nullptr;
+    const auto* const found = std::ranges::find(codePages, number, &CodePage::number);
+    return found == std::end(codePages) ? nullptr : found;
 }
 
 std::u16string_view characterSetOf(std::int32_t page) noexcept {

@@ -6,7 +6,7 @@
 namespace velmor {
 
 std::size_t skipClosingBraces(std::u16string_view text, std::size_t index) noexcept {
-    while (index < text.size() && (text[index] == u'}' || text[index] == u'\r' || text[index] == u'\n')) ++index;
+    while (index < text.size() && (text[index] == u'}' || isLineEnd(text[index]))) ++index;
     return index;
 }
 
