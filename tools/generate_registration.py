@@ -63,7 +63,7 @@ class Idl:
     def __init__(self, path):
         with open(path, encoding="ascii") as file:
             self.text = re.sub(r"//[^\n]*", "", file.read())
-        (self.library, said, self.id), = self.definitions("library")
+        (self.name, said, self.id), = self.definitions("library")
         self.version = re.search(r"version\(([\d.]+)\)", said).group(1)
         self.major = self.version.split(".")[0]
         self.help = self.help_of(said)
@@ -85,8 +85,8 @@ class Idl:
 
 
 def manifest(idl, machine):
-    common = {"library": idl.library, "library_id": idl.id, "major": idl.major, "proxy": AUTOMATION_PROXY}
-    parts = [HEAD.format(library=idl.library, machine=machine, id=idl.id, tlb=idl.version)]
+    common = {"library": idl.name, "library_id": idl.id, "major": idl.major, "proxy": AUTOMATION_PROXY}
+    parts = [HEAD.format(library=idl.name, machine=machine, id=idl.id, tlb=idl.version)]
     parts += [CLASS.format(name=name, id=identifier, **common) for name, identifier, _ in idl.classes]
     parts.append("  </file>\n")
     parts += [INTERFACE.format(name=name, id=identifier, **common) for name, identifier in idl.interfaces]
@@ -94,7 +94,7 @@ def manifest(idl, machine):
 
 
 def classes(idl):
-    return "".join(f'{{CLSID_{name}, L"{idl.library}.{name}", L"{idl.version}", L"{said}", &make<{name}Face::CoreClass>}},\n'
+    return "".join(f'{{CLSID_{name}, L"{idl.name}.{name}", L"{idl.version}", L"{said}", &make<{name}Face::CoreClass>}},\n'
                    for name, _, said in idl.classes)
 
 
@@ -108,7 +108,7 @@ def class_rows(idl, dll):
     """What programs of each bitness have for themselves."""
     rows = ""
     for name, identifier, said in idl.classes:
-        key, plain = f"CLSID\\{{{identifier}}}", f"{idl.library}.{name}"
+        key, plain = f"CLSID\\{{{identifier}}}", f"{idl.name}.{name}"
         rows += value(key, said) + value(key + "\\InprocServer32", f"[#{dll}]")
         rows += value(key + "\\InprocServer32", "Apartment", "ThreadingModel")
         rows += value(key + "\\ProgID", f"{plain}.{idl.major}") + value(key + "\\VersionIndependentProgID", plain)
@@ -125,7 +125,7 @@ def class_rows(idl, dll):
 def shared_rows(idl, dll32, dll64):
     rows = ""
     for name, identifier, said in idl.classes:
-        plain = f"{idl.library}.{name}"
+        plain = f"{idl.name}.{name}"
         for key in (plain, f"{plain}.{idl.major}"):
             rows += value(key, said) + value(key + "\\CLSID", f"{{{identifier}}}")
         rows += value(plain + "\\CurVer", f"{plain}.{idl.major}")
