@@ -43,7 +43,9 @@ struct PlainProperty {
     bool hasDefault;            // one that is not empty
 };
 std::optional<PlainProperty> plainProperty(std::u16string_view psName);
-// The value of such a tag: the default, or the property's text (see Collection::textOf).
+// The value of such a tag: the default, which is a part of the name, or the property's text. That lasts until the
+// property changes, or as long as `buffer`, which receives it where no property holds it as a text. Nothing if the tag
+// needs the full parse.
 struct PropertyText {
     std::u16string_view text;
     Origin origin;  // property, or author for the default

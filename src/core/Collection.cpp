@@ -1,6 +1,7 @@
 #include "core/Collection.h"
 
 #include "automation/Convert.h"
+#include "automation/Errors.h"
 #include "properties/privProperties.h"
 
 namespace velmor {
@@ -15,11 +16,7 @@ namespace {
 template <class Call>
 auto quietly(automation::ObjectRef collection, Call&& call) -> decltype(call(*collection)) {
     if (!collection) return {};
-    try {
-        return call(*collection);
-    } catch (const std::exception&) {
-        return {};
-    }
+    return automation::quietly([&] { return call(*collection); });
 }
 
 }  // namespace
